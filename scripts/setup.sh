@@ -1,0 +1,80 @@
+#!/usr/bin/env bash
+# Installs what building and testing need on Debian 12, by package name, and nothing that is there already.
+#
+#   scripts/setup.sh            everything that scripts/test.sh needs
+#   scripts/setup.sh --native   what the kavo command and its tests need
+#   scripts/setup.sh --full     also what scripts/test.sh --full and the benchmarks need
+set -euo pipefail
+
+native=(g++ cmake ninja-build ccache libgtest-dev libgmock-dev nlohmann-json3-dev libcli11-dev libexpat1-dev)
+windows=(g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools googletest wine wine64 locales dpkg-dev)
+judge=(nodejs)
+full=(clang libclang-rt-14-dev clang-tidy libbenchmark-dev tidy libxml2-utils perl unrtf)
+
+case ${1:-} in
+  --native) wanted=("${native[@]}") ;;
+  "") wanted=("${native[@]}" "${windows[@]}" "${judge[@]}") ;;
+  --full) wanted=("${native[@]}" "${windows[@]}" "${judge[@]}" "${full[@]}") ;;
+  *) echo "usage: setup.sh [--native | --full]" >&2; exit 2 ;;
+esac
+
+# fetch_source PACKAGE: Debian's source of a package, unpacked in the user's cache for the Windows builds, which no
+# binary package serves. Where it comes from is what the machine's own package sources say.
+fetch_source() {
+  local package=$1 folder=${XDG_CACHE_HOME:-$HOME/.cache}/kavo-sources/$1 work version
+  [ -f "$folder/complete" ] && return 0
+  echo "== fetching the source of $package"
+  work=$(mktemp -d)
+  mkdir -p "$work/parts" "$work/lists" "$work/cache"
+  for list in /etc/apt/sources.list /etc/apt/sources.list.d/*.list; do
+    [ ! -f "$list" ] || sed -n 's/^deb[[:space:]]/deb-src /p' "$list" >> "$work/sources.list"
+  done
+  touch "$work/sources.list"
+  for list in /etc/apt/sources.list.d/*.sources; do
+    [ ! -f "$list" ] || sed 's/^Types:.*/Types: deb-src/' "$list" > "$work/parts/$(basename "$list")"
+  done
+  local own=(-o Dir::Etc::SourceList="$work/sources.list" -o Dir::Etc::SourceParts="$work/parts"
+    -o Dir::State::Lists="$work/lists" -o Dir::Cache="$work/cache" -o APT::Sandbox::User="$(id -un)")
+  # A source of the machine that has no source packages is no failure; a missing package is.
+  apt-get "${own[@]}" update >"$work/log" 2>&1 || true
+  # The newest version that is to be had: a mirror may list one that it does not carry.
+  for version in $(apt-cache "${own[@]}" showsrc --only-source "$package" | sed -n 's/^Version: //p' | sort -rV); do
+    if (cd "$work" && apt-get "${own[@]}" source "$package=$version" >>"$work/log" 2>&1); then
+      rm -rf "$folder"
+      mkdir -p "$(dirname "$folder")"
+      mv "$(find "$work" -maxdepth 1 -type d -name "$package-*")" "$folder"
+      touch "$folder/complete"
+      rm -rf "$work"
+      return 0
+    fi
+  done
+  tail -20 "$work/log" >&2
+  rm -rf "$work"
+  echo "setup.sh: the source of $package could not be fetched" >&2
+  return 1
+}
+
+missing=()
+for package in "${wanted[@]}"; do
+  # Node may have been installed another way; what counts is the command.
+  [ "$package" = nodejs ] && command -v node npm >/dev/null && continue
+  dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'ok installed' || missing+=("$package")
+done
+# Debian's nodejs comes without npm.
+command -v npm >/dev/null || case " ${wanted[*]} " in *" nodejs "*) missing+=(npm) ;; esac
+
+if [ ${#missing[@]} -gt 0 ]; then
+  echo "== installing ${missing[*]}"
+  as_root=()
+  [ "$(id -u)" = 0 ] || as_root=(sudo)
+  log=$(mktemp)
+  trap 'rm -f "$log"' EXIT
+  export DEBIAN_FRONTEND=noninteractive
+  if ! { "${as_root[@]}" apt-get update && "${as_root[@]}" apt-get install -y --no-install-recommends "${missing[@]}"; } >"$log" 2>&1; then
+    tail -20 "$log" >&2
+    echo "setup.sh: the packages above could not be installed; install them by hand and run this again" >&2
+    exit 1
+  fi
+fi
+
+case " ${wanted[*]} " in *" dpkg-dev "*) fetch_source expat ;; esac

@@ -1,0 +1,88 @@
+#!/usr/bin/env bash
+# Installs what is missing, builds and runs every test: native, native under sanitizers, and Windows under Wine.
+#
+#   scripts/test.sh                 all of it; quick when nothing has changed
+#   scripts/test.sh --native        the native tests only
+#   scripts/test.sh --sanitizers    the native tests under address, undefined-behaviour and leak sanitizers only
+#   scripts/test.sh --windows       the Windows tests only
+#   scripts/test.sh --full          also fuzzing for a minute a target, and clang-tidy
+set -uo pipefail
+top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+cd "$top" || exit 1
+
+parts=(native sanitizers windows)
+case ${1:-} in
+  "") ;;
+  --native) parts=(native) ;;
+  --sanitizers) parts=(sanitizers) ;;
+  --windows) parts=(windows) ;;
+  --full) parts=(native sanitizers windows fuzz tidy) ;;
+  *) sed -n '2,9s/^# \{0,1\}//p' "$0" >&2; exit 2 ;;
+esac
+
+passed=0
+failed=0
+summary=()
+
+step() { printf '== %s (%s s)\n' "$1" "$SECONDS"; }
+note() {  # note RESULT NAME: 0 is a pass
+  if [ "$1" = 0 ]; then passed=$((passed + 1)); else failed=$((failed + 1)); fi
+  summary+=("$([ "$1" = 0 ] && echo ok || echo FAILED)  $2")
+}
+build() {  # build FOLDER [CMAKE ARGUMENT...]
+  local folder=build/$1
+  shift
+  [ -f "$folder/build.ninja" ] || cmake -S . -B "$folder" -G Ninja "$@" >"$folder.log" 2>&1 || {
+    cat "$folder.log" >&2
+    return 1
+  }
+  cmake --build "$folder"
+}
+run_tests() {  # run_tests FOLDER
+  ctest --test-dir "build/$1" --output-on-failure --timeout 900 -j2
+}
+
+case " ${parts[*]} " in *" fuzz "*) scripts/setup.sh --full ;; *" windows "*) scripts/setup.sh ;; *) scripts/setup.sh --native ;; esac || exit 1
+mkdir -p build
+
+for part in "${parts[@]}"; do
+  case $part in
+    native)
+      step "native build"
+      build native -DCMAKE_BUILD_TYPE=Release && { step "native tests"; run_tests native; }
+      note $? "native"
+      ;;
+    sanitizers)
+      step "sanitizer build"
+      build sanitizers -DCMAKE_BUILD_TYPE=RelWithDebInfo -DKAVO_SANITIZE=address,undefined &&
+        { step "tests under sanitizers"; ASAN_OPTIONS=detect_leaks=1 run_tests sanitizers; }
+      note $? "address, undefined-behaviour and leak sanitizers"
+      ;;
+    windows)
+      step "Windows x64 build"
+      build windows-x64 -DCMAKE_TOOLCHAIN_FILE=cmake/windows-x64.cmake -DCMAKE_BUILD_TYPE=Release &&
+        { step "Windows tests under Wine"; run_tests windows-x64; }
+      note $? "Windows x64 under Wine"
+      step "Windows x86 build"
+      build windows-x86 -DCMAKE_TOOLCHAIN_FILE=cmake/windows-x86.cmake -DCMAKE_BUILD_TYPE=Release &&
+        { step "Windows x86 library tests"; run_tests windows-x86; }
+      note $? "Windows x86 library"
+      scripts/wine-run.sh --stop
+      ;;
+    fuzz)
+      step "fuzz targets"
+      scripts/fuzz.sh 60
+      note $? "fuzzing, 60 s a target"
+      ;;
+    tidy)
+      step "clang-tidy"
+      scripts/tidy.sh
+      note $? "clang-tidy"
+      ;;
+  esac
+done
+
+printf '== done in %s s\n' "$SECONDS"
+printf '   %s\n' "${summary[@]}"
+echo "$passed passed, $failed failed"
+[ "$failed" = 0 ]

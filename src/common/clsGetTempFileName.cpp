@@ -1,0 +1,43 @@
+#include "common/clsGetTempFileName.h"
+
+#include "common/clsCommon.h"
+#include "platform/failure.h"
+#include "platform/ports.h"
+
+namespace kavo {
+namespace {
+
+constexpr int kMostAttempts = 1000;
+
+std::u16string system_temporary_folder() {
+  std::u16string folder;
+  for (int attempt = 0; attempt < kMostAttempts && folder.empty(); ++attempt) {
+    try {
+      folder = ports().files->temporary_folder();
+    } catch (const failure&) {
+      // Asked again: a folder that is not known yet is no reason to fail.
+    }
+  }
+  if (folder.empty()) folder = u"C:\\";
+  if (folder.back() != u'\\') folder += u'\\';
+  return folder;
+}
+
+}  // namespace
+
+clsGetTempFileName::clsGetTempFileName() : folder_(system_temporary_folder()), random_(ports().clock->seed()) {}
+
+std::u16string clsGetTempFileName::Filename() {
+  constexpr std::u16string_view digits = u"0123456789ABCDEF";
+  const clsCommon common;
+  for (int attempt = 1; attempt <= kMostAttempts; ++attempt) {
+    const auto number = static_cast<std::uint16_t>(random_() >> 48);
+    std::u16string name = folder_ + u"MOR";
+    for (int shift = 12; shift >= 0; shift -= 4) name += digits[(number >> shift) & 15];
+    name += u".TMP";
+    if (!common.FileExists(name)) return name;
+  }
+  return folder_ + u"MOR0000.TMP";
+}
+
+}  // namespace kavo

@@ -1,0 +1,145 @@
+#include "common/pending_file.h"
+
+#include <utility>
+
+#include "common/block_reader.h"
+#include "platform/failure.h"
+#include "platform/ports.h"
+
+namespace kavo {
+namespace {
+
+// Names beside the target, drawn from the system's random source; the exclusive create settles any collision.
+std::u16string name_beside(std::u16string_view path) {
+  constexpr std::u16string_view digits = u"0123456789abcdef";
+  std::uint64_t random = ports().clock->seed();
+  std::u16string name(path);
+  name += u".kavo-";
+  for (int i = 0; i < 12; ++i, random >>= 4) name += digits[random & 15];
+  return name;
+}
+
+bool try_remove(std::u16string_view path) noexcept {
+  try {
+    ports().files->remove_file(path);
+    return true;
+  } catch (const failure&) {
+    return false;
+  }
+}
+
+// False when the names lie on different volumes.
+bool try_rename(std::u16string_view from, std::u16string_view to) {
+  try {
+    ports().files->rename_file(from, to);
+    return true;
+  } catch (const failure& reason) {
+    if (!reason.is(FailureNumber::kDifferentDrive)) throw;
+    return false;
+  }
+}
+
+void make_read_only_again(std::u16string_view path) noexcept {
+  try {
+    ports().files->set_read_only(path, true);
+  } catch (const failure&) {
+    // The failure being handled matters more.
+  }
+}
+
+}  // namespace
+
+PendingFile::PendingFile(std::u16string_view final_path) : final_path_(final_path) {
+  for (int attempt = 1;; ++attempt) {
+    temporary_path_ = name_beside(final_path_);
+    try {
+      open();
+      return;
+    } catch (const failure& reason) {
+      if (!reason.is(FailureNumber::kFileAlreadyExists) || attempt == 100) throw;
+    }
+  }
+}
+
+PendingFile::PendingFile(std::u16string_view final_path, std::u16string_view temporary_path)
+    : final_path_(final_path), temporary_path_(temporary_path) {
+  open();
+}
+
+PendingFile::~PendingFile() { discard(); }
+
+void PendingFile::open() {
+  file_ = ports().files->open(temporary_path_, Access::kCreateNew);
+  buffer_ = std::make_unique_for_overwrite<char[]>(kBufferSize);
+}
+
+void PendingFile::write_through(std::string_view bytes) {
+  flush();
+  if (bytes.size() < kBufferSize) {
+    bytes.copy(buffer_.get(), bytes.size());
+    used_ = bytes.size();
+  } else {
+    file_->write(bytes);
+    written_ += bytes.size();
+  }
+}
+
+void PendingFile::flush() {
+  if (used_ == 0) return;
+  file_->write({buffer_.get(), used_});
+  written_ += used_;
+  used_ = 0;
+}
+
+void PendingFile::complete() {
+  if (!file_) return;
+  flush();
+  file_->close();
+  file_.reset();
+}
+
+void PendingFile::finish() {
+  complete();
+  discard_ = false;
+}
+
+void PendingFile::commit() {
+  complete();
+  replace_file(temporary_path_, final_path_);
+  discard_ = false;
+}
+
+void PendingFile::discard() noexcept {
+  file_.reset();
+  if (!discard_ || !buffer_) return;
+  discard_ = false;
+  // One that cannot be removed is left behind; the failure being handled matters more.
+  try_remove(temporary_path_);
+}
+
+bool replace_file(std::u16string_view source, std::u16string_view target) {
+  FileSystem& files = *ports().files;
+  const auto old = files.info(target);
+  const bool was_read_only = old && !old->is_folder && old->is_read_only;
+  if (was_read_only) files.set_read_only(target, false);
+  try {
+    if (try_rename(source, target)) return true;
+    copy_file(source, target);
+  } catch (const failure&) {
+    if (was_read_only) make_read_only_again(target);
+    throw;
+  }
+  return try_remove(source);
+}
+
+void copy_file(std::u16string_view source, std::u16string_view target) {
+  BlockReader reader(source);
+  PendingFile copy(target);
+  while (reader.more()) {
+    copy.write(reader.window());
+    reader.consume(reader.window().size());
+  }
+  copy.commit();
+}
+
+}  // namespace kavo

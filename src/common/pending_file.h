@@ -1,0 +1,73 @@
+// A new file that takes its final name only when it is complete.
+//
+// The bytes go to a temporary file; commit() writes the rest, closes and renames it over the final name in one step,
+// so that at every moment the final name holds the whole old or the whole new file. Without commit() the temporary
+// file is removed and the old file stays. Promised against a program or a write that fails, not against a power cut:
+// nothing is forced to the disk.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "platform/files.h"
+
+namespace kavo {
+
+class PendingFile {
+ public:
+  // Makes a temporary file of a new name beside `final_path`. Throws `failure`, as do all operations.
+  explicit PendingFile(std::u16string_view final_path);
+  // The same with a temporary name that the caller chose; an existing file of that name is an error (58).
+  PendingFile(std::u16string_view final_path, std::u16string_view temporary_path);
+  ~PendingFile();
+  PendingFile(const PendingFile&) = delete;
+  PendingFile& operator=(const PendingFile&) = delete;
+
+  void write(std::string_view bytes) {
+    if (bytes.size() <= kBufferSize - used_) {
+      bytes.copy(buffer_.get() + used_, bytes.size());
+      used_ += bytes.size();
+    } else {
+      write_through(bytes);
+    }
+  }
+  // Bytes written so far.
+  std::uint64_t size() const { return written_ + used_; }
+  // Writes what is buffered and closes: from now on the complete file can be read under temporary_path(). Without
+  // commit() it is removed as before. Nothing happens when it was called already.
+  void complete();
+  // complete(), and the file stays under temporary_path() for the caller to move.
+  void finish();
+  // complete(), then over the final name. When that fails the temporary file is removed and the old file stays.
+  void commit();
+
+  const std::u16string& temporary_path() const { return temporary_path_; }
+  const std::u16string& final_path() const { return final_path_; }
+
+ private:
+  static constexpr std::size_t kBufferSize = 256 * 1024;
+  void open();
+  void write_through(std::string_view bytes);
+  void flush();
+  void discard() noexcept;
+
+  std::u16string final_path_;
+  std::u16string temporary_path_;
+  std::unique_ptr<File> file_;
+  std::unique_ptr<char[]> buffer_;
+  std::size_t used_ = 0;
+  std::uint64_t written_ = 0;
+  bool discard_ = true;
+};
+
+// Puts a complete file in the place of another (which may be missing or read-only): by renaming, or, between volumes,
+// by a copy made beside the target and renamed over it. There is no moment at which neither file is whole; when it
+// throws, both are as they were. False when the source, copied from another volume, could not be removed and stays.
+bool replace_file(std::u16string_view source, std::u16string_view target);
+
+// Copies through a PendingFile, so that an interrupted copy leaves no half file. An existing target is replaced.
+void copy_file(std::u16string_view source, std::u16string_view target);
+
+}  // namespace kavo

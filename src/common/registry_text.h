@@ -1,0 +1,20 @@
+// Registry values as text and back: strings lie in the registry as UTF-16LE with a terminating zero, a list of strings
+// as one string after the other with an empty one behind the last.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/registry.h"
+
+namespace kavo {
+
+// The text of a string value without its terminating zeros (other programs store some without, some with several).
+std::u16string registry_text(const RegistryData& data);
+std::vector<std::u16string> registry_text_list(const RegistryData& data);
+
+RegistryData registry_string(std::u16string_view text, RegistryType type = RegistryType::kString);
+RegistryData registry_string_list(const std::vector<std::u16string>& texts);
+
+}  // namespace kavo

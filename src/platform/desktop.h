@@ -1,0 +1,35 @@
+// Port: windows and messages of the desktop. Natively there is none: captions are absent, windows are never found,
+// message boxes go to standard error.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace kavo {
+
+enum class MessageIcon { kNone, kExclamation, kInformation };
+
+class Desktop {
+ public:
+  virtual ~Desktop() = default;
+  // Lets the host handle its pending window messages; throws `failure` 18 when the user asked to interrupt.
+  virtual void process_messages() = 0;
+  // Caption of the foreground window, at most 1023 characters; nothing when there is no foreground window.
+  virtual std::optional<std::u16string> foreground_caption() = 0;
+  virtual void activate(std::u16string_view caption) = 0;  // silently does nothing when no such window exists
+  virtual std::uintptr_t find_window(std::u16string_view class_name) = 0;       // 0 when there is none
+  virtual void post_message(std::uintptr_t window, std::uint32_t message) = 0;  // both parameters 0
+  // A box with an OK button; returns when it was closed.
+  virtual void message_box(std::u16string_view text, std::u16string_view caption, MessageIcon icon) = 0;
+};
+
+// The user's wish to stop. One flag a process; both are safe in a signal handler. The next process_messages() of any
+// thread takes the wish back and throws, so that one request ends one operation.
+void request_interrupt() noexcept;
+bool interrupt_requested() noexcept;
+// Takes the wish back and throws `failure` 18 ("Interrupted by the user") when there is one; for adapters.
+void throw_if_interrupted();
+
+}  // namespace kavo

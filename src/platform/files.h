@@ -1,0 +1,66 @@
+// Port: files and folders.
+//
+// Paths are Windows paths in the whole core: "\" separates, case does not matter. The native adapter maps them to the
+// host ("\" to "/", the exact name first, then a look in the folder that ignores case). Every operation that fails
+// throws `failure` with a run-time error number (53, 61, 70, 75, 76 ...) and the system's own description.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kavo {
+
+struct FileInfo {
+  std::uint64_t size = 0;  // bytes
+  bool is_folder = false;
+  bool is_read_only = false;
+};
+
+enum class Access {
+  kRead,       // an existing file, for reading
+  kCreate,     // for writing; an existing file is emptied
+  kCreateNew,  // for writing; fails with 58 when the name exists (no two callers can both succeed)
+};
+
+// An open file. Destruction closes it and drops a failing close: a writer that cares calls close().
+class File {
+ public:
+  virtual ~File() = default;
+  // Fills the buffer as far as the file goes; fewer bytes than asked for means that the end was reached.
+  virtual std::size_t read(std::span<char> buffer) = 0;
+  // Writes all bytes or throws.
+  virtual void write(std::string_view bytes) = 0;
+  virtual void seek(std::uint64_t position) = 0;  // bytes from the start, 0-based
+  virtual std::uint64_t size() = 0;
+  virtual void close() = 0;
+};
+
+class FileSystem {
+ public:
+  virtual ~FileSystem() = default;
+  virtual std::unique_ptr<File> open(std::u16string_view path, Access access) = 0;
+  // Nothing when no such entry exists or it cannot be looked at.
+  virtual std::optional<FileInfo> info(std::u16string_view path) = 0;
+  // Names (without folder) of the entries that the pattern's last component matches; "*" and "?" as FindFirstFile
+  // reads them. Empty when nothing matches.
+  virtual std::vector<std::u16string> find(std::u16string_view pattern) = 0;
+  virtual void remove_file(std::u16string_view path) = 0;
+  // Gives a file a new name on the same volume, replacing a file of that name in one step (MoveFileEx, rename(2)).
+  // Throws 74 when the two names lie on different volumes, so that the caller can copy instead.
+  virtual void rename_file(std::u16string_view from, std::u16string_view to) = 0;
+  virtual void set_read_only(std::u16string_view path, bool read_only) = 0;
+  virtual std::u16string temporary_folder() = 0;  // as GetTempPath answers; the trailing "\" is not promised
+  virtual std::u16string absolute(std::u16string_view path) = 0;
+};
+
+// A path as the user of this machine writes it (UTF-8), turned into the core's form, and back.
+std::u16string path_from_host(std::string_view host_path);
+std::string path_to_host(std::u16string_view path);
+
+}  // namespace kavo

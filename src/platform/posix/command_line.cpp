@@ -1,0 +1,61 @@
+#include "platform/posix/command_line.h"
+
+namespace kavo {
+namespace {
+
+bool is_blank(char16_t unit) { return unit == u' ' || unit == u'\t'; }
+
+void skip_blanks(std::u16string_view& line) {
+  while (!line.empty() && is_blank(line.front())) line.remove_prefix(1);
+}
+
+std::size_t leading(std::u16string_view line, char16_t unit) {
+  const std::size_t count = line.find_first_not_of(unit);
+  return count == std::u16string_view::npos ? line.size() : count;
+}
+
+std::u16string take_argument(std::u16string_view& line) {
+  std::u16string argument;
+  bool quoted = false;
+  while (!line.empty() && (quoted || !is_blank(line.front()))) {
+    const std::size_t backslashes = leading(line, u'\\');
+    const bool before_quote = backslashes < line.size() && line[backslashes] == u'"';
+    argument.append(before_quote ? backslashes / 2 : backslashes, u'\\');
+    line.remove_prefix(backslashes);
+    if (!before_quote) {
+      if (backslashes > 0) continue;
+      argument += line.front();
+    } else if (backslashes % 2 == 1) {
+      argument += u'"';
+    } else if (quoted && line.size() > 1 && line[1] == u'"') {
+      argument += u'"';
+      line.remove_prefix(1);
+    } else {
+      quoted = !quoted;
+    }
+    line.remove_prefix(1);
+  }
+  return argument;
+}
+
+}  // namespace
+
+std::vector<std::u16string> split_arguments(std::u16string_view line) {
+  std::vector<std::u16string> arguments;
+  for (skip_blanks(line); !line.empty(); skip_blanks(line)) arguments.push_back(take_argument(line));
+  return arguments;
+}
+
+std::vector<std::u16string> split_command_line(std::u16string_view line) {
+  skip_blanks(line);
+  if (line.empty()) return {};
+  const bool quoted = line.front() == u'"';
+  if (quoted) line.remove_prefix(1);
+  const std::size_t end = std::min(quoted ? line.find(u'"') : line.find_first_of(u" \t"), line.size());
+  std::vector<std::u16string> parts = {std::u16string(line.substr(0, end))};
+  line.remove_prefix(std::min(line.size(), end + 1));
+  for (std::u16string& argument : split_arguments(line)) parts.push_back(std::move(argument));
+  return parts;
+}
+
+}  // namespace kavo

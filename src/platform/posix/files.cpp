@@ -1,0 +1,203 @@
+// Files through the system's calls.
+//
+// A file without write permission for its owner is read-only as Windows means it: it is neither emptied nor removed nor
+// replaced, though this system would allow the latter two. The permission bits decide and not what the user may do, so
+// that an administrator's account sees the same.
+#include "platform/files.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <climits>
+#include <cstdlib>
+
+#include "platform/case_fold.h"
+#include "platform/posix/adapters.h"
+#include "platform/posix/host.h"
+#include "platform/posix/paths.h"
+#include "platform/wildcard.h"
+
+namespace kavo {
+namespace {
+
+std::optional<struct stat> status_of(const std::string& path, bool follow_links = true) {
+  struct stat status;
+  if ((follow_links ? ::stat(path.c_str(), &status) : ::lstat(path.c_str(), &status)) != 0) return std::nullopt;
+  return status;
+}
+
+bool is_folder(const std::optional<struct stat>& status) { return status && S_ISDIR(status->st_mode); }
+bool is_read_only(const std::optional<struct stat>& status) { return status && (status->st_mode & S_IWUSR) == 0; }
+
+// A missing file and a missing folder have one errno and two run-time error numbers.
+failure path_failure(const std::string& path, const failure& error) {
+  const std::string folder = split_host_path(path).folder;
+  if (!error.is(FailureNumber::kFileNotFound) || folder.empty() || is_folder(status_of(folder))) return error;
+  return failure(FailureNumber::kPathNotFound, error.description());
+}
+
+class PosixFile final : public File {
+ public:
+  explicit PosixFile(Descriptor descriptor) : descriptor_(std::move(descriptor)) {}
+
+  std::size_t read(std::span<char> buffer) override {
+    std::size_t done = 0;
+    while (done < buffer.size()) {
+      const ssize_t count = ::read(descriptor_.get(), buffer.data() + done, buffer.size() - done);
+      if (count < 0 && errno == EINTR) continue;
+      if (count < 0) throw_errno();
+      if (count == 0) break;
+      done += static_cast<std::size_t>(count);
+    }
+    return done;
+  }
+
+  void write(std::string_view bytes) override { write_all(descriptor_.get(), bytes); }
+
+  void seek(std::uint64_t position) override {
+    if (::lseek(descriptor_.get(), static_cast<off_t>(position), SEEK_SET) < 0) throw_errno();
+  }
+
+  std::uint64_t size() override {
+    struct stat status;
+    if (::fstat(descriptor_.get(), &status) != 0) throw_errno();
+    return static_cast<std::uint64_t>(status.st_size);
+  }
+
+  void close() override {
+    if (descriptor_.get() >= 0) close_host(std::move(descriptor_));
+  }
+
+ private:
+  Descriptor descriptor_;
+};
+
+class PosixFiles final : public FileSystem {
+ public:
+  std::unique_ptr<File> open(std::u16string_view path, Access access) override {
+    const std::string host = resolve(path);
+    const std::optional<struct stat> status = status_of(host);
+    if (access != Access::kCreateNew) {
+      if (is_folder(status)) throw host_failure(EISDIR);  // a folder opens for reading and then refuses each read
+      if (access == Access::kCreate && is_read_only(status)) throw host_failure(EACCES);
+    }
+    int flags = O_RDONLY;
+    if (access == Access::kCreate) flags = O_RDWR | O_CREAT | O_TRUNC;
+    if (access == Access::kCreateNew) flags = O_RDWR | O_CREAT | O_EXCL;
+    try {
+      return std::make_unique<PosixFile>(open_host(host, flags));
+    } catch (const failure& error) {
+      throw path_failure(host, error);
+    }
+  }
+
+  std::optional<FileInfo> info(std::u16string_view path) override try {
+    const std::optional<struct stat> status = status_of(resolve(path));
+    if (!status) return std::nullopt;
+    FileInfo info;
+    info.is_folder = is_folder(status);
+    info.is_read_only = is_read_only(status);
+    info.size = info.is_folder ? 0 : static_cast<std::uint64_t>(status->st_size);
+    return info;
+  } catch (const failure&) {
+    return std::nullopt;
+  }
+
+  std::vector<std::u16string> find(std::u16string_view pattern) override try {
+    const std::size_t separator = pattern.find_last_of(u"\\/");
+    const std::size_t split = separator == std::u16string_view::npos ? 0 : separator + 1;
+    const std::string folder = split == 0 ? "." : resolve(pattern.substr(0, split));
+    const std::u16string_view wanted = pattern.substr(split);
+    std::vector<std::u16string> names;
+    DIR* listing = ::opendir(folder.c_str());
+    if (!listing) return names;
+    while (const dirent* entry = ::readdir(listing)) {
+      std::u16string name = path_from_host(entry->d_name);
+      if (name != u"." && name != u".." && matches_wildcard(name, wanted)) names.push_back(std::move(name));
+    }
+    ::closedir(listing);
+    std::sort(names.begin(), names.end(), LessIgnoringCase{});
+    return names;
+  } catch (const failure&) {
+    return {};
+  }
+
+  void remove_file(std::u16string_view path) override {
+    const std::string host = resolve(path);
+    const std::optional<struct stat> status = status_of(host, false);
+    if (is_folder(status)) throw host_failure(EISDIR);
+    if (is_read_only(status)) throw host_failure(EACCES);
+    if (::unlink(host.c_str()) != 0) throw path_failure(host, host_failure(errno));
+  }
+
+  void rename_file(std::u16string_view from, std::u16string_view to) override {
+    const std::string source = resolve(from);
+    std::string target = resolve(to);
+    if (target == source) {
+      // The same file, found without regard to case: the new spelling is what the caller wants.
+      target = split_host_path(source).folder + split_host_path(path_to_host(to)).name;
+    } else {
+      const std::optional<struct stat> status = status_of(target);
+      if (is_folder(status)) throw host_failure(EISDIR);
+      if (is_read_only(status)) throw host_failure(EACCES);
+    }
+    if (::rename(source.c_str(), target.c_str()) == 0) return;
+    const failure error = host_failure(errno);
+    throw path_failure(status_of(source, false) ? target : source, error);
+  }
+
+  void set_read_only(std::u16string_view path, bool read_only) override {
+    const std::string host = resolve(path);
+    const std::optional<struct stat> status = status_of(host);
+    if (!status) throw path_failure(host, host_failure(ENOENT));
+    constexpr mode_t kAllWrite = S_IWUSR | S_IWGRP | S_IWOTH;
+    const mode_t bits = status->st_mode & 07777;
+    if (::chmod(host.c_str(), read_only ? bits & ~kAllWrite : bits | S_IWUSR) != 0) throw_errno();
+  }
+
+  std::u16string temporary_folder() override {
+    const char* folder = std::getenv("TMPDIR");
+    return path_from_host(folder && *folder ? folder : "/tmp");
+  }
+
+  std::u16string absolute(std::u16string_view path) override {
+    if (path.empty()) throw host_failure(ENOENT);
+    std::u16string whole(path);
+    std::replace(whole.begin(), whole.end(), u'/', u'\\');
+    if (whole.front() != u'\\') {
+      std::array<char, PATH_MAX> current;
+      if (!::getcwd(current.data(), current.size())) throw_errno();
+      whole = path_from_host(current.data()) + u'\\' + whole;
+    }
+    // By the letters alone, as GetFullPathName does: links are not followed.
+    std::vector<std::u16string_view> names;
+    std::u16string_view rest = whole;
+    while (!rest.empty()) {
+      const std::u16string_view name = rest.substr(0, rest.find(u'\\'));
+      rest.remove_prefix(std::min(rest.size(), name.size() + 1));
+      if (name == u"..") {
+        if (!names.empty()) names.pop_back();
+      } else if (!name.empty() && name != u".") {
+        names.push_back(name);
+      }
+    }
+    std::u16string result;
+    for (const std::u16string_view name : names) (result += u'\\') += name;
+    if (result.empty() || whole.back() == u'\\') result += u'\\';
+    return result;
+  }
+};
+
+}  // namespace
+
+FileSystem& system_files() {
+  static PosixFiles files;
+  return files;
+}
+
+}  // namespace kavo

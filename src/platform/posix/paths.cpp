@@ -1,0 +1,101 @@
+// "\" and "/" change places; a "\" in a host name becomes the lone surrogate U+DC5C, as an invalid byte becomes
+// U+DC00 + byte, so that every name of this host comes back as it was.
+#include "platform/posix/paths.h"
+
+#include <dirent.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <memory>
+#include <optional>
+
+#include "platform/case_fold.h"
+#include "platform/files.h"
+#include "platform/posix/host.h"
+#include "platform/unicode.h"
+
+namespace kavo {
+namespace {
+
+constexpr char16_t kEscapedBackslash = 0xDC5C;
+
+bool exists(const std::string& path) {
+  struct stat status;
+  return ::lstat(path.c_str(), &status) == 0;
+}
+
+struct CloseFolder {
+  void operator()(DIR* folder) const { ::closedir(folder); }
+};
+
+// The first entry, in the order of bytes, that is `name` when case does not count.
+std::optional<std::string> find_ignoring_case(const std::string& folder, const std::string& name) {
+  const std::unique_ptr<DIR, CloseFolder> listing(::opendir(folder.empty() ? "." : folder.c_str()));
+  if (!listing) return std::nullopt;
+  const std::u16string wanted = to_utf16(name);
+  std::optional<std::string> best;
+  while (const dirent* entry = ::readdir(listing.get()))
+    if ((!best || entry->d_name < *best) && equal_ignoring_case(to_utf16(entry->d_name), wanted)) best = entry->d_name;
+  return best;
+}
+
+}  // namespace
+
+std::u16string path_from_host(std::string_view host_path) {
+  std::u16string path = to_utf16(host_path);
+  for (char16_t& unit : path) {
+    if (unit == u'\\')
+      unit = kEscapedBackslash;
+    else if (unit == u'/')
+      unit = u'\\';
+  }
+  return path;
+}
+
+std::string path_to_host(std::u16string_view path) {
+  std::string host;
+  std::u16string plain;
+  for (std::size_t i = 0; i < path.size(); ++i) {
+    const bool is_low_half = i > 0 && path[i - 1] >= 0xD800 && path[i - 1] <= 0xDBFF;
+    if (path[i] == kEscapedBackslash && !is_low_half) {
+      host += to_utf8(plain);
+      host += '\\';
+      plain.clear();
+    } else {
+      plain += path[i] == u'\\' ? u'/' : path[i];
+    }
+  }
+  return host + to_utf8(plain);
+}
+
+std::string resolve(std::u16string_view path) {
+  const std::string host = path_to_host(path);
+  if (host.find('\0') != std::string::npos) throw host_failure(EINVAL);
+  if (host.empty() || exists(host)) return host;
+  std::string resolved;
+  std::size_t at = 0;
+  while (at < host.size()) {
+    const std::size_t end = std::min(host.find('/', at), host.size());
+    const std::string name = host.substr(at, end - at);
+    if (!name.empty()) {
+      if (!exists(resolved + name)) {
+        const std::optional<std::string> found = find_ignoring_case(resolved, name);
+        if (!found) return resolved + host.substr(at);
+        resolved += *found;
+      } else {
+        resolved += name;
+      }
+    }
+    if (end < host.size()) resolved += '/';
+    at = end + 1;
+  }
+  return resolved;
+}
+
+SplitPath split_host_path(const std::string& path) {
+  const std::size_t slash = path.rfind('/');
+  if (slash == std::string::npos) return {"", path};
+  return {path.substr(0, slash + 1), path.substr(slash + 1)};
+}
+
+}  // namespace kavo

@@ -1,0 +1,197 @@
+// The registry as one JSON file of the user's configuration folder.
+//
+// Every call reads the file again: calls are few, the file is small, and so a value that another process has written is
+// seen at once. A change holds a lock file from reading to renaming, so that no two processes lose each other's values.
+// A file that cannot be understood is never overwritten.
+#include "platform/registry.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+
+#include <array>
+#include <cerrno>
+#include <nlohmann/json.hpp>
+
+#include "platform/failure.h"
+#include "platform/posix/adapters.h"
+#include "platform/posix/host.h"
+#include "platform/registry_tree.h"
+#include "platform/unicode.h"
+
+namespace kavo {
+namespace {
+
+using Json = nlohmann::json;
+
+constexpr std::string_view kHexDigits = "0123456789abcdef";
+
+std::string to_hex(std::string_view bytes) {
+  std::string hex;
+  for (const char c : bytes) {
+    const auto byte = static_cast<unsigned char>(c);
+    hex += kHexDigits[byte >> 4];
+    hex += kHexDigits[byte & 15];
+  }
+  return hex;
+}
+
+std::string from_hex(std::string_view hex) {
+  std::string bytes;
+  for (std::size_t i = 0; i + 1 < hex.size(); i += 2) {
+    const std::size_t high = kHexDigits.find(hex[i]);
+    const std::size_t low = kHexDigits.find(hex[i + 1]);
+    if (high == std::string_view::npos || low == std::string_view::npos)
+      throw failure(FailureNumber::kDeviceError, u"Not a hexadecimal value in the settings file");
+    bytes += static_cast<char>(high << 4 | low);
+  }
+  return bytes;
+}
+
+// Text as the W calls store it, when UTF-8 can show it: whole units, one zero at the end and nowhere else.
+std::optional<std::string> text_of(const RegistryData& data) {
+  if (data.type != RegistryType::kString && data.type != RegistryType::kExpandableString) return std::nullopt;
+  if (data.bytes.size() < 2 || data.bytes.size() % 2 != 0) return std::nullopt;
+  std::u16string text;
+  for (std::size_t i = 0; i < data.bytes.size(); i += 2)
+    text += static_cast<char16_t>(static_cast<unsigned char>(data.bytes[i]) |
+                                  static_cast<unsigned char>(data.bytes[i + 1]) << 8);
+  if (text.find(u'\0') != text.size() - 1) return std::nullopt;
+  text.pop_back();
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] < 0xD800 || text[i] > 0xDFFF) continue;
+    const bool is_pair = text[i] <= 0xDBFF && i + 1 < text.size() && text[i + 1] >= 0xDC00 && text[i + 1] <= 0xDFFF;
+    if (!is_pair) return std::nullopt;
+    ++i;
+  }
+  return to_utf8(text);
+}
+
+std::string bytes_of(std::u16string_view text) {
+  std::string bytes;
+  for (const char16_t unit : std::u16string(text) + u'\0') {
+    bytes += static_cast<char>(unit & 0xFF);
+    bytes += static_cast<char>(unit >> 8);
+  }
+  return bytes;
+}
+
+Json to_json(const RegistryData& data) {
+  Json json{{"type", static_cast<std::uint32_t>(data.type)}};
+  if (const std::optional<std::string> text = text_of(data))
+    json["text"] = *text;
+  else
+    json["bytes"] = to_hex(data.bytes);
+  return json;
+}
+
+RegistryData data_from_json(const Json& json) {
+  RegistryData data;
+  data.type = static_cast<RegistryType>(json.at("type").get<std::uint32_t>());
+  if (json.contains("text"))
+    data.bytes = bytes_of(to_utf16(json["text"].get<std::string>()));
+  else
+    data.bytes = from_hex(json.at("bytes").get<std::string>());
+  return data;
+}
+
+Json to_json(const RegistryKey& key) {
+  Json json = Json::object();
+  for (const auto& [name, below] : key.keys) json["keys"][to_utf8(name)] = to_json(*below);
+  for (const auto& [name, data] : key.values) json["values"][to_utf8(name)] = to_json(data);
+  return json;
+}
+
+void fill(RegistryKey& key, const Json& json) {
+  if (json.contains("keys"))
+    for (const auto& [name, below] : json["keys"].items()) {
+      std::unique_ptr<RegistryKey>& made = key.keys[to_utf16(name)];
+      made = std::make_unique<RegistryKey>();
+      fill(*made, below);
+    }
+  if (json.contains("values"))
+    for (const auto& [name, data] : json["values"].items()) key.values[to_utf16(name)] = data_from_json(data);
+}
+
+constexpr const char* kCurrentUser = "HKEY_CURRENT_USER";
+constexpr const char* kLocalMachine = "HKEY_LOCAL_MACHINE";
+
+std::string registry_file() { return config_folder() + "/registry.json"; }
+
+RegistryTree load() {
+  RegistryTree tree;
+  const std::string path = registry_file();
+  const std::optional<std::string> bytes = read_host_file(path);
+  if (!bytes) return tree;
+  try {
+    const Json json = Json::parse(*bytes);
+    if (json.contains(kCurrentUser)) fill(tree.current_user(), json[kCurrentUser]);
+    if (json.contains(kLocalMachine)) fill(tree.local_machine(), json[kLocalMachine]);
+  } catch (const Json::exception& error) {
+    throw failure(FailureNumber::kDeviceError, to_utf16(path + " is damaged: " + error.what()));
+  }
+  return tree;
+}
+
+void save(RegistryTree& tree) {
+  std::string bytes;
+  try {
+    bytes = Json{{kCurrentUser, to_json(tree.current_user())}, {kLocalMachine, to_json(tree.local_machine())}}.dump(2);
+  } catch (const Json::exception&) {
+    throw failure(FailureNumber::kInvalidCall, u"The name of a registry key or value is not valid Unicode");
+  }
+  replace_host_file(registry_file(), bytes + "\n");
+}
+
+class PosixRegistry final : public Registry {
+ public:
+  bool key_exists(Hive hive, std::u16string_view path) override { return load().key_exists(hive, path); }
+
+  void create_key(Hive hive, std::u16string_view path) override {
+    change([&](RegistryTree& tree) { tree.create_key(hive, path); });
+  }
+
+  void delete_key(Hive hive, std::u16string_view path) override {
+    change([&](RegistryTree& tree) { tree.delete_key(hive, path); });
+  }
+
+  void delete_value(Hive hive, std::u16string_view path, std::u16string_view name) override {
+    change([&](RegistryTree& tree) { tree.delete_value(hive, path, name); });
+  }
+
+  std::optional<RegistryData> read(Hive hive, std::u16string_view path, std::u16string_view name) override {
+    return load().read(hive, path, name);
+  }
+
+  void write(Hive hive, std::u16string_view path, std::u16string_view name, const RegistryData& data) override {
+    change([&](RegistryTree& tree) { tree.write(hive, path, name, data); });
+  }
+
+  std::vector<std::u16string> sub_keys(Hive hive, std::u16string_view path) override {
+    return load().sub_keys(hive, path);
+  }
+
+  std::vector<std::u16string> value_names(Hive hive, std::u16string_view path) override {
+    return load().value_names(hive, path);
+  }
+
+ private:
+  template <typename Change>
+  void change(Change apply) {
+    make_host_folder(config_folder());
+    const Descriptor lock = open_host(config_folder() + "/registry.lock", O_RDWR | O_CREAT);
+    while (::flock(lock.get(), LOCK_EX) != 0)
+      if (errno != EINTR) throw_errno();
+    RegistryTree tree = load();
+    apply(tree);
+    save(tree);
+  }
+};
+
+}  // namespace
+
+Registry& system_registry() {
+  static PosixRegistry registry;
+  return registry;
+}
+
+}  // namespace kavo

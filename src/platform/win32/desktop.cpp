@@ -1,0 +1,65 @@
+#include "platform/desktop.h"
+
+#include <windows.h>
+
+#include "platform/win32/adapters.h"
+#include "platform/win32/text.h"
+
+namespace kavo {
+namespace {
+
+constexpr int kCaptionBuffer = 1024;  // 1023 characters and the terminating zero
+
+class WindowsDesktop final : public Desktop {
+ public:
+  void process_messages() override {
+    MSG message;
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+      if (message.message == WM_QUIT) {
+        // The host's own loop must see it.
+        PostQuitMessage(static_cast<int>(message.wParam));
+        break;
+      }
+      TranslateMessage(&message);
+      DispatchMessageW(&message);
+    }
+    throw_if_interrupted();
+  }
+
+  std::optional<std::u16string> foreground_caption() override {
+    const HWND window = GetForegroundWindow();
+    if (window == nullptr) return std::nullopt;
+    wchar_t caption[kCaptionBuffer];
+    const int length = GetWindowTextW(window, caption, kCaptionBuffer);
+    return from_wide(std::wstring_view(caption, static_cast<std::size_t>(length)));
+  }
+
+  void activate(std::u16string_view caption) override {
+    const HWND window = FindWindowW(nullptr, to_wide(caption).c_str());
+    if (window != nullptr) SetForegroundWindow(window);
+  }
+
+  std::uintptr_t find_window(std::u16string_view class_name) override {
+    return reinterpret_cast<std::uintptr_t>(FindWindowW(to_wide(class_name).c_str(), nullptr));
+  }
+
+  void post_message(std::uintptr_t window, std::uint32_t message) override {
+    PostMessageW(reinterpret_cast<HWND>(window), message, 0, 0);
+  }
+
+  void message_box(std::u16string_view text, std::u16string_view caption, MessageIcon icon) override {
+    UINT style = MB_OK | MB_TASKMODAL;  // modal to the host's windows even where none of them is active
+    if (icon == MessageIcon::kExclamation) style |= MB_ICONEXCLAMATION;
+    if (icon == MessageIcon::kInformation) style |= MB_ICONINFORMATION;
+    MessageBoxW(GetActiveWindow(), to_wide(text).c_str(), to_wide(caption).c_str(), style);
+  }
+};
+
+}  // namespace
+
+Desktop& system_desktop() {
+  static WindowsDesktop desktop;
+  return desktop;
+}
+
+}  // namespace kavo

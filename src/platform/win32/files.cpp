@@ -1,0 +1,161 @@
+// Files through the W calls.
+//
+// A file is replaced by MoveFileEx, which is one step: the target is the old file or the new one at every moment.
+// ReplaceFile would carry the old file's attributes and access list over, but works in several steps with documented
+// states between them in which the target is missing.
+#include "platform/files.h"
+
+#include <windows.h>
+
+#include <algorithm>
+
+#include "platform/win32/adapters.h"
+#include "platform/win32/owners.h"
+#include "platform/win32/paths.h"
+#include "platform/win32/system_error.h"
+#include "platform/win32/text.h"
+
+namespace kavo {
+namespace {
+
+// ReadFile and WriteFile count in 32 bits; one piece stays well below.
+constexpr std::size_t kLargestPiece = std::size_t{1} << 30;
+
+bool is_folder(const std::wstring& path) {
+  const DWORD attributes = GetFileAttributesW(path.c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+// For a call that failed on `path`. The system answers "access denied" for a folder that is used as a file.
+[[noreturn]] void throw_file_error(const std::wstring& path) {
+  const DWORD code = GetLastError();
+  if (code == ERROR_ACCESS_DENIED && is_folder(path)) throw failure(FailureNumber::kPathFileAccess, system_text(code));
+  throw system_failure(code);
+}
+
+class WindowsFile final : public File {
+ public:
+  explicit WindowsFile(unique_handle handle) : handle_(std::move(handle)) {}
+
+  std::size_t read(std::span<char> buffer) override {
+    std::size_t done = 0;
+    while (done < buffer.size()) {
+      DWORD count = 0;
+      const DWORD piece = static_cast<DWORD>(std::min(buffer.size() - done, kLargestPiece));
+      if (!ReadFile(handle_.get(), buffer.data() + done, piece, &count, nullptr)) throw_last_error();
+      if (count == 0) break;
+      done += count;
+    }
+    return done;
+  }
+
+  void write(std::string_view bytes) override {
+    while (!bytes.empty()) {
+      DWORD count = 0;
+      const DWORD piece = static_cast<DWORD>(std::min(bytes.size(), kLargestPiece));
+      if (!WriteFile(handle_.get(), bytes.data(), piece, &count, nullptr)) throw_last_error();
+      if (count == 0) throw system_failure(ERROR_DISK_FULL);
+      bytes.remove_prefix(count);
+    }
+  }
+
+  void seek(std::uint64_t position) override {
+    LARGE_INTEGER target;
+    target.QuadPart = static_cast<LONGLONG>(position);
+    if (!SetFilePointerEx(handle_.get(), target, nullptr, FILE_BEGIN)) throw_last_error();
+  }
+
+  std::uint64_t size() override {
+    LARGE_INTEGER size;
+    if (!GetFileSizeEx(handle_.get(), &size)) throw_last_error();
+    return static_cast<std::uint64_t>(size.QuadPart);
+  }
+
+  void close() override {
+    if (handle_ && !CloseHandle(handle_.release())) throw_last_error();
+  }
+
+ private:
+  unique_handle handle_;
+};
+
+class WindowsFileSystem final : public FileSystem {
+ public:
+  std::unique_ptr<File> open(std::u16string_view path, Access access) override {
+    const std::wstring name = system_path(path);
+    const bool reading = access == Access::kRead;
+    // Readers share everything, so that a document that its editor holds open can be read.
+    const DWORD sharing = reading ? FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE : FILE_SHARE_READ;
+    // OPEN_ALWAYS and emptying below: CREATE_ALWAYS refuses a hidden file and drops the attributes of any other.
+    const DWORD disposition = reading ? OPEN_EXISTING : access == Access::kCreate ? OPEN_ALWAYS : CREATE_NEW;
+    unique_handle handle(CreateFileW(name.c_str(), reading ? GENERIC_READ : GENERIC_READ | GENERIC_WRITE, sharing,
+                                     nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!handle) throw_file_error(name);
+    if (access == Access::kCreate && !SetEndOfFile(handle.get())) throw_last_error();
+    return std::make_unique<WindowsFile>(std::move(handle));
+  }
+
+  std::optional<FileInfo> info(std::u16string_view path) override try {
+    WIN32_FILE_ATTRIBUTE_DATA data;
+    if (!GetFileAttributesExW(system_path(path).c_str(), GetFileExInfoStandard, &data)) return std::nullopt;
+    FileInfo result;
+    result.size = (static_cast<std::uint64_t>(data.nFileSizeHigh) << 32) | data.nFileSizeLow;
+    result.is_folder = (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+    result.is_read_only = (data.dwFileAttributes & FILE_ATTRIBUTE_READONLY) != 0;
+    if (result.is_folder) result.size = 0;
+    return result;
+  } catch (const failure&) {
+    return std::nullopt;
+  }
+
+  std::vector<std::u16string> find(std::u16string_view pattern) override try {
+    std::vector<std::u16string> names;
+    WIN32_FIND_DATAW entry;
+    unique_find_handle search(FindFirstFileW(system_path(pattern).c_str(), &entry));
+    if (!search) return names;
+    do {
+      const std::u16string name = from_wide(entry.cFileName);
+      if (name != u"." && name != u"..") names.push_back(name);
+    } while (FindNextFileW(search.get(), &entry));
+    return names;
+  } catch (const failure&) {
+    return {};
+  }
+
+  void remove_file(std::u16string_view path) override {
+    const std::wstring name = system_path(path);
+    if (!DeleteFileW(name.c_str())) throw_file_error(name);
+  }
+
+  void rename_file(std::u16string_view from, std::u16string_view to) override {
+    const std::wstring target = system_path(to);
+    // Without MOVEFILE_COPY_ALLOWED: a copy would not be one step.
+    if (!MoveFileExW(system_path(from).c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
+      throw_file_error(target);
+  }
+
+  void set_read_only(std::u16string_view path, bool read_only) override {
+    const std::wstring name = system_path(path);
+    const DWORD old = GetFileAttributesW(name.c_str());
+    if (old == INVALID_FILE_ATTRIBUTES) throw_last_error();
+    const DWORD wanted = read_only ? old | FILE_ATTRIBUTE_READONLY : old & ~static_cast<DWORD>(FILE_ATTRIBUTE_READONLY);
+    if (!SetFileAttributesW(name.c_str(), wanted)) throw_last_error();
+  }
+
+  std::u16string temporary_folder() override {
+    wchar_t buffer[MAX_PATH + 1];
+    const DWORD length = GetTempPathW(MAX_PATH + 1, buffer);
+    return from_wide(std::wstring_view(buffer, length <= MAX_PATH ? length : 0));
+  }
+
+  std::u16string absolute(std::u16string_view path) override { return from_wide(full_path(to_wide(path))); }
+};
+
+}  // namespace
+
+FileSystem& system_files() {
+  static WindowsFileSystem files;
+  return files;
+}
+
+}  // namespace kavo

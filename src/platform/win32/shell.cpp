@@ -1,0 +1,45 @@
+#include "platform/shell.h"
+
+#include <windows.h>
+// windows.h first.
+#include <shellapi.h>
+
+#include "platform/failure.h"
+#include "platform/win32/adapters.h"
+#include "platform/win32/owners.h"
+#include "platform/win32/system_error.h"
+#include "platform/win32/text.h"
+
+namespace kavo {
+namespace {
+
+class WindowsShell final : public Shell {
+ public:
+  int open(std::u16string_view file, std::u16string_view parameters) override {
+    const std::wstring wide_parameters = to_wide(parameters);
+    const HINSTANCE result =
+        ShellExecuteW(nullptr, L"open", to_wide(file).c_str(),
+                      wide_parameters.empty() ? nullptr : wide_parameters.c_str(), nullptr, SW_SHOWNORMAL);
+    return static_cast<int>(reinterpret_cast<INT_PTR>(result));
+  }
+
+  void start(std::u16string_view command_line) override {
+    std::wstring line = to_wide(command_line);  // CreateProcess writes into it
+    STARTUPINFOW startup{};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION process{};
+    if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process))
+      throw failure(FailureNumber::kFileNotFound, system_text(GetLastError()));
+    unique_handle{process.hThread};
+    unique_handle{process.hProcess};
+  }
+};
+
+}  // namespace
+
+Shell& system_shell() {
+  static WindowsShell shell;
+  return shell;
+}
+
+}  // namespace kavo

@@ -1,0 +1,45 @@
+#!/usr/bin/env bash
+# Checks who includes whom: check_rooms.sh SOURCE_FOLDER. Prints every include that the layout forbids.
+set -euo pipefail
+cd "$1"
+
+declare -A may=(
+  [platform]="platform"
+  [resources]="resources"
+  [common]="common platform resources"
+  [mif]="mif common platform resources"
+  [html]="html common platform resources"
+  [office]="office common platform resources"
+  [ui]="ui mif html office common platform resources"
+  [driver]="driver ui mif html office common platform resources"
+  [suite]="suite common platform resources"
+  [cli]="cli driver suite ui mif html office common platform resources"
+  [automation_server]="automation_server driver suite common platform resources"
+)
+status=0
+complain() { echo "$1"; status=1; }
+
+checked=0
+for folder in */; do
+  room=${folder%/}
+  [ -n "${may[$room]:-}" ] || { complain "src/$room: a room that the include rule does not know"; continue; }
+  while IFS=: read -r file line include; do
+    used=${include#*\"}
+    used=${used%%/*}
+    checked=$((checked + 1))
+    case " ${may[$room]} " in *" $used "*) ;; *) complain "src/$file:$line: room $room must not include room $used" ;; esac
+  done < <(grep -rnE '^#include "[^"]+/' "$room" --include=*.h --include=*.cpp || true)
+done
+
+# Only the adapters, the COM skin and the window renderer may know the Windows headers; shared code has no platform
+# switches: the build picks the files.
+while read -r hit; do complain "src/$hit: Windows header outside the adapters"; done < <(
+  grep -rnE '#include <(windows|winsock2|objbase|oleauto|ole2|shellapi)\.h>' . --include=*.h --include=*.cpp |
+    sed 's|^\./||' | grep -vE '^(platform/win32|automation_server|ui/win32)/' || true)
+while read -r hit; do complain "src/$hit: platform switch in shared code"; done < <(
+  grep -rnE '^#\s*if.*\b(_WIN32|__linux__|__unix__)\b' . --include=*.h --include=*.cpp |
+    sed 's|^\./||' | grep -vE '^platform/(win32|posix)/' || true)
+
+[ "$checked" -gt 0 ] || complain "no include was checked"
+[ "$status" = 0 ] && echo "$checked includes between rooms, all allowed"
+exit "$status"

@@ -1,0 +1,30 @@
+// Looking at what a call throws.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include "platform/failure.h"
+
+namespace kavo::test {
+
+// The failure that the call throws, or nothing.
+template <typename Call>
+std::optional<failure> failure_of(Call call) {
+  try {
+    call();
+  } catch (const failure& error) {
+    return error;
+  }
+  return std::nullopt;
+}
+
+// Its number, 0 when the call throws none. Also checks that a failure says what it is about.
+template <typename Call>
+std::int32_t failure_number(Call call) {
+  const std::optional<failure> error = failure_of(call);
+  if (!error) return 0;
+  return error->description().empty() ? -1 : error->number();
+}
+
+}  // namespace kavo::test

@@ -1,0 +1,35 @@
+// A shell that starts nothing and keeps what it was asked for.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/failure.h"
+#include "platform/shell.h"
+
+namespace kavo::test {
+
+class FakeShell : public Shell {
+ public:
+  struct Opened {
+    std::u16string file;
+    std::u16string parameters;
+    bool operator==(const Opened&) const = default;
+  };
+  std::vector<Opened> opened;
+  std::vector<std::u16string> started;
+  int open_result = 42;
+  bool can_start = true;
+
+  int open(std::u16string_view file, std::u16string_view parameters) override {
+    opened.push_back({std::u16string(file), std::u16string(parameters)});
+    return open_result;
+  }
+
+  void start(std::u16string_view command_line) override {
+    if (!can_start) throw failure(FailureNumber::kFileNotFound, u"No such program");
+    started.emplace_back(command_line);
+  }
+};
+
+}  // namespace kavo::test

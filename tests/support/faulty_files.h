@@ -1,0 +1,79 @@
+// A file system whose operations fail on purpose, to prove that no document is lost whatever goes wrong.
+#pragma once
+
+#include <memory>
+#include <optional>
+
+#include "platform/failure.h"
+#include "platform/files.h"
+
+namespace kavo::test {
+
+// Wraps any file system and counts its operations: open, remove, rename, set_read_only and on open files read, write,
+// seek, size and close. (info and find never fail by their contract.)
+class FaultyFiles : public FileSystem {
+ public:
+  enum class Counted {
+    kAll,
+    kMutating,  // open for writing, write, close of a written file, remove, rename, set_read_only
+  };
+
+  struct Fault {
+    std::size_t operation = 1;  // 1-based number of the operation that fails
+    FailureNumber number = FailureNumber::kDiskFull;
+    Counted counted = Counted::kAll;
+    // Every counted operation after it fails too, as on a full or removed disk; removing a file still works, as it
+    // does there.
+    bool lasting = false;
+    // A failing write writes this many bytes first.
+    std::size_t partial_bytes = 0;
+  };
+
+  explicit FaultyFiles(FileSystem& inner) : inner_(inner) {}
+
+  // Starts counting anew.
+  void set_fault(const Fault& fault);
+  void clear_fault();
+  bool fault_happened() const { return fault_happened_; }
+  std::size_t operation_count() const { return operations_; }
+
+  std::unique_ptr<File> open(std::u16string_view path, Access access) override;
+  std::optional<FileInfo> info(std::u16string_view path) override { return inner_.info(path); }
+  std::vector<std::u16string> find(std::u16string_view pattern) override { return inner_.find(pattern); }
+  void remove_file(std::u16string_view path) override;
+  void rename_file(std::u16string_view from, std::u16string_view to) override;
+  void set_read_only(std::u16string_view path, bool read_only) override;
+  std::u16string temporary_folder() override { return inner_.temporary_folder(); }
+  std::u16string absolute(std::u16string_view path) override { return inner_.absolute(path); }
+
+ private:
+  friend class FaultyFile;
+  enum class Kind { kReading, kMutating, kRemoving };
+  // True when this operation is to fail.
+  bool fails(Kind kind);
+  void step(Kind kind);  // throws when it is
+  [[noreturn]] void raise() const;
+
+  FileSystem& inner_;
+  std::optional<Fault> fault_;
+  std::size_t operations_ = 0;
+  bool fault_happened_ = false;
+};
+
+// Calls `run(fault_number)` with a fault at the 1st, 2nd, 3rd ... operation until a run meets no fault any more; the
+// fault is cleared before `check(fault_number)` looks at what is left. Returns how many faults there were. `run` must
+// put the files back to the start itself.
+template <typename Run, typename Check>
+std::size_t for_each_fault(FaultyFiles& files, FaultyFiles::Fault fault, Run run, Check check) {
+  for (std::size_t number = 1;; ++number) {
+    fault.operation = number;
+    files.set_fault(fault);
+    run(number);
+    const bool happened = files.fault_happened();
+    files.clear_fault();
+    if (!happened) return number - 1;
+    check(number);
+  }
+}
+
+}  // namespace kavo::test

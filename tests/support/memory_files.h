@@ -1,0 +1,56 @@
+// Files and folders in memory, for tests that must see every byte and fail on purpose.
+//
+// Behaves as the system's adapters do: names ignore case and keep it, a file lies in a folder that exists, a read-only
+// file is neither emptied nor removed nor replaced. Unlike them it lets a file be removed while it is open.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/case_fold.h"
+#include "platform/files.h"
+
+namespace kavo::test {
+
+class MemoryFiles : public FileSystem {
+ public:
+  // "C:\", "C:\TEMP" (the temporary folder) and "C:\WORK" (where relative paths lie) exist.
+  MemoryFiles();
+
+  // For the test itself: no failures, folders are made as needed.
+  void put(std::u16string_view path, std::string_view bytes);
+  std::string get(std::u16string_view path) const;  // throws `failure` 53
+  bool has(std::u16string_view path) const;
+  void add_folder(std::u16string_view path);      // with every folder above it
+  std::vector<std::u16string> all_files() const;  // full paths as written, sorted without regard to case
+  void set_temporary_folder(std::u16string_view path) { temporary_folder_ = path; }
+
+  std::unique_ptr<File> open(std::u16string_view path, Access access) override;
+  std::optional<FileInfo> info(std::u16string_view path) override;
+  std::vector<std::u16string> find(std::u16string_view pattern) override;
+  void remove_file(std::u16string_view path) override;
+  void rename_file(std::u16string_view from, std::u16string_view to) override;
+  void set_read_only(std::u16string_view path, bool read_only) override;
+  std::u16string temporary_folder() override { return temporary_folder_; }
+  std::u16string absolute(std::u16string_view path) override;
+
+ private:
+  struct Entry {
+    bool is_folder = false;
+    bool is_read_only = false;
+    std::shared_ptr<std::string> bytes;
+  };
+  using Entries = std::map<std::u16string, Entry, LessIgnoringCase>;
+
+  static std::u16string key(std::u16string_view path);
+  static std::u16string parent(const std::u16string& path);
+  Entry& existing_file(const std::u16string& path);
+  void check_folder(const std::u16string& path);
+
+  Entries entries_;
+  std::u16string temporary_folder_ = u"C:\\TEMP\\";
+};
+
+}  // namespace kavo::test
