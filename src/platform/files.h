@@ -2,7 +2,9 @@
 //
 // Paths are Windows paths in the whole core: "\" separates, case does not matter. The native adapter maps them to the
 // host ("\" to "/", the exact name first, then a look in the folder that ignores case). Every operation that fails
-// throws `failure` with a run-time error number (53, 61, 70, 75, 76 ...) and the system's own description.
+// throws `failure` with a run-time error number and the system's own description: 53 no such file, 58 name exists, 61
+// disk full, 67 too many open files, 70 refused (a read-only file is neither emptied nor removed nor replaced), 74
+// another volume, 75 a folder where a file is meant or a name that cannot be, 76 no such folder, 57 anything else.
 #pragma once
 
 #include <cstddef>
@@ -48,7 +50,7 @@ class FileSystem {
   // Nothing when no such entry exists or it cannot be looked at.
   virtual std::optional<FileInfo> info(std::u16string_view path) = 0;
   // Names (without folder) of the entries that the pattern's last component matches; "*" and "?" as FindFirstFile
-  // reads them. Empty when nothing matches.
+  // reads them; never "." and "..". Empty when nothing matches.
   virtual std::vector<std::u16string> find(std::u16string_view pattern) = 0;
   virtual void remove_file(std::u16string_view path) = 0;
   // Gives a file a new name on the same volume, replacing a file of that name in one step (MoveFileEx, rename(2)).

@@ -15,6 +15,7 @@ struct Row {
 
 constexpr auto kCommon = StringSection::kCommon;
 constexpr auto kMoveFile = StringSection::kMoveFile;
+constexpr auto kHTMLValidate = StringSection::kHTMLValidate;
 
 // In order of section and number: looked up by binary search.
 constexpr Row kRows[] = {
@@ -88,6 +89,24 @@ constexpr Row kRows[] = {
     {kMoveFile, 3003, u"The old file could not be replaced: "},
     {kMoveFile, 3004, u"The file could not be copied: "},
     {kMoveFile, 3005, u"The file could not be removed: "},
+    // 3008 to 3019: %1% element, %2% line, %3% column, %4% the tag or element that it meets.
+    {kHTMLValidate, 3001, u"The file could not be opened: "},
+    {kHTMLValidate, 3006, u"HTML validation of "},
+    {kHTMLValidate, 3007, u"The backup copy could not be made: "},
+    {kHTMLValidate, 3008, u"Line %2%, column %3%: the page begins with %1% and was left as it is"},
+    {kHTMLValidate, 3009, u"Line %2%, column %3%: a \"%1%\" that begins no tag was written as \"&lt;\""},
+    {kHTMLValidate, 3010, u"Line %2%, column %3%: %1% was still open at %4% and was closed before it"},
+    {kHTMLValidate, 3011, u"Line %2%, column %3%: a \"%1%\" outside any tag was written as \"&gt;\""},
+    {kHTMLValidate, 3012, u"Line %2%, column %3%: %1% was closed early and was opened again where its text goes on"},
+    {kHTMLValidate, 3013, u"Line %2%, column %3%: %1% ends at %4% and was closed there"},
+    {kHTMLValidate, 3014, u"Line %2%, column %3%: the closing tag of %1% matches no open element and was left as it is"},
+    {kHTMLValidate, 3015, u"Line %2%, column %3%: the paragraph %1% ends at %4% and was closed there"},
+    {kHTMLValidate, 3016, u"Line %2%, column %3%: %1% was never closed and was closed at the end of the page"},
+    {kHTMLValidate, 3017, u"Line %2%, column %3%: %1% ends inside %4%, which began in it; both were left as they are, "
+                          u"because no closing tag can say what a browser makes of it"},
+    {kHTMLValidate, 3018, u"Line %2%, column %3%: %1% is open at %4% and was left as it is, because a closing tag there "
+                          u"would change the page"},
+    {kHTMLValidate, 3019, u"Line %2%, column %3%: %1% could not be repaired; the page may look different there"},
 };
 
 constexpr bool before(const Row& a, const Row& b) {

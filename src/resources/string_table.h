@@ -7,7 +7,7 @@
 
 namespace kavo {
 
-enum class StringSection { kCommon, kMoveFile, kExcelOptions };
+enum class StringSection { kCommon, kMoveFile, kExcelOptions, kHTMLValidate };
 
 // Throws std::out_of_range when the section has no such number: a missing text is a defect of the build.
 std::u16string_view string_resource(std::int32_t number, StringSection section = StringSection::kCommon);

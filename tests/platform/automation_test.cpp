@@ -7,7 +7,7 @@
 #include "platform/ports.h"
 #include "support/failures.h"
 #include "support/fake_automation.h"
-#include "support/system.h"
+#include "support/temp_folder.h"
 
 namespace kavo::test {
 namespace {
@@ -44,8 +44,8 @@ TEST(ValueTest, Numbers) {
 }
 
 TEST(ValueTest, NumbersThatDoNotFit) {
-  for (const Value& value : {Value(2147483648.0), Value(-2147483649.0), Value(1e300), text(u"2147483648"), text(u"1e400"),
-                             Value(std::numeric_limits<double>::quiet_NaN())})
+  for (const Value& value : {Value(2147483648.0), Value(-2147483649.0), Value(1e300), text(u"2147483648"),
+                             text(u"1e400"), Value(std::numeric_limits<double>::quiet_NaN())})
     EXPECT_EQ(failure_number([&] { as_number(value); }), 6);
 }
 
@@ -70,9 +70,18 @@ TEST(ValueTest, Texts) {
     Value value;
     std::u16string_view expected;
   } cases[] = {
-      {Empty{}, u""},   {true, u"True"},  {false, u"False"},  {std::int16_t{-3}, u"-3"}, {kMinimum, u"-2147483648"},
-      {1.5, u"1.5"},    {0.1, u"0.1"},    {100.0, u"100"},    {1e20, u"1E+20"},          {1.0 / 3, u"0.333333333333333"},
-      {-0.25, u"-0.25"}, {text(u"x"), u"x"},
+      {Empty{}, u""},
+      {true, u"True"},
+      {false, u"False"},
+      {std::int16_t{-3}, u"-3"},
+      {kMinimum, u"-2147483648"},
+      {1.5, u"1.5"},
+      {0.1, u"0.1"},
+      {100.0, u"100"},
+      {1e20, u"1E+20"},
+      {1.0 / 3, u"0.333333333333333"},
+      {-0.25, u"-0.25"},
+      {text(u"x"), u"x"},
   };
   for (const auto& c : cases) EXPECT_EQ(as_text(c.value), c.expected);
   EXPECT_EQ(failure_number([] { as_text(Omitted{}); }), 13);
@@ -100,7 +109,9 @@ class Counter : public TableObject {
             {u"Item", MemberKind::kPropertyPut, 1, 3,
              [this](std::span<Argument> a) -> Value { return received_.assign(a.begin(), a.end()), Empty{}; }},
             {u"Join", MemberKind::kMethod, 1, 3,
-             [this](std::span<Argument> a) -> Value { return received_.assign(a.begin(), a.end()), as_text(a[0].value); }},
+             [this](std::span<Argument> a) -> Value {
+               return received_.assign(a.begin(), a.end()), as_text(a[0].value);
+             }},
             {u"Fill", MemberKind::kMethod, 2, 2,
              [](std::span<Argument> a) -> Value { return a[0].value = a[1].value = text(u"filled"), true; }},
             {u"Fail", MemberKind::kMethod, 0, 0,
@@ -223,7 +234,9 @@ TEST(AutomationTest, MissingComponentIsNamed) {
 }
 
 TEST(AutomationTest, FileThatNoComponentOpens) {
-  EXPECT_EQ(failure_number([] { ports().automation->bind_to_file(u"C:\\missing\\file.kavo-test"); }), 432);
+  const TempFolder temp;
+  const std::u16string path = temp.write(u"file.kavo-test", "content");
+  EXPECT_EQ(failure_number([&] { ports().automation->bind_to_file(path); }), 432);
 }
 
 }  // namespace

@@ -75,7 +75,9 @@ TEST(CodePageTest, EveryCharacterOfSingleBytePagesComesBack) {
       const std::string bytes(1, static_cast<char>(byte));
       ASSERT_EQ(page->decode(bytes).size(), 1u) << name << " byte " << byte;
       // Windows has no character for some bytes and then its own rules.
-      if (is_native() || byte < 0x80) EXPECT_EQ(page->encode(page->decode(bytes)), bytes) << name << " byte " << byte;
+      if (is_native() || byte < 0x80) {
+        EXPECT_EQ(page->encode(page->decode(bytes)), bytes) << name << " byte " << byte;
+      }
       EXPECT_FALSE(page->is_lead_byte(static_cast<unsigned char>(byte)));
     }
   }
@@ -100,8 +102,9 @@ TEST(CodePageTest, EveryCharacterOfDoubleBytePagesComesBack) {
         ++characters;
         // Two codes of one character: the text stays the same whichever of them is written.
         EXPECT_EQ(page->decode(again), text) << name << " " << lead << " " << trail;
-        if (is_native() && seen.insert(text[0]).second && again != bytes)
+        if (is_native() && seen.insert(text[0]).second && again != bytes) {
           EXPECT_TRUE(std::string(name) == "932" || std::string(name) == "950") << name << " " << lead << " " << trail;
+        }
       }
     }
     EXPECT_GT(characters, 9000u) << name;
@@ -122,7 +125,9 @@ TEST(CodePageTest, LeadBytes) {
 TEST(CodePageTest, MissingCharacterBecomesQuestionMark) {
   EXPECT_EQ(make_code_page("1252")->encode(u"a\u4E2Db"), "a?b");
   EXPECT_EQ(make_code_page("932")->encode(u"\u0E01x"), "?x");
-  if (is_native()) EXPECT_EQ(make_code_page("1252")->encode(u"a\U0001F600b"), "a?b");
+  if (is_native()) {
+    EXPECT_EQ(make_code_page("1252")->encode(u"a\U0001F600b"), "a?b");
+  }
 }
 
 TEST(CodePageTest, AnyBytesComeBackNatively) {
@@ -140,7 +145,8 @@ TEST(CodePageTest, AnyBytesComeBackNatively) {
 
 TEST(CodePageTest, LeadByteAtTheEndComesBackNatively) {
   if (!is_native()) GTEST_SKIP() << "the system's own replacement rules hold here";
-  for (const char* name : kDoubleByte) EXPECT_EQ(make_code_page(name)->encode(make_code_page(name)->decode("a\x81")), "a\x81");
+  for (const char* name : kDoubleByte)
+    EXPECT_EQ(make_code_page(name)->encode(make_code_page(name)->decode("a\x81")), "a\x81");
 }
 
 TEST(CodePageTest, EmptyTexts) {
@@ -168,7 +174,8 @@ TEST(CodePageTest, IncompleteTailAtEveryCut) {
       {"936", {"\xD6\xD0", "\xB0\xA1", "a", "\x81\x40"}},
       {"949", {"\xC7\xD1", "x", "\x81\x41"}},
       {"950", {"\xA4\xA4", "\xB3\x5C", "\xB3\x7C", "{"}},
-      {"65001", {"a", "\xC3\xA4", "\xE2\x82\xAC", "\xF0\x9F\x98\x80", "\xE0\xA0\x80", "\xED\x9F\xBF", "\xF4\x8F\xBF\xBF"}},
+      {"65001",
+       {"a", "\xC3\xA4", "\xE2\x82\xAC", "\xF0\x9F\x98\x80", "\xE0\xA0\x80", "\xED\x9F\xBF", "\xF4\x8F\xBF\xBF"}},
       {"1252", {"a", "\x81", "\xE4", "\xFF"}},
   };
   for (const Case& c : cases) {

@@ -44,12 +44,18 @@ TEST_F(ProfileFilesTest, ReadingTable) {
       {"comment is no key", u"First", u"key2", u"fallback"},
       {"value with an equals sign", u"First", u"equals", u"a=b"},
       {"missing key", u"First", u"missing", u"fallback"},
+      {"key before the first section", u"First", u"before", u"fallback"},
       {"missing section", u"Missing", u"key", u"fallback"},
-      {"key before the first section", u"", u"before", u"fallback"},
       {"same key of another section", u"Third", u"key", u"third"},
       {"last line without line end", u"Third", u"last", u"no line end"},
   };
   for (const auto& c : cases) EXPECT_EQ(read(c.section, c.key), c.expected) << c.name;
+}
+
+TEST_F(ProfileFilesTest, KeyBeforeTheFirstSectionIsNotFound) {
+  if (!is_native()) GTEST_SKIP() << "Wine finds it under the section without a name";
+  temp.write(u"test.ini", "before=x\r\n[First]\r\nkey=value\r\n");
+  EXPECT_EQ(read(u"", u"before"), u"fallback");
 }
 
 TEST_F(ProfileFilesTest, FirstOfTwoSectionsOfOneNameCounts) {

@@ -65,7 +65,7 @@ class RegistryTest : public testing::TestWithParam<Adapter> {
 
 INSTANTIATE_TEST_SUITE_P(Every, RegistryTest,
                          testing::Values(Adapter{"System", system_adapter}, Adapter{"Memory", memory_adapter}),
-                         [](const auto& info) { return info.param.name; });
+                         [](const auto& adapter) { return adapter.param.name; });
 
 TEST_P(RegistryTest, ValuesOfEveryTypeComeBack) {
   std::string all_bytes;
@@ -215,8 +215,12 @@ TEST(SystemRegistryTest, DamagedSettingsFileIsReportedAndNeverOverwritten) {
   const std::filesystem::path file = std::filesystem::path(folder) / "registry.json";
   const std::filesystem::path saved = std::filesystem::path(folder) / "saved.json";
   std::filesystem::rename(file, saved);
-  for (const std::string damaged : {"{", "[]", "{\"HKEY_CURRENT_USER\": {\"values\": {\"a\": {\"type\": \"x\"}}}}",
-                                    "{\"HKEY_CURRENT_USER\": {\"values\": {\"a\": {\"type\": 3, \"bytes\": \"0g\"}}}}"}) {
+  const std::string user = R"({"HKEY_LOCAL_MACHINE": {}, "HKEY_CURRENT_USER": )";
+  for (const std::string& damaged :
+       {std::string("{"), std::string("[]"), std::string("{}"), std::string(), user + "[]}", user + "{\"keys\": 1}}",
+        user + R"({"values": {"a": {"type": "x", "text": ""}}}})", user + R"({"values": {"a": {"type": 1}}}})",
+        user + R"({"values": {"a": {"type": 3, "bytes": "0g"}}}})",
+        user + R"({"values": {"a": {"type": 3, "bytes": "0"}}}})"}) {
     std::ofstream(file) << damaged;
     EXPECT_NE(failure_number([] { ports().registry->key_exists(Hive::kCurrentUser, u"Software"); }), 0) << damaged;
     EXPECT_NE(failure_number([] { ports().registry->create_key(Hive::kCurrentUser, u"Software"); }), 0) << damaged;

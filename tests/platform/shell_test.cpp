@@ -12,14 +12,27 @@
 namespace kavo::test {
 namespace {
 
-// Started programs are not waited for, so what they leave is waited for.
-bool appears(const TempFolder& temp, std::u16string_view name) {
-  for (int i = 0; i < 500; ++i) {
-    if (temp.exists(name)) return true;
-    ports().clock->sleep(0.01);
+// A program of the native host that leaves its arguments, one a line, in a file beside it.
+class ScriptFolder {
+ public:
+  ScriptFolder() {
+    const std::u16string script = temp.write(
+        u"script", "#!/bin/sh\ncd \"$(dirname \"$0\")\"\nprintf '<%s>\\n' \"$@\" > unfinished\nmv unfinished out\n");
+    std::filesystem::permissions(to_filesystem_path(script), std::filesystem::perms::owner_exec,
+                                 std::filesystem::perm_options::add);
   }
-  return false;
-}
+
+  // Started programs are not waited for, so what they leave is.
+  std::string output() const {
+    for (int i = 0; i < 1000; ++i) {
+      if (temp.exists(u"out")) return temp.read(u"out");
+      ports().clock->sleep(0.01);
+    }
+    return "nothing was started";
+  }
+
+  TempFolder temp;
+};
 
 TEST(ShellTest, MissingProgramCannotBeStarted) {
   EXPECT_EQ(failure_number([] { ports().shell->start(u"kavo-test-no-such-program \"a b\""); }), 53);
@@ -34,29 +47,42 @@ TEST(ShellTest, MissingFileCannotBeOpened) {
 }
 
 TEST(ShellTest, ProgramIsStartedWithItsArguments) {
-  if (!is_native()) GTEST_SKIP() << "uses a program of the native host";
-  const TempFolder temp;
-  ports().shell->start(u"mkdir \"" + temp.path() + u"/with blank\" '" + temp.path() + u"/$HOME'");
-  EXPECT_TRUE(appears(temp, u"with blank"));
+  if (!is_native()) GTEST_SKIP() << "uses a script of the native host";
+  const struct {
+    const char* name;
+    std::u16string_view arguments;
+    std::string_view expected;
+  } cases[] = {
+      {"plain", u" a  b\t-c ", "<a>\n<b>\n<-c>\n"},
+      {"quotes keep blanks", u" \"a b\" c", "<a b>\n<c>\n"},
+      {"quotes inside an argument", u" a\" b\"c", "<a bc>\n"},
+      {"empty argument", u" \"\" x", "<>\n<x>\n"},
+      {"escaped quote", u" a\\\"b", "<a\"b>\n"},
+      {"backslashes before a quote count half", u" \"a\\\\\" b", "<a\\>\n<b>\n"},
+      {"backslashes elsewhere stay", u" a\\\\b\\c", "<a\\\\b\\c>\n"},
+      {"doubled quote within quotes", u" \"a\"\"b\" c", "<a\"b>\n<c>\n"},
+      {"nothing has a meaning to a shell", u" $HOME `id` * ; 'x y'", "<$HOME>\n<`id`>\n<*>\n<;>\n<'x>\n<y'>\n"},
+  };
+  for (const auto& c : cases) {
+    const ScriptFolder folder;
+    ports().shell->start(u"\"" + folder.temp.path(u"script") + u"\"" + std::u16string(c.arguments));
+    EXPECT_EQ(folder.output(), c.expected) << c.name;
+  }
 }
 
 TEST(ShellTest, ExistingFileIsHandedOverInTheHostsForm) {
-  if (!is_native()) GTEST_SKIP() << "uses a program of the native host";
-  const TempFolder temp;
-  temp.write(u"Source.txt", "content");
-  ports().shell->start(u"cp \"" + temp.path(u"SOURCE.TXT") + u"\" \"" + path_from_host("") + temp.path() + u"\"");
-  ports().shell->start(u"ln \"" + temp.path(u"source.txt") + u"\" -t \"" + temp.path(u".") + u"\" -S x");
-  ports().shell->start(u"mv \"" + temp.path(u"source.txt") + u"\" \"" + temp.path(u"") + u"\"");
-  EXPECT_TRUE(appears(temp, u"Source.txt"));
+  if (!is_native()) GTEST_SKIP() << "uses a script of the native host";
+  const ScriptFolder folder;
+  const std::u16string file = folder.temp.write(u"A Document.txt", "content");
+  ports().shell->start(folder.temp.path(u"SCRIPT") + u" \"" + folder.temp.path(u"a document.TXT") + u"\"");
+  EXPECT_EQ(folder.output(), "<" + path_to_host(file) + ">\n");
 }
 
 TEST(ShellTest, ExecutableFileIsOpenedByRunningIt) {
   if (!is_native()) GTEST_SKIP() << "uses a script of the native host";
-  const TempFolder temp;
-  const std::u16string script = temp.write(u"script", "#!/bin/sh\ntouch \"$1\"\n");
-  std::filesystem::permissions(to_filesystem_path(script), std::filesystem::perms::owner_exec,
-                               std::filesystem::perm_options::add);
-  EXPECT_GT(ports().shell->open(script, u"\"" + path_from_host(path_to_host(temp.path())) + u"\""), 32);
+  const ScriptFolder folder;
+  EXPECT_GT(ports().shell->open(folder.temp.path(u"script"), u"\"a b\" c"), 32);
+  EXPECT_EQ(folder.output(), "<a b>\n<c>\n");
 }
 
 }  // namespace

@@ -54,8 +54,9 @@ MemoryFiles::MemoryFiles() {
 std::u16string MemoryFiles::key(std::u16string_view path) {
   std::u16string whole(path);
   std::replace(whole.begin(), whole.end(), u'/', u'\\');
-  const bool has_drive = whole.size() >= 2 && whole[1] == u':';
-  if (!has_drive && !whole.starts_with(u'\\')) whole = std::u16string(kCurrentFolder) + u'\\' + whole;
+  const auto starts_with_drive = [&] { return whole.size() >= 2 && whole[1] == u':'; };
+  if (!starts_with_drive() && !whole.starts_with(u'\\')) whole = std::u16string(kCurrentFolder) + u'\\' + whole;
+  const bool has_drive = starts_with_drive();
   std::vector<std::u16string_view> names;
   std::u16string_view rest = whole;
   while (!rest.empty()) {

@@ -35,13 +35,18 @@ std::string to_hex(std::string_view bytes) {
   return hex;
 }
 
+[[noreturn]] void throw_no_hex() {
+  throw failure(FailureNumber::kDeviceError, u"Not a hexadecimal value in the settings file");
+}
+
+// Throws `failure` 57 for anything but pairs of digits.
 std::string from_hex(std::string_view hex) {
   std::string bytes;
-  for (std::size_t i = 0; i + 1 < hex.size(); i += 2) {
+  if (hex.size() % 2 != 0) throw_no_hex();
+  for (std::size_t i = 0; i < hex.size(); i += 2) {
     const std::size_t high = kHexDigits.find(hex[i]);
     const std::size_t low = kHexDigits.find(hex[i + 1]);
-    if (high == std::string_view::npos || low == std::string_view::npos)
-      throw failure(FailureNumber::kDeviceError, u"Not a hexadecimal value in the settings file");
+    if (high == std::string_view::npos || low == std::string_view::npos) throw_no_hex();
     bytes += static_cast<char>(high << 4 | low);
   }
   return bytes;
@@ -101,15 +106,21 @@ Json to_json(const RegistryKey& key) {
   return json;
 }
 
+// The members of an object that must be one; none for a name that is missing. Throws Json::exception.
+const Json::object_t& members_of(const Json& json, const char* name) {
+  static const Json::object_t none;
+  const Json::object_t& members = json.get_ref<const Json::object_t&>();
+  const auto found = members.find(name);
+  return found == members.end() ? none : found->second.get_ref<const Json::object_t&>();
+}
+
 void fill(RegistryKey& key, const Json& json) {
-  if (json.contains("keys"))
-    for (const auto& [name, below] : json["keys"].items()) {
-      std::unique_ptr<RegistryKey>& made = key.keys[to_utf16(name)];
-      made = std::make_unique<RegistryKey>();
-      fill(*made, below);
-    }
-  if (json.contains("values"))
-    for (const auto& [name, data] : json["values"].items()) key.values[to_utf16(name)] = data_from_json(data);
+  for (const auto& [name, below] : members_of(json, "keys")) {
+    std::unique_ptr<RegistryKey>& made = key.keys[to_utf16(name)];
+    made = std::make_unique<RegistryKey>();
+    fill(*made, below);
+  }
+  for (const auto& [name, data] : members_of(json, "values")) key.values[to_utf16(name)] = data_from_json(data);
 }
 
 constexpr const char* kCurrentUser = "HKEY_CURRENT_USER";
@@ -124,8 +135,8 @@ RegistryTree load() {
   if (!bytes) return tree;
   try {
     const Json json = Json::parse(*bytes);
-    if (json.contains(kCurrentUser)) fill(tree.current_user(), json[kCurrentUser]);
-    if (json.contains(kLocalMachine)) fill(tree.local_machine(), json[kLocalMachine]);
+    fill(tree.current_user(), json.at(kCurrentUser));
+    fill(tree.local_machine(), json.at(kLocalMachine));
   } catch (const Json::exception& error) {
     throw failure(FailureNumber::kDeviceError, to_utf16(path + " is damaged: " + error.what()));
   }

@@ -1,10 +1,11 @@
 #include "platform/console.h"
 
+#include <windows.h>
+// windows.h first.
 #include <fcntl.h>
 #include <io.h>
 #include <shellapi.h>
 #include <stdio.h>
-#include <windows.h>
 
 #include <memory>
 

@@ -33,6 +33,15 @@ bool is_folder(const std::wstring& path) {
   throw system_failure(code);
 }
 
+// A read-only file is neither emptied nor replaced. The system refuses that by itself, except where the rights of
+// another system's user decide (shared drives, Wine).
+void check_writable(const std::wstring& path) {
+  const DWORD attributes = GetFileAttributesW(path.c_str());
+  const bool is_read_only = attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0 &&
+                            (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+  if (is_read_only) throw system_failure(ERROR_ACCESS_DENIED);
+}
+
 class WindowsFile final : public File {
  public:
   explicit WindowsFile(unique_handle handle) : handle_(std::move(handle)) {}
@@ -86,6 +95,7 @@ class WindowsFileSystem final : public FileSystem {
     const bool reading = access == Access::kRead;
     // Readers share everything, so that a document that its editor holds open can be read.
     const DWORD sharing = reading ? FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE : FILE_SHARE_READ;
+    if (access == Access::kCreate) check_writable(name);
     // OPEN_ALWAYS and emptying below: CREATE_ALWAYS refuses a hidden file and drops the attributes of any other.
     const DWORD disposition = reading ? OPEN_EXISTING : access == Access::kCreate ? OPEN_ALWAYS : CREATE_NEW;
     unique_handle handle(CreateFileW(name.c_str(), reading ? GENERIC_READ : GENERIC_READ | GENERIC_WRITE, sharing,
@@ -129,6 +139,7 @@ class WindowsFileSystem final : public FileSystem {
 
   void rename_file(std::u16string_view from, std::u16string_view to) override {
     const std::wstring target = system_path(to);
+    check_writable(target);
     // Without MOVEFILE_COPY_ALLOWED: a copy would not be one step.
     if (!MoveFileExW(system_path(from).c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
       throw_file_error(target);

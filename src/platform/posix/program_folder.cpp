@@ -1,0 +1,20 @@
+#include "platform/program_folder.h"
+
+#include <unistd.h>
+
+#include <climits>
+
+#include "platform/files.h"
+#include "platform/posix/host.h"
+
+namespace kavo {
+
+std::u16string program_folder() {
+  char path[PATH_MAX];
+  const ssize_t length = ::readlink("/proc/self/exe", path, sizeof path);
+  if (length < 0) throw_errno();
+  const std::u16string program = path_from_host({path, static_cast<std::size_t>(length)});
+  return program.substr(0, program.rfind(u'\\'));
+}
+
+}  // namespace kavo

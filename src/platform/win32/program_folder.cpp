@@ -1,0 +1,27 @@
+#include "platform/program_folder.h"
+
+#include <windows.h>
+
+#include "platform/win32/system_error.h"
+#include "platform/win32/text.h"
+
+namespace kavo {
+
+std::u16string program_folder() {
+  HMODULE module = nullptr;
+  if (!GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                          reinterpret_cast<LPCWSTR>(&program_folder), &module))
+    throw_last_error();
+  std::wstring path(MAX_PATH, L'\0');
+  for (;;) {
+    const DWORD length = GetModuleFileNameW(module, path.data(), static_cast<DWORD>(path.size()));
+    if (length == 0) throw_last_error();
+    if (length < path.size()) {
+      path.resize(length);
+      return from_wide(path.substr(0, path.rfind(L'\\')));
+    }
+    path.resize(path.size() * 2);
+  }
+}
+
+}  // namespace kavo
