@@ -31,7 +31,9 @@ if [ ! -f "$WINEPREFIX/ready" ]; then
     '[Software\\Wine\\Drivers]' '"Graphics"="null"' '' '[Software\\Wine\\WineDbg]' '"ShowCrashDialog"=dword:00000000' \
     > "$WINEPREFIX/user.reg"
   wineserver -p 8>&- >/dev/null 2>&1 </dev/null
-  "$wine" wineboot -i 8>&- >/dev/null 2>&1 </dev/null
+  # Any first program makes the prefix. Asking wineboot for it by name would start the services twice, and then none
+  # of them can be reached (the running object table among them).
+  "$wine" cmd /c exit 8>&- >/dev/null 2>&1 </dev/null
   touch "$WINEPREFIX/ready"
 fi
 # Without a desktop of its own each test with a window starts an explorer (1 to 8 s instead of 0.1).

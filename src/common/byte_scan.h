@@ -66,17 +66,21 @@ const char* find_any(const char* p, const char* end) noexcept {
 
 template <char kFirst, char... kSeconds>
 const char* find_pair(const char* p, const char* end) noexcept {
-  while (end - p >= 17) {
-    const __m128i first = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
-    const __m128i second = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + 1));
+  const auto matches = [](const char* at) {
+    const __m128i first = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
+    const __m128i second = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at + 1));
     __m128i hit = _mm_setzero_si128();
     ((hit = _mm_or_si128(hit, _mm_cmpeq_epi8(second, _mm_set1_epi8(kSeconds)))), ...);
-    hit = _mm_and_si128(hit, _mm_cmpeq_epi8(first, _mm_set1_epi8(kFirst)));
-    const int mask = _mm_movemask_epi8(hit);
+    return _mm_movemask_epi8(_mm_and_si128(hit, _mm_cmpeq_epi8(first, _mm_set1_epi8(kFirst))));
+  };
+  if (end - p < 17) return simple::find_pair<kFirst, kSeconds...>(p, end);
+  for (; end - p >= 17; p += 16) {
+    const int mask = matches(p);
     if (mask != 0) return p + __builtin_ctz(static_cast<unsigned>(mask));
-    p += 16;
   }
-  return simple::find_pair<kFirst, kSeconds...>(p, end);
+  // The rest goes in one block that begins with bytes already seen, which hold no match.
+  const int mask = matches(end - 17);
+  return mask != 0 ? end - 17 + __builtin_ctz(static_cast<unsigned>(mask)) : end;
 }
 
 #else

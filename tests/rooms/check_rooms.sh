@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Checks who includes whom: check_rooms.sh SOURCE_FOLDER. Prints every include that the layout forbids.
+# Checks the layout: check_rooms.sh SOURCE_FOLDER. Prints every include that it forbids and every type defined twice.
 set -euo pipefail
 cd "$1"
 
@@ -39,6 +39,11 @@ while read -r hit; do complain "src/$hit: Windows header outside the adapters"; 
 while read -r hit; do complain "src/$hit: platform switch in shared code"; done < <(
   grep -rnE '^#\s*if.*\b(_WIN32|__linux__|__unix__)\b' . --include=*.h --include=*.cpp |
     sed 's|^\./||' | grep -vE '^platform/(win32|posix)/' || true)
+
+# The rooms are linked into one program: of two types of one name the linker would silently take one.
+while read -r name; do
+  complain "src: the type $name is defined in $(grep -rlE "^(class|struct|enum class) $name( final)?( :.*)? \\{" --include=*.h . | sed 's|^\./||' | paste -sd' ')"
+done < <(grep -rhoE '^(class|struct|enum class) [A-Za-z0-9_]+( final)?( :.*)? \{' --include=*.h . | awk '{ print $1 == "enum" ? $3 : $2 }' | sort | uniq -d)
 
 [ "$checked" -gt 0 ] || complain "no include was checked"
 [ "$status" = 0 ] && echo "$checked includes between rooms, all allowed"

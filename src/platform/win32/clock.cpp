@@ -1,3 +1,4 @@
+// Time from the performance counter, chance from the system's generator.
 #include "platform/clock.h"
 
 #include <windows.h>

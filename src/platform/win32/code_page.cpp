@@ -1,3 +1,4 @@
+// Code pages with the system's own tables and rules: best fit, replacement of what is not valid.
 #include "platform/code_page.h"
 
 #include <windows.h>

@@ -41,13 +41,16 @@ int error_output_width() {
   return info.srWindow.Right - info.srWindow.Left + 1;
 }
 
-void interrupt_on_control_c() {
-  const auto handler = [](DWORD event) -> BOOL {
-    if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) return FALSE;
-    request_interrupt();
-    return TRUE;
-  };
-  SetConsoleCtrlHandler(static_cast<PHANDLER_ROUTINE>(handler), TRUE);
+namespace {
+
+BOOL WINAPI on_control_event(DWORD event) {
+  if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) return FALSE;
+  request_interrupt();
+  return TRUE;
 }
+
+}  // namespace
+
+void interrupt_on_control_c() { SetConsoleCtrlHandler(on_control_event, TRUE); }
 
 }  // namespace kavo

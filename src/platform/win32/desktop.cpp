@@ -1,3 +1,4 @@
+// The desktop of the host's thread. Messages are pumped for the whole thread, as a host's own loop would.
 #include "platform/desktop.h"
 
 #include <windows.h>

@@ -7,6 +7,7 @@
 
 #include "platform/case_fold.h"
 #include "platform/failure.h"
+#include "platform/win32/guard.h"
 #include "platform/win32/system_error.h"
 #include "platform/win32/text.h"
 #include "platform/win32/variants.h"
@@ -16,14 +17,8 @@ namespace {
 
 std::atomic<long> live_objects{0};
 
-// What a failure of a call is told in: everything that an automation client can show.
-void fill_exception_info(EXCEPINFO* info, const failure& error) {
-  if (info == nullptr) return;
-  *info = {};
-  info->scode = hresult_of(error);
-  info->bstrSource = make_bstr(error.source()).release();
-  info->bstrDescription = make_bstr(error.description()).release();
-}
+// The source of failures that name none of their own.
+constexpr std::u16string_view kOwnSource = u"K19FPW";
 
 class DispatchAdapter final : public IDispatch {
  public:
@@ -56,41 +51,34 @@ class DispatchAdapter final : public IDispatch {
     return DISP_E_BADINDEX;
   }
 
-  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) noexcept override
-      try {
+  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) noexcept override {
     if (names == nullptr || ids == nullptr) return E_POINTER;
     if (count == 0) return E_INVALIDARG;
-    // Parameters have no names here.
-    std::fill(ids, ids + count, DISPID_UNKNOWN);
-    const std::u16string name = from_wide(names[0]);
-    if (!object_->has_member(name)) return DISP_E_UNKNOWNNAME;
-    ids[0] = id_of(name);
-    return count == 1 ? S_OK : DISP_E_UNKNOWNNAME;
-  } catch (const std::bad_alloc&) {
-    return E_OUTOFMEMORY;
-  } catch (...) {
-    return E_UNEXPECTED;
+    return guarded(IID_IDispatch, kOwnSource, [&] {
+      // Parameters have no names here.
+      std::fill(ids, ids + count, DISPID_UNKNOWN);
+      const std::u16string name = from_wide(names[0]);
+      if (!object_->has_member(name)) return DISP_E_UNKNOWNNAME;
+      ids[0] = id_of(name);
+      return count == 1 ? S_OK : DISP_E_UNKNOWNNAME;
+    });
   }
 
   HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* parameters, VARIANT* result,
-                                   EXCEPINFO* info, UINT* bad_argument) noexcept override try {
-    try {
-      if (parameters == nullptr) return E_POINTER;
-      const bool is_put = (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0;
-      const UINT named = parameters->cNamedArgs;
-      const bool names_value = named == 1 && parameters->rgdispidNamedArgs[0] == DISPID_PROPERTYPUT;
-      if (named > 0 && !(is_put && names_value)) return DISP_E_NONAMEDARGS;
-      if (is_put && parameters->cArgs == 0) return DISP_E_BADPARAMCOUNT;
-      if (id < 1 || static_cast<std::size_t>(id) > names_.size()) return DISP_E_MEMBERNOTFOUND;
-      return call(names_[static_cast<std::size_t>(id) - 1], flags, is_put, *parameters, result, bad_argument);
-    } catch (const failure& error) {
-      fill_exception_info(info, error);
-      return info == nullptr ? hresult_of(error) : DISP_E_EXCEPTION;
-    }
-  } catch (const std::bad_alloc&) {
-    return E_OUTOFMEMORY;
-  } catch (...) {
-    return E_UNEXPECTED;
+                                   EXCEPINFO* info, UINT* bad_argument) noexcept override {
+    if (parameters == nullptr) return E_POINTER;
+    const bool is_put = (flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0;
+    const UINT named = parameters->cNamedArgs;
+    const bool names_value = named == 1 && parameters->rgdispidNamedArgs[0] == DISPID_PROPERTYPUT;
+    if (named > 0 && !(is_put && names_value)) return DISP_E_NONAMEDARGS;
+    if (is_put && parameters->cArgs == 0) return DISP_E_BADPARAMCOUNT;
+    if (id < 1 || static_cast<std::size_t>(id) > names_.size()) return DISP_E_MEMBERNOTFOUND;
+    const HRESULT called = guarded(IID_IDispatch, kOwnSource, [&] {
+      call(names_[static_cast<std::size_t>(id) - 1], flags, is_put, *parameters, result, bad_argument);
+    });
+    if (SUCCEEDED(called) || info == nullptr) return called;
+    take_error_info(called, *info);
+    return DISP_E_EXCEPTION;
   }
 
  private:
@@ -105,8 +93,9 @@ class DispatchAdapter final : public IDispatch {
     return static_cast<DISPID>(names_.size());
   }
 
-  HRESULT call(const std::u16string& name, WORD flags, bool is_put, const DISPPARAMS& parameters, VARIANT* result,
-               UINT* bad_argument) {
+  // The name by value: the object may ask for further names while it is called.
+  void call(std::u16string name, WORD flags, bool is_put, const DISPPARAMS& parameters, VARIANT* result,
+            UINT* bad_argument) {
     // Arguments come last first; a new value of a property comes before them all.
     const UINT first = is_put ? 1 : 0;
     std::vector<Argument> arguments;
@@ -126,7 +115,6 @@ class DispatchAdapter final : public IDispatch {
     for (std::size_t i = 0; i < arguments.size(); ++i)
       if (arguments[i].by_reference) write_back(parameters.rgvarg[parameters.cArgs - 1 - i], arguments[i].value);
     if (result != nullptr) *result = variant_of(answer).release();
-    return S_OK;
   }
 
   std::atomic<ULONG> references_{1};

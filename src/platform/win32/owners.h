@@ -9,6 +9,7 @@
 #include <oaidl.h>
 #include <oleauto.h>
 
+#include <type_traits>
 #include <utility>
 
 namespace kavo {
@@ -74,11 +75,8 @@ struct InterfaceTraits {
 
 struct VariantTraits {
   using value_type = VARIANT;
-  static VARIANT none() noexcept {
-    VARIANT value;
-    VariantInit(&value);
-    return value;
-  }
+  // All zero is VT_EMPTY; VariantInit would leave the payload as it was.
+  static VARIANT none() noexcept { return {}; }
   static bool is_none(const VARIANT& value) noexcept { return V_VT(&value) == VT_EMPTY; }
   static void close(VARIANT& value) noexcept { VariantClear(&value); }
 };

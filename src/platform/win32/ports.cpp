@@ -1,3 +1,4 @@
+// The ports of each thread begin as the system's adapters.
 #include "platform/ports.h"
 
 #include "platform/win32/adapters.h"

@@ -1,3 +1,4 @@
+// Private profile files through the W calls, which keep a file in the coding that it has (ANSI, or UTF-16 with a mark).
 #include "platform/profile_files.h"
 
 #include <windows.h>

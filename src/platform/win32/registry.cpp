@@ -1,3 +1,4 @@
+// The registry through the W calls. A missing key or value is an answer, every other trouble a failure.
 #include "platform/registry.h"
 
 #include <windows.h>

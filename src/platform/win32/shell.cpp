@@ -1,3 +1,4 @@
+// The shell and other programs through the W calls.
 #include "platform/shell.h"
 
 #include <windows.h>

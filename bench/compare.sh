@@ -1,0 +1,86 @@
+#!/usr/bin/env bash
+# Whole-process runs, in turn with what a user would otherwise run: compare.sh [html|mif|rtf]... [--sizes "1 10 50"]
+# Prints one table a size (MB): median of the rounds, throughput, ratio to the first line, peak memory.
+set -euo pipefail
+top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+cd "$top"
+
+subjects=()
+sizes="1 10 50"
+rounds=5
+while [ $# -gt 0 ]; do
+  case $1 in
+    html|mif|rtf) subjects+=("$1") ;;
+    --sizes) sizes=$2; shift ;;
+    --rounds) rounds=$2; shift ;;
+    *) sed -n '2,3s/^# //p' "$0" >&2; exit 2 ;;
+  esac
+  shift
+done
+[ ${#subjects[@]} -gt 0 ] || subjects=(html mif rtf)
+
+scripts/setup.sh --full
+mkdir -p build
+[ -f build/bench/build.ninja ] || cmake -S . -B build/bench -G Ninja -DCMAKE_BUILD_TYPE=Release -DKAVO_TESTS=OFF \
+  -DKAVO_BENCH=ON >build/bench.log 2>&1 || { cat build/bench.log >&2; exit 1; }
+cmake --build build/bench >build/bench.log 2>&1 || { cat build/bench.log >&2; exit 1; }
+
+bin=$top/build/bench
+kavo=$bin/src/cli/kavo
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+cd "$work"
+
+measure() { "$bin/bench/measure" "$rounds" "$@"; }
+
+for size in $sizes; do
+  for subject in "${subjects[@]}"; do
+    rm -rf ./*
+    echo "$subject, $size MB"
+    case $subject in
+      html)
+        "$bin/bench/make_document" page "$size" > page.asp
+        "$bin/bench/make_document" html "$size" > page.htm
+        "$kavo" --quiet html protect page.asp
+        cp page_asp.htm kept.htm; cp page_asp.scr kept.scr
+        bytes=$(stat -c %s page.asp)
+        measure "$bytes" \
+          "floor: read, scan, write" "" "$bin/bench/floor page.asp out" \
+          "kavo html protect" "" "$kavo --quiet html protect page.asp" \
+          "kavo html restore" "cp kept.htm page_asp.htm; cp kept.scr page_asp.scr" "$kavo --quiet html restore page_asp.htm" \
+          "kavo html validate (clean page)" "cp page.htm v.htm" "$kavo --quiet html validate v.htm" \
+          "kavo html validate (to repair)" "sed 's,</b>,,' page.htm > v.htm" "$kavo --quiet html validate v.htm" \
+          "perl, one-pass cut of <%...%>" "" "perl -0777 -ne 's/<%.*?%>/<!-- x -->/gs; print' page.asp" \
+          "tidy" "" "tidy -q -o out.htm page.htm" \
+          "xmllint --html" "" "xmllint --html --noout page.htm"
+        ;;
+      mif)
+        "$bin/bench/make_document" mif "$size" > book.mif
+        bytes=$(stat -c %s book.mif)
+        "$kavo" --quiet mif extract book.mif
+        cp book.mif removed.mif
+        "$kavo" --quiet mif remove-objects removed.mif
+        measure "$bytes" \
+          "floor: read, scan, write" "" "$bin/bench/floor book.mif out" \
+          "kavo mif extract" "" "$kavo --quiet mif extract book.mif" \
+          "kavo mif merge" "" "$kavo --quiet mif merge book.mif" \
+          "kavo mif remove-objects" "cp book.mif r.mif" "$kavo --quiet mif remove-objects r.mif" \
+          "kavo mif insert-objects" "cp removed.mif r.mif; cp removed.obj r.obj" "$kavo --quiet mif insert-objects r.mif" \
+          "grep -c '<Marker '" "" "grep -c '<Marker ' book.mif" \
+          "perl, line by line" "" "perl -ne '/<MText \`(.*?)\x27/ and \$s{\$1}++; /<XRefDef \`(.*?)\x27/ and \$s{\$1}++; /<VariableDef \`(.*?)\x27/ and \$s{\$1}++; END { print scalar keys %s }' book.mif"
+        ;;
+      rtf)
+        "$bin/bench/make_document" rtf "$size" > doc.rtf
+        bytes=$(stat -c %s doc.rtf)
+        cp doc.rtf extracted.rtf
+        "$kavo" --quiet rtf extract extracted.rtf
+        measure "$bytes" \
+          "floor: read, scan, write" "" "$bin/bench/floor doc.rtf out" \
+          "kavo rtf extract" "cp doc.rtf r.rtf" "$kavo --quiet rtf extract r.rtf" \
+          "kavo rtf insert" "cp extracted.rtf r.rtf; cp extracted.obj r.obj" "$kavo --quiet rtf insert r.rtf" \
+          "perl, counting braces" "" "perl -0777 -ne 'my \$d = 0; while (/([{}])/g) { \$d += \$1 eq \"{\" ? 1 : -1 } print \$d' doc.rtf" \
+          "perl, recursive expression" "" "perl -0777 -ne 's/(\\{\\\\pict(?:[^{}]|(?1))*\\})/{}/g; print length' doc.rtf"
+        ;;
+    esac
+  done
+done

@@ -1,0 +1,16 @@
+// Extraction, merging, removal and insertion on any bytes.
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+
+#include "mif/mif_property.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const std::string broken = kavo::test::broken_mif_property({reinterpret_cast<const char*>(data), size});
+  if (!broken.empty()) {
+    std::fprintf(stderr, "%s\n", broken.c_str());
+    std::abort();
+  }
+  return 0;
+}

@@ -1,0 +1,78 @@
+#!/usr/bin/env bash
+# Builds the kavo command and shows what it does with the pages of samples/: prepares them, restores them, compares.
+# The samples themselves are not touched; quick when nothing has changed.
+set -euo pipefail
+top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+
+bold=$'\e[1m' plain=$'\e[0m'
+[ -t 1 ] || bold='' plain=''
+title() { printf '\n%s== %s%s\n' "$bold" "$*" "$plain"; }
+show() {  # show COMMAND...: prints and runs it
+  printf '%s$ %s%s\n' "$bold" "$*" "$plain"
+  "$@"
+}
+same() {  # same ORIGINAL RESTORED
+  if cmp -s "$1" "$2"; then
+    echo "   $2 is $1 again, byte for byte"
+  else
+    echo "   $2 differs from $1:" >&2
+    diff "$1" "$2" >&2
+    exit 1
+  fi
+}
+
+title "building the kavo command (some minutes the first time)"
+"$top/scripts/setup.sh" --native
+mkdir -p "$top/build"
+[ -f "$top/build/native/build.ninja" ] ||
+  cmake -S "$top" -B "$top/build/native" -G Ninja -DCMAKE_BUILD_TYPE=Release >"$top/build/native.log" 2>&1 ||
+  { cat "$top/build/native.log" >&2; exit 1; }
+quiet=()
+[ -t 1 ] || quiet=(-- --quiet)
+cmake --build "$top/build/native" --target kavo "${quiet[@]}"
+PATH=$top/build/native/src/cli:$PATH
+
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+mkdir "$work/original"
+cp "$top"/samples/*.{asp,jsp,php,htm} "$work/original"
+cp "$work"/original/* "$work"
+cd "$work"
+
+title "a server page loses its scripts"
+show kavo preprocess index.asp
+echo
+echo "The page that is translated:"
+sed -n '/<body/,$p' index_asp.htm | sed 's/^/   | /'
+echo "The first scripts, kept beside it:"
+sed -n '2,11p' index_asp.scr | sed 's/^/   | /'
+
+title "and gets them back"
+show kavo html restore index_asp.htm
+same original/index.asp index.asp
+
+title "translated, only the text is different"
+sed -i 's/Welcome/Willkommen/; s/Your cart is empty/Ihr Korb ist leer/' index_asp.htm
+show kavo html restore index_asp.htm
+diff original/index.asp index.asp | sed 's/^/   /' || true
+
+title "JSP and PHP pages go the same way"
+show kavo preprocess --quiet list.jsp
+show kavo html restore list_jsp.htm
+same original/list.jsp list.jsp
+show kavo html protect shop.php
+show kavo html restore shop_php.htm --output restored.php
+same original/shop.php restored.php
+
+title "a page with mistakes is repaired"
+code=0
+show kavo html validate --check broken.htm || code=$?
+echo "   exit code $code: the page would be changed, and was not"
+echo
+show kavo html validate --backup --quiet broken.htm
+diff broken.htm.bak broken.htm | sed 's/^/   /' || true
+show kavo html validate --check broken.htm
+echo "   nothing left to repair"
+
+title "for programs: one JSON object a line"
+show kavo preprocess --json index.asp missing.jsp || true

@@ -1,0 +1,18 @@
+// The registry entries by which automation finds the library's classes.
+#pragma once
+
+namespace kavo {
+
+enum class RegistrationScope {
+  kMachine,  // HKEY_LOCAL_MACHINE\Software\Classes
+  kUser,     // HKEY_CURRENT_USER\Software\Classes
+};
+
+// Writes the entries of every class and of the type library. When it throws `failure` nothing is left registered.
+void register_library(RegistrationScope scope);
+
+// Takes them away again, without a trace; entries that are not there are no error. An identifier that another library
+// has taken over since is left to it. Throws `failure` for entries that cannot be removed.
+void unregister_library(RegistrationScope scope);
+
+}  // namespace kavo

@@ -1,0 +1,98 @@
+// kavo html ...: the converters of HTML and server pages, each alone.
+#include "cli/verb.h"
+#include "driver/file_types.h"
+#include "html/clsASP2HTML.h"
+#include "html/clsHTMLValidate.h"
+#include "platform/files.h"
+
+namespace kavo {
+namespace {
+
+class Protect final : public Verb {
+ public:
+  Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
+    clsASP2HTML scripts;
+    scripts.Progress(progress);
+    scripts.ASPFile(file);
+    Outcome outcome;
+    outcome.result = scripts.ASP2HTML();
+    outcome.messages = without_heading(scripts.ErrorList());
+    if (outcome.result != 0)
+      outcome.ending = Outcome::kFailed;
+    else
+      outcome.produced = {{scripts.HTMFile(), kHtmlPage}, {scripts.SCRFile(), kPlainText}};
+    return outcome;
+  }
+};
+
+class Restore final : public Verb {
+ public:
+  void add_options(CLI::App& app) override {
+    app.add_option("-o,--output", output_, "The page to write (else named after FILE: index_asp.htm gives index.asp)");
+  }
+  void check_usage(std::size_t file_count) override {
+    if (!output_.empty() && file_count > 1) throw CLI::ValidationError("--output", "goes with one FILE only");
+  }
+  Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
+    clsASP2HTML scripts;
+    scripts.Progress(progress);
+    scripts.HTMFile(file);
+    scripts.ASPFile(path_from_host(output_));
+    Outcome outcome;
+    outcome.result = scripts.HTML2ASP();
+    outcome.messages = without_heading(scripts.ErrorList());
+    if (outcome.result != 0)
+      outcome.ending = Outcome::kFailed;
+    else
+      outcome.produced = {{scripts.ASPFile(), FileTypeOf(scripts.ASPFile())}};
+    return outcome;
+  }
+
+ private:
+  std::string output_;
+};
+
+class Validate final : public Verb {
+ public:
+  void add_options(CLI::App& app) override {
+    app.add_flag("--backup", backup_, "Keep the page as it was in FILE.bak");
+    app.add_flag("--check", check_, "Change nothing; exit with 3 when the page would be changed");
+  }
+  Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
+    clsHTMLValidate validation;
+    validation.Progress(progress);
+    validation.Filename(file);
+    validation.Backup(backup_);
+    validation.check_only(check_);
+    Outcome outcome;
+    outcome.result = validation.HTMLValidate();
+    outcome.messages = without_heading(validation.ErrorList());
+    outcome.details["repairs"] = validation.repairs();
+    if (outcome.result != 0)
+      outcome.ending = Outcome::kFailed;
+    else if (check_ && validation.repairs() != 0)
+      outcome.ending = Outcome::kDifference;
+    else
+      outcome.produced = {{file, kHtmlPage}};
+    return outcome;
+  }
+
+ private:
+  bool backup_ = false;
+  bool check_ = false;
+};
+
+constexpr VerbEntry kVerbs[] = {
+    {"html", "protect", "Move the scripts of server pages into a side file", "kavo html protect shop.php",
+     make_verb<Protect>},
+    {"html", "restore", "Put the scripts back into protected pages", "kavo html restore shop_php.htm --output shop.php",
+     make_verb<Restore>},
+    {"html", "validate", "Check pages and repair their tags in place", "kavo html validate --backup index.htm",
+     make_verb<Validate>},
+};
+
+}  // namespace
+
+std::span<const VerbEntry> html_verbs() { return kVerbs; }
+
+}  // namespace kavo

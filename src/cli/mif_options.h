@@ -1,0 +1,20 @@
+// The options of MIF work as a command line writes them.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <string_view>
+
+namespace kavo {
+
+// The values of SplitOptions by name.
+const std::map<std::string, std::int16_t>& split_option_names();
+// The name of a value; its decimal text when it has none.
+std::string split_option_name(std::int16_t value);
+
+// "Index, Heading" as the Markers property wants it, every name with a TAB behind it, and back.
+std::u16string marker_list_of(std::string_view names);
+std::string marker_names_of(std::u16string_view list);
+
+}  // namespace kavo

@@ -1,0 +1,169 @@
+// kavo mif ...: hidden texts of MIF files out and back, embedded objects out and back.
+//
+// Extraction and merging treat all files of a command line as one batch. What --markers and --split say holds for the
+// run and is not stored; `kavo settings` changes the stored options.
+#include "cli/mif_options.h"
+#include "cli/verb.h"
+#include "driver/file_types.h"
+#include "mif/clsMIFUtilities.h"
+#include "platform/files.h"
+
+namespace kavo {
+namespace {
+
+// The converter of one run and the messages that it added since the last file.
+class MifVerb : public Verb {
+ protected:
+  clsMIFUtilities& begin(const std::u16string& file, const ProgressEvent::Handler& progress) {
+    utilities_->MIFFile(file);
+    utilities_->Progress(progress);
+    return *utilities_;
+  }
+  void make_utilities() {
+    utilities_.emplace();
+    utilities_->options_are_temporary();
+  }
+  Outcome outcome_of(std::int32_t result) {
+    Outcome outcome;
+    outcome.result = result;
+    if (result != 0) outcome.ending = Outcome::kFailed;
+    const MessageList& all = utilities_->ErrorList();
+    outcome.messages.assign(all.begin() + static_cast<std::ptrdiff_t>(messages_told_), all.end());
+    messages_told_ = all.size();
+    return outcome;
+  }
+
+  std::optional<clsMIFUtilities> utilities_;
+  std::size_t messages_told_ = 0;
+};
+
+// One batch of all files, with options for this run.
+class BatchVerb : public MifVerb {
+ public:
+  void add_options(CLI::App& app) override {
+    app.add_option("--markers", markers_, "Marker types, for this run: names with commas between")->type_name("NAMES");
+    app.add_option("--split", split_, "Where to split index texts, for this run: none, semicolon or both")
+        ->type_name("WHERE")
+        ->transform(CLI::CheckedTransformer(split_option_names(), CLI::ignore_case).description(""));
+    app.add_option("--side-files", folder_, "Folder of the side files (else that of the first FILE)")
+        ->type_name("FOLDER");
+  }
+  void start() override {
+    make_utilities();
+    utilities_->StartBatch();
+    if (markers_) utilities_->Markers(marker_list_of(*markers_));
+    if (split_) utilities_->SplitOptions(*split_);
+    if (folder_.empty()) return;
+    std::u16string folder = path_from_host(folder_);
+    if (!folder.ends_with(u'\\')) folder += u'\\';
+    utilities_->IndexFile(folder + u"KAVO_ix.mif");
+    utilities_->XrefFile(folder + u"KAVO_xr.mif");
+    utilities_->VarFile(folder + u"KAVO_va.mif");
+  }
+
+ private:
+  std::optional<std::string> markers_;
+  std::optional<std::int16_t> split_;
+  std::string folder_;
+};
+
+class Extract final : public BatchVerb {
+ public:
+  Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
+    const std::int16_t added = begin(file, progress).Extract();
+    Outcome outcome = outcome_of(utilities_->extracted() ? 0 : 1);
+    if (utilities_->extracted()) {
+      outcome.details["rows_added"] = added;
+      any_extracted_ = true;
+    }
+    return outcome;
+  }
+  std::optional<Outcome> finish() override {
+    if (!any_extracted_) return std::nullopt;
+    Outcome outcome = outcome_of(utilities_->EndBatch());
+    for (const std::u16string& side : {utilities_->IndexFile(), utilities_->XrefFile(), utilities_->VarFile()})
+      if (outcome.result == 0) outcome.produced.push_back({side, kMifDocument});
+    const MifCounts counts = utilities_->counts();
+    outcome.details["index_rows"] = counts.index_rows;
+    outcome.details["xref_rows"] = counts.xref_rows;
+    outcome.details["variable_rows"] = counts.variable_rows;
+    return outcome;
+  }
+
+ private:
+  bool any_extracted_ = false;
+};
+
+class Merge final : public BatchVerb {
+ public:
+  Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
+    const MifCounts before = utilities_->counts();
+    Outcome outcome = outcome_of(begin(file, progress).Merge());
+    const MifCounts after = utilities_->counts();
+    outcome.details["replaced"] = after.replaced - before.replaced;
+    outcome.details["not_found"] = after.not_found - before.not_found;
+    if (outcome.result == 0) outcome.produced = {{file, kMifDocument}};
+    return outcome;
+  }
+};
+
+// Objects: each file for itself.
+class ObjectsVerb : public MifVerb {
+ public:
+  void add_options(CLI::App& app) override {
+    app.add_option("--objects", object_file_, "The object file (else named after FILE: manual.obj)")->type_name("FILE");
+  }
+  void check_usage(std::size_t file_count) override {
+    if (!object_file_.empty() && file_count > 1) throw CLI::ValidationError("--objects", "goes with one FILE only");
+  }
+  void start() override { make_utilities(); }
+
+ protected:
+  clsMIFUtilities& begin_file(const std::u16string& file, const ProgressEvent::Handler& progress) {
+    utilities_->StartBatch();  // counts and messages begin anew
+    messages_told_ = 0;
+    utilities_->ObjFile(path_from_host(object_file_));
+    return begin(file, progress);
+  }
+
+ private:
+  std::string object_file_;
+};
+
+class RemoveObjects final : public ObjectsVerb {
+ public:
+  Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
+    Outcome outcome = outcome_of(begin_file(file, progress).RemoveObjects());
+    outcome.details["objects"] = utilities_->counts().objects_removed;
+    if (outcome.result == 0) outcome.produced = {{file, kMifDocument}, {utilities_->ObjFile(), kPlainText}};
+    return outcome;
+  }
+};
+
+class InsertObjects final : public ObjectsVerb {
+ public:
+  Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
+    Outcome outcome = outcome_of(begin_file(file, progress).InsertObjects());
+    outcome.details["objects"] = utilities_->counts().objects_inserted;
+    outcome.details["missing"] = utilities_->counts().objects_missing;
+    if (outcome.result == 0) outcome.produced = {{file, kMifDocument}};
+    return outcome;
+  }
+};
+
+constexpr VerbEntry kVerbs[] = {
+    {"mif", "extract", "Collect the hidden texts of MIF files, one batch, in three side files",
+     "kavo mif extract --split semicolon ch1.mif ch2.mif ch3.mif", make_verb<Extract>},
+    {"mif", "merge", "Put the translated side files back into MIF files", "kavo mif merge ch1.mif ch2.mif ch3.mif",
+     make_verb<Merge>},
+    {"mif", "remove-objects", "Move embedded objects of MIF files into object files",
+     "kavo mif remove-objects manual.mif", make_verb<RemoveObjects>},
+    {"mif", "insert-objects", "Put embedded objects back into MIF files", "kavo mif insert-objects manual.mif",
+     make_verb<InsertObjects>},
+};
+
+}  // namespace
+
+std::span<const VerbEntry> mif_verbs() { return kVerbs; }
+
+}  // namespace kavo

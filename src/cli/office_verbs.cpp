@@ -1,0 +1,125 @@
+// kavo word, powerpoint and excel ...: conversions that an Office program does, driven through automation. One program
+// serves all files of a command line.
+#include "cli/verb.h"
+#include "common/clsCommon.h"
+#include "driver/file_types.h"
+#include "office/clsDOC2RTF.h"
+#include "office/clsPPTUtil.h"
+#include "office/clsXLSUtil.h"
+
+namespace kavo {
+namespace {
+
+// The classes answer 0 or 1 and nothing else; what can be known without the program is told apart here.
+Outcome outcome_of(std::int32_t result, const std::u16string& file, const std::u16string& produced,
+                   std::u16string_view program) {
+  Outcome outcome;
+  outcome.result = result;
+  if (result == 0) {
+    outcome.produced = {{produced, FileTypeOf(produced)}};
+    return outcome;
+  }
+  outcome.ending = Outcome::kFailed;
+  outcome.messages = {{clsCommon().FileExists(file)
+                           ? std::u16string(program) + u" could not be reached, or it refused the file"
+                           : u"File not found"}};
+  return outcome;
+}
+
+class WordVerb : public Verb {
+ public:
+  void start() override { converter_.StartBatch(); }
+  std::optional<Outcome> finish() override {
+    converter_.EndBatch();
+    return std::nullopt;
+  }
+
+ protected:
+  clsDOC2RTF converter_;
+};
+
+class WordToRtf final : public WordVerb {
+ public:
+  Outcome run(const std::u16string& file, const ProgressEvent::Handler&) override {
+    converter_.DOCFile(file);
+    converter_.RTFFile(u"");
+    const std::int32_t result = converter_.DOC2RTF();
+    return outcome_of(result, file, converter_.RTFFile(), u"Word.Application");
+  }
+};
+
+class WordToDoc final : public WordVerb {
+ public:
+  Outcome run(const std::u16string& file, const ProgressEvent::Handler&) override {
+    converter_.RTFFile(file);
+    converter_.DOCFile(u"");
+    const std::int32_t result = converter_.RTF2DOC();
+    return outcome_of(result, file, converter_.DOCFile(), u"Word.Application");
+  }
+};
+
+class PresentationToXml final : public Verb {
+ public:
+  Outcome run(const std::u16string& file, const ProgressEvent::Handler&) override {
+    converter_.PPTFile(file);
+    const std::int32_t result = converter_.PPT2XML();
+    return outcome_of(result, file, converter_.XMLFile(), u"PowerPoint.Application");
+  }
+
+ private:
+  clsPPTUtil converter_;
+};
+
+class XmlToPresentation final : public Verb {
+ public:
+  Outcome run(const std::u16string& file, const ProgressEvent::Handler&) override {
+    converter_.XMLFile(file);
+    const std::int32_t result = converter_.XML2PPT();
+    return outcome_of(result, file, converter_.PPTFile(), u"PowerPoint.Application");
+  }
+
+ private:
+  clsPPTUtil converter_;
+};
+
+class WorkbookToXml final : public Verb {
+ public:
+  Outcome run(const std::u16string& file, const ProgressEvent::Handler&) override {
+    converter_.XLSFile(file);
+    const std::int32_t result = converter_.XLS2XML();
+    return outcome_of(result, file, converter_.XMLFile(), u"Excel.Application");
+  }
+
+ private:
+  clsXLSUtil converter_;
+};
+
+class XmlToWorkbook final : public Verb {
+ public:
+  Outcome run(const std::u16string& file, const ProgressEvent::Handler&) override {
+    converter_.XMLFile(file);
+    const std::int32_t result = converter_.XML2XLS();
+    return outcome_of(result, file, converter_.XLSFile(), u"Excel.Application");
+  }
+
+ private:
+  clsXLSUtil converter_;
+};
+
+constexpr VerbEntry kVerbs[] = {
+    {"word", "to-rtf", "Convert Word documents to RTF", "kavo word to-rtf report.doc", make_verb<WordToRtf>},
+    {"word", "to-doc", "Convert RTF documents to Word", "kavo word to-doc report_doc.rtf", make_verb<WordToDoc>},
+    {"powerpoint", "to-xml", "Export the texts of presentations as XML", "kavo powerpoint to-xml deck.ppt",
+     make_verb<PresentationToXml>},
+    {"powerpoint", "to-ppt", "Import translated XML into its presentation", "kavo powerpoint to-ppt deck_ppt.xml",
+     make_verb<XmlToPresentation>},
+    {"excel", "to-xml", "Export the texts of workbooks as XML", "kavo excel to-xml book.xls", make_verb<WorkbookToXml>},
+    {"excel", "to-xls", "Import translated XML into its workbook", "kavo excel to-xls book_xls.xml",
+     make_verb<XmlToWorkbook>},
+};
+
+}  // namespace
+
+std::span<const VerbEntry> office_verbs() { return kVerbs; }
+
+}  // namespace kavo

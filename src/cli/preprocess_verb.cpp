@@ -1,0 +1,40 @@
+// kavo preprocess: what a host does with the automation object, one document after the other.
+#include "cli/verb.h"
+#include "driver/K19FPWObj.h"
+
+namespace kavo {
+namespace {
+
+class Preprocess final : public Verb {
+ public:
+  void start() override {
+    driver_.emplace();
+    driver_->QuietMode(1);
+  }
+  Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
+    Outcome outcome;
+    driver_->observe({[&](std::u16string_view, int percent) { progress(static_cast<std::int16_t>(percent)); },
+                      [&](const Message& message) { outcome.messages.push_back(message); }});
+    std::u16string name = file;
+    outcome.result = driver_->PreProcess(name);
+    driver_->observe({});
+    if (outcome.result != 0) outcome.ending = Outcome::kFailed;
+    for (const ProducedFile& produced : driver_->produced_files())
+      outcome.produced.push_back({produced.file_name, produced.file_type});
+    return outcome;
+  }
+
+ private:
+  std::optional<K19FPWObj> driver_;
+};
+
+constexpr VerbEntry kVerbs[] = {
+    {"", "preprocess", "Prepare documents for translation and list the files that the suite's filters take",
+     "kavo preprocess index.asp manual.mif", make_verb<Preprocess>},
+};
+
+}  // namespace
+
+std::span<const VerbEntry> preprocess_verbs() { return kVerbs; }
+
+}  // namespace kavo

@@ -1,0 +1,113 @@
+#include "cli/report.h"
+
+#include <cmath>
+#include <cstdio>
+
+#include "common/clsCommon.h"
+#include "driver/file_types.h"
+#include "platform/files.h"
+#include "platform/unicode.h"
+#include "resources/string_table.h"
+
+namespace kavo {
+namespace {
+
+constexpr std::int32_t kFileNotOpened = 3001;
+
+// A message as the command prints it behind the file's name, on one line. That of a file that could not be opened
+// begins with a text that hosts know by its number and people cannot make sense of; here it is the system's reason,
+// with the name of the file when it is another one.
+std::string readable(const Message& message, const std::string& file) {
+  const std::u16string_view prefix = string_resource(kFileNotOpened);
+  std::u16string_view text = message.text;
+  std::string name;
+  const std::size_t name_end = text.find(u"\r\n");
+  if (message.number == kFileNotOpened && text.starts_with(prefix) && name_end != std::u16string_view::npos) {
+    name = path_to_host(text.substr(prefix.size(), name_end - prefix.size()));
+    name = name == file ? "" : name + ": ";
+    text.remove_prefix(name_end + 2);
+  }
+  return name + to_utf8(clsCommon().SandR(text, u"\r\n", u": "));
+}
+
+// "page.htm:12:5: what was done". Texts that tell their place themselves do not tell it twice.
+std::string with_place(const std::string& file, const Message& message) {
+  std::string text = readable(message, file);
+  std::string place = file;
+  if (message.line > 0) {
+    const std::string line = std::to_string(message.line), column = std::to_string(message.column);
+    place += ':' + line + (message.column > 0 ? ':' + column : "");
+    const std::string told = "Line " + line + ", column " + column + ": ";
+    if (text.starts_with(told)) text.erase(0, told.size());
+  }
+  return place.empty() ? text : place + ": " + text;
+}
+
+void print_error(const std::string& line) { std::fprintf(stderr, "%s\n", line.c_str()); }
+
+}  // namespace
+
+void Report::add(const std::string& file, const Outcome& outcome, double seconds) {
+  ++count_;
+  if (outcome.ending == Outcome::kFailed)
+    failed_.push_back({file, outcome.messages.empty() ? std::string() : readable(outcome.messages.back(), file)});
+  if (outcome.ending == Outcome::kDifference) different_ = true;
+  if (json_)
+    print_json(file, outcome, seconds);
+  else
+    print_text(file, outcome);
+}
+
+void Report::print_json(const std::string& file, const Outcome& outcome, double seconds) const {
+  using nlohmann::ordered_json;
+  ordered_json line;
+  line["verb"] = verb_;
+  line["file"] = file;
+  line["result"] = outcome.result;
+  line["done"] = outcome.ending == Outcome::kDone;
+  line["produced"] = ordered_json::array();
+  for (const ProducedName& produced : outcome.produced) {
+    ordered_json entry = {{"file", path_to_host(produced.path)}};
+    if (produced.type >= 0) entry["type"] = produced.type;
+    line["produced"].push_back(entry);
+  }
+  line["messages"] = ordered_json::array();
+  for (const Message& message : outcome.messages)
+    line["messages"].push_back({{"text", readable(message, file)},
+                                {"number", message.number},
+                                {"line", message.line},
+                                {"column", message.column}});
+  line.update(outcome.details);
+  line["seconds"] = std::round(seconds * 1e6) / 1e6;
+  // A file name that is not valid UTF-8 cannot stand in JSON as it is.
+  std::printf("%s\n", line.dump(-1, ' ', false, ordered_json::error_handler_t::replace).c_str());
+  std::fflush(stdout);
+}
+
+void Report::print_text(const std::string& file, const Outcome& outcome) {
+  const bool failed = outcome.ending == Outcome::kFailed;
+  if (!quiet_ || failed)
+    for (const Message& message : outcome.messages) print_error(with_place(file, message));
+  if (failed && outcome.messages.empty()) print_error(file + ": failed");
+  for (const ProducedName& produced : outcome.produced) {
+    const std::string name = path_to_host(produced.path);
+    if (produced.type < 0)
+      std::printf("%s\n", name.c_str());
+    else
+      std::printf("%s\t%d\t%s\n", name.c_str(), produced.type, std::string(file_type_name(produced.type)).c_str());
+  }
+  for (const std::string& line : outcome.lines) std::printf("%s\n", line.c_str());
+  std::fflush(stdout);
+}
+
+int Report::finish() {
+  if (!failed_.empty() && count_ > 1) {
+    print_error("kavo: " + std::to_string(failed_.size()) + " of " + std::to_string(count_) + " files failed:");
+    for (const Failed& failed : failed_)
+      print_error("  " + failed.file + (failed.reason.empty() ? "" : ": " + failed.reason));
+  }
+  if (!failed_.empty()) return 1;
+  return different_ ? 3 : 0;
+}
+
+}  // namespace kavo

@@ -1,0 +1,35 @@
+// What a run tells: results on standard output, messages on standard error, the failed files at the end.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "cli/verb.h"
+
+namespace kavo {
+
+class Report {
+ public:
+  Report(std::string verb, bool json, bool quiet) : verb_(std::move(verb)), json_(json), quiet_(quiet) {}
+  // `file` as the user wrote it, "" for an outcome of the whole run.
+  void add(const std::string& file, const Outcome& outcome, double seconds);
+  // Lists the failures of a run over several files. The exit code: 0 done, 1 failed, 3 a check found a difference.
+  int finish();
+
+ private:
+  void print_json(const std::string& file, const Outcome& outcome, double seconds) const;
+  void print_text(const std::string& file, const Outcome& outcome);
+
+  struct Failed {
+    std::string file;
+    std::string reason;
+  };
+  std::string verb_;
+  bool json_;
+  bool quiet_;
+  std::size_t count_ = 0;
+  std::vector<Failed> failed_;
+  bool different_ = false;
+};
+
+}  // namespace kavo

@@ -1,0 +1,66 @@
+// kavo rtf ...: pictures and embedded objects out of RTF documents and back.
+#include "cli/verb.h"
+#include "driver/file_types.h"
+#include "office/clsRTFUtil.h"
+#include "platform/files.h"
+
+namespace kavo {
+namespace {
+
+class RtfVerb : public Verb {
+ public:
+  void add_options(CLI::App& app) override {
+    app.add_option("--objects", objects_, "The object file (else named after FILE: letter.rtf has letter.obj)")
+        ->type_name("NAME");
+  }
+  void check_usage(std::size_t file_count) override {
+    if (!objects_.empty() && file_count > 1) throw CLI::ValidationError("--objects", "goes with one FILE only");
+  }
+  Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
+    clsRTFUtil rtf;
+    rtf.Progress(progress);
+    rtf.RTFFile(file);
+    rtf.ObjFile(path_from_host(objects_));
+    Outcome outcome;
+    outcome.result = operate(rtf);
+    outcome.messages = rtf.ErrorList();
+    outcome.details["objects"] = rtf.object_count();
+    if (outcome.result != 0)
+      outcome.ending = Outcome::kFailed;
+    else
+      add_produced(rtf, outcome);
+    return outcome;
+  }
+
+ private:
+  virtual std::int32_t operate(clsRTFUtil& rtf) const = 0;
+  virtual void add_produced(const clsRTFUtil& rtf, Outcome& outcome) const = 0;
+  std::string objects_;
+};
+
+class Extract final : public RtfVerb {
+  std::int32_t operate(clsRTFUtil& rtf) const override { return rtf.ExtractObjects(); }
+  void add_produced(const clsRTFUtil& rtf, Outcome& outcome) const override {
+    outcome.produced = {{rtf.RTFFile(), kRtfDocument}, {rtf.ObjFile(), kUnknownFile}};
+  }
+};
+
+class Insert final : public RtfVerb {
+  std::int32_t operate(clsRTFUtil& rtf) const override { return rtf.InsertObjects(); }
+  void add_produced(const clsRTFUtil& rtf, Outcome& outcome) const override {
+    outcome.produced = {{rtf.RTFFile(), kRtfDocument}};
+  }
+};
+
+constexpr VerbEntry kVerbs[] = {
+    {"rtf", "extract", "Move pictures and objects of RTF documents into an object file", "kavo rtf extract letter.rtf",
+     make_verb<Extract>},
+    {"rtf", "insert", "Put pictures and objects back where their markers stand", "kavo rtf insert letter.rtf",
+     make_verb<Insert>},
+};
+
+}  // namespace
+
+std::span<const VerbEntry> rtf_verbs() { return kVerbs; }
+
+}  // namespace kavo

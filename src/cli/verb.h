@@ -1,0 +1,87 @@
+// What the command can do: one row for each verb, one small class behind it.
+//
+// A new group of verbs is one more file with a table of its own, named in verbs.cpp.
+#pragma once
+
+#include <CLI/App.hpp>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "common/messages.h"
+#include "common/progress_event.h"
+
+namespace kavo {
+
+struct ProducedName {
+  std::u16string path;  // core form
+  std::int32_t type;    // file type code; negative for a bilingual document, which has none
+};
+
+// How one file went.
+struct Outcome {
+  enum Ending { kDone, kFailed, kDifference };
+  Ending ending = kDone;
+  std::int32_t result = 0;  // the operation's own result code
+  std::vector<ProducedName> produced;
+  MessageList messages;
+  std::vector<std::string> lines;  // further results, as the text form prints them
+  // More fields of the file's JSON object, such as counts.
+  nlohmann::ordered_json details = nlohmann::ordered_json::object();
+};
+
+// One run of a verb over the files of a command line. It is made to state its options; work begins with start(). Every
+// member may throw `failure`; 18 ends the whole run.
+class Verb {
+ public:
+  virtual ~Verb() = default;
+  // Adds the verb's own options and arguments, bound to members.
+  virtual void add_options(CLI::App&) {}
+  // Throws CLI::ValidationError for options that do not go together.
+  virtual void check_usage(std::size_t file_count) { static_cast<void>(file_count); }
+  virtual void start() {}
+  // For each file in turn (a core path); once with "" for a verb that takes none. Other files follow a failed one.
+  virtual Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) = 0;
+  // After the last file, whatever failed; an outcome is reported as one more, without a file.
+  virtual std::optional<Outcome> finish() { return std::nullopt; }
+};
+
+struct VerbEntry {
+  std::string_view group;  // "html", or "" for a verb that stands alone
+  std::string_view name;
+  std::string_view summary;
+  std::string_view example;  // a command line to show in the help
+  std::unique_ptr<Verb> (*make)();
+  bool takes_files = true;
+};
+
+template <class Kind>
+std::unique_ptr<Verb> make_verb() {
+  return std::make_unique<Kind>();
+}
+
+struct VerbGroup {
+  std::string_view name;
+  std::string_view summary;
+};
+std::span<const VerbGroup> verb_groups();
+// All verbs in the order of the help.
+std::vector<VerbEntry> all_verbs();
+
+// The tables.
+std::span<const VerbEntry> preprocess_verbs();
+std::span<const VerbEntry> html_verbs();
+std::span<const VerbEntry> mif_verbs();
+std::span<const VerbEntry> rtf_verbs();
+std::span<const VerbEntry> office_verbs();
+std::span<const VerbEntry> settings_verbs();
+std::span<const VerbEntry> tud_verbs();
+
+// A converter's error list without its first entry, which only names the run.
+MessageList without_heading(const MessageList& messages);
+
+}  // namespace kavo

@@ -1,0 +1,115 @@
+#include "driver/file_types.h"
+
+#include <array>
+#include <limits>
+
+#include "common/clsCommon.h"
+#include "platform/failure.h"
+#include "platform/ports.h"
+#include "platform/unicode.h"
+
+namespace kavo {
+namespace {
+
+struct Extension {
+  std::u16string_view name;
+  std::int32_t type;
+};
+constexpr Extension kExtensions[] = {
+    {u"DOC", kWordDocument}, {u"RTF", kRtfDocument},  {u"HTM", kHtmlPage},    {u"HTML", kHtmlPage},
+    {u"ASP", kServerPage},   {u"JSP", kServerPage},   {u"MIF", kMifDocument}, {u"RC", kResourceScript},
+    {u"TXT", kPlainText},    {u"PPT", kPresentation}, {u"XLS", kWorkbook},
+};
+
+// Server pages have no filter: their preparation turns them into a page and a text before any filter sees them.
+struct FilterTag {
+  std::u16string_view tag;
+  std::int32_t type;
+};
+constexpr FilterTag kFilterTags[] = {
+    {u"K19DOCW", kWordDocument},  {u"K19RTF", kRtfDocument}, {u"K19HTM", kHtmlPage},      {u"K19MIF", kMifDocument},
+    {u"K19GCP", kResourceScript}, {u"K19TXT", kPlainText},   {u"K19PPTW", kPresentation}, {u"K19XLSW", kWorkbook},
+};
+
+constexpr std::string_view kTypeNames[] = {
+    "unknown",      "Word document",   "RTF document", "HTML page",    "server page",
+    "MIF document", "resource script", "plain text",   "presentation", "workbook",
+};
+
+using FilterTable = std::array<FilterInfo, 32>;
+
+struct ThreadState {
+  ObjectRef catalogue;
+  FilterTable table;
+};
+ThreadState& thread_state() {
+  thread_local ThreadState state;
+  return state;
+}
+
+std::u16string extension_of(std::u16string_view file_name) {
+  try {
+    return ascii_upper(clsCommon().strParseFileName(file_name, 2));
+  } catch (const failure&) {
+    return u"";  // longer than any file name can be
+  }
+}
+
+// One answer of the catalogue; false past the last filter.
+bool enumerate(AutomationObject& catalogue, std::int32_t index, FilterInfo& info) {
+  Argument arguments[] = {by_value(index), by_reference(std::u16string()), by_reference(std::u16string()),
+                          by_reference(std::u16string()), by_reference(std::int32_t{0})};
+  if (as_number(catalogue.invoke(u"Enumerate", arguments)) != 1) return false;
+  info.first_text = as_text(arguments[1].value);
+  info.second_text = as_text(arguments[2].value);
+  info.filter_name = as_text(arguments[3].value);
+  info.catalogue_value = as_number(arguments[4].value);
+  return true;
+}
+
+}  // namespace
+
+std::int32_t FileTypeOf(std::u16string_view file_name) {
+  const std::u16string extension = extension_of(file_name);
+  for (const Extension& known : kExtensions)
+    if (extension == known.name) return known.type;
+  return kUnknownFile;
+}
+
+std::string_view file_type_name(std::int32_t type) {
+  const auto index = static_cast<std::size_t>(type);
+  return kTypeNames[index < std::size(kTypeNames) ? index : 0];
+}
+
+const FilterInfo& filter_table(std::int32_t index) {
+  const FilterTable& table = thread_state().table;
+  if (index < 0 || static_cast<std::size_t>(index) >= table.size())
+    throw failure(FailureNumber::kSubscriptOutOfRange, u"Subscript out of range");
+  return table[static_cast<std::size_t>(index)];
+}
+
+void create_filter_catalogue() { thread_state().catalogue = ports().automation->create(u"K19Suite.FilterCatalogue"); }
+
+void release_filter_catalogue() noexcept { thread_state().catalogue.reset(); }
+
+AutomationObject& filter_catalogue() {
+  const ObjectRef& catalogue = thread_state().catalogue;
+  if (!catalogue) throw failure(FailureNumber::kNoObject, u"The filter catalogue was released");
+  return *catalogue;
+}
+
+void BuildFilterTable() {
+  FilterTable& table = thread_state().table;
+  table.fill({});
+  AutomationObject& catalogue = filter_catalogue();
+  for (std::int32_t index = 0;; ++index) {
+    FilterInfo info;
+    if (!enumerate(catalogue, index, info)) return;
+    const std::u16string name = ascii_upper(info.filter_name);
+    for (const FilterTag& tag : kFilterTags)
+      if (name.find(tag.tag) != std::u16string::npos) table[static_cast<std::size_t>(tag.type)] = info;
+    if (index == std::numeric_limits<std::int32_t>::max()) throw failure(FailureNumber::kOverflow, u"Overflow");
+  }
+}
+
+}  // namespace kavo

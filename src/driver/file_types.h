@@ -1,0 +1,59 @@
+// File type codes and the filter table: what a file's extension means, and which of the suite's filters takes it.
+//
+// The table and the catalogue object it is filled from belong to the thread, not to an object: every K19FPWObj of a
+// thread shares them, the last one created fills them anew.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "platform/automation.h"
+
+namespace kavo {
+
+// The numbers are part of the contract.
+enum FileType : std::int32_t {
+  kUnknownFile = 0,
+  kWordDocument = 1,
+  kRtfDocument = 2,
+  kHtmlPage = 3,
+  kServerPage = 4,
+  kMifDocument = 5,
+  kResourceScript = 6,
+  kPlainText = 7,  // also the script side file
+  kPresentation = 8,
+  kWorkbook = 9,
+};
+
+// The code of a file name's last extension, ASCII case ignored; 0 for any other and for none. Never fails.
+std::int32_t FileTypeOf(std::u16string_view file_name);
+
+// What a type is called in the command's output: "HTML page", "unknown".
+std::string_view file_type_name(std::int32_t type);
+
+// An installed filter as the suite's catalogue describes it.
+struct FilterInfo {
+  std::u16string first_text;
+  std::u16string second_text;
+  std::u16string filter_name;  // "" in an entry without a filter
+  std::int32_t catalogue_value = 0;
+  std::int32_t reserved = 0;
+};
+
+// The thread's entry for a file type code; throws `failure` 9 for an index outside 0 to 31.
+const FilterInfo& filter_table(std::int32_t index);
+
+// Creates "K19Suite.FilterCatalogue" for this thread, in the place of the one before. Throws what its creation raises.
+void create_filter_catalogue();
+// Releases it; the table keeps what it holds.
+void release_filter_catalogue() noexcept;
+// The thread's catalogue; throws `failure` 91 when there is none.
+AutomationObject& filter_catalogue();
+
+// Clears the thread's table and fills it from the catalogue's Enumerate(index, firstText, secondText, filterName,
+// catalogueValue), called with 0, 1, 2 ... while it answers 1. A filter goes to the entry of every tag that its name
+// holds; a later one overwrites. Throws what the catalogue raises.
+void BuildFilterTable();
+
+}  // namespace kavo

@@ -1,0 +1,88 @@
+#include "driver/wizard_run.h"
+
+#include <algorithm>
+
+#include "common/clsCommon.h"
+#include "common/tud_names.h"
+#include "driver/file_types.h"
+#include "platform/failure.h"
+#include "platform/ports.h"
+#include "platform/unicode.h"
+
+namespace kavo {
+namespace {
+
+constexpr std::int32_t kFirstFilterFailure = 200;
+constexpr std::int32_t kNeedsNoTranslation = 1;
+constexpr std::int32_t kWholeMatch = 100;
+
+// Runs an operation that answers a status; one that is not 0 is a failure with the reason that the document tells, when
+// it tells one.
+void call(AutomationObject& document, std::u16string_view member, std::span<Argument> arguments) {
+  if (as_number(document.invoke(member, arguments)) == 0) return;
+  std::u16string reason(member);
+  if (document.has_member(u"LastError")) reason = as_text(document.get(u"LastError"));
+  throw failure(FailureNumber::kInvalidCall, reason);
+}
+
+void convert(ProducedFile& file, const RunLanguages& languages) {
+  const FilterInfo& filter = filter_table(file.file_type);
+  if (filter.filter_name.empty())
+    throw failure(FailureNumber::kInvalidCall,
+                  u"No filter is installed for this type of file: " + to_utf16(file_type_name(file.file_type)));
+  const std::u16string tud = tud_name_of(file.file_name, languages.target);
+  const std::u16string skeleton = skeleton_name_of(tud);
+  const clsCommon common;
+  common.DeleteFile(tud);
+  common.DeleteFile(skeleton);
+  Argument arguments[] = {by_value(file.file_name),
+                          by_value(tud),
+                          by_value(skeleton),
+                          by_value(languages.source),
+                          by_value(languages.source_code_page),
+                          by_value(languages.target),
+                          by_value(languages.target_code_page),
+                          by_value(filter.filter_name),
+                          by_value(std::u16string(u"Paragraph"))};
+  filter_catalogue().invoke(u"Convert", arguments);
+  // The only plain text that a preparation produces beside other files is the script file of a server page.
+  if (file.file_type == kPlainText && ascii_lower(file.file_name).ends_with(u".scr")) LockScriptSegments(tud);
+  file.tud_name = tud;
+}
+
+}  // namespace
+
+FilterRun convert_produced_files(std::span<ProducedFile> files, const RunLanguages& languages) {
+  for (std::size_t i = 0; i < files.size(); ++i) {
+    try {
+      convert(files[i], languages);
+    } catch (const failure& reason) {
+      if (reason.is(FailureNumber::kInterrupted)) throw;
+      return {kFirstFilterFailure + static_cast<std::int32_t>(i), reason.description()};
+    }
+  }
+  return {};
+}
+
+bool ContainsQuotedText(std::u16string_view text) {
+  return std::count(text.begin(), text.end(), u'"') >= 2 || std::count(text.begin(), text.end(), u'\'') >= 2;
+}
+
+void LockScriptSegments(std::u16string_view tud) {
+  const ObjectRef document = ports().automation->create(u"K19Suite.TUDDocument");
+  Argument name[] = {by_value(std::u16string(tud))};
+  call(*document, u"Open", name);
+  const std::int32_t count = as_number(document->get(u"SegmentCount"));
+  for (std::int32_t number = 1; number <= count; ++number) {
+    Argument segment[] = {by_value(number), by_reference(std::u16string()), by_reference(std::u16string()),
+                          by_reference(std::int32_t{0}), by_reference(std::int32_t{0})};
+    call(*document, u"GetSegment", segment);
+    if (ContainsQuotedText(as_text(segment[1].value))) continue;
+    Argument locked[] = {by_value(number), by_value(segment[2].value), by_value(kNeedsNoTranslation),
+                         by_value(kWholeMatch)};
+    call(*document, u"SetSegment", locked);
+  }
+  call(*document, u"Close", {});
+}
+
+}  // namespace kavo

@@ -1,0 +1,132 @@
+#include "mif/clsMIFUtilities.h"
+
+#include <string>
+
+#include "common/clsCommon.h"
+#include "common/clsGetTempFileName.h"
+#include "common/program_settings.h"
+#include "mif/mif_messages.h"
+#include "platform/ports.h"
+#include "resources/string_table.h"
+
+namespace kavo {
+namespace {
+
+constexpr std::u16string_view kApplication = u"MIF Utilities";
+constexpr std::u16string_view kSection = u"Settings";
+constexpr std::u16string_view kDefaultMarkers = u"Index\t";
+
+// The decimal number that a setting begins with; 0 when it begins with none or with one that does not fit.
+std::int16_t number_of(std::u16string_view text) {
+  std::int32_t number = 0;
+  const bool negative = text.starts_with(u'-');
+  if (negative) text.remove_prefix(1);
+  for (const char16_t digit : text) {
+    if (digit < u'0' || digit > u'9') break;
+    number = number * 10 + (digit - u'0');
+    if (number > INT16_MAX) return 0;
+  }
+  return static_cast<std::int16_t>(negative ? -number : number);
+}
+
+std::u16string text_of(std::int16_t number) {
+  const std::string digits = std::to_string(number);
+  return {digits.begin(), digits.end()};
+}
+
+}  // namespace
+
+clsMIFUtilities::clsMIFUtilities()
+    : markers_(get_setting(kApplication, kSection, u"Markers", kDefaultMarkers)),
+      split_options_(number_of(get_setting(kApplication, kSection, u"Split", u"0"))),
+      process_objects_(get_setting(kApplication, kSection, u"Objects", u"1") == u"1") {}
+
+clsMIFUtilities::~clsMIFUtilities() {
+  if (!save_options_) return;
+  try {
+    save_setting(kApplication, kSection, u"Split", text_of(split_options_));
+    save_setting(kApplication, kSection, u"Objects", process_objects_ ? u"1" : u"0");
+    save_setting(kApplication, kSection, u"Markers", markers_);
+  } catch (const failure&) {
+    // Nobody is left to be told.
+  }
+}
+
+void clsMIFUtilities::StartBatch() {
+  index_.clear();
+  xrefs_.clear();
+  variables_.clear();
+  index_full_told_ = xrefs_full_told_ = variables_full_told_ = false;
+  header_.clear();
+  sources_.clear();
+  index_file_.clear();
+  xref_file_.clear();
+  variable_file_.clear();
+  has_data_ = extracted_ = side_files_loaded_ = false;
+  counts_ = {};
+  ClearErrors();
+}
+
+MifCounts clsMIFUtilities::counts() const {
+  MifCounts counts = counts_;
+  counts.index_rows = static_cast<std::int64_t>(index_.size());
+  counts.xref_rows = static_cast<std::int64_t>(xrefs_.size());
+  counts.variable_rows = static_cast<std::int64_t>(variables_.size());
+  return counts;
+}
+
+// A name without a folder gets side files that begin with the whole name, so that they stay apart from those of other
+// files of the current folder.
+void clsMIFUtilities::DefaultSideFileNames() {
+  const std::size_t slash = mif_file_.rfind(u'\\');
+  const std::u16string prefix = slash == std::u16string::npos ? mif_file_ + u"_" : mif_file_.substr(0, slash + 1);
+  if (index_file_.empty()) index_file_ = prefix + u"KAVO_ix.mif";
+  if (xref_file_.empty()) xref_file_ = prefix + u"KAVO_xr.mif";
+  if (variable_file_.empty()) variable_file_ = prefix + u"KAVO_va.mif";
+}
+
+bool clsMIFUtilities::mif_file_exists() {
+  if (mif_file_.empty()) {
+    add_message(kNoMifFile);
+  } else if (!ports().files->info(mif_file_)) {
+    add_message(kMifFileNotFound, mif_file_);
+  } else {
+    return true;
+  }
+  return false;
+}
+
+void clsMIFUtilities::add_message(std::int32_t number, std::u16string_view detail) {
+  Message message{std::u16string(string_resource(number)), number};
+  if (!detail.empty()) (message.text += u": ") += detail;
+  errors_.push_back(std::move(message));
+}
+
+// Names are drawn and not reserved: the exclusive create decides whether one is free. nullptr, with a message, when no
+// file can be made.
+std::unique_ptr<PendingFile> clsMIFUtilities::create_temporary_file() {
+  constexpr int attempts = 100;
+  clsGetTempFileName names;
+  for (int attempt = 1;; ++attempt) {
+    const std::u16string name = names.Filename();
+    try {
+      return std::make_unique<PendingFile>(mif_file_, name);
+    } catch (const failure& reason) {
+      if (reason.is(FailureNumber::kFileAlreadyExists) && attempt < attempts) continue;
+      if (reason.is(FailureNumber::kInterrupted)) throw;
+      add_message(kNoTemporaryFile, described(name, reason));
+      return nullptr;
+    }
+  }
+}
+
+// Puts the complete output in the place of MIFFile. When that fails the MIF file stays as it was and the output stays
+// under its temporary name, which the message tells.
+bool clsMIFUtilities::replace_mif_file(PendingFile& output, std::u16string_view failure_text) {
+  output.finish();
+  if (clsCommon().MoveFile(output.temporary_path(), mif_file_, &errors_)) return true;
+  errors_.push_back({std::u16string(failure_text)});
+  return false;
+}
+
+}  // namespace kavo

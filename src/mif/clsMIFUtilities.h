@@ -1,0 +1,169 @@
+// FrameMaker interchange files (MIF): hidden texts go out into side files that a translation tool can read, come back
+// translated, and embedded objects go out of the way and return.
+//
+// StartBatch, then Extract for each file, then EndBatch, which writes one index, one cross-reference and one variable
+// side file for all of them. After translation StartBatch, the side-file names if they are not the default ones, and
+// Merge for each file. All file contents are carried as bytes: FrameRoman escapes and UTF-8 come out as they went in,
+// whatever the system's code page.
+//
+// A file is only ever replaced by a complete new one: a call that fails leaves the MIF file and the side files as
+// they were. An interruption by the user (failure 18) is thrown on after cleaning up; every other failure is an entry
+// of the error list.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "common/messages.h"
+#include "common/pending_file.h"
+#include "common/progress_event.h"
+#include "mif/entry_table.h"
+#include "mif/marker_types.h"
+#include "mif/statement_scanner.h"
+
+namespace kavo {
+
+// What happened since StartBatch, for reports.
+struct MifCounts {
+  std::int64_t index_rows = 0;
+  std::int64_t xref_rows = 0;
+  std::int64_t variable_rows = 0;
+  std::int64_t replaced = 0;   // values that Merge found a translation for
+  std::int64_t not_found = 0;  // values that it found none for
+  std::int64_t objects_removed = 0;
+  std::int64_t objects_inserted = 0;
+  std::int64_t objects_missing = 0;  // placeholders without an object in the object file
+};
+
+class clsMIFUtilities {
+ public:
+  // Loads the options from the user's settings.
+  clsMIFUtilities();
+  // Saves the options, changed or not, unless they are temporary; a failure to save is dropped.
+  ~clsMIFUtilities();
+  clsMIFUtilities(const clsMIFUtilities&) = delete;
+  clsMIFUtilities& operator=(const clsMIFUtilities&) = delete;
+
+  // Paths. Empty side-file and object-file paths are derived from MIFFile when they are needed.
+  const std::u16string& MIFFile() const { return mif_file_; }
+  void MIFFile(std::u16string_view value) { mif_file_ = value; }
+  const std::u16string& IndexFile() const { return index_file_; }
+  void IndexFile(std::u16string_view value) { index_file_ = value; }
+  const std::u16string& XrefFile() const { return xref_file_; }
+  void XrefFile(std::u16string_view value) { xref_file_ = value; }
+  const std::u16string& VarFile() const { return variable_file_; }
+  void VarFile(std::u16string_view value) { variable_file_ = value; }
+  const std::u16string& ObjFile() const { return object_file_; }
+  void ObjFile(std::u16string_view value) { object_file_ = value; }
+
+  // Options. No value is checked.
+  const std::u16string& Markers() const { return markers_; }  // marker type names, each followed by one TAB
+  void Markers(std::u16string_view value) { markers_ = value; }
+  std::int16_t SplitOptions() const { return split_options_; }  // 0: no split, 1: at ";", 2: at ";" and ":"
+  void SplitOptions(std::int16_t value) { split_options_ = value; }
+  bool ProcessObjects() const { return process_objects_; }  // whether callers should remove embedded objects
+  void ProcessObjects(bool value) { process_objects_ = value; }
+  // From here on the options are this object's alone: destruction does not save them.
+  void options_are_temporary() { save_options_ = false; }
+
+  // Begins a batch: empties tables, header line, side-file paths, counts and the error list.
+  void StartBatch();
+  // Collects the hidden texts of MIFFile. The number of rows added (at most 32,767 are told), which can be 1; so
+  // whether the file could be used is what extracted() tells. 1 with message 3026, 3027 or 3028 when it could not.
+  // 3033 to 3035 (a table is full, told once a batch) and 3042 (a statement was left out) are no failures of the file.
+  std::int16_t Extract();
+  // True when the last Extract could use its file, however many rows it added.
+  bool extracted() const { return extracted_; }
+  // Writes the side files, unless no file of the batch could be opened. The number of files that could not be
+  // written (3020 to 3025, 3043). The tables stay: a second EndBatch writes the same.
+  std::int16_t EndBatch();
+
+  // Puts the translations of the side files into MIFFile; the first Merge of a batch loads them. 0 when all went well;
+  // else the number of failures: of the MIF file (3026, 3027, 3028, 3031, 3041, or that it could not be replaced; the
+  // file is then as it was) and of side files that could not be read (3036 to 3038; their values stay as they are).
+  // 3042 (a statement was left out) is none. SplitOptions becomes the option that the index texts were extracted with,
+  // and is saved with the other options, deliberately: the side file tells how its texts belong together.
+  std::int16_t Merge();
+
+  // Moves embedded objects into ObjFile and leaves numbered placeholders. 0, or 1 and a message (3026 to 3028, 3030 to
+  // 3032, 3039 to 3041) with everything as it was; only when the MIF file could not be replaced at the very end is
+  // ObjFile new already. A file without objects is not touched.
+  std::int16_t RemoveObjects();
+  // Puts the objects back in the place of their placeholders. 0, or 1 and a message (3026 to 3029, 3031, 3041) with
+  // everything as it was. ObjFile stays.
+  std::int16_t InsertObjects();
+
+  const MessageList& ErrorList() const { return errors_; }
+  void ClearErrors() { errors_.clear(); }
+  // The handler of the Progress event: percent of MIFFile that has been read.
+  void Progress(ProgressEvent::Handler handler) { progress_.handler(std::move(handler)); }
+  MifCounts counts() const;
+
+ private:
+  struct SideFile;  // the facts that tell the three side files apart
+
+  void DefaultSideFileNames();
+  void default_object_file_name();
+  bool mif_file_exists();
+  void add_message(std::int32_t number, std::u16string_view detail = {});
+  void report_passed_statement(const StatementScanner& scanner, const std::u16string& path);
+
+  std::int64_t CollectMarker(std::string_view statement, const MifCoding& coding, MarkerTypes& types);
+  std::int64_t SplitIndexText(std::string_view statement);
+  std::int64_t CollectXRefFormats(std::string_view statement);
+  std::int64_t CollectVariableFormats(std::string_view statement);
+  std::int64_t CollectPgfNumFormat(std::string_view statement);
+  int AddIndexEntry(std::string_view piece, std::string_view text);
+  int AddXRefEntry(std::string_view name, std::string_view definition);
+  int AddVariableEntry(std::string_view name, std::string_view definition);
+  int add_entry(EntryTable& table, bool& full_told, std::int32_t full_message, std::string_view name,
+                std::string_view text);
+
+  bool write_side_file(const SideFile& side);
+  bool is_source(std::u16string_view path) const;
+
+  std::int16_t LoadIndexSideFile();
+  std::int16_t LoadXRefSideFile();
+  std::int16_t LoadVariableSideFile();
+  std::int16_t load_side_file(const SideFile& side);
+  bool merge_file();
+  void MergeMarker(StatementScanner& scanner, MarkerTypes& types);
+  void MergeXRefFormats(StatementScanner& scanner);
+  void MergeVariableFormats(StatementScanner& scanner);
+  void MergePgfNumFormat(StatementScanner& scanner);
+  std::string_view LookupIndexEntry(std::string_view piece);
+  std::string_view LookupXRefEntry(std::string_view name, std::string_view definition);
+  std::string_view LookupVariableEntry(std::string_view name, std::string_view definition);
+  std::string_view lookup_pair(const EntryTable& table, std::string_view name, std::string_view definition);
+
+  std::unique_ptr<PendingFile> create_temporary_file();
+  bool replace_mif_file(PendingFile& output, std::u16string_view failure_text);
+
+  std::u16string mif_file_, index_file_, xref_file_, variable_file_, object_file_;
+  std::u16string markers_;
+  std::int16_t split_options_ = 0;
+  bool process_objects_ = true;
+  bool save_options_ = true;
+
+  EntryTable index_{EntryTable::Same::kName};
+  EntryTable xrefs_{EntryTable::Same::kNameAndText};
+  EntryTable variables_{EntryTable::Same::kNameAndText};
+  bool index_full_told_ = false;
+  bool xrefs_full_told_ = false;
+  bool variables_full_told_ = false;
+  std::string header_;  // the last MIFFile statement, byte for byte
+  std::vector<std::u16string> sources_;
+  bool has_data_ = false;
+  bool extracted_ = false;
+  bool side_files_loaded_ = false;
+  std::string key_;  // of the lookup being made
+  MifCounts counts_;
+
+  MessageList errors_;
+  ProgressEvent progress_;
+};
+
+}  // namespace kavo

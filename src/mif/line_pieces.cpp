@@ -1,0 +1,59 @@
+#include "mif/line_pieces.h"
+
+#include <algorithm>
+
+#include "common/byte_scan.h"
+
+namespace kavo {
+
+bool LinePieces::next(LinePiece& piece) {
+  reader_.consume(handed_out_);
+  handed_out_ = 0;
+  piece = {};
+  piece.begins = !in_line_;
+  std::size_t plain = 0;  // bytes at the front of the window that are known to hold no line end
+  for (;;) {
+    const std::string_view window = reader_.window();
+    const char* const end = window.data() + window.size();
+    const char* const stop = find_any<'\r', '\n'>(window.data() + plain, end);
+    plain = static_cast<std::size_t>(stop - window.data());
+    if (stop != end) {
+      if (end - stop < 2 && !reader_.exhausted()) {  // the other half of the terminator may follow
+        more();
+        continue;
+      }
+      const bool is_pair = end - stop >= 2 && (stop[1] == '\r' || stop[1] == '\n') && stop[1] != *stop;
+      piece.text = window.substr(0, plain);
+      piece.terminator = window.substr(plain, is_pair ? 2 : 1);
+      piece.ends = true;
+      break;
+    }
+    if (reader_.exhausted()) {
+      if (window.empty() && !in_line_) return false;
+      piece.text = window;
+      piece.ends = true;
+      break;
+    }
+    if (plain >= kWholeLine) {
+      const std::size_t mark = window.find('<', plain - kUncut);
+      piece.text = window.substr(0, std::min(mark, plain));
+      break;
+    }
+    more();
+  }
+  in_line_ = !piece.ends;
+  handed_out_ = piece.text.size() + piece.terminator.size();
+  return true;
+}
+
+void LinePieces::seek(std::uint64_t line_start) {
+  reader_.seek(line_start);
+  handed_out_ = 0;
+  in_line_ = false;
+}
+
+void LinePieces::more() {
+  if (reader_.more() && progress_ != nullptr) progress_->report(reader_.percent());
+}
+
+}  // namespace kavo

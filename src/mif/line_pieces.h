@@ -1,0 +1,47 @@
+// A file line by line as bytes, in bounded memory: a line is handed out whole unless it is longer than kWholeLine,
+// and then in pieces. CR LF, LF CR, CR and LF each end a line, wherever a block ends.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+#include "common/block_reader.h"
+#include "common/progress_event.h"
+
+namespace kavo {
+
+// Valid until the next call of next() or seek().
+struct LinePiece {
+  std::string_view text;        // without the line's terminator
+  std::string_view terminator;  // empty in a piece that does not end its line, and in a last line that has none
+  bool begins = false;          // this is the beginning of a line; it then holds at least kUncut bytes of a longer line
+  bool ends = false;
+};
+
+class LinePieces {
+ public:
+  static constexpr std::size_t kWholeLine = 64 * 1024;
+  // A text of up to this many bytes that begins with "<" is never cut in two, even in a long line.
+  static constexpr std::size_t kUncut = 64;
+
+  // Throws `failure` when the file cannot be opened, as next() does when it cannot be read. `progress` (not owned) may
+  // be nullptr.
+  LinePieces(std::u16string_view path, ProgressEvent* progress) : reader_(path), progress_(progress) {}
+
+  // False at the end of the file.
+  bool next(LinePiece& piece);
+  // Position of the first byte that was not handed out.
+  std::uint64_t position() const { return reader_.position() + handed_out_; }
+  void seek(std::uint64_t line_start);
+
+ private:
+  void more();
+
+  BlockReader reader_;
+  ProgressEvent* progress_;
+  std::size_t handed_out_ = 0;  // bytes of the window that the last piece took
+  bool in_line_ = false;        // that piece did not end its line
+};
+
+}  // namespace kavo

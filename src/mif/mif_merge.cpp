@@ -1,0 +1,170 @@
+// Merge: putting the translations of the side files into one MIF file. Only quoted values change; everything else is
+// copied byte for byte.
+#include "common/byte_scan.h"
+#include "mif/clsMIFUtilities.h"
+#include "mif/mif_messages.h"
+#include "mif/mif_values.h"
+
+namespace kavo {
+namespace {
+
+enum Opening : std::size_t { kXRefFormats, kMarker, kVariableFormats, kPgf };
+constexpr std::string_view kOpenings[] = {"<XRefFormats ", "<Marker ", "<VariableFormats ", "<Pgf "};
+constexpr StatementKeywords kKeywords{kOpenings, find_pair<'<', 'M', 'X', 'V', 'P'>};
+
+// Translation tools may return the tab of a number format in its hexadecimal form, which is not understood there.
+void write_with_short_tabs(StatementScanner& scanner, std::string_view value) {
+  constexpr std::string_view long_tab = "\\x09 ";
+  std::size_t written = 0;
+  for (std::size_t at = 0; (at = value.find(long_tab, at)) != std::string_view::npos;) {
+    if (scanner.coding().is_trail_byte(value.data(), value.data() + at)) {
+      ++at;
+      continue;
+    }
+    scanner.WriteThrough(value.substr(written, at - written));
+    scanner.WriteThrough("\\t");
+    written = at += long_tab.size();
+  }
+  scanner.WriteThrough(value.substr(written));
+}
+
+// Writes the statement with the second value of every pair replaced by what `lookup` has for it, unless that is empty.
+template <class Lookup>
+void merge_pairs(StatementScanner& scanner, std::string_view name_label, std::string_view text_label, Lookup lookup) {
+  const std::string_view statement = scanner.statement();
+  std::size_t written = 0;
+  for_each_pair(statement, name_label, text_label, [&](const QuotedValue& name, const QuotedValue& text) {
+    const std::string_view translation = lookup(name.of(statement), text.of(statement));
+    if (translation.empty()) return;
+    scanner.WriteThrough(statement.substr(written, text.begin - written));
+    scanner.WriteThrough(translation);
+    written = text.end;
+  });
+  scanner.WriteThrough(statement.substr(written));
+}
+
+}  // namespace
+
+std::int16_t clsMIFUtilities::Merge() {
+  if (!mif_file_exists()) return 1;
+  std::int16_t failures = 0;
+  if (!side_files_loaded_) {
+    DefaultSideFileNames();
+    for (const auto load : {&clsMIFUtilities::LoadIndexSideFile, &clsMIFUtilities::LoadXRefSideFile,
+                            &clsMIFUtilities::LoadVariableSideFile})
+      failures = static_cast<std::int16_t>(failures + (this->*load)());
+    side_files_loaded_ = true;
+  }
+  if (!merge_file()) ++failures;
+  return failures;
+}
+
+bool clsMIFUtilities::merge_file() {
+  progress_.restart();
+  std::unique_ptr<PendingFile> output;
+  bool opened = false;
+  try {
+    {
+      StatementScanner scanner(mif_file_, kKeywords, &progress_);
+      opened = true;
+      output = create_temporary_file();
+      if (!output) return false;
+      scanner.output(*output);
+      MarkerTypes types(markers_, MarkerTypes::LetterCase::kExact);
+      while (scanner.ReadNextStatement()) {
+        switch (scanner.opening()) {
+          case kXRefFormats:
+            MergeXRefFormats(scanner);
+            break;
+          case kMarker:
+            MergeMarker(scanner, types);
+            break;
+          case kVariableFormats:
+            MergeVariableFormats(scanner);
+            break;
+          case kPgf:
+            MergePgfNumFormat(scanner);
+            break;
+        }
+      }
+      report_passed_statement(scanner, mif_file_);
+    }  // the file must be closed before it is replaced
+    return replace_mif_file(*output, u"Failed to copy temporary file");
+  } catch (const failure& reason) {
+    if (reason.is(FailureNumber::kInterrupted)) throw;
+    add_message(opened ? kCannotProcess : kCannotReadMifFile, described(mif_file_, reason));
+    return false;
+  }
+}
+
+void clsMIFUtilities::MergeMarker(StatementScanner& scanner, MarkerTypes& types) {
+  const std::string_view statement = scanner.statement();
+  const auto type = find_value(statement, "<MTypeName `");
+  const auto kind = type ? types.kind_of(type->of(statement), scanner.coding()) : MarkerTypes::Kind::kUnselected;
+  const auto text = find_value(statement, "<MText `");
+  if (kind == MarkerTypes::Kind::kUnselected || !text || is_blank(text->of(statement))) {
+    scanner.WriteThrough(statement);
+    return;
+  }
+  const std::string_view value = text->of(statement);
+  scanner.WriteThrough(statement.substr(0, text->begin));
+  if (kind == MarkerTypes::Kind::kIndex) {
+    for_each_index_piece(value, split_options_, [&](std::string_view piece, std::string_view separator) {
+      scanner.WriteThrough(LookupIndexEntry(piece));
+      scanner.WriteThrough(separator);
+    });
+  } else {
+    scanner.WriteThrough(LookupIndexEntry(value));
+  }
+  scanner.WriteThrough(statement.substr(text->end));
+}
+
+void clsMIFUtilities::MergeXRefFormats(StatementScanner& scanner) {
+  merge_pairs(scanner, "<XRefName `", "<XRefDef `",
+              [this](std::string_view name, std::string_view definition) { return LookupXRefEntry(name, definition); });
+}
+
+void clsMIFUtilities::MergeVariableFormats(StatementScanner& scanner) {
+  merge_pairs(scanner, "<VariableName `", "<VariableDef `", [this](std::string_view name, std::string_view definition) {
+    return LookupVariableEntry(name, definition);
+  });
+}
+
+void clsMIFUtilities::MergePgfNumFormat(StatementScanner& scanner) {
+  const std::string_view statement = scanner.statement();
+  const auto format = find_value(statement, "<PgfNumFormat `");
+  if (!format) {
+    scanner.WriteThrough(statement);
+    return;
+  }
+  const std::string_view value = format->of(statement);
+  const std::string_view translation = LookupVariableEntry(number_format_tag(statement, *format), value);
+  scanner.WriteThrough(statement.substr(0, format->begin));
+  write_with_short_tabs(scanner, translation.empty() ? value : translation);
+  scanner.WriteThrough(statement.substr(format->end));
+}
+
+std::string_view clsMIFUtilities::LookupIndexEntry(std::string_view piece) {
+  const auto translation = index_.find(piece);
+  ++(translation ? counts_.replaced : counts_.not_found);
+  return translation.value_or(piece);
+}
+
+std::string_view clsMIFUtilities::LookupXRefEntry(std::string_view name, std::string_view definition) {
+  return lookup_pair(xrefs_, name, definition);
+}
+
+std::string_view clsMIFUtilities::LookupVariableEntry(std::string_view name, std::string_view definition) {
+  return lookup_pair(variables_, name, definition);
+}
+
+// Empty when there is no translation or an empty one: the value then stays as it is.
+std::string_view clsMIFUtilities::lookup_pair(const EntryTable& table, std::string_view name,
+                                              std::string_view definition) {
+  ((key_ = name) += " : ") += definition;
+  const auto translation = table.find(key_);
+  ++(translation ? counts_.replaced : counts_.not_found);
+  return translation.value_or(std::string_view());
+}
+
+}  // namespace kavo

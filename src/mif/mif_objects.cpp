@@ -1,0 +1,224 @@
+// RemoveObjects and InsertObjects. An embedded object is facet data: lines from the first one that begins with "=" to
+// the one that begins with "=EndInset". A facet that follows another without "=EndInset" between belongs to the same
+// object.
+//
+// Lines come out with CR LF, whatever they ended with; only a file without any object or placeholder stays as it is.
+// A last line without terminator has none afterwards either. What a line holds behind "=EndInset" is kept in the
+// object file and returns with it.
+#include <string>
+
+#include "mif/clsMIFUtilities.h"
+#include "mif/line_pieces.h"
+#include "mif/mif_messages.h"
+#include "mif/object_file.h"
+#include "platform/case_fold.h"
+#include "platform/ports.h"
+
+namespace kavo {
+namespace {
+
+constexpr std::string_view kLineEnd = "\r\n";
+
+std::string placeholder_of(std::int32_t number) { return "<KAVOObj " + std::to_string(number) + ">"; }
+
+bool begins_object(const LinePiece& piece) {
+  return piece.begins && piece.text.starts_with('=') && !piece.text.starts_with(kObjectEnd);
+}
+
+void write_piece(PendingFile& file, const LinePiece& piece) {
+  file.write(piece.text);
+  if (!piece.terminator.empty()) file.write(kLineEnd);
+}
+
+bool holds_objects(std::u16string_view path, ProgressEvent& progress) {
+  LinePieces lines(path, &progress);
+  for (LinePiece piece; lines.next(piece);)
+    if (begins_object(piece) || find_placeholder(piece.text)) return true;
+  return false;
+}
+
+bool holds_placeholders(std::u16string_view path, ProgressEvent& progress) {
+  LinePieces lines(path, &progress);
+  for (LinePiece piece; lines.next(piece);)
+    if (find_placeholder(piece.text)) return true;
+  return false;
+}
+
+// What came of dividing a file into text and objects.
+struct Division {
+  std::int32_t objects = 0;
+  std::int32_t refusal = 0;  // number of the message that says why the file must stay as it is
+  std::int64_t line = 0;     // where that was found
+};
+
+Division divide(std::u16string_view path, ProgressEvent& progress, PendingFile& mif, PendingFile& objects) {
+  LinePieces lines(path, &progress);
+  Division result;
+  std::int64_t line = 0;
+  bool in_object = false;
+  bool closing = false;  // in the last line of an object
+  for (LinePiece piece; lines.next(piece);) {
+    if (piece.begins) ++line;
+    // Placeholders of an earlier removal: a second set of the same numbers could not be told apart from them. And an
+    // object's own line that begins as they do would end it on its way back.
+    if (find_placeholder(piece.text) || (in_object && piece.begins && piece.text.starts_with(kPlaceholderStart)))
+      return {result.objects, kHoldsPlaceholders, line};
+    if (!in_object && begins_object(piece)) {
+      const std::string placeholder = placeholder_of(++result.objects);
+      objects.write(placeholder);
+      objects.write(kLineEnd);
+      mif.write(placeholder);
+      in_object = true;
+      result.line = line;
+    }
+    if (!in_object) {
+      write_piece(mif, piece);
+      continue;
+    }
+    if (piece.begins) closing = piece.text.starts_with(kObjectEnd);
+    objects.write(piece.text);
+    if (!piece.ends) continue;
+    objects.write(kLineEnd);
+    if (!closing) continue;
+    in_object = closing = false;
+    if (!piece.terminator.empty()) mif.write(kLineEnd);
+  }
+  if (in_object) result.refusal = kEndsInObject;
+  return result;
+}
+
+// Copies a file with its objects put back, each on lines of its own.
+class ObjectInserter {
+ public:
+  ObjectInserter(MifObjectFile& objects, PendingFile& output) : objects_(objects), output_(output) {}
+
+  void run(LinePieces& lines) {
+    for (LinePiece piece; lines.next(piece);) {
+      std::string_view rest = piece.text;
+      while (const auto placeholder = find_placeholder(rest)) {
+        write_text(rest.substr(0, placeholder->begin));
+        write_object(rest.substr(placeholder->begin, placeholder->end - placeholder->begin));
+        rest.remove_prefix(placeholder->end);
+      }
+      write_text(rest);
+      if (!piece.ends) continue;
+      if (!piece.terminator.empty()) output_.write(kLineEnd);
+      last_ = Last::kNothing;
+    }
+  }
+
+  std::int64_t inserted() const { return inserted_; }
+  std::int64_t missing() const { return missing_; }
+
+ private:
+  enum class Last { kNothing, kText, kObject };  // what was last written for the current line of the document
+
+  void write_text(std::string_view text) {
+    if (text.empty()) return;
+    if (last_ == Last::kObject) output_.write(kLineEnd);
+    output_.write(text);
+    last_ = Last::kText;
+  }
+
+  // A placeholder without an object becomes the closing line alone, deliberately without an error: the place stays
+  // visible in the document.
+  void write_object(std::string_view placeholder) {
+    if (last_ != Last::kNothing) output_.write(kLineEnd);
+    if (objects_.find(placeholder)) {
+      objects_.copy_object(output_);
+      ++inserted_;
+    } else {
+      output_.write(kObjectEnd);
+      ++missing_;
+    }
+    last_ = Last::kObject;
+  }
+
+  MifObjectFile& objects_;
+  PendingFile& output_;
+  Last last_ = Last::kNothing;
+  std::int64_t inserted_ = 0;
+  std::int64_t missing_ = 0;
+};
+
+}  // namespace
+
+// The dot that counts is the one of the file's own name.
+void clsMIFUtilities::default_object_file_name() {
+  if (!object_file_.empty()) return;
+  const std::size_t dot = mif_file_.rfind(u'.');
+  const std::size_t slash = mif_file_.rfind(u'\\');
+  const bool has_dot = dot != std::u16string::npos && (slash == std::u16string::npos || slash < dot);
+  object_file_ = (has_dot ? mif_file_.substr(0, dot) : mif_file_) + u".obj";
+}
+
+std::int16_t clsMIFUtilities::RemoveObjects() {
+  if (!mif_file_exists()) return 1;
+  default_object_file_name();
+  FileSystem& files = *ports().files;
+  std::int32_t step = kCannotReadMifFile;  // the message of what is being done
+  try {
+    if (equal_ignoring_case(files.absolute(object_file_), files.absolute(mif_file_))) {
+      add_message(kCannotWriteObjects, object_file_);
+      return 1;
+    }
+    progress_.restart();
+    const bool has_objects = holds_objects(mif_file_, progress_);
+    step = kCannotWriteObjects;
+    PendingFile objects(object_file_);
+    std::unique_ptr<PendingFile> output;
+    if (has_objects) {
+      step = kCannotProcess;
+      output = create_temporary_file();
+      if (!output) return 1;
+      const Division division = divide(mif_file_, progress_, *output, objects);
+      if (division.refusal != 0) {
+        add_message(division.refusal, mif_file_);
+        errors_.back().line = division.line;
+        return 1;
+      }
+      counts_.objects_removed += division.objects;
+    }
+    objects.write(kObjectsEnd);
+    objects.write(kLineEnd);
+    step = files.info(object_file_) ? kCannotReplaceObjects : kCannotWriteObjects;
+    objects.commit();
+    step = kCannotProcess;
+    return !output || replace_mif_file(*output, u"Failed to move temporary file") ? 0 : 1;
+  } catch (const failure& reason) {
+    if (reason.is(FailureNumber::kInterrupted)) throw;
+    const bool is_object_file = step == kCannotWriteObjects || step == kCannotReplaceObjects;
+    add_message(step, described(is_object_file ? object_file_ : mif_file_, reason));
+    return 1;
+  }
+}
+
+std::int16_t clsMIFUtilities::InsertObjects() {
+  if (!mif_file_exists()) return 1;
+  default_object_file_name();
+  std::int32_t step = kCannotReadMifFile;
+  try {
+    progress_.restart();
+    const bool has_placeholders = holds_placeholders(mif_file_, progress_);
+    step = kCannotReadObjects;
+    MifObjectFile objects(object_file_);
+    if (!has_placeholders) return 0;
+    step = kCannotProcess;
+    const auto output = create_temporary_file();
+    if (!output) return 1;
+    ObjectInserter inserter(objects, *output);
+    {
+      LinePieces lines(mif_file_, &progress_);
+      inserter.run(lines);
+    }  // the file must be closed before it is replaced
+    counts_.objects_inserted += inserter.inserted();
+    counts_.objects_missing += inserter.missing();
+    return replace_mif_file(*output, u"Failed to move temporary file") ? 0 : 1;
+  } catch (const failure& reason) {
+    if (reason.is(FailureNumber::kInterrupted)) throw;
+    add_message(step, described(step == kCannotReadObjects ? object_file_ : mif_file_, reason));
+    return 1;
+  }
+}
+
+}  // namespace kavo

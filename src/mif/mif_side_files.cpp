@@ -1,0 +1,168 @@
+// The side files: small MIF files of one text flow in which every table row is a paragraph. Its KAVOTag statement
+// carries the identity of the row, its String statement the text to translate.
+#include <charconv>
+#include <optional>
+
+#include "common/byte_scan.h"
+#include "common/pending_file.h"
+#include "mif/clsMIFUtilities.h"
+#include "mif/mif_messages.h"
+#include "mif/mif_values.h"
+#include "platform/case_fold.h"
+#include "platform/ports.h"
+
+namespace kavo {
+
+struct clsMIFUtilities::SideFile {
+  std::u16string clsMIFUtilities::*path;
+  EntryTable clsMIFUtilities::*table;
+  int (clsMIFUtilities::*add)(std::string_view name, std::string_view text);
+  bool is_index;  // tells how its texts were split; the others carry name and untranslated text in the tag
+  MifMessage cannot_write, no_name, cannot_read;
+
+  static const SideFile kIndex, kXrefs, kVariables;
+};
+
+const clsMIFUtilities::SideFile clsMIFUtilities::SideFile::kIndex = {&clsMIFUtilities::index_file_,
+                                                                     &clsMIFUtilities::index_,
+                                                                     &clsMIFUtilities::AddIndexEntry,
+                                                                     true,
+                                                                     kCannotWriteIndex,
+                                                                     kNoIndexName,
+                                                                     kCannotReadIndex};
+const clsMIFUtilities::SideFile clsMIFUtilities::SideFile::kXrefs = {&clsMIFUtilities::xref_file_,
+                                                                     &clsMIFUtilities::xrefs_,
+                                                                     &clsMIFUtilities::AddXRefEntry,
+                                                                     false,
+                                                                     kCannotWriteXrefs,
+                                                                     kNoXrefName,
+                                                                     kCannotReadXrefs};
+const clsMIFUtilities::SideFile clsMIFUtilities::SideFile::kVariables = {&clsMIFUtilities::variable_file_,
+                                                                         &clsMIFUtilities::variables_,
+                                                                         &clsMIFUtilities::AddVariableEntry,
+                                                                         false,
+                                                                         kCannotWriteVariables,
+                                                                         kNoVariableName,
+                                                                         kCannotReadVariables};
+
+std::int16_t clsMIFUtilities::EndBatch() {
+  if (!has_data_) return 0;
+  std::int16_t failures = 0;
+  for (const SideFile* side : {&SideFile::kIndex, &SideFile::kXrefs, &SideFile::kVariables})
+    if (!write_side_file(*side)) ++failures;
+  return failures;
+}
+
+bool clsMIFUtilities::write_side_file(const SideFile& side) {
+  const std::u16string& path = this->*side.path;
+  if (path.empty()) {
+    add_message(side.no_name);
+    return false;
+  }
+  if (is_source(path)) {
+    add_message(kSideFileIsSource, path);
+    return false;
+  }
+  try {
+    PendingFile file(path);
+    file.write(header_.empty() ? std::string_view("<MIFFile 5.50>") : header_);
+    file.write("\r\n");
+    if (side.is_index) {
+      file.write("<KAVOSeg ");
+      file.write(std::to_string(split_options_));
+      file.write(">\r\n");
+    }
+    file.write("<TextFlow \r\n");
+    const EntryTable& table = this->*side.table;
+    for (std::size_t row = 0; row < table.size(); ++row) {
+      file.write(" <Para \r\n  <KAVOTag `");
+      file.write(table.name(row));
+      if (!side.is_index) {
+        file.write(" : ");
+        file.write(table.text(row));
+      }
+      file.write("'>\r\n  <ParaLine \r\n   <String `");
+      file.write(table.text(row));
+      file.write("'>\r\n  >\r\n >\r\n");
+    }
+    file.write(">\r\n");
+    file.commit();
+    return true;
+  } catch (const failure& reason) {
+    if (reason.is(FailureNumber::kInterrupted)) throw;
+    add_message(side.cannot_write, described(path, reason));
+    return false;
+  }
+}
+
+// A side file must never take the place of a document of its own batch.
+bool clsMIFUtilities::is_source(std::u16string_view path) const {
+  const std::u16string absolute = ports().files->absolute(path);
+  for (const std::u16string& source : sources_)
+    if (equal_ignoring_case(source, absolute)) return true;
+  return false;
+}
+
+namespace {
+
+// A translation tool may wrap the statements anew: any white space may stand behind the name.
+constexpr std::string_view kOpenings[] = {"<KAVOSeg ", "<KAVOSeg\t", "<KAVOSeg\r", "<KAVOSeg\n",
+                                          "<Para ",    "<Para\t",    "<Para\r",    "<Para\n"};
+constexpr std::size_t kFirstPara = 4;
+constexpr StatementKeywords kKeywords{kOpenings, find_pair<'<', 'K', 'P'>};
+constexpr std::string_view kWhiteSpace = " \t\r\n";
+
+// The value of the first statement of this name (with its "<") at or behind `from`.
+std::optional<QuotedValue> find_wrapped_value(std::string_view paragraph, std::string_view name, std::size_t from) {
+  for (std::size_t at = from; (at = paragraph.find(name, at)) != std::string_view::npos; at += name.size()) {
+    const std::size_t value = paragraph.find_first_not_of(kWhiteSpace, at + name.size());
+    if (value == std::string_view::npos) return std::nullopt;
+    if (value == at + name.size() || paragraph[value] != '`') continue;
+    const std::size_t quote = paragraph.find('\'', value);
+    if (quote == std::string_view::npos) return std::nullopt;
+    return QuotedValue{value + 1, quote};
+  }
+  return std::nullopt;
+}
+
+std::int16_t split_option_of(std::string_view statement) {
+  const std::size_t digits = statement.find_first_not_of(kWhiteSpace, kOpenings[0].size() - 1);
+  std::int16_t option = 0;
+  if (digits != std::string_view::npos)
+    std::from_chars(statement.data() + digits, statement.data() + statement.size(), option);
+  return option;
+}
+
+}  // namespace
+
+std::int16_t clsMIFUtilities::LoadIndexSideFile() { return load_side_file(SideFile::kIndex); }
+std::int16_t clsMIFUtilities::LoadXRefSideFile() { return load_side_file(SideFile::kXrefs); }
+std::int16_t clsMIFUtilities::LoadVariableSideFile() { return load_side_file(SideFile::kVariables); }
+
+// The number of failures: 0 or 1.
+std::int16_t clsMIFUtilities::load_side_file(const SideFile& side) {
+  const std::u16string& path = this->*side.path;
+  try {
+    StatementScanner scanner(path, kKeywords, nullptr);
+    while (scanner.ReadNextStatement()) {
+      const std::string_view statement = scanner.statement();
+      if (scanner.opening() < kFirstPara) {
+        if (side.is_index) split_options_ = split_option_of(statement);
+        continue;
+      }
+      const auto tag = find_wrapped_value(statement, "<KAVOTag", 0);
+      if (!tag) continue;
+      const auto text = find_wrapped_value(statement, "<String", tag->end);
+      if (text) (this->*side.add)(tag->of(statement), text->of(statement));
+    }
+    report_passed_statement(scanner, path);
+    return 0;
+  } catch (const failure& reason) {
+    if (reason.is(FailureNumber::kInterrupted)) throw;
+    (this->*side.table).clear();  // all of its values stay untranslated, not some
+    add_message(side.cannot_read, described(path, reason));
+    return 1;
+  }
+}
+
+}  // namespace kavo

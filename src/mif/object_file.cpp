@@ -1,0 +1,106 @@
+#include "mif/object_file.h"
+
+#include <algorithm>
+#include <functional>
+#include <limits>
+
+#include "common/byte_scan.h"
+
+namespace kavo {
+namespace {
+
+constexpr std::uint64_t kFileEnd = std::numeric_limits<std::uint64_t>::max();
+
+// Calls visit(placeholder) for every place of the text where one begins, even inside another, until it answers true.
+template <class Visit>
+bool any_placeholder(std::string_view text, Visit visit) {
+  std::size_t from = 0;
+  while (const auto found = find_placeholder(text.substr(from))) {
+    if (visit(text.substr(from + found->begin, found->end - found->begin))) return true;
+    from += found->begin + 1;
+  }
+  return false;
+}
+
+}  // namespace
+
+std::optional<Placeholder> find_placeholder(std::string_view text) {
+  const char* const end = text.data() + text.size();
+  for (const char* p = text.data(); (p = find_pair<'<', 'K'>(p, end)) != end; ++p) {
+    const std::string_view rest(p, std::min<std::size_t>(static_cast<std::size_t>(end - p), LinePieces::kUncut));
+    if (!rest.starts_with(kPlaceholderStart)) continue;
+    const std::size_t close = rest.find('>');
+    if (close == std::string_view::npos) continue;
+    const auto begin = static_cast<std::size_t>(p - text.data());
+    return Placeholder{begin, begin + close + 1};
+  }
+  return std::nullopt;
+}
+
+bool MifObjectFile::find(std::string_view placeholder) {
+  const std::uint64_t position = lines_.position();
+  if (next_line_holds(placeholder)) return true;
+  if (!index_) build_index();
+  return find_between(placeholder, position, kFileEnd) || find_between(placeholder, 0, position);
+}
+
+bool MifObjectFile::next_line_holds(std::string_view placeholder) {
+  LinePiece piece;
+  bool holds = false;
+  do {
+    if (!lines_.next(piece)) return false;
+    holds = holds || any_placeholder(piece.text, [&](std::string_view found) { return found == placeholder; });
+  } while (!piece.ends);
+  return holds;
+}
+
+// Goes behind the first line that begins in [begin, end) and holds the placeholder.
+bool MifObjectFile::find_between(std::string_view placeholder, std::uint64_t begin, std::uint64_t end) {
+  const std::size_t hash = std::hash<std::string_view>{}(placeholder);
+  auto entry = std::lower_bound(index_->begin(), index_->end(), IndexEntry{hash, begin});
+  for (; entry != index_->end() && entry->hash == hash && entry->line < end; ++entry) {
+    lines_.seek(entry->line);
+    if (next_line_holds(placeholder)) return true;
+  }
+  lines_.seek(kFileEnd);
+  return false;
+}
+
+void MifObjectFile::build_index() {
+  index_.emplace();
+  LinePieces lines(path_, nullptr);
+  std::uint64_t line = 0;
+  for (LinePiece piece; lines.next(piece);) {
+    any_placeholder(piece.text, [&](std::string_view found) {
+      index_->push_back({std::hash<std::string_view>{}(found), line});
+      return false;
+    });
+    if (piece.ends) line = lines.position();
+  }
+  std::sort(index_->begin(), index_->end());
+}
+
+void MifObjectFile::copy_object(PendingFile& output) {
+  bool is_end = false;
+  for (LinePiece piece; lines_.next(piece);) {
+    if (piece.begins) {
+      if (piece.text.starts_with(kPlaceholderStart)) {
+        skip_line(piece);
+        break;
+      }
+      is_end = piece.text.starts_with(kObjectEnd);
+    }
+    output.write(piece.text);
+    if (!piece.ends) continue;
+    if (is_end) return;
+    output.write("\r\n");
+  }
+  output.write(kObjectEnd);
+}
+
+void MifObjectFile::skip_line(LinePiece piece) {
+  while (!piece.ends && lines_.next(piece)) {
+  }
+}
+
+}  // namespace kavo

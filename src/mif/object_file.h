@@ -1,0 +1,56 @@
+// The object side file: objects in order, each a placeholder line followed by the object's lines. Lookups answer what
+// reading forward from the current place, and then once more from the beginning, would find; placeholders in their
+// own order cost one pass, any other order an index that is built at the first lookup out of order.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "common/pending_file.h"
+#include "mif/line_pieces.h"
+
+namespace kavo {
+
+inline constexpr std::string_view kObjectEnd = "=EndInset";
+inline constexpr std::string_view kPlaceholderStart = "<KAVOObj ";
+inline constexpr std::string_view kObjectsEnd = "<KAVOObj End>";
+
+// The place of the first placeholder, from its "<" to its ">", in a line or piece of a line. It is at most
+// LinePieces::kUncut bytes long: many more than any number has.
+struct Placeholder {
+  std::size_t begin;
+  std::size_t end;
+};
+std::optional<Placeholder> find_placeholder(std::string_view text);
+
+class MifObjectFile {
+ public:
+  // Throws `failure` when the file cannot be opened, as all operations do when it cannot be read.
+  explicit MifObjectFile(std::u16string_view path) : path_(path), lines_(path, nullptr) {}
+
+  // Goes behind the next line that holds the placeholder; false, and to the end of the file, when there is none.
+  bool find(std::string_view placeholder);
+  // Writes the object that begins here, its lines with CR LF, the closing one without a line end.
+  void copy_object(PendingFile& output);
+
+ private:
+  struct IndexEntry {
+    std::size_t hash;
+    std::uint64_t line;  // position of the line's beginning
+    auto operator<=>(const IndexEntry&) const = default;
+  };
+
+  bool next_line_holds(std::string_view placeholder);
+  bool find_between(std::string_view placeholder, std::uint64_t begin, std::uint64_t end);
+  void build_index();
+  void skip_line(LinePiece piece);
+
+  std::u16string path_;
+  LinePieces lines_;
+  std::optional<std::vector<IndexEntry>> index_;
+};
+
+}  // namespace kavo

@@ -1,0 +1,53 @@
+// Converts Word documents to RTF and back by driving the word processor ("Word.Application") through automation.
+//
+// Every step runs whatever the one before it did; what counts is the last error number (error_state.h). The calls,
+// their order and the types of their arguments are a contract with the object model and are tested one by one.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "common/error_state.h"
+#include "platform/automation.h"
+
+namespace kavo {
+
+class clsDOC2RTF {
+ public:
+  const std::u16string& DOCFile() const { return doc_file_; }
+  void DOCFile(std::u16string_view value) { doc_file_ = value; }
+  const std::u16string& RTFFile() const { return rtf_file_; }
+  void RTFFile(std::u16string_view value) { rtf_file_ = value; }
+
+  // 0, or 1 when the source is missing, the word processor cannot be reached or does not save. An empty target name is
+  // derived from the source's ("report.doc" and "report_doc.rtf") and stays set. An existing target is deleted before
+  // the word processor is asked for, so it is gone after most failures; a target that is the source itself is refused.
+  std::int32_t DOC2RTF();
+  std::int32_t RTF2DOC();
+
+  // Between these calls the word processor that a conversion started stays open for the next one.
+  void StartBatch() { quit_after_each_ = false; }
+  void EndBatch();
+
+ private:
+  bool prepare(const std::u16string& source, const std::u16string& target) const;
+  ObjectRef open(const std::u16string& source);
+  ObjectRef open_in_word(const std::u16string& source);
+  std::int32_t field_count(const ObjectRef& document);
+  void unlink_dead_objects(const ObjectRef& document);
+  void update_hyperlinks(const ObjectRef& document);
+  void save_as(const ObjectRef& document, const std::u16string& target, std::int16_t format);
+  void close(const ObjectRef& document);
+  void quit_if_started();
+  void quit();
+
+  std::u16string doc_file_;
+  std::u16string rtf_file_;
+  ObjectRef word_;
+  error_state errors_;
+  bool started_by_us_ = false;  // cleared by EndBatch only
+  bool quit_after_each_ = true;
+};
+
+}  // namespace kavo

@@ -1,0 +1,40 @@
+// Turns a presentation into XML that can be translated, and the translated XML back into the presentation.
+//
+// Two macros of the template "kavo.ppt" in the program's folder do the work inside the presentation program
+// ("PowerPoint.Application"); this class opens the presentation for them and waits (office_session.h). The presentation
+// program stays open and visible until the object is destroyed.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "office/office_session.h"
+
+namespace kavo {
+
+class clsPPTUtil {
+ public:
+  // Throws `failure` when the program's folder cannot be found.
+  clsPPTUtil();
+
+  // Each of the two names sets the other (office_names.h); whichever is set last wins. Throws `failure` 6 for a name
+  // beyond what strParseFileName takes.
+  const std::u16string& PPTFile() const { return ppt_file_; }
+  void PPTFile(std::u16string_view value);
+  const std::u16string& XMLFile() const { return xml_file_; }
+  void XMLFile(std::u16string_view value);
+
+  // 0, or 1 when a file is missing, the program cannot be reached or any call after the start of the macro fails. The
+  // presentation is saved once before it is exported; importing fills the presentation that PPTFile names. Throws
+  // `failure` 18 when the user interrupts.
+  std::int32_t PPT2XML();
+  std::int32_t XML2PPT();
+
+ private:
+  std::u16string ppt_file_;
+  std::u16string xml_file_;
+  OfficeSession session_;
+};
+
+}  // namespace kavo

@@ -1,0 +1,66 @@
+#include "office/clsRTFUtil.h"
+
+#include "common/clsCommon.h"
+#include "office/rtf_extraction.h"
+#include "office/rtf_insertion.h"
+#include "platform/case_fold.h"
+#include "platform/failure.h"
+#include "platform/ports.h"
+
+namespace kavo {
+namespace {
+
+bool same_file(std::u16string_view a, std::u16string_view b) {
+  FileSystem& files = *ports().files;
+  return equal_ignoring_case(files.absolute(a), files.absolute(b));
+}
+
+}  // namespace
+
+std::int32_t clsRTFUtil::ExtractObjects() {
+  return run([this](const std::u16string& temporary_file) {
+    RtfExtraction extraction(rtf_file_, temporary_file, obj_file_);
+    extraction.run(progress_);
+    object_count_ = extraction.count();
+    return true;
+  });
+}
+
+std::int32_t clsRTFUtil::InsertObjects() {
+  return run([this](const std::u16string& temporary_file) {
+    RtfInsertion insertion(rtf_file_, temporary_file, obj_file_);
+    insertion.run(progress_, errors_);
+    object_count_ = insertion.count();
+    return insertion.missing() == 0;
+  });
+}
+
+std::int32_t clsRTFUtil::run(const std::function<bool(const std::u16string&)>& work) {
+  errors_.clear();
+  object_count_ = 0;
+  progress_.restart();
+  if (rtf_file_.empty()) {
+    errors_.push_back({u"No RTF file was given"});
+    return 1;
+  }
+  try {
+    make_object_file_name();
+    const std::u16string temporary_file = rtf_file_ + u".kavo.tmp";
+    if (same_file(rtf_file_, obj_file_) || same_file(temporary_file, obj_file_))
+      throw failure(FailureNumber::kInvalidCall, u"The object file must not be the document itself");
+    clsCommon().DeleteFile(temporary_file);  // left over from a run that was killed
+    return work(temporary_file) ? 0 : 1;
+  } catch (const failure& reason) {
+    if (reason.is(FailureNumber::kInterrupted)) throw;
+    errors_.push_back({reason.description()});
+    return 1;
+  }
+}
+
+void clsRTFUtil::make_object_file_name() {
+  if (!obj_file_.empty()) return;
+  const clsCommon common;
+  obj_file_ = common.strParseFileName(rtf_file_, 0) + common.strParseFileName(rtf_file_, 1) + u".obj";
+}
+
+}  // namespace kavo

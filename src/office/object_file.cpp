@@ -1,0 +1,99 @@
+#include "office/object_file.h"
+
+#include <algorithm>
+#include <limits>
+#include <numeric>
+
+#include "office/rtf_text.h"
+#include "platform/failure.h"
+#include "platform/ports.h"
+
+namespace kavo {
+namespace {
+
+// The number of the marker line at [p, end), without the line end before it.
+std::optional<std::uint32_t> read_marker_line(const char* p, const char* end) {
+  const auto marker = read_marker(p, end);
+  if (!marker || marker->number > std::numeric_limits<std::uint32_t>::max()) return std::nullopt;
+  if (!begins_with(p + marker->length, end, kLineEnd)) return std::nullopt;
+  return static_cast<std::uint32_t>(marker->number);
+}
+
+std::uint64_t marker_line_length(std::uint32_t number) { return marker_text(number).size() + kLineEnd.size(); }
+
+}  // namespace
+
+RtfObjectFile::RtfObjectFile(std::u16string_view path) : reader_(path) {
+  find_marker_lines();
+  // What follows the last marker line is no object: nothing says where it would end.
+  if (!numbers_.empty()) numbers_.pop_back();
+  by_number_.resize(numbers_.size());
+  std::iota(by_number_.begin(), by_number_.end(), 0u);
+  std::ranges::stable_sort(by_number_, {}, [this](std::uint32_t place) { return numbers_[place]; });
+}
+
+void RtfObjectFile::find_marker_lines() {
+  ProgressEvent no_progress;
+  for_each_pass(reader_, no_progress, [this](const char* p, const char* limit, const char* end) {
+    const char* const begin = p;
+    const std::uint64_t begin_position = reader_.position();
+    const auto add = [&](const char* line) {
+      if (const auto number = read_marker_line(line, end)) {
+        numbers_.push_back(*number);
+        starts_.push_back(begin_position + static_cast<std::uint64_t>(line - begin));
+      }
+    };
+    if (begin_position == 0) add(p);
+    // The token is the line with the CR LF before it, so that it may be known wherever a block ends.
+    const char* const search_end = ahead(limit, kLineEnd.size(), end);
+    while ((p = find_pair<'\n', '{'>(p, search_end)) != search_end) {
+      ++p;
+      if (p - begin >= 2 && p[-2] == '\r') add(p);
+    }
+    return limit;
+  });
+}
+
+std::optional<std::size_t> RtfObjectFile::find(std::uint64_t number) const {
+  const auto order = [this](std::uint32_t place) {
+    return std::pair<std::uint64_t, std::size_t>(numbers_[place], place);
+  };
+  for (const std::size_t from : {next_, std::size_t{0}}) {
+    const auto found = std::ranges::lower_bound(by_number_, std::pair(number, from), {}, order);
+    if (found != by_number_.end() && numbers_[*found] == number) return *found;
+  }
+  return std::nullopt;
+}
+
+void RtfObjectFile::go_to(std::uint64_t position) {
+  const std::uint64_t here = reader_.position();
+  if (position >= here && position - here <= reader_.window().size())
+    reader_.consume(static_cast<std::size_t>(position - here));
+  else
+    reader_.seek(position);
+}
+
+bool RtfObjectFile::copy(std::uint64_t number, PendingFile& target) {
+  const auto place = find(number);
+  if (!place) return false;
+  next_ = *place + 1;
+  const std::uint64_t begin = starts_[*place] + marker_line_length(numbers_[*place]);
+  std::uint64_t left = starts_[next_] - begin;
+  if (left != 0) left -= kLineEnd.size();
+  go_to(begin);
+  while (left != 0) {
+    if (reader_.window().empty()) {
+      ports().desktop->process_messages();
+      if (!reader_.more())
+        throw failure(FailureNumber::kDeviceError, u"The object file became shorter while it was read");
+    }
+    const std::string_view bytes =
+        reader_.window().substr(0, static_cast<std::size_t>(std::min<std::uint64_t>(left, reader_.window().size())));
+    target.write(bytes);
+    left -= bytes.size();
+    reader_.consume(bytes.size());
+  }
+  return true;
+}
+
+}  // namespace kavo

@@ -1,0 +1,45 @@
+// The object side file of an RTF document, for reading:
+//
+//   {\v\mor OBJ 1 }       a marker line; CR LF
+//   {\pict ... }          the object, any bytes; CR LF
+//   {\v\mor OBJ 2 }       the closing marker line; CR LF
+//
+// An object reaches to the next marker line. The file is read once to find those lines; after that each object is one
+// seek away (none at all when they are asked for in the order of the file). Memory: 16 bytes an object, of which each
+// takes 17 bytes or more in the file; objects themselves are never held whole.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "common/block_reader.h"
+#include "common/pending_file.h"
+
+namespace kavo {
+
+class RtfObjectFile {
+ public:
+  // Opens the file and finds its objects; throws `failure`.
+  explicit RtfObjectFile(std::u16string_view path);
+
+  std::size_t size() const { return numbers_.size(); }  // objects in the file
+  // Copies the object of that number: the next one from where the last copy ended, else the first from the start of
+  // the file. False, and nothing is written, when there is none. Throws `failure`.
+  bool copy(std::uint64_t number, PendingFile& target);
+
+ private:
+  void find_marker_lines();
+  std::optional<std::size_t> find(std::uint64_t number) const;
+  void go_to(std::uint64_t position);
+
+  BlockReader reader_;
+  // By position in the file. `starts_` has one more: the closing marker line.
+  std::vector<std::uint32_t> numbers_;
+  std::vector<std::uint64_t> starts_;  // of the marker lines, in bytes
+  std::vector<std::uint32_t> by_number_;
+  std::size_t next_ = 0;
+};
+
+}  // namespace kavo

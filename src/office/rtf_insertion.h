@@ -1,0 +1,43 @@
+// Puts the objects of the side file back where their markers stand.
+//
+// The side file is opened at the first marker: a document without markers needs none. A marker whose object cannot be
+// had stays as it is, so that nothing is lost and the call can be repeated with the right side file.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "common/block_reader.h"
+#include "common/messages.h"
+#include "common/pending_file.h"
+#include "common/progress_event.h"
+#include "office/object_file.h"
+
+namespace kavo {
+
+class RtfInsertion {
+ public:
+  // Opens the document; throws `failure`, as does run(). The document keeps its content before run() ends.
+  RtfInsertion(std::u16string_view rtf_file, std::u16string_view temporary_file, std::u16string_view object_file);
+  // The whole document. What kept markers from being replaced is added to `messages`.
+  void run(ProgressEvent& progress, MessageList& messages);
+  std::uint64_t count() const { return count_; }      // objects put back
+  std::uint64_t missing() const { return missing_; }  // markers that stayed
+
+ private:
+  const char* scan(const char* p, const char* limit, const char* end, MessageList& messages);
+  void open_objects(MessageList& messages);
+
+  BlockReader reader_;
+  PendingFile text_;
+  std::u16string object_path_;
+  std::optional<RtfObjectFile> objects_;
+  bool objects_tried_ = false;
+  std::uint64_t count_ = 0;
+  std::uint64_t missing_ = 0;
+  std::u16string first_missing_;
+};
+
+}  // namespace kavo

@@ -1,0 +1,65 @@
+// What both RTF operations read alike: the texts they look for, and the document pass by pass.
+//
+// Documents are read as bytes. RTF's own syntax is seven-bit, and the marker and start texts cannot begin inside one
+// another, so no knowledge of the code page is needed to give every byte back.
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "common/block_reader.h"
+#include "common/byte_scan.h"
+#include "common/progress_event.h"
+
+namespace kavo {
+
+// Bytes that are known behind every place where a token may begin, unless the file ends before: the longest token is a
+// marker line with the line end before it (28 bytes).
+inline constexpr std::size_t kLookAhead = 32;
+
+inline constexpr std::string_view kMarkerStart = "{\\v\\mor OBJ ";
+inline constexpr std::string_view kMarkerEnd = " }";
+inline constexpr std::string_view kLineEnd = "\r\n";
+
+// "{\v\mor OBJ 7 }"
+std::string marker_text(std::uint64_t number);
+
+struct Marker {
+  std::uint64_t number;
+  std::size_t length;  // bytes of the whole marker
+};
+// The marker that [p, end) begins with, exactly as marker_text() writes it; nothing for any other spelling.
+std::optional<Marker> read_marker(const char* p, const char* end);
+
+inline bool begins_with(const char* p, const char* end, std::string_view text) {
+  return std::string_view(p, static_cast<std::size_t>(end - p)).starts_with(text);
+}
+
+// `count` bytes behind p, but not behind `end`.
+inline const char* ahead(const char* p, std::ptrdiff_t count, const char* end) { return p + std::min(count, end - p); }
+
+// True when a document begins as RTF does; any other is none, whatever its name says. Reads what it needs to know that
+// and consumes nothing; throws `failure`.
+bool is_rtf(BlockReader& document);
+
+// Reads the file to its end. scan(p, limit, end) gets the bytes not consumed yet, handles every token that begins
+// before `limit` and answers where it stopped, which must not lie before `limit`. In the last call `limit` is `end`.
+template <class Scan>
+void for_each_pass(BlockReader& reader, ProgressEvent& progress, Scan scan) {
+  do {
+    reader.more();
+    const std::string_view window = reader.window();
+    const std::size_t held_back = reader.exhausted() ? 0 : std::min(window.size(), kLookAhead);
+    const char* const begin = window.data();
+    if (held_back < window.size())
+      reader.consume(
+          static_cast<std::size_t>(scan(begin, begin + window.size() - held_back, begin + window.size()) - begin));
+    progress.report(reader.percent());
+  } while (!reader.exhausted());
+}
+
+}  // namespace kavo

@@ -1,0 +1,36 @@
+#!/usr/bin/env bash
+# Runs a test script in the system's script host: run_script.sh WINE-RUN BIN-FOLDER SCRIPT BITS
+#
+# Both libraries are registered for the machine first and unregistered afterwards. The script host ends with 0 even
+# when a script breaks off, so every script says "done" on its last line, and a line that begins with "FAILED" for each
+# check that does not hold. Ends with 77 (skipped) when a 32-bit host is asked for and there is none.
+set -euo pipefail
+wine_run=$1
+bin=$2
+script=$3
+host_path() { echo "Z:${1//\//\\}"; }
+
+system='C:\windows\system32'
+if [ "$4" = 32 ]; then
+  system='C:\windows\syswow64'
+  "$wine_run" cmd /c "if exist $system\cscript.exe (exit 0) else (exit 1)" ||
+    { echo "skipped: this Wine has no 32-bit script host"; exit 77; }
+fi
+work=$(mktemp -d)
+finish() {
+  for library in K19FPW K19Suite; do
+    "$wine_run" "$system\regsvr32.exe" /s /u "$(host_path "$bin/$library.dll")" || true
+  done
+  rm -rf "$work"
+}
+trap finish EXIT
+for library in K19Suite K19FPW; do
+  "$wine_run" "$system\regsvr32.exe" /s "$(host_path "$bin/$library.dll")" ||
+    { echo "FAILED: $library.dll cannot be registered"; exit 1; }
+done
+
+timeout 60 "$wine_run" "$system\cscript.exe" //nologo "$(host_path "$script")" "$(host_path "$work")" |
+  tr -d '\r' > "$work/output"
+cat "$work/output"
+if grep -q '^FAILED' "$work/output"; then exit 1; fi
+[ "$(tail -n 1 "$work/output")" = done ] || { echo "FAILED: the script broke off"; exit 1; }

@@ -1,0 +1,89 @@
+// kavo rtf, word, powerpoint and excel as their users see them.
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+#include <string>
+
+#include "cli/run_kavo.h"
+#include "platform/files.h"
+#include "support/system.h"
+#include "support/temp_folder.h"
+
+namespace kavo::test {
+namespace {
+
+constexpr std::string_view kLetter = "{\\rtf1 a{\\pict\\bin3 }\x81}b}\r\n{\\object c}d}";
+constexpr std::string_view kMarked = "{\\rtf1 a{\\v\\mor OBJ 1 }\r\n{\\v\\mor OBJ 2 }d}";
+
+class OfficeVerbs : public testing::Test {
+ protected:
+  std::string put(std::u16string_view name, std::string_view bytes) { return path_to_host(folder.write(name, bytes)); }
+  std::string path(std::u16string_view name) { return path_to_host(folder.path(name)); }
+  TempFolder folder;
+};
+
+TEST_F(OfficeVerbs, RtfExtractAndInsertGiveTheDocumentBack) {
+  Ran ran = run_kavo({"rtf", "extract", put(u"letter.rtf", kLetter)});
+  EXPECT_EQ(ran.code, 0) << ran.errors;
+  EXPECT_TRUE(ran.output.starts_with(path(u"letter.rtf") + "\t2\t")) << ran.output;
+  EXPECT_NE(ran.output.find(path(u"letter.obj") + "\t0\t"), std::string::npos) << ran.output;
+  EXPECT_EQ(folder.read(u"letter.rtf"), kMarked);
+  ran = run_kavo({"rtf", "insert", path(u"letter.rtf")});
+  EXPECT_EQ(ran.code, 0) << ran.errors;
+  EXPECT_EQ(folder.read(u"letter.rtf"), kLetter);
+  EXPECT_EQ(folder.entry_count(), 2u);
+}
+
+TEST_F(OfficeVerbs, RtfJsonTellsHowManyObjectsMoved) {
+  const Ran ran = run_kavo({"rtf", "extract", "--json", put(u"letter.rtf", kLetter), path(u"missing.rtf")});
+  EXPECT_EQ(ran.code, 1);
+  const std::size_t end = ran.output.find('\n');
+  const auto first = nlohmann::json::parse(ran.output.substr(0, end));
+  const auto second = nlohmann::json::parse(ran.output.substr(end + 1));
+  EXPECT_EQ(first["verb"], "rtf extract");
+  EXPECT_EQ(first["objects"], 2);
+  EXPECT_EQ(first["produced"].size(), 2u);
+  EXPECT_EQ(second["result"], 1);
+  EXPECT_EQ(second["messages"].size(), 1u);
+}
+
+TEST_F(OfficeVerbs, RtfObjectFileCanBeChosenForOneDocument) {
+  put(u"letter.rtf", kLetter);
+  EXPECT_EQ(run_kavo({"rtf", "extract", path(u"letter.rtf"), "--objects", path(u"pictures.bin")}).code, 0);
+  EXPECT_FALSE(folder.exists(u"letter.obj"));
+  EXPECT_EQ(run_kavo({"rtf", "insert", path(u"letter.rtf"), "--objects", path(u"pictures.bin")}).code, 0);
+  EXPECT_EQ(folder.read(u"letter.rtf"), kLetter);
+  EXPECT_EQ(run_kavo({"rtf", "extract", "--objects", path(u"x"), path(u"letter.rtf"), path(u"b.rtf")}).code, 2);
+}
+
+TEST_F(OfficeVerbs, RtfInsertWithoutItsObjectsFailsAndKeepsTheMarkers) {
+  const Ran ran = run_kavo({"rtf", "insert", put(u"letter.rtf", kMarked)});
+  EXPECT_EQ(ran.code, 1);
+  EXPECT_TRUE(ran.errors.starts_with(path(u"letter.rtf") + ": The object file cannot be opened: ")) << ran.errors;
+  EXPECT_EQ(folder.read(u"letter.rtf"), kMarked);
+}
+
+TEST_F(OfficeVerbs, RtfSecondExtractionIsRefused) {
+  put(u"letter.rtf", kMarked);
+  put(u"letter.obj", "objects");
+  const Ran ran = run_kavo({"rtf", "extract", path(u"letter.rtf")});
+  EXPECT_EQ(ran.code, 1);
+  EXPECT_NE(ran.errors.find("already holds object markers"), std::string::npos) << ran.errors;
+  EXPECT_EQ(folder.read(u"letter.obj"), "objects");
+}
+
+TEST_F(OfficeVerbs, MissingFilesOfTheOfficeVerbsAreReported) {
+  const std::vector<std::vector<std::string>> verbs{
+      {"word", "to-rtf", path(u"a.doc")},       {"word", "to-doc", path(u"a.rtf")},
+      {"powerpoint", "to-xml", path(u"a.ppt")}, {"powerpoint", "to-ppt", path(u"a_ppt.xml")},
+      {"excel", "to-xml", path(u"a.xls")},      {"excel", "to-xls", path(u"a_xls.xml")}};
+  for (const auto& arguments : verbs) {
+    const Ran ran = run_kavo(arguments);
+    EXPECT_EQ(ran.code, 1) << testing::PrintToString(arguments);
+    EXPECT_EQ(ran.errors.find(arguments[2] + ": File not found"), 0u) << ran.errors;
+    EXPECT_EQ(ran.output, "");
+  }
+}
+
+}  // namespace
+}  // namespace kavo::test

@@ -1,0 +1,63 @@
+#include "cli/run_kavo.h"
+
+#include <fcntl.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <time.h>
+#include <unistd.h>
+
+#include <stdexcept>
+
+#include "platform/files.h"
+
+extern char** environ;
+
+namespace kavo::test {
+namespace {
+
+Ran run(const std::vector<std::string>& arguments, const TempFolder* working_folder, double interrupt_after) {
+  const TempFolder streams;
+  std::vector<std::string> words{KAVO_PROGRAM};
+  words.insert(words.end(), arguments.begin(), arguments.end());
+  std::vector<char*> argv;
+  for (std::string& word : words) argv.push_back(word.data());
+  argv.push_back(nullptr);
+
+  const std::string output = path_to_host(streams.path(u"output"));
+  const std::string errors = path_to_host(streams.path(u"errors"));
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+  posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, output.c_str(), O_WRONLY | O_CREAT, 0600);
+  posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, errors.c_str(), O_WRONLY | O_CREAT, 0600);
+  const std::string folder = working_folder != nullptr ? path_to_host(working_folder->path()) : "";
+  if (working_folder != nullptr) posix_spawn_file_actions_addchdir_np(&actions, folder.c_str());
+  pid_t child = 0;
+  const int error = posix_spawn(&child, KAVO_PROGRAM, &actions, nullptr, argv.data(), environ);
+  posix_spawn_file_actions_destroy(&actions);
+  if (error != 0) throw std::runtime_error("the command cannot be started");
+
+  if (interrupt_after > 0) {
+    const timespec pause{static_cast<time_t>(interrupt_after),
+                         static_cast<long>((interrupt_after - static_cast<time_t>(interrupt_after)) * 1e9)};
+    nanosleep(&pause, nullptr);
+    kill(child, SIGINT);
+  }
+  int status = 0;
+  waitpid(child, &status, 0);
+  return {WIFEXITED(status) ? WEXITSTATUS(status) : 1000 + WTERMSIG(status), streams.read(u"output"),
+          streams.read(u"errors")};
+}
+
+}  // namespace
+
+Ran run_kavo(const std::vector<std::string>& arguments, const TempFolder* working_folder) {
+  return run(arguments, working_folder, 0);
+}
+
+std::optional<Ran> run_kavo_interrupted(const std::vector<std::string>& arguments, double seconds) {
+  return run(arguments, nullptr, seconds);
+}
+
+}  // namespace kavo::test

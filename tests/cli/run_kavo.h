@@ -1,0 +1,25 @@
+// Runs the built command in a process of its own.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "support/temp_folder.h"
+
+namespace kavo::test {
+
+struct Ran {
+  int code = -1;
+  std::string output;
+  std::string errors;
+};
+
+// The arguments behind the program's name, in UTF-8; the command's own folder is the working folder when given. Waits
+// for the end.
+Ran run_kavo(const std::vector<std::string>& arguments, const TempFolder* working_folder = nullptr);
+
+// The same, and presses Ctrl+C after some seconds. Nothing where a test cannot do that.
+std::optional<Ran> run_kavo_interrupted(const std::vector<std::string>& arguments, double seconds);
+
+}  // namespace kavo::test
