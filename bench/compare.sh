@@ -41,15 +41,15 @@ for size in $sizes; do
       html)
         "$bin/bench/make_document" page "$size" > page.asp
         "$bin/bench/make_document" html "$size" > page.htm
-        "$kavo" --quiet html protect page.asp
+        "$kavo" html protect -q page.asp
         cp page_asp.htm kept.htm; cp page_asp.scr kept.scr
         bytes=$(stat -c %s page.asp)
         measure "$bytes" \
           "floor: read, scan, write" "" "$bin/bench/floor page.asp out" \
-          "kavo html protect" "" "$kavo --quiet html protect page.asp" \
-          "kavo html restore" "cp kept.htm page_asp.htm; cp kept.scr page_asp.scr" "$kavo --quiet html restore page_asp.htm" \
-          "kavo html validate (clean page)" "cp page.htm v.htm" "$kavo --quiet html validate v.htm" \
-          "kavo html validate (to repair)" "sed 's,</b>,,' page.htm > v.htm" "$kavo --quiet html validate v.htm" \
+          "kavo html protect" "" "$kavo html protect -q page.asp" \
+          "kavo html restore" "cp kept.htm page_asp.htm; cp kept.scr page_asp.scr" "$kavo html restore -q page_asp.htm" \
+          "kavo html validate (clean page)" "cp page.htm v.htm" "$kavo html validate -q v.htm" \
+          "kavo html validate (to repair)" "sed 's,</b>,,' page.htm > v.htm" "$kavo html validate -q v.htm" \
           "perl, one-pass cut of <%...%>" "" "perl -0777 -ne 's/<%.*?%>/<!-- x -->/gs; print' page.asp" \
           "tidy" "" "tidy -q -o out.htm page.htm" \
           "xmllint --html" "" "xmllint --html --noout page.htm"
@@ -57,27 +57,27 @@ for size in $sizes; do
       mif)
         "$bin/bench/make_document" mif "$size" > book.mif
         bytes=$(stat -c %s book.mif)
-        "$kavo" --quiet mif extract book.mif
+        "$kavo" mif extract -q book.mif
         cp book.mif removed.mif
-        "$kavo" --quiet mif remove-objects removed.mif
+        "$kavo" mif remove-objects -q removed.mif
         measure "$bytes" \
           "floor: read, scan, write" "" "$bin/bench/floor book.mif out" \
-          "kavo mif extract" "" "$kavo --quiet mif extract book.mif" \
-          "kavo mif merge" "" "$kavo --quiet mif merge book.mif" \
-          "kavo mif remove-objects" "cp book.mif r.mif" "$kavo --quiet mif remove-objects r.mif" \
-          "kavo mif insert-objects" "cp removed.mif r.mif; cp removed.obj r.obj" "$kavo --quiet mif insert-objects r.mif" \
-          "grep -c '<Marker '" "" "grep -c '<Marker ' book.mif" \
+          "kavo mif extract" "" "$kavo mif extract -q book.mif" \
+          "kavo mif merge" "" "$kavo mif merge -q book.mif" \
+          "kavo mif remove-objects" "cp book.mif r.mif" "$kavo mif remove-objects -q r.mif" \
+          "kavo mif insert-objects" "cp removed.mif r.mif; cp removed.obj r.obj" "$kavo mif insert-objects -q r.mif" \
+          "grep -c '<Marker '" "" "grep -c '<Marker ' book.mif > count" \
           "perl, line by line" "" "perl -ne '/<MText \`(.*?)\x27/ and \$s{\$1}++; /<XRefDef \`(.*?)\x27/ and \$s{\$1}++; /<VariableDef \`(.*?)\x27/ and \$s{\$1}++; END { print scalar keys %s }' book.mif"
         ;;
       rtf)
         "$bin/bench/make_document" rtf "$size" > doc.rtf
         bytes=$(stat -c %s doc.rtf)
         cp doc.rtf extracted.rtf
-        "$kavo" --quiet rtf extract extracted.rtf
+        "$kavo" rtf extract -q extracted.rtf
         measure "$bytes" \
           "floor: read, scan, write" "" "$bin/bench/floor doc.rtf out" \
-          "kavo rtf extract" "cp doc.rtf r.rtf" "$kavo --quiet rtf extract r.rtf" \
-          "kavo rtf insert" "cp extracted.rtf r.rtf; cp extracted.obj r.obj" "$kavo --quiet rtf insert r.rtf" \
+          "kavo rtf extract" "cp doc.rtf r.rtf" "$kavo rtf extract -q r.rtf" \
+          "kavo rtf insert" "cp extracted.rtf r.rtf; cp extracted.obj r.obj" "$kavo rtf insert -q r.rtf" \
           "perl, counting braces" "" "perl -0777 -ne 'my \$d = 0; while (/([{}])/g) { \$d += \$1 eq \"{\" ? 1 : -1 } print \$d' doc.rtf" \
           "perl, recursive expression" "" "perl -0777 -ne 's/(\\{\\\\pict(?:[^{}]|(?1))*\\})/{}/g; print length' doc.rtf"
         ;;

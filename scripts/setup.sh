@@ -9,7 +9,7 @@ set -euo pipefail
 native=(g++ cmake ninja-build ccache libgtest-dev libgmock-dev nlohmann-json3-dev libcli11-dev libexpat1-dev)
 windows=(g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools googletest wine wine64 locales dpkg-dev)
 judge=(nodejs)
-full=(clang libclang-rt-14-dev clang-tidy libbenchmark-dev tidy libxml2-utils perl unrtf)
+full=(clang libclang-rt-14-dev clang-tidy libbenchmark-dev tidy libxml2-utils php-symfony-translation perl unrtf)
 
 case ${1:-} in
   --native) wanted=("${native[@]}") ;;

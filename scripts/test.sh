@@ -20,6 +20,9 @@ case ${1:-} in
   *) sed -n '2,9s/^# \{0,1\}//p' "$0" >&2; exit 2 ;;
 esac
 
+# What one clone has compiled serves the next: ccache sees paths below the top folder as relative ones.
+export CCACHE_BASEDIR=$top CCACHE_NOHASHDIR=1
+
 passed=0
 failed=0
 summary=()
@@ -29,17 +32,20 @@ note() {  # note RESULT NAME: 0 is a pass
   if [ "$1" = 0 ]; then passed=$((passed + 1)); else failed=$((failed + 1)); fi
   summary+=("$([ "$1" = 0 ] && echo ok || echo FAILED)  $2")
 }
-build() {  # build FOLDER [CMAKE ARGUMENT...]
-  local folder=build/$1
+build() {  # build FOLDER [TARGET...] [-D CMAKE ARGUMENT...]
+  local folder=build/$1 targets=()
   shift
+  while [ $# -gt 0 ] && [ "${1#-}" = "$1" ]; do targets+=(--target "$1"); shift; done
   [ -f "$folder/build.ninja" ] || cmake -S . -B "$folder" -G Ninja "$@" >"$folder.log" 2>&1 || {
     cat "$folder.log" >&2
     return 1
   }
-  cmake --build "$folder"
+  cmake --build "$folder" "${targets[@]}"
 }
-run_tests() {  # run_tests FOLDER
-  ctest --test-dir "build/$1" --output-on-failure --timeout 900 -j2
+run_tests() {  # run_tests FOLDER [CTEST ARGUMENT...]
+  local folder=build/$1
+  shift
+  ctest --test-dir "$folder" --output-on-failure --timeout 900 -j2 "$@"
 }
 
 case " ${parts[*]} " in *" fuzz "*) scripts/setup.sh --full ;; *" windows "*) scripts/setup.sh ;; *) scripts/setup.sh --native ;; esac || exit 1
@@ -54,18 +60,19 @@ for part in "${parts[@]}"; do
       ;;
     sanitizers)
       step "sanitizer build"
-      build sanitizers -DCMAKE_BUILD_TYPE=RelWithDebInfo -DKAVO_SANITIZE=address,undefined &&
+      build sanitizers -DCMAKE_BUILD_TYPE=Checked -DCMAKE_CXX_FLAGS_CHECKED="-O1 -g1" -DKAVO_SANITIZE=address,undefined &&
         { step "tests under sanitizers"; ASAN_OPTIONS=detect_leaks=1 run_tests sanitizers; }
       note $? "address, undefined-behaviour and leak sanitizers"
       ;;
     windows)
       step "Windows x64 build"
-      build windows-x64 -DCMAKE_TOOLCHAIN_FILE=cmake/windows-x64.cmake -DCMAKE_BUILD_TYPE=Release &&
+      build windows-x64 -DCMAKE_TOOLCHAIN_FILE="$top/cmake/windows-x64.cmake" -DCMAKE_BUILD_TYPE=Release &&
         { step "Windows tests under Wine"; run_tests windows-x64; }
       note $? "Windows x64 under Wine"
       step "Windows x86 build"
-      build windows-x86 -DCMAKE_TOOLCHAIN_FILE=cmake/windows-x86.cmake -DCMAKE_BUILD_TYPE=Release &&
-        { step "Windows x86 library tests"; run_tests windows-x86; }
+      # Debian's 64-bit Wine runs no 32-bit program: the tables of the libraries are tested, scripts where it can be.
+      build windows-x86 K19FPW K19Suite -DCMAKE_TOOLCHAIN_FILE="$top/cmake/windows-x86.cmake" -DCMAKE_BUILD_TYPE=Release &&
+        { step "Windows x86 library tests"; run_tests windows-x86 -R '_tables|script_'; }
       note $? "Windows x86 library"
       scripts/wine-run.sh --stop
       ;;

@@ -35,7 +35,7 @@ class MemoryFile final : public File {
 
   void seek(std::uint64_t position) override { position_ = static_cast<std::size_t>(position); }
   std::uint64_t size() override { return bytes_->size(); }
-  void close() override {}
+  void close() override { bytes_ = std::make_shared<std::string>(); }
 
  private:
   std::shared_ptr<std::string> bytes_;
@@ -169,8 +169,12 @@ void MemoryFiles::rename_file(std::u16string_view from, std::u16string_view to) 
   const Entry moved = existing_file(source);
   check_folder(target);
   if (source.substr(0, 2) != target.substr(0, 2)) raise(FailureNumber::kDifferentDrive, u"Different drive", to);
-  if (!equal_ignoring_case(source, target) && entries_.contains(target) && existing_file(target).is_read_only)
-    raise(FailureNumber::kPermissionDenied, u"Permission denied", to);
+  if (!equal_ignoring_case(source, target) && entries_.contains(target)) {
+    const Entry& replaced = existing_file(target);
+    if (replaced.is_read_only) raise(FailureNumber::kPermissionDenied, u"Permission denied", to);
+    // Every open file shares the bytes with its entry.
+    if (replaced.bytes.use_count() > 1) raise(FailureNumber::kPermissionDenied, u"The file is open", to);
+  }
   entries_.erase(source);
   entries_.erase(target);
   entries_.emplace(target, moved);

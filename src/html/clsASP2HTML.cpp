@@ -1,0 +1,96 @@
+#include "html/clsASP2HTML.h"
+
+#include "common/block_reader.h"
+#include "common/commit_together.h"
+#include "common/pending_file.h"
+#include "html/file_trouble.h"
+#include "html/script_file.h"
+#include "html/script_names.h"
+#include "html/script_protector.h"
+#include "html/script_restorer.h"
+#include "html/utf16_mark.h"
+#include "platform/case_fold.h"
+#include "platform/ports.h"
+#include "resources/string_table.h"
+
+namespace kavo {
+namespace {
+
+// Numbers of the string table whose texts name buttons; hosts that know the message by them keep seeing the same.
+constexpr std::int32_t kNoFileName = 3000;
+constexpr std::int32_t kFileFailed = 3001;
+
+[[noreturn]] void refuse_utf16(std::u16string_view path) {
+  throw FileTrouble{std::u16string(path),
+                    u"The file is UTF-16 text. Save it as UTF-8 or in the system's code page and try again."};
+}
+
+// An output that is the input, or the other output, would end one document with another's bytes.
+void refuse_shared_names(const ScriptNames& names) {
+  const auto check = [](const std::u16string& a, const std::u16string& b) {
+    const auto full = [](const std::u16string& name) { return ports().files->absolute(name); };
+    if (!a.empty() && !b.empty() && about_file(b, [&] { return equal_ignoring_case(full(a), full(b)); }))
+      throw FileTrouble{b, u"The file is already open"};
+  };
+  check(names.page, names.html);
+  check(names.page, names.script);
+  check(names.html, names.script);
+}
+
+}  // namespace
+
+std::int32_t clsASP2HTML::ASP2HTML() {
+  return run(u"ASP2HTML : ", names_.page, complete_from_page, &clsASP2HTML::protect);
+}
+
+std::int32_t clsASP2HTML::HTML2ASP() {
+  return run(u"HTML2ASP : ", names_.html, complete_from_html, &clsASP2HTML::restore);
+}
+
+std::int32_t clsASP2HTML::run(std::u16string_view what, const std::u16string& input, CompleteNames complete,
+                              Operation operation) {
+  messages_.clear();
+  messages_.push_back({std::u16string(what) + input});
+  progress_.restart();
+  if (input.empty()) {
+    messages_.push_back({std::u16string(string_resource(kNoFileName)), kNoFileName});
+    return 1;
+  }
+  try {
+    about_file(input, [&] { complete(names_); });
+    refuse_shared_names(names_);
+    (this->*operation)();
+    return 0;
+  } catch (const FileTrouble& trouble) {
+    std::u16string text(string_resource(kFileFailed));
+    text += trouble.path + u"\r\n" + trouble.description;
+    messages_.push_back({std::move(text), kFileFailed});
+    return 1;
+  }
+}
+
+void clsASP2HTML::protect() {
+  auto input = about_file(names_.page, [&] { return BlockReader(names_.page); });
+  if (about_file(names_.page, [&] { return starts_as_utf16(input); })) refuse_utf16(names_.page);
+  PendingFile page = about_file(names_.html, [&] { return PendingFile(names_.html); });
+  PendingFile script = about_file(names_.script, [&] { return PendingFile(names_.script); });
+  ScriptProtector(page, script).run(input, names_.page, progress_);
+  about_file(names_.html, [&] { commit_together({&script, &page}); });
+}
+
+void clsASP2HTML::restore() {
+  auto input = about_file(names_.html, [&] { return BlockReader(names_.html); });
+  if (about_file(names_.html, [&] { return starts_as_utf16(input); })) refuse_utf16(names_.html);
+  PendingFile page = about_file(names_.page, [&] { return PendingFile(names_.page); });
+  auto script = about_file(names_.script, [&] { return ScriptFile(names_.script); });
+  if (about_file(names_.script, [&] { return script.is_utf16(); })) refuse_utf16(names_.script);
+  ScriptRestorer(script, names_.script, page).run(input, names_.html, progress_);
+  about_file(names_.page, [&] { page.commit(); });
+}
+
+std::u16string clsASP2HTML::GetError(std::int32_t index) const {
+  if (index < 1 || static_cast<std::size_t>(index) > messages_.size()) return {};
+  return messages_[static_cast<std::size_t>(index) - 1].text;
+}
+
+}  // namespace kavo

@@ -1,0 +1,57 @@
+// Protects the server-side script of a page from translation and restores it afterwards.
+//
+// ASP2HTML turns a server page into plain HTML with numbered placeholder comments and a script side file; HTML2ASP
+// turns the translated HTML and the side file into the page again. Restoring an unchanged page gives back every byte.
+//
+// The new files take their names only when they are complete: a call that fails leaves everything as it was. UTF-16
+// pages are refused.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "common/messages.h"
+#include "common/progress_event.h"
+#include "html/script_names.h"
+
+namespace kavo {
+
+class clsASP2HTML {
+ public:
+  // Both return 0, or 1 with the reason in ErrorList(). What a Progress handler throws, and the user's interruption
+  // (`failure` 18), passes through after everything new has been removed.
+  std::int32_t ASP2HTML();
+  std::int32_t HTML2ASP();
+
+  // Full paths. When HTMFile or SCRFile is empty at the start of a call, every empty name is made from the input's:
+  // index.asp goes with index_asp.htm and index_asp.scr. With both given ASPFile is not made up, deliberately: callers
+  // that name two files name the third.
+  const std::u16string& ASPFile() const { return names_.page; }
+  void ASPFile(std::u16string_view value) { names_.page = value; }
+  const std::u16string& HTMFile() const { return names_.html; }
+  void HTMFile(std::u16string_view value) { names_.html = value; }
+  const std::u16string& SCRFile() const { return names_.script; }
+  void SCRFile(std::u16string_view value) { names_.script = value; }
+
+  // Of the last call; the first entry says what was called.
+  const MessageList& ErrorList() const { return messages_; }
+  // By a 1-based index; "" for an index that has no message.
+  std::u16string GetError(std::int32_t index) const;
+
+  // Raised with the percentage of the input read.
+  void Progress(ProgressEvent::Handler handler) { progress_.handler(std::move(handler)); }
+
+ private:
+  using CompleteNames = void(ScriptNames&);
+  using Operation = void (clsASP2HTML::*)();
+  std::int32_t run(std::u16string_view what, const std::u16string& input, CompleteNames complete, Operation operation);
+  void protect();
+  void restore();
+
+  ScriptNames names_;
+  MessageList messages_;
+  ProgressEvent progress_;
+};
+
+}  // namespace kavo

@@ -1,0 +1,12 @@
+// Whether a document type declaration puts a page into quirks mode, by the HTML standard's list of public identifiers.
+// The only effect here: in quirks mode a table does not end a paragraph.
+#pragma once
+
+#include <string_view>
+
+namespace kavo {
+
+// `text` is "<!DOCTYPE ...>" as it stands in the page; `complete` is false when the page ended inside it.
+bool doctype_means_quirks(std::string_view text, bool complete);
+
+}  // namespace kavo

@@ -1,0 +1,98 @@
+// One run over a page: writes it out with its tag structure repaired.
+//
+// A repair writes down what an HTML parser would do anyway: an end tag where it closes an element, the opening text
+// where it opens a formatting element again. So the page means the same to a parser before and after, and a repaired
+// page needs no repair. Where the same result cannot be reached by writing tags at that place (a parser moves blocks
+// around when an inline element crosses one), the bytes stay and a message says why.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "common/block_reader.h"
+#include "common/messages.h"
+#include "common/pending_file.h"
+#include "common/progress_event.h"
+#include "html/html_scanner.h"
+#include "html/html_tree.h"
+#include "html/line_counter.h"
+#include "html/server_code.h"
+#include "html/tag_table.h"
+
+namespace kavo {
+
+class HtmlRepair final : private TreeObserver, private ScannerListener {
+ public:
+  // None is owned. Without `output` nothing is written, repairs are only counted.
+  HtmlRepair(BlockReader& reader, const TagTable& table, PendingFile* output, MessageList& messages,
+             ProgressEvent& progress);
+
+  // Reads to the end of the page; a byte order mark must already be in the window. Throws what reading, writing and the progress event throw.
+  void run();
+  // Places that were (or would be) changed.
+  std::uint64_t repairs() const { return repairs_; }
+
+ private:
+  // TreeObserver
+  void closing(const Closing& what) override;
+  void reopening(std::size_t first) override;
+  void crossing(const OpenElement& element, const OpenElement& block) override;
+  // ScannerListener
+  void release(std::uint64_t position) override;
+  void block_read() override;
+  void server_code_in_tag(std::uint64_t position, char quote) override;
+  void processing_instruction(std::uint64_t position) override;
+
+  void text(std::uint64_t begin, std::uint64_t end);
+  void blanks(std::uint64_t begin, std::uint64_t end);
+  void stray(const Token& token);
+  bool start_tag(const Token& token);
+  void end_tag(const Token& token);
+  void end_of_page();
+  void copy_rest(const Token& token);
+
+  bool text_follows(std::uint64_t position);
+  bool only_the_end_follows(std::uint64_t position, bool ended);
+  bool close_all(bool at_end);
+  bool must_close(const OpenElement& element) const;
+  bool is_exempt(const OpenElement& element) const;
+  bool is_obstacle(std::size_t index, const Closing& what) const;
+  std::size_t first_to_close(std::size_t from, const Closing& what) const;
+  bool is_sole_of_its_name(std::size_t index, std::size_t first, const Closing& what) const;
+  bool too_much() const;
+
+  bool protected_at(std::uint64_t position);
+  void follow_server_code(std::uint64_t position);
+  void insert(std::string_view text);
+  void replace(std::uint64_t begin, std::uint64_t end, std::string_view text);
+  void copy_until(std::uint64_t position);
+  Place place_of(std::uint64_t position);
+
+  std::string name_of_element(const OpenElement& element) const;
+  std::string current_tag_name() const;
+  void report(std::int32_t number, const Place& place, std::string_view name, std::string_view other = {});
+
+  BlockReader& reader_;
+  const TagTable& table_;
+  PendingFile* output_;
+  MessageList& messages_;
+  ProgressEvent& progress_;
+  HtmlTree tree_;
+  HtmlScanner scanner_;
+  ServerCode server_;
+  LineCounter lines_;
+
+  enum class Newline : std::uint8_t { kCounts, kIgnored, kLineFeedIgnored };
+  Newline newline_ = Newline::kCounts;  // directly after <pre>
+  Token token_;                         // the one being worked on
+  std::uint64_t edit_at_ = 0;           // where text may be inserted
+  bool edit_allowed_ = true;
+  bool server_code_in_token_ = false;
+  std::uint64_t copied_ = 0;    // bytes of the page that are in the output
+  std::uint64_t inserted_ = 0;  // bytes that are in the output only
+  std::uint64_t repairs_ = 0;
+  std::uint64_t untold_ = 0;  // messages beyond the limit
+};
+
+}  // namespace kavo

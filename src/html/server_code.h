@@ -1,0 +1,37 @@
+// Where a page holds server code that was not taken out ("<% %>", "<?php ?>"), nothing may be written: an HTML parser
+// sees text and tags there, the server sees a program.
+//
+// The bytes are followed from the opening on, in the server's view: a block ends with its own closing only, and a tag
+// with a block in an attribute value ends where it would end without the block.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+namespace kavo {
+
+class ServerCode {
+ public:
+  // True when `text`, which begins with "<", opens server code.
+  static bool begins(std::string_view text) noexcept;
+
+  bool active() const { return active_; }
+  std::uint64_t position() const { return position_; }  // of the next byte to feed
+  // Enters at a "<" outside any tag.
+  void enter(std::uint64_t position, bool php);
+  // Enters at a "<" inside a tag, in a value that `quote` opened (0: none).
+  void enter_in_tag(std::uint64_t position, bool php, char quote);
+  // Follows the next bytes while active.
+  void feed(std::string_view bytes);
+
+ private:
+  bool active_ = false;
+  bool in_block_ = false;
+  bool in_tag_ = false;
+  char closer_ = '%';  // with ">" behind it ends the block
+  char quote_ = 0;
+  char last_ = 0;
+  std::uint64_t position_ = 0;
+};
+
+}  // namespace kavo

@@ -1,0 +1,39 @@
+// The two ways of a document through the suite: into a bilingual document with its skeleton, and from an OpenTag file
+// with the skeleton into the target.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "common/progress_event.h"
+
+namespace kavo {
+
+struct ConversionRequest {
+  std::u16string document;
+  std::u16string tud;
+  std::u16string skeleton;         // "" for the usual name beside the bilingual document
+  std::u16string source_language;  // the suite's codes
+  std::u16string target_language;
+  unsigned source_code_page = 0;  // 0: the system's
+  unsigned target_code_page = 0;  // 0: that of the document
+  std::u16string filter;          // a name that holds the filter's tag
+};
+
+// Writes the bilingual document and the skeleton and returns the number of segments. Throws `failure`: both names then
+// hold what they held before.
+std::uint32_t convert_document(const ConversionRequest& request, ProgressEvent& progress);
+
+struct TargetRequest {
+  std::u16string target;
+  std::u16string open_tag;
+  std::u16string skeleton;
+  std::u16string language;  // "" for that of the OpenTag file
+  std::u16string filter;    // must be the skeleton's; "" for whatever that is
+};
+
+// Writes the target, replacing a file of its name. Throws `failure` with a description for people: that file is then
+// as it was.
+void create_target(const TargetRequest& request, ProgressEvent& progress);
+
+}  // namespace kavo

@@ -1,0 +1,29 @@
+#include "suite/suite.h"
+
+#include "suite/filter_catalogue.h"
+#include "suite/language_information.h"
+#include "suite/tud_document.h"
+
+namespace kavo {
+namespace {
+
+template <class Component>
+ObjectRef create() {
+  return std::make_shared<Component>();
+}
+
+constexpr SuiteClass kClasses[] = {
+    {u"K19Suite.FilterCatalogue", u"KAVO reference suite: filter catalogue", create<FilterCatalogue>},
+    {u"K19Suite.TUDDocument", u"KAVO reference suite: bilingual document", create<TUDDocument>},
+    {u"K19Suite.LanguageInformation", u"KAVO reference suite: languages and code pages", create<LanguageInformation>},
+};
+
+}  // namespace
+
+std::span<const SuiteClass> suite_classes() { return kClasses; }
+
+void register_suite_factories() {
+  for (const SuiteClass& known : kClasses) register_factory(known.programmatic_identifier, known.create);
+}
+
+}  // namespace kavo

@@ -1,0 +1,17 @@
+// Text as it stands in an XML document.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace kavo {
+
+// Appends UTF-8 text between tags. A carriage return is written as a reference, which a parser leaves alone.
+void append_xml_text(std::string& xml, std::string_view text);
+// The same inside double quotes, where tabs and line feeds need references too.
+void append_xml_attribute(std::string& xml, std::string_view text);
+
+// A language code of the suite ("EN-US") as XML and XLIFF want it ("en-US"); "und" for one that is none.
+std::string bcp47_of(std::string_view suite_code);
+
+}  // namespace kavo

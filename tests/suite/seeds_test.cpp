@@ -1,0 +1,35 @@
+// Replays the fuzzers' seeds: every build checks what a fuzzer would start from.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include "suite/text_filter_property.h"
+#include "suite/tud_property.h"
+
+namespace kavo::test {
+namespace {
+
+template <class Property>
+void replay(const std::string& folder, std::size_t least, Property holds) {
+  std::size_t count = 0;
+  for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+    std::ifstream file(entry.path(), std::ios::binary);
+    std::string input((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+    ASSERT_FALSE(input.empty()) << entry.path();
+    ++count;
+    for (const char block : {'\x00', '\x01', '\x06', '\x3F'}) {
+      input[0] = block;
+      EXPECT_EQ(holds(input), "") << entry.path() << " with blocks of " << block + 1;
+    }
+  }
+  EXPECT_GE(count, least);
+}
+
+TEST(SuiteSeeds, BilingualDocuments) { replay(KAVO_SUITE_SEEDS "/tud", 8, broken_tud_property); }
+TEST(SuiteSeeds, Texts) { replay(KAVO_SUITE_SEEDS "/text_filter", 8, broken_text_filter_property); }
+
+}  // namespace
+}  // namespace kavo::test

@@ -1,0 +1,70 @@
+// Bilingual documents in every state, for the schema check beside these tests (check_xliff.sh): written to the folder
+// that KAVO_TUD_FOLDER names. What the check does not see, that source and target hold the same codes, is tested here.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <optional>
+
+#include "common/tud_names.h"
+#include "platform/files.h"
+#include "suite/bilingual_document.h"
+#include "suite/conversion.h"
+#include "suite/pseudo_translation.h"
+#include "support/temp_folder.h"
+
+namespace kavo::test {
+namespace {
+
+class XliffSamples : public testing::Test {
+ protected:
+  XliffSamples() {
+    if (const char* name = std::getenv("KAVO_TUD_FOLDER")) folder_ = path_from_host(name);
+  }
+
+  std::u16string sample(std::u16string_view name, std::string_view bytes, std::u16string_view target_language = u"FR") {
+    const std::u16string document = folder_ + u"\\" + std::u16string(name);
+    write_file(document, bytes);
+    ConversionRequest request{
+        document, tud_name_of(document, target_language), u"", u"EN-US", std::u16string(target_language), 65001, 0,
+        u"K19TXT"};
+    ProgressEvent progress;
+    convert_document(request, progress);
+    const BilingualDocument converted(request.tud);
+    for (std::size_t i = 0; i < converted.size(); ++i) EXPECT_TRUE(converted.segment(i).is_unchanged());
+    return request.tud;
+  }
+
+ private:
+  TempFolder temporary_;
+  std::u16string folder_ = temporary_.path();
+};
+
+constexpr std::string_view kText = "One <two> & \"three\"\n\ttab\tand  blanks\nbytes \xFF and \x01 \x0C\nlast ]]>\n";
+
+TEST_F(XliffSamples, Untranslated) { sample(u"new.txt", kText); }
+TEST_F(XliffSamples, Empty) { sample(u"empty.txt", ""); }
+TEST_F(XliffSamples, NamesThatAreNoUri) { sample(u"a b & c%20\u00E9.txt", kText); }
+TEST_F(XliffSamples, ALanguageThatIsNone) { sample(u"odd.txt", kText, u"X Y"); }
+TEST_F(XliffSamples, Script) { sample(u"page_asp.scr", "Dim x\nw \"a\" & 'b'\n<!-- ASP2HTML 1 -->\n"); }
+
+TEST_F(XliffSamples, EveryStatusAndMatch) {
+  std::string text;
+  for (int i = 0; i < 24; ++i) text += "Line " + std::to_string(i) + " \xFF\n";
+  const std::u16string tud = sample(u"status.txt", text);
+  BilingualDocument document(tud);
+  const TextCoding coding(65001);
+  for (std::size_t i = 0; i < document.size(); ++i)
+    document.set_segment(
+        i, i % 4 == 3 ? document.segment(i).source : pseudo_translation(document.segment(i).source, coding),
+        static_cast<TranslationStatus>(i % 6), static_cast<std::int16_t>(i % 3 * 50));
+  document.save();
+  const BilingualDocument again(tud);
+  for (std::size_t i = 0; i < again.size(); ++i) {
+    EXPECT_EQ(code_problem(again.segment(i).source, again.segment(i).target), "");
+    EXPECT_EQ(again.segment(i).match, static_cast<std::int16_t>(i % 3 * 50));
+    EXPECT_EQ(again.segment(i).target, document.segment(i).target);
+  }
+}
+
+}  // namespace
+}  // namespace kavo::test
