@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <iterator>
 
-#include "common/byte_scan.h"
 #include "suite/html_elements.h"
 #include "suite/text_coding.h"
 

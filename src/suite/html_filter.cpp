@@ -1,5 +1,6 @@
 #include "suite/html_filter.h"
 
+#include <algorithm>
 #include <cstdio>
 
 #include "suite/html_charset.h"
