@@ -19,16 +19,12 @@ if(WIN32)
   endif()
 endif()
 
-# kavo_room(<name> [DEPENDS <room>...] [LIBRARIES <library>...])
-# A static library of every .cpp of the folder itself; sub-folders are adapters that the caller adds by name.
+# kavo_room(<name> [DEPENDS <room>...] [LIBRARIES <library>...] [SOURCES <file>...])
+# A static library of every .cpp of the folder itself; sub-folders hold adapters, which the caller adds as SOURCES.
 function(kavo_room name)
   cmake_parse_arguments(ROOM "" "" "DEPENDS;LIBRARIES;SOURCES" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
   list(APPEND sources ${ROOM_SOURCES})
-  if(NOT sources)
-    add_library(kavo_${name} INTERFACE)
-    return()
-  endif()
   add_library(kavo_${name} STATIC ${sources})
   set_target_properties(kavo_${name} PROPERTIES POSITION_INDEPENDENT_CODE ON)
   list(TRANSFORM ROOM_DEPENDS PREPEND kavo_)

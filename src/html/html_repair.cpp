@@ -143,17 +143,19 @@ void HtmlRepair::text(std::uint64_t begin, std::uint64_t end) {
   while (begin < end) {
     if (tree_.ignores_text()) return;
     const std::string_view rest = scanner_.view(begin, end);
+    const char first = rest[0];  // looking ahead moves the window
     std::size_t blank = 0;
     while (blank < rest.size() && is_blank(rest[blank])) ++blank;
-    if (blank == 0 && rest[0] == '&') {
+    if (blank == 0 && first == '&') {
       constexpr std::size_t kLongestReference = 32;
-      blank = std::min<std::size_t>(blank_reference(scanner_.look_ahead(begin, kLongestReference)), rest.size());
+      const std::size_t reference = blank_reference(scanner_.look_ahead(begin, kLongestReference));
+      blank = std::min(reference, static_cast<std::size_t>(end - begin));
     }
     edit_at_ = begin;
     if (blank != 0) {
       blanks(begin, begin + blank);
       begin += blank;
-    } else if (rest[0] == '\0') {
+    } else if (first == '\0') {
       tree_.null();
       ++begin;
     } else {

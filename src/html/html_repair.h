@@ -28,7 +28,8 @@ class HtmlRepair final : private TreeObserver, private ScannerListener {
   HtmlRepair(BlockReader& reader, const TagTable& table, PendingFile* output, MessageList& messages,
              ProgressEvent& progress);
 
-  // Reads to the end of the page; a byte order mark must already be in the window. Throws what reading, writing and the progress event throw.
+  // Reads to the end of the page; a byte order mark must already be in the window. Throws what reading, writing and the
+  // progress event throw.
   void run();
   // Places that were (or would be) changed.
   std::uint64_t repairs() const { return repairs_; }

@@ -1,8 +1,8 @@
 // No automation system here: the program's own table is all there is.
 #include "platform/automation.h"
 
+#include "platform/adapters.h"
 #include "platform/failure.h"
-#include "platform/posix/adapters.h"
 
 namespace kavo {
 namespace {

@@ -4,7 +4,7 @@
 #include <random>
 #include <thread>
 
-#include "platform/posix/adapters.h"
+#include "platform/adapters.h"
 
 namespace kavo {
 namespace {

@@ -11,8 +11,8 @@
 #include <optional>
 #include <vector>
 
+#include "platform/adapters.h"
 #include "platform/failure.h"
-#include "platform/posix/adapters.h"
 #include "platform/posix/host.h"
 #include "platform/unicode.h"
 

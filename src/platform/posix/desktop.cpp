@@ -2,7 +2,7 @@
 
 #include <iostream>
 
-#include "platform/posix/adapters.h"
+#include "platform/adapters.h"
 #include "platform/unicode.h"
 
 namespace kavo {

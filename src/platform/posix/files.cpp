@@ -16,8 +16,8 @@
 #include <climits>
 #include <cstdlib>
 
+#include "platform/adapters.h"
 #include "platform/case_fold.h"
-#include "platform/posix/adapters.h"
 #include "platform/posix/host.h"
 #include "platform/posix/paths.h"
 #include "platform/wildcard.h"

@@ -7,11 +7,11 @@
 #include <optional>
 #include <vector>
 
+#include "platform/adapters.h"
 #include "platform/case_fold.h"
 #include "platform/failure.h"
 #include "platform/files.h"
 #include "platform/ports.h"
-#include "platform/posix/adapters.h"
 #include "platform/posix/host.h"
 #include "platform/posix/paths.h"
 

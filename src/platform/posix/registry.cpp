@@ -12,8 +12,8 @@
 #include <cerrno>
 #include <nlohmann/json.hpp>
 
+#include "platform/adapters.h"
 #include "platform/failure.h"
-#include "platform/posix/adapters.h"
 #include "platform/posix/host.h"
 #include "platform/registry_tree.h"
 #include "platform/unicode.h"

@@ -9,9 +9,9 @@
 #include <thread>
 #include <vector>
 
+#include "platform/adapters.h"
 #include "platform/failure.h"
 #include "platform/files.h"
-#include "platform/posix/adapters.h"
 #include "platform/posix/command_line.h"
 #include "platform/posix/host.h"
 #include "platform/posix/paths.h"

@@ -6,9 +6,9 @@
 // windows.h first.
 #include <objbase.h>
 
+#include "platform/adapters.h"
 #include "platform/failure.h"
 #include "platform/unicode.h"
-#include "platform/win32/adapters.h"
 #include "platform/win32/dispatch.h"
 #include "platform/win32/system_error.h"
 #include "platform/win32/text.h"

@@ -5,8 +5,8 @@
 // windows.h first.
 #include <bcrypt.h>
 
+#include "platform/adapters.h"
 #include "platform/failure.h"
-#include "platform/win32/adapters.h"
 #include "platform/win32/system_error.h"
 
 namespace kavo {

@@ -6,8 +6,8 @@
 #include <array>
 #include <climits>
 
+#include "platform/adapters.h"
 #include "platform/failure.h"
-#include "platform/win32/adapters.h"
 #include "platform/win32/system_error.h"
 #include "platform/win32/text.h"
 

@@ -9,7 +9,7 @@
 
 #include <algorithm>
 
-#include "platform/win32/adapters.h"
+#include "platform/adapters.h"
 #include "platform/win32/owners.h"
 #include "platform/win32/paths.h"
 #include "platform/win32/system_error.h"

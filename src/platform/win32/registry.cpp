@@ -3,7 +3,7 @@
 
 #include <windows.h>
 
-#include "platform/win32/adapters.h"
+#include "platform/adapters.h"
 #include "platform/win32/owners.h"
 #include "platform/win32/system_error.h"
 #include "platform/win32/text.h"

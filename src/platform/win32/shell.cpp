@@ -5,8 +5,8 @@
 // windows.h first.
 #include <shellapi.h>
 
+#include "platform/adapters.h"
 #include "platform/failure.h"
-#include "platform/win32/adapters.h"
 #include "platform/win32/owners.h"
 #include "platform/win32/system_error.h"
 #include "platform/win32/text.h"

@@ -1,7 +1,7 @@
-// The ports of each thread begin as the system's adapters.
+// The ports of each thread begin as the adapters of the system that this is built for.
 #include "platform/ports.h"
 
-#include "platform/win32/adapters.h"
+#include "platform/adapters.h"
 
 namespace kavo {
 
