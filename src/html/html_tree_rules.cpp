@@ -549,6 +549,15 @@ void HtmlTree::end_template() {
 }
 
 void HtmlTree::reset_mode() {
+  // Behind a table there is most often only the body left: no walk over all that stands open in it.
+  constexpr Tag kWithMode[] = {Tag::kSelect, Tag::kTd,       Tag::kTh,      Tag::kTr,    Tag::kTbody,
+                               Tag::kThead,  Tag::kTfoot,    Tag::kCaption, Tag::kTable, Tag::kColgroup,
+                               Tag::kHead,   Tag::kTemplate, Tag::kFrameset};
+  const auto is_open = [this](Tag tag) { return count(tag) != 0; };
+  if (is_open(Tag::kBody) && std::ranges::none_of(kWithMode, is_open)) {
+    mode_ = Mode::kInBody;
+    return;
+  }
   for (std::size_t i = stack_.size(); i-- > 0; ++steps_) {
     if (stack_[i].space != Space::kHtml) continue;
     switch (stack_[i].tag) {
