@@ -1,5 +1,5 @@
 // Port: windows and messages of the desktop. Natively there is none: captions are absent, windows are never found,
-// message boxes go to standard error.
+// message boxes go to standard error, and nobody answers a file dialog.
 #pragma once
 
 #include <cstdint>
@@ -10,6 +10,18 @@
 namespace kavo {
 
 enum class MessageIcon { kNone, kExclamation, kInformation };
+
+// What a file dialog asks for. `filter` holds pairs of a description and its wildcards, each ended by "|", the whole
+// ended by one more: "Text files|*.txt;*.scr||".
+struct FileQuestion {
+  bool operator==(const FileQuestion&) const = default;
+
+  bool to_save = false;  // a name to write to (asks before an existing file is taken), else an existing file
+  std::u16string title;  // "" for the system's own
+  std::u16string filter;
+  std::u16string folder;     // shown first; "" for the system's choice
+  std::u16string extension;  // added to a name typed without one, no dot; "" adds nothing
+};
 
 class Desktop {
  public:
@@ -23,6 +35,8 @@ class Desktop {
   virtual void post_message(std::uintptr_t window, std::uint32_t message) = 0;  // both parameters 0
   // A box with an OK button; returns when it was closed.
   virtual void message_box(std::u16string_view text, std::u16string_view caption, MessageIcon icon) = 0;
+  // The system's open or save dialog; the chosen path, nothing when the user gave up or there is no screen.
+  virtual std::optional<std::u16string> ask_file(const FileQuestion& question) = 0;
 };
 
 // The user's wish to stop. One flag a process; both are safe in a signal handler. The next process_messages() of any

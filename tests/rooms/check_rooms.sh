@@ -7,14 +7,15 @@ declare -A may=(
   [platform]="platform"
   [resources]="resources"
   [common]="common platform resources"
-  [mif]="mif common platform resources"
-  [html]="html common platform resources"
-  [office]="office common platform resources"
-  [ui]="ui mif html office common platform resources"
-  [driver]="driver ui mif html office common platform resources"
+  [forms]="forms common platform resources"
+  [mif]="mif forms common platform resources"
+  [html]="html forms common platform resources"
+  [office]="office forms common platform resources"
+  [ui]="ui forms mif html office common platform resources"
+  [driver]="driver ui forms mif html office common platform resources"
   [suite]="suite common platform resources"
-  [cli]="cli driver suite ui mif html office common platform resources"
-  [automation_server]="automation_server driver suite common platform resources"
+  [cli]="cli driver suite ui forms mif html office common platform resources"
+  [automation_server]="automation_server driver ui forms suite common platform resources"
 )
 status=0
 complain() { echo "$1"; status=1; }
@@ -34,7 +35,7 @@ done
 # Only the adapters, the COM skin and the window renderer may know the Windows headers; shared code has no platform
 # switches: the build picks the files.
 while read -r hit; do complain "src/$hit: Windows header outside the adapters"; done < <(
-  grep -rnE '#include <(windows|winsock2|objbase|oleauto|ole2|shellapi)\.h>' . --include=*.h --include=*.cpp |
+  grep -rnE '#include <(windows|winsock2|objbase|oleauto|ole2|shellapi|commctrl|commdlg)\.h>' . --include=*.h --include=*.cpp |
     sed 's|^\./||' | grep -vE '^(platform/win32|automation_server|ui/win32)/' || true)
 while read -r hit; do complain "src/$hit: platform switch in shared code"; done < <(
   grep -rnE '^#\s*if.*\b(_WIN32|__linux__|__unix__)\b' . --include=*.h --include=*.cpp |

@@ -25,6 +25,8 @@ class FakeDesktop : public Desktop {
   std::vector<std::pair<std::uintptr_t, std::uint32_t>> posted;
   std::map<std::u16string, std::uintptr_t, std::less<>> windows;  // by class name
   std::optional<std::u16string> caption;
+  std::vector<FileQuestion> file_questions;
+  std::vector<std::optional<std::u16string>> file_answers;  // one for each question in turn; none left: given up
   std::size_t process_messages_calls = 0;
   // What happens while messages are processed: a host's event handler, a failure 18 ...
   std::function<void()> on_process_messages;
@@ -43,6 +45,13 @@ class FakeDesktop : public Desktop {
   void post_message(std::uintptr_t window, std::uint32_t message) override { posted.emplace_back(window, message); }
   void message_box(std::u16string_view text, std::u16string_view box_caption, MessageIcon icon) override {
     message_boxes.push_back({std::u16string(text), std::u16string(box_caption), icon});
+  }
+  std::optional<std::u16string> ask_file(const FileQuestion& question) override {
+    file_questions.push_back(question);
+    if (file_answers.empty()) return std::nullopt;
+    const std::optional<std::u16string> answer = file_answers.front();
+    file_answers.erase(file_answers.begin());
+    return answer;
   }
 };
 

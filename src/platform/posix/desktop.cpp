@@ -19,6 +19,7 @@ class PosixDesktop final : public Desktop {
     // One write, so that messages of several threads do not mix.
     std::cerr << to_utf8(caption) + ": " + to_utf8(text) + "\n" << std::flush;
   }
+  std::optional<std::u16string> ask_file(const FileQuestion&) override { return std::nullopt; }
 };
 
 }  // namespace

@@ -1,7 +1,11 @@
 // The desktop of the host's thread. Messages are pumped for the whole thread, as a host's own loop would.
 #include "platform/desktop.h"
 
+#include <commdlg.h>
 #include <windows.h>
+
+#include <algorithm>
+#include <vector>
 
 #include "platform/adapters.h"
 #include "platform/win32/text.h"
@@ -10,6 +14,7 @@ namespace kavo {
 namespace {
 
 constexpr int kCaptionBuffer = 1024;  // 1023 characters and the terminating zero
+constexpr std::size_t kLongestPath = 32768;
 
 class WindowsDesktop final : public Desktop {
  public:
@@ -53,6 +58,32 @@ class WindowsDesktop final : public Desktop {
     if (icon == MessageIcon::kExclamation) style |= MB_ICONEXCLAMATION;
     if (icon == MessageIcon::kInformation) style |= MB_ICONINFORMATION;
     MessageBoxW(GetActiveWindow(), to_wide(text).c_str(), to_wide(caption).c_str(), style);
+  }
+
+  std::optional<std::u16string> ask_file(const FileQuestion& question) override {
+    const std::wstring title = to_wide(question.title);
+    const std::wstring folder = to_wide(question.folder);
+    const std::wstring extension = to_wide(question.extension);
+    std::wstring filter = to_wide(question.filter);
+    std::ranges::replace(filter, L'|', L'\0');
+    std::vector<wchar_t> path(kLongestPath);
+    OPENFILENAMEW dialog{};
+    dialog.lStructSize = sizeof dialog;
+    dialog.hwndOwner = GetActiveWindow();
+    dialog.lpstrFilter = filter.empty() ? nullptr : filter.c_str();
+    dialog.lpstrFile = path.data();
+    dialog.nMaxFile = static_cast<DWORD>(path.size());
+    dialog.lpstrInitialDir = folder.empty() ? nullptr : folder.c_str();
+    dialog.lpstrTitle = title.empty() ? nullptr : title.c_str();
+    dialog.lpstrDefExt = extension.empty() ? nullptr : extension.c_str();
+    dialog.Flags = OFN_EXPLORER | OFN_HIDEREADONLY | (question.to_save ? OFN_OVERWRITEPROMPT : OFN_FILEMUSTEXIST);
+    // The current folder is the host's, and OFN_NOCHANGEDIR has no effect in an open dialog.
+    std::vector<wchar_t> current(GetCurrentDirectoryW(0, nullptr) + 1);
+    GetCurrentDirectoryW(static_cast<DWORD>(current.size()), current.data());
+    const BOOL chosen = question.to_save ? GetSaveFileNameW(&dialog) : GetOpenFileNameW(&dialog);
+    SetCurrentDirectoryW(current.data());
+    if (!chosen) return std::nullopt;
+    return from_wide(path.data());
   }
 };
 
