@@ -39,10 +39,34 @@ bool HtmlTree::is_special(const OpenElement& element) {
   return element.space == Space::kHtml ? (traits_of(element.tag) & kSpecial) != 0 : is_barrier(element);
 }
 
+// The special elements, and the others that are looked for in a scope.
+bool HtmlTree::is_landmark(const OpenElement& element) {
+  if (is_special(element)) return true;
+  return element.space == Space::kHtml && ((traits_of(element.tag) & kBlockEnd) != 0 || element.tag == Tag::kNobr ||
+                                           element.tag == Tag::kRuby);
+}
+
 void HtmlTree::push(OpenElement element) {
   element.number = next_number_++;
   if (element.space == Space::kHtml) ++counts_[static_cast<std::size_t>(element.tag)];
+  if (is_landmark(element)) landmarks_.push_back(stack_.size());
   stack_.push_back(element);
+}
+
+void HtmlTree::take_out(std::size_t at) {
+  if (stack_[at].space == Space::kHtml) --counts_[static_cast<std::size_t>(stack_[at].tag)];
+  stack_.erase(stack_.begin() + static_cast<std::ptrdiff_t>(at));
+  auto above = std::ranges::lower_bound(landmarks_, at);
+  if (above != landmarks_.end() && *above == at) above = landmarks_.erase(above);
+  for (; above != landmarks_.end(); ++above, ++steps_) --*above;
+}
+
+void HtmlTree::put_in(std::size_t at, const OpenElement& element) {
+  if (element.space == Space::kHtml) ++counts_[static_cast<std::size_t>(element.tag)];
+  stack_.insert(stack_.begin() + static_cast<std::ptrdiff_t>(at), element);
+  auto above = std::ranges::lower_bound(landmarks_, at);
+  if (is_landmark(element)) above = landmarks_.insert(above, at) + 1;
+  for (; above != landmarks_.end(); ++above, ++steps_) ++*above;
 }
 
 void HtmlTree::insert(const StartTag& tag, Space space) {
@@ -77,6 +101,7 @@ void HtmlTree::pop() {
     }
   }
   stack_.pop_back();
+  if (!landmarks_.empty() && landmarks_.back() == stack_.size()) landmarks_.pop_back();
 }
 
 void HtmlTree::close_from(Closing what) {
@@ -125,17 +150,21 @@ std::size_t HtmlTree::find_topmost(std::initializer_list<Tag> tags) const {
   std::size_t open = 0;
   for (const Tag tag : tags) open += count(tag);
   if (open == 0) return kNone;
-  for (std::size_t i = stack_.size(); i-- > 0; ++steps_)
-    if (stack_[i].space == Space::kHtml && std::find(tags.begin(), tags.end(), stack_[i].tag) != tags.end()) return i;
+  for (std::size_t i = landmarks_.size(); i-- > 0; ++steps_) {
+    const OpenElement& element = stack_[landmarks_[i]];
+    if (element.space == Space::kHtml && std::find(tags.begin(), tags.end(), element.tag) != tags.end())
+      return landmarks_[i];
+  }
   return kNone;
 }
 
 std::size_t HtmlTree::find_in_scope(Tag tag, Scope scope, std::size_t below) const {
   if (count(tag) == 0) return kNone;
-  for (std::size_t i = below; i-- > 0; ++steps_) {
-    const OpenElement& element = stack_[i];
+  for (std::size_t i = landmarks_.size(); i-- > 0; ++steps_) {
+    if (landmarks_[i] >= below) continue;
+    const OpenElement& element = stack_[landmarks_[i]];
     const bool html = element.space == Space::kHtml;
-    if (html && element.tag == tag) return i;
+    if (html && element.tag == tag) return landmarks_[i];
     if (scope == Scope::kTable) {
       if (html && (element.tag == Tag::kTable || element.tag == Tag::kTemplate || element.tag == Tag::kHtml))
         return kNone;
@@ -149,9 +178,10 @@ std::size_t HtmlTree::find_in_scope(Tag tag, Scope scope, std::size_t below) con
 }
 
 std::size_t HtmlTree::find_heading(std::size_t below) const {
-  for (std::size_t i = below; i-- > 0; ++steps_) {
-    const OpenElement& element = stack_[i];
-    if (element.space == Space::kHtml && element.tag >= Tag::kH1 && element.tag <= Tag::kH6) return i;
+  for (std::size_t i = landmarks_.size(); i-- > 0; ++steps_) {
+    if (landmarks_[i] >= below) continue;
+    const OpenElement& element = stack_[landmarks_[i]];
+    if (element.space == Space::kHtml && element.tag >= Tag::kH1 && element.tag <= Tag::kH6) return landmarks_[i];
     if (is_barrier(element)) return kNone;
   }
   return kNone;

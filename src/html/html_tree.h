@@ -212,7 +212,9 @@ class HtmlTree {
   void insert(const StartTag& tag, Space space = Space::kHtml);
   void insert_implied(Tag tag);
   void push(OpenElement element);
-  void pop();  // without telling
+  void pop();                     // without telling
+  void take_out(std::size_t at);  // one element from under others, which stay open
+  void put_in(std::size_t at, const OpenElement& element);
   void close_from(Closing what);
   void close_until(Tag tag, Closing what);
   void clear_back_to(std::initializer_list<Tag> tags);
@@ -234,6 +236,7 @@ class HtmlTree {
   static bool math_text(const OpenElement& element);
   static bool is_barrier(const OpenElement& element);
   static bool is_special(const OpenElement& element);
+  static bool is_landmark(const OpenElement& element);
 
   // List of active formatting elements.
   void push_formatting(const StartTag& tag);
@@ -247,6 +250,9 @@ class HtmlTree {
 
   TreeObserver& observer_;
   std::vector<OpenElement> stack_;
+  // Places on the stack where the search for a block, a scope or a mode may end. Inline elements that a page never
+  // closes pile up between them, and are not stepped over.
+  std::vector<std::size_t> landmarks_;
   std::vector<FormattingEntry> list_;
   std::string texts_;  // opening texts of the list's entries
   std::array<std::size_t, static_cast<std::size_t>(Tag::kCount)> counts_{};

@@ -549,24 +549,17 @@ void HtmlTree::end_template() {
 }
 
 void HtmlTree::reset_mode() {
-  // Behind a table there is most often only the body left: no walk over all that stands open in it.
-  constexpr Tag kWithMode[] = {Tag::kSelect, Tag::kTd,       Tag::kTh,      Tag::kTr,    Tag::kTbody,
-                               Tag::kThead,  Tag::kTfoot,    Tag::kCaption, Tag::kTable, Tag::kColgroup,
-                               Tag::kHead,   Tag::kTemplate, Tag::kFrameset};
-  const auto is_open = [this](Tag tag) { return count(tag) != 0; };
-  if (is_open(Tag::kBody) && std::ranges::none_of(kWithMode, is_open)) {
-    mode_ = Mode::kInBody;
-    return;
-  }
-  for (std::size_t i = stack_.size(); i-- > 0; ++steps_) {
-    if (stack_[i].space != Space::kHtml) continue;
-    switch (stack_[i].tag) {
+  for (std::size_t i = landmarks_.size(); i-- > 0; ++steps_) {
+    const OpenElement& element = stack_[landmarks_[i]];
+    if (element.space != Space::kHtml) continue;
+    switch (element.tag) {
       case Tag::kSelect:
         mode_ = Mode::kInSelect;
         for (std::size_t k = i; k-- > 1; ++steps_) {
-          if (stack_[k].space != Space::kHtml) continue;
-          if (stack_[k].tag == Tag::kTemplate) return;
-          if (stack_[k].tag == Tag::kTable) {
+          const OpenElement& around = stack_[landmarks_[k]];
+          if (around.space != Space::kHtml) continue;
+          if (around.tag == Tag::kTemplate) return;
+          if (around.tag == Tag::kTable) {
             mode_ = Mode::kInSelectInTable;
             return;
           }
@@ -629,14 +622,14 @@ void HtmlTree::close_p(bool reopening) {
 
 void HtmlTree::start_list_item(const StartTag& tag) {
   frameset_ok_ = false;
-  for (std::size_t i = stack_.size(); i-- > 0; ++steps_) {
-    const OpenElement& element = stack_[i];
+  for (std::size_t i = landmarks_.size(); i-- > 0; ++steps_) {
+    const OpenElement& element = stack_[landmarks_[i]];
     const bool html = element.space == Space::kHtml;
     const bool same =
         tag.tag == Tag::kLi ? element.tag == Tag::kLi : element.tag == Tag::kDd || element.tag == Tag::kDt;
     if (html && same) {
       Closing what;
-      what.first = i;
+      what.first = landmarks_[i];
       close_from(what);
       break;
     }
@@ -674,8 +667,7 @@ void HtmlTree::start_in_body(const StartTag& tag) {
         if (entry != kNone) {
           for (std::size_t k = stack_.size(); k-- > 0; ++steps_) {
             if (stack_[k].number != number) continue;
-            --counts_[static_cast<std::size_t>(Tag::kA)];
-            stack_.erase(stack_.begin() + static_cast<std::ptrdiff_t>(k));
+            take_out(k);
             closed_implied_ = true;
             break;
           }
@@ -980,8 +972,7 @@ void HtmlTree::end_form() {
       close_from(what);
     } else {
       // Taken out from under what is open inside, which stays open.
-      --counts_[static_cast<std::size_t>(Tag::kForm)];
-      stack_.erase(stack_.begin() + static_cast<std::ptrdiff_t>(i));
+      take_out(i);
       closed_own_ = true;
     }
     return;
@@ -1071,8 +1062,7 @@ void HtmlTree::end_formatting(std::uint64_t name, Tag tag, bool replaced) {
         node_entry = kNone;
       }
       if (node_entry == kNone) {
-        if (stack_[node].space == Space::kHtml) --counts_[static_cast<std::size_t>(stack_[node].tag)];
-        stack_.erase(stack_.begin() + static_cast<std::ptrdiff_t>(node));
+        take_out(node);
         --block;
         continue;
       }
@@ -1088,8 +1078,8 @@ void HtmlTree::end_formatting(std::uint64_t name, Tag tag, bool replaced) {
     copy.number = copy_entry.number = next_number_++;
     list_.insert(list_.begin() + static_cast<std::ptrdiff_t>(bookmark), copy_entry);
     list_.erase(list_.begin() + static_cast<std::ptrdiff_t>(bookmark <= entry ? entry + 1 : entry));
-    stack_.insert(stack_.begin() + static_cast<std::ptrdiff_t>(block + 1), copy);
-    stack_.erase(stack_.begin() + static_cast<std::ptrdiff_t>(element));
+    put_in(block + 1, copy);
+    take_out(element);
     steps_ += list_.size() + stack_.size() - element;
     note_closed();
   }
