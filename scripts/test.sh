@@ -45,7 +45,7 @@ build() {  # build FOLDER [TARGET...] [-D CMAKE ARGUMENT...]
 run_tests() {  # run_tests FOLDER [CTEST ARGUMENT...]
   local folder=build/$1
   shift
-  ctest --test-dir "$folder" --output-on-failure --timeout 900 -j2 "$@"
+  ctest --test-dir "$folder" --output-on-failure --timeout 600 -j2 "$@"
 }
 
 case " ${parts[*]} " in *" fuzz "*) scripts/setup.sh --full ;; *" windows "*) scripts/setup.sh ;; *) scripts/setup.sh --native ;; esac || exit 1
@@ -67,9 +67,10 @@ for part in "${parts[@]}"; do
       note $? "address, undefined-behaviour and leak sanitizers"
       ;;
     windows)
+      # Once in some hundred runs a program hangs in Wine itself; a second time limit in a row is a failure.
       step "Windows x64 build"
       build windows-x64 -DCMAKE_TOOLCHAIN_FILE="$top/cmake/windows-x64.cmake" -DCMAKE_BUILD_TYPE=Release &&
-        { step "Windows tests under Wine"; run_tests windows-x64; }
+        { step "Windows tests under Wine"; run_tests windows-x64 --repeat after-timeout:2; }
       note $? "Windows x64 under Wine"
       step "Windows x86 build"
       # Debian's 64-bit Wine runs no 32-bit program: the tables of the libraries are tested, scripts where it can be.

@@ -75,7 +75,8 @@ HtmlRepair::HtmlRepair(BlockReader& reader, const TagTable& table, PendingFile* 
       messages_(messages),
       progress_(progress),
       tree_(*this),
-      scanner_(reader, *this) {}
+      scanner_(reader, *this),
+      token_(scanner_.token()) {}
 
 void HtmlRepair::run() {
   if (reader_.window().starts_with(kUtf8Mark)) scanner_.skip(kUtf8Mark.size());
@@ -83,7 +84,7 @@ void HtmlRepair::run() {
     if (server_.active()) follow_server_code(scanner_.position());
     edit_allowed_ = !server_.active();
     server_code_in_token_ = false;
-    token_ = scanner_.next(tree_.cdata_allowed());
+    scanner_.next(tree_.cdata_allowed());
     edit_at_ = token_.begin;
     if (tree_.steps() > kFreeSteps + kStepsPerByte * token_.begin || tree_.stack().size() > kDeepest) {
       copy_rest(token_);
@@ -258,7 +259,7 @@ bool HtmlRepair::start_tag(const Token& token) {
       newline_ = Newline::kIgnored;
     return true;
   }
-  token_ = scanner_.skip_raw_text(content, token_.name);
+  scanner_.skip_raw_text(content, token_.name);
   edit_at_ = token_.begin;
   if (token_.kind == PageTokenKind::kEnd) {
     edit_at_ = scanner_.position();
@@ -528,9 +529,9 @@ void HtmlRepair::replace(std::uint64_t begin, std::uint64_t end, std::string_vie
   ++repairs_;
 }
 
-Place HtmlRepair::place_of(std::uint64_t position) {
-  if (position > lines_.position()) lines_.feed(scanner_.view(lines_.position(), position));
-  return {lines_.line(), lines_.column()};
+TextPlace HtmlRepair::place_of(std::uint64_t position) {
+  if (position > lines_.fed()) lines_.feed(scanner_.view(lines_.fed(), reader_.bytes_read()));
+  return lines_.at(position);
 }
 
 // Messages.
@@ -547,7 +548,7 @@ std::string HtmlRepair::current_tag_name() const {
   return (end ? "</" : "<") + name + ">";
 }
 
-void HtmlRepair::report(std::int32_t number, const Place& place, std::string_view name, std::string_view other) {
+void HtmlRepair::report(std::int32_t number, const TextPlace& place, std::string_view name, std::string_view other) {
   if (messages_.size() >= kMostMessages) {
     ++untold_;
     return;

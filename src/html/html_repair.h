@@ -68,11 +68,11 @@ class HtmlRepair final : private TreeObserver, private ScannerListener {
   void insert(std::string_view text);
   void replace(std::uint64_t begin, std::uint64_t end, std::string_view text);
   void copy_until(std::uint64_t position);
-  Place place_of(std::uint64_t position);
+  TextPlace place_of(std::uint64_t position);
 
   std::string name_of_element(const OpenElement& element) const;
   std::string current_tag_name() const;
-  void report(std::int32_t number, const Place& place, std::string_view name, std::string_view other = {});
+  void report(std::int32_t number, const TextPlace& place, std::string_view name, std::string_view other = {});
 
   BlockReader& reader_;
   const TagTable& table_;
@@ -81,12 +81,12 @@ class HtmlRepair final : private TreeObserver, private ScannerListener {
   ProgressEvent& progress_;
   HtmlTree tree_;
   HtmlScanner scanner_;
+  const Token& token_;  // the scanner's: the one being worked on
   ServerCode server_;
   LineCounter lines_;
 
   enum class Newline : std::uint8_t { kCounts, kIgnored, kLineFeedIgnored };
   Newline newline_ = Newline::kCounts;  // directly after <pre>
-  Token token_;                         // the one being worked on
   std::uint64_t edit_at_ = 0;           // where text may be inserted
   bool edit_allowed_ = true;
   bool server_code_in_token_ = false;

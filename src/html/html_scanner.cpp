@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "common/byte_scan.h"
+#include "html/script_marker.h"
 #include "platform/ports.h"
 
 namespace kavo {
@@ -10,6 +11,9 @@ namespace {
 
 bool is_blank(int c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r' || c == '\f'; }
 bool is_letter(int c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
+// Of a placeholder in quotes.
+constexpr std::string_view kWrappedPlaceholderEnd = "-->\"";
+
 char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
 
 }  // namespace
@@ -34,10 +38,10 @@ std::string_view HtmlScanner::look_ahead(std::uint64_t position, std::size_t siz
   return view(position, end);
 }
 
-int HtmlScanner::byte_at(std::size_t ahead, std::uint64_t keep) {
+int HtmlScanner::byte_beyond(std::size_t ahead, std::uint64_t keep) {
   while (p_ + ahead >= reader_.bytes_read())
     if (!refill(keep)) return -1;
-  return static_cast<unsigned char>(reader_.window()[static_cast<std::size_t>(p_ + ahead - reader_.position())]);
+  return byte_at(ahead, keep);
 }
 
 const Token& HtmlScanner::finish(PageTokenKind kind) {
@@ -217,6 +221,10 @@ const Token& HtmlScanner::tag(PageTokenKind kind, std::size_t name_at) {
     ended = p != end || p_ - token_.begin >= kLongestTag;
   }
   token_.tag = tag_of(token_.name);
+  if (byte_at(0, token_.begin) == '>') {  // most tags are only a name
+    ++p_;
+    return finish(kind);
+  }
   return rest_of_tag();
 }
 
@@ -244,9 +252,25 @@ const Token& HtmlScanner::rest_of_tag() {
       if (*p == '<' && p + 1 != end && (p[1] == '%' || p[1] == '?')) listener_.server_code_in_tag(here(), quote);
     };
     bool done = false;
+    std::size_t ahead = 1;  // how many bytes behind p tell what it is
     while (p != end && !done) {
       const char c = *p;
       if (c == '<' && p + 1 == end && !reader_.exhausted()) break;  // what follows tells whether it is server code
+      if (c == '"' && state_ == TagState::kUnquoted) {
+        // Protection puts the placeholder of a script right behind an unquoted value; its ">" does not end the tag.
+        const std::string_view rest(p, static_cast<std::size_t>(end - p));
+        if (rest.size() < script::kLongestPlaceholder && !reader_.exhausted()) {
+          ahead = script::kLongestPlaceholder;
+          break;
+        }
+        if (rest.substr(1).starts_with(script::kMarker)) {
+          const std::size_t last = rest.substr(0, script::kLongestPlaceholder).find(kWrappedPlaceholderEnd);
+          if (last != std::string_view::npos) {
+            p += last + kWrappedPlaceholderEnd.size();
+            continue;
+          }
+        }
+      }
       switch (state_) {
         case TagState::kDouble:
         case TagState::kSingle: {
@@ -305,7 +329,7 @@ const Token& HtmlScanner::rest_of_tag() {
     }
     p_ = here();
     if (done) return finish(kind);
-    if (p != end) byte_at(1, keep);
+    if (p != end) byte_at(ahead, keep);
   }
 }
 

@@ -67,6 +67,7 @@ class HtmlScanner {
 
   // The next token; the one before leaves the window when it must.
   const Token& next(bool cdata_allowed);
+  const Token& token() const { return token_; }  // the last one
   // After the start tag of a raw-text element: skips its content and reads its end tag, which becomes the token (kEnd
   // when the page ends before).
   const Token& skip_raw_text(Content content, std::uint64_t name);
@@ -101,7 +102,13 @@ class HtmlScanner {
 
   bool refill(std::uint64_t keep);
   // One byte at p_ + ahead, -1 at the end of the page.
-  int byte_at(std::size_t ahead, std::uint64_t keep);
+  int byte_at(std::size_t ahead, std::uint64_t keep) {
+    const std::uint64_t left = reader_.bytes_read() - p_;
+    if (ahead >= left) return byte_beyond(ahead, keep);
+    const std::string_view window = reader_.window();
+    return static_cast<unsigned char>(window[window.size() - static_cast<std::size_t>(left) + ahead]);
+  }
+  int byte_beyond(std::size_t ahead, std::uint64_t keep);  // the window must grow for it
   const Token& markup(bool cdata_allowed);
   const Token& tag(PageTokenKind kind, std::size_t name_at);
   const Token& rest_of_tag();

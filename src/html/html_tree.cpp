@@ -42,8 +42,8 @@ bool HtmlTree::is_special(const OpenElement& element) {
 // The special elements, and the others that are looked for in a scope.
 bool HtmlTree::is_landmark(const OpenElement& element) {
   if (is_special(element)) return true;
-  return element.space == Space::kHtml && ((traits_of(element.tag) & kBlockEnd) != 0 || element.tag == Tag::kNobr ||
-                                           element.tag == Tag::kRuby);
+  return element.space == Space::kHtml &&
+         ((traits_of(element.tag) & kBlockEnd) != 0 || element.tag == Tag::kNobr || element.tag == Tag::kRuby);
 }
 
 void HtmlTree::push(OpenElement element) {

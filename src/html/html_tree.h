@@ -14,6 +14,7 @@
 #include <string_view>
 #include <vector>
 
+#include "html/line_counter.h"
 #include "html/tag_names.h"
 
 namespace kavo {
@@ -23,18 +24,13 @@ enum class Space : std::uint8_t { kHtml, kSvg, kMathMl };
 // How the scanner reads on after a start tag.
 enum class Content : std::uint8_t { kMarkup, kRcdata, kRawText, kScript, kPlainText };
 
-struct Place {
-  std::int64_t line = 0;
-  std::int64_t column = 0;
-};
-
 // What is known about an element from its start tag and needed again when it is closed or reopened.
 struct ElementFacts {
   std::uint64_t name = 0;  // hash, see tag_names.h
   Tag tag = Tag::kOther;
   bool repairable = false;   // its opening text is kept whole and holds no server code
   std::int16_t listed = -1;  // entry of the tag table
-  Place place;
+  TextPlace place;
 };
 
 struct StartTag : ElementFacts {
