@@ -13,10 +13,11 @@ namespace kavo {
 class error_state {
  public:
   std::int32_t number() const { return number_; }
-  const std::u16string& description() const { return description_; }
+  // Of the first error since the last clearing: for people, since the later ones often follow from it.
+  const std::u16string& first_description() const { return first_description_; }
   void clear() {
     number_ = 0;
-    description_.clear();
+    first_description_.clear();
   }
 
   // Runs a step; true when it did not fail. An interruption by the user is not trapped.
@@ -27,15 +28,15 @@ class error_state {
       return true;
     } catch (const failure& reason) {
       if (reason.is(FailureNumber::kInterrupted)) throw;
+      if (number_ == 0) first_description_ = reason.description();
       number_ = reason.number();
-      description_ = reason.description();
       return false;
     }
   }
 
  private:
   std::int32_t number_ = 0;
-  std::u16string description_;
+  std::u16string first_description_;
 };
 
 }  // namespace kavo

@@ -216,10 +216,16 @@ void BilingualDocument::set_segment(std::size_t index, std::string_view target, 
 
 void BilingualDocument::save() {
   if (!is_changed()) return;
-  rewrite_tud(path_, [&](std::size_t index) -> std::optional<BilingualSegment> {
-    if (index >= changed_.size() || !changed_[index]) return std::nullopt;
-    return segment(index);
-  });
+  struct Changes final : TudChanges {
+    explicit Changes(const BilingualDocument& from) : document(from) {}
+    std::optional<BilingualSegment> change(std::size_t index, const TudUnit&) override {
+      if (index >= document.changed_.size() || !document.changed_[index]) return std::nullopt;
+      return document.segment(index);
+    }
+    const BilingualDocument& document;
+  };
+  Changes changes(*this);
+  rewrite_tud(path_, changes);
   changed_.assign(changed_.size(), false);
   changed_count_ = 0;
 }

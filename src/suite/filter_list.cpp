@@ -5,6 +5,7 @@
 #include "platform/unicode.h"
 #include "suite/filter.h"
 #include "suite/html_filter.h"
+#include "suite/mif_filter.h"
 #include "suite/text_filter.h"
 
 namespace kavo {
@@ -15,7 +16,7 @@ constexpr FilterEntry kFilters[] = {
     {u"Word documents", u"*.doc", u"K19DOCW", "rtf", nullptr},
     {u"RTF documents", u"*.rtf", u"K19RTF", "rtf", nullptr},
     {u"HTML pages", u"*.htm;*.html", u"K19HTM", "html", make_html_filter},
-    {u"FrameMaker MIF documents", u"*.mif", u"K19MIF", "mif", nullptr},
+    {u"FrameMaker MIF documents", u"*.mif", u"K19MIF", "mif", make_mif_filter},
     {u"Resource scripts", u"*.rc", u"K19GCP", "winres", nullptr},
     {u"Text files", u"*.txt;*.scr", u"K19TXT", "plaintext", make_text_filter},
     {u"PowerPoint presentations", u"*.ppt", u"K19PPTW", "xml", nullptr},

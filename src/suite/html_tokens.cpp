@@ -166,6 +166,21 @@ bool TokenScanner::at_server_code_in_tag() {
   return true;
 }
 
+// At a quote in an unquoted value: passes over the placeholder of a script that protection put right behind the value.
+// Its ">" does not end the tag.
+bool TokenScanner::skip_wrapped_placeholder() {
+  constexpr std::string_view kBegin = "\"<!-- ASP2HTML";
+  constexpr std::string_view kEnd = "-->\"";
+  constexpr std::size_t kLongest = 256;  // protection writes at most 40 bytes
+  has(at_ + kLongest);
+  const std::string_view rest = input_.window().substr(at_, kLongest);
+  if (!rest.starts_with(kBegin)) return false;
+  const std::size_t end = rest.find(kEnd);
+  if (end == std::string_view::npos) return false;
+  at_ += end + kEnd.size();
+  return true;
+}
+
 // Reads on when everything there is of a tag has been looked at. True, with a piece of the tag, when it is too long to
 // be held or the page ends in it.
 bool TokenScanner::tag_stops(PageToken& token) {
@@ -271,7 +286,7 @@ bool TokenScanner::tag(PageToken& token, TokenKind kind) {
         if (is_space(c) || c == '>') {
           attributes_.back().value_end = at_;
           state_ = TagState::kBeforeName;
-        } else {
+        } else if (c != '"' || !skip_wrapped_placeholder()) {
           ++at_;
         }
         continue;

@@ -83,6 +83,7 @@ class TokenScanner {
   bool tag(PageToken& token, TokenKind kind);
   bool tag_stops(PageToken& token);
   bool at_server_code_in_tag();
+  bool skip_wrapped_placeholder();
 
   PageInput& input_;
   const TextCoding& coding_;

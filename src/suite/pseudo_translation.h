@@ -1,14 +1,36 @@
 // Texts that look translated and can still be read: a test of the whole road without a translator.
 #pragma once
 
+#include <array>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
-#include "suite/text_coding.h"
+#include "common/progress_event.h"
+#include "suite/tud_format.h"
 
 namespace kavo {
 
-// The coded text in brackets, its letters with accents where the coding has them; codes stay.
-std::string pseudo_translation(std::string_view coded, const TextCoding& coding);
+class PseudoTranslation {
+ public:
+  // The letters get accents where the code page has them.
+  explicit PseudoTranslation(unsigned code_page, bool is_script = false);
+  // For the segments of a document.
+  explicit PseudoTranslation(const TudHeader& header);
+
+  // The coded text with accents and in brackets; codes stay. Of a script the texts between quotes are in brackets each,
+  // so that it is still a script.
+  std::string of(std::string_view coded) const;
+
+ private:
+  void append_letters(std::string& result, std::string_view text) const;
+
+  std::array<std::string_view, 128> letters_{};  // what an ASCII letter becomes, "" for itself
+  bool is_script_;
+};
+
+// Fills every segment of a bilingual document that is not locked, as a stream: nothing of the document is kept in
+// memory. Returns how many those are. Throws `failure`: the document is then as it was.
+std::uint64_t pseudo_translate(std::u16string_view tud, ProgressEvent& progress);
 
 }  // namespace kavo

@@ -2,6 +2,7 @@
 
 #include "suite/filter_catalogue.h"
 #include "suite/language_information.h"
+#include "suite/translation_memory.h"
 #include "suite/tud_document.h"
 
 namespace kavo {
@@ -16,6 +17,7 @@ constexpr SuiteClass kClasses[] = {
     {u"K19Suite.FilterCatalogue", u"KAVO reference suite: filter catalogue", create<FilterCatalogue>},
     {u"K19Suite.TUDDocument", u"KAVO reference suite: bilingual document", create<TUDDocument>},
     {u"K19Suite.LanguageInformation", u"KAVO reference suite: languages and code pages", create<LanguageInformation>},
+    {u"K19Suite.TranslationMemory", u"KAVO reference suite: translation memory", create<TranslationMemory>},
 };
 
 }  // namespace

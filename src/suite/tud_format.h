@@ -83,6 +83,11 @@ class TudEvents {
   // Before the first unit.
   virtual void header(const TudHeader& header) { static_cast<void>(header); }
   virtual void unit(const TudUnit& unit) { static_cast<void>(unit); }
+  // The element that names or holds the skeleton, before header(): its start tag and all of it.
+  virtual void skeleton_place(XmlPlace start_tag, XmlPlace whole) {
+    static_cast<void>(start_tag);
+    static_cast<void>(whole);
+  }
   // The text of a skeleton inside the document (base 64), in pieces, before header().
   virtual void skeleton_inside(std::string_view base64) { static_cast<void>(base64); }
 };

@@ -98,7 +98,7 @@ class TudParser final : public XmlHandler {
       unit_.whole.end = place.end;
       events_.unit(unit_);
     } else {
-      end_outside(name);
+      end_outside(name, place);
     }
   }
 
@@ -126,6 +126,7 @@ class TudParser final : public XmlHandler {
       header_.target_language = attributes.text("target-language");
     } else if (name == "skl") {
       in_skeleton_ = true;
+      skeleton_tag_ = place;
     } else if (in_skeleton_ && name == "external-file") {
       header_.skeleton = file_name_of(from_uri(attributes.text("href")));
     } else if (in_skeleton_ && name == "internal-file") {
@@ -137,7 +138,7 @@ class TudParser final : public XmlHandler {
     }
   }
 
-  void end_outside(std::string_view name) {
+  void end_outside(std::string_view name, XmlPlace place) {
     if (name == "note" && in_note_) {
       in_note_ = false;
       take_detail();
@@ -145,6 +146,7 @@ class TudParser final : public XmlHandler {
       in_internal_file_ = false;
     } else if (name == "skl") {
       in_skeleton_ = false;
+      events_.skeleton_place(skeleton_tag_, {skeleton_tag_.begin, place.end});
     }
   }
 
@@ -290,6 +292,7 @@ class TudParser final : public XmlHandler {
   bool in_unit_ = false;
   bool in_note_ = false;
   bool in_skeleton_ = false;
+  XmlPlace skeleton_tag_;
   bool in_internal_file_ = false;
   bool seen_file_ = false;
   bool told_header_ = false;

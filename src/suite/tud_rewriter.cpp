@@ -86,12 +86,13 @@ void set_attribute(std::string& tag, std::string_view name, std::string_view val
 
 class Rewriter final : public TudEvents {
  public:
-  Rewriter(std::u16string_view path, const ChangedSegment& changed) : changed_(changed), old_(path), new_(path) {}
+  Rewriter(std::u16string_view path, TudChanges& changes) : changes_(changes), old_(path), new_(path) {}
 
   XmlCoding* coding() { return &coding_; }
 
+  void header(const TudHeader& header) override { changes_.header(header); }
   void unit(const TudUnit& unit) override {
-    const auto segment = changed_(index_++);
+    const auto segment = changes_.change(index_++, unit);
     if (!segment) return;
     if (unit.source != segment->source || unit.source_tag.end == 0)
       throw failure(FailureNumber::kInvalidCall, u"The document has been changed by another program");
@@ -196,7 +197,7 @@ class Rewriter final : public TudEvents {
     return content;
   }
 
-  const ChangedSegment& changed_;
+  TudChanges& changes_;
   BlockReader old_;
   PendingFile new_;
   XmlCoding coding_ = XmlCoding::kUtf8;
@@ -205,9 +206,9 @@ class Rewriter final : public TudEvents {
 
 }  // namespace
 
-void rewrite_tud(std::u16string_view path, const ChangedSegment& changed) {
-  Rewriter rewriter(path, changed);
-  read_tud(path, rewriter, nullptr, rewriter.coding());
+void rewrite_tud(std::u16string_view path, TudChanges& changes, ProgressEvent* progress) {
+  Rewriter rewriter(path, changes);
+  read_tud(path, rewriter, progress, rewriter.coding());
   rewriter.finish();
 }
 

@@ -150,8 +150,34 @@ TEST(XmlText, LanguageCodes) {
 
 TEST(PseudoTranslation, KeepsCodesAndWhatTheCodePageLacks) {
   const std::string coded = from_host_text(u"<1>Open</1> c<2/>");
-  EXPECT_EQ(to_host_text(pseudo_translation(coded, TextCoding(65001))), u"[<1>\u00D5p\u00E8\u00F1</1> \u00E7<2/>]");
-  EXPECT_EQ(to_host_text(pseudo_translation(coded, TextCoding(932))), u"[<1>Open</1> c<2/>]");
+  EXPECT_EQ(to_host_text(PseudoTranslation(65001).of(coded)), u"[<1>\u00D5p\u00E8\u00F1</1> \u00E7<2/>]");
+  EXPECT_EQ(to_host_text(PseudoTranslation(932).of(coded)), u"[<1>Open</1> c<2/>]");
+}
+
+TEST(PseudoTranslation, AScriptStaysAScript) {
+  const PseudoTranslation pseudo(65001, true);
+  const auto of = [&](const char16_t* text) { return to_host_text(pseudo.of(from_host_text(text))); };
+  EXPECT_EQ(of(u"<1/>\"Open\"<2/>'no'<3/>"), u"<1/>\"[\u00D5p\u00E8\u00F1]\"<2/>'[\u00F1\u00F4]'<3/>");
+  EXPECT_EQ(of(u"\"a \"\"b\"\" c\""), u"\"[\u00E1 \"\"b\"\" \u00E7]\"");
+  EXPECT_EQ(of(u"\"\""), u"\"[]\"");
+  EXPECT_EQ(of(u"\""), u"\"");
+}
+
+TEST_F(ConversionTest, PseudoTranslationFillsADocumentAndLeavesLockedTextsAlone) {
+  put(u"page_asp.SCR", "w \"Hello\"\r\nDim x\r\n");
+  const std::u16string tud = convert(u"page_asp.SCR");
+  BilingualDocument document(tud);
+  ASSERT_EQ(document.size(), 2u);
+  document.set_segment(1, document.segment(1).source, TranslationStatus::kLocked, 100);
+  document.save();
+  ProgressEvent progress;
+  EXPECT_EQ(pseudo_translate(tud, progress), 1u);
+  const BilingualDocument filled(tud);
+  EXPECT_EQ(to_host_text(filled.segment(0).target), u"<1/>\"[H\u00E8ll\u00F4]\"");
+  EXPECT_EQ(filled.segment(0).status, TranslationStatus::kTranslated);
+  EXPECT_TRUE(filled.segment(1).is_unchanged());
+  EXPECT_EQ(filled.segment(1).match, 100);
+  EXPECT_EQ(rebuild(tud), "w \"[H\xC3\xA8ll\xC3\xB4]\"\r\nDim x\r\n");
 }
 
 TEST(WordCount, CountsAsTranslatorsDo) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "suite/base64.h"
+#include "suite/skeleton_packing.h"
 #include "suite/suite_fixture.h"
 #include "support/faulty_files.h"
 
@@ -363,6 +364,63 @@ TEST_F(TudTest, ASkeletonInsideTheDocumentIsUnpackedAndNotKept) {
   ASSERT_TRUE(inside);
   EXPECT_FALSE(inside->keep);
   EXPECT_EQ(files.get(inside->path), skeleton);
+}
+
+TEST_F(TudTest, AnExportedDocumentCarriesItsSkeletonInside) {
+  const std::string text = "One\r\n\xFF Two\n";
+  put(u"a.txt", text);
+  const std::u16string tud = convert(u"a.txt");
+  const std::string skeleton = files.get(skeleton_name_of(tud));
+  copy_with_skeleton(BilingualDocument(tud), in_folder(u"b_txt_FR.tud"));
+  files.remove_file(tud);
+  files.remove_file(skeleton_name_of(tud));
+  const BilingualDocument packed(in_folder(u"b_txt_FR.tud"));
+  EXPECT_EQ(packed.size(), 2u);
+  const auto inside = packed.locate_skeleton();
+  ASSERT_TRUE(inside);
+  EXPECT_FALSE(inside->keep);
+  EXPECT_EQ(files.get(inside->path), skeleton);
+  EXPECT_EQ(rebuild(packed.path()), text);
+  // A document that has it inside is copied as it is.
+  files.remove_file(inside->path);
+  copy_with_skeleton(packed, in_folder(u"c.xlf"));
+  EXPECT_EQ(get(u"c.xlf"), files.get(packed.path()));
+}
+
+TEST_F(TudTest, ASkeletonGoesIntoDocumentsOfOtherEditors) {
+  const std::string_view head = "<x:xliff xmlns:x='urn:oasis:names:tc:xliff:document:1.2'><x:file><x:header>";
+  const std::string_view tail = "</x:header><x:body/></x:file></x:xliff>";
+  put(u"a.skl", "abc");
+  const auto packed = [&](std::string_view bytes) {
+    put(u"a.tud", bytes);
+    copy_with_skeleton(BilingualDocument(in_folder(u"a.tud")), in_folder(u"b.xlf"));
+    return get(u"b.xlf");
+  };
+  const std::string before =
+      std::string(head) + "<x:skl >\n<x:external-file href='a.skl'></x:external-file></x:skl>" + std::string(tail);
+  const std::string after =
+      std::string(head) + "<x:skl><x:internal-file form=\"base64\">YWJj</x:internal-file></x:skl>" + std::string(tail);
+  for (const std::size_t size : {1, 7, 4096}) {
+    const BlockSizeScope scope(size);
+    EXPECT_EQ(packed(before), after);
+    for (const unsigned number : {kUtf16LittleEndian, kUtf16BigEndian}) {
+      const auto wide = [&](std::string_view text) {
+        std::string bytes = number == kUtf16LittleEndian ? "\xFF\xFE" : "\xFE\xFF";
+        TextCoding(number).encode(text, bytes, [](std::string_view, std::string&) {});
+        return bytes;
+      };
+      EXPECT_EQ(packed(wide(before)), wide(after));
+    }
+  }
+}
+
+TEST_F(TudTest, ADocumentWithoutASkeletonIsNotPacked) {
+  put(u"b.xlf", "old");
+  const BilingualDocument document = open_units("<trans-unit id='1'><source>a</source></trans-unit>");
+  EXPECT_THROW(copy_with_skeleton(document, in_folder(u"b.xlf")), failure);
+  put(u"a.tud.skl", "abc");
+  EXPECT_THROW(copy_with_skeleton(document, in_folder(u"b.xlf")), failure);
+  EXPECT_EQ(get(u"b.xlf"), "old");
 }
 
 class TudObject : public TudTest {

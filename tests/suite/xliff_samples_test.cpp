@@ -10,6 +10,7 @@
 #include "suite/bilingual_document.h"
 #include "suite/conversion.h"
 #include "suite/pseudo_translation.h"
+#include "suite/skeleton_packing.h"
 #include "support/temp_folder.h"
 
 namespace kavo::test {
@@ -21,12 +22,20 @@ class XliffSamples : public testing::Test {
     if (const char* name = std::getenv("KAVO_TUD_FOLDER")) folder_ = path_from_host(name);
   }
 
-  std::u16string sample(std::u16string_view name, std::string_view bytes, std::u16string_view target_language = u"FR") {
-    const std::u16string document = folder_ + u"\\" + std::u16string(name);
+  std::u16string path(std::u16string_view name) const { return folder_ + u"\\" + std::u16string(name); }
+
+  std::u16string sample(std::u16string_view name, std::string_view bytes, std::u16string_view target_language = u"FR",
+                        std::u16string_view filter = u"K19TXT") {
+    const std::u16string document = path(name);
     write_file(document, bytes);
-    ConversionRequest request{
-        document, tud_name_of(document, target_language), u"", u"EN-US", std::u16string(target_language), 65001, 0,
-        u"K19TXT"};
+    ConversionRequest request{document,
+                              tud_name_of(document, target_language),
+                              u"",
+                              u"EN-US",
+                              std::u16string(target_language),
+                              65001,
+                              0,
+                              std::u16string(filter)};
     ProgressEvent progress;
     convert_document(request, progress);
     const BilingualDocument converted(request.tud);
@@ -47,16 +56,36 @@ TEST_F(XliffSamples, NamesThatAreNoUri) { sample(u"a b & c%20\u00E9.txt", kText)
 TEST_F(XliffSamples, ALanguageThatIsNone) { sample(u"odd.txt", kText, u"X Y"); }
 TEST_F(XliffSamples, Script) { sample(u"page_asp.scr", "Dim x\nw \"a\" & 'b'\n<!-- ASP2HTML 1 -->\n"); }
 
+TEST_F(XliffSamples, WithTheSkeletonInside) {
+  const std::u16string tud = sample(u"packed.txt", kText);
+  copy_with_skeleton(BilingualDocument(tud), path(u"packed_inside.tud"));
+}
+
+TEST_F(XliffSamples, Page) {
+  const std::u16string tud = sample(u"page.htm",
+                                    "<html lang=en><title>A page</title><p>One <b>bold</b> and <img alt='a picture' "
+                                    "src=x><br>two &amp; &eacute; <!-- ASP2HTML 1 --></p><pre>  a\n  b</pre></html>",
+                                    u"FR", u"K19HTM");
+  ProgressEvent progress;
+  pseudo_translate(tud, progress);
+}
+
+TEST_F(XliffSamples, Manual) {
+  sample(u"manual.mif",
+         "<MIFFile 8.00>\n<TextFlow <Para <ParaLine <String `One '> <Font <FTag `Bold'> > <String `bold'> <Char Tab> "
+         "<String `\\xe9 end'> > > >\n",
+         u"FR", u"K19MIF");
+}
+
 TEST_F(XliffSamples, EveryStatusAndMatch) {
   std::string text;
   for (int i = 0; i < 24; ++i) text += "Line " + std::to_string(i) + " \xFF\n";
   const std::u16string tud = sample(u"status.txt", text);
   BilingualDocument document(tud);
-  const TextCoding coding(65001);
+  const PseudoTranslation pseudo(65001);
   for (std::size_t i = 0; i < document.size(); ++i)
-    document.set_segment(
-        i, i % 4 == 3 ? document.segment(i).source : pseudo_translation(document.segment(i).source, coding),
-        static_cast<TranslationStatus>(i % 6), static_cast<std::int16_t>(i % 3 * 50));
+    document.set_segment(i, i % 4 == 3 ? document.segment(i).source : pseudo.of(document.segment(i).source),
+                         static_cast<TranslationStatus>(i % 6), static_cast<std::int16_t>(i % 3 * 50));
   document.save();
   const BilingualDocument again(tud);
   for (std::size_t i = 0; i < again.size(); ++i) {

@@ -16,14 +16,26 @@ class FakeShell : public Shell {
     std::u16string parameters;
     bool operator==(const Opened&) const = default;
   };
+  struct OpenedAs {
+    std::u16string file;
+    std::u16string extension;
+    bool operator==(const OpenedAs&) const = default;
+  };
   std::vector<Opened> opened;
+  std::vector<OpenedAs> opened_as;
   std::vector<std::u16string> started;
   int open_result = 42;
+  int open_as_result = 42;
   bool can_start = true;
 
   int open(std::u16string_view file, std::u16string_view parameters) override {
     opened.push_back({std::u16string(file), std::u16string(parameters)});
     return open_result;
+  }
+
+  int open_as(std::u16string_view file, std::u16string_view extension) override {
+    opened_as.push_back({std::u16string(file), std::u16string(extension)});
+    return open_as_result;
   }
 
   void start(std::u16string_view command_line) override {

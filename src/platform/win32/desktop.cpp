@@ -1,8 +1,9 @@
 // The desktop of the host's thread. Messages are pumped for the whole thread, as a host's own loop would.
 #include "platform/desktop.h"
 
-#include <commdlg.h>
 #include <windows.h>
+// windows.h first.
+#include <commdlg.h>
 
 #include <algorithm>
 #include <vector>

@@ -7,6 +7,7 @@
 
 #include "platform/case_fold.h"
 #include "platform/failure.h"
+#include "platform/win32/com_object.h"
 #include "platform/win32/guard.h"
 #include "platform/win32/system_error.h"
 #include "platform/win32/text.h"
@@ -20,26 +21,9 @@ std::atomic<long> live_objects{0};
 // The source of failures that name none of their own.
 constexpr std::u16string_view kOwnSource = u"K19FPW";
 
-class DispatchAdapter final : public IDispatch {
+class DispatchAdapter final : public ComObject<IDispatch> {
  public:
   explicit DispatchAdapter(ObjectRef object) : object_(std::move(object)) { ++live_objects; }
-  DispatchAdapter(const DispatchAdapter&) = delete;
-  DispatchAdapter& operator=(const DispatchAdapter&) = delete;
-
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** result) noexcept override {
-    if (result == nullptr) return E_POINTER;
-    *result = nullptr;
-    if (id != IID_IUnknown && id != IID_IDispatch) return E_NOINTERFACE;
-    *result = static_cast<IDispatch*>(this);
-    AddRef();
-    return S_OK;
-  }
-  ULONG STDMETHODCALLTYPE AddRef() noexcept override { return ++references_; }
-  ULONG STDMETHODCALLTYPE Release() noexcept override {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
-    return left;
-  }
 
   HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) noexcept override {
     if (count == nullptr) return E_POINTER;
@@ -82,7 +66,7 @@ class DispatchAdapter final : public IDispatch {
   }
 
  private:
-  ~DispatchAdapter() { --live_objects; }
+  ~DispatchAdapter() override { --live_objects; }
 
   // Numbers are given in the order in which names are first asked for, and stay.
   DISPID id_of(const std::u16string& name) {
@@ -117,7 +101,6 @@ class DispatchAdapter final : public IDispatch {
     if (result != nullptr) *result = variant_of(answer).release();
   }
 
-  std::atomic<ULONG> references_{1};
   ObjectRef object_;
   std::vector<std::u16string> names_;
 };

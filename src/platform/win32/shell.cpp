@@ -24,6 +24,21 @@ class WindowsShell final : public Shell {
     return static_cast<int>(reinterpret_cast<INT_PTR>(result));
   }
 
+  int open_as(std::u16string_view file, std::u16string_view extension) override {
+    const std::wstring name = to_wide(file);
+    const std::wstring file_class = to_wide(extension);
+    SHELLEXECUTEINFOW request{};
+    request.cbSize = sizeof request;
+    // The caller tells of a failure; the system's own box would come on top.
+    request.fMask = SEE_MASK_CLASSNAME | SEE_MASK_FLAG_NO_UI;
+    request.lpVerb = L"open";
+    request.lpFile = name.c_str();
+    request.lpClass = file_class.c_str();
+    request.nShow = SW_SHOWNORMAL;
+    ShellExecuteExW(&request);
+    return static_cast<int>(reinterpret_cast<INT_PTR>(request.hInstApp));
+  }
+
   void start(std::u16string_view command_line) override {
     std::wstring line = to_wide(command_line);  // CreateProcess writes into it
     STARTUPINFOW startup{};

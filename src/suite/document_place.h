@@ -1,0 +1,43 @@
+// Line and column of a document that passes by in pieces.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "common/byte_scan.h"
+
+namespace kavo {
+
+// Lines end with LF, CR or both; a piece may end anywhere.
+class DocumentPlace {
+ public:
+  std::int64_t line() const { return line_; }      // 1-based
+  std::int64_t column() const { return column_; }  // 1-based, in bytes
+
+  void advance(std::string_view bytes) {
+    if (bytes.empty()) return;
+    const char* const end = bytes.data() + bytes.size();
+    const char* line = bytes.data();
+    for (const char* p = bytes.data(); p != end;) {
+      // A line feed right after a return belongs to it.
+      const bool joins = after_return_ && *p == '\n';
+      after_return_ = false;
+      if (!joins) {
+        p = find_any<'\n', '\r'>(p, end);
+        if (p == end) break;
+        ++line_;
+        after_return_ = *p == '\r';
+      }
+      line = ++p;
+      column_ = 1;
+    }
+    column_ += end - line;
+  }
+
+ private:
+  std::int64_t line_ = 1;
+  std::int64_t column_ = 1;
+  bool after_return_ = false;
+};
+
+}  // namespace kavo

@@ -1,0 +1,18 @@
+// K19Subst: the library starts it with a bilingual document, and the user's editor opens.
+#include <exception>
+
+#include "platform/console.h"
+#include "platform/ports.h"
+#include "platform/unicode.h"
+#include "suite/editor_launcher.h"
+
+int main(int argc, char** argv) {
+  using namespace kavo;
+  try {
+    start_editor(editor_request_of(command_line(argc, argv)));
+    return 0;
+  } catch (const std::exception& reason) {
+    ports().desktop->message_box(to_utf16(reason.what()), u"KAVO", MessageIcon::kExclamation);
+    return 1;
+  }
+}

@@ -1,0 +1,76 @@
+// A document in memory on its whole way through a filter and back, for properties that tests and fuzzers share.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "common/tud_names.h"
+#include "platform/ports.h"
+#include "suite/bilingual_document.h"
+#include "suite/conversion.h"
+#include "support/memory_files.h"
+
+namespace kavo::test {
+
+class FilterRoad {
+ public:
+  // `filter` is a tag, `extension` that of its documents, with the point.
+  FilterRoad(std::u16string_view filter, std::u16string_view extension, unsigned code_page)
+      : filter_(filter),
+        document_(u"C:\\work\\a" + std::u16string(extension)),
+        target_(u"C:\\work\\b" + std::u16string(extension)),
+        code_page_(code_page) {
+    ports().files = &files_;
+  }
+
+  // The texts of a document, as coded text.
+  std::vector<std::string> take_apart(std::string_view bytes) {
+    files_.put(document_, bytes);
+    ConversionRequest request;
+    request.document = document_;
+    request.tud = kTud;
+    request.source_language = u"EN-US";
+    request.target_language = u"EN-US";
+    request.source_code_page = code_page_;
+    request.filter = filter_;
+    ProgressEvent progress;
+    convert_document(request, progress);
+    const BilingualDocument document(kTud);
+    coding_ = document.header().target_code_page;
+    std::vector<std::string> texts;
+    for (std::size_t i = 0; i < document.size(); ++i) texts.emplace_back(document.segment(i).source);
+    return texts;
+  }
+  // The code page of the document that was taken apart last, as its target has it.
+  unsigned target_code_page() const { return coding_; }
+
+  // The document that was taken apart last, with these texts; {} for its own.
+  std::string put_together(const std::vector<std::string>& texts) {
+    BilingualDocument document(kTud);
+    for (std::size_t i = 0; i < texts.size(); ++i) document.set_segment(i, texts[i], TranslationStatus::kTranslated, 0);
+    document.save();
+    TargetRequest request;
+    request.target = target_;
+    request.open_tag = kOpenTag;
+    request.skeleton = skeleton_name_of(kTud);
+    document.save_open_tag(request.open_tag);
+    ProgressEvent progress;
+    create_target(request, progress);
+    return files_.get(target_);
+  }
+
+ private:
+  static constexpr const char16_t* kTud = u"C:\\work\\a.tud";
+  static constexpr const char16_t* kOpenTag = u"C:\\work\\a.otf";
+
+  PortsScope scope_;
+  MemoryFiles files_;
+  std::u16string filter_;
+  std::u16string document_;
+  std::u16string target_;
+  unsigned code_page_;
+  unsigned coding_ = 0;
+};
+
+}  // namespace kavo::test

@@ -1,0 +1,58 @@
+// What holds for any bytes on the way through the MIF filter; tests and the fuzzer share it.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "common/block_reader.h"
+#include "platform/failure.h"
+#include "suite/filter_road.h"
+#include "suite/pseudo_translation.h"
+
+namespace kavo::test {
+
+// "" when a document comes back unchanged byte for byte and translated with every text in its place; else what is
+// broken.
+inline std::string broken_mif_property(std::string_view document, unsigned code_page,
+                                       std::size_t* text_count = nullptr) {
+  FilterRoad road(u"K19MIF", u".mif", code_page);
+  std::vector<std::string> texts;
+  try {
+    texts = road.take_apart(document);
+  } catch (const failure&) {
+    return {};  // it says that it is in a coding which nobody has
+  }
+  if (text_count) *text_count = texts.size();
+  if (road.put_together({}) != document) return "the unchanged document differs";
+  const PseudoTranslation pseudo(road.target_code_page());
+  std::vector<std::string> wanted;
+  for (const std::string& text : texts) wanted.push_back(pseudo.of(text));
+  std::string translated;
+  try {
+    translated = road.put_together(wanted);
+  } catch (const failure&) {
+    // A document before version 8 may hold a character that its escapes lack.
+    const bool holds_all = road.target_code_page() == kUtf8CodePage && code_page != kUtf8CodePage;
+    return holds_all ? "a translation was refused" : "";
+  }
+  const std::vector<std::string> found = road.take_apart(translated);
+  for (std::size_t i = 0; i < wanted.size() && i < found.size(); ++i)
+    if (found[i] != wanted[i])
+      return "text " + std::to_string(i + 1) + " is \"" + found[i] + "\" instead of \"" + wanted[i] + "\" in " +
+             translated.substr(0, 2000);
+  if (found.size() != wanted.size())
+    return std::to_string(found.size()) + " texts instead of " + std::to_string(wanted.size());
+  return {};
+}
+
+// For any bytes: the first tells the size of the blocks and the coding, the rest is the document.
+inline std::string broken_mif_filter_property(std::string_view input) {
+  if (input.empty()) return {};
+  const auto choice = static_cast<unsigned char>(input.front());
+  const BlockSizeScope scope(choice / 4 == 0 ? 4096 : choice / 4);
+  constexpr unsigned code_pages[] = {1252, 65001, 932, 1252};
+  return broken_mif_property(input.substr(1), code_pages[choice % 4]);
+}
+
+}  // namespace kavo::test
