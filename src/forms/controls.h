@@ -37,6 +37,8 @@ class TextBox final : public Control, public TextBoxFrame {
   // A box that shows and lets copy, but not type.
   bool Locked() const { return locked_; }
   void Locked(bool locked);
+  // The text is a file's path, in the core's form; a terminal takes and shows it as the system writes paths.
+  bool holds_path = false;
 
   std::int32_t text_length() const override { return static_cast<std::int32_t>(text_.size()); }
   void select(std::int32_t start, std::int32_t length) override;

@@ -1,6 +1,7 @@
 #include "forms/form.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace kavo {
@@ -28,6 +29,15 @@ Control* Form::find_control(std::u16string_view name) const {
   return found == controls_.end() ? nullptr : *found;
 }
 
+void Form::tab_order(std::initializer_list<Control*> controls) {
+  const auto stays_behind = [&](const Control* control) {
+    return std::ranges::find(controls, control) == controls.end();
+  };
+  std::vector<Control*> order(controls);
+  std::ranges::copy_if(controls_, std::back_inserter(order), stays_behind);
+  controls_ = std::move(order);
+}
+
 void Form::show() {
   shown_ = true;
   if (presenter_in_use == nullptr) return close_box();
@@ -38,6 +48,8 @@ void Form::show() {
   } hidden{shown_};
   presenter_in_use->show(*this);
 }
+
+void Form::show_beside() { shown_ = presenter_in_use != nullptr && presenter_in_use->open(*this); }
 
 void Form::hide() {
   shown_ = false;

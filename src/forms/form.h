@@ -3,6 +3,7 @@
 #pragma once
 
 #include <functional>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -37,9 +38,13 @@ class Form : public FormFrame {
   // The inner size, in the units of `Place`; only width and height count.
   const Place& size() const { return size_; }
   void size(std::int32_t width, std::int32_t height);
+  void size(const Place& size) { this->size(size.width, size.height); }
 
   const std::vector<Control*>& controls() const { return controls_; }  // in tab order; not owned
   Control* find_control(std::u16string_view name) const;               // null when there is none
+  // The order of construction is the tab order unless this says another one: these controls first, then the others as
+  // they are. For forms that hold their controls in arrays. Before the form is shown.
+  void tab_order(std::initializer_list<Control*> controls);
 
   Button* default_button = nullptr;  // answers Enter
   Button* cancel_button = nullptr;   // answers Escape and the title bar
@@ -50,6 +55,8 @@ class Form : public FormFrame {
 
   // Shows the form by the presenter in use and returns when it was hidden. It stays loaded.
   void show();
+  // Shows it beside what runs on and returns at once; a presenter that cannot leaves it hidden.
+  void show_beside();
   void hide();
   bool shown() const { return shown_; }
   // The title bar's close box: what the cancel button does, and hidden whatever that did.
@@ -78,6 +85,12 @@ class FormPresenter {
   virtual ~FormPresenter() = default;
   // Shows the form and returns when form.shown() is false. Throws `failure` when it cannot be shown.
   virtual void show(Form& form) = 0;
+  // Shows the form beside what runs on and returns at once: its events come while the program processes messages, the
+  // thread's other windows take no input, and FormView::close() ends it. False when this presenter has no such thing.
+  virtual bool open(Form& form) {
+    static_cast<void>(form);
+    return false;
+  }
 };
 
 // The presenter of the calling thread; null at first: forms are then closed at once, as if by their title bar.

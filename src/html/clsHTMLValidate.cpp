@@ -7,6 +7,7 @@
 #include "common/clsGetTempFileName.h"
 #include "common/clsRetrieveFile.h"
 #include "common/pending_file.h"
+#include "html/frmHTMLOptions.h"
 #include "html/html_repair.h"
 #include "html/utf16_mark.h"
 #include "platform/failure.h"
@@ -40,6 +41,13 @@ void open_temporary(std::optional<PendingFile>& file, const std::u16string& fina
 }
 
 }  // namespace
+
+void clsHTMLValidate::DisplayOptions() {
+  frmHTMLOptions form;
+  form.Tags(Tags());
+  form.show();
+  if (!form.Cancelled()) Tags(form.Tags());
+}
 
 std::int32_t clsHTMLValidate::failed(std::u16string text, std::int32_t number) {
   messages_.push_back({std::move(text), number});

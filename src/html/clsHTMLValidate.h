@@ -31,6 +31,8 @@ class clsHTMLValidate {
   // The table of checked elements as text. Writing throws `failure` 9 for more than 128 entries.
   std::u16string Tags() const { return tags_.text(); }
   void Tags(std::u16string_view value) { tags_.text(value); }
+  // Shows the options dialog modally on the table and takes over what the user confirmed. It is stored nowhere else.
+  void DisplayOptions();
   const std::u16string& Filename() const { return file_name_; }
   void Filename(std::u16string_view value) { file_name_ = value; }
   // Keep the page as it was as `Filename` & ".bak".

@@ -529,7 +529,7 @@ void HtmlRepair::replace(std::uint64_t begin, std::uint64_t end, std::string_vie
   ++repairs_;
 }
 
-TextPlace HtmlRepair::place_of(std::uint64_t position) {
+PagePlace HtmlRepair::place_of(std::uint64_t position) {
   if (position > lines_.fed()) lines_.feed(scanner_.view(lines_.fed(), reader_.bytes_read()));
   return lines_.at(position);
 }
@@ -548,7 +548,7 @@ std::string HtmlRepair::current_tag_name() const {
   return (end ? "</" : "<") + name + ">";
 }
 
-void HtmlRepair::report(std::int32_t number, const TextPlace& place, std::string_view name, std::string_view other) {
+void HtmlRepair::report(std::int32_t number, const PagePlace& place, std::string_view name, std::string_view other) {
   if (messages_.size() >= kMostMessages) {
     ++untold_;
     return;

@@ -68,11 +68,11 @@ class HtmlRepair final : private TreeObserver, private ScannerListener {
   void insert(std::string_view text);
   void replace(std::uint64_t begin, std::uint64_t end, std::string_view text);
   void copy_until(std::uint64_t position);
-  TextPlace place_of(std::uint64_t position);
+  PagePlace place_of(std::uint64_t position);
 
   std::string name_of_element(const OpenElement& element) const;
   std::string current_tag_name() const;
-  void report(std::int32_t number, const TextPlace& place, std::string_view name, std::string_view other = {});
+  void report(std::int32_t number, const PagePlace& place, std::string_view name, std::string_view other = {});
 
   BlockReader& reader_;
   const TagTable& table_;

@@ -30,7 +30,7 @@ struct ElementFacts {
   Tag tag = Tag::kOther;
   bool repairable = false;   // its opening text is kept whole and holds no server code
   std::int16_t listed = -1;  // entry of the tag table
-  TextPlace place;
+  PagePlace place;
 };
 
 struct StartTag : ElementFacts {

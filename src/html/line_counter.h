@@ -11,7 +11,7 @@
 
 namespace kavo {
 
-struct TextPlace {
+struct PagePlace {
   std::int64_t line = 0;
   std::int64_t column = 0;
 };
@@ -41,7 +41,7 @@ class LineCounter {
   }
 
   // Of the byte at `position`, which is not beyond fed() and not before any asked for earlier.
-  TextPlace at(std::uint64_t position) {
+  PagePlace at(std::uint64_t position) {
     for (; next_ != starts_.size() && starts_[next_] <= position; ++next_) {
       line_begin_ = starts_[next_];
       ++line_;

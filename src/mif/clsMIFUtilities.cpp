@@ -4,7 +4,9 @@
 
 #include "common/clsCommon.h"
 #include "common/clsGetTempFileName.h"
+#include "common/leading_number.h"
 #include "common/program_settings.h"
+#include "mif/frmMIFOptions.h"
 #include "mif/mif_messages.h"
 #include "platform/ports.h"
 #include "resources/string_table.h"
@@ -18,15 +20,8 @@ constexpr std::u16string_view kDefaultMarkers = u"Index\t";
 
 // The decimal number that a setting begins with; 0 when it begins with none or with one that does not fit.
 std::int16_t number_of(std::u16string_view text) {
-  std::int32_t number = 0;
-  const bool negative = text.starts_with(u'-');
-  if (negative) text.remove_prefix(1);
-  for (const char16_t digit : text) {
-    if (digit < u'0' || digit > u'9') break;
-    number = number * 10 + (digit - u'0');
-    if (number > INT16_MAX) return 0;
-  }
-  return static_cast<std::int16_t>(negative ? -number : number);
+  const std::int32_t number = leading_number(text);
+  return number < -INT16_MAX || number > INT16_MAX ? std::int16_t{0} : static_cast<std::int16_t>(number);
 }
 
 std::u16string text_of(std::int16_t number) {
@@ -50,6 +45,18 @@ clsMIFUtilities::~clsMIFUtilities() {
   } catch (const failure&) {
     // Nobody is left to be told.
   }
+}
+
+void clsMIFUtilities::DisplayOptions() {
+  frmMIFOptions form;
+  form.SplitOptions(split_options_);
+  form.ProcessObjects(process_objects_);
+  form.Markers(markers_);
+  form.show();
+  if (form.Cancelled()) return;
+  split_options_ = form.SplitOptions();
+  process_objects_ = form.ProcessObjects();
+  markers_ = form.Markers();
 }
 
 void clsMIFUtilities::StartBatch() {

@@ -66,6 +66,9 @@ class clsMIFUtilities {
   void SplitOptions(std::int16_t value) { split_options_ = value; }
   bool ProcessObjects() const { return process_objects_; }  // whether callers should remove embedded objects
   void ProcessObjects(bool value) { process_objects_ = value; }
+  // Shows the options dialog modally and takes over what the user confirmed. The user's settings change when the object
+  // is destroyed.
+  void DisplayOptions();
   // From here on the options are this object's alone: destruction does not save them.
   void options_are_temporary() { save_options_ = false; }
 

@@ -5,6 +5,13 @@
 #include "common/byte_scan.h"
 
 namespace kavo {
+namespace {
+
+std::size_t terminator_length(const char* p, const char* end) {
+  return end - p >= 2 && is_line_end(p[1]) && p[1] != *p ? 2 : 1;
+}
+
+}  // namespace
 
 bool LinePieces::next(LinePiece& piece) {
   reader_.consume(handed_out_);
@@ -22,9 +29,8 @@ bool LinePieces::next(LinePiece& piece) {
         more();
         continue;
       }
-      const bool is_pair = end - stop >= 2 && (stop[1] == '\r' || stop[1] == '\n') && stop[1] != *stop;
       piece.text = window.substr(0, plain);
-      piece.terminator = window.substr(plain, is_pair ? 2 : 1);
+      piece.terminator = window.substr(plain, terminator_length(stop, end));
       piece.ends = true;
       break;
     }
@@ -54,6 +60,26 @@ void LinePieces::seek(std::uint64_t line_start) {
 
 void LinePieces::more() {
   if (reader_.more() && progress_ != nullptr) progress_->report(reader_.percent());
+}
+
+std::int64_t write_lines(PendingFile& file, std::string_view lines) {
+  const auto between = [](const char* p, const char* stop) {
+    return std::string_view(p, static_cast<std::size_t>(stop - p));
+  };
+  const char* const end = lines.data() + lines.size();
+  const char* kept = lines.data();  // from here on everything goes out as it is
+  std::int64_t count = 0;
+  for (const char* p = kept; p != end; ++count) {
+    const char* const stop = find_any<'\r', '\n'>(p, end);
+    const std::size_t length = terminator_length(stop, end);
+    p = stop + length;
+    if (length == 2 && *stop == '\r') continue;
+    file.write(between(kept, stop));
+    file.write("\r\n");
+    kept = p;
+  }
+  file.write(between(kept, end));
+  return count;
 }
 
 }  // namespace kavo

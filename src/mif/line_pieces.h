@@ -1,5 +1,6 @@
 // A file line by line as bytes, in bounded memory: a line is handed out whole unless it is longer than kWholeLine,
-// and then in pieces. CR LF, LF CR, CR and LF each end a line, wherever a block ends.
+// and then in pieces. CR LF, LF CR, CR and LF each end a line, wherever a block ends. Most lines need no look of their
+// own: lines_before() hands out many of them at once.
 #pragma once
 
 #include <cstddef>
@@ -7,6 +8,7 @@
 #include <string_view>
 
 #include "common/block_reader.h"
+#include "common/pending_file.h"
 #include "common/progress_event.h"
 
 namespace kavo {
@@ -31,6 +33,10 @@ class LinePieces {
 
   // False at the end of the file.
   bool next(LinePiece& piece);
+  // The whole lines that are at hand in front of the one with the place that `find_stop(begin, end)` answers (`end` for
+  // none), with their terminators. Empty when there are none, also in the middle of a line: next() then goes on.
+  template <class FindStop>
+  std::string_view lines_before(FindStop find_stop);
   // Position of the first byte that was not handed out.
   std::uint64_t position() const { return reader_.position() + handed_out_; }
   void seek(std::uint64_t line_start);
@@ -43,5 +49,27 @@ class LinePieces {
   std::size_t handed_out_ = 0;  // bytes of the window that the last piece took
   bool in_line_ = false;        // that piece did not end its line
 };
+
+inline bool is_line_end(char c) { return c == '\r' || c == '\n'; }
+
+// Writes lines that all have their terminators, with CR LF instead; answers how many they are. Throws `failure`.
+std::int64_t write_lines(PendingFile& file, std::string_view lines);
+
+template <class FindStop>
+std::string_view LinePieces::lines_before(FindStop find_stop) {
+  if (in_line_) return {};
+  reader_.consume(handed_out_);
+  handed_out_ = 0;
+  const std::string_view window = reader_.window();
+  if (window.empty()) return {};
+  const char* const begin = window.data();
+  const char* const end = begin + window.size();
+  const char* stop = find_stop(begin, end);
+  // The other half of a terminator at the very end may follow.
+  if (stop == end && !reader_.exhausted()) --stop;
+  while (stop != begin && (!is_line_end(stop[-1]) || (stop != end && is_line_end(*stop)))) --stop;
+  handed_out_ = static_cast<std::size_t>(stop - begin);
+  return window.substr(0, handed_out_);
+}
 
 }  // namespace kavo

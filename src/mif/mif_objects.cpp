@@ -30,19 +30,18 @@ void write_piece(PendingFile& file, const LinePiece& piece) {
   if (!piece.terminator.empty()) file.write(kLineEnd);
 }
 
-bool holds_objects(std::u16string_view path, ProgressEvent& progress) {
+// Whether `is_wanted` holds for a piece of the file that is not plain text.
+template <class IsWanted>
+bool holds(std::u16string_view path, ProgressEvent& progress, IsWanted is_wanted) {
   LinePieces lines(path, &progress);
-  for (LinePiece piece; lines.next(piece);)
-    if (begins_object(piece) || find_placeholder(piece.text)) return true;
-  return false;
+  for (LinePiece piece;;) {
+    if (!lines.lines_before(find_special).empty()) continue;
+    if (!lines.next(piece)) return false;
+    if (is_wanted(piece)) return true;
+  }
 }
 
-bool holds_placeholders(std::u16string_view path, ProgressEvent& progress) {
-  LinePieces lines(path, &progress);
-  for (LinePiece piece; lines.next(piece);)
-    if (find_placeholder(piece.text)) return true;
-  return false;
-}
+bool holds_placeholder(const LinePiece& piece) { return find_placeholder(piece.text).has_value(); }
 
 // What came of dividing a file into text and objects.
 struct Division {
@@ -57,11 +56,16 @@ Division divide(std::u16string_view path, ProgressEvent& progress, PendingFile& 
   std::int64_t line = 0;
   bool in_object = false;
   bool closing = false;  // in the last line of an object
-  for (LinePiece piece; lines.next(piece);) {
+  for (LinePiece piece;;) {
+    if (const auto plain = lines.lines_before(find_special); !plain.empty()) {
+      line += write_lines(in_object ? objects : mif, plain);
+      continue;
+    }
+    if (!lines.next(piece)) break;
     if (piece.begins) ++line;
     // Placeholders of an earlier removal: a second set of the same numbers could not be told apart from them. And an
     // object's own line that begins as they do would end it on its way back.
-    if (find_placeholder(piece.text) || (in_object && piece.begins && piece.text.starts_with(kPlaceholderStart)))
+    if (holds_placeholder(piece) || (in_object && piece.begins && piece.text.starts_with(kPlaceholderStart)))
       return {result.objects, kHoldsPlaceholders, line};
     if (!in_object && begins_object(piece)) {
       const std::string placeholder = placeholder_of(++result.objects);
@@ -93,7 +97,12 @@ class ObjectInserter {
   ObjectInserter(MifObjectFile& objects, PendingFile& output) : objects_(objects), output_(output) {}
 
   void run(LinePieces& lines) {
-    for (LinePiece piece; lines.next(piece);) {
+    for (LinePiece piece;;) {
+      if (const auto plain = lines.lines_before(find_special); !plain.empty()) {
+        write_lines(output_, plain);
+        continue;
+      }
+      if (!lines.next(piece)) break;
       std::string_view rest = piece.text;
       while (const auto placeholder = find_placeholder(rest)) {
         write_text(rest.substr(0, placeholder->begin));
@@ -163,7 +172,8 @@ std::int16_t clsMIFUtilities::RemoveObjects() {
       return 1;
     }
     progress_.restart();
-    const bool has_objects = holds_objects(mif_file_, progress_);
+    const bool has_objects = holds(
+        mif_file_, progress_, [](const LinePiece& piece) { return begins_object(piece) || holds_placeholder(piece); });
     step = kCannotWriteObjects;
     PendingFile objects(object_file_);
     std::unique_ptr<PendingFile> output;
@@ -199,7 +209,7 @@ std::int16_t clsMIFUtilities::InsertObjects() {
   std::int32_t step = kCannotReadMifFile;
   try {
     progress_.restart();
-    const bool has_placeholders = holds_placeholders(mif_file_, progress_);
+    const bool has_placeholders = holds(mif_file_, progress_, holds_placeholder);
     step = kCannotReadObjects;
     MifObjectFile objects(object_file_);
     if (!has_placeholders) return 0;

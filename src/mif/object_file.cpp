@@ -37,6 +37,14 @@ std::optional<Placeholder> find_placeholder(std::string_view text) {
   return std::nullopt;
 }
 
+const char* find_special(const char* begin, const char* end) {
+  // Neither byte is frequent in a document or in facet data.
+  const char* p = find_any<'=', 'K'>(begin, end);
+  while (p != end && !(*p == '=' ? p == begin || is_line_end(p[-1]) : p != begin && p[-1] == '<'))
+    p = find_any<'=', 'K'>(p + 1, end);
+  return p;
+}
+
 bool MifObjectFile::find(std::string_view placeholder) {
   const std::uint64_t position = lines_.position();
   if (next_line_holds(placeholder)) return true;
@@ -82,7 +90,12 @@ void MifObjectFile::build_index() {
 
 void MifObjectFile::copy_object(PendingFile& output) {
   bool is_end = false;
-  for (LinePiece piece; lines_.next(piece);) {
+  for (LinePiece piece;;) {
+    if (const auto plain = lines_.lines_before(find_special); !plain.empty()) {
+      write_lines(output, plain);
+      continue;
+    }
+    if (!lines_.next(piece)) break;
     if (piece.begins) {
       if (piece.text.starts_with(kPlaceholderStart)) {
         skip_line(piece);

@@ -26,6 +26,10 @@ struct Placeholder {
 };
 std::optional<Placeholder> find_placeholder(std::string_view text);
 
+// For LinePieces::lines_before(): the first place where a line may be more than plain text, because "=" begins it or
+// because it may hold a placeholder. [begin, end) begins with a line.
+const char* find_special(const char* begin, const char* end);
+
 class MifObjectFile {
  public:
   // Throws `failure` when the file cannot be opened, as all operations do when it cannot be read.

@@ -15,6 +15,7 @@ struct Row {
 
 constexpr auto kCommon = StringSection::kCommon;
 constexpr auto kMoveFile = StringSection::kMoveFile;
+constexpr auto kExcelOptions = StringSection::kExcelOptions;
 constexpr auto kHTMLValidate = StringSection::kHTMLValidate;
 
 // In order of section and number: looked up by binary search.
@@ -30,6 +31,7 @@ constexpr Row kRows[] = {
     {kCommon, 508, u"<none>"},
     {kCommon, 2000, u"Language"},
     {kCommon, 2001, u"Character set"},
+    {kCommon, 2002, u"Language variant"},
     {kCommon, 3000, u"More >>"},
     {kCommon, 3001, u"<< Less"},
     {kCommon, 3002, u"OK"},
@@ -70,6 +72,19 @@ constexpr Row kRows[] = {
     {kCommon, 4008, u"Options..."},
     {kCommon, 4009, u"OK"},
     {kCommon, 4010, u"Cancel"},
+    {kCommon, 4011, u"&Browse..."},
+    {kCommon, 4012, u"Ch&ange..."},
+    {kCommon, 4013, u"Chan&ge..."},
+    {kCommon, 4014, u"Start &editor"},
+    {kCommon, 4015, u"Unrecognised file type"},
+    {kCommon, 4020, u"Nothing was prepared, because the type of this file is not known"},
+    {kCommon, 4021, u"Please choose a file of one of the kinds that the file dialog lists."},
+    {kCommon, 4022, u"This document could not be prepared for translation"},
+    {kCommon, 4023, u"Please make sure that it is whole and not open in another program, and start again."},
+    {kCommon, 4024, u"No bilingual document could be made of this file"},
+    {kCommon, 4025, u"The translation editor could not be started"},
+    {kCommon, 4026, u"Please open the bilingual document in the editor yourself."},
+    {kCommon, 4030, u"Preparing for translation"},
     {kCommon, 5000, u"HTML Options"},
     {kCommon, 5001, u"Recognized tags"},
     {kCommon, 5002, u"&Add"},
@@ -78,6 +93,8 @@ constexpr Row kRows[] = {
     {kCommon, 5005, u"&Overlap allowed"},
     {kCommon, 5006, u"OK"},
     {kCommon, 5007, u"Cancel"},
+    {kCommon, 5008, u"New tag"},
+    {kCommon, 5009, u"The list is full: no more than 128 tags can be checked."},
     {kCommon, 6000, u"MIF Options"},
     {kCommon, 6001, u"Index entry splitting"},
     {kCommon, 6002, u"Don't split"},
@@ -86,9 +103,23 @@ constexpr Row kRows[] = {
     {kCommon, 6005, u"Remove embedded &objects from files"},
     {kCommon, 6006, u"Marker types"},
     {kCommon, 6007, u"&Default"},
+    {kCommon, 6008, u"New marker type"},
     {kMoveFile, 3003, u"The old file could not be replaced: "},
     {kMoveFile, 3004, u"The file could not be copied: "},
     {kMoveFile, 3005, u"The file could not be removed: "},
+    {kExcelOptions, 5000, u"Excel Options"},
+    {kExcelOptions, 5001, u"Order of the cells"},
+    {kExcelOptions, 5002, u"&Row by row"},
+    {kExcelOptions, 5003, u"&Column by column"},
+    {kExcelOptions, 5004, u"OK"},
+    {kExcelOptions, 5005, u"Cancel"},
+    {kExcelOptions, 5006, u"Export &hidden content"},
+    {kExcelOptions, 5007, u"Export &formulas"},
+    {kExcelOptions, 5008, u"&Ungroup objects before the export"},
+    {kExcelOptions, 5009,
+     u"Objects are taken out of their groups in the workbook itself, and the translated workbook "
+     u"comes back without the groups."},
+    {kExcelOptions, 5010, u"&Blank cells to step over:"},
     // 3008 to 3019: %1% element, %2% line, %3% column, %4% the tag or element that it meets.
     {kHTMLValidate, 3001, u"The file could not be opened: "},
     {kHTMLValidate, 3006, u"HTML validation of "},
@@ -99,13 +130,16 @@ constexpr Row kRows[] = {
     {kHTMLValidate, 3011, u"Line %2%, column %3%: a \"%1%\" outside any tag was written as \"&gt;\""},
     {kHTMLValidate, 3012, u"Line %2%, column %3%: %1% was closed early and was opened again where its text goes on"},
     {kHTMLValidate, 3013, u"Line %2%, column %3%: %1% ends at %4% and was closed there"},
-    {kHTMLValidate, 3014, u"Line %2%, column %3%: the closing tag of %1% matches no open element and was left as it is"},
+    {kHTMLValidate, 3014,
+     u"Line %2%, column %3%: the closing tag of %1% matches no open element and was left as it is"},
     {kHTMLValidate, 3015, u"Line %2%, column %3%: the paragraph %1% ends at %4% and was closed there"},
     {kHTMLValidate, 3016, u"Line %2%, column %3%: %1% was never closed and was closed at the end of the page"},
-    {kHTMLValidate, 3017, u"Line %2%, column %3%: %1% ends inside %4%, which began in it; both were left as they are, "
-                          u"because no closing tag can say what a browser makes of it"},
-    {kHTMLValidate, 3018, u"Line %2%, column %3%: %1% is open at %4% and was left as it is, because a closing tag there "
-                          u"would change the page"},
+    {kHTMLValidate, 3017,
+     u"Line %2%, column %3%: %1% ends inside %4%, which began in it; both were left as they are, "
+     u"because no closing tag can say what a browser makes of it"},
+    {kHTMLValidate, 3018,
+     u"Line %2%, column %3%: %1% is open at %4% and was left as it is, because a closing tag there "
+     u"would change the page"},
     {kHTMLValidate, 3019, u"Line %2%, column %3%: %1% could not be repaired; the page may look different there"},
 };
 

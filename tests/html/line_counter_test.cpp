@@ -10,9 +10,9 @@ namespace kavo::test {
 namespace {
 
 // The literal reading: one byte after the other.
-std::vector<TextPlace> places(std::string_view text) {
-  std::vector<TextPlace> all;
-  TextPlace place{1, 1};
+std::vector<PagePlace> places(std::string_view text) {
+  std::vector<PagePlace> all;
+  PagePlace place{1, 1};
   char first = 0;
   for (const char c : text) {
     all.push_back(place);
@@ -36,7 +36,7 @@ TEST(LineCounterTest, PlacesAreThoseOfALiteralReadingHoweverTheTextIsFed) {
   for (int round = 0; round < 300; ++round) {
     std::string text;
     for (int i = 0; i < 90; ++i) text += "ab\n\r\n"[random() % 5];
-    const std::vector<TextPlace> expected = places(text);
+    const std::vector<PagePlace> expected = places(text);
     for (const std::size_t block : {1u, 2u, 7u, 64u, 1000u}) {
       LineCounter counter;
       for (std::size_t i = 0; i < text.size(); ++i) {
@@ -44,7 +44,7 @@ TEST(LineCounterTest, PlacesAreThoseOfALiteralReadingHoweverTheTextIsFed) {
         const bool inside_line_end =
             expected[i].column == 1 && expected[i + 1].column == 1 && expected[i].line == expected[i + 1].line;
         if (inside_line_end || random() % 3 == 0) continue;  // no token begins between CR and LF
-        const TextPlace place = counter.at(i);
+        const PagePlace place = counter.at(i);
         ASSERT_EQ(place.line, expected[i].line) << "at " << i << ", block " << block;
         ASSERT_EQ(place.column, expected[i].column) << "at " << i << ", block " << block;
       }

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <utility>
 #include <vector>
@@ -72,6 +73,55 @@ TEST_F(LinePiecesTest, AShortTagIsNeverCut) {
     bool found = false;
     for (LinePiece piece; pieces.next(piece);) found = found || piece.text.find(tag) != std::string_view::npos;
     EXPECT_TRUE(found) << before;
+  }
+}
+
+// The lines in front of those that hold a "K", in whatever runs they come, with the lines themselves marked.
+TEST_F(LinePiecesTest, LinesBeforeAPlaceAreWholeWhereverABlockEnds) {
+  struct Case {
+    std::string_view text;
+    std::string_view expected;
+  };
+  const Case cases[] = {
+      {"", ""},
+      {"a", "[a]"},
+      {"a\r\nb\r\nxKx\r\nc\r\n", "a|b|[xKx]c|"},
+      {"a\nb\n", "a|b|"},
+      {"a\n\rb\n\n\r\n\rKK", "a|b|||[KK]"},
+      {"a\r\r\nb", "a||[b]"},
+      {"\r\n\r\nK", "||[K]"},
+      {"K\na\n", "[K]a|"},
+  };
+  for (const Case& test : cases) {
+    const auto run = [&](std::size_t block_size) {
+      files.put(u"C:\\x", test.text);
+      BlockSizeScope blocks(block_size);
+      LinePieces pieces(u"C:\\x", nullptr);
+      PendingFile output(u"C:\\y");
+      std::uint64_t position = 0;
+      for (LinePiece piece;;) {
+        const std::string_view plain =
+            pieces.lines_before([](const char* p, const char* end) { return std::find(p, end, 'K'); });
+        EXPECT_TRUE(plain.empty() || is_line_end(plain.back()));
+        EXPECT_EQ(plain.find('K'), std::string_view::npos);
+        write_lines(output, plain);
+        EXPECT_EQ(pieces.position(), position += plain.size());
+        if (!plain.empty()) continue;
+        if (!pieces.next(piece)) break;
+        EXPECT_TRUE(piece.begins && piece.ends);
+        // How many lines come one by one depends on the blocks, so only those that must are marked.
+        const bool marked = piece.terminator.empty() || piece.text.find('K') != std::string_view::npos;
+        output.write(marked ? "[" : "");
+        output.write(piece.text);
+        output.write(marked ? "]" : "\r\n");
+        position += piece.text.size() + piece.terminator.size();
+      }
+      output.commit();
+      std::string result = files.get(u"C:\\y");
+      for (std::size_t at = 0; (at = result.find("\r\n", at)) != std::string::npos;) result.replace(at, 2, "|");
+      return result;
+    };
+    EXPECT_EQ(same_for_every_block_size(test.text.size(), run), test.expected);
   }
 }
 

@@ -1,0 +1,36 @@
+#include "forms/list_editing.h"
+
+#include <algorithm>
+
+#include "common/clsCommon.h"
+#include "common/trimmed.h"
+
+namespace kavo {
+
+bool add_typed_name(ItemControl& list, std::u16string_view name, TextBox& box) {
+  if (name.empty()) return false;
+  const bool is_new = list.find(name) < 0;
+  if (is_new) {
+    list.AddItem(name);
+    box.Text(u"");
+  }
+  box.SetFocus();
+  if (!is_new) clsCommon().HighLight(box);
+  return is_new;
+}
+
+void remove_selected(ItemControl& list) {
+  const std::int32_t index = list.ListIndex();
+  if (index < 0) return;
+  list.RemoveItem(index);
+  list.ListIndex(std::min(index, list.ListCount() - 1));
+}
+
+std::u16string typed_name(std::u16string_view text, std::u16string_view separators) {
+  std::u16string name;
+  for (const char16_t c : text)
+    if (separators.find(c) == std::u16string_view::npos) name += c;
+  return std::u16string(trimmed(name));
+}
+
+}  // namespace kavo

@@ -1,0 +1,67 @@
+#include "mif/frmMIFOptions.h"
+
+#include "forms/list_editing.h"
+#include "resources/string_table.h"
+
+namespace kavo {
+namespace {
+
+constexpr std::u16string_view kDefaultMarkers = u"Index\t";
+constexpr std::u16string_view kMarkerEnd = u"\t";
+
+}  // namespace
+
+frmMIFOptions::frmMIFOptions()
+    : QuestionForm(u"frmMIFOptions"),
+      fraSplit(*this, u"fraSplit", dialog_units(7, 7, 196, 34)),
+      cmbSplit(*this, u"cmbSplit", dialog_units(14, 19, 182, 14)),
+      chkProcessObjects(*this, u"chkProcessObjects", dialog_units(7, 48, 196, 10)),
+      fraMarkers(*this, u"fraMarkers", dialog_units(7, 65, 196, 102)),
+      txtMarker(*this, u"txtMarker", dialog_units(14, 77, 128, 14)),
+      cmdAdd(*this, u"cmdAdd", dialog_units(146, 77, 50, 14)),
+      lstMarkers(*this, u"lstMarkers", dialog_units(14, 95, 128, 65)),
+      cmdRemove(*this, u"cmdRemove", dialog_units(146, 95, 50, 14)),
+      cmdClear(*this, u"cmdClear", dialog_units(146, 113, 50, 14)),
+      cmdDefault(*this, u"cmdDefault", dialog_units(146, 131, 50, 14)),
+      cmdOK(*this, u"cmdOK", dialog_units(99, 174, 50, 14)),
+      cmdCancel(*this, u"cmdCancel", dialog_units(153, 174, 50, 14)) {
+  size(dialog_units(0, 0, 210, 195));
+  set_captions();
+  for (const std::int32_t split : {6002, 6003, 6004}) cmbSplit.AddItem(string_resource(split));
+
+  cmdAdd.on_click = [this] { add_typed_name(lstMarkers, typed_name(txtMarker.Text(), kMarkerEnd), txtMarker); };
+  cmdRemove.on_click = [this] { remove_selected(lstMarkers); };
+  cmdClear.on_click = [this] { lstMarkers.Clear(); };
+  cmdDefault.on_click = [this] { Markers(kDefaultMarkers); };
+  ends_by(cmdOK, cmdCancel);
+}
+
+void frmMIFOptions::set_captions() {
+  Caption(string_resource(6000));
+  fraSplit.Caption(string_resource(6001));
+  cmbSplit.Caption(string_resource(6001));
+  chkProcessObjects.Caption(string_resource(6005));
+  fraMarkers.Caption(string_resource(6006));
+  txtMarker.Caption(string_resource(6008));
+  cmdAdd.Caption(string_resource(5002));
+  lstMarkers.Caption(string_resource(6006));
+  cmdRemove.Caption(string_resource(5003));
+  cmdClear.Caption(string_resource(5004));
+  cmdDefault.Caption(string_resource(6007));
+  cmdOK.Caption(string_resource(5006));
+  cmdCancel.Caption(string_resource(5007));
+}
+
+std::u16string frmMIFOptions::Markers() const {
+  std::u16string markers;
+  for (const ListItem& item : lstMarkers.items()) (markers += item.text) += kMarkerEnd;
+  return markers;
+}
+
+void frmMIFOptions::Markers(std::u16string_view value) {
+  lstMarkers.Clear();
+  for (std::size_t end; (end = value.find(kMarkerEnd)) != std::u16string_view::npos; value.remove_prefix(end + 1))
+    lstMarkers.AddItem(value.substr(0, end));
+}
+
+}  // namespace kavo

@@ -1,0 +1,50 @@
+#include "ui/frmProgress.h"
+
+#include <string>
+
+#include "common/clsCommon.h"
+#include "platform/desktop.h"
+#include "platform/failure.h"
+#include "platform/unicode.h"
+#include "resources/string_table.h"
+
+namespace kavo {
+namespace {
+
+constexpr std::size_t kLongestName = 50;  // characters that the label holds on one line
+
+}  // namespace
+
+frmProgress::frmProgress()
+    : Form(u"frmProgress"),
+      lblFile(*this, u"lblFile", dialog_units(7, 7, 246, 8)),
+      lblPercent(*this, u"lblPercent", dialog_units(7, 19, 246, 8)),
+      cmdCancel(*this, u"cmdCancel", dialog_units(203, 34, 50, 14)) {
+  size(dialog_units(0, 0, 260, 55));
+  Caption(string_resource(4030));
+  cmdCancel.Caption(string_resource(4010));
+  cancel_button = &cmdCancel;
+  cmdCancel.on_click = [this] {
+    if (cancelled_) return;
+    cancelled_ = true;
+    request_interrupt();
+  };
+}
+
+frmProgress::~frmProgress() {
+  if (shown()) hide();
+  if (!cancelled_) return;
+  try {
+    throw_if_interrupted();
+  } catch (const failure&) {
+    // The wish.
+  }
+}
+
+void frmProgress::report(std::u16string_view file, int percent) {
+  // A "&" of the name is no access key.
+  lblFile.Caption(clsCommon().SandR(clsCommon().SetCaption(file, kLongestName), u"&", u"&&"));
+  lblPercent.Caption(to_utf16(std::to_string(percent) + " %"));
+}
+
+}  // namespace kavo

@@ -1,0 +1,12 @@
+// What shows forms to a person on this system: windows on Windows, questions in the terminal elsewhere.
+#pragma once
+
+#include "forms/form.h"
+
+namespace kavo {
+
+// One per process; it keeps nothing between two forms, so that any thread may show forms by it. On Windows show()
+// throws `failure` with the system's number when no window can be made.
+FormPresenter& system_presenter();
+
+}  // namespace kavo

@@ -1,0 +1,27 @@
+// Shows forms as questions, line by line: over a remote shell, in a pipe, for a screen reader.
+//
+// The questions follow the tab order; an empty line goes on to the next one, and at the default button it presses that.
+// The end of the input counts as Cancel. Nothing is drawn, so that nothing has to be drawn anew.
+#pragma once
+
+#include <ostream>
+
+#include "forms/form.h"
+#include "ui/terminal/terminal_input.h"
+
+namespace kavo {
+
+class TerminalPresenter final : public FormPresenter {
+ public:
+  // `input` is an open file descriptor; neither is owned.
+  TerminalPresenter(int input, std::ostream& output) : input_(input), output_(output) {}
+  // File dialogs of the form's handlers are asked in the terminal too. Throws what a handler throws, and `failure` 18
+  // when the user interrupts.
+  void show(Form& form) override;
+
+ private:
+  TerminalInput input_;
+  std::ostream& output_;
+};
+
+}  // namespace kavo
