@@ -2,6 +2,7 @@
 #include <exception>
 
 #include "cli/command.h"
+#include "cli/office_programs.h"
 #include "platform/automation.h"
 #include "platform/console.h"
 #include "suite/suite.h"
@@ -12,6 +13,7 @@ int main(int argc, char** argv) {
     kavo::interrupt_on_control_c();
     const kavo::AutomationSession session;
     kavo::register_suite_factories();
+    const kavo::OfficePrograms office_programs;
     const int code = kavo::run_command(kavo::command_line(argc, argv));
     if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return code;
     std::fputs("kavo: standard output cannot be written\n", stderr);

@@ -6,23 +6,33 @@
 #include "office/clsDOC2RTF.h"
 #include "office/clsPPTUtil.h"
 #include "office/clsXLSUtil.h"
+#include "platform/ports.h"
 
 namespace kavo {
 namespace {
 
-// The classes answer 0 or 1 and nothing else; what can be known without the program is told apart here.
+// Why a conversion failed, as far as it can be told: the classes answer 0 or 1 and keep the errors of their calls.
+std::u16string reason_of(const std::u16string& file, const error_state& errors, std::u16string_view program) {
+  if (!clsCommon().FileExists(file)) return u"File not found";
+  try {
+    ports().automation->create(program);
+  } catch (const failure& reason) {
+    return reason.description();
+  }
+  if (errors.number() != 0) return errors.first_description();
+  return std::u16string(program) + u" refused the file";
+}
+
 Outcome outcome_of(std::int32_t result, const std::u16string& file, const std::u16string& produced,
-                   std::u16string_view program) {
+                   const error_state& errors, std::u16string_view program) {
   Outcome outcome;
   outcome.result = result;
   if (result == 0) {
     outcome.produced = {{produced, FileTypeOf(produced)}};
-    return outcome;
+  } else {
+    outcome.ending = Outcome::kFailed;
+    outcome.messages = {{reason_of(file, errors, program)}};
   }
-  outcome.ending = Outcome::kFailed;
-  outcome.messages = {{clsCommon().FileExists(file)
-                           ? std::u16string(program) + u" could not be reached, or it refused the file"
-                           : u"File not found"}};
   return outcome;
 }
 
@@ -44,7 +54,7 @@ class WordToRtf final : public WordVerb {
     converter_.DOCFile(file);
     converter_.RTFFile(u"");
     const std::int32_t result = converter_.DOC2RTF();
-    return outcome_of(result, file, converter_.RTFFile(), u"Word.Application");
+    return outcome_of(result, file, converter_.RTFFile(), converter_.errors(), u"Word.Application");
   }
 };
 
@@ -54,7 +64,7 @@ class WordToDoc final : public WordVerb {
     converter_.RTFFile(file);
     converter_.DOCFile(u"");
     const std::int32_t result = converter_.RTF2DOC();
-    return outcome_of(result, file, converter_.DOCFile(), u"Word.Application");
+    return outcome_of(result, file, converter_.DOCFile(), converter_.errors(), u"Word.Application");
   }
 };
 
@@ -63,7 +73,7 @@ class PresentationToXml final : public Verb {
   Outcome run(const std::u16string& file, const ProgressEvent::Handler&) override {
     converter_.PPTFile(file);
     const std::int32_t result = converter_.PPT2XML();
-    return outcome_of(result, file, converter_.XMLFile(), u"PowerPoint.Application");
+    return outcome_of(result, file, converter_.XMLFile(), converter_.errors(), u"PowerPoint.Application");
   }
 
  private:
@@ -75,7 +85,7 @@ class XmlToPresentation final : public Verb {
   Outcome run(const std::u16string& file, const ProgressEvent::Handler&) override {
     converter_.XMLFile(file);
     const std::int32_t result = converter_.XML2PPT();
-    return outcome_of(result, file, converter_.PPTFile(), u"PowerPoint.Application");
+    return outcome_of(result, file, converter_.PPTFile(), converter_.errors(), u"PowerPoint.Application");
   }
 
  private:
@@ -87,7 +97,7 @@ class WorkbookToXml final : public Verb {
   Outcome run(const std::u16string& file, const ProgressEvent::Handler&) override {
     converter_.XLSFile(file);
     const std::int32_t result = converter_.XLS2XML();
-    return outcome_of(result, file, converter_.XMLFile(), u"Excel.Application");
+    return outcome_of(result, file, converter_.XMLFile(), converter_.errors(), u"Excel.Application");
   }
 
  private:
@@ -99,7 +109,7 @@ class XmlToWorkbook final : public Verb {
   Outcome run(const std::u16string& file, const ProgressEvent::Handler&) override {
     converter_.XMLFile(file);
     const std::int32_t result = converter_.XML2XLS();
-    return outcome_of(result, file, converter_.XLSFile(), u"Excel.Application");
+    return outcome_of(result, file, converter_.XLSFile(), converter_.errors(), u"Excel.Application");
   }
 
  private:

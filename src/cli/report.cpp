@@ -30,22 +30,25 @@ std::string readable(const Message& message, const std::string& file) {
   return name + to_utf8(clsCommon().SandR(text, u"\r\n", u": "));
 }
 
-// "page.htm:12:5: what was done". Texts that tell their place themselves do not tell it twice.
+// "page.htm:12:5: what was done"
 std::string with_place(const std::string& file, const Message& message) {
-  std::string text = readable(message, file);
   std::string place = file;
-  if (message.line > 0) {
-    const std::string line = std::to_string(message.line), column = std::to_string(message.column);
-    place += ':' + line + (message.column > 0 ? ':' + column : "");
-    const std::string told = "Line " + line + ", column " + column + ": ";
-    if (text.starts_with(told)) text.erase(0, told.size());
-  }
+  if (message.line > 0)
+    place += ':' + std::to_string(message.line) + (message.column > 0 ? ':' + std::to_string(message.column) : "");
+  const std::string text = message_text(message, file);
   return place.empty() ? text : place + ": " + text;
 }
 
 void print_error(const std::string& line) { std::fprintf(stderr, "%s\n", line.c_str()); }
 
 }  // namespace
+
+std::string message_text(const Message& message, const std::string& file) {
+  std::string text = readable(message, file);
+  const std::string told = "Line " + std::to_string(message.line) + ", column " + std::to_string(message.column) + ": ";
+  if (message.line > 0 && text.starts_with(told)) text.erase(0, told.size());
+  return text;
+}
 
 void Report::add(const std::string& file, const Outcome& outcome, double seconds) {
   ++count_;

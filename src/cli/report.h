@@ -8,6 +8,9 @@
 
 namespace kavo {
 
+// A message on one line, without the place that it tells in words; `file` is the name as the user wrote it.
+std::string message_text(const Message& message, const std::string& file);
+
 class Report {
  public:
   Report(std::string verb, bool json, bool quiet) : verb_(std::move(verb)), json_(json), quiet_(quiet) {}

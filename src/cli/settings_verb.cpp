@@ -6,6 +6,7 @@
 #include "mif/clsMIFUtilities.h"
 #include "platform/failure.h"
 #include "platform/unicode.h"
+#include "suite/editor_launcher.h"
 
 namespace kavo {
 namespace {
@@ -54,10 +55,18 @@ bool set_mif_markers(const std::string& value) {
   return true;
 }
 
+std::string read_editor_command() { return to_utf8(editor_command()); }
+bool set_editor_command(const std::string& value) {
+  editor_command(to_utf16(value));
+  return true;
+}
+
 constexpr Setting kSettings[] = {
     {"mif.split", "none, semicolon or both", mif_split, set_mif_split},
     {"mif.objects", "on or off", mif_objects, set_mif_objects},
     {"mif.markers", "marker types with commas between", mif_markers, set_mif_markers},
+    {"editor.command", "the editor's command line, %1 for the document and %2 for the memory", read_editor_command,
+     set_editor_command},
 };
 
 const Setting& setting_of(std::string_view name) {

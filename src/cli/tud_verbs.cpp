@@ -12,6 +12,7 @@
 #include "platform/unicode.h"
 #include "suite/bilingual_document.h"
 #include "suite/pseudo_translation.h"
+#include "suite/skeleton_packing.h"
 #include "suite/word_count.h"
 
 namespace kavo {
@@ -25,7 +26,8 @@ class Prepare final : public Verb {
   void add_options(CLI::App& app) override {
     app.add_option("--source", source_, "Language of the documents, such as EN-US")->required()->type_name("CODE");
     app.add_option("--target", target_, "Language to translate them into, such as FR")->required()->type_name("CODE");
-    app.add_option("--target-code-page", target_code_page_, "Code page of the rebuilt documents (else that of the source)")
+    app.add_option("--target-code-page", target_code_page_,
+                   "Code page of the rebuilt documents (else that of the source)")
         ->type_name("N");
   }
   void start() override {
@@ -73,6 +75,7 @@ class Export final : public Verb {
  public:
   void add_options(CLI::App& app) override {
     app.add_option("--to", to_, "The file to write (else FILE with the extension .xlf)")->type_name("FILE");
+    app.add_flag("--with-skeleton", with_skeleton_, "Put the skeleton inside, so that the one file can be rebuilt");
   }
   void check_usage(std::size_t file_count) override {
     if (!to_.empty() && file_count > 1) throw CLI::ValidationError("--to", "goes with one FILE only");
@@ -84,7 +87,10 @@ class Export final : public Verb {
     const clsCommon common;
     std::u16string target = path_from_host(to_);
     if (target.empty()) target = common.strParseFileName(file, 0) + common.strParseFileName(file, 1) + u".xlf";
-    copy_file(file, target);
+    if (with_skeleton_)
+      copy_with_skeleton(document, target);
+    else
+      copy_file(file, target);
     Outcome outcome;
     outcome.produced.push_back({target, kTudDocument});
     outcome.details["segments"] = document.size();
@@ -93,6 +99,7 @@ class Export final : public Verb {
 
  private:
   std::string to_;
+  bool with_skeleton_ = false;
 };
 
 // Takes translations over from what an editor handed back.
@@ -156,20 +163,8 @@ class Pseudo final : public Verb {
   Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
     ProgressEvent event;
     event.handler(progress);
-    BilingualDocument document(file, &event);
-    const unsigned code_page = document.header().target_code_page;
-    const TextCoding coding(code_page == 0 ? kUtf8CodePage : code_page);
-    std::uint64_t translated = 0;
-    for (std::size_t i = 0; i < document.size(); ++i) {
-      const BilingualSegment segment = document.segment(i);
-      if (segment.status == TranslationStatus::kLocked) continue;
-      document.set_segment(i, pseudo_translation(segment.source, coding), TranslationStatus::kTranslated,
-                           segment.match);
-      ++translated;
-    }
-    document.save();
     Outcome outcome;
-    outcome.details["translated"] = translated;
+    outcome.details["translated"] = pseudo_translate(file, event);
     outcome.produced.push_back({file, kTudDocument});
     return outcome;
   }
@@ -237,8 +232,7 @@ class Stats final : public Verb {
  private:
   static Outcome outcome_of(const Counts& counts, const std::string& name, bool with_heading) {
     Outcome outcome;
-    if (with_heading)
-      outcome.lines.push_back("segments    words     open    fuzzy     done   locked  words left");
+    if (with_heading) outcome.lines.push_back("segments    words     open    fuzzy     done   locked  words left");
     const auto column = [](std::uint64_t number, std::size_t width) {
       const std::string digits = std::to_string(number);
       return std::string(width - std::min(width, digits.size()), ' ') + digits;
@@ -263,8 +257,8 @@ class Stats final : public Verb {
 constexpr VerbEntry kVerbs[] = {
     {"", "prepare", "Prepare documents and turn them into bilingual documents",
      "kavo prepare index.asp --source EN-US --target FR", make_verb<Prepare>},
-    {"", "export", "Write bilingual documents for XLIFF editors",
-     "kavo export index_asp_HTM_FR.tud --to index.fr.xlf", make_verb<Export>},
+    {"", "export", "Write bilingual documents for XLIFF editors", "kavo export index_asp_HTM_FR.tud --to index.fr.xlf",
+     make_verb<Export>},
     {"", "import", "Take translations over from what an editor handed back",
      "kavo import index.fr.xlf --to index_asp_HTM_FR.tud", make_verb<Import>},
     {"", "pseudo", "Fill bilingual documents with a readable test translation", "kavo pseudo index_asp_HTM_FR.tud",

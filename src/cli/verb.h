@@ -79,7 +79,11 @@ std::span<const VerbEntry> mif_verbs();
 std::span<const VerbEntry> rtf_verbs();
 std::span<const VerbEntry> office_verbs();
 std::span<const VerbEntry> settings_verbs();
+std::span<const VerbEntry> wizard_verbs();
 std::span<const VerbEntry> tud_verbs();
+std::span<const VerbEntry> rebuild_verbs();
+std::span<const VerbEntry> verify_verbs();
+std::span<const VerbEntry> edit_verbs();
 
 // A converter's error list without its first entry, which only names the run.
 MessageList without_heading(const MessageList& messages);

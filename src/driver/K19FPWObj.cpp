@@ -2,39 +2,22 @@
 
 #include <utility>
 
-#include "common/clsCommon.h"
 #include "common/pending_file.h"
 #include "driver/file_types.h"
+#include "driver/run_files.h"
+#include "driver/single_file_wizard.h"
+#include "driver/translation.h"
+#include "driver/tud_name.h"
 #include "html/clsASP2HTML.h"
 #include "html/clsHTMLValidate.h"
 #include "mif/clsMIFUtilities.h"
 #include "platform/failure.h"
 #include "platform/ports.h"
-#include "resources/string_table.h"
 
 namespace kavo {
 namespace {
 
 enum PreparationResult : std::int32_t { kPrepared = 0, kHtmlFailed = 3, kMifFailed = 4 };
-enum TranslationError : std::int32_t { kTudNotOpened = 1 };
-constexpr std::int32_t kWizardCancelled = 1;
-constexpr std::int32_t kFirstTranslationText = 500;
-
-// The files that a preparation has written so far: removed unless it succeeds.
-class WrittenFiles {
- public:
-  WrittenFiles() = default;
-  ~WrittenFiles() {
-    for (const std::u16string& name : names_) clsCommon().DeleteFile(name);
-  }
-  WrittenFiles(const WrittenFiles&) = delete;
-  WrittenFiles& operator=(const WrittenFiles&) = delete;
-  void add(std::u16string_view name) { names_.emplace_back(name); }
-  void keep() { names_.clear(); }
-
- private:
-  std::vector<std::u16string> names_;
-};
 
 // A filter is never handed an empty script file. One without any block holds only the line break that every script
 // file begins with, which counts as empty.
@@ -45,11 +28,6 @@ void fill_empty_script_file(std::u16string_view name) {
   PendingFile file(name);
   file.write(" \r\n");
   file.commit();
-}
-
-// The lists of the page converters begin with an entry that only names the run.
-std::span<const Message> without_heading(const MessageList& messages) {
-  return std::span(messages).subspan(messages.empty() ? 0 : 1);
 }
 
 }  // namespace
@@ -66,7 +44,25 @@ K19FPWObj::K19FPWObj() {
 
 K19FPWObj::~K19FPWObj() { release_filter_catalogue(); }
 
-std::int32_t K19FPWObj::SingleFileWizard(std::u16string&, std::int32_t&) { return kWizardCancelled; }
+std::int32_t K19FPWObj::SingleFileWizard(std::u16string& sFilename, std::int32_t& nKAVO) {
+  WizardSteps steps;
+  steps.observer = observer_;
+  steps.prepare = [this](std::u16string file, std::u16string_view html_tags, const RunObserver& observer) {
+    const RunObserver own = std::exchange(observer_, observer);
+    html_tags_ = html_tags;
+    struct Restored {
+      K19FPWObj& object;
+      const RunObserver& observer;
+      ~Restored() {
+        object.observer_ = observer;
+        object.html_tags_.reset();
+      }
+    } restored{*this, own};
+    return PreProcess(file);
+  };
+  steps.produced_files = [this] { return std::span(produced_).first(static_cast<std::size_t>(produced_count_)); };
+  return run_single_file_wizard({sFilename, nKAVO, quiet_ != 0}, steps);
+}
 
 std::int32_t K19FPWObj::PreProcess(std::u16string& sFilename) {
   produced_.fill({});
@@ -86,8 +82,12 @@ std::u16string K19FPWObj::GetFile(std::int32_t nCount) const {
   return produced_[static_cast<std::size_t>(nCount)].file_name;
 }
 
-std::int32_t K19FPWObj::CreateTranslation(std::u16string&, std::u16string&, std::int32_t&, std::int32_t&) {
-  return report_translation(kTudNotOpened, u"");
+std::int32_t K19FPWObj::CreateTranslation(std::u16string& sTUD, std::u16string& sTarget, std::int32_t& nPreview,
+                                          std::int32_t& nHighlight) {
+  const TranslationRequest request{.tud = sTUD, .target = sTarget, .preview = nPreview, .highlight = nHighlight};
+  const TranslationResult result = create_translation(request, observer_);
+  if (result.error == kNoError) sTarget = result.target;
+  return report(result);
 }
 
 std::span<const ProducedFile> K19FPWObj::produced_files() const {
@@ -104,7 +104,7 @@ bool K19FPWObj::prepare(bool (K19FPWObj::*preparation)()) {
       produced_count_ = 0;
       throw;
     }
-    tell({reason.description()});
+    observer_.tell({reason.description()});
   }
   if (!prepared) produced_count_ = 0;
   return prepared;
@@ -113,12 +113,12 @@ bool K19FPWObj::prepare(bool (K19FPWObj::*preparation)()) {
 bool K19FPWObj::PrepareHTML() {
   const std::u16string source = produced_[0].file_name;
   clsASP2HTML scripts;
-  scripts.Progress([&](std::int16_t percent) { tell_progress(source, percent / 2); });
+  scripts.Progress([&](std::int16_t percent) { observer_.tell_progress(source, percent / 2); });
   scripts.ASPFile(source);
   const std::int32_t protection = scripts.ASP2HTML();
-  tell_all(without_heading(scripts.ErrorList()));
+  observer_.tell_all_after_heading(scripts.ErrorList());
   if (protection != 0) return false;
-  WrittenFiles written;
+  RunFiles written;
   written.add(scripts.HTMFile());
   written.add(scripts.SCRFile());
   produced_[0] = {scripts.HTMFile(), kHtmlPage, u""};
@@ -127,10 +127,11 @@ bool K19FPWObj::PrepareHTML() {
   produced_count_ = 2;
 
   clsHTMLValidate validation;
-  validation.Progress([&](std::int16_t percent) { tell_progress(source, 50 + percent / 2); });
+  validation.Progress([&](std::int16_t percent) { observer_.tell_progress(source, 50 + percent / 2); });
   validation.Filename(produced_[0].file_name);
+  if (html_tags_) validation.Tags(*html_tags_);
   const std::int32_t result = validation.HTMLValidate();
-  tell_all(without_heading(validation.ErrorList()));
+  observer_.tell_all_after_heading(validation.ErrorList());
   if (result > 0) return false;
   written.keep();
   return true;
@@ -144,12 +145,17 @@ bool K19FPWObj::PrepareMIF() {
   backup_name_ = backup;
 
   clsMIFUtilities mif;
-  mif.Progress([&](std::int16_t percent) { tell_progress(source, percent); });
+  mif.Progress([&](std::int16_t percent) { observer_.tell_progress(source, percent); });
   mif.StartBatch();
+  // Beside the document, where rebuilding looks for them, also when it is named without its folder.
+  const TudName place(source);
+  mif.IndexFile(mif_side_file(place, kMifSides[0]));
+  mif.XrefFile(mif_side_file(place, kMifSides[1]));
+  mif.VarFile(mif_side_file(place, kMifSides[2]));
   mif.MIFFile(source);
   mif.Extract();
   const bool written = mif.EndBatch() == 0;
-  tell_all(mif.ErrorList());
+  observer_.tell_all(mif.ErrorList());
   if (!mif.extracted() || !written) return false;
   produced_[1] = {mif.IndexFile(), kMifDocument, u""};
   produced_[2] = {mif.XrefFile(), kMifDocument, u""};
@@ -158,28 +164,13 @@ bool K19FPWObj::PrepareMIF() {
   return true;
 }
 
-std::int32_t K19FPWObj::report_translation(std::int32_t error_code, std::u16string error_text) {
-  if (error_code == 0) {
-    last_error_.clear();
-    return 0;
-  }
+std::int32_t K19FPWObj::report(const TranslationResult& result) {
+  last_error_.clear();
+  if (result.error == kNoError) return kNoError;
   produced_count_ = 0;
-  if (error_text.empty()) error_text = string_resource(kFirstTranslationText + error_code);
-  last_error_ = std::move(error_text);
+  last_error_ = translation_error_text(result);
   if (quiet_ == 0) ports().desktop->message_box(last_error_, u"KAVO", MessageIcon::kExclamation);
-  return error_code;
-}
-
-void K19FPWObj::tell(const Message& message) const {
-  if (observer_.message) observer_.message(message);
-}
-
-void K19FPWObj::tell_all(std::span<const Message> messages) const {
-  for (const Message& message : messages) tell(message);
-}
-
-void K19FPWObj::tell_progress(std::u16string_view file, int percent) const {
-  if (observer_.progress) observer_.progress(file, percent);
+  return result.error;
 }
 
 }  // namespace kavo

@@ -4,29 +4,21 @@
 
 #include <array>
 #include <cstdint>
-#include <functional>
-#include <memory>
+#include <optional>
 #include <span>
 #include <string>
 
-#include "common/messages.h"
-#include "platform/automation.h"
+#include "driver/run_observer.h"
 
 namespace kavo {
+
+struct TranslationResult;
 
 // A file that the suite's filters are to process.
 struct ProducedFile {
   std::u16string file_name;    // full path
   std::int32_t file_type = 0;  // file type code (see file_types.h); selects the filter
   std::u16string tud_name;     // the bilingual document that the filter run wrote, "" before
-};
-
-// What a preparation tells while it runs: percent of the whole preparation, and each message of the converters (what
-// failed, what was repaired); both may be empty. Beside the contract: a host sees results only, the
-// command shows progress and messages.
-struct PreparationObserver {
-  std::function<void(std::u16string_view file, int percent)> progress;
-  std::function<void(const Message& message)> message;
 };
 
 // All calls come on the thread that created the object. Every by-reference parameter may be written by the callee in
@@ -41,7 +33,10 @@ class K19FPWObj {
   K19FPWObj(const K19FPWObj&) = delete;
   K19FPWObj& operator=(const K19FPWObj&) = delete;
 
-  // There is no wizard dialog yet: always 1, as when the user leaves it without choosing a file.
+  // Shows the wizard dialog by the thread's form presenter, prepares the file chosen there, has the suite's filters
+  // make bilingual documents of what that produced and starts the editor on the first; see single_file_wizard.h. 0
+  // done, 1 cancelled, 2 a file of no known type, 100 + the result of PreProcess, 200 + i when file i could not be
+  // converted. Unless quiet a message box tells what failed. Throws `failure` 18 when the user interrupts the program.
   std::int32_t SingleFileWizard(std::u16string& sFilename, std::int32_t& nKAVO);
   // Prepares a document for the suite's filters and lists the files produced. 0 when done (a type that needs no
   // preparation is listed as it is, without being opened), 3 when a page could not be prepared, 4 when a MIF document
@@ -52,7 +47,12 @@ class K19FPWObj {
   std::int32_t GetFileCount() const { return produced_count_; }
   // "" past the last file; a negative index throws `failure` 9, deliberately: hosts rely on the asymmetry.
   std::u16string GetFile(std::int32_t nCount) const;
-  // Rebuilding is not there yet: always 1, reported like every failure (LastError, message box unless quiet).
+  // Rebuilds the document of a translated bilingual document; see translation.h. `sTarget` is the file to create,
+  // "" for the name that the bilingual document tells, and becomes the file really created. nPreview 1 or 2 opens the
+  // result; a negative value has an old target deleted first (it is back when the run fails). nHighlight not 0 colours
+  // the segments by their status. 0, or 1 to 7 with the text in LastError and, unless quiet, in a message box;
+  // documents are then as they were. Throws what the suite's document component raises and `failure` 18 when the user
+  // interrupts.
   std::int32_t CreateTranslation(std::u16string& sTUD, std::u16string& sTarget, std::int32_t& nPreview,
                                  std::int32_t& nHighlight);
   std::int32_t QuietMode() const { return quiet_; }
@@ -60,20 +60,14 @@ class K19FPWObj {
   const std::u16string& LastError() const { return last_error_; }
 
   std::span<const ProducedFile> produced_files() const;
-  void observe(PreparationObserver observer) { observer_ = std::move(observer); }
-
- protected:
-  // Ends a CreateTranslation: sets LastError and, unless quiet, shows it; the code is the result. Without a text of its
-  // own an error has the one of the string table.
-  std::int32_t report_translation(std::int32_t error_code, std::u16string error_text);
+  void observe(RunObserver observer) { observer_ = std::move(observer); }
 
  private:
   bool prepare(bool (K19FPWObj::*preparation)());
   bool PrepareHTML();
   bool PrepareMIF();
-  void tell(const Message& message) const;
-  void tell_all(std::span<const Message> messages) const;
-  void tell_progress(std::u16string_view file, int percent) const;
+  // Ends a CreateTranslation: sets LastError and, unless quiet, shows it; the error's number is the result.
+  std::int32_t report(const TranslationResult& result);
 
   std::int32_t quiet_ = 0;
   std::u16string last_error_;
@@ -81,7 +75,9 @@ class K19FPWObj {
   std::int32_t produced_count_ = 0;
   std::int32_t source_type_ = 0;
   std::u16string backup_name_;
-  PreparationObserver observer_;
+  RunObserver observer_;
+  // The validator's table for the run of a wizard; else its own.
+  std::optional<std::u16string> html_tags_;
 };
 
 }  // namespace kavo

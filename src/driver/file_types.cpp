@@ -88,6 +88,26 @@ const FilterInfo& filter_table(std::int32_t index) {
   return table[static_cast<std::size_t>(index)];
 }
 
+bool has_filter_settings(std::int32_t type) {
+  const std::u16string name = filter_table(type).filter_name;
+  if (name.empty()) return false;
+  try {
+    if (!filter_catalogue().has_member(u"HasSettings")) return false;
+    Argument filter[] = {by_value(name)};
+    return as_flag(filter_catalogue().invoke(u"HasSettings", filter));
+  } catch (const failure&) {
+    return false;
+  }
+}
+
+void show_filter_settings(std::int32_t type) {
+  const std::u16string name = filter_table(type).filter_name;
+  if (name.empty()) return;
+  Argument filter[] = {by_value(name)};
+  filter_catalogue().invoke(u"Settings", filter);
+  thread_state().table[static_cast<std::size_t>(type)].reserved = 1;
+}
+
 void create_filter_catalogue() { thread_state().catalogue = ports().automation->create(u"K19Suite.FilterCatalogue"); }
 
 void release_filter_catalogue() noexcept { thread_state().catalogue.reset(); }

@@ -8,23 +8,10 @@
 #include <string>
 #include <string_view>
 
+#include "common/file_type.h"
 #include "platform/automation.h"
 
 namespace kavo {
-
-// The numbers are part of the contract.
-enum FileType : std::int32_t {
-  kUnknownFile = 0,
-  kWordDocument = 1,
-  kRtfDocument = 2,
-  kHtmlPage = 3,
-  kServerPage = 4,
-  kMifDocument = 5,
-  kResourceScript = 6,
-  kPlainText = 7,  // also the script side file
-  kPresentation = 8,
-  kWorkbook = 9,
-};
 
 // The code of a file name's last extension, ASCII case ignored; 0 for any other and for none. Never fails.
 std::int32_t FileTypeOf(std::u16string_view file_name);
@@ -38,11 +25,18 @@ struct FilterInfo {
   std::u16string second_text;
   std::u16string filter_name;  // "" in an entry without a filter
   std::int32_t catalogue_value = 0;
-  std::int32_t reserved = 0;
+  std::int32_t reserved = 0;  // not the catalogue's: 1 once the settings of the filter were shown
 };
 
 // The thread's entry for a file type code; throws `failure` 9 for an index outside 0 to 31.
 const FilterInfo& filter_table(std::int32_t index);
+
+// Whether the filter of a type has settings to show, as far as the catalogue says: its member HasSettings(filter) is
+// optional, and a catalogue without it has none. Never fails.
+bool has_filter_settings(std::int32_t type);
+// Shows them by the catalogue's Settings(filter) and marks the entry as configured; without a filter it does nothing.
+// Throws what the catalogue raises.
+void show_filter_settings(std::int32_t type);
 
 // Creates "K19Suite.FilterCatalogue" for this thread, in the place of the one before. Throws what its creation raises.
 void create_filter_catalogue();

@@ -5,6 +5,7 @@
 #include "common/clsCommon.h"
 #include "common/tud_names.h"
 #include "driver/file_types.h"
+#include "driver/tud_component.h"
 #include "platform/failure.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"
@@ -15,15 +16,6 @@ namespace {
 constexpr std::int32_t kFirstFilterFailure = 200;
 constexpr std::int32_t kNeedsNoTranslation = 1;
 constexpr std::int32_t kWholeMatch = 100;
-
-// Runs an operation that answers a status; one that is not 0 is a failure with the reason that the document tells, when
-// it tells one.
-void call(AutomationObject& document, std::u16string_view member, std::span<Argument> arguments) {
-  if (as_number(document.invoke(member, arguments)) == 0) return;
-  std::u16string reason(member);
-  if (document.has_member(u"LastError")) reason = as_text(document.get(u"LastError"));
-  throw failure(FailureNumber::kInvalidCall, reason);
-}
 
 void convert(ProducedFile& file, const RunLanguages& languages) {
   const FilterInfo& filter = filter_table(file.file_type);
@@ -69,20 +61,19 @@ bool ContainsQuotedText(std::u16string_view text) {
 }
 
 void LockScriptSegments(std::u16string_view tud) {
-  const ObjectRef document = ports().automation->create(u"K19Suite.TUDDocument");
-  Argument name[] = {by_value(std::u16string(tud))};
-  call(*document, u"Open", name);
-  const std::int32_t count = as_number(document->get(u"SegmentCount"));
+  TudComponent document;
+  const auto check = [&](bool done) {
+    if (!done) throw failure(FailureNumber::kInvalidCall, document.reason());
+  };
+  check(document.open(tud));
+  const std::int32_t count = document.segment_count();
   for (std::int32_t number = 1; number <= count; ++number) {
-    Argument segment[] = {by_value(number), by_reference(std::u16string()), by_reference(std::u16string()),
-                          by_reference(std::int32_t{0}), by_reference(std::int32_t{0})};
-    call(*document, u"GetSegment", segment);
-    if (ContainsQuotedText(as_text(segment[1].value))) continue;
-    Argument locked[] = {by_value(number), by_value(segment[2].value), by_value(kNeedsNoTranslation),
-                         by_value(kWholeMatch)};
-    call(*document, u"SetSegment", locked);
+    const auto segment = document.segment(number);
+    check(segment.has_value());
+    if (ContainsQuotedText(segment->source)) continue;
+    check(document.set_segment(number, segment->target, kNeedsNoTranslation, kWholeMatch));
   }
-  call(*document, u"Close", {});
+  check(document.close());
 }
 
 }  // namespace kavo

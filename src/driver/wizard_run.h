@@ -24,10 +24,10 @@ struct FilterRun {
   std::u16string reason;    // of a failure, for people
 };
 
-// Converts each produced file with the filter of its type and puts the bilingual document's name into the file's record.
-// Stops at the first file that fails; the documents of those before it stay. An existing document and skeleton of the
-// same names are deleted first. Needs the thread's filter catalogue, that is, a living K19FPWObj. Throws `failure` 18
-// when the user interrupts.
+// Converts each produced file with the filter of its type and puts the bilingual document's name into the file's
+// record. Stops at the first file that fails; the documents of those before it stay. An existing document and skeleton
+// of the same names are deleted first. Needs the thread's filter catalogue, that is, a living K19FPWObj. Throws
+// `failure` 18 when the user interrupts.
 FilterRun convert_produced_files(std::span<ProducedFile> files, const RunLanguages& languages);
 
 // True when the text holds two double quotes, or else two single ones.

@@ -3,6 +3,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "support/temp_folder.h"
@@ -18,6 +19,10 @@ struct Ran {
 // The arguments behind the program's name, in UTF-8; the command's own folder is the working folder when given. Waits
 // for the end.
 Ran run_kavo(const std::vector<std::string>& arguments, const TempFolder* working_folder = nullptr);
+
+// The same, with these lines as standard input. Natively only: elsewhere nothing reads from there.
+Ran run_kavo_typing(const std::vector<std::string>& arguments, std::string_view lines,
+                    const TempFolder& working_folder);
 
 // The same, and presses Ctrl+C after some seconds. Nothing where a test cannot do that.
 std::optional<Ran> run_kavo_interrupted(const std::vector<std::string>& arguments, double seconds);

@@ -6,6 +6,7 @@
 
 #include "cli/run_kavo.h"
 #include "platform/files.h"
+#include "platform/ports.h"
 #include "support/temp_folder.h"
 
 namespace kavo::test {
@@ -41,6 +42,20 @@ TEST_F(TudCommand, PrepareNamesWhatIsMissing) {
   EXPECT_NE(ran.errors.find("missing.txt"), std::string::npos);
   EXPECT_EQ(run_kavo({"prepare", path(u"a.txt"), "--source", "EN", "--target", "FR", "--target-code-page", "437"}).code,
             1);
+}
+
+TEST_F(TudCommand, ADocumentWithItsSkeletonInsideIsRebuiltAlone) {
+  prepare(put(u"a.txt", "One\n"));
+  const std::string alone = path(u"alone_txt_FR.tud");
+  EXPECT_EQ(run_kavo({"export", path(u"a_txt_FR.tud"), "--to", alone, "--with-skeleton"}).code, 0);
+  for (const std::u16string_view name : {u"a.txt", u"a_txt_FR.tud", u"a_txt_FR.tud.skl"})
+    ports().files->remove_file(folder.path(name));
+  EXPECT_EQ(run_kavo({"pseudo", alone}).code, 0);
+  const Ran ran = run_kavo({"rebuild", alone});
+  EXPECT_EQ(ran.code, 0) << ran.errors;
+  EXPECT_EQ(folder.read(u"a_FR.txt"), "[\xC3\x95\xC3\xB1\xC3\xA8]\n");
+  // What was unpacked has gone again.
+  EXPECT_EQ(folder.entry_count(), 2u);
 }
 
 TEST_F(TudCommand, PseudoTranslatesAndStatsCount) {

@@ -3,18 +3,17 @@
 #include <gtest/gtest.h>
 
 #include "driver/driver_fixture.h"
+#include "driver/recording_suite.h"
 
 namespace kavo::test {
 namespace {
 
-// Shows what hosts see of a translation that succeeds.
-class OpenK19FPWObj : public K19FPWObj {
- public:
-  using K19FPWObj::report_translation;
-};
-
 class K19FPWObjTest : public DriverFixture {
  protected:
+  K19FPWObjTest() {
+    suite.status = [](std::u16string_view, const std::u16string&) { return 1; };
+    suite.install(automation);
+  }
   std::int32_t create_translation(K19FPWObj& object) {
     std::u16string tud = u"C:\\WORK\\page_asp_HTM_ENU.tud", target = u"C:\\WORK\\page_ENU.asp";
     std::int32_t preview = 0, highlight = 0;
@@ -22,6 +21,7 @@ class K19FPWObjTest : public DriverFixture {
     EXPECT_EQ(target, u"C:\\WORK\\page_ENU.asp") << "a failure writes nothing back";
     return result;
   }
+  RecordingSuite suite;  // every operation of its documents fails
 };
 
 TEST_F(K19FPWObjTest, NewObjectIsEmpty) {
@@ -90,30 +90,15 @@ TEST_F(K19FPWObjTest, FailingCreateTranslationEmptiesTheFileList) {
 }
 
 TEST_F(K19FPWObjTest, SuccessfulCreateTranslationClearsLastError) {
-  OpenK19FPWObj object;
+  K19FPWObj object;
   object.QuietMode(1);
-  EXPECT_EQ(object.report_translation(5, u"the filter's own text"), 5);
-  EXPECT_EQ(object.LastError(), u"the filter's own text");
-  pre_process(object, u"C:\\WORK\\a.txt");
-  EXPECT_EQ(object.report_translation(0, u""), 0);
+  EXPECT_EQ(create_translation(object), 1);
+  EXPECT_NE(object.LastError(), u"");
+  suite.status = {};
+  std::u16string tud = u"C:\\WORK\\a_txt_FR.tud", target;
+  std::int32_t preview = 0, highlight = 0;
+  EXPECT_EQ(object.CreateTranslation(tud, target, preview, highlight), 0);
   EXPECT_EQ(object.LastError(), u"");
-  EXPECT_EQ(object.GetFileCount(), 1) << "a success keeps the list";
-}
-
-TEST_F(K19FPWObjTest, EveryTranslationCodeHasItsText) {
-  const char16_t* texts[] = {u"Failed to open TUD file",
-                             u"Failed to save OpenTag file",
-                             u"Failed to locate SKL file",
-                             u"Failed to retrieve merge file details",
-                             u"Failed to create the translation file",
-                             u"Failed to post-process the file",
-                             u"Unable to delete the target file - check that it is not already in use"};
-  OpenK19FPWObj object;
-  object.QuietMode(1);
-  for (std::int32_t code = 1; code <= 7; ++code) {
-    EXPECT_EQ(object.report_translation(code, u""), code);
-    EXPECT_EQ(object.LastError(), texts[code - 1]);
-  }
 }
 
 TEST_F(K19FPWObjTest, WizardWithoutDialogAnswersAsWhenCancelled) {

@@ -16,8 +16,10 @@ extern char** environ;
 namespace kavo::test {
 namespace {
 
-Ran run(const std::vector<std::string>& arguments, const TempFolder* working_folder, double interrupt_after) {
+Ran run(const std::vector<std::string>& arguments, const TempFolder* working_folder, double interrupt_after,
+        std::string_view lines = {}) {
   const TempFolder streams;
+  const std::string input = path_to_host(streams.write(u"input", lines));
   std::vector<std::string> words{KAVO_PROGRAM};
   words.insert(words.end(), arguments.begin(), arguments.end());
   std::vector<char*> argv;
@@ -28,7 +30,7 @@ Ran run(const std::vector<std::string>& arguments, const TempFolder* working_fol
   const std::string errors = path_to_host(streams.path(u"errors"));
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
-  posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+  posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, input.c_str(), O_RDONLY, 0);
   posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, output.c_str(), O_WRONLY | O_CREAT, 0600);
   posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, errors.c_str(), O_WRONLY | O_CREAT, 0600);
   const std::string folder = working_folder != nullptr ? path_to_host(working_folder->path()) : "";
@@ -54,6 +56,11 @@ Ran run(const std::vector<std::string>& arguments, const TempFolder* working_fol
 
 Ran run_kavo(const std::vector<std::string>& arguments, const TempFolder* working_folder) {
   return run(arguments, working_folder, 0);
+}
+
+Ran run_kavo_typing(const std::vector<std::string>& arguments, std::string_view lines,
+                    const TempFolder& working_folder) {
+  return run(arguments, &working_folder, 0, lines);
 }
 
 std::optional<Ran> run_kavo_interrupted(const std::vector<std::string>& arguments, double seconds) {

@@ -1,0 +1,57 @@
+#include "cli/office_programs.h"
+
+#include <dlfcn.h>
+#include <unistd.h>
+
+#include <string>
+
+#include "platform/automation.h"
+#include "platform/failure.h"
+#include "platform/files.h"
+#include "platform/program_folder.h"
+#include "platform/unicode.h"
+
+namespace kavo {
+namespace {
+
+constexpr const char16_t* kIdentifiers[] = {u"Word.Application", u"PowerPoint.Application", u"Excel.Application"};
+constexpr char kEngine[] = "libkavo_office_engine.so";
+
+[[noreturn]] void throw_not_there(std::u16string_view identifier, const std::u16string& what_to_do) {
+  throw failure(FailureNumber::kCannotCreateObject,
+                std::u16string(identifier) + u" is served by LibreOffice: " + what_to_do);
+}
+
+void* loaded_engine = nullptr;  // for good: LibreOffice's libraries cannot be unloaded
+
+// The engine registers its own factories in the place of ours.
+void load_engine(std::u16string_view identifier) {
+  const std::string path = path_to_host(program_folder()) + "/" + kEngine;
+  if (::access(path.c_str(), F_OK) != 0)
+    throw_not_there(identifier,
+                    u"this kavo was built without it; install libreoffice-dev, libreoffice-writer-nogui, "
+                    u"libreoffice-impress-nogui and libreoffice-calc-nogui and build it again");
+  void* const engine = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+  if (!engine)
+    throw_not_there(identifier,
+                    u"install libreoffice-writer-nogui, libreoffice-impress-nogui and libreoffice-calc-nogui (" +
+                        to_utf16(::dlerror()) + u")");
+  reinterpret_cast<void (*)()>(::dlsym(engine, "kavo_office_engine_begin"))();
+  loaded_engine = engine;
+}
+
+}  // namespace
+
+OfficePrograms::OfficePrograms() {
+  for (const char16_t* identifier : kIdentifiers)
+    register_factory(identifier, [identifier] {
+      load_engine(identifier);
+      return find_factory(identifier)();
+    });
+}
+
+OfficePrograms::~OfficePrograms() {
+  if (loaded_engine) reinterpret_cast<void (*)()>(::dlsym(loaded_engine, "kavo_office_engine_end"))();
+}
+
+}  // namespace kavo

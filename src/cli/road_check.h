@@ -1,0 +1,63 @@
+// Proves on copies that a document survives the way into bilingual documents and back.
+//
+// Two runs: one without a translation, whose result must be the document byte for byte (or the document as its repair
+// left it), and one with every text pseudo-translated, whose result is prepared once more and must give these texts,
+// all of them, in order. Everything happens in a scratch folder; the document is only read.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "cli/file_comparison.h"
+#include "cli/text_comparison.h"
+#include "common/messages.h"
+#include "common/progress_event.h"
+#include "driver/K19FPWObj.h"
+
+namespace kavo {
+
+// A text that did not come back as it should, in UTF-8 with its codes as tags.
+struct RoadFinding {
+  TextChange change = TextChange::kChanged;
+  std::u16string file;  // name of the prepared file that the place is in; of a text too much, of the rebuilt one's
+  std::uint32_t line = 0;
+  std::uint32_t column = 0;
+  std::string expected;  // "" for a text too much
+  std::string found;     // "" for a lost one
+  std::string problem;   // of broken codes: "code 3 is missing"
+};
+
+struct RoadResult {
+  MessageList messages;  // of the converters: of a page what was repaired
+  bool is_page = false;
+  std::uint64_t texts = 0;
+  std::uint64_t documents = 0;  // bilingual documents
+
+  // Why a step could not be done, "" when all were; what comes after is empty then.
+  std::u16string unchanged_failure;
+  std::u16string translated_failure;
+
+  // Of the run without a translation: against the source, or against the repaired page when the page needed repair.
+  bool was_repaired = false;
+  std::optional<FileDifference> difference;
+  std::vector<RoadFinding> findings;
+
+  bool survives() const {
+    return unchanged_failure.empty() && translated_failure.empty() && !difference && findings.empty();
+  }
+};
+
+struct RoadLanguages {
+  std::u16string source;
+  std::u16string target;
+};
+
+// Walks the road with the user's own options. Throws `failure` for a document that cannot be read, that is of a type
+// without a filter, or that the preparation refuses (without a description when the messages in `result` tell why), and
+// 18 when the user interrupts.
+void check_road(K19FPWObj& driver, const std::u16string& document, const RoadLanguages& languages,
+                const ProgressEvent::Handler& progress, RoadResult& result);
+
+}  // namespace kavo

@@ -1,0 +1,33 @@
+// Which texts of a document went astray on its way: two sequences that should be equal, compared as people would.
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <string_view>
+#include <vector>
+
+namespace kavo {
+
+enum class TextChange {
+  kLost,         // expected and not there
+  kDoubled,      // there once more than expected
+  kAdded,        // there, and nowhere expected
+  kChanged,      // another text in its place
+  kBrokenCodes,  // the text is right, its inline codes are not
+};
+
+struct TextFinding {
+  static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+  TextChange change = TextChange::kChanged;
+  std::size_t expected = kNone;  // index; none for a text that is too much
+  std::size_t found = kNone;     // none for a lost one
+  bool operator==(const TextFinding&) const = default;
+};
+
+// Compares coded texts in order; empty when they are equal. Linear in time: where the sequences differ they are brought
+// together again at the nearest equal texts within a window of a few dozen, so that a long piece which went missing is
+// told text by text and may be told as changed texts.
+std::vector<TextFinding> compare_texts(std::span<const std::string_view> expected,
+                                       std::span<const std::string_view> found);
+
+}  // namespace kavo

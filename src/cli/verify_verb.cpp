@@ -1,0 +1,232 @@
+// kavo verify: whether documents survive the way into bilingual documents and back, told file by file.
+#include <algorithm>
+#include <array>
+
+#include "cli/report.h"
+#include "cli/road_check.h"
+#include "cli/verb.h"
+#include "platform/failure.h"
+#include "platform/files.h"
+#include "platform/unicode.h"
+
+namespace kavo {
+namespace {
+
+// Of each kind of lines that a person reads; --json tells all.
+constexpr std::size_t kMostShown = 12;
+// Characters of a text.
+constexpr std::size_t kLongestShown = 72;
+
+struct ChangeWords {
+  TextChange change;
+  const char* name;     // in JSON and at the head of a line
+  const char* counted;  // "2 lost"
+};
+constexpr ChangeWords kChanges[] = {
+    {TextChange::kLost, "lost", "lost"},
+    {TextChange::kDoubled, "doubled", "doubled"},
+    {TextChange::kAdded, "added", "added"},
+    {TextChange::kChanged, "changed", "changed"},
+    {TextChange::kBrokenCodes, "codes", "with broken placeholders"},
+};
+const ChangeWords& words_of(TextChange change) { return *std::ranges::find(kChanges, change, &ChangeWords::change); }
+
+std::string counted(std::uint64_t count, std::string_view noun) {
+  return std::to_string(count) + " " + std::string(noun) + (count == 1 ? "" : "s");
+}
+
+// In quotes, on one line, not too long, whatever bytes it holds.
+std::string in_quotes(std::string_view text) {
+  const std::u16string characters = to_utf16(text);
+  std::u16string shown;
+  for (const char16_t c : characters.substr(0, kLongestShown)) shown += c < 0x20 || c == 0x7F ? u'\u00B7' : c;
+  // Not the first half of a pair.
+  if (!shown.empty() && (shown.back() & 0xFC00) == 0xD800) shown.pop_back();
+  return "\"" + to_utf8(shown) + (characters.size() > kLongestShown ? "...\"" : "\"");
+}
+
+std::string place_of(std::int64_t line, std::int64_t column) {
+  return std::to_string(line) + ":" + std::to_string(column);
+}
+
+// The report on one file.
+class Story {
+ public:
+  Story(const RoadResult& result, const std::string& file) : result_(result), file_(file) {}
+
+  std::vector<std::string> lines() {
+    lines_.push_back((result_.survives() ? "ok      " : "FAILED  ") + file_);
+    tell_repairs();
+    tell_unchanged();
+    tell_translated();
+    return std::move(lines_);
+  }
+
+ private:
+  void add(std::string text) { lines_.push_back("        " + std::move(text)); }
+  void add_more(std::size_t count) {
+    if (count > kMostShown) add("    and " + std::to_string(count - kMostShown) + " more");
+  }
+
+  void tell_repairs() {
+    const MessageList& messages = result_.messages;
+    if (messages.empty()) return;
+    add(result_.is_page ? "repaired in " + counted(messages.size(), "place") + ":" : "while it was prepared:");
+    for (std::size_t i = 0; i < std::min(messages.size(), kMostShown); ++i) {
+      const Message& message = messages[i];
+      add("    " + (message.line > 0 ? place_of(message.line, message.column) + "  " : "") +
+          message_text(message, file_));
+    }
+    add_more(messages.size());
+  }
+
+  void tell_unchanged() {
+    if (!result_.unchanged_failure.empty()) {
+      add("unchanged: not rebuilt: " + to_utf8(result_.unchanged_failure));
+    } else if (!result_.difference) {
+      add(result_.was_repaired ? "unchanged: the repaired page came back, byte for byte"
+                               : "unchanged: came back, byte for byte");
+    } else {
+      const FileDifference& place = *result_.difference;
+      add(std::string("unchanged: differs from the ") + (result_.was_repaired ? "repaired page" : "source") +
+          " from line " + std::to_string(place.line) + ", column " + std::to_string(place.column) + " on");
+      add("    is       " + in_quotes(place.second));
+      add("    must be  " + in_quotes(place.first));
+    }
+  }
+
+  void tell_translated() {
+    if (!result_.translated_failure.empty()) {
+      add("translated: not rebuilt: " + to_utf8(result_.translated_failure));
+      return;
+    }
+    const std::string total =
+        counted(result_.texts, "text") + " in " + counted(result_.documents, "bilingual document");
+    if (result_.findings.empty()) {
+      add("translated: " + (result_.texts == 0 ? "there is no text in it" : "all came back, " + total));
+      return;
+    }
+    std::string list;
+    for (const ChangeWords& words : kChanges)
+      if (const auto count = std::ranges::count(result_.findings, words.change, &RoadFinding::change); count != 0)
+        list += (list.empty() ? "" : ", ") + std::to_string(count) + " " + words.counted;
+    add("translated: " + list + ", of " + total);
+    for (std::size_t i = 0; i < std::min(result_.findings.size(), kMostShown); ++i) tell(result_.findings[i]);
+    add_more(result_.findings.size());
+  }
+
+  void tell(const RoadFinding& finding) {
+    std::string line = "    " + to_utf8(finding.file) + ":" + place_of(finding.line, finding.column) + "  ";
+    line += words_of(finding.change).name;
+    if (!finding.problem.empty()) line += " (" + finding.problem + ")";
+    line += "  " + in_quotes(finding.expected.empty() ? finding.found : finding.expected);
+    if (!finding.expected.empty() && !finding.found.empty()) line += " came back as " + in_quotes(finding.found);
+    add(std::move(line));
+  }
+
+  const RoadResult& result_;
+  const std::string& file_;
+  std::vector<std::string> lines_;
+};
+
+nlohmann::ordered_json details_of(const RoadResult& result, const std::string& file) {
+  using nlohmann::ordered_json;
+  ordered_json details;
+  details["texts"] = result.texts;
+  details["documents"] = result.documents;
+  ordered_json& notes = details[result.is_page ? "repairs" : "notes"] = ordered_json::array();
+  for (const Message& message : result.messages)
+    notes.push_back({{"line", message.line}, {"column", message.column}, {"text", message_text(message, file)}});
+  const char* unchanged = result.was_repaired ? "repaired" : "same";
+  if (result.difference) unchanged = "different";
+  if (!result.unchanged_failure.empty()) unchanged = "failed";
+  details["unchanged"] = unchanged;
+  if (!result.unchanged_failure.empty()) details["unchanged_reason"] = to_utf8(result.unchanged_failure);
+  if (result.difference)
+    details["difference"] = {{"line", result.difference->line},
+                             {"column", result.difference->column},
+                             {"expected", result.difference->first},
+                             {"found", result.difference->second}};
+  details["translated"] =
+      !result.translated_failure.empty() ? "failed" : (result.findings.empty() ? "same" : "different");
+  if (!result.translated_failure.empty()) details["translated_reason"] = to_utf8(result.translated_failure);
+  details["findings"] = ordered_json::array();
+  for (const RoadFinding& finding : result.findings)
+    details["findings"].push_back({{"kind", words_of(finding.change).name},
+                                   {"file", to_utf8(finding.file)},
+                                   {"line", finding.line},
+                                   {"column", finding.column},
+                                   {"expected", finding.expected},
+                                   {"found", finding.found},
+                                   {"problem", finding.problem}});
+  return details;
+}
+
+class Verify final : public Verb {
+ public:
+  void add_options(CLI::App& app) override {
+    app.add_option("--source", source_, "Language of the documents")->type_name("CODE")->capture_default_str();
+    app.add_option("--target", target_, "Language of the test translation")->type_name("CODE")->capture_default_str();
+    app.add_flag("--strict", strict_, "A page that needs repair does not pass either");
+  }
+  void start() override {
+    driver_.emplace();
+    driver_->QuietMode(1);
+    languages_ = {ascii_upper(to_utf16(source_)), ascii_upper(to_utf16(target_))};
+  }
+  Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
+    Outcome outcome;
+    RoadResult result;
+    ++files_;
+    try {
+      check_road(*driver_, file, languages_, progress, result);
+    } catch (const failure& reason) {
+      if (reason.is(FailureNumber::kInterrupted)) throw;
+      outcome.ending = Outcome::kFailed;
+      outcome.result = 1;
+      outcome.messages = result.messages;
+      if (!reason.description().empty()) outcome.messages.push_back({reason.description()});
+      return outcome;
+    }
+    const bool passes = result.survives() && !(strict_ && result.was_repaired);
+    if (!passes) outcome.ending = Outcome::kDifference;
+    outcome.result = passes ? 0 : 1;
+    survived_ += passes ? 1 : 0;
+    texts_ += result.texts;
+    const std::string name = path_to_host(file);
+    outcome.lines = Story(result, name).lines();
+    outcome.details = details_of(result, name);
+    return outcome;
+  }
+  std::optional<Outcome> finish() override {
+    if (files_ < 2) return std::nullopt;
+    Outcome outcome;
+    outcome.lines.push_back(std::to_string(survived_) + " of " + std::to_string(files_) + " files survive, " +
+                            counted(texts_, "text"));
+    outcome.details["files"] = files_;
+    outcome.details["survived"] = survived_;
+    outcome.details["texts"] = texts_;
+    return outcome;
+  }
+
+ private:
+  std::string source_ = "EN-US";
+  std::string target_ = "FR";
+  bool strict_ = false;
+  RoadLanguages languages_;
+  std::optional<K19FPWObj> driver_;
+  std::size_t files_ = 0;
+  std::size_t survived_ = 0;
+  std::uint64_t texts_ = 0;
+};
+
+constexpr VerbEntry kVerbs[] = {
+    {"", "verify", "Prove on copies that documents survive the whole way", "kavo verify *.asp *.htm *.mif *.txt",
+     make_verb<Verify>},
+};
+
+}  // namespace
+
+std::span<const VerbEntry> verify_verbs() { return kVerbs; }
+
+}  // namespace kavo

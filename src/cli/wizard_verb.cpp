@@ -1,0 +1,58 @@
+// kavo wizard: asks for the document, the memory and the languages, then prepares and converts the document.
+#include "cli/verb.h"
+#include "driver/K19FPWObj.h"
+#include "platform/failure.h"
+#include "platform/files.h"
+#include "platform/ports.h"
+#include "platform/unicode.h"
+#include "ui/system_presenter.h"
+
+namespace kavo {
+namespace {
+
+constexpr std::int32_t kTudDocument = -1;
+constexpr std::int32_t kCancelled = 1;
+
+class Wizard final : public Verb {
+ public:
+  void add_options(CLI::App& app) override {
+    app.add_option("FILE", file_, "The document that the wizard offers")->type_name("");
+  }
+  void start() override {
+    form_presenter(&system_presenter());
+    driver_.emplace();
+    // What failed is an outcome of the command; no message box tells it a second time.
+    driver_->QuietMode(1);
+  }
+  Outcome run(const std::u16string&, const ProgressEvent::Handler& progress) override {
+    std::u16string file = file_.empty() ? u"" : ports().files->absolute(path_from_host(file_));
+    if (!file.empty() && !ports().files->info(file))
+      throw failure(FailureNumber::kFileNotFound, to_utf16(file_ + ": there is no such file"));
+    Outcome outcome;
+    driver_->observe({[&](std::u16string_view, int percent) { progress(static_cast<std::int16_t>(percent)); },
+                      [&](const Message& message) { outcome.messages.push_back(message); }});
+    std::int32_t bits = 0;
+    outcome.result = driver_->SingleFileWizard(file, bits);
+    driver_->observe({});
+    if (outcome.result != 0) outcome.ending = Outcome::kFailed;
+    if (outcome.result == kCancelled) outcome.messages.push_back({u"cancelled"});
+    for (const ProducedFile& produced : driver_->produced_files())
+      if (!produced.tud_name.empty()) outcome.produced.push_back({produced.tud_name, kTudDocument});
+    return outcome;
+  }
+
+ private:
+  std::string file_;
+  std::optional<K19FPWObj> driver_;
+};
+
+constexpr VerbEntry kVerbs[] = {
+    {"", "wizard", "Ask for a document and its languages, and prepare it for translation", "kavo wizard index.asp",
+     make_verb<Wizard>, false},
+};
+
+}  // namespace
+
+std::span<const VerbEntry> wizard_verbs() { return kVerbs; }
+
+}  // namespace kavo

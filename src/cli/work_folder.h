@@ -1,0 +1,25 @@
+// A scratch folder of the command, which goes with all it holds.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace kavo {
+
+class WorkFolder {
+ public:
+  // A new folder in the user's temporary one, for this user only where the system tells users apart. Throws `failure`.
+  WorkFolder();
+  ~WorkFolder();
+  WorkFolder(const WorkFolder&) = delete;
+  WorkFolder& operator=(const WorkFolder&) = delete;
+
+  // Makes a folder of that name in it and returns its core path. Throws `failure`.
+  std::u16string make(std::string_view name) const;
+
+ private:
+  std::filesystem::path path_;
+};
+
+}  // namespace kavo

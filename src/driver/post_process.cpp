@@ -1,0 +1,203 @@
+#include "driver/post_process.h"
+
+#include <string>
+#include <utility>
+
+#include "common/block_reader.h"
+#include "common/byte_scan.h"
+#include "common/clsCommon.h"
+#include "common/pending_file.h"
+#include "driver/target_build.h"
+#include "html/clsASP2HTML.h"
+#include "mif/clsMIFUtilities.h"
+#include "office/clsDOC2RTF.h"
+#include "office/clsPPTUtil.h"
+#include "office/clsRTFUtil.h"
+#include "office/clsXLSUtil.h"
+#include "platform/failure.h"
+#include "platform/unicode.h"
+
+namespace kavo {
+namespace {
+
+std::u16string extension_of(std::u16string_view path) { return ascii_upper(clsCommon().strParseFileName(path, 2)); }
+
+// The place of an embedded object that was taken out of a MIF document.
+bool holds_object_placeholder(std::u16string_view mif) {
+  constexpr std::string_view placeholder = "<KAVOObj ";
+  BlockReader reader(mif);
+  while (reader.more()) {
+    const std::string_view window = reader.window();
+    const char* const end = window.data() + window.size();
+    if (find_text(window.data(), end, placeholder) != end) return true;
+    // One that the block cuts in two stays for the next look.
+    if (window.size() >= placeholder.size()) reader.consume(window.size() - (placeholder.size() - 1));
+  }
+  return false;
+}
+
+// Both converters of Office files work on a file of their own and name it after the XML file.
+bool import_presentation(const std::u16string& xml) {
+  clsPPTUtil presentations;
+  presentations.XMLFile(xml);
+  return presentations.XML2PPT() == 0;
+}
+bool import_workbook(const std::u16string& xml) {
+  clsXLSUtil workbooks;
+  workbooks.XMLFile(xml);
+  return workbooks.XML2XLS() == 0;
+}
+
+}  // namespace
+
+PostProcessing::PostProcessing(const TudName& name, std::u16string target, std::u16string language, Documents documents,
+                               RunFiles& files, const RunObserver& observer)
+    : name_(name),
+      target_(std::move(target)),
+      language_(std::move(language)),
+      documents_(documents),
+      files_(files),
+      observer_(observer) {}
+
+bool PostProcessing::PostProcess() {
+  const std::u16string extension = extension_of(target_);
+  try {
+    if (extension == u"HTM") return RestoreScripts();
+    if (extension == u"MIF") return MergeMIF();
+    if (extension == u"RTF") return RebuildDocument();
+    if (extension == u"XML") return RebuildOfficeFile();
+    return true;
+  } catch (const failure& reason) {
+    if (reason.is(FailureNumber::kInterrupted)) throw;
+    observer_.tell({reason.description()});
+    return false;
+  }
+}
+
+bool PostProcessing::RestoreScripts() {
+  const std::u16string script = name_.file_name(1, u"SCR", true);
+  const std::u16string page = document_name(name_.file_name(0, name_.part(1), true));
+  files_.make_way_for(script);
+  if (!rebuild(name_.script_tud(), script)) return false;
+
+  move_out_of_the_way_of(page);
+  const std::u16string html = std::exchange(target_, page);
+  clsASP2HTML scripts;
+  scripts.Progress([&](std::int16_t percent) { observer_.tell_progress(page, percent); });
+  scripts.HTMFile(html);
+  scripts.SCRFile(script);
+  scripts.ASPFile(page);
+  const bool restored = scripts.HTML2ASP() == 0;
+  observer_.tell_all_after_heading(scripts.ErrorList());
+  const clsCommon common;
+  common.DeleteFile(html);
+  common.DeleteFile(script);
+  return restored;
+}
+
+bool PostProcessing::MergeMIF() {
+  for (const std::u16string_view side : kMifSides) {
+    files_.make_way_for(mif_side_file(name_, side));
+    if (!rebuild(mif_side_tud(name_, side), mif_side_file(name_, side))) return false;
+  }
+  const std::u16string objects = name_.file_name(1, u"obj", false);
+  // The preparation does not take objects out: without an object file there is nothing to put back, unless the document
+  // says that there was.
+  const bool has_objects = is_file(objects) || holds_object_placeholder(target_);
+
+  clsMIFUtilities mif;
+  mif.Progress([&](std::int16_t percent) { observer_.tell_progress(target_, percent); });
+  mif.StartBatch();
+  mif.IndexFile(mif_side_file(name_, kMifSides[0]));
+  mif.XrefFile(mif_side_file(name_, kMifSides[1]));
+  mif.VarFile(mif_side_file(name_, kMifSides[2]));
+  mif.MIFFile(target_);
+  mif.ObjFile(objects);
+  const bool merged = mif.Merge() == 0 && (!has_objects || mif.InsertObjects() == 0);
+  observer_.tell_all(mif.ErrorList());
+  const clsCommon common;
+  for (const std::u16string& side : {mif.IndexFile(), mif.XrefFile(), mif.VarFile()}) common.DeleteFile(side);
+  return merged;
+}
+
+bool PostProcessing::RebuildDocument() {
+  const clsCommon common;
+  clsRTFUtil objects;
+  objects.Progress([&](std::int16_t percent) { observer_.tell_progress(target_, percent); });
+  objects.RTFFile(target_);
+  objects.ObjFile(name_.file_name(1, u"obj", false));
+  if (is_file(objects.ObjFile())) {
+    const bool inserted = objects.InsertObjects() == 0;
+    observer_.tell_all(objects.ErrorList());
+    if (!inserted) return false;
+  }
+  if (ascii_upper(name_.part(1)) != u"DOC") return true;
+
+  clsDOC2RTF word;
+  word.RTFFile(target_);
+  word.DOCFile(document_name(name_.file_name(0, u"doc", true)));
+  files_.make_way_for(word.DOCFile());
+  if (word.RTF2DOC() != 0 || !is_file(word.DOCFile())) {
+    observer_.tell({u"The word processor could not convert " + target_});
+    return false;
+  }
+  common.DeleteFile(target_);
+  target_ = word.DOCFile();
+  return true;
+}
+
+bool PostProcessing::RebuildOfficeFile() {
+  // A document named without a language is named after its presentation or workbook alone.
+  const bool has_language = !language_.empty();
+  const std::u16string& type = has_language ? name_.prepared_type() : name_.language();
+  const std::u16string known_type = ascii_upper(type);
+  if (known_type != u"PPT" && known_type != u"XLS") return true;  // any other XML document
+  const clsCommon common;
+  const std::u16string source = name_.file_name(has_language ? 1 : 2, type, false);
+  const std::u16string document =
+      document_name(has_language ? name_.file_name(1, type, true)
+                                 : name_.folder() + common.strParseFileName(target_, 1) + u"." + type);
+  const std::u16string xml =
+      common.strParseFileName(document, 0) + common.strParseFileName(document, 1) + u"_" + type + u".xml";
+  if (is_same_file(document, source))
+    throw failure(FailureNumber::kInvalidCall, u"The target must be another file than " + source);
+
+  files_.make_way_for(document);
+  copy_file(source, document);
+  if (!is_same_file(xml, target_)) {
+    files_.make_way_for(xml);
+    replace_file(target_, xml);
+  }
+  const bool imported = known_type == u"PPT" ? import_presentation(xml) : import_workbook(xml);
+  if (!imported) observer_.tell({u"The texts could not be put into " + document});
+  common.DeleteFile(xml);
+  target_ = document;
+  return imported;
+}
+
+bool PostProcessing::rebuild(const std::u16string& tud, const std::u16string& file) {
+  TargetBuild build(tud);
+  if (!build.open() || !build.read_details() || !build.save_open_tag(std::nullopt) || !build.locate_skeleton()) {
+    observer_.tell({tud + u": " + build.reason()});
+    return false;
+  }
+  build.create_target(file, language_);
+  return true;
+}
+
+// The filter was told to create the page under the name that the restored page has: the two cannot be one file.
+void PostProcessing::move_out_of_the_way_of(const std::u16string& page) {
+  if (!is_same_file(target_, page)) return;
+  const std::u16string scratch = files_.add_scratch(u"htm");
+  replace_file(target_, scratch);
+  target_ = scratch;
+}
+
+std::u16string PostProcessing::document_name(std::u16string usual) const {
+  if (documents_ == Documents::kScratch) return files_.add_scratch(clsCommon().strParseFileName(usual, 2));
+  if (documents_ == Documents::kNew && is_file(usual) && !is_same_file(usual, target_))
+    throw failure(FailureNumber::kFileAlreadyExists, usual + u" exists already");
+  return usual;
+}
+
+}  // namespace kavo

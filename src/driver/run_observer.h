@@ -1,0 +1,33 @@
+// What a run tells while it works: percent of the whole, and each message of the converters (what failed, what was
+// repaired). Beside the contract: a host sees results only, the command shows progress and messages.
+#pragma once
+
+#include <functional>
+#include <span>
+#include <string_view>
+
+#include "common/messages.h"
+
+namespace kavo {
+
+struct RunObserver {
+  // Either may be empty.
+  std::function<void(std::u16string_view file, int percent)> progress;
+  std::function<void(const Message& message)> message;
+
+  void tell(const Message& told) const {
+    if (message) message(told);
+  }
+  void tell_all(std::span<const Message> told) const {
+    for (const Message& each : told) tell(each);
+  }
+  // The lists of the page converters begin with an entry that only names the run.
+  void tell_all_after_heading(std::span<const Message> told) const {
+    if (!told.empty()) tell_all(told.subspan(1));
+  }
+  void tell_progress(std::u16string_view file, int percent) const {
+    if (progress) progress(file, percent);
+  }
+};
+
+}  // namespace kavo

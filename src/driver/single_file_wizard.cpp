@@ -1,0 +1,162 @@
+#include "driver/single_file_wizard.h"
+
+#include <algorithm>
+
+#include "common/clsCommon.h"
+#include "common/trimmed.h"
+#include "driver/file_types.h"
+#include "driver/run_files.h"
+#include "driver/wizard_run.h"
+#include "platform/failure.h"
+#include "platform/ports.h"
+#include "platform/program_folder.h"
+#include "platform/unicode.h"
+#include "resources/string_table.h"
+#include "ui/frmProgress.h"
+#include "ui/frmWizard.h"
+
+namespace kavo {
+namespace {
+
+enum WizardBits : std::int32_t { kEditorButton = 1, kEditorAfterFailure = 2, kOfferLastMemory = 4 };
+enum WizardResult : std::int32_t { kDone = 0, kCancelled = 1, kUnknownType = 2, kPreparationFailed = 100 };
+
+// Texts of the string table.
+enum WizardText : std::int32_t {
+  kUnknownTypeText = 4020,
+  kUnknownTypeAdvice = 4021,
+  kPreparationText = 4022,
+  kFileAdvice = 4023,
+  kConversionText = 4024,
+  kEditorText = 4025,
+  kEditorAdvice = 4026,
+};
+
+// "" when there is no launcher.
+std::u16string launcher_name() {
+  const std::u16string name = program_folder() + u"\\K19Subst.exe";
+  return clsCommon().FileExists(name) ? name : u"";
+}
+
+std::u16string in_quotes(std::u16string_view text) { return u"\"" + std::u16string(text) + u"\""; }
+
+std::u16string memory_switch(std::u16string_view memory) { return u"/t" + in_quotes(memory); }
+
+class WizardRun {
+ public:
+  WizardRun(const WizardRequest& request, const WizardSteps& steps)
+      : request_(request), steps_(steps), launcher_(launcher_name()) {}
+
+  std::int32_t run() {
+    const std::int32_t result = ask_and_convert();
+    if (!launcher_.empty()) {
+      if (result == kDone)
+        start_editor(in_quotes(tud_) + (memory_.empty() ? u"" : u" " + memory_switch(memory_)));
+      else if (has(kEditorAfterFailure))
+        // Deliberately with an empty name too when no memory was ever used: the launcher takes that for none.
+        start_editor(has(kOfferLastMemory) ? memory_switch(last_memory_) : u"");
+    }
+    return result;
+  }
+
+ private:
+  bool has(WizardBits bit) const { return (request_.bits & bit) != 0; }
+
+  std::int32_t ask_and_convert() {
+    frmWizard form({FileTypeOf, has_filter_settings, show_filter_settings});
+    form.cmdKAVO.Visible(has(kEditorButton));
+    const std::u16string last_description = form.LastTM();
+    last_memory_ = frmWizard::NameOfTM(last_description);
+    if (has(kOfferLastMemory)) form.SetLastTM(last_description);
+    if (const std::u16string_view file = trimmed(request_.file); is_file(file)) form.txtSourceFile.Text(file);
+    form.show();
+    if (form.Cancelled()) return kCancelled;
+    memory_ = form.TM();
+    return convert(form);
+  }
+
+  std::int32_t convert(const frmWizard& form) {
+    const std::u16string file = form.txtSourceFile.Text();
+    if (FileTypeOf(file) == kUnknownFile) {
+      tell(kUnknownTypeText, file, u"", kUnknownTypeAdvice);
+      return kUnknownType;
+    }
+    const Ending ending = run_beside_progress(form, file);
+    if (ending.result != kDone && ending.result != kCancelled) tell(ending.what, ending.where, ending.why, kFileAdvice);
+    return ending.result;
+  }
+
+  // How a run ended, and what to tell when it failed.
+  struct Ending {
+    std::int32_t result = kDone;
+    WizardText what{};
+    std::u16string where{}, why{};
+  };
+
+  Ending run_beside_progress(const frmWizard& form, const std::u16string& file) {
+    frmProgress progress;
+    progress.show_beside();
+    try {
+      const std::int32_t preparation = prepare(form, file, progress);
+      if (preparation >= 1) return {kPreparationFailed + preparation, kPreparationText, file, last_message_};
+      const FilterRun run = convert_produced_files(steps_.produced_files(),
+                                                   {form.morLang[0].LanguageCode(), form.morLang[1].LanguageCode(),
+                                                    form.morLang[0].CharSetNumber(), form.morLang[1].CharSetNumber()});
+      const std::span<const ProducedFile> produced = steps_.produced_files();
+      if (run.result != kDone) {
+        const auto unconverted = std::ranges::find(produced, u"", &ProducedFile::tud_name);
+        return {run.result, kConversionText, unconverted->file_name, run.reason};
+      }
+      tud_ = produced.front().tud_name;
+      return {};
+    } catch (const failure& reason) {
+      if (!reason.is(FailureNumber::kInterrupted) || !progress.Cancelled()) throw;
+      return {kCancelled};
+    }
+  }
+
+  std::int32_t prepare(const frmWizard& form, const std::u16string& file, frmProgress& progress) {
+    RunObserver observer;
+    observer.progress = [&](std::u16string_view name, int percent) {
+      progress.report(name, percent);
+      steps_.observer.tell_progress(name, percent);
+    };
+    observer.message = [&](const Message& message) {
+      last_message_ = message.text;
+      steps_.observer.tell(message);
+    };
+    return steps_.prepare(file, form.HTMLTags(), observer);
+  }
+
+  // What failed, where, why, and what to do.
+  void tell(WizardText what, std::u16string_view where, std::u16string_view why, WizardText advice) const {
+    std::u16string text(string_resource(what));
+    (text += u"\r\n") += to_utf16(path_to_host(where));
+    if (!why.empty()) (text += u"\r\n") += why;
+    (text += u"\r\n") += string_resource(advice);
+    steps_.observer.tell({text});
+    if (!request_.quiet)
+      ports().desktop->message_box(clsCommon().SandR(text, u"\r\n", u"\r\n\r\n"), u"KAVO", MessageIcon::kExclamation);
+  }
+
+  void start_editor(const std::u16string& parameters) const {
+    constexpr int kHighestFailure = 31;
+    if (ports().shell->open(launcher_, parameters) <= kHighestFailure) tell(kEditorText, launcher_, u"", kEditorAdvice);
+  }
+
+  const WizardRequest& request_;
+  const WizardSteps& steps_;
+  std::u16string launcher_;
+  std::u16string memory_;       // chosen in the dialog, "" for none
+  std::u16string last_memory_;  // used last
+  std::u16string tud_;          // of the first produced file
+  std::u16string last_message_;
+};
+
+}  // namespace
+
+std::int32_t run_single_file_wizard(const WizardRequest& request, const WizardSteps& steps) {
+  return WizardRun(request, steps).run();
+}
+
+}  // namespace kavo

@@ -1,0 +1,38 @@
+// The wizard run: from the dialog to bilingual documents and the editor.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "driver/K19FPWObj.h"
+#include "driver/run_observer.h"
+
+namespace kavo {
+
+struct WizardRequest {
+  std::u16string file;    // offered in the dialog when it exists; blanks around the name do not count
+  std::int32_t bits = 0;  // 1: the dialog can start the editor; 2: start the editor after a failure too; 4: offer the
+                          // memory that was used last
+  bool quiet = false;     // no message box about a failure
+};
+
+// What the run has the automation object do.
+struct WizardSteps {
+  // Prepares a file with this tag table for pages and answers as PreProcess does.
+  std::function<std::int32_t(std::u16string file, std::u16string_view html_tags, const RunObserver& observer)> prepare;
+  std::function<std::span<ProducedFile>()> produced_files;
+  RunObserver observer;  // is told the progress and, at the end, why the run failed
+};
+
+// 0 done, 1 cancelled (in the dialog, or beside the progress), 2 a file of no known type, 100 + the result of the
+// preparation, 200 + i when produced file i could not be converted; the documents of those before it stay.
+//
+// The editor launcher, "K19Subst.exe" in the library's folder, is started on the first bilingual document, with the
+// memory chosen. Without a launcher there, or when it cannot be started, the documents are there all the same and the
+// result is 0. Throws `failure` 18 when the user interrupts the program.
+std::int32_t run_single_file_wizard(const WizardRequest& request, const WizardSteps& steps);
+
+}  // namespace kavo

@@ -1,0 +1,50 @@
+#include "driver/target_build.h"
+
+#include <utility>
+
+#include "common/clsCommon.h"
+#include "driver/file_types.h"
+#include "driver/run_files.h"
+#include "driver/tud_name.h"
+#include "platform/failure.h"
+
+namespace kavo {
+
+TargetBuild::TargetBuild(std::u16string_view tud) : tud_(tud), open_tag_(open_tag_name_of(tud)) {}
+
+TargetBuild::~TargetBuild() {
+  const clsCommon common;
+  common.DeleteFile(open_tag_);
+  if (!skeleton_.path.empty() && !skeleton_.keep) common.DeleteFile(skeleton_.path);
+}
+
+bool TargetBuild::read_details() {
+  auto details = document_.merge_details();
+  if (details) details_ = std::move(*details);
+  return details.has_value();
+}
+
+bool TargetBuild::save_open_tag(const std::optional<StatusColours>& colours) {
+  return document_.save_open_tag(open_tag_, colours);
+}
+
+bool TargetBuild::locate_skeleton() {
+  auto skeleton = document_.locate_skeleton();
+  if (skeleton) skeleton_ = std::move(*skeleton);
+  return !skeleton_.path.empty();
+}
+
+void TargetBuild::refuse_own_file(const std::u16string& target) const {
+  for (const std::u16string& own : {tud_, open_tag_, skeleton_.path})
+    if (!own.empty() && is_same_file(target, own))
+      throw failure(FailureNumber::kInvalidCall, u"The target must be another file than " + own);
+}
+
+void TargetBuild::create_target(const std::u16string& target, const std::u16string& language) const {
+  Argument arguments[] = {by_value(target), by_value(open_tag_), by_value(skeleton_.path), by_value(language),
+                          by_value(details_.filter_identifier)};
+  filter_catalogue().invoke(u"CreateTarget", arguments);
+  if (!is_file(target)) throw failure(FailureNumber::kFileNotFound, u"The filter has not created " + target);
+}
+
+}  // namespace kavo

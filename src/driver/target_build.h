@@ -1,0 +1,45 @@
+// The way of one bilingual document to its target: the document component writes an OpenTag file and finds the
+// skeleton, the filter catalogue makes the target of both. Side files of a document take the same way.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "driver/tud_component.h"
+
+namespace kavo {
+
+class TargetBuild {
+ public:
+  // Throws what the creation of the suite's component raises, as every step throws what the component raises.
+  explicit TargetBuild(std::u16string_view tud);
+  // Deletes what the build left on its way: the OpenTag file, and the skeleton unless it is to be kept.
+  ~TargetBuild();
+  TargetBuild(const TargetBuild&) = delete;
+  TargetBuild& operator=(const TargetBuild&) = delete;
+
+  // The steps, in this order; false when one failed, reason() then tells why.
+  bool open() { return document_.open(tud_); }
+  bool read_details();
+  bool save_open_tag(const std::optional<StatusColours>& colours);
+  bool locate_skeleton();
+  std::u16string reason() const { return document_.reason(); }
+
+  // Throws `failure` 5 for a target that is one of the files that it is made of, as far as the steps have told them.
+  void refuse_own_file(const std::u16string& target) const;
+  // The last step. `language` is the target language, "" for the document's own. Throws what the catalogue raises, and
+  // `failure` 53 when it made no file.
+  void create_target(const std::u16string& target, const std::u16string& language) const;
+
+  const MergeDetails& details() const { return details_; }
+
+ private:
+  std::u16string tud_;
+  std::u16string open_tag_;
+  TudComponent document_;
+  MergeDetails details_;
+  LocatedSkeleton skeleton_;
+};
+
+}  // namespace kavo

@@ -1,0 +1,262 @@
+#include "driver/translation.h"
+
+#include <algorithm>
+#include <iterator>
+#include <optional>
+#include <variant>
+
+#include "common/cRegistry.h"
+#include "common/clsCommon.h"
+#include "common/pending_file.h"
+#include "driver/post_process.h"
+#include "driver/run_files.h"
+#include "driver/target_build.h"
+#include "driver/tud_name.h"
+#include "platform/failure.h"
+#include "platform/ports.h"
+#include "platform/unicode.h"
+#include "resources/string_table.h"
+#include "ui/clsLanguages.h"
+
+namespace kavo {
+namespace {
+
+constexpr std::u16string_view kEditorSettings = u"Software\\MOR\\MOR Edit\\Settings";
+constexpr std::u16string_view kColours[] = {u"ColourUntran", u"ColourFuzzy", u"Colour100", u"ColourTran"};
+constexpr std::u16string_view kFilterSettings = u"Software\\MOR\\KAVO";
+constexpr std::u16string_view kFontMapFile = u"RTFFontMapFile";
+constexpr std::u16string_view kFontMapping = u"AllowFontMapping";
+constexpr std::u16string_view kOfficeFilters[] = {u"k19pptw.k19pptwobj.1", u"k19xlsw.k19xlswobj.1",
+                                                  u"k19docw.k19docwobj.1"};
+// An Office program needs this long to let go of a file.
+constexpr double kOfficeSeconds = 5;
+constexpr double kBetweenLooks = 0.05;  // seconds
+constexpr int kHighestShellFailure = 31;
+
+cRegistry registry_value(std::u16string_view section, std::u16string_view name) {
+  cRegistry value;
+  value.SectionKey(section);
+  value.ValueKey(name);
+  return value;
+}
+
+std::int32_t read_number(std::u16string_view section, std::u16string_view name) {
+  const cRegistry::Variant value = registry_value(section, name).Value();
+  const auto* const number = std::get_if<std::int32_t>(&value);
+  return number != nullptr ? *number : 0;
+}
+
+std::u16string read_text(std::u16string_view section, std::u16string_view name) {
+  const cRegistry::Variant value = registry_value(section, name).Value();
+  const auto* const text = std::get_if<std::u16string>(&value);
+  return text != nullptr ? *text : u"";
+}
+
+void write_number(std::u16string_view section, std::u16string_view name, std::int32_t number) {
+  cRegistry value = registry_value(section, name);
+  value.ValueType(static_cast<std::uint32_t>(RegistryType::kNumber));
+  value.SetValue(number);
+}
+
+void write_text(std::u16string_view section, std::u16string_view name, const std::u16string& text) {
+  registry_value(section, name).SetValue(text);
+}
+
+// The code as the suite writes it, "" for a text that is no language.
+std::u16string known_language(std::u16string_view code) {
+  const clsLanguages languages;
+  for (std::int32_t i = 0; i <= languages.LanguageCount(); ++i)
+    if (equal_ignoring_ascii_case(languages.LanguageCode(i), code)) return languages.LanguageCode(i);
+  return u"";
+}
+
+bool is_office_format(std::u16string_view format) {
+  const std::u16string upper = ascii_upper(format);
+  return upper == u"PPT" || upper == u"XLS";
+}
+
+class Translation {
+ public:
+  Translation(const TranslationRequest& request, const RunObserver& observer)
+      : request_(request),
+        observer_(observer),
+        overwrites_(request.preview < 0),
+        // The remainder of a negative value is negative or 0 and asks for no preview.
+        preview_(overwrites_ ? request.preview % 256 : request.preview),
+        name_(request.tud),
+        target_(request.target) {}
+
+  TranslationResult run() {
+    language_ = known_language(name_.language());
+    if (!language_.empty() && !has_companions()) language_.clear();
+    TargetBuild build(request_.tud);
+    const TranslationError error = create(build);
+    if (error != kNoError) return {error, error_text_, u""};
+    files_.keep();
+    show(build.details().filter_identifier);
+    return {kNoError, u"", target_};
+  }
+
+ private:
+  // Without the files that the way back needs, the document is rebuilt as it was converted.
+  bool has_companions() const {
+    const std::u16string type = ascii_upper(name_.prepared_type());
+    if (type == u"HTM" || type == u"HTML" || type == u"ASP" || type == u"JSP") return is_file(name_.script_tud());
+    if (type == u"MIF")
+      return std::ranges::all_of(kMifSides, [&](auto side) { return is_file(mif_side_tud(name_, side)); });
+    if (is_office_format(type)) return is_file(name_.file_name(1, type, false));
+    return true;
+  }
+
+  TranslationError create(TargetBuild& build) {
+    const auto failed = [&](TranslationError error) {
+      observer_.tell({build.reason()});
+      return error;
+    };
+    if (!build.open()) return failed(kTudNotOpened);
+    tell_progress(15);
+    if (!build.read_details()) return failed(kNoMergeDetails);
+    if (target_.empty()) target_ = build.details().target_name;
+    if (has_output()) target_ = files_.add_scratch(clsCommon().strParseFileName(target_, 2));
+    if (const auto error = clear_target(build); error != kNoError) return error;
+    if (!build.save_open_tag(colours(build.details().source_format))) return failed(kOpenTagNotSaved);
+    tell_progress(30);
+    if (!build.locate_skeleton()) return failed(kNoSkeleton);
+    if (!create_target(build)) return kTargetNotCreated;
+    tell_progress(80);
+    if (!post_process(build.details().source_format)) return kNotPostProcessed;
+    if (has_output() && !move_to_output()) return kTargetNotCreated;
+    tell_progress(100);
+    return kNoError;
+  }
+
+  bool has_output() const { return !request_.output.empty(); }
+
+  // The document that the run is asked for.
+  const std::u16string& wanted() const { return has_output() ? request_.output : target_; }
+
+  TranslationError clear_target(const TargetBuild& build) {
+    if (request_.keeps_existing && is_file(wanted())) {
+      error_text_ = wanted() + u" exists already";
+      return kTargetInTheWay;
+    }
+    try {
+      build.refuse_own_file(wanted());
+    } catch (const failure& reason) {
+      error_text_ = reason.description();
+      return kTargetNotCreated;
+    }
+    if (!overwrites_ || is_office_format(build.details().source_format) || has_output()) return kNoError;
+    try {
+      files_.make_way_for(target_);
+      is_cleared_ = true;
+      return kNoError;
+    } catch (const failure& reason) {
+      observer_.tell({reason.description()});
+      return kTargetInTheWay;
+    }
+  }
+
+  std::optional<StatusColours> colours(const std::u16string& source_format) const {
+    if (request_.highlight == 0 || is_office_format(source_format)) return std::nullopt;
+    StatusColours colours;
+    std::ranges::transform(kColours, colours.begin(), [](auto name) { return read_number(kEditorSettings, name); });
+    return colours;
+  }
+
+  bool create_target(const TargetBuild& build) {
+    try {
+      build.refuse_own_file(wanted());
+      const std::u16string map = ports().files->absolute(name_.folder() + u"KAVO.FMP");
+      const std::u16string old_map = read_text(kFilterSettings, kFontMapFile);
+      const std::int32_t old_mapping = read_number(kFilterSettings, kFontMapping);
+      write_text(kFilterSettings, kFontMapFile, map);
+      write_number(kFilterSettings, kFontMapping, 1);
+      if (!is_cleared_ && !has_output()) files_.keep_copy_of(target_);
+      build.create_target(target_, language_);
+      write_text(kFilterSettings, kFontMapFile, old_map);
+      // Deliberate: the setting goes on naming this folder's map, for filters that users start themselves afterwards.
+      write_text(kFilterSettings, kFontMapFile, map);
+      write_number(kFilterSettings, kFontMapping, old_mapping);
+      return true;
+    } catch (const failure& reason) {
+      if (reason.is(FailureNumber::kInterrupted)) throw;
+      error_text_ = reason.description();
+      return false;
+    }
+  }
+
+  bool move_to_output() {
+    try {
+      files_.make_way_for(request_.output);
+      replace_file(target_, request_.output);
+      target_ = request_.output;
+      return true;
+    } catch (const failure& reason) {
+      error_text_ = reason.description();
+      return false;
+    }
+  }
+
+  bool post_process(const std::u16string& source_format) {
+    if (language_.empty() && !(is_office_format(name_.language()) && ascii_upper(source_format) == u"XML")) return true;
+    const auto documents = has_output()              ? PostProcessing::Documents::kScratch
+                           : request_.keeps_existing ? PostProcessing::Documents::kNew
+                                                     : PostProcessing::Documents::kAny;
+    const RunObserver last_fifth{[this](std::u16string_view, int percent) { tell_progress(80 + percent / 5); },
+                                 observer_.message};
+    PostProcessing routes(name_, target_, language_, documents, files_, last_fifth);
+    const bool done = routes.PostProcess();
+    target_ = routes.target();
+    return done;
+  }
+
+  // Opens the result for viewing. The translation is there whatever becomes of this.
+  void show(const std::u16string& filter_identifier) {
+    if (preview_ != 1 && preview_ != 2) return;
+    const std::u16string filter = ascii_lower(filter_identifier);
+    if (std::ranges::find(kOfficeFilters, filter) != std::end(kOfficeFilters)) wait_for_office();
+    Shell& shell = *ports().shell;
+    try {
+      if (shell.open(target_, u"") <= kHighestShellFailure) shell.start(u"notepad \"" + target_ + u"\"");
+    } catch (const failure& reason) {
+      if (reason.is(FailureNumber::kInterrupted)) throw;
+      observer_.tell({reason.description()});
+    }
+  }
+
+  static void wait_for_office() {
+    Clock& clock = *ports().clock;
+    const double start = clock.seconds();
+    while (clock.seconds() - start <= kOfficeSeconds) {
+      ports().desktop->process_messages();
+      clock.sleep(kBetweenLooks);
+    }
+  }
+
+  void tell_progress(int percent) const { observer_.tell_progress(request_.tud, percent); }
+
+  const TranslationRequest& request_;
+  const RunObserver& observer_;
+  const bool overwrites_;
+  const std::int32_t preview_;
+  const TudName name_;
+  std::u16string target_;
+  std::u16string language_;  // "" when the name tells none that the suite knows, or companions are missing
+  bool is_cleared_ = false;  // an old target was moved out of the way
+  std::u16string error_text_;
+  RunFiles files_;
+};
+
+}  // namespace
+
+std::u16string translation_error_text(const TranslationResult& result) {
+  constexpr std::int32_t first_text = 500;
+  return result.text.empty() ? std::u16string(string_resource(first_text + result.error)) : result.text;
+}
+
+TranslationResult create_translation(const TranslationRequest& request, const RunObserver& observer) {
+  return Translation(request, observer).run();
+}
+
+}  // namespace kavo

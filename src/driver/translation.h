@@ -1,0 +1,49 @@
+// One run of CreateTranslation: from a translated bilingual document to the document in its source's format.
+//
+// A run that fails leaves every document as it was: an old target goes only when the new one is whole (run_files.h).
+// Two things outlive a failure, deliberately: the OpenTag file of the document's name is gone, and the font settings
+// stay as they were set for the filter, for users who look at what it worked with.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "driver/run_observer.h"
+
+namespace kavo {
+
+enum TranslationError : std::int32_t {
+  kNoError = 0,
+  kTudNotOpened = 1,
+  kOpenTagNotSaved = 2,
+  kNoSkeleton = 3,
+  kNoMergeDetails = 4,
+  kTargetNotCreated = 5,
+  kNotPostProcessed = 6,
+  kTargetInTheWay = 7,
+};
+
+struct TranslationRequest {
+  std::u16string tud;
+  std::u16string target{};     // "" for the name that the document tells
+  std::int32_t preview = 0;    // 1 or 2 opens the result; negative: an old target is deleted before the filter runs
+  std::int32_t highlight = 0;  // not 0: segments are coloured by their status
+  // Beside the contract, for the command.
+  std::u16string output{};      // the file that the finished document goes to, whatever is created on the way
+  bool keeps_existing = false;  // fail rather than replace a document that is there
+};
+
+struct TranslationResult {
+  std::int32_t error = kNoError;
+  std::u16string text;    // of the error, "" for the usual text of its number
+  std::u16string target;  // the file that was really created
+};
+
+// What people are told of a failed run.
+std::u16string translation_error_text(const TranslationResult& result);
+
+// Throws what the document component raises, and `failure` 18 when the user interrupts. Needs the thread's filter
+// catalogue, that is, a living K19FPWObj.
+TranslationResult create_translation(const TranslationRequest& request, const RunObserver& observer);
+
+}  // namespace kavo

@@ -1,0 +1,60 @@
+// The suite's bilingual document ("K19Suite.TUDDocument"), reached late-bound as docs/suite-interface.md describes it.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "platform/automation.h"
+
+namespace kavo {
+
+// 0x00BBGGRR: untranslated, fuzzy, 100 % match, translated.
+using StatusColours = std::array<std::int32_t, 4>;
+
+struct MergeDetails {
+  std::u16string source_format;  // extension of the source document
+  std::u16string target_name;    // full path
+  std::u16string skeleton_name;
+  std::u16string filter_identifier;
+};
+
+struct LocatedSkeleton {
+  std::u16string path;  // "" when there is none
+  bool keep = true;     // false for a scratch file that the run has to delete
+};
+
+// Every call throws what the component raises; an operation that answers another status than 0 has failed.
+class TudComponent {
+ public:
+  TudComponent();
+
+  bool open(std::u16string_view name);
+  std::optional<MergeDetails> merge_details();
+  // Coloured when colours are given.
+  bool save_open_tag(std::u16string_view name, const std::optional<StatusColours>& colours);
+  std::optional<LocatedSkeleton> locate_skeleton();
+
+  std::int32_t segment_count();
+  struct SegmentTexts {
+    std::u16string source;
+    std::u16string target;
+  };
+  std::optional<SegmentTexts> segment(std::int32_t number);  // from 1
+  bool set_segment(std::int32_t number, std::u16string_view target, std::int32_t status, std::int32_t match);
+  bool close();
+
+  // Why the last operation failed, for people; the name of the operation when the component does not tell.
+  std::u16string reason() const;
+
+ private:
+  bool call(std::u16string_view member, std::span<Argument> arguments);
+
+  ObjectRef document_;
+  std::u16string_view last_member_;
+};
+
+}  // namespace kavo

@@ -1,0 +1,61 @@
+#include "driver/tud_name.h"
+
+#include <algorithm>
+
+#include "common/clsCommon.h"
+#include "driver/run_files.h"
+#include "platform/unicode.h"
+
+namespace kavo {
+
+TudName::TudName(std::u16string_view path)
+    : folder_(clsCommon().strParseFileName(path, 0)), base_(clsCommon().strParseFileName(path, 1)) {
+  std::u16string_view rest = base_;
+  std::size_t index = parts_.size() - 1;
+  for (; index > 0; --index) {
+    const std::size_t separator = rest.rfind(u'_');
+    if (separator == rest.npos) break;
+    parts_[index] = rest.substr(separator + 1);
+    rest = rest.substr(0, separator);
+  }
+  parts_[index] = rest;
+}
+
+std::u16string TudName::file_name(std::size_t last_part, std::u16string_view extension, bool with_language) const {
+  std::u16string joined;
+  for (std::size_t i = 0; i <= last_part; ++i) {
+    if (!joined.empty()) joined += u'_';
+    joined += parts_[i];
+  }
+  std::u16string name = folder_ + joined;
+  if (with_language) name += u"_" + language();
+  name += u'.';
+  name += extension;
+  return name;
+}
+
+std::u16string TudName::script_tud() const {
+  return folder_ + parts_[0] + u"_" + parts_[1] + u"_SCR_" + language() + u".tud";
+}
+
+bool TudName::is_taken_along() const {
+  if (equal_ignoring_ascii_case(prepared_type(), u"SCR"))
+    return is_file(folder_ + parts_[0] + u"_" + parts_[1] + u"_HTM_" + language() + u".tud");
+  return std::ranges::any_of(kMifSides, [&](std::u16string_view side) {
+    return equal_ignoring_ascii_case(base_, std::u16string(side) + u"_mif_" + language());
+  });
+}
+
+std::u16string mif_side_file(const TudName& name, std::u16string_view side) {
+  return name.folder() + std::u16string(side) + u".mif";
+}
+
+std::u16string mif_side_tud(const TudName& name, std::u16string_view side) {
+  return name.folder() + std::u16string(side) + u"_mif_" + name.language() + u".tud";
+}
+
+std::u16string open_tag_name_of(std::u16string_view tud) {
+  return clsCommon().strParseFileName(tud, 0) + clsCommon().strParseFileName(tud, 1) + u".otf";
+}
+
+}  // namespace kavo

@@ -1,0 +1,62 @@
+// kavo edit, with the command itself as the editor: what it was started with can be seen from what it wrote.
+#include <gtest/gtest.h>
+
+#include "cli/run_kavo.h"
+#include "platform/files.h"
+#include "platform/ports.h"
+#include "support/temp_folder.h"
+
+namespace kavo::test {
+namespace {
+
+class EditCommand : public testing::Test {
+ protected:
+  ~EditCommand() override { set_editor(""); }
+  static void set_editor(const std::string& command) {
+    EXPECT_EQ(run_kavo({"settings", "editor.command=" + command}).code, 0);
+  }
+  // Started programs are not waited for, so what they leave is.
+  bool appears(std::u16string_view name, std::string_view instead_of = "") const {
+    for (int i = 0; i < 1000; ++i) {
+      if (folder.exists(name) && folder.read(name) != instead_of) return true;
+      ports().clock->sleep(0.01);
+    }
+    return false;
+  }
+  std::string document() {
+    const std::string text = path_to_host(folder.write(u"a b.txt", "One\n"));
+    EXPECT_EQ(run_kavo({"prepare", text, "--source", "EN", "--target", "FR"}).code, 0);
+    return path_to_host(folder.path(u"a b_txt_FR.tud"));
+  }
+  TempFolder folder;
+};
+
+TEST_F(EditCommand, StartsTheEditorOfTheSettingOnTheDocument) {
+  const std::string tud = document();
+  set_editor("\"" KAVO_PROGRAM "\" export %1");
+  const Ran ran = run_kavo({"edit", tud});
+  EXPECT_EQ(ran.code, 0) << ran.errors;
+  EXPECT_TRUE(appears(u"a b_txt_FR.xlf"));
+}
+
+TEST_F(EditCommand, NamesTheMemory) {
+  const std::string tud = document();
+  set_editor("\"" KAVO_PROGRAM "\" export %1 --to %2");
+  const std::string memory = path_to_host(folder.write(u"m m.tmx", "a memory"));
+  EXPECT_EQ(run_kavo({"edit", tud, "--memory", memory}).code, 0);
+  EXPECT_TRUE(appears(u"m m.tmx", "a memory"));
+}
+
+TEST_F(EditCommand, WhatCannotBeOpenedFails) {
+  set_editor("kavo-test-no-such-editor");
+  const std::string tud = document();
+  for (const std::string& file : {tud, path_to_host(folder.path(u"missing.tud")),
+                                  path_to_host(folder.write(u"text.tud", "no bilingual document"))}) {
+    const Ran ran = run_kavo({"edit", file});
+    EXPECT_EQ(ran.code, 1) << file;
+    EXPECT_TRUE(ran.errors.starts_with(file)) << ran.errors;
+  }
+}
+
+}  // namespace
+}  // namespace kavo::test

@@ -1,0 +1,119 @@
+// kavo verify, as its users see it.
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+#include "cli/run_kavo.h"
+#include "platform/files.h"
+#include "support/temp_folder.h"
+
+namespace kavo::test {
+namespace {
+
+class VerifyCommand : public testing::Test {
+ protected:
+  std::string put(std::u16string_view name, std::string_view bytes) { return path_to_host(folder.write(name, bytes)); }
+  std::string path(std::u16string_view name) { return path_to_host(folder.path(name)); }
+  nlohmann::json verify(const std::string& file) {
+    const Ran ran = run_kavo({"verify", "--json", file});
+    const auto told = nlohmann::json::parse(ran.output);
+    EXPECT_EQ(ran.code, told["done"] == true ? 0 : 3);
+    return told;
+  }
+  TempFolder folder;
+};
+
+TEST_F(VerifyCommand, ADocumentThatSurvives) {
+  const std::string bytes = "One\r\n\r\nTwo\n";
+  const std::string file = put(u"a.txt", bytes);
+  const Ran ran = run_kavo({"verify", file});
+  EXPECT_EQ(ran.code, 0);
+  EXPECT_EQ(ran.output, "ok      " + file +
+                            "\n        unchanged: came back, byte for byte\n"
+                            "        translated: all came back, 2 texts in 1 bilingual document\n");
+  EXPECT_EQ(ran.errors, "");
+  EXPECT_EQ(folder.read(u"a.txt"), bytes);
+  EXPECT_EQ(folder.entry_count(), 1u);
+}
+
+TEST_F(VerifyCommand, AServerPageWithItsScripts) {
+  const auto told = verify(
+      put(u"index.asp", "<html><body><p>Hello <%= name %></p>\r\n<% w \"Hi\"\r\nDim x %>\r\n</body></html>\r\n"));
+  EXPECT_EQ(told["done"], true);
+  EXPECT_EQ(told["unchanged"], "same");
+  EXPECT_EQ(told["translated"], "same");
+  EXPECT_EQ(told["documents"], 2);
+  EXPECT_EQ(told["repairs"].size(), 0u);
+  EXPECT_EQ(folder.entry_count(), 1u);
+}
+
+TEST_F(VerifyCommand, TheLanguageOfAPageIsNoDifference) {
+  EXPECT_EQ(verify(put(u"a.htm", "<html lang=en-US><p>Hello</p></html>\n"))["unchanged"], "same");
+}
+
+TEST_F(VerifyCommand, ARepairedPageShowsEachRepair) {
+  const std::string file = put(u"broken.htm", "<html><body>\n<p><b>bold</p>\n</body></html>\n");
+  const auto told = verify(file);
+  EXPECT_EQ(told["done"], true);
+  EXPECT_EQ(told["unchanged"], "repaired");
+  ASSERT_GE(told["repairs"].size(), 1u);
+  EXPECT_EQ(told["repairs"][0]["line"], 2);
+  const Ran ran = run_kavo({"verify", file});
+  EXPECT_EQ(ran.code, 0);
+  EXPECT_NE(ran.output.find("repaired in "), std::string::npos);
+  EXPECT_NE(ran.output.find("            2:"), std::string::npos);
+  EXPECT_NE(ran.output.find("the repaired page came back, byte for byte"), std::string::npos);
+  EXPECT_EQ(run_kavo({"verify", "--strict", file}).code, 3);
+}
+
+TEST_F(VerifyCommand, AnEmptyDocumentSurvives) {
+  EXPECT_EQ(verify(put(u"a.txt", ""))["texts"], 0);
+  EXPECT_EQ(verify(put(u"a.htm", ""))["done"], true);
+}
+
+// In a double-byte code page a broken lead byte takes the byte behind it with it when that changes.
+TEST_F(VerifyCommand, ATextThatDoesNotComeBackIsTold) {
+  const std::string file = put(u"a.txt", "One\nTwo \x81\nThree\n");
+  const Ran ran = run_kavo({"verify", "--json", "--code-page", "932", file});
+  EXPECT_EQ(ran.code, 3);
+  const auto told = nlohmann::json::parse(ran.output);
+  EXPECT_EQ(told["unchanged"], "same");
+  EXPECT_EQ(told["translated"], "different");
+  ASSERT_EQ(told["findings"].size(), 1u);
+  const auto& finding = told["findings"][0];
+  EXPECT_EQ(finding["line"], 2);
+  EXPECT_EQ(finding["column"], 1);
+  EXPECT_EQ(finding["file"], "a.txt");
+  EXPECT_NE(finding["expected"], "");
+  const Ran text = run_kavo({"verify", "--code-page", "932", file});
+  EXPECT_TRUE(text.output.starts_with("FAILED  " + file + "\n")) << text.output;
+  EXPECT_NE(text.output.find(" of 3 texts in 1 bilingual document"), std::string::npos) << text.output;
+  EXPECT_NE(text.output.find("            a.txt:2:1  "), std::string::npos) << text.output;
+}
+
+TEST_F(VerifyCommand, FilesThatCannotTakeTheRoadFail) {
+  for (const std::string& file : {path(u"missing.txt"), put(u"a.xyz", "x"), put(u"a.doc", "x"),
+                                  put(u"utf16.htm", std::string_view("\xFF\xFE<\0p\0>\0", 8))}) {
+    const Ran ran = run_kavo({"verify", file});
+    EXPECT_EQ(ran.code, 1) << file;
+    EXPECT_EQ(ran.output, "") << file;
+    EXPECT_TRUE(ran.errors.starts_with(file + ": ")) << ran.errors;
+    // Not the name of the copy.
+    EXPECT_EQ(ran.errors.find("plain"), std::string::npos) << ran.errors;
+  }
+}
+
+TEST_F(VerifyCommand, SeveralFilesAreSummedUp) {
+  const Ran ran = run_kavo({"verify", put(u"a.txt", "One\n"), put(u"b.txt", "Two\nThree\n"), path(u"missing.txt")});
+  EXPECT_EQ(ran.code, 1);
+  EXPECT_NE(ran.output.find("2 of 3 files survive, 3 texts\n"), std::string::npos) << ran.output;
+}
+
+TEST_F(VerifyCommand, LanguagesCanBeNamed) {
+  EXPECT_EQ(
+      run_kavo({"verify", "--source", "de", "--target", "ja", put(u"a.htm", "<html lang=de><p>Eins</p></html>")}).code,
+      0);
+}
+
+}  // namespace
+}  // namespace kavo::test
