@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Whole-process runs, in turn with what a user would otherwise run: compare.sh [html|mif|rtf]... [--sizes "1 10 50"]
+# Whole-process runs, in turn with what a user would otherwise run: compare.sh [html|mif|rtf|road]... [--sizes "1 10 50"]
 # Prints one table a size (MB): median of the rounds, throughput, ratio to the first line, peak memory.
 set -euo pipefail
 top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
@@ -10,14 +10,14 @@ sizes="1 10 50"
 rounds=5
 while [ $# -gt 0 ]; do
   case $1 in
-    html|mif|rtf) subjects+=("$1") ;;
+    html|mif|rtf|road) subjects+=("$1") ;;
     --sizes) sizes=$2; shift ;;
     --rounds) rounds=$2; shift ;;
     *) sed -n '2,3s/^# //p' "$0" >&2; exit 2 ;;
   esac
   shift
 done
-[ ${#subjects[@]} -gt 0 ] || subjects=(html mif rtf)
+[ ${#subjects[@]} -gt 0 ] || subjects=(html mif rtf road)
 
 scripts/setup.sh --full
 mkdir -p build
@@ -80,6 +80,38 @@ for size in $sizes; do
           "kavo rtf insert" "cp extracted.rtf r.rtf; cp extracted.obj r.obj" "$kavo rtf insert -q r.rtf" \
           "perl, counting braces" "" "perl -0777 -ne 'my \$d = 0; while (/([{}])/g) { \$d += \$1 eq \"{\" ? 1 : -1 } print \$d' doc.rtf" \
           "perl, recursive expression" "" "perl -0777 -ne 's/(\\{\\\\pict(?:[^{}]|(?1))*\\})/{}/g; print length' doc.rtf"
+        ;;
+      road)
+        # The whole way of a document, with what a user would otherwise take where that is installed: translate-toolkit
+        # and po4a. They are slow, so each runs once and is stopped after five minutes.
+        "$bin/bench/make_document" html "$size" > page.htm
+        "$bin/bench/make_document" mif "$size" > book.mif
+        "$bin/bench/make_document" text "$size" > note.txt
+        mkdir kept
+        cp page.htm book.mif note.txt kept
+        languages="--source EN-US --target FR"
+        road() {  # road NAME FILE TUD [NAME BEFORE COMMAND]...
+          local name=$1 file=$2 tud=$3
+          shift 3
+          echo "$name, $size MB"
+          measure "$(stat -c %s "kept/$file")" \
+            "floor: read, scan, write" "" "$bin/bench/floor kept/$file out" \
+            "kavo prepare" "cp kept/$file $file" "$kavo prepare -q $languages $file" \
+            "kavo pseudo" "" "$kavo pseudo -q $tud" \
+            "kavo rebuild" "" "$kavo rebuild -q --overwrite $tud"
+          if [ $# -gt 0 ]; then "$bin/bench/measure" 1 "$(stat -c %s "kept/$file")" "$@"; fi
+        }
+        others=()
+        ! command -v html2po >/dev/null || others+=("html2po" "" "timeout 300 html2po --progress=none kept/page.htm page.po"
+          "po2html" "" "timeout 300 po2html --progress=none -t kept/page.htm page.po out.htm")
+        ! command -v po4a-gettextize >/dev/null || others+=("po4a-gettextize" "rm -f page4.po" "timeout 300 po4a-gettextize -f xhtml -M UTF-8 -m kept/page.htm -p page4.po")
+        road page page.htm page_htm_htm_FR.tud "${others[@]}"
+        road manual book.mif book_mif_FR.tud
+        others=()
+        ! command -v txt2po >/dev/null || others+=("txt2po" "" "timeout 300 txt2po --progress=none kept/note.txt note.po"
+          "po2txt" "" "timeout 300 po2txt --progress=none -t kept/note.txt note.po out.txt")
+        ! command -v po4a-gettextize >/dev/null || others+=("po4a-gettextize" "rm -f note4.po" "timeout 300 po4a-gettextize -f text -M UTF-8 -m kept/note.txt -p note4.po")
+        road text note.txt note_txt_FR.tud "${others[@]}"
         ;;
     esac
   done

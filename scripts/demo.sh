@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Builds the kavo command and shows what it does with the pages of samples/: prepares them, restores them, compares.
+# Builds the kavo command and shows what it does with the documents of samples/: a page, a MIF manual and a text take the
+# whole road into bilingual documents and back; then the parts of that road, one by one.
 # The samples themselves are not touched; quick when nothing has changed.
 set -euo pipefail
 top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
@@ -35,9 +36,31 @@ PATH=$top/build/native/src/cli:$PATH
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 mkdir "$work/original"
-cp "$top"/samples/*.{asp,jsp,php,htm} "$work/original"
+cp "$top"/samples/*.{asp,jsp,php,htm,mif,txt} "$work/original"
 cp "$work"/original/* "$work"
 cd "$work"
+
+road() {  # road NAME SOURCE TARGET LINES: there and back, and what changed
+  local name=$1 source=$2 target=$3 lines=$4
+  title "the whole road: $name"
+  show kavo prepare -q "$source" --source EN-US --target FR
+  show kavo stats ./*.tud
+  for tud in *.tud; do kavo pseudo -q "$tud" >/dev/null; done
+  echo "   every text has its test translation (kavo pseudo); a translator would use kavo export and import, or kavo edit"
+  show kavo rebuild -q "${source%.*}_${source##*.}${5:-}_FR.tud"
+  echo "What is different in $target:"
+  diff "original/$source" "$target" | grep '^[<>]' | head -"$lines" | cut -c1-110 | sed 's/^/   /' || true
+  rm -f ./*.tud ./*.skl
+}
+road "a server page, with the texts in its scripts" index.asp index_FR.asp 8 _htm
+road "a FrameMaker manual, with its hidden texts" manual.mif manual_FR.mif 8
+road "a plain text" notice.txt notice_FR.txt 8
+rm -rf ./*
+cp -r "$top"/samples original
+cp original/* .
+
+title "and the proof, on copies"
+show kavo verify index.asp broken.htm list.jsp manual.mif notice.txt
 
 title "a server page loses its scripts"
 show kavo preprocess index.asp

@@ -5,7 +5,7 @@
 #   scripts/test.sh --native        the native tests only
 #   scripts/test.sh --sanitizers    the native tests under address, undefined-behaviour and leak sanitizers only
 #   scripts/test.sh --windows       the Windows tests only
-#   scripts/test.sh --full          also fuzzing for a minute a target, and clang-tidy
+#   scripts/test.sh --full          also fuzzing for a minute a target, clang-tidy, and the Office programs with LibreOffice
 set -uo pipefail
 top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 cd "$top" || exit 1
@@ -16,7 +16,7 @@ case ${1:-} in
   --native) parts=(native) ;;
   --sanitizers) parts=(sanitizers) ;;
   --windows) parts=(windows) ;;
-  --full) parts=(native sanitizers windows fuzz tidy) ;;
+  --full) parts=(native sanitizers windows fuzz tidy office) ;;
   *) sed -n '2,9s/^# \{0,1\}//p' "$0" >&2; exit 2 ;;
 esac
 
@@ -55,8 +55,9 @@ for part in "${parts[@]}"; do
   case $part in
     native)
       step "native build"
-      build native -DCMAKE_BUILD_TYPE=Release && { step "native tests"; run_tests native; }
+      build native -DCMAKE_BUILD_TYPE=Release && { step "native tests"; run_tests native -LE slow; }
       note $? "native"
+      echo "   the Office engine runs with LibreOffice: its tests are skipped here and run with --full"
       # The share of pages that mean the same to an HTML parser before and after their repair.
       grep -hE '^[a-z].* pages, .* equal ' build/native/Testing/Temporary/LastTest.log | sed 's/^/   /'
       ;;
@@ -78,6 +79,12 @@ for part in "${parts[@]}"; do
         { step "Windows x86 library tests"; run_tests windows-x86 -R '_tables|script_'; }
       note $? "Windows x86 library"
       scripts/wine-run.sh --stop
+      ;;
+    office)
+      # Configured again: LibreOffice may have been installed since.
+      step "the Office engine"
+      cmake build/native >build/native.log && build native && run_tests native -L slow --no-tests=error
+      note $? "the Office engine with LibreOffice"
       ;;
     fuzz)
       step "fuzz targets"

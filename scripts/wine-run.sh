@@ -42,6 +42,9 @@ if ! { [ -f "$keeper" ] && kill -0 "$(cat "$keeper")" 2>/dev/null; }; then
   wineserver -p 8>&- >/dev/null 2>&1 </dev/null || true
   setsid "$wine" notepad 8>&- >/dev/null 2>&1 </dev/null &
   echo $! > "$keeper"
+  # The prefix's services start with its first program and keep that one's streams. They must not get those of the
+  # program to run: whoever reads its output from a pipe would wait for the services.
+  "$wine" cmd /c exit 8>&- >/dev/null 2>&1 </dev/null || true
 fi
 flock -u 8
 exec 8>&-

@@ -1,7 +1,6 @@
 // The COM skin of K19FPWObj: converts, calls, converts back.
 #include "automation_server/K19FPWObj_skin.h"
 
-#include <atomic>
 #include <optional>
 
 #include "K19FPW.h"
@@ -9,9 +8,11 @@
 #include "automation_server/module.h"
 #include "driver/K19FPWObj.h"
 #include "platform/failure.h"
+#include "platform/win32/com_object.h"
 #include "platform/win32/guard.h"
 #include "platform/win32/system_error.h"
 #include "platform/win32/text.h"
+#include "ui/system_presenter.h"
 
 namespace kavo {
 namespace {
@@ -41,28 +42,8 @@ class TextReference {
   std::u16string before_;
 };
 
-class Skin final : public _K19FPWObj, public ISupportErrorInfo {
+class Skin final : public ComObject<_K19FPWObj, ISupportErrorInfo> {
  public:
-  Skin() = default;
-  Skin(const Skin&) = delete;
-  Skin& operator=(const Skin&) = delete;
-
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** result) noexcept override {
-    if (result == nullptr) return E_POINTER;
-    *result = nullptr;
-    if (id == IID_IUnknown || id == IID_IDispatch || id == IID__K19FPWObj) *result = static_cast<_K19FPWObj*>(this);
-    if (id == IID_ISupportErrorInfo) *result = static_cast<ISupportErrorInfo*>(this);
-    if (*result == nullptr) return E_NOINTERFACE;
-    AddRef();
-    return S_OK;
-  }
-  ULONG STDMETHODCALLTYPE AddRef() noexcept override { return ++references_; }
-  ULONG STDMETHODCALLTYPE Release() noexcept override {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
-    return left;
-  }
-
   HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID id) noexcept override {
     return id == IID__K19FPWObj ? S_OK : S_FALSE;
   }
@@ -96,6 +77,7 @@ class Skin final : public _K19FPWObj, public ISupportErrorInfo {
       check_pointers(sFilename, nKAVO, result);
       TextReference filename(*sFilename);
       std::int32_t options = *nKAVO;
+      form_presenter(&system_presenter());  // of the thread that the host calls on
       *result = object_.SingleFileWizard(filename.text(), options);
       *nKAVO = options;
       filename.write_back();
@@ -161,7 +143,7 @@ class Skin final : public _K19FPWObj, public ISupportErrorInfo {
   }
 
  private:
-  ~Skin() = default;
+  ~Skin() override = default;
 
   // Read at the first late-bound call: a host that binds to the function table never needs it.
   const LateBinding& late_binding() {
@@ -169,7 +151,6 @@ class Skin final : public _K19FPWObj, public ISupportErrorInfo {
     return *late_binding_;
   }
 
-  std::atomic<ULONG> references_{1};
   ModuleReference module_reference_;
   std::optional<LateBinding> late_binding_;
   kavo::K19FPWObj object_;

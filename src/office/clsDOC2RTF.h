@@ -26,6 +26,9 @@ class clsDOC2RTF {
   std::int32_t DOC2RTF();
   std::int32_t RTF2DOC();
 
+  // The errors since the last clearing: why the last conversion answered 1, where an error is why.
+  const error_state& errors() const { return errors_; }
+
   // Between these calls the word processor that a conversion started stays open for the next one.
   void StartBatch() { quit_after_each_ = false; }
   void EndBatch();

@@ -31,6 +31,9 @@ class clsPPTUtil {
   std::int32_t PPT2XML();
   std::int32_t XML2PPT();
 
+  // The errors since the last clearing: why the last conversion answered 1, where an error is why.
+  const error_state& errors() const { return session_.errors(); }
+
  private:
   std::u16string ppt_file_;
   std::u16string xml_file_;

@@ -1,6 +1,7 @@
 #include "office/clsXLSUtil.h"
 
 #include "common/clsCommon.h"
+#include "office/frmExcelOptions.h"
 #include "office/office_names.h"
 #include "platform/program_folder.h"
 
@@ -59,5 +60,7 @@ std::int32_t clsXLSUtil::XML2XLS() {
   session_.call(workbook, u"Close");
   return session_.errors().number() == 0 ? 0 : 1;
 }
+
+void clsXLSUtil::DisplayOptions() { frmExcelOptions().show(); }
 
 }  // namespace kavo

@@ -31,6 +31,12 @@ class clsXLSUtil {
   std::int32_t XLS2XML();
   std::int32_t XML2XLS();
 
+  // Shows the options dialog modally; OK stores what it shows.
+  void DisplayOptions();
+
+  // The errors since the last clearing: why the last conversion answered 1, where an error is why.
+  const error_state& errors() const { return session_.errors(); }
+
  private:
   std::u16string xls_file_;
   std::u16string xml_file_;

@@ -38,6 +38,7 @@ class OfficeSession {
   const ObjectRef& application() const { return application_; }
   // Keeps the last error of every step until it is cleared.
   error_state& errors() { return errors_; }
+  const error_state& errors() const { return errors_; }
 
   // Each is one trapped step. open() answers none when it failed.
   ObjectRef open(std::initializer_list<Argument> arguments);

@@ -383,15 +383,25 @@ TEST_F(PublicObject, OffersItsTypeInformation) {
   EXPECT_EQ(object_->GetTypeInfo(1, LOCALE_USER_DEFAULT, info.put()), DISP_E_BADINDEX);
 }
 
-// There is no dialog yet that anybody could confirm.
-TEST_F(PublicObject, WizardWithoutADialogCountsAsCancelled) {
+TEST_F(PublicObject, WizardThatTheUserLeavesIsCancelled) {
+  std::atomic<bool> returned{false};
+  std::thread user([&] {
+    while (!returned) {
+      if (const HWND dialog = FindWindowW(nullptr, L"Start translation"); dialog != nullptr && IsWindowVisible(dialog))
+        PostMessageW(dialog, WM_CLOSE, 0, 0);
+      Sleep(5);
+    }
+  });
   unique_bstr name = make_bstr(folder_.write(u"notes.txt", "text"));
   LONG options = 1;
   LONG result = -1;
   EXPECT_EQ(object_->SingleFileWizard(&*name, &options, &result), S_OK);
+  Invocation late = invoke(object_.get(), kSingleFileWizard, kCall, {text_argument(name), number_argument(0)});
+  returned = true;
+  user.join();
   EXPECT_EQ(result, 1);
   EXPECT_EQ(options, 1);
-  EXPECT_EQ(invoke(object_.get(), kSingleFileWizard, kCall, {text_argument(name), number_argument(0)}).number(), 1);
+  EXPECT_EQ(late.number(), 1);
 }
 
 TEST_F(PublicObject, LibraryIsInUseAsLongAsAnObjectLives) {

@@ -42,9 +42,6 @@ check("quiet", wizard.QuietMode, 3);
 check("no document", wizard.CreateTranslation(folder + "\\missing.tud", folder + "\\target.jsp", 0, 0), 1);
 check("its text", wizard.LastError, "Failed to open TUD file");
 
-// There is no dialog yet, so nobody confirms the wizard.
-check("wizard", wizard.SingleFileWizard(page, 0), 1);
-
 check("negative index", numberOf(function () { wizard.GetFile(-1); }), 9);
 check("text that is no number is refused", numberOf(function () { wizard.GetFile("one"); }) !== 0, true);
 try {

@@ -80,9 +80,6 @@ target = folder & "\target.asp"
 Check "no document", wizard.CreateTranslation(folder & "\missing.tud", target, 0, 0), 1
 Check "its text", wizard.LastError, "Failed to open TUD file"
 
-' There is no dialog yet, so nobody confirms the wizard.
-Check "wizard", wizard.SingleFileWizard(page, 0), 1
-
 ' Failures that are raised.
 On Error Resume Next
 result = wizard.GetFile(-1)

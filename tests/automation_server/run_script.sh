@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Runs a test script in the system's script host: run_script.sh WINE-RUN BIN-FOLDER SCRIPT BITS
 #
-# Both libraries are registered for the machine first and unregistered afterwards. The script host ends with 0 even
+# Both libraries are registered for the machine first and unregistered afterwards, as is a program that opens files of
+# the type .asp: it leaves a file "<name>.opened" beside the one that it is given. The script host ends with 0 even
 # when a script breaks off, so every script says "done" on its last line, and a line that begins with "FAILED" for each
 # check that does not hold. Ends with 77 (skipped) when a 32-bit host is asked for and there is none.
 set -euo pipefail
@@ -21,9 +22,15 @@ finish() {
   for library in K19FPW K19Suite; do
     "$wine_run" "$system\regsvr32.exe" /s /u "$(host_path "$bin/$library.dll")" || true
   done
+  for key in '.asp' 'kavo.test.page'; do
+    "$wine_run" reg delete "HKLM\\Software\\Classes\\$key" /f > /dev/null || true
+  done
   rm -rf "$work"
 }
 trap finish EXIT
+"$wine_run" reg add 'HKLM\Software\Classes\.asp' /ve /d 'kavo.test.page' /f > /dev/null
+"$wine_run" reg add 'HKLM\Software\Classes\kavo.test.page\shell\open\command' /ve /f \
+  /d 'cmd.exe /c copy nul "%1.opened"' > /dev/null
 for library in K19Suite K19FPW; do
   "$wine_run" "$system\regsvr32.exe" /s "$(host_path "$bin/$library.dll")" ||
     { echo "FAILED: $library.dll cannot be registered"; exit 1; }

@@ -1,0 +1,89 @@
+#include "office/frmExcelOptions.h"
+
+#include "office/excel_options.h"
+#include "platform/failure.h"
+#include "platform/ports.h"
+#include "resources/string_table.h"
+
+namespace kavo {
+namespace {
+
+constexpr std::size_t kLongestTolerance = 5;
+
+std::u16string_view text_of(std::int32_t number) { return string_resource(number, StringSection::kExcelOptions); }
+
+}  // namespace
+
+frmExcelOptions::frmExcelOptions()
+    : QuestionForm(u"frmExcelOptions"),
+      fraOrder(*this, u"fraOrder", dialog_units(7, 7, 196, 44)),
+      optOrder{{*this, u"optOrder(0)", dialog_units(14, 19, 182, 10), fraOrder},
+               {*this, u"optOrder(1)", dialog_units(14, 34, 182, 10), fraOrder}},
+      chkExportHidden(*this, u"chkExportHidden", dialog_units(7, 58, 196, 10)),
+      chkExportFormulas(*this, u"chkExportFormulas", dialog_units(7, 72, 196, 10)),
+      chkUngroupObjects(*this, u"chkUngroupObjects", dialog_units(7, 86, 196, 10)),
+      lblBlankCellTolerance(*this, u"lblBlankCellTolerance", dialog_units(7, 106, 152, 8)),
+      txtBlankCellTolerance(*this, u"txtBlankCellTolerance", dialog_units(163, 103, 40, 14)),
+      cmdOK(*this, u"cmdOK", dialog_units(99, 124, 50, 14)),
+      cmdCancel(*this, u"cmdCancel", dialog_units(153, 124, 50, 14)) {
+  size(dialog_units(0, 0, 210, 145));
+  set_captions();
+  chkUngroupObjects.on_click = [this] {
+    if (!loading_ && chkUngroupObjects.Value())
+      ports().desktop->message_box(text_of(5009), u"", MessageIcon::kInformation);
+  };
+  txtBlankCellTolerance.on_change = [this] {
+    if (!loading_) keep_digits();
+  };
+  ends_by(cmdOK, cmdCancel, [this] { save(); });
+  load();
+}
+
+void frmExcelOptions::set_captions() {
+  Caption(text_of(5000));
+  fraOrder.Caption(text_of(5001));
+  optOrder[0].Caption(text_of(5002));
+  optOrder[1].Caption(text_of(5003));
+  chkExportHidden.Caption(text_of(5006));
+  chkExportFormulas.Caption(text_of(5007));
+  chkUngroupObjects.Caption(text_of(5008));
+  lblBlankCellTolerance.Caption(text_of(5010));
+  cmdOK.Caption(text_of(5004));
+  cmdCancel.Caption(text_of(5005));
+}
+
+void frmExcelOptions::load() {
+  loading_ = true;
+  const ExcelOptions options = load_excel_options();
+  optOrder[options.order].Value(true);
+  chkExportHidden.Value(options.hidden);
+  chkExportFormulas.Value(options.formulas);
+  chkUngroupObjects.Value(options.ungroup);
+  txtBlankCellTolerance.Text(options.tolerance);
+  loading_ = false;
+}
+
+// Settings that cannot be written stay as they are, and the user is told.
+void frmExcelOptions::save() const {
+  ExcelOptions options;
+  options.order = optOrder[0].Value() ? 0 : 1;
+  options.hidden = chkExportHidden.Value();
+  options.formulas = chkExportFormulas.Value();
+  options.ungroup = chkUngroupObjects.Value();
+  options.tolerance = txtBlankCellTolerance.Text();
+  try {
+    save_excel_options(options);
+  } catch (const failure& reason) {
+    ports().desktop->message_box(reason.description(), Caption(), MessageIcon::kExclamation);
+  }
+}
+
+// Writing the text back raises the event once more, which then changes nothing.
+void frmExcelOptions::keep_digits() {
+  std::u16string digits;
+  for (const char16_t c : txtBlankCellTolerance.Text())
+    if (c >= u'0' && c <= u'9' && digits.size() < kLongestTolerance) digits += c;
+  txtBlankCellTolerance.Text(digits);
+}
+
+}  // namespace kavo

@@ -1,0 +1,49 @@
+// One document open in LibreOffice.
+#pragma once
+
+#include <com/sun/star/frame/XModel.hpp>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "office/libreoffice/office_listener.h"
+
+namespace kavo {
+
+enum class OfficeKind { kText, kPresentation, kWorkbook };
+
+class OfficeDocument {
+ public:
+  // Opens a file in place; nothing beside it is written and no macro of it runs. Throws `failure` 53 when there is
+  // none, 1004 for one that is of another kind, protected, damaged or refused.
+  OfficeDocument(std::shared_ptr<OfficeListener> listener, OfficeKind kind, std::u16string_view path);
+  // Closes it unsaved.
+  ~OfficeDocument();
+  OfficeDocument(const OfficeDocument&) = delete;
+  OfficeDocument& operator=(const OfficeDocument&) = delete;
+
+  OfficeListener& listener() const { return *listener_; }
+  const com::sun::star::uno::Reference<com::sun::star::frame::XModel>& model() const { return model_; }
+  // Absolute.
+  const std::u16string& path() const { return path_; }
+
+  // Writes the document through one of LibreOffice's filters: beside the target, and renames it over that when it is
+  // complete. Throws `failure`; the target is then as it was.
+  void save_as(std::u16string_view path, std::string_view filter);
+  // The same over the document's own file, in the release 97 format of its kind, or in the XML format when it came in
+  // that.
+  void save();
+  // Nothing happens when it is closed already.
+  void close();
+
+ private:
+  void load();
+
+  std::shared_ptr<OfficeListener> listener_;
+  OfficeKind kind_;
+  std::u16string path_;
+  std::string filter_;
+  com::sun::star::uno::Reference<com::sun::star::frame::XModel> model_;
+};
+
+}  // namespace kavo

@@ -1,0 +1,102 @@
+// The connection to one running LibreOffice.
+//
+// Every call to it may block for as long as LibreOffice likes, and no call can be taken back. So a watching thread ends
+// LibreOffice when it gives no sign of life for too long or the user wants to stop; the call that waits then fails.
+#pragma once
+
+#include <com/sun/star/frame/XDesktop2.hpp>
+#include <com/sun/star/lang/DisposedException.hpp>
+#include <com/sun/star/uno/Exception.hpp>
+#include <com/sun/star/uno/XComponentContext.hpp>
+#include <condition_variable>
+#include <filesystem>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <utility>
+
+#include "office/libreoffice/office_process.h"
+#include "platform/failure.h"
+
+namespace kavo {
+
+// The number of every error that an Office program reports itself.
+constexpr std::int32_t kOfficeError = 1004;
+inline failure office_failure(std::u16string description) {
+  return failure(kOfficeError, std::move(description), u"LibreOffice");
+}
+
+class OfficeListener {
+ public:
+  // Seconds that one call may take: the slowest known document takes 20, a machine may be ten times as busy.
+  static constexpr double kLongestCall = 200;
+
+  // Starts LibreOffice from the folder of its programs and waits until it serves. Throws `failure` 429 when it is not
+  // there or does not come up, 18 when the user interrupts.
+  explicit OfficeListener(const std::filesystem::path& program_folder, double longest_call = kLongestCall);
+  // Ends it.
+  ~OfficeListener();
+  OfficeListener(const OfficeListener&) = delete;
+  OfficeListener& operator=(const OfficeListener&) = delete;
+
+  const com::sun::star::uno::Reference<com::sun::star::uno::XComponentContext>& context() const { return context_; }
+  const com::sun::star::uno::Reference<com::sun::star::frame::XDesktop2>& desktop() const { return desktop_; }
+  OfficeProcess& process() { return process_; }
+  // False once it has ended or was found gone.
+  bool is_alive() { return !is_gone_ && process_.is_running(); }
+
+  // Runs calls to LibreOffice under watch; whatever it raises is thrown as `failure`: 1004 with its own description or
+  // that it crashed or hung, 18 for an interruption. May be nested.
+  template <class Step>
+  auto run(Step&& step) {
+    const Watched watched(*this);
+    try {
+      return std::forward<Step>(step)();
+    } catch (const com::sun::star::lang::DisposedException& exception) {
+      throw_as_failure(exception, true);
+    } catch (const com::sun::star::uno::Exception& exception) {
+      throw_as_failure(exception, false);
+    }
+  }
+
+  // For long work between calls: says that it goes on. Throws `failure` 18 when the user wants to stop.
+  void step();
+
+ private:
+  class Watched {
+   public:
+    explicit Watched(OfficeListener& listener) : listener_(listener) { listener_.begin_watch(); }
+    ~Watched() { listener_.end_watch(); }
+    Watched(const Watched&) = delete;
+    Watched& operator=(const Watched&) = delete;
+
+   private:
+    OfficeListener& listener_;
+  };
+
+  void connect();
+  void begin_watch();
+  void end_watch();
+  void watch();
+  [[noreturn]] void throw_as_failure(const com::sun::star::uno::Exception& exception, bool was_gone);
+
+  enum class Killed { kNo, kHung, kInterrupted };
+
+  std::filesystem::path program_folder_;
+  double longest_call_;
+  OfficeProcess process_;
+  com::sun::star::uno::Reference<com::sun::star::uno::XComponentContext> context_;
+  com::sun::star::uno::Reference<com::sun::star::frame::XDesktop2> desktop_;
+
+  std::mutex mutex_;
+  std::condition_variable changed_;
+  int watched_ = 0;       // how deep run() is nested
+  double last_sign_ = 0;  // system clock of the last step
+  bool ending_ = false;
+  Killed killed_ = Killed::kNo;
+  bool is_gone_ = false;
+  std::thread watcher_;
+};
+
+}  // namespace kavo

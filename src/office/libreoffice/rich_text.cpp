@@ -1,0 +1,358 @@
+#include "office/libreoffice/rich_text.h"
+
+#include <algorithm>
+#include <com/sun/star/beans/PropertyState.hpp>
+#include <com/sun/star/beans/XMultiPropertySet.hpp>
+#include <com/sun/star/beans/XPropertySet.hpp>
+#include <com/sun/star/beans/XPropertyState.hpp>
+#include <com/sun/star/container/XEnumerationAccess.hpp>
+#include <com/sun/star/lang/XMultiServiceFactory.hpp>
+#include <com/sun/star/lang/XServiceInfo.hpp>
+#include <com/sun/star/text/ControlCharacter.hpp>
+#include <com/sun/star/text/XTextContent.hpp>
+#include <com/sun/star/text/XTextCursor.hpp>
+#include <com/sun/star/text/XTextField.hpp>
+#include <limits>
+
+#include "office/libreoffice/uno_text.h"
+#include "platform/unicode.h"
+
+namespace kavo {
+namespace {
+
+namespace uno = com::sun::star::uno;
+namespace text = com::sun::star::text;
+using com::sun::star::beans::PropertyState_DIRECT_VALUE;
+using com::sun::star::beans::XPropertySet;
+using com::sun::star::beans::XPropertyState;
+using com::sun::star::container::XEnumerationAccess;
+using uno::Any;
+using uno::Reference;
+using uno::Sequence;
+using uno::UNO_QUERY;
+using uno::UNO_QUERY_THROW;
+
+// What makes two runs look different. Others, such as the language, differ from word to word in real documents and
+// would cut texts to pieces that nobody can translate.
+constexpr const char* kFormatting[] = {"CharWeight",    "CharPosture",  "CharUnderline", "CharStrikeout",
+                                       "CharColor",     "CharHeight",   "CharFontName",  "CharEscapement",
+                                       "CharContoured", "CharShadowed", "CharRelief",    "CharUnderlineColor",
+                                       "CharEmphasis"};
+using Formatting = std::vector<Any>;
+
+struct Part {
+  TextRun run;
+  Reference<XPropertySet> field;  // of a link
+  Formatting formatting;          // of a text, as far as it was needed
+  Reference<XPropertySet> properties;
+};
+
+Formatting formatting_of(const Reference<XPropertySet>& properties) {
+  Formatting formatting;
+  for (const char* name : kFormatting)
+    formatting.push_back(properties->getPropertyValue(rtl::OUString::createFromAscii(name)));
+  return formatting;
+}
+
+Part part_of(const Reference<text::XTextRange>& portion) {
+  Part part;
+  part.properties.set(portion, UNO_QUERY_THROW);
+  rtl::OUString type;
+  part.properties->getPropertyValue("TextPortionType") >>= type;
+  part.run.text = from_uno(portion->getString());
+  if (type != "TextField") return part;
+  Reference<text::XTextField> field;
+  part.properties->getPropertyValue("TextField") >>= field;
+  const Reference<com::sun::star::lang::XServiceInfo> services(field, UNO_QUERY);
+  const bool is_link = services.is() && (services->supportsService("com.sun.star.text.textfield.URL") ||
+                                         services->supportsService("com.sun.star.text.TextField.URL"));
+  if (is_link) {
+    part.run.kind = TextRun::Kind::kLink;
+    part.field.set(field, UNO_QUERY_THROW);
+  } else {
+    part.run = {TextRun::Kind::kField, u""};
+  }
+  return part;
+}
+
+// Appends a part, or its text to the one before when both look the same.
+void append(std::vector<Part>& parts, Part part) {
+  if (part.run.kind == TextRun::Kind::kText && part.run.text.empty()) return;
+  const auto is_text = [](const Part& p) { return p.run.kind == TextRun::Kind::kText; };
+  if (!parts.empty() && is_text(part) && is_text(parts.back())) {
+    if (parts.back().formatting.empty()) parts.back().formatting = formatting_of(parts.back().properties);
+    part.formatting = formatting_of(part.properties);
+    if (part.formatting == parts.back().formatting) {
+      parts.back().run.text += part.run.text;
+      return;
+    }
+  }
+  parts.push_back(std::move(part));
+}
+
+std::vector<Reference<text::XTextRange>> ranges_in(const Reference<uno::XInterface>& whole) {
+  std::vector<Reference<text::XTextRange>> ranges;
+  const Reference<XEnumerationAccess> access(whole, UNO_QUERY);
+  if (!access.is()) return ranges;
+  for (const auto all = access->createEnumeration(); all->hasMoreElements();)
+    ranges.emplace_back(all->nextElement(), UNO_QUERY_THROW);
+  return ranges;
+}
+
+void append_paragraph(std::vector<Part>& parts, const Reference<text::XTextRange>& paragraph) {
+  for (const auto& portion : ranges_in(paragraph)) append(parts, part_of(portion));
+}
+
+std::vector<TextRun> runs_of(const std::vector<Part>& parts) {
+  std::vector<TextRun> runs;
+  for (const Part& part : parts) runs.push_back(part.run);
+  return runs;
+}
+
+// A cursor over [begin, end) of what starts at a place.
+Reference<text::XTextCursor> cursor_over(const Reference<text::XText>& whole, const Reference<text::XTextRange>& start,
+                                         std::size_t begin, std::size_t end) {
+  const Reference<text::XTextCursor> cursor = whole->createTextCursorByRange(start);
+  const auto go = [&](std::size_t count, bool expand) {
+    constexpr std::size_t most = std::numeric_limits<sal_Int16>::max();
+    for (; count > 0; count -= std::min(count, most))
+      if (!cursor->goRight(static_cast<sal_Int16>(std::min(count, most)), expand)) return;
+  };
+  go(begin, false);
+  go(end - begin, true);
+  return cursor;
+}
+
+// Writes over what the cursor covers; it then covers nothing, at the end of what was written.
+void write_text(const Reference<text::XText>& whole, const Reference<text::XTextCursor>& cursor,
+                std::u16string_view content, LineBreaks line_breaks) {
+  if (line_breaks == LineBreaks::kParagraphs || content.find(u'\n') == std::u16string_view::npos) {
+    cursor->setString(to_uno(content));
+    cursor->collapseToEnd();
+    return;
+  }
+  // A "\n" in a string would begin a paragraph.
+  const Reference<text::XTextRange> range(cursor, UNO_QUERY_THROW);
+  bool is_first = true;
+  while (true) {
+    const std::size_t end = std::min(content.find(u'\n'), content.size());
+    if (is_first)
+      cursor->setString(to_uno(content.substr(0, end)));
+    else
+      whole->insertString(range, to_uno(content.substr(0, end)), false);
+    is_first = false;
+    cursor->collapseToEnd();
+    if (end == content.size()) return;
+    whole->insertControlCharacter(range, text::ControlCharacter::LINE_BREAK, false);
+    cursor->collapseToEnd();
+    content.remove_prefix(end + 1);
+  }
+}
+
+// Writes over one run among others. The new text goes behind the first character of the old one: in the place of all of
+// it, it would take the formatting of the run in front.
+void write_run(const Reference<text::XText>& whole, const Reference<text::XTextRange>& start, std::size_t begin,
+               std::size_t end, std::u16string_view content, LineBreaks line_breaks) {
+  write_text(whole, cursor_over(whole, start, begin + 1, begin + 1), content, line_breaks);
+  if (end > begin + 1)
+    cursor_over(whole, start, begin + 1 + content.size(), end + content.size())->setString(rtl::OUString());
+  cursor_over(whole, start, begin, begin + 1)->setString(rtl::OUString());
+}
+
+// The formatting of runs, by the character properties that any of them sets itself.
+class RunFormats {
+ public:
+  RunFormats(const Reference<text::XText>& whole, const Reference<text::XTextRange>& start,
+             const TranslatedText& translation) {
+    std::vector<Reference<text::XTextCursor>> cursors;
+    std::size_t begin = 0;
+    for (const TranslatedText::Run& run : translation.runs) {
+      cursors.push_back(run.length == 0 ? nullptr : cursor_over(whole, start, begin, begin + 1));
+      begin += run.length;
+    }
+    for (const auto& cursor : cursors) note_names(cursor);
+    for (const auto& cursor : cursors) {
+      values_.emplace_back();
+      const Reference<XPropertySet> properties(cursor, UNO_QUERY);
+      if (!properties.is()) continue;
+      for (const rtl::OUString& name : names_) values_.back().push_back(properties->getPropertyValue(name));
+    }
+  }
+
+  void apply(std::size_t run, const Reference<text::XTextCursor>& cursor) const {
+    const Reference<XPropertySet> properties(cursor, UNO_QUERY_THROW);
+    for (std::size_t i = 0; i < values_[run].size(); ++i) properties->setPropertyValue(names_[i], values_[run][i]);
+  }
+
+ private:
+  void note_names(const Reference<text::XTextCursor>& cursor) {
+    const Reference<XPropertySet> properties(cursor, UNO_QUERY);
+    const Reference<XPropertyState> states(cursor, UNO_QUERY);
+    if (!properties.is() || !states.is()) return;
+    std::vector<rtl::OUString> names;
+    for (const auto& known : properties->getPropertySetInfo()->getProperties())
+      if (known.Name.startsWith("Char") && (known.Attributes & kReadOnly) == 0 && known.Name != "CharStyleName")
+        names.push_back(known.Name);
+    const auto found =
+        states->getPropertyStates(Sequence<rtl::OUString>(names.data(), static_cast<sal_Int32>(names.size())));
+    for (std::size_t i = 0; i < names.size(); ++i)
+      if (found[static_cast<sal_Int32>(i)] == PropertyState_DIRECT_VALUE &&
+          std::find(names_.begin(), names_.end(), names[i]) == names_.end())
+        names_.push_back(names[i]);
+  }
+
+  static constexpr sal_Int16 kReadOnly = 16;  // com.sun.star.beans.PropertyAttribute.READONLY
+  std::vector<rtl::OUString> names_;
+  std::vector<Formatting> values_;
+};
+
+// Puts a link with another text in the place of one: the link itself is a copy, and changing it changes nothing.
+void write_link(OfficeDocument& document, const Reference<text::XText>& whole,
+                const Reference<text::XTextCursor>& cursor, const Reference<XPropertySet>& link,
+                std::u16string_view content) {
+  const Reference<com::sun::star::lang::XMultiServiceFactory> factory(document.model(), UNO_QUERY_THROW);
+  const Reference<text::XTextContent> field(factory->createInstance("com.sun.star.text.TextField.URL"),
+                                            UNO_QUERY_THROW);
+  const Reference<XPropertySet> properties(field, UNO_QUERY_THROW);
+  for (const char* name : {"URL", "TargetFrame", "Format"}) {
+    const rtl::OUString property = rtl::OUString::createFromAscii(name);
+    if (link->getPropertySetInfo()->hasPropertyByName(property) &&
+        properties->getPropertySetInfo()->hasPropertyByName(property))
+      properties->setPropertyValue(property, link->getPropertyValue(property));
+  }
+  properties->setPropertyValue("Representation", Any(to_uno(content)));
+  whole->insertTextContent(Reference<text::XTextRange>(cursor, UNO_QUERY_THROW), field, true);
+}
+
+[[noreturn]] void refuse_codes(std::string_view place) {
+  throw office_failure(to_utf16(place) +
+                       u": the links and fields of the translation are not those of the document, in its order");
+}
+
+// Writes a translation in the place of a text that begins at `start`. Links and fields stay where they are between the
+// texts, which are written from the last to the first, so that places in front of them stay what they are.
+void write_translation(OfficeDocument& document, const Reference<text::XText>& whole,
+                       const Reference<text::XTextRange>& start, const std::vector<Part>& parts, LineBreaks line_breaks,
+                       std::string_view place, const TranslatedText& translation) {
+  const std::vector<TranslatedText::Run>& runs = translation.runs;
+  struct Stretch {
+    std::size_t begin, end;
+    std::vector<std::size_t> runs;
+    std::vector<TextPiece> pieces;
+  };
+  std::vector<Stretch> stretches{{0, 0, {}, {}}};
+  std::vector<std::size_t> fixed;
+  std::size_t at = 0;
+  for (std::size_t i = 0; i < runs.size(); ++i) {
+    if (runs[i].kind != TextRun::Kind::kText) {
+      fixed.push_back(i);
+      stretches.push_back({at + 1, at + 1, {}, {}});
+    } else {
+      stretches.back().runs.push_back(i);
+      stretches.back().end = at + runs[i].length;
+    }
+    at += runs[i].length;
+  }
+  std::vector<std::u16string> fixed_texts;
+  for (const TextPiece& piece : translation.pieces) {
+    if (runs[piece.run].kind == TextRun::Kind::kText) {
+      stretches[fixed_texts.size()].pieces.push_back(piece);
+    } else {
+      if (fixed_texts.size() == fixed.size() || fixed[fixed_texts.size()] != piece.run) refuse_codes(place);
+      fixed_texts.push_back(piece.text);
+    }
+  }
+  if (fixed_texts.size() != fixed.size()) refuse_codes(place);
+
+  const bool has_formats = runs.size() > 1;
+  const RunFormats formats(whole, start, has_formats ? translation : TranslatedText());
+  const auto apply = [&](std::size_t run, std::size_t begin, std::size_t end) {
+    if (has_formats && end != begin) formats.apply(run, cursor_over(whole, start, begin, end));
+  };
+  // A run that is replaced together with the end of its paragraph takes the formatting of the next one.
+  const bool keeps_paragraphs =
+      line_breaks == LineBreaks::kInParagraph || runs.size() == 1 ||
+      std::ranges::none_of(parts, [](const Part& part) { return part.run.text.find(u'\n') != std::u16string::npos; });
+  std::vector<const Part*> fixed_parts;
+  for (const Part& part : parts)
+    if (part.run.kind != TextRun::Kind::kText) fixed_parts.push_back(&part);
+  if (fixed_parts.size() != fixed.size()) refuse_codes(place);
+  for (std::size_t s = stretches.size(); s-- > 0;) {
+    const Stretch& now = stretches[s];
+    if (keeps_paragraphs && std::ranges::equal(now.runs, now.pieces, {}, {}, &TextPiece::run)) {
+      // Each run keeps its formatting when it gets another text in its place.
+      std::size_t end = now.end;
+      for (auto piece = now.pieces.rbegin(); piece != now.pieces.rend(); ++piece) {
+        const std::size_t begin = end - runs[piece->run].length;
+        if (runs.size() == 1)
+          write_text(whole, cursor_over(whole, start, begin, end), piece->text, line_breaks);
+        else
+          write_run(whole, start, begin, end, piece->text, line_breaks);
+        end = begin;
+      }
+    } else {
+      std::u16string content;
+      for (const TextPiece& piece : now.pieces) content += piece.text;
+      write_text(whole, cursor_over(whole, start, now.begin, now.end), content, line_breaks);
+      std::size_t at_piece = now.begin;
+      for (const TextPiece& piece : now.pieces) {
+        apply(piece.run, at_piece, at_piece + piece.text.size());
+        at_piece += piece.text.size();
+      }
+    }
+    // What stands in front of the stretch.
+    if (s > 0 && runs[fixed[s - 1]].kind == TextRun::Kind::kLink &&
+        fixed_parts[s - 1]->run.text != fixed_texts[s - 1]) {
+      write_link(document, whole, cursor_over(whole, start, now.begin - 1, now.begin), fixed_parts[s - 1]->field,
+                 fixed_texts[s - 1]);
+      apply(fixed[s - 1], now.begin - 1, now.begin);
+    }
+  }
+}
+
+void visit_parts(OfficeDocument& document, const Reference<text::XText>& whole,
+                 const Reference<text::XTextRange>& start, const std::vector<Part>& parts, LineBreaks line_breaks,
+                 std::string_view place, TextVisitor& visitor) {
+  const std::vector<TextRun> runs = runs_of(parts);
+  if (is_blank(runs)) return;
+  if (const TranslatedText* translation = visitor.visit(place, runs))
+    write_translation(document, whole, start, parts, line_breaks, place, *translation);
+}
+
+}  // namespace
+
+void visit_text(OfficeDocument& document, const Reference<text::XText>& whole, LineBreaks line_breaks,
+                std::string_view place, TextVisitor& visitor) {
+  document.listener().step();
+  if (whole->getString().isEmpty()) return;
+  const auto paragraphs = ranges_in(whole);
+  if (line_breaks == LineBreaks::kParagraphs) {
+    std::vector<Part> parts;
+    for (const auto& paragraph : paragraphs) {
+      if (&paragraph != &paragraphs.front()) {
+        // The end of a paragraph looks as what stands before it.
+        if (parts.empty() || parts.back().run.kind != TextRun::Kind::kText)
+          append(parts, {{TextRun::Kind::kText, u"\n"}, {}, {}, Reference<XPropertySet>(paragraph, UNO_QUERY_THROW)});
+        else
+          parts.back().run.text += u'\n';
+      }
+      append_paragraph(parts, paragraph);
+    }
+    visit_parts(document, whole, whole->getStart(), parts, line_breaks, place, visitor);
+    return;
+  }
+  for (std::size_t i = 0; i < paragraphs.size(); ++i) {
+    std::vector<Part> parts;
+    append_paragraph(parts, paragraphs[i]);
+    visit_parts(document, whole, paragraphs[i]->getStart(), parts, line_breaks,
+                std::string(place) + "/paragraph:" + std::to_string(i + 1), visitor);
+  }
+}
+
+std::u16string plain_text(const TranslatedText& translation) {
+  std::u16string all;
+  for (const TextPiece& piece : translation.pieces) all += piece.text;
+  return all;
+}
+
+}  // namespace kavo

@@ -1,0 +1,88 @@
+#include "office/libreoffice/shape_texts.h"
+
+#include <algorithm>
+#include <com/sun/star/beans/XPropertySet.hpp>
+#include <com/sun/star/drawing/XShape.hpp>
+#include <com/sun/star/drawing/XShapes.hpp>
+#include <com/sun/star/table/XTable.hpp>
+#include <com/sun/star/text/XText.hpp>
+
+#include "office/libreoffice/rich_text.h"
+#include "office/libreoffice/uno_text.h"
+
+namespace kavo {
+namespace {
+
+using com::sun::star::beans::XPropertySet;
+using com::sun::star::container::XIndexAccess;
+using com::sun::star::drawing::XShape;
+using com::sun::star::drawing::XShapes;
+using com::sun::star::table::XTable;
+using com::sun::star::text::XText;
+using com::sun::star::uno::Reference;
+using com::sun::star::uno::UNO_QUERY;
+using com::sun::star::uno::UNO_QUERY_THROW;
+
+bool is_empty_placeholder(const Reference<XPropertySet>& properties) {
+  bool is_empty = false;
+  if (properties.is() && properties->getPropertySetInfo()->hasPropertyByName("IsEmptyPresentationObject"))
+    properties->getPropertyValue("IsEmptyPresentationObject") >>= is_empty;
+  return is_empty;
+}
+
+void visit_table(OfficeDocument& document, const Reference<XPropertySet>& shape, const std::string& place,
+                 TextVisitor& visitor) {
+  Reference<XTable> table;
+  shape->getPropertyValue("Model") >>= table;
+  if (!table.is()) return;
+  for (sal_Int32 row = 0; row < table->getRowCount(); ++row)
+    for (sal_Int32 column = 0; column < table->getColumnCount(); ++column) {
+      const Reference<XText> cell(table->getCellByPosition(column, row), UNO_QUERY);
+      if (cell.is())
+        visit_text(document, cell, LineBreaks::kInParagraph,
+                   place + "/cell:" + column_name(column) + std::to_string(row + 1), visitor);
+    }
+}
+
+// `number` is the shape's own within its page, "3" or, in a group, "3.1".
+void visit_shape(OfficeDocument& document, const Reference<XShape>& shape, ShapeFilter filter, const std::string& place,
+                 const std::string& number, TextVisitor& visitor) {
+  if (const Reference<XShapes> group(shape, UNO_QUERY); group.is()) {
+    const Reference<XIndexAccess> members(group, UNO_QUERY_THROW);
+    for (sal_Int32 i = 0; i < members->getCount(); ++i)
+      visit_shape(document, Reference<XShape>(members->getByIndex(i), UNO_QUERY_THROW), filter, place,
+                  number + "." + std::to_string(i + 1), visitor);
+    return;
+  }
+  const std::u16string type = from_uno(shape->getShapeType());
+  const std::string own_place = place + "/shape:" + number;
+  const Reference<XPropertySet> properties(shape, UNO_QUERY);
+  if (type == u"com.sun.star.drawing.TableShape") {
+    visit_table(document, properties, own_place, visitor);
+    return;
+  }
+  if (filter == ShapeFilter::kNoPlaceholders && type.starts_with(u"com.sun.star.presentation.")) return;
+  const Reference<XText> text(shape, UNO_QUERY);
+  if (text.is() && !is_empty_placeholder(properties))
+    visit_text(document, text, LineBreaks::kInParagraph, own_place, visitor);
+}
+
+}  // namespace
+
+void visit_shapes(OfficeDocument& document, const Reference<XIndexAccess>& shapes, ShapeFilter filter,
+                  const std::string& place, TextVisitor& visitor, const std::vector<Reference<XShape>>& passed_over) {
+  for (sal_Int32 i = 0; i < shapes->getCount(); ++i) {
+    const Reference<XShape> shape(shapes->getByIndex(i), UNO_QUERY_THROW);
+    if (std::find(passed_over.begin(), passed_over.end(), shape) == passed_over.end())
+      visit_shape(document, shape, filter, place, std::to_string(i + 1), visitor);
+  }
+}
+
+std::string column_name(std::int32_t column) {
+  std::string name;
+  for (std::int32_t rest = column + 1; rest > 0; rest = (rest - 1) / 26)
+    name.insert(name.begin(), static_cast<char>('A' + (rest - 1) % 26));
+  return name;
+}
+
+}  // namespace kavo

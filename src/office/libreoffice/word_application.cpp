@@ -1,0 +1,173 @@
+#include "office/libreoffice/word_application.h"
+
+#include <com/sun/star/beans/XPropertySet.hpp>
+#include <com/sun/star/container/XNameAccess.hpp>
+#include <com/sun/star/document/XEmbeddedObjectSupplier2.hpp>
+#include <com/sun/star/embed/EmbedStates.hpp>
+#include <com/sun/star/graphic/XGraphic.hpp>
+#include <com/sun/star/lang/XMultiServiceFactory.hpp>
+#include <com/sun/star/text/XTextContent.hpp>
+#include <com/sun/star/text/XTextEmbeddedObjectsSupplier.hpp>
+
+#include "office/libreoffice/application_base.h"
+#include "office/libreoffice/uno_text.h"
+
+namespace kavo {
+namespace {
+
+namespace uno = com::sun::star::uno;
+using com::sun::star::beans::XPropertySet;
+using com::sun::star::container::XNameAccess;
+using com::sun::star::document::XEmbeddedObjectSupplier2;
+using com::sun::star::text::XTextContent;
+using uno::Reference;
+using uno::UNO_QUERY;
+using uno::UNO_QUERY_THROW;
+
+constexpr std::int32_t kEmbeddedObjectField = 58;
+constexpr std::int32_t kDocumentFormat = 0;
+constexpr std::int32_t kRtfFormat = 6;
+
+using DocumentRef = std::shared_ptr<OfficeDocument>;
+
+Reference<XNameAccess> embedded_objects(const OfficeDocument& document) {
+  const Reference<com::sun::star::text::XTextEmbeddedObjectsSupplier> supplier(document.model(), UNO_QUERY_THROW);
+  return supplier->getEmbeddedObjects();
+}
+
+// True when the object comes to life: its own program is there and can read it.
+bool update(const Reference<XTextContent>& object) {
+  const Reference<XEmbeddedObjectSupplier2> supplier(object, UNO_QUERY);
+  if (!supplier.is()) return false;
+  try {
+    const auto control = supplier->getExtendedControlOverEmbeddedObject();
+    if (!control.is()) return false;
+    control->changeState(com::sun::star::embed::EmbedStates::RUNNING);
+    control->changeState(com::sun::star::embed::EmbedStates::LOADED);
+    return true;
+  } catch (const com::sun::star::lang::DisposedException&) {
+    throw;
+  } catch (const uno::Exception&) {
+    return false;
+  }
+}
+
+// Puts the picture that the object showed last in its place.
+void unlink(const OfficeDocument& document, const Reference<XTextContent>& object) {
+  const Reference<XEmbeddedObjectSupplier2> supplier(object, UNO_QUERY_THROW);
+  const Reference<com::sun::star::graphic::XGraphic> picture = supplier->getReplacementGraphic();
+  if (!picture.is()) throw office_failure(u"The embedded object has no picture that could stand for it");
+  const Reference<com::sun::star::lang::XMultiServiceFactory> factory(document.model(), UNO_QUERY_THROW);
+  const Reference<XTextContent> graphic(factory->createInstance("com.sun.star.text.TextGraphicObject"),
+                                        UNO_QUERY_THROW);
+  const Reference<XPropertySet> from(object, UNO_QUERY_THROW), to(graphic, UNO_QUERY_THROW);
+  to->setPropertyValue("Graphic", uno::Any(picture));
+  for (const char* name : {"AnchorType", "Width", "Height", "HoriOrient", "HoriOrientPosition", "HoriOrientRelation",
+                           "VertOrient", "VertOrientPosition", "VertOrientRelation"}) {
+    const rtl::OUString property = rtl::OUString::createFromAscii(name);
+    to->setPropertyValue(property, from->getPropertyValue(property));
+  }
+  const auto anchor = object->getAnchor();
+  const auto text = anchor->getText();
+  text->insertTextContent(anchor->getStart(), graphic, false);
+  text->removeTextContent(object);
+}
+
+class WordField final : public TableObject {
+ public:
+  WordField(DocumentRef document, Reference<XTextContent> object)
+      : TableObject(
+            {{u"Type", MemberKind::kPropertyGet, 0, 0, [](auto) -> Value { return kEmbeddedObjectField; }},
+             {u"Update", MemberKind::kMethod, 0, 0,
+              [document, object](auto) -> Value { return document->listener().run([&] { return update(object); }); }},
+             {u"Unlink", MemberKind::kMethod, 0, 0, [document, object](auto) -> Value {
+                document->listener().run([&] { unlink(*document, object); });
+                return Empty{};
+              }}}) {}
+};
+
+ObjectRef field_of(const DocumentRef& document, std::int32_t number) {
+  return document->listener().run([&]() -> ObjectRef {
+    const auto objects = embedded_objects(*document);
+    const auto names = objects->getElementNames();
+    if (number < 1 || number > names.getLength())
+      throw failure(FailureNumber::kSubscriptOutOfRange, u"The document has no such field", u"LibreOffice");
+    return std::make_shared<WordField>(document,
+                                       Reference<XTextContent>(objects->getByName(names[number - 1]), UNO_QUERY_THROW));
+  });
+}
+
+class WordFields final : public TableObject {
+ public:
+  explicit WordFields(DocumentRef document)
+      : TableObject({{u"Count", MemberKind::kPropertyGet, 0, 0, [document](auto) -> Value {
+                        return document->listener().run([&]() -> std::int32_t {
+                          return embedded_objects(*document)->getElementNames().getLength();
+                        });
+                      }}}) {}
+};
+
+void save_as(OfficeDocument& document, std::u16string_view path, std::int32_t format) {
+  if (format == kDocumentFormat)
+    document.save_as(path, "MS Word 97");
+  else if (format == kRtfFormat)
+    document.save_as(path, "Rich Text Format");
+  else
+    throw failure(FailureNumber::kInvalidCall, u"Only the formats 0 (document) and 6 (RTF) can be saved",
+                  u"LibreOffice");
+}
+
+class WordDocument final : public TableObject {
+ public:
+  WordDocument(ObjectRef application, DocumentRef document)
+      : TableObject(
+            {{u"application", MemberKind::kPropertyGet, 0, 0, [application](auto) -> Value { return application; }},
+             // All of them, or the one of a number (from 1).
+             {u"Fields", MemberKind::kPropertyGet, 0, 1,
+              [document](std::span<Argument> arguments) -> Value {
+                if (is_omitted(arguments[0].value)) return std::make_shared<WordFields>(document);
+                return field_of(document, as_number(arguments[0].value));
+              }},
+             {u"SaveAs", MemberKind::kMethod, 2, 2,
+              [document](std::span<Argument> arguments) -> Value {
+                save_as(*document, as_text(arguments[0].value), as_number(arguments[1].value));
+                return Empty{};
+              }},
+             // SaveChanges: nothing but "do not" is ever asked for.
+             {u"Close", MemberKind::kMethod, 0, 1, [document](auto) -> Value {
+                document->close();
+                return Empty{};
+              }}}) {}
+};
+
+class WordDocuments final : public TableObject {
+ public:
+  WordDocuments(ObjectRef application, std::shared_ptr<ApplicationState> state)
+      // FileName, ConfirmConversions, ReadOnly, AddToRecentFiles; SaveAs writes elsewhere in any case.
+      : TableObject({{u"Open", MemberKind::kMethod, 1, 4, [application, state](std::span<Argument> arguments) -> Value {
+                        return std::make_shared<WordDocument>(
+                            application, state->open(OfficeKind::kText, as_text(arguments[0].value)));
+                      }}}) {}
+};
+
+class WordApplication final : public TableObject, public std::enable_shared_from_this<WordApplication> {
+ public:
+  explicit WordApplication(const std::shared_ptr<ApplicationState>& state)
+      : TableObject([&] {
+          std::vector<Member> members = application_members(state);
+          members.push_back({u"Documents", MemberKind::kPropertyGet, 0, 0, [this, state](auto) -> Value {
+                               return std::make_shared<WordDocuments>(shared_from_this(), state);
+                             }});
+          return members;
+        }()) {}
+};
+
+}  // namespace
+
+ObjectRef make_word_application(std::shared_ptr<OfficeListener> listener) {
+  auto state = std::make_shared<ApplicationState>();
+  state->listener = std::move(listener);
+  return std::make_shared<WordApplication>(state);
+}
+
+}  // namespace kavo

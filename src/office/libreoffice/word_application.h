@@ -1,0 +1,16 @@
+// "Word.Application", served by LibreOffice: the members that the conversion between Word documents and RTF calls.
+//
+// Its Fields are the embedded objects of a document. Hyperlinks, page numbers and the like are none here: LibreOffice
+// keeps them as part of the text and up to date by itself, so that there is nothing to update.
+#pragma once
+
+#include <memory>
+
+#include "office/libreoffice/office_document.h"
+#include "platform/automation.h"
+
+namespace kavo {
+
+ObjectRef make_word_application(std::shared_ptr<OfficeListener> listener);
+
+}  // namespace kavo

@@ -1,0 +1,17 @@
+// The walk over all texts of a workbook.
+#pragma once
+
+#include "office/excel_options.h"
+#include "office/libreoffice/office_document.h"
+#include "office/libreoffice/text_visitor.h"
+
+namespace kavo {
+
+// Shows a visitor every text, sheet by sheet: the sheet's name, its cells in the order of the options, comments,
+// shapes, titles of charts, at last headers and footers. Numbers and formulas are no texts; formulas are shown to read
+// along when the options ask for them. The options also say whether hidden sheets, rows and columns take part, whether
+// groups of shapes are dissolved first, and after how many blank cells in succession the rest of a row (order 0) or
+// column (order 1) is left out.
+void visit_workbook(OfficeDocument& document, const ExcelOptions& options, TextVisitor& visitor);
+
+}  // namespace kavo

@@ -1,0 +1,135 @@
+Attribute VB_Name = "KavoXml"
+' What the macros of both templates share: the XML of the texts and the files around a document.
+' The layout is the one that docs/office-xml.md describes.
+Option Explicit
+
+Public Const KavoExport = 0
+Public Const KavoVerify = 1
+Public Const KavoImport = 2
+
+Private Const kPrime = 65521
+
+' "C:\a\deck.ppt" to "C:\a\deck_ppt.xml".
+Public Function XmlNameOf(ByVal DocumentName As String) As String
+  Dim Dot As Long
+  Dot = InStrRev(DocumentName, ".")
+  XmlNameOf = Left$(DocumentName, Dot - 1) & "_" & Mid$(DocumentName, Dot + 1) & ".xml"
+End Function
+
+' Tells the program that waits that the macro has finished.
+Public Sub DeleteFlag(ByVal DocumentName As String)
+  On Error Resume Next
+  Kill DocumentName & ".kavo"
+End Sub
+
+Public Function CheckOf(ByVal Text As String) As String
+  Dim Low As Long, High As Long, i As Long
+  Low = 1
+  For i = 1 To Len(Text)
+    Low = (Low + (AscW(Mid$(Text, i, 1)) And &HFFFF&)) Mod kPrime
+    High = (High + Low) Mod kPrime
+  Next
+  CheckOf = LCase$(Right$("000" & Hex$(High), 4) & Right$("000" & Hex$(Low), 4))
+End Function
+
+Public Function IsBlank(ByVal Text As String) As Boolean
+  IsBlank = Len(Trim$(Replace(Replace(Replace(Replace(Text, vbTab, ""), vbLf, ""), ChrW$(160), ""), ChrW$(&H3000), ""))) = 0
+End Function
+
+Public Function Escaped(ByVal Text As String) As String
+  Dim i As Long
+  Text = Replace(Replace(Replace(Replace(Text, "&", "&amp;"), "<", "&lt;"), ">", "&gt;"), """", "&quot;")
+  Text = Replace(Replace(Text, vbTab, "&#9;"), vbLf, "<br/>")
+  For i = 0 To 31
+    If InStr(Text, ChrW$(i)) > 0 Then Text = Replace(Text, ChrW$(i), "<char code=""" & i & """/>")
+  Next
+  Escaped = Text
+End Function
+
+' One text. Runs is an array of strings from 0.
+Public Function SegmentOf(ByVal Place As String, Runs As Variant) As String
+  Dim Lengths As String, Content As String, Whole As String, i As Long
+  For i = 0 To UBound(Runs)
+    Lengths = Lengths & IIf(i > 0, " ", "") & Len(Runs(i))
+    Whole = Whole & Runs(i)
+    If UBound(Runs) = 0 Then
+      Content = Escaped(Runs(i))
+    Else
+      Content = Content & "<g id=""" & (i + 1) & """>" & Escaped(Runs(i)) & "</g>"
+    End If
+  Next
+  SegmentOf = "<seg place=""" & Place & """ check=""" & CheckOf(Whole) & """ runs=""" & Lengths & """>" & Content & "</seg>" & vbLf
+End Function
+
+' UTF-8 without a mark, under its name only when it is complete.
+Public Sub WriteXml(ByVal FileName As String, ByVal Text As String)
+  Dim Writer As Object, Bytes As Object
+  Set Writer = CreateObject("ADODB.Stream")
+  Writer.Type = 2
+  Writer.Charset = "utf-8"
+  Writer.Open
+  Writer.WriteText Text
+  Writer.Position = 0
+  Writer.Type = 1
+  Writer.Position = 3
+  Set Bytes = CreateObject("ADODB.Stream")
+  Bytes.Type = 1
+  Bytes.Open
+  Writer.CopyTo Bytes
+  Bytes.SaveToFile FileName & ".new", 2
+  If Len(Dir$(FileName)) > 0 Then Kill FileName
+  Name FileName & ".new" As FileName
+End Sub
+
+Public Function ReadXml(ByVal FileName As String, ByVal Kind As String) As Object
+  Dim Xml As Object
+  Set Xml = CreateObject("MSXML2.DOMDocument")
+  Xml.async = False
+  Xml.preserveWhiteSpace = True
+  If Not Xml.Load(FileName) Then Err.Raise 1004, , FileName & ": " & Xml.parseError.reason
+  If Xml.documentElement.nodeName <> "kavo-office" Or Xml.documentElement.getAttribute("version") <> "1" Or _
+     Xml.documentElement.getAttribute("kind") <> Kind Then Err.Raise 1004, , FileName & ": not the XML of such a document"
+  Set ReadXml = Xml
+End Function
+
+' The segment of a place; fails when the document's text is not the one that was exported.
+Public Function SegmentAt(Xml As Object, ByVal Place As String, ByVal Text As String) As Object
+  Dim Segment As Object
+  Set Segment = Xml.documentElement.selectSingleNode("seg[@place='" & Place & "']")
+  If Segment Is Nothing Then Err.Raise 1004, , "The document has changed since its texts were exported, at " & Place
+  If Segment.getAttribute("check") <> CheckOf(Text) Then _
+    Err.Raise 1004, , "The document has changed since its texts were exported, at " & Place
+  Set SegmentAt = Segment
+End Function
+
+' The pieces of a translation in their order: Pieces(i) belongs to the run RunOf(i), from 1. Returns their number.
+Public Function PiecesOf(Segment As Object, Pieces() As String, RunOf() As Long) As Long
+  Dim Node As Object, Count As Long, Run As Long
+  ReDim Pieces(0 To Segment.childNodes.Length)
+  ReDim RunOf(0 To Segment.childNodes.Length)
+  Run = 1
+  For Each Node In Segment.childNodes
+    If Node.nodeName = "g" Then Run = CLng(Node.getAttribute("id"))
+    Pieces(Count) = ContentOf(Node)
+    RunOf(Count) = Run
+    Count = Count + 1
+  Next
+  PiecesOf = Count
+End Function
+
+Private Function ContentOf(Node As Object) As String
+  Dim Child As Object, Content As String
+  Select Case Node.nodeName
+    Case "#text"
+      ContentOf = Replace(Node.nodeValue, vbLf, " ")
+    Case "br"
+      ContentOf = vbLf
+    Case "char"
+      ContentOf = ChrW$(CLng(Node.getAttribute("code")))
+    Case Else
+      For Each Child In Node.childNodes
+        Content = Content & ContentOf(Child)
+      Next
+      ContentOf = Content
+  End Select
+End Function
