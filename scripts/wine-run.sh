@@ -11,6 +11,8 @@ export LC_ALL=${LC_ALL:-C.UTF-8}
 
 if [ "${1:-}" = --stop ]; then
   wineserver -k >/dev/null 2>&1 || true
+  exec 9>"$WINEPREFIX.keeper"
+  flock -w 10 9 || true  # the desktop has gone, too
   exit 0
 fi
 [ $# -gt 0 ] || { echo "usage: wine-run.sh PROGRAM.exe [ARGUMENT...] | --stop" >&2; exit 2; }
@@ -36,16 +38,18 @@ if [ ! -f "$WINEPREFIX/ready" ]; then
   "$wine" cmd /c exit 8>&- >/dev/null 2>&1 </dev/null
   touch "$WINEPREFIX/ready"
 fi
-# Without a desktop of its own each test with a window starts an explorer (1 to 8 s instead of 0.1).
-keeper=$WINEPREFIX/keeper.pid
-if ! { [ -f "$keeper" ] && kill -0 "$(cat "$keeper")" 2>/dev/null; }; then
-  wineserver -p 8>&- >/dev/null 2>&1 </dev/null || true
+# Without a desktop of its own each test with a window starts an explorer (1 to 8 s instead of 0.1). Whoever holds this
+# second lock keeps the desktop: a process number kept in a file would be mistaken for another process's one day.
+exec 9>"$WINEPREFIX.keeper"
+if flock -n 9; then
+  wineserver -p 8>&- 9>&- >/dev/null 2>&1 </dev/null || true
+  # The services start with the first program and the desktop with the first that needs it, and both keep that one's
+  # streams. They must not get those of the program to run: whoever reads its output from a pipe would wait for them.
+  "$wine" cmd /c exit 8>&- 9>&- >/dev/null 2>&1 </dev/null || true
   setsid "$wine" notepad 8>&- >/dev/null 2>&1 </dev/null &
-  echo $! > "$keeper"
-  # The prefix's services start with its first program and keep that one's streams. They must not get those of the
-  # program to run: whoever reads its output from a pipe would wait for the services.
-  "$wine" cmd /c exit 8>&- >/dev/null 2>&1 </dev/null || true
+  "$wine" rundll32 user32.dll,GetDesktopWindow 8>&- 9>&- >/dev/null 2>&1 </dev/null || true
 fi
+exec 9>&-
 flock -u 8
 exec 8>&-
 exec "$wine" "$@" </dev/null

@@ -53,7 +53,8 @@ TEST_F(TudCommand, ADocumentWithItsSkeletonInsideIsRebuiltAlone) {
   EXPECT_EQ(run_kavo({"pseudo", alone}).code, 0);
   const Ran ran = run_kavo({"rebuild", alone});
   EXPECT_EQ(ran.code, 0) << ran.errors;
-  EXPECT_EQ(folder.read(u"a_FR.txt"), "[\xC3\x95\xC3\xB1\xC3\xA8]\n");
+  // In the system's own code page.
+  EXPECT_EQ(folder.read(u"a_FR.txt"), is_native() ? "[\xC3\x95\xC3\xB1\xC3\xA8]\n" : "[\xD5\xF1\xE8]\n");
   // What was unpacked has gone again.
   EXPECT_EQ(folder.entry_count(), 2u);
 }
