@@ -7,6 +7,7 @@
 #include "cli/run_kavo.h"
 #include "platform/files.h"
 #include "platform/ports.h"
+#include "support/system.h"
 #include "support/temp_folder.h"
 
 namespace kavo::test {
