@@ -6,6 +6,7 @@
 #include "common/clsCommon.h"
 #include "html/html_attributes.h"
 #include "html/html_quirks.h"
+#include "platform/failure.h"
 #include "platform/unicode.h"
 #include "resources/string_table.h"
 
@@ -511,22 +512,36 @@ void HtmlRepair::processing_instruction(std::uint64_t position) {
 
 void HtmlRepair::copy_until(std::uint64_t position) {
   if (position <= copied_) return;
-  if (output_ != nullptr) output_->write(scanner_.view(copied_, position));
+  if (output_ != nullptr && repairs_ != 0) output_->write(scanner_.view(copied_, position));
   copied_ = position;
 }
 
 void HtmlRepair::insert(std::string_view text) {
   copy_until(edit_at_);
-  if (output_ != nullptr) output_->write(text);
+  write_repair(text);
   inserted_ += text.size();
-  ++repairs_;
 }
 
 void HtmlRepair::replace(std::uint64_t begin, std::uint64_t end, std::string_view text) {
   copy_until(begin);
-  if (output_ != nullptr) output_->write(text);
+  write_repair(text);
   copied_ = end;
-  ++repairs_;
+}
+
+// Until the first repair nothing is written, since most pages need none; what went before is then read once more.
+void HtmlRepair::write_repair(std::string_view text) {
+  if (repairs_++ == 0 && output_ != nullptr) {
+    BlockReader page(output_->final_path());
+    for (std::uint64_t left = copied_; left != 0;) {
+      if (!page.more()) throw failure(FailureNumber::kDeviceError, u"The page became shorter while it was read");
+      const std::string_view block =
+          page.window().substr(0, static_cast<std::size_t>(std::min<std::uint64_t>(left, page.window().size())));
+      output_->write(block);
+      left -= block.size();
+      page.consume(block.size());
+    }
+  }
+  if (output_ != nullptr) output_->write(text);
 }
 
 PagePlace HtmlRepair::place_of(std::uint64_t position) {

@@ -68,6 +68,7 @@ class HtmlRepair final : private TreeObserver, private ScannerListener {
   void insert(std::string_view text);
   void replace(std::uint64_t begin, std::uint64_t end, std::string_view text);
   void copy_until(std::uint64_t position);
+  void write_repair(std::string_view text);
   PagePlace place_of(std::uint64_t position);
 
   std::string name_of_element(const OpenElement& element) const;
@@ -90,7 +91,7 @@ class HtmlRepair final : private TreeObserver, private ScannerListener {
   std::uint64_t edit_at_ = 0;           // where text may be inserted
   bool edit_allowed_ = true;
   bool server_code_in_token_ = false;
-  std::uint64_t copied_ = 0;    // bytes of the page that are in the output
+  std::uint64_t copied_ = 0;    // bytes of the page that are in the output, or will be with the first repair
   std::uint64_t inserted_ = 0;  // bytes that are in the output only
   std::uint64_t repairs_ = 0;
   std::uint64_t untold_ = 0;  // messages beyond the limit
