@@ -1,11 +1,10 @@
-#include "html/html_repair.h"
-
 #include <algorithm>
 #include <array>
 
 #include "common/clsCommon.h"
 #include "html/html_attributes.h"
 #include "html/html_quirks.h"
+#include "html/html_repair.h"
 #include "platform/failure.h"
 #include "platform/unicode.h"
 #include "resources/string_table.h"
@@ -33,8 +32,6 @@ constexpr std::size_t kMostMessages = 10'000;
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";  // says how to read the page, is no text of it
 
 bool is_blank(char c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r' || c == '\f'; }
-
-bool is_heading(Tag tag) { return tag >= Tag::kH1 && tag <= Tag::kH6; }
 
 // Length of a character reference that means white space at the beginning of `text`, 0 when there is none.
 std::size_t blank_reference(std::string_view text) {
@@ -302,9 +299,9 @@ bool HtmlRepair::is_obstacle(std::size_t index, const Closing& what) const {
   const OpenElement& element = tree_.stack()[index];
   if (element.space != Space::kHtml || !element.has_tag || !element.repairable) return true;
   if (element.tag == Tag::kOther) return element.listed < 0;
-  if ((traits_of(element.tag) & (kBlockEnd | kImpliedEnd | kFormatting)) != 0 || is_heading(element.tag)) return false;
+  if (has_trait(element.tag, kBlockEnd | kImpliedEnd | kFormatting | kHeading)) return false;
   if (element.tag == Tag::kCaption || element.tag == Tag::kColgroup) return index != what.first;
-  return (traits_of(element.tag) & kSpecial) != 0;
+  return has_trait(element.tag, kSpecial);
 }
 
 // A formatting element closed early is asked for by name later on: with another of its name around, an end tag would
@@ -328,7 +325,7 @@ std::size_t HtmlRepair::first_to_close(std::size_t from, const Closing& what) co
   std::size_t entry = list.size();
   for (std::size_t i = stack.size(); i-- > from;) {
     if (is_obstacle(i, what)) break;
-    if ((traits_of(stack[i].tag) & kFormatting) != 0) {
+    if (has_trait(stack[i].tag, kFormatting)) {
       // Elements are reopened in the order of the list: this one must be its last, but for those closed early.
       while (entry > 0 && list[entry - 1].closed_early) --entry;
       if (entry == 0 || list[entry - 1].number != stack[i].number) break;
@@ -359,7 +356,8 @@ void HtmlRepair::closing(const Closing& what) {
   if (edit_allowed_ && !too_much() && !tree_.reopened_by_token() && !tree_.closed_without_tag()) {
     if (what.checks_again && !what.own_end_tag) {
       const Tag tag = stack[what.first].tag;
-      const bool another = is_heading(tag) ? tree_.heading_in_scope(what.first) : tree_.scope_holds(tag, what.first);
+      const bool another =
+          has_trait(tag, kHeading) ? tree_.heading_in_scope(what.first) : tree_.scope_holds(tag, what.first);
       if (another) ++from;
     }
     for (bool sound = false; !sound;) {
@@ -367,7 +365,7 @@ void HtmlRepair::closing(const Closing& what) {
       sound = true;
       if (what.forgets) break;
       for (std::size_t i = stack.size(); i-- > lowest && sound;) {
-        if ((traits_of(stack[i].tag) & kFormatting) == 0 || (what.replaced && i == what.first)) continue;
+        if (!has_trait(stack[i].tag, kFormatting) || (what.replaced && i == what.first)) continue;
         if (is_sole_of_its_name(i, lowest, what)) continue;
         from = i + 1;
         sound = false;
@@ -445,7 +443,7 @@ bool HtmlRepair::close_all(bool at_end) {
     if (element.space != Space::kHtml || nameless || (element.has_tag && !element.repairable)) blocked = true;
     if (element.tag == Tag::kForm && !tree_.is_current_form(element)) blocked = true;
     // Its end tag would be taken for that of another one, which the parser is about to open again.
-    if ((traits_of(element.tag) & kFormatting) != 0 && tree_.has_naturally_closed(element.tag, entries)) blocked = true;
+    if (has_trait(element.tag, kFormatting) && tree_.has_naturally_closed(element.tag, entries)) blocked = true;
     if (HtmlTree::sets_marker(element)) entries = tree_.last_marker(entries);
     if (!wanted(element)) continue;
     if (blocked)

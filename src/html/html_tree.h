@@ -178,31 +178,48 @@ class HtmlTree {
   enum class Text : std::uint8_t { kBlank, kNull, kOther };
   static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
-  // Dispatch.
+  // Modes.
   void text(Text kind);
   void start(const StartTag& tag);
   void start_outside_foreign(const StartTag& tag);
   void end_outside_foreign(std::uint64_t name, Tag tag);
   void start_in_foreign(const StartTag& tag);
   void leave_foreign();
-  // One function per insertion mode that has rules of its own.
+  void end_mode();
+  void reset_mode();
+  static Mode mode_inside_template(Tag first);
   bool start_in_head(const StartTag& tag);
-  void start_in_body(const StartTag& tag);
-  void start_in_table(const StartTag& tag);
-  void start_in_table_body(const StartTag& tag);
-  void start_in_row(const StartTag& tag);
-  void start_in_select(const StartTag& tag);
-  void end_in_body(std::uint64_t name, Tag tag);
-  void end_in_table(std::uint64_t name, Tag tag);
-  void end_in_table_body(std::uint64_t name, Tag tag);
-  void end_in_row(std::uint64_t name, Tag tag);
-  void end_in_select(Tag tag);
-  void end_template();
-  void end_form();
-  void end_formatting(std::uint64_t name, Tag tag, bool replaced);
-  void end_any_other(std::uint64_t name, Tag tag);
-  void start_list_item(const StartTag& tag);
   void start_raw(const StartTag& tag, Content content);
+  void end_template();
+
+  // Body.
+  void start_in_body(const StartTag& tag);
+  void end_in_body(std::uint64_t name, Tag tag);
+  void close_p(bool reopening = false);
+  void start_list_item(const StartTag& tag);
+  void end_form();
+  void end_any_other(std::uint64_t name, Tag tag);
+  static bool is_hidden_input(const StartTag& tag);
+
+  // Tables and select lists. What closes something says whether it was open.
+  void start_in_table(const StartTag& tag);
+  void end_in_table(std::uint64_t name, Tag tag);
+  void start_in_caption(const StartTag& tag);
+  void end_in_caption(std::uint64_t name, Tag tag);
+  bool close_caption(Closing what);
+  void start_in_table_body(const StartTag& tag);
+  void end_in_table_body(std::uint64_t name, Tag tag);
+  bool close_table_body();
+  void start_in_row(const StartTag& tag);
+  void end_in_row(std::uint64_t name, Tag tag);
+  void close_row(Closing what);
+  void start_in_cell(const StartTag& tag);
+  void end_in_cell(std::uint64_t name, Tag tag);
+  void close_cell(std::size_t cell, bool own);
+  void start_in_select(const StartTag& tag);
+  void end_in_select(std::uint64_t name, Tag tag);
+  bool ends_select(Tag tag) const;
+  void close_select(Closing what);
 
   // Stack.
   void insert(const StartTag& tag, Space space = Space::kHtml);
@@ -212,20 +229,18 @@ class HtmlTree {
   void take_out(std::size_t at);  // one element from under others, which stay open
   void put_in(std::size_t at, const OpenElement& element);
   void close_from(Closing what);
+  // These find what.first: the current element; an element in scope, false when there is none; the topmost of a name.
+  void close_top(Closing what = {});
+  bool close_in_scope(Tag tag, Scope scope, Closing what);
   void close_until(Tag tag, Closing what);
+  void close_implied_ends(Tag except = Tag::kOther);
   void clear_back_to(std::initializer_list<Tag> tags);
-  void pop_implied();  // the current element, closed by a tag of another
   bool current_is(Tag tag) const;
   std::size_t find_in_scope(Tag tag, Scope scope) const { return find_in_scope(tag, scope, stack_.size()); }
   std::size_t find_in_scope(Tag tag, Scope scope, std::size_t below) const;
   std::size_t find_heading(std::size_t below) const;
   bool in_scope(Tag tag, Scope scope = Scope::kDefault) const { return find_in_scope(tag, scope) != kNone; }
   std::size_t find_topmost(std::initializer_list<Tag> tags) const;
-  std::size_t implied_ends(bool thoroughly, Tag except = Tag::kOther) const;
-  void close_p(bool reopening = false);
-  void close_cell(bool own, Tag tag);
-  void close_caption(bool own);
-  void reset_mode();
   static bool foreign_text(const OpenElement& element) {
     return element.space != Space::kHtml && !element.html_inside && !math_text(element);
   }
@@ -235,8 +250,12 @@ class HtmlTree {
   static bool is_landmark(const OpenElement& element);
 
   // List of active formatting elements.
+  void start_formatting(const StartTag& tag);
+  void close_anchor(const StartTag& tag);
+  // `replaced`: a start tag of the same name asks for it, not an end tag.
+  void end_formatting(std::uint64_t name, Tag tag, bool replaced);
   void push_formatting(const StartTag& tag);
-  void add_marker() { list_.push_back({}); }
+  void add_marker();
   void reconstruct();
   std::size_t find_entry(std::uint64_t number) const;
   void erase_entry(std::size_t index);

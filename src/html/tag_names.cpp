@@ -1,8 +1,5 @@
 #include "html/tag_names.h"
 
-#include <array>
-#include <cstddef>
-
 namespace kavo {
 namespace {
 
@@ -14,6 +11,8 @@ struct Row {
 
 constexpr std::uint16_t kBlock = kSpecial | kBlockEnd;
 constexpr std::uint16_t kMarked = kSpecial | kScopeBarrier;
+constexpr std::uint16_t kHeadline = kSpecial | kLeavesForeign | kHeading;
+constexpr std::uint16_t kGroup = kSpecial | kTablePart | kTableChild | kRowGroup;
 
 // In the order of Tag.
 constexpr Row kRows[] = {
@@ -26,19 +25,19 @@ constexpr Row kRows[] = {
     {Tag::kArticle, "article", kBlock},
     {Tag::kAside, "aside", kBlock},
     {Tag::kB, "b", kFormatting | kLeavesForeign},
-    {Tag::kBase, "base", kSpecial | kVoid},
-    {Tag::kBasefont, "basefont", kSpecial | kVoid},
-    {Tag::kBgsound, "bgsound", kSpecial | kVoid},
+    {Tag::kBase, "base", kSpecial | kVoid | kHeadContent},
+    {Tag::kBasefont, "basefont", kSpecial | kVoid | kHeadContent},
+    {Tag::kBgsound, "bgsound", kSpecial | kVoid | kHeadContent},
     {Tag::kBig, "big", kFormatting | kLeavesForeign},
     {Tag::kBlockquote, "blockquote", kBlock | kLeavesForeign},
     {Tag::kBody, "body", kSpecial | kLeavesForeign},
     {Tag::kBr, "br", kSpecial | kVoid | kLeavesForeign},
     {Tag::kButton, "button", kBlock},
-    {Tag::kCaption, "caption", kMarked},
+    {Tag::kCaption, "caption", kMarked | kTableChild},
     {Tag::kCenter, "center", kBlock | kLeavesForeign},
     {Tag::kCode, "code", kFormatting | kLeavesForeign},
-    {Tag::kCol, "col", kSpecial | kVoid},
-    {Tag::kColgroup, "colgroup", kSpecial},
+    {Tag::kCol, "col", kSpecial | kVoid | kTableChild},
+    {Tag::kColgroup, "colgroup", kSpecial | kTableChild},
     {Tag::kDd, "dd", kSpecial | kImpliedEnd | kLeavesForeign},
     {Tag::kDesc, "desc", 0},
     {Tag::kDetails, "details", kBlock},
@@ -58,12 +57,12 @@ constexpr Row kRows[] = {
     {Tag::kForm, "form", kSpecial},
     {Tag::kFrame, "frame", kSpecial | kVoid},
     {Tag::kFrameset, "frameset", kSpecial},
-    {Tag::kH1, "h1", kSpecial | kLeavesForeign},
-    {Tag::kH2, "h2", kSpecial | kLeavesForeign},
-    {Tag::kH3, "h3", kSpecial | kLeavesForeign},
-    {Tag::kH4, "h4", kSpecial | kLeavesForeign},
-    {Tag::kH5, "h5", kSpecial | kLeavesForeign},
-    {Tag::kH6, "h6", kSpecial | kLeavesForeign},
+    {Tag::kH1, "h1", kHeadline},
+    {Tag::kH2, "h2", kHeadline},
+    {Tag::kH3, "h3", kHeadline},
+    {Tag::kH4, "h4", kHeadline},
+    {Tag::kH5, "h5", kHeadline},
+    {Tag::kH6, "h6", kHeadline},
     {Tag::kHead, "head", kSpecial | kLeavesForeign},
     {Tag::kHeader, "header", kBlock},
     {Tag::kHgroup, "hgroup", kBlock},
@@ -76,14 +75,14 @@ constexpr Row kRows[] = {
     {Tag::kInput, "input", kSpecial | kVoid},
     {Tag::kKeygen, "keygen", kVoid},
     {Tag::kLi, "li", kSpecial | kImpliedEnd | kLeavesForeign},
-    {Tag::kLink, "link", kSpecial | kVoid},
+    {Tag::kLink, "link", kSpecial | kVoid | kHeadContent},
     {Tag::kListing, "listing", kBlock | kLeavesForeign},
     {Tag::kMain, "main", kBlock},
     {Tag::kMalignmark, "malignmark", 0},
     {Tag::kMarquee, "marquee", kMarked},
     {Tag::kMath, "math", 0},
     {Tag::kMenu, "menu", kBlock | kLeavesForeign},
-    {Tag::kMeta, "meta", kSpecial | kVoid | kLeavesForeign},
+    {Tag::kMeta, "meta", kSpecial | kVoid | kLeavesForeign | kHeadContent},
     {Tag::kMglyph, "mglyph", 0},
     {Tag::kMi, "mi", 0},
     {Tag::kMn, "mn", 0},
@@ -93,7 +92,7 @@ constexpr Row kRows[] = {
     {Tag::kNav, "nav", kBlock},
     {Tag::kNobr, "nobr", kFormatting | kLeavesForeign},
     {Tag::kNoembed, "noembed", kSpecial},
-    {Tag::kNoframes, "noframes", kSpecial},
+    {Tag::kNoframes, "noframes", kSpecial | kHeadContent},
     {Tag::kNoscript, "noscript", kSpecial},
     {Tag::kObject, "object", kMarked},
     {Tag::kOl, "ol", kBlock | kLeavesForeign},
@@ -109,7 +108,7 @@ constexpr Row kRows[] = {
     {Tag::kRtc, "rtc", kImpliedEnd},
     {Tag::kRuby, "ruby", kLeavesForeign},
     {Tag::kS, "s", kFormatting | kLeavesForeign},
-    {Tag::kScript, "script", kSpecial},
+    {Tag::kScript, "script", kSpecial | kHeadContent},
     {Tag::kSearch, "search", kBlock},
     {Tag::kSection, "section", kBlock},
     {Tag::kSelect, "select", kSpecial},
@@ -118,21 +117,21 @@ constexpr Row kRows[] = {
     {Tag::kSpan, "span", kLeavesForeign},
     {Tag::kStrike, "strike", kFormatting | kLeavesForeign},
     {Tag::kStrong, "strong", kFormatting | kLeavesForeign},
-    {Tag::kStyle, "style", kSpecial},
+    {Tag::kStyle, "style", kSpecial | kHeadContent},
     {Tag::kSub, "sub", kLeavesForeign},
     {Tag::kSummary, "summary", kBlock},
     {Tag::kSup, "sup", kLeavesForeign},
     {Tag::kSvg, "svg", 0},
     {Tag::kTable, "table", kMarked | kTablePart | kLeavesForeign},
-    {Tag::kTbody, "tbody", kSpecial | kTablePart},
-    {Tag::kTd, "td", kMarked},
-    {Tag::kTemplate, "template", kMarked},
+    {Tag::kTbody, "tbody", kGroup},
+    {Tag::kTd, "td", kMarked | kTableChild},
+    {Tag::kTemplate, "template", kMarked | kHeadContent},
     {Tag::kTextarea, "textarea", kSpecial},
-    {Tag::kTfoot, "tfoot", kSpecial | kTablePart},
-    {Tag::kTh, "th", kMarked},
-    {Tag::kThead, "thead", kSpecial | kTablePart},
-    {Tag::kTitle, "title", kSpecial},
-    {Tag::kTr, "tr", kSpecial | kTablePart},
+    {Tag::kTfoot, "tfoot", kGroup},
+    {Tag::kTh, "th", kMarked | kTableChild},
+    {Tag::kThead, "thead", kGroup},
+    {Tag::kTitle, "title", kSpecial | kHeadContent},
+    {Tag::kTr, "tr", kSpecial | kTablePart | kTableChild},
     {Tag::kTrack, "track", kSpecial | kVoid},
     {Tag::kTt, "tt", kFormatting | kLeavesForeign},
     {Tag::kU, "u", kFormatting | kLeavesForeign},
@@ -171,7 +170,11 @@ constexpr auto kIndex = [] {
 
 }  // namespace
 
-std::uint16_t traits_of(Tag tag) noexcept { return kRows[static_cast<std::size_t>(tag)].traits; }
+constexpr std::array<std::uint16_t, static_cast<std::size_t>(Tag::kCount)> kTagTraits = [] {
+  std::array<std::uint16_t, static_cast<std::size_t>(Tag::kCount)> traits{};
+  for (std::size_t i = 0; i < traits.size(); ++i) traits[i] = kRows[i].traits;
+  return traits;
+}();
 
 std::string_view name_of(Tag tag) noexcept { return kRows[static_cast<std::size_t>(tag)].name; }
 

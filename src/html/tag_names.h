@@ -4,6 +4,8 @@
 // rule mentions are told apart by that hash alone.
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -146,9 +148,16 @@ enum TagTrait : std::uint16_t {
   kBlockEnd = 32,       // its end tag closes the element when it is in scope, with all that is inside
   kLeavesForeign = 64,  // its start tag ends SVG and MathML content
   kVoid = 128,          // never has content
+  kHeading = 256,       // h1 to h6: the end tag of one closes another
+  kHeadContent = 512,   // belongs into the head wherever it stands
+  kTableChild = 1024,   // caption, col, colgroup, tbody, tfoot, thead, tr, td, th: has a place in tables only
+  kRowGroup = 2048,     // tbody, tfoot, thead
 };
 
-std::uint16_t traits_of(Tag tag) noexcept;
+extern const std::array<std::uint16_t, static_cast<std::size_t>(Tag::kCount)> kTagTraits;
+inline std::uint16_t traits_of(Tag tag) noexcept { return kTagTraits[static_cast<std::size_t>(tag)]; }
+// Any of `traits`.
+inline bool has_trait(Tag tag, int traits) noexcept { return (traits_of(tag) & traits) != 0; }
 // Lower case; empty for kOther.
 std::string_view name_of(Tag tag) noexcept;
 
