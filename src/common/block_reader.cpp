@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "platform/failure.h"
 #include "platform/ports.h"
 
 namespace kavo {
@@ -20,7 +21,12 @@ std::size_t block_size_for(std::uint64_t file_size) {
 
 }  // namespace
 
-BlockReader::BlockReader(std::u16string_view path) : file_(ports().files->open(path, Access::kRead)) {
+BlockReader::BlockReader(std::u16string_view path) {
+  // Its size would be 0, and so the document that comes of it.
+  if (const auto info = ports().files->info(path); info && info->is_special)
+    throw failure(FailureNumber::kPathFileAccess,
+                  std::u16string(path) + u" is a device or a pipe: write its text to a file first");
+  file_ = ports().files->open(path, Access::kRead);
   size_ = file_->size();
   block_ = block_size_for(size_);
 }

@@ -173,7 +173,7 @@ std::u16string clsCommon::FormatString(std::u16string_view format, std::span<con
     const std::u16string value = n <= values.size() ? values[n - 1] : u"";
     // Every round looks at the text from its start, so a value may form a new placeholder with its neighbours. A value
     // that would go on doing so (not only one that holds the placeholder) is found out by the count of rounds.
-    std::size_t rounds_left = text.size() + value.size();
+    std::size_t rounds_left = 8 * (text.size() + value.size());
     for (std::size_t at; (at = text.find(placeholder)) != std::u16string::npos; --rounds_left) {
       if (rounds_left == 0 || value.find(placeholder) != std::u16string::npos)
         throw failure(FailureNumber::kInvalidCall, u"The value for " + placeholder + u" brings back its placeholder");

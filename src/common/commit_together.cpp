@@ -24,7 +24,7 @@ class Step {
   void place_keeping_the_old() {
     const auto old = ports().files->info(file_.final_path());
     if (old && !old->is_folder) {
-      const std::u16string aside = file_.final_path() + u".kavo-old";
+      const std::u16string aside = name_aside(file_.final_path());
       replace_file(file_.final_path(), aside);
       aside_ = aside;
     }

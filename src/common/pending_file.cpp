@@ -5,6 +5,7 @@
 #include "common/block_reader.h"
 #include "platform/failure.h"
 #include "platform/ports.h"
+#include "platform/unicode.h"
 
 namespace kavo {
 namespace {
@@ -49,7 +50,7 @@ void make_read_only_again(std::u16string_view path) noexcept {
 
 }  // namespace
 
-PendingFile::PendingFile(std::u16string_view final_path) : final_path_(final_path) {
+PendingFile::PendingFile(std::u16string_view final_path) : final_path_(file_to_replace(final_path)) {
   for (int attempt = 1;; ++attempt) {
     temporary_path_ = name_beside(final_path_);
     try {
@@ -62,7 +63,7 @@ PendingFile::PendingFile(std::u16string_view final_path) : final_path_(final_pat
 }
 
 PendingFile::PendingFile(std::u16string_view final_path, std::u16string_view temporary_path)
-    : final_path_(final_path), temporary_path_(temporary_path) {
+    : final_path_(file_to_replace(final_path)), temporary_path_(temporary_path) {
   open();
 }
 
@@ -70,6 +71,8 @@ PendingFile::~PendingFile() { discard(); }
 
 void PendingFile::open() {
   file_ = ports().files->open(temporary_path_, Access::kCreateNew);
+  // Before the first byte, which others may not be allowed to read.
+  ports().files->take_permissions(temporary_path_, final_path_);
   buffer_ = std::make_unique_for_overwrite<char[]>(kBufferSize);
 }
 
@@ -117,8 +120,9 @@ void PendingFile::discard() noexcept {
   try_remove(temporary_path_);
 }
 
-bool replace_file(std::u16string_view source, std::u16string_view target) {
+bool replace_file(std::u16string_view source, std::u16string_view wanted) {
   FileSystem& files = *ports().files;
+  const std::u16string target = file_to_replace(wanted);
   const auto old = files.info(target);
   const bool was_read_only = old && !old->is_folder && old->is_read_only;
   if (was_read_only) files.set_read_only(target, false);
@@ -130,6 +134,22 @@ bool replace_file(std::u16string_view source, std::u16string_view target) {
     throw;
   }
   return try_remove(source);
+}
+
+std::u16string file_to_replace(std::u16string_view path) {
+  std::u16string target = ports().files->link_target(path);
+  const auto info = ports().files->info(target);
+  if (info && info->is_special)
+    throw failure(FailureNumber::kPathFileAccess, target + u" is a device or a pipe: no file can take its place");
+  return target;
+}
+
+std::u16string name_aside(std::u16string_view path) {
+  FileSystem& files = *ports().files;
+  std::u16string name = std::u16string(path) + u".kavo-old";
+  for (int number = 2; files.info(name); ++number)
+    name = std::u16string(path) + u".kavo-old" + to_utf16(std::to_string(number));
+  return name;
 }
 
 void copy_file(std::u16string_view source, std::u16string_view target) {

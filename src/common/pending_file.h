@@ -3,7 +3,8 @@
 // The bytes go to a temporary file; commit() writes the rest, closes and renames it over the final name in one step,
 // so that at every moment the final name holds the whole old or the whole new file. Without commit() the temporary
 // file is removed and the old file stays. Promised against a program or a write that fails, not against a power cut:
-// nothing is forced to the disk.
+// nothing is forced to the disk. A link stays a link: the file that it leads to is the one that is replaced. The new
+// file has the permissions of the old one.
 #pragma once
 
 #include <cstddef>
@@ -44,7 +45,7 @@ class PendingFile {
   void commit();
 
   const std::u16string& temporary_path() const { return temporary_path_; }
-  const std::u16string& final_path() const { return final_path_; }
+  const std::u16string& final_path() const { return final_path_; }  // behind a link
 
  private:
   static constexpr std::size_t kBufferSize = 256 * 1024;
@@ -65,7 +66,15 @@ class PendingFile {
 // Puts a complete file in the place of another (which may be missing or read-only): by renaming, or, between volumes,
 // by a copy made beside the target and renamed over it. There is no moment at which neither file is whole; when it
 // throws, both are as they were. False when the source, copied from another volume, could not be removed and stays.
+// The target is followed by file_to_replace().
 bool replace_file(std::u16string_view source, std::u16string_view target);
+
+// The file that a link leads to, or the path itself. Throws `failure` 75 for a device or a pipe: a file that replaced
+// it would take it from every program.
+std::u16string file_to_replace(std::u16string_view path);
+
+// A free name beside a file for its old content. What a killed run left under such a name may be the only whole copy.
+std::u16string name_aside(std::u16string_view path);
 
 // Copies through a PendingFile, so that an interrupted copy leaves no half file. An existing target is replaced.
 void copy_file(std::u16string_view source, std::u16string_view target);

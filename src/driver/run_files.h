@@ -27,6 +27,8 @@ class RunFiles {
   // The name is free afterwards: a file of that name is moved aside, read-only or not. Throws `failure` when it cannot
   // be moved (another program has it open, it is a folder); it is then where it was.
   void make_way_for(std::u16string_view path);
+  // The same for a file that the run writes on its way: the name is as it was when the run ends, however that is.
+  void borrow(std::u16string_view path);
   // The same for a writer that is to find the old file and decides itself what becomes of it: a copy is kept aside.
   void keep_copy_of(std::u16string_view path);
   // The run has succeeded: its files stay, the old ones go.
@@ -37,7 +39,10 @@ class RunFiles {
     std::u16string path;
     std::u16string old;  // where the file that was there is now, "" when there was none
     bool is_new;         // whatever has the name now was written by the run
+    bool is_borrowed = false;
   };
+  static void put_back(const Entry& entry);
+
   std::vector<Entry> entries_;
 };
 
@@ -45,5 +50,8 @@ class RunFiles {
 bool is_file(std::u16string_view path);
 // True when both names mean one file. Throws `failure` for a name that cannot be.
 bool is_same_file(std::u16string_view a, std::u16string_view b);
+// Throws `failure` 58 when the folder holds another file whose name differs in letter case only, as some systems allow:
+// to all that is named after the two they are one.
+void refuse_twin(std::u16string_view path);
 
 }  // namespace kavo

@@ -133,6 +133,7 @@ bool clsMIFUtilities::replace_mif_file(PendingFile& output, std::u16string_view 
   output.finish();
   if (clsCommon().MoveFile(output.temporary_path(), mif_file_, &errors_)) return true;
   errors_.push_back({std::u16string(failure_text)});
+  errors_.push_back({u"The new text is kept in " + output.temporary_path()});
   return false;
 }
 

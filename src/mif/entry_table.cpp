@@ -8,7 +8,8 @@ namespace {
 
 constexpr std::size_t kFirstSlots = 256;
 
-std::size_t mixed(std::size_t name_hash, std::size_t text_hash) {
+std::size_t hash_of(std::size_t name_hash, std::string_view text) {
+  const std::size_t text_hash = std::hash<std::string_view>{}(text);
   return name_hash ^ (text_hash + static_cast<std::size_t>(0x9E3779B97F4A7C15u) + (name_hash << 6) + (name_hash >> 2));
 }
 
@@ -35,7 +36,7 @@ std::size_t EntryTable::entry_slot(std::size_t hash, std::string_view wanted, st
 EntryTable::Added EntryTable::add(std::string_view name, std::string_view text) {
   if (rows_.size() * 2 >= by_name_.size()) grow();
   const std::size_t name_hash = std::hash<std::string_view>{}(name);
-  const std::size_t entry_hash = mixed(name_hash, std::hash<std::string_view>{}(text));
+  const std::size_t entry_hash = hash_of(name_hash, text);
   std::int32_t& named = by_name_[name_slot(name_hash, name)];
   std::int32_t* entry = nullptr;
   if (same_ == Same::kNameAndText) {
@@ -59,6 +60,11 @@ std::optional<std::string_view> EntryTable::find(std::string_view name) const {
   const std::int32_t row = by_name_[name_slot(std::hash<std::string_view>{}(name), name)];
   if (row == kEmpty) return std::nullopt;
   return text(static_cast<std::size_t>(row));
+}
+
+bool EntryTable::contains(std::string_view name, std::string_view text) const {
+  if (rows_.empty()) return false;
+  return by_entry_[entry_slot(hash_of(std::hash<std::string_view>{}(name), text), name, text)] != kEmpty;
 }
 
 void EntryTable::clear() {

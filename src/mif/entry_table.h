@@ -25,6 +25,8 @@ class EntryTable {
   Added add(std::string_view name, std::string_view text);
   // The text of the first row with this name. Views of a table are valid until the next add() or clear().
   std::optional<std::string_view> find(std::string_view name) const;
+  // With Same::kNameAndText: whether there is a row of just these two.
+  bool contains(std::string_view name, std::string_view text) const;
 
   std::size_t size() const { return rows_.size(); }
   std::string_view name(std::size_t row) const { return view(rows_[row].begin, rows_[row].name_size); }

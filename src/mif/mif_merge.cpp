@@ -164,7 +164,10 @@ std::string_view clsMIFUtilities::lookup_pair(const EntryTable& table, std::stri
   ((key_ = name) += " : ") += definition;
   const auto translation = table.find(key_);
   ++(translation ? counts_.replaced : counts_.not_found);
-  return translation.value_or(std::string_view());
+  if (!translation) return {};
+  // " : " may stand in a name as well as in a definition, so two values may have one tag: a row that leaves this one
+  // as it is speaks for it, before a row that came first.
+  return *translation != definition && table.contains(key_, definition) ? definition : *translation;
 }
 
 }  // namespace kavo

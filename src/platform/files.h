@@ -22,6 +22,7 @@ struct FileInfo {
   std::uint64_t size = 0;  // bytes
   bool is_folder = false;
   bool is_read_only = false;
+  bool is_special = false;  // a device, pipe or socket: to be read or written, never replaced
 };
 
 enum class Access {
@@ -57,6 +58,13 @@ class FileSystem {
   // Throws 74 when the two names lie on different volumes, so that the caller can copy instead.
   virtual void rename_file(std::u16string_view from, std::u16string_view to) = 0;
   virtual void set_read_only(std::u16string_view path, bool read_only) = 0;
+  // Where a new file is to be put for `path`: what a symbolic link of that name leads to, whether it exists or not;
+  // else the path as it is.
+  virtual std::u16string link_target(std::u16string_view path) = 0;
+  // Gives a file the permissions (chmod) and, where this user may, the owner (chown) of the one that it replaces. The
+  // owner's right to write is not taken away. Nothing on Windows, where the folder hands rights down. Never throws:
+  // what cannot be given stays as it is.
+  virtual void take_permissions(std::u16string_view path, std::u16string_view replaced) noexcept = 0;
   virtual std::u16string temporary_folder() = 0;  // as GetTempPath answers; the trailing "\" is not promised
   virtual std::u16string absolute(std::u16string_view path) = 0;
 };

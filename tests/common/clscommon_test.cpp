@@ -101,6 +101,8 @@ TEST(FormatString, SearchStartsAgainAtTheFirstCharacter) {
   // The replacement joins its neighbours to a new placeholder.
   EXPECT_EQ(common.FormatString(u"%%1%1%", {}), u"");
   EXPECT_EQ(common.FormatString(u"%%1%%", std::vector<std::u16string>{u"1"}), u"1");
+  // Eighteen rounds until no placeholder is left.
+  EXPECT_EQ(common.FormatString(u"%1%1%1%", std::vector<std::u16string>{u"1%%%%"}), u"111" + std::u16string(40, u'%'));
 }
 
 TEST(FormatString, EndlessReplacementIsRefused) {

@@ -263,6 +263,22 @@ TEST_F(MergeTest, NoTemporaryFileIsLeft) {
   EXPECT_EQ(files.all_files(), before);
 }
 
+TEST_F(MergeTest, TwoValuesOfOneTagAreToldApartByTheRowThatIsUntouched) {
+  const std::string document =
+      "<MIFFile 9.00><XRefFormats <XRefName `a : b'> <XRefDef `c'>>"
+      "<XRefFormats <XRefName `a'> <XRefDef `b : c'>>";
+  put(u"a.mif", document);
+  extract({u"a.mif"});
+  EXPECT_EQ(merge({u"a.mif"}), 0);
+  EXPECT_EQ(get(u"a.mif"), document);
+  // Else the first row counts, as for every tag.
+  put_index(0, {});
+  put_variables({});
+  put_xrefs({{"a : b : c", "first"}, {"a : b : c", "second"}});
+  EXPECT_EQ(merged("<MIFFile 9.00><XRefFormats <XRefName `a'> <XRefDef `b : c'>>"),
+            "<MIFFile 9.00><XRefFormats <XRefName `a'> <XRefDef `first'>>");
+}
+
 TEST_F(MergeTest, UntouchedSideFilesGiveTheFilesBack) {
   const std::string a = "<MIFFile 7.00>" + marker("a;b:c") + number_format("T", "x") + marker("multi\r\nline\n");
   const std::string b = "<MIFFile 9.00>" + marker("a;;") + number_format("U", "x") +

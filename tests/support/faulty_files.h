@@ -43,6 +43,10 @@ class FaultyFiles : public FileSystem {
   void remove_file(std::u16string_view path) override;
   void rename_file(std::u16string_view from, std::u16string_view to) override;
   void set_read_only(std::u16string_view path, bool read_only) override;
+  std::u16string link_target(std::u16string_view path) override { return inner_.link_target(path); }
+  void take_permissions(std::u16string_view path, std::u16string_view replaced) noexcept override {
+    inner_.take_permissions(path, replaced);
+  }
   std::u16string temporary_folder() override { return inner_.temporary_folder(); }
   std::u16string absolute(std::u16string_view path) override { return inner_.absolute(path); }
 

@@ -34,6 +34,8 @@ class MemoryFiles : public FileSystem {
   void remove_file(std::u16string_view path) override;
   void rename_file(std::u16string_view from, std::u16string_view to) override;
   void set_read_only(std::u16string_view path, bool read_only) override;
+  std::u16string link_target(std::u16string_view path) override { return std::u16string(path); }
+  void take_permissions(std::u16string_view, std::u16string_view) noexcept override {}
   std::u16string temporary_folder() override { return temporary_folder_; }
   std::u16string absolute(std::u16string_view path) override;
 

@@ -26,7 +26,13 @@ void interrupt_on_control_c() {
   action.sa_handler = [](int) { request_interrupt(); };
   sigemptyset(&action.sa_mask);
   action.sa_flags = SA_RESTART;
-  sigaction(SIGINT, &action, nullptr);
+  // A closed terminal, a reader that has gone and a polite kill are the user's wish to stop, too.
+  for (const int number : {SIGINT, SIGTERM, SIGPIPE}) sigaction(number, &action, nullptr);
+  struct sigaction hangup {};
+  const bool hangup_counts = sigaction(SIGHUP, nullptr, &hangup) == 0 && hangup.sa_handler != SIG_IGN;  // no nohup
+  if (hangup_counts) sigaction(SIGHUP, &action, nullptr);
+  // The write that meets a limit on a file's size fails with EFBIG instead.
+  signal(SIGXFSZ, SIG_IGN);
 }
 
 }  // namespace kavo

@@ -102,6 +102,7 @@ class PosixFiles final : public FileSystem {
     FileInfo info;
     info.is_folder = is_folder(status);
     info.is_read_only = is_read_only(status);
+    info.is_special = !info.is_folder && !S_ISREG(status->st_mode);
     info.size = info.is_folder ? 0 : static_cast<std::uint64_t>(status->st_size);
     return info;
   } catch (const failure&) {
@@ -158,6 +159,33 @@ class PosixFiles final : public FileSystem {
     constexpr mode_t kAllWrite = S_IWUSR | S_IWGRP | S_IWOTH;
     const mode_t bits = status->st_mode & 07777;
     if (::chmod(host.c_str(), read_only ? bits & ~kAllWrite : bits | S_IWUSR) != 0) throw_errno();
+  }
+
+  std::u16string link_target(std::u16string_view path) override {
+    constexpr int kMostLinks = 40;  // the system's own limit
+    std::string host = resolve(path);
+    std::array<char, PATH_MAX> target;
+    for (int links = 0;; ++links) {
+      const ssize_t size = ::readlink(host.c_str(), target.data(), target.size());
+      if (size < 0) return links == 0 ? std::u16string(path) : path_from_host(host);
+      if (links == kMostLinks) throw host_failure(ELOOP);
+      std::string name(target.data(), static_cast<std::size_t>(size));
+      host = name.starts_with('/') ? std::move(name) : split_host_path(host).folder + name;
+    }
+  }
+
+  void take_permissions(std::u16string_view path, std::u16string_view replaced) noexcept override try {
+    const std::string host = resolve(path);
+    const std::optional<struct stat> old = status_of(resolve(replaced));
+    const std::optional<struct stat> now = status_of(host);
+    if (!old || !now) return;
+    const bool same_owner = old->st_uid == now->st_uid && old->st_gid == now->st_gid;
+    if (!same_owner) static_cast<void>(::chown(host.c_str(), old->st_uid, old->st_gid) == 0);
+    // Behind chown(2), which takes bits away.
+    const mode_t wanted = (old->st_mode & 07777) | S_IWUSR;
+    if (!same_owner || wanted != (now->st_mode & 07777)) static_cast<void>(::chmod(host.c_str(), wanted) == 0);
+  } catch (const failure&) {
+    // Promised: no failure leaves this function.
   }
 
   std::u16string temporary_folder() override {

@@ -153,6 +153,28 @@ class WindowsFileSystem final : public FileSystem {
     if (!SetFileAttributesW(name.c_str(), wanted)) throw_last_error();
   }
 
+  std::u16string link_target(std::u16string_view path) override {
+    const std::wstring name = system_path(path);
+    const DWORD attributes = GetFileAttributesW(name.c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0)
+      return std::u16string(path);
+    const unique_handle target(CreateFileW(name.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                           nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+    if (!target) return std::u16string(path);
+    std::wstring full(GetFinalPathNameByHandleW(target.get(), nullptr, 0, FILE_NAME_NORMALIZED), L'\0');
+    const DWORD size =
+        GetFinalPathNameByHandleW(target.get(), full.data(), static_cast<DWORD>(full.size()), FILE_NAME_NORMALIZED);
+    if (size == 0 || size >= full.size()) return std::u16string(path);
+    full.resize(size);
+    // The system answers with the form that may be longer than 260 characters; names go about without it.
+    constexpr std::wstring_view kShare = L"\\\\?\\UNC\\";
+    constexpr std::wstring_view kLong = L"\\\\?\\";
+    if (full.starts_with(kShare)) return u"\\\\" + from_wide(full.substr(kShare.size()));
+    return from_wide(full.starts_with(kLong) ? full.substr(kLong.size()) : full);
+  }
+
+  void take_permissions(std::u16string_view, std::u16string_view) noexcept override {}
+
   std::u16string temporary_folder() override {
     wchar_t buffer[MAX_PATH + 1];
     const DWORD length = GetTempPathW(MAX_PATH + 1, buffer);
