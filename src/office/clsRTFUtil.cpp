@@ -1,5 +1,7 @@
 #include "office/clsRTFUtil.h"
 
+#include <memory>
+
 #include "common/clsCommon.h"
 #include "office/rtf_extraction.h"
 #include "office/rtf_insertion.h"
@@ -48,6 +50,8 @@ std::int32_t clsRTFUtil::run(const std::function<bool(const std::u16string&)>& w
     const std::u16string temporary_file = rtf_file_ + u".kavo.tmp";
     if (same_file(rtf_file_, obj_file_) || same_file(temporary_file, obj_file_))
       throw failure(FailureNumber::kInvalidCall, u"The object file must not be the document itself");
+    // The temporary file has one name for all runs: only one at a time may have it.
+    const std::unique_ptr<FileLock> lock = ports().files->lock(rtf_file_);
     clsCommon().DeleteFile(temporary_file);  // left over from a run that was killed
     return work(temporary_file) ? 0 : 1;
   } catch (const failure& reason) {

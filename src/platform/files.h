@@ -44,6 +44,12 @@ class File {
   virtual void close() = 0;
 };
 
+// Keeps a document for one run until it is destroyed.
+class FileLock {
+ public:
+  virtual ~FileLock() = default;
+};
+
 class FileSystem {
  public:
   virtual ~FileSystem() = default;
@@ -58,6 +64,9 @@ class FileSystem {
   // Throws 74 when the two names lie on different volumes, so that the caller can copy instead.
   virtual void rename_file(std::u16string_view from, std::u16string_view to) = 0;
   virtual void set_read_only(std::u16string_view path, bool read_only) = 0;
+  // Keeps other callers of lock() from an existing file; whoever does not ask is not kept. Throws 70 when another
+  // thread or process has it. Dropped by the thread that took it, and by the system when the process ends.
+  virtual std::unique_ptr<FileLock> lock(std::u16string_view path) = 0;
   // Where a new file is to be put for `path`: what a symbolic link of that name leads to, whether it exists or not;
   // else the path as it is.
   virtual std::u16string link_target(std::u16string_view path) = 0;

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <thread>
 
 #include "platform/ports.h"
 #include "support/failures.h"
@@ -398,6 +399,36 @@ TEST_P(FilesTest, DestructionClosesTheFile) {
   files().open(path(u"a.txt"), Access::kCreate)->write("x");
   files().remove_file(path(u"a.txt"));
   EXPECT_FALSE(files().info(path(u"a.txt")));
+}
+
+TEST(SystemFilesTest, ALockIsForOneAtATime) {
+  const TempFolder temp;
+  const std::u16string path = temp.write(u"letter.rtf", "text");
+  FileSystem& files = *ports().files;
+  const auto taken_by_another = [&](std::u16string_view name) {
+    int number = 0;
+    std::thread([&] { number = failure_number([&] { files.lock(name); }); }).join();
+    return number;
+  };
+  {
+    const std::unique_ptr<FileLock> lock = files.lock(path);
+    EXPECT_EQ(taken_by_another(path), 70);
+    EXPECT_EQ(taken_by_another(temp.path(u"LETTER.RTF")), 70);
+    EXPECT_EQ(temp.read(u"letter.rtf"), "text") << "it keeps nobody from reading";
+  }
+  EXPECT_EQ(taken_by_another(path), 0);
+  EXPECT_EQ(failure_number([&] { files.lock(temp.path(u"missing.rtf")); }), 53);
+}
+
+TEST(SystemFilesTest, ALockHoldsTheNameOfAFileThatIsReplaced) {
+  const TempFolder temp;
+  const std::u16string path = temp.write(u"letter.rtf", "old");
+  FileSystem& files = *ports().files;
+  std::unique_ptr<FileLock> lock = files.lock(path);
+  files.rename_file(temp.write(u"new", "new"), path);
+  lock.reset();
+  lock = files.lock(path);
+  EXPECT_EQ(temp.read(u"letter.rtf"), "new");
 }
 
 TEST(SystemFilesTest, NameWithZeroCharacterIsRefused) {

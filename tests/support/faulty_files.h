@@ -43,6 +43,7 @@ class FaultyFiles : public FileSystem {
   void remove_file(std::u16string_view path) override;
   void rename_file(std::u16string_view from, std::u16string_view to) override;
   void set_read_only(std::u16string_view path, bool read_only) override;
+  std::unique_ptr<FileLock> lock(std::u16string_view path) override { return inner_.lock(path); }
   std::u16string link_target(std::u16string_view path) override { return inner_.link_target(path); }
   void take_permissions(std::u16string_view path, std::u16string_view replaced) noexcept override {
     inner_.take_permissions(path, replaced);

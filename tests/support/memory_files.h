@@ -34,6 +34,8 @@ class MemoryFiles : public FileSystem {
   void remove_file(std::u16string_view path) override;
   void rename_file(std::u16string_view from, std::u16string_view to) override;
   void set_read_only(std::u16string_view path, bool read_only) override;
+  // Nobody else is there to be kept from a file.
+  std::unique_ptr<FileLock> lock(std::u16string_view) override { return nullptr; }
   std::u16string link_target(std::u16string_view path) override { return std::u16string(path); }
   void take_permissions(std::u16string_view, std::u16string_view) noexcept override {}
   std::u16string temporary_folder() override { return temporary_folder_; }

@@ -7,6 +7,7 @@
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -75,6 +76,30 @@ class PosixFile final : public File {
 
  private:
   Descriptor descriptor_;
+};
+
+// flock(2) on the file itself; nothing is left behind by a run that is killed.
+class PosixLock final : public FileLock {
+ public:
+  explicit PosixLock(const std::string& path) {
+    for (;;) {
+      Descriptor file = open_host(path, O_RDONLY | O_NONBLOCK);
+      if (::flock(file.get(), LOCK_EX | LOCK_NB) != 0)
+        throw errno == EWOULDBLOCK
+            ? failure(FailureNumber::kPermissionDenied, path_from_host(path) + u" is in use by another run")
+            : host_failure(errno);
+      // Whoever had the lock may have put another file in the place of this one.
+      struct stat held;
+      const std::optional<struct stat> named = status_of(path);
+      if (::fstat(file.get(), &held) != 0) throw_errno();
+      if (!named || named->st_ino != held.st_ino || named->st_dev != held.st_dev) continue;
+      file_.emplace(std::move(file));
+      return;
+    }
+  }
+
+ private:
+  std::optional<Descriptor> file_;
 };
 
 class PosixFiles final : public FileSystem {
@@ -159,6 +184,10 @@ class PosixFiles final : public FileSystem {
     constexpr mode_t kAllWrite = S_IWUSR | S_IWGRP | S_IWOTH;
     const mode_t bits = status->st_mode & 07777;
     if (::chmod(host.c_str(), read_only ? bits & ~kAllWrite : bits | S_IWUSR) != 0) throw_errno();
+  }
+
+  std::unique_ptr<FileLock> lock(std::u16string_view path) override {
+    return std::make_unique<PosixLock>(resolve(path));
   }
 
   std::u16string link_target(std::u16string_view path) override {

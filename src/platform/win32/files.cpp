@@ -88,6 +88,28 @@ class WindowsFile final : public File {
   unique_handle handle_;
 };
 
+// A named mutex (CreateMutex): a lock on the file itself would go with the file that a run replaces.
+class WindowsLock final : public FileLock {
+ public:
+  explicit WindowsLock(const std::wstring& path) {
+    if (GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES) throw_last_error();
+    std::wstring folded = path;
+    CharUpperBuffW(folded.data(), static_cast<DWORD>(folded.size()));
+    std::uint64_t hash = 0xcbf29ce484222325;  // FNV-1a: a path is too long for a name, and "\" is none of its letters
+    for (const wchar_t letter : folded) hash = (hash ^ letter) * 0x100000001b3;
+    mutex_ = unique_handle(CreateMutexW(nullptr, FALSE, (L"Local\\kavo-" + std::to_wstring(hash)).c_str()));
+    if (!mutex_) throw_last_error();
+    const DWORD answer = WaitForSingleObject(mutex_.get(), 0);
+    if (answer == WAIT_FAILED) throw_last_error();
+    if (answer == WAIT_TIMEOUT)
+      throw failure(FailureNumber::kPermissionDenied, from_wide(path) + u" is in use by another run");
+  }
+  ~WindowsLock() override { ReleaseMutex(mutex_.get()); }
+
+ private:
+  unique_handle mutex_;
+};
+
 class WindowsFileSystem final : public FileSystem {
  public:
   std::unique_ptr<File> open(std::u16string_view path, Access access) override {
@@ -151,6 +173,10 @@ class WindowsFileSystem final : public FileSystem {
     if (old == INVALID_FILE_ATTRIBUTES) throw_last_error();
     const DWORD wanted = read_only ? old | FILE_ATTRIBUTE_READONLY : old & ~static_cast<DWORD>(FILE_ATTRIBUTE_READONLY);
     if (!SetFileAttributesW(name.c_str(), wanted)) throw_last_error();
+  }
+
+  std::unique_ptr<FileLock> lock(std::u16string_view path) override {
+    return std::make_unique<WindowsLock>(full_path(system_path(path)));
   }
 
   std::u16string link_target(std::u16string_view path) override {
