@@ -36,18 +36,12 @@ bool ScriptFile::find(std::string_view placeholder) {
   pass_to_marker([](std::string_view) {});
   if (skip_line_of(placeholder)) return true;
   if (!indexed_) build_index();
-  const std::uint64_t key = key_of(placeholder), here = reader_.position();
-  if (find_from(placeholder, key, here, reader_.size()) || find_from(placeholder, key, 0, here)) return true;
+  const auto is_it = [&](std::uint64_t position) {
+    go_to(position);
+    return skip_line_of(placeholder);
+  };
+  if (index_.find(key_of(placeholder), reader_.position(), is_it)) return true;
   go_to(reader_.size());
-  return false;
-}
-
-bool ScriptFile::find_from(std::string_view placeholder, std::uint64_t key, std::uint64_t from, std::uint64_t to) {
-  auto entry = std::lower_bound(index_.begin(), index_.end(), Entry{key, from});
-  for (; entry != index_.end() && entry->key == key && entry->position < to; ++entry) {
-    go_to(entry->position);
-    if (skip_line_of(placeholder)) return true;
-  }
   return false;
 }
 
@@ -122,10 +116,10 @@ void ScriptFile::build_index() {
     const std::string_view window = reader_.window();
     const std::string_view line = window.substr(0, window.find_first_of(script::kLineEnd));
     if (const auto placeholder = placeholder_in(line); !placeholder.empty())
-      index_.push_back({key_of(placeholder), reader_.position()});
+      index_.add(key_of(placeholder), reader_.position());
     skip_line();
   }
-  std::sort(index_.begin(), index_.end());
+  index_.sort();
   reader_.seek(here);
 }
 

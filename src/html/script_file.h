@@ -6,13 +6,12 @@
 // Block texts are copied through a window: a block may be larger than memory.
 #pragma once
 
-#include <compare>
 #include <cstdint>
 #include <functional>
 #include <string_view>
-#include <vector>
 
 #include "common/block_reader.h"
+#include "common/lookup_index.h"
 #include "html/utf16_mark.h"
 
 namespace kavo {
@@ -32,24 +31,17 @@ class ScriptFile {
   void read_block(const Sink& sink);
 
  private:
-  struct Entry {
-    std::uint64_t key;
-    std::uint64_t position;
-    auto operator<=>(const Entry&) const = default;
-  };
-
   // Each starts at the beginning of a line and ends at that of another.
   void pass_to_marker(const Sink& sink);
   bool skip_line_of(std::string_view placeholder);
   void skip_line();
-  bool find_from(std::string_view placeholder, std::uint64_t key, std::uint64_t from, std::uint64_t to);
   void build_index();
 
   void fill(std::size_t count);
   void go_to(std::uint64_t position);
 
-  BlockReader reader_;  // stands where the next search starts
-  std::vector<Entry> index_;
+  BlockReader reader_;                               // stands where the next search starts
+  LookupIndex<std::uint64_t, std::uint64_t> index_;  // hash of a placeholder, position of its line
   bool indexed_ = false;
 };
 

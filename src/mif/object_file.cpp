@@ -49,7 +49,13 @@ bool MifObjectFile::find(std::string_view placeholder) {
   const std::uint64_t position = lines_.position();
   if (next_line_holds(placeholder)) return true;
   if (!index_) build_index();
-  return find_between(placeholder, position, kFileEnd) || find_between(placeholder, 0, position);
+  const auto is_it = [&](std::uint64_t line) {
+    lines_.seek(line);
+    return next_line_holds(placeholder);
+  };
+  if (index_->find(std::hash<std::string_view>{}(placeholder), position, is_it)) return true;
+  lines_.seek(kFileEnd);
+  return false;
 }
 
 bool MifObjectFile::next_line_holds(std::string_view placeholder) {
@@ -62,30 +68,18 @@ bool MifObjectFile::next_line_holds(std::string_view placeholder) {
   return holds;
 }
 
-// Goes behind the first line that begins in [begin, end) and holds the placeholder.
-bool MifObjectFile::find_between(std::string_view placeholder, std::uint64_t begin, std::uint64_t end) {
-  const std::size_t hash = std::hash<std::string_view>{}(placeholder);
-  auto entry = std::lower_bound(index_->begin(), index_->end(), IndexEntry{hash, begin});
-  for (; entry != index_->end() && entry->hash == hash && entry->line < end; ++entry) {
-    lines_.seek(entry->line);
-    if (next_line_holds(placeholder)) return true;
-  }
-  lines_.seek(kFileEnd);
-  return false;
-}
-
 void MifObjectFile::build_index() {
   index_.emplace();
   LinePieces lines(path_, nullptr);
   std::uint64_t line = 0;
   for (LinePiece piece; lines.next(piece);) {
     any_placeholder(piece.text, [&](std::string_view found) {
-      index_->push_back({std::hash<std::string_view>{}(found), line});
+      index_->add(std::hash<std::string_view>{}(found), line);
       return false;
     });
     if (piece.ends) line = lines.position();
   }
-  std::sort(index_->begin(), index_->end());
+  index_->sort();
 }
 
 void MifObjectFile::copy_object(PendingFile& output) {

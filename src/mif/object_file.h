@@ -7,8 +7,8 @@
 #include <cstdint>
 #include <optional>
 #include <string_view>
-#include <vector>
 
+#include "common/lookup_index.h"
 #include "common/pending_file.h"
 #include "mif/line_pieces.h"
 
@@ -41,20 +41,13 @@ class MifObjectFile {
   void copy_object(PendingFile& output);
 
  private:
-  struct IndexEntry {
-    std::size_t hash;
-    std::uint64_t line;  // position of the line's beginning
-    auto operator<=>(const IndexEntry&) const = default;
-  };
-
   bool next_line_holds(std::string_view placeholder);
-  bool find_between(std::string_view placeholder, std::uint64_t begin, std::uint64_t end);
   void build_index();
   void skip_line(LinePiece piece);
 
   std::u16string path_;
   LinePieces lines_;
-  std::optional<std::vector<IndexEntry>> index_;
+  std::optional<LookupIndex<std::size_t, std::uint64_t>> index_;  // hash of a placeholder, position of its line
 };
 
 }  // namespace kavo

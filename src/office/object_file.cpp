@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <limits>
-#include <numeric>
+#include <optional>
 
 #include "office/rtf_text.h"
 #include "platform/failure.h"
@@ -19,27 +19,26 @@ std::optional<std::uint32_t> read_marker_line(const char* p, const char* end) {
   return static_cast<std::uint32_t>(marker->number);
 }
 
-std::uint64_t marker_line_length(std::uint32_t number) { return marker_text(number).size() + kLineEnd.size(); }
+std::uint64_t marker_line_length(std::uint64_t number) { return marker_text(number).size() + kLineEnd.size(); }
 
 }  // namespace
 
 RtfObjectFile::RtfObjectFile(std::u16string_view path) : reader_(path) {
   find_marker_lines();
-  // What follows the last marker line is no object: nothing says where it would end.
-  if (!numbers_.empty()) numbers_.pop_back();
-  by_number_.resize(numbers_.size());
-  std::iota(by_number_.begin(), by_number_.end(), 0u);
-  std::ranges::stable_sort(by_number_, {}, [this](std::uint32_t place) { return numbers_[place]; });
+  index_.sort();
 }
 
 void RtfObjectFile::find_marker_lines() {
   ProgressEvent no_progress;
-  for_each_pass(reader_, no_progress, [this](const char* p, const char* limit, const char* end) {
+  // An object ends at the next marker line: what follows the last one is none.
+  std::optional<std::uint32_t> open;
+  for_each_pass(reader_, no_progress, [this, &open](const char* p, const char* limit, const char* end) {
     const char* const begin = p;
     const std::uint64_t begin_position = reader_.position();
     const auto add = [&](const char* line) {
       if (const auto number = read_marker_line(line, end)) {
-        numbers_.push_back(*number);
+        if (open) index_.add(*open, static_cast<std::uint32_t>(starts_.size() - 1));
+        open = number;
         starts_.push_back(begin_position + static_cast<std::uint64_t>(line - begin));
       }
     };
@@ -54,17 +53,6 @@ void RtfObjectFile::find_marker_lines() {
   });
 }
 
-std::optional<std::size_t> RtfObjectFile::find(std::uint64_t number) const {
-  const auto order = [this](std::uint32_t place) {
-    return std::pair<std::uint64_t, std::size_t>(numbers_[place], place);
-  };
-  for (const std::size_t from : {next_, std::size_t{0}}) {
-    const auto found = std::ranges::lower_bound(by_number_, std::pair(number, from), {}, order);
-    if (found != by_number_.end() && numbers_[*found] == number) return *found;
-  }
-  return std::nullopt;
-}
-
 void RtfObjectFile::go_to(std::uint64_t position) {
   const std::uint64_t here = reader_.position();
   if (position >= here && position - here <= reader_.window().size())
@@ -74,10 +62,14 @@ void RtfObjectFile::go_to(std::uint64_t position) {
 }
 
 bool RtfObjectFile::copy(std::uint64_t number, PendingFile& target) {
-  const auto place = find(number);
-  if (!place) return false;
-  next_ = *place + 1;
-  const std::uint64_t begin = starts_[*place] + marker_line_length(numbers_[*place]);
+  const auto take = [this](std::uint32_t place) {
+    next_ = place + 1;
+    return true;
+  };
+  // No larger number is in the index, and none may be taken for a smaller one.
+  if (number > std::numeric_limits<std::uint32_t>::max()) return false;
+  if (!index_.find(static_cast<std::uint32_t>(number), next_, take)) return false;
+  const std::uint64_t begin = starts_[next_ - 1] + marker_line_length(number);
   std::uint64_t left = starts_[next_] - begin;
   if (left != 0) left -= kLineEnd.size();
   go_to(begin);

@@ -10,11 +10,11 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 #include <string_view>
 #include <vector>
 
 #include "common/block_reader.h"
+#include "common/lookup_index.h"
 #include "common/pending_file.h"
 
 namespace kavo {
@@ -24,22 +24,19 @@ class RtfObjectFile {
   // Opens the file and finds its objects; throws `failure`.
   explicit RtfObjectFile(std::u16string_view path);
 
-  std::size_t size() const { return numbers_.size(); }  // objects in the file
+  std::size_t size() const { return starts_.empty() ? 0 : starts_.size() - 1; }  // objects in the file
   // Copies the object of that number: the next one from where the last copy ended, else the first from the start of
   // the file. False, and nothing is written, when there is none. Throws `failure`.
   bool copy(std::uint64_t number, PendingFile& target);
 
  private:
   void find_marker_lines();
-  std::optional<std::size_t> find(std::uint64_t number) const;
   void go_to(std::uint64_t position);
 
   BlockReader reader_;
-  // By position in the file. `starts_` has one more: the closing marker line.
-  std::vector<std::uint32_t> numbers_;
-  std::vector<std::uint64_t> starts_;  // of the marker lines, in bytes
-  std::vector<std::uint32_t> by_number_;
-  std::size_t next_ = 0;
+  std::vector<std::uint64_t> starts_;                // of the marker lines, in bytes; the last one is the closing one
+  LookupIndex<std::uint32_t, std::uint32_t> index_;  // number of an object, its place in `starts_`
+  std::uint32_t next_ = 0;
 };
 
 }  // namespace kavo

@@ -37,6 +37,8 @@ const Case kCases[] = {
     {"a marker without an object stays and the others are replaced", 1,
      R"({\rtf1 {\v\mor OBJ 9 }{\v\mor OBJ 2 }{\v\mor OBJ 12345678901234567890 })", kThree,
      "{\\rtf1 {\\v\\mor OBJ 9 }{\\pict\r\n\r\n}{\\v\\mor OBJ 12345678901234567890 }"},
+    {"a number beyond 32 bits is not one within them", 1, R"({\rtf1 {\v\mor OBJ 4294967297 })", kThree,
+     R"({\rtf1 {\v\mor OBJ 4294967297 })"},
     {"the closing marker line is no object", 1, R"({\rtf1 {\v\mor OBJ 4 })", kThree, R"({\rtf1 {\v\mor OBJ 4 })"},
     {"a marker that was changed stays", 1,
      R"({\rtf1 {\v\mor OBJ 1}{\v\mor OBJ  1 }{\v\mor OBJ 01 }{\v\mor OBJ x}{\v\mor OBJ )", kThree,
