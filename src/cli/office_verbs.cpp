@@ -1,5 +1,7 @@
 // kavo word, powerpoint and excel ...: conversions that an Office program does, driven through automation. One program
 // serves all files of a command line.
+#include <utility>
+
 #include "cli/verb.h"
 #include "common/clsCommon.h"
 #include "driver/file_types.h"
@@ -12,8 +14,7 @@ namespace kavo {
 namespace {
 
 // Why a conversion failed, as far as it can be told: the classes answer 0 or 1 and keep the errors of their calls.
-std::u16string reason_of(const std::u16string& file, const error_state& errors, std::u16string_view program) {
-  if (!clsCommon().FileExists(file)) return u"File not found";
+std::u16string reason_of(const error_state& errors, std::u16string_view program) {
   try {
     ports().automation->create(program);
   } catch (const failure& reason) {
@@ -23,96 +24,110 @@ std::u16string reason_of(const std::u16string& file, const error_state& errors, 
   return std::u16string(program) + u" refused the file";
 }
 
-Outcome outcome_of(std::int32_t result, const std::u16string& file, const std::u16string& produced,
-                   const error_state& errors, std::u16string_view program) {
+Outcome outcome_of(std::int32_t result, const std::u16string& produced, const error_state& errors,
+                   std::u16string_view program) {
   Outcome outcome;
   outcome.result = result;
   if (result == 0) {
     outcome.produced = {{produced, FileTypeOf(produced)}};
   } else {
     outcome.ending = Outcome::kFailed;
-    outcome.messages = {{reason_of(file, errors, program)}};
+    outcome.messages = {{reason_of(errors, program)}};
   }
   return outcome;
 }
 
-class WordVerb : public Verb {
+// A file that is not there is told without starting a program, which takes seconds.
+class OfficeVerb : public Verb {
  public:
-  void start() override { converter_.StartBatch(); }
+  Outcome run(const std::u16string& file, const ProgressEvent::Handler&) final {
+    if (clsCommon().FileExists(file)) return convert(file);
+    Outcome missing;
+    missing.result = 1;
+    missing.ending = Outcome::kFailed;
+    missing.messages = {{u"File not found"}};
+    return missing;
+  }
+
+ protected:
+  virtual Outcome convert(const std::u16string& file) = 0;
+};
+
+class WordVerb : public OfficeVerb {
+ public:
   std::optional<Outcome> finish() override {
-    converter_.EndBatch();
+    if (is_started_) converter_.EndBatch();
     return std::nullopt;
   }
 
  protected:
+  clsDOC2RTF& converter() {
+    if (!std::exchange(is_started_, true)) converter_.StartBatch();
+    return converter_;
+  }
+
+ private:
   clsDOC2RTF converter_;
+  bool is_started_ = false;
 };
 
 class WordToRtf final : public WordVerb {
- public:
-  Outcome run(const std::u16string& file, const ProgressEvent::Handler&) override {
-    converter_.DOCFile(file);
-    converter_.RTFFile(u"");
-    const std::int32_t result = converter_.DOC2RTF();
-    return outcome_of(result, file, converter_.RTFFile(), converter_.errors(), u"Word.Application");
+  Outcome convert(const std::u16string& file) override {
+    clsDOC2RTF& word = converter();
+    word.DOCFile(file);
+    word.RTFFile(u"");
+    const std::int32_t result = word.DOC2RTF();
+    return outcome_of(result, word.RTFFile(), word.errors(), u"Word.Application");
   }
 };
 
 class WordToDoc final : public WordVerb {
- public:
-  Outcome run(const std::u16string& file, const ProgressEvent::Handler&) override {
-    converter_.RTFFile(file);
-    converter_.DOCFile(u"");
-    const std::int32_t result = converter_.RTF2DOC();
-    return outcome_of(result, file, converter_.DOCFile(), converter_.errors(), u"Word.Application");
+  Outcome convert(const std::u16string& file) override {
+    clsDOC2RTF& word = converter();
+    word.RTFFile(file);
+    word.DOCFile(u"");
+    const std::int32_t result = word.RTF2DOC();
+    return outcome_of(result, word.DOCFile(), word.errors(), u"Word.Application");
   }
 };
 
-class PresentationToXml final : public Verb {
- public:
-  Outcome run(const std::u16string& file, const ProgressEvent::Handler&) override {
+class PresentationToXml final : public OfficeVerb {
+  Outcome convert(const std::u16string& file) override {
     converter_.PPTFile(file);
     const std::int32_t result = converter_.PPT2XML();
-    return outcome_of(result, file, converter_.XMLFile(), converter_.errors(), u"PowerPoint.Application");
+    return outcome_of(result, converter_.XMLFile(), converter_.errors(), u"PowerPoint.Application");
   }
 
- private:
   clsPPTUtil converter_;
 };
 
-class XmlToPresentation final : public Verb {
- public:
-  Outcome run(const std::u16string& file, const ProgressEvent::Handler&) override {
+class XmlToPresentation final : public OfficeVerb {
+  Outcome convert(const std::u16string& file) override {
     converter_.XMLFile(file);
     const std::int32_t result = converter_.XML2PPT();
-    return outcome_of(result, file, converter_.PPTFile(), converter_.errors(), u"PowerPoint.Application");
+    return outcome_of(result, converter_.PPTFile(), converter_.errors(), u"PowerPoint.Application");
   }
 
- private:
   clsPPTUtil converter_;
 };
 
-class WorkbookToXml final : public Verb {
- public:
-  Outcome run(const std::u16string& file, const ProgressEvent::Handler&) override {
+class WorkbookToXml final : public OfficeVerb {
+  Outcome convert(const std::u16string& file) override {
     converter_.XLSFile(file);
     const std::int32_t result = converter_.XLS2XML();
-    return outcome_of(result, file, converter_.XMLFile(), converter_.errors(), u"Excel.Application");
+    return outcome_of(result, converter_.XMLFile(), converter_.errors(), u"Excel.Application");
   }
 
- private:
   clsXLSUtil converter_;
 };
 
-class XmlToWorkbook final : public Verb {
- public:
-  Outcome run(const std::u16string& file, const ProgressEvent::Handler&) override {
+class XmlToWorkbook final : public OfficeVerb {
+  Outcome convert(const std::u16string& file) override {
     converter_.XMLFile(file);
     const std::int32_t result = converter_.XML2XLS();
-    return outcome_of(result, file, converter_.XLSFile(), converter_.errors(), u"Excel.Application");
+    return outcome_of(result, converter_.XLSFile(), converter_.errors(), u"Excel.Application");
   }
 
- private:
   clsXLSUtil converter_;
 };
 

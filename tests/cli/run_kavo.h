@@ -1,6 +1,7 @@
 // Runs the built command in a process of its own.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -24,7 +25,7 @@ Ran run_kavo(const std::vector<std::string>& arguments, const TempFolder* workin
 Ran run_kavo_typing(const std::vector<std::string>& arguments, std::string_view lines,
                     const TempFolder& working_folder);
 
-// The same, and presses Ctrl+C after some seconds. Nothing where a test cannot do that.
-std::optional<Ran> run_kavo_interrupted(const std::vector<std::string>& arguments, double seconds);
+// The same, and presses Ctrl+C when `wait` returns. Nothing where a test cannot do that.
+std::optional<Ran> run_kavo_interrupted(const std::vector<std::string>& arguments, const std::function<void()>& wait);
 
 }  // namespace kavo::test

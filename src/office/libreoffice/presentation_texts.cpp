@@ -36,10 +36,8 @@ void visit_property(const Reference<XPropertySet>& page, const char* property_na
   if (!page.is() || !page->getPropertySetInfo()->hasPropertyByName(name)) return;
   rtl::OUString text;
   page->getPropertyValue(name) >>= text;
-  const TextRun run{TextRun::Kind::kText, from_uno(text)};
-  if (is_blank({&run, 1})) return;
-  if (const TranslatedText* translation = visitor.visit(place, {&run, 1}))
-    page->setPropertyValue(name, Any(to_uno(plain_text(*translation))));
+  if (const auto translation = visit_plain(from_uno(text), place, visitor))
+    page->setPropertyValue(name, Any(to_uno(*translation)));
 }
 
 void visit_comments(OfficeDocument& document, const Reference<XAnnotationAccess>& page, const std::string& place,

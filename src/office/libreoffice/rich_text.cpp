@@ -355,4 +355,12 @@ std::u16string plain_text(const TranslatedText& translation) {
   return all;
 }
 
+std::optional<std::u16string> visit_plain(std::u16string_view content, std::string_view place, TextVisitor& visitor) {
+  const TextRun run{TextRun::Kind::kText, std::u16string(content)};
+  if (is_blank({&run, 1})) return std::nullopt;
+  const TranslatedText* translation = visitor.visit(place, {&run, 1});
+  if (!translation) return std::nullopt;
+  return plain_text(*translation);
+}
+
 }  // namespace kavo

@@ -3,6 +3,7 @@
 
 #include <com/sun/star/text/XText.hpp>
 #include <com/sun/star/text/XTextRange.hpp>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -24,5 +25,9 @@ void visit_text(OfficeDocument& document, const com::sun::star::uno::Reference<c
 
 // The text of a translation without formatting.
 std::u16string plain_text(const TranslatedText& translation);
+
+// Shows a visitor a text without formatting, white space being passed over; the text that is to stand in its place, or
+// nothing.
+std::optional<std::u16string> visit_plain(std::u16string_view text, std::string_view place, TextVisitor& visitor);
 
 }  // namespace kavo

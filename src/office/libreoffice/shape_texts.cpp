@@ -44,18 +44,9 @@ void visit_table(OfficeDocument& document, const Reference<XPropertySet>& shape,
     }
 }
 
-// `number` is the shape's own within its page, "3" or, in a group, "3.1".
-void visit_shape(OfficeDocument& document, const Reference<XShape>& shape, ShapeFilter filter, const std::string& place,
-                 const std::string& number, TextVisitor& visitor) {
-  if (const Reference<XShapes> group(shape, UNO_QUERY); group.is()) {
-    const Reference<XIndexAccess> members(group, UNO_QUERY_THROW);
-    for (sal_Int32 i = 0; i < members->getCount(); ++i)
-      visit_shape(document, Reference<XShape>(members->getByIndex(i), UNO_QUERY_THROW), filter, place,
-                  number + "." + std::to_string(i + 1), visitor);
-    return;
-  }
+void visit_shape(OfficeDocument& document, const Reference<XShape>& shape, ShapeFilter filter,
+                 const std::string& own_place, TextVisitor& visitor) {
   const std::u16string type = from_uno(shape->getShapeType());
-  const std::string own_place = place + "/shape:" + number;
   const Reference<XPropertySet> properties(shape, UNO_QUERY);
   if (type == u"com.sun.star.drawing.TableShape") {
     visit_table(document, properties, own_place, visitor);
@@ -67,14 +58,34 @@ void visit_shape(OfficeDocument& document, const Reference<XShape>& shape, Shape
     visit_text(document, text, LineBreaks::kInParagraph, own_place, visitor);
 }
 
+// The shapes of a group, of the groups in it too, in one count: groups in groups are nothing that Office's own macros
+// see.
+void visit_group(OfficeDocument& document, const Reference<XShapes>& group, ShapeFilter filter,
+                 const std::string& own_place, int& count, TextVisitor& visitor) {
+  const Reference<XIndexAccess> members(group, UNO_QUERY_THROW);
+  for (sal_Int32 i = 0; i < members->getCount(); ++i) {
+    const Reference<XShape> member(members->getByIndex(i), UNO_QUERY_THROW);
+    if (const Reference<XShapes> inner(member, UNO_QUERY); inner.is())
+      visit_group(document, inner, filter, own_place, count, visitor);
+    else
+      visit_shape(document, member, filter, own_place + "." + std::to_string(++count), visitor);
+  }
+}
+
 }  // namespace
 
 void visit_shapes(OfficeDocument& document, const Reference<XIndexAccess>& shapes, ShapeFilter filter,
                   const std::string& place, TextVisitor& visitor, const std::vector<Reference<XShape>>& passed_over) {
+  int number = 0;
   for (sal_Int32 i = 0; i < shapes->getCount(); ++i) {
     const Reference<XShape> shape(shapes->getByIndex(i), UNO_QUERY_THROW);
-    if (std::find(passed_over.begin(), passed_over.end(), shape) == passed_over.end())
-      visit_shape(document, shape, filter, place, std::to_string(i + 1), visitor);
+    if (std::find(passed_over.begin(), passed_over.end(), shape) != passed_over.end()) continue;
+    const std::string own_place = place + "/shape:" + std::to_string(++number);
+    int members = 0;
+    if (const Reference<XShapes> group(shape, UNO_QUERY); group.is())
+      visit_group(document, group, filter, own_place, members, visitor);
+    else
+      visit_shape(document, shape, filter, own_place, visitor);
   }
 }
 

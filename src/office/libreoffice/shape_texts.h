@@ -17,7 +17,8 @@ enum class ShapeFilter {
 };
 
 // Shows a visitor the texts of a page's shapes, those in groups ("shape:3.1") and the cells of tables
-// ("shape:4/cell:B2") among them, but for those in `passed_over`. `place` is what stands before "/shape:".
+// ("shape:4/cell:B2") among them, but for those in `passed_over`, which are not counted either. `place` is what stands
+// before "/shape:".
 void visit_shapes(OfficeDocument& document,
                   const com::sun::star::uno::Reference<com::sun::star::container::XIndexAccess>& shapes,
                   ShapeFilter filter, const std::string& place, TextVisitor& visitor,

@@ -27,6 +27,7 @@
 #include <set>
 #include <vector>
 
+#include "office/libreoffice/chart_texts.h"
 #include "office/libreoffice/rich_text.h"
 #include "office/libreoffice/shape_texts.h"
 #include "office/libreoffice/uno_text.h"
@@ -62,11 +63,12 @@ struct TextCell {
 
 class SheetWalk {
  public:
-  SheetWalk(OfficeDocument& document, const ExcelOptions& options, TextVisitor& visitor, const Any& spreadsheet,
-            std::string place)
+  SheetWalk(OfficeDocument& document, const ExcelOptions& options, TextVisitor& visitor,
+            std::set<rtl::OUString>& seen_styles, const Any& spreadsheet, std::string place)
       : document_(document),
         options_(options),
         visitor_(visitor),
+        seen_styles_(seen_styles),
         sheet_(spreadsheet, UNO_QUERY_THROW),
         place_(std::move(place)) {}
 
@@ -80,6 +82,8 @@ class SheetWalk {
     walk_cells();
     walk_comments();
     walk_shapes();
+    visit_charts(sheet_, place_, visitor_);
+    walk_headers();
     walk_name();
   }
 
@@ -117,11 +121,12 @@ class SheetWalk {
         const Reference<sheet::XCellRangeFormula> data(range_at(range), UNO_QUERY_THROW);
         collect(cells, range, data->getFormulaArray(), [](sal_Int32, sal_Int32) { return TextCell::Kind::kFormula; });
       }
-    leave_out_behind_gaps(cells, find(CellFlags::VALUE | CellFlags::DATETIME | CellFlags::STRING | CellFlags::FORMULA));
+    const std::size_t left_out = leave_out_behind_gaps(cells);
     std::ranges::sort(cells, [](const TextCell& a, const TextCell& b) {
       return std::pair(a.line, a.place_in_line) < std::pair(b.line, b.place_in_line);
     });
     for (const TextCell& cell : cells) walk_cell(cell);
+    if (left_out != 0) visitor_.left_out(place_, left_out);
   }
 
   template <class Rows, class KindOf>
@@ -141,35 +146,37 @@ class SheetWalk {
     return from_uno(text);
   }
 
-  // Takes out the cells behind more blank ones in succession than the tolerance allows.
-  void leave_out_behind_gaps(std::vector<TextCell>& cells, const Ranges& filled) const {
-    const bool by_rows = options_.order == 0;
+  // Takes out the cells of a row behind more blank ones in succession than the tolerance allows, in either order: which
+  // texts are exported does not depend on the order that they are exported in. Returns how many texts that were.
+  std::size_t leave_out_behind_gaps(std::vector<TextCell>& cells) const {
     const sal_Int32 tolerance = as_number(options_.tolerance);
-    std::map<sal_Int32, std::vector<std::pair<sal_Int32, sal_Int32>>> lines;  // the filled stretches of each
-    for (const CellRangeAddress& range : filled) {
-      const sal_Int32 last = by_rows ? range.EndRow : range.EndColumn;
-      for (sal_Int32 line = by_rows ? range.StartRow : range.StartColumn; line <= last; ++line)
-        lines[line].emplace_back(by_rows ? range.StartColumn : range.StartRow,
-                                 by_rows ? range.EndColumn : range.EndRow);
-    }
-    std::map<sal_Int32, sal_Int32> ends;  // of a line: the first place that is left out
-    for (auto& [line, stretches] : lines) {
+    const Reference<sheet::XCellRangesQuery> all(sheet_, UNO_QUERY_THROW);
+    constexpr sal_Int32 filled = CellFlags::VALUE | CellFlags::DATETIME | CellFlags::STRING | CellFlags::FORMULA;
+    std::map<sal_Int32, std::vector<std::pair<sal_Int32, sal_Int32>>> rows;  // the filled stretches of each
+    for (const CellRangeAddress& range : all->queryContentCells(static_cast<sal_Int16>(filled))->getRangeAddresses())
+      for (sal_Int32 row = range.StartRow; row <= range.EndRow; ++row)
+        rows[row].emplace_back(range.StartColumn, range.EndColumn);
+    std::map<sal_Int32, sal_Int32> ends;  // of a row: the first column that is left out
+    for (auto& [row, stretches] : rows) {
       std::ranges::sort(stretches);
       sal_Int32 next = 0;
       for (const auto& [begin, end] : stretches) {
         if (begin - next > tolerance) {
-          ends[line] = begin;
+          ends[row] = begin;
           break;
         }
         next = std::max(next, end + 1);
       }
     }
-    const std::size_t all = cells.size();
+    std::size_t texts = 0;
     std::erase_if(cells, [&](const TextCell& cell) {
-      const auto end = ends.find(cell.line);
-      return end != ends.end() && cell.place_in_line >= end->second;
+      const auto end = ends.find(cell.row);
+      if (end == ends.end() || cell.column < end->second) return false;
+      const TextRun run{TextRun::Kind::kText, cell.text};
+      if (cell.kind != TextCell::Kind::kFormula && !is_blank({&run, 1})) ++texts;
+      return true;
     });
-    if (cells.size() != all) visitor_.left_out(place_, all - cells.size());
+    return texts;
   }
 
   void walk_cell(const TextCell& cell) {
@@ -185,11 +192,9 @@ class SheetWalk {
       visit_text(document_, text(), LineBreaks::kParagraphs, place, visitor_);
       return;
     }
-    const TextRun run{TextRun::Kind::kText, cell.text};
-    if (is_blank({&run, 1})) return;
-    if (const TranslatedText* translation = visitor_.visit(place, {&run, 1})) {
+    if (const auto translation = visit_plain(cell.text, place, visitor_)) {
       document_.listener().step();
-      text()->setString(to_uno(plain_text(*translation)));
+      text()->setString(to_uno(*translation));
     }
   }
 
@@ -233,17 +238,43 @@ class SheetWalk {
     }
   }
 
+  // The three parts of each header and footer of the sheet's page style, which the first sheet shows that uses it.
+  void walk_headers() {
+    rtl::OUString name;
+    Reference<XPropertySet>(sheet_, UNO_QUERY_THROW)->getPropertyValue("PageStyle") >>= name;
+    if (!seen_styles_.insert(name).second) return;
+    const Reference<com::sun::star::style::XStyleFamiliesSupplier> families(document_.model(), UNO_QUERY_THROW);
+    Reference<XNameAccess> styles;
+    families->getStyleFamilies()->getByName("PageStyles") >>= styles;
+    if (!styles->hasByName(name)) return;
+    const Reference<XPropertySet> style(styles->getByName(name), UNO_QUERY_THROW);
+    struct Line {
+      const char* property;
+      const char* place;
+    };
+    for (const Line& line : {Line{"RightPageHeaderContent", "/header/"}, Line{"RightPageFooterContent", "/footer/"}}) {
+      const rtl::OUString property = rtl::OUString::createFromAscii(line.property);
+      Reference<sheet::XHeaderFooterContent> content;
+      style->getPropertyValue(property) >>= content;
+      if (!content.is()) continue;
+      const std::string place = place_ + line.place;
+      visit_text(document_, content->getLeftText(), LineBreaks::kParagraphs, place + "left", visitor_);
+      visit_text(document_, content->getCenterText(), LineBreaks::kParagraphs, place + "center", visitor_);
+      visit_text(document_, content->getRightText(), LineBreaks::kParagraphs, place + "right", visitor_);
+      // What was changed is a copy until it is put back.
+      style->setPropertyValue(property, Any(content));
+    }
+  }
+
   // Last of a sheet, so that a new name is in nobody's way.
   void walk_name() {
     const Reference<XNamed> named(sheet_, UNO_QUERY_THROW);
-    const TextRun run{TextRun::Kind::kText, from_uno(named->getName())};
-    const TranslatedText* translation = visitor_.visit(place_ + "/name", {&run, 1});
-    if (!translation) return;
-    const std::u16string name = plain_text(*translation);
-    named->setName(to_uno(name));
+    const auto name = visit_plain(from_uno(named->getName()), place_ + "/name", visitor_);
+    if (!name) return;
+    named->setName(to_uno(*name));
     // A name that cannot be is passed over without a word.
-    if (from_uno(named->getName()) != name)
-      throw office_failure(to_utf16(place_) + u": \"" + name + u"\" cannot be the name of a sheet");
+    if (from_uno(named->getName()) != *name)
+      throw office_failure(to_utf16(place_) + u": \"" + *name + u"\" cannot be the name of a sheet");
   }
 
   static sal_Int32 as_number(std::u16string_view digits) {
@@ -256,30 +287,11 @@ class SheetWalk {
   OfficeDocument& document_;
   const ExcelOptions& options_;
   TextVisitor& visitor_;
+  std::set<rtl::OUString>& seen_styles_;
   Reference<sheet::XSpreadsheet> sheet_;
   std::string place_;
   std::vector<Reference<com::sun::star::drawing::XShape>> comment_shapes_;
 };
-
-// The three parts of each header and footer of one page style.
-void visit_headers(OfficeDocument& document, const Reference<XPropertySet>& style, const std::string& place,
-                   TextVisitor& visitor) {
-  struct Place {
-    const char* property;
-    const char* name;
-  };
-  for (const Place& p : {Place{"RightPageHeaderContent", "/header"}, Place{"RightPageFooterContent", "/footer"}}) {
-    const rtl::OUString property = rtl::OUString::createFromAscii(p.property);
-    Reference<sheet::XHeaderFooterContent> content;
-    style->getPropertyValue(property) >>= content;
-    if (!content.is()) continue;
-    visit_text(document, content->getLeftText(), LineBreaks::kParagraphs, place + p.name + "/left", visitor);
-    visit_text(document, content->getCenterText(), LineBreaks::kParagraphs, place + p.name + "/center", visitor);
-    visit_text(document, content->getRightText(), LineBreaks::kParagraphs, place + p.name + "/right", visitor);
-    // What was changed is a copy until it is put back.
-    style->setPropertyValue(property, Any(content));
-  }
-}
 
 }  // namespace
 
@@ -287,21 +299,10 @@ void visit_workbook(OfficeDocument& document, const ExcelOptions& options, TextV
   document.listener().run([&] {
     const Reference<sheet::XSpreadsheetDocument> workbook(document.model(), UNO_QUERY_THROW);
     const Reference<XIndexAccess> sheets(workbook->getSheets(), UNO_QUERY_THROW);
-    std::set<rtl::OUString> styles;
+    std::set<rtl::OUString> seen_styles;
     for (sal_Int32 i = 0; i < sheets->getCount(); ++i) {
-      SheetWalk walk(document, options, visitor, sheets->getByIndex(i), "sheet:" + std::to_string(i + 1));
-      if (!options.hidden && walk.is_hidden()) continue;
-      walk.walk();
-    }
-    const Reference<com::sun::star::style::XStyleFamiliesSupplier> families(document.model(), UNO_QUERY_THROW);
-    Reference<XNameAccess> page_styles;
-    families->getStyleFamilies()->getByName("PageStyles") >>= page_styles;
-    for (sal_Int32 i = 0; i < sheets->getCount(); ++i) {
-      rtl::OUString style;
-      Reference<XPropertySet>(sheets->getByIndex(i), UNO_QUERY_THROW)->getPropertyValue("PageStyle") >>= style;
-      if (styles.insert(style).second && page_styles->hasByName(style))
-        visit_headers(document, Reference<XPropertySet>(page_styles->getByName(style), UNO_QUERY_THROW),
-                      "sheet:" + std::to_string(i + 1), visitor);
+      SheetWalk walk(document, options, visitor, seen_styles, sheets->getByIndex(i), "sheet:" + std::to_string(i + 1));
+      if (options.hidden || !walk.is_hidden()) walk.walk();
     }
   });
 }

@@ -3,8 +3,8 @@ Attribute VB_Name = "KavoPresentation"
 Option Explicit
 
 Private Mode As Long
-Private Xml As Object
-Private Output As String
+Private Segments As Collection
+Private Written As String
 Private Seen As Long
 
 Public Sub ExportPresentation()
@@ -12,10 +12,10 @@ Public Sub ExportPresentation()
   Set Deck = OpenDeck()
   On Error GoTo Failed
   Mode = KavoExport
-  Output = "<?xml version=""1.0"" encoding=""UTF-8""?>" & vbLf & _
+  Written = "<?xml version=""1.0"" encoding=""UTF-8""?>" & vbLf & _
     "<kavo-office version=""1"" kind=""presentation"" xml:space=""preserve"">" & vbLf
   WalkDeck Deck
-  WriteXml XmlNameOf(Deck.FullName), Output & "</kavo-office>" & vbLf
+  WriteFile XmlNameOf(Deck.FullName), Written & "</kavo-office>" & vbLf
   DeleteFlag Deck.FullName
   Exit Sub
 Failed:
@@ -23,15 +23,15 @@ Failed:
 End Sub
 
 Public Sub ImportPresentation()
-  Dim Deck As Presentation
+  Dim Deck As Presentation, Root As Object
   Set Deck = OpenDeck()
   On Error GoTo Failed
-  Set Xml = ReadXml(XmlNameOf(Deck.FullName), "presentation")
+  ReadXml XmlNameOf(Deck.FullName), "presentation", Root, Segments
   ' Everything is compared before anything is changed: who called saves the presentation whatever becomes of this.
   Mode = KavoVerify
   Seen = 0
   WalkDeck Deck
-  If Seen <> Xml.documentElement.selectNodes("seg").Length Then _
+  If Seen <> Segments.Count Then _
     Err.Raise 1004, , "The presentation has changed since its texts were exported"
   Mode = KavoImport
   WalkDeck Deck
@@ -41,16 +41,16 @@ Failed:
   GiveUp Deck
 End Sub
 
-' The presentation that was opened last and is not the template.
+' The one that the program waits for, which its flag file tells; the active one when a user started the macro.
 Private Function OpenDeck() As Presentation
   Dim i As Long
-  For i = Presentations.Count To 1 Step -1
-    If LCase$(Presentations(i).Name) <> "kavo.ppt" Then
+  For i = 1 To Presentations.Count
+    If HasFlag(Presentations(i).FullName) Then
       Set OpenDeck = Presentations(i)
       Exit Function
     End If
   Next
-  Err.Raise 1004, "KAVO", "No presentation is open"
+  Set OpenDeck = ActivePresentation
 End Function
 
 Private Sub GiveUp(Deck As Presentation)
@@ -121,10 +121,10 @@ Private Sub WalkParagraph(Paragraph As Object, ByVal Place As String)
   Next
   ReDim Preserve Runs(0 To Count - 1)
   If Mode = KavoExport Then
-    Output = Output & SegmentOf(Place, Runs)
+    Written = Written & SegmentOf(Place, Runs)
     Exit Sub
   End If
-  Set Segment = SegmentAt(Xml, Place, TextOf(Paragraph))
+  Set Segment = SegmentAt(Segments, Place, TextOf(Paragraph))
   Seen = Seen + 1
   If Mode = KavoImport Then WriteParagraph Paragraph, Segment
 End Sub

@@ -2,40 +2,42 @@ Attribute VB_Name = "KavoWorkbook"
 ' The macros of "kavo.xls": the texts of the active workbook to XML and back.
 Option Explicit
 
+Private Const kGroupShape = 6
+
 Private Mode As Long
-Private Xml As Object
-Private Output As String
+Private Segments As Collection
+Private Written As String
 Private Seen As Long
 Private OptionOrder As String, OptionHidden As String, OptionFormulas As String, OptionUngroup As String
 Private OptionTolerance As Long
 
 Public Sub ExportWorkbook()
   Dim Book As Workbook
-  Set Book = ActiveWorkbook
+  Set Book = OpenBook()
   On Error GoTo Failed
-  OptionOrder = GetSetting("KAVO", "Excel", "Order", "0")
-  OptionHidden = GetSetting("KAVO", "Excel", "Hidden", "1")
-  OptionFormulas = GetSetting("KAVO", "Excel", "Formulas", "1")
-  OptionUngroup = GetSetting("KAVO", "Excel", "Ungroup", "0")
-  OptionTolerance = CLng(GetSetting("KAVO", "Excel", "Tolerance", "255"))
+  OptionOrder = UserSetting("Order", "0")
+  OptionHidden = UserSetting("Hidden", "1")
+  OptionFormulas = UserSetting("Formulas", "1")
+  OptionUngroup = UserSetting("Ungroup", "0")
+  OptionTolerance = CLng(UserSetting("Tolerance", "255"))
   Mode = KavoExport
-  Output = "<?xml version=""1.0"" encoding=""UTF-8""?>" & vbLf & "<kavo-office version=""1"" kind=""workbook"" order=""" & _
+  Written = "<?xml version=""1.0"" encoding=""UTF-8""?>" & vbLf & "<kavo-office version=""1"" kind=""workbook"" order=""" & _
     OptionOrder & """ hidden=""" & OptionHidden & """ formulas=""" & OptionFormulas & """ ungroup=""" & OptionUngroup & _
     """ tolerance=""" & OptionTolerance & """ xml:space=""preserve"">" & vbLf
   WalkBook Book
-  WriteXml XmlNameOf(Book.FullName), Output & "</kavo-office>" & vbLf
-  DeleteFlag Book.FullName
+  WriteFile XmlNameOf(FileOf(Book)), Written & "</kavo-office>" & vbLf
+  DeleteFlag FileOf(Book)
   Exit Sub
 Failed:
   GiveUp Book
 End Sub
 
 Public Sub ImportWorkbook()
-  Dim Book As Workbook
-  Set Book = ActiveWorkbook
+  Dim Book As Workbook, Root As Object
+  Set Book = OpenBook()
   On Error GoTo Failed
-  Set Xml = ReadXml(XmlNameOf(Book.FullName), "workbook")
-  With Xml.documentElement
+  ReadXml XmlNameOf(FileOf(Book)), "workbook", Root, Segments
+  With Root
     OptionOrder = .getAttribute("order")
     OptionHidden = .getAttribute("hidden")
     OptionFormulas = "0"
@@ -46,84 +48,144 @@ Public Sub ImportWorkbook()
   Mode = KavoVerify
   Seen = 0
   WalkBook Book
-  If Seen <> Xml.documentElement.selectNodes("seg").Length Then _
+  If Seen <> Segments.Count Then _
     Err.Raise 1004, , "The workbook has changed since its texts were exported"
   Mode = KavoImport
   WalkBook Book
-  DeleteFlag Book.FullName
+  DeleteFlag FileOf(Book)
   Exit Sub
 Failed:
   GiveUp Book
 End Sub
 
+' The one that the program waits for, which its flag file tells; the active one when a user started the macro.
+Private Function OpenBook() As Workbook
+  Dim i As Long
+  For i = 1 To Workbooks.Count
+    If HasFlag(FileOf(Workbooks(i))) Then
+      Set OpenBook = Workbooks(i)
+      Exit Function
+    End If
+  Next
+  Set OpenBook = ActiveWorkbook
+End Function
+
+Private Function FileOf(Book As Workbook) As String
+  FileOf = Book.Path & Application.PathSeparator & Book.Name
+End Function
+
 Private Sub GiveUp(Book As Workbook)
   Dim Number As Long, Description As String
   Number = Err.Number
   Description = Err.Description
-  DeleteFlag Book.FullName
+  DeleteFlag FileOf(Book)
   Err.Raise Number, "KAVO", Description
 End Sub
 
 Private Sub WalkBook(Book As Workbook)
   Dim i As Long
-  For i = 1 To Book.Worksheets.Count
-    If OptionHidden = "1" Or Book.Worksheets(i).Visible = xlSheetVisible Then WalkSheet Book.Worksheets(i), "sheet:" & i
+  For i = 1 To Book.Sheets.Count
+    If OptionHidden = "1" Or Book.Sheets(i).Visible = xlSheetVisible Then WalkSheet Book.Sheets(i), "sheet:" & i
   Next
 End Sub
 
-Private Sub WalkSheet(Sheet As Worksheet, ByVal Place As String)
-  Dim i As Long
-  WalkCells Sheet, Place
-  For i = 1 To Sheet.Comments.Count
-    WalkComment Sheet.Comments(i), Place
-  Next
-  WalkShapes Sheet, Place
-  With Sheet.PageSetup
-    .LeftHeader = Plain(Place & "/header/left", .LeftHeader)
-    .CenterHeader = Plain(Place & "/header/center", .CenterHeader)
-    .RightHeader = Plain(Place & "/header/right", .RightHeader)
-    .LeftFooter = Plain(Place & "/footer/left", .LeftFooter)
-    .CenterFooter = Plain(Place & "/footer/center", .CenterFooter)
-    .RightFooter = Plain(Place & "/footer/right", .RightFooter)
-  End With
-  Dim NewName As String
+Private Sub WalkSheet(Sheet As Object, ByVal Place As String)
+  Dim i As Long, NewName As String
+  If TypeName(Sheet) = "Worksheet" Then
+    WalkCells Sheet, Place
+    For i = 1 To Sheet.Comments.Count
+      WalkComment Sheet, i, Place
+    Next
+    WalkShapes Sheet, Place
+    For i = 1 To Sheet.ChartObjects.Count
+      WalkChart Sheet.ChartObjects(i).Chart, Place & "/chart:" & i
+    Next
+  Else
+    WalkChart Sheet, Place & "/chart:1"
+  End If
+  WalkHeaders Sheet.PageSetup, Place
+  ' Last, so that a new name is in nobody's way.
   NewName = Plain(Place & "/name", Sheet.Name)
   If NewName <> Sheet.Name Then Sheet.Name = NewName
 End Sub
 
-' Along the rows (order 0) or columns (order 1). A line ends behind more blank cells than the tolerance allows.
-Private Sub WalkCells(Sheet As Worksheet, ByVal Place As String)
-  Dim Line As Long, Position As Long, Lines As Long, Positions As Long, Blanks As Long, Cell As Range
-  With Sheet.UsedRange
-    Lines = .Row + .Rows.Count - 1
-    Positions = .Column + .Columns.Count - 1
+Private Sub WalkHeaders(Page As Object, ByVal Place As String)
+  Dim Text As String
+  With Page
+    Text = Plain(Place & "/header/left", .LeftHeader)
+    If Text <> .LeftHeader Then .LeftHeader = Text
+    Text = Plain(Place & "/header/center", .CenterHeader)
+    If Text <> .CenterHeader Then .CenterHeader = Text
+    Text = Plain(Place & "/header/right", .RightHeader)
+    If Text <> .RightHeader Then .RightHeader = Text
+    Text = Plain(Place & "/footer/left", .LeftFooter)
+    If Text <> .LeftFooter Then .LeftFooter = Text
+    Text = Plain(Place & "/footer/center", .CenterFooter)
+    If Text <> .CenterFooter Then .CenterFooter = Text
+    Text = Plain(Place & "/footer/right", .RightFooter)
+    If Text <> .RightFooter Then .RightFooter = Text
   End With
-  If OptionOrder = "1" Then
-    Line = Lines
-    Lines = Positions
-    Positions = Line
-  End If
-  For Line = 1 To Lines
-    Blanks = 0
-    For Position = 1 To Positions
-      If OptionOrder = "1" Then Set Cell = Sheet.Cells(Position, Line) Else Set Cell = Sheet.Cells(Line, Position)
-      If IsEmpty(Cell.Value) Then
-        Blanks = Blanks + 1
-        If Blanks > OptionTolerance Then Exit For
-      Else
-        Blanks = 0
-        If OptionHidden = "1" Or Not (Cell.EntireRow.Hidden Or Cell.EntireColumn.Hidden) Then _
-          WalkCell Cell, Place & "/cell:" & Cell.Address(False, False)
+End Sub
+
+' Along the rows (order 0) or the columns (order 1). A row ends, in either order, behind more blank cells in succession
+' than the tolerance allows.
+Private Sub WalkCells(Sheet As Object, ByVal Place As String)
+  Dim Values As Variant, Ends() As Long, Rows As Long, Columns As Long, i As Long, j As Long, LeftOut As Long
+  Rows = Sheet.UsedRange.Row + Sheet.UsedRange.Rows.Count - 1
+  Columns = Sheet.UsedRange.Column + Sheet.UsedRange.Columns.Count - 1
+  ' One column more: the value of a single cell is no array.
+  Values = Sheet.Range(Sheet.Cells(1, 1), Sheet.Cells(Rows, Columns + 1)).Value
+  ReDim Ends(1 To Rows)
+  For i = 1 To Rows
+    Ends(i) = EndOfRow(Values, i, Columns)
+    For j = Ends(i) + 1 To Columns
+      If VarType(Values(i, j)) = vbString Then
+        If Not IsBlank(Values(i, j)) And Not Sheet.Cells(i, j).HasFormula Then
+          If IsShown(Sheet.Cells(i, j)) Then LeftOut = LeftOut + 1
+        End If
       End If
     Next
   Next
+  If OptionOrder = "1" Then
+    For j = 1 To Columns
+      For i = 1 To Rows
+        If j <= Ends(i) And Not IsEmpty(Values(i, j)) Then WalkCell Sheet.Cells(i, j), Place
+      Next
+    Next
+  Else
+    For i = 1 To Rows
+      For j = 1 To Ends(i)
+        If Not IsEmpty(Values(i, j)) Then WalkCell Sheet.Cells(i, j), Place
+      Next
+    Next
+  End If
+  If LeftOut > 0 And Mode = KavoExport Then _
+    Written = Written & "<left-out place=""" & Place & """ texts=""" & LeftOut & """/>" & vbLf
 End Sub
 
-Private Sub WalkCell(Cell As Range, ByVal Place As String)
-  Dim Starts() As Long, Count As Long, Runs() As String, i As Long, Segment As Object
+Private Function EndOfRow(Values As Variant, ByVal Row As Long, ByVal Columns As Long) As Long
+  Dim j As Long, Last As Long
+  For j = 1 To Columns
+    If Not IsEmpty(Values(Row, j)) Then
+      If j - Last - 1 > OptionTolerance Then Exit For
+      Last = j
+    End If
+  Next
+  EndOfRow = Last
+End Function
+
+Private Function IsShown(Cell As Range) As Boolean
+  IsShown = OptionHidden = "1"
+  If Not IsShown Then IsShown = Not (Cell.EntireRow.Hidden Or Cell.EntireColumn.Hidden)
+End Function
+
+Private Sub WalkCell(Cell As Range, ByVal SheetPlace As String)
+  Dim Place As String, Starts() As Long, Count As Long, Runs() As String, i As Long, Segment As Object
+  If Not IsShown(Cell) Then Exit Sub
+  Place = SheetPlace & "/cell:" & Cell.Address(False, False)
   If Cell.HasFormula Then
     If OptionFormulas = "1" And Mode = KavoExport Then _
-      Output = Output & "<formula place=""" & Place & """>" & Escaped(Cell.Formula) & "</formula>" & vbLf
+      Written = Written & "<formula place=""" & Place & """>" & Escaped(Cell.Formula) & "</formula>" & vbLf
     Exit Sub
   End If
   If VarType(Cell.Value) <> vbString Then Exit Sub
@@ -134,10 +196,10 @@ Private Sub WalkCell(Cell As Range, ByVal Place As String)
     Runs(i) = Mid$(Cell.Value, Starts(i), Starts(i + 1) - Starts(i))
   Next
   If Mode = KavoExport Then
-    Output = Output & SegmentOf(Place, Runs)
+    Written = Written & SegmentOf(Place, Runs)
     Exit Sub
   End If
-  Set Segment = SegmentAt(Xml, Place, Cell.Value)
+  Set Segment = SegmentAt(Segments, Place, Cell.Value)
   Seen = Seen + 1
   If Mode = KavoImport Then WriteCell Cell, Segment
 End Sub
@@ -148,7 +210,7 @@ Private Function RunStarts(Cell As Range, Starts() As Long) As Long
   ReDim Starts(0 To Len(Cell.Value) + 1)
   Starts(0) = 1
   Count = 1
-  If IsMixed(Cell.Font) Then
+  If IsMixed(Cell) Then
     Last = Look(Cell.Characters(1, 1).Font)
     For i = 2 To Len(Cell.Value)
       Now = Look(Cell.Characters(i, 1).Font)
@@ -161,13 +223,6 @@ Private Function RunStarts(Cell As Range, Starts() As Long) As Long
   End If
   Starts(Count) = Len(Cell.Value) + 1
   RunStarts = Count
-End Function
-
-Private Function IsMixed(TheFont As Font) As Boolean
-  With TheFont
-    IsMixed = IsNull(.Bold) Or IsNull(.Italic) Or IsNull(.Underline) Or IsNull(.Strikethrough) Or IsNull(.Superscript) _
-      Or IsNull(.Subscript) Or IsNull(.Color) Or IsNull(.Size) Or IsNull(.Name)
-  End With
 End Function
 
 Private Function Look(TheFont As Font) As String
@@ -214,46 +269,100 @@ Private Sub WriteCell(Cell As Range, Segment As Object)
   Next
 End Sub
 
-Private Sub WalkComment(Note As Comment, ByVal Place As String)
+Private Sub WalkComment(Sheet As Object, ByVal Number As Long, ByVal Place As String)
   Dim Text As String
-  Text = Plain(Place & "/cell:" & Note.Parent.Address(False, False) & "/comment", Note.Text)
-  If Text <> Note.Text Then Note.Text Text
+  With Sheet.Comments(Number)
+    Text = Plain(Place & "/cell:" & CommentCell(Sheet, Number) & "/comment", .Text)
+    If Text <> .Text Then .Text Text
+  End With
 End Sub
 
-Private Sub WalkShapes(Sheet As Worksheet, ByVal Place As String)
-  Dim i As Long, Found As Boolean
-  If OptionUngroup = "1" Then
-    Do
-      Found = False
-      For i = 1 To Sheet.Shapes.Count
-        If Sheet.Shapes(i).Type = 6 Then
-          Sheet.Shapes(i).Ungroup
-          Found = True
-          Exit For
-        End If
-      Next
-    Loop While Found
+Private Sub WalkChart(TheChart As Object, ByVal Place As String)
+  Dim Text As String
+  If TheChart.HasTitle Then
+    Text = Plain(Place & "/title", TheChart.ChartTitle.Text)
+    If Text <> TheChart.ChartTitle.Text Then TheChart.ChartTitle.Text = Text
   End If
+  WalkAxis TheChart, xlCategory, xlPrimary, Place & "/axis:x"
+  WalkAxis TheChart, xlValue, xlPrimary, Place & "/axis:y"
+  WalkAxis TheChart, xlSeriesAxis, xlPrimary, Place & "/axis:z"
+  WalkAxis TheChart, xlCategory, xlSecondary, Place & "/axis:x2"
+  WalkAxis TheChart, xlValue, xlSecondary, Place & "/axis:y2"
+End Sub
+
+Private Sub WalkAxis(TheChart As Object, ByVal Kind As Long, ByVal Group As Long, ByVal Place As String)
+  Dim Axis As Object, Text As String
+  Set Axis = ChartAxis(TheChart, Kind, Group)
+  If Axis Is Nothing Then Exit Sub
+  If Not Axis.HasTitle Then Exit Sub
+  Text = Plain(Place & "/title", Axis.AxisTitle.Text)
+  If Text <> Axis.AxisTitle.Text Then Axis.AxisTitle.Text = Text
+End Sub
+
+' Shapes are counted without those that show a comment, which has its own place.
+Private Sub WalkShapes(Sheet As Object, ByVal Place As String)
+  Dim i As Long, Number As Long
+  If OptionUngroup = "1" Then UngroupAll Sheet
   For i = 1 To Sheet.Shapes.Count
-    WalkShape Sheet.Shapes(i), Place & "/shape:" & i
+    If Not IsCommentShape(Sheet, i) Then
+      Number = Number + 1
+      WalkShape Sheet.Shapes(i), Place & "/shape:" & Number
+    End If
   Next
 End Sub
 
-Private Sub WalkShape(TheShape As Shape, ByVal Place As String)
-  Dim i As Long, Text As String, NewText As String
-  If TheShape.Type = 4 Then Exit Sub ' of a comment, which has its own place
-  If TheShape.Type = 6 Then
-    For i = 1 To TheShape.GroupItems.Count
-      WalkShape TheShape.GroupItems(i), Place & "." & i
+' Until no group is left: a group may hold others.
+Private Sub UngroupAll(Sheet As Object)
+  Dim i As Long, Found As Boolean
+  Do
+    Found = False
+    For i = 1 To Sheet.Shapes.Count
+      If IsCommentShape(Sheet, i) Then
+        ' goes with its comment
+      ElseIf Sheet.Shapes(i).Type = kGroupShape Then
+        Sheet.Shapes(i).Ungroup
+        Found = True
+        Exit For
+      End If
     Next
-    Exit Sub
+  Loop While Found
+End Sub
+
+Private Sub WalkShape(TheShape As Object, ByVal Place As String)
+  Dim i As Long
+  If TheShape.Type = kGroupShape Then
+    For i = 1 To TheShape.GroupItems.Count
+      WalkShapeText TheShape.GroupItems(i), Place & "." & i
+    Next
+  Else
+    WalkShapeText TheShape, Place
   End If
+End Sub
+
+Private Sub WalkShapeText(TheShape As Object, ByVal Place As String)
+  Dim Text As String, Before() As String, After() As String, i As Long, At As Long
   On Error Resume Next ' many shapes have no text at all
   Text = TheShape.TextFrame.Characters.Text
-  If Err.Number <> 0 Then Exit Sub
   On Error GoTo 0
-  NewText = Plain(Place & "/paragraph:1", Text)
-  If NewText <> Text Then TheShape.TextFrame.Characters.Text = NewText
+  If IsBlank(Text) Then Exit Sub
+  Before = Split(Text, vbLf)
+  After = Split(Text, vbLf)
+  For i = 0 To UBound(Before)
+    After(i) = Plain(Place & "/paragraph:" & (i + 1), Before(i))
+  Next
+  ' From the last to the first, so that what stands before keeps its place and its formatting.
+  At = Len(Text) + 1
+  For i = UBound(Before) To 0 Step -1
+    At = At - Len(Before(i))
+    If After(i) <> Before(i) Then
+      If UBound(Before) = 0 Then
+        TheShape.TextFrame.Characters.Text = After(i)
+      Else
+        TheShape.TextFrame.Characters(At, Len(Before(i))).Text = After(i)
+      End If
+    End If
+    At = At - 1
+  Next
 End Sub
 
 ' A text without formatting: written, compared, or answered with its translation.
@@ -262,10 +371,10 @@ Private Function Plain(ByVal Place As String, ByVal Text As String) As String
   Plain = Text
   If IsBlank(Text) Then Exit Function
   If Mode = KavoExport Then
-    Output = Output & SegmentOf(Place, Array(Text))
+    Written = Written & SegmentOf(Place, Array(Text))
     Exit Function
   End If
-  Set Segment = SegmentAt(Xml, Place, Text)
+  Set Segment = SegmentAt(Segments, Place, Text)
   Seen = Seen + 1
   If Mode = KavoVerify Then Exit Function
   Count = PiecesOf(Segment, Pieces, RunOf)

@@ -16,10 +16,19 @@ Public Function XmlNameOf(ByVal DocumentName As String) As String
   XmlNameOf = Left$(DocumentName, Dot - 1) & "_" & Mid$(DocumentName, Dot + 1) & ".xml"
 End Function
 
+' The file that the program makes before it runs a macro, and waits for to go.
+Private Function FlagOf(ByVal DocumentName As String) As String
+  FlagOf = DocumentName & ".kavo"
+End Function
+
+Public Function HasFlag(ByVal DocumentName As String) As Boolean
+  HasFlag = IsFile(FlagOf(DocumentName))
+End Function
+
 ' Tells the program that waits that the macro has finished.
 Public Sub DeleteFlag(ByVal DocumentName As String)
   On Error Resume Next
-  Kill DocumentName & ".kavo"
+  RemoveFile FlagOf(DocumentName)
 End Sub
 
 Public Function CheckOf(ByVal Text As String) As String
@@ -61,46 +70,33 @@ Public Function SegmentOf(ByVal Place As String, Runs As Variant) As String
   SegmentOf = "<seg place=""" & Place & """ check=""" & CheckOf(Whole) & """ runs=""" & Lengths & """>" & Content & "</seg>" & vbLf
 End Function
 
-' UTF-8 without a mark, under its name only when it is complete.
-Public Sub WriteXml(ByVal FileName As String, ByVal Text As String)
-  Dim Writer As Object, Bytes As Object
-  Set Writer = CreateObject("ADODB.Stream")
-  Writer.Type = 2
-  Writer.Charset = "utf-8"
-  Writer.Open
-  Writer.WriteText Text
-  Writer.Position = 0
-  Writer.Type = 1
-  Writer.Position = 3
-  Set Bytes = CreateObject("ADODB.Stream")
-  Bytes.Type = 1
-  Bytes.Open
-  Writer.CopyTo Bytes
-  Bytes.SaveToFile FileName & ".new", 2
-  If Len(Dir$(FileName)) > 0 Then Kill FileName
-  Name FileName & ".new" As FileName
+' The XML of a document and its texts, by place. Fails when it is not that of such a document.
+Public Sub ReadXml(ByVal FileName As String, ByVal Kind As String, Root As Object, Segments As Collection)
+  Dim Node As Object, i As Long
+  Set Root = LoadXml(FileName).documentElement
+  If Root.nodeName <> "kavo-office" Or Root.getAttribute("version") <> "1" Or Root.getAttribute("kind") <> Kind Then _
+    Err.Raise 1004, "KAVO", FileName & ": not the XML of such a document"
+  Set Segments = New Collection
+  For i = 0 To Root.childNodes.Length - 1
+    Set Node = Root.childNodes.Item(i)
+    If Node.nodeName = "seg" Then Segments.Add Node, Node.getAttribute("place")
+  Next
 End Sub
 
-Public Function ReadXml(ByVal FileName As String, ByVal Kind As String) As Object
-  Dim Xml As Object
-  Set Xml = CreateObject("MSXML2.DOMDocument")
-  Xml.async = False
-  Xml.preserveWhiteSpace = True
-  If Not Xml.Load(FileName) Then Err.Raise 1004, , FileName & ": " & Xml.parseError.reason
-  If Xml.documentElement.nodeName <> "kavo-office" Or Xml.documentElement.getAttribute("version") <> "1" Or _
-     Xml.documentElement.getAttribute("kind") <> Kind Then Err.Raise 1004, , FileName & ": not the XML of such a document"
-  Set ReadXml = Xml
-End Function
-
 ' The segment of a place; fails when the document's text is not the one that was exported.
-Public Function SegmentAt(Xml As Object, ByVal Place As String, ByVal Text As String) As Object
+Public Function SegmentAt(Segments As Collection, ByVal Place As String, ByVal Text As String) As Object
   Dim Segment As Object
-  Set Segment = Xml.documentElement.selectSingleNode("seg[@place='" & Place & "']")
-  If Segment Is Nothing Then Err.Raise 1004, , "The document has changed since its texts were exported, at " & Place
-  If Segment.getAttribute("check") <> CheckOf(Text) Then _
-    Err.Raise 1004, , "The document has changed since its texts were exported, at " & Place
+  On Error Resume Next
+  Set Segment = Segments.Item(Place)
+  On Error GoTo 0
+  If Segment Is Nothing Then RaiseChanged Place
+  If Segment.getAttribute("check") <> CheckOf(Text) Then RaiseChanged Place
   Set SegmentAt = Segment
 End Function
+
+Public Sub RaiseChanged(ByVal Place As String)
+  Err.Raise 1004, "KAVO", "The document has changed since its texts were exported, at " & Place & "; export it again"
+End Sub
 
 ' The pieces of a translation in their order: Pieces(i) belongs to the run RunOf(i), from 1. Returns their number.
 Public Function PiecesOf(Segment As Object, Pieces() As String, RunOf() As Long) As Long
@@ -108,17 +104,17 @@ Public Function PiecesOf(Segment As Object, Pieces() As String, RunOf() As Long)
   ReDim Pieces(0 To Segment.childNodes.Length)
   ReDim RunOf(0 To Segment.childNodes.Length)
   Run = 1
-  For Each Node In Segment.childNodes
+  For Count = 0 To Segment.childNodes.Length - 1
+    Set Node = Segment.childNodes.Item(Count)
     If Node.nodeName = "g" Then Run = CLng(Node.getAttribute("id"))
     Pieces(Count) = ContentOf(Node)
     RunOf(Count) = Run
-    Count = Count + 1
   Next
   PiecesOf = Count
 End Function
 
 Private Function ContentOf(Node As Object) As String
-  Dim Child As Object, Content As String
+  Dim Content As String, i As Long
   Select Case Node.nodeName
     Case "#text"
       ContentOf = Replace(Node.nodeValue, vbLf, " ")
@@ -127,8 +123,8 @@ Private Function ContentOf(Node As Object) As String
     Case "char"
       ContentOf = ChrW$(CLng(Node.getAttribute("code")))
     Case Else
-      For Each Child In Node.childNodes
-        Content = Content & ContentOf(Child)
+      For i = 0 To Node.childNodes.Length - 1
+        Content = Content & ContentOf(Node.childNodes.Item(i))
       Next
       ContentOf = Content
   End Select

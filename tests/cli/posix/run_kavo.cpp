@@ -4,7 +4,6 @@
 #include <signal.h>
 #include <spawn.h>
 #include <sys/wait.h>
-#include <time.h>
 #include <unistd.h>
 
 #include <stdexcept>
@@ -16,8 +15,9 @@ extern char** environ;
 namespace kavo::test {
 namespace {
 
-Ran run(const std::vector<std::string>& arguments, const TempFolder* working_folder, double interrupt_after,
-        std::string_view lines = {}) {
+// `wait` returns when the command is to be interrupted; it may be empty.
+Ran run(const std::vector<std::string>& arguments, const TempFolder* working_folder,
+        const std::function<void()>& wait = {}, std::string_view lines = {}) {
   const TempFolder streams;
   const std::string input = path_to_host(streams.write(u"input", lines));
   std::vector<std::string> words{KAVO_PROGRAM};
@@ -40,10 +40,8 @@ Ran run(const std::vector<std::string>& arguments, const TempFolder* working_fol
   posix_spawn_file_actions_destroy(&actions);
   if (error != 0) throw std::runtime_error("the command cannot be started");
 
-  if (interrupt_after > 0) {
-    const timespec pause{static_cast<time_t>(interrupt_after),
-                         static_cast<long>((interrupt_after - static_cast<time_t>(interrupt_after)) * 1e9)};
-    nanosleep(&pause, nullptr);
+  if (wait) {
+    wait();
     kill(child, SIGINT);
   }
   int status = 0;
@@ -55,16 +53,16 @@ Ran run(const std::vector<std::string>& arguments, const TempFolder* working_fol
 }  // namespace
 
 Ran run_kavo(const std::vector<std::string>& arguments, const TempFolder* working_folder) {
-  return run(arguments, working_folder, 0);
+  return run(arguments, working_folder);
 }
 
 Ran run_kavo_typing(const std::vector<std::string>& arguments, std::string_view lines,
                     const TempFolder& working_folder) {
-  return run(arguments, &working_folder, 0, lines);
+  return run(arguments, &working_folder, {}, lines);
 }
 
-std::optional<Ran> run_kavo_interrupted(const std::vector<std::string>& arguments, double seconds) {
-  return run(arguments, nullptr, seconds);
+std::optional<Ran> run_kavo_interrupted(const std::vector<std::string>& arguments, const std::function<void()>& wait) {
+  return run(arguments, nullptr, wait);
 }
 
 }  // namespace kavo::test

@@ -62,6 +62,8 @@ Ran run_kavo(const std::vector<std::string>& arguments, const TempFolder* workin
   return {static_cast<int>(code), streams.read(u"output"), streams.read(u"errors")};
 }
 
-std::optional<Ran> run_kavo_interrupted(const std::vector<std::string>&, double) { return std::nullopt; }
+std::optional<Ran> run_kavo_interrupted(const std::vector<std::string>&, const std::function<void()>&) {
+  return std::nullopt;
+}
 
 }  // namespace kavo::test

@@ -3,6 +3,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <regex>
 #include <thread>
 
 #include "common/clsCommon.h"
@@ -10,6 +11,7 @@
 #include "office/clsPPTUtil.h"
 #include "office/clsXLSUtil.h"
 #include "office/excel_options.h"
+#include "office/libreoffice/flat_documents.h"
 #include "office/libreoffice/office_fixture.h"
 #include "platform/desktop.h"
 #include "platform/ports.h"
@@ -17,51 +19,6 @@
 
 namespace kavo::test {
 namespace {
-
-constexpr std::string_view kHead =
-    R"(<?xml version="1.0" encoding="UTF-8"?>
-<office:document xmlns:office="urn:oasis:names:tc:opendocument:xmlns:office:1.0"
- xmlns:text="urn:oasis:names:tc:opendocument:xmlns:text:1.0"
- xmlns:table="urn:oasis:names:tc:opendocument:xmlns:table:1.0"
- xmlns:style="urn:oasis:names:tc:opendocument:xmlns:style:1.0"
- xmlns:fo="urn:oasis:names:tc:opendocument:xmlns:xsl-fo-compatible:1.0"
- xmlns:draw="urn:oasis:names:tc:opendocument:xmlns:drawing:1.0"
- xmlns:svg="urn:oasis:names:tc:opendocument:xmlns:svg-compatible:1.0"
- xmlns:presentation="urn:oasis:names:tc:opendocument:xmlns:presentation:1.0"
- xmlns:of="urn:oasis:names:tc:opendocument:xmlns:of:1.2"
- xmlns:xlink="http://www.w3.org/1999/xlink" office:version="1.2" office:mimetype=")";
-
-std::string workbook_of(std::string_view sheets, std::string_view styles = {}) {
-  return std::string(kHead) + "application/vnd.oasis.opendocument.spreadsheet\"><office:automatic-styles>" +
-         "<style:style style:name=\"bold\" style:family=\"text\"><style:text-properties fo:font-weight=\"bold\"/>" +
-         "</style:style><style:style style:name=\"hidden\" style:family=\"table\"><style:table-properties "
-         "table:display=\"false\"/></style:style>" +
-         std::string(styles) + "</office:automatic-styles><office:body><office:spreadsheet>" + std::string(sheets) +
-         "</office:spreadsheet></office:body></office:document>";
-}
-
-std::string cell(std::string_view text) {
-  return "<table:table-cell office:value-type=\"string\"><text:p>" + std::string(text) + "</text:p></table:table-cell>";
-}
-
-std::string sheet(std::string_view name, std::string_view rows, std::string_view attributes = {}) {
-  return "<table:table table:name=\"" + std::string(name) + "\" " + std::string(attributes) + ">" + std::string(rows) +
-         "</table:table>";
-}
-
-std::string row(std::string_view cells) { return "<table:table-row>" + std::string(cells) + "</table:table-row>"; }
-
-std::string presentation_of(std::string_view slides) {
-  return std::string(kHead) + "application/vnd.oasis.opendocument.presentation\"><office:automatic-styles>" +
-         "<style:style style:name=\"bold\" style:family=\"text\"><style:text-properties fo:font-weight=\"bold\"/>" +
-         "</style:style></office:automatic-styles><office:body><office:presentation>" + std::string(slides) +
-         "</office:presentation></office:body></office:document>";
-}
-
-std::string text_box(std::string_view paragraphs) {
-  return "<draw:frame svg:x=\"2cm\" svg:y=\"2cm\" svg:width=\"10cm\" svg:height=\"3cm\"><draw:text-box>" +
-         std::string(paragraphs) + "</draw:text-box></draw:frame>";
-}
 
 std::string replaced(std::string text, const std::string& from, const std::string& to) {
   const std::size_t at = text.find(from);
@@ -80,9 +37,8 @@ class OfficeEngine : public OfficeFixture {
     return read_file(util.XMLFile());
   }
   // Without the headers and footers that every new workbook has.
-  static std::vector<std::string> texts_of(std::string_view xml) {
-    const std::size_t end = std::min(xml.find("/header/"), xml.find("/footer/"));
-    return segments_of(xml.substr(0, end == std::string_view::npos ? end : xml.rfind("<seg", end)));
+  static std::vector<std::string> texts_of(const std::string& xml) {
+    return segments_of(std::regex_replace(xml, std::regex("<seg place=\"sheet:[0-9]+/(header|footer)/.*"), ""));
   }
   // The result of importing this XML into the workbook, and why.
   std::pair<std::int32_t, std::string> import_workbook(std::u16string_view path, std::string_view xml) {
@@ -289,6 +245,56 @@ TEST_F(OfficeEngine, ALibreOfficeThatCrashesIsAFailureAndTheNextOneServes) {
   clsXLSUtil next;
   next.XLSFile(path);
   EXPECT_EQ(next.XLS2XML(), 0);
+}
+
+TEST_F(OfficeEngine, ALibreOfficeThatIsNotThereIsSaidToBeMissing) {
+  try {
+    OfficeListener listener("/nowhere");
+    ADD_FAILURE() << "started";
+  } catch (const failure& reason) {
+    EXPECT_TRUE(reason.is(FailureNumber::kCannotCreateObject));
+    EXPECT_EQ(reason.description(), u"LibreOffice is not installed: /nowhere/soffice.bin is missing");
+  }
+}
+
+TEST_F(OfficeEngine, TitlesOfChartsAndTheirAxesAreExportedAndComeBack) {
+  const auto path = make_document(
+      u"book.xls", OfficeKind::kWorkbook,
+      workbook_of(sheet("One", "<table:shapes>" + chart("Sales", "Years", "Tons") + "</table:shapes>" +
+                                   row(cell("a") + cell("b") + cell("c") +
+                                       "<table:table-cell office:value-type=\"float\" office:value=\"4.5\"/>"))));
+  const std::string xml = export_workbook(path);
+  for (const char* place : {"chart:1/title", "chart:1/axis:x/title", "chart:1/axis:y/title"})
+    EXPECT_NE(xml.find(place), std::string::npos) << xml;
+  EXPECT_EQ(import_workbook(path, changed_segments(xml)).first, 0);
+  EXPECT_EQ(segments_of(export_workbook(path)), segments_of(changed_segments(xml)));
+}
+
+TEST_F(OfficeEngine, FormulasFollowTheNewNameOfTheirSheet) {
+  const auto path =
+      make_document(u"book.xls", OfficeKind::kWorkbook,
+                    workbook_of(sheet("One", row(cell("seen"))) +
+                                sheet("Two", row("<table:table-cell table:formula=\"of:=[$One.A1]&amp;&quot;!&quot;\" "
+                                                 "office:value-type=\"string\"/>"))));
+  EXPECT_EQ(import_workbook(path, replaced(export_workbook(path), ">One<", ">Neu &amp; alt<")).first, 0);
+  const std::string again = export_workbook(path);
+  EXPECT_NE(again.find("<formula place=\"sheet:2/cell:A1\">=$'Neu &amp; alt'.A1&amp;&quot;!&quot;</formula>"),
+            std::string::npos)
+      << again;
+  EXPECT_NE(flat_xml_of(path, OfficeKind::kWorkbook).find("<text:p>seen!</text:p>"), std::string::npos);
+}
+
+TEST_F(OfficeEngine, TheOrderDoesNotDecideWhichTextsAreLeftOut) {
+  std::string rows = row(cell("top"));
+  rows += "<table:table-row table:number-rows-repeated=\"400\"><table:table-cell/></table:table-row>";
+  rows += row(cell("far below"));
+  const auto path = make_document(u"book.xls", OfficeKind::kWorkbook, workbook_of(sheet("One", rows)));
+  ExcelOptions options;
+  options.order = 1;
+  save_excel_options(options);
+  const std::string xml = export_workbook(path);
+  EXPECT_EQ(texts_of(xml), (std::vector<std::string>{"top", "far below", "One"})) << xml;
+  EXPECT_EQ(xml.find("<left-out"), std::string::npos);
 }
 
 TEST_F(OfficeEngine, ALibreOfficeThatHangsIsEnded) {
