@@ -40,7 +40,7 @@ struct ControlFont {
   bool operator==(const ControlFont&) const = default;
 };
 
-enum class ControlKind { kLabel, kFrame, kTextBox, kButton, kCheckBox, kOptionButton, kListBox, kComboBox };
+enum class ControlKind { kLabel, kFrame, kTextBox, kButton, kCheckBox, kOptionButton, kListBox, kComboBox, kGauge };
 
 class Control {
  public:

@@ -98,4 +98,10 @@ std::int32_t ItemControl::find(std::u16string_view text) const {
   return found == items_.end() ? -1 : static_cast<std::int32_t>(found - items_.begin());
 }
 
+void Gauge::Value(std::int32_t percent) {
+  if (value_ == percent) return;
+  value_ = percent;
+  shown_state_changed();
+}
+
 }  // namespace kavo

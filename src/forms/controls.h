@@ -123,4 +123,16 @@ class ComboBox final : public ItemControl {
       : ItemControl(form, ControlKind::kComboBox, name, place) {}
 };
 
+// A bar that fills as work is done. A person can do nothing to it.
+class Gauge final : public Control {
+ public:
+  Gauge(Form& form, std::u16string_view name, const Place& place) : Control(form, ControlKind::kGauge, name, place) {}
+
+  std::int32_t Value() const { return value_; }
+  void Value(std::int32_t percent);
+
+ private:
+  std::int32_t value_ = 0;
+};
+
 }  // namespace kavo

@@ -85,6 +85,8 @@ constexpr Row kRows[] = {
     {kCommon, 4025, u"The translation editor could not be started"},
     {kCommon, 4026, u"Please open the bilingual document in the editor yourself."},
     {kCommon, 4030, u"Preparing for translation"},
+    {kCommon, 4031, u"Preparing"},
+    {kCommon, 4032, u"Converting"},
     {kCommon, 5000, u"HTML Options"},
     {kCommon, 5001, u"Recognized tags"},
     {kCommon, 5002, u"&Add"},

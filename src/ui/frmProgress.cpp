@@ -11,6 +11,8 @@
 namespace kavo {
 namespace {
 
+constexpr std::int32_t kTitle = 4030;
+
 constexpr std::size_t kLongestName = 50;  // characters that the label holds on one line
 
 }  // namespace
@@ -18,10 +20,11 @@ constexpr std::size_t kLongestName = 50;  // characters that the label holds on 
 frmProgress::frmProgress()
     : Form(u"frmProgress"),
       lblFile(*this, u"lblFile", dialog_units(7, 7, 246, 8)),
-      lblPercent(*this, u"lblPercent", dialog_units(7, 19, 246, 8)),
-      cmdCancel(*this, u"cmdCancel", dialog_units(203, 34, 50, 14)) {
-  size(dialog_units(0, 0, 260, 55));
-  Caption(string_resource(4030));
+      lblStep(*this, u"lblStep", dialog_units(7, 19, 246, 8)),
+      prgDone(*this, u"prgDone", dialog_units(7, 31, 246, 8)),
+      cmdCancel(*this, u"cmdCancel", dialog_units(203, 46, 50, 14)) {
+  size(dialog_units(0, 0, 260, 67));
+  Caption(string_resource(kTitle));
   cmdCancel.Caption(string_resource(4010));
   cancel_button = &cmdCancel;
   cmdCancel.on_click = [this] {
@@ -41,10 +44,11 @@ frmProgress::~frmProgress() {
   }
 }
 
-void frmProgress::report(std::u16string_view file, int percent) {
+void frmProgress::report(ProgressText step, std::u16string_view file, int percent) {
   // A "&" of the name is no access key.
   lblFile.Caption(clsCommon().SandR(clsCommon().SetCaption(file, kLongestName), u"&", u"&&"));
-  lblPercent.Caption(to_utf16(std::to_string(percent) + " %"));
+  lblStep.Caption(std::u16string(string_resource(step)) + u": " + to_utf16(std::to_string(percent) + " %"));
+  prgDone.Value(percent);
 }
 
 }  // namespace kavo

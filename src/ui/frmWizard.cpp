@@ -72,6 +72,15 @@ std::u16string quoted_part(std::u16string_view description, std::u16string_view 
   return std::u16string(description.substr(0, description.find(u'"')));
 }
 
+// From the root, because whoever reads the name may work in another folder; a name that cannot be one stays.
+std::u16string whole_path(const std::u16string& name) {
+  try {
+    return ports().files->absolute(name);
+  } catch (const failure&) {
+    return name;
+  }
+}
+
 ObjectRef create_tm_component() {
   try {
     return ports().automation->create(u"K19Suite.TranslationMemory");
@@ -147,7 +156,10 @@ void frmWizard::set_handlers() {
   cmdNew.on_click = [this] { ask_for_tm(u"CreateNew"); };
   cmdOpen.on_click = [this] { ask_for_tm(u"OpenExisting"); };
   cmdKAVO.on_click = [this] { start_editor(); };
-  ends_by(cmdOK, cmdCancel, [this] { save(); });
+  ends_by(cmdOK, cmdCancel, [this] {
+    complete_paths();
+    save();
+  });
 }
 
 // The row of the memory is shown or hidden as a whole; what lies below it follows.
@@ -172,6 +184,12 @@ void frmWizard::load_languages() {
 
 void frmWizard::show_languages() {
   for (std::size_t i = 0; i < 2; ++i) txtLang[i].Text(morLang[i].LanguageDescription());
+}
+
+// A memory need not be a file: the suite may know it by a name.
+void frmWizard::complete_paths() {
+  txtSourceFile.Text(whole_path(txtSourceFile.Text()));
+  if (ports().files->info(tm_path_)) txtTM.Text(whole_path(tm_path_));
 }
 
 void frmWizard::save() const {

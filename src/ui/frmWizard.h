@@ -1,6 +1,8 @@
 // The dialog that starts the translation of one file: the file, a translation memory if wanted, the two languages, and
 // the options of the file's type.
 //
+// After OK the file is named from the root, whatever folder its name was typed from, and so is a memory that is a file.
+//
 // It remembers the folder of the last file, the last languages and the last memory for the user. What cannot be
 // remembered (no access to the settings) is dropped: it must not keep anyone from working.
 #pragma once
@@ -54,6 +56,7 @@ class frmWizard final : public QuestionForm {
   void lay_out();
   void load_languages();
   void show_languages();
+  void complete_paths();
   void save() const;
   void browse();
   void source_changed();

@@ -15,6 +15,7 @@ constexpr std::int32_t kLabelGap = 3;
 constexpr std::int32_t kBoxHeight = 14;
 constexpr std::int32_t kRelatedGap = 4;
 constexpr std::int32_t kUnrelatedGap = 7;
+constexpr std::int32_t kBottomPadding = 4;
 
 std::u16string variant_text(std::u16string_view text) {
   const std::u16string_view variant = trimmed(text);
@@ -186,6 +187,7 @@ void morLanguage::lay_out() {
   put(cmbVariant, true, kBoxHeight, kUnrelatedGap);
   put(lblCharSet, show_char_set_ && show_labels_, kLabelHeight, kLabelGap);
   put(cmbEncoding, show_char_set_, kBoxHeight, 0);
+  bottom_ += kBottomPadding * kUnitsPerDialogUnit;
 }
 
 }  // namespace kavo

@@ -238,6 +238,29 @@ TEST_F(WizardTest, OkStoresTheLanguagesAndCancelDoesNot) {
   EXPECT_EQ(remembered(u"DefTransEncoding"), cRegistry::Variant(1252));
 }
 
+TEST_F(WizardTest, OkNamesTheFileAndAMemoryThatIsAFileFromTheRoot) {
+  struct Case {
+    std::u16string_view typed, memory, file_after, memory_after;
+  };
+  files.put(u"C:\\WORK\\shop.tmx", "memory");
+  for (const Case& test : {Case{u"page.htm", u"shop.tmx", u"C:\\WORK\\page.htm", u"C:\\WORK\\shop.tmx"},
+                           Case{u"..\\docs\\page.htm", u"server memory", u"C:\\docs\\page.htm", u"server memory"},
+                           Case{u"C:\\a.txt", u"", u"C:\\a.txt", u""}}) {
+    frmWizard form(services);
+    form.txtSourceFile.Text(test.typed);
+    form.txtTM.Text(test.memory);
+    form.cmdOK.Click();
+    EXPECT_FALSE(form.Cancelled());
+    EXPECT_EQ(form.txtSourceFile.Text(), test.file_after);
+    EXPECT_EQ(form.TM(), test.memory_after);
+    EXPECT_EQ(setting(u"InitDir"), test.file_after.substr(0, test.file_after.rfind(u'\\') + 1));
+  }
+  frmWizard form(services);
+  form.txtSourceFile.Text(u"page.htm");
+  form.cmdCancel.Click();
+  EXPECT_EQ(form.txtSourceFile.Text(), u"page.htm");
+}
+
 TEST_F(WizardTest, OptionsShowTheDialogOfTheTypeAndThenTheFilters) {
   frmWizard form(services);
   for (const std::u16string_view file : {u"C:\\a.htm", u"C:\\a.asp", u"C:\\a.mif", u"C:\\a.xls"}) {

@@ -102,6 +102,7 @@ class TerminalForm final : public FormView {
         if (!is_prompt(control) && !control.Caption().empty()) output_ << readable(control.Caption()) << '\n';
         break;
       case ControlKind::kFrame:
+      case ControlKind::kGauge:
         break;
       case ControlKind::kTextBox:
         ask_text(static_cast<TextBox&>(control));

@@ -1,5 +1,7 @@
 #include "ui/win32/control_window.h"
 
+#include <commctrl.h>
+
 #include <algorithm>
 
 #include "forms/form.h"
@@ -14,6 +16,13 @@ struct Look {
   DWORD style;
   DWORD extended_style;
 };
+
+// The class of a gauge, the only one here that not every program has.
+const wchar_t* gauge_class() {
+  constexpr INITCOMMONCONTROLSEX kWanted{sizeof kWanted, ICC_PROGRESS_CLASS};
+  static const bool is_there = InitCommonControlsEx(&kWanted) != FALSE;
+  return is_there ? PROGRESS_CLASSW : L"";
+}
 
 Look look_of(const Control& control) {
   switch (control.kind()) {
@@ -36,6 +45,8 @@ Look look_of(const Control& control) {
       return {L"LISTBOX", WS_TABSTOP | WS_VSCROLL | WS_HSCROLL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT, WS_EX_CLIENTEDGE};
     case ControlKind::kComboBox:
       return {L"COMBOBOX", WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST, 0};
+    case ControlKind::kGauge:
+      return {gauge_class(), PBS_SMOOTH, 0};
   }
   return {};
 }
@@ -169,6 +180,9 @@ void ControlWindow::update(DialogFonts& fonts) {
     case ControlKind::kButton:
       update_text(control_.Caption());
       break;
+    case ControlKind::kGauge:
+      SendMessageW(window_, PBM_SETPOS, static_cast<WPARAM>(static_cast<const Gauge&>(control_).Value()), 0);
+      break;
   }
 }
 
@@ -201,6 +215,7 @@ void ControlWindow::react(WORD notification) {
       break;
     case ControlKind::kLabel:
     case ControlKind::kFrame:
+    case ControlKind::kGauge:
       break;
   }
 }

@@ -47,7 +47,7 @@ RECT work_area(HWND window) {
 
 bool takes_focus(const Control& control) {
   return control.Visible() && control.Enabled() && control.kind() != ControlKind::kLabel &&
-         control.kind() != ControlKind::kFrame;
+         control.kind() != ControlKind::kFrame && control.kind() != ControlKind::kGauge;
 }
 
 std::wstring dropped_path(HDROP drop) {

@@ -1,7 +1,9 @@
 #include "dialog_driver.h"
 
 #include <gtest/gtest.h>
+#include <shlobj.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <thread>
@@ -103,6 +105,10 @@ void Dialog::type(HWND box, std::u16string_view text) const {
   settle(window_);
 }
 
+void Dialog::set_text(HWND box, std::u16string_view text) {
+  SendMessageW(box, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(to_wide(text).c_str()));
+}
+
 void Dialog::choose(HWND list, int index) const {
   const bool combo = of_class(list, L"ComboBox");
   SendMessageW(list, combo ? CB_SETCURSEL : LB_SETCURSEL, static_cast<WPARAM>(index), 0);
@@ -112,9 +118,28 @@ void Dialog::choose(HWND list, int index) const {
   settle(window_);
 }
 
+void Dialog::choose(HWND combo, std::u16string_view item) const {
+  const LRESULT index =
+      SendMessageW(combo, CB_FINDSTRINGEXACT, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(to_wide(item).c_str()));
+  EXPECT_NE(index, CB_ERR) << testing::PrintToString(std::u16string(item));
+  choose(combo, static_cast<int>(index));
+}
+
 void Dialog::close() const {
   SendNotifyMessageW(window_, WM_SYSCOMMAND, SC_CLOSE, 0);
   settle(window_);
+}
+
+void Dialog::drop(std::u16string_view path) const {
+  EXPECT_NE(GetWindowLongPtrW(window_, GWL_EXSTYLE) & WS_EX_ACCEPTFILES, 0);
+  // As the file manager leaves it: the list of names ends with an empty one.
+  const HGLOBAL memory = GlobalAlloc(GHND, sizeof(DROPFILES) + (path.size() + 2) * sizeof(wchar_t));
+  auto* head = static_cast<DROPFILES*>(GlobalLock(memory));
+  head->pFiles = sizeof(DROPFILES);
+  head->fWide = TRUE;
+  std::ranges::copy(path, reinterpret_cast<wchar_t*>(head + 1));
+  GlobalUnlock(memory);
+  SendMessageW(window_, WM_DROPFILES, reinterpret_cast<WPARAM>(memory), 0);
 }
 
 HWND Dialog::focused() const {
@@ -147,6 +172,24 @@ Dialog Dialog::next() const {
 
 bool Dialog::gone() const {
   return wait_until([&] { return !IsWindow(window_); });
+}
+
+ShiftHeld::ShiftHeld(const Dialog& dialog) : thread_(GetWindowThreadProcessId(dialog.window(), nullptr)) {
+  // Both threads then have one keyboard state.
+  EXPECT_TRUE(AttachThreadInput(GetCurrentThreadId(), thread_, TRUE));
+  hold(true);
+}
+
+ShiftHeld::~ShiftHeld() {
+  hold(false);
+  AttachThreadInput(GetCurrentThreadId(), thread_, FALSE);
+}
+
+void ShiftHeld::hold(bool down) const {
+  BYTE keys[256];
+  GetKeyboardState(keys);
+  keys[VK_SHIFT] = down ? 0x80 : 0;
+  EXPECT_TRUE(SetKeyboardState(keys));
 }
 
 Dialog open_dialog() { return Dialog(front_dialog(GetCurrentThreadId())); }

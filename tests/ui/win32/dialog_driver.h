@@ -35,9 +35,12 @@ class Dialog {
 
   // Each returns when the form has dealt with it, or has put another dialog in front.
   void click(HWND button) const;
-  void type(HWND box, std::u16string_view text) const;  // in the place of what stands there
-  void choose(HWND list, int index) const;              // in a list box or combo box
-  void close() const;                                   // by the title bar
+  void type(HWND box, std::u16string_view text) const;       // in the place of what stands there
+  static void set_text(HWND box, std::u16string_view text);  // all at once, as pasted
+  void choose(HWND list, int index) const;                   // in a list box or combo box
+  void choose(HWND combo, std::u16string_view item) const;
+  void close() const;                         // by the title bar
+  void drop(std::u16string_view path) const;  // a file, by the mouse; it must take files
   // To the control that has the focus; returns at once.
   void press(WORD key) const;
   void press_access_key(wchar_t key) const;
@@ -49,6 +52,19 @@ class Dialog {
 
  private:
   HWND window_;
+};
+
+// The shift key is down for the dialog's thread as long as this lives, on the thread of the person.
+class ShiftHeld {
+ public:
+  explicit ShiftHeld(const Dialog& dialog);
+  ~ShiftHeld();
+  ShiftHeld(const ShiftHeld&) = delete;
+  ShiftHeld& operator=(const ShiftHeld&) = delete;
+
+ private:
+  void hold(bool down) const;
+  DWORD thread_;
 };
 
 // The dialog of the calling thread that can be worked now.

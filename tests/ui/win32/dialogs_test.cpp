@@ -231,10 +231,7 @@ TEST_F(DialogsTest, WizardAsksForEverythingAndRemembersIt) {
          dialog.click(dialog.control(form.cmdChangeLang[1]));
          const Dialog language = dialog.next();
          EXPECT_EQ(language.caption(), u"Set language");
-         const HWND base = language.control(L"ComboBox", 0);
-         const auto german =
-             SendMessageW(base, CB_FINDSTRINGEXACT, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(L"German"));
-         language.choose(base, static_cast<int>(german));
+         language.choose(language.control(L"ComboBox", 0), u"German");
          language.click(language.control(u"OK"));
          EXPECT_TRUE(language.gone());
          EXPECT_EQ(Dialog::text(dialog.control(form.txtLang[1])).substr(0, 6), u"German");
@@ -246,6 +243,32 @@ TEST_F(DialogsTest, WizardAsksForEverythingAndRemembersIt) {
   EXPECT_EQ(language_setting(u"DefSourceLanguage"), u"EN-US");
   EXPECT_EQ(language_setting(u"DefTransLanguage").substr(0, 2), u"DE");
   EXPECT_EQ(get_setting(u"KAVO", u"K19FPW", u"InitDir", u""), folder.path() + u"\\");
+}
+
+TEST_F(DialogsTest, WizardTakesADroppedFile) {
+  frmWizard form(services_);
+  work(form, [&](const Dialog& dialog) {
+    dialog.drop(u"C:\\Manuals\\\u624B\u5F15\u304D.mif");
+    EXPECT_EQ(Dialog::text(dialog.control(form.txtSourceFile)), u"C:\\Manuals\\\u624B\u5F15\u304D.mif");
+    EXPECT_TRUE(IsWindowEnabled(dialog.control(form.cmdOK)));
+    EXPECT_TRUE(IsWindowEnabled(dialog.control(form.cmdOptions)));
+    dialog.press(VK_RETURN);
+    EXPECT_TRUE(dialog.gone());
+  });
+  EXPECT_FALSE(form.Cancelled());
+}
+
+// The host's folder is not the one that the converters will look in.
+TEST_F(DialogsTest, WizardNamesATypedFileFromTheRoot) {
+  std::wstring folder(MAX_PATH, L'\0');
+  folder.resize(GetCurrentDirectoryW(MAX_PATH, folder.data()));
+  frmWizard form(services_);
+  work(form, [&](const Dialog& dialog) {
+    dialog.type(dialog.control(form.txtSourceFile), u"docs\\..\\page.htm");
+    dialog.click(dialog.control(form.cmdOK));
+    EXPECT_TRUE(dialog.gone());
+  });
+  EXPECT_EQ(form.txtSourceFile.Text(), from_wide(folder) + u"\\page.htm");
 }
 
 TEST_F(DialogsTest, WizardsCancelStoresNothing) {
@@ -359,7 +382,7 @@ TEST_P(LegibilityTest, ExcelOptions) {
 
 TEST_P(LegibilityTest, Progress) {
   frmProgress form;
-  form.report(u"C:\\Manuals\\Operating instructions\\Chapter 12\\guide.mif", 42);
+  form.report(kPreparing, u"C:\\Manuals\\Operating instructions\\Chapter 12\\guide.mif", 42);
   check(form, L"progress", japanese_progress());
 }
 

@@ -1,16 +1,18 @@
 #include "ui/win32/form_window.h"
 
+#include <commctrl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <oleacc.h>
 #include <shlobj.h>
 
-#include <cstring>
 #include <stdexcept>
 
 #include "dialog_driver.h"
 #include "layout.h"
 #include "platform/failure.h"
 #include "platform/ports.h"
+#include "platform/win32/owners.h"
 #include "platform/win32/text.h"
 #include "screenshot.h"
 #include "support/failures.h"
@@ -62,6 +64,7 @@ class SampleForm : public Form {
   ListBox lstTags{*this, u"lstTags", dialog_units(113, 25, 100, 67)};
   ComboBox cmbScript{*this, u"cmbScript", dialog_units(7, 98, 100, 14)};
   TextBox txtNote{*this, u"txtNote", dialog_units(113, 98, 100, 14)};
+  Gauge prgDone{*this, u"prgDone", dialog_units(7, 119, 206, 8)};
   Button cmdAdd{*this, u"cmdAdd", dialog_units(7, 139, 50, 14)};
   Button cmdOK{*this, u"cmdOK", dialog_units(109, 139, 50, 14)};
   Button cmdCancel{*this, u"cmdCancel", dialog_units(163, 139, 50, 14)};
@@ -80,6 +83,7 @@ TEST(FormWindowTest, ShowsWhatTheModelsSay) {
   form.chkHidden.Value(true);
   form.lstTags.ListIndex(2);
   form.cmbScript.ListIndex(1);
+  form.prgDone.Value(40);
   form.cmdAdd.Enabled(false);
   form.optOrder2.Visible(false);
   work(form, [&](const Dialog& dialog) {
@@ -93,6 +97,7 @@ TEST(FormWindowTest, ShowsWhatTheModelsSay) {
     EXPECT_EQ(SendMessageW(dialog.control(form.lstTags), LB_GETCURSEL, 0, 0), 2);
     EXPECT_EQ(Dialog::chosen(dialog.control(form.cmbScript)), u"Greek");
     EXPECT_NE(GetWindowLongPtrW(dialog.control(form.txtNote), GWL_STYLE) & ES_READONLY, 0);
+    EXPECT_EQ(SendMessageW(dialog.control(form.prgDone), PBM_GETPOS, 0, 0), 40);
     EXPECT_FALSE(IsWindowEnabled(dialog.control(form.cmdAdd)));
     EXPECT_FALSE(IsWindowVisible(dialog.control(form.optOrder2)));
     EXPECT_TRUE(IsWindowVisible(dialog.control(form.optOrder1)));
@@ -202,14 +207,22 @@ TEST(FormWindowTest, OptionButtonsOfAGroupFollowTheArrowsAndOneStopsTheTabKey) {
 TEST(FormWindowTest, TabKeyWalksInTheOrderOfTheControls) {
   SampleForm form;
   form.chkHidden.Enabled(false);
+  const std::vector<const Control*> stops{&form.txtName, &form.optOrder0, &form.lstTags, &form.cmbScript,
+                                          &form.txtNote, &form.cmdAdd,    &form.cmdOK,   &form.cmdCancel};
   work(form, [&](const Dialog& dialog) {
-    EXPECT_EQ(dialog.focused(), dialog.control(form.txtName));
-    for (const Control* control :
-         std::initializer_list<const Control*>{&form.optOrder0, &form.lstTags, &form.cmbScript, &form.txtNote,
-                                               &form.cmdAdd, &form.cmdOK, &form.cmdCancel, &form.txtName}) {
+    const auto expect_focus = [&](const Control& control) {
+      EXPECT_TRUE(wait_until([&] { return dialog.focused() == dialog.control(control); }))
+          << testing::PrintToString(control.name());
+    };
+    expect_focus(*stops.front());
+    for (std::size_t i = 1; i <= stops.size(); ++i) {
       dialog.press(VK_TAB);
-      EXPECT_TRUE(wait_until([&] { return dialog.focused() == dialog.control(*control); }))
-          << testing::PrintToString(control->name());
+      expect_focus(*stops[i % stops.size()]);
+    }
+    const ShiftHeld shift(dialog);
+    for (std::size_t i = stops.size(); i-- > 0;) {
+      dialog.press(VK_TAB);
+      expect_focus(*stops[i]);
     }
     dialog.close();
   });
@@ -307,6 +320,37 @@ TEST(FormWindowTest, BoxesAreNamedByTheTextBeforeThem) {
     const HWND label = GetWindow(dialog.control(form.cmbScript), GW_HWNDPREV);
     EXPECT_FALSE(IsWindowVisible(label));
     EXPECT_NE(GetWindowLongPtrW(label, GWL_STYLE) & SS_NOPREFIX, 0);
+    dialog.close();
+  });
+}
+
+// The name that the system tells a screen reader of a control.
+std::u16string accessible_name(HWND window) {
+  unique_interface<IAccessible> accessible;
+  VARIANT self{};
+  self.vt = VT_I4;
+  self.lVal = CHILDID_SELF;
+  unique_bstr name;
+  if (FAILED(CreateStdAccessibleObject(window, OBJID_CLIENT, __uuidof(IAccessible),
+                                       reinterpret_cast<void**>(accessible.put()))) ||
+      accessible->get_accName(self, name.put()) != S_OK)
+    return u"(none)";
+  return from_wide(name.get());
+}
+
+// Lists are not asked: Wine's reader of names does not know their labels.
+TEST(FormWindowTest, ScreenReadersAreToldTheNamesOfControls) {
+  SampleForm form;
+  form.txtName.Text(u"typed");
+  work(form, [&](const Dialog& dialog) {
+    const auto name_of = [&](const Control& control) { return accessible_name(dialog.control(control)); };
+    EXPECT_EQ(accessible_name(dialog.window()), u"Sample");
+    EXPECT_EQ(name_of(form.cmdAdd), u"Add");
+    EXPECT_EQ(name_of(form.chkHidden), u"Hidden rows");
+    EXPECT_EQ(name_of(form.optOrder1), u"By column");
+    EXPECT_EQ(name_of(form.fraOrder), u"Order");
+    EXPECT_EQ(name_of(form.lblName), u"Name:");
+    EXPECT_EQ(name_of(form.txtName), u"Name:");
     dialog.close();
   });
 }
@@ -444,18 +488,6 @@ TEST(FormWindowTest, FormHiddenByAnotherThreadsCallEndsItsShow) {
   EXPECT_EQ(form.txtName.Text(), u"sent, not posted");
 }
 
-// What the file manager leaves when something is dropped.
-HDROP dropped(const std::wstring& path) {
-  const std::size_t characters = path.size() + 2;  // the list of names ends with an empty one
-  const HGLOBAL memory = GlobalAlloc(GHND, sizeof(DROPFILES) + characters * sizeof(wchar_t));
-  auto* head = static_cast<DROPFILES*>(GlobalLock(memory));
-  head->pFiles = sizeof(DROPFILES);
-  head->fWide = TRUE;
-  std::memcpy(head + 1, path.c_str(), path.size() * sizeof(wchar_t));
-  GlobalUnlock(memory);
-  return static_cast<HDROP>(memory);
-}
-
 TEST(FormWindowTest, DroppedFileIsHandedToTheForm) {
   SampleForm form;
   std::u16string path;
@@ -463,10 +495,7 @@ TEST(FormWindowTest, DroppedFileIsHandedToTheForm) {
     path = file;
     form.hide();
   };
-  work(form, [&](const Dialog& dialog) {
-    EXPECT_NE(GetWindowLongPtrW(dialog.window(), GWL_EXSTYLE) & WS_EX_ACCEPTFILES, 0);
-    SendMessageW(dialog.window(), WM_DROPFILES, reinterpret_cast<WPARAM>(dropped(L"C:\\docs\\\u6587.mif")), 0);
-  });
+  work(form, [&](const Dialog& dialog) { dialog.drop(u"C:\\docs\\\u6587.mif"); });
   EXPECT_EQ(path, u"C:\\docs\\\u6587.mif");
 }
 

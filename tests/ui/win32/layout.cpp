@@ -1,5 +1,7 @@
 #include "layout.h"
 
+#include <commctrl.h>
+
 #include <algorithm>
 
 #include "platform/unicode.h"
@@ -8,7 +10,7 @@
 namespace kavo::test {
 namespace {
 
-enum class Kind { kText, kFrame, kButton, kMark, kEdit, kList, kCombo };
+enum class Kind { kText, kFrame, kButton, kMark, kEdit, kList, kCombo, kGauge };
 
 struct Child {
   HWND window;
@@ -27,6 +29,7 @@ Kind kind_of(HWND window) {
   if (lstrcmpiW(name, L"Edit") == 0) return Kind::kEdit;
   if (lstrcmpiW(name, L"ListBox") == 0) return Kind::kList;
   if (lstrcmpiW(name, L"ComboBox") == 0) return Kind::kCombo;
+  if (lstrcmpiW(name, PROGRESS_CLASSW) == 0) return Kind::kGauge;
   switch (GetWindowLongPtrW(window, GWL_STYLE) & BS_TYPEMASK) {
     case BS_GROUPBOX:
       return Kind::kFrame;
@@ -131,6 +134,8 @@ Fit fit_of(const Child& child, UINT dpi) {
       return {{width - 2 * scaled(kButtonBorder), height - 2 * scaled(kButtonBorder)}, measure.caption(child.text)};
     case Kind::kMark:
       return {{width - scaled(kMarkWidth), height}, measure.caption(child.text)};
+    case Kind::kGauge:
+      return {};
     case Kind::kEdit:
     case Kind::kList:
       return {{width, height - 2 * scaled(kBoxBorder)}, {0, measure.line(L"Ag").cy}};  // they scroll

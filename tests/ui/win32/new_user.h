@@ -37,6 +37,7 @@ class NewUser {
   static constexpr std::u16string_view kMif = u"Software\\VB and VBA Program Settings\\MIF Utilities\\Settings";
   static constexpr std::u16string_view kExcel = u"Software\\VB and VBA Program Settings\\KAVO\\Excel";
   static constexpr std::u16string_view kPicker = u"Software\\VB and VBA Program Settings\\KAVO\\TW";
+  static constexpr std::u16string_view kEditor = u"Software\\VB and VBA Program Settings\\KAVO\\Editor";
   static constexpr std::u16string_view kWizard = u"Software\\VB and VBA Program Settings\\KAVO\\K19FPW";
   static constexpr std::u16string_view kLanguages = u"Software\\MOR\\MOR Edit\\Settings";
   static constexpr ValuePlace kValues[] = {
@@ -49,6 +50,7 @@ class NewUser {
       {kExcel, u"Ungroup"},
       {kExcel, u"Tolerance"},
       {kPicker, u"ShowCharset"},
+      {kEditor, u"Command"},
       {kWizard, u"InitDir"},
       {kWizard, u"LastTM"},
       {kLanguages, u"DefSourceLanguage"},

@@ -33,7 +33,6 @@ class GdiPlus {
 }  // namespace
 
 void take_screenshot(HWND window, const std::wstring& name) {
-  RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN | RDW_UPDATENOW);
   RECT rect{};
   GetWindowRect(window, &rect);
   const LONG width = rect.right - rect.left;
@@ -50,7 +49,14 @@ void take_screenshot(HWND window, const std::wstring& name) {
   const HDC source = GetWindowDC(window);
   const HDC target = CreateCompatibleDC(source);
   const HGDIOBJ before = SelectObject(target, bitmap.get());
-  BitBlt(target, 0, 0, width, height, source, 0, 0, SRCCOPY);
+  // Only what lies on the screen is drawn: a wide window is moved past it.
+  const LONG screen = GetSystemMetrics(SM_CXSCREEN);
+  for (LONG left = 0; left < width; left += screen) {
+    SetWindowPos(window, nullptr, -left, 0, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN | RDW_UPDATENOW);
+    BitBlt(target, left, 0, std::min(screen, width - left), height, source, left, 0, SRCCOPY);
+  }
+  SetWindowPos(window, nullptr, rect.left, rect.top, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
   GdiFlush();
   SelectObject(target, before);
   DeleteDC(target);

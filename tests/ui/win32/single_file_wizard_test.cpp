@@ -1,12 +1,13 @@
 // The wizard run as a script host starts it: a second process fills the dialogs in, bilingual documents appear, and the
 // editor launcher is started with exactly the right command line.
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <string>
 #include <vector>
 
+#include "common/program_settings.h"
 #include "dialog_driver.h"
 #include "new_user.h"
 #include "platform/unicode.h"
@@ -18,17 +19,17 @@
 namespace kavo::test {
 namespace {
 
+// Runs the wizard with the bits of each line of the first file and writes the results into the second.
 constexpr std::string_view kScript = R"(Option Explicit
-Dim files, rows, answers, wizard, parts, name, bits
+Dim files, rows, answers, wizard, name, bits
 Set files = CreateObject("Scripting.FileSystemObject")
 Set wizard = CreateObject("K19FPW.K19FPWObj")
 wizard.QuietMode = 1
 Set rows = files.OpenTextFile(WScript.Arguments(0))
 Set answers = files.CreateTextFile(WScript.Arguments(1), True)
 Do Until rows.AtEndOfStream
-  parts = Split(rows.ReadLine, "|")
-  name = parts(0)
-  bits = CLng(parts(1))
+  name = ""
+  bits = CLng(rows.ReadLine)
   answers.WriteLine CStr(wizard.SingleFileWizard(name, bits))
 Loop
 answers.WriteLine "done"
@@ -103,102 +104,190 @@ class Installation {
   TempFolder folder_;
 };
 
-// The wizard's window in another process.
-Dialog wizard_of(DWORD process) {
+// A script host that runs the wizard, once for each entry of `bits`.
+class ScriptHost {
+ public:
+  ScriptHost(const TempFolder& folder, const std::vector<int>& bits)
+      : answers_(folder.path(u"answers.txt")), process_(command_line(folder, bits, answers_)) {}
+
+  // The window that comes next.
+  Dialog wizard() const {
+    Search search{process_.id()};
+    EXPECT_TRUE(wait_until([&] {
+      EnumWindows(look_at, reinterpret_cast<LPARAM>(&search));
+      return search.found != nullptr;
+    })) << "no wizard";
+    return Dialog(search.found);
+  }
+  // What each run came to, a line each, and "done" when the script reached its end, which is waited for.
+  std::string results() const {
+    EXPECT_EQ(process_.wait(), 0u);
+    return read_file(answers_);
+  }
+
+ private:
   struct Search {
     DWORD process;
     HWND found = nullptr;
-  } search{process};
-  EXPECT_TRUE(wait_until([&] {
-    EnumWindows(
-        [](HWND window, LPARAM parameter) {
-          auto& wanted = *reinterpret_cast<Search*>(parameter);
-          DWORD owner = 0;
-          GetWindowThreadProcessId(window, &owner);
-          wchar_t caption[32];
-          GetWindowTextW(window, caption, 32);
-          if (owner != wanted.process || !IsWindowVisible(window) || lstrcmpW(caption, L"Start translation") != 0)
-            return TRUE;
-          wanted.found = window;
-          return FALSE;
-        },
-        reinterpret_cast<LPARAM>(&search));
-    return search.found != nullptr;
-  })) << "no wizard";
-  return Dialog(search.found);
+  };
+
+  static std::wstring command_line(const TempFolder& folder, const std::vector<int>& bits,
+                                   const std::u16string& answers) {
+    std::string table;
+    for (const int each : bits) table += std::to_string(each) + "\r\n";
+    std::wstring line = L"cscript.exe //nologo";
+    for (const std::u16string& word : {folder.write(u"host.vbs", kScript), folder.write(u"rows.txt", table), answers})
+      line += L" \"" + to_wide(word) + L"\"";
+    return line;
+  }
+
+  static BOOL CALLBACK look_at(HWND window, LPARAM parameter) {
+    auto& search = *reinterpret_cast<Search*>(parameter);
+    DWORD owner = 0;
+    GetWindowThreadProcessId(window, &owner);
+    wchar_t caption[32];
+    GetWindowTextW(window, caption, 32);
+    if (owner != search.process || !IsWindowVisible(window) || lstrcmpW(caption, L"Start translation") != 0)
+      return TRUE;
+    search.found = window;
+    return FALSE;
+  }
+
+  std::u16string answers_;
+  Process process_;
+};
+
+// How a run ends, and what it takes to make it end so.
+struct Ending {
+  std::u16string_view name;
+  std::u16string_view file;  // in the work folder
+  std::u16string_view button;
+  int result;
+  std::u16string_view first_tud;  // the document that is there afterwards, "" for none
+};
+constexpr Ending kDone{u"done", u"page.htm", u"OK", 0, u"page_htm_htm_FR.tud"};
+constexpr Ending kDoneWithTwoFiles{u"done with two files", u"shop.asp", u"OK", 0, u"shop_asp_htm_FR.tud"};
+constexpr Ending kFailures[] = {
+    {u"cancelled", u"page.htm", u"Cancel", 1, u""},
+    {u"of no known type", u"odd.zzz", u"OK", 2, u""},
+    {u"page that cannot be prepared", u"missing.htm", u"OK", 103, u""},
+    {u"FrameMaker document that cannot be prepared", u"missing.mif", u"OK", 104, u""},
+    {u"no filter for the first file", u"texts.rc", u"OK", 200, u""},
+    {u"no document of the second file", u"blocked.asp", u"OK", 201, u"blocked_asp_htm_FR.tud"},
+};
+
+// One run of the wizard.
+struct Row {
+  Ending ending;
+  int bits;
+  std::u16string_view typed;      // into the box of the memory; "" leaves what is offered
+  std::u16string_view last_used;  // before this run, "" for none
+
+  bool bit(int which) const { return (bits & which) != 0; }
+  std::u16string offered() const { return std::u16string(bit(4) ? last_used : u""); }
+  std::u16string chosen() const { return typed.empty() ? offered() : std::u16string(typed); }
+};
+
+constexpr std::u16string_view kMemory = u"C:\\tm\\my shop.tmx";
+
+// Every ending with every combination of bits 1 and 2, before a memory was ever used and after; bit 0 comes and goes.
+std::vector<Row> all_rows() {
+  std::vector<Row> rows;
+  std::u16string_view last_used;
+  const auto add = [&](const Ending& ending, std::u16string_view typed) {
+    const int first_bit = rows.size() / 4 % 2;
+    for (const int bits : {first_bit, 3 - first_bit, 4 + first_bit, 7 - first_bit}) {
+      rows.push_back({ending, bits, typed, last_used});
+      if (!typed.empty()) last_used = typed;
+    }
+  };
+  for (const bool is_first : {true, false}) {
+    for (const Ending& failure : kFailures) add(failure, u"");
+    add(kDone, u"");
+    if (is_first) add(kDoneWithTwoFiles, kMemory);
+  }
+  return rows;
 }
 
-enum class End { kOK, kCancel };
+// What the launcher is started with, as text; "-" when it is not started.
+std::u16string parameters_of(const Row& row, const std::u16string& tud) {
+  const auto memory = [](std::u16string_view name) { return u"/t\"" + std::u16string(name) + u"\""; };
+  if (row.ending.result == 0) return u"\"" + tud + u"\"" + (row.chosen().empty() ? u"" : u" " + memory(row.chosen()));
+  if (!row.bit(2)) return u"-";
+  return row.bit(4) ? memory(row.last_used) : u"";
+}
 
-struct Row {
-  std::u16string name;
-  int bits;
-  std::u16string source;        // typed into the source box
-  std::u16string memory;        // typed into the box of the memory; "" leaves it
-  std::u16string memory_shown;  // what stands there at first
-  End end;
-  int result;
-  std::u16string parameters;  // of the launcher, "-" when it is not started, "TUD" for the document's name
-};
+// The first of the bilingual documents by name, "" for none; all of them are gone afterwards.
+std::u16string take_first_document(const TempFolder& folder) {
+  std::vector<std::filesystem::path> documents;
+  for (const auto& entry : std::filesystem::directory_iterator(to_filesystem_path(folder.path())))
+    if (entry.is_regular_file() && entry.path().extension() == L".tud") documents.push_back(entry.path());
+  if (documents.empty()) return u"";
+  std::ranges::sort(documents);
+  for (const std::filesystem::path& document : documents) std::filesystem::remove(document);
+  return from_wide(documents.front().filename().wstring());
+}
 
 TEST(SingleFileWizardTest, ScriptHostGetsDocumentsAndTheLauncherItsCommandLine) {
   const NewUser user;
   const Installation installation;
-  const TempFolder work_folder;
-  const std::u16string page = work_folder.write(u"page.htm", "<html><body><p>Hello there.</p></body></html>\r\n");
-  const std::u16string odd = work_folder.write(u"odd.zzz", "nothing known");
-  const std::u16string tud = u"\"" + work_folder.path(u"page_htm_htm_FR.tud") + u"\"";
-  const std::u16string none = u"<none>";
-  const std::u16string memory = u"C:\\tm\\one.tmx";
-  const Row rows[] = {
-      {u"cancelled", 0, page, u"", none, End::kCancel, 1, u"-"},
-      {u"cancelled, editor wanted", 2, page, u"", none, End::kCancel, 1, u""},
-      {u"cancelled, last memory wanted too, none used", 6, page, u"", none, End::kCancel, 1, u"/t\"\""},
-      {u"done", 0, page, u"", none, End::kOK, 0, u"TUD"},
-      {u"done, editor wanted", 2, page, u"", none, End::kOK, 0, u"TUD"},
-      {u"done with a memory", 0, page, memory, none, End::kOK, 0, u"TUD /t\"" + memory + u"\""},
-      {u"done with the last memory", 4, page, u"", memory, End::kOK, 0, u"TUD /t\"" + memory + u"\""},
-      {u"done, last memory not offered", 2, page, u"", none, End::kOK, 0, u"TUD"},
-      {u"unknown type", 0, odd, u"", none, End::kOK, 2, u"-"},
-      {u"unknown type, editor wanted", 2, odd, u"", none, End::kOK, 2, u""},
-      {u"unknown type, last memory wanted too", 6, odd, u"", memory, End::kOK, 2, u"/t\"" + memory + u"\""},
-      {u"unknown type, memory but no editor", 4, odd, u"", memory, End::kOK, 2, u"-"},
-  };
+  const TempFolder folder;
+  folder.write(u"page.htm", "<html><body><p>Hello there.</p></body></html>\r\n");
+  folder.write(u"shop.asp", "<html><body><p>Hello <% = name %>.</p></body></html>\r\n");
+  folder.write(u"blocked.asp", "<html><body><p>Hello <% = name %>.</p></body></html>\r\n");
+  folder.write(u"odd.zzz", "nothing known");
+  folder.write(u"texts.rc", "STRINGTABLE\r\n");
+  // Stands where the document of the second file would be written.
+  folder.make_folder(u"blocked_asp_scr_FR.tud");
 
-  std::string table;
-  for (const Row& row : rows) table += "|" + std::to_string(row.bits) + "\r\n";
-  const std::u16string script = work_folder.write(u"host.vbs", kScript);
-  const std::u16string table_file = work_folder.write(u"rows.txt", table);
-  const std::u16string answers = work_folder.path(u"answers.txt");
-  const auto quoted = [](std::u16string_view text) { return L" \"" + to_wide(text) + L"\""; };
-  const Process host(L"cscript.exe //nologo" + quoted(script) + quoted(table_file) + quoted(answers));
+  const std::vector<Row> rows = all_rows();
+  std::vector<int> bits;
+  for (const Row& row : rows) bits.push_back(row.bits);
+  const ScriptHost host(folder, bits);
 
   std::string expected;
   for (const Row& row : rows) {
-    SCOPED_TRACE(to_utf8(row.name));
-    std::filesystem::remove(to_filesystem_path(work_folder.path(u"page_htm_htm_FR.tud")));
+    SCOPED_TRACE(to_utf8(row.ending.name) + ", bits " + std::to_string(row.bits) + ", memory \"" +
+                 to_utf8(row.chosen()) + "\", used last \"" + to_utf8(row.last_used) + "\"");
     EXPECT_FALSE(installation.launched());
-    const Dialog dialog = wizard_of(host.id());
+    const Dialog dialog = host.wizard();
     if (!IsWindow(dialog.window())) break;
+    // The next dialog says that the run before it is over.
+    if (&row != &rows.front()) {
+      EXPECT_EQ(take_first_document(folder), (&row - 1)->ending.first_tud);
+    }
     const HWND source = dialog.control(L"Edit", 0);
-    const HWND memory_box = dialog.control(L"Edit", 3);
-    EXPECT_EQ(Dialog::text(memory_box), row.memory_shown);
-    SendMessageW(source, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(to_wide(row.source).c_str()));
-    if (!row.memory.empty())
-      SendMessageW(memory_box, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(to_wide(row.memory).c_str()));
-    dialog.click(dialog.control(row.end == End::kOK ? u"OK" : u"Cancel"));
+    const HWND memory = dialog.control(L"Edit", 3);
+    EXPECT_EQ(Dialog::text(memory), row.offered().empty() ? u"<none>" : row.offered());
+    EXPECT_EQ(IsWindowVisible(dialog.control(u"Start &editor")) != FALSE, row.bit(1));
+    Dialog::set_text(source, folder.path(row.ending.file));
+    if (!row.typed.empty()) Dialog::set_text(memory, row.typed);
+    dialog.click(dialog.control(row.ending.button));
     EXPECT_TRUE(dialog.gone());
-    if (row.parameters != u"-") {
-      std::u16string parameters = row.parameters;
-      if (parameters.starts_with(u"TUD")) parameters.replace(0, 3, tud);
+    const std::u16string parameters = parameters_of(row, folder.path(row.ending.first_tud));
+    if (parameters != u"-") {
       EXPECT_EQ(installation.take_parameters(), parameters);
     }
-    EXPECT_EQ(work_folder.exists(u"page_htm_htm_FR.tud"), row.result == 0);
-    expected += std::to_string(row.result) + "\r\n";
+    expected += std::to_string(row.ending.result) + "\r\n";
   }
-  EXPECT_EQ(host.wait(), 0u);
+  EXPECT_EQ(host.results(), expected + "done\r\n");
+  EXPECT_EQ(take_first_document(folder), rows.back().ending.first_tud);
   EXPECT_FALSE(installation.launched());
-  EXPECT_EQ(read_file(answers), expected + "done\r\n");
+}
+
+TEST(SingleFileWizardTest, TheEditorButtonStartsTheEditorAloneAndCancels) {
+  const NewUser user;
+  const Installation installation;
+  const TempFolder folder;
+  std::filesystem::copy_file(KAVO_PROGRAM, std::filesystem::path(installation.path(L"KAVO.EXE")));
+  // In the place of an editor.
+  save_setting(u"KAVO", u"Editor", u"Command", u"\"" + from_wide(installation.path(L"K19Subst.exe")) + u"\" alone %1");
+  const ScriptHost host(folder, {1});
+  const Dialog dialog = host.wizard();
+  dialog.click(dialog.control(u"Start &editor"));
+  EXPECT_TRUE(dialog.gone());
+  EXPECT_EQ(installation.take_parameters(), u"alone");
+  EXPECT_EQ(host.results(), "1\r\ndone\r\n");
 }
 
 }  // namespace
