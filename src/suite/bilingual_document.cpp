@@ -232,7 +232,7 @@ void BilingualDocument::save() {
 
 std::u16string BilingualDocument::target_name() const {
   const clsCommon common;
-  const std::u16string original = to_utf16(header_.original);
+  const std::u16string original = core_file_name(header_.original);
   const std::u16string extension = common.strParseFileName(original, 2);
   std::u16string name = common.strParseFileName(path_, 0) + common.strParseFileName(original, 1) + u"_" +
                         to_utf16(header_.target_language);
@@ -271,7 +271,7 @@ void BilingualDocument::save_open_tag(std::u16string_view path, const std::optio
 
 std::optional<BilingualDocument::Skeleton> BilingualDocument::locate_skeleton() const {
   FileSystem& files = *ports().files;
-  const std::u16string beside = clsCommon().strParseFileName(path_, 0) + to_utf16(header_.skeleton);
+  const std::u16string beside = clsCommon().strParseFileName(path_, 0) + core_file_name(header_.skeleton);
   const std::u16string usual = skeleton_name_of(path_);
   if (!header_.skeleton.empty() && files.info(beside)) return Skeleton{beside, true};
   if (files.info(usual)) return Skeleton{usual, true};

@@ -35,7 +35,7 @@ class ConversionSink final : public ExtractionSink {
     skeleton_.begin(filter_.tag, checksum_, facts);
     const clsCommon common;
     const auto file_name = [&](std::u16string_view path) {
-      return to_utf8(path.substr(common.strParseFileName(path, 0).size()));
+      return path_to_host(path.substr(common.strParseFileName(path, 0).size()));
     };
     TudHeader header;
     header.original = file_name(request_.document);

@@ -15,6 +15,11 @@ class DocumentPlace {
   std::int64_t column() const { return column_; }  // 1-based, in bytes
 
   void advance(std::string_view bytes) {
+    advance(bytes, [](std::string_view part) { return part.size(); });
+  }
+  // The same for bytes that stand for others: `size_of` tells how many bytes of the document a part of a line is.
+  template <class SizeOf>
+  void advance(std::string_view bytes, SizeOf&& size_of) {
     if (bytes.empty()) return;
     const char* const end = bytes.data() + bytes.size();
     const char* line = bytes.data();
@@ -31,7 +36,7 @@ class DocumentPlace {
       line = ++p;
       column_ = 1;
     }
-    column_ += end - line;
+    column_ += static_cast<std::int64_t>(size_of({line, static_cast<std::size_t>(end - line)}));
   }
 
  private:

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "suite/euc_japanese.h"
 #include "suite/html_elements.h"
 #include "suite/text_coding.h"
 
@@ -63,6 +64,9 @@ constexpr Label kLabels[] = {
     {"ms_kanji", 932},
     {"ms932", 932},
     {"windows-31j", 932},
+    {"euc-jp", kEucJapanese},
+    {"x-euc-jp", kEucJapanese},
+    {"x-euc", kEucJapanese},
     {"gb2312", 936},
     {"gbk", 936},
     {"x-gbk", 936},

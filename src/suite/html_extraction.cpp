@@ -10,10 +10,6 @@
 namespace kavo::markup {
 namespace {
 
-// How many open tags a closing one looks through for its partner: enough for any nesting that people write, and a bound
-// for a page that opens thousands and closes others.
-constexpr std::size_t kDeepestNesting = 64;
-
 // The type of "br".
 constexpr std::string_view kLineBreak = "lb";
 
@@ -341,21 +337,9 @@ bool PageExtraction::same_name(const Item& a, const Item& b) const {
 }
 
 void PageExtraction::pair_tags() {
-  open_tags_.clear();
-  for (std::size_t i = 0; i < items_.size(); ++i) {
-    if (items_[i].kind == ItemKind::kOpen) open_tags_.push_back(i);
-    if (items_[i].kind != ItemKind::kClose) continue;
-    for (std::size_t back = 1; back <= open_tags_.size() && back <= kDeepestNesting; ++back) {
-      const std::size_t candidate = open_tags_[open_tags_.size() - back];
-      if (!same_name(items_[candidate], items_[i])) continue;
-      items_[candidate].partner = i;
-      items_[i].partner = candidate;
-      open_tags_.resize(open_tags_.size() - back);
-      break;
-    }
-  }
+  pair_codes(items_, open_tags_, [this](const Item& open, const Item& close) { return same_name(open, close); });
   for (Item& item : items_)
-    if ((item.kind == ItemKind::kOpen || item.kind == ItemKind::kClose) && item.partner == kNone)
+    if ((item.kind == ItemKind::kOpen || item.kind == ItemKind::kClose) && item.partner == kNoPartner)
       item.kind = ItemKind::kCode;
 }
 
@@ -387,16 +371,7 @@ bool PageExtraction::find_core(std::size_t& first, std::size_t& last) const {
     }
   }
 
-  // A code whose partner lies outside brings it in, with what is between them.
-  std::size_t seen_first = first;
-  std::size_t seen_last = first;  // [seen_first, seen_last) has been looked at
-  while (seen_first > first || seen_last <= last) {
-    const std::size_t i = seen_last <= last ? seen_last++ : --seen_first;
-    const std::size_t partner = items_[i].partner;
-    if (partner == kNone) continue;
-    first = std::min(first, partner);
-    last = std::max(last, partner);
-  }
+  include_partners(items_, first, last);
   return true;
 }
 
@@ -410,7 +385,7 @@ void PageExtraction::write_segment(std::size_t first, std::size_t last) {
   const std::string_view all = paragraph_;
   outside(all.substr(items_[first].begin, leading));
   const TextPlace place = place_of_text(all.substr(begin, end - begin));
-  builder_.start(line_, column_);
+  builder_.start(position_.line(), position_.column());
   builder_.context(to_context(place));
   for (std::size_t i = first; i <= last; ++i) {
     const Item& item = items_[i];
@@ -455,7 +430,7 @@ void PageExtraction::write_code(const Item& item) {
     const Value& value = values_[item.first_value + i];
     code_bytes(value.begin);
     const std::string_view text = bytes.substr(value.begin, value.end - value.begin);
-    value_builder_.start(line_, column_);
+    value_builder_.start(position_.line(), position_.column());
     value_builder_.context(to_context({value.place, {}}));
     value_builder_.note(value.attribute);
     text_.add_value(value_builder_, text, {value.place, {}});
@@ -481,7 +456,7 @@ void PageExtraction::write_tag_outside(std::string_view tag, std::size_t first_v
     if (value.computed != 0) {
       sink_.computed(value.computed, input_.original(bytes));
     } else {
-      value_builder_.start(line_, column_);
+      value_builder_.start(position_.line(), position_.column());
       value_builder_.context(to_context({value.place, {}}));
       value_builder_.note(value.attribute);
       text_.add_value(value_builder_, bytes, {value.place, {}});
@@ -520,23 +495,7 @@ void PageExtraction::raw_text(std::string_view bytes) {
 }
 
 void PageExtraction::advance(std::string_view bytes) {
-  if (bytes.empty()) return;
-  const char* const end = bytes.data() + bytes.size();
-  const char* line = bytes.data();
-  for (const char* p = bytes.data(); p != end;) {
-    // A line feed right after a return belongs to it.
-    const bool joins = after_return_ && *p == '\n';
-    after_return_ = false;
-    if (!joins) {
-      p = find_any<'\n', '\r'>(p, end);
-      if (p == end) break;
-      ++line_;
-      after_return_ = *p == '\r';
-    }
-    line = ++p;
-    column_ = 1;
-  }
-  column_ += static_cast<std::int64_t>(input_.original_size({line, static_cast<std::size_t>(end - line)}));
+  position_.advance(bytes, [this](std::string_view part) { return input_.original_size(part); });
 }
 
 }  // namespace kavo::markup

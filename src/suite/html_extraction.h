@@ -12,6 +12,8 @@
 #include <vector>
 
 #include "common/progress_event.h"
+#include "suite/code_pairs.h"
+#include "suite/document_place.h"
 #include "suite/filter.h"
 #include "suite/html_elements.h"
 #include "suite/html_page_input.h"
@@ -42,7 +44,6 @@ class PageExtraction {
     kContent,  // bytes that people will see something for: server code, text that is not to be translated
     kForeign,  // a picture or a formula in another language of markup
   };
-  static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
   // A part of a paragraph. Places are those of `paragraph_`.
   struct Item {
     ItemKind kind = ItemKind::kText;
@@ -51,8 +52,8 @@ class PageExtraction {
     std::string_view type;             // of a tag, a literal
     const Element* element = nullptr;  // of a tag
     std::size_t name_size = 0;
-    std::size_t partner = kNone;  // of an opening and its closing tag
-    std::size_t first_value = 0;  // in `values_`
+    std::size_t partner = kNoPartner;  // of an opening and its closing tag
+    std::size_t first_value = 0;       // in `values_`
     std::size_t value_count = 0;
     bool is_server_code = false;  // or holds some
   };
@@ -126,9 +127,7 @@ class PageExtraction {
   std::size_t preformatted_depth_ = 0;
   Protection protection_;
 
-  std::int64_t line_ = 1;
-  std::int64_t column_ = 1;
-  bool after_return_ = false;
+  DocumentPlace position_;
 };
 
 }  // namespace kavo::markup

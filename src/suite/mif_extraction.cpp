@@ -8,10 +8,6 @@
 namespace kavo::maker {
 namespace {
 
-// How many open codes a closing one looks through for its opening: enough for any nesting that people write, and a
-// bound for a paragraph that opens thousands and closes others.
-constexpr std::size_t kDeepestNesting = 64;
-
 // A longer font is not set again behind a coloured text.
 constexpr std::size_t kLongestFont = 4096;  // bytes
 
@@ -300,7 +296,8 @@ void MifExtraction::flush() {
   if (paragraph_.empty()) return;
   std::size_t first = 0;
   std::size_t last = 0;
-  pair_codes();
+  pair_codes(items_, open_codes_,
+             [](const Item& open, const Item& close) { return open.statement->type == close.statement->type; });
   std::size_t written = 0;
   const std::string_view all = paragraph_;
   if (find_core(first, last)) {
@@ -319,22 +316,6 @@ void MifExtraction::flush() {
   has_text_ = false;
 }
 
-void MifExtraction::pair_codes() {
-  open_codes_.clear();
-  for (std::size_t i = 0; i < items_.size(); ++i) {
-    if (items_[i].kind == ItemKind::kOpen) open_codes_.push_back(i);
-    if (items_[i].kind != ItemKind::kClose) continue;
-    for (std::size_t back = 1; back <= open_codes_.size() && back <= kDeepestNesting; ++back) {
-      const std::size_t candidate = open_codes_[open_codes_.size() - back];
-      if (items_[candidate].statement->type != items_[i].statement->type) continue;
-      items_[candidate].partner = i;
-      items_[i].partner = candidate;
-      open_codes_.resize(open_codes_.size() - back);
-      break;
-    }
-  }
-}
-
 // The items of the segment; false when there is no text.
 bool MifExtraction::find_core(std::size_t& first, std::size_t& last) const {
   first = 0;
@@ -347,16 +328,7 @@ bool MifExtraction::find_core(std::size_t& first, std::size_t& last) const {
   for (std::size_t i = last + 1; i < items_.size(); ++i)
     if (items_[i].kind == ItemKind::kVariable) last = i;
 
-  // A code whose partner lies outside brings it in, with what is between them.
-  std::size_t seen_first = first;
-  std::size_t seen_last = first;  // [seen_first, seen_last) has been looked at
-  while (seen_first > first || seen_last <= last) {
-    const std::size_t i = seen_last <= last ? seen_last++ : --seen_first;
-    const std::size_t partner = items_[i].partner;
-    if (partner == kNone) continue;
-    first = std::min(first, partner);
-    last = std::max(last, partner);
-  }
+  include_partners(items_, first, last);
   return true;
 }
 
@@ -410,7 +382,7 @@ void MifExtraction::write_string(const Item& item) {
 
 void MifExtraction::write_code(const Item& item) {
   CodeKind kind = CodeKind::kStandalone;
-  if (item.partner != kNone) kind = item.kind == ItemKind::kOpen ? CodeKind::kOpen : CodeKind::kClose;
+  if (item.partner != kNoPartner) kind = item.kind == ItemKind::kOpen ? CodeKind::kOpen : CodeKind::kClose;
   const std::string_view bytes = bytes_of(item);
   std::string_view type = item.statement->type;
   if (item.statement->name == "Char" && word_of(bytes, "Char") == "HardReturn") type = "lb";

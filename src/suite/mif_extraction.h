@@ -18,6 +18,7 @@
 
 #include "common/block_reader.h"
 #include "common/progress_event.h"
+#include "suite/code_pairs.h"
 #include "suite/document_place.h"
 #include "suite/filter.h"
 #include "suite/mif_text.h"
@@ -67,7 +68,6 @@ class MifExtraction {
   static const Statement kStatements[];
   static const Statement& find_statement(std::string_view name);
 
-  static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
   // A part of a paragraph. Places are those of `paragraph_`.
   struct Item {
     ItemKind kind = ItemKind::kHidden;
@@ -78,7 +78,7 @@ class MifExtraction {
     const Statement* statement = nullptr;  // of a code
     std::string_view text;                 // of a character
     bool is_visible = false;
-    std::size_t partner = kNone;  // of an opening and its closing code
+    std::size_t partner = kNoPartner;  // of an opening and its closing code
   };
   // What finish_statement() must know of the statement being read.
   struct Reading {
@@ -108,7 +108,6 @@ class MifExtraction {
 
   void hidden(std::string_view bytes);
   void flush();
-  void pair_codes();
   bool find_core(std::size_t& first, std::size_t& last) const;
   void write_segment(std::size_t first, std::size_t last);
   void write_string(const Item& item);

@@ -71,9 +71,33 @@ class SegmentWriter {
     if (is_byte || code == "\\x" || code == "\\u") joins_ = Joins::kAnything;
   }
 
-  void finish() { close_string(); }
+  void finish() {
+    close_string();
+    if (!place_.is_side_text) keep_frames();
+  }
 
  private:
+  // A paragraph that ran over into other text frames has lines that say so. The translation stands in the first line;
+  // the others follow without a text, because the paragraphs behind begin in the last of these frames.
+  void keep_frames() {
+    constexpr std::string_view kFrame = "<TextRectID";
+    const std::string_view original = hole_.original;
+    if (original.find(kFrame) == std::string_view::npos) return;
+    int depth = 0;
+    std::size_t frame = original.size();  // where the statement of one begins
+    maker::MifTokenScanner scanner;
+    maker::MifToken token;
+    for (std::size_t at = 0; at < original.size(); at += token.bytes.size()) {
+      scanner.next(original.substr(at), true, token);
+      if (token.kind == maker::MifTokenKind::kOpen && ++depth == 1 && token.bytes == kFrame) frame = at;
+      if (token.kind != maker::MifTokenKind::kClose || --depth != 0 || frame >= at) continue;
+      (bytes_ += place_.separator) += ">";
+      (bytes_ += place_.separator) += "<ParaLine ";
+      (bytes_ += place_.separator) += original.substr(frame, at + 1 - frame);
+      frame = original.size();
+    }
+  }
+
   // What would become one character with what was written last, in the same string.
   enum class Joins : std::uint8_t { kNothing, kEscapes, kAnything };
 

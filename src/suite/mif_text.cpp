@@ -7,7 +7,7 @@
 #include <unordered_map>
 
 #include "common/byte_scan.h"
-#include "platform/failure.h"
+#include "suite/euc_japanese.h"
 
 namespace kavo::maker {
 namespace {
@@ -30,9 +30,8 @@ struct DeclaredCoding {
 };
 constexpr DeclaredCoding kDeclaredCodings[] = {
     {"\x93\xFA\x96\x7B\x8C\xEA", 932}, {"\xD6\xD0\xCE\xC4", 936}, {"\xA4\xA4\xA4\xE5", 950},
-    {"\xC7\xD1\xB1\xB9\xBE\xEE", 949}, {"\xC7\xD1\xB1\xDB", 949},
+    {"\xC7\xD1\xB1\xB9\xBE\xEE", 949}, {"\xC7\xD1\xB1\xDB", 949}, {"\xC6\xFC\xCB\xDC\xB8\xEC", kEucJapanese},
 };
-constexpr std::string_view kDeclaredEuc = "\xC6\xFC\xCB\xDC\xB8\xEC";
 
 constexpr NamedCharacter kNamedCharacters[] = {
     {"Tab", "\t", ""},
@@ -104,7 +103,7 @@ std::string character_of_byte(unsigned char byte) {
     append_utf8(text, kUpperHalf[byte - 0x80]);
   } else if (byte >= 0x20) {
     text = static_cast<char>(byte);
-  } else if (byte == 0x08 || byte == 0x09) {
+  } else if (byte == 0x08) {  // 0x09 is a forced return, which stays as it is written
     text = "\t";
   } else {
     for (const NamedCharacter& named : kNamedCharacters)
@@ -142,10 +141,6 @@ std::optional<unsigned> declared_code_page(std::string_view beginning) {
   const std::string value = unescaped(rest.substr(0, rest.find('>')));
   for (const DeclaredCoding& declared : kDeclaredCodings)
     if (value.find(declared.word) != std::string::npos) return declared.code_page;
-  if (value.find(kDeclaredEuc) != std::string::npos)
-    throw failure(
-        FailureNumber::kInvalidCall,
-        u"The document is in Japanese EUC, which is not supported; save it in Shift-JIS or as MIF 8 or later");
   return std::nullopt;
 }
 

@@ -25,8 +25,7 @@ struct MifTextCoding {
   std::size_t mark_size = 0;           // of the byte order mark in front
 };
 
-// The coding of a document that begins so. One without a version is read like one before 8.0. Throws `failure` 5 for
-// one that says that it is in EUC, which no ANSI code page is.
+// The coding of a document that begins so. One without a version is read like one before 8.0.
 MifTextCoding coding_of(std::string_view beginning, unsigned source_code_page);
 
 // A character that has a name of its own in a `Char` statement.

@@ -1,10 +1,12 @@
 #include "suite/text_coding.h"
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 
 #include "platform/failure.h"
 #include "platform/unicode.h"
+#include "suite/euc_japanese.h"
 
 namespace kavo {
 namespace {
@@ -92,7 +94,8 @@ struct TextCoding::Tables {
 
 TextCoding::TextCoding(unsigned number) : number_(number) {
   if (is_utf16() || number_ == kUtf8CodePage) return;
-  tables_ = std::make_unique<Tables>(make_code_page(std::to_string(number)));
+  tables_ =
+      std::make_unique<Tables>(number == kEucJapanese ? make_euc_japanese() : make_code_page(std::to_string(number)));
   for (unsigned byte = 0; byte < 256; ++byte)
     is_lead_[byte] = tables_->page->is_lead_byte(static_cast<unsigned char>(byte));
 }
@@ -120,6 +123,10 @@ std::size_t TextCoding::decode_one(std::string_view bytes, std::string& utf8, bo
     valid = length != 0;
     utf8 += bytes.substr(0, length);
     return valid ? length : 1;
+  }
+  if (number_ == kEucJapanese && first == kEucThreeBytes) {
+    valid = false;
+    return std::min<std::size_t>(3, bytes.size());
   }
   std::size_t length = 1;
   char32_t character = tables_->single[first];

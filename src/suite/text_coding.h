@@ -1,4 +1,4 @@
-// The coding of a document's bytes: an ANSI code page, UTF-8 or UTF-16.
+// The coding of a document's bytes: an ANSI code page, Japanese EUC, UTF-8 or UTF-16.
 //
 // Unlike the code page port this tells which bytes are invalid and which characters are missing, the same way on every
 // system, so that filters can keep the one as codes and escape the other. It asks the port for every character once

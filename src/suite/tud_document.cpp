@@ -73,7 +73,7 @@ Value TUDDocument::merge_details(std::span<Argument> arguments) {
       throw failure(FailureNumber::kInvalidCall, u"The document does not tell which filter made it");
     arguments[0].value = to_utf16(header.source_format);
     arguments[1].value = document().target_name();
-    arguments[2].value = to_utf16(header.skeleton);
+    arguments[2].value = core_file_name(header.skeleton);
     arguments[3].value = to_utf16(header.filter);
   });
 }

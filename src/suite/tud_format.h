@@ -19,10 +19,11 @@ inline constexpr std::string_view kToolId = "K19Suite";
 
 // What the document's header tells. Languages are the suite's own codes ("EN-US").
 struct TudHeader {
-  std::string original;       // file name of the source document, without folder
+  // File names without folder, in the system's own form: any bytes, of which the format escapes what XML lacks.
+  std::string original;       // of the source document
   std::string source_format;  // its extension in capitals
   std::string filter;         // tag
-  std::string skeleton;       // file name without folder; "" when it is inside the document
+  std::string skeleton;       // "" when it is inside the document
   bool has_skeleton_inside = false;
   std::string source_language;
   std::string target_language;
@@ -31,6 +32,9 @@ struct TudHeader {
   std::uint64_t checksum = 0;  // of the source document
   std::string datatype;        // XLIFF's word for the format
 };
+
+// A file name of the header as the core writes it; of a path only what is behind its last separator.
+std::u16string core_file_name(std::string_view name);
 
 // A unit as it was read. Places are those of the file's bytes.
 struct TudUnit {

@@ -7,6 +7,7 @@
 #include <charconv>
 
 #include "platform/failure.h"
+#include "platform/files.h"
 #include "platform/unicode.h"
 #include "suite/tud_format.h"
 
@@ -120,7 +121,7 @@ class TudParser final : public XmlHandler {
     } else if (name == "file") {
       if (seen_file_) reader_.refuse(u"the document holds more than one file");
       seen_file_ = true;
-      header_.original = attributes.text("original");
+      header_.original = from_uri(attributes.text("original"));
       header_.datatype = attributes.text("datatype");
       header_.source_language = attributes.text("source-language");
       header_.target_language = attributes.text("target-language");
@@ -128,7 +129,7 @@ class TudParser final : public XmlHandler {
       in_skeleton_ = true;
       skeleton_tag_ = place;
     } else if (in_skeleton_ && name == "external-file") {
-      header_.skeleton = file_name_of(from_uri(attributes.text("href")));
+      header_.skeleton = from_uri(file_name_of(attributes.text("href")));
     } else if (in_skeleton_ && name == "internal-file") {
       header_.has_skeleton_inside = true;
       in_internal_file_ = true;
@@ -317,6 +318,11 @@ TranslationStatus status_of(const TudUnit& unit) {
   if (starts_with_any(unit.state_qualifier, {"exact-match", "id-match", "leveraged-"}))
     return TranslationStatus::kExact;
   return TranslationStatus::kTranslated;
+}
+
+std::u16string core_file_name(std::string_view name) {
+  const std::u16string path = path_from_host(name);
+  return path.substr(path.rfind(u'\\') + 1);
 }
 
 void read_tud(std::u16string_view path, TudEvents& events, ProgressEvent* progress, XmlCoding* coding) {

@@ -1,4 +1,7 @@
 // The writing half of the bilingual document's format: new documents.
+#include <algorithm>
+
+#include "suite/text_coding.h"
 #include "suite/tud_format.h"
 #include "suite/xml_text.h"
 
@@ -21,22 +24,46 @@ void append_attribute(std::string& xml, std::string_view name, std::string_view 
   xml += '"';
 }
 
+void append_percent(std::string& uri, char c) {
+  constexpr std::string_view digits = "0123456789ABCDEF";
+  const auto byte = static_cast<unsigned char>(c);
+  uri += '%';
+  uri += digits[byte >> 4];
+  uri += digits[byte & 15];
+}
+
 // A reference to a file beside the document is a URI.
 std::string uri_of(std::string_view file_name) {
-  constexpr std::string_view digits = "0123456789ABCDEF";
   constexpr std::string_view plain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~";
   std::string uri;
   for (const char c : file_name) {
-    if (plain.find(c) != std::string_view::npos) {
+    if (plain.find(c) != std::string_view::npos)
       uri += c;
-    } else {
-      const auto byte = static_cast<unsigned char>(c);
-      uri += '%';
-      uri += digits[byte >> 4];
-      uri += digits[byte & 15];
-    }
+    else
+      append_percent(uri, c);
   }
   return uri;
+}
+
+// A file name that people read: escaped as in a URI is only what XML lacks, a "\" that other systems take for a
+// separator, and a "%" that would be taken for an escape.
+std::string readable_name(std::string_view file_name) {
+  const auto is_hexadecimal = [](char c) {
+    return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'F') || (c >= 'a' && c <= 'f');
+  };
+  std::string name;
+  for (std::string_view rest = file_name; !rest.empty();) {
+    const std::size_t length = utf8_character_length(rest);
+    const std::string_view character = rest.substr(0, std::max<std::size_t>(length, 1));
+    const bool looks_escaped = rest.size() > 2 && is_hexadecimal(rest[1]) && is_hexadecimal(rest[2]);
+    if (length == 0 || character == "\\" || (character == "%" && looks_escaped) ||
+        !is_xml_character(utf8_code_point(character)))
+      for (const char c : character) append_percent(name, c);
+    else
+      name += character;
+    rest.remove_prefix(character.size());
+  }
+  return name;
 }
 
 // White space that an editor would tidy away: at either end, doubled, or other than a blank.
@@ -74,7 +101,7 @@ void append_tud_start(std::string& xml, const TudHeader& header) {
   xml += "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<xliff version=\"1.2\"";
   append_attribute(xml, "xmlns", kXliffNamespace);
   xml += ">\n<file";
-  append_attribute(xml, "original", header.original);
+  append_attribute(xml, "original", readable_name(header.original));
   append_attribute(xml, "source-language", bcp47_of(header.source_language));
   append_attribute(xml, "target-language", bcp47_of(header.target_language));
   append_attribute(xml, "datatype", header.datatype);

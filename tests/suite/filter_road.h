@@ -37,13 +37,13 @@ class FilterRoad {
     ProgressEvent progress;
     convert_document(request, progress);
     const BilingualDocument document(kTud);
-    coding_ = document.header().target_code_page;
+    header_ = document.header();
     std::vector<std::string> texts;
     for (std::size_t i = 0; i < document.size(); ++i) texts.emplace_back(document.segment(i).source);
     return texts;
   }
-  // The code page of the document that was taken apart last, as its target has it.
-  unsigned target_code_page() const { return coding_; }
+  // Of the document that was taken apart last.
+  const TudHeader& header() const { return header_; }
 
   // The document that was taken apart last, with these texts; {} for its own.
   std::string put_together(const std::vector<std::string>& texts) {
@@ -70,7 +70,16 @@ class FilterRoad {
   std::u16string document_;
   std::u16string target_;
   unsigned code_page_;
-  unsigned coding_ = 0;
+  TudHeader header_;
 };
+
+// "" when the texts that came back are those that were wanted; else what is broken.
+inline std::string broken_texts(const std::vector<std::string>& wanted, const std::vector<std::string>& found) {
+  for (std::size_t i = 0; i < wanted.size() && i < found.size(); ++i)
+    if (found[i] != wanted[i])
+      return "text " + std::to_string(i + 1) + " is \"" + found[i] + "\" instead of \"" + wanted[i] + "\"";
+  if (found.size() == wanted.size()) return {};
+  return std::to_string(found.size()) + " texts instead of " + std::to_string(wanted.size());
+}
 
 }  // namespace kavo::test

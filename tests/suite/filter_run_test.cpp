@@ -87,14 +87,18 @@ TEST_F(FilterRunTest, ATypeWithoutAFilterStopsTheRun) {
   EXPECT_EQ(convert_produced_files(produced, languages).result, 200);
 }
 
-TEST_F(FilterRunTest, AnOldDocumentAndItsSkeletonAreDeletedFirst) {
+TEST_F(FilterRunTest, AnOldDocumentAndItsSkeletonMakeWayAndComeBackWhenTheFilterFails) {
   put(u"a_txt_FR.tud", "old");
-  put(u"a_txt_FR.tud.skl", "old");
+  put(u"a_txt_FR.tud.skl", "old skeleton");
   files.set_read_only(in_folder(u"a_txt_FR.tud"), true);
   std::vector<ProducedFile> produced{{in_folder(u"a.txt"), kPlainText, u""}};
   EXPECT_EQ(convert_produced_files(produced, languages).result, 200);
-  EXPECT_FALSE(has(u"a_txt_FR.tud"));
-  EXPECT_FALSE(has(u"a_txt_FR.tud.skl"));
+  EXPECT_EQ(files.get(in_folder(u"a_txt_FR.tud")), "old");
+  EXPECT_EQ(files.get(in_folder(u"a_txt_FR.tud.skl")), "old skeleton");
+  put(u"a.txt", "One\n");
+  EXPECT_EQ(convert_produced_files(produced, languages).result, 0);
+  EXPECT_NE(files.get(in_folder(u"a_txt_FR.tud")), "old");
+  EXPECT_FALSE(has(u"a_txt_FR.tud.kavo-old"));
 }
 
 TEST_F(FilterRunTest, ASuiteThatRefusesToLockIsAFailure) {
@@ -107,6 +111,8 @@ TEST_F(FilterRunTest, ASuiteThatRefusesToLockIsAFailure) {
   const FilterRun run = convert_produced_files(produced, languages);
   EXPECT_EQ(run.result, 200);
   EXPECT_EQ(run.reason, u"Open");
+  EXPECT_FALSE(has(u"a_scr_FR.tud")) << "a document whose script is not locked is not done";
+  EXPECT_FALSE(has(u"a_scr_FR.tud.skl"));
 }
 
 TEST(ContainsQuotedText, TwoQuotesOfAKind) {

@@ -6,12 +6,8 @@
 #include <vector>
 
 #include "common/block_reader.h"
-#include "common/tud_names.h"
-#include "platform/ports.h"
-#include "suite/bilingual_document.h"
 #include "suite/coded_text.h"
-#include "suite/conversion.h"
-#include "support/memory_files.h"
+#include "suite/filter_road.h"
 
 namespace kavo::test {
 
@@ -35,73 +31,18 @@ inline std::string accented(std::string_view coded) {
   return result;
 }
 
-class HtmlRoad {
- public:
-  explicit HtmlRoad(unsigned code_page) : code_page_(code_page) { ports().files = &files_; }
-
-  // The texts of a page, as coded text.
-  std::vector<std::string> take_apart(std::string_view page) {
-    files_.put(kPage, page);
-    ConversionRequest request;
-    request.document = kPage;
-    request.tud = kTud;
-    request.source_language = u"EN-US";
-    request.target_language = u"EN-US";
-    request.source_code_page = code_page_;
-    request.filter = u"K19HTM";
-    ProgressEvent progress;
-    convert_document(request, progress);
-    const BilingualDocument document(kTud);
-    std::vector<std::string> texts;
-    for (std::size_t i = 0; i < document.size(); ++i) texts.emplace_back(document.segment(i).source);
-    return texts;
-  }
-
-  // The page that was taken apart last, with these texts; {} for its own.
-  std::string put_together(const std::vector<std::string>& texts) {
-    BilingualDocument document(kTud);
-    for (std::size_t i = 0; i < texts.size(); ++i) document.set_segment(i, texts[i], TranslationStatus::kTranslated, 0);
-    document.save();
-    TargetRequest request;
-    request.target = kTarget;
-    request.open_tag = kOpenTag;
-    request.skeleton = skeleton_name_of(kTud);
-    document.save_open_tag(request.open_tag);
-    ProgressEvent progress;
-    create_target(request, progress);
-    return files_.get(kTarget);
-  }
-
- private:
-  static constexpr const char16_t* kPage = u"C:\\work\\a.htm";
-  static constexpr const char16_t* kTud = u"C:\\work\\a.tud";
-  static constexpr const char16_t* kOpenTag = u"C:\\work\\a.otf";
-  static constexpr const char16_t* kTarget = u"C:\\work\\b.htm";
-
-  PortsScope scope_;
-  MemoryFiles files_;
-  unsigned code_page_;
-};
-
 // "" when a page comes back unchanged byte for byte and, when `translates`, translated with every text in its place;
 // else what is broken.
 inline std::string broken_html_property(std::string_view page, unsigned code_page, bool translates,
                                         std::size_t* text_count = nullptr) {
-  HtmlRoad road(code_page);
+  FilterRoad road(u"K19HTM", u".htm", code_page);
   const std::vector<std::string> texts = road.take_apart(page);
   if (text_count) *text_count = texts.size();
   if (road.put_together({}) != page) return "the unchanged page differs";
   if (!translates) return {};
   std::vector<std::string> wanted;
   for (const std::string& text : texts) wanted.push_back(accented(text));
-  const std::string translated = road.put_together(wanted);
-  const std::vector<std::string> found = road.take_apart(translated);
-  for (std::size_t i = 0; i < wanted.size() && i < found.size(); ++i)
-    if (found[i] != wanted[i])
-      return "text " + std::to_string(i + 1) + " is \"" + found[i] + "\" instead of \"" + wanted[i] + "\"";
-  if (found.size() != wanted.size())
-    return std::to_string(found.size()) + " texts instead of " + std::to_string(wanted.size());
-  return {};
+  return broken_texts(wanted, road.take_apart(road.put_together(wanted)));
 }
 
 // For any bytes: the first tells the size of the blocks and the coding, the rest is the page.

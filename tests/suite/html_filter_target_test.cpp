@@ -28,6 +28,7 @@ TEST_F(HtmlFilterTest, ThePageTellsItsCoding) {
       {"http-equiv", "<META CONTENT='text/html; charset = iso-8859-1' HTTP-EQUIV=Content-Type>\xE9", u"\u00E9"},
       {"XML declaration", "<?xml version='1.0' encoding='windows-1251'?>\xE9", u"\u0439"},
       {"Japanese", "<meta charset=\"Shift_JIS\">\x83\x5C\x83\x7C", u"\u30BD\u30DD"},
+      {"Japanese EUC", "<meta charset=EUC-JP>\xA5\xBD\x8E\xB1\x8F\xB0\xA1x", u"\u30BD\uFF71<1/>x"},
       {"not in a comment", "<!-- <meta charset=windows-1252> -->\xC3\xA9", u"\u00E9"},
       {"not in a script", "<script>'<meta charset=windows-1252>'</script>\xC3\xA9", u"\u00E9"},
       {"unknown", "<meta charset='<%= x %>'>\xC3\xA9", u"\u00E9"},
@@ -57,6 +58,12 @@ TEST_F(HtmlFilterTest, TrailBytesThatLookLikeSyntax) {
   const std::string_view page = "<meta charset=shift_jis><p title='\x83\x5C'>\x83\x7C\x83\x60 x</p>";
   EXPECT_EQ(texts_of(page), (std::vector<std::u16string>{u"\u30BD", u"\u30DD\u30C1 x"}));
   EXPECT_EQ(translated_page(page, to_x), "<meta charset=shift_jis><p title='\x83\x5C'>\x83\x7C\x83\x60 X</p>");
+}
+
+TEST_F(HtmlFilterTest, JapaneseEucIsWrittenAgain) {
+  const auto longer = [](std::u16string text) { return text + u"\u30C1\uFF71\u00E9"; };
+  EXPECT_EQ(translated_page("<meta charset=euc-jp><p>\xA5\xBD</p>", longer),
+            "<meta charset=euc-jp><p>\xA5\xBD\xA5\xC1\x8E\xB1&#233;</p>");
 }
 
 TEST_F(HtmlFilterTest, CharactersThatTheCodingLacksBecomeReferences) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/failure.h"
+#include "suite/euc_japanese.h"
 
 namespace kavo::test {
 namespace {
@@ -37,6 +38,10 @@ TEST(TextCoding, Decodes) {
        "Hello, long enough for eight bytes a turn.\t\r\n"sv},
       {"single byte", 1252, "caf\xE9"sv, "caf\xC3\xA9"sv},
       {"two bytes with a trail byte that looks like syntax", 932, "\x83\x5C\x95\x5C"sv, "\xE3\x82\xBD\xE8\xA1\xA8"sv},
+      {"Japanese EUC", kEucJapanese, "a\xA4\xA2\xB0\xA1\x8E\xB1~\xF4\xA6"sv,
+       "a\xE3\x81\x82\xE4\xBA\x9C\xEF\xBD\xB1~\xE7\x86\x99"sv},
+      {"three bytes of Japanese EUC", kEucJapanese, "\x8F\xB0\xA1\xA4\xA2"sv, "[3]\xE3\x81\x82"sv},
+      {"broken Japanese EUC", kEucJapanese, "\xA4 \x8E\x40\x80\x8F"sv, "[1] [1]@[1][1]"sv},
       {"lead byte at the end", 932, "a\x83"sv, "a[1]"sv},
       {"UTF-8", 65001, "\xE2\x82\xAC\xF0\x9F\x98\x80"sv, "\xE2\x82\xAC\xF0\x9F\x98\x80"sv},
       {"invalid UTF-8", 65001,
@@ -70,6 +75,8 @@ TEST(TextCoding, Encodes) {
   EXPECT_EQ(encoded(1252, "caf\xC3\xA9"), "caf\xE9");
   EXPECT_EQ(encoded(1252, "\xCE\xB1\xF0\x9F\x98\x80"), "{945}{128512}");
   EXPECT_EQ(encoded(932, "\xE3\x82\xBD"), "\x83\x5C");
+  EXPECT_EQ(encoded(kEucJapanese, "\xE3\x82\xBD\xEF\xBD\xB1"), "\xA5\xBD\x8E\xB1");
+  EXPECT_EQ(encoded(kEucJapanese, "\xC3\xA9?"), "{233}?");
   EXPECT_EQ(encoded(65001, "\xE2\x82\xAC"), "\xE2\x82\xAC");
   EXPECT_EQ(encoded(1200, "a\xF0\x9F\x98\x80"), "a\0\x3D\xD8\x00\xDE"sv);
   EXPECT_EQ(encoded(1201, "a"), "\0a"sv);
@@ -77,7 +84,7 @@ TEST(TextCoding, Encodes) {
 
 // What is decoded encodes to the same bytes: the promise on which unchanged text in changed segments rests.
 TEST(TextCoding, EveryValidCharacterComesBackAsItsBytes) {
-  for (const unsigned number : {874u, 932u, 936u, 949u, 950u, 1250u, 1251u, 1252u, 1255u, 1258u}) {
+  for (const unsigned number : {874u, 932u, 936u, 949u, 950u, 1250u, 1251u, 1252u, 1255u, 1258u, kEucJapanese}) {
     const TextCoding coding(number);
     for (unsigned first = 0; first < 256; ++first)
       for (unsigned second = 0x40; second < (coding.is_lead_byte(static_cast<unsigned char>(first)) ? 256u : 0x41u);

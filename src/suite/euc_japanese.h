@@ -1,0 +1,19 @@
+// Japanese EUC, the coding of many pages and UNIX documents from Japan. It is no ANSI code page, so no system is asked
+// for it: its characters of one and two bytes (JIS X 0201 and 0208) are those of code page 932 in other places.
+//
+// The characters of three bytes (JIS X 0212, behind 0x8F) are not in that code page; they count as invalid bytes, which
+// documents keep as they are.
+#pragma once
+
+#include <memory>
+
+#include "platform/code_page.h"
+
+namespace kavo {
+
+inline constexpr unsigned kEucJapanese = 51932;        // as Windows numbers it
+inline constexpr unsigned char kEucThreeBytes = 0x8F;  // leads a character of three
+
+std::unique_ptr<CodePage> make_euc_japanese();
+
+}  // namespace kavo
