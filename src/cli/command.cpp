@@ -77,6 +77,8 @@ int run_verb(Verb& verb, const std::string& name, const Options& options) {
   const std::vector<std::string> files = options.files.empty() ? std::vector<std::string>{""} : options.files;
   ProgressBar bar(options.quiet ? ProgressBar::Mode::kNone : options.progress, files.size());
   Report report(name, options.json, options.quiet);
+  verb.tell_step = [&bar](std::string step) { bar.rename(std::move(step)); };
+  for (const std::string& file : options.files) verb.files.push_back(path_from_host(file));
   verb.start();
   for (const std::string& file : files) {
     throw_if_interrupted();
@@ -140,7 +142,7 @@ int run_command(std::vector<std::string> arguments) {
   std::vector<Command> commands;
   for (const VerbEntry& entry : all_verbs()) {
     CLI::App* verb_app = groups.at(entry.group)->add_subcommand(std::string(entry.name), std::string(entry.summary));
-    verb_app->group("Verbs");
+    verb_app->group(entry.is_listed ? "Verbs" : "");
     commands.push_back({entry, entry.make(), verb_app});
     commands.back().verb->add_options(*verb_app);
     add_common_options(*verb_app, entry, options);

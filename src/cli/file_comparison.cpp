@@ -45,6 +45,7 @@ std::optional<FileDifference> first_difference(std::u16string_view first, std::u
       place.column += static_cast<std::int64_t>(same);
       before += equal;
     }
+    place.position += same;
     if (before.size() > kBefore) before.erase(0, before.size() - kBefore);
     one.consume(same);
     two.consume(same);

@@ -1,6 +1,8 @@
 // kavo html ...: the converters of HTML and server pages, each alone.
+#include "cli/report.h"
 #include "cli/verb.h"
 #include "driver/file_types.h"
+#include "driver/run_files.h"
 #include "html/clsASP2HTML.h"
 #include "html/clsHTMLValidate.h"
 #include "platform/files.h"
@@ -11,6 +13,7 @@ namespace {
 class Protect final : public Verb {
  public:
   Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
+    refuse_twin(file);
     clsASP2HTML scripts;
     scripts.Progress(progress);
     scripts.ASPFile(file);
@@ -41,6 +44,7 @@ class Restore final : public Verb {
     Outcome outcome;
     outcome.result = scripts.HTML2ASP();
     outcome.messages = without_heading(scripts.ErrorList());
+    if (const std::u16string warning = scripts.warning(); !warning.empty()) outcome.messages.push_back({warning});
     if (outcome.result != 0)
       outcome.ending = Outcome::kFailed;
     else
@@ -67,7 +71,7 @@ class Validate final : public Verb {
     Outcome outcome;
     outcome.result = validation.HTMLValidate();
     outcome.messages = without_heading(validation.ErrorList());
-    outcome.details["repairs"] = validation.repairs();
+    add_repairs(outcome.details, sorted_page_messages(outcome.messages).repairs, path_to_host(file));
     if (outcome.result != 0)
       outcome.ending = Outcome::kFailed;
     else if (check_ && validation.repairs() != 0)

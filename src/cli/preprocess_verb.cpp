@@ -1,4 +1,5 @@
-// kavo preprocess: what a host does with the automation object, one document after the other.
+// kavo preprocess: what a host does with the automation object, one document after the other. The MIF documents of a
+// folder are one batch, as their side files are.
 #include "cli/verb.h"
 #include "driver/K19FPWObj.h"
 
@@ -10,6 +11,7 @@ class Preprocess final : public Verb {
   void start() override {
     driver_.emplace();
     driver_->QuietMode(1);
+    driver_->batch(files);
   }
   Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
     Outcome outcome;

@@ -26,6 +26,12 @@ void ProgressBar::next_file(std::string name) {
   ++file_number_;
 }
 
+void ProgressBar::rename(std::string name) {
+  if (name == name_) return;
+  name_ = std::move(name);
+  drawn_percent_ = -1;
+}
+
 void ProgressBar::report(std::int16_t percent) {
   if (!wanted_ || file_number_ == 0) return;
   const int whole = static_cast<int>(((file_number_ - 1) * 100 + static_cast<std::size_t>(percent)) / file_count_);

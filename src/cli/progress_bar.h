@@ -17,6 +17,8 @@ class ProgressBar {
 
   // The next file (its name as the user wrote it) begins at 0 percent.
   void next_file(std::string name);
+  // Another text in the place of its name.
+  void rename(std::string name);
   // Percent of the current file; the bar shows the share of all files.
   void report(std::int16_t percent);
   // Clears the line, so that other text can be written; the next report() draws it again.

@@ -5,6 +5,7 @@
 
 #include "common/clsCommon.h"
 #include "driver/file_types.h"
+#include "html/clsHTMLValidate.h"
 #include "platform/files.h"
 #include "platform/unicode.h"
 #include "resources/string_table.h"
@@ -48,6 +49,24 @@ std::string message_text(const Message& message, const std::string& file) {
   const std::string told = "Line " + std::to_string(message.line) + ", column " + std::to_string(message.column) + ": ";
   if (message.line > 0 && text.starts_with(told)) text.erase(0, told.size());
   return text;
+}
+
+nlohmann::ordered_json listed(const MessageList& messages, const std::string& file) {
+  auto list = nlohmann::ordered_json::array();
+  for (const Message& message : messages)
+    list.push_back({{"line", message.line}, {"column", message.column}, {"text", message_text(message, file)}});
+  return list;
+}
+
+PageMessages sorted_page_messages(const MessageList& messages) {
+  PageMessages sorted;
+  for (const Message& message : messages) (tells_repair(message) ? sorted.repairs : sorted.notes).push_back(message);
+  return sorted;
+}
+
+void add_repairs(nlohmann::ordered_json& details, const MessageList& repairs, const std::string& file) {
+  details["repairs"] = listed(repairs, file);
+  details["repair_count"] = repairs.size();
 }
 
 void Report::add(const std::string& file, const Outcome& outcome, double seconds) {

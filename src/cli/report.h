@@ -11,6 +11,18 @@ namespace kavo {
 // A message on one line, without the place that it tells in words; `file` is the name as the user wrote it.
 std::string message_text(const Message& message, const std::string& file);
 
+// Messages as a list of `line`, `column` and `text`; `file` as above.
+nlohmann::ordered_json listed(const MessageList& messages, const std::string& file);
+
+// What the repair of a page told.
+struct PageMessages {
+  MessageList repairs;
+  MessageList notes;  // what was left as it is
+};
+PageMessages sorted_page_messages(const MessageList& messages);
+// The fields `repairs` and `repair_count`, which every verb that repairs pages has.
+void add_repairs(nlohmann::ordered_json& details, const MessageList& repairs, const std::string& file);
+
 class Report {
  public:
   Report(std::string verb, bool json, bool quiet) : verb_(std::move(verb)), json_(json), quiet_(quiet) {}

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <memory>
 
+#include "cli/scratch_registry.h"
 #include "cli/work_folder.h"
 #include "common/clsCommon.h"
 #include "common/pending_file.h"
@@ -32,6 +33,10 @@ class RoadCheck {
       : driver_(driver), document_(document), name_(file_name_of(document)), languages_(languages), result_(result) {}
 
   void run(const ProgressEvent::Handler& progress) {
+    // Rebuilding sets the font map of the document's folder, here a scratch folder.
+    ScratchRegistry registry(*ports().registry);
+    const PortsScope scope;
+    ports().registry = &registry;
     const std::int32_t type = FileTypeOf(document_);
     if (type == kUnknownFile) throw failure(FailureNumber::kInvalidCall, u"This type of file is not known");
     result_.is_page = type == kHtmlPage || type == kServerPage;
@@ -116,6 +121,10 @@ class RoadCheck {
       if (!result_.difference || repaired.empty() || !first_difference(document_, repaired)) return;
       result_.was_repaired = true;
       result_.difference = first_difference(repaired, rebuilt);
+      if (!result_.difference) return;
+      const LinePlace place = source_place(driver_.page_origin().of_restored_page(result_.difference->position));
+      result_.difference->line = place.line;
+      result_.difference->column = place.column;
     });
   }
 
@@ -141,6 +150,7 @@ class RoadCheck {
     const std::size_t message_count = result_.messages.size();
     guarded(result_.translated_failure, [&] {
       const std::vector<ProducedFile> first = prepare(copy_to("translated", document_).path, languages);
+      const PageOrigin origin = driver_.page_origin();  // the next preparation has another one
       ProgressEvent progress;
       for (const ProducedFile& file : first) pseudo_translate(file.tud_name, progress);
       // The documents are read before they are rebuilt: nothing says that the rebuilding keeps them.
@@ -153,27 +163,33 @@ class RoadCheck {
       const std::u16string rebuilt = rebuild(first[0].tud_name);
       const std::vector<ProducedFile> second = prepare(copy_to("again", rebuilt).path, languages);
       for (std::size_t i = 0; i < first.size() && i < second.size(); ++i)
-        compare(first[i], *wanted[i], second[i], BilingualDocument(second[i].tud_name));
+        compare(first[i], *wanted[i], BilingualDocument(second[i].tud_name), origin);
     });
     // They were told for the untranslated document already.
     result_.messages.resize(std::min(message_count, result_.messages.size()));
   }
 
-  void compare(const ProducedFile& first, const BilingualDocument& wanted, const ProducedFile& second,
-               const BilingualDocument& given) {
+  void compare(const ProducedFile& file, const BilingualDocument& wanted, const BilingualDocument& given,
+               const PageOrigin& origin) {
     std::vector<std::string_view> expected(wanted.size());
     for (std::size_t i = 0; i < expected.size(); ++i) expected[i] = wanted.segment(i).target;
     std::vector<std::string_view> found(given.size());
     for (std::size_t i = 0; i < found.size(); ++i) found[i] = given.segment(i).source;
+    std::optional<LineIndex> lines;  // of the prepared page or script file
     for (const TextFinding& difference : compare_texts(expected, found)) {
       RoadFinding finding;
       finding.change = difference.change;
-      const bool is_extra = difference.expected == TextFinding::kNone;
-      const BilingualSegment segment = is_extra ? given.segment(difference.found) : wanted.segment(difference.expected);
-      finding.file = file_name_of(is_extra ? second.file_name : first.file_name);
-      finding.line = segment.line;
-      finding.column = segment.column;
-      if (!is_extra) finding.expected = shown(expected[difference.expected]);
+      if (!result_.is_page && file_name_of(file.file_name) != name_) finding.side_file = file_name_of(file.file_name);
+      if (difference.place != TextFinding::kNone) {
+        const BilingualSegment segment = wanted.segment(difference.place);
+        finding.place = {segment.line, segment.column};
+      }
+      if (result_.is_page) {
+        if (!lines) lines.emplace(file.file_name);
+        const std::uint64_t place = lines->position_of(finding.place);
+        finding.place = source_place(file.file_type == kPlainText ? origin.of_script(place) : origin.of_page(place));
+      }
+      if (difference.expected != TextFinding::kNone) finding.expected = shown(expected[difference.expected]);
       if (difference.found != TextFinding::kNone) finding.found = shown(found[difference.found]);
       if (difference.change == TextChange::kBrokenCodes) {
         finding.problem = code_problem(expected[difference.expected], found[difference.found]);
@@ -183,6 +199,11 @@ class RoadCheck {
     }
   }
 
+  LinePlace source_place(std::uint64_t position) {
+    if (!source_lines_) source_lines_.emplace(document_);
+    return source_lines_->place_of(position);
+  }
+
   K19FPWObj& driver_;
   const std::u16string& document_;
   std::u16string name_;
@@ -190,6 +211,7 @@ class RoadCheck {
   RoadResult& result_;
   WorkFolder folder_;
   std::vector<std::u16string> folders_;  // of the copies
+  std::optional<LineIndex> source_lines_;
 };
 
 }  // namespace

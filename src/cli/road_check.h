@@ -12,6 +12,7 @@
 
 #include "cli/file_comparison.h"
 #include "cli/text_comparison.h"
+#include "common/line_index.h"
 #include "common/messages.h"
 #include "common/progress_event.h"
 #include "driver/K19FPWObj.h"
@@ -21,12 +22,11 @@ namespace kavo {
 // A text that did not come back as it should, in UTF-8 with its codes as tags.
 struct RoadFinding {
   TextChange change = TextChange::kChanged;
-  std::u16string file;  // name of the prepared file that the place is in; of a text too much, of the rebuilt one's
-  std::uint32_t line = 0;
-  std::uint32_t column = 0;
-  std::string expected;  // "" for a text too much
-  std::string found;     // "" for a lost one
-  std::string problem;   // of broken codes: "code 3 is missing"
+  std::u16string side_file;  // of a MIF document, when the place is in one; else "", the place is the document's own
+  LinePlace place;           // of a text too much that of the text before it
+  std::string expected;      // "" for a text too much
+  std::string found;         // "" for a lost one
+  std::string problem;       // of broken codes: "code 3 is missing"
 };
 
 struct RoadResult {
@@ -41,7 +41,7 @@ struct RoadResult {
 
   // Of the run without a translation: against the source, or against the repaired page when the page needed repair.
   bool was_repaired = false;
-  std::optional<FileDifference> difference;
+  std::optional<FileDifference> difference;  // line and column of the source
   std::vector<RoadFinding> findings;
 
   bool survives() const {

@@ -21,10 +21,13 @@ struct TextFinding {
   TextChange change = TextChange::kChanged;
   std::size_t expected = kNone;  // index; none for a text that is too much
   std::size_t found = kNone;     // none for a lost one
+  // What tells the place among the expected texts: the text itself, the one before a text too much; none at the start.
+  std::size_t place = kNone;
   bool operator==(const TextFinding&) const = default;
 };
 
-// Compares coded texts in order; empty when they are equal. Linear in time: where the sequences differ they are brought
+// Compares coded texts in order; empty when they are equal. A text too long for one segment is the same text wherever
+// it was cut. Linear in time: where the sequences differ they are brought
 // together again at the nearest equal texts within a window of a few dozen, so that a long piece which went missing is
 // told text by text and may be told as changed texts.
 std::vector<TextFinding> compare_texts(std::span<const std::string_view> expected,

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <CLI/App.hpp>
+#include <functional>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <optional>
@@ -48,6 +49,10 @@ class Verb {
   virtual Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) = 0;
   // After the last file, whatever failed; an outcome is reported as one more, without a file.
   virtual std::optional<Outcome> finish() { return std::nullopt; }
+  // What the progress bar tells in the place of the file's name; set by whoever runs the verb.
+  std::function<void(std::string)> tell_step;
+  // All files of the command line, set before start(): for a verb whose files belong together.
+  std::vector<std::u16string> files;
 };
 
 struct VerbEntry {
@@ -57,6 +62,7 @@ struct VerbEntry {
   std::string_view example;  // a command line to show in the help
   std::unique_ptr<Verb> (*make)();
   bool takes_files = true;
+  bool is_listed = true;  // in the help; not what only programs call
 };
 
 template <class Kind>

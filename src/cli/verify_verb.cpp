@@ -49,6 +49,11 @@ std::string place_of(std::int64_t line, std::int64_t column) {
   return std::to_string(line) + ":" + std::to_string(column);
 }
 
+// Only pages are repaired.
+PageMessages messages_of(const RoadResult& result) {
+  return result.is_page ? sorted_page_messages(result.messages) : PageMessages{{}, result.messages};
+}
+
 // The report on one file.
 class Story {
  public:
@@ -69,9 +74,14 @@ class Story {
   }
 
   void tell_repairs() {
-    const MessageList& messages = result_.messages;
+    const PageMessages messages = messages_of(result_);
+    tell(messages.repairs, "repaired in " + counted(messages.repairs.size(), "place") + ":");
+    tell(messages.notes, "while it was prepared:");
+  }
+
+  void tell(const MessageList& messages, std::string heading) {
     if (messages.empty()) return;
-    add(result_.is_page ? "repaired in " + counted(messages.size(), "place") + ":" : "while it was prepared:");
+    add(std::move(heading));
     for (std::size_t i = 0; i < std::min(messages.size(), kMostShown); ++i) {
       const Message& message = messages[i];
       add("    " + (message.line > 0 ? place_of(message.line, message.column) + "  " : "") +
@@ -116,7 +126,8 @@ class Story {
   }
 
   void tell(const RoadFinding& finding) {
-    std::string line = "    " + to_utf8(finding.file) + ":" + place_of(finding.line, finding.column) + "  ";
+    std::string line = "    " + (finding.side_file.empty() ? "" : to_utf8(finding.side_file) + ":") +
+                       place_of(finding.place.line, finding.place.column) + "  ";
     line += words_of(finding.change).name;
     if (!finding.problem.empty()) line += " (" + finding.problem + ")";
     line += "  " + in_quotes(finding.expected.empty() ? finding.found : finding.expected);
@@ -134,9 +145,9 @@ nlohmann::ordered_json details_of(const RoadResult& result, const std::string& f
   ordered_json details;
   details["texts"] = result.texts;
   details["documents"] = result.documents;
-  ordered_json& notes = details[result.is_page ? "repairs" : "notes"] = ordered_json::array();
-  for (const Message& message : result.messages)
-    notes.push_back({{"line", message.line}, {"column", message.column}, {"text", message_text(message, file)}});
+  const PageMessages messages = messages_of(result);
+  if (result.is_page) add_repairs(details, messages.repairs, file);
+  details["notes"] = listed(messages.notes, file);
   const char* unchanged = result.was_repaired ? "repaired" : "same";
   if (result.difference) unchanged = "different";
   if (!result.unchanged_failure.empty()) unchanged = "failed";
@@ -153,9 +164,9 @@ nlohmann::ordered_json details_of(const RoadResult& result, const std::string& f
   details["findings"] = ordered_json::array();
   for (const RoadFinding& finding : result.findings)
     details["findings"].push_back({{"kind", words_of(finding.change).name},
-                                   {"file", to_utf8(finding.file)},
-                                   {"line", finding.line},
-                                   {"column", finding.column},
+                                   {"file", finding.side_file.empty() ? file : to_utf8(finding.side_file)},
+                                   {"line", finding.place.line},
+                                   {"column", finding.place.column},
                                    {"expected", finding.expected},
                                    {"found", finding.found},
                                    {"problem", finding.problem}});

@@ -1,10 +1,16 @@
-// kavo wizard: asks for the document, the memory and the languages, then prepares and converts the document.
+// kavo wizard: asks for the document, the memory and the languages, then prepares and converts the document. Beside it
+// what the wizard's editor button starts.
+#include <functional>
+
 #include "cli/verb.h"
 #include "driver/K19FPWObj.h"
 #include "platform/failure.h"
 #include "platform/files.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"
+#include "resources/string_table.h"
+#include "suite/editor_launcher.h"
+#include "ui/frmProgress.h"
 #include "ui/system_presenter.h"
 
 namespace kavo {
@@ -29,8 +35,13 @@ class Wizard final : public Verb {
     if (!file.empty() && !ports().files->info(file))
       throw failure(FailureNumber::kFileNotFound, to_utf16(file_ + ": there is no such file"));
     Outcome outcome;
-    driver_->observe({[&](std::u16string_view, int percent) { progress(static_cast<std::int16_t>(percent)); },
-                      [&](const Message& message) { outcome.messages.push_back(message); }});
+    const auto show = [&](ProgressText step, std::u16string_view name, int percent) {
+      tell_step(to_utf8(string_resource(step)) + ' ' + to_utf8(name.substr(name.rfind(u'\\') + 1)));
+      progress(static_cast<std::int16_t>(percent));
+    };
+    driver_->observe({std::bind_front(show, kPreparing),
+                      [&](const Message& message) { outcome.messages.push_back(message); },
+                      std::bind_front(show, kConverting)});
     std::int32_t bits = 0;
     outcome.result = driver_->SingleFileWizard(file, bits);
     driver_->observe({});
@@ -46,9 +57,27 @@ class Wizard final : public Verb {
   std::optional<K19FPWObj> driver_;
 };
 
+// The editor alone. The button starts the command with this name; nobody is meant to type it. It was pressed in a
+// window, so what failed is told in one: a console would be gone before it can be read.
+class NewWork final : public Verb {
+ public:
+  Outcome run(const std::u16string&, const ProgressEvent::Handler&) override {
+    Outcome outcome;
+    try {
+      start_editor({});
+    } catch (const failure& reason) {
+      ports().desktop->message_box(reason.description(), u"KAVO", MessageIcon::kExclamation);
+      outcome.ending = Outcome::kFailed;
+      outcome.messages.push_back({u"the editor was not started"});
+    }
+    return outcome;
+  }
+};
+
 constexpr VerbEntry kVerbs[] = {
     {"", "wizard", "Ask for a document and its languages, and prepare it for translation", "kavo wizard index.asp",
      make_verb<Wizard>, false},
+    {"", "NW", "Start the editor without a document", "kavo NW", make_verb<NewWork>, false, false},
 };
 
 }  // namespace

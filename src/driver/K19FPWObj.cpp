@@ -1,7 +1,11 @@
 #include "driver/K19FPWObj.h"
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
+#include "common/clsCommon.h"
+#include "common/line_index.h"
 #include "common/pending_file.h"
 #include "driver/file_types.h"
 #include "driver/run_files.h"
@@ -11,6 +15,7 @@
 #include "html/clsASP2HTML.h"
 #include "html/clsHTMLValidate.h"
 #include "mif/clsMIFUtilities.h"
+#include "platform/case_fold.h"
 #include "platform/failure.h"
 #include "platform/ports.h"
 
@@ -28,6 +33,10 @@ void fill_empty_script_file(std::u16string_view name) {
   PendingFile file(name);
   file.write(" \r\n");
   file.commit();
+}
+
+std::u16string folder_of(const std::u16string& path) {
+  return clsCommon().strParseFileName(ports().files->absolute(path), 0);
 }
 
 }  // namespace
@@ -85,19 +94,31 @@ std::u16string K19FPWObj::GetFile(std::int32_t nCount) const {
 std::int32_t K19FPWObj::CreateTranslation(std::u16string& sTUD, std::u16string& sTarget, std::int32_t& nPreview,
                                           std::int32_t& nHighlight) {
   const TranslationRequest request{.tud = sTUD, .target = sTarget, .preview = nPreview, .highlight = nHighlight};
-  const TranslationResult result = create_translation(request, observer_);
-  if (result.error == kNoError) sTarget = result.target;
-  return report(result);
+  try {
+    const TranslationResult result = create_translation(request, observer_);
+    if (result.error == kNoError) sTarget = result.target;
+    return report(result);
+  } catch (const failure& reason) {
+    produced_count_ = 0;
+    last_error_ = reason.description();
+    throw;
+  }
 }
 
 std::span<const ProducedFile> K19FPWObj::produced_files() const {
   return {produced_.data(), static_cast<std::size_t>(produced_count_)};
 }
 
+void K19FPWObj::batch(std::vector<std::u16string> documents) {
+  batch_ = std::move(documents);
+  folders_with_sides_.clear();
+}
+
 // Runs a preparation. Its failures are told by its result alone; an interruption is raised.
 bool K19FPWObj::prepare(bool (K19FPWObj::*preparation)()) {
   bool prepared = false;
   try {
+    refuse_twin(produced_[0].file_name);
     prepared = (this->*preparation)();
   } catch (const failure& reason) {
     if (reason.is(FailureNumber::kInterrupted)) {
@@ -130,9 +151,16 @@ bool K19FPWObj::PrepareHTML() {
   validation.Progress([&](std::int16_t percent) { observer_.tell_progress(source, 50 + percent / 2); });
   validation.Filename(produced_[0].file_name);
   if (html_tags_) validation.Tags(*html_tags_);
+  validation.ends_in_script(scripts.ends_in_script());
+  std::optional<LineIndex> lines;  // of the source, which is read for it when there is something to tell
+  validation.origin([&](std::uint64_t place) {
+    if (!lines) lines.emplace(source);
+    return lines->place_of(scripts.page_trail().input_of(place));
+  });
   const std::int32_t result = validation.HTMLValidate();
   observer_.tell_all_after_heading(validation.ErrorList());
   if (result > 0) return false;
+  page_origin_ = {scripts.page_trail(), scripts.script_trail(), validation.trail()};
   written.keep();
   return true;
 }
@@ -152,16 +180,39 @@ bool K19FPWObj::PrepareMIF() {
   mif.IndexFile(mif_side_file(place, kMifSides[0]));
   mif.XrefFile(mif_side_file(place, kMifSides[1]));
   mif.VarFile(mif_side_file(place, kMifSides[2]));
-  mif.MIFFile(source);
-  mif.Extract();
-  const bool written = mif.EndBatch() == 0;
+  const std::u16string sides[] = {mif.IndexFile(), mif.XrefFile(), mif.VarFile()};
+  const std::u16string folder = folder_of(source);
+  const bool has_sides = std::ranges::find(folders_with_sides_, folder) != folders_with_sides_.end();
+  bool extracted = false;
+  for (const std::u16string& document : has_sides ? std::vector{source} : book_of(source)) {
+    mif.MIFFile(document);
+    mif.Extract();
+    if (document == source) extracted = mif.extracted();
+  }
+  RunFiles old_sides;
+  bool written = extracted;
+  if (extracted && !has_sides) {
+    for (const std::u16string& side : sides) old_sides.keep_copy_of(side);
+    written = mif.EndBatch() == 0;
+  }
   observer_.tell_all(mif.ErrorList());
-  if (!mif.extracted() || !written) return false;
-  produced_[1] = {mif.IndexFile(), kMifDocument, u""};
-  produced_[2] = {mif.XrefFile(), kMifDocument, u""};
-  produced_[3] = {mif.VarFile(), kMifDocument, u""};
+  if (!written) return false;
+  old_sides.keep();
+  if (has_sides) return true;
+  for (std::size_t i = 0; i < std::size(sides); ++i) produced_[i + 1] = {sides[i], kMifDocument, u""};
   produced_count_ = 4;
+  if (!batch_.empty()) folders_with_sides_.push_back(folder);
   return true;
+}
+
+// The MIF documents of the batch in the folder of one of them, that one alone for a document of no batch.
+std::vector<std::u16string> K19FPWObj::book_of(const std::u16string& document) const {
+  std::vector<std::u16string> book;
+  for (const std::u16string& other : batch_)
+    if (FileTypeOf(other) == kMifDocument && equal_ignoring_case(folder_of(other), folder_of(document)))
+      book.push_back(other);
+  if (std::ranges::find(book, document) == book.end()) return {document};
+  return book;
 }
 
 std::int32_t K19FPWObj::report(const TranslationResult& result) {

@@ -7,7 +7,9 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <vector>
 
+#include "driver/page_origin.h"
 #include "driver/run_observer.h"
 
 namespace kavo {
@@ -40,8 +42,9 @@ class K19FPWObj {
   std::int32_t SingleFileWizard(std::u16string& sFilename, std::int32_t& nKAVO);
   // Prepares a document for the suite's filters and lists the files produced. 0 when done (a type that needs no
   // preparation is listed as it is, without being opened), 3 when a page could not be prepared, 4 when a MIF document
-  // could not; the list is empty then. A page that failed leaves no file behind, a MIF document its backup (".kavo.bak"
-  // behind the name).
+  // could not; the list is empty then. A document whose name differs from another one's in letter case only is refused:
+  // both would be prepared to the same files. A page that failed leaves no file behind, a MIF document its backup
+  // (".kavo.bak" behind the name).
   // Throws `failure` 18 when the user interrupts.
   std::int32_t PreProcess(std::u16string& sFilename);
   std::int32_t GetFileCount() const { return produced_count_; }
@@ -52,7 +55,7 @@ class K19FPWObj {
   // result; a negative value has an old target deleted first (it is back when the run fails). nHighlight not 0 colours
   // the segments by their status. 0, or 1 to 7 with the text in LastError and, unless quiet, in a message box;
   // documents are then as they were. Throws what the suite's document component raises and `failure` 18 when the user
-  // interrupts.
+  // interrupts; LastError is then its description.
   std::int32_t CreateTranslation(std::u16string& sTUD, std::u16string& sTarget, std::int32_t& nPreview,
                                  std::int32_t& nHighlight);
   std::int32_t QuietMode() const { return quiet_; }
@@ -60,12 +63,18 @@ class K19FPWObj {
   const std::u16string& LastError() const { return last_error_; }
 
   std::span<const ProducedFile> produced_files() const;
+  // Of the page that was prepared last. The observer is told places of the source.
+  const PageOrigin& page_origin() const { return page_origin_; }
   void observe(RunObserver observer) { observer_ = std::move(observer); }
+  // The documents that the calls of PreProcess to come are about. MIF documents of one folder share its side files: the
+  // first of them that can be prepared collects the hidden texts of all, the others produce themselves alone.
+  void batch(std::vector<std::u16string> documents);
 
  private:
   bool prepare(bool (K19FPWObj::*preparation)());
   bool PrepareHTML();
   bool PrepareMIF();
+  std::vector<std::u16string> book_of(const std::u16string& document) const;
   // Ends a CreateTranslation: sets LastError and, unless quiet, shows it; the error's number is the result.
   std::int32_t report(const TranslationResult& result);
 
@@ -75,6 +84,9 @@ class K19FPWObj {
   std::int32_t produced_count_ = 0;
   std::int32_t source_type_ = 0;
   std::u16string backup_name_;
+  std::vector<std::u16string> batch_;
+  std::vector<std::u16string> folders_with_sides_;  // that the batch has prepared
+  PageOrigin page_origin_;
   RunObserver observer_;
   // The validator's table for the run of a wizard; else its own.
   std::optional<std::u16string> html_tags_;

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "common/block_reader.h"
 #include "common/byte_scan.h"
@@ -22,18 +23,28 @@ namespace {
 
 std::u16string extension_of(std::u16string_view path) { return ascii_upper(clsCommon().strParseFileName(path, 2)); }
 
-// The place of an embedded object that was taken out of a MIF document.
+// The place of an embedded object that was taken out of a MIF document. It begins a line: a text may hold the same
+// characters.
 bool holds_object_placeholder(std::u16string_view mif) {
   constexpr std::string_view placeholder = "<KAVOObj ";
   BlockReader reader(mif);
   while (reader.more()) {
     const std::string_view window = reader.window();
     const char* const end = window.data() + window.size();
-    if (find_text(window.data(), end, placeholder) != end) return true;
-    // One that the block cuts in two stays for the next look.
-    if (window.size() >= placeholder.size()) reader.consume(window.size() - (placeholder.size() - 1));
+    for (const char* p = window.data(); (p = find_text(p, end, placeholder)) != end; ++p)
+      if (p == window.data() ? reader.position() == 0 : p[-1] == '\n' || p[-1] == '\r') return true;
+    // One that the block cuts in two stays for the next look, with the byte before it.
+    if (window.size() > placeholder.size()) reader.consume(window.size() - placeholder.size());
   }
   return false;
+}
+
+// The converter's name of an Office file, "" when the bilingual document was not made of one.
+std::u16string office_type(const TudName& name, bool has_language) {
+  // A document named without a language is named after its presentation or workbook alone.
+  const std::u16string& type = has_language ? name.prepared_type() : name.language();
+  const std::u16string known = ascii_upper(type);
+  return known == u"PPT" || known == u"XLS" ? type : u"";
 }
 
 // Both converters of Office files work on a file of their own and name it after the XML file.
@@ -49,6 +60,18 @@ bool import_workbook(const std::u16string& xml) {
 }
 
 }  // namespace
+
+std::u16string document_made_of(const TudName& name, std::u16string_view target, std::u16string_view language) {
+  const std::u16string extension = extension_of(target);
+  if (extension == u"HTM") return name.file_name(0, name.part(1), true);
+  if (extension == u"RTF" && ascii_upper(name.part(1)) == u"DOC") return name.file_name(0, u"doc", true);
+  if (extension == u"XML") {
+    if (const std::u16string type = office_type(name, !language.empty()); !type.empty())
+      return language.empty() ? name.folder() + clsCommon().strParseFileName(target, 1) + u"." + type
+                              : name.file_name(1, type, true);
+  }
+  return std::u16string(target);
+}
 
 PostProcessing::PostProcessing(const TudName& name, std::u16string target, std::u16string language, Documents documents,
                                RunFiles& files, const RunObserver& observer)
@@ -76,8 +99,8 @@ bool PostProcessing::PostProcess() {
 
 bool PostProcessing::RestoreScripts() {
   const std::u16string script = name_.file_name(1, u"SCR", true);
-  const std::u16string page = document_name(name_.file_name(0, name_.part(1), true));
-  files_.make_way_for(script);
+  const std::u16string page = document_name();
+  files_.borrow(script);
   if (!rebuild(name_.script_tud(), script)) return false;
 
   move_out_of_the_way_of(page);
@@ -89,6 +112,7 @@ bool PostProcessing::RestoreScripts() {
   scripts.ASPFile(page);
   const bool restored = scripts.HTML2ASP() == 0;
   observer_.tell_all_after_heading(scripts.ErrorList());
+  if (const std::u16string warning = scripts.warning(); !warning.empty()) observer_.tell({warning});
   const clsCommon common;
   common.DeleteFile(html);
   common.DeleteFile(script);
@@ -96,9 +120,11 @@ bool PostProcessing::RestoreScripts() {
 }
 
 bool PostProcessing::MergeMIF() {
+  // Under names of this run's own: the same folder may be rebuilt into another language at the same time.
+  std::vector<std::u16string> sides;
   for (const std::u16string_view side : kMifSides) {
-    files_.make_way_for(mif_side_file(name_, side));
-    if (!rebuild(mif_side_tud(name_, side), mif_side_file(name_, side))) return false;
+    sides.push_back(files_.add_scratch(u"mif"));
+    if (!rebuild(mif_side_tud(name_, side), sides.back())) return false;
   }
   const std::u16string objects = name_.file_name(1, u"obj", false);
   // The preparation does not take objects out: without an object file there is nothing to put back, unless the document
@@ -108,15 +134,24 @@ bool PostProcessing::MergeMIF() {
   clsMIFUtilities mif;
   mif.Progress([&](std::int16_t percent) { observer_.tell_progress(target_, percent); });
   mif.StartBatch();
-  mif.IndexFile(mif_side_file(name_, kMifSides[0]));
-  mif.XrefFile(mif_side_file(name_, kMifSides[1]));
-  mif.VarFile(mif_side_file(name_, kMifSides[2]));
+  mif.IndexFile(sides[0]);
+  mif.XrefFile(sides[1]);
+  mif.VarFile(sides[2]);
   mif.MIFFile(target_);
   mif.ObjFile(objects);
   const bool merged = mif.Merge() == 0 && (!has_objects || mif.InsertObjects() == 0);
   observer_.tell_all(mif.ErrorList());
+  if (const std::int64_t missing = mif.counts().not_found; merged && missing != 0)
+    observer_.tell(
+        {u"Hidden texts (index entries, formats, variables) that are in none of the side files' documents and "
+         u"stay untranslated: " +
+         to_utf16(std::to_string(missing))});
   const clsCommon common;
   for (const std::u16string& side : {mif.IndexFile(), mif.XrefFile(), mif.VarFile()}) common.DeleteFile(side);
+  // Those that the preparation made have served their purpose too.
+  for (const std::u16string_view side : kMifSides)
+    if (const std::u16string prepared = mif_side_file(name_, side); merged && !is_same_file(prepared, target_))
+      files_.make_way_for(prepared);
   return merged;
 }
 
@@ -135,7 +170,7 @@ bool PostProcessing::RebuildDocument() {
 
   clsDOC2RTF word;
   word.RTFFile(target_);
-  word.DOCFile(document_name(name_.file_name(0, u"doc", true)));
+  word.DOCFile(document_name());
   files_.make_way_for(word.DOCFile());
   if (word.RTF2DOC() != 0 || !is_file(word.DOCFile())) {
     observer_.tell({u"The word processor could not convert " + target_});
@@ -147,16 +182,12 @@ bool PostProcessing::RebuildDocument() {
 }
 
 bool PostProcessing::RebuildOfficeFile() {
-  // A document named without a language is named after its presentation or workbook alone.
   const bool has_language = !language_.empty();
-  const std::u16string& type = has_language ? name_.prepared_type() : name_.language();
-  const std::u16string known_type = ascii_upper(type);
-  if (known_type != u"PPT" && known_type != u"XLS") return true;  // any other XML document
+  const std::u16string type = office_type(name_, has_language);
+  if (type.empty()) return true;  // any other XML document
   const clsCommon common;
   const std::u16string source = name_.file_name(has_language ? 1 : 2, type, false);
-  const std::u16string document =
-      document_name(has_language ? name_.file_name(1, type, true)
-                                 : name_.folder() + common.strParseFileName(target_, 1) + u"." + type);
+  const std::u16string document = document_name();
   const std::u16string xml =
       common.strParseFileName(document, 0) + common.strParseFileName(document, 1) + u"_" + type + u".xml";
   if (is_same_file(document, source))
@@ -165,10 +196,10 @@ bool PostProcessing::RebuildOfficeFile() {
   files_.make_way_for(document);
   copy_file(source, document);
   if (!is_same_file(xml, target_)) {
-    files_.make_way_for(xml);
+    files_.borrow(xml);
     replace_file(target_, xml);
   }
-  const bool imported = known_type == u"PPT" ? import_presentation(xml) : import_workbook(xml);
+  const bool imported = ascii_upper(type) == u"PPT" ? import_presentation(xml) : import_workbook(xml);
   if (!imported) observer_.tell({u"The texts could not be put into " + document});
   common.DeleteFile(xml);
   target_ = document;
@@ -193,10 +224,9 @@ void PostProcessing::move_out_of_the_way_of(const std::u16string& page) {
   target_ = scratch;
 }
 
-std::u16string PostProcessing::document_name(std::u16string usual) const {
+std::u16string PostProcessing::document_name() const {
+  std::u16string usual = document_made_of(name_, target_, language_);
   if (documents_ == Documents::kScratch) return files_.add_scratch(clsCommon().strParseFileName(usual, 2));
-  if (documents_ == Documents::kNew && is_file(usual) && !is_same_file(usual, target_))
-    throw failure(FailureNumber::kFileAlreadyExists, usual + u" exists already");
   return usual;
 }
 

@@ -10,12 +10,14 @@
 
 namespace kavo {
 
+// The document that post-processing ends with when the filter has created `target`; `language` as below.
+std::u16string document_made_of(const TudName& name, std::u16string_view target, std::u16string_view language);
+
 class PostProcessing {
  public:
   // Where a route puts a document of another name than the filter's.
   enum class Documents {
-    kAny,      // to the name that follows from the bilingual document's
-    kNew,      // there too, but it fails rather than replace a file
+    kUsual,    // to the name that document_made_of() tells
     kScratch,  // to a scratch file that the caller moves on
   };
   // `target` is the file that the filter created; `language` the code in the bilingual document's name, "" when the
@@ -36,7 +38,7 @@ class PostProcessing {
   bool RebuildOfficeFile();
   bool rebuild(const std::u16string& tud, const std::u16string& file);
   void move_out_of_the_way_of(const std::u16string& page);
-  std::u16string document_name(std::u16string usual) const;
+  std::u16string document_name() const;
 
   const TudName& name_;
   std::u16string target_;

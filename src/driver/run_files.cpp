@@ -8,6 +8,7 @@
 #include "platform/case_fold.h"
 #include "platform/failure.h"
 #include "platform/ports.h"
+#include "platform/unicode.h"
 
 namespace kavo {
 
@@ -31,7 +32,8 @@ void RunFiles::put_back(const Entry& entry) {
 void RunFiles::add(std::u16string_view path) { entries_.push_back({std::u16string(path), u"", true}); }
 
 std::u16string RunFiles::add_scratch(std::u16string_view extension) {
-  std::u16string path = clsGetTempFileName().Filename();
+  // No other run draws this number: the name is taken when the file is made, not here.
+  std::u16string path = clsGetTempFileName().Filename() + u"-" + to_utf16(std::to_string(ports().clock->seed()));
   if (!extension.empty()) path += u"." + std::u16string(extension);
   add(path);
   return path;
@@ -101,8 +103,8 @@ void refuse_twin(std::u16string_view path) {
   std::vector<std::u16string> found = ports().files->find(path);
   std::erase_if(found, [&](const std::u16string& other) { return !equal_ignoring_case(other, name); });
   if (found.size() < 2) return;
-  throw failure(FailureNumber::kFileAlreadyExists,
-                u"The names " + found[0] + u" and " + found[1] + u" differ in letter case only; rename one of the files");
+  throw failure(FailureNumber::kFileAlreadyExists, u"The names " + found[0] + u" and " + found[1] +
+                                                       u" differ in letter case only; rename one of the files");
 }
 
 }  // namespace kavo

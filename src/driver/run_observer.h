@@ -11,9 +11,11 @@
 namespace kavo {
 
 struct RunObserver {
-  // Either may be empty.
+  // Any of them may be empty.
   std::function<void(std::u16string_view file, int percent)> progress;
   std::function<void(const Message& message)> message;
+  // A prepared file is handed to its filter now, at this percent of the whole; the filter itself tells nothing.
+  std::function<void(std::u16string_view file, int percent)> converting = {};
 
   void tell(const Message& told) const {
     if (message) message(told);
@@ -27,6 +29,9 @@ struct RunObserver {
   }
   void tell_progress(std::u16string_view file, int percent) const {
     if (progress) progress(file, percent);
+  }
+  void tell_converting(std::u16string_view file, int percent) const {
+    if (converting) converting(file, percent);
   }
 };
 

@@ -97,11 +97,15 @@ class WizardRun {
     frmProgress progress;
     progress.show_beside();
     try {
-      const std::int32_t preparation = prepare(form, file, progress);
+      const RunObserver observer = observer_beside(progress);
+      const std::int32_t preparation = steps_.prepare(file, form.HTMLTags(), observer);
       if (preparation >= 1) return {kPreparationFailed + preparation, kPreparationText, file, last_message_};
       const FilterRun run = convert_produced_files(steps_.produced_files(),
                                                    {form.morLang[0].LanguageCode(), form.morLang[1].LanguageCode(),
-                                                    form.morLang[0].CharSetNumber(), form.morLang[1].CharSetNumber()});
+                                                    form.morLang[0].CharSetNumber(), form.morLang[1].CharSetNumber()},
+                                                   observer);
+      // The button may have been pressed during the last file: a filter of another module does not see that.
+      ports().desktop->process_messages();
       const std::span<const ProducedFile> produced = steps_.produced_files();
       if (run.result != kDone) {
         const auto unconverted = std::ranges::find(produced, u"", &ProducedFile::tud_name);
@@ -115,17 +119,24 @@ class WizardRun {
     }
   }
 
-  std::int32_t prepare(const frmWizard& form, const std::u16string& file, frmProgress& progress) {
+  // One half of the whole is the preparation, the other one the files that come of it.
+  RunObserver observer_beside(frmProgress& progress) {
     RunObserver observer;
     observer.progress = [&](std::u16string_view name, int percent) {
-      progress.report(name, percent);
-      steps_.observer.tell_progress(name, percent);
+      progress.report(kPreparing, name, percent / 2);
+      steps_.observer.tell_progress(name, percent / 2);
     };
     observer.message = [&](const Message& message) {
       last_message_ = message.text;
       steps_.observer.tell(message);
     };
-    return steps_.prepare(file, form.HTMLTags(), observer);
+    observer.converting = [&](std::u16string_view name, int percent) {
+      progress.report(kConverting, name, 50 + percent / 2);
+      steps_.observer.tell_converting(name, 50 + percent / 2);
+      // So that it is seen, and the button answers.
+      ports().desktop->process_messages();
+    };
+    return observer;
   }
 
   // What failed, where, why, and what to do.

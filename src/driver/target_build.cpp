@@ -6,6 +6,7 @@
 #include "driver/file_types.h"
 #include "driver/run_files.h"
 #include "driver/tud_name.h"
+#include "platform/case_fold.h"
 #include "platform/failure.h"
 
 namespace kavo {
@@ -18,10 +19,12 @@ TargetBuild::~TargetBuild() {
   if (!skeleton_.path.empty() && !skeleton_.keep) common.DeleteFile(skeleton_.path);
 }
 
+bool TargetBuild::open() { return leaves_alone(tud_) && document_.open(tud_); }
+
 bool TargetBuild::read_details() {
   auto details = document_.merge_details();
   if (details) details_ = std::move(*details);
-  return details.has_value();
+  return details && leaves_alone(details_.skeleton_name);
 }
 
 bool TargetBuild::save_open_tag(const std::optional<StatusColours>& colours) {
@@ -32,6 +35,16 @@ bool TargetBuild::locate_skeleton() {
   auto skeleton = document_.locate_skeleton();
   if (skeleton) skeleton_ = std::move(*skeleton);
   return !skeleton_.path.empty();
+}
+
+// The names are compared without their folders: a document may name its skeleton with or without one.
+bool TargetBuild::leaves_alone(std::u16string_view file) {
+  const auto name_of = [](std::u16string_view path) {
+    return path.substr(clsCommon().strParseFileName(path, 0).size());
+  };
+  if (!equal_ignoring_case(name_of(file), name_of(open_tag_))) return true;
+  refusal_ = u"The OpenTag file " + std::exchange(open_tag_, u"") + u" would replace a file that is needed for it";
+  return false;
 }
 
 void TargetBuild::refuse_own_file(const std::u16string& target) const {

@@ -20,11 +20,11 @@ class TargetBuild {
   TargetBuild& operator=(const TargetBuild&) = delete;
 
   // The steps, in this order; false when one failed, reason() then tells why.
-  bool open() { return document_.open(tud_); }
+  bool open();
   bool read_details();
   bool save_open_tag(const std::optional<StatusColours>& colours);
   bool locate_skeleton();
-  std::u16string reason() const { return document_.reason(); }
+  std::u16string reason() const { return refusal_.empty() ? document_.reason() : refusal_; }
 
   // Throws `failure` 5 for a target that is one of the files that it is made of, as far as the steps have told them.
   void refuse_own_file(const std::u16string& target) const;
@@ -35,8 +35,13 @@ class TargetBuild {
   const MergeDetails& details() const { return details_; }
 
  private:
+  // False when `file`, which the build reads, has the name of the OpenTag file, which the build writes and deletes. It
+  // then does neither.
+  bool leaves_alone(std::u16string_view file);
+
   std::u16string tud_;
   std::u16string open_tag_;
+  std::u16string refusal_;
   TudComponent document_;
   MergeDetails details_;
   LocatedSkeleton skeleton_;

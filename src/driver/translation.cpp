@@ -4,10 +4,12 @@
 #include <iterator>
 #include <optional>
 #include <variant>
+#include <vector>
 
 #include "common/cRegistry.h"
 #include "common/clsCommon.h"
 #include "common/pending_file.h"
+#include "common/tud_names.h"
 #include "driver/post_process.h"
 #include "driver/run_files.h"
 #include "driver/target_build.h"
@@ -136,12 +138,19 @@ class Translation {
   const std::u16string& wanted() const { return has_output() ? request_.output : target_; }
 
   TranslationError clear_target(const TargetBuild& build) {
-    if (request_.keeps_existing && is_file(wanted())) {
-      error_text_ = wanted() + u" exists already";
-      return kTargetInTheWay;
+    if (request_.keeps_existing) {
+      std::vector<std::u16string> documents{wanted()};
+      if (!has_output() && is_post_processed(build.details().source_format))
+        documents.push_back(document_made_of(name_, target_, language_));
+      for (const std::u16string& document : documents) {
+        if (!is_file(document)) continue;
+        error_text_ = document + u" exists already";
+        return kTargetInTheWay;
+      }
     }
     try {
       build.refuse_own_file(wanted());
+      refuse_companion(wanted());
     } catch (const failure& reason) {
       error_text_ = reason.description();
       return kTargetNotCreated;
@@ -155,6 +164,18 @@ class Translation {
       observer_.tell({reason.description()});
       return kTargetInTheWay;
     }
+  }
+
+  // Throws `failure` 5 for a target that is one of the files beside the document that its way back may read.
+  void refuse_companion(const std::u16string& target) const {
+    std::vector<std::u16string> tuds{name_.script_tud()};
+    for (const std::u16string_view side : kMifSides) tuds.push_back(mif_side_tud(name_, side));
+    std::vector<std::u16string> companions{name_.file_name(1, u"obj", false)};
+    for (const std::u16string& tud : tuds)
+      companions.insert(companions.end(), {tud, skeleton_name_of(tud), open_tag_name_of(tud)});
+    for (const std::u16string& companion : companions)
+      if (is_same_file(target, companion))
+        throw failure(FailureNumber::kInvalidCall, u"The target must be another file than " + companion);
   }
 
   std::optional<StatusColours> colours(const std::u16string& source_format) const {
@@ -198,11 +219,13 @@ class Translation {
     }
   }
 
+  bool is_post_processed(const std::u16string& source_format) const {
+    return !language_.empty() || (is_office_format(name_.language()) && ascii_upper(source_format) == u"XML");
+  }
+
   bool post_process(const std::u16string& source_format) {
-    if (language_.empty() && !(is_office_format(name_.language()) && ascii_upper(source_format) == u"XML")) return true;
-    const auto documents = has_output()              ? PostProcessing::Documents::kScratch
-                           : request_.keeps_existing ? PostProcessing::Documents::kNew
-                                                     : PostProcessing::Documents::kAny;
+    if (!is_post_processed(source_format)) return true;
+    const auto documents = has_output() ? PostProcessing::Documents::kScratch : PostProcessing::Documents::kUsual;
     const RunObserver last_fifth{[this](std::u16string_view, int percent) { tell_progress(80 + percent / 5); },
                                  observer_.message};
     PostProcessing routes(name_, target_, language_, documents, files_, last_fifth);

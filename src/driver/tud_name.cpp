@@ -19,12 +19,14 @@ TudName::TudName(std::u16string_view path)
     rest = rest.substr(0, separator);
   }
   parts_[index] = rest;
+  first_part_ = index;
 }
 
 std::u16string TudName::file_name(std::size_t last_part, std::u16string_view extension, bool with_language) const {
+  // An empty first part is one too: _b_mif_FR.tud is the document of _b.mif.
   std::u16string joined;
-  for (std::size_t i = 0; i <= last_part; ++i) {
-    if (!joined.empty()) joined += u'_';
+  for (std::size_t i = first_part_; i <= last_part; ++i) {
+    if (i != first_part_) joined += u'_';
     joined += parts_[i];
   }
   std::u16string name = folder_ + joined;

@@ -22,7 +22,7 @@ class TudName {
   const std::u16string& prepared_type() const { return parts_[2]; }
   const std::u16string& language() const { return parts_[3]; }
 
-  // A file beside the document: the parts from 0 to `last_part`, joined by "_" (none before the first text), then "_"
+  // A file beside the document: the parts from 0 to `last_part`, joined by "_" (without the missing ones), then "_"
   // and the language when asked for, "." and the extension.
   std::u16string file_name(std::size_t last_part, std::u16string_view extension, bool with_language) const;
   // The script file's bilingual document, for the page's.
@@ -35,6 +35,7 @@ class TudName {
   std::u16string folder_;
   std::u16string base_;
   std::array<std::u16string, 4> parts_;
+  std::size_t first_part_ = 0;  // those before it are missing, not empty
 };
 
 // The side files of a MIF document: index, cross-references, variables.

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "common/clsCommon.h"
 #include "common/tud_names.h"
 #include "driver/file_types.h"
+#include "driver/run_files.h"
 #include "driver/tud_component.h"
 #include "platform/failure.h"
 #include "platform/ports.h"
@@ -22,11 +22,13 @@ void convert(ProducedFile& file, const RunLanguages& languages) {
   if (filter.filter_name.empty())
     throw failure(FailureNumber::kInvalidCall,
                   u"No filter is installed for this type of file: " + to_utf16(file_type_name(file.file_type)));
+  refuse_twin(file.file_name);
   const std::u16string tud = tud_name_of(file.file_name, languages.target);
   const std::u16string skeleton = skeleton_name_of(tud);
-  const clsCommon common;
-  common.DeleteFile(tud);
-  common.DeleteFile(skeleton);
+  // The names are free for the filter; what was there comes back when it or what follows fails.
+  RunFiles files;
+  files.make_way_for(tud);
+  files.make_way_for(skeleton);
   Argument arguments[] = {by_value(file.file_name),
                           by_value(tud),
                           by_value(skeleton),
@@ -39,13 +41,16 @@ void convert(ProducedFile& file, const RunLanguages& languages) {
   filter_catalogue().invoke(u"Convert", arguments);
   // The only plain text that a preparation produces beside other files is the script file of a server page.
   if (file.file_type == kPlainText && ascii_lower(file.file_name).ends_with(u".scr")) LockScriptSegments(tud);
+  files.keep();
   file.tud_name = tud;
 }
 
 }  // namespace
 
-FilterRun convert_produced_files(std::span<ProducedFile> files, const RunLanguages& languages) {
+FilterRun convert_produced_files(std::span<ProducedFile> files, const RunLanguages& languages,
+                                 const RunObserver& observer) {
   for (std::size_t i = 0; i < files.size(); ++i) {
+    observer.tell_converting(files[i].file_name, static_cast<int>(100 * i / files.size()));
     try {
       convert(files[i], languages);
     } catch (const failure& reason) {

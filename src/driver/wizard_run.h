@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "driver/K19FPWObj.h"
+#include "driver/run_observer.h"
 
 namespace kavo {
 
@@ -26,9 +27,10 @@ struct FilterRun {
 
 // Converts each produced file with the filter of its type and puts the bilingual document's name into the file's
 // record. Stops at the first file that fails; the documents of those before it stay. An existing document and skeleton
-// of the same names are deleted first. Needs the thread's filter catalogue, that is, a living K19FPWObj. Throws
-// `failure` 18 when the user interrupts.
-FilterRun convert_produced_files(std::span<ProducedFile> files, const RunLanguages& languages);
+// of the same names make way first and come back when the file fails. Needs the thread's filter catalogue, that is, a
+// living K19FPWObj. Throws `failure` 18 when the user interrupts.
+FilterRun convert_produced_files(std::span<ProducedFile> files, const RunLanguages& languages,
+                                 const RunObserver& observer = {});
 
 // True when the text holds two double quotes, or else two single ones.
 bool ContainsQuotedText(std::u16string_view text);

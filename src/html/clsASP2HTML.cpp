@@ -11,6 +11,7 @@
 #include "html/utf16_mark.h"
 #include "platform/case_fold.h"
 #include "platform/ports.h"
+#include "platform/unicode.h"
 #include "resources/string_table.h"
 
 namespace kavo {
@@ -50,6 +51,7 @@ std::int32_t clsASP2HTML::HTML2ASP() {
 std::int32_t clsASP2HTML::run(std::u16string_view what, const std::u16string& input, CompleteNames complete,
                               Operation operation) {
   messages_.clear();
+  missing_blocks_ = 0;
   messages_.push_back({std::u16string(what) + input});
   progress_.restart();
   if (input.empty()) {
@@ -74,7 +76,11 @@ void clsASP2HTML::protect() {
   if (about_file(names_.page, [&] { return starts_as_utf16(input); })) refuse_utf16(names_.page);
   PendingFile page = about_file(names_.html, [&] { return PendingFile(names_.html); });
   PendingFile script = about_file(names_.script, [&] { return PendingFile(names_.script); });
-  ScriptProtector(page, script).run(input, names_.page, progress_);
+  page_trail_.clear();
+  script_trail_.clear();
+  ScriptProtector protector({page, page_trail_}, {script, script_trail_});
+  protector.run(input, names_.page, progress_);
+  ends_in_script_ = protector.ends_in_script();
   about_file(names_.html, [&] { commit_together({&script, &page}); });
 }
 
@@ -84,8 +90,16 @@ void clsASP2HTML::restore() {
   PendingFile page = about_file(names_.page, [&] { return PendingFile(names_.page); });
   auto script = about_file(names_.script, [&] { return ScriptFile(names_.script); });
   if (about_file(names_.script, [&] { return script.is_utf16(); })) refuse_utf16(names_.script);
-  ScriptRestorer(script, names_.script, page).run(input, names_.html, progress_);
+  ScriptRestorer restorer(script, names_.script, page);
+  restorer.run(input, names_.html, progress_);
+  missing_blocks_ = restorer.missing();
   about_file(names_.page, [&] { page.commit(); });
+}
+
+std::u16string clsASP2HTML::warning() const {
+  if (missing_blocks_ == 0) return {};
+  return u"The script file has no block for " + to_utf16(std::to_string(missing_blocks_)) +
+         u" of the page's placeholders: they are gone and their scripts are missing";
 }
 
 std::u16string clsASP2HTML::GetError(std::int32_t index) const {

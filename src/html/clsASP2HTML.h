@@ -11,6 +11,7 @@
 #include <string>
 #include <string_view>
 
+#include "common/copy_trail.h"
 #include "common/messages.h"
 #include "common/progress_event.h"
 #include "html/script_names.h"
@@ -34,6 +35,18 @@ class clsASP2HTML {
   const std::u16string& SCRFile() const { return names_.script; }
   void SCRFile(std::u16string_view value) { names_.script = value; }
 
+  // Whether the page of the last ASP2HTML() ends inside a block whose closing delimiter never comes. Text that is
+  // written behind its placeholder is script as soon as the page is restored.
+  bool ends_in_script() const { return ends_in_script_; }
+
+  // "" unless the last HTML2ASP() took placeholders out without a block, because the script file has none of their
+  // number. No entry of ErrorList, since the call succeeded.
+  std::u16string warning() const;
+
+  // Where the bytes of both files made by the last ASP2HTML() come from in the page.
+  const CopyTrail& page_trail() const { return page_trail_; }
+  const CopyTrail& script_trail() const { return script_trail_; }
+
   // Of the last call; the first entry says what was called.
   const MessageList& ErrorList() const { return messages_; }
   // By a 1-based index; "" for an index that has no message.
@@ -50,6 +63,10 @@ class clsASP2HTML {
   void restore();
 
   ScriptNames names_;
+  bool ends_in_script_ = false;
+  std::size_t missing_blocks_ = 0;
+  CopyTrail page_trail_;
+  CopyTrail script_trail_;
   MessageList messages_;
   ProgressEvent progress_;
 };

@@ -1,5 +1,7 @@
 #include "html/clsHTMLValidate.h"
 
+#include <algorithm>
+#include <iterator>
 #include <optional>
 
 #include "common/byte_scan.h"
@@ -42,6 +44,11 @@ void open_temporary(std::optional<PendingFile>& file, const std::u16string& fina
 
 }  // namespace
 
+bool tells_repair(const Message& message) {
+  constexpr std::int32_t kRepairs[] = {3009, 3010, 3011, 3012, 3013, 3015, 3016};
+  return std::ranges::find(kRepairs, message.number) != std::end(kRepairs);
+}
+
 void clsHTMLValidate::DisplayOptions() {
   frmHTMLOptions form;
   form.Tags(Tags());
@@ -57,6 +64,7 @@ std::int32_t clsHTMLValidate::failed(std::u16string text, std::int32_t number) {
 std::int32_t clsHTMLValidate::HTMLValidate() {
   messages_.clear();
   repairs_ = 0;
+  trail_.clear();
   progress_.restart();
   messages_.push_back({text_of(3006) + file_name_, 3006});
 
@@ -91,7 +99,9 @@ std::int32_t clsHTMLValidate::HTMLValidate() {
   }
 
   progress_.report(reader->percent());
-  HtmlRepair repair(*reader, tags_, output ? &*output : nullptr, messages_, progress_);
+  HtmlRepair repair(*reader, tags_, output ? &*output : nullptr, messages_, trail_, progress_);
+  repair.origin(origin_);
+  repair.ends_in_script(ends_in_script_);
   repair.run();
   repairs_ = repair.repairs();
   // A page without a repair is left as it is: writing the same bytes again could only lose them.

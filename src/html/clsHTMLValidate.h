@@ -16,11 +16,16 @@
 #include <string>
 #include <string_view>
 
+#include "common/copy_trail.h"
+#include "common/line_index.h"
 #include "common/messages.h"
 #include "common/progress_event.h"
 #include "html/tag_table.h"
 
 namespace kavo {
+
+// Whether a message of ErrorList() tells a repair; the others tell what was left as it is.
+bool tells_repair(const Message& message);
 
 class clsHTMLValidate {
  public:
@@ -43,6 +48,13 @@ class clsHTMLValidate {
   // The event: percentage of the page read, raised when it grows.
   void Progress(ProgressEvent::Handler handler) { progress_.handler(std::move(handler)); }
 
+  // When set, the page ends at the placeholder of a script that never ends: what is open there is told and stays open,
+  // since end tags would be script in the restored page.
+  void ends_in_script(bool value) { ends_in_script_ = value; }
+  // Tells places of the page, which messages name, as places of the document that it was made of.
+  void origin(PlaceOrigin origin) { origin_ = std::move(origin); }
+  // Where the bytes of the repaired page come from in the page as it was.
+  const CopyTrail& trail() const { return trail_; }
   // When set, HTMLValidate() writes no file at all; messages and repairs() are as if it did.
   void check_only(bool value) { check_only_ = value; }
   // Places that the last call repaired, or would have. The file is only rewritten when there are any.
@@ -55,6 +67,9 @@ class clsHTMLValidate {
   std::u16string file_name_;
   bool backup_ = false;
   bool check_only_ = false;
+  PlaceOrigin origin_;
+  CopyTrail trail_;
+  bool ends_in_script_ = false;
   MessageList messages_;
   ProgressEvent progress_;
   std::uint64_t repairs_ = 0;

@@ -1,10 +1,11 @@
+#include "html/html_repair.h"
+
 #include <algorithm>
 #include <array>
 
 #include "common/clsCommon.h"
 #include "html/html_attributes.h"
 #include "html/html_quirks.h"
-#include "html/html_repair.h"
 #include "platform/failure.h"
 #include "platform/unicode.h"
 #include "resources/string_table.h"
@@ -66,11 +67,12 @@ std::string upper(std::string_view text) {
 }  // namespace
 
 HtmlRepair::HtmlRepair(BlockReader& reader, const TagTable& table, PendingFile* output, MessageList& messages,
-                       ProgressEvent& progress)
+                       CopyTrail& trail, ProgressEvent& progress)
     : reader_(reader),
       table_(table),
       output_(output),
       messages_(messages),
+      trail_(trail),
       progress_(progress),
       tree_(*this),
       scanner_(reader, *this),
@@ -416,7 +418,7 @@ void HtmlRepair::crossing(const OpenElement& element, const OpenElement& block) 
 void HtmlRepair::end_of_page() {
   edit_at_ = scanner_.position();
   follow_server_code(edit_at_);
-  edit_allowed_ = !scanner_.ended_inside() && !server_.active();
+  edit_allowed_ = !scanner_.ended_inside() && !server_.active() && !ends_in_script_;
   close_all(true);
 }
 
@@ -511,6 +513,7 @@ void HtmlRepair::processing_instruction(std::uint64_t position) {
 void HtmlRepair::copy_until(std::uint64_t position) {
   if (position <= copied_) return;
   if (output_ != nullptr && repairs_ != 0) output_->write(scanner_.view(copied_, position));
+  trail_.copied(copied_, copied_ + growth_, position - copied_);
   copied_ = position;
 }
 
@@ -518,12 +521,14 @@ void HtmlRepair::insert(std::string_view text) {
   copy_until(edit_at_);
   write_repair(text);
   inserted_ += text.size();
+  growth_ += text.size();
 }
 
 void HtmlRepair::replace(std::uint64_t begin, std::uint64_t end, std::string_view text) {
   copy_until(begin);
   write_repair(text);
   copied_ = end;
+  growth_ += text.size() - (end - begin);
 }
 
 // Until the first repair nothing is written, since most pages need none; what went before is then read once more.
@@ -566,12 +571,13 @@ void HtmlRepair::report(std::int32_t number, const PagePlace& place, std::string
     ++untold_;
     return;
   }
+  const LinePlace told = origin_ ? origin_(place.position) : LinePlace{place.line, place.column};
   std::u16string shown = to_utf16(name);
   std::replace(shown.begin(), shown.end(), u'%', u'?');  // no placeholder of its own
-  const std::u16string values[] = {shown, to_utf16(std::to_string(place.line)), to_utf16(std::to_string(place.column)),
+  const std::u16string values[] = {shown, to_utf16(std::to_string(told.line)), to_utf16(std::to_string(told.column)),
                                    to_utf16(other)};
   messages_.push_back({clsCommon().FormatString(string_resource(number, StringSection::kHTMLValidate), values), number,
-                       place.line, place.column});
+                       told.line, told.column});
 }
 
 }  // namespace kavo

@@ -11,6 +11,8 @@
 #include <string_view>
 
 #include "common/block_reader.h"
+#include "common/copy_trail.h"
+#include "common/line_index.h"
 #include "common/messages.h"
 #include "common/pending_file.h"
 #include "common/progress_event.h"
@@ -25,9 +27,13 @@ namespace kavo {
 class HtmlRepair final : private TreeObserver, private ScannerListener {
  public:
   // None is owned. Without `output` nothing is written, repairs are only counted.
-  HtmlRepair(BlockReader& reader, const TagTable& table, PendingFile* output, MessageList& messages,
+  HtmlRepair(BlockReader& reader, const TagTable& table, PendingFile* output, MessageList& messages, CopyTrail& trail,
              ProgressEvent& progress);
+  // Messages name places of the page itself without one.
+  void origin(PlaceOrigin origin) { origin_ = std::move(origin); }
 
+  // When set nothing is written behind the page's last byte.
+  void ends_in_script(bool value) { ends_in_script_ = value; }
   // Reads to the end of the page; a byte order mark must already be in the window. Throws what reading, writing and the
   // progress event throw.
   void run();
@@ -79,7 +85,9 @@ class HtmlRepair final : private TreeObserver, private ScannerListener {
   const TagTable& table_;
   PendingFile* output_;
   MessageList& messages_;
+  CopyTrail& trail_;
   ProgressEvent& progress_;
+  PlaceOrigin origin_;
   HtmlTree tree_;
   HtmlScanner scanner_;
   const Token& token_;  // the scanner's: the one being worked on
@@ -90,9 +98,11 @@ class HtmlRepair final : private TreeObserver, private ScannerListener {
   Newline newline_ = Newline::kCounts;  // directly after <pre>
   std::uint64_t edit_at_ = 0;           // where text may be inserted
   bool edit_allowed_ = true;
+  bool ends_in_script_ = false;
   bool server_code_in_token_ = false;
   std::uint64_t copied_ = 0;    // bytes of the page that are in the output, or will be with the first repair
   std::uint64_t inserted_ = 0;  // bytes that are in the output only
+  std::uint64_t growth_ = 0;    // what is added to a place of the page to give that in the output
   std::uint64_t repairs_ = 0;
   std::uint64_t untold_ = 0;  // messages beyond the limit
 };

@@ -14,6 +14,7 @@ namespace kavo {
 struct PagePlace {
   std::int64_t line = 0;
   std::int64_t column = 0;
+  std::uint64_t position = 0;  // 0-based, in bytes
 };
 
 class LineCounter {
@@ -46,7 +47,7 @@ class LineCounter {
       line_begin_ = starts_[next_];
       ++line_;
     }
-    return {line_, static_cast<std::int64_t>(position - line_begin_) + 1};
+    return {line_, static_cast<std::int64_t>(position - line_begin_) + 1, position};
   }
 
  private:

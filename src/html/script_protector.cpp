@@ -22,12 +22,13 @@ bool starts_tag(char c) { return c == '/' || (c >= 'A' && c <= 'Z') || (c >= 'a'
 }  // namespace
 
 void ScriptProtector::run(BlockReader& input, std::u16string_view input_name, ProgressEvent& progress) {
-  write_script(script::kLineEnd);
+  write(script_, script::kLineEnd);
   std::size_t done = 0;
   do {
     about_file(input_name, [&] { return input.more(); });
     if (input.bytes_read() != 0) progress.report(input.percent());
     begin_ = input.window().data();
+    begin_position_ = input.position();
     end_ = begin_ + input.window().size();
     last_ = input.exhausted();
     run_ = begin_ + done;
@@ -39,7 +40,7 @@ void ScriptProtector::run(BlockReader& input, std::u16string_view input_name, Pr
     input.consume(dropped);
     done = scanned - dropped;
   } while (!last_);
-  if (block_ != Block::kNone) write_script(script::kLineEnd);
+  if (ends_in_script()) write(script_, script::kLineEnd);
 }
 
 const char* ScriptProtector::scan(const char* p) {
@@ -128,7 +129,7 @@ const char* ScriptProtector::block_bracket(const char* p) {
   if (!in_comment_) {
     if (block_opened_at(p) == block_) {
       flush(p);
-      write_script(script::kLineEnd);
+      write(script_, script::kLineEnd);
       return begin_block(block_, p);
     }
     in_comment_ = begins_with(p, end_, "<!--");
@@ -174,14 +175,14 @@ const char* ScriptProtector::begin_comment_block(const char* p) {
 // Goes on behind the "<" at p with a new block.
 const char* ScriptProtector::split_block(const char* p) {
   flush(p + 1);
-  write_script(script::kLineEnd);
+  write(script_, script::kLineEnd);
   write_placeholder(p + 1);
   return p + 1;
 }
 
 const char* ScriptProtector::end_block(const char* p) {
   flush(p);
-  write_script(script::kLineEnd);
+  write(script_, script::kLineEnd);
   // Deliberately leaves the tag depth as it is, as pages prepared earlier were.
   if (block_ == Block::kScript) in_quotes_ = in_tag_ = false;
   block_ = Block::kNone;
@@ -201,13 +202,13 @@ void ScriptProtector::write_placeholder(const char* p) {
   const std::string_view placeholder(text, static_cast<std::size_t>(out - text));
 
   if (wrapped_) {
-    if (needs_attribute_name(p)) write_page(script::kAttributeName);
-    write_page("\"");
+    if (needs_attribute_name(p)) write(page_, script::kAttributeName);
+    write(page_, "\"");
   }
-  write_page(placeholder);
-  if (wrapped_) write_page("\"");
-  write_script(placeholder);
-  write_script(script::kLineEnd);
+  write(page_, placeholder);
+  if (wrapped_) write(page_, "\"");
+  write(script_, placeholder);
+  write(script_, script::kLineEnd);
 }
 
 // Whether a block at p, in a tag and outside quotes, stands where an attribute would and not where its value would.
@@ -240,20 +241,15 @@ bool ScriptProtector::starts_line_with_marker(const char* p) const {
 void ScriptProtector::flush(const char* p) {
   if (p == run_) return;
   const std::string_view bytes(run_, p);
+  Output& output = block_ == Block::kNone ? page_ : script_;
+  output.trail.copied(begin_position_ + static_cast<std::uint64_t>(run_ - begin_), output.size, bytes.size());
   run_ = p;
-  if (block_ == Block::kNone) {
-    write_page(bytes);
-  } else {
-    write_script(bytes);
-  }
+  write(output, bytes);
 }
 
-void ScriptProtector::write_page(std::string_view bytes) {
-  about_file(page_.final_path(), [&] { page_.write(bytes); });
-}
-
-void ScriptProtector::write_script(std::string_view bytes) {
-  about_file(script_.final_path(), [&] { script_.write(bytes); });
+void ScriptProtector::write(Output& output, std::string_view bytes) {
+  about_file(output.file.final_path(), [&] { output.file.write(bytes); });
+  output.size += bytes.size();
 }
 
 }  // namespace kavo

@@ -14,6 +14,7 @@
 #include <string_view>
 
 #include "common/block_reader.h"
+#include "common/copy_trail.h"
 #include "common/pending_file.h"
 #include "common/progress_event.h"
 
@@ -21,12 +22,19 @@ namespace kavo {
 
 class ScriptProtector {
  public:
-  // The outputs are borrowed and not committed.
-  ScriptProtector(PendingFile& page, PendingFile& script) : page_(page), script_(script) {}
+  // One of the two files that are made, both borrowed and not committed.
+  struct Output {
+    PendingFile& file;
+    CopyTrail& trail;
+    std::uint64_t size = 0;  // bytes written
+  };
+  ScriptProtector(Output page, Output script) : page_(page), script_(script) {}
 
   // Scans the whole page. Throws FileTrouble; what the progress event throws passes through. `input_name` is the
   // page's name for the former.
   void run(BlockReader& input, std::u16string_view input_name, ProgressEvent& progress);
+  // Whether the page that was scanned ends inside a block.
+  bool ends_in_script() const { return block_ != Block::kNone; }
 
  private:
   // The comment block is a page's own comment that looks like a placeholder.
@@ -56,14 +64,14 @@ class ScriptProtector {
   bool needs_attribute_name(const char* p) const;
 
   void flush(const char* p);
-  void write_page(std::string_view bytes);
-  void write_script(std::string_view bytes);
+  static void write(Output& output, std::string_view bytes);
 
-  PendingFile& page_;
-  PendingFile& script_;
+  Output page_;
+  Output script_;
 
   // The window: bytes before the scanned place are kept as far as anything looks back.
   const char* begin_ = nullptr;
+  std::uint64_t begin_position_ = 0;  // of begin_ in the page
   const char* end_ = nullptr;
   const char* run_ = nullptr;  // first byte not written yet
   bool last_ = false;          // the window reaches to the end of the page

@@ -127,7 +127,10 @@ void ScriptRestorer::restore(const char* p, const char* behind) {
   }
   flush(p);
   run_ = behind;
-  if (!about_file(script_name_, [&] { return script_.find(text_); })) return;
+  if (!about_file(script_name_, [&] { return script_.find(text_); })) {
+    ++missing_;
+    return;
+  }
   about_file(script_name_, [&] { script_.read_block([this](std::string_view bytes) { write(bytes); }); });
 }
 

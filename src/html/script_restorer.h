@@ -24,6 +24,8 @@ class ScriptRestorer {
 
   // Scans the whole page. Throws FileTrouble; what the progress event throws passes through.
   void run(BlockReader& input, std::u16string_view input_name, ProgressEvent& progress);
+  // Placeholders that went without a block, because the script file has none of their number.
+  std::size_t missing() const { return missing_; }
 
  private:
   // Each works on from a place in the window and returns the place to go on from; the same place when the bytes there
@@ -56,6 +58,7 @@ class ScriptRestorer {
 
   std::size_t escapes_ = 0;  // escaped markers of this line whose escaped end has not come yet
   std::string text_;         // the placeholder being read, its escaping undone
+  std::size_t missing_ = 0;
 };
 
 }  // namespace kavo

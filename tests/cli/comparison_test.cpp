@@ -1,6 +1,8 @@
 // What kavo verify compares with: texts in their order, and files.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "cli/file_comparison.h"
 #include "cli/text_comparison.h"
 #include "common/block_reader.h"
@@ -34,18 +36,18 @@ TEST(CompareTexts, SmallChanges) {
   } cases[] = {
       {"nothing", {}, {}, {}},
       {"equal", {"a", "b"}, {"a", "b"}, {}},
-      {"lost at the begin", {"a", "b", "c"}, {"b", "c"}, {{kLost, 0, kNone}}},
-      {"lost at the end", {"a", "b", "c"}, {"a", "b"}, {{kLost, 2, kNone}}},
-      {"all lost", {"a", "b"}, {}, {{kLost, 0, kNone}, {kLost, 1, kNone}}},
-      {"doubled", {"a", "b", "c"}, {"a", "a", "b", "c"}, {{kDoubled, kNone, 1}}},
-      {"doubled far away", {"a", "b", "c"}, {"a", "b", "c", "a"}, {{kDoubled, kNone, 3}}},
-      {"added", {"a", "b"}, {"a", "x", "b"}, {{kAdded, kNone, 1}}},
+      {"lost at the begin", {"a", "b", "c"}, {"b", "c"}, {{kLost, 0, kNone, 0}}},
+      {"lost at the end", {"a", "b", "c"}, {"a", "b"}, {{kLost, 2, kNone, 2}}},
+      {"all lost", {"a", "b"}, {}, {{kLost, 0, kNone, 0}, {kLost, 1, kNone, 1}}},
+      {"doubled", {"a", "b", "c"}, {"a", "a", "b", "c"}, {{kDoubled, kNone, 1, 0}}},
+      {"doubled far away", {"a", "b", "c"}, {"a", "b", "c", "a"}, {{kDoubled, kNone, 3, 2}}},
+      {"added", {"a", "b"}, {"a", "x", "b"}, {{kAdded, kNone, 1, 0}}},
       {"all added", {}, {"x", "y"}, {{kAdded, kNone, 0}, {kAdded, kNone, 1}}},
-      {"changed", {"a", "b", "c"}, {"a", "x", "c"}, {{kChanged, 1, 1}}},
-      {"last changed", {"a"}, {"x"}, {{kChanged, 0, 0}}},
-      {"two changed", {"a", "b", "c"}, {"x", "y", "c"}, {{kChanged, 0, 0}, {kChanged, 1, 1}}},
-      {"changed and lost", {"a", "b", "c"}, {"x", "c"}, {{kChanged, 0, 0}, {kLost, 1, kNone}}},
-      {"moved", {"a", "b", "c"}, {"b", "c", "a"}, {{kLost, 0, kNone}, {kDoubled, kNone, 2}}},
+      {"changed", {"a", "b", "c"}, {"a", "x", "c"}, {{kChanged, 1, 1, 1}}},
+      {"last changed", {"a"}, {"x"}, {{kChanged, 0, 0, 0}}},
+      {"two changed", {"a", "b", "c"}, {"x", "y", "c"}, {{kChanged, 0, 0, 0}, {kChanged, 1, 1, 1}}},
+      {"changed and lost", {"a", "b", "c"}, {"x", "c"}, {{kChanged, 0, 0, 0}, {kLost, 1, kNone, 1}}},
+      {"moved", {"a", "b", "c"}, {"b", "c", "a"}, {{kLost, 0, kNone, 0}, {kDoubled, kNone, 2, 2}}},
   };
   for (const auto& c : cases) EXPECT_EQ(compare(c.expected, c.found), c.findings) << c.name;
 }
@@ -53,9 +55,9 @@ TEST(CompareTexts, SmallChanges) {
 TEST(CompareTexts, BrokenPlaceholders) {
   const std::string with = from_host_text(u"a <1/>b");
   const std::string without = "a b";
-  EXPECT_EQ(compare({with}, {without}), (Findings{{TextChange::kBrokenCodes, 0, 0}}));
+  EXPECT_EQ(compare({with}, {without}), (Findings{{TextChange::kBrokenCodes, 0, 0, 0}}));
   const std::string other = from_host_text(u"x <1/>b");
-  EXPECT_EQ(compare({with}, {other}), (Findings{{TextChange::kChanged, 0, 0}}));
+  EXPECT_EQ(compare({with}, {other}), (Findings{{TextChange::kChanged, 0, 0, 0}}));
 }
 
 TEST(CompareTexts, AHundredThousandWithoutOneInCommonEnd) {
@@ -99,6 +101,9 @@ TEST_F(FirstDifference, ToldAtEveryBlockSize) {
       ASSERT_TRUE(difference) << c.name;
       EXPECT_EQ(difference->line, c.line) << c.name << " " << size;
       EXPECT_EQ(difference->column, c.column) << c.name << " " << size;
+      EXPECT_EQ(difference->position,
+                static_cast<std::size_t>(std::ranges::mismatch(c.first, c.second).in1 - c.first.begin()))
+          << c.name << " " << size;
       EXPECT_EQ(difference->first, c.shown_first) << c.name << " " << size;
       EXPECT_EQ(difference->second, c.shown_second) << c.name << " " << size;
       EXPECT_FALSE(between(c.first, c.first)) << c.name;

@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include "cli/run_kavo.h"
+#include "common/cRegistry.h"
 #include "platform/files.h"
 #include "support/temp_folder.h"
 
@@ -47,6 +48,15 @@ TEST_F(VerifyCommand, AServerPageWithItsScripts) {
   EXPECT_EQ(folder.entry_count(), 1u);
 }
 
+TEST_F(VerifyCommand, NoSettingOfTheUserChanges) {
+  cRegistry map;
+  map.SectionKey(u"Software\\MOR\\KAVO");
+  map.ValueKey(u"RTFFontMapFile");
+  map.SetValue(std::u16string(u"C:\\mine\\KAVO.FMP"));
+  EXPECT_EQ(verify(put(u"a.txt", "One\n"))["done"], true);
+  EXPECT_EQ(std::get<std::u16string>(map.Value()), u"C:\\mine\\KAVO.FMP");
+}
+
 TEST_F(VerifyCommand, TheLanguageOfAPageIsNoDifference) {
   EXPECT_EQ(verify(put(u"a.htm", "<html lang=en-US><p>Hello</p></html>\n"))["unchanged"], "same");
 }
@@ -58,6 +68,11 @@ TEST_F(VerifyCommand, ARepairedPageShowsEachRepair) {
   EXPECT_EQ(told["unchanged"], "repaired");
   ASSERT_GE(told["repairs"].size(), 1u);
   EXPECT_EQ(told["repairs"][0]["line"], 2);
+  EXPECT_EQ(told["repair_count"], told["repairs"].size());
+  // The same name and shape as where pages are repaired alone.
+  const auto validated = nlohmann::json::parse(run_kavo({"html", "validate", "--check", "--json", file}).output);
+  EXPECT_EQ(validated["repairs"], told["repairs"]);
+  EXPECT_EQ(validated["repair_count"], told["repair_count"]);
   const Ran ran = run_kavo({"verify", file});
   EXPECT_EQ(ran.code, 0);
   EXPECT_NE(ran.output.find("repaired in "), std::string::npos);
@@ -66,9 +81,36 @@ TEST_F(VerifyCommand, ARepairedPageShowsEachRepair) {
   EXPECT_EQ(run_kavo({"verify", "--strict", file}).code, 3);
 }
 
+TEST_F(VerifyCommand, APageThatEndsInsideAScriptSurvives) {
+  const auto told = verify(put(u"a.htm", "<table><tr><td><p>One</p><script>x = 'y';\n"));
+  EXPECT_EQ(told["done"], true) << told;
+  EXPECT_EQ(told["unchanged"], "same");
+}
+
 TEST_F(VerifyCommand, AnEmptyDocumentSurvives) {
   EXPECT_EQ(verify(put(u"a.txt", ""))["texts"], 0);
   EXPECT_EQ(verify(put(u"a.htm", ""))["done"], true);
+}
+
+// In lines and columns of the page that its author has, not of what is made of it on the way.
+TEST_F(VerifyCommand, PlacesAreThoseOfTheDocument) {
+  const std::string page =
+      "<html><body>\r\n<% a\r\nb %>x <b><i>1</b></i>\r\n"
+      "<script>\r\nvar a = 'Two';\r\n</script><p>Three > \x81</p></body></html>\r\n";
+  const Ran ran = run_kavo({"verify", "--json", "--code-page", "932", put(u"a.asp", page)});
+  const auto told = nlohmann::json::parse(ran.output);
+  ASSERT_EQ(told["repairs"].size(), 2u) << told;
+  EXPECT_EQ(told["repairs"][0]["line"], 3);
+  EXPECT_EQ(told["repairs"][0]["column"], 10);  // the <i>
+  const auto& stray = told["repairs"][1];
+  EXPECT_EQ(stray["line"], 6);
+  EXPECT_EQ(stray["column"], 19);
+  ASSERT_EQ(told["notes"].size(), 1u) << told;  // the </i>
+  EXPECT_EQ(told["notes"][0]["column"], 18);
+  // The text with the broken character, behind repairs and scripts.
+  ASSERT_EQ(told["findings"].size(), 1u) << told;
+  EXPECT_EQ(told["findings"][0]["line"], 6);
+  EXPECT_EQ(told["findings"][0]["column"], 13);
 }
 
 // In a double-byte code page a broken lead byte takes the byte behind it with it when that changes.
@@ -83,12 +125,12 @@ TEST_F(VerifyCommand, ATextThatDoesNotComeBackIsTold) {
   const auto& finding = told["findings"][0];
   EXPECT_EQ(finding["line"], 2);
   EXPECT_EQ(finding["column"], 1);
-  EXPECT_EQ(finding["file"], "a.txt");
+  EXPECT_EQ(finding["file"], file);
   EXPECT_NE(finding["expected"], "");
   const Ran text = run_kavo({"verify", "--code-page", "932", file});
   EXPECT_TRUE(text.output.starts_with("FAILED  " + file + "\n")) << text.output;
   EXPECT_NE(text.output.find(" of 3 texts in 1 bilingual document"), std::string::npos) << text.output;
-  EXPECT_NE(text.output.find("            a.txt:2:1  "), std::string::npos) << text.output;
+  EXPECT_NE(text.output.find("            2:1  "), std::string::npos) << text.output;
 }
 
 TEST_F(VerifyCommand, FilesThatCannotTakeTheRoadFail) {

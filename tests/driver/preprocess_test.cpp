@@ -47,6 +47,25 @@ TEST_F(PreProcess, AspPageWithoutScriptYieldsAScriptFileOfOneLineWithOneBlank) {
   EXPECT_EQ(files.get(kPageFiles[0]), "<p>Plain</p>\r\n");
 }
 
+// End tags behind the placeholder would be script of the restored page, and more of them with every preparation.
+TEST_F(PreProcess, NothingIsWrittenBehindAScriptThatNeverEnds) {
+  for (const char* page : {"<table><tr><td>1<script>x", "<b>1<% x", "<p>1<?php x \n"}) {
+    files.put(kPage, page);
+    K19FPWObj object;
+    MessageList told;
+    object.observe({{}, [&](const Message& message) { told.push_back(message); }});
+    ASSERT_EQ(pre_process(object, std::u16string(kPage)), 0);
+    EXPECT_TRUE(files.get(kPageFiles[0]).ends_with("1<!-- ASP2HTML 1 -->")) << files.get(kPageFiles[0]);
+    ASSERT_FALSE(told.empty());
+    for (const Message& message : told) EXPECT_EQ(message.number, 3018);
+  }
+  // One that ends, even on the page's last byte, hides nothing.
+  files.put(kPage, "<b>1<% x %>");
+  K19FPWObj object;
+  ASSERT_EQ(pre_process(object, std::u16string(kPage)), 0);
+  EXPECT_EQ(files.get(kPageFiles[0]), "<b>1<!-- ASP2HTML 1 --></B>\r\n");
+}
+
 TEST_F(PreProcess, EmptyPageIsPreparedToo) {
   files.put(kPage, "");
   K19FPWObj object;

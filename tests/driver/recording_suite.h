@@ -29,18 +29,28 @@ class RecordingSuite {
   std::function<std::int32_t(std::u16string_view member, const std::u16string& tud)> status;
   // What happens instead of creating a target; it may throw. None: the file is written.
   std::function<void(const std::u16string& target)> create;
-  // Bytes of the targets, by name; those of others are "made".
+  std::u16string created_from;  // the OpenTag file of the target being created
+  // Bytes of the targets, by their name or, for one that is named by chance, by that of its OpenTag file; those of
+  // others are "made".
   std::map<std::u16string, std::string, LessIgnoringCase> targets;
 
   // What a document tells.
   std::u16string source_format = u"TXT";
   std::u16string target_name = u"C:\\WORK\\told_FR.txt";
   std::u16string filter = u"K19TXT";
+  std::u16string told_skeleton = u"told.skl";
   bool has_skeleton = true;
   bool keeps_skeleton = true;
 
   std::vector<std::pair<std::u16string, std::u16string>> languages{
       {u"English", u"EN-US"}, {u"French", u"FR"}, {u"English again", u"ENU"}};
+
+  const std::string& bytes_of(const std::u16string& target) const {
+    static const std::string made = "made";
+    for (const std::u16string& name : {target, created_from})
+      if (const auto bytes = targets.find(name); bytes != targets.end()) return bytes->second;
+    return made;
+  }
 
   void install(FakeAutomation& automation) {
     automation.factories[u"K19Suite.FilterCatalogue"] = [this] { return catalogue(); };
@@ -72,7 +82,7 @@ class RecordingSuite {
          [this, tud](std::span<Argument> arguments) -> Value {
            arguments[0].value = source_format;
            arguments[1].value = target_name;
-           arguments[2].value = std::u16string(u"told.skl");
+           arguments[2].value = told_skeleton;
            arguments[3].value = filter;
            return record(u"GetMergeDetails", *tud, u"");
          }},
@@ -103,12 +113,11 @@ class RecordingSuite {
              details += (details.empty() ? u"" : u"|") + as_text(argument.value);
            const std::u16string target = as_text(arguments[0].value);
            record(u"CreateTarget", target, details);
-           if (create) {
+           created_from = as_text(arguments[1].value);
+           if (create)
              create(target);
-           } else {
-             const auto bytes = targets.find(target);
-             write_file_in_ports(target, bytes == targets.end() ? "made" : bytes->second);
-           }
+           else
+             write_file_in_ports(target, bytes_of(target));
            return Empty{};
          }},
     });

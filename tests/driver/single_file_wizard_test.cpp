@@ -1,3 +1,4 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "common/program_settings.h"
@@ -290,17 +291,19 @@ TEST_F(SingleFileWizardTest, TheTagTableOfTheOptionsHoldsForThisRunOnly) {
 }
 
 TEST_F(SingleFileWizardTest, CancellingBesideTheProgressIsACancelledRun) {
-  frmProgress* progress = nullptr;
-  person.on_open = [&](Form& form) { progress = &dynamic_cast<frmProgress&>(form); };
-  on_convert = [&] {
-    progress->cmdCancel.Click();
-    ports().desktop->process_messages();
-  };
-  user_takes(u"C:\\a.txt");
-  EXPECT_EQ(run(), 1);
-  EXPECT_TRUE(desktop.message_boxes.empty());
-  EXPECT_TRUE(shell.opened.empty());
-  EXPECT_FALSE(interrupt_requested());
+  for (const bool filter_notices : {true, false}) {
+    frmProgress* progress = nullptr;
+    person.on_open = [&](Form& form) { progress = &dynamic_cast<frmProgress&>(form); };
+    on_convert = [&] {
+      progress->cmdCancel.Click();
+      if (filter_notices) ports().desktop->process_messages();
+    };
+    user_takes(u"C:\\a.txt");
+    EXPECT_EQ(run(), 1);
+    EXPECT_TRUE(desktop.message_boxes.empty());
+    EXPECT_TRUE(shell.opened.empty());
+    EXPECT_FALSE(interrupt_requested());
+  }
 }
 
 TEST_F(SingleFileWizardTest, TheProgressTellsTheFile) {
@@ -308,18 +311,25 @@ TEST_F(SingleFileWizardTest, TheProgressTellsTheFile) {
   person.on_open = [](Form&) {};
   K19FPWObj object;
   std::vector<int> percents;
+  std::vector<Text> converted;
   object.observe({[&](std::u16string_view file, int percent) {
                     told = file;
                     percents.push_back(percent);
                   },
-                  {}});
+                  {},
+                  [&](std::u16string_view file, int percent) {
+                    converted.emplace_back(file);
+                    percents.push_back(percent);
+                  }});
   user_takes(u"C:\\page.asp");
   Text file;
   std::int32_t bits = 0;
   EXPECT_EQ(object.SingleFileWizard(file, bits), 0);
   EXPECT_EQ(told, u"C:\\page.asp");
   ASSERT_FALSE(percents.empty());
-  EXPECT_EQ(percents.back(), 100);
+  EXPECT_TRUE(std::ranges::is_sorted(percents));
+  EXPECT_THAT(std::span(percents).last(3), testing::ElementsAre(50, 50, 75)) << "half of the whole is the preparation";
+  EXPECT_EQ(converted, file_list(object));
 }
 
 TEST_F(SingleFileWizardTest, AnInterruptionOfTheProgramIsRaised) {

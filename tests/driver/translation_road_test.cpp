@@ -191,6 +191,43 @@ TEST_F(RoadTest, EachCodeHasARealCause) {
 
 // Nothing is lost.
 
+// Its translations are a person's work.
+TEST_F(RoadTest, AConversionThatFailsLeavesTheOldDocument) {
+  const auto tuds = prepare(u"index.asp", kDocuments[0].bytes);
+  for (const std::u16string& tud : tuds)
+    translate(tud, [](const std::u16string& source) { return u"[" + source + u"]"; });
+  const auto before = all_files();
+  FaultyFiles faulty(files);
+  for (const bool lasting : {false, true}) {
+    std::vector<ProducedFile> produced;
+    FilterRun run;
+    const std::size_t faults = for_each_fault(
+        faulty, {.lasting = lasting, .partial_bytes = 7},
+        [&](std::size_t) {
+          for (const std::u16string& path : files.all_files()) clsCommon().DeleteFile(path);
+          for (const auto& [path, bytes] : before) files.put(path, bytes);
+          produced.assign(object->produced_files().begin(), object->produced_files().end());
+          ports().files = &faulty;
+          run = convert_produced_files(produced, {u"EN-US", u"FR"});
+          ports().files = &files;
+        },
+        [&](std::size_t number) {
+          SCOPED_TRACE(testing::Message() << "operation " << number << ", lasting " << lasting);
+          for (std::size_t i = 0; i < tuds.size(); ++i) {
+            if (!produced[i].tud_name.empty()) continue;
+            for (const std::u16string& path : {tuds[i], tuds[i] + u".skl"}) {
+              const bool is_there = files.info(path) && files.get(path) == before.at(path);
+              const std::u16string aside = path + u".kavo-old";
+              EXPECT_TRUE(is_there || (lasting && files.info(aside) && files.get(aside) == before.at(path)))
+                  << to_utf8(path);
+            }
+          }
+        });
+    EXPECT_GT(faults, 10u);
+    EXPECT_EQ(run.result, 0);
+  }
+}
+
 TEST_F(RoadTest, NoDocumentIsLostWhateverFails) {
   const auto tuds = prepare(u"index.asp", kDocuments[0].bytes);
   for (const std::u16string& tud : tuds)

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "common/clsCommon.h"
+#include "driver/translation.h"
 #include "driver/translation_fixture.h"
 #include "office/recording_office.h"
 #include "support/faulty_files.h"
@@ -63,6 +64,45 @@ class RoutesTest : public TranslationFixture {
     return all;
   }
 };
+
+// A document that is there, whatever made it.
+
+// The command replaces nothing without being told to, and says so before anything is worked on.
+TEST_F(RoutesTest, AnExistingDocumentIsSeenBeforeTheSuiteMakesAnything) {
+  const struct {
+    const char* name;
+    const char16_t* tud;
+    const char16_t* companion;
+    const char16_t* format;
+    const char16_t* target;    // that the filter is asked for
+    const char16_t* existing;  // the document that is there already
+  } cases[] = {
+      {"page", u"page_asp_HTM_ENU.tud", u"page_asp_SCR_ENU.tud", u"HTM", u"page_asp_ENU.htm", u"page_ENU.asp"},
+      {"file on the way", u"page_asp_HTM_ENU.tud", u"page_asp_SCR_ENU.tud", u"HTM", u"page_asp_ENU.htm",
+       u"page_asp_ENU.htm"},
+      {"Word document", u"letter_doc_rtf_ENU.tud", u"letter_doc.rtf", u"RTF", u"letter_doc_ENU.rtf", u"letter_ENU.doc"},
+      {"RTF document", u"letter_rtf_ENU.tud", u"letter.rtf", u"RTF", u"letter_ENU.rtf", u"letter_ENU.rtf"},
+      {"presentation", u"deck_PPT_ENU.tud", u"deck.PPT", u"XML", u"deck_PPT_ENU.xml", u"deck_ENU.PPT"},
+      {"workbook without a language", u"book_XLS.tud", u"book.XLS", u"XML", u"told.xml", u"told.XLS"},
+      {"MIF document", u"manual_mif_ENU.tud", u"manual.mif", u"MIF", u"manual_ENU.mif", u"manual_ENU.mif"},
+      {"text", u"a_txt_ENU.tud", u"a.txt", u"TXT", u"a_ENU.txt", u"a_ENU.txt"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    for (const std::u16string& path : files.all_files()) files.remove_file(path);
+    for (const char16_t* name : {c.tud, c.companion, c.existing}) put(name, "mine");
+    suite.calls.clear();
+    suite.source_format = c.format;
+    suite.target_name = in(c.target);
+    const Files before = all_files();
+    const TranslationResult result = create_translation({.tud = in(c.tud), .keeps_existing = true}, {});
+    EXPECT_EQ(result.error, kTargetInTheWay);
+    EXPECT_EQ(result.text, in(c.existing) + u" exists already");
+    EXPECT_EQ(count_calls(u"CreateTarget"), 0u);
+    EXPECT_EQ(count_calls(u"SaveOpenTag"), 0u);
+    EXPECT_EQ(all_files(), before);
+  }
+}
 
 // RestoreScripts.
 
@@ -201,9 +241,9 @@ class MergeMif : public RoutesTest {
     suite.source_format = u"MIF";
     suite.filter = u"K19MIF";
     add_file(u"manual_FR.mif", manual("Apple"));
-    add_file(u"KAVO_ix.mif", side("Apple", "Pomme"));
-    add_file(u"KAVO_xr.mif", side("", ""));
-    add_file(u"KAVO_va.mif", side("", ""));
+    add_file(u"KAVO_ix_mif_FR.otf", side("Apple", "Pomme"));
+    add_file(u"KAVO_xr_mif_FR.otf", side("", ""));
+    add_file(u"KAVO_va_mif_FR.otf", side("", ""));
     // The markers that are selected are a setting of the user's.
     cRegistry markers;
     markers.SectionKey(u"Software\\VB and VBA Program Settings\\MIF Utilities\\Settings");
@@ -270,9 +310,9 @@ TEST_F(MergeMif, FailingMergeIsCode6AndLeavesEverythingAsItWas) {
   FaultyFiles faulty(files);
   ports().files = &faulty;
   suite.create = [&](const std::u16string& target) {
-    write_file_in_ports(target, suite.targets.at(target));
+    write_file_in_ports(target, suite.bytes_of(target));
     // Its OpenTag file is deleted next; then merging writes.
-    if (target.ends_with(u"KAVO_va.mif"))
+    if (suite.created_from.ends_with(u"KAVO_va_mif_FR.otf"))
       faulty.set_fault({.operation = 2, .counted = FaultyFiles::Counted::kMutating});
   };
   EXPECT_EQ(create(u"manual_mif_FR.tud"), 6);
@@ -296,7 +336,8 @@ TEST_F(MergeMif, ObjectFileThatIsMissingIsAFailureOnlyWhenObjectsWereTakenOut) {
   for (const bool taken : {false, true}) {
     // Beyond the first block, across its end.
     for (const std::size_t filler : {0, 4075, 4080, 4085, 9000}) {
-      add_file(u"manual_FR.mif", text + std::string(filler, ' ') + (taken ? "<KAVOObj 1>\r\n" : "<KAVOObject>\r\n"));
+      add_file(u"manual_FR.mif",
+               text + std::string(filler, ' ') + "\r\n" + (taken ? "<KAVOObj 1>" : "<KAVOObject>") + "\r\n");
       EXPECT_EQ(create(u"manual_mif_FR.tud"), taken ? 6 : 0) << filler;
       if (!taken) files.remove_file(in(u"manual_FR.mif"));
       EXPECT_EQ(all_files(), before);

@@ -224,6 +224,8 @@ TEST(TagTable, DecidesWhatIsChecked) {
   EXPECT_EQ(validate("<s>1", 4096, u"S|0,").page, "<s>1</S>\r\n");
   EXPECT_EQ(validate("<x-y>1", 4096, u"X-Y|0,").page, "<x-y>1</X-Y>\r\n");
   EXPECT_EQ(validate("<b><i>1</b>2</i>", 4096, u"B|0,I|1,").page, "<b><i>1</b>2</i>");
+  for (const std::u16string_view tags : {std::u16string_view(u"B|0,FONT|1,"), std::u16string_view(u"B|0,FONT|0,")})
+    EXPECT_EQ(validate("<font><b>1</font></b>", 4096, tags).page, "<font><b>1</font></b>") << "font never counts";
 }
 
 }  // namespace

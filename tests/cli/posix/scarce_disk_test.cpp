@@ -1,0 +1,195 @@
+// A full disk and a read-only one, through the real command. Both are real: a small file system of the test's own, in a
+// mount namespace of its own.
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/statvfs.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <nlohmann/json.hpp>
+
+#include "cli/run_kavo.h"
+#include "platform/files.h"
+#include "support/system.h"
+#include "support/temp_folder.h"
+
+namespace kavo::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t kPage = 4096;  // what a file takes at least, and at a time
+constexpr const char* kSize = "size=1m";
+
+void write_whole(const fs::path& path, std::string_view text) { write_file(path_from_host(path.string()), text); }
+
+// In a user namespace of its own every user may mount; some systems do not allow even that.
+bool enter_namespace() {
+  static const bool entered = [] {
+    const auto write = [](const char* path, const std::string& text) {
+      const int file = open(path, O_WRONLY);
+      const bool done = file >= 0 && ::write(file, text.data(), text.size()) == static_cast<ssize_t>(text.size());
+      if (file >= 0) close(file);
+      return done;
+    };
+    const std::string user = std::to_string(getuid()), group = std::to_string(getgid());
+    if (getuid() == 0) {
+      if (unshare(CLONE_NEWNS) != 0) return false;
+    } else {
+      if (unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0) return false;
+      if (!write("/proc/self/setgroups", "deny") || !write("/proc/self/uid_map", "0 " + user + " 1") ||
+          !write("/proc/self/gid_map", "0 " + group + " 1"))
+        return false;
+    }
+    return mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
+  }();
+  return entered;
+}
+
+class ScarceDisk : public testing::Test {
+ protected:
+  void SetUp() override {
+    folder_.make_folder(u"disk");
+    disk = to_filesystem_path(folder_.path(u"disk"));
+    if (!enter_namespace() || mount("tmpfs", disk.c_str(), "tmpfs", 0, kSize) != 0)
+      GTEST_SKIP() << "no file system can be mounted here";
+    mounted_ = true;
+    fs::create_directory(work());
+  }
+  ~ScarceDisk() override {
+    if (mounted_) umount(disk.c_str());
+  }
+
+  fs::path work() const { return disk / "work"; }
+  std::string in_work(const char* name) const { return (work() / name).string(); }
+
+  using Files = std::map<std::string, std::string>;
+  Files all_files() const {
+    Files files;
+    for (const auto& entry : fs::directory_iterator(work()))
+      files[entry.path().filename().string()] = read_file(path_from_host(entry.path().string()));
+    return files;
+  }
+  void put(const Files& files) const {
+    for (const auto& entry : fs::directory_iterator(work())) fs::remove(entry.path());
+    for (const auto& [name, bytes] : files) write_whole(work() / name, bytes);
+  }
+  // Takes all of the disk but so many pages.
+  void leave_free(std::size_t pages) const {
+    const fs::path filler = disk / "filler";
+    fs::remove(filler);
+    struct statvfs status;
+    ASSERT_EQ(statvfs(disk.c_str(), &status), 0);
+    const std::size_t free = status.f_bfree * status.f_bsize;
+    write_whole(filler, std::string(free - pages * kPage, 'x'));
+  }
+  void make_read_only(bool is_read_only) const {
+    const unsigned long flags = MS_REMOUNT | (is_read_only ? static_cast<unsigned long>(MS_RDONLY) : 0);
+    ASSERT_EQ(mount(nullptr, disk.c_str(), nullptr, flags, kSize), 0);
+  }
+
+  // The documents of the road, and what each verb makes of them.
+  struct Step {
+    const char* verb;
+    std::vector<std::string> arguments;
+    Files before;
+    Files after;
+  };
+  std::vector<Step> road() const {
+    std::string page = "<html><body>\r\n";
+    for (int i = 0; i < 200; ++i) page += "<p>Hello <%= name %>, this is paragraph " + std::to_string(i) + "</p>\r\n";
+    page += "</body></html>\r\n";
+    Files files{{"index.asp", page}};
+    const std::string tud = in_work("index_asp_htm_FR.tud");
+    std::vector<Step> steps{
+        {"prepare", {"prepare", in_work("index.asp"), "--source", "EN-US", "--target", "FR"}, {}, {}},
+        {"export", {"export", tud}, {}, {}},
+        {"pseudo", {"pseudo", tud}, {}, {}},
+        {"import", {"import", in_work("index_asp_htm_FR.xlf"), "--to", tud}, {}, {}},
+        {"rebuild", {"rebuild", "--overwrite", tud}, {}, {}},
+    };
+    for (Step& step : steps) {
+      // The import has something to take back: what the pseudo translation changed.
+      if (step.verb == std::string("rebuild")) files["index_FR.asp"] = "an old target";
+      put(files);
+      step.before = files;
+      const Ran ran = run_kavo(step.arguments);
+      EXPECT_EQ(ran.code, 0) << step.verb << ran.errors;
+      step.after = files = all_files();
+      EXPECT_NE(step.after, step.before) << step.verb;
+    }
+    return steps;
+  }
+
+  fs::path disk;
+
+ private:
+  TempFolder folder_;
+  bool mounted_ = false;
+};
+
+// With every amount of space from none to enough: whatever is there is whole.
+TEST_F(ScarceDisk, NothingIsLostOnAFullDiskAndNoPartIsLeft) {
+  for (const Step& step : road()) {
+    int code = 1;
+    std::size_t failures = 0;
+    for (std::size_t pages = 0; code != 0 && pages < 100; ++pages) {
+      SCOPED_TRACE(testing::Message() << step.verb << " with " << pages << " pages");
+      fs::remove(disk / "filler");
+      put(step.before);
+      leave_free(pages);
+      const Ran ran = run_kavo(step.arguments);
+      code = ran.code;
+      const Files left = all_files();
+      if (code == 0) {
+        EXPECT_EQ(left, step.after);
+        break;
+      }
+      ++failures;
+      EXPECT_EQ(code, 1);
+      EXPECT_NE(ran.errors.find("No space left on device"), std::string::npos) << ran.errors;
+      for (const auto& [name, bytes] : step.before) EXPECT_TRUE(left.contains(name) && left.at(name) == bytes) << name;
+      // Of several files that are made one after the other, those that were finished stay.
+      for (const auto& [name, bytes] : left)
+        EXPECT_TRUE(step.before.contains(name) || (step.after.contains(name) && step.after.at(name) == bytes)) << name;
+    }
+    EXPECT_EQ(code, 0) << step.verb;
+    EXPECT_GT(failures, 0u) << step.verb;
+  }
+}
+
+TEST_F(ScarceDisk, AReadOnlyFolderIsToldAndStaysAsItIs) {
+  for (const Step& step : road()) {
+    SCOPED_TRACE(step.verb);
+    put(step.before);
+    make_read_only(true);
+    const Ran ran = run_kavo(step.arguments);
+    make_read_only(false);
+    EXPECT_EQ(ran.code, 1);
+    EXPECT_NE(ran.errors.find("Read-only file system"), std::string::npos) << ran.errors;
+    EXPECT_EQ(all_files(), step.before);
+  }
+}
+
+// The seventh failure: what stands in the way of the target cannot be taken away.
+TEST_F(ScarceDisk, ATargetThatCannotBeDeleted) {
+  const Step rebuild = road().back();
+  put(rebuild.before);
+  write_whole(work() / "index_asp_FR.htm", "in the way");
+  const Files before = all_files();
+  make_read_only(true);
+  std::vector<std::string> arguments = rebuild.arguments;
+  arguments.push_back("--json");
+  const auto told = nlohmann::json::parse(run_kavo(arguments).output);
+  make_read_only(false);
+  EXPECT_EQ(told["result"], 7);
+  EXPECT_EQ(told["messages"][0]["text"], "Unable to delete the target file - check that it is not already in use");
+  EXPECT_EQ(all_files(), before);
+}
+
+}  // namespace
+}  // namespace kavo::test
