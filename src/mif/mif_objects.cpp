@@ -7,6 +7,7 @@
 // object file and returns with it.
 #include <string>
 
+#include "common/object_file_guard.h"
 #include "mif/clsMIFUtilities.h"
 #include "mif/line_pieces.h"
 #include "mif/mif_messages.h"
@@ -174,6 +175,8 @@ std::int16_t clsMIFUtilities::RemoveObjects() {
     progress_.restart();
     const bool has_objects = holds(
         mif_file_, progress_, [](const LinePiece& piece) { return begins_object(piece) || holds_placeholder(piece); });
+    step = kCannotReplaceObjects;
+    refuse_foreign_objects(object_file_, kPlaceholderStart);
     step = kCannotWriteObjects;
     PendingFile objects(object_file_);
     std::unique_ptr<PendingFile> output;

@@ -5,6 +5,7 @@
 
 #include "common/byte_scan.h"
 #include "common/commit_together.h"
+#include "common/object_file_guard.h"
 #include "office/object_file.h"
 #include "office/rtf_text.h"
 #include "platform/failure.h"
@@ -51,6 +52,7 @@ std::optional<DataWord> read_data_word(const char* p, const char* end) {
 // The object file; a failure says so, for by itself it would seem to tell of the document.
 PendingFile open_object_file(std::u16string_view path) {
   try {
+    refuse_foreign_objects(path, kMarkerStart);
     return PendingFile(path);
   } catch (const failure& reason) {
     throw failure(reason.number(), u"The object file cannot be made: " + reason.description(), reason.source());

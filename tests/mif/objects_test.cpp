@@ -117,6 +117,23 @@ TEST_F(ObjectsTest, AMissingObjectBecomesTheClosingLine) {
   EXPECT_EQ(utilities.counts().objects_missing, 1);
 }
 
+TEST_F(ObjectsTest, ATextThatLooksLikeAPlaceholderIsKept) {
+  const std::string text = "<String `see <KAVOObj 1\\>'>\r\n";
+  EXPECT_EQ(inserted(text + "<KAVOObj 1>\r\n", "<KAVOObj 1>\r\n=GIF\r\n=EndInset\r\n<KAVOObj End>\r\n"),
+            text + "=GIF\r\n=EndInset\r\n");
+  EXPECT_EQ(removed(text + "=GIF\r\n=EndInset\r\n"), text + "<KAVOObj 1>\r\n");
+}
+
+TEST_F(ObjectsTest, TheObjectsOfAnRtfDocumentAreNotReplaced) {
+  const std::string letters = "{\\v\\mor OBJ 1 }\r\n{\\pict 0123456789}\r\n{\\v\\mor OBJ 2 }\r\n";
+  put(u"m.obj", letters);
+  put(u"m.mif", "=GIF\r\n=EndInset\r\n");
+  EXPECT_EQ(utilities.RemoveObjects(), 1);
+  EXPECT_EQ(message_numbers(), std::vector<std::int32_t>{3032});
+  EXPECT_EQ(get(u"m.obj"), letters);
+  EXPECT_EQ(get(u"m.mif"), "=GIF\r\n=EndInset\r\n");
+}
+
 TEST_F(ObjectsTest, PlaceholdersInAnyOrderAreFound) {
   const std::string objects =
       "<KAVOObj 1>\r\n=A\r\n=EndInset\r\n<KAVOObj 2>\r\n=B\r\n=EndInset\r\n<KAVOObj 3>\r\n=C\r\n=EndInset\r\n"

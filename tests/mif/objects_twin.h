@@ -47,7 +47,7 @@ inline std::optional<TwinPlaceholder> twin_placeholder(const std::string& text) 
   constexpr std::string_view start = "<KAVOObj ";
   for (std::size_t at = 0; (at = text.find(start, at)) != std::string::npos; ++at) {
     const std::size_t close = text.find('>', at);
-    if (close == std::string::npos || close - at >= LinePieces::kUncut) continue;
+    if (close == std::string::npos || close - at >= LinePieces::kUncut || text[close - 1] == '\\') continue;
     return TwinPlaceholder{text.substr(0, at), text.substr(at, close + 1 - at), text.substr(close + 1)};
   }
   return std::nullopt;

@@ -154,6 +154,17 @@ TEST_F(RtfExtractionTest, ObjectFileNameCanBeChosen) {
   EXPECT_EQ(files.get(u"C:\\TEMP\\objects.bin"), "{\\v\\mor OBJ 1 }\r\n{\\pict 0}\r\n{\\v\\mor OBJ 2 }\r\n");
 }
 
+TEST_F(RtfExtractionTest, TheObjectsOfAMifDocumentAreNotReplaced) {
+  const std::string objects = "<KAVOObj 1>\r\n=GIF\r\n=EndInset\r\n<KAVOObj End>\r\n";
+  files.put(kObjects, objects);
+  files.put(kDocument, "{\\rtf1 {\\pict 0}}");
+  clsRTFUtil util;
+  util.RTFFile(kDocument);
+  EXPECT_EQ(util.ExtractObjects(), 1);
+  EXPECT_EQ(files.get(kObjects), objects);
+  EXPECT_EQ(files.get(kDocument), "{\\rtf1 {\\pict 0}}");
+}
+
 TEST_F(RtfExtractionTest, LeftOverTemporaryFileIsReplaced) {
   files.put(u"C:\\WORK\\letter.rtf.kavo.tmp", "left over");
   files.set_read_only(u"C:\\WORK\\letter.rtf.kavo.tmp", true);
