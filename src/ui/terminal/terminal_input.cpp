@@ -13,11 +13,12 @@ namespace kavo {
 std::optional<std::string> TerminalInput::line() {
   std::size_t end;
   while ((end = read_.find('\n')) == std::string::npos && !ended_) {
-    // A read would go on after a signal; a poll comes back.
+    // A read would go on after a signal; a poll comes back, but not from one that arrived just before it.
+    constexpr int kLookAgain = 200;  // milliseconds
     pollfd waiting{descriptor_, POLLIN, 0};
-    const int ready = ::poll(&waiting, 1, -1);
+    const int ready = ::poll(&waiting, 1, kLookAgain);
     throw_if_interrupted();
-    if (ready < 0 && errno == EINTR) continue;
+    if (ready == 0 || (ready < 0 && errno == EINTR)) continue;
     std::array<char, 4096> block;
     const ssize_t count = ready < 0 ? -1 : ::read(descriptor_, block.data(), block.size());
     if (count > 0)

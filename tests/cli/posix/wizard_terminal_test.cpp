@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <pty.h>
+#include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -51,10 +52,11 @@ class Terminal {
     std::this_thread::sleep_for(std::chrono::milliseconds(550));
     type(":ok\n");
   }
-  // Waits for the end; the exit code.
+  // Waits for the end; the exit code. A command that says nothing for long is ended.
   int end() {
     while (read_on()) {
     }
+    if (!is_closed_) ::kill(child_, SIGKILL);
     int status = 0;
     ::waitpid(child_, &status, 0);
     return WIFEXITED(status) ? WEXITSTATUS(status) : 1000 + WTERMSIG(status);
@@ -62,14 +64,15 @@ class Terminal {
   const std::string& shown() const { return shown_; }
 
  private:
-  // False at the end, or when nothing comes for long; the command then ends with its terminal.
+  // False at the end, or when nothing comes for long.
   bool read_on() {
     constexpr int kLongest = 20000;  // milliseconds
     pollfd waiting{descriptor_, POLLIN, 0};
     if (::poll(&waiting, 1, kLongest) <= 0) return false;
     std::array<char, 4096> block;
     const ssize_t count = ::read(descriptor_, block.data(), block.size());
-    if (count <= 0) return false;
+    is_closed_ = count <= 0;
+    if (is_closed_) return false;
     shown_.append(block.data(), static_cast<std::size_t>(count));
     return true;
   }
@@ -78,6 +81,7 @@ class Terminal {
   int descriptor_ = -1;
   std::string shown_;
   std::size_t seen_ = 0;
+  bool is_closed_ = false;  // by the end of the command
 };
 
 constexpr char kControlC[] = "\x03";
