@@ -67,8 +67,9 @@ class SegmentWriter {
     value(code);
     // A blank behind this escape is a part of it.
     if (code.starts_with("\\x") && code.size() == 4) bytes_ += ' ';
-    const bool is_byte = !code.empty() && static_cast<unsigned char>(code.front()) >= 0x80;
-    if (is_byte || code == "\\x" || code == "\\u") joins_ = Joins::kAnything;
+    // A byte that begins a character, alone or behind a backslash.
+    const bool ends_in_byte = !code.empty() && static_cast<unsigned char>(code.back()) >= 0x80;
+    if (ends_in_byte || code == "\\x" || code == "\\u") joins_ = Joins::kAnything;
   }
 
   void finish() {
