@@ -70,8 +70,11 @@ void add_repairs(nlohmann::ordered_json& details, const MessageList& repairs, co
 }
 
 void Report::add(const std::string& file, const Outcome& outcome, double seconds) {
-  ++count_;
-  if (outcome.ending == Outcome::kFailed)
+  const bool failed = outcome.ending == Outcome::kFailed;
+  any_failed_ = any_failed_ || failed;
+  // What ends a batch has no name, and is none of the files that are counted.
+  if (!file.empty()) ++count_;
+  if (failed && !file.empty())
     failed_.push_back({file, outcome.messages.empty() ? std::string() : readable(outcome.messages.back(), file)});
   if (outcome.ending == Outcome::kDifference) different_ = true;
   if (json_)
@@ -128,7 +131,7 @@ int Report::finish() {
     for (const Failed& failed : failed_)
       print_error("  " + failed.file + (failed.reason.empty() ? "" : ": " + failed.reason));
   }
-  if (!failed_.empty()) return 1;
+  if (any_failed_) return 1;
   return different_ ? 3 : 0;
 }
 

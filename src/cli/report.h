@@ -43,6 +43,7 @@ class Report {
   bool json_;
   bool quiet_;
   std::size_t count_ = 0;
+  bool any_failed_ = false;
   std::vector<Failed> failed_;
   bool different_ = false;
 };

@@ -136,6 +136,8 @@ bool K19FPWObj::PrepareHTML() {
   clsASP2HTML scripts;
   scripts.Progress([&](std::int16_t percent) { observer_.tell_progress(source, percent / 2); });
   scripts.ASPFile(source);
+  page_origin_ = {};
+  scripts.follow(&page_origin_.protected_page, &page_origin_.script);
   const std::int32_t protection = scripts.ASP2HTML();
   observer_.tell_all_after_heading(scripts.ErrorList());
   if (protection != 0) return false;
@@ -155,12 +157,12 @@ bool K19FPWObj::PrepareHTML() {
   std::optional<LineIndex> lines;  // of the source, which is read for it when there is something to tell
   validation.origin([&](std::uint64_t place) {
     if (!lines) lines.emplace(source);
-    return lines->place_of(scripts.page_trail().input_of(place));
+    return lines->place_of(page_origin_.of_protected_page(place));
   });
+  validation.follow(&page_origin_.repair);
   const std::int32_t result = validation.HTMLValidate();
   observer_.tell_all_after_heading(validation.ErrorList());
   if (result > 0) return false;
-  page_origin_ = {scripts.page_trail(), scripts.script_trail(), validation.trail()};
   written.keep();
   return true;
 }

@@ -76,8 +76,6 @@ void clsASP2HTML::protect() {
   if (about_file(names_.page, [&] { return starts_as_utf16(input); })) refuse_utf16(names_.page);
   PendingFile page = about_file(names_.html, [&] { return PendingFile(names_.html); });
   PendingFile script = about_file(names_.script, [&] { return PendingFile(names_.script); });
-  page_trail_.clear();
-  script_trail_.clear();
   ScriptProtector protector({page, page_trail_}, {script, script_trail_});
   protector.run(input, names_.page, progress_);
   ends_in_script_ = protector.ends_in_script();

@@ -43,9 +43,12 @@ class clsASP2HTML {
   // number. No entry of ErrorList, since the call succeeded.
   std::u16string warning() const;
 
-  // Where the bytes of both files made by the last ASP2HTML() come from in the page.
-  const CopyTrail& page_trail() const { return page_trail_; }
-  const CopyTrail& script_trail() const { return script_trail_; }
+  // When set, ASP2HTML() writes down where the bytes of the page and of the script file come from, in empty trails that
+  // outlive it. They take memory for every script.
+  void follow(CopyTrail* page, CopyTrail* script) {
+    page_trail_ = page;
+    script_trail_ = script;
+  }
 
   // Of the last call; the first entry says what was called.
   const MessageList& ErrorList() const { return messages_; }
@@ -65,8 +68,8 @@ class clsASP2HTML {
   ScriptNames names_;
   bool ends_in_script_ = false;
   std::size_t missing_blocks_ = 0;
-  CopyTrail page_trail_;
-  CopyTrail script_trail_;
+  CopyTrail* page_trail_ = nullptr;
+  CopyTrail* script_trail_ = nullptr;
   MessageList messages_;
   ProgressEvent progress_;
 };

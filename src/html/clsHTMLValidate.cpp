@@ -64,7 +64,6 @@ std::int32_t clsHTMLValidate::failed(std::u16string text, std::int32_t number) {
 std::int32_t clsHTMLValidate::HTMLValidate() {
   messages_.clear();
   repairs_ = 0;
-  trail_.clear();
   progress_.restart();
   messages_.push_back({text_of(3006) + file_name_, 3006});
 

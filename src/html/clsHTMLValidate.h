@@ -53,8 +53,9 @@ class clsHTMLValidate {
   void ends_in_script(bool value) { ends_in_script_ = value; }
   // Tells places of the page, which messages name, as places of the document that it was made of.
   void origin(PlaceOrigin origin) { origin_ = std::move(origin); }
-  // Where the bytes of the repaired page come from in the page as it was.
-  const CopyTrail& trail() const { return trail_; }
+  // When set, HTMLValidate() writes down where the bytes of the repaired page come from, in an empty trail that
+  // outlives it.
+  void follow(CopyTrail* trail) { trail_ = trail; }
   // When set, HTMLValidate() writes no file at all; messages and repairs() are as if it did.
   void check_only(bool value) { check_only_ = value; }
   // Places that the last call repaired, or would have. The file is only rewritten when there are any.
@@ -68,7 +69,7 @@ class clsHTMLValidate {
   bool backup_ = false;
   bool check_only_ = false;
   PlaceOrigin origin_;
-  CopyTrail trail_;
+  CopyTrail* trail_ = nullptr;
   bool ends_in_script_ = false;
   MessageList messages_;
   ProgressEvent progress_;

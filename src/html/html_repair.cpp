@@ -67,7 +67,7 @@ std::string upper(std::string_view text) {
 }  // namespace
 
 HtmlRepair::HtmlRepair(BlockReader& reader, const TagTable& table, PendingFile* output, MessageList& messages,
-                       CopyTrail& trail, ProgressEvent& progress)
+                       CopyTrail* trail, ProgressEvent& progress)
     : reader_(reader),
       table_(table),
       output_(output),
@@ -513,7 +513,7 @@ void HtmlRepair::processing_instruction(std::uint64_t position) {
 void HtmlRepair::copy_until(std::uint64_t position) {
   if (position <= copied_) return;
   if (output_ != nullptr && repairs_ != 0) output_->write(scanner_.view(copied_, position));
-  trail_.copied(copied_, copied_ + growth_, position - copied_);
+  if (trail_) trail_->copied(copied_, copied_ + growth_, position - copied_);
   copied_ = position;
 }
 

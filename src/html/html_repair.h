@@ -26,8 +26,8 @@ namespace kavo {
 
 class HtmlRepair final : private TreeObserver, private ScannerListener {
  public:
-  // None is owned. Without `output` nothing is written, repairs are only counted.
-  HtmlRepair(BlockReader& reader, const TagTable& table, PendingFile* output, MessageList& messages, CopyTrail& trail,
+  // None is owned. Without `output` nothing is written, repairs are only counted; `trail` may be missing.
+  HtmlRepair(BlockReader& reader, const TagTable& table, PendingFile* output, MessageList& messages, CopyTrail* trail,
              ProgressEvent& progress);
   // Messages name places of the page itself without one.
   void origin(PlaceOrigin origin) { origin_ = std::move(origin); }
@@ -85,7 +85,7 @@ class HtmlRepair final : private TreeObserver, private ScannerListener {
   const TagTable& table_;
   PendingFile* output_;
   MessageList& messages_;
-  CopyTrail& trail_;
+  CopyTrail* trail_;
   ProgressEvent& progress_;
   PlaceOrigin origin_;
   HtmlTree tree_;

@@ -242,7 +242,8 @@ void ScriptProtector::flush(const char* p) {
   if (p == run_) return;
   const std::string_view bytes(run_, p);
   Output& output = block_ == Block::kNone ? page_ : script_;
-  output.trail.copied(begin_position_ + static_cast<std::uint64_t>(run_ - begin_), output.size, bytes.size());
+  if (output.trail)
+    output.trail->copied(begin_position_ + static_cast<std::uint64_t>(run_ - begin_), output.size, bytes.size());
   run_ = p;
   write(output, bytes);
 }

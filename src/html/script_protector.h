@@ -22,10 +22,10 @@ namespace kavo {
 
 class ScriptProtector {
  public:
-  // One of the two files that are made, both borrowed and not committed.
+  // One of the two files that are made, both borrowed and not committed; `trail` may be missing.
   struct Output {
     PendingFile& file;
-    CopyTrail& trail;
+    CopyTrail* trail;
     std::uint64_t size = 0;  // bytes written
   };
   ScriptProtector(Output page, Output script) : page_(page), script_(script) {}
