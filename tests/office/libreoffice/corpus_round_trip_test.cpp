@@ -51,11 +51,13 @@ class CorpusRoundTrip : public OfficeFixture {
     const std::string exported = read_file(path);
 
     ASSERT_EQ((util.*from_xml)(), 0) << to_utf8(util.errors().first_description());
-    const std::string unchanged = flat_xml_of(path, kind);
+    const std::string unchanged = flat_xml_of(path, kind, Pictures::kKept);
     write_file(path, exported);
     open_and_save(path, kind);
+    EXPECT_TRUE(unchanged == flat_xml_of(path, kind, Pictures::kKept))
+        << "a translation that changes nothing changed the document";
+    // Pictures that show an object's texts are drawn anew with them.
     const std::string saved_only = flat_xml_of(path, kind);
-    EXPECT_TRUE(unchanged == saved_only) << "a translation that changes nothing changed the document";
 
     write_file(path, exported);
     const std::string translated = changed_segments(xml);

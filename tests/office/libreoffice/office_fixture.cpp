@@ -69,17 +69,17 @@ std::u16string OfficeFixture::make_document(std::u16string_view name, OfficeKind
   return target;
 }
 
-std::string OfficeFixture::flat_xml_of(std::u16string_view path, OfficeKind kind) {
+std::string OfficeFixture::flat_xml_of(std::u16string_view path, OfficeKind kind, Pictures pictures) {
   OfficeDocument(office_listener(), kind, path).save_as(folder.path(u"flat.xml"), kind_of(kind).flat_filter);
   std::string xml = folder.read(u"flat.xml");
-  // Dates and counters of the file, how it was looked at last, and pictures, which hold no texts.
+  // Dates and counters of the file, and how it was looked at last.
   const auto cut = [&](std::string_view from, std::string_view to) {
     for (std::size_t at = xml.find(from); at != std::string::npos; at = xml.find(from, at))
       xml.erase(at, std::min(xml.find(to, at), xml.size() - to.size()) + to.size() - at);
   };
   cut("<office:meta>", "</office:meta>");
   cut("<office:settings>", "</office:settings>");
-  cut("<office:binary-data>", "</office:binary-data>");
+  if (pictures == Pictures::kLeftOut) cut("<office:binary-data>", "</office:binary-data>");
   cut("<office:font-face-decls>", "</office:font-face-decls>");
   // Lists, comments and fonts of one family are told apart by numbers of chance.
   for (const auto& [expression, replacement] :

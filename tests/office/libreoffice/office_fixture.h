@@ -22,7 +22,8 @@ class OfficeFixture : public testing::Test {
   std::u16string make_document(std::u16string_view name, OfficeKind kind, std::string_view flat_xml,
                                std::string_view password = {});
   // An Office document as LibreOffice's own XML, without what differs from run to run.
-  std::string flat_xml_of(std::u16string_view path, OfficeKind kind);
+  enum class Pictures { kLeftOut, kKept };
+  std::string flat_xml_of(std::u16string_view path, OfficeKind kind, Pictures pictures = Pictures::kLeftOut);
   // Opens and saves, and nothing else.
   void open_and_save(std::u16string_view path, OfficeKind kind);
 
