@@ -19,6 +19,6 @@ fi
 
 imports=$(sed -n 's/^[[:space:]]*DLL Name: //p' <<<"$tables" | tr -d '\r' | tr '[:upper:]' '[:lower:]' | sort -u)
 [ -n "$imports" ] || { echo "no import was found"; exit 1; }
-foreign=$(grep -vxE '(advapi32|bcrypt|comdlg32|gdi32|kernel32|msvcrt|ole32|oleaut32|shell32|user32)\.dll' <<<"$imports" || true)
+foreign=$(grep -vxE '(advapi32|bcrypt|comctl32|comdlg32|gdi32|kernel32|msvcrt|ole32|oleaut32|shell32|user32)\.dll' <<<"$imports" || true)
 [ -z "$foreign" ] || { printf 'needs libraries that a Windows need not have:\n%s\n' "$foreign"; exit 1; }
 echo "exports: $(wc -l <<<"$exports"); imports:" $imports
