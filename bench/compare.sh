@@ -83,8 +83,8 @@ for size in $sizes; do
         ;;
       road)
         # The whole way of a document, with what a user would otherwise take where that is installed: translate-toolkit
-        # and po4a. They are slow, so each runs once and is stopped after five minutes: html2po takes eight times as long for
-        # a page of twice the size.
+        # and po4a. They are slow, so each runs once and is stopped after five minutes: html2po takes eight times as
+        # long for a page of twice the size.
         "$bin/bench/make_document" html "$size" > page.htm
         "$bin/bench/make_document" mif "$size" > book.mif
         "$bin/bench/make_document" text "$size" > note.txt

@@ -27,9 +27,9 @@ struct TextFinding {
 };
 
 // Compares coded texts in order; empty when they are equal. A text too long for one segment is the same text wherever
-// it was cut. Linear in time: where the sequences differ they are brought
-// together again at the nearest equal texts within a window of a few dozen, so that a long piece which went missing is
-// told text by text and may be told as changed texts.
+// it was cut. Linear in time: where the sequences differ they are brought together again at the nearest equal texts
+// within a window of a few dozen, so that a long piece which went missing is told text by text and may be told as
+// changed texts.
 std::vector<TextFinding> compare_texts(std::span<const std::string_view> expected,
                                        std::span<const std::string_view> found);
 
