@@ -2,7 +2,7 @@
 #include "cli/report.h"
 #include "cli/verb.h"
 #include "driver/file_types.h"
-#include "driver/run_files.h"
+#include "driver/document_files.h"
 #include "html/clsASP2HTML.h"
 #include "html/clsHTMLValidate.h"
 #include "platform/files.h"

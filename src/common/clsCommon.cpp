@@ -137,12 +137,13 @@ std::u16string clsCommon::strParseFileName(std::u16string_view file_name, std::i
 
 bool clsCommon::MoveFile(std::u16string_view source, std::u16string_view destination, MessageList* errors) const {
   FileSystem& files = *ports().files;
-  const bool replaces = files.info(destination).has_value();
+  bool replaces = false;
   try {
+    replaces = files.info(destination).has_value();
     if (!replace_file(source, destination)) add_file_error(errors, 3005, source, u"");
     return true;
   } catch (const failure& reason) {
-    if (replaces && files.info(source))
+    if (replaces && FileExists(source))
       add_file_error(errors, 3003, destination, reason.description());
     else
       add_file_error(errors, 3004, source, reason.description());
@@ -194,7 +195,13 @@ void clsCommon::DeleteFile(std::u16string_view file_name) const {
   }
 }
 
-bool clsCommon::FileExists(std::u16string_view file_name) const { return !ports().files->find(file_name).empty(); }
+bool clsCommon::FileExists(std::u16string_view file_name) const {
+  try {
+    return !ports().files->find(file_name).empty();
+  } catch (const failure&) {
+    return false;  // a flag is all that hosts get; our own code asks the port
+  }
+}
 
 std::u16string ForegroundCaption() { return ports().desktop->foreground_caption().value_or(u"*"); }
 

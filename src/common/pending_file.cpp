@@ -72,7 +72,7 @@ PendingFile::~PendingFile() { discard(); }
 void PendingFile::open() {
   file_ = ports().files->open(temporary_path_, Access::kCreateNew);
   // Before the first byte, which others may not be allowed to read.
-  ports().files->take_permissions(temporary_path_, final_path_);
+  ports().files->take_permissions(temporary_path_, final_path_, Permissions::kAll);
   buffer_ = std::make_unique_for_overwrite<char[]>(kBufferSize);
 }
 
@@ -108,6 +108,7 @@ void PendingFile::finish() {
 
 void PendingFile::commit() {
   complete();
+  ports().files->flush(temporary_path_);
   replace_file(temporary_path_, final_path_);
   discard_ = false;
 }
@@ -126,14 +127,17 @@ bool replace_file(std::u16string_view source, std::u16string_view wanted) {
   const auto old = files.info(target);
   const bool was_read_only = old && !old->is_folder && old->is_read_only;
   if (was_read_only) files.set_read_only(target, false);
+  bool is_moved = false;
   try {
-    if (try_rename(source, target)) return true;
-    copy_file(source, target);
+    is_moved = try_rename(source, target);
+    if (!is_moved) copy_file(source, target);
   } catch (const failure&) {
     if (was_read_only) make_read_only_again(target);
     throw;
   }
-  return try_remove(source);
+  // The new file is what the old one was.
+  if (was_read_only) make_read_only_again(target);
+  return is_moved || try_remove(source);
 }
 
 std::u16string file_to_replace(std::u16string_view path) {
@@ -142,14 +146,6 @@ std::u16string file_to_replace(std::u16string_view path) {
   if (info && info->is_special)
     throw failure(FailureNumber::kPathFileAccess, target + u" is a device or a pipe: no file can take its place");
   return target;
-}
-
-std::u16string name_aside(std::u16string_view path) {
-  FileSystem& files = *ports().files;
-  std::u16string name = std::u16string(path) + u".kavo-old";
-  for (int number = 2; files.info(name); ++number)
-    name = std::u16string(path) + u".kavo-old" + to_utf16(std::to_string(number));
-  return name;
 }
 
 void copy_file(std::u16string_view source, std::u16string_view target) {

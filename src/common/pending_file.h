@@ -73,9 +73,6 @@ bool replace_file(std::u16string_view source, std::u16string_view target);
 // it would take it from every program.
 std::u16string file_to_replace(std::u16string_view path);
 
-// A free name beside a file for its old content. What a killed run left under such a name may be the only whole copy.
-std::u16string name_aside(std::u16string_view path);
-
 // Copies through a PendingFile, so that an interrupted copy leaves no half file. An existing target is replaced.
 void copy_file(std::u16string_view source, std::u16string_view target);
 

@@ -5,10 +5,11 @@
 #include <utility>
 
 #include "common/clsCommon.h"
+#include "common/folder_run.h"
 #include "common/line_index.h"
 #include "common/pending_file.h"
 #include "driver/file_types.h"
-#include "driver/run_files.h"
+#include "driver/document_files.h"
 #include "driver/single_file_wizard.h"
 #include "driver/translation.h"
 #include "driver/tud_name.h"
@@ -116,11 +117,16 @@ void K19FPWObj::batch(std::vector<std::u16string> documents) {
 
 // Runs a preparation. Its failures are told by its result alone; an interruption is raised.
 bool K19FPWObj::prepare(bool (K19FPWObj::*preparation)()) {
+  const std::u16string source = produced_[0].file_name;
   bool prepared = false;
   try {
-    refuse_twin(produced_[0].file_name);
+    refuse_twin(source);
+    if (source_type_ == kMifDocument) keep_backup(source);
+    FolderRun run(source, observer_.report());
     prepared = (this->*preparation)();
+    if (prepared) run.commit();
   } catch (const failure& reason) {
+    prepared = false;
     if (reason.is(FailureNumber::kInterrupted)) {
       produced_count_ = 0;
       throw;
@@ -129,6 +135,15 @@ bool K19FPWObj::prepare(bool (K19FPWObj::*preparation)()) {
   }
   if (!prepared) produced_count_ = 0;
   return prepared;
+}
+
+// Made before anything touches the document; it stays whatever follows.
+void K19FPWObj::keep_backup(const std::u16string& document) {
+  const std::u16string backup = document + u".kavo.bak";
+  FolderRun run(document, observer_.report());
+  copy_file(document, backup);
+  run.commit();
+  backup_name_ = backup;
 }
 
 bool K19FPWObj::PrepareHTML() {
@@ -141,9 +156,6 @@ bool K19FPWObj::PrepareHTML() {
   const std::int32_t protection = scripts.ASP2HTML();
   observer_.tell_all_after_heading(scripts.ErrorList());
   if (protection != 0) return false;
-  RunFiles written;
-  written.add(scripts.HTMFile());
-  written.add(scripts.SCRFile());
   produced_[0] = {scripts.HTMFile(), kHtmlPage, u""};
   fill_empty_script_file(scripts.SCRFile());
   produced_[1] = {scripts.SCRFile(), kPlainText, u""};
@@ -162,18 +174,11 @@ bool K19FPWObj::PrepareHTML() {
   validation.follow(&page_origin_.repair);
   const std::int32_t result = validation.HTMLValidate();
   observer_.tell_all_after_heading(validation.ErrorList());
-  if (result > 0) return false;
-  written.keep();
-  return true;
+  return result <= 0;
 }
 
 bool K19FPWObj::PrepareMIF() {
   const std::u16string source = produced_[0].file_name;
-  // The backup is made before anything touches the source, and stays whatever follows.
-  const std::u16string backup = source + u".kavo.bak";
-  copy_file(source, backup);
-  backup_name_ = backup;
-
   clsMIFUtilities mif;
   mif.Progress([&](std::int16_t percent) { observer_.tell_progress(source, percent); });
   mif.StartBatch();
@@ -182,26 +187,22 @@ bool K19FPWObj::PrepareMIF() {
   mif.IndexFile(mif_side_file(place, kMifSides[0]));
   mif.XrefFile(mif_side_file(place, kMifSides[1]));
   mif.VarFile(mif_side_file(place, kMifSides[2]));
-  const std::u16string sides[] = {mif.IndexFile(), mif.XrefFile(), mif.VarFile()};
+  const std::vector<std::u16string> sides{mif.IndexFile(), mif.XrefFile(), mif.VarFile()};
   const std::u16string folder = folder_of(source);
   const bool has_sides = std::ranges::find(folders_with_sides_, folder) != folders_with_sides_.end();
   bool extracted = false;
-  for (const std::u16string& document : has_sides ? std::vector{source} : book_of(source)) {
+  std::vector<std::u16string> book(1, source);
+  if (!has_sides) book = book_of(source);
+  for (const std::u16string& document : book) {
     mif.MIFFile(document);
     mif.Extract();
     if (document == source) extracted = mif.extracted();
   }
-  RunFiles old_sides;
-  bool written = extracted;
-  if (extracted && !has_sides) {
-    for (const std::u16string& side : sides) old_sides.keep_copy_of(side);
-    written = mif.EndBatch() == 0;
-  }
+  const bool written = extracted && (has_sides || mif.EndBatch() == 0);
   observer_.tell_all(mif.ErrorList());
   if (!written) return false;
-  old_sides.keep();
   if (has_sides) return true;
-  for (std::size_t i = 0; i < std::size(sides); ++i) produced_[i + 1] = {sides[i], kMifDocument, u""};
+  for (std::size_t i = 0; i < sides.size(); ++i) produced_[i + 1] = {sides[i], kMifDocument, u""};
   produced_count_ = 4;
   if (!batch_.empty()) folders_with_sides_.push_back(folder);
   return true;

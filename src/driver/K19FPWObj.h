@@ -42,9 +42,9 @@ class K19FPWObj {
   std::int32_t SingleFileWizard(std::u16string& sFilename, std::int32_t& nKAVO);
   // Prepares a document for the suite's filters and lists the files produced. 0 when done (a type that needs no
   // preparation is listed as it is, without being opened), 3 when a page could not be prepared, 4 when a MIF document
-  // could not; the list is empty then. A document whose name differs from another one's in letter case only is refused:
-  // both would be prepared to the same files. A page that failed leaves no file behind, a MIF document its backup
-  // (".kavo.bak" behind the name).
+  // could not, or was in use; the list is empty then and every file as it was. A document whose name differs from another one's in letter case only is refused:
+  // both would be prepared to the same files. A MIF document that failed leaves its backup (".kavo.bak" behind the
+  // name).
   // Throws `failure` 18 when the user interrupts.
   std::int32_t PreProcess(std::u16string& sFilename);
   std::int32_t GetFileCount() const { return produced_count_; }
@@ -72,6 +72,7 @@ class K19FPWObj {
 
  private:
   bool prepare(bool (K19FPWObj::*preparation)());
+  void keep_backup(const std::u16string& document);
   bool PrepareHTML();
   bool PrepareMIF();
   std::vector<std::u16string> book_of(const std::u16string& document) const;

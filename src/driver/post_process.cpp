@@ -7,7 +7,10 @@
 #include "common/block_reader.h"
 #include "common/byte_scan.h"
 #include "common/clsCommon.h"
+#include "common/folder_run.h"
 #include "common/pending_file.h"
+#include "common/same_file.h"
+#include "driver/document_files.h"
 #include "driver/target_build.h"
 #include "html/clsASP2HTML.h"
 #include "mif/clsMIFUtilities.h"
@@ -20,6 +23,10 @@
 
 namespace kavo {
 namespace {
+
+std::u16string file_name_of(std::u16string_view path) {
+  return std::u16string(path.substr(clsCommon().strParseFileName(path, 0).size()));
+}
 
 std::u16string extension_of(std::u16string_view path) { return ascii_upper(clsCommon().strParseFileName(path, 2)); }
 
@@ -73,17 +80,17 @@ std::u16string document_made_of(const TudName& name, std::u16string_view target,
   return std::u16string(target);
 }
 
-PostProcessing::PostProcessing(const TudName& name, std::u16string target, std::u16string language, Documents documents,
-                               RunFiles& files, const RunObserver& observer)
+PostProcessing::PostProcessing(const TudName& name, std::u16string target, std::u16string created,
+                               std::u16string language, FolderRun& run, const RunObserver& observer)
     : name_(name),
-      target_(std::move(target)),
+      document_(document_made_of(name, target, language)),
+      result_(std::move(created)),
       language_(std::move(language)),
-      documents_(documents),
-      files_(files),
+      run_(run),
       observer_(observer) {}
 
 bool PostProcessing::PostProcess() {
-  const std::u16string extension = extension_of(target_);
+  const std::u16string extension = extension_of(result_);
   try {
     if (extension == u"HTM") return RestoreScripts();
     if (extension == u"MIF") return MergeMIF();
@@ -99,67 +106,65 @@ bool PostProcessing::PostProcess() {
 
 bool PostProcessing::RestoreScripts() {
   const std::u16string script = name_.file_name(1, u"SCR", true);
-  const std::u16string page = document_name();
-  files_.borrow(script);
-  if (!rebuild(name_.script_tud(), script)) return false;
+  FolderRun part(script);
+  part.borrow(script);
+  rebuild(name_.script_tud(), script);
 
-  move_out_of_the_way_of(page);
-  const std::u16string html = std::exchange(target_, page);
   clsASP2HTML scripts;
-  scripts.Progress([&](std::int16_t percent) { observer_.tell_progress(page, percent); });
-  scripts.HTMFile(html);
+  scripts.Progress([&](std::int16_t percent) { observer_.tell_progress(document_, percent); });
+  scripts.HTMFile(result_);
   scripts.SCRFile(script);
-  scripts.ASPFile(page);
+  scripts.ASPFile(run_.scratch_path(file_name_of(document_)));
   const bool restored = scripts.HTML2ASP() == 0;
   observer_.tell_all_after_heading(scripts.ErrorList());
   if (const std::u16string warning = scripts.warning(); !warning.empty()) observer_.tell({warning});
-  const clsCommon common;
-  common.DeleteFile(html);
-  common.DeleteFile(script);
+  result_ = scripts.ASPFile();
+  part.commit();
   return restored;
 }
 
 bool PostProcessing::MergeMIF() {
-  // Under names of this run's own: the same folder may be rebuilt into another language at the same time.
-  std::vector<std::u16string> sides;
-  for (const std::u16string_view side : kMifSides) {
-    sides.push_back(files_.add_scratch(u"mif"));
-    if (!rebuild(mif_side_tud(name_, side), sides.back())) return false;
-  }
   const std::u16string objects = name_.file_name(1, u"obj", false);
   // The preparation does not take objects out: without an object file there is nothing to put back, unless the document
   // says that there was.
-  const bool has_objects = is_file(objects) || holds_object_placeholder(target_);
-
-  clsMIFUtilities mif;
-  mif.Progress([&](std::int16_t percent) { observer_.tell_progress(target_, percent); });
-  mif.StartBatch();
-  mif.IndexFile(sides[0]);
-  mif.XrefFile(sides[1]);
-  mif.VarFile(sides[2]);
-  mif.MIFFile(target_);
-  mif.ObjFile(objects);
-  const bool merged = mif.Merge() == 0 && (!has_objects || mif.InsertObjects() == 0);
-  observer_.tell_all(mif.ErrorList());
-  if (const std::int64_t missing = mif.counts().not_found; merged && missing != 0)
-    observer_.tell(
-        {u"Hidden texts (index entries, formats, variables) that are in none of the side files' documents and "
-         u"stay untranslated: " +
-         to_utf16(std::to_string(missing))});
-  const clsCommon common;
-  for (const std::u16string& side : {mif.IndexFile(), mif.XrefFile(), mif.VarFile()}) common.DeleteFile(side);
-  // Those that the preparation made have served their purpose too.
+  const bool has_objects = is_file(objects) || holds_object_placeholder(result_);
+  bool merged = false;
+  {
+    FolderRun part(objects);
+    std::vector<std::u16string> sides;
+    for (const std::u16string_view side : kMifSides) {
+      sides.push_back(mif_side_file(name_, side));
+      part.borrow(sides.back());
+      rebuild(mif_side_tud(name_, side), sides.back());
+    }
+    clsMIFUtilities mif;
+    mif.Progress([&](std::int16_t percent) { observer_.tell_progress(document_, percent); });
+    mif.StartBatch();
+    mif.IndexFile(sides[0]);
+    mif.XrefFile(sides[1]);
+    mif.VarFile(sides[2]);
+    mif.MIFFile(result_);
+    mif.ObjFile(objects);
+    merged = mif.Merge() == 0 && (!has_objects || mif.InsertObjects() == 0);
+    observer_.tell_all(mif.ErrorList());
+    if (const std::int64_t missing = mif.counts().not_found; merged && missing != 0)
+      observer_.tell(
+          {u"Hidden texts (index entries, formats, variables) that are in none of the side files' documents and "
+           u"stay untranslated: " +
+           to_utf16(std::to_string(missing))});
+    part.commit();
+  }
+  // Those that the preparation made have served their purpose; they are back when the run fails.
   for (const std::u16string_view side : kMifSides)
-    if (const std::u16string prepared = mif_side_file(name_, side); merged && !is_same_file(prepared, target_))
-      files_.make_way_for(prepared);
+    if (const std::u16string prepared = mif_side_file(name_, side); merged && !is_same_file(prepared, document_))
+      clsCommon().DeleteFile(prepared);
   return merged;
 }
 
 bool PostProcessing::RebuildDocument() {
-  const clsCommon common;
   clsRTFUtil objects;
-  objects.Progress([&](std::int16_t percent) { observer_.tell_progress(target_, percent); });
-  objects.RTFFile(target_);
+  objects.Progress([&](std::int16_t percent) { observer_.tell_progress(document_, percent); });
+  objects.RTFFile(result_);
   objects.ObjFile(name_.file_name(1, u"obj", false));
   if (is_file(objects.ObjFile())) {
     const bool inserted = objects.InsertObjects() == 0;
@@ -169,15 +174,13 @@ bool PostProcessing::RebuildDocument() {
   if (ascii_upper(name_.part(1)) != u"DOC") return true;
 
   clsDOC2RTF word;
-  word.RTFFile(target_);
-  word.DOCFile(document_name());
-  files_.make_way_for(word.DOCFile());
+  word.RTFFile(result_);
+  word.DOCFile(run_.scratch_path(file_name_of(document_)));
   if (word.RTF2DOC() != 0 || !is_file(word.DOCFile())) {
-    observer_.tell({u"The word processor could not convert " + target_});
+    observer_.tell({u"The word processor could not convert " + result_});
     return false;
   }
-  common.DeleteFile(target_);
-  target_ = word.DOCFile();
+  result_ = word.DOCFile();
   return true;
 }
 
@@ -187,47 +190,26 @@ bool PostProcessing::RebuildOfficeFile() {
   if (type.empty()) return true;  // any other XML document
   const clsCommon common;
   const std::u16string source = name_.file_name(has_language ? 1 : 2, type, false);
-  const std::u16string document = document_name();
-  const std::u16string xml =
-      common.strParseFileName(document, 0) + common.strParseFileName(document, 1) + u"_" + type + u".xml";
-  if (is_same_file(document, source))
+  if (is_same_file(document_, source))
     throw failure(FailureNumber::kInvalidCall, u"The target must be another file than " + source);
-
-  files_.make_way_for(document);
-  copy_file(source, document);
-  if (!is_same_file(xml, target_)) {
-    files_.borrow(xml);
-    replace_file(target_, xml);
-  }
+  // The texts go into a copy of the source, from an XML file that is named after it.
+  const std::u16string copy = run_.scratch_path(file_name_of(document_));
+  const std::u16string xml =
+      common.strParseFileName(copy, 0) + common.strParseFileName(copy, 1) + u"_" + type + u".xml";
+  copy_file(source, copy);
+  if (!is_same_file(xml, result_)) replace_file(result_, xml);
   const bool imported = ascii_upper(type) == u"PPT" ? import_presentation(xml) : import_workbook(xml);
-  if (!imported) observer_.tell({u"The texts could not be put into " + document});
-  common.DeleteFile(xml);
-  target_ = document;
+  if (!imported) observer_.tell({u"The texts could not be put into " + document_});
+  result_ = copy;
   return imported;
 }
 
-bool PostProcessing::rebuild(const std::u16string& tud, const std::u16string& file) {
-  TargetBuild build(tud);
-  if (!build.open() || !build.read_details() || !build.save_open_tag(std::nullopt) || !build.locate_skeleton()) {
-    observer_.tell({tud + u": " + build.reason()});
-    return false;
-  }
+// Throws `failure` when that fails.
+void PostProcessing::rebuild(const std::u16string& tud, const std::u16string& file) {
+  TargetBuild build(tud, run_);
+  if (!build.open() || !build.read_details() || !build.save_open_tag(std::nullopt) || !build.locate_skeleton())
+    throw failure(FailureNumber::kInvalidCall, tud + u": " + build.reason());
   build.create_target(file, language_);
-  return true;
-}
-
-// The filter was told to create the page under the name that the restored page has: the two cannot be one file.
-void PostProcessing::move_out_of_the_way_of(const std::u16string& page) {
-  if (!is_same_file(target_, page)) return;
-  const std::u16string scratch = files_.add_scratch(u"htm");
-  replace_file(target_, scratch);
-  target_ = scratch;
-}
-
-std::u16string PostProcessing::document_name() const {
-  std::u16string usual = document_made_of(name_, target_, language_);
-  if (documents_ == Documents::kScratch) return files_.add_scratch(clsCommon().strParseFileName(usual, 2));
-  return usual;
 }
 
 }  // namespace kavo

@@ -4,47 +4,42 @@
 #include <string>
 #include <string_view>
 
-#include "driver/run_files.h"
 #include "driver/run_observer.h"
 #include "driver/tud_name.h"
 
 namespace kavo {
+
+class FolderRun;
 
 // The document that post-processing ends with when the filter has created `target`; `language` as below.
 std::u16string document_made_of(const TudName& name, std::u16string_view target, std::u16string_view language);
 
 class PostProcessing {
  public:
-  // Where a route puts a document of another name than the filter's.
-  enum class Documents {
-    kUsual,    // to the name that document_made_of() tells
-    kScratch,  // to a scratch file that the caller moves on
-  };
-  // `target` is the file that the filter created; `language` the code in the bilingual document's name, "" when the
-  // document is treated as one without. All references must outlive the object.
-  PostProcessing(const TudName& name, std::u16string target, std::u16string language, Documents documents,
-                 RunFiles& files, const RunObserver& observer);
+  // `created` is the scratch file that the filter has made for the document `target`; `language` the code in the
+  // bilingual document's name, "" when the document is treated as one without. All references must outlive the object.
+  PostProcessing(const TudName& name, std::u16string target, std::u16string created, std::u16string language,
+                 FolderRun& run, const RunObserver& observer);
 
   // Takes the route that the target's extension asks for; true without work for one that asks for none. False when the
   // route failed, the observer then knows why. Throws `failure` 18 when the user interrupts.
   bool PostProcess();
-  // The file that the translation is in now.
-  const std::u16string& target() const { return target_; }
+  // The scratch file that the translation is in now, and the document that it is to become.
+  const std::u16string& result() const { return result_; }
+  const std::u16string& document() const { return document_; }
 
  private:
   bool RestoreScripts();
   bool MergeMIF();
   bool RebuildDocument();
   bool RebuildOfficeFile();
-  bool rebuild(const std::u16string& tud, const std::u16string& file);
-  void move_out_of_the_way_of(const std::u16string& page);
-  std::u16string document_name() const;
+  void rebuild(const std::u16string& tud, const std::u16string& file);
 
   const TudName& name_;
-  std::u16string target_;
+  std::u16string document_;
+  std::u16string result_;
   std::u16string language_;
-  Documents documents_;
-  RunFiles& files_;
+  FolderRun& run_;
   const RunObserver& observer_;
 };
 

@@ -6,6 +6,7 @@
 #include <span>
 #include <string_view>
 
+#include "common/folder_run.h"
 #include "common/messages.h"
 
 namespace kavo {
@@ -17,8 +18,12 @@ struct RunObserver {
   // A prepared file is handed to its filter now, at this percent of the whole; the filter itself tells nothing.
   std::function<void(std::u16string_view file, int percent)> converting = {};
 
+  // Scratch files of the run go by the names that the user knows.
   void tell(const Message& told) const {
-    if (message) message(told);
+    if (!message) return;
+    Message known = told;
+    known.text = FolderRun::without_scratch_folder(told.text);
+    message(known);
   }
   void tell_all(std::span<const Message> told) const {
     for (const Message& each : told) tell(each);
@@ -26,6 +31,10 @@ struct RunObserver {
   // The lists of the page converters begin with an entry that only names the run.
   void tell_all_after_heading(std::span<const Message> told) const {
     if (!told.empty()) tell_all(told.subspan(1));
+  }
+  // What a FolderRun has to say. The observer must outlive it.
+  FolderRun::Report report() const {
+    return [this](const std::u16string& text) { tell({text}); };
   }
   void tell_progress(std::u16string_view file, int percent) const {
     if (progress) progress(file, percent);

@@ -5,7 +5,7 @@
 #include "common/clsCommon.h"
 #include "common/trimmed.h"
 #include "driver/file_types.h"
-#include "driver/run_files.h"
+#include "driver/document_files.h"
 #include "driver/wizard_run.h"
 #include "platform/failure.h"
 #include "platform/ports.h"

@@ -3,20 +3,34 @@
 #include <utility>
 
 #include "common/clsCommon.h"
+#include "common/folder_run.h"
+#include "common/same_file.h"
 #include "driver/file_types.h"
-#include "driver/run_files.h"
+#include "driver/document_files.h"
 #include "driver/tud_name.h"
 #include "platform/case_fold.h"
 #include "platform/failure.h"
 
 namespace kavo {
 
-TargetBuild::TargetBuild(std::u16string_view tud) : tud_(tud), open_tag_(open_tag_name_of(tud)) {}
+TargetBuild::TargetBuild(std::u16string_view tud, FolderRun& run)
+    : tud_(tud), open_tag_(open_tag_name_of(tud)), run_(run) {}
 
 TargetBuild::~TargetBuild() {
-  const clsCommon common;
-  common.DeleteFile(open_tag_);
-  if (!skeleton_.path.empty() && !skeleton_.keep) common.DeleteFile(skeleton_.path);
+  if (!skeleton_.path.empty() && !skeleton_.keep) clsCommon().DeleteFile(skeleton_.path);
+}
+
+// False, with the reason, when the step fails.
+template <class Step>
+bool TargetBuild::can(Step&& step) {
+  try {
+    step();
+    return true;
+  } catch (const failure& reason) {
+    if (reason.is(FailureNumber::kInterrupted)) throw;
+    refusal_ = reason.description();
+    return false;
+  }
 }
 
 bool TargetBuild::open() { return leaves_alone(tud_) && document_.open(tud_); }
@@ -28,13 +42,14 @@ bool TargetBuild::read_details() {
 }
 
 bool TargetBuild::save_open_tag(const std::optional<StatusColours>& colours) {
-  return document_.save_open_tag(open_tag_, colours);
+  return can([&] { run_.borrow(open_tag_); }) && document_.save_open_tag(open_tag_, colours);
 }
 
 bool TargetBuild::locate_skeleton() {
   auto skeleton = document_.locate_skeleton();
   if (skeleton) skeleton_ = std::move(*skeleton);
-  return !skeleton_.path.empty();
+  if (skeleton_.path.empty()) return false;
+  return skeleton_.keep || can([&] { run_.note_temporary_file(skeleton_.path); });
 }
 
 // The names are compared without their folders: a document may name its skeleton with or without one.

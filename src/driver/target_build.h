@@ -10,11 +10,14 @@
 
 namespace kavo {
 
+class FolderRun;
+
 class TargetBuild {
  public:
-  // Throws what the creation of the suite's component raises, as every step throws what the component raises.
-  explicit TargetBuild(std::u16string_view tud);
-  // Deletes what the build left on its way: the OpenTag file, and the skeleton unless it is to be kept.
+  // Throws what the creation of the suite's component raises, as every step throws what the component raises. What the
+  // build makes on its way (the OpenTag file, a skeleton that is not to be kept) goes with the run, which must outlive
+  // it.
+  TargetBuild(std::u16string_view tud, FolderRun& run);
   ~TargetBuild();
   TargetBuild(const TargetBuild&) = delete;
   TargetBuild& operator=(const TargetBuild&) = delete;
@@ -38,10 +41,13 @@ class TargetBuild {
   // False when `file`, which the build reads, has the name of the OpenTag file, which the build writes and deletes. It
   // then does neither.
   bool leaves_alone(std::u16string_view file);
+  template <class Step>
+  bool can(Step&& step);
 
   std::u16string tud_;
   std::u16string open_tag_;
   std::u16string refusal_;
+  FolderRun& run_;
   TudComponent document_;
   MergeDetails details_;
   LocatedSkeleton skeleton_;

@@ -8,10 +8,12 @@
 
 #include "common/cRegistry.h"
 #include "common/clsCommon.h"
+#include "common/folder_run.h"
 #include "common/pending_file.h"
+#include "common/same_file.h"
 #include "common/tud_names.h"
+#include "driver/document_files.h"
 #include "driver/post_process.h"
-#include "driver/run_files.h"
 #include "driver/target_build.h"
 #include "driver/tud_name.h"
 #include "platform/failure.h"
@@ -72,6 +74,10 @@ std::u16string known_language(std::u16string_view code) {
   return u"";
 }
 
+std::u16string file_name_of(std::u16string_view path) {
+  return std::u16string(path.substr(clsCommon().strParseFileName(path, 0).size()));
+}
+
 bool is_office_format(std::u16string_view format) {
   const std::u16string upper = ascii_upper(format);
   return upper == u"PPT" || upper == u"XLS";
@@ -89,13 +95,10 @@ class Translation {
         target_(request.target) {}
 
   TranslationResult run() {
-    language_ = known_language(name_.language());
-    if (!language_.empty() && !has_companions()) language_.clear();
-    TargetBuild build(request_.tud);
-    const TranslationError error = create(build);
-    if (error != kNoError) return {error, error_text_, u""};
-    files_.keep();
-    show(build.details().filter_identifier);
+    std::u16string filter;
+    if (const TranslationError error = create(filter); error != kNoError)
+      return {error, FolderRun::without_scratch_folder(error_text_), u""};
+    show(filter);
     return {kNoError, u"", target_};
   }
 
@@ -110,7 +113,33 @@ class Translation {
     return true;
   }
 
-  TranslationError create(TargetBuild& build) {
+  TranslationError create(std::u16string& filter) {
+    std::optional<FolderRun> run;
+    try {
+      run.emplace(request_.tud, observer_.report());
+      language_ = known_language(name_.language());
+      if (!language_.empty() && !has_companions()) language_.clear();
+    } catch (const failure& reason) {
+      if (reason.is(FailureNumber::kInterrupted)) throw;
+      error_text_ = reason.description();
+      return kTudNotOpened;
+    }
+    TargetBuild build(request_.tud, *run);
+    const TranslationError error = build_target(build, *run);
+    if (error != kNoError) return error;
+    filter = build.details().filter_identifier;
+    try {
+      run->commit();
+    } catch (const failure& reason) {
+      observer_.tell({reason.description()});
+      error_text_ = overwrites_ ? u"" : reason.description();
+      return overwrites_ ? kTargetInTheWay : kTargetNotCreated;
+    }
+    tell_progress(100);
+    return kNoError;
+  }
+
+  TranslationError build_target(TargetBuild& build, FolderRun& run) {
     const auto failed = [&](TranslationError error) {
       observer_.tell({build.reason()});
       return error;
@@ -118,17 +147,31 @@ class Translation {
     if (!build.open()) return failed(kTudNotOpened);
     tell_progress(15);
     if (!build.read_details()) return failed(kNoMergeDetails);
+    const std::u16string& source_format = build.details().source_format;
     if (target_.empty()) target_ = build.details().target_name;
-    if (has_output()) target_ = files_.add_scratch(clsCommon().strParseFileName(target_, 2));
-    if (const auto error = clear_target(build); error != kNoError) return error;
-    if (!build.save_open_tag(colours(build.details().source_format))) return failed(kOpenTagNotSaved);
+    if (const auto error = check_target(build); error != kNoError) return error;
+    if (!build.save_open_tag(colours(source_format))) return failed(kOpenTagNotSaved);
     tell_progress(30);
     if (!build.locate_skeleton()) return failed(kNoSkeleton);
-    if (!create_target(build)) return kTargetNotCreated;
+    std::u16string created;
+    if (!create_target(build, run, created)) return kTargetNotCreated;
     tell_progress(80);
-    if (!post_process(build.details().source_format)) return kNotPostProcessed;
-    if (has_output() && !move_to_output()) return kTargetNotCreated;
-    tell_progress(100);
+    const RunObserver last_fifth{[this](std::u16string_view, int percent) { tell_progress(80 + percent / 5); },
+                                 observer_.message};
+    std::u16string result = created;
+    if (is_post_processed(source_format)) {
+      PostProcessing routes(name_, target_, created, language_, run, last_fifth);
+      if (!routes.PostProcess()) return kNotPostProcessed;
+      result = routes.result();
+      target_ = routes.document();
+    }
+    target_ = wanted();
+    try {
+      replace_file(result, target_);
+    } catch (const failure& reason) {
+      error_text_ = reason.description();
+      return kTargetNotCreated;
+    }
     return kNoError;
   }
 
@@ -137,33 +180,30 @@ class Translation {
   // The document that the run is asked for.
   const std::u16string& wanted() const { return has_output() ? request_.output : target_; }
 
-  TranslationError clear_target(const TargetBuild& build) {
-    if (request_.keeps_existing) {
+  TranslationError check_target(const TargetBuild& build) {
+    const std::u16string& source_format = build.details().source_format;
+    try {
       std::vector<std::u16string> documents{wanted()};
-      if (!has_output() && is_post_processed(build.details().source_format))
+      if (!has_output() && is_post_processed(source_format))
         documents.push_back(document_made_of(name_, target_, language_));
       for (const std::u16string& document : documents) {
-        if (!is_file(document)) continue;
-        error_text_ = document + u" exists already";
-        return kTargetInTheWay;
+        if (request_.keeps_existing && is_file(document)) {
+          error_text_ = document + u" exists already";
+          return kTargetInTheWay;
+        }
+        // An old document is replaced when the new one is whole; a folder cannot be.
+        if (const auto old = ports().files->info(document); overwrites_ && old && old->is_folder) {
+          observer_.tell({document + u" is a folder"});
+          return kTargetInTheWay;
+        }
       }
-    }
-    try {
       build.refuse_own_file(wanted());
       refuse_companion(wanted());
     } catch (const failure& reason) {
       error_text_ = reason.description();
       return kTargetNotCreated;
     }
-    if (!overwrites_ || is_office_format(build.details().source_format) || has_output()) return kNoError;
-    try {
-      files_.make_way_for(target_);
-      is_cleared_ = true;
-      return kNoError;
-    } catch (const failure& reason) {
-      observer_.tell({reason.description()});
-      return kTargetInTheWay;
-    }
+    return kNoError;
   }
 
   // Throws `failure` 5 for a target that is one of the files beside the document that its way back may read.
@@ -185,16 +225,16 @@ class Translation {
     return colours;
   }
 
-  bool create_target(const TargetBuild& build) {
+  bool create_target(const TargetBuild& build, FolderRun& run, std::u16string& created) {
     try {
       build.refuse_own_file(wanted());
+      created = run.scratch_path(file_name_of(target_));
       const std::u16string map = ports().files->absolute(name_.folder() + u"KAVO.FMP");
       const std::u16string old_map = read_text(kFilterSettings, kFontMapFile);
       const std::int32_t old_mapping = read_number(kFilterSettings, kFontMapping);
       write_text(kFilterSettings, kFontMapFile, map);
       write_number(kFilterSettings, kFontMapping, 1);
-      if (!is_cleared_ && !has_output()) files_.keep_copy_of(target_);
-      build.create_target(target_, language_);
+      build.create_target(created, language_);
       write_text(kFilterSettings, kFontMapFile, old_map);
       // Deliberate: the setting goes on naming this folder's map, for filters that users start themselves afterwards.
       write_text(kFilterSettings, kFontMapFile, map);
@@ -207,31 +247,8 @@ class Translation {
     }
   }
 
-  bool move_to_output() {
-    try {
-      files_.make_way_for(request_.output);
-      replace_file(target_, request_.output);
-      target_ = request_.output;
-      return true;
-    } catch (const failure& reason) {
-      error_text_ = reason.description();
-      return false;
-    }
-  }
-
   bool is_post_processed(const std::u16string& source_format) const {
     return !language_.empty() || (is_office_format(name_.language()) && ascii_upper(source_format) == u"XML");
-  }
-
-  bool post_process(const std::u16string& source_format) {
-    if (!is_post_processed(source_format)) return true;
-    const auto documents = has_output() ? PostProcessing::Documents::kScratch : PostProcessing::Documents::kUsual;
-    const RunObserver last_fifth{[this](std::u16string_view, int percent) { tell_progress(80 + percent / 5); },
-                                 observer_.message};
-    PostProcessing routes(name_, target_, language_, documents, files_, last_fifth);
-    const bool done = routes.PostProcess();
-    target_ = routes.target();
-    return done;
   }
 
   // Opens the result for viewing. The translation is there whatever becomes of this.
@@ -266,9 +283,7 @@ class Translation {
   const TudName name_;
   std::u16string target_;
   std::u16string language_;  // "" when the name tells none that the suite knows, or companions are missing
-  bool is_cleared_ = false;  // an old target was moved out of the way
   std::u16string error_text_;
-  RunFiles files_;
 };
 
 }  // namespace

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "common/clsCommon.h"
-#include "driver/run_files.h"
+#include "driver/document_files.h"
 #include "platform/unicode.h"
 
 namespace kavo {

@@ -2,9 +2,10 @@
 
 #include <algorithm>
 
+#include "common/folder_run.h"
 #include "common/tud_names.h"
 #include "driver/file_types.h"
-#include "driver/run_files.h"
+#include "driver/document_files.h"
 #include "driver/tud_component.h"
 #include "platform/failure.h"
 #include "platform/ports.h"
@@ -25,13 +26,12 @@ void convert(ProducedFile& file, const RunLanguages& languages) {
   refuse_twin(file.file_name);
   const std::u16string tud = tud_name_of(file.file_name, languages.target);
   const std::u16string skeleton = skeleton_name_of(tud);
-  // The names are free for the filter; what was there comes back when it or what follows fails.
-  RunFiles files;
-  files.make_way_for(tud);
-  files.make_way_for(skeleton);
-  Argument arguments[] = {by_value(file.file_name),
-                          by_value(tud),
-                          by_value(skeleton),
+  // Filters know real files only.
+  FolderRun run(file.file_name);
+  const std::u16string made = run.path_to_write(tud);
+  Argument arguments[] = {by_value(run.path_to_read(file.file_name)),
+                          by_value(made),
+                          by_value(run.path_to_write(skeleton)),
                           by_value(languages.source),
                           by_value(languages.source_code_page),
                           by_value(languages.target),
@@ -40,25 +40,41 @@ void convert(ProducedFile& file, const RunLanguages& languages) {
                           by_value(std::u16string(u"Paragraph"))};
   filter_catalogue().invoke(u"Convert", arguments);
   // The only plain text that a preparation produces beside other files is the script file of a server page.
-  if (file.file_type == kPlainText && ascii_lower(file.file_name).ends_with(u".scr")) LockScriptSegments(tud);
-  files.keep();
+  if (file.file_type == kPlainText && ascii_lower(file.file_name).ends_with(u".scr")) LockScriptSegments(made);
+  run.commit();
   file.tud_name = tud;
+}
+
+FilterRun failed_at(std::size_t index, const failure& reason) {
+  return {kFirstFilterFailure + static_cast<std::int32_t>(index),
+          FolderRun::without_scratch_folder(reason.description())};
 }
 
 }  // namespace
 
 FilterRun convert_produced_files(std::span<ProducedFile> files, const RunLanguages& languages,
                                  const RunObserver& observer) {
-  for (std::size_t i = 0; i < files.size(); ++i) {
-    observer.tell_converting(files[i].file_name, static_cast<int>(100 * i / files.size()));
+  FilterRun result;
+  std::size_t i = 0;
+  try {
+    // The documents take their names together; those of the files before one that fails do, too.
+    FolderRun run(files.empty() ? u"." : files[0].file_name, observer.report());
     try {
-      convert(files[i], languages);
+      for (; i < files.size(); ++i) {
+        observer.tell_converting(files[i].file_name, static_cast<int>(100 * i / files.size()));
+        convert(files[i], languages);
+      }
     } catch (const failure& reason) {
       if (reason.is(FailureNumber::kInterrupted)) throw;
-      return {kFirstFilterFailure + static_cast<std::int32_t>(i), reason.description()};
+      result = failed_at(i, reason);
     }
+    run.commit();
+  } catch (const failure& reason) {
+    if (reason.is(FailureNumber::kInterrupted)) throw;
+    for (ProducedFile& file : files) file.tud_name.clear();
+    return failed_at(0, reason);
   }
-  return {};
+  return result;
 }
 
 bool ContainsQuotedText(std::u16string_view text) {

@@ -1,16 +1,15 @@
 #include "html/clsASP2HTML.h"
 
 #include "common/block_reader.h"
-#include "common/commit_together.h"
+#include "common/folder_run.h"
 #include "common/pending_file.h"
+#include "common/same_file.h"
 #include "html/file_trouble.h"
 #include "html/script_file.h"
 #include "html/script_names.h"
 #include "html/script_protector.h"
 #include "html/script_restorer.h"
 #include "html/utf16_mark.h"
-#include "platform/case_fold.h"
-#include "platform/ports.h"
 #include "platform/unicode.h"
 #include "resources/string_table.h"
 
@@ -29,8 +28,7 @@ constexpr std::int32_t kFileFailed = 3001;
 // An output that is the input, or the other output, would end one document with another's bytes.
 void refuse_shared_names(const ScriptNames& names) {
   const auto check = [](const std::u16string& a, const std::u16string& b) {
-    const auto full = [](const std::u16string& name) { return ports().files->absolute(name); };
-    if (!a.empty() && !b.empty() && about_file(b, [&] { return equal_ignoring_case(full(a), full(b)); }))
+    if (!a.empty() && !b.empty() && about_file(b, [&] { return is_same_file(a, b); }))
       throw FileTrouble{b, u"The file is already open"};
   };
   check(names.page, names.html);
@@ -74,12 +72,16 @@ std::int32_t clsASP2HTML::run(std::u16string_view what, const std::u16string& in
 void clsASP2HTML::protect() {
   auto input = about_file(names_.page, [&] { return BlockReader(names_.page); });
   if (about_file(names_.page, [&] { return starts_as_utf16(input); })) refuse_utf16(names_.page);
+  // Page and script file are one set.
+  auto run = about_file(names_.html, [&] { return std::make_unique<FolderRun>(names_.html); });
   PendingFile page = about_file(names_.html, [&] { return PendingFile(names_.html); });
   PendingFile script = about_file(names_.script, [&] { return PendingFile(names_.script); });
   ScriptProtector protector({page, page_trail_}, {script, script_trail_});
   protector.run(input, names_.page, progress_);
   ends_in_script_ = protector.ends_in_script();
-  about_file(names_.html, [&] { commit_together({&script, &page}); });
+  about_file(names_.script, [&] { script.commit(); });
+  about_file(names_.html, [&] { page.commit(); });
+  about_file(names_.html, [&] { run->commit(); });
 }
 
 void clsASP2HTML::restore() {

@@ -1,24 +1,13 @@
 #include "office/clsRTFUtil.h"
 
-#include <memory>
-
 #include "common/clsCommon.h"
+#include "common/folder_run.h"
+#include "common/same_file.h"
 #include "office/rtf_extraction.h"
 #include "office/rtf_insertion.h"
-#include "platform/case_fold.h"
 #include "platform/failure.h"
-#include "platform/ports.h"
 
 namespace kavo {
-namespace {
-
-bool same_file(std::u16string_view a, std::u16string_view b) {
-  FileSystem& files = *ports().files;
-  return equal_ignoring_case(files.absolute(a), files.absolute(b));
-}
-
-}  // namespace
-
 std::int32_t clsRTFUtil::ExtractObjects() {
   return run([this](const std::u16string& temporary_file) {
     RtfExtraction extraction(rtf_file_, temporary_file, obj_file_);
@@ -48,12 +37,14 @@ std::int32_t clsRTFUtil::run(const std::function<bool(const std::u16string&)>& w
   try {
     make_object_file_name();
     const std::u16string temporary_file = rtf_file_ + u".kavo.tmp";
-    if (same_file(rtf_file_, obj_file_) || same_file(temporary_file, obj_file_))
+    if (is_same_file(rtf_file_, obj_file_) || is_same_file(temporary_file, obj_file_))
       throw failure(FailureNumber::kInvalidCall, u"The object file must not be the document itself");
-    // The temporary file has one name for all runs: only one at a time may have it.
-    const std::unique_ptr<FileLock> lock = ports().files->lock(rtf_file_);
-    clsCommon().DeleteFile(temporary_file);  // left over from a run that was killed
-    return work(temporary_file) ? 0 : 1;
+    // Document and object file are one set, and the temporary file has one name for all runs.
+    FolderRun run(rtf_file_);
+    clsCommon().DeleteFile(temporary_file);
+    if (!work(temporary_file)) return 1;
+    run.commit();
+    return 0;
   } catch (const failure& reason) {
     if (reason.is(FailureNumber::kInterrupted)) throw;
     errors_.push_back({reason.description()});

@@ -4,7 +4,6 @@
 #include <charconv>
 
 #include "common/byte_scan.h"
-#include "common/commit_together.h"
 #include "common/object_file_guard.h"
 #include "office/object_file.h"
 #include "office/rtf_text.h"
@@ -76,7 +75,8 @@ void RtfExtraction::run(ProgressEvent& progress) {
   // A marker line inside an object would be taken for its end.
   if (RtfObjectFile(objects_.temporary_path()).size() != count_) refuse_markers();
   reader_ = BlockReader();  // Windows replaces no file that is open
-  commit_together({&objects_, &text_});
+  objects_.commit();
+  text_.commit();
 }
 
 void RtfExtraction::write_marker_line(std::uint64_t number) {

@@ -23,6 +23,20 @@ struct FileInfo {
   bool is_folder = false;
   bool is_read_only = false;
   bool is_special = false;  // a device, pipe or socket: to be read or written, never replaced
+  bool is_hidden = false;   // by its attribute on Windows; natively no file counts as hidden
+};
+
+// Which of another file's permissions a file gets.
+enum class Permissions {
+  kAll,          // those of the file that it replaces
+  kOfADocument,  // those of a document that it is made of: nobody may run it
+};
+
+// What tells two files apart, whatever names they have: volume and number on it (st_dev and st_ino, the file index).
+struct FileIdentity {
+  std::uint64_t volume = 0;
+  std::uint64_t number = 0;
+  bool operator==(const FileIdentity&) const = default;
 };
 
 enum class Access {
@@ -44,7 +58,7 @@ class File {
   virtual void close() = 0;
 };
 
-// Keeps a document for one run until it is destroyed.
+// Keeps a file or folder for one run until it is destroyed.
 class FileLock {
  public:
   virtual ~FileLock() = default;
@@ -54,26 +68,39 @@ class FileSystem {
  public:
   virtual ~FileSystem() = default;
   virtual std::unique_ptr<File> open(std::u16string_view path, Access access) = 0;
-  // Nothing when no such entry exists or it cannot be looked at.
+  // Nothing when no such entry exists. An entry that cannot be looked at is a failure like any other: it may be there.
   virtual std::optional<FileInfo> info(std::u16string_view path) = 0;
+  // The identity of the file or folder that the path leads to; nothing when there is none.
+  virtual std::optional<FileIdentity> identity(std::u16string_view path) = 0;
   // Names (without folder) of the entries that the pattern's last component matches; "*" and "?" as FindFirstFile
-  // reads them; never "." and "..". Empty when nothing matches.
+  // reads them; never "." and "..". Empty when nothing matches or the folder does not exist.
   virtual std::vector<std::u16string> find(std::u16string_view pattern) = 0;
+  // Makes a folder for this user alone, in one that exists. Throws 58 when the name is taken.
+  virtual void make_folder(std::u16string_view path) = 0;
+  // Removes an empty folder.
+  virtual void remove_folder(std::u16string_view path) = 0;
   virtual void remove_file(std::u16string_view path) = 0;
+  // Gives a file a second name on its volume (link(2), CreateHardLink). Throws 58 when that name is taken, and some
+  // number where the volume knows no second names.
+  virtual void link_file(std::u16string_view path, std::u16string_view second_name) = 0;
+  // Forces what was written to a closed file onto the disk (fsync(2), FlushFileBuffers).
+  virtual void flush(std::u16string_view path) = 0;
   // Gives a file a new name on the same volume, replacing a file of that name in one step (MoveFileEx, rename(2)).
   // Throws 74 when the two names lie on different volumes, so that the caller can copy instead.
   virtual void rename_file(std::u16string_view from, std::u16string_view to) = 0;
   virtual void set_read_only(std::u16string_view path, bool read_only) = 0;
-  // Keeps other callers of lock() from an existing file; whoever does not ask is not kept. Throws 70 when another
-  // thread or process has it. Dropped by the thread that took it, and by the system when the process ends.
+  // Keeps other callers of lock() from an existing file or folder, by whatever name they call it; whoever does not ask
+  // is not kept. Throws 70 when another thread or process has it. Dropped by the thread that took it, and by the system
+  // when the process ends. Null where the volume has no locks.
   virtual std::unique_ptr<FileLock> lock(std::u16string_view path) = 0;
   // Where a new file is to be put for `path`: what a symbolic link of that name leads to, whether it exists or not;
-  // else the path as it is.
+  // else the path as it is. Throws 70 for a link that another user made in a folder where everybody may (a sticky one):
+  // it could lead anywhere.
   virtual std::u16string link_target(std::u16string_view path) = 0;
-  // Gives a file the permissions (chmod) and, where this user may, the owner (chown) of the one that it replaces. The
-  // owner's right to write is not taken away. Nothing on Windows, where the folder hands rights down. Never throws:
-  // what cannot be given stays as it is.
-  virtual void take_permissions(std::u16string_view path, std::u16string_view replaced) noexcept = 0;
+  // Gives a file the permissions (chmod) and, where this user may, the owner (chown) of another one. The owner's right
+  // to write is not taken away. Nothing on Windows, where the folder hands rights down. Never throws: what cannot be
+  // given stays as it is.
+  virtual void take_permissions(std::u16string_view path, std::u16string_view model, Permissions which) noexcept = 0;
   virtual std::u16string temporary_folder() = 0;  // as GetTempPath answers; the trailing "\" is not promised
   virtual std::u16string absolute(std::u16string_view path) = 0;
 };

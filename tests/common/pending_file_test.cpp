@@ -184,6 +184,11 @@ TEST_P(EveryFault, OfMoveFileLeavesBothFilesAsTheyWereOrTheMoveDone) {
       [&](std::size_t number) {
         SCOPED_TRACE(number);
         expect_whole_target(done);
+        // The last step makes a read-only file read-only again; the document is whole without it, too.
+        if (done && errors.empty()) {
+          EXPECT_TRUE(GetParam().read_only);
+          return;
+        }
         ASSERT_EQ(errors.size(), 1u);
         if (!done) {
           EXPECT_EQ(drives.get(source), kNew);

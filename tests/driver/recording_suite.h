@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "common/folder_run.h"
 #include "driver/fake_catalogue.h"
 #include "platform/failure.h"
 #include "platform/ports.h"
@@ -23,7 +24,7 @@ inline void write_file_in_ports(const std::u16string& path, std::string_view byt
 
 class RecordingSuite {
  public:
-  // "Open C:\WORK\a_txt_FR.tud", "CreateTarget <target>|<OpenTag>|<skeleton>|<language>|<filter>" ...
+  // Scratch files go by the names that they are to have: "Open C:\WORK\a_txt_FR.tud", "CreateTarget <target>|<OpenTag>|<skeleton>|<language>|<filter>" ...
   std::vector<std::u16string> calls;
   // The status that an operation of the document of that name answers; it may throw. None: 0.
   std::function<std::int32_t(std::u16string_view member, const std::u16string& tud)> status;
@@ -47,7 +48,7 @@ class RecordingSuite {
 
   const std::string& bytes_of(const std::u16string& target) const {
     static const std::string made = "made";
-    for (const std::u16string& name : {target, created_from})
+    for (const std::u16string& name : {FolderRun::without_scratch_folder(target), created_from})
       if (const auto bytes = targets.find(name); bytes != targets.end()) return bytes->second;
     return made;
   }
@@ -60,7 +61,8 @@ class RecordingSuite {
 
  private:
   std::int32_t record(std::u16string_view member, const std::u16string& tud, std::u16string details) {
-    calls.push_back(std::u16string(member) + (details.empty() ? u"" : u" ") + details);
+    calls.push_back(std::u16string(member) + (details.empty() ? u"" : u" ") +
+                    FolderRun::without_scratch_folder(details));
     return status ? status(member, tud) : 0;
   }
 

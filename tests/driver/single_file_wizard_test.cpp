@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "common/program_settings.h"
+#include "common/folder_run.h"
 #include "driver/driver_fixture.h"
 #include "forms/fake_presenter.h"
 #include "html/frmHTMLOptions.h"
@@ -48,7 +49,8 @@ class SingleFileWizardTest : public DriverFixture {
         {u"Convert", MemberKind::kMethod, 9, 9,
          [this](std::span<Argument> arguments) -> Value {
            std::vector<Text> call;
-           for (const Argument& argument : arguments) call.push_back(as_text(argument.value));
+           for (const Argument& argument : arguments)
+             call.push_back(FolderRun::without_scratch_folder(as_text(argument.value)));
            conversions.push_back(call);
            if (on_convert) on_convert();
            if (conversions.size() == failing_conversion) throw failure(1004, u"The page has no text", u"Suite");

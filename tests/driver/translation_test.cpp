@@ -132,11 +132,10 @@ TEST_F(TranslationTest, EachStepThatFailsEndsTheRunWithItsCode) {
     for (const std::int32_t quiet : {0, 1}) {
       SCOPED_TRACE(step.code);
       put(u"a_txt_FR.tud");
-      put(u"a_txt_FR.otf", "left over");
+      put(u"a_txt_FR.otf", "somebody's");
       put(u"a_txt_FR.tud.skl", "skeleton");
       put(u"told_FR.txt", "old target");
-      Files expected = all_files();
-      expected.erase(in(u"a_txt_FR.otf"));
+      const Files expected = all_files();
       suite.calls.clear();
       messages.clear();
       desktop.message_boxes.clear();
@@ -214,18 +213,13 @@ TEST_F(TranslationTest, TargetThatCannotBeDeletedIsCode7) {
   EXPECT_EQ(object->LastError(), text);
   EXPECT_EQ(count_calls(u"SaveOpenTag"), 0u);
 
-  // In use: it can be read, and not renamed.
-  FaultyFiles faulty(files);
+  // In use: it can be read, and not replaced.
   put(u"told_FR.txt", "old target");
-  ports().files = &faulty;
-  suite.status = [&](std::u16string_view member, const std::u16string&) {
-    if (member == u"GetMergeDetails")
-      faulty.set_fault({.operation = 1, .number = FailureNumber::kPermissionDenied, .lasting = true});
-    return 0;
-  };
   call.target = u"";
-  EXPECT_EQ(create(u"a_txt_FR.tud", call), 7);
-  faulty.clear_fault();
+  {
+    const auto held = files.open(in(u"told_FR.txt"), Access::kRead);
+    EXPECT_EQ(create(u"a_txt_FR.tud", call), 7);
+  }
   EXPECT_EQ(object->LastError(), text);
   EXPECT_EQ(files.get(in(u"told_FR.txt")), "old target");
 }
@@ -276,42 +270,26 @@ TEST_F(TranslationTest, ReleasedCatalogueIsCode5) {
 
 // The old target.
 
-TEST_F(TranslationTest, OverwriteFlagDeletesTheOldTargetReadOnlyOrNot) {
-  for (const bool read_only : {false, true}) {
-    put(u"told_FR.txt", "old target");
-    files.set_read_only(in(u"told_FR.txt"), read_only);
-    bool was_there = true;
-    suite.create = [&](const std::u16string& target) {
-      was_there = files.has(target);
-      write_file_in_ports(target, "new");
-    };
-    Call call{.target = u"", .preview = -1};
-    EXPECT_EQ(create(u"a_txt_FR.tud", call), 0);
-    EXPECT_FALSE(was_there) << "it is gone before the filter runs";
-    EXPECT_EQ(files.get(in(u"told_FR.txt")), "new");
-    EXPECT_EQ(files.all_files().size(), 2u) << "nothing is left of it";
-  }
-}
-
-TEST_F(TranslationTest, WithoutTheFlagTheFilterFindsTheOldTarget) {
-  put(u"told_FR.txt", "old target");
-  suite.create = [&](const std::u16string& target) {
-    EXPECT_EQ(files.get(target), "old target");
-    write_file_in_ports(target, "new");
-  };
-  EXPECT_EQ(create(u"a_txt_FR.tud"), 0);
-  EXPECT_EQ(files.get(in(u"told_FR.txt")), "new");
-  EXPECT_EQ(files.all_files().size(), 2u);
-}
-
-TEST_F(TranslationTest, OverwriteFlagLeavesOfficeTargetsToTheFilter) {
-  for (const std::u16string format : {u"PPT", u"xls"}) {
-    suite.source_format = format;
-    put(u"told_FR.txt", "old target");
-    suite.create = [&](const std::u16string& target) { EXPECT_EQ(files.get(target), "old target"); };
-    Call call{.target = u"", .preview = -1};
-    EXPECT_EQ(create(u"a_txt_FR.tud", call), 0);
-  }
+TEST_F(TranslationTest, AnOldTargetIsReplacedWhenTheNewOneIsWhole) {
+  for (const std::int32_t preview : {0, -1})
+    for (const bool read_only : {false, true}) {
+      put(u"told_FR.txt", "old target");
+      files.set_read_only(in(u"told_FR.txt"), read_only);
+      std::u16string made;
+      suite.create = [&](const std::u16string& target) {
+        made = target;
+        EXPECT_FALSE(files.has(target)) << "the filter finds a free name";
+        EXPECT_EQ(files.get(in(u"told_FR.txt")), "old target");
+        write_file_in_ports(target, "new");
+      };
+      Call call{.target = u"", .preview = preview};
+      EXPECT_EQ(create(u"a_txt_FR.tud", call), 0);
+      EXPECT_TRUE(made.ends_with(u"\\told_FR.txt"));
+      EXPECT_NE(made, in(u"told_FR.txt")) << "a name of the run's own";
+      EXPECT_EQ(files.get(in(u"told_FR.txt")), "new");
+      EXPECT_EQ(files.info(in(u"told_FR.txt"))->is_read_only, read_only);
+      EXPECT_EQ(files.all_files().size(), 2u) << "nothing is left of the old one";
+    }
 }
 
 TEST_F(TranslationTest, NegativePreviewIsAFlagWordThatAsksForNoPreview) {
@@ -409,8 +387,8 @@ TEST_F(TranslationTest, ReadOnlyScratchFilesAreDeletedToo) {
   suite.keeps_skeleton = false;
   suite.create = [&](const std::u16string& target) {
     write_file_in_ports(target, "new");
-    files.set_read_only(in(u"a_txt_FR.otf"), true);
-    files.set_read_only(in(u"a_txt_FR.tud.skl"), true);
+    ports().files->set_read_only(in(u"a_txt_FR.otf"), true);
+    ports().files->set_read_only(in(u"a_txt_FR.tud.skl"), true);
   };
   EXPECT_EQ(create(u"a_txt_FR.tud"), 0);
   EXPECT_EQ(files.all_files(), (Calls{in(u"told_FR.txt")}));

@@ -56,7 +56,7 @@ void FaultyFiles::clear_fault() { fault_.reset(); }
 bool FaultyFiles::fails(Kind kind) {
   if (!fault_ || (fault_->counted == Counted::kMutating && kind == Kind::kReading)) return false;
   ++operations_;
-  const bool later = operations_ > fault_->operation && fault_->lasting && kind != Kind::kRemoving;
+  const bool later = operations_ > fault_->operation && fault_->lasting && (fault_->kills || kind != Kind::kRemoving);
   if (operations_ != fault_->operation && !later) return false;
   fault_happened_ = true;
   return true;
@@ -72,6 +72,41 @@ std::unique_ptr<File> FaultyFiles::open(std::u16string_view path, Access access)
   const bool writing = access != Access::kRead;
   step(writing ? Kind::kMutating : Kind::kReading);
   return std::make_unique<FaultyFile>(*this, inner_.open(path, access), writing);
+}
+
+std::optional<FileInfo> FaultyFiles::info(std::u16string_view path) {
+  step(Kind::kReading);
+  return inner_.info(path);
+}
+
+std::optional<FileIdentity> FaultyFiles::identity(std::u16string_view path) {
+  step(Kind::kReading);
+  return inner_.identity(path);
+}
+
+std::vector<std::u16string> FaultyFiles::find(std::u16string_view pattern) {
+  step(Kind::kReading);
+  return inner_.find(pattern);
+}
+
+void FaultyFiles::make_folder(std::u16string_view path) {
+  step(Kind::kMutating);
+  inner_.make_folder(path);
+}
+
+void FaultyFiles::remove_folder(std::u16string_view path) {
+  step(Kind::kRemoving);
+  inner_.remove_folder(path);
+}
+
+void FaultyFiles::link_file(std::u16string_view path, std::u16string_view second_name) {
+  step(Kind::kMutating);
+  inner_.link_file(path, second_name);
+}
+
+void FaultyFiles::flush(std::u16string_view path) {
+  step(Kind::kMutating);
+  inner_.flush(path);
 }
 
 void FaultyFiles::remove_file(std::u16string_view path) {

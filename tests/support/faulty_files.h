@@ -9,13 +9,13 @@
 
 namespace kavo::test {
 
-// Wraps any file system and counts its operations: open, remove, rename, set_read_only and on open files read, write,
-// seek, size and close. (info and find never fail by their contract.)
+// Wraps any file system and counts its operations: open, info, find, identity, remove, rename, link, flush, folders made
+// and removed, set_read_only, and on open files read, write, seek, size and close.
 class FaultyFiles : public FileSystem {
  public:
   enum class Counted {
     kAll,
-    kMutating,  // open for writing, write, close of a written file, remove, rename, set_read_only
+    kMutating,  // open for writing, write, close of a written file, remove, rename, link, flush, folders, set_read_only
   };
 
   struct Fault {
@@ -25,6 +25,8 @@ class FaultyFiles : public FileSystem {
     // Every counted operation after it fails too, as on a full or removed disk; removing a file still works, as it
     // does there.
     bool lasting = false;
+    // With `lasting`: as in a program that is killed, nothing works any more.
+    bool kills = false;
     // A failing write writes this many bytes first.
     std::size_t partial_bytes = 0;
   };
@@ -38,15 +40,20 @@ class FaultyFiles : public FileSystem {
   std::size_t operation_count() const { return operations_; }
 
   std::unique_ptr<File> open(std::u16string_view path, Access access) override;
-  std::optional<FileInfo> info(std::u16string_view path) override { return inner_.info(path); }
-  std::vector<std::u16string> find(std::u16string_view pattern) override { return inner_.find(pattern); }
+  std::optional<FileInfo> info(std::u16string_view path) override;
+  std::optional<FileIdentity> identity(std::u16string_view path) override;
+  std::vector<std::u16string> find(std::u16string_view pattern) override;
+  void make_folder(std::u16string_view path) override;
+  void remove_folder(std::u16string_view path) override;
+  void link_file(std::u16string_view path, std::u16string_view second_name) override;
+  void flush(std::u16string_view path) override;
   void remove_file(std::u16string_view path) override;
   void rename_file(std::u16string_view from, std::u16string_view to) override;
   void set_read_only(std::u16string_view path, bool read_only) override;
   std::unique_ptr<FileLock> lock(std::u16string_view path) override { return inner_.lock(path); }
   std::u16string link_target(std::u16string_view path) override { return inner_.link_target(path); }
-  void take_permissions(std::u16string_view path, std::u16string_view replaced) noexcept override {
-    inner_.take_permissions(path, replaced);
+  void take_permissions(std::u16string_view path, std::u16string_view model, Permissions which) noexcept override {
+    inner_.take_permissions(path, model, which);
   }
   std::u16string temporary_folder() override { return inner_.temporary_folder(); }
   std::u16string absolute(std::u16string_view path) override { return inner_.absolute(path); }

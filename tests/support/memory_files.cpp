@@ -83,13 +83,13 @@ std::u16string MemoryFiles::parent(const std::u16string& path) {
 
 void MemoryFiles::add_folder(std::u16string_view path) {
   for (std::u16string folder = key(path); !folder.empty(); folder = parent(folder))
-    entries_.try_emplace(folder, Entry{true, false, nullptr});
+    entries_.try_emplace(folder, Entry{true, false, nullptr, ++last_number_});
 }
 
 void MemoryFiles::put(std::u16string_view path, std::string_view bytes) {
   const std::u16string whole = key(path);
   add_folder(parent(whole));
-  entries_.insert_or_assign(whole, Entry{false, false, std::make_shared<std::string>(bytes)});
+  entries_.insert_or_assign(whole, Entry{false, false, std::make_shared<std::string>(bytes), ++last_number_});
 }
 
 std::string MemoryFiles::get(std::u16string_view path) const {
@@ -128,7 +128,7 @@ std::unique_ptr<File> MemoryFiles::open(std::u16string_view path, Access access)
   check_folder(whole);
   const bool exists = entries_.contains(whole);
   if (exists && access == Access::kCreateNew) raise(FailureNumber::kFileAlreadyExists, u"File exists", path);
-  if (!exists) entries_.emplace(whole, Entry{false, false, std::make_shared<std::string>()});
+  if (!exists) entries_.emplace(whole, Entry{false, false, std::make_shared<std::string>(), ++last_number_});
   Entry& entry = existing_file(whole);
   if (entry.is_read_only) raise(FailureNumber::kPermissionDenied, u"Permission denied", path);
   entry.bytes->clear();
@@ -157,6 +157,36 @@ std::vector<std::u16string> MemoryFiles::find(std::u16string_view pattern) {
   return names;
 }
 
+std::optional<FileIdentity> MemoryFiles::identity(std::u16string_view path) {
+  if (path.empty()) return std::nullopt;
+  const auto found = entries_.find(key(path));
+  if (found == entries_.end()) return std::nullopt;
+  return FileIdentity{1, found->second.number};
+}
+
+void MemoryFiles::make_folder(std::u16string_view path) {
+  const std::u16string whole = key(path);
+  check_folder(whole);
+  if (!entries_.try_emplace(whole, Entry{true, false, nullptr, ++last_number_}).second)
+    raise(FailureNumber::kFileAlreadyExists, u"File exists", path);
+}
+
+void MemoryFiles::remove_folder(std::u16string_view path) {
+  const std::u16string whole = key(path);
+  const auto found = entries_.find(whole);
+  if (found == entries_.end()) raise(FailureNumber::kFileNotFound, u"File not found", path);
+  for (const auto& [other, entry] : entries_)
+    if (equal_ignoring_case(parent(other), whole)) raise(FailureNumber::kPathFileAccess, u"Folder not empty", path);
+  entries_.erase(found);
+}
+
+void MemoryFiles::link_file(std::u16string_view path, std::u16string_view second_name) {
+  const Entry entry = existing_file(key(path));
+  const std::u16string second = key(second_name);
+  check_folder(second);
+  if (!entries_.emplace(second, entry).second) raise(FailureNumber::kFileAlreadyExists, u"File exists", second_name);
+}
+
 void MemoryFiles::remove_file(std::u16string_view path) {
   const std::u16string whole = key(path);
   if (existing_file(whole).is_read_only) raise(FailureNumber::kPermissionDenied, u"Permission denied", path);
@@ -166,15 +196,18 @@ void MemoryFiles::remove_file(std::u16string_view path) {
 void MemoryFiles::rename_file(std::u16string_view from, std::u16string_view to) {
   const std::u16string source = key(from);
   const std::u16string target = key(to);
-  const Entry moved = existing_file(source);
+  existing_file(source);
   check_folder(target);
   if (source.substr(0, 2) != target.substr(0, 2)) raise(FailureNumber::kDifferentDrive, u"Different drive", to);
   if (!equal_ignoring_case(source, target) && entries_.contains(target)) {
     const Entry& replaced = existing_file(target);
     if (replaced.is_read_only) raise(FailureNumber::kPermissionDenied, u"Permission denied", to);
-    // Every open file shares the bytes with its entry.
-    if (replaced.bytes.use_count() > 1) raise(FailureNumber::kPermissionDenied, u"The file is open", to);
+    // Every open file shares the bytes with its entry, and so does every second name.
+    long names = 0;
+    for (const auto& [other, entry] : entries_) names += entry.bytes == replaced.bytes ? 1 : 0;
+    if (replaced.bytes.use_count() > names) raise(FailureNumber::kPermissionDenied, u"The file is open", to);
   }
+  const Entry moved = existing_file(source);
   entries_.erase(source);
   entries_.erase(target);
   entries_.emplace(target, moved);
@@ -182,6 +215,11 @@ void MemoryFiles::rename_file(std::u16string_view from, std::u16string_view to) 
 
 void MemoryFiles::set_read_only(std::u16string_view path, bool read_only) {
   existing_file(key(path)).is_read_only = read_only;
+}
+
+std::unique_ptr<FileLock> MemoryFiles::lock(std::u16string_view path) {
+  if (!has(path)) raise(FailureNumber::kFileNotFound, u"File not found", path);
+  return nullptr;
 }
 
 std::u16string MemoryFiles::absolute(std::u16string_view path) {

@@ -31,13 +31,18 @@ class MemoryFiles : public FileSystem {
   std::unique_ptr<File> open(std::u16string_view path, Access access) override;
   std::optional<FileInfo> info(std::u16string_view path) override;
   std::vector<std::u16string> find(std::u16string_view pattern) override;
+  std::optional<FileIdentity> identity(std::u16string_view path) override;
+  void make_folder(std::u16string_view path) override;
+  void remove_folder(std::u16string_view path) override;
   void remove_file(std::u16string_view path) override;
+  void link_file(std::u16string_view path, std::u16string_view second_name) override;
+  void flush(std::u16string_view path) override { existing_file(key(path)); }
   void rename_file(std::u16string_view from, std::u16string_view to) override;
   void set_read_only(std::u16string_view path, bool read_only) override;
   // Nobody else is there to be kept from a file.
-  std::unique_ptr<FileLock> lock(std::u16string_view) override { return nullptr; }
+  std::unique_ptr<FileLock> lock(std::u16string_view path) override;
   std::u16string link_target(std::u16string_view path) override { return std::u16string(path); }
-  void take_permissions(std::u16string_view, std::u16string_view) noexcept override {}
+  void take_permissions(std::u16string_view, std::u16string_view, Permissions) noexcept override {}
   std::u16string temporary_folder() override { return temporary_folder_; }
   std::u16string absolute(std::u16string_view path) override;
 
@@ -46,6 +51,7 @@ class MemoryFiles : public FileSystem {
     bool is_folder = false;
     bool is_read_only = false;
     std::shared_ptr<std::string> bytes;
+    std::uint64_t number = 0;
   };
   using Entries = std::map<std::u16string, Entry, LessIgnoringCase>;
 
@@ -55,6 +61,7 @@ class MemoryFiles : public FileSystem {
   void check_folder(const std::u16string& path);
 
   Entries entries_;
+  std::uint64_t last_number_ = 0;  // of an entry, its identity
   std::u16string temporary_folder_ = u"C:\\TEMP\\";
 };
 

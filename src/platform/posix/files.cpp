@@ -5,7 +5,6 @@
 // that an administrator's account sees the same.
 #include "platform/files.h"
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -26,10 +25,12 @@
 namespace kavo {
 namespace {
 
+// Nothing when there is no such entry; throws when that cannot be known.
 std::optional<struct stat> status_of(const std::string& path, bool follow_links = true) {
   struct stat status;
-  if ((follow_links ? ::stat(path.c_str(), &status) : ::lstat(path.c_str(), &status)) != 0) return std::nullopt;
-  return status;
+  if ((follow_links ? ::stat(path.c_str(), &status) : ::lstat(path.c_str(), &status)) == 0) return status;
+  if (means_absent(errno)) return std::nullopt;
+  throw_errno();
 }
 
 bool is_folder(const std::optional<struct stat>& status) { return status && S_ISDIR(status->st_mode); }
@@ -78,29 +79,47 @@ class PosixFile final : public File {
   Descriptor descriptor_;
 };
 
-// flock(2) on the file itself; nothing is left behind by a run that is killed.
+// Network volumes of some systems have no flock(2).
+bool means_no_locks(int error) { return error == ENOLCK || error == EOPNOTSUPP || error == EBADF; }
+
+// flock(2) on the file or folder itself; nothing is left behind by a run that is killed.
 class PosixLock final : public FileLock {
  public:
-  explicit PosixLock(const std::string& path) {
+  // The lock; null where there are none.
+  static std::unique_ptr<PosixLock> take(const std::string& path) {
     for (;;) {
       Descriptor file = open_host(path, O_RDONLY | O_NONBLOCK);
-      if (::flock(file.get(), LOCK_EX | LOCK_NB) != 0)
+      if (::flock(file.get(), LOCK_EX | LOCK_NB) != 0) {
+        if (errno == EINTR) continue;
+        if (means_no_locks(errno)) return nullptr;
         throw errno == EWOULDBLOCK
             ? failure(FailureNumber::kPermissionDenied, path_from_host(path) + u" is in use by another run")
             : host_failure(errno);
+      }
       // Whoever had the lock may have put another file in the place of this one.
       struct stat held;
       const std::optional<struct stat> named = status_of(path);
       if (::fstat(file.get(), &held) != 0) throw_errno();
       if (!named || named->st_ino != held.st_ino || named->st_dev != held.st_dev) continue;
-      file_.emplace(std::move(file));
-      return;
+      return std::unique_ptr<PosixLock>(new PosixLock(std::move(file)));
     }
   }
 
  private:
-  std::optional<Descriptor> file_;
+  explicit PosixLock(Descriptor file) : file_(std::move(file)) {}
+  Descriptor file_;
 };
+
+// A link of another user's in a folder where everybody may make one: the rule of fs.protected_symlinks, which not every
+// system has switched on.
+bool is_untrusted_link(const struct stat& link, const std::string& path) {
+  const std::string folder = split_host_path(path).folder;
+  const std::optional<struct stat> parent = status_of(folder.empty() ? "." : folder);
+  constexpr mode_t kEverybodys = S_ISVTX | S_IWOTH;
+  return parent && (parent->st_mode & kEverybodys) == kEverybodys && link.st_uid != ::geteuid() &&
+         link.st_uid != parent->st_uid;
+}
+
 
 class PosixFiles final : public FileSystem {
  public:
@@ -121,7 +140,7 @@ class PosixFiles final : public FileSystem {
     }
   }
 
-  std::optional<FileInfo> info(std::u16string_view path) override try {
+  std::optional<FileInfo> info(std::u16string_view path) override {
     const std::optional<struct stat> status = status_of(resolve(path));
     if (!status) return std::nullopt;
     FileInfo info;
@@ -130,27 +149,53 @@ class PosixFiles final : public FileSystem {
     info.is_special = !info.is_folder && !S_ISREG(status->st_mode);
     info.size = info.is_folder ? 0 : static_cast<std::uint64_t>(status->st_size);
     return info;
-  } catch (const failure&) {
-    return std::nullopt;
   }
 
-  std::vector<std::u16string> find(std::u16string_view pattern) override try {
+  std::optional<FileIdentity> identity(std::u16string_view path) override {
+    const std::optional<struct stat> status = status_of(resolve(path));
+    if (!status) return std::nullopt;
+    return FileIdentity{status->st_dev, status->st_ino};
+  }
+
+  std::vector<std::u16string> find(std::u16string_view pattern) override {
     const std::size_t separator = pattern.find_last_of(u"\\/");
     const std::size_t split = separator == std::u16string_view::npos ? 0 : separator + 1;
     const std::string folder = split == 0 ? "." : resolve(pattern.substr(0, split));
     const std::u16string_view wanted = pattern.substr(split);
     std::vector<std::u16string> names;
-    DIR* listing = ::opendir(folder.c_str());
-    if (!listing) return names;
-    while (const dirent* entry = ::readdir(listing)) {
-      std::u16string name = path_from_host(entry->d_name);
+    for_each_entry(folder, [&](const char* entry) {
+      std::u16string name = path_from_host(entry);
       if (name != u"." && name != u".." && matches_wildcard(name, wanted)) names.push_back(std::move(name));
-    }
-    ::closedir(listing);
+    });
     std::sort(names.begin(), names.end(), LessIgnoringCase{});
     return names;
-  } catch (const failure&) {
-    return {};
+  }
+
+  void make_folder(std::u16string_view path) override {
+    const std::string host = resolve(path);
+    if (::mkdir(host.c_str(), 0700) != 0) throw path_failure(host, host_failure(errno));
+  }
+
+  void remove_folder(std::u16string_view path) override {
+    const std::string host = resolve(path);
+    if (::rmdir(host.c_str()) != 0) throw path_failure(host, host_failure(errno));
+  }
+
+  void link_file(std::u16string_view path, std::u16string_view second_name) override {
+    const std::string source = resolve(path);
+    const std::string target = resolve(second_name);
+    if (::link(source.c_str(), target.c_str()) != 0) throw path_failure(target, host_failure(errno));
+  }
+
+  void flush(std::u16string_view path) override {
+    const std::string host = resolve(path);
+    try {
+      const Descriptor file = open_host(host, O_RDONLY);
+      // Pipes and some mounted volumes have nothing to force.
+      if (::fsync(file.get()) != 0 && errno != EINVAL && errno != EROFS) throw_errno();
+    } catch (const failure& error) {
+      throw path_failure(host, error);
+    }
   }
 
   void remove_file(std::u16string_view path) override {
@@ -187,7 +232,7 @@ class PosixFiles final : public FileSystem {
   }
 
   std::unique_ptr<FileLock> lock(std::u16string_view path) override {
-    return std::make_unique<PosixLock>(resolve(path));
+    return PosixLock::take(resolve(path));
   }
 
   std::u16string link_target(std::u16string_view path) override {
@@ -198,22 +243,26 @@ class PosixFiles final : public FileSystem {
       const ssize_t size = ::readlink(host.c_str(), target.data(), target.size());
       if (size < 0) return links == 0 ? std::u16string(path) : path_from_host(host);
       if (links == kMostLinks) throw host_failure(ELOOP);
+      if (const auto link = status_of(host, false); link && is_untrusted_link(*link, host))
+        throw failure(FailureNumber::kPermissionDenied,
+                      path_from_host(host) + u" is a link that another user made: name the file itself");
       std::string name(target.data(), static_cast<std::size_t>(size));
       host = name.starts_with('/') ? std::move(name) : split_host_path(host).folder + name;
     }
   }
 
-  void take_permissions(std::u16string_view path, std::u16string_view replaced) noexcept override try {
+  void take_permissions(std::u16string_view path, std::u16string_view model,
+                        Permissions which) noexcept override try {
     const std::string host = resolve(path);
-    const std::optional<struct stat> old = status_of(resolve(replaced));
+    const std::optional<struct stat> old = status_of(resolve(model));
     const std::optional<struct stat> now = status_of(host);
     if (!old || !now) return;
     const bool same_owner = old->st_uid == now->st_uid && old->st_gid == now->st_gid;
     if (!same_owner) static_cast<void>(::chown(host.c_str(), old->st_uid, old->st_gid) == 0);
     // Behind chown(2), which takes bits away.
-    const mode_t wanted = (old->st_mode & 07777) | S_IWUSR;
+    const mode_t wanted = (old->st_mode & (which == Permissions::kAll ? 07777 : 0666)) | S_IWUSR;
     if (!same_owner || wanted != (now->st_mode & 07777)) static_cast<void>(::chmod(host.c_str(), wanted) == 0);
-  } catch (const failure&) {
+  } catch (const std::exception&) {
     // Promised: no failure leaves this function.
   }
 

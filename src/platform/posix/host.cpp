@@ -57,6 +57,8 @@ failure host_failure(int error) { return failure(number_of(error), to_utf16(std:
 
 void throw_errno() { throw host_failure(errno); }
 
+bool means_absent(int error) { return error == ENOENT || error == ENOTDIR; }
+
 Descriptor::~Descriptor() {
   if (number_ >= 0) ::close(number_);
 }
@@ -88,7 +90,7 @@ void close_host(Descriptor descriptor) {
 std::optional<std::string> read_host_file(const std::string& path) {
   struct stat status;
   if (::stat(path.c_str(), &status) != 0) {
-    if (errno == ENOENT || errno == ENOTDIR) return std::nullopt;
+    if (means_absent(errno)) return std::nullopt;
     throw_errno();
   }
   const Descriptor descriptor = open_host(path, O_RDONLY);

@@ -13,6 +13,8 @@ namespace kavo {
 // The failure for an errno value: its run-time error number and the system's text.
 failure host_failure(int error);
 [[noreturn]] void throw_errno();
+// Whether a failing look at a path means that nothing is there; any other error leaves that open.
+bool means_absent(int error);
 
 // Owns an open file descriptor, or none (-1).
 class Descriptor {

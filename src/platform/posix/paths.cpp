@@ -21,7 +21,9 @@ constexpr char16_t kEscapedBackslash = 0xDC5C;
 
 bool exists(const std::string& path) {
   struct stat status;
-  return ::lstat(path.c_str(), &status) == 0;
+  if (::lstat(path.c_str(), &status) == 0) return true;
+  if (means_absent(errno)) return false;
+  throw_errno();
 }
 
 struct CloseFolder {
@@ -30,16 +32,32 @@ struct CloseFolder {
 
 // The first entry, in the order of bytes, that is `name` when case does not count.
 std::optional<std::string> find_ignoring_case(const std::string& folder, const std::string& name) {
-  const std::unique_ptr<DIR, CloseFolder> listing(::opendir(folder.empty() ? "." : folder.c_str()));
-  if (!listing) return std::nullopt;
   const std::u16string wanted = to_utf16(name);
   std::optional<std::string> best;
-  while (const dirent* entry = ::readdir(listing.get()))
-    if ((!best || entry->d_name < *best) && equal_ignoring_case(to_utf16(entry->d_name), wanted)) best = entry->d_name;
+  for_each_entry(folder.empty() ? "." : folder, [&](const char* entry) {
+    if ((!best || entry < *best) && equal_ignoring_case(to_utf16(entry), wanted)) best = entry;
+  });
   return best;
 }
 
 }  // namespace
+
+void for_each_entry(const std::string& folder, const std::function<void(const char* name)>& visit) {
+  const std::unique_ptr<DIR, CloseFolder> listing(::opendir(folder.c_str()));
+  if (!listing) {
+    if (means_absent(errno)) return;
+    throw_errno();
+  }
+  for (;;) {
+    errno = 0;  // the one way to tell the end from an error
+    const dirent* const entry = ::readdir(listing.get());
+    if (entry == nullptr) {
+      if (errno != 0) throw_errno();
+      return;
+    }
+    visit(entry->d_name);
+  }
+}
 
 std::u16string path_from_host(std::string_view host_path) {
   std::u16string path = to_utf16(host_path);

@@ -33,6 +33,24 @@ bool is_folder(const std::wstring& path) {
   throw system_failure(code);
 }
 
+// Whether a failing look at a path means that nothing is there; any other error leaves that open.
+bool means_absent(DWORD code) {
+  return code == ERROR_FILE_NOT_FOUND || code == ERROR_PATH_NOT_FOUND || code == ERROR_DIRECTORY;
+}
+
+std::optional<FileIdentity> identity_of(const std::wstring& path) {
+  const unique_handle file(CreateFileW(path.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                       OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+  if (!file) {
+    if (means_absent(GetLastError())) return std::nullopt;
+    throw_last_error();
+  }
+  BY_HANDLE_FILE_INFORMATION data;
+  if (!GetFileInformationByHandle(file.get(), &data)) throw_last_error();
+  return FileIdentity{data.dwVolumeSerialNumber,
+                      (static_cast<std::uint64_t>(data.nFileIndexHigh) << 32) | data.nFileIndexLow};
+}
+
 // A read-only file is neither emptied nor replaced. The system refuses that by itself, except where the rights of
 // another system's user decide (shared drives, Wine).
 void check_writable(const std::wstring& path) {
@@ -88,16 +106,16 @@ class WindowsFile final : public File {
   unique_handle handle_;
 };
 
-// A named mutex (CreateMutex): a lock on the file itself would go with the file that a run replaces.
+// A named mutex (CreateMutex): a lock on the file itself would go with the file that a run replaces. It is named after
+// the identity of the file or folder, so that every path to it means one lock.
 class WindowsLock final : public FileLock {
  public:
   explicit WindowsLock(const std::wstring& path) {
-    if (GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES) throw_last_error();
-    std::wstring folded = path;
-    CharUpperBuffW(folded.data(), static_cast<DWORD>(folded.size()));
-    std::uint64_t hash = 0xcbf29ce484222325;  // FNV-1a: a path is too long for a name, and "\" is none of its letters
-    for (const wchar_t letter : folded) hash = (hash ^ letter) * 0x100000001b3;
-    mutex_ = unique_handle(CreateMutexW(nullptr, FALSE, (L"Local\\kavo-" + std::to_wstring(hash)).c_str()));
+    const std::optional<FileIdentity> identity = identity_of(path);
+    if (!identity) throw system_failure(ERROR_FILE_NOT_FOUND);
+    const std::wstring name =
+        L"Local\\kavo-" + std::to_wstring(identity->volume) + L"-" + std::to_wstring(identity->number);
+    mutex_ = unique_handle(CreateMutexW(nullptr, FALSE, name.c_str()));
     if (!mutex_) throw_last_error();
     const DWORD answer = WaitForSingleObject(mutex_.get(), 0);
     if (answer == WAIT_FAILED) throw_last_error();
@@ -127,31 +145,57 @@ class WindowsFileSystem final : public FileSystem {
     return std::make_unique<WindowsFile>(std::move(handle));
   }
 
-  std::optional<FileInfo> info(std::u16string_view path) override try {
+  std::optional<FileInfo> info(std::u16string_view path) override {
     WIN32_FILE_ATTRIBUTE_DATA data;
-    if (!GetFileAttributesExW(system_path(path).c_str(), GetFileExInfoStandard, &data)) return std::nullopt;
+    if (!GetFileAttributesExW(system_path(path).c_str(), GetFileExInfoStandard, &data)) {
+      if (means_absent(GetLastError())) return std::nullopt;
+      throw_last_error();
+    }
     FileInfo result;
     result.size = (static_cast<std::uint64_t>(data.nFileSizeHigh) << 32) | data.nFileSizeLow;
     result.is_folder = (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
     result.is_read_only = (data.dwFileAttributes & FILE_ATTRIBUTE_READONLY) != 0;
+    result.is_hidden = (data.dwFileAttributes & FILE_ATTRIBUTE_HIDDEN) != 0;
     if (result.is_folder) result.size = 0;
     return result;
-  } catch (const failure&) {
-    return std::nullopt;
   }
 
-  std::vector<std::u16string> find(std::u16string_view pattern) override try {
+  std::optional<FileIdentity> identity(std::u16string_view path) override { return identity_of(system_path(path)); }
+
+  std::vector<std::u16string> find(std::u16string_view pattern) override {
     std::vector<std::u16string> names;
     WIN32_FIND_DATAW entry;
     unique_find_handle search(FindFirstFileW(system_path(pattern).c_str(), &entry));
-    if (!search) return names;
+    if (!search) {
+      if (means_absent(GetLastError())) return names;
+      throw_last_error();
+    }
     do {
       const std::u16string name = from_wide(entry.cFileName);
       if (name != u"." && name != u"..") names.push_back(name);
     } while (FindNextFileW(search.get(), &entry));
+    if (GetLastError() != ERROR_NO_MORE_FILES) throw_last_error();
     return names;
-  } catch (const failure&) {
-    return {};
+  }
+
+  void make_folder(std::u16string_view path) override {
+    if (!CreateDirectoryW(system_path(path).c_str(), nullptr)) throw_last_error();
+  }
+
+  void remove_folder(std::u16string_view path) override {
+    if (!RemoveDirectoryW(system_path(path).c_str())) throw_last_error();
+  }
+
+  void link_file(std::u16string_view path, std::u16string_view second_name) override {
+    if (!CreateHardLinkW(system_path(second_name).c_str(), system_path(path).c_str(), nullptr)) throw_last_error();
+  }
+
+  void flush(std::u16string_view path) override {
+    const std::wstring name = system_path(path);
+    const unique_handle file(CreateFileW(name.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                         OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!file) throw_file_error(name);
+    if (!FlushFileBuffers(file.get())) throw_last_error();
   }
 
   void remove_file(std::u16string_view path) override {
@@ -176,7 +220,7 @@ class WindowsFileSystem final : public FileSystem {
   }
 
   std::unique_ptr<FileLock> lock(std::u16string_view path) override {
-    return std::make_unique<WindowsLock>(full_path(system_path(path)));
+    return std::make_unique<WindowsLock>(system_path(path));
   }
 
   std::u16string link_target(std::u16string_view path) override {
@@ -199,7 +243,7 @@ class WindowsFileSystem final : public FileSystem {
     return from_wide(full.starts_with(kLong) ? full.substr(kLong.size()) : full);
   }
 
-  void take_permissions(std::u16string_view, std::u16string_view) noexcept override {}
+  void take_permissions(std::u16string_view, std::u16string_view, Permissions) noexcept override {}
 
   std::u16string temporary_folder() override {
     wchar_t buffer[MAX_PATH + 1];

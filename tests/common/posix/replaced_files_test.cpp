@@ -3,11 +3,17 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <atomic>
+#include <chrono>
+#include <thread>
+#include <vector>
+
 #include "common/block_reader.h"
-#include "common/commit_together.h"
+#include "common/folder_run.h"
 #include "common/pending_file.h"
 #include "platform/failure.h"
-#include "platform/files.h"
+#include "platform/ports.h"
+#include "support/failures.h"
 #include "support/temp_folder.h"
 
 namespace kavo::test {
@@ -70,32 +76,79 @@ TEST_F(ReplacedFilesTest, TheNewFileHasTheOldOnesPermissions) {
   }
 }
 
-TEST_F(ReplacedFilesTest, AReadOnlyFileIsReplacedByAWritableOne) {
+TEST_F(ReplacedFilesTest, AReadOnlyFileIsReplacedByAReadOnlyOne) {
   folder.write(u"page.htm", "old");
   ASSERT_EQ(::chmod(host(u"page.htm").c_str(), 0440), 0);
   write_new(u"page.htm");
   EXPECT_EQ(folder.read(u"page.htm"), "new");
-  EXPECT_EQ(mode(u"page.htm"), 0640u);
+  EXPECT_EQ(mode(u"page.htm"), 0440u) << "a read-only document stays one";
 }
 
-TEST_F(ReplacedFilesTest, FilesCommittedTogetherKeepPermissionsAndWhatAKilledRunLeft) {
-  for (const std::u16string_view name : {u"page.htm", u"page.scr"}) {
-    folder.write(name, "old");
-    ASSERT_EQ(::chmod(host(name).c_str(), 0600), 0);
-    folder.write(std::u16string(name) + u".kavo-old", "left by a killed run");
+TEST_F(ReplacedFilesTest, FilesOfARunKeepPermissionsAndNewOnesGetThoseOfTheDocument) {
+  folder.write(u"page.htm", "old");
+  folder.write(u"page.asp", "document");
+  ASSERT_EQ(::chmod(host(u"page.htm").c_str(), 0604), 0);
+  ASSERT_EQ(::chmod(host(u"page.asp").c_str(), 0700), 0);
+  {
+    FolderRun run(folder.path(u"page.asp"));
+    write_new(u"page.htm");
+    write_new(u"page.scr");
+    struct stat status;
+    ASSERT_EQ(::stat(host(u".kavo-run").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777, 0700u) << "nobody else reads it while it is written";
+    run.commit();
   }
-  PendingFile page(folder.path(u"page.htm"));
-  PendingFile script(folder.path(u"page.scr"));
-  page.write("new page");
-  script.write("new script");
-  commit_together({&script, &page});
-  EXPECT_EQ(folder.read(u"page.htm"), "new page");
-  EXPECT_EQ(folder.read(u"page.scr"), "new script");
-  for (const std::u16string_view name : {u"page.htm", u"page.scr"}) {
-    EXPECT_EQ(mode(name), 0600u);
-    EXPECT_EQ(folder.read(std::u16string(name) + u".kavo-old"), "left by a killed run");
+  EXPECT_EQ(folder.read(u"page.htm"), "new");
+  EXPECT_EQ(mode(u"page.htm"), 0604u);
+  EXPECT_EQ(mode(u"page.scr"), 0600u) << "nobody may run it";
+  EXPECT_EQ(folder.entry_count(), 3u);
+}
+
+TEST_F(ReplacedFilesTest, ARunReplacesWhatALinkLeadsTo) {
+  folder.write(u"other\\page.htm", "old");
+  link("other/page.htm", u"page.htm");
+  {
+    FolderRun run(folder.path(u"page.htm"));
+    write_new(u"page.htm");
+    write_new(u"page.scr");
+    run.commit();
   }
-  EXPECT_EQ(folder.entry_count(), 4u);
+  EXPECT_EQ(folder.read(u"other\\page.htm"), "new");
+  EXPECT_TRUE(is_link(u"page.htm"));
+}
+
+TEST_F(ReplacedFilesTest, OneRunAtATimeWorksInAFolder) {
+  folder.write(u"page.htm", "old");
+  std::atomic<bool> first_has_it{false};
+  std::atomic<bool> first_is_done{false};
+  std::thread first([&] {
+    FolderRun run(folder.path(u"page.htm"));
+    first_has_it = true;
+    std::this_thread::sleep_for(std::chrono::milliseconds(1200));
+    write_new(u"page.htm");
+    run.commit();
+    first_is_done = true;
+  });
+  while (!first_has_it) std::this_thread::yield();
+  std::vector<std::u16string> reports;
+  {
+    FolderRun second(folder.path(u"page.htm"), [&](const std::u16string& text) { reports.push_back(text); });
+    EXPECT_TRUE(first_is_done);
+    EXPECT_EQ(folder.read(u"page.htm"), "new");
+  }
+  first.join();
+  ASSERT_EQ(reports.size(), 1u);
+  EXPECT_NE(reports[0].find(u"Waiting for another run"), std::u16string::npos);
+}
+
+TEST_F(ReplacedFilesTest, ALinkThatAnotherUserMadeInAFolderForEverybodyIsNotFollowed) {
+  if (::geteuid() != 0) GTEST_SKIP() << "only root can give a link to another user";
+  ASSERT_EQ(::chmod(host(u".").c_str(), 01777), 0);
+  link("elsewhere", u"page.htm");
+  EXPECT_NO_THROW(ports().files->link_target(folder.path(u"page.htm")));
+  ASSERT_EQ(::lchown(host(u"page.htm").c_str(), 12345, 12345), 0);
+  EXPECT_EQ(failure_number([&] { ports().files->link_target(folder.path(u"page.htm")); }), 70);
+  EXPECT_THROW(write_new(u"page.htm"), failure);
 }
 
 TEST_F(ReplacedFilesTest, APipeIsNotReplaced) {

@@ -1,0 +1,413 @@
+#include "common/folder_run.h"
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "common/pending_file.h"
+#include "common/run_journal.h"
+#include "common/staged_files.h"
+#include "platform/case_fold.h"
+#include "platform/failure.h"
+#include "platform/ports.h"
+#include "platform/unicode.h"
+
+namespace kavo {
+namespace {
+
+constexpr std::u16string_view kScratchFolder = u".kavo-run";
+constexpr double kLongestWait = 60;     // seconds for another run
+constexpr double kBetweenLooks = 0.02;  // seconds
+constexpr double kSilentWait = 1;       // seconds before the user hears of it
+
+// The folder of a path, without "\" at its end but for that of a root.
+std::u16string folder_of(const std::u16string& path) {
+  const std::size_t end = path.rfind(u'\\');
+  const bool is_root = end == 0 || (end == 2 && path[1] == u':');
+  return path.substr(0, is_root ? end + 1 : end);
+}
+
+std::u16string name_of(std::u16string_view path) { return std::u16string(path.substr(path.rfind(u'\\') + 1)); }
+
+std::u16string in_folder(const std::u16string& folder, std::u16string_view name) {
+  return folder + (folder.ends_with(u'\\') ? u"" : u"\\") + std::u16string(name);
+}
+
+std::u16string text_of(const std::u16string& path) { return to_utf16(path_to_host(path)); }
+
+// The name as the folder has it, which may differ in letter case.
+std::u16string path_on_disk(FileSystem& files, const std::u16string& path) {
+  const std::u16string name = name_of(path);
+  std::optional<std::u16string> found;
+  for (const std::u16string& each : files.find(path))
+    if (equal_ignoring_case(each, name) && (!found || each == name)) found = each;
+  return found ? in_folder(folder_of(path), *found) : path;
+}
+
+void copy_real_file(FileSystem& files, const std::u16string& from, const std::u16string& to) {
+  PortsScope scope;
+  ports().files = &files;
+  copy_file(from, to);
+}
+
+// A second name of the file, or a copy where the volume has no second names.
+void keep_aside(FileSystem& files, const std::u16string& path, const std::u16string& aside) {
+  try {
+    files.link_file(path, aside);
+  } catch (const failure&) {
+    copy_real_file(files, path, aside);
+    files.take_permissions(aside, path, Permissions::kAll);
+  }
+}
+
+// A failure about a file says which.
+template <class Step>
+void about(const std::u16string& path, Step&& step) {
+  try {
+    step();
+  } catch (const failure& reason) {
+    throw failure(reason.number(), text_of(path) + u": " + reason.description(), reason.source());
+  }
+}
+
+std::unique_ptr<FileLock> lock_folder(FileSystem& files, const std::u16string& folder, const FolderRun::Report& report) {
+  const double began = ports().clock->seconds();
+  for (bool told = false;;) {
+    try {
+      return files.lock(folder);
+    } catch (const failure& reason) {
+      if (reason.is(FailureNumber::kFileNotFound) || reason.is(FailureNumber::kPathNotFound))
+        throw failure(FailureNumber::kPathNotFound, u"There is no folder " + text_of(folder));
+      if (!reason.is(FailureNumber::kPermissionDenied)) throw;
+      const double waited = ports().clock->seconds() - began;
+      if (waited > kLongestWait)
+        throw failure(FailureNumber::kPermissionDenied,
+                      text_of(folder) + u": " + reason.description() +
+                          u". Another run may be working there: wait until it has finished, then try again");
+      if (waited > kSilentWait && !std::exchange(told, true) && report)
+        report(u"Waiting for another run that works in " + text_of(folder));
+    }
+    ports().desktop->process_messages();
+    ports().clock->sleep(kBetweenLooks);
+  }
+}
+
+// Whether a folder of the scratch folder's name, without a journal, may be somebody's own.
+bool holds_documents(FileSystem& files, const std::u16string& folder) {
+  return std::ranges::any_of(files.find(in_folder(folder, u"*")), [&](const std::u16string& name) {
+    const std::u16string path = in_folder(folder, name);
+    const auto info = files.info(path);
+    return info && (info->is_folder ? holds_documents(files, path) : name != u"journal.new");
+  });
+}
+
+// Finishes or undoes what a killed run began.
+void recover(FileSystem& files, const std::u16string& scratch, const FolderRun::Report& report) {
+  if (!files.info(scratch)) return;
+  std::optional<RunJournal> journal;
+  try {
+    journal = read_journal(files, scratch);
+  } catch (const failure& reason) {
+    if (!reason.is(FailureNumber::kFileNotFound))
+      throw failure(reason.number(), text_of(scratch) +
+                                         u" was left by a run that was stopped, and what it did cannot be read (" +
+                                         reason.description() + u"). Move this folder away and try again",
+                    reason.source());
+  }
+  std::u16string done = u"what it had written was removed, its documents are as they were before";
+  if (journal) {
+    if (journal->state == RunJournal::State::kPlacing) {
+      for (const auto& change : journal->changes) place(files, change);
+      done = u"the documents that it had finished were put in place";
+    } else if (journal->state == RunJournal::State::kUndoing) {
+      for (const auto& change : journal->changes) undo(files, change);
+    }
+    for (const auto& each : journal->borrowed) give_back(files, each);
+    for (const auto& each : journal->temporary_files) remove_if_there(files, each);
+  } else if (holds_documents(files, scratch)) {
+    throw failure(FailureNumber::kFileAlreadyExists,
+                  text_of(scratch) + u" is in the way: a folder of this name belongs to this program. Move it away");
+  }
+  remove_tree(files, scratch);
+  if (report) report(u"A run in " + text_of(folder_of(scratch)) + u" was stopped before its end: " + done);
+}
+
+}  // namespace
+
+// What the FolderRuns of one thread share.
+class FolderRun::Work {
+ public:
+  Work(const std::u16string& document, Report report)
+      : document_(document),
+        report_(std::move(report)),
+        files_(*ports().files),
+        folder_(in_folder(folder_of(document), kScratchFolder)),
+        staged_(files_, folder_,
+                {[this] { make_folder(); }, [this](std::u16string_view path) { note_temporary_file(path); }}) {
+    take_folder(folder_of(document));
+    ports().files = &staged_;
+  }
+  ~Work() {
+    ports().files = &files_;
+    try {
+      clean_up();
+    } catch (const std::exception& reason) {
+      report_leftover(reason);
+    }
+  }
+  Work(const Work&) = delete;
+  Work& operator=(const Work&) = delete;
+
+  // The thread's, while it has one.
+  static std::weak_ptr<Work>& current() {
+    thread_local std::weak_ptr<Work> work;
+    return work;
+  }
+
+  // Nobody else works in the folder from now on.
+  void take_folder(const std::u16string& folder) {
+    const auto is_it = [&](const Held& held) { return equal_ignoring_case(held.folder, folder); };
+    if (std::ranges::any_of(held_, is_it)) return;
+    held_.push_back({folder, lock_folder(files_, folder, report_)});
+    recover(files_, in_folder(folder, kScratchFolder), report_);
+  }
+
+  StagedFiles& staged() { return staged_; }
+  std::size_t borrowed_count() const { return journal_.borrowed.size(); }
+
+  void borrow(std::u16string_view name) {
+    const std::u16string wanted = files_.absolute(files_.link_target(name));
+    for (const RunJournal::Borrowed& other : journal_.borrowed)
+      if (equal_ignoring_case(other.path, wanted))
+        throw failure(FailureNumber::kPermissionDenied,
+                      text_of(wanted) + u" is in use by the run that this one is called from");
+    const auto info = files_.info(wanted);
+    if (info && info->is_folder) throw failure(FailureNumber::kPathFileAccess, text_of(wanted) + u" is a folder");
+    const std::u16string path = info ? path_on_disk(files_, wanted) : wanted;
+    RunJournal::Borrowed borrowed{path, info ? staged_.scratch_path(name_of(path)) : u""};
+    make_folder();
+    journal_.borrowed.push_back(borrowed);
+    try {
+      write_journal(files_, folder_, journal_);
+      if (info) about(path, [&] { files_.rename_file(path, borrowed.aside); });
+    } catch (...) {
+      journal_.borrowed.pop_back();
+      throw;
+    }
+    staged_.borrow(path);
+  }
+
+  void note_temporary_file(std::u16string_view path) {
+    make_folder();
+    journal_.temporary_files.push_back(files_.absolute(path));
+    write_journal(files_, folder_, journal_);
+  }
+
+  // Those from `first` on.
+  void give_back_from(std::size_t first) {
+    while (journal_.borrowed.size() > first) {
+      const RunJournal::Borrowed last = journal_.borrowed.back();
+      give_back(files_, last);
+      staged_.give_back(last.path);
+      journal_.borrowed.pop_back();
+    }
+  }
+
+  void commit() {
+    journal_.changes.clear();
+    collect_changes();
+    if (journal_.changes.size() < 2) {
+      // One file takes its name in one step.
+      for (const RunJournal::Change& change : journal_.changes) about(change.path, [&] { place(files_, change); });
+    } else {
+      place_together();
+    }
+    for (const auto& [path, read_only] : staged_.view().read_only) files_.set_read_only(path, read_only);
+    staged_.view({});
+  }
+
+ private:
+  struct Held {
+    std::u16string folder;
+    std::unique_ptr<FileLock> lock;
+  };
+
+  void make_folder() {
+    if (has_folder_) return;
+    about(folder_of(folder_), [&] { files_.make_folder(folder_); });
+    has_folder_ = true;
+    write_journal(files_, folder_, journal_);
+  }
+
+  void collect_changes() {
+    for (const auto& [path, entry] : staged_.view().entries) {
+      if (entry.scratch.empty()) {
+        if (files_.info(entry.path)) journal_.changes.push_back({entry.path, u"", u""});
+      } else if (files_.info(entry.scratch)) {
+        about(entry.path, [&] { journal_.changes.push_back({entry.path, ready_file(entry), u""}); });
+      }
+    }
+  }
+
+  // The new file, complete, with its permissions, on the disk and on the volume of its name.
+  std::u16string ready_file(const StagedFiles::Entry& entry) {
+    const bool replaces = files_.info(entry.path).has_value();
+    // What cannot be written cannot be forced onto the disk either.
+    if (files_.info(entry.scratch)->is_read_only) files_.set_read_only(entry.scratch, false);
+    files_.take_permissions(entry.scratch, replaces ? entry.path : document_,
+                            replaces ? Permissions::kAll : Permissions::kOfADocument);
+    std::u16string file = entry.scratch;
+    const auto volume = [&](const std::u16string& path) { return files_.identity(path).value_or(FileIdentity{}).volume; };
+    if (volume(folder_of(entry.path)) != volume(folder_)) {
+      file = entry.path + u".kavo-new";
+      for (int number = 2; files_.info(file); ++number) file = entry.path + u".kavo-new" + to_utf16(std::to_string(number));
+      note_temporary_file(file);
+      copy_real_file(files_, entry.scratch, file);
+      files_.take_permissions(file, entry.scratch, Permissions::kAll);
+    }
+    files_.flush(file);
+    return file;
+  }
+
+  void place_together() {
+    for (RunJournal::Change& change : journal_.changes) {
+      if (!files_.info(change.path)) continue;
+      change.aside = aside_for(change.path);
+      about(change.path, [&] { keep_aside(files_, change.path, change.aside); });
+    }
+    journal_.state = RunJournal::State::kPlacing;
+    std::size_t placed = 0;
+    try {
+      write_journal(files_, folder_, journal_);
+      for (const RunJournal::Change& change : journal_.changes) {
+        ++placed;
+        about(change.path, [&] { place(files_, change); });
+      }
+    } catch (...) {
+      undo_placing();
+      throw;
+    }
+    journal_.state = RunJournal::State::kWorking;
+  }
+
+  // Beside the file where the scratch folder lies on another volume.
+  std::u16string aside_for(const std::u16string& path) {
+    if (equal_ignoring_case(folder_of(path), folder_of(folder_))) return staged_.scratch_path(name_of(path));
+    std::u16string aside = path + u".kavo-old";
+    for (int number = 2; files_.info(aside); ++number) aside = path + u".kavo-old" + to_utf16(std::to_string(number));
+    note_temporary_file(aside);
+    return aside;
+  }
+
+  void undo_placing() {
+    journal_.state = RunJournal::State::kUndoing;
+    try {
+      write_journal(files_, folder_, journal_);
+      for (const RunJournal::Change& change : journal_.changes) undo(files_, change);
+      journal_.state = RunJournal::State::kWorking;
+    } catch (const std::exception& reason) {
+      // The folder stays, with the journal: the next run does what this one cannot.
+      keeps_folder_ = true;
+      if (report_)
+        report_(u"The documents in " + text_of(folder_of(folder_)) + u" could not be put back as they were (" +
+                to_utf16(reason.what()) + u"). The next run there completes this");
+    }
+  }
+
+  // What fails once may work at the second attempt; if not, the folder and its journal stay for the next run.
+  void clean_up() {
+    if (!has_folder_ || keeps_folder_) return;
+    try {
+      remove_all();
+    } catch (const std::exception&) {
+      remove_all();
+    }
+  }
+
+  void remove_all() {
+    give_back_from(0);
+    for (const std::u16string& file : journal_.temporary_files) remove_if_there(files_, file);
+    remove_tree(files_, folder_);
+  }
+
+  void report_leftover(const std::exception& reason) noexcept {
+    try {
+      if (report_)
+        report_(text_of(folder_) + u" could not be removed (" + to_utf16(reason.what()) +
+                u"). The next run in this folder tries again");
+    } catch (const std::exception&) {
+      // Nobody is left to be told.
+    }
+  }
+
+  std::u16string document_;
+  Report report_;
+  FileSystem& files_;
+  std::u16string folder_;  // of the scratch files
+  StagedFiles staged_;
+  std::vector<Held> held_;
+  RunJournal journal_;
+  bool has_folder_ = false;
+  bool keeps_folder_ = false;
+};
+
+// What a part of a run goes back to when it is not committed.
+struct FolderRun::Saved {
+  StagedFiles::View view;
+  std::size_t borrowed;
+};
+
+FolderRun::FolderRun(std::u16string_view document, Report report) : work_(Work::current().lock()) {
+  is_outermost_ = !work_;
+  const std::u16string path = ports().files->absolute(document);
+  if (is_outermost_) {
+    work_ = std::make_shared<Work>(path, std::move(report));
+    Work::current() = work_;
+  } else {
+    work_->take_folder(folder_of(path));
+  }
+  saved_ = std::make_unique<Saved>(Saved{work_->staged().view(), work_->borrowed_count()});
+}
+
+FolderRun::~FolderRun() {
+  try {
+    work_->give_back_from(saved_->borrowed);
+  } catch (const std::exception&) {
+    // The outermost run tries again at its end.
+  }
+  if (!is_committed_) work_->staged().view(std::move(saved_->view));
+}
+
+void FolderRun::commit() {
+  work_->give_back_from(saved_->borrowed);
+  if (is_outermost_) work_->commit();
+  is_committed_ = true;
+}
+
+std::u16string FolderRun::path_to_read(std::u16string_view path) const { return work_->staged().path_to_read(path); }
+
+std::u16string FolderRun::path_to_write(std::u16string_view path) { return work_->staged().path_to_write(path); }
+
+std::u16string FolderRun::scratch_path(std::u16string_view name) { return work_->staged().scratch_path(name); }
+
+void FolderRun::borrow(std::u16string_view path) { work_->borrow(path); }
+
+void FolderRun::note_temporary_file(std::u16string_view path) { work_->note_temporary_file(path); }
+
+std::u16string FolderRun::without_scratch_folder(std::u16string_view message) {
+  std::u16string text(message);
+  for (std::size_t at = 0; (at = text.find(kScratchFolder, at)) != std::u16string::npos;) {
+    std::size_t end = at + kScratchFolder.size();
+    const auto is_separator = [&] { return end < text.size() && (text[end] == u'\\' || text[end] == u'/'); };
+    const bool has_number = is_separator() && ++end < text.size() && text[end] >= u'0' && text[end] <= u'9';
+    while (has_number && end < text.size() && text[end] >= u'0' && text[end] <= u'9') ++end;
+    if (has_number && is_separator())
+      text.erase(at, end + 1 - at);
+    else
+      at = end;
+  }
+  return text;
+}
+
+}  // namespace kavo

@@ -1,0 +1,28 @@
+#include "common/same_file.h"
+
+#include <string>
+
+#include "platform/case_fold.h"
+#include "platform/ports.h"
+
+namespace kavo {
+
+bool is_same_file(std::u16string_view a, std::u16string_view b) {
+  FileSystem& files = *ports().files;
+  const auto first = files.identity(a);
+  const auto second = files.identity(b);
+  if (first && second) return *first == *second;
+  if (first || second) return false;
+  // Neither is there yet: links that lead nowhere count as what they lead to.
+  const std::u16string first_path = files.absolute(files.link_target(a));
+  const std::u16string second_path = files.absolute(files.link_target(b));
+  if (equal_ignoring_case(first_path, second_path)) return true;
+  const auto split = [](std::u16string_view path) { return path.rfind(u'\\') + 1; };
+  const std::u16string_view first_name = std::u16string_view(first_path).substr(split(first_path));
+  const std::u16string_view second_name = std::u16string_view(second_path).substr(split(second_path));
+  if (!equal_ignoring_case(first_name, second_name)) return false;
+  const auto first_folder = files.identity(std::u16string_view(first_path).substr(0, split(first_path)));
+  return first_folder && first_folder == files.identity(std::u16string_view(second_path).substr(0, split(second_path)));
+}
+
+}  // namespace kavo

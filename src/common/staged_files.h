@@ -1,0 +1,99 @@
+// The file system as a run sees it: what the run writes, renames and removes shows at once to the run itself, while the
+// real files stay as they are.
+//
+// A file that is written lies in the run's scratch folder, in a numbered folder there and under the last component of
+// its own name, so that other programs that read it learn the right name from it. A later write makes another scratch
+// file and never touches an older one: a copy of the view is all that it takes to go back to an earlier state. Three
+// kinds of names pass straight through: what lies in the scratch folder, files directly in the temporary folder (they
+// are noted), and names that the run has borrowed.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <map>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/case_fold.h"
+#include "platform/files.h"
+
+namespace kavo {
+
+class StagedFiles final : public FileSystem {
+ public:
+  // A name whose file differs from the real one.
+  struct Entry {
+    std::u16string path;     // absolute
+    std::u16string scratch;  // the new file, absolute; "" when the name is gone
+  };
+  struct View {
+    std::map<std::u16string, Entry, LessIgnoringCase> entries;   // by absolute path
+    std::map<std::u16string, bool, LessIgnoringCase> read_only;  // real files whose attribute differs
+  };
+  struct Needs {
+    std::function<void()> scratch_folder;                          // makes it, before the first file is put there
+    std::function<void(std::u16string_view path)> temporary_file;  // notes a file in the temporary folder, before it is
+  };
+
+  // `folder` is the scratch folder, absolute and without "\" at its end. The real file system must outlive the object.
+  StagedFiles(FileSystem& real, std::u16string folder, Needs needs);
+
+  FileSystem& real() const { return real_; }
+  const View& view() const { return view_; }
+  void view(View view) { view_ = std::move(view); }
+
+  // The real path under which other modules and programs read a file of the view; the path itself for a real one.
+  std::u16string path_to_read(std::u16string_view path) const;
+  // The same for a file that they are to write: what they put there is the new file of that name.
+  std::u16string path_to_write(std::u16string_view path);
+  // A free place in the scratch folder with this last component.
+  std::u16string scratch_path(std::u16string_view name);
+
+  // While borrowed, a name means the real file.
+  void borrow(std::u16string_view path);
+  void give_back(std::u16string_view path);
+
+  std::unique_ptr<File> open(std::u16string_view path, Access access) override;
+  std::optional<FileInfo> info(std::u16string_view path) override;
+  std::optional<FileIdentity> identity(std::u16string_view path) override;
+  std::vector<std::u16string> find(std::u16string_view pattern) override;
+  void make_folder(std::u16string_view path) override { real_.make_folder(path); }
+  void remove_folder(std::u16string_view path) override { real_.remove_folder(path); }
+  void remove_file(std::u16string_view path) override;
+  void rename_file(std::u16string_view from, std::u16string_view to) override;
+  // The second name is a copy.
+  void link_file(std::u16string_view path, std::u16string_view second_name) override;
+  // Nothing: the new files are forced onto the disk when they are put in place.
+  void flush(std::u16string_view) override {}
+  void set_read_only(std::u16string_view path, bool read_only) override;
+  std::unique_ptr<FileLock> lock(std::u16string_view path) override { return real_.lock(path); }
+  std::u16string link_target(std::u16string_view path) override;
+  void take_permissions(std::u16string_view path, std::u16string_view model, Permissions which) noexcept override;
+  std::u16string temporary_folder() override { return real_.temporary_folder(); }
+  std::u16string absolute(std::u16string_view path) override { return real_.absolute(path); }
+
+ private:
+  using Entries = decltype(View::entries);
+
+  bool passes_through(const std::u16string& path) const;
+  bool is_temporary(const std::u16string& path) const;
+  // The path behind a view's name for reading: a scratch file, or the real one. Throws 53 for a name that is gone.
+  std::u16string existing(std::u16string_view path) const;
+  void check_replaceable(const std::u16string& path);
+  // Makes the name mean the scratch file, or nothing ("").
+  void set(const std::u16string& path, std::u16string scratch);
+  std::u16string copy_into_scratch(const std::u16string& path);
+
+  FileSystem& real_;
+  std::u16string folder_;
+  std::u16string temporary_folder_;  // with "\" at its end
+  Needs needs_;
+  View view_;
+  std::vector<std::u16string> borrowed_;
+  std::set<std::u16string, LessIgnoringCase> taken_;  // places in the scratch folder
+  std::size_t numbered_folders_ = 0;                  // made there, from 1
+};
+
+}  // namespace kavo

@@ -1,0 +1,28 @@
+#include "driver/document_files.h"
+
+#include <string>
+#include <vector>
+
+#include "common/clsCommon.h"
+#include "platform/case_fold.h"
+#include "platform/failure.h"
+#include "platform/ports.h"
+
+namespace kavo {
+
+bool is_file(std::u16string_view path) {
+  const auto info = ports().files->info(path);
+  return info && !info->is_folder;
+}
+
+void refuse_twin(std::u16string_view path) {
+  const std::u16string_view name = path.substr(clsCommon().strParseFileName(path, 0).size());
+  // The name may have been given in other letters than the folder has it.
+  std::vector<std::u16string> found = ports().files->find(path);
+  std::erase_if(found, [&](const std::u16string& other) { return !equal_ignoring_case(other, name); });
+  if (found.size() < 2) return;
+  throw failure(FailureNumber::kFileAlreadyExists, u"The names " + found[0] + u" and " + found[1] +
+                                                       u" differ in letter case only; rename one of the files");
+}
+
+}  // namespace kavo

@@ -1,0 +1,283 @@
+#include "common/folder_run.h"
+
+#include <gtest/gtest.h>
+
+#include "common/clsCommon.h"
+#include "common/pending_file.h"
+#include "platform/failure.h"
+#include "support/failures.h"
+#include "support/faulty_files.h"
+#include "support/ports_fixture.h"
+
+namespace kavo::test {
+namespace {
+
+constexpr std::u16string_view kPage = u"C:\\WORK\\page.htm";
+constexpr std::u16string_view kScript = u"C:\\WORK\\page.scr";
+
+void write(std::u16string_view path, std::string_view bytes) {
+  PendingFile file(path);
+  file.write(bytes);
+  file.commit();
+}
+
+std::string read(std::u16string_view path) {
+  const auto file = ports().files->open(path, Access::kRead);
+  std::string bytes(static_cast<std::size_t>(file->size()), '\0');
+  bytes.resize(file->read(bytes));
+  return bytes;
+}
+
+using Names = std::vector<std::u16string>;
+
+class FolderRunTest : public PortsFixture {
+ protected:
+  FolderRunTest() { files.put(kPage, "old page"); }
+  FolderRun::Report report() {
+    return [this](const std::u16string& message) { reports.push_back(message); };
+  }
+  Names reports;
+};
+
+TEST_F(FolderRunTest, NothingRealChangesBeforeTheCommit) {
+  {
+    FolderRun run(kPage);
+    write(kPage, "new page");
+    write(kScript, "new script");
+    EXPECT_EQ(read(kPage), "new page");
+    EXPECT_EQ(files.get(kPage), "old page");
+    EXPECT_FALSE(files.has(kScript));
+    EXPECT_TRUE(clsCommon().FileExists(kScript));
+    EXPECT_EQ(ports().files->find(u"C:\\WORK\\*"), (Names{u"page.htm", u"page.scr"}));
+    run.commit();
+    EXPECT_EQ(files.get(kPage), "new page");
+  }
+  EXPECT_EQ(files.get(kScript), "new script");
+  EXPECT_EQ(files.all_files(), (Names{std::u16string(kPage), std::u16string(kScript)}));
+}
+
+TEST_F(FolderRunTest, WithoutCommitEverythingIsAsItWas) {
+  {
+    FolderRun run(kPage);
+    write(kPage, "new page");
+    write(kScript, "new script");
+    ports().files->remove_file(kPage);
+    EXPECT_FALSE(ports().files->info(kPage));
+  }
+  EXPECT_EQ(files.get(kPage), "old page");
+  EXPECT_EQ(files.all_files(), (Names{std::u16string(kPage)}));
+}
+
+TEST_F(FolderRunTest, RemovedAndRenamedFiles) {
+  files.put(kScript, "script");
+  FolderRun run(kPage);
+  ports().files->remove_file(kScript);
+  ports().files->rename_file(kPage, u"C:\\WORK\\other.htm");
+  EXPECT_EQ(failure_number([] { ports().files->open(kPage, Access::kRead); }), 53);
+  EXPECT_EQ(failure_number([] { ports().files->remove_file(kPage); }), 53);
+  EXPECT_EQ(ports().files->find(u"C:\\WORK\\*"), (Names{u"other.htm"}));
+  run.commit();
+  EXPECT_EQ(files.get(u"C:\\WORK\\other.htm"), "old page");
+  EXPECT_FALSE(files.has(kPage));
+  EXPECT_FALSE(files.has(kScript));
+}
+
+TEST_F(FolderRunTest, APartThatIsNotCommittedGoesAlone) {
+  {
+    FolderRun run(kPage);
+    write(kPage, "first");
+    {
+      FolderRun part(kPage);
+      write(kPage, "second");
+      write(kScript, "script");
+    }
+    EXPECT_EQ(read(kPage), "first");
+    {
+      FolderRun part(kPage);
+      write(kScript, "script");
+      part.commit();
+    }
+    EXPECT_FALSE(files.has(kScript)) << "it takes place with the outer run";
+    run.commit();
+  }
+  EXPECT_EQ(files.get(kPage), "first");
+  EXPECT_EQ(files.get(kScript), "script");
+  EXPECT_EQ(files.all_files().size(), 2u);
+}
+
+TEST_F(FolderRunTest, FilesOfOtherPrograms) {
+  FolderRun run(kPage);
+  write(kPage, "prepared");
+  const std::u16string seen = run.path_to_read(kPage);
+  EXPECT_TRUE(seen.ends_with(u"\\page.htm")) << "they learn the right name";
+  EXPECT_EQ(files.get(seen), "prepared");
+  EXPECT_EQ(run.path_to_read(u"C:\\WORK\\other.txt"), u"C:\\WORK\\other.txt");
+  const std::u16string made = run.path_to_write(kScript);
+  EXPECT_FALSE(ports().files->info(kScript));
+  files.put(made, "theirs");
+  EXPECT_EQ(read(kScript), "theirs");
+  run.path_to_write(u"C:\\WORK\\never_made.txt");
+  run.commit();
+  EXPECT_EQ(files.get(kScript), "theirs");
+  EXPECT_FALSE(files.has(u"C:\\WORK\\never_made.txt"));
+}
+
+TEST_F(FolderRunTest, ABorrowedNameIsAsItWasWhateverBecomesOfTheRun) {
+  files.put(u"C:\\WORK\\Side.mif", "somebody's");
+  for (const bool commits : {false, true}) {
+    {
+      FolderRun run(kPage);
+      run.borrow(u"C:\\WORK\\side.MIF");
+      run.borrow(u"C:\\WORK\\other.otf");
+      EXPECT_FALSE(files.has(u"C:\\WORK\\Side.mif"));
+      write(u"C:\\WORK\\side.MIF", "the run's");
+      EXPECT_EQ(files.get(u"C:\\WORK\\side.MIF"), "the run's") << "other programs see it";
+      write(u"C:\\WORK\\other.otf", "the run's");
+      write(kPage, "new page");
+      if (commits) run.commit();
+    }
+    EXPECT_EQ(files.get(u"C:\\WORK\\Side.mif"), "somebody's");
+    EXPECT_EQ(files.get(kPage), commits ? "new page" : "old page");
+    EXPECT_EQ(files.all_files(), (Names{std::u16string(kPage), u"C:\\WORK\\Side.mif"})) << "with its letters";
+  }
+}
+
+TEST_F(FolderRunTest, AReadOnlyDocumentStaysReadOnly) {
+  files.set_read_only(kPage, true);
+  {
+    FolderRun run(kPage);
+    write(kPage, "new page");
+    write(kScript, "script");
+    run.commit();
+  }
+  EXPECT_EQ(files.get(kPage), "new page");
+  EXPECT_TRUE(files.info(kPage)->is_read_only);
+  {
+    FolderRun run(kPage);
+    clsCommon().DeleteFile(kPage);
+    EXPECT_FALSE(ports().files->info(kPage));
+  }
+  EXPECT_TRUE(files.info(kPage)->is_read_only);
+}
+
+TEST_F(FolderRunTest, FilesInTheTemporaryFolderGoWithTheRun) {
+  {
+    FolderRun run(kPage);
+    ports().files->open(u"C:\\TEMP\\MOR1234.TMP", Access::kCreateNew)->close();
+    EXPECT_TRUE(files.has(u"C:\\TEMP\\MOR1234.TMP"));
+    run.commit();
+  }
+  EXPECT_EQ(files.all_files().size(), 1u);
+}
+
+TEST_F(FolderRunTest, AFolderThatIsNotThere) {
+  EXPECT_EQ(failure_number([] { FolderRun run(u"C:\\nowhere\\page.htm"); }), 76);
+}
+
+TEST_F(FolderRunTest, AFolderOfTheScratchFoldersNameIsLeftAlone) {
+  files.put(u"C:\\WORK\\.kavo-run\\mine.txt", "mine");
+  EXPECT_EQ(failure_number([] { FolderRun run(kPage); }), 58);
+  EXPECT_EQ(files.get(u"C:\\WORK\\.kavo-run\\mine.txt"), "mine");
+}
+
+TEST_F(FolderRunTest, MessagesSpeakOfTheFilesThatTheUserKnows) {
+  EXPECT_EQ(FolderRun::without_scratch_folder(u"C:\\a\\.kavo-run\\1\\b.mif: bad; /x/.kavo-run/12/y"),
+            u"C:\\a\\b.mif: bad; /x/y");
+  EXPECT_EQ(FolderRun::without_scratch_folder(u"/x/.kavo-run could not be removed"),
+            u"/x/.kavo-run could not be removed");
+}
+
+// What a run does whose files are replaced, removed, borrowed and made.
+void work(FolderRun& run) {
+  run.borrow(u"C:\\WORK\\side.mif");
+  write(u"C:\\WORK\\side.mif", "the run's");
+  write(kPage, "new page");
+  write(kScript, "new script");
+  write(u"C:\\WORK\\fresh.txt", "fresh");
+  ports().files->remove_file(u"C:\\WORK\\gone.txt");
+  run.commit();
+}
+
+class BrokenRun : public FolderRunTest {
+ protected:
+  void put_files() {
+    for (const std::u16string& path : files.all_files()) {
+      files.set_read_only(path, false);
+      files.remove_file(path);
+    }
+    for (const auto* folder : {u"C:\\WORK\\.kavo-run\\1", u"C:\\WORK\\.kavo-run\\2", u"C:\\WORK\\.kavo-run"})
+      if (files.info(folder)) files.remove_folder(folder);
+    files.put(kPage, "old page");
+    files.put(kScript, "old script");
+    files.put(u"C:\\WORK\\gone.txt", "gone");
+    files.put(u"C:\\WORK\\side.mif", "somebody's");
+  }
+  bool is_old() const {
+    return files.get(kPage) == "old page" && files.get(kScript) == "old script" && files.has(u"C:\\WORK\\gone.txt") &&
+           files.get(u"C:\\WORK\\side.mif") == "somebody's" && files.all_files().size() == 4;
+  }
+  bool is_new() const {
+    return files.get(kPage) == "new page" && files.get(kScript) == "new script" &&
+           files.get(u"C:\\WORK\\fresh.txt") == "fresh" && files.get(u"C:\\WORK\\side.mif") == "somebody's" &&
+           files.all_files().size() == 4;
+  }
+};
+
+TEST_F(BrokenRun, AFailureAtEveryStepLeavesTheOldSetOrTheNewOne) {
+  for (const bool lasting : {false, true}) {
+    FaultyFiles faulty(files);
+    bool finished = false;
+    const std::size_t count = for_each_fault(
+        faulty, {.lasting = lasting},
+        [&](std::size_t) {
+          put_files();
+          ports().files = &faulty;
+          finished = false;
+          reports.clear();
+          try {
+            FolderRun run(kPage, report());
+            work(run);
+            finished = true;
+          } catch (const failure&) {
+          }
+          ports().files = &files;
+        },
+        [&](std::size_t number) {
+          if (files.info(u"C:\\WORK\\.kavo-run")) {
+            EXPECT_TRUE(lasting) << number;
+            EXPECT_FALSE(reports.empty()) << "left without a word: " << number;
+            FolderRun next(kPage);
+          }
+          EXPECT_TRUE(finished ? is_new() : is_old() || (lasting && is_new())) << number;
+        });
+    EXPECT_GT(count, 40u);
+  }
+}
+
+TEST_F(BrokenRun, TheNextRunFinishesOrUndoesWhatAKilledOneBegan) {
+  std::size_t finished = 0, undone = 0;
+  for (std::size_t number = 1;; ++number) {
+    put_files();
+    FaultyFiles faulty(files);
+    faulty.set_fault({.operation = number, .lasting = true, .kills = true});
+    ports().files = &faulty;
+    try {
+      FolderRun run(kPage);
+      work(run);
+    } catch (const failure&) {
+    }
+    ports().files = &files;
+    const bool happened = faulty.fault_happened();
+    reports.clear();
+    { FolderRun next(kPage, report()); }
+    EXPECT_TRUE(is_old() || is_new()) << number;
+    (is_new() ? finished : undone) += 1;
+    if (!happened) break;
+    EXPECT_FALSE(files.info(u"C:\\WORK\\.kavo-run")) << number;
+  }
+  EXPECT_GT(finished, 3u);
+  EXPECT_GT(undone, 20u);
+}
+
+}  // namespace
+}  // namespace kavo::test
