@@ -1,4 +1,5 @@
-// The languages and code pages that the suite knows.
+// The languages and code pages that the suite knows. The languages stand in languages/languages.tsv, which says where
+// each column comes from.
 #pragma once
 
 #include <cstdint>
@@ -10,9 +11,12 @@ namespace kavo {
 struct LanguageRow {
   std::u16string_view code;  // as the suite stores it: "EN-US", "FR"
   std::u16string_view name;
-  std::int32_t lcid;
-  std::int32_t code_page;
+  std::int32_t lcid;       // Windows locale identifier, 0x1000 when there is none
+  std::int32_t code_page;  // ANSI, 65001 when there is none
+  std::u16string_view script;  // ISO 15924
+  std::u16string_view tags;    // further tags of the same language in capitals, with a blank between them
 };
+// By name. Of one language the usual variant is the last of those that a picker preselects.
 std::span<const LanguageRow> language_rows();
 
 struct CodePageRow {
