@@ -18,9 +18,12 @@
 
 namespace kavo {
 
+// The type of a produced file that is a bilingual document: no file type code stands for one.
+inline constexpr std::int32_t kBilingualDocument = -1;
+
 struct ProducedName {
   std::u16string path;  // core form
-  std::int32_t type;    // file type code; negative for a bilingual document, which has none
+  std::int32_t type;    // file type code; or kBilingualDocument
 };
 
 // How one file went.
@@ -86,7 +89,11 @@ std::span<const VerbEntry> rtf_verbs();
 std::span<const VerbEntry> office_verbs();
 std::span<const VerbEntry> settings_verbs();
 std::span<const VerbEntry> wizard_verbs();
-std::span<const VerbEntry> tud_verbs();
+std::span<const VerbEntry> prepare_verbs();
+std::span<const VerbEntry> export_verbs();
+std::span<const VerbEntry> import_verbs();
+std::span<const VerbEntry> pseudo_verbs();
+std::span<const VerbEntry> stats_verbs();
 std::span<const VerbEntry> rebuild_verbs();
 std::span<const VerbEntry> verify_verbs();
 std::span<const VerbEntry> edit_verbs();

@@ -18,8 +18,9 @@ std::span<const VerbGroup> verb_groups() { return kGroups; }
 
 std::vector<VerbEntry> all_verbs() {
   std::vector<VerbEntry> verbs;
-  for (const auto& table : {preprocess_verbs(), wizard_verbs(), tud_verbs(), edit_verbs(), rebuild_verbs(),
-                            verify_verbs(), html_verbs(), mif_verbs(), rtf_verbs(), office_verbs(), settings_verbs()})
+  for (const auto& table : {preprocess_verbs(), wizard_verbs(), prepare_verbs(), export_verbs(), import_verbs(),
+                            pseudo_verbs(), stats_verbs(), edit_verbs(), rebuild_verbs(), verify_verbs(), html_verbs(),
+                            mif_verbs(), rtf_verbs(), office_verbs(), settings_verbs()})
     verbs.insert(verbs.end(), table.begin(), table.end());
   return verbs;
 }

@@ -1,0 +1,131 @@
+// kavo prepare: documents prepared for translation and turned into bilingual documents.
+#include <algorithm>
+
+#include "cli/verb.h"
+#include "common/clsCommon.h"
+#include "common/tud_names.h"
+#include "driver/K19FPWObj.h"
+#include "driver/bilingual_names.h"
+#include "driver/file_types.h"
+#include "driver/wizard_run.h"
+#include "platform/case_fold.h"
+#include "platform/failure.h"
+#include "platform/files.h"
+#include "platform/ports.h"
+#include "platform/unicode.h"
+#include "suite/bilingual_document.h"
+
+namespace kavo {
+namespace {
+
+// Prepares a document and converts what that produced.
+class Prepare final : public Verb {
+ public:
+  void add_options(CLI::App& app) override {
+    app.add_option("--source", source_, "Language of the documents, such as EN-US")->required()->type_name("CODE");
+    app.add_option("--target", target_, "Language to translate them into, such as FR")->required()->type_name("CODE");
+    app.add_option("--target-code-page", target_code_page_,
+                   "Code page of the rebuilt documents (else that of the source)")
+        ->type_name("N");
+    app.add_flag("--overwrite", overwrite_, "Replace bilingual documents that hold translations");
+  }
+  void start() override {
+    driver_.emplace();
+    driver_->QuietMode(1);
+    driver_->batch(files);
+    if (!target_code_page_.empty())
+      languages_.target_code_page = static_cast<std::int32_t>(code_page_number(target_code_page_));
+    languages_.source = ascii_upper(to_utf16(source_));
+    languages_.target = ascii_upper(to_utf16(target_));
+  }
+  Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
+    if (!overwrite_) {
+      for (const std::u16string& tud : bilingual_documents_of(file, languages_.target)) refuse_translated(tud);
+      refuse_others_side_files(file);
+    }
+    Outcome outcome;
+    driver_->observe({[&](std::u16string_view, int percent) { progress(static_cast<std::int16_t>(percent)); },
+                      [&](const Message& message) { outcome.messages.push_back(message); }});
+    std::u16string name = file;
+    outcome.result = driver_->PreProcess(name);
+    driver_->observe({});
+    if (outcome.result != 0) {
+      outcome.ending = Outcome::kFailed;
+      return outcome;
+    }
+    const std::span<const ProducedFile> produced = driver_->produced_files();
+    std::vector<ProducedFile> prepared(produced.begin(), produced.end());
+    const FilterRun run = convert_produced_files(prepared, languages_);
+    for (const ProducedFile& converted : prepared)
+      if (!converted.tud_name.empty()) outcome.produced.push_back({converted.tud_name, kBilingualDocument});
+    if (run.result != 0) {
+      outcome.ending = Outcome::kFailed;
+      outcome.result = run.result;
+      outcome.messages.push_back({run.reason});
+    }
+    return outcome;
+  }
+
+ private:
+  // Throws `failure` 58 for a bilingual document that would take somebody's work along.
+  static void refuse_translated(const std::u16string& tud) {
+    if (!ports().files->info(tud)) return;
+    std::size_t translated = 0;
+    try {
+      const BilingualDocument document(tud);
+      for (std::size_t i = 0; i < document.size(); ++i) {
+        const TranslationStatus status = document.segment(i).status;
+        if (status != TranslationStatus::kUntranslated && status != TranslationStatus::kLocked) ++translated;
+      }
+    } catch (const failure& reason) {
+      if (reason.is(FailureNumber::kInterrupted)) throw;
+      throw failure(FailureNumber::kFileAlreadyExists,
+                    path_text(tud) + u" is there and cannot be read: " + reason.description() + kOverwriteAdvice);
+    }
+    if (translated == 0) return;
+    throw failure(
+        FailureNumber::kFileAlreadyExists,
+        path_text(tud) + u" holds translated texts (" + to_utf16(std::to_string(translated)) + u")" + kOverwriteAdvice);
+  }
+
+  // The same for the side files' documents that another MIF document of the folder needs for its way back.
+  void refuse_others_side_files(const std::u16string& document) const {
+    const std::vector<std::u16string> own = bilingual_documents_of(document, languages_.target);
+    if (FileTypeOf(document) != kMifDocument || !ports().files->info(own[1])) return;
+    const std::u16string folder = clsCommon().strParseFileName(document, 0);
+    for (const std::u16string& name : ports().files->find(folder + u"*_mif_" + languages_.target + u".tud")) {
+      const std::u16string other = folder + name;
+      const auto is_other = [&](const std::u16string& known) { return equal_ignoring_case(known, other); };
+      if (std::ranges::any_of(own, is_other) || std::ranges::any_of(files, [&](const std::u16string& file) {
+            return is_other(tud_name_of(file, languages_.target));
+          }))
+        continue;
+      throw failure(FailureNumber::kFileAlreadyExists,
+                    path_text(other) + u" shares the documents of its hidden texts (KAVO_..._mif_" + languages_.target +
+                        u".tud) with this one: prepare all MIF documents of a folder with one command" +
+                        kOverwriteAdvice);
+    }
+  }
+
+  static std::u16string path_text(std::u16string_view path) { return to_utf16(path_to_host(path)); }
+
+  static constexpr char16_t kOverwriteAdvice[] = u". Nothing is changed; --overwrite replaces it";
+
+  std::string source_;
+  std::string target_;
+  std::string target_code_page_;
+  bool overwrite_ = false;
+  RunLanguages languages_;
+  std::optional<K19FPWObj> driver_;
+};
+
+constexpr VerbEntry kVerbs[] = {
+    {"", "prepare", "Prepare documents and turn them into bilingual documents",
+     "kavo prepare index.asp --source EN-US --target FR", make_verb<Prepare>},
+};
+
+}  // namespace
+
+std::span<const VerbEntry> prepare_verbs() { return kVerbs; }
+
+}  // namespace kavo

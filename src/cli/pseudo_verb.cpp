@@ -1,0 +1,30 @@
+// kavo pseudo: a readable test translation.
+#include "cli/verb.h"
+#include "suite/pseudo_translation.h"
+
+namespace kavo {
+namespace {
+
+// Fills every open segment with its own text in brackets and with accents.
+class Pseudo final : public Verb {
+ public:
+  Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
+    ProgressEvent event;
+    event.handler(progress);
+    Outcome outcome;
+    outcome.details["translated"] = pseudo_translate(file, event);
+    outcome.produced.push_back({file, kBilingualDocument});
+    return outcome;
+  }
+};
+
+constexpr VerbEntry kVerbs[] = {
+    {"", "pseudo", "Fill bilingual documents with a readable test translation", "kavo pseudo index_asp_HTM_FR.tud",
+     make_verb<Pseudo>},
+};
+
+}  // namespace
+
+std::span<const VerbEntry> pseudo_verbs() { return kVerbs; }
+
+}  // namespace kavo
