@@ -11,8 +11,8 @@ namespace kavo {
 struct LanguageRow {
   std::u16string_view code;  // as the suite stores it: "EN-US", "FR"
   std::u16string_view name;
-  std::int32_t lcid;       // Windows locale identifier, 0x1000 when there is none
-  std::int32_t code_page;  // ANSI, 65001 when there is none
+  std::int32_t lcid;           // Windows locale identifier, 0x1000 when there is none
+  std::int32_t code_page;      // ANSI, 65001 when there is none
   std::u16string_view script;  // ISO 15924
   std::u16string_view tags;    // further tags of the same language in capitals, with a blank between them
 };

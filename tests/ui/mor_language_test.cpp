@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <set>
+
+#include "platform/unicode.h"
 #include "suite/language_information.h"
 #include "support/ports_fixture.h"
 #include "ui/fake_languages.h"
@@ -192,6 +195,40 @@ TEST_F(PickerTest, EveryLanguageOfTheReferenceSuiteCanBeChosen) {
     test.picker.LanguageCode(languages.LanguageCode(i));
     EXPECT_EQ(test.picker.LanguageCode(), languages.LanguageCode(i));
     EXPECT_EQ(test.picker.LanguageDescription(), languages.LanguageDescription(i));
+  }
+}
+
+TEST_F(PickerTest, TheUsualVariantOfEachLanguageOfTheReferenceSuiteIsPreselected) {
+  automation.factories[u"K19Suite.LanguageInformation"] = [] { return std::make_shared<LanguageInformation>(); };
+  Recorded test;
+  const struct {
+    const char16_t* base;
+    const char16_t* code;
+  } cases[] = {
+      {u"Norwegian", u"NB"},    {u"Persian", u"FA"}, {u"Dari", u"PRS"},      {u"Northern Sami", u"SE"},
+      {u"Portuguese", u"PT"},   {u"Catalan", u"CA"}, {u"English", u"EN-US"}, {u"French", u"FR-FR"},
+      {u"German", u"DE-DE"},    {u"Chinese", u"ZH"}, {u"Serbian", u"SR"},    {u"Spanish", u"ES-ES"},
+      {u"Mongolian", u"MN-MN"}, {u"Arabic", u"AR"},  {u"Japanese", u"JA"},   {u"Swahili", u"SW"},
+  };
+  for (const auto& expected : cases) {
+    choose(test.picker.cmbLanguage, expected.base);
+    EXPECT_EQ(test.picker.LanguageCode(), expected.code);
+  }
+}
+
+// A language whose name begins as another's does would be listed with it, and could be preselected for it.
+TEST_F(PickerTest, EachLanguageOfTheReferenceSuiteHasAListOfItsOwn) {
+  automation.factories[u"K19Suite.LanguageInformation"] = [] { return std::make_shared<LanguageInformation>(); };
+  Recorded test;
+  const clsLanguages languages;
+  for (std::int32_t base = 0; base < test.picker.cmbLanguage.ListCount(); ++base) {
+    test.picker.cmbLanguage.ListIndex(base);
+    std::set<std::u16string> listed;
+    for (const ListItem& item : test.picker.cmbVariant.items()) {
+      EXPECT_TRUE(listed.insert(item.text).second) << to_utf8(item.text);
+      const std::u16string description = languages.LanguageDescription(item.data);
+      EXPECT_EQ(split_language_name(description).base, test.picker.cmbLanguage.Text());
+    }
   }
 }
 
