@@ -1,6 +1,7 @@
 // kavo prepare: documents prepared for translation and turned into bilingual documents.
 #include <algorithm>
 
+#include "cli/option_values.h"
 #include "cli/verb.h"
 #include "common/clsCommon.h"
 #include "common/tud_names.h"
@@ -22,11 +23,18 @@ namespace {
 class Prepare final : public Verb {
  public:
   void add_options(CLI::App& app) override {
-    app.add_option("--source", source_, "Language of the documents, such as EN-US")->required()->type_name("CODE");
-    app.add_option("--target", target_, "Language to translate them into, such as FR")->required()->type_name("CODE");
+    app.add_option("--source", source_, "Language of the documents, such as EN-US or en-US")
+        ->required()
+        ->type_name("CODE")
+        ->transform(language_value());
+    app.add_option("--target", target_, "Language to translate them into, such as FR, DE-AT or zh-Hant-TW")
+        ->required()
+        ->type_name("CODE")
+        ->transform(language_value());
     app.add_option("--target-code-page", target_code_page_,
                    "Code page of the rebuilt documents (else that of the source)")
-        ->type_name("N");
+        ->type_name("N")
+        ->check(code_page_value());
     app.add_flag("--overwrite", overwrite_, "Replace bilingual documents that hold translations");
   }
   void start() override {
@@ -35,8 +43,8 @@ class Prepare final : public Verb {
     driver_->batch(files);
     if (!target_code_page_.empty())
       languages_.target_code_page = static_cast<std::int32_t>(code_page_number(target_code_page_));
-    languages_.source = ascii_upper(to_utf16(source_));
-    languages_.target = ascii_upper(to_utf16(target_));
+    languages_.source = to_utf16(source_);
+    languages_.target = to_utf16(target_);
   }
   Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
     if (!overwrite_) {

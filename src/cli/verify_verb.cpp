@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <array>
 
+#include "cli/option_values.h"
 #include "cli/report.h"
 #include "cli/road_check.h"
 #include "cli/verb.h"
@@ -176,14 +177,20 @@ nlohmann::ordered_json details_of(const RoadResult& result, const std::string& f
 class Verify final : public Verb {
  public:
   void add_options(CLI::App& app) override {
-    app.add_option("--source", source_, "Language of the documents")->type_name("CODE")->capture_default_str();
-    app.add_option("--target", target_, "Language of the test translation")->type_name("CODE")->capture_default_str();
+    app.add_option("--source", source_, "Language of the documents")
+        ->type_name("CODE")
+        ->capture_default_str()
+        ->transform(language_value());
+    app.add_option("--target", target_, "Language of the test translation")
+        ->type_name("CODE")
+        ->capture_default_str()
+        ->transform(language_value());
     app.add_flag("--strict", strict_, "A page that needs repair does not pass either");
   }
   void start() override {
     driver_.emplace();
     driver_->QuietMode(1);
-    languages_ = {ascii_upper(to_utf16(source_)), ascii_upper(to_utf16(target_))};
+    languages_ = {to_utf16(source_), to_utf16(target_)};
   }
   Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
     Outcome outcome;

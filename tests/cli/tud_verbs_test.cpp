@@ -42,7 +42,7 @@ TEST_F(TudCommand, PrepareNamesWhatIsMissing) {
   EXPECT_EQ(ran.output, "");
   EXPECT_NE(ran.errors.find("missing.txt"), std::string::npos);
   EXPECT_EQ(run_kavo({"prepare", path(u"a.txt"), "--source", "EN", "--target", "FR", "--target-code-page", "437"}).code,
-            1);
+            2);
 }
 
 TEST_F(TudCommand, ADocumentWithItsSkeletonInsideIsRebuiltAlone) {

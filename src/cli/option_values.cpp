@@ -1,0 +1,32 @@
+#include "cli/option_values.h"
+
+#include "platform/code_page.h"
+#include "platform/failure.h"
+#include "platform/unicode.h"
+#include "suite/language_tags.h"
+
+namespace kavo {
+
+CLI::Validator language_value() {
+  return {[](std::string& text) {
+            const LanguageRow* const language = find_language(to_utf16(text));
+            if (language == nullptr) return to_utf8(unknown_language_text(to_utf16(text)));
+            text = to_utf8(language->code);
+            return std::string();
+          },
+          ""};
+}
+
+CLI::Validator code_page_value() {
+  return {[](std::string& text) {
+            try {
+              code_page_number(text);
+              return std::string();
+            } catch (const failure& reason) {
+              return std::string(reason.what());
+            }
+          },
+          ""};
+}
+
+}  // namespace kavo

@@ -1,0 +1,13 @@
+// Values of options that are wrong usage when they mean nothing.
+#pragma once
+
+#include <CLI/App.hpp>
+
+namespace kavo {
+
+// For Option::transform: a code of the suite or a BCP 47 tag becomes the suite's code.
+CLI::Validator language_value();
+// For Option::check: a name or number that code_page_number() knows.
+CLI::Validator code_page_value();
+
+}  // namespace kavo
