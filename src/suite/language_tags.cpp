@@ -84,12 +84,18 @@ class Nearest {
       add(find_language(std::u16string_view(tag_).substr(0, dash)));
     if (!found_.empty()) return std::move(found_);
     add_spoken_where([&](const LanguageRow& row) { return is_region(row, tag_); });
-    if (text_.size() < 3) return std::move(found_);
+    if (text_.size() < 2) return std::move(found_);
     add_if([&](const LanguageRow& row) {
       return variant_of(row).empty() && equal_ignoring_case(row.name.substr(0, text_.size()), text_);
     });
+    if (text_.size() < 3) return std::move(found_);
     add_misspelt();
-    add_spoken_where([&](const LanguageRow& row) { return equal_ignoring_case(variant_of(row), text_); });
+    // "Austria", "Austrian German".
+    add_spoken_where([&](const LanguageRow& row) {
+      const std::u16string_view variant = variant_of(row);
+      return variant.size() > 3 && equal_ignoring_case(variant, text_.substr(0, variant.size()));
+    });
+    if (found_.empty()) add_if([&](const LanguageRow& row) { return abbreviates(row); });
     return std::move(found_);
   }
 
@@ -114,14 +120,23 @@ class Nearest {
     return row.code.size() == region.size() + 3 && row.code[2] == u'-' && row.code.ends_with(region);
   }
 
-  // One letter in three may be wrong, in the code or in the name of a language.
+  // One letter may be wrong, two in a long name.
   void add_misspelt() {
     const std::string typed = to_utf8(text_);
-    for (std::size_t distance = 1; distance <= std::min<std::size_t>(typed.size() / 3, 2); ++distance)
+    for (std::size_t distance = 1; distance <= (typed.size() < 8 ? 1u : 2u); ++distance)
       add_if([&](const LanguageRow& row) {
         return edit_distance(typed, to_utf8(row.code)) == distance ||
                edit_distance(typed, to_utf8(row.name)) == distance;
       });
+  }
+
+  // The text's letters stand in the name, in this order, and begin it: JPN for Japanese.
+  bool abbreviates(const LanguageRow& row) const {
+    if (!variant_of(row).empty() || upper_case(row.name.front()) != upper_case(text_.front())) return false;
+    std::u16string_view rest = text_;
+    for (const char16_t c : row.name)
+      if (!rest.empty() && upper_case(c) == upper_case(rest.front())) rest.remove_prefix(1);
+    return rest.empty();
   }
 
   std::u16string_view text_;
