@@ -37,12 +37,18 @@ std::vector<std::u16string> documents_and_skeletons(const std::u16string& tud) {
   return names;
 }
 
+// Names have codes of the suite: a tag that means the same is none to the way back.
+bool is_code(std::u16string_view text) {
+  const LanguageRow* const language = find_language(text);
+  return language != nullptr && equal_ignoring_ascii_case(language->code, text);
+}
+
 // Without a language that the suite knows, no scripts, hidden texts or objects are put back. Documents that were
 // prepared before the command refused such languages are still about. Throws `failure` 5.
 void refuse_unknown_language(const std::u16string& tud) {
   const TudName name(tud);
-  if (!has_way_back(name) || find_language(name.language()) != nullptr) return;
   const std::u16string& code = name.language();
+  if (!has_way_back(name) || is_code(code)) return;
   const std::vector<const LanguageRow*> near = nearest_languages(code);
   const std::u16string right = std::u16string(near.empty() ? u"FR" : near[0]->code);
   throw failure(FailureNumber::kInvalidCall,

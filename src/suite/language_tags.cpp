@@ -11,6 +11,7 @@ namespace kavo {
 namespace {
 
 constexpr std::size_t kMostNearest = 3;
+constexpr std::size_t kLongestName = 100;  // what is longer is no name, and would take long to compare
 constexpr std::int32_t kNoIdentifier = 0x1000;
 constexpr std::u16string_view kListSeparators = u",;+";
 
@@ -77,6 +78,7 @@ class Nearest {
   explicit Nearest(std::u16string_view text) : text_(trimmed(text)), tag_(as_tag(text)) {}
 
   std::vector<const LanguageRow*> find() {
+    if (text_.size() > kLongestName) return {};
     add(find_language(tag_));
     add_if([&](const LanguageRow& row) { return equal_ignoring_case(row.name, text_); });
     for (const LanguageRow* row : rows_with_any_script(with_known_language(tag_))) add(row);

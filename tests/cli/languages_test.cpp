@@ -133,6 +133,17 @@ TEST_F(Languages, AManualPreparedForAnUnknownLanguageIsRepairedAsTheMessageSays)
   expect_repair(u"manual.mif", kManual, u"manual_mif_", u"manual_DE.mif", 8);
 }
 
+// Documents' names have codes: the way back does not know tags.
+TEST_F(Languages, ADocumentNamedForATagIsRefusedToo) {
+  ASSERT_EQ(prepare(path_to_host(folder.write(u"index.asp", kPage)), "EN-US", "ZH-TW").code, 0);
+  relabel("ZH-TW", "ZH-HANT-TW");
+  const std::size_t entries = folder.entry_count();
+  const Ran ran = run_kavo({"rebuild", path(u"index_asp_htm_ZH-HANT-TW.tud")});
+  EXPECT_EQ(ran.code, 1);
+  EXPECT_NE(ran.errors.find("such as ZH-TW, in the place of ZH-HANT-TW"), std::string::npos) << ran.errors;
+  EXPECT_EQ(folder.entry_count(), entries);
+}
+
 TEST_F(Languages, AnUnknownLanguageDoesNoHarmToAText) {
   ASSERT_EQ(prepare(path_to_host(folder.write(u"a.txt", "One\n")), "EN-US", "DE").code, 0);
   relabel("DE", "GERMAN");

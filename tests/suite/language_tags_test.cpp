@@ -97,6 +97,7 @@ TEST(LanguageTags, NearLanguagesAreNamed) {
       {"with blanks around", u" FR ", {"FR"}},
       {"nothing like it", u"Klingon", {}},
       {"nothing", u"", {}},
+      {"a tag that is known", u"zh-Hant-TW", {"ZH-TW"}},
   };
   for (const auto& test : cases) {
     std::vector<std::string> codes;
@@ -107,6 +108,11 @@ TEST(LanguageTags, NearLanguagesAreNamed) {
       EXPECT_TRUE(codes.size() >= test.codes.size() && std::equal(test.codes.begin(), test.codes.end(), codes.begin()))
           << test.name << ": " << testing::PrintToString(codes);
   }
+}
+
+TEST(LanguageTags, ALongTextIsNotCompared) {
+  EXPECT_TRUE(nearest_languages(std::u16string(1'000'000, u'-')).empty());
+  EXPECT_TRUE(nearest_languages(u"German" + std::u16string(1'000'000, u'n')).empty());
 }
 
 TEST(LanguageTags, PeopleLearnWhatTheyMayHaveMeant) {
