@@ -7,6 +7,7 @@
 
 #include "cli/progress_bar.h"
 #include "cli/report.h"
+#include "cli/run_in_folder.h"
 #include "cli/verb.h"
 #include "platform/console.h"
 #include "platform/failure.h"
@@ -53,26 +54,6 @@ void add_common_options(CLI::App& app, const VerbEntry& entry, Options& options)
   app.footer("Example:\n  " + std::string(entry.example));
 }
 
-Outcome outcome_of(const failure& reason) {
-  Outcome outcome;
-  outcome.ending = Outcome::kFailed;
-  outcome.result = 1;
-  outcome.messages.push_back({reason.description()});
-  outcome.details["error"] = reason.number();
-  return outcome;
-}
-
-// Runs one step of a verb; all failures but an interruption are its outcome.
-template <class Step>
-std::optional<Outcome> outcome_from(Step&& step) {
-  try {
-    return step();
-  } catch (const failure& reason) {
-    if (reason.is(FailureNumber::kInterrupted)) throw;
-    return outcome_of(reason);
-  }
-}
-
 int run_verb(Verb& verb, const std::string& name, const Options& options) {
   const std::vector<std::string> files = options.files.empty() ? std::vector<std::string>{""} : options.files;
   ProgressBar bar(options.quiet ? ProgressBar::Mode::kNone : options.progress, files.size());
@@ -84,15 +65,21 @@ int run_verb(Verb& verb, const std::string& name, const Options& options) {
     throw_if_interrupted();
     const double started = ports().clock->seconds();
     bar.next_file(file);
-    const auto outcome = outcome_from([&] {
-      return std::optional(verb.run(path_from_host(file), [&](std::int16_t percent) { bar.report(percent); }));
-    });
+    const std::u16string path = path_from_host(file);
+    const Outcome outcome = run_in_folder(
+        verb.workplace(path), [&] { return verb.run(path, [&](std::int16_t percent) { bar.report(percent); }); });
     bar.hide();
-    report.add(file, *outcome, ports().clock->seconds() - started);
+    report.add(file, outcome, ports().clock->seconds() - started);
   }
   const double started = ports().clock->seconds();
-  if (const auto outcome = outcome_from([&] { return verb.finish(); }))
-    report.add("", *outcome, ports().clock->seconds() - started);
+  bool has_outcome = false;
+  const Outcome outcome = run_in_folder(verb.workplace(u""), [&] {
+    const std::optional<Outcome> last = verb.finish();
+    has_outcome = last.has_value();
+    return last.value_or(Outcome());
+  });
+  if (has_outcome || outcome.ending != Outcome::kDone || !outcome.messages.empty())
+    report.add("", outcome, ports().clock->seconds() - started);
   return report.finish();
 }
 

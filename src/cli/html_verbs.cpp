@@ -12,6 +12,7 @@ namespace {
 
 class Protect final : public Verb {
  public:
+  std::u16string workplace(const std::u16string& file) const override { return file; }
   Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
     refuse_twin(file);
     clsASP2HTML scripts;
@@ -36,6 +37,7 @@ class Restore final : public Verb {
   void check_usage(std::size_t file_count) override {
     if (!output_.empty() && file_count > 1) throw CLI::ValidationError("--output", "goes with one FILE only");
   }
+  std::u16string workplace(const std::u16string& file) const override { return file; }
   Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
     clsASP2HTML scripts;
     scripts.Progress(progress);
@@ -62,6 +64,7 @@ class Validate final : public Verb {
     app.add_flag("--backup", backup_, "Keep the page as it was in FILE.bak");
     app.add_flag("--check", check_, "Change nothing; exit with 3 when the page would be changed");
   }
+  std::u16string workplace(const std::u16string& file) const override { return check_ ? u"" : file; }
   Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
     clsHTMLValidate validation;
     validation.Progress(progress);

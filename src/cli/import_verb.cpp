@@ -20,6 +20,9 @@ class Import final : public Verb {
     document_.emplace(path_from_host(to_));
     for (std::size_t i = 0; i < document_->size(); ++i) by_number_.emplace(document_->segment(i).number, i);
   }
+  std::u16string workplace(const std::u16string& file) const override {
+    return file.empty() ? u"" : path_from_host(to_);
+  }
   Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
     ProgressEvent event;
     event.handler(progress);

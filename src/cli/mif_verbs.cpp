@@ -69,6 +69,9 @@ class BatchVerb : public MifVerb {
 
 class Extract final : public BatchVerb {
  public:
+  std::u16string workplace(const std::u16string& file) const override {
+    return file.empty() && any_extracted_ ? utilities_->IndexFile() : u"";
+  }
   Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
     const std::int16_t added = begin(file, progress).Extract();
     Outcome outcome = outcome_of(utilities_->extracted() ? 0 : 1);
@@ -96,6 +99,7 @@ class Extract final : public BatchVerb {
 
 class Merge final : public BatchVerb {
  public:
+  std::u16string workplace(const std::u16string& file) const override { return file; }
   Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
     const MifCounts before = utilities_->counts();
     Outcome outcome = outcome_of(begin(file, progress).Merge());
@@ -132,6 +136,7 @@ class ObjectsVerb : public MifVerb {
 
 class RemoveObjects final : public ObjectsVerb {
  public:
+  std::u16string workplace(const std::u16string& file) const override { return file; }
   Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
     Outcome outcome = outcome_of(begin_file(file, progress).RemoveObjects());
     outcome.details["objects"] = utilities_->counts().objects_removed;
@@ -142,6 +147,7 @@ class RemoveObjects final : public ObjectsVerb {
 
 class InsertObjects final : public ObjectsVerb {
  public:
+  std::u16string workplace(const std::u16string& file) const override { return file; }
   Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
     Outcome outcome = outcome_of(begin_file(file, progress).InsertObjects());
     outcome.details["objects"] = utilities_->counts().objects_inserted;

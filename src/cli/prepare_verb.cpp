@@ -46,6 +46,7 @@ class Prepare final : public Verb {
     languages_.source = to_utf16(source_);
     languages_.target = to_utf16(target_);
   }
+  std::u16string workplace(const std::u16string& file) const override { return file; }
   Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
     if (!overwrite_) {
       for (const std::u16string& tud : bilingual_documents_of(file, languages_.target)) refuse_translated(tud);

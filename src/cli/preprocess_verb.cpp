@@ -13,6 +13,7 @@ class Preprocess final : public Verb {
     driver_->QuietMode(1);
     driver_->batch(files);
   }
+  std::u16string workplace(const std::u16string& file) const override { return file; }
   Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
     Outcome outcome;
     driver_->observe({[&](std::u16string_view, int percent) { progress(static_cast<std::int16_t>(percent)); },

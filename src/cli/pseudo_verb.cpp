@@ -8,6 +8,7 @@ namespace {
 // Fills every open segment with its own text in brackets and with accents.
 class Pseudo final : public Verb {
  public:
+  std::u16string workplace(const std::u16string& file) const override { return file; }
   Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
     ProgressEvent event;
     event.handler(progress);

@@ -83,6 +83,7 @@ class Rebuild final : public Verb {
     if (!output_.empty() && file_count > 1) throw CLI::ValidationError("--output", "goes with one FILE only");
   }
   void start() override { driver_.emplace(); }
+  std::u16string workplace(const std::u16string& file) const override { return file; }
   Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
     Outcome outcome;
     if (TudName(file).is_taken_along()) {

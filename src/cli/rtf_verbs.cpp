@@ -16,6 +16,7 @@ class RtfVerb : public Verb {
   void check_usage(std::size_t file_count) override {
     if (!objects_.empty() && file_count > 1) throw CLI::ValidationError("--objects", "goes with one FILE only");
   }
+  std::u16string workplace(const std::u16string& file) const override { return file; }
   Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
     clsRTFUtil rtf;
     rtf.Progress(progress);

@@ -48,6 +48,12 @@ class Verb {
   // Throws CLI::ValidationError for options that do not go together.
   virtual void check_usage(std::size_t file_count) { static_cast<void>(file_count); }
   virtual void start() {}
+  // A file in the folder that run() for this file writes to, finish() for "": what is written there is written as a
+  // whole or not at all (FolderRun). "" for a step that writes no documents, or has other programs write them.
+  virtual std::u16string workplace(const std::u16string& file) const {
+    static_cast<void>(file);
+    return u"";
+  }
   // For each file in turn (a core path); once with "" for a verb that takes none. Other files follow a failed one.
   virtual Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) = 0;
   // After the last file, whatever failed; an outcome is reported as one more, without a file.

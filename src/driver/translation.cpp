@@ -12,6 +12,7 @@
 #include "common/pending_file.h"
 #include "common/same_file.h"
 #include "common/tud_names.h"
+#include "driver/companions.h"
 #include "driver/document_files.h"
 #include "driver/post_process.h"
 #include "driver/target_build.h"
@@ -103,22 +104,13 @@ class Translation {
   }
 
  private:
-  // Without the files that the way back needs, the document is rebuilt as it was converted.
-  bool has_companions() const {
-    const std::u16string type = ascii_upper(name_.prepared_type());
-    if (type == u"HTM" || type == u"HTML" || type == u"ASP" || type == u"JSP") return is_file(name_.script_tud());
-    if (type == u"MIF")
-      return std::ranges::all_of(kMifSides, [&](auto side) { return is_file(mif_side_tud(name_, side)); });
-    if (is_office_format(type)) return is_file(name_.file_name(1, type, false));
-    return true;
-  }
-
   TranslationError create(std::u16string& filter) {
     std::optional<FolderRun> run;
     try {
       run.emplace(request_.tud, observer_.report());
       language_ = known_language(name_.language());
-      if (!language_.empty() && !has_companions()) language_.clear();
+      // Without the files that the way back needs, the document is rebuilt as it was converted.
+      if (!language_.empty() && !missing_companions(name_).empty()) language_.clear();
     } catch (const failure& reason) {
       if (reason.is(FailureNumber::kInterrupted)) throw;
       error_text_ = reason.description();

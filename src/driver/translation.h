@@ -1,8 +1,8 @@
 // One run of CreateTranslation: from a translated bilingual document to the document in its source's format.
 //
-// A run that fails leaves every document as it was: an old target goes only when the new one is whole (run_files.h).
-// Two things outlive a failure, deliberately: the OpenTag file of the document's name is gone, and the font settings
-// stay as they were set for the filter, for users who look at what it worked with.
+// A run that fails leaves every document as it was: an old target goes only when the new one is whole (common/folder_run.h).
+// The font settings outlive a failure, deliberately: they stay as they were set for the filter, for users who look at
+// what it worked with.
 #pragma once
 
 #include <cstdint>

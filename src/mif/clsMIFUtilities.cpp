@@ -95,10 +95,13 @@ void clsMIFUtilities::DefaultSideFileNames() {
 bool clsMIFUtilities::mif_file_exists() {
   if (mif_file_.empty()) {
     add_message(kNoMifFile);
-  } else if (!ports().files->info(mif_file_)) {
+    return false;
+  }
+  try {
+    if (ports().files->info(mif_file_)) return true;
     add_message(kMifFileNotFound, mif_file_);
-  } else {
-    return true;
+  } catch (const failure& reason) {
+    add_message(kCannotReadMifFile, described(mif_file_, reason));
   }
   return false;
 }

@@ -42,9 +42,9 @@ std::int32_t clsRTFUtil::run(const std::function<bool(const std::u16string&)>& w
     // Document and object file are one set, and the temporary file has one name for all runs.
     FolderRun run(rtf_file_);
     clsCommon().DeleteFile(temporary_file);
-    if (!work(temporary_file)) return 1;
+    const bool is_whole = work(temporary_file);
     run.commit();
-    return 0;
+    return is_whole ? 0 : 1;
   } catch (const failure& reason) {
     if (reason.is(FailureNumber::kInterrupted)) throw;
     errors_.push_back({reason.description()});

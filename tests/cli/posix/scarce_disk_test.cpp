@@ -176,16 +176,18 @@ TEST_F(ScarceDisk, AReadOnlyFolderIsToldAndStaysAsItIs) {
 }
 
 // The seventh failure: what stands in the way of the target cannot be taken away.
-TEST_F(ScarceDisk, ATargetThatCannotBeDeleted) {
+TEST_F(ScarceDisk, ATargetThatCannotBeReplaced) {
   const Step rebuild = road().back();
   put(rebuild.before);
-  write_whole(work() / "index_asp_FR.htm", "in the way");
+  write_whole(work() / "index_FR.asp", "in the way");
   const Files before = all_files();
-  make_read_only(true);
   std::vector<std::string> arguments = rebuild.arguments;
   arguments.push_back("--json");
+  // A mounted file cannot be replaced by another one.
+  const std::string target = (work() / "index_FR.asp").string();
+  ASSERT_EQ(::mount(target.c_str(), target.c_str(), nullptr, MS_BIND, nullptr), 0);
   const auto told = nlohmann::json::parse(run_kavo(arguments).output);
-  make_read_only(false);
+  ASSERT_EQ(::umount(target.c_str()), 0);
   EXPECT_EQ(told["result"], 7);
   EXPECT_EQ(told["messages"][0]["text"], "Unable to delete the target file - check that it is not already in use");
   EXPECT_EQ(all_files(), before);
