@@ -137,12 +137,23 @@ class ObjectsVerb : public MifVerb {
 class RemoveObjects final : public ObjectsVerb {
  public:
   std::u16string workplace(const std::u16string& file) const override { return file; }
+  void add_options(CLI::App& app) override {
+    ObjectsVerb::add_options(app);
+    app.add_flag("--overwrite", overwrite_, "Replace an object file that was not made from this document");
+  }
+  void start() override {
+    ObjectsVerb::start();
+    if (overwrite_) utilities_->overwrite_object_file();
+  }
   Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
     Outcome outcome = outcome_of(begin_file(file, progress).RemoveObjects());
     outcome.details["objects"] = utilities_->counts().objects_removed;
     if (outcome.result == 0) outcome.produced = {{file, kMifDocument}, {utilities_->ObjFile(), kPlainText}};
     return outcome;
   }
+
+ private:
+  bool overwrite_ = false;
 };
 
 class InsertObjects final : public ObjectsVerb {

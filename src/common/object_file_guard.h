@@ -1,12 +1,15 @@
-// The side files of the objects taken out of a document have one name for all formats: the document's with ".obj".
+// The side files of the objects taken out of a document have one name for all formats: the document's with ".obj". What
+// lies there already may hold the objects of another document, and compilers write files of such names, too.
 #pragma once
 
-#include <string_view>
+#include "common/pending_file.h"
 
 namespace kavo {
 
-// Throws `failure` 58 when `path` is the object file, with objects in it, of a document of another format than the one
-// whose object files begin with `own_start`: replaced, its objects would be lost. Missing and other files pass.
-void refuse_foreign_objects(std::u16string_view path, std::string_view own_start);
+// Completes the new object file; call it before the file is committed. Throws `failure` 58 when the old file of its
+// final name would be lost: it holds other bytes, and more than the closing marker that an object file without objects
+// consists of. So the objects of a document can be taken out again (from a fresh copy), and those of another document
+// stay. Throws `failure` when either file cannot be read.
+void refuse_to_lose_objects(PendingFile& objects);
 
 }  // namespace kavo

@@ -69,6 +69,8 @@ class clsMIFUtilities {
   // Shows the options dialog modally and takes over what the user confirmed. The user's settings change when the object
   // is destroyed.
   void DisplayOptions();
+  // From here on RemoveObjects replaces whatever lies under the name of ObjFile.
+  void overwrite_object_file() { overwrites_object_file_ = true; }
   // From here on the options are this object's alone: destruction does not save them.
   void options_are_temporary() { save_options_ = false; }
 
@@ -93,7 +95,8 @@ class clsMIFUtilities {
 
   // Moves embedded objects into ObjFile and leaves numbered placeholders. 0, or 1 and a message (3026 to 3028, 3030 to
   // 3032, 3039 to 3041) with everything as it was; only when the MIF file could not be replaced at the very end is
-  // ObjFile new already. A file without objects is not touched.
+  // ObjFile new already. A file without objects is not touched. An old ObjFile with other content (3032) stays: the
+  // objects of another document would be lost.
   std::int16_t RemoveObjects();
   // Puts the objects back in the place of their placeholders. 0, or 1 and a message (3026 to 3029, 3031, 3041) with
   // everything as it was. ObjFile stays.
@@ -150,6 +153,7 @@ class clsMIFUtilities {
   std::int16_t split_options_ = 0;
   bool process_objects_ = true;
   bool save_options_ = true;
+  bool overwrites_object_file_ = false;
 
   EntryTable index_{EntryTable::Same::kName};
   EntryTable xrefs_{EntryTable::Same::kNameAndText};

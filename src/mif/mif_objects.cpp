@@ -175,8 +175,6 @@ std::int16_t clsMIFUtilities::RemoveObjects() {
     progress_.restart();
     const bool has_objects = holds(
         mif_file_, progress_, [](const LinePiece& piece) { return begins_object(piece) || holds_placeholder(piece); });
-    step = kCannotReplaceObjects;
-    refuse_foreign_objects(object_file_, kPlaceholderStart);
     step = kCannotWriteObjects;
     PendingFile objects(object_file_);
     std::unique_ptr<PendingFile> output;
@@ -194,7 +192,8 @@ std::int16_t clsMIFUtilities::RemoveObjects() {
     }
     objects.write(kObjectsEnd);
     objects.write(kLineEnd);
-    step = files.info(object_file_) ? kCannotReplaceObjects : kCannotWriteObjects;
+    if (files.info(object_file_)) step = kCannotReplaceObjects;
+    if (!overwrites_object_file_) refuse_to_lose_objects(objects);
     objects.commit();
     step = kCannotProcess;
     return !output || replace_mif_file(*output, u"Failed to move temporary file") ? 0 : 1;

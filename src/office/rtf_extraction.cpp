@@ -51,10 +51,19 @@ std::optional<DataWord> read_data_word(const char* p, const char* end) {
 // The object file; a failure says so, for by itself it would seem to tell of the document.
 PendingFile open_object_file(std::u16string_view path) {
   try {
-    refuse_foreign_objects(path, kMarkerStart);
     return PendingFile(path);
   } catch (const failure& reason) {
     throw failure(reason.number(), u"The object file cannot be made: " + reason.description(), reason.source());
+  }
+}
+
+void complete_object_file(PendingFile& objects) {
+  try {
+    refuse_to_lose_objects(objects);
+  } catch (const failure& reason) {
+    throw failure(reason.number(),
+                  u"The object file cannot be replaced: " + objects.final_path() + u" (" + reason.description() + u")",
+                  reason.source());
   }
 }
 
@@ -71,7 +80,7 @@ void RtfExtraction::run(ProgressEvent& progress) {
   // The document ended inside a group: the closing marker gets a line of its own all the same.
   if (state_ == State::kGroup || state_ == State::kData) objects_.write(kLineEnd);
   write_marker_line(count_ + 1);
-  objects_.complete();
+  complete_object_file(objects_);
   // A marker line inside an object would be taken for its end.
   if (RtfObjectFile(objects_.temporary_path()).size() != count_) refuse_markers();
   reader_ = BlockReader();  // Windows replaces no file that is open

@@ -125,6 +125,23 @@ TEST_F(MifCommand, ObjectsGoAndReturn) {
   EXPECT_EQ(run_kavo({"mif", "insert-objects", "--objects", "x", a, b}).code, 2);
 }
 
+TEST_F(MifCommand, AFileThatIsNotTheObjectFileIsReplacedOnlyOnRequest) {
+  const std::string document = "=GIF\r\n=EndInset\r\n", other = "=PNG\r\n=EndInset\r\n";
+  const std::string a = put(u"a.mif", document), b = put(u"b.mif", other);
+  const auto refused = json({"mif", "remove-objects", "--objects", b, a}, 1);
+  EXPECT_EQ(refused[0]["messages"][0]["number"], 3032);
+  EXPECT_EQ(folder.read(u"b.mif"), other);
+  EXPECT_EQ(folder.read(u"a.mif"), document);
+  json({"mif", "remove-objects", b}, 0);
+  // The pictures of b.mif.
+  json({"mif", "remove-objects", "--objects", path(u"b.obj"), a}, 1);
+  EXPECT_EQ(folder.read(u"a.mif"), document);
+  json({"mif", "insert-objects", b}, 0);
+  EXPECT_EQ(folder.read(u"b.mif"), other);
+  json({"mif", "remove-objects", "--overwrite", "--objects", path(u"b.obj"), a}, 0);
+  EXPECT_EQ(folder.read(u"b.obj"), "<KAVOObj 1>\r\n=GIF\r\n=EndInset\r\n<KAVOObj End>\r\n");
+}
+
 TEST_F(MifCommand, PreprocessLeavesBackupSideFilesAndAListOfFour) {
   const std::string document = "<MIFFile 7.00>\n" + marker("x");
   const std::string a = put(u"a.mif", document);

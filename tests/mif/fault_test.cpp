@@ -111,7 +111,7 @@ TEST_F(MifFaultTest, Merging) {
 }
 
 TEST_F(MifFaultTest, RemovingObjects) {
-  put(u"m.obj", "an old one");
+  put(u"m.obj", "<KAVOObj End>\r\n");
   check_every_fault([this] { return utilities.RemoveObjects(); });
 }
 

@@ -15,6 +15,7 @@ class ObjectsTest : public MifTest {
 
   std::string removed(std::string_view document) {
     put(u"m.mif", document);
+    put(u"m.obj", "");  // of another document
     EXPECT_EQ(utilities.RemoveObjects(), 0);
     return get(u"m.mif");
   }
@@ -124,14 +125,48 @@ TEST_F(ObjectsTest, ATextThatLooksLikeAPlaceholderIsKept) {
   EXPECT_EQ(removed(text + "=GIF\r\n=EndInset\r\n"), text + "<KAVOObj 1>\r\n");
 }
 
-TEST_F(ObjectsTest, TheObjectsOfAnRtfDocumentAreNotReplaced) {
-  const std::string letters = "{\\v\\mor OBJ 1 }\r\n{\\pict 0123456789}\r\n{\\v\\mor OBJ 2 }\r\n";
-  put(u"m.obj", letters);
-  put(u"m.mif", "=GIF\r\n=EndInset\r\n");
-  EXPECT_EQ(utilities.RemoveObjects(), 1);
-  EXPECT_EQ(message_numbers(), std::vector<std::int32_t>{3032});
-  EXPECT_EQ(get(u"m.obj"), letters);
-  EXPECT_EQ(get(u"m.mif"), "=GIF\r\n=EndInset\r\n");
+TEST_F(ObjectsTest, AFileThatIsNotTheObjectFileOfThisDocumentIsNotReplaced) {
+  struct Case {
+    const char* name;
+    std::string old;
+  };
+  const Case cases[] = {
+      {"an RTF document's objects", "{\\v\\mor OBJ 1 }\r\n{\\pict 0123456789}\r\n{\\v\\mor OBJ 2 }\r\n"},
+      {"another MIF document's objects", "<KAVOObj 1>\r\n=PNG\r\n=EndInset\r\n<KAVOObj End>\r\n"},
+      {"a compiler's object file", std::string("\x64\x86\x02\0\0", 5) + std::string(64, 'o')},
+      {"a MIF document", "<MIFFile 7.00>\n"},
+      {"a short text", "x"},
+  };
+  const std::string document = "=GIF\r\n=EndInset\r\n";
+  for (const Case& test : cases) {
+    put(u"m.obj", test.old);
+    put(u"m.mif", document);
+    utilities.ClearErrors();
+    EXPECT_EQ(utilities.RemoveObjects(), 1) << test.name;
+    EXPECT_EQ(message_numbers(), std::vector<std::int32_t>{3032}) << test.name;
+    EXPECT_EQ(get(u"m.obj"), test.old);
+    EXPECT_EQ(get(u"m.mif"), document);
+    EXPECT_EQ(files.all_files().size(), 2u);
+  }
+  utilities.overwrite_object_file();
+  EXPECT_EQ(removed(document), "<KAVOObj 1>\r\n");
+  EXPECT_EQ(get(u"m.obj"), "<KAVOObj 1>\r\n=GIF\r\n=EndInset\r\n<KAVOObj End>\r\n");
+}
+
+TEST_F(ObjectsTest, AnObjectFileThatLosesNothingIsReplaced) {
+  const std::string document = "=GIF\r\n=EndInset\r\n";
+  const std::string objects = "<KAVOObj 1>\r\n=GIF\r\n=EndInset\r\n<KAVOObj End>\r\n";
+  struct Case {
+    const char* name;
+    std::string old;
+  };
+  for (const Case& test :
+       {Case{"of an earlier copy of the document", objects}, Case{"of a document without objects", kNoObjects.data()},
+        Case{"of an RTF document without objects", "{\\v\\mor OBJ 1 }\r\n"}, Case{"of no bytes", ""}}) {
+    put(u"m.obj", test.old);
+    EXPECT_EQ(removed(document), "<KAVOObj 1>\r\n") << test.name;
+    EXPECT_EQ(get(u"m.obj"), objects) << test.name;
+  }
 }
 
 TEST_F(ObjectsTest, PlaceholdersInAnyOrderAreFound) {

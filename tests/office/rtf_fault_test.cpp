@@ -42,7 +42,7 @@ TEST_F(RtfFaultTest, ExtractionKeepsTheDocumentWhole) {
             BlockSizeScope scope(16);
             for (const auto& path : files.all_files()) files.remove_file(path);
             files.put(kDocument, kWhole);
-            if (with_old_side_file) files.put(kObjects, "old");
+            if (with_old_side_file) files.put(kObjects, kNoObjects);
             clsRTFUtil util;
             util.RTFFile(kDocument);
             result = util.ExtractObjects();
@@ -63,7 +63,7 @@ TEST_F(RtfFaultTest, ExtractionKeepsTheDocumentWhole) {
             if (!c.lasting) {
               EXPECT_EQ(files.has(kObjects), with_old_side_file);
               if (with_old_side_file) {
-                EXPECT_EQ(files.get(kObjects), "old");
+                EXPECT_EQ(files.get(kObjects), kNoObjects);
               }
             }
           });

@@ -11,6 +11,8 @@ namespace kavo::test {
 
 inline constexpr const char16_t* kDocument = u"C:\\WORK\\letter.rtf";
 inline constexpr const char16_t* kObjects = u"C:\\WORK\\letter.obj";
+// An object file that may be replaced: it holds no object.
+inline constexpr std::string_view kNoObjects = "{\\v\\mor OBJ 1 }\r\n";
 
 struct RtfOutcome {
   std::int32_t result = 0;
@@ -35,6 +37,7 @@ class RtfFixture : public PortsFixture {
 
   RtfOutcome extract(std::string_view document) {
     files.put(kDocument, document);
+    files.put(kObjects, kNoObjects);
     clsRTFUtil util;
     util.RTFFile(kDocument);
     return outcome(util.ExtractObjects());
