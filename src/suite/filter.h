@@ -17,8 +17,8 @@
 
 #include "common/block_reader.h"
 #include "common/progress_event.h"
+#include "formats/text/text_coding.h"
 #include "suite/segment.h"
-#include "suite/text_coding.h"
 
 namespace kavo {
 

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <iterator>
 
-#include "suite/euc_japanese.h"
+#include "formats/text/euc_japanese.h"
+#include "formats/text/text_coding.h"
 #include "suite/html_elements.h"
-#include "suite/text_coding.h"
 
 namespace kavo::markup {
 namespace {

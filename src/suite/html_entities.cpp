@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "suite/text_coding.h"
+#include "formats/text/text_coding.h"
 
 namespace kavo::markup {
 namespace {

@@ -1,6 +1,6 @@
 #include "suite/html_page_input.h"
 
-#include "suite/text_coding.h"
+#include "formats/text/text_coding.h"
 
 namespace kavo::markup {
 

@@ -4,10 +4,10 @@
 #include <string>
 #include <string_view>
 
+#include "formats/text/text_coding.h"
 #include "suite/html_page_input.h"
 #include "suite/html_text_place.h"
 #include "suite/segment.h"
-#include "suite/text_coding.h"
 
 namespace kavo::markup {
 

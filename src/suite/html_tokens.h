@@ -11,8 +11,8 @@
 #include <string_view>
 #include <vector>
 
+#include "formats/text/text_coding.h"
 #include "suite/html_page_input.h"
-#include "suite/text_coding.h"
 
 namespace kavo::markup {
 

@@ -372,6 +372,9 @@ void MifExtraction::write_string(const Item& item) {
       case StringPart::Kind::kBreak:
         builder_.add_text(" ", part.bytes);
         break;
+      case StringPart::Kind::kHyphen:
+        builder_.add_hidden(part.bytes);
+        break;
       case StringPart::Kind::kCode:
         builder_.add_code(CodeKind::kStandalone, "x-escape", part.bytes, part.bytes);
         break;

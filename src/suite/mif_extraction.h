@@ -18,10 +18,10 @@
 
 #include "common/block_reader.h"
 #include "common/progress_event.h"
+#include "formats/mif/string_coding.h"
 #include "suite/code_pairs.h"
 #include "suite/document_place.h"
 #include "suite/filter.h"
-#include "suite/mif_text.h"
 #include "suite/mif_tokens.h"
 #include "suite/segment.h"
 

@@ -4,11 +4,12 @@
 #include <cstdint>
 #include <iterator>
 
+#include "formats/mif/document_coding.h"
+#include "formats/mif/string_coding.h"
 #include "platform/failure.h"
 #include "platform/unicode.h"
 #include "suite/mif_colours.h"
 #include "suite/mif_extraction.h"
-#include "suite/mif_text.h"
 #include "suite/mif_text_place.h"
 
 namespace kavo {
@@ -118,7 +119,11 @@ class SegmentWriter {
       return;
     }
     written_.clear();
-    if (!coding_.append(utf8, written_))
+    // A side text goes into documents of several versions: the merge writes the character, or says where it does not
+    // fit.
+    if (!coding_.append(utf8, written_) && place_.is_side_text)
+      maker::StringCoding::append_unicode_escape(utf8, written_);
+    else if (written_.empty())
       throw failure(FailureNumber::kInvalidCall,
                     place_of(hole_) + u": the document cannot hold \"" + to_utf16(utf8) + u"\"" +
                         (coding_.is_utf8() ? u"" : u"; save it as MIF 8 or later before it is prepared"));
@@ -170,8 +175,7 @@ void MifFilter::extract(BlockReader& document, const ConversionSettings& setting
                         ProgressEvent& progress) {
   while (document.window().size() < maker::kDeclarationReach && document.more()) {
   }
-  const maker::MifTextCoding found =
-      maker::coding_of(document.window().substr(0, maker::kDeclarationReach), settings.source_code_page);
+  const maker::DocumentCoding found = maker::coding_of(document.window(), settings.source_code_page);
   DocumentFacts facts;
   facts.code_page = found.code_page;
   facts.keeps_code_page = true;

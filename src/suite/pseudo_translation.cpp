@@ -2,8 +2,8 @@
 
 #include <optional>
 
+#include "formats/text/text_coding.h"
 #include "suite/coded_text.h"
-#include "suite/text_coding.h"
 #include "suite/tud_rewriter.h"
 
 namespace kavo {

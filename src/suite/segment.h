@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "formats/text/text_coding.h"
 #include "suite/coded_text.h"
-#include "suite/text_coding.h"
 
 namespace kavo {
 

@@ -5,9 +5,9 @@
 
 #include "common/block_reader.h"
 #include "common/pending_file.h"
+#include "formats/text/text_coding.h"
 #include "platform/failure.h"
 #include "platform/unicode.h"
-#include "suite/text_coding.h"
 #include "suite/xml_text.h"
 
 namespace kavo {

@@ -1,7 +1,7 @@
 // The writing half of the bilingual document's format: new documents.
 #include <algorithm>
 
-#include "suite/text_coding.h"
+#include "formats/text/text_coding.h"
 #include "suite/tud_format.h"
 #include "suite/xml_text.h"
 

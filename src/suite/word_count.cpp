@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "suite/text_coding.h"
+#include "formats/text/text_coding.h"
 
 namespace kavo {
 namespace {

@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <set>
 
+#include "formats/text/text_coding.h"
 #include "platform/unicode.h"
 #include "suite/language_table.h"
-#include "suite/text_coding.h"
 
 namespace kavo::test {
 namespace {

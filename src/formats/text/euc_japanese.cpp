@@ -1,4 +1,4 @@
-#include "suite/euc_japanese.h"
+#include "formats/text/euc_japanese.h"
 
 #include <utility>
 

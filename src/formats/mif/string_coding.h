@@ -1,38 +1,20 @@
-// What the bytes of a MIF document mean as text.
-//
-// From version 8.0 on MIF is UTF-8. Earlier files are ASCII with `\xNN ` escapes for the characters of the format's own
-// set (that of the layout program's Western fonts); Asian text stands there in a double-byte code page, as it is or,
-// byte for byte, as such escapes. Which one a MIFEncoding statement tells by holding a word of its language; without
-// one it is the code page that the user names, as in the small files of side texts, whose header has no such statement.
-// All versions have a few escapes and named characters (`<Char EmDash>`) besides. The format: the MIF Reference, a
-// public document.
+// Strings of MIF documents as text, and text as strings. Which coding a document has: document_coding.h; which
+// characters its escapes and names stand for: character_set.h.
 #pragma once
 
 #include <cstddef>
 #include <string>
 #include <string_view>
 
-#include "suite/text_coding.h"
+#include "formats/text/text_coding.h"
 
 namespace kavo::maker {
-
-// The declarations of a document lie within these first bytes.
-inline constexpr std::size_t kDeclarationReach = 4096;
-
-struct MifTextCoding {
-  unsigned code_page = kUtf8CodePage;  // of the bytes as they stand
-  bool is_utf8 = true;                 // version 8.0 or later
-  std::size_t mark_size = 0;           // of the byte order mark in front
-};
-
-// The coding of a document that begins so. One without a version is read like one before 8.0.
-MifTextCoding coding_of(std::string_view beginning, unsigned source_code_page);
 
 // A character that has a name of its own in a `Char` statement.
 struct NamedCharacter {
   std::string_view name;
-  std::string_view text;    // UTF-8
-  std::string_view escape;  // in a string, for one that is always written by name or escape; "" for another
+  std::string text;    // UTF-8
+  std::string escape;  // in a string, for one that is always written by name or escape; "" for another
 };
 // Null for a name that is none, or that is no text (a line break, a mark for hyphenation).
 const NamedCharacter* find_named_character(std::string_view name);
@@ -52,6 +34,8 @@ class StringCoding {
   // One character (UTF-8) in a string, escaped where it must be. False, and nothing is appended, when the document
   // cannot hold it.
   bool append(std::string_view character, std::string& value) const;
+  // A character that the document cannot hold: as `\uNNNN`, which this program reads in documents of all versions.
+  static void append_unicode_escape(std::string_view character, std::string& value);
   // True when the escape that append() wrote and another one behind it would read as one character of two bytes.
   bool joins_escapes(std::string_view written) const;
 
@@ -64,10 +48,11 @@ class StringCoding {
 // A part of a string's value.
 struct StringPart {
   enum class Kind : unsigned char {
-    kRun,    // text as it stands
-    kText,   // one character in another form
-    kBreak,  // a line end, which is one of the file and not of the text
-    kCode,   // an escape that means no character
+    kRun,     // text as it stands
+    kText,    // one character in another form
+    kBreak,   // a line end, which is one of the file and not of the text
+    kHyphen,  // the hyphen of an automatic line break, which is not of the text either
+    kCode,    // an escape that means no character
   };
   Kind kind = Kind::kRun;
   std::string_view bytes;

@@ -1,12 +1,12 @@
-#include "suite/text_coding.h"
+#include "formats/text/text_coding.h"
 
 #include <algorithm>
 #include <array>
 #include <cstring>
 
+#include "formats/text/euc_japanese.h"
 #include "platform/failure.h"
 #include "platform/unicode.h"
-#include "suite/euc_japanese.h"
 
 namespace kavo {
 namespace {

@@ -1,9 +1,9 @@
-#include "suite/text_coding.h"
+#include "formats/text/text_coding.h"
 
 #include <gtest/gtest.h>
 
+#include "formats/text/euc_japanese.h"
 #include "platform/failure.h"
-#include "suite/euc_japanese.h"
 
 namespace kavo::test {
 namespace {

@@ -1,60 +1,27 @@
-#include "suite/mif_text.h"
+#include "formats/mif/string_coding.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <iterator>
 #include <optional>
 #include <unordered_map>
+#include <vector>
 
 #include "common/byte_scan.h"
-#include "suite/euc_japanese.h"
+#include "formats/mif/character_set.h"
+#include "formats/mif/escapes.h"
 
 namespace kavo::maker {
 namespace {
 
-constexpr int kFirstUtf8Version = 8;
-constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
-
-// 0x80 to 0xFF of the format's own character set, as documented for Windows and UNIX. Early Macintosh versions had
-// other signs in a few of these places; what is read here as one sign is written as the same byte again.
-constexpr char16_t kUpperHalf[] =
-    u"ÄÅÇÉÑÖÜáàâäãåçéèêëíìîïñóòôöõúùûü†°¢£§•¶ß®©™´¨¦ÆØ×±ðŠ¥µ¹²³¼½ªº¾æø¿¡¬ÐƒÝý«»…þÀÃÕŒœ–—“”‘’÷ÞÿŸ⁄¤‹›ﬁﬂ‡·‚„‰ÂÊÁËÈÍÎÏÌÓÔš"
-    u"ÒÚÛÙı"
-    u"ˆ˜¯˘˙˚¸˝˛ˇ";
-static_assert(std::size(kUpperHalf) == 128 + 1);
-
-// What a MIFEncoding statement holds, in the coding that it stands for: "Japanese", "Chinese", "Korean".
-struct DeclaredCoding {
-  std::string_view word;
-  unsigned code_page;
-};
-constexpr DeclaredCoding kDeclaredCodings[] = {
-    {"\x93\xFA\x96\x7B\x8C\xEA", 932}, {"\xD6\xD0\xCE\xC4", 936}, {"\xA4\xA4\xA4\xE5", 950},
-    {"\xC7\xD1\xB1\xB9\xBE\xEE", 949}, {"\xC7\xD1\xB1\xDB", 949}, {"\xC6\xFC\xCB\xDC\xB8\xEC", kEucJapanese},
-};
-
-constexpr NamedCharacter kNamedCharacters[] = {
-    {"Tab", "\t", ""},
-    {"HardSpace", "\xC2\xA0", "\\x11 "},
-    {"HardHyphen", "\xE2\x80\x91", "\\x15 "},
-    {"DiscHyphen", "\xC2\xAD", "\\x04 "},
-    {"NumberSpace", "\xE2\x80\x87", "\\x10 "},
-    {"ThinSpace", "\xE2\x80\x89", "\\x12 "},
-    {"EnSpace", "\xE2\x80\x82", "\\x13 "},
-    {"EmSpace", "\xE2\x80\x83", "\\x14 "},
-    {"Cent", "\xC2\xA2", ""},
-    {"Pound", "\xC2\xA3", ""},
-    {"Yen", "\xC2\xA5", ""},
-    {"EnDash", "\xE2\x80\x93", ""},
-    {"EmDash", "\xE2\x80\x94", ""},
-    {"Dagger", "\xE2\x80\xA0", ""},
-    {"DoubleDagger", "\xE2\x80\xA1", ""},
-    {"Bullet", "\xE2\x80\xA2", ""},
-};
+constexpr unsigned char kTab = 0x08;  // written as \t
+constexpr unsigned char kAutomaticHyphen = 0x06;
 
 // The letter behind the backslash and the character that it stands for.
 constexpr std::string_view kEscapeLetters = "t>qQ\\";
 constexpr std::string_view kEscapedCharacters = "\t>'`\\";
+constexpr std::string_view kDigits = "0123456789abcdef";
 
 constexpr std::string_view kBlankCharacters[] = {
     " ", "\t", "\n", "\r", "\xC2\xA0", "\xE2\x80\x87", "\xE2\x80\x89", "\xE2\x80\x82", "\xE2\x80\x83"};
@@ -65,18 +32,6 @@ std::optional<unsigned> hexadecimal(std::string_view digits, std::size_t count) 
   const auto [stop, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value, 16);
   if (error != std::errc() || digits.size() != count || stop != digits.data() + count) return std::nullopt;
   return value;
-}
-
-// `\xNN` and the blank behind it, which is a part of it.
-struct ByteEscape {
-  unsigned char byte = 0;
-  std::size_t length = 0;  // 0 for something else
-};
-ByteEscape byte_escape(std::string_view text) {
-  if (!text.starts_with("\\x")) return {};
-  const auto byte = hexadecimal(text.substr(2), 2);
-  if (!byte) return {};
-  return {static_cast<unsigned char>(*byte), text.substr(4, 1) == " " ? std::size_t{5} : std::size_t{4}};
 }
 
 // `\uNNNN`, two of them for a character beyond the first 65536.
@@ -97,87 +52,71 @@ std::size_t unicode_escape(std::string_view text, std::string& utf8) {
   return 12;
 }
 
+// UTF-8, "" for a code that is no character of the text.
 std::string character_of_byte(unsigned char byte) {
+  static const auto characters = [] {
+    std::array<char16_t, 256> all{};
+    for (unsigned code = 0x20; code < 0x80; ++code) all[code] = static_cast<char16_t>(code);
+    for (const CodedCharacter& row : character_set()) all[row.code] = row.character;
+    return all;
+  }();
   std::string text;
-  if (byte >= 0x80) {
-    append_utf8(text, kUpperHalf[byte - 0x80]);
-  } else if (byte >= 0x20) {
-    text = static_cast<char>(byte);
-  } else if (byte == 0x08) {  // 0x09 is a forced return, which stays as it is written
-    text = "\t";
-  } else {
-    for (const NamedCharacter& named : kNamedCharacters)
-      if (!named.escape.empty() && byte_escape(named.escape).byte == byte) text = named.text;
-  }
+  if (characters[byte] != 0) append_utf8(text, characters[byte]);
   return text;
 }
 
-// The byte of a character in the format's own set, 0 for one that it lacks.
+// The byte of a character in the format's own set, 0 for one that it lacks. Of two the later one is written.
 unsigned char byte_of_character(std::string_view utf8) {
   static const auto bytes = [] {
     std::unordered_map<char32_t, unsigned char> map;
-    for (unsigned i = 0; i < 128; ++i) map.emplace(kUpperHalf[i], static_cast<unsigned char>(0x80 + i));
+    for (const CodedCharacter& row : character_set())
+      if (row.code >= 0x80) map[row.character] = row.code;
     return map;
   }();
   const auto found = bytes.find(utf8_code_point(utf8));
   return found == bytes.end() ? 0 : found->second;
 }
 
-std::string unescaped(std::string_view value) {
-  std::string bytes;
-  for (std::size_t at = 0; at < value.size();) {
-    const ByteEscape escape = byte_escape(value.substr(at));
-    bytes += escape.length != 0 ? static_cast<char>(escape.byte) : value[at];
-    at += std::max<std::size_t>(escape.length, 1);
+std::vector<NamedCharacter> make_named_characters() {
+  std::vector<NamedCharacter> all;
+  for (const CodedCharacter& row : character_set()) {
+    if (row.name.empty() || row.character == 0) continue;
+    NamedCharacter& named = all.emplace_back();
+    named.name = row.name;
+    append_utf8(named.text, row.character);
+    if (row.code < 0x20 && row.code != kTab) append_byte_escape(row.code, named.escape);
   }
-  return bytes;
+  return all;
 }
-
-std::optional<unsigned> declared_code_page(std::string_view beginning) {
-  constexpr std::string_view statement = "<MIFEncoding";
-  const std::size_t at = beginning.find(statement);
-  if (at == std::string_view::npos) return std::nullopt;
-  const std::string_view rest = beginning.substr(at + statement.size());
-  const std::string value = unescaped(rest.substr(0, rest.find('>')));
-  for (const DeclaredCoding& declared : kDeclaredCodings)
-    if (value.find(declared.word) != std::string::npos) return declared.code_page;
-  return std::nullopt;
+const std::vector<NamedCharacter>& named_characters() {
+  static const std::vector<NamedCharacter> all = make_named_characters();
+  return all;
 }
 
 }  // namespace
 
-MifTextCoding coding_of(std::string_view beginning, unsigned source_code_page) {
-  MifTextCoding coding;
-  if (beginning.starts_with(kUtf8Mark)) {
-    coding.mark_size = kUtf8Mark.size();
-    return coding;
-  }
-  for (const std::string_view opening : {"<MIFFile", "<Book"}) {
-    if (!beginning.starts_with(opening)) continue;
-    std::string_view version = beginning.substr(opening.size());
-    version.remove_prefix(std::min(version.find_first_not_of(" \t"), version.size()));
-    int number = 0;
-    std::from_chars(version.data(), version.data() + version.size(), number);
-    if (number >= kFirstUtf8Version) return coding;
-  }
-  coding.is_utf8 = false;
-  coding.code_page = declared_code_page(beginning).value_or(source_code_page);
-  return coding;
+ByteEscape byte_escape(std::string_view text) {
+  if (!text.starts_with("\\x")) return {};
+  const auto byte = hexadecimal(text.substr(2), 2);
+  if (!byte) return {};
+  return {static_cast<unsigned char>(*byte), text.substr(4, 1) == " " ? std::size_t{5} : std::size_t{4}};
+}
+
+void append_byte_escape(unsigned char byte, std::string& value) {
+  value += {'\\', 'x', kDigits[byte >> 4], kDigits[byte & 0xF], ' '};
 }
 
 const NamedCharacter* find_named_character(std::string_view name) {
-  const auto* const found = std::find_if(std::begin(kNamedCharacters), std::end(kNamedCharacters),
-                                         [&](const NamedCharacter& row) { return row.name == name; });
-  return found == std::end(kNamedCharacters) ? nullptr : found;
+  const auto found = std::ranges::find(named_characters(), name, &NamedCharacter::name);
+  return found == named_characters().end() ? nullptr : &*found;
 }
 
 const NamedCharacter* find_special_character(std::string_view utf8) {
   // All of them begin with one of these.
   if (!utf8.starts_with('\xC2') && !utf8.starts_with("\xE2\x80")) return nullptr;
-  const auto* const found =
-      std::find_if(std::begin(kNamedCharacters), std::end(kNamedCharacters),
-                   [&](const NamedCharacter& row) { return !row.escape.empty() && row.text == utf8; });
-  return found == std::end(kNamedCharacters) ? nullptr : found;
+  for (const NamedCharacter& row : named_characters())
+    if (!row.escape.empty() && row.text == utf8) return &row;
+  return nullptr;
 }
 
 StringCoding::StringCoding(unsigned code_page, bool is_utf8) : bytes_(code_page), is_utf8_(is_utf8) {
@@ -207,9 +146,22 @@ bool StringCoding::append(std::string_view character, std::string& value) const 
   }
   const unsigned char byte = byte_of_character(character);
   if (byte == 0) return false;
-  constexpr std::string_view digits = "0123456789abcdef";
-  value += {'\\', 'x', digits[byte >> 4], digits[byte & 0xF], ' '};
+  append_byte_escape(byte, value);
   return true;
+}
+
+void StringCoding::append_unicode_escape(std::string_view character, std::string& value) {
+  const auto append_unit = [&value](char32_t unit) {
+    value += "\\u";
+    for (int shift = 12; shift >= 0; shift -= 4) value += kDigits[unit >> shift & 0xF];
+  };
+  const char32_t code_point = utf8_code_point(character);
+  if (code_point > 0xFFFF) {
+    append_unit(0xD800 + ((code_point - 0x10000) >> 10));
+    append_unit(0xDC00 + ((code_point - 0x10000) & 0x3FF));
+  } else {
+    append_unit(code_point);
+  }
 }
 
 bool StringCoding::joins_escapes(std::string_view written) const {
@@ -269,7 +221,7 @@ std::size_t StringReader::escape(StringPart& part) const {
   }
   if (first.length != 0) part.text = character_of_byte(first.byte);
   if (!part.text.empty()) return first.length;
-  part.kind = StringPart::Kind::kCode;
+  part.kind = first.length != 0 && first.byte == kAutomaticHyphen ? StringPart::Kind::kHyphen : StringPart::Kind::kCode;
   if (first.length != 0) return first.length;
   // The backslash and what it stands before, which may be a character of several bytes.
   std::string ignored;

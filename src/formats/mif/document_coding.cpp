@@ -1,0 +1,74 @@
+#include "formats/mif/document_coding.h"
+
+#include <algorithm>
+#include <charconv>
+#include <string>
+
+#include "formats/mif/escapes.h"
+#include "formats/text/euc_japanese.h"
+
+namespace kavo::maker {
+namespace {
+
+constexpr int kFirstUtf8Version = 8;
+constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
+
+// What a MIFEncoding statement holds, in the coding that it stands for: "Japanese", "Chinese", "Korean".
+struct DeclaredCoding {
+  std::string_view word;
+  unsigned code_page;
+};
+constexpr DeclaredCoding kDeclaredCodings[] = {
+    {"\x93\xFA\x96\x7B\x8C\xEA", 932}, {"\xD6\xD0\xCE\xC4", 936}, {"\xA4\xA4\xA4\xE5", 950},
+    {"\xC7\xD1\xB1\xB9\xBE\xEE", 949}, {"\xC7\xD1\xB1\xDB", 949}, {"\xC6\xFC\xCB\xDC\xB8\xEC", kEucJapanese},
+};
+
+std::string unescaped(std::string_view value) {
+  std::string bytes;
+  for (std::size_t at = 0; at < value.size();) {
+    const ByteEscape escape = byte_escape(value.substr(at));
+    bytes += escape.length != 0 ? static_cast<char>(escape.byte) : value[at];
+    at += std::max<std::size_t>(escape.length, 1);
+  }
+  return bytes;
+}
+
+// Null when nothing is declared that is understood.
+const DeclaredCoding* find_declared_coding(std::string_view beginning) {
+  constexpr std::string_view statement = "<MIFEncoding";
+  const std::size_t at = beginning.find(statement);
+  if (at == std::string_view::npos) return nullptr;
+  const std::string_view rest = beginning.substr(at + statement.size());
+  const std::string value = unescaped(rest.substr(0, rest.find('>')));
+  for (const DeclaredCoding& declared : kDeclaredCodings)
+    if (value.find(declared.word) != std::string::npos) return &declared;
+  return nullptr;
+}
+
+}  // namespace
+
+DocumentCoding coding_of(std::string_view beginning, unsigned source_code_page) {
+  beginning = beginning.substr(0, kDeclarationReach);
+  DocumentCoding coding;
+  if (beginning.starts_with(kUtf8Mark)) {
+    coding.mark_size = kUtf8Mark.size();
+    return coding;
+  }
+  for (const std::string_view opening : {"<MIFFile", "<Book"}) {
+    if (!beginning.starts_with(opening)) continue;
+    std::string_view version = beginning.substr(opening.size());
+    version.remove_prefix(std::min(version.find_first_not_of(" \t\r\n"), version.size()));
+    int number = 0;
+    std::from_chars(version.data(), version.data() + version.size(), number);
+    if (number >= kFirstUtf8Version) return coding;
+  }
+  coding.is_utf8 = false;
+  coding.code_page = source_code_page;
+  if (const DeclaredCoding* const declared = find_declared_coding(beginning)) {
+    coding.code_page = declared->code_page;
+    coding.declared = declared->word;
+  }
+  return coding;
+}
+
+}  // namespace kavo::maker
