@@ -100,6 +100,10 @@ class Extract final : public BatchVerb {
 class Merge final : public BatchVerb {
  public:
   std::u16string workplace(const std::u16string& file) const override { return file; }
+  void start() override {
+    BatchVerb::start();
+    utilities_->require_side_files();
+  }
   Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
     const MifCounts before = utilities_->counts();
     Outcome outcome = outcome_of(begin(file, progress).Merge());
@@ -159,6 +163,10 @@ class RemoveObjects final : public ObjectsVerb {
 class InsertObjects final : public ObjectsVerb {
  public:
   std::u16string workplace(const std::u16string& file) const override { return file; }
+  void start() override {
+    ObjectsVerb::start();
+    utilities_->keep_placeholders();
+  }
   Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
     Outcome outcome = outcome_of(begin_file(file, progress).InsertObjects());
     outcome.details["objects"] = utilities_->counts().objects_inserted;

@@ -4,8 +4,6 @@
 #include <utility>
 #include <vector>
 
-#include "common/block_reader.h"
-#include "common/byte_scan.h"
 #include "common/clsCommon.h"
 #include "common/folder_run.h"
 #include "common/pending_file.h"
@@ -14,6 +12,7 @@
 #include "driver/target_build.h"
 #include "html/clsASP2HTML.h"
 #include "mif/clsMIFUtilities.h"
+#include "mif/object_file.h"
 #include "office/clsDOC2RTF.h"
 #include "office/clsPPTUtil.h"
 #include "office/clsRTFUtil.h"
@@ -29,22 +28,6 @@ std::u16string file_name_of(std::u16string_view path) {
 }
 
 std::u16string extension_of(std::u16string_view path) { return ascii_upper(clsCommon().strParseFileName(path, 2)); }
-
-// The place of an embedded object that was taken out of a MIF document. It begins a line: a text may hold the same
-// characters.
-bool holds_object_placeholder(std::u16string_view mif) {
-  constexpr std::string_view placeholder = "<KAVOObj ";
-  BlockReader reader(mif);
-  while (reader.more()) {
-    const std::string_view window = reader.window();
-    const char* const end = window.data() + window.size();
-    for (const char* p = window.data(); (p = find_text(p, end, placeholder)) != end; ++p)
-      if (p == window.data() ? reader.position() == 0 : p[-1] == '\n' || p[-1] == '\r') return true;
-    // One that the block cuts in two stays for the next look, with the byte before it.
-    if (window.size() > placeholder.size()) reader.consume(window.size() - placeholder.size());
-  }
-  return false;
-}
 
 // The converter's name of an Office file, "" when the bilingual document was not made of one.
 std::u16string office_type(const TudName& name, bool has_language) {
@@ -127,7 +110,7 @@ bool PostProcessing::MergeMIF() {
   const std::u16string objects = name_.file_name(1, u"obj", false);
   // The preparation does not take objects out: without an object file there is nothing to put back, unless the document
   // says that there was.
-  const bool has_objects = is_file(objects) || holds_object_placeholder(result_);
+  const bool has_objects = is_file(objects) || holds_object_placeholder(result_, nullptr);
   bool merged = false;
   {
     FolderRun part(objects);

@@ -26,11 +26,15 @@ void remove_selected(ItemControl& list) {
   list.ListIndex(std::min(index, list.ListCount() - 1));
 }
 
-std::u16string typed_name(std::u16string_view text, std::u16string_view separators) {
-  std::u16string name;
+std::u16string without_characters(std::u16string_view text, std::u16string_view characters) {
+  std::u16string rest;
   for (const char16_t c : text)
-    if (separators.find(c) == std::u16string_view::npos) name += c;
-  return std::u16string(trimmed(name));
+    if (characters.find(c) == std::u16string_view::npos) rest += c;
+  return rest;
+}
+
+std::u16string typed_name(std::u16string_view text, std::u16string_view separators) {
+  return std::u16string(trimmed(without_characters(text, separators)));
 }
 
 }  // namespace kavo

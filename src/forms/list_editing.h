@@ -16,6 +16,8 @@ bool add_typed_name(ItemControl& list, std::u16string_view name, TextBox& box);
 // Removes the selected item and selects the one that is now in its place, the last one when there is none.
 void remove_selected(ItemControl& list);
 
+std::u16string without_characters(std::u16string_view text, std::u16string_view characters);
+
 // The text without the blanks around it and without any of `separators`, which would cut it in two where it is stored.
 std::u16string typed_name(std::u16string_view text, std::u16string_view separators);
 

@@ -65,6 +65,8 @@ void clsMIFUtilities::StartBatch() {
   variables_.clear();
   index_full_told_ = xrefs_full_told_ = variables_full_told_ = false;
   header_.clear();
+  codings_.clear();
+  index_coding_ = xrefs_coding_ = variables_coding_ = std::nullopt;
   sources_.clear();
   index_file_.clear();
   xref_file_.clear();

@@ -3,8 +3,9 @@
 //
 // StartBatch, then Extract for each file, then EndBatch, which writes one index, one cross-reference and one variable
 // side file for all of them. After translation StartBatch, the side-file names if they are not the default ones, and
-// Merge for each file. All file contents are carried as bytes: FrameRoman escapes and UTF-8 come out as they went in,
-// whatever the system's code page.
+// Merge for each file. All file contents are carried as bytes: escapes and UTF-8 come out as they went in, whatever the
+// system's code page. Only in a batch of files of several codings (versions before and from 8.0) the texts are
+// converted: to the coding of the side files, and on the way back to that of each file.
 //
 // A file is only ever replaced by a complete new one: a call that fails leaves the MIF file and the side files as
 // they were. An interruption by the user (failure 18) is thrown on after cleaning up; every other failure is an entry
@@ -13,6 +14,8 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,6 +26,7 @@
 #include "mif/entry_table.h"
 #include "mif/marker_types.h"
 #include "mif/statement_scanner.h"
+#include "mif/value_conversion.h"
 
 namespace kavo {
 
@@ -86,12 +90,16 @@ class clsMIFUtilities {
   // written (3020 to 3025, 3043). The tables stay: a second EndBatch writes the same.
   std::int16_t EndBatch();
 
-  // Puts the translations of the side files into MIFFile; the first Merge of a batch loads them. 0 when all went well;
-  // else the number of failures: of the MIF file (3026, 3027, 3028, 3031, 3041, or that it could not be replaced; the
-  // file is then as it was) and of side files that could not be read (3036 to 3038; their values stay as they are).
-  // 3042 (a statement was left out) is none. SplitOptions becomes the option that the index texts were extracted with,
-  // and is saved with the other options, deliberately: the side file tells how its texts belong together.
+  // Puts the translations of the side files into MIFFile; the first Merge of a batch loads them. 0 when all went well,
+  // 1 when MIFFile cannot be opened (3026, 3027, 3028); else the number of failures: of the MIF file (3031, 3041, or
+  // that it could not be replaced; the file is then as it was), of side files that could not be read (3036 to 3038;
+  // their values stay as they are), and one when translations hold characters that MIFFile cannot hold (3044 for each;
+  // these values stay as they are). 3042 (a statement was left out) and 3045 (of doubled entries the first counts) are
+  // none. SplitOptions becomes the option that the index texts were extracted with, and is saved with the other
+  // options, deliberately: the side file tells how its texts belong together.
   std::int16_t Merge();
+  // From here on Merge leaves MIFFile as it is when a side file cannot be read.
+  void require_side_files() { requires_side_files_ = true; }
 
   // Moves embedded objects into ObjFile and leaves numbered placeholders. 0, or 1 and a message (3026 to 3028, 3030 to
   // 3032, 3039 to 3041) with everything as it was; only when the MIF file could not be replaced at the very end is
@@ -101,6 +109,10 @@ class clsMIFUtilities {
   // Puts the objects back in the place of their placeholders. 0, or 1 and a message (3026 to 3029, 3031, 3041) with
   // everything as it was. ObjFile stays.
   std::int16_t InsertObjects();
+  // From here on InsertObjects leaves the placeholder of an object that ObjFile lacks, or holds without its end: the
+  // others are put back, and it answers 1 with 3046 and the line of the first one. Otherwise such a place becomes the
+  // closing line of an object, without a message.
+  void keep_placeholders() { keeps_placeholders_ = true; }
 
   const MessageList& ErrorList() const { return errors_; }
   void ClearErrors() { errors_.clear(); }
@@ -109,7 +121,7 @@ class clsMIFUtilities {
   MifCounts counts() const;
 
  private:
-  struct SideFile;  // the facts that tell the three side files apart
+  struct SideFile;
 
   void DefaultSideFileNames();
   void default_object_file_name();
@@ -117,6 +129,7 @@ class clsMIFUtilities {
   void add_message(std::int32_t number, std::u16string_view detail = {});
   void report_passed_statement(const StatementScanner& scanner, const std::u16string& path);
 
+  void use_coding(const MifCoding& coding);
   std::int64_t CollectMarker(std::string_view statement, const MifCoding& coding, MarkerTypes& types);
   std::int64_t SplitIndexText(std::string_view statement);
   std::int64_t CollectXRefFormats(std::string_view statement);
@@ -128,14 +141,23 @@ class clsMIFUtilities {
   int add_entry(EntryTable& table, bool& full_told, std::int32_t full_message, std::string_view name,
                 std::string_view text);
 
-  bool write_side_file(const SideFile& side);
+  // What the side files of the batch begin with, and the coding that their rows are converted to, if they must be.
+  struct SideFileHead {
+    std::string lines;
+    std::optional<MifCoding> coding;
+  };
+  SideFileHead side_file_head() const;
+  bool write_side_file(const SideFile& side, const SideFileHead& head);
+  EntryTable converted(const SideFile& side, const MifCoding& coding) const;
   bool is_source(std::u16string_view path) const;
 
   std::int16_t LoadIndexSideFile();
   std::int16_t LoadXRefSideFile();
   std::int16_t LoadVariableSideFile();
   std::int16_t load_side_file(const SideFile& side);
-  bool merge_file();
+  std::int16_t load_side_files();
+  std::optional<std::int16_t> merge_file();
+  void use_values(const MifCoding& document);
   void MergeMarker(StatementScanner& scanner, MarkerTypes& types);
   void MergeXRefFormats(StatementScanner& scanner);
   void MergeVariableFormats(StatementScanner& scanner);
@@ -143,7 +165,9 @@ class clsMIFUtilities {
   std::string_view LookupIndexEntry(std::string_view piece);
   std::string_view LookupXRefEntry(std::string_view name, std::string_view definition);
   std::string_view LookupVariableEntry(std::string_view name, std::string_view definition);
-  std::string_view lookup_pair(const EntryTable& table, std::string_view name, std::string_view definition);
+  std::string_view lookup_pair(const SideFile& side, std::string_view name, std::string_view definition);
+  std::string_view translated(const SideFile& side, std::string_view translation, std::string_view name,
+                              std::string_view untranslated);
 
   std::unique_ptr<PendingFile> create_temporary_file();
   bool replace_mif_file(PendingFile& output, std::u16string_view failure_text);
@@ -154,6 +178,8 @@ class clsMIFUtilities {
   bool process_objects_ = true;
   bool save_options_ = true;
   bool overwrites_object_file_ = false;
+  bool keeps_placeholders_ = false;
+  bool requires_side_files_ = false;
 
   EntryTable index_{EntryTable::Same::kName};
   EntryTable xrefs_{EntryTable::Same::kNameAndText};
@@ -161,7 +187,13 @@ class clsMIFUtilities {
   bool index_full_told_ = false;
   bool xrefs_full_told_ = false;
   bool variables_full_told_ = false;
-  std::string header_;  // the last MIFFile statement, byte for byte
+  std::string header_;              // the last MIFFile statement, byte for byte
+  std::vector<MifCoding> codings_;  // of the files extracted from, each once
+  std::uint8_t coding_ = 0;         // of the present one, its place in codings_
+  // Of the side files as they were loaded, and their values on the way into MIFFile.
+  std::optional<MifCoding> index_coding_, xrefs_coding_, variables_coding_;
+  std::optional<ValueConversion> index_values_, xrefs_values_, variables_values_;
+  std::set<std::u16string> misfits_;  // translations that do not fit into MIFFile, as they were reported
   std::vector<std::u16string> sources_;
   bool has_data_ = false;
   bool extracted_ = false;

@@ -23,24 +23,28 @@ std::size_t EntryTable::slot_of(const Index& index, std::size_t hash, Matches ma
   return slot;
 }
 
-std::size_t EntryTable::name_slot(std::size_t hash, std::string_view wanted) const {
-  return slot_of(by_name_, hash, [&](std::size_t row) { return rows_[row].name_hash == hash && name(row) == wanted; });
-}
-
-std::size_t EntryTable::entry_slot(std::size_t hash, std::string_view wanted, std::string_view wanted_text) const {
-  return slot_of(by_entry_, hash, [&](std::size_t row) {
-    return rows_[row].entry_hash == hash && name(row) == wanted && text(row) == wanted_text;
+std::size_t EntryTable::name_slot(std::size_t hash, std::string_view wanted, std::uint8_t wanted_coding) const {
+  return slot_of(by_name_, hash, [&](std::size_t row) {
+    return rows_[row].name_hash == hash && coding(row) == wanted_coding && name(row) == wanted;
   });
 }
 
-EntryTable::Added EntryTable::add(std::string_view name, std::string_view text) {
+std::size_t EntryTable::entry_slot(std::size_t hash, std::string_view wanted, std::string_view wanted_text,
+                                   std::uint8_t wanted_coding) const {
+  return slot_of(by_entry_, hash, [&](std::size_t row) {
+    return rows_[row].entry_hash == hash && coding(row) == wanted_coding && name(row) == wanted &&
+           text(row) == wanted_text;
+  });
+}
+
+EntryTable::Added EntryTable::add(std::string_view name, std::string_view text, std::uint8_t coding) {
   if (rows_.size() * 2 >= by_name_.size()) grow();
   const std::size_t name_hash = std::hash<std::string_view>{}(name);
   const std::size_t entry_hash = hash_of(name_hash, text);
-  std::int32_t& named = by_name_[name_slot(name_hash, name)];
+  std::int32_t& named = by_name_[name_slot(name_hash, name, coding)];
   std::int32_t* entry = nullptr;
   if (same_ == Same::kNameAndText) {
-    entry = &by_entry_[entry_slot(entry_hash, name, text)];
+    entry = &by_entry_[entry_slot(entry_hash, name, text, coding)];
     if (*entry != kEmpty) return Added::kKnown;
   } else if (named != kEmpty) {
     return Added::kKnown;
@@ -50,21 +54,16 @@ EntryTable::Added EntryTable::add(std::string_view name, std::string_view text) 
   if (named == kEmpty) named = row;
   if (entry != nullptr) *entry = row;
   rows_.push_back({bytes_.size(), static_cast<std::uint32_t>(name.size()), static_cast<std::uint32_t>(text.size()),
-                   name_hash, entry_hash});
+                   name_hash, entry_hash, coding});
   bytes_.append(name).append(text);
   return Added::kNew;
 }
 
 std::optional<std::string_view> EntryTable::find(std::string_view name) const {
   if (rows_.empty()) return std::nullopt;
-  const std::int32_t row = by_name_[name_slot(std::hash<std::string_view>{}(name), name)];
+  const std::int32_t row = by_name_[name_slot(std::hash<std::string_view>{}(name), name, 0)];
   if (row == kEmpty) return std::nullopt;
   return text(static_cast<std::size_t>(row));
-}
-
-bool EntryTable::contains(std::string_view name, std::string_view text) const {
-  if (rows_.empty()) return false;
-  return by_entry_[entry_slot(hash_of(std::hash<std::string_view>{}(name), text), name, text)] != kEmpty;
 }
 
 void EntryTable::clear() {
@@ -79,10 +78,10 @@ void EntryTable::grow() {
   by_name_.assign(slots, kEmpty);
   if (same_ == Same::kNameAndText) by_entry_.assign(slots, kEmpty);
   for (std::size_t row = 0; row < rows_.size(); ++row) {
-    std::int32_t& named = by_name_[name_slot(rows_[row].name_hash, name(row))];
+    std::int32_t& named = by_name_[name_slot(rows_[row].name_hash, name(row), coding(row))];
     if (named == kEmpty) named = static_cast<std::int32_t>(row);
     if (same_ == Same::kNameAndText)
-      by_entry_[entry_slot(rows_[row].entry_hash, name(row), text(row))] = static_cast<std::int32_t>(row);
+      by_entry_[entry_slot(rows_[row].entry_hash, name(row), text(row), coding(row))] = static_cast<std::int32_t>(row);
   }
 }
 

@@ -21,18 +21,19 @@ class EntryTable {
 
   explicit EntryTable(Same same) : same_(same) {}
 
-  // Appends a row unless the entry is there already (kKnown, full or not) or the table is full.
-  Added add(std::string_view name, std::string_view text);
-  // The text of the first row with this name. Views of a table are valid until the next add() or clear().
+  // Appends a row unless the entry is there already (kKnown, full or not) or the table is full. `coding` says which
+  // coding its bytes are in: the same bytes in two codings are two entries.
+  Added add(std::string_view name, std::string_view text, std::uint8_t coding = 0);
+  // The text of the first row with this name (coding 0). Views of a table are valid until the next add() or clear().
   std::optional<std::string_view> find(std::string_view name) const;
-  // With Same::kNameAndText: whether there is a row of just these two.
-  bool contains(std::string_view name, std::string_view text) const;
 
+  Same same() const { return same_; }
   std::size_t size() const { return rows_.size(); }
   std::string_view name(std::size_t row) const { return view(rows_[row].begin, rows_[row].name_size); }
   std::string_view text(std::size_t row) const {
     return view(rows_[row].begin + rows_[row].name_size, rows_[row].text_size);
   }
+  std::uint8_t coding(std::size_t row) const { return rows_[row].coding; }
   void clear();
 
  private:
@@ -42,6 +43,7 @@ class EntryTable {
     std::uint32_t text_size;
     std::size_t name_hash;
     std::size_t entry_hash;
+    std::uint8_t coding;
   };
   // Open addressing with linear probing; at most half full, grown with the rows.
   using Index = std::vector<std::int32_t>;
@@ -52,8 +54,8 @@ class EntryTable {
   }
   template <class Matches>
   static std::size_t slot_of(const Index& index, std::size_t hash, Matches matches);
-  std::size_t name_slot(std::size_t hash, std::string_view name) const;
-  std::size_t entry_slot(std::size_t hash, std::string_view name, std::string_view text) const;
+  std::size_t name_slot(std::size_t hash, std::string_view name, std::uint8_t coding) const;
+  std::size_t entry_slot(std::size_t hash, std::string_view name, std::string_view text, std::uint8_t coding) const;
   void grow();
 
   Same same_;

@@ -1,5 +1,6 @@
 #include "mif/frmMIFOptions.h"
 
+#include "common/trimmed.h"
 #include "forms/list_editing.h"
 #include "resources/string_table.h"
 
@@ -29,7 +30,10 @@ frmMIFOptions::frmMIFOptions()
   set_captions();
   for (const std::int32_t split : {6002, 6003, 6004}) cmbSplit.AddItem(string_resource(split));
 
-  cmdAdd.on_click = [this] { add_typed_name(lstMarkers, typed_name(txtMarker.Text(), kMarkerEnd), txtMarker); };
+  // The blanks go before the tabs do, deliberately: one that stands behind a tab stays.
+  cmdAdd.on_click = [this] {
+    add_typed_name(lstMarkers, without_characters(trimmed(txtMarker.Text()), kMarkerEnd), txtMarker);
+  };
   cmdRemove.on_click = [this] { remove_selected(lstMarkers); };
   cmdClear.on_click = [this] { lstMarkers.Clear(); };
   cmdDefault.on_click = [this] { Markers(kDefaultMarkers); };

@@ -1,23 +1,30 @@
-// How the bytes of a MIF file are to be read as text, told from its first statement.
+// How the bytes of a MIF file are to be read, told from its beginning: formats/mif/document_coding.h has the rules.
 //
-// MIF 8.0 and later is UTF-8. Earlier files are ASCII with `\xNN ` escapes (the MIF character set, called FrameRoman
-// by its users) or, in double-byte versions, raw text of the ANSI code page. Converters carry all values as they
-// stand; decoding is needed for the names of marker types only, and the lead-byte rule of the code page (a backquote
-// may be the second byte of a character) holds in files before 8.0 only: in UTF-8 every backquote is one.
+// Converters carry the values of one document as they stand. They are decoded for the names of marker types, and for
+// documents of another coding than their side files. The lead-byte rule of a double-byte code page (a backquote may be
+// the second byte of a character) holds in files before 8.0 only: in UTF-8 every backquote is one.
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <string_view>
+
+#include "formats/mif/document_coding.h"
+#include "formats/mif/string_coding.h"
 
 namespace kavo {
 
 class MifCoding {
  public:
-  static constexpr std::size_t kHeaderSize = 64;  // bytes at the beginning of a file that of() wants to see
+  static constexpr std::size_t kHeaderSize = maker::kDeclarationReach;  // bytes of a file that of() wants to see
 
-  // A file that begins so. Without a version it is read like one before 8.0.
+  // A file that begins so. Without a declaration a file before 8.0 is in the ANSI code page. Throws `failure` 5 for a
+  // code page that is not supported.
   static MifCoding of(std::string_view beginning);
+
+  const maker::DocumentCoding& document() const { return document_; }
+  const maker::StringCoding& strings() const { return *strings_; }
 
   // True when the byte at p is the second one of a double-byte character; [begin, p] begins at a character.
   bool is_trail_byte(const char* begin, const char* p) const {
@@ -27,13 +34,14 @@ class MifCoding {
   std::size_t incomplete_tail(std::string_view bytes) const {
     return is_trail_byte(bytes.data(), bytes.data() + bytes.size()) ? 1 : 0;
   }
-  // The text of a name, with its escapes resolved.
+  // The text of a name, with its escapes resolved; what means no character stays as it is.
   std::u16string decode(std::string_view bytes) const;
 
  private:
-  static bool follows_lead_byte(const char* begin, const char* p);
+  bool follows_lead_byte(const char* begin, const char* p) const;
 
-  bool utf8_ = false;
+  maker::DocumentCoding document_;
+  std::shared_ptr<const maker::StringCoding> strings_;
   bool double_byte_ = false;
 };
 

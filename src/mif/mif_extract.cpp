@@ -10,6 +10,18 @@
 namespace kavo {
 namespace {
 
+// Whether the bytes of a value mean one thing in one coding and another in another.
+bool depends_on_coding(std::string_view value) {
+  constexpr std::string_view kHighDigits = "89abcdefABCDEF";
+  for (std::size_t i = 0; i < value.size(); ++i) {
+    if (static_cast<unsigned char>(value[i]) >= 0x80) return true;
+    if (value[i] == '\\' && value.substr(i + 1, 1) == "x" && i + 2 < value.size() &&
+        kHighDigits.find(value[i + 2]) != std::string_view::npos)
+      return true;
+  }
+  return false;
+}
+
 enum Opening : std::size_t { kMifFile, kXRefFormats, kMarker, kVariableFormats, kPgf };
 constexpr std::string_view kOpenings[] = {"<MIFFile ", "<XRefFormats ", "<Marker ", "<VariableFormats ", "<Pgf "};
 constexpr StatementKeywords kKeywords{kOpenings, find_pair<'<', 'M', 'X', 'V', 'P'>};
@@ -24,6 +36,7 @@ std::int16_t clsMIFUtilities::Extract() {
     progress_.restart();
     StatementScanner scanner(mif_file_, kKeywords, &progress_);
     has_data_ = true;
+    use_coding(scanner.coding());
     sources_.push_back(ports().files->absolute(mif_file_));
     DefaultSideFileNames();
     MarkerTypes types(markers_, MarkerTypes::LetterCase::kIgnored);
@@ -55,6 +68,14 @@ std::int16_t clsMIFUtilities::Extract() {
   }
   extracted_ = true;
   return static_cast<std::int16_t>(std::min<std::int64_t>(added, INT16_MAX));
+}
+
+// The entries that are added from here on are in this coding.
+void clsMIFUtilities::use_coding(const MifCoding& coding) {
+  const auto found = std::ranges::find_if(
+      codings_, [&](const MifCoding& known) { return known.document().reads_as(coding.document()); });
+  coding_ = static_cast<std::uint8_t>(found - codings_.begin());
+  if (found == codings_.end()) codings_.push_back(coding);
 }
 
 // Texts that a user expects in the side files and does not find there deserve a word.
@@ -124,7 +145,9 @@ int clsMIFUtilities::AddVariableEntry(std::string_view name, std::string_view de
 
 int clsMIFUtilities::add_entry(EntryTable& table, bool& full_told, std::int32_t full_message, std::string_view name,
                                std::string_view text) {
-  const EntryTable::Added added = table.add(name, text);
+  // An entry that is the same in all codings is one entry.
+  const bool is_of_coding = coding_ != 0 && (depends_on_coding(name) || depends_on_coding(text));
+  const EntryTable::Added added = table.add(name, text, is_of_coding ? coding_ : std::uint8_t{0});
   if (added == EntryTable::Added::kFull && !full_told) {
     full_told = true;
     add_message(full_message);

@@ -4,6 +4,8 @@
 #include "mif/clsMIFUtilities.h"
 #include "mif/mif_messages.h"
 #include "mif/mif_values.h"
+#include "mif/side_file.h"
+#include "platform/unicode.h"
 
 namespace kavo {
 namespace {
@@ -47,19 +49,17 @@ void merge_pairs(StatementScanner& scanner, std::string_view name_label, std::st
 
 std::int16_t clsMIFUtilities::Merge() {
   if (!mif_file_exists()) return 1;
-  std::int16_t failures = 0;
-  if (!side_files_loaded_) {
-    DefaultSideFileNames();
-    for (const auto load : {&clsMIFUtilities::LoadIndexSideFile, &clsMIFUtilities::LoadXRefSideFile,
-                            &clsMIFUtilities::LoadVariableSideFile})
-      failures = static_cast<std::int16_t>(failures + (this->*load)());
-    side_files_loaded_ = true;
+  const std::int16_t unreadable = load_side_files();
+  if (requires_side_files_ && unreadable != 0) {
+    side_files_loaded_ = false;  // the next file is refused for the same reason
+    return unreadable;
   }
-  if (!merge_file()) ++failures;
-  return failures;
+  const auto failures = merge_file();
+  return failures ? static_cast<std::int16_t>(*failures + unreadable) : std::int16_t{1};
 }
 
-bool clsMIFUtilities::merge_file() {
+// The number of failures; nothing when the file could not be opened.
+std::optional<std::int16_t> clsMIFUtilities::merge_file() {
   progress_.restart();
   std::unique_ptr<PendingFile> output;
   bool opened = false;
@@ -68,8 +68,9 @@ bool clsMIFUtilities::merge_file() {
       StatementScanner scanner(mif_file_, kKeywords, &progress_);
       opened = true;
       output = create_temporary_file();
-      if (!output) return false;
+      if (!output) return 1;
       scanner.output(*output);
+      use_values(scanner.coding());
       MarkerTypes types(markers_, MarkerTypes::LetterCase::kExact);
       while (scanner.ReadNextStatement()) {
         switch (scanner.opening()) {
@@ -89,11 +90,22 @@ bool clsMIFUtilities::merge_file() {
       }
       report_passed_statement(scanner, mif_file_);
     }  // the file must be closed before it is replaced
-    return replace_mif_file(*output, u"Failed to copy temporary file");
+    const bool replaced = replace_mif_file(*output, u"Failed to copy temporary file");
+    return static_cast<std::int16_t>((replaced ? 0 : 1) + (misfits_.empty() ? 0 : 1));
   } catch (const failure& reason) {
     if (reason.is(FailureNumber::kInterrupted)) throw;
     add_message(opened ? kCannotProcess : kCannotReadMifFile, described(mif_file_, reason));
-    return false;
+    if (!opened) return std::nullopt;
+    return 1;
+  }
+}
+
+// The values that are looked up from here on are those of a document in this coding, which must outlive the merging.
+void clsMIFUtilities::use_values(const MifCoding& document) {
+  misfits_.clear();
+  for (const SideFile* side : {&SideFile::kIndex, &SideFile::kXrefs, &SideFile::kVariables}) {
+    const std::optional<MifCoding>& coding = this->*side->coding;
+    (this->*side->values).emplace(coding ? *coding : document, document);  // a side file that is missing has no rows
   }
 }
 
@@ -145,29 +157,45 @@ void clsMIFUtilities::MergePgfNumFormat(StatementScanner& scanner) {
 }
 
 std::string_view clsMIFUtilities::LookupIndexEntry(std::string_view piece) {
-  const auto translation = index_.find(piece);
+  key_ = index_values_->to_side_file(piece);
+  const auto translation = index_.find(key_);
   ++(translation ? counts_.replaced : counts_.not_found);
-  return translation.value_or(piece);
+  if (!translation || *translation == key_) return piece;
+  return translated(SideFile::kIndex, *translation, piece, piece);
 }
 
 std::string_view clsMIFUtilities::LookupXRefEntry(std::string_view name, std::string_view definition) {
-  return lookup_pair(xrefs_, name, definition);
+  return lookup_pair(SideFile::kXrefs, name, definition);
 }
 
 std::string_view clsMIFUtilities::LookupVariableEntry(std::string_view name, std::string_view definition) {
-  return lookup_pair(variables_, name, definition);
+  return lookup_pair(SideFile::kVariables, name, definition);
 }
 
-// Empty when there is no translation or an empty one: the value then stays as it is.
-std::string_view clsMIFUtilities::lookup_pair(const EntryTable& table, std::string_view name,
+// Empty when there is no translation or an empty one: the value then stays as it is. " : " may stand in a name as well
+// as in a definition, so two values may have one tag: the first row serves both.
+std::string_view clsMIFUtilities::lookup_pair(const SideFile& side, std::string_view name,
                                               std::string_view definition) {
-  ((key_ = name) += " : ") += definition;
-  const auto translation = table.find(key_);
+  ValueConversion& values = *(this->*side.values);
+  (key_ = values.to_side_file(name)) += " : ";
+  const std::string_view text = values.to_side_file(definition);
+  key_ += text;
+  const auto translation = (this->*side.table).find(key_);
   ++(translation ? counts_.replaced : counts_.not_found);
-  if (!translation) return {};
-  // " : " may stand in a name as well as in a definition, so two values may have one tag: a row that leaves this one
-  // as it is speaks for it, before a row that came first.
-  return *translation != definition && table.contains(key_, definition) ? definition : *translation;
+  if (!translation || translation->empty()) return {};
+  return *translation == text ? definition : translated(side, *translation, name, definition);
+}
+
+// The translation as MIFFile has it; the untranslated text when that cannot hold it.
+std::string_view clsMIFUtilities::translated(const SideFile& side, std::string_view translation, std::string_view name,
+                                             std::string_view untranslated) {
+  ValueConversion& values = *(this->*side.values);
+  const std::string_view text = values.to_document(translation);
+  if (values.misfit().empty()) return text;
+  const std::u16string place = mif_file_ + u", " + side.entry + u" \"" + values.document().decode(name) + u"\": \"" +
+                               to_utf16(values.misfit()) + u"\"";
+  if (misfits_.insert(place).second) add_message(kTranslationDoesNotFit, place);
+  return untranslated;
 }
 
 }  // namespace kavo

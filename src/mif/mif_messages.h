@@ -33,6 +33,9 @@ enum MifMessage : std::int32_t {
   kCannotProcess = 3041,
   kStatementLeftOut = 3042,
   kSideFileIsSource = 3043,
+  kTranslationDoesNotFit = 3044,
+  kTwoOfOneTag = 3045,
+  kObjectsMissing = 3046,
 };
 
 inline std::u16string described(std::u16string_view path, const failure& reason) {

@@ -14,6 +14,7 @@
 #include "mif/object_file.h"
 #include "platform/case_fold.h"
 #include "platform/ports.h"
+#include "platform/unicode.h"
 
 namespace kavo {
 namespace {
@@ -31,18 +32,15 @@ void write_piece(PendingFile& file, const LinePiece& piece) {
   if (!piece.terminator.empty()) file.write(kLineEnd);
 }
 
-// Whether `is_wanted` holds for a piece of the file that is not plain text.
-template <class IsWanted>
-bool holds(std::u16string_view path, ProgressEvent& progress, IsWanted is_wanted) {
+// Whether there is anything that the removal must look at more closely.
+bool holds_objects_or_placeholders(std::u16string_view path, ProgressEvent& progress) {
   LinePieces lines(path, &progress);
   for (LinePiece piece;;) {
     if (!lines.lines_before(find_special).empty()) continue;
     if (!lines.next(piece)) return false;
-    if (is_wanted(piece)) return true;
+    if (begins_object(piece) || find_placeholder(piece.text)) return true;
   }
 }
-
-bool holds_placeholder(const LinePiece& piece) { return find_placeholder(piece.text).has_value(); }
 
 // What came of dividing a file into text and objects.
 struct Division {
@@ -66,7 +64,7 @@ Division divide(std::u16string_view path, ProgressEvent& progress, PendingFile& 
     if (piece.begins) ++line;
     // Placeholders of an earlier removal: a second set of the same numbers could not be told apart from them. And an
     // object's own line that begins as they do would end it on its way back.
-    if (holds_placeholder(piece) || (in_object && piece.begins && piece.text.starts_with(kPlaceholderStart)))
+    if (find_placeholder(piece.text) || (in_object && piece.begins && piece.text.starts_with(kPlaceholderStart)))
       return {result.objects, kHoldsPlaceholders, line};
     if (!in_object && begins_object(piece)) {
       const std::string placeholder = placeholder_of(++result.objects);
@@ -95,19 +93,31 @@ Division divide(std::u16string_view path, ProgressEvent& progress, PendingFile& 
 // Copies a file with its objects put back, each on lines of its own.
 class ObjectInserter {
  public:
-  ObjectInserter(MifObjectFile& objects, PendingFile& output) : objects_(objects), output_(output) {}
+  enum class Missing { kClosingLine, kPlaceholder };  // what is written for an object that is not there
+
+  ObjectInserter(MifObjectFile& objects, Missing written, PendingFile& output)
+      : objects_(objects), written_(written), output_(output) {}
 
   void run(LinePieces& lines) {
     for (LinePiece piece;;) {
       if (const auto plain = lines.lines_before(find_special); !plain.empty()) {
-        write_lines(output_, plain);
+        line_ += write_lines(output_, plain);
         continue;
       }
       if (!lines.next(piece)) break;
       std::string_view rest = piece.text;
+      if (piece.begins) ++line_;
       while (const auto placeholder = find_placeholder(rest)) {
-        write_text(rest.substr(0, placeholder->begin));
-        write_object(rest.substr(placeholder->begin, placeholder->end - placeholder->begin));
+        const std::string_view name = rest.substr(placeholder->begin, placeholder->end - placeholder->begin);
+        const bool keeps = written_ == Missing::kPlaceholder;
+        const bool is_there = objects_.find(name) && (!keeps || objects_.is_complete());
+        if (!is_there) count_missing(name);
+        if (!is_there && keeps) {
+          write_text(rest.substr(0, placeholder->end));
+        } else {
+          write_text(rest.substr(0, placeholder->begin));
+          write_object(is_there);
+        }
         rest.remove_prefix(placeholder->end);
       }
       write_text(rest);
@@ -119,6 +129,8 @@ class ObjectInserter {
 
   std::int64_t inserted() const { return inserted_; }
   std::int64_t missing() const { return missing_; }
+  const std::string& first_missing() const { return first_missing_; }
+  std::int64_t first_missing_line() const { return first_missing_line_; }
 
  private:
   enum class Last { kNothing, kText, kObject };  // what was last written for the current line of the document
@@ -130,22 +142,31 @@ class ObjectInserter {
     last_ = Last::kText;
   }
 
-  // A placeholder without an object becomes the closing line alone, deliberately without an error: the place stays
+  // The object that was found. Without one the closing line alone, deliberately without an error: the place stays
   // visible in the document.
-  void write_object(std::string_view placeholder) {
+  void write_object(bool is_there) {
     if (last_ != Last::kNothing) output_.write(kLineEnd);
-    if (objects_.find(placeholder)) {
+    if (is_there) {
       objects_.copy_object(output_);
       ++inserted_;
     } else {
       output_.write(kObjectEnd);
-      ++missing_;
     }
     last_ = Last::kObject;
   }
 
+  void count_missing(std::string_view placeholder) {
+    if (missing_++ != 0) return;
+    first_missing_ = placeholder;
+    first_missing_line_ = line_;
+  }
+
   MifObjectFile& objects_;
+  Missing written_;
   PendingFile& output_;
+  std::int64_t line_ = 0;
+  std::string first_missing_;
+  std::int64_t first_missing_line_ = 0;
   Last last_ = Last::kNothing;
   std::int64_t inserted_ = 0;
   std::int64_t missing_ = 0;
@@ -173,8 +194,7 @@ std::int16_t clsMIFUtilities::RemoveObjects() {
       return 1;
     }
     progress_.restart();
-    const bool has_objects = holds(
-        mif_file_, progress_, [](const LinePiece& piece) { return begins_object(piece) || holds_placeholder(piece); });
+    const bool has_objects = holds_objects_or_placeholders(mif_file_, progress_);
     step = kCannotWriteObjects;
     PendingFile objects(object_file_);
     std::unique_ptr<PendingFile> output;
@@ -211,21 +231,27 @@ std::int16_t clsMIFUtilities::InsertObjects() {
   std::int32_t step = kCannotReadMifFile;
   try {
     progress_.restart();
-    const bool has_placeholders = holds(mif_file_, progress_, holds_placeholder);
+    const bool has_placeholders = holds_object_placeholder(mif_file_, &progress_);
     step = kCannotReadObjects;
     MifObjectFile objects(object_file_);
     if (!has_placeholders) return 0;
     step = kCannotProcess;
     const auto output = create_temporary_file();
     if (!output) return 1;
-    ObjectInserter inserter(objects, *output);
+    using Missing = ObjectInserter::Missing;
+    ObjectInserter inserter(objects, keeps_placeholders_ ? Missing::kPlaceholder : Missing::kClosingLine, *output);
     {
       LinePieces lines(mif_file_, &progress_);
       inserter.run(lines);
     }  // the file must be closed before it is replaced
     counts_.objects_inserted += inserter.inserted();
     counts_.objects_missing += inserter.missing();
-    return replace_mif_file(*output, u"Failed to move temporary file") ? 0 : 1;
+    const bool lacks_objects = keeps_placeholders_ && inserter.missing() != 0;
+    if (lacks_objects) {
+      add_message(kObjectsMissing, mif_file_ + u", " + to_utf16(inserter.first_missing()));
+      errors_.back().line = inserter.first_missing_line();
+    }
+    return replace_mif_file(*output, u"Failed to move temporary file") && !lacks_objects ? 0 : 1;
   } catch (const failure& reason) {
     if (reason.is(FailureNumber::kInterrupted)) throw;
     add_message(step, described(step == kCannotReadObjects ? object_file_ : mif_file_, reason));

@@ -8,20 +8,11 @@
 #include "mif/clsMIFUtilities.h"
 #include "mif/mif_messages.h"
 #include "mif/mif_values.h"
+#include "mif/side_file.h"
 #include "platform/case_fold.h"
 #include "platform/ports.h"
 
 namespace kavo {
-
-struct clsMIFUtilities::SideFile {
-  std::u16string clsMIFUtilities::*path;
-  EntryTable clsMIFUtilities::*table;
-  int (clsMIFUtilities::*add)(std::string_view name, std::string_view text);
-  bool is_index;  // tells how its texts were split; the others carry name and untranslated text in the tag
-  MifMessage cannot_write, no_name, cannot_read;
-
-  static const SideFile kIndex, kXrefs, kVariables;
-};
 
 const clsMIFUtilities::SideFile clsMIFUtilities::SideFile::kIndex = {&clsMIFUtilities::index_file_,
                                                                      &clsMIFUtilities::index_,
@@ -29,31 +20,76 @@ const clsMIFUtilities::SideFile clsMIFUtilities::SideFile::kIndex = {&clsMIFUtil
                                                                      true,
                                                                      kCannotWriteIndex,
                                                                      kNoIndexName,
-                                                                     kCannotReadIndex};
+                                                                     kCannotReadIndex,
+                                                                     &clsMIFUtilities::index_coding_,
+                                                                     &clsMIFUtilities::index_values_,
+                                                                     u"index entry"};
 const clsMIFUtilities::SideFile clsMIFUtilities::SideFile::kXrefs = {&clsMIFUtilities::xref_file_,
                                                                      &clsMIFUtilities::xrefs_,
                                                                      &clsMIFUtilities::AddXRefEntry,
                                                                      false,
                                                                      kCannotWriteXrefs,
                                                                      kNoXrefName,
-                                                                     kCannotReadXrefs};
+                                                                     kCannotReadXrefs,
+                                                                     &clsMIFUtilities::xrefs_coding_,
+                                                                     &clsMIFUtilities::xrefs_values_,
+                                                                     u"cross-reference format"};
 const clsMIFUtilities::SideFile clsMIFUtilities::SideFile::kVariables = {&clsMIFUtilities::variable_file_,
                                                                          &clsMIFUtilities::variables_,
                                                                          &clsMIFUtilities::AddVariableEntry,
                                                                          false,
                                                                          kCannotWriteVariables,
                                                                          kNoVariableName,
-                                                                         kCannotReadVariables};
+                                                                         kCannotReadVariables,
+                                                                         &clsMIFUtilities::variables_coding_,
+                                                                         &clsMIFUtilities::variables_values_,
+                                                                         u"variable or number format"};
 
 std::int16_t clsMIFUtilities::EndBatch() {
   if (!has_data_) return 0;
+  const SideFileHead head = side_file_head();
   std::int16_t failures = 0;
   for (const SideFile* side : {&SideFile::kIndex, &SideFile::kXrefs, &SideFile::kVariables})
-    if (!write_side_file(*side)) ++failures;
+    if (!write_side_file(*side, head)) ++failures;
   return failures;
 }
 
-bool clsMIFUtilities::write_side_file(const SideFile& side) {
+// The header of the last file counts for all rows. Rows of another coding are converted; when that is one before 8.0
+// in which a file declares a coding, the side files declare it, too.
+clsMIFUtilities::SideFileHead clsMIFUtilities::side_file_head() const {
+  SideFileHead head;
+  head.lines = header_.empty() ? std::string("<MIFFile 5.50>") : header_;
+  head.lines += "\r\n";
+  const bool is_utf8 = MifCoding::of(head.lines).document().is_utf8;
+  if (codings_.size() == 1 && codings_.front().document().is_utf8 == is_utf8) return head;
+  std::string_view declared;
+  for (const MifCoding& coding : codings_)
+    if (!coding.document().declared.empty()) declared = coding.document().declared;
+  if (!is_utf8 && !declared.empty()) ((head.lines += "<MIFEncoding `") += declared) += "'>\r\n";
+  head.coding = MifCoding::of(head.lines);
+  return head;
+}
+
+// The rows of a table in another coding; what has become the same is one row.
+EntryTable clsMIFUtilities::converted(const SideFile& side, const MifCoding& coding) const {
+  std::vector<maker::StringConversion> conversions;
+  conversions.reserve(codings_.size());
+  for (const MifCoding& from : codings_) conversions.emplace_back(from.strings(), coding.strings());
+  const EntryTable& table = this->*side.table;
+  EntryTable rows = EntryTable(table.same());
+  for (std::size_t row = 0; row < table.size(); ++row) {
+    const std::uint8_t from = table.coding(row);
+    if (codings_[from].document().reads_as(coding.document())) {
+      rows.add(table.name(row), table.text(row));
+      continue;
+    }
+    const std::string name = conversions[from].convert(table.name(row));
+    rows.add(name, conversions[from].convert(table.text(row)));
+  }
+  return rows;
+}
+
+bool clsMIFUtilities::write_side_file(const SideFile& side, const SideFileHead& head) {
   const std::u16string& path = this->*side.path;
   if (path.empty()) {
     add_message(side.no_name);
@@ -65,15 +101,16 @@ bool clsMIFUtilities::write_side_file(const SideFile& side) {
   }
   try {
     PendingFile file(path);
-    file.write(header_.empty() ? std::string_view("<MIFFile 5.50>") : header_);
-    file.write("\r\n");
+    file.write(head.lines);
     if (side.is_index) {
       file.write("<KAVOSeg ");
       file.write(std::to_string(split_options_));
       file.write(">\r\n");
     }
     file.write("<TextFlow \r\n");
-    const EntryTable& table = this->*side.table;
+    std::optional<EntryTable> rows;
+    if (head.coding) rows = converted(side, *head.coding);
+    const EntryTable& table = rows ? *rows : this->*side.table;
     for (std::size_t row = 0; row < table.size(); ++row) {
       file.write(" <Para \r\n  <KAVOTag `");
       file.write(table.name(row));
@@ -139,11 +176,26 @@ std::int16_t clsMIFUtilities::LoadIndexSideFile() { return load_side_file(SideFi
 std::int16_t clsMIFUtilities::LoadXRefSideFile() { return load_side_file(SideFile::kXrefs); }
 std::int16_t clsMIFUtilities::LoadVariableSideFile() { return load_side_file(SideFile::kVariables); }
 
+// The number of side files that cannot be read. They are read once a batch.
+std::int16_t clsMIFUtilities::load_side_files() {
+  if (side_files_loaded_) return 0;
+  DefaultSideFileNames();
+  std::int16_t failures = 0;
+  for (const auto load : {&clsMIFUtilities::LoadIndexSideFile, &clsMIFUtilities::LoadXRefSideFile,
+                          &clsMIFUtilities::LoadVariableSideFile})
+    failures = static_cast<std::int16_t>(failures + (this->*load)());
+  side_files_loaded_ = true;
+  return failures;
+}
+
 // The number of failures: 0 or 1.
 std::int16_t clsMIFUtilities::load_side_file(const SideFile& side) {
   const std::u16string& path = this->*side.path;
   try {
     StatementScanner scanner(path, kKeywords, nullptr);
+    this->*side.coding = scanner.coding();
+    bool doubles_told = false;
+    coding_ = 0;
     while (scanner.ReadNextStatement()) {
       const std::string_view statement = scanner.statement();
       if (scanner.opening() < kFirstPara) {
@@ -153,7 +205,13 @@ std::int16_t clsMIFUtilities::load_side_file(const SideFile& side) {
       const auto tag = find_wrapped_value(statement, "<KAVOTag", 0);
       if (!tag) continue;
       const auto text = find_wrapped_value(statement, "<String", tag->end);
-      if (text) (this->*side.add)(tag->of(statement), text->of(statement));
+      if (!text) continue;
+      const auto first = (this->*side.table).find(tag->of(statement));
+      if (!doubles_told && first && *first != text->of(statement)) {
+        doubles_told = true;
+        add_message(kTwoOfOneTag, path + u", \"" + scanner.coding().decode(tag->of(statement)) + u"\"");
+      }
+      (this->*side.add)(tag->of(statement), text->of(statement));
     }
     report_passed_statement(scanner, path);
     return 0;

@@ -46,6 +46,15 @@ const char* find_special(const char* begin, const char* end) {
   return p;
 }
 
+bool holds_object_placeholder(std::u16string_view mif_file, ProgressEvent* progress) {
+  LinePieces lines(mif_file, progress);
+  for (LinePiece piece;;) {
+    if (!lines.lines_before(find_special).empty()) continue;
+    if (!lines.next(piece)) return false;
+    if (find_placeholder(piece.text)) return true;
+  }
+}
+
 bool MifObjectFile::find(std::string_view placeholder) {
   const std::uint64_t position = lines_.position();
   if (next_line_holds(placeholder)) return true;
@@ -81,6 +90,32 @@ void MifObjectFile::build_index() {
     if (piece.ends) line = lines.position();
   }
   index_->sort();
+}
+
+bool MifObjectFile::is_complete() {
+  if (!incomplete_) find_incomplete_objects();
+  return !std::ranges::binary_search(*incomplete_, lines_.position());
+}
+
+void MifObjectFile::find_incomplete_objects() {
+  incomplete_.emplace();
+  LinePieces lines(path_, nullptr);
+  bool is_open = false;         // the end of the last object was not met
+  std::uint64_t begin = 0;      // of its lines
+  bool is_placeholder = false;  // in the line of one
+  for (LinePiece piece;;) {
+    if (!lines.lines_before(find_special).empty()) continue;
+    if (!lines.next(piece)) break;
+    if (piece.begins) {
+      is_placeholder = piece.text.starts_with(kPlaceholderStart);
+      if (is_placeholder && is_open) incomplete_->push_back(begin);
+      if (piece.text.starts_with(kObjectEnd)) is_open = false;
+    }
+    if (!piece.ends || !is_placeholder) continue;
+    is_open = true;
+    begin = lines.position();
+  }
+  if (is_open) incomplete_->push_back(begin);
 }
 
 void MifObjectFile::copy_object(PendingFile& output) {

@@ -6,10 +6,13 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "common/lookup_index.h"
 #include "common/pending_file.h"
+#include "common/progress_event.h"
 #include "mif/line_pieces.h"
 
 namespace kavo {
@@ -30,6 +33,10 @@ std::optional<Placeholder> find_placeholder(std::string_view text);
 // because it may hold a placeholder. [begin, end) begins with a line.
 const char* find_special(const char* begin, const char* end);
 
+// Whether the file holds a place that an object is to be put back to, as the insertion finds them. Throws `failure`
+// when it cannot be read. `progress` (not owned) may be nullptr.
+bool holds_object_placeholder(std::u16string_view mif_file, ProgressEvent* progress);
+
 class MifObjectFile {
  public:
   // Throws `failure` when the file cannot be opened, as all operations do when it cannot be read.
@@ -37,16 +44,21 @@ class MifObjectFile {
 
   // Goes behind the next line that holds the placeholder; false, and to the end of the file, when there is none.
   bool find(std::string_view placeholder);
+  // Whether the object that begins here is there with its closing line, which it is not where a file was cut. The first
+  // call reads the file once.
+  bool is_complete();
   // Writes the object that begins here, its lines with CR LF, the closing one without a line end.
   void copy_object(PendingFile& output);
 
  private:
   bool next_line_holds(std::string_view placeholder);
   void build_index();
+  void find_incomplete_objects();
   void skip_line(LinePiece piece);
 
   std::u16string path_;
   LinePieces lines_;
+  std::optional<std::vector<std::uint64_t>> incomplete_;          // positions of objects without an end
   std::optional<LookupIndex<std::size_t, std::uint64_t>> index_;  // hash of a placeholder, position of its line
 };
 

@@ -7,6 +7,7 @@
 
 #include "cli/run_kavo.h"
 #include "platform/files.h"
+#include "platform/ports.h"
 #include "support/temp_folder.h"
 
 namespace kavo::test {
@@ -103,6 +104,27 @@ TEST_F(MifCommand, MergingWithoutSideFilesFails) {
   EXPECT_EQ(folder.read(u"a.mif"), marker("x"));
 }
 
+TEST_F(MifCommand, AMissingSideFileLeavesTheDocumentsAsTheyWere) {
+  const std::string before = marker("x"), a = put(u"a.mif", before), b = put(u"b.mif", before);
+  json({"mif", "extract", a, b}, 0);
+  std::string index = folder.read(u"KAVO_ix.mif");
+  index.replace(index.find("<String `x'"), 11, "<String `X'");
+  put(u"KAVO_ix.mif", index);
+  const std::string formats = folder.read(u"KAVO_xr.mif");
+  for (const bool is_there : {false, true}) {
+    if (is_there)
+      put(u"KAVO_xr.mif", formats);
+    else
+      ports().files->remove_file(folder.path(u"KAVO_xr.mif"));
+    const auto merged = json({"mif", "merge", a, b}, is_there ? 0 : 1);
+    ASSERT_EQ(merged.size(), 2u);
+    for (const auto& file : merged)
+      EXPECT_EQ(file["messages"].empty() ? 0 : file["messages"][0]["number"].get<int>(), is_there ? 0 : 3037);
+    EXPECT_EQ(folder.read(u"a.mif"), is_there ? marker("X") : before);
+    EXPECT_EQ(folder.read(u"b.mif"), is_there ? marker("X") : before);
+  }
+}
+
 TEST_F(MifCommand, SideFilesCanLieElsewhere) {
   const std::string a = put(u"a.mif", marker("x"));
   folder.make_folder(u"side");
@@ -140,6 +162,22 @@ TEST_F(MifCommand, AFileThatIsNotTheObjectFileIsReplacedOnlyOnRequest) {
   EXPECT_EQ(folder.read(u"b.mif"), other);
   json({"mif", "remove-objects", "--overwrite", "--objects", path(u"b.obj"), a}, 0);
   EXPECT_EQ(folder.read(u"b.obj"), "<KAVOObj 1>\r\n=GIF\r\n=EndInset\r\n<KAVOObj End>\r\n");
+}
+
+TEST_F(MifCommand, APlaceholderWithoutItsObjectStaysAndTheCommandFails) {
+  const std::string document = "a\r\n=GIF\r\n&x\r\n=EndInset\r\nb\r\n=PNG\r\n=EndInset\r\n";
+  const std::string a = put(u"a.mif", document);
+  json({"mif", "remove-objects", a}, 0);
+  const std::string objects = folder.read(u"a.obj");
+  put(u"a.obj", objects.substr(0, objects.find("=PNG")));
+  const auto inserted = json({"mif", "insert-objects", a}, 1);
+  EXPECT_EQ(inserted[0]["objects"], 1);
+  EXPECT_EQ(inserted[0]["missing"], 1);
+  EXPECT_EQ(inserted[0]["messages"][0]["number"], 3046);
+  EXPECT_EQ(folder.read(u"a.mif"), "a\r\n=GIF\r\n&x\r\n=EndInset\r\nb\r\n<KAVOObj 2>\r\n");
+  put(u"a.obj", objects);
+  json({"mif", "insert-objects", a}, 0);
+  EXPECT_EQ(folder.read(u"a.mif"), document);
 }
 
 TEST_F(MifCommand, PreprocessLeavesBackupSideFilesAndAListOfFour) {

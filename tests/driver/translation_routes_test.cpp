@@ -342,6 +342,13 @@ TEST_F(MergeMif, ObjectFileThatIsMissingIsAFailureOnlyWhenObjectsWereTakenOut) {
   }
 }
 
+TEST_F(MergeMif, APlaceholderIsFoundAsTheInsertionFindsIt) {
+  for (const std::string line : {" <KAVOObj 1>", "x<KAVOObj 1>y", "\t<KAVOObj 1>"}) {
+    add_file(u"manual_FR.mif", "<MIFFile 7.00>\r\n" + line + "\r\n");
+    EXPECT_EQ(create(u"manual_mif_FR.tud"), 6) << line;
+  }
+}
+
 TEST_F(MergeMif, NamePartsGiveTheObjectFileOfAManualWithUnderscores) {
   for (const std::u16string name : {u"a_b_MIF_FR.tud"}) put(name);
   put(u"a_b.obj", "<KAVOObj 1>\r\n=X\r\n=EndInset\r\n<KAVOObj End>\r\n");

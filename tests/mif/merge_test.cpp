@@ -263,20 +263,42 @@ TEST_F(MergeTest, NoTemporaryFileIsLeft) {
   EXPECT_EQ(files.all_files(), before);
 }
 
-TEST_F(MergeTest, TwoValuesOfOneTagAreToldApartByTheRowThatIsUntouched) {
+TEST_F(MergeTest, TheFirstRowServesAllValuesOfOneTag) {
   const std::string document =
-      "<MIFFile 9.00><XRefFormats <XRefName `a : b'> <XRefDef `c'>>"
-      "<XRefFormats <XRefName `a'> <XRefDef `b : c'>>";
-  put(u"a.mif", document);
-  extract({u"a.mif"});
-  EXPECT_EQ(merge({u"a.mif"}), 0);
-  EXPECT_EQ(get(u"a.mif"), document);
-  // Else the first row counts, as for every tag.
-  put_index(0, {});
+      "<MIFFile 9.00><XRefFormats <XRefName `a : b'> <XRefDef `c'> <XRefName `a'> <XRefDef `b : c'>>";
+  const std::string both =
+      "<MIFFile 9.00><XRefFormats <XRefName `a : b'> <XRefDef `first'> <XRefName `a'> <XRefDef `first'>>";
+  put_empty_side_files();
+  struct Case {
+    const char* name;
+    Entries rows;
+  };
+  for (const Case& test : {Case{"both translated", {{"a : b : c", "first"}, {"a : b : c", "second"}}},
+                           Case{"the second as it was", {{"a : b : c", "first"}, {"a : b : c", "b : c"}}}}) {
+    put_xrefs(test.rows);
+    EXPECT_EQ(merged(document), both) << test.name;
+    EXPECT_EQ(message_numbers(), std::vector<std::int32_t>{3045}) << test.name;
+  }
+}
+
+TEST_F(MergeTest, AFileThatCannotBeOpenedGivesOneWhateverElseFails) {
+  files.add_folder(in_folder(u"folder.mif"));
+  EXPECT_EQ(merge({u"folder.mif"}), 1);
+  EXPECT_EQ(message_numbers(), (std::vector<std::int32_t>{3036, 3037, 3038, 3028}));
+}
+
+TEST_F(MergeTest, RequiredSideFilesAreReadBeforeAnyDocumentIsTouched) {
+  put_index(0, {{"x", "X"}});
+  put(u"a.mif", marker("x"));
+  put(u"b.mif", marker("x"));
+  utilities.require_side_files();
+  EXPECT_EQ(merge({u"a.mif", u"b.mif"}), 4);
+  EXPECT_EQ(message_numbers(), (std::vector<std::int32_t>{3037, 3038, 3037, 3038}));
+  EXPECT_EQ(get(u"a.mif") + get(u"b.mif"), marker("x") + marker("x"));
+  put_xrefs({});
   put_variables({});
-  put_xrefs({{"a : b : c", "first"}, {"a : b : c", "second"}});
-  EXPECT_EQ(merged("<MIFFile 9.00><XRefFormats <XRefName `a'> <XRefDef `b : c'>>"),
-            "<MIFFile 9.00><XRefFormats <XRefName `a'> <XRefDef `first'>>");
+  EXPECT_EQ(merge({u"a.mif", u"b.mif"}), 0);
+  EXPECT_EQ(get(u"a.mif") + get(u"b.mif"), marker("X") + marker("X"));
 }
 
 TEST_F(MergeTest, UntouchedSideFilesGiveTheFilesBack) {

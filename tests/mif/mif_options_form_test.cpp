@@ -107,6 +107,19 @@ TEST_F(MifOptionsFormTest, ATabInATypedNameIsTakenOut) {
   EXPECT_EQ(form.Markers(), u"Subject\t");
 }
 
+TEST_F(MifOptionsFormTest, ATypedNameIsTrimmedBeforeItsTabsGo) {
+  struct Case {
+    std::u16string_view typed, added;
+  };
+  for (const Case& test : {Case{u"  Subject  ", u"Subject\t"}, Case{u"\t Subject", u" Subject\t"},
+                           Case{u"Subject \t", u"Subject \t"}, Case{u" \t \t ", u" \t"}, Case{u" \t ", u""}}) {
+    frmMIFOptions form;
+    form.Markers(u"");
+    add(form, test.typed);
+    EXPECT_EQ(form.Markers(), test.added);
+  }
+}
+
 TEST_F(MifOptionsFormTest, RemoveSelectsTheNeighbour) {
   frmMIFOptions form;
   form.Markers(u"a\tb\tc\t");

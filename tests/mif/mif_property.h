@@ -2,6 +2,7 @@
 // objects return. Shared by the fuzzer and the test that replays its seeds.
 #pragma once
 
+#include <algorithm>
 #include <map>
 #include <memory>
 #include <string>
@@ -9,6 +10,7 @@
 #include <vector>
 
 #include "common/block_reader.h"
+#include "formats/text/euc_japanese.h"
 #include "mif/clsMIFUtilities.h"
 #include "mif/objects_twin.h"
 #include "mif/statement_twin.h"
@@ -120,10 +122,16 @@ class MifProperty {
     for (std::size_t i = 0; i < 3; ++i) files_.put(kSides[i], sides_[i]);
     clsMIFUtilities utilities;
     start(utilities);
-    if (utilities.Merge() != 0) return "merging failed";
-    const bool utf8 = MifCoding::of(document_).incomplete_tail("\x81") == 0;
-    StatementTwin twin(document_, {"<XRefFormats ", "<Marker ", "<VariableFormats ", "<Pgf "},
-                       utf8 ? nullptr : ports().code_page);
+    const bool failed = utilities.Merge() != 0;
+    const auto does_not_fit = [](const Message& message) { return message.number == 3044; };
+    if (failed != std::ranges::any_of(utilities.ErrorList(), does_not_fit)) return "merging failed";
+    const maker::DocumentCoding coding = MifCoding::of(document_).document();
+    std::unique_ptr<CodePage> code_page;
+    if (coding.code_page == kEucJapanese)
+      code_page = make_euc_japanese();
+    else if (!coding.is_utf8)
+      code_page = make_code_page(std::to_string(coding.code_page));
+    StatementTwin twin(document_, {"<XRefFormats ", "<Marker ", "<VariableFormats ", "<Pgf "}, code_page.get());
     const std::vector<std::string> parts = twin.parts();
     const std::string merged = files_.get(kMif);
     std::size_t at = 0;

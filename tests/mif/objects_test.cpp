@@ -2,6 +2,7 @@
 
 #include "mif/mif_fixture.h"
 #include "mif/object_file.h"
+#include "platform/unicode.h"
 #include "support/splits.h"
 
 namespace kavo::test {
@@ -116,6 +117,72 @@ TEST_F(ObjectsTest, AMissingObjectBecomesTheClosingLine) {
             "a\r\n=EndInset\r\nb\r\n");
   EXPECT_TRUE(utilities.ErrorList().empty());
   EXPECT_EQ(utilities.counts().objects_missing, 1);
+}
+
+TEST_F(ObjectsTest, APlaceholderWithoutItsObjectStaysWhenThatIsWanted) {
+  const std::string document = "a\r\n<KAVOObj 1>\r\nb <KAVOObj 2> c <KAVOObj 3>d\r\n<KAVOObj 1>\r\n";
+  const std::string first = "<KAVOObj 1>\r\n=GIF\r\n&x\r\n=EndInset\r\n", object = "=GIF\r\n&x\r\n=EndInset\r\n";
+  const std::string with_first = "a\r\n" + object + "b <KAVOObj 2> c <KAVOObj 3>d\r\n" + object;
+  struct Case {
+    const char* name;
+    std::string objects, expected, first_missing;
+    std::int64_t line;
+  };
+  const Case cases[] = {
+      {"an empty object file", "", document, "<KAVOObj 1>", 2},
+      {"an object file without objects", std::string(kNoObjects), document, "<KAVOObj 1>", 2},
+      {"cut behind the first object", first, with_first, "<KAVOObj 2>", 3},
+      {"cut behind a placeholder", first + "<KAVOObj 2>\r\n", with_first, "<KAVOObj 2>", 3},
+      {"cut inside an object", first + "<KAVOObj 2>\r\n=PNG\r\n&y", with_first, "<KAVOObj 2>", 3},
+      {"cut inside the closing line", first + "<KAVOObj 2>\r\n=PNG\r\n&y\r\n=EndIns", with_first, "<KAVOObj 2>", 3},
+      {"an object without its end in the middle",
+       first + "<KAVOObj 2>\r\n=PNG\r\n<KAVOObj 3>\r\n=BMP\r\n=EndInset\r\n<KAVOObj End>\r\n",
+       "a\r\n" + object + "b <KAVOObj 2> c \r\n=BMP\r\n=EndInset\r\nd\r\n" + object, "<KAVOObj 2>", 3},
+  };
+  utilities.keep_placeholders();
+  for (const Case& test : cases) {
+    put(u"m.obj", test.objects);
+    const std::string result = same_for_every_block_size(test.objects.size() + 1, [&](std::size_t size) {
+      BlockSizeScope blocks(size);
+      put(u"m.mif", document);
+      utilities.ClearErrors();
+      EXPECT_EQ(utilities.InsertObjects(), 1) << test.name;
+      return get(u"m.mif");
+    });
+    EXPECT_EQ(result, test.expected) << test.name;
+    ASSERT_EQ(message_numbers(), std::vector<std::int32_t>{3046}) << test.name;
+    EXPECT_TRUE(utilities.ErrorList()[0].text.ends_with(to_utf16("C:\\book\\m.mif, " + test.first_missing)));
+    EXPECT_EQ(utilities.ErrorList()[0].line, test.line) << test.name;
+    EXPECT_EQ(get(u"m.obj"), test.objects);
+  }
+  utilities.ClearErrors();
+  put(u"m.mif", with_first);
+  put(u"m.obj", "<KAVOObj 3>\r\n=B\r\n=EndInset\r\n<KAVOObj 2>\r\n=C\r\n=EndInset\r\n<KAVOObj End>\r\n");
+  EXPECT_EQ(utilities.InsertObjects(), 0) << "the rest, from an object file that has them";
+  EXPECT_EQ(get(u"m.mif"), "a\r\n" + object + "b \r\n=C\r\n=EndInset\r\n c \r\n=B\r\n=EndInset\r\nd\r\n" + object);
+  EXPECT_TRUE(utilities.ErrorList().empty());
+}
+
+TEST_F(ObjectsTest, PlaceholdersAreFoundAsTheyAreInserted) {
+  struct Case {
+    const char* name;
+    std::string_view document;
+    bool is_found;
+  };
+  const Case cases[] = {{"on a line of its own", "a\r\n<KAVOObj 1>\r\n", true},
+                        {"behind a blank", "a\r\n <KAVOObj 1>\r\n", true},
+                        {"behind a text", "x<KAVOObj 12>", true},
+                        {"in a string, as a text", "<String `<KAVOObj 1\\>'>\r\n", false},
+                        {"another statement", "<KAVOObject>\r\n", false},
+                        {"without an end", "<KAVOObj 1\r\n>", false},
+                        {"nothing", "", false}};
+  for (const Case& test : cases) {
+    put(u"m.mif", test.document);
+    EXPECT_EQ(holds_object_placeholder(in_folder(u"m.mif"), nullptr), test.is_found) << test.name;
+    put(u"m.obj", "");
+    EXPECT_EQ(utilities.InsertObjects(), 0);
+    EXPECT_EQ(get(u"m.mif") != test.document, test.is_found) << test.name;
+  }
 }
 
 TEST_F(ObjectsTest, ATextThatLooksLikeAPlaceholderIsKept) {

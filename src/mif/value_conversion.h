@@ -1,0 +1,35 @@
+// The values of a document on their way through a side file, which may be of another version than the document.
+#pragma once
+
+#include <string_view>
+
+#include "formats/mif/string_conversion.h"
+#include "mif/mif_coding.h"
+
+namespace kavo {
+
+class ValueConversion {
+ public:
+  // Both must outlive the conversion. A side file before version 8.0 that declares no coding has that of a document
+  // before 8.0: it was made from such documents alone.
+  ValueConversion(const MifCoding& side_file, const MifCoding& document);
+
+  const MifCoding& document() const { return document_; }
+
+  // A value of the document as the side file has it. Valid until the next call.
+  std::string_view to_side_file(std::string_view value);
+  // A value of the side file as the document has it. Valid until the next call.
+  std::string_view to_document(std::string_view value);
+  // Of the value that to_document() was asked for last: what the document cannot hold, a character (UTF-8) or a byte
+  // (as an escape); "" when it holds all.
+  std::string_view misfit() const { return misfit_; }
+
+ private:
+  const MifCoding& document_;
+  bool is_same_;
+  maker::StringConversion to_side_file_;
+  maker::StringConversion to_document_;
+  std::string_view misfit_;
+};
+
+}  // namespace kavo
