@@ -29,8 +29,14 @@ std::string shown(std::string_view coded) { return to_utf8(to_host_text(coded));
 
 class RoadCheck {
  public:
-  RoadCheck(K19FPWObj& driver, const std::u16string& document, const RoadLanguages& languages, RoadResult& result)
-      : driver_(driver), document_(document), name_(file_name_of(document)), languages_(languages), result_(result) {}
+  RoadCheck(K19FPWObj& driver, const std::u16string& document, MifBook* book, const RoadLanguages& languages,
+            RoadResult& result)
+      : driver_(driver),
+        document_(document),
+        name_(file_name_of(document)),
+        book_(book),
+        languages_(languages),
+        result_(result) {}
 
   void run(const ProgressEvent::Handler& progress) {
     // Rebuilding sets the font map of the document's folder, here a scratch folder.
@@ -90,17 +96,6 @@ class RoadCheck {
     return text;
   }
 
-  // The rebuilt document's path.
-  std::u16string rebuild(const std::u16string& tud) {
-    std::u16string name = tud;
-    std::u16string target;
-    std::int32_t preview = 0;
-    std::int32_t highlight = 0;
-    if (driver_.CreateTranslation(name, target, preview, highlight) != 0)
-      throw failure(FailureNumber::kInvalidCall, driver_.LastError());
-    return target;
-  }
-
   // What a step of the check fails with is a result of the check.
   template <class Step>
   void guarded(std::u16string& reason, Step&& step) const {
@@ -116,7 +111,7 @@ class RoadCheck {
   void check_unchanged(const Copy& plain, const std::vector<ProducedFile>& produced) {
     guarded(result_.unchanged_failure, [&] {
       const std::u16string repaired = result_.is_page ? repaired_page(plain, produced) : u"";
-      const std::u16string rebuilt = rebuild(produced[0].tud_name);
+      const std::u16string rebuilt = rebuild_document(driver_, produced[0].tud_name);
       result_.difference = first_difference(document_, rebuilt);
       if (!result_.difference || repaired.empty() || !first_difference(document_, repaired)) return;
       result_.was_repaired = true;
@@ -160,7 +155,9 @@ class RoadCheck {
         result_.texts += wanted.back()->size();
       }
       result_.documents = wanted.size();
-      const std::u16string rebuilt = rebuild(first[0].tud_name);
+      const std::u16string rebuilt = rebuild_document(driver_, first[0].tud_name);
+      if (book_ != nullptr)
+        result_.book_difference = first_difference(rebuilt, book_->rebuild(driver_, document_, languages));
       const std::vector<ProducedFile> second = prepare(copy_to("again", rebuilt).path, languages);
       for (std::size_t i = 0; i < first.size() && i < second.size(); ++i)
         compare(first[i], *wanted[i], BilingualDocument(second[i].tud_name), origin);
@@ -207,6 +204,7 @@ class RoadCheck {
   K19FPWObj& driver_;
   const std::u16string& document_;
   std::u16string name_;
+  MifBook* book_;
   const RoadLanguages& languages_;
   RoadResult& result_;
   WorkFolder folder_;
@@ -216,9 +214,9 @@ class RoadCheck {
 
 }  // namespace
 
-void check_road(K19FPWObj& driver, const std::u16string& document, const RoadLanguages& languages,
+void check_road(K19FPWObj& driver, const std::u16string& document, MifBook* book, const RoadLanguages& languages,
                 const ProgressEvent::Handler& progress, RoadResult& result) {
-  RoadCheck(driver, document, languages, result).run(progress);
+  RoadCheck(driver, document, book, languages, result).run(progress);
 }
 
 }  // namespace kavo

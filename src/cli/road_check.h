@@ -2,7 +2,8 @@
 //
 // Two runs: one without a translation, whose result must be the document byte for byte (or the document as its repair
 // left it), and one with every text pseudo-translated, whose result is prepared once more and must give these texts,
-// all of them, in order. Everything happens in a scratch folder; the document is only read.
+// all of them, in order. MIF documents of one folder share side files: each must come out of their common ones as it
+// does alone, byte for byte. Everything happens in a scratch folder; the document is only read.
 #pragma once
 
 #include <cstdint>
@@ -11,6 +12,7 @@
 #include <vector>
 
 #include "cli/file_comparison.h"
+#include "cli/mif_book.h"
 #include "cli/text_comparison.h"
 #include "common/line_index.h"
 #include "common/messages.h"
@@ -43,9 +45,12 @@ struct RoadResult {
   bool was_repaired = false;
   std::optional<FileDifference> difference;  // line and column of the source
   std::vector<RoadFinding> findings;
+  // Of a MIF document with others: its test translation together with theirs against that of the document alone.
+  std::optional<FileDifference> book_difference;
 
   bool survives() const {
-    return unchanged_failure.empty() && translated_failure.empty() && !difference && findings.empty();
+    return unchanged_failure.empty() && translated_failure.empty() && !difference && findings.empty() &&
+           !book_difference;
   }
 };
 
@@ -54,10 +59,10 @@ struct RoadLanguages {
   std::u16string target;
 };
 
-// Walks the road with the user's own options. Throws `failure` for a document that cannot be read, that is of a type
-// without a filter, or that the preparation refuses (without a description when the messages in `result` tell why), and
-// 18 when the user interrupts.
-void check_road(K19FPWObj& driver, const std::u16string& document, const RoadLanguages& languages,
+// Walks the road with the user's own options, a MIF document also together with the others of its book (not owned; may
+// be nullptr). Throws `failure` for a document that cannot be read, that is of a type without a filter, or that the
+// preparation refuses (without a description when the messages in `result` tell why), and 18 when the user interrupts.
+void check_road(K19FPWObj& driver, const std::u16string& document, MifBook* book, const RoadLanguages& languages,
                 const ProgressEvent::Handler& progress, RoadResult& result);
 
 }  // namespace kavo

@@ -1,11 +1,15 @@
 // kavo verify: whether documents survive the way into bilingual documents and back, told file by file.
 #include <algorithm>
 #include <array>
+#include <map>
+#include <memory>
 
 #include "cli/option_values.h"
 #include "cli/report.h"
 #include "cli/road_check.h"
 #include "cli/verb.h"
+#include "common/clsCommon.h"
+#include "driver/file_types.h"
 #include "platform/failure.h"
 #include "platform/files.h"
 #include "platform/unicode.h"
@@ -65,6 +69,8 @@ class Story {
     tell_repairs();
     tell_unchanged();
     tell_translated();
+    if (result_.book_difference)
+      tell(*result_.book_difference, "together with the other MIF documents: differs from its translation alone");
     return std::move(lines_);
   }
 
@@ -98,12 +104,15 @@ class Story {
       add(result_.was_repaired ? "unchanged: the repaired page came back, byte for byte"
                                : "unchanged: came back, byte for byte");
     } else {
-      const FileDifference& place = *result_.difference;
-      add(std::string("unchanged: differs from the ") + (result_.was_repaired ? "repaired page" : "source") +
-          " from line " + std::to_string(place.line) + ", column " + std::to_string(place.column) + " on");
-      add("    is       " + in_quotes(place.second));
-      add("    must be  " + in_quotes(place.first));
+      tell(*result_.difference,
+           std::string("unchanged: differs from the ") + (result_.was_repaired ? "repaired page" : "source"));
     }
+  }
+
+  void tell(const FileDifference& place, const std::string& heading) {
+    add(heading + " from line " + std::to_string(place.line) + ", column " + std::to_string(place.column) + " on");
+    add("    is       " + in_quotes(place.second));
+    add("    must be  " + in_quotes(place.first));
   }
 
   void tell_translated() {
@@ -141,6 +150,13 @@ class Story {
   std::vector<std::string> lines_;
 };
 
+nlohmann::ordered_json listed(const FileDifference& difference) {
+  return {{"line", difference.line},
+          {"column", difference.column},
+          {"expected", difference.first},
+          {"found", difference.second}};
+}
+
 nlohmann::ordered_json details_of(const RoadResult& result, const std::string& file) {
   using nlohmann::ordered_json;
   ordered_json details;
@@ -154,11 +170,8 @@ nlohmann::ordered_json details_of(const RoadResult& result, const std::string& f
   if (!result.unchanged_failure.empty()) unchanged = "failed";
   details["unchanged"] = unchanged;
   if (!result.unchanged_failure.empty()) details["unchanged_reason"] = to_utf8(result.unchanged_failure);
-  if (result.difference)
-    details["difference"] = {{"line", result.difference->line},
-                             {"column", result.difference->column},
-                             {"expected", result.difference->first},
-                             {"found", result.difference->second}};
+  if (result.difference) details["difference"] = listed(*result.difference);
+  if (result.book_difference) details["together"] = listed(*result.book_difference);
   details["translated"] =
       !result.translated_failure.empty() ? "failed" : (result.findings.empty() ? "same" : "different");
   if (!result.translated_failure.empty()) details["translated_reason"] = to_utf8(result.translated_failure);
@@ -197,7 +210,7 @@ class Verify final : public Verb {
     RoadResult result;
     ++files_;
     try {
-      check_road(*driver_, file, languages_, progress, result);
+      check_road(*driver_, file, book_of(file), languages_, progress, result);
     } catch (const failure& reason) {
       if (reason.is(FailureNumber::kInterrupted)) throw;
       outcome.ending = Outcome::kFailed;
@@ -228,6 +241,22 @@ class Verify final : public Verb {
   }
 
  private:
+  // The MIF documents of the file's folder; nullptr for a file that is none, or that is alone.
+  MifBook* book_of(const std::u16string& file) {
+    if (FileTypeOf(file) != kMifDocument) return nullptr;
+    const std::u16string folder = clsCommon().strParseFileName(file, 0);
+    std::unique_ptr<MifBook>& book = books_[folder];
+    if (book) return book.get();
+    std::vector<std::u16string> documents;
+    for (const std::u16string& other : files)
+      if (FileTypeOf(other) == kMifDocument && clsCommon().strParseFileName(other, 0) == folder &&
+          std::ranges::find(documents, other) == documents.end())
+        documents.push_back(other);
+    if (documents.size() < 2) return nullptr;
+    book = std::make_unique<MifBook>(std::move(documents));
+    return book.get();
+  }
+
   std::string source_ = "EN-US";
   std::string target_ = "FR";
   bool strict_ = false;
@@ -236,6 +265,7 @@ class Verify final : public Verb {
   std::size_t files_ = 0;
   std::size_t survived_ = 0;
   std::uint64_t texts_ = 0;
+  std::map<std::u16string, std::unique_ptr<MifBook>> books_;  // by folder
 };
 
 constexpr VerbEntry kVerbs[] = {

@@ -145,6 +145,35 @@ TEST_F(VerifyCommand, FilesThatCannotTakeTheRoadFail) {
   }
 }
 
+TEST_F(VerifyCommand, MifDocumentsOfSeveralVersionsAreCheckedTogether) {
+  const auto document = [](const std::string& version, const std::string& word) {
+    return "<MIFFile " + version + ">\n<XRefFormats <XRefFormat <XRefName `Page'> <XRefDef `" + word +
+           " <$pagenum\\>'>>>\n<Marker <MTypeName `Index'> <MText `" + word + "'>>\n<Para <ParaLine <String `" + word +
+           "'>>>\n";
+  };
+  const std::string old_word = "na\\x95 ve", new_word = "na\xC3\xAFve";
+  const std::string a = put(u"a.mif", document("4.00", old_word)), b = put(u"b.mif", document("10.0", new_word)),
+                    c = put(u"c.mif", document("7.00", old_word));
+  const Ran ran = run_kavo({"verify", a, b, c});
+  EXPECT_EQ(ran.code, 0) << ran.output << ran.errors;
+  EXPECT_NE(ran.output.find("3 of 3 files survive, 9 texts"), std::string::npos) << ran.output;
+  EXPECT_EQ(folder.entry_count(), 3u);
+}
+
+// Two entries of one tag cannot be told apart in a common side file, while each document alone has one of them.
+TEST_F(VerifyCommand, AMergeThatGivesADocumentTheTextOfAnotherIsNoticed) {
+  const std::string a = put(u"a.mif", "<MIFFile 7.00>\n<XRefFormats <XRefName `P : on'> <XRefDef `page'>>\n");
+  const std::string b = put(u"b.mif", "<MIFFile 7.00>\n<XRefFormats <XRefName `P'> <XRefDef `on : page'>>\n");
+  EXPECT_EQ(run_kavo({"verify", a}).code, 0);
+  EXPECT_EQ(run_kavo({"verify", b}).code, 0);
+  const Ran ran = run_kavo({"verify", a, b});
+  EXPECT_EQ(ran.code, 3) << ran.errors;
+  EXPECT_NE(ran.output.find("FAILED  " + b), std::string::npos) << ran.output;
+  EXPECT_NE(ran.output.find("together with the other MIF documents: differs from its translation alone from line 2"),
+            std::string::npos)
+      << ran.output;
+}
+
 TEST_F(VerifyCommand, SeveralFilesAreSummedUp) {
   const Ran ran = run_kavo({"verify", put(u"a.txt", "One\n"), put(u"b.txt", "Two\nThree\n"), path(u"missing.txt")});
   EXPECT_EQ(ran.code, 1);
