@@ -61,6 +61,10 @@ const Case kStructure[] = {
      "<Para <ParaLine <String `hy'> <Char SoftHyphen >> <ParaLine <String `phen x'>>>",
      {u"hyphen x"},
      "<Para <ParaLine <String `hyphen X'>>>"},
+    {"nor is it as an escape",
+     "<Para <ParaLine <String `hy\\x06 '>> <ParaLine <String `phen x'>>>",
+     {u"hyphen x"},
+     "<Para <ParaLine <String `hyphen X'>>>"},
     {"several statements on a line",
      para("<String `a x'><Char Tab><String `b'>"),
      {u"a x\tb"},
@@ -412,6 +416,21 @@ TEST_F(MifFilterTest, SideTextsShowTheirTagAndStayOneString) {
   bilingual.save();
   std::string expected(document);
   expected.replace(expected.find("x\\x11 "), 6, "\\x11 \\x15 X ");
+  EXPECT_EQ(rebuild(tud, mif_road()), expected);
+}
+
+TEST_F(MifFilterTest, ASideTextOfAnOldVersionHoldsCharactersThatOnlyNewDocumentsHave) {
+  const std::string document =
+      "<MIFFile 7.00>\r\n<TextFlow \r\n <Para \r\n  <KAVOTag `p : \\u0436'>\r\n  <ParaLine \r\n   <String "
+      "`\\u0436'>\r\n  >\r\n >\r\n>\r\n";
+  put(u"KAVO_xr.mif", document);
+  const std::u16string tud = convert(u"KAVO_xr.mif", mif_road());
+  EXPECT_EQ(sources(tud), std::vector<std::u16string>{u"\u0436"});
+  BilingualDocument bilingual(tud);
+  bilingual.set_segment(0, "\u00E9\u0432\U0001F600", TranslationStatus::kTranslated, 0);
+  bilingual.save();
+  std::string expected(document);
+  expected.replace(expected.rfind("\\u0436"), 6, "\\x8e \\u0432\\ud83d\\ude00");
   EXPECT_EQ(rebuild(tud, mif_road()), expected);
 }
 
