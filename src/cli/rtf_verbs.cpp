@@ -40,10 +40,18 @@ class RtfVerb : public Verb {
 };
 
 class Extract final : public RtfVerb {
-  std::int32_t operate(clsRTFUtil& rtf) const override { return rtf.ExtractObjects(); }
+  void add_options(CLI::App& app) override {
+    RtfVerb::add_options(app);
+    app.add_flag("--overwrite", overwrite_, "Replace an object file that was not made from this document");
+  }
+  std::int32_t operate(clsRTFUtil& rtf) const override {
+    if (overwrite_) rtf.overwrite_object_file();
+    return rtf.ExtractObjects();
+  }
   void add_produced(const clsRTFUtil& rtf, Outcome& outcome) const override {
     outcome.produced = {{rtf.RTFFile(), kRtfDocument}, {rtf.ObjFile(), kUnknownFile}};
   }
+  bool overwrite_ = false;
 };
 
 class Insert final : public RtfVerb {

@@ -17,6 +17,7 @@
 #include "office/clsPPTUtil.h"
 #include "office/clsRTFUtil.h"
 #include "office/clsXLSUtil.h"
+#include "office/rtf_insertion.h"
 #include "platform/failure.h"
 #include "platform/unicode.h"
 
@@ -149,7 +150,8 @@ bool PostProcessing::RebuildDocument() {
   objects.Progress([&](std::int16_t percent) { observer_.tell_progress(document_, percent); });
   objects.RTFFile(result_);
   objects.ObjFile(name_.file_name(1, u"obj", false));
-  if (is_file(objects.ObjFile())) {
+  // Without an object file there is nothing to put back, unless the document says that there was.
+  if (is_file(objects.ObjFile()) || holds_object_markers(result_)) {
     const bool inserted = objects.InsertObjects() == 0;
     observer_.tell_all(objects.ErrorList());
     if (!inserted) return false;

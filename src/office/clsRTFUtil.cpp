@@ -11,7 +11,7 @@ namespace kavo {
 std::int32_t clsRTFUtil::ExtractObjects() {
   return run([this](const std::u16string& temporary_file) {
     RtfExtraction extraction(rtf_file_, temporary_file, obj_file_);
-    extraction.run(progress_);
+    extraction.run(progress_, overwrites_object_file_);
     object_count_ = extraction.count();
     return true;
   });

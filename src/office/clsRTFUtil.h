@@ -24,11 +24,13 @@ class clsRTFUtil {
   const std::u16string& ObjFile() const { return obj_file_; }
   void ObjFile(std::u16string_view value) { obj_file_ = value; }
 
+  // From here on ExtractObjects replaces whatever lies under the name of ObjFile.
+  void overwrite_object_file() { overwrites_object_file_ = true; }
+
   // Each rewrites RTFFile through the temporary file RTFFile & ".kavo.tmp" and answers 0, or 1 with the reason in
   // ErrorList(). After a 1 of ExtractObjects both files are as they were: a file could not be read or written, the
-  // document already holds markers, or the two names mean one file. After a 1 of InsertObjects the document is as it
-  // was, or all of it was rewritten and those markers stayed whose objects are missing. An interruption by the user is
-  // thrown (`failure` 18) and leaves both files as they were.
+  // document is not RTF or already holds markers, the old ObjFile has other content, or the two names mean one file. After a 1 of InsertObjects the document is as it was, or all of it was rewritten and those markers stayed
+  // whose objects are missing. An interruption by the user is thrown (`failure` 18) and leaves both files as they were.
   std::int32_t ExtractObjects();
   std::int32_t InsertObjects();
 
@@ -43,6 +45,7 @@ class clsRTFUtil {
 
   std::u16string rtf_file_;
   std::u16string obj_file_;
+  bool overwrites_object_file_ = false;
   ProgressEvent progress_;
   MessageList errors_;
   std::uint64_t object_count_ = 0;

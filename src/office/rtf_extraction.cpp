@@ -8,6 +8,8 @@
 #include "office/object_file.h"
 #include "office/rtf_text.h"
 #include "platform/failure.h"
+#include "platform/files.h"
+#include "platform/unicode.h"
 
 namespace kavo {
 namespace {
@@ -57,13 +59,15 @@ PendingFile open_object_file(std::u16string_view path) {
   }
 }
 
-void complete_object_file(PendingFile& objects) {
+// The old file of the name would be lost; a failure says which one that is.
+void refuse_to_lose_old_objects(PendingFile& objects) {
   try {
     refuse_to_lose_objects(objects);
   } catch (const failure& reason) {
-    throw failure(reason.number(),
-                  u"The object file cannot be replaced: " + objects.final_path() + u" (" + reason.description() + u")",
-                  reason.source());
+    throw failure(
+        reason.number(),
+        u"The object file " + to_utf16(path_to_host(objects.final_path())) + u" is not replaced. " + reason.description(),
+        reason.source());
   }
 }
 
@@ -71,18 +75,18 @@ void complete_object_file(PendingFile& objects) {
 
 RtfExtraction::RtfExtraction(std::u16string_view rtf_file, std::u16string_view temporary_file,
                              std::u16string_view object_file)
-    : reader_(rtf_file), text_(rtf_file, temporary_file), objects_(open_object_file(object_file)) {}
+    : reader_(open_rtf(rtf_file)), text_(rtf_file, temporary_file), objects_(open_object_file(object_file)) {}
 
-void RtfExtraction::run(ProgressEvent& progress) {
-  state_ = is_rtf(reader_) ? State::kText : State::kForeign;
+void RtfExtraction::run(ProgressEvent& progress, bool overwrites_objects) {
   for_each_pass(reader_, progress,
                 [this](const char* p, const char* limit, const char* end) { return scan(p, limit, end); });
   // The document ended inside a group: the closing marker gets a line of its own all the same.
   if (state_ == State::kGroup || state_ == State::kData) objects_.write(kLineEnd);
   write_marker_line(count_ + 1);
-  complete_object_file(objects_);
+  objects_.complete();
   // A marker line inside an object would be taken for its end.
   if (RtfObjectFile(objects_.temporary_path()).size() != count_) refuse_markers();
+  if (!overwrites_objects) refuse_to_lose_old_objects(objects_);
   reader_ = BlockReader();  // Windows replaces no file that is open
   objects_.commit();
   text_.commit();
@@ -96,9 +100,6 @@ void RtfExtraction::write_marker_line(std::uint64_t number) {
 const char* RtfExtraction::scan(const char* p, const char* limit, const char* end) {
   while (p < limit) {
     switch (state_) {
-      case State::kForeign:
-        p = scan_foreign(p, limit);
-        break;
       case State::kText:
         p = scan_text(p, limit, end);
         break;
@@ -111,11 +112,6 @@ const char* RtfExtraction::scan(const char* p, const char* limit, const char* en
     }
   }
   return p;
-}
-
-const char* RtfExtraction::scan_foreign(const char* p, const char* limit) {
-  text_.write(between(p, limit));
-  return limit;
 }
 
 const char* RtfExtraction::scan_text(const char* p, const char* limit, const char* end) {

@@ -24,14 +24,11 @@ const char* find_marker(const char* p, const char* limit, const char* end) {
 
 RtfInsertion::RtfInsertion(std::u16string_view rtf_file, std::u16string_view temporary_file,
                            std::u16string_view object_file)
-    : reader_(rtf_file), text_(rtf_file, temporary_file), object_path_(object_file) {}
+    : reader_(open_rtf(rtf_file)), text_(rtf_file, temporary_file), object_path_(object_file) {}
 
 void RtfInsertion::run(ProgressEvent& progress, MessageList& messages) {
-  const bool rtf = is_rtf(reader_);
   for_each_pass(reader_, progress, [&](const char* p, const char* limit, const char* end) {
-    if (rtf) return scan(p, limit, end, messages);
-    text_.write({p, static_cast<std::size_t>(limit - p)});
-    return limit;
+    return scan(p, limit, end, messages);
   });
   if (objects_ && missing_ != 0)
     messages.push_back({u"The object file lacks " + to_utf16(std::to_string(missing_)) +
@@ -67,6 +64,17 @@ void RtfInsertion::open_objects(MessageList& messages) {
     if (reason.is(FailureNumber::kInterrupted)) throw;
     messages.push_back({u"The object file cannot be opened: " + reason.description()});
   }
+}
+
+bool holds_object_markers(std::u16string_view path) {
+  BlockReader document(path);
+  ProgressEvent no_progress;
+  bool found = false;
+  for_each_pass(document, no_progress, [&](const char* p, const char* limit, const char* end) {
+    found = found || find_marker(p, limit, end) != limit;
+    return limit;
+  });
+  return found;
 }
 
 }  // namespace kavo

@@ -19,7 +19,8 @@ namespace kavo {
 
 class RtfInsertion {
  public:
-  // Opens the document; throws `failure`, as does run(). The document keeps its content before run() ends.
+  // Opens the document; throws `failure`, as does run(), also for a document that is not RTF. The document keeps its
+  // content before run() ends.
   RtfInsertion(std::u16string_view rtf_file, std::u16string_view temporary_file, std::u16string_view object_file);
   // The whole document. What kept markers from being replaced is added to `messages`.
   void run(ProgressEvent& progress, MessageList& messages);
@@ -39,5 +40,8 @@ class RtfInsertion {
   std::uint64_t missing_ = 0;
   std::u16string first_missing_;
 };
+
+// Whether the file holds the text of a marker. Throws `failure`.
+bool holds_object_markers(std::u16string_view path);
 
 }  // namespace kavo

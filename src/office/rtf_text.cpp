@@ -2,6 +2,8 @@
 
 #include <charconv>
 
+#include "platform/failure.h"
+
 namespace kavo {
 
 std::string marker_text(std::uint64_t number) {
@@ -21,11 +23,22 @@ std::optional<Marker> read_marker(const char* p, const char* end) {
   return Marker{number, static_cast<std::size_t>(digits_end - p) + kMarkerEnd.size()};
 }
 
-bool is_rtf(BlockReader& document) {
-  constexpr std::string_view signature = "{\\rtf";
-  while (document.window().size() < signature.size() && document.more()) {
-  }
-  return document.window().starts_with(signature);
+BlockReader open_rtf(std::u16string_view path) {
+  constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF", white_space = " \t\r\n\v\f", signature = "{\\rtf";
+  BlockReader document(path);
+  const auto begins_with = [&](std::string_view text) {
+    while (document.window().size() < text.size() && document.more()) {
+    }
+    return document.window().starts_with(text);
+  };
+  if (begins_with(byte_order_mark)) document.consume(byte_order_mark.size());
+  do {
+    document.consume(std::min(document.window().find_first_not_of(white_space), document.window().size()));
+  } while (document.window().empty() && document.more());
+  if (!begins_with(signature))
+    throw failure(FailureNumber::kInvalidCall, u"This is not an RTF document: it does not begin with {\\rtf");
+  if (document.position() != 0) document.seek(0);
+  return document;
 }
 
 }  // namespace kavo

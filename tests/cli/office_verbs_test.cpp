@@ -72,6 +72,46 @@ TEST_F(OfficeVerbs, RtfSecondExtractionIsRefused) {
   EXPECT_EQ(folder.read(u"letter.obj"), "objects");
 }
 
+TEST_F(OfficeVerbs, RtfExtractionKeepsAFileThatHoldsSomethingElse) {
+  put(u"letter.rtf", kLetter);
+  put(u"keep.txt", "my notes");
+  Ran ran = run_kavo({"rtf", "extract", path(u"letter.rtf"), "--objects", path(u"keep.txt")});
+  EXPECT_EQ(ran.code, 1);
+  EXPECT_EQ(ran.errors.find(path(u"letter.rtf") + ": The object file " + path(u"keep.txt") + " is not replaced. "), 0u)
+      << ran.errors;
+  EXPECT_EQ(folder.read(u"letter.rtf"), kLetter);
+  EXPECT_EQ(folder.read(u"keep.txt"), "my notes");
+  EXPECT_EQ(folder.entry_count(), 2u);
+  ran = run_kavo({"rtf", "extract", path(u"letter.rtf"), "--objects", path(u"keep.txt"), "--overwrite"});
+  EXPECT_EQ(ran.code, 0) << ran.errors;
+  EXPECT_EQ(folder.read(u"letter.rtf"), kMarked);
+  EXPECT_EQ(run_kavo({"rtf", "insert", path(u"letter.rtf"), "--overwrite"}).code, 2);
+}
+
+TEST_F(OfficeVerbs, RtfThatIsNotRtfIsAFailureThatMakesNothing) {
+  for (const char* verb : {"extract", "insert"}) {
+    for (const std::string_view content : {std::string_view(""), kLetter.substr(1), kMarked.substr(1)}) {
+      const Ran ran = run_kavo({"rtf", verb, put(u"letter.rtf", content)});
+      EXPECT_EQ(ran.code, 1);
+      EXPECT_EQ(ran.errors.find(path(u"letter.rtf") + ": This is not an RTF document"), 0u) << ran.errors;
+      EXPECT_EQ(ran.output, "");
+      EXPECT_EQ(folder.read(u"letter.rtf"), content);
+      EXPECT_EQ(folder.entry_count(), 1u);
+    }
+  }
+}
+
+TEST_F(OfficeVerbs, RtfBehindAByteOrderMarkOrWhiteSpaceIsExtracted) {
+  for (const std::string start : {"\xEF\xBB\xBF", "\r\n ", "\xEF\xBB\xBF\n"}) {
+    Ran ran = run_kavo({"rtf", "extract", put(u"letter.rtf", start + std::string(kLetter))});
+    EXPECT_EQ(ran.code, 0) << ran.errors;
+    EXPECT_EQ(folder.read(u"letter.rtf"), start + std::string(kMarked));
+    ran = run_kavo({"rtf", "insert", path(u"letter.rtf")});
+    EXPECT_EQ(ran.code, 0) << ran.errors;
+    EXPECT_EQ(folder.read(u"letter.rtf"), start + std::string(kLetter));
+  }
+}
+
 TEST_F(OfficeVerbs, MissingFilesOfTheOfficeVerbsAreReported) {
   const std::vector<std::vector<std::string>> verbs{
       {"word", "to-rtf", path(u"a.doc")},       {"word", "to-doc", path(u"a.rtf")},

@@ -409,6 +409,16 @@ TEST_F(RebuildDocument, WithoutAnObjectFileTheDocumentStaysAsTheFilterMadeIt) {
   EXPECT_EQ(files.get(in(u"letter_FR.rtf")), "made");
 }
 
+TEST_F(RebuildDocument, MarkersWithoutAnObjectFileAreCode6) {
+  suite.target_name = in(u"letter_FR.rtf");
+  add_file(u"letter_FR.rtf", rtf);
+  put(u"letter_rtf_FR.tud.skl", "skeleton");
+  EXPECT_EQ(create(u"letter_rtf_FR.tud"), 6);
+  ASSERT_FALSE(messages.empty());
+  EXPECT_NE(testing::PrintToString(messages).find("object file cannot be opened"), std::string::npos)
+      << testing::PrintToString(messages);
+}
+
 TEST_F(RebuildDocument, ObjectsThatAreMissingAreCode6) {
   put(u"report_doc.obj", "{\\v\\mor OBJ 7 }\r\n{\\pict 00}\r\n{\\v\\mor OBJ 8 }\r\n");
   put(u"report_doc_FR.rtf", "old target");

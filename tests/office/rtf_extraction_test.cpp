@@ -8,6 +8,7 @@
 #include "office/rtf_fixture.h"
 #include "office/rtf_model.h"
 #include "platform/failure.h"
+#include "platform/unicode.h"
 #include "support/splits.h"
 
 namespace kavo::test {
@@ -25,7 +26,6 @@ struct Case {
 const Case kCases[] = {
     {"a document without pictures or objects is copied unchanged", R"({\rtf1 Hello {\b world}.\par})",
      R"({\rtf1 Hello {\b world}.\par})", "{\\v\\mor OBJ 1 }\r\n"},
-    {"an empty file has no objects", "", "", "{\\v\\mor OBJ 1 }\r\n"},
     {"a picture leaves its marker", R"({\rtf1 a{\pict\wmetafile8 0123}b})", R"({\rtf1 a{\v\mor OBJ 1 }b})",
      "{\\v\\mor OBJ 1 }\r\n{\\pict\\wmetafile8 0123}\r\n{\\v\\mor OBJ 2 }\r\n"},
     {"pictures and objects are numbered in document order", R"({\rtf1{\object{\*\objdata 01}}{\pict 2}{\object 3}})",
@@ -65,8 +65,13 @@ const Case kCases[] = {
      R"({\rtf1 a{\v\mor OBJ 1 })", "{\\v\\mor OBJ 1 }\r\n{\\pict 01{\r\n{\\v\\mor OBJ 2 }\r\n"},
     {"a document that ends inside raw data does too", R"({\rtf1 a{\pict\bin99 }})", R"({\rtf1 a{\v\mor OBJ 1 })",
      "{\\v\\mor OBJ 1 }\r\n{\\pict\\bin99 }}\r\n{\\v\\mor OBJ 2 }\r\n"},
-    {"a document that is no RTF is copied unchanged", R"(plain {\pict 00} text)", R"(plain {\pict 00} text)",
-     "{\\v\\mor OBJ 1 }\r\n"},
+    {"a byte order mark may stand before the document", "\xEF\xBB\xBF{\\rtf1 {\\pict 0}}",
+     "\xEF\xBB\xBF{\\rtf1 {\\v\\mor OBJ 1 }}", "{\\v\\mor OBJ 1 }\r\n{\\pict 0}\r\n{\\v\\mor OBJ 2 }\r\n"},
+    {"white space may stand before the document", " \t\r\n\v\f{\\rtf1 {\\pict 0}}",
+     " \t\r\n\v\f{\\rtf1 {\\v\\mor OBJ 1 }}", "{\\v\\mor OBJ 1 }\r\n{\\pict 0}\r\n{\\v\\mor OBJ 2 }\r\n"},
+    {"both may stand before the document", "\xEF\xBB\xBF\r\n{\\rtf1 {\\pict 0}}",
+     "\xEF\xBB\xBF\r\n{\\rtf1 {\\v\\mor OBJ 1 }}",
+     "{\\v\\mor OBJ 1 }\r\n{\\pict 0}\r\n{\\v\\mor OBJ 2 }\r\n"},
     {"a second document in the first is kept", R"({\rtf1 a}{\rtf1 b{\pict 0}})", R"({\rtf1 a}{\rtf1 b{\v\mor OBJ 1 }})",
      "{\\v\\mor OBJ 1 }\r\n{\\pict 0}\r\n{\\v\\mor OBJ 2 }\r\n"},
     {"zero bytes and text behind the last brace are kept", "{\\rtf1 a\0{\\pict \0}\0}\0tail\r\n"sv,
@@ -163,6 +168,90 @@ TEST_F(RtfExtractionTest, TheObjectsOfAMifDocumentAreNotReplaced) {
   EXPECT_EQ(util.ExtractObjects(), 1);
   EXPECT_EQ(files.get(kObjects), objects);
   EXPECT_EQ(files.get(kDocument), "{\\rtf1 {\\pict 0}}");
+}
+
+TEST_F(RtfExtractionTest, ADocumentThatIsNotRtfFailsWithAMessageAndNothingIsMade) {
+  const std::string_view documents[] = {"",
+                                        "plain {\\pict 00} text",
+                                        "{\\rt",
+                                        "{\\RTF1 {\\pict 0}}",
+                                        "\xEF\xBB\xBF",
+                                        "\xEF\xBB{\\rtf1 {\\pict 0}}",
+                                        " \xEF\xBB\xBF{\\rtf1 {\\pict 0}}",
+                                        "\r\n ",
+                                        "x{\\rtf1 {\\pict 0}}"};
+  for (const std::string_view document : documents) {
+    SCOPED_TRACE(document);
+    EXPECT_FALSE(model_extract(document));
+    EXPECT_EQ(same_for_every_block_size(document.size(),
+                                        [&](std::size_t block_size) {
+                                          BlockSizeScope scope(block_size);
+                                          return extract(document);
+                                        }),
+              (RtfOutcome{1, std::string(document), std::string(kNoObjects), 2}));
+  }
+  files.remove_file(kObjects);
+  clsRTFUtil util;
+  util.RTFFile(kDocument);
+  EXPECT_EQ(util.ExtractObjects(), 1);
+  ASSERT_EQ(util.ErrorList().size(), 1u);
+  EXPECT_EQ(util.ErrorList()[0].text, u"This is not an RTF document: it does not begin with {\\rtf");
+  EXPECT_EQ(files.all_files().size(), 1u);
+}
+
+TEST_F(RtfExtractionTest, AnyAmountOfWhiteSpaceMayStandBeforeTheDocument) {
+  const std::string blanks(1'000'000, ' ');
+  EXPECT_EQ(extract(blanks + "{\\rtf1 {\\pict 0}}").rtf, blanks + "{\\rtf1 {\\v\\mor OBJ 1 }}");
+  EXPECT_EQ(extract(blanks).result, 1);
+}
+
+TEST_F(RtfExtractionTest, AnObjectFileThatHoldsAnythingElseIsReplacedOnlyOnRequest) {
+  const std::string_view document = R"({\rtf1 {\pict 0}{\object 1}})";
+  const std::string made =
+      "{\\v\\mor OBJ 1 }\r\n{\\pict 0}\r\n{\\v\\mor OBJ 2 }\r\n{\\object 1}\r\n{\\v\\mor OBJ 3 }\r\n";
+  const struct {
+    const char* name;
+    std::string old;
+    bool is_replaced;
+  } cases[] = {
+      {"that of the same objects", made, true},
+      {"one without objects", std::string(kNoObjects), true},
+      {"one with an object more", made + "{\\pict 2}\r\n{\\v\\mor OBJ 4 }\r\n", false},
+      {"one with another object", "{\\v\\mor OBJ 1 }\r\n{\\pict 9}\r\n{\\v\\mor OBJ 2 }\r\n", false},
+      {"one with the same objects under other numbers",
+       "{\\v\\mor OBJ 1 }\r\n{\\object 1}\r\n{\\v\\mor OBJ 2 }\r\n{\\pict 0}\r\n{\\v\\mor OBJ 3 }\r\n", false},
+      {"a compiler's", std::string("\x64\x86\x02\0\0\0\0\0", 8), false},
+      {"a note", "keep me", false},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    for (const std::size_t block_size : {0u, 1u, 3u, 40u}) {
+      BlockSizeScope scope(block_size);
+      files.put(kDocument, document);
+      files.put(kObjects, c.old);
+      clsRTFUtil util;
+      util.RTFFile(kDocument);
+      if (!c.is_replaced) {
+        EXPECT_EQ(util.ExtractObjects(), 1);
+        ASSERT_EQ(util.ErrorList().size(), 1u);
+        EXPECT_TRUE(util.ErrorList()[0].text.starts_with(u"The object file " + to_utf16(path_to_host(kObjects)) +
+                                                         u" is not replaced. It holds something else"));
+        EXPECT_EQ(outcome(1), (RtfOutcome{1, std::string(document), c.old, 2}));
+        util.overwrite_object_file();
+      }
+      EXPECT_EQ(util.ExtractObjects(), 0);
+      EXPECT_EQ(outcome(0), (RtfOutcome{0, R"({\rtf1 {\v\mor OBJ 1 }{\v\mor OBJ 2 }})", made, 2}));
+    }
+  }
+}
+
+TEST_F(RtfExtractionTest, TheObjectsOfTheSameDocumentMoveAgain) {
+  const std::string_view document = R"({\rtf1 {\pict 0}{\object 1}})";
+  ASSERT_EQ(extract(document).result, 0);
+  ASSERT_EQ(insert().rtf, document);
+  clsRTFUtil util;
+  util.RTFFile(kDocument);
+  EXPECT_EQ(util.ExtractObjects(), 0) << "nothing has to be allowed";
 }
 
 TEST_F(RtfExtractionTest, LeftOverTemporaryFileIsReplaced) {

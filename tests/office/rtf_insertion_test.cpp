@@ -6,6 +6,7 @@
 #include "common/block_reader.h"
 #include "office/clsRTFUtil.h"
 #include "office/rtf_fixture.h"
+#include "office/rtf_insertion.h"
 #include "office/rtf_model.h"
 #include "support/splits.h"
 
@@ -46,7 +47,8 @@ const Case kCases[] = {
     {"a marker behind a broken one is found", 1, R"({\rtf1 {\v\mor OBJ {\v\mor OBJ 1 })", kThree,
      R"({\rtf1 {\v\mor OBJ one)"},
     {"a document without markers is copied", 0, R"({\rtf1 text{\v hidden}})", kThree, R"({\rtf1 text{\v hidden}})"},
-    {"a document that is no RTF is copied", 0, R"(text {\v\mor OBJ 1 })", kThree, R"(text {\v\mor OBJ 1 })"},
+    {"a byte order mark and white space may stand before the document", 0,
+     "\xEF\xBB\xBF \r\n{\\rtf1 {\\v\\mor OBJ 1 }}", kThree, "\xEF\xBB\xBF \r\n{\\rtf1 one}"},
     {"the first bytes of an object may be a line end", 0, R"({\rtf1 {\v\mor OBJ 1 })",
      "{\\v\\mor OBJ 1 }\r\n\r\nx\r\n{\\v\\mor OBJ 2 }\r\n", "{\\rtf1 \r\nx"},
     {"an empty object", 0, R"({\rtf1 {\v\mor OBJ 1 }{\v\mor OBJ 2 }.)",
@@ -78,7 +80,43 @@ TEST_F(RtfInsertionTest, CasesCutEverywhere) {
         });
     EXPECT_EQ(got, (RtfOutcome{c.result, std::string(c.expected), std::string(c.objects), 2}));
     EXPECT_EQ(got.rtf, model_insert(c.document, c.objects).rtf);
-    EXPECT_EQ(got.result, model_insert(c.document, c.objects).missing == 0 ? 0 : 1);
+    EXPECT_EQ(got.result, model_insert(c.document, c.objects).result);
+  }
+}
+
+TEST_F(RtfInsertionTest, ADocumentThatIsNotRtfFailsWithAMessageAndStays) {
+  for (const std::string_view document : {"", "text", R"(text {\v\mor OBJ 1 })"}) {
+    SCOPED_TRACE(document);
+    files.put(kDocument, document);
+    files.put(kObjects, kThree);
+    clsRTFUtil util;
+    util.RTFFile(kDocument);
+    EXPECT_EQ(util.InsertObjects(), 1);
+    ASSERT_EQ(util.ErrorList().size(), 1u);
+    EXPECT_EQ(util.ErrorList()[0].text, u"This is not an RTF document: it does not begin with {\\rtf");
+    EXPECT_EQ(outcome(1), (RtfOutcome{1, std::string(document), std::string(kThree), 2}));
+  }
+}
+
+TEST_F(RtfInsertionTest, MarkersOfAnyDocumentAreSeen) {
+  const struct {
+    std::string_view document;
+    bool expected;
+  } cases[] = {{"", false},
+               {"made", false},
+               {R"({\rtf1 {\pict 0}})", false},
+               {R"({\rtf1 {\v\mor OBJ 1 }})", true},
+               {R"({\rtf1 {\v\mor OBJ x)", true},
+               {R"(text {\v\mor OBJ 1 })", true}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.document);
+    files.put(kDocument, c.document);
+    EXPECT_EQ(same_for_every_block_size(c.document.size(),
+                                        [&](std::size_t block_size) {
+                                          BlockSizeScope scope(block_size);
+                                          return holds_object_markers(kDocument);
+                                        }),
+              c.expected);
   }
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cctype>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -16,8 +17,8 @@ struct ModelExtraction {
 };
 
 struct ModelInsertion {
+  std::int32_t result = 0;
   std::string rtf;
-  std::size_t missing = 0;
 };
 
 namespace model {
@@ -25,6 +26,12 @@ namespace model {
 inline const std::string kStart = "{\\v\\mor OBJ ";
 
 inline std::string marker(std::size_t number) { return kStart + std::to_string(number) + " }"; }
+
+inline bool is_rtf(std::string_view text) {
+  std::size_t at = text.substr(0, 3) == "\xEF\xBB\xBF" ? 3 : 0;
+  while (at < text.size() && std::isspace(static_cast<unsigned char>(text[at]))) ++at;
+  return text.substr(at, 5) == "{\\rtf";
+}
 
 // Length of the marker line "{\v\mor OBJ n } CR LF" at a position; 0 when none stands there.
 inline std::size_t marker_line(std::string_view text, std::size_t at) {
@@ -77,14 +84,10 @@ inline std::size_t group_end(std::string_view text, std::size_t at) {
 
 }  // namespace model
 
-// Nothing for a document that is refused because it holds a marker already.
+// Nothing for a document that is refused because it is not RTF or holds a marker already.
 inline std::optional<ModelExtraction> model_extract(std::string_view document) {
   ModelExtraction result;
-  if (document.substr(0, 5) != "{\\rtf") {
-    result.rtf = document;
-    result.objects = model::marker(1) + "\r\n";
-    return result;
-  }
+  if (!model::is_rtf(document)) return std::nullopt;
   for (std::size_t i = 0; i < document.size();) {
     if (document.substr(i, model::kStart.size()) == model::kStart) return std::nullopt;
     if (document.substr(i, 6) == "{\\pict" || document.substr(i, 8) == "{\\object") {
@@ -105,7 +108,7 @@ inline std::optional<ModelExtraction> model_extract(std::string_view document) {
 }
 
 inline ModelInsertion model_insert(std::string_view rtf, std::string_view objects) {
-  if (rtf.substr(0, 5) != "{\\rtf") return {std::string(rtf), 0};
+  if (!model::is_rtf(rtf)) return {.result = 1, .rtf = std::string(rtf)};
   ModelInsertion result;
   std::size_t place = 0;
   const auto look_up = [&](std::string_view wanted) -> std::optional<std::string> {
@@ -138,7 +141,7 @@ inline ModelInsertion model_insert(std::string_view rtf, std::string_view object
         continue;
       }
     }
-    ++result.missing;
+    result.result = 1;
     result.rtf += model::kStart;
     i += model::kStart.size();
   }

@@ -46,7 +46,7 @@ inline std::string broken_rtf_property(std::string_view input) {
     files.put(document_name, document);
     files.put(objects_name, objects);
     const auto model = model_insert(document, objects);
-    if (util.InsertObjects() != (model.missing == 0 ? 0 : 1)) return "insertion: another result";
+    if (util.InsertObjects() != model.result) return "insertion: another result";
     if (files.get(document_name) != model.rtf) return "insertion: another document";
     if (files.get(objects_name) != objects) return "insertion: the side file changed";
     return files.all_files().size() == 2 ? "" : "insertion: files left over";
