@@ -62,7 +62,7 @@ void OfficeSession::start_up() {
       }
     }
   }
-  if (started_by_us_) errors_.run([&] { ports().desktop->activate(caller); });
+  if (started_by_us_ && !caller.empty()) errors_.run([&] { ports().desktop->activate(caller); });
   find_main_window();
   initialised_ = application_ != nullptr;
 }
@@ -115,7 +115,7 @@ void OfficeSession::call(const ObjectRef& object, std::u16string_view member) {
 
 void OfficeSession::run_macro(std::u16string_view macro, const std::u16string& flag_file, const ObjectRef& document) {
   try {
-    run_and_wait(macro, flag_file);
+    run_and_wait(macro, flag_file, document != nullptr);
   } catch (const failure&) {
     clsCommon().DeleteFile(flag_file);
     // Marked as saved, so that closing neither asks nor keeps what the macro changed so far.
@@ -125,11 +125,11 @@ void OfficeSession::run_macro(std::u16string_view macro, const std::u16string& f
   }
 }
 
-void OfficeSession::run_and_wait(std::u16string_view macro, const std::u16string& flag_file) {
+void OfficeSession::run_and_wait(std::u16string_view macro, const std::u16string& flag_file, bool is_open) {
   const clsCommon common;
   errors_.run([&] { ports().files->open(flag_file, Access::kCreate)->close(); });
-  if (!errors_.run([&] { call_member(application_, u"Run", {by_value(std::u16string(macro))}); }))
-    common.DeleteFile(flag_file);
+  const bool ran = errors_.run([&] { call_member(application_, u"Run", {by_value(std::u16string(macro))}); });
+  if (!ran || !is_open) common.DeleteFile(flag_file);
   while (common.FileExists(flag_file)) {
     ports().desktop->process_messages();
     ports().clock->sleep(kPollSeconds);

@@ -48,9 +48,9 @@ class OfficeSession {
   // Open's arguments for a file that must be read-only or not.
   ObjectRef open_file(Argument file_name, bool read_only);
 
-  // Makes the flag file, runs the macro and waits until the flag file is gone. A macro that could not be run will never
-  // delete it, so it is deleted here and nothing is waited for. When the user interrupts, the flag file is deleted,
-  // `document` closed unsaved and `failure` 18 thrown.
+  // Makes the flag file, runs the macro and waits until the flag file is gone. A macro that could not be run, or has no
+  // document because that could not be opened, will never delete it, so it is deleted here and nothing is waited for.
+  // When the user interrupts, the flag file is deleted, `document` closed unsaved and `failure` 18 thrown.
   void run_macro(std::u16string_view macro, const std::u16string& flag_file, const ObjectRef& document);
 
  private:
@@ -59,7 +59,7 @@ class OfficeSession {
   void open_template();
   void find_main_window();
   void shut_down();
-  void run_and_wait(std::u16string_view macro, const std::u16string& flag_file);
+  void run_and_wait(std::u16string_view macro, const std::u16string& flag_file, bool is_open);
 
   const OfficeProgram& program_;
   std::u16string template_file_;

@@ -30,7 +30,9 @@ class Desktop {
   virtual void process_messages() = 0;
   // Caption of the foreground window, at most 1023 characters; nothing when there is no foreground window.
   virtual std::optional<std::u16string> foreground_caption() = 0;
-  virtual void activate(std::u16string_view caption) = 0;  // silently does nothing when no such window exists
+  // Silently does nothing when no such window exists. `caption` is not empty: many windows have none, and any of them
+  // would be found.
+  virtual void activate(std::u16string_view caption) = 0;
   virtual std::uintptr_t find_window(std::u16string_view class_name) = 0;       // 0 when there is none
   virtual void post_message(std::uintptr_t window, std::uint32_t message) = 0;  // both parameters 0
   // A box with an OK button; returns when it was closed.

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "office/clsPPTUtil.h"
@@ -14,6 +15,8 @@
 
 namespace kavo::test {
 namespace {
+
+using namespace std::string_literals;
 
 constexpr const char16_t* kPpt = u"C:\\WORK\\deck.ppt";
 constexpr const char16_t* kPptXml = u"C:\\WORK\\deck_ppt.xml";
@@ -196,13 +199,16 @@ TEST_F(MacroConversionTest, EveryCallOfXml2XlsBoundToTheTemplate) {
                 "Application.Quit()\n");
 }
 
-TEST_F(MacroConversionTest, WithoutAForegroundWindowTheEmptyTitleIsActivated) {
-  use_presentations();
-  recording_desktop.caption.reset();
-  clsPPTUtil util;
-  util.PPTFile(kPpt);
-  EXPECT_EQ(util.PPT2XML(), 0);
-  EXPECT_EQ(std::ranges::count(office.calls, "activate \"\""), 1);
+TEST_F(MacroConversionTest, NoWindowIsActivatedWhenTheCallersHadNoTitle) {
+  for (const std::optional<std::u16string>& caption : {std::optional<std::u16string>(), std::optional(u""s)}) {
+    use_presentations();
+    recording_desktop.caption = caption;
+    office.calls.clear();
+    clsPPTUtil util;
+    util.PPTFile(kPpt);
+    EXPECT_EQ(util.PPT2XML(), 0);
+    EXPECT_TRUE(std::ranges::none_of(office.calls, [](const auto& call) { return call.starts_with("activate"); }));
+  }
 }
 
 TEST_F(MacroConversionTest, NamesFollowEachOther) {
@@ -436,6 +442,38 @@ TEST_F(MacroConversionTest, EachCallFailing) {
     }
   }
   office.fail_at = 0;
+}
+
+TEST_F(MacroConversionTest, WithoutItsDocumentAConversionGivesOneAndWaitsForNothing) {
+  const struct {
+    const char* name;
+    Value (*run)();
+  } macros[] = {{"the macro finds no document with a flag and raises an error",
+                 []() -> Value { throw failure(1004, u"No open document has a flag file", u"KAVO"); }},
+                {"the macro does nothing", []() -> Value { return Empty{}; }}};
+  for (const Conversion& c : conversions()) {
+    for (const auto& macro : macros) {
+      SCOPED_TRACE(std::string(c.name) + ": " + macro.name);
+      c.presentation ? use_presentations() : use_workbooks();
+      office.calls.clear();
+      office.answers["Presentations.Open"] = office.answers["Workbooks.Open"] =
+          [this](std::span<Argument> arguments) -> Value {
+        if (as_text(arguments[0].value).ends_with(program_template)) return office.object("Template");
+        throw failure(1004, u"The document cannot be opened", u"Office");
+      };
+      std::size_t runs = 0;
+      office.answers["Application.Run"] = [&](std::span<Argument>) -> Value {
+        ++runs;
+        EXPECT_TRUE(files.has(flag));
+        return macro.run();
+      };
+      recording_desktop.on_process_messages = [] { throw failure(FailureNumber::kInterrupted, u"Waited"); };
+      EXPECT_EQ(c.run(), 1);
+      EXPECT_EQ(runs, 1u);
+      EXPECT_FALSE(files.has(flag));
+      EXPECT_TRUE(std::ranges::none_of(office.calls, [](const auto& call) { return call.starts_with("Document."); }));
+    }
+  }
 }
 
 TEST_F(MacroConversionTest, AMacroThatCannotBeRunIsNotWaitedFor) {

@@ -1,5 +1,7 @@
 #include "office/libreoffice/macro_application.h"
 
+#include <algorithm>
+
 #include "common/clsCommon.h"
 #include "office/libreoffice/application_base.h"
 #include "office/libreoffice/macros.h"
@@ -17,7 +19,7 @@ struct OpenDocument {
 
 struct MacroState : ApplicationState {
   OfficeKind kind = OfficeKind::kPresentation;
-  std::vector<std::shared_ptr<OpenDocument>> open_documents;  // the last one is the active one
+  std::vector<std::shared_ptr<OpenDocument>> open_documents;
   std::u16string refusal;                                     // why the last document could not be opened
   std::int16_t automation_security = 1;                       // macros never run, whatever is said
   bool display_alerts = true;                                 // there are none
@@ -35,17 +37,26 @@ void save(const OpenDocument& open) {
   open.document->save();
 }
 
+// The handshake with the caller, who makes this file and waits until it is gone.
+std::u16string flag_of(const OpenDocument& open) { return open.document->path() + u".kavo"; }
+
+// The one that the caller waits for, and no other, as in the macros of the templates.
+OpenDocument& flagged_document(const MacroState& state) {
+  const auto has_flag = [](const auto& open) { return clsCommon().FileExists(flag_of(*open)); };
+  const auto found = std::ranges::find_if(state.open_documents, has_flag);
+  if (found == state.open_documents.end())
+    throw office_failure(state.refusal.empty() ? std::u16string(u"No open document has a flag file") : state.refusal);
+  return **found;
+}
+
 void run_macro(MacroState& state, std::u16string_view name) {
   const OfficeMacro* macro = find_office_macro(state.kind, name);
   if (!macro) throw office_failure(u"There is no macro " + std::u16string(name));
-  if (state.open_documents.empty())
-    throw office_failure(state.refusal.empty() ? std::u16string(u"No document is open") : state.refusal);
-  OpenDocument& open = *state.open_documents.back();
+  OpenDocument& open = flagged_document(state);
   open.is_spoiled = macro->changes_document;
   macro->run(*open.document);
   open.is_spoiled = false;
-  // The handshake with the caller: it waits until this file is gone.
-  clsCommon().DeleteFile(open.document->path() + u".kavo");
+  clsCommon().DeleteFile(flag_of(open));
 }
 
 class MacroDocument final : public TableObject {

@@ -1,5 +1,5 @@
 Attribute VB_Name = "KavoPresentation"
-' The macros of "kavo.ppt": the texts of the active presentation to XML and back.
+' The macros of "kavo.ppt": the texts of a presentation to XML and back.
 Option Explicit
 
 Private Mode As Long
@@ -41,16 +41,17 @@ Failed:
   GiveUp Deck
 End Sub
 
-' The one that the program waits for, which its flag file tells; the active one when a user started the macro.
+' The one that the program waits for.
 Private Function OpenDeck() As Presentation
-  Dim i As Long
+  Dim i As Long, Flags As Long, Flagged As Long
   For i = 1 To Presentations.Count
     If HasFlag(Presentations(i).FullName) Then
-      Set OpenDeck = Presentations(i)
-      Exit Function
+      Flags = Flags + 1
+      Flagged = i
     End If
   Next
-  Set OpenDeck = ActivePresentation
+  CheckFlags Flags
+  Set OpenDeck = Presentations(Flagged)
 End Function
 
 Private Sub GiveUp(Deck As Presentation)

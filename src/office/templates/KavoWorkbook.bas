@@ -1,5 +1,5 @@
 Attribute VB_Name = "KavoWorkbook"
-' The macros of "kavo.xls": the texts of the active workbook to XML and back.
+' The macros of "kavo.xls": the texts of a workbook to XML and back.
 Option Explicit
 
 Private Const kGroupShape = 6
@@ -58,16 +58,17 @@ Failed:
   GiveUp Book
 End Sub
 
-' The one that the program waits for, which its flag file tells; the active one when a user started the macro.
+' The one that the program waits for.
 Private Function OpenBook() As Workbook
-  Dim i As Long
+  Dim i As Long, Flags As Long, Flagged As Long
   For i = 1 To Workbooks.Count
     If HasFlag(FileOf(Workbooks(i))) Then
-      Set OpenBook = Workbooks(i)
-      Exit Function
+      Flags = Flags + 1
+      Flagged = i
     End If
   Next
-  Set OpenBook = ActiveWorkbook
+  CheckFlags Flags
+  Set OpenBook = Workbooks(Flagged)
 End Function
 
 Private Function FileOf(Book As Workbook) As String

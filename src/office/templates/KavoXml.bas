@@ -25,6 +25,15 @@ Public Function HasFlag(ByVal DocumentName As String) As Boolean
   HasFlag = IsFile(FlagOf(DocumentName))
 End Function
 
+' Fails unless just one of the open documents has a flag file. Without one the program could not open its document, and
+' every document here is the user's own; of two, one was left behind beside a document that the user has opened.
+Public Sub CheckFlags(ByVal Count As Long)
+  If Count = 0 Then _
+    Err.Raise 1004, "KAVO", "No open document has a flag file: only the program can start this macro"
+  If Count > 1 Then _
+    Err.Raise 1004, "KAVO", "More than one open document has a flag file (.kavo): close those that you opened yourself"
+End Sub
+
 ' Tells the program that waits that the macro has finished.
 Public Sub DeleteFlag(ByVal DocumentName As String)
   On Error Resume Next

@@ -11,11 +11,13 @@
 #include "office/clsPPTUtil.h"
 #include "office/clsXLSUtil.h"
 #include "office/excel_options.h"
+#include "office/late_bound.h"
 #include "office/libreoffice/flat_documents.h"
 #include "office/libreoffice/office_fixture.h"
 #include "platform/desktop.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"
+#include "support/failures.h"
 
 namespace kavo::test {
 namespace {
@@ -245,6 +247,26 @@ TEST_F(OfficeEngine, ALibreOfficeThatCrashesIsAFailureAndTheNextOneServes) {
   clsXLSUtil next;
   next.XLSFile(path);
   EXPECT_EQ(next.XLS2XML(), 0);
+}
+
+TEST_F(OfficeEngine, AMacroWorksOnTheDocumentWithAFlagFileOnly) {
+  const auto one = make_document(u"one.xls", OfficeKind::kWorkbook, workbook_of(sheet("One", row(cell("first")))));
+  const auto two = make_document(u"two.xls", OfficeKind::kWorkbook, workbook_of(sheet("Two", row(cell("second")))));
+  const ObjectRef excel = ports().automation->create(u"Excel.Application");
+  const ObjectRef workbooks = as_object(get_member(excel, u"Workbooks"));
+  const ObjectRef first = as_object(call_member(workbooks, u"Open", {by_value(one)}));
+  const ObjectRef second = as_object(call_member(workbooks, u"Open", {by_value(two)}));
+  const auto run = [&] { call_member(excel, u"Run", {by_value(std::u16string(u"KAVO.XLS!ExportWorkbook"))}); };
+  EXPECT_EQ(failure_of(run).value().description(), u"No open document has a flag file");
+  EXPECT_FALSE(folder.exists(u"one_xls.xml"));
+  EXPECT_FALSE(folder.exists(u"two_xls.xml"));
+  folder.write(u"one.xls.kavo", "");
+  run();
+  EXPECT_TRUE(folder.exists(u"one_xls.xml"));
+  EXPECT_FALSE(folder.exists(u"two_xls.xml"));
+  EXPECT_FALSE(folder.exists(u"one.xls.kavo"));
+  call_member(first, u"Close");
+  call_member(second, u"Close");
 }
 
 TEST_F(OfficeEngine, ALibreOfficeThatIsNotThereIsSaidToBeMissing) {

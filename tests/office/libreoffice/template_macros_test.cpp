@@ -9,6 +9,7 @@
 #include "office/excel_options.h"
 #include "office/libreoffice/flat_documents.h"
 #include "office/libreoffice/office_fixture.h"
+#include "platform/files.h"
 #include "platform/unicode.h"
 
 namespace kavo::test {
@@ -155,9 +156,66 @@ TEST_F(WorkbookMacros, ATranslationOfAnotherStateIsRefusedAndNothingIsChanged) {
   EXPECT_EQ(read_file(path), before);
 }
 
-TEST_F(WorkbookMacros, ThePresentationModuleIsCompiledBesideThem) {
+constexpr const char* kNoFlag = "No open document has a flag file: only the program can start this macro";
+constexpr const char* kTwoFlags =
+    "More than one open document has a flag file (.kavo): close those that you opened yourself";
+
+TEST_F(WorkbookMacros, AWorkbookWithoutAFlagFileIsTheUsersOwn) {
+  const auto path = make_workbook(rich_workbook());
+  const std::string before = read_file(path);
+  const std::string translated = changed_segments(engine_xml_);
+  folder.write(u"book_xls.xml", translated);
+  // That of a workbook that the program could not open.
+  folder.write(u"other.xls.kavo", "");
+  for (const char* macro : {"KavoWorkbook.ExportWorkbook", "KavoWorkbook.ImportWorkbook"}) {
+    SCOPED_TRACE(macro);
+    EXPECT_EQ(macros_->run_on(path, macro), kNoFlag);
+    EXPECT_EQ(folder.read(u"book_xls.xml"), translated);
+    EXPECT_EQ(read_file(path), before);
+    EXPECT_TRUE(folder.exists(u"other.xls.kavo"));
+  }
+}
+
+TEST_F(WorkbookMacros, OfTwoWorkbooksWithFlagFilesNeitherIsTaken) {
+  const auto path = make_workbook(rich_workbook());
+  folder.write(u"book_xls.xml", "old");
+  folder.write(u"book.xls.kavo", "");
+  folder.write(u"kavo.xls.kavo", "");  // the template is the other one that is open
+  EXPECT_EQ(macros_->run_on(path, "KavoWorkbook.ExportWorkbook"), kTwoFlags);
+  EXPECT_EQ(folder.read(u"book_xls.xml"), "old");
+}
+
+// Presentations that are open in this stand-in for PowerPoint's list of them.
+std::string presentations(const std::vector<std::string>& files) {
+  std::string module =
+      "Option VBASupport 1\nType Deck\nFullName As String\nEnd Type\n"
+      "Public Function Presentations(Optional ByVal Index)\nDim All As New Collection, One As Deck\n";
+  for (const std::string& file : files) module += "One = New Deck\nOne.FullName = \"" + file + "\"\nAll.Add One\n";
+  return module + "If IsMissing(Index) Then\nSet Presentations = All\nElse\nPresentations = All(Index)\nEnd If\n"
+                  "End Function\n";
+}
+
+TEST_F(WorkbookMacros, APresentationWithoutAFlagFileIsTheUsersOwn) {
   macros_->put_module("KavoPresentation", template_module("KavoPresentation"));
-  EXPECT_EQ(macros_->evaluate("Evaluate = Escaped(\"<\")"), "&lt;");
+  EXPECT_EQ(macros_->evaluate("Evaluate = Escaped(\"<\")"), "&lt;") << "compiled";
+  const auto in_host_form = [this](std::u16string_view name) { return path_to_host(folder.path(name)); };
+  folder.write(u"left.ppt.kavo", "");
+  folder.write(u"deck.ppt.kavo", "");
+  const struct {
+    const char* name;
+    std::vector<std::string> open;
+    const char* expected;
+  } cases[] = {{"none is open", {}, kNoFlag},
+               {"the user's own is open", {in_host_form(u"own.ppt")}, kNoFlag},
+               {"two have a flag file", {in_host_form(u"left.ppt"), in_host_form(u"deck.ppt")}, kTwoFlags}};
+  for (const auto& c : cases) {
+    macros_->put_module("StandIn", presentations(c.open));
+    for (const char* macro : {"KavoPresentation.ExportPresentation", "KavoPresentation.ImportPresentation"}) {
+      SCOPED_TRACE(std::string(c.name) + ": " + macro);
+      EXPECT_EQ(macros_->evaluate(macro), c.expected);
+      EXPECT_TRUE(folder.exists(u"deck.ppt.kavo"));
+    }
+  }
 }
 
 }  // namespace
