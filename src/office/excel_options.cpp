@@ -18,12 +18,18 @@ void write(std::u16string_view key, std::u16string_view value) { save_setting(kA
 
 bool read_flag(std::u16string_view key, bool default_value) { return read(key, text_of(default_value)) == u"1"; }
 
+std::int32_t read_order() {
+  const std::u16string text = read(u"Order", text_of(ExcelOptions().order != 0));
+  if (text == u"0") return 0;
+  return text == u"1" ? 1 : kUnknownOrder;
+}
+
 }  // namespace
 
 ExcelOptions load_excel_options() {
   const ExcelOptions defaults;
   ExcelOptions options;
-  options.order = read_flag(u"Order", defaults.order != 0) ? 1 : 0;
+  options.order = read_order();
   options.hidden = read_flag(u"Hidden", defaults.hidden);
   options.formulas = read_flag(u"Formulas", defaults.formulas);
   options.ungroup = read_flag(u"Ungroup", defaults.ungroup);

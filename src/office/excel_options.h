@@ -7,8 +7,11 @@
 
 namespace kavo {
 
+// What is stored is neither order: the export goes along the rows, and storing it gives 1.
+inline constexpr std::int32_t kUnknownOrder = -1;
+
 struct ExcelOptions {
-  std::int32_t order = 0;             // "Order": which of the two export orders, 0 or 1
+  std::int32_t order = 0;             // "Order": 0 along the rows, 1 along the columns, or kUnknownOrder
   bool hidden = true;                 // "Hidden": export hidden content
   bool formulas = true;               // "Formulas": export formulas
   bool ungroup = false;               // "Ungroup": ungroup objects before the export
@@ -16,7 +19,7 @@ struct ExcelOptions {
   bool operator==(const ExcelOptions&) const = default;
 };
 
-// Settings that are missing have the values above. A flag is set, and the order 1, exactly when the text is "1".
+// Settings that are missing have the values above. A flag is set exactly when the text is "1".
 ExcelOptions load_excel_options();
 // An empty tolerance is stored as "255". Throws `failure` when the settings cannot be written.
 void save_excel_options(const ExcelOptions& options);

@@ -55,7 +55,7 @@ void frmExcelOptions::set_captions() {
 void frmExcelOptions::load() {
   loading_ = true;
   const ExcelOptions options = load_excel_options();
-  optOrder[options.order].Value(true);
+  for (std::int32_t i = 0; i < 2; ++i) optOrder[i].Value(options.order == i);
   chkExportHidden.Value(options.hidden);
   chkExportFormulas.Value(options.formulas);
   chkUngroupObjects.Value(options.ungroup);

@@ -70,6 +70,17 @@ TEST_F(ExcelOptionsFormTest, AStoredOrderOfOneSelectsTheSecondOptionAndIsStoredB
   EXPECT_EQ(stored(u"Order"), u"1");
 }
 
+TEST_F(ExcelOptionsFormTest, AStoredOrderOfTwoSelectsNothingAndOneIsStored) {
+  store(u"Order", u"2");
+  person.next<frmExcelOptions>([](frmExcelOptions& form) {
+    EXPECT_FALSE(form.optOrder[0].Value());
+    EXPECT_FALSE(form.optOrder[1].Value());
+    form.cmdOK.Click();
+  });
+  clsXLSUtil().DisplayOptions();
+  EXPECT_EQ(stored(u"Order"), u"1");
+}
+
 TEST_F(ExcelOptionsFormTest, OkStoresWhatIsShown) {
   person.next<frmExcelOptions>([](frmExcelOptions& form) {
     form.optOrder[1].Value(true);

@@ -25,6 +25,16 @@ TEST_F(ExcelOptionsTest, AStoredOrderOfOneIsStoredBackAsOne) {
   EXPECT_EQ(stored(u"Order"), u"1");
 }
 
+TEST_F(ExcelOptionsTest, AStoredOrderThatIsNeitherIsStoredBackAsOne) {
+  for (const std::u16string_view text : {u"2", u"-1", u"", u"rows"}) {
+    save_setting(u"KAVO", u"Excel", u"Order", text);
+    const ExcelOptions options = load_excel_options();
+    EXPECT_EQ(options.order, kUnknownOrder);
+    save_excel_options(options);
+    EXPECT_EQ(stored(u"Order"), u"1");
+  }
+}
+
 TEST_F(ExcelOptionsTest, AnEmptyToleranceIsStoredAsTheDefault) {
   ExcelOptions options;
   options.tolerance.clear();

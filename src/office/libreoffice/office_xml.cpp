@@ -264,7 +264,7 @@ OfficeXmlWriter::OfficeXmlWriter(std::u16string_view path, std::string_view kind
   std::string xml = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<kavo-office version=\"1\" kind=\"";
   xml += kind;
   if (options) {
-    xml += options->order != 0 ? "\" order=\"1" : "\" order=\"0";
+    xml += options->order == 1 ? "\" order=\"1" : "\" order=\"0";
     xml += options->hidden ? "\" hidden=\"1" : "\" hidden=\"0";
     xml += options->formulas ? "\" formulas=\"1" : "\" formulas=\"0";
     xml += options->ungroup ? "\" ungroup=\"1" : "\" ungroup=\"0";

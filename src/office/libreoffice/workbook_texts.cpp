@@ -134,7 +134,7 @@ class SheetWalk {
     for (sal_Int32 r = 0; r < rows.getLength(); ++r)
       for (sal_Int32 c = 0; c < rows[r].getLength(); ++c) {
         const sal_Int32 row = range.StartRow + r, column = range.StartColumn + c;
-        const bool by_rows = options_.order == 0;
+        const bool by_rows = options_.order != 1;
         cells.push_back(
             {by_rows ? row : column, by_rows ? column : row, row, column, kind_of(row, column), text_of(rows[r][c])});
       }
