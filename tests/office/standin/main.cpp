@@ -122,6 +122,7 @@ void Program::object_gone() {
 }
 
 bool Program::run_macro(std::wstring_view name) {
+  if (document_.empty()) return false;
   std::error_code error;
   const std::filesystem::path flag = document_.native() + L".kavo";
   if (std::filesystem::file_size(flag, error) != 0 || error) return false;

@@ -27,10 +27,12 @@ class Program {
   void object_made() { ++objects_; }
   void object_gone();
 
-  // The document that was opened last.
+  // The document that is open, "" for none.
   void opened(std::filesystem::path document) { document_ = std::move(document); }
+  void closed() { document_.clear(); }
   const std::filesystem::path& document() const { return document_; }
-  // Starts a macro, which ends a little later by deleting the flag file. False when there is no empty flag file.
+  // Starts a macro, which ends a little later by deleting the flag file. False when no document is open that has an
+  // empty one.
   bool run_macro(std::wstring_view name);
   void finish_macro();
 

@@ -50,6 +50,7 @@ inline const StandInProgram* find_stand_in_program(std::wstring_view identifier)
 //                   version=8.0       what Version answers
 //                   fields=58 1 88    the types of a document's fields
 //                   updated=0         what Update answers: a 16-bit truth value
+//                   open=refused      whether a document other than the template cannot be opened
 //                   fail=3            the number of the call that fails (1004, "The call was refused", "Stand-in")
 //                   die=3             the number of the call during which the program ends
 //   process.txt   the number of the process, once it serves

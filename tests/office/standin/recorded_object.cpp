@@ -132,7 +132,7 @@ class RecordedObject final : public ComObject<IDispatch, IPersistFile> {
         {"Document", u"Saved", put, nullptr},
         {"Document", u"Save", method, nullptr},
         {"Document", u"SaveAs", method, &RecordedObject::save_as},
-        {"Document", u"Close", method, nullptr},
+        {"Document", u"Close", method, &RecordedObject::close},
         {"Fields", u"Count", get, &RecordedObject::field_count},
         {"Field", u"Type", get, &RecordedObject::field_type},
         {"Field", u"Update", method, &RecordedObject::update},
@@ -175,10 +175,13 @@ class RecordedObject final : public ComObject<IDispatch, IPersistFile> {
     const std::filesystem::path path = path_argument(arguments);
     const bool is_template = path.filename() == program_.kind().template_name;
     if (!is_template) {
-      if (!std::filesystem::exists(path)) refuse();
+      if (!std::filesystem::exists(path) || program_.record().planned("open", "") == "refused") refuse();
       program_.opened(path);
     }
     answer_object(answer, is_template ? "Template" : "Document");
+  }
+  void close(const DISPPARAMS&, VARIANT&) {
+    if (name_ == "Document") program_.closed();
   }
   void save_as(const DISPPARAMS& arguments, VARIANT&) {
     std::ofstream(path_argument(arguments), std::ios::binary) << "saved by the stand-in";

@@ -318,6 +318,19 @@ TEST_F(StandInTest, AProgramThatDiesInACallGivesOne) {
   }
 }
 
+TEST_F(StandInTest, AMacroWithoutItsDocumentFailsAndLeavesNoFlagFile) {
+  for (const Conversion* conversion : {&kPptToXml, &kXmlToPpt, &kXlsToXml, &kXmlToXls}) {
+    SCOPED_TRACE(testing::PrintToString(std::u16string(conversion->source)));
+    OfficeStandIn office(conversion->program);
+    office.plan({"open=refused"});
+    office.start();
+    EXPECT_EQ((*conversion)(office), 1);
+    const std::vector<std::string> calls = office.calls();
+    EXPECT_EQ(std::ranges::count_if(calls, [](const auto& call) { return call.starts_with("Application.Run("); }), 1);
+    EXPECT_FALSE(office.documents().exists(std::u16string(conversion->source) + u".kavo"));
+  }
+}
+
 TEST_F(StandInTest, ABatchStartsTheWordProcessorOnceAndQuitsItOnce) {
   OfficeStandIn office(L"Word.Application");
   office.plan({});
