@@ -4,11 +4,15 @@
 
 #include "cli/verb.h"
 #include "common/clsCommon.h"
+#include "common/same_file.h"
 #include "driver/file_types.h"
 #include "office/clsDOC2RTF.h"
 #include "office/clsPPTUtil.h"
 #include "office/clsXLSUtil.h"
+#include "office/office_names.h"
+#include "platform/failure.h"
 #include "platform/ports.h"
+#include "platform/unicode.h"
 
 namespace kavo {
 namespace {
@@ -53,7 +57,32 @@ class OfficeVerb : public Verb {
   virtual Outcome convert(const std::u16string& file) = 0;
 };
 
-class WordVerb : public OfficeVerb {
+// A conversion into a file of its own, which replaces an older one only when asked to.
+class NewFileVerb : public OfficeVerb {
+ public:
+  void add_options(CLI::App& app) override {
+    app.add_flag("--overwrite", overwrite_, "Replace a file that has the name of the result");
+  }
+
+ protected:
+  virtual std::u16string target_of(const std::u16string& file) const = 0;
+  virtual Outcome convert_to(const std::u16string& file, const std::u16string& target) = 0;
+
+ private:
+  Outcome convert(const std::u16string& file) final {
+    const std::u16string target = target_of(file);
+    const std::u16string name = to_utf16(path_to_host(target));
+    if (is_same_file(file, target))
+      throw failure(FailureNumber::kInvalidCall, name + u" would be converted into itself: give it another extension");
+    if (!overwrite_ && ports().files->info(target))
+      throw failure(FailureNumber::kFileAlreadyExists, name + u" exists already: --overwrite replaces it");
+    return convert_to(file, target);
+  }
+
+  bool overwrite_ = false;
+};
+
+class WordVerb : public NewFileVerb {
  public:
   std::optional<Outcome> finish() override {
     if (is_started_) converter_.EndBatch();
@@ -72,30 +101,33 @@ class WordVerb : public OfficeVerb {
 };
 
 class WordToRtf final : public WordVerb {
-  Outcome convert(const std::u16string& file) override {
+  std::u16string target_of(const std::u16string& file) const override { return rtf_name_of(file); }
+  Outcome convert_to(const std::u16string& file, const std::u16string& target) override {
     clsDOC2RTF& word = converter();
     word.DOCFile(file);
-    word.RTFFile(u"");
+    word.RTFFile(target);
     const std::int32_t result = word.DOC2RTF();
-    return outcome_of(result, word.RTFFile(), word.errors(), u"Word.Application");
+    return outcome_of(result, target, word.errors(), u"Word.Application");
   }
 };
 
 class WordToDoc final : public WordVerb {
-  Outcome convert(const std::u16string& file) override {
+  std::u16string target_of(const std::u16string& file) const override { return doc_name_of(file); }
+  Outcome convert_to(const std::u16string& file, const std::u16string& target) override {
     clsDOC2RTF& word = converter();
     word.RTFFile(file);
-    word.DOCFile(u"");
+    word.DOCFile(target);
     const std::int32_t result = word.RTF2DOC();
-    return outcome_of(result, word.DOCFile(), word.errors(), u"Word.Application");
+    return outcome_of(result, target, word.errors(), u"Word.Application");
   }
 };
 
-class PresentationToXml final : public OfficeVerb {
-  Outcome convert(const std::u16string& file) override {
+class PresentationToXml final : public NewFileVerb {
+  std::u16string target_of(const std::u16string& file) const override { return xml_name_of(file); }
+  Outcome convert_to(const std::u16string& file, const std::u16string& target) override {
     converter_.PPTFile(file);
     const std::int32_t result = converter_.PPT2XML();
-    return outcome_of(result, converter_.XMLFile(), converter_.errors(), u"PowerPoint.Application");
+    return outcome_of(result, target, converter_.errors(), u"PowerPoint.Application");
   }
 
   clsPPTUtil converter_;
@@ -111,11 +143,12 @@ class XmlToPresentation final : public OfficeVerb {
   clsPPTUtil converter_;
 };
 
-class WorkbookToXml final : public OfficeVerb {
-  Outcome convert(const std::u16string& file) override {
+class WorkbookToXml final : public NewFileVerb {
+  std::u16string target_of(const std::u16string& file) const override { return xml_name_of(file); }
+  Outcome convert_to(const std::u16string& file, const std::u16string& target) override {
     converter_.XLSFile(file);
     const std::int32_t result = converter_.XLS2XML();
-    return outcome_of(result, converter_.XMLFile(), converter_.errors(), u"Excel.Application");
+    return outcome_of(result, target, converter_.errors(), u"Excel.Application");
   }
 
   clsXLSUtil converter_;

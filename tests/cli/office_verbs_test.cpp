@@ -112,6 +112,40 @@ TEST_F(OfficeVerbs, RtfBehindAByteOrderMarkOrWhiteSpaceIsExtracted) {
   }
 }
 
+struct Conversion {
+  const char* group;
+  const char* verb;
+  const char16_t* source;
+  const char16_t* target;
+};
+constexpr Conversion kConversions[] = {{"word", "to-rtf", u"report.doc", u"report_doc.rtf"},
+                                       {"word", "to-doc", u"report_doc.rtf", u"report.doc"},
+                                       {"powerpoint", "to-xml", u"deck.ppt", u"deck_ppt.xml"},
+                                       {"excel", "to-xml", u"book.xls", u"book_xls.xml"}};
+
+TEST_F(OfficeVerbs, AResultThatIsThereAlreadyIsReplacedOnlyOnRequest) {
+  for (const Conversion& c : kConversions) {
+    SCOPED_TRACE(std::string(c.group) + " " + c.verb);
+    const std::string source = put(c.source, "source");
+    put(c.target, "mine");
+    const Ran ran = run_kavo({c.group, c.verb, source});
+    EXPECT_EQ(ran.code, 1);
+    EXPECT_EQ(ran.errors, source + ": " + path(c.target) + " exists already: --overwrite replaces it\n");
+    EXPECT_EQ(folder.read(c.target), "mine");
+    EXPECT_EQ(folder.read(c.source), "source");
+  }
+}
+
+TEST_F(OfficeVerbs, ADocumentIsNotConvertedIntoItself) {
+  const std::string source = put(u"report.doc", "source");
+  for (const std::string& option : {std::string("--overwrite"), std::string("--json")}) {
+    const Ran ran = run_kavo({"word", "to-doc", option, source});
+    EXPECT_EQ(ran.code, 1);
+    EXPECT_EQ(folder.read(u"report.doc"), "source");
+    EXPECT_EQ(folder.entry_count(), 1u);
+  }
+}
+
 TEST_F(OfficeVerbs, MissingFilesOfTheOfficeVerbsAreReported) {
   const std::vector<std::vector<std::string>> verbs{
       {"word", "to-rtf", path(u"a.doc")},       {"word", "to-doc", path(u"a.rtf")},

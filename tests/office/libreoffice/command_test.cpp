@@ -56,5 +56,21 @@ TEST_F(OfficeFixture, CtrlCInAConversionEndsTheCommandWith130AndLeavesNothingBeh
   EXPECT_NO_THROW(OfficeDocument(office_listener(), OfficeKind::kWorkbook, path));
 }
 
+TEST_F(OfficeFixture, ATranslatedExportIsReplacedOnlyOnRequest) {
+  const std::string book = path_to_host(
+      make_document(u"book.xls", OfficeKind::kWorkbook, workbook_of(sheet("One", row(cell("first"))))));
+  ASSERT_EQ(run_kavo({"excel", "to-xml", book}).code, 0);
+  const std::string exported = folder.read(u"book_xls.xml");
+  const std::string translated = changed_segments(exported);
+  folder.write(u"book_xls.xml", translated);
+  const std::size_t entries = folder.entry_count();
+  EXPECT_EQ(run_kavo({"excel", "to-xml", book}).code, 1);
+  EXPECT_EQ(folder.read(u"book_xls.xml"), translated);
+  const Ran ran = run_kavo({"excel", "to-xml", "--overwrite", book});
+  EXPECT_EQ(ran.code, 0) << ran.errors;
+  EXPECT_EQ(folder.read(u"book_xls.xml"), exported);
+  EXPECT_EQ(folder.entry_count(), entries);
+}
+
 }  // namespace
 }  // namespace kavo::test
