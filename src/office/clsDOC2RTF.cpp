@@ -1,9 +1,9 @@
 #include "office/clsDOC2RTF.h"
 
 #include "common/clsCommon.h"
+#include "common/same_file.h"
 #include "office/late_bound.h"
 #include "office/office_names.h"
-#include "platform/case_fold.h"
 #include "platform/ports.h"
 
 namespace kavo {
@@ -62,9 +62,11 @@ void clsDOC2RTF::EndBatch() {
   started_by_us_ = false;
 }
 
-bool clsDOC2RTF::prepare(const std::u16string& source, const std::u16string& target) const {
-  FileSystem& files = *ports().files;
-  if (equal_ignoring_case(files.absolute(source), files.absolute(target))) return false;
+bool clsDOC2RTF::prepare(const std::u16string& source, const std::u16string& target) {
+  bool is_itself = true;  // unless it is known that they are two
+  errors_.clear();
+  errors_.run([&] { is_itself = is_same_file(source, target); });
+  if (is_itself) return false;
   const clsCommon common;
   if (common.FileExists(target)) common.DeleteFile(target);
   return true;

@@ -34,7 +34,7 @@ class clsDOC2RTF {
   void EndBatch();
 
  private:
-  bool prepare(const std::u16string& source, const std::u16string& target) const;
+  bool prepare(const std::u16string& source, const std::u16string& target);
   ObjectRef open(const std::u16string& source);
   ObjectRef open_in_word(const std::u16string& source);
   std::int32_t field_count(const ObjectRef& document);

@@ -8,6 +8,7 @@
 #include "platform/failure.h"
 
 namespace kavo {
+
 std::int32_t clsRTFUtil::ExtractObjects() {
   return run([this](const std::u16string& temporary_file) {
     RtfExtraction extraction(rtf_file_, temporary_file, obj_file_);

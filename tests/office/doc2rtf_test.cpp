@@ -188,6 +188,18 @@ TEST_F(Doc2RtfTest, ATargetThatIsTheSourceIsRefused) {
   EXPECT_EQ(word.text(), "");
 }
 
+TEST_F(Doc2RtfTest, ATargetThatIsAnotherNameOfTheSourceIsRefused) {
+  files.put(u"C:\\WORK\\report.doc", "source");
+  files.link_file(u"C:\\WORK\\report.doc", u"C:\\WORK\\other.rtf");
+  clsDOC2RTF converter;
+  converter.DOCFile(u"C:\\WORK\\report.doc");
+  converter.RTFFile(u"C:\\WORK\\other.rtf");
+  EXPECT_EQ(converter.DOC2RTF(), 1);
+  EXPECT_EQ(files.get(u"C:\\WORK\\report.doc"), "source");
+  EXPECT_EQ(files.get(u"C:\\WORK\\other.rtf"), "source");
+  EXPECT_EQ(word.text(), "");
+}
+
 TEST_F(Doc2RtfTest, DerivedNames) {
   word.running = true;
   give_fields({});

@@ -272,6 +272,17 @@ TEST_F(RtfExtractionTest, ObjectFileThatIsTheDocumentIsRefused) {
   EXPECT_EQ(files.all_files().size(), 1u);
 }
 
+TEST_F(RtfExtractionTest, ObjectFileThatIsAnotherNameOfTheDocumentIsRefused) {
+  files.put(kDocument, "{\\rtf1 {\\pict 0}}");
+  files.link_file(kDocument, kObjects);
+  clsRTFUtil util;
+  util.RTFFile(kDocument);
+  util.overwrite_object_file();
+  EXPECT_EQ(util.ExtractObjects(), 1);
+  EXPECT_EQ(util.InsertObjects(), 1);
+  EXPECT_EQ(outcome(1), (RtfOutcome{1, "{\\rtf1 {\\pict 0}}", "{\\rtf1 {\\pict 0}}", 2}));
+}
+
 TEST_F(RtfExtractionTest, MissingDocumentIsReported) {
   clsRTFUtil util;
   util.RTFFile(kDocument);
