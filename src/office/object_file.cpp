@@ -26,6 +26,7 @@ std::uint64_t marker_line_length(std::uint64_t number) { return marker_text(numb
 RtfObjectFile::RtfObjectFile(std::u16string_view path) : reader_(path) {
   find_marker_lines();
   index_.sort();
+  is_copied_.resize(size());
 }
 
 void RtfObjectFile::find_marker_lines() {
@@ -64,6 +65,7 @@ void RtfObjectFile::go_to(std::uint64_t position) {
 bool RtfObjectFile::copy(std::uint64_t number, PendingFile& target) {
   const auto take = [this](std::uint32_t place) {
     next_ = place + 1;
+    is_copied_[place] = true;
     return true;
   };
   // No larger number is in the index, and none may be taken for a smaller one.

@@ -5,10 +5,11 @@
 //   {\v\mor OBJ 2 }       the closing marker line; CR LF
 //
 // An object reaches to the next marker line. The file is read once to find those lines; after that each object is one
-// seek away (none at all when they are asked for in the order of the file). Memory: 16 bytes an object, of which each
+// seek away (none at all when they are asked for in the order of the file). Memory: 17 bytes an object, of which each
 // takes 17 bytes or more in the file; objects themselves are never held whole.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <string_view>
 #include <vector>
@@ -28,6 +29,7 @@ class RtfObjectFile {
   // Copies the object of that number: the next one from where the last copy ended, else the first from the start of
   // the file. False, and nothing is written, when there is none. Throws `failure`.
   bool copy(std::uint64_t number, PendingFile& target);
+  std::size_t never_copied() const { return static_cast<std::size_t>(std::ranges::count(is_copied_, false)); }
 
  private:
   void find_marker_lines();
@@ -37,6 +39,7 @@ class RtfObjectFile {
   std::vector<std::uint64_t> starts_;                // of the marker lines, in bytes; the last one is the closing one
   LookupIndex<std::uint32_t, std::uint32_t> index_;  // number of an object, its place in `starts_`
   std::uint32_t next_ = 0;
+  std::vector<bool> is_copied_;  // by place
 };
 
 }  // namespace kavo

@@ -5,6 +5,7 @@
 #include "common/byte_scan.h"
 #include "office/rtf_text.h"
 #include "platform/failure.h"
+#include "platform/ports.h"
 #include "platform/unicode.h"
 
 namespace kavo {
@@ -33,6 +34,7 @@ void RtfInsertion::run(ProgressEvent& progress, MessageList& messages) {
   if (objects_ && missing_ != 0)
     messages.push_back({u"The object file lacks " + to_utf16(std::to_string(missing_)) +
                         u" of the document's objects; the first is that of the marker " + first_missing_});
+  if (missing_ == 0) report_unused_objects(messages);
   reader_ = BlockReader();  // Windows replaces no file that is open
   text_.commit();
 }
@@ -64,6 +66,14 @@ void RtfInsertion::open_objects(MessageList& messages) {
     if (reason.is(FailureNumber::kInterrupted)) throw;
     messages.push_back({u"The object file cannot be opened: " + reason.description()});
   }
+}
+
+void RtfInsertion::report_unused_objects(MessageList& messages) {
+  if (!objects_tried_ && ports().files->info(object_path_)) open_objects(messages);
+  if (!objects_ || objects_->never_copied() == 0) return;
+  messages.push_back({to_utf16(std::to_string(objects_->never_copied())) + u" of the " +
+                      to_utf16(std::to_string(objects_->size())) +
+                      u" objects of the object file have no marker in the document and are left out"});
 }
 
 bool holds_object_markers(std::u16string_view path) {

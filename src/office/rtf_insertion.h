@@ -1,7 +1,8 @@
 // Puts the objects of the side file back where their markers stand.
 //
-// The side file is opened at the first marker: a document without markers needs none. A marker whose object cannot be
-// had stays as it is, so that nothing is lost and the call can be repeated with the right side file.
+// A document without markers needs no side file. A marker whose object cannot be had stays as it is, so that nothing is
+// lost and the call can be repeated with the right side file. An object whose marker was deleted is left out, with a
+// message: a translator may have meant that, or a program may have dropped hidden text.
 #pragma once
 
 #include <cstdint>
@@ -22,7 +23,7 @@ class RtfInsertion {
   // Opens the document; throws `failure`, as does run(), also for a document that is not RTF. The document keeps its
   // content before run() ends.
   RtfInsertion(std::u16string_view rtf_file, std::u16string_view temporary_file, std::u16string_view object_file);
-  // The whole document. What kept markers from being replaced is added to `messages`.
+  // The whole document. Adds to `messages` what kept markers from being replaced, or that objects have no marker.
   void run(ProgressEvent& progress, MessageList& messages);
   std::uint64_t count() const { return count_; }      // objects put back
   std::uint64_t missing() const { return missing_; }  // markers that stayed
@@ -30,6 +31,7 @@ class RtfInsertion {
  private:
   const char* scan(const char* p, const char* limit, const char* end, MessageList& messages);
   void open_objects(MessageList& messages);
+  void report_unused_objects(MessageList& messages);
 
   BlockReader reader_;
   PendingFile text_;

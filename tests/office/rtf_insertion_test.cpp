@@ -138,6 +138,37 @@ TEST_F(RtfInsertionTest, ADocumentWithoutMarkersNeedsNoSideFile) {
   EXPECT_EQ(insert().result, 0);
 }
 
+TEST_F(RtfInsertionTest, ObjectsWithoutAMarkerAreReported) {
+  const struct {
+    const char* name;
+    std::string_view document;
+    std::string_view objects;
+    std::u16string_view expected;  // "" for no message
+  } cases[] = {
+      {"every object has its place", R"({\rtf1 {\v\mor OBJ 3 }{\v\mor OBJ 1 }{\v\mor OBJ 2 })", kThree, u""},
+      {"a marker was deleted", R"({\rtf1 {\v\mor OBJ 3 }{\v\mor OBJ 1 })", kThree,
+       u"1 of the 3 objects of the object file have no marker in the document and are left out"},
+      {"all markers are gone", R"({\rtf1 text})", kThree,
+       u"3 of the 3 objects of the object file have no marker in the document and are left out"},
+      {"a copied marker stands for one object", R"({\rtf1 {\v\mor OBJ 1 }{\v\mor OBJ 1 }{\v\mor OBJ 1 })", kThree,
+       u"2 of the 3 objects of the object file have no marker in the document and are left out"},
+      {"an object file without objects", R"({\rtf1 text})", "{\\v\\mor OBJ 1 }\r\n", u""},
+      {"a file that is no object file", R"({\rtf1 text})", "a compiler's", u""},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    files.put(kDocument, c.document);
+    files.put(kObjects, c.objects);
+    clsRTFUtil util;
+    util.RTFFile(kDocument);
+    EXPECT_EQ(util.InsertObjects(), 0);
+    ASSERT_EQ(util.ErrorList().size(), c.expected.empty() ? 0u : 1u);
+    if (!c.expected.empty()) {
+      EXPECT_EQ(util.ErrorList()[0].text, c.expected);
+    }
+  }
+}
+
 TEST_F(RtfInsertionTest, OneMessageTellsHowManyObjectsAreMissing) {
   files.put(kDocument, R"({\rtf1 {\v\mor OBJ 7 }{\v\mor OBJ 1 }{\v\mor OBJ 8 })");
   files.put(kObjects, kThree);
