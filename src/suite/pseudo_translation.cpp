@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "formats/text/text_coding.h"
+#include "suite/blank_text.h"
 #include "suite/coded_text.h"
 #include "suite/tud_rewriter.h"
 
@@ -67,14 +68,15 @@ PseudoTranslation::PseudoTranslation(unsigned code_page, bool is_script) : is_sc
 PseudoTranslation::PseudoTranslation(const TudHeader& header)
     : PseudoTranslation(header.target_code_page, is_script_name(header.original)) {}
 
-std::string PseudoTranslation::of(std::string_view coded) const {
+std::string PseudoTranslation::of(std::string_view coded) const { return is_script_ ? script(coded) : text(coded); }
+
+std::string PseudoTranslation::script(std::string_view coded) const {
   std::string result;
-  if (!is_script_) result += '[';
   CodedTextReader reader(coded);
   for (CodedPart part; reader.next(part);) {
     if (part.is_code) {
       append_code(result, part.kind, part.text);
-    } else if (is_script_ && is_quoted(part.text)) {
+    } else if (is_quoted(part.text)) {
       (result += part.text.front()) += '[';
       append_letters(result, part.text.substr(1, part.text.size() - 2));
       (result += ']') += part.text.back();
@@ -82,7 +84,33 @@ std::string PseudoTranslation::of(std::string_view coded) const {
       append_letters(result, part.text);
     }
   }
-  if (!is_script_) result += ']';
+  return result;
+}
+
+// The brackets stand at the words, behind the codes and blanks of the edges: a blank beside a code belongs to the
+// document only as long as no text comes between them.
+std::string PseudoTranslation::text(std::string_view coded) const {
+  std::string result;
+  std::size_t end_of_words = std::string::npos;
+  CodedTextReader reader(coded);
+  for (CodedPart part; reader.next(part);) {
+    if (part.is_code) {
+      append_code(result, part.kind, part.text);
+      continue;
+    }
+    if (is_blank_text(part.text)) {
+      result += part.text;
+      continue;
+    }
+    if (end_of_words == std::string::npos) {
+      const std::size_t blanks = leading_blanks(part.text);
+      (result += part.text.substr(0, blanks)) += '[';
+      part.text.remove_prefix(blanks);
+    }
+    append_letters(result, part.text);
+    end_of_words = result.size() - trailing_blanks(part.text);
+  }
+  if (end_of_words != std::string::npos) result.insert(end_of_words, 1, ']');
   return result;
 }
 

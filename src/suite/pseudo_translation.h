@@ -18,11 +18,13 @@ class PseudoTranslation {
   // For the segments of a document.
   explicit PseudoTranslation(const TudHeader& header);
 
-  // The coded text with accents and in brackets; codes stay. Of a script the texts between quotes are in brackets each,
-  // so that it is still a script.
+  // The coded text with accents, its words in brackets; codes and the blanks of the edges stay where they are. In a
+  // script each text between quotes gets brackets of its own, so that it is still a script.
   std::string of(std::string_view coded) const;
 
  private:
+  std::string script(std::string_view coded) const;
+  std::string text(std::string_view coded) const;
   void append_letters(std::string& result, std::string_view text) const;
 
   std::array<std::string_view, 128> letters_{};  // what an ASCII letter becomes, "" for itself

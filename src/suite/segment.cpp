@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "suite/blank_text.h"
+
 namespace kavo {
 namespace {
 
@@ -15,19 +17,6 @@ constexpr std::size_t kDeepestNesting = 64;
 
 // What is shown of a long code: enough to recognise it.
 constexpr std::size_t kLongestShown = 200;  // bytes
-
-bool has_visible(std::string_view utf8) {
-  for (std::size_t i = 0; i < utf8.size(); ++i) {
-    const char c = utf8[i];
-    if (c == ' ' || c == '\t' || c == '\r' || c == '\n') continue;
-    if (utf8.substr(i).starts_with("\xC2\xA0")) {
-      ++i;
-      continue;
-    }
-    return true;
-  }
-  return false;
-}
 
 // "[81 9F]": what cannot be shown as a character.
 std::string in_hexadecimal(std::string_view bytes) {
@@ -73,7 +62,7 @@ void SegmentBuilder::add_text(std::string_view original) {
   while (!original.empty()) {
     const std::size_t before = segment_.text.size();
     const std::size_t length = coding_.decode_run(original, segment_.text);
-    has_text_ = has_text_ || has_visible(std::string_view(segment_.text).substr(before));
+    has_text_ = has_text_ || !is_blank_text(std::string_view(segment_.text).substr(before));
     segment_.original += original.substr(0, length);
     original.remove_prefix(length);
     if (original.empty()) return;
@@ -97,7 +86,7 @@ void SegmentBuilder::add_text(std::string_view text, std::string_view original) 
   }
   segment_.text += text;
   segment_.original += original;
-  has_text_ = has_text_ || has_visible(text);
+  has_text_ = has_text_ || !is_blank_text(text);
 }
 
 void SegmentBuilder::add_hidden(std::string_view original) { segment_.original += original; }

@@ -81,6 +81,15 @@ TEST_F(VerifyCommand, ARepairedPageShowsEachRepair) {
   EXPECT_EQ(run_kavo({"verify", "--strict", file}).code, 3);
 }
 
+TEST_F(VerifyCommand, BlanksBesideACodeAtTheEdgeOfATextStayThere) {
+  for (const char* text : {"<p><a href=a><b>A</b></a> \n &nbsp; \n<a href=b><b>B</b></a> \n &nbsp; \n</p>\n",
+                           "<p>&nbsp;<b>A</b> &nbsp;</p>\n", "<p>A <%=x%> &nbsp; </p>\n", "<p>&nbsp;<%=x%> A</p>\n",
+                           "<h3><a name=x>A</h3><pre><a href=b>B</a>\tC (d, <br>\t e)<br>\n</pre>\n"}) {
+    const auto told = verify(put(u"a.asp", text));
+    EXPECT_EQ(told["translated"], "same") << text << told.dump();
+  }
+}
+
 TEST_F(VerifyCommand, APageThatEndsInsideAScriptSurvives) {
   const auto told = verify(put(u"a.htm", "<table><tr><td><p>One</p><script>x = 'y';\n"));
   EXPECT_EQ(told["done"], true) << told;
@@ -96,7 +105,7 @@ TEST_F(VerifyCommand, AnEmptyDocumentSurvives) {
 TEST_F(VerifyCommand, PlacesAreThoseOfTheDocument) {
   const std::string page =
       "<html><body>\r\n<% a\r\nb %>x <b><i>1</b></i>\r\n"
-      "<script>\r\nvar a = 'Two';\r\n</script><p>Three > \x81</p></body></html>\r\n";
+      "<script>\r\nvar a = 'Two';\r\n</script><p>\x81(Thr > </p></body></html>\r\n";
   const Ran ran = run_kavo({"verify", "--json", "--code-page", "932", put(u"a.asp", page)});
   const auto told = nlohmann::json::parse(ran.output);
   ASSERT_EQ(told["repairs"].size(), 2u) << told;
@@ -115,7 +124,7 @@ TEST_F(VerifyCommand, PlacesAreThoseOfTheDocument) {
 
 // In a double-byte code page a broken lead byte takes the byte behind it with it when that changes.
 TEST_F(VerifyCommand, ATextThatDoesNotComeBackIsTold) {
-  const std::string file = put(u"a.txt", "One\nTwo \x81\nThree\n");
+  const std::string file = put(u"a.txt", "One\n\x81(Two\nThree\n");
   const Ran ran = run_kavo({"verify", "--json", "--code-page", "932", file});
   EXPECT_EQ(ran.code, 3);
   const auto told = nlohmann::json::parse(ran.output);

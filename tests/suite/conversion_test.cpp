@@ -150,8 +150,29 @@ TEST(XmlText, LanguageCodes) {
 
 TEST(PseudoTranslation, KeepsCodesAndWhatTheCodePageLacks) {
   const std::string coded = from_host_text(u"<1>Open</1> c<2/>");
-  EXPECT_EQ(to_host_text(PseudoTranslation(65001).of(coded)), u"[<1>\u00D5p\u00E8\u00F1</1> \u00E7<2/>]");
-  EXPECT_EQ(to_host_text(PseudoTranslation(932).of(coded)), u"[<1>Open</1> c<2/>]");
+  EXPECT_EQ(to_host_text(PseudoTranslation(65001).of(coded)), u"<1>[\u00D5p\u00E8\u00F1</1> \u00E7]<2/>");
+  EXPECT_EQ(to_host_text(PseudoTranslation(932).of(coded)), u"<1>[Open</1> c]<2/>");
+}
+
+TEST(PseudoTranslation, LeavesTheEdgesOfATextAsTheyAre) {
+  struct Case {
+    const char* name;
+    const char16_t* source;
+    const char16_t* expected;
+  };
+  constexpr Case kCases[] = {
+      {"words alone", u"b d", u"[b d]"},
+      {"codes at both edges", u"<1><2>b</2></1> <3>d</3>", u"<1><2>[b</2></1> <3>d]</3>"},
+      {"blank beside a code", u"<1/> b\u00A0<2/>", u"<1/> [b]\u00A0<2/>"},
+      {"blanks at the edges", u"\t b \u00A0", u"\t [b] \u00A0"},
+      {"blanks between codes", u" <1/> <2/> b <3/> ", u" <1/> <2/> [b] <3/> "},
+      {"blank between words", u"b<1/> <2/>d", u"[b<1/> <2/>d]"},
+      {"no words", u" <1/> ", u" <1/> "},
+      {"nothing", u"", u""},
+  };
+  const PseudoTranslation pseudo(65001);
+  for (const Case& c : kCases)
+    EXPECT_EQ(to_host_text(pseudo.of(from_host_text(c.source))), c.expected) << c.name;
 }
 
 TEST(PseudoTranslation, AScriptStaysAScript) {
