@@ -33,6 +33,7 @@ class Restore final : public Verb {
  public:
   void add_options(CLI::App& app) override {
     app.add_option("-o,--output", output_, "The page to write (else named after FILE: index_asp.htm gives index.asp)");
+    app.add_flag("--force", force_, "Write the page also when scripts or their placeholders are missing");
   }
   void check_usage(std::size_t file_count) override {
     if (!output_.empty() && file_count > 1) throw CLI::ValidationError("--output", "goes with one FILE only");
@@ -41,21 +42,26 @@ class Restore final : public Verb {
   Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
     clsASP2HTML scripts;
     scripts.Progress(progress);
+    scripts.refuse_gaps(!force_);
     scripts.HTMFile(file);
     scripts.ASPFile(path_from_host(output_));
     Outcome outcome;
     outcome.result = scripts.HTML2ASP();
     outcome.messages = without_heading(scripts.ErrorList());
-    if (const std::u16string warning = scripts.warning(); !warning.empty()) outcome.messages.push_back({warning});
-    if (outcome.result != 0)
-      outcome.ending = Outcome::kFailed;
-    else
+    if (outcome.result == 0) {
+      outcome.messages.insert(outcome.messages.end(), scripts.warnings().begin(), scripts.warnings().end());
       outcome.produced = {{scripts.ASPFile(), FileTypeOf(scripts.ASPFile())}};
+      return outcome;
+    }
+    outcome.ending = Outcome::kFailed;
+    if (!scripts.warnings().empty())
+      outcome.messages.back().text += u". Nothing is written; --force writes the page all the same";
     return outcome;
   }
 
  private:
   std::string output_;
+  bool force_ = false;
 };
 
 class Validate final : public Verb {

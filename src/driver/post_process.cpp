@@ -101,7 +101,8 @@ bool PostProcessing::RestoreScripts() {
   scripts.ASPFile(run_.scratch_path(file_name_of(document_)));
   const bool restored = scripts.HTML2ASP() == 0;
   observer_.tell_all_after_heading(scripts.ErrorList());
-  if (const std::u16string warning = scripts.warning(); !warning.empty()) observer_.tell({warning});
+  if (restored)
+    for (const Message& warning : scripts.warnings()) observer_.tell(warning);
   result_ = scripts.ASPFile();
   part.commit();
   return restored;

@@ -2,6 +2,7 @@
 
 #include "common/block_reader.h"
 #include "common/folder_run.h"
+#include "common/line_index.h"
 #include "common/pending_file.h"
 #include "common/same_file.h"
 #include "html/file_trouble.h"
@@ -10,6 +11,7 @@
 #include "html/script_protector.h"
 #include "html/script_restorer.h"
 #include "html/utf16_mark.h"
+#include "platform/files.h"
 #include "platform/unicode.h"
 #include "resources/string_table.h"
 
@@ -36,6 +38,20 @@ void refuse_shared_names(const ScriptNames& names) {
   check(names.html, names.script);
 }
 
+// Ends a run whose reasons are in the warnings.
+struct Refusal {};
+
+std::u16string shown_path(std::u16string_view path) { return to_utf16(path_to_host(path)); }
+
+std::u16string line_of(std::u16string_view path, std::uint64_t position) {
+  const LinePlace place = about_file(path, [&] { return LineIndex(path).place_of(position); });
+  return u", line " + to_utf16(std::to_string(place.line)) + u",";
+}
+
+std::u16string and_more(std::uint64_t count) {
+  return count == 1 ? u"" : u" and " + to_utf16(std::to_string(count - 1)) + u" more";
+}
+
 }  // namespace
 
 std::int32_t clsASP2HTML::ASP2HTML() {
@@ -49,7 +65,7 @@ std::int32_t clsASP2HTML::HTML2ASP() {
 std::int32_t clsASP2HTML::run(std::u16string_view what, const std::u16string& input, CompleteNames complete,
                               Operation operation) {
   messages_.clear();
-  missing_blocks_ = 0;
+  warnings_.clear();
   messages_.push_back({std::u16string(what) + input});
   progress_.restart();
   if (input.empty()) {
@@ -61,7 +77,11 @@ std::int32_t clsASP2HTML::run(std::u16string_view what, const std::u16string& in
     refuse_shared_names(names_);
     (this->*operation)();
     return 0;
+  } catch (const Refusal&) {
+    messages_.insert(messages_.end(), warnings_.begin(), warnings_.end());
+    return 1;
   } catch (const FileTrouble& trouble) {
+    warnings_.clear();
     std::u16string text(string_resource(kFileFailed));
     text += trouble.path + u"\r\n" + trouble.description;
     messages_.push_back({std::move(text), kFileFailed});
@@ -92,14 +112,28 @@ void clsASP2HTML::restore() {
   if (about_file(names_.script, [&] { return script.is_utf16(); })) refuse_utf16(names_.script);
   ScriptRestorer restorer(script, names_.script, page);
   restorer.run(input, names_.html, progress_);
-  missing_blocks_ = restorer.missing();
+  if (find_gaps(restorer, script) && refuse_gaps_) throw Refusal{};
   about_file(names_.page, [&] { page.commit(); });
 }
 
-std::u16string clsASP2HTML::warning() const {
-  if (missing_blocks_ == 0) return {};
-  return u"The script file has no block for " + to_utf16(std::to_string(missing_blocks_)) +
-         u" of the page's placeholders: they are gone and their scripts are missing";
+// Fills in the warnings; true when script would be lost.
+bool clsASP2HTML::find_gaps(const ScriptRestorer& restorer, ScriptFile& script) {
+  const ScriptRestorer::Missing& missing = restorer.missing();
+  const ScriptFile::Unused unused = about_file(names_.script, [&] { return script.unused(); });
+  const std::u16string script_name = shown_path(names_.script);
+  const auto warn = [this](std::u16string text) { warnings_.push_back({std::move(text)}); };
+  if (missing.count != 0)
+    warn(shown_path(names_.html) + line_of(names_.html, missing.position) + u" has the placeholder " +
+         to_utf16(missing.placeholder) + and_more(missing.count) + u", for which " + script_name + u" has no script");
+  if (unused.count != 0)
+    warn(script_name + line_of(names_.script, unused.position) + u" has the script of " + to_utf16(unused.placeholder) +
+         and_more(unused.count) + u", for which " + shown_path(names_.html) + u" has no placeholder");
+  if (script.ends_inside_block()) warn(script_name + u" ends inside its last script: it is cut short");
+  const bool lost = !warnings_.empty();
+  if (script.repeated() != 0)
+    warn(u"Placeholders that stand more than once, so that their script does, too: " +
+         to_utf16(std::to_string(script.repeated())));
+  return lost;
 }
 
 std::u16string clsASP2HTML::GetError(std::int32_t index) const {

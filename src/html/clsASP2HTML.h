@@ -18,6 +18,9 @@
 
 namespace kavo {
 
+class ScriptFile;
+class ScriptRestorer;
+
 class clsASP2HTML {
  public:
   // Both return 0, or 1 with the reason in ErrorList(). What a Progress handler throws, and the user's interruption
@@ -39,9 +42,14 @@ class clsASP2HTML {
   // written behind its placeholder is script as soon as the page is restored.
   bool ends_in_script() const { return ends_in_script_; }
 
-  // "" unless the last HTML2ASP() took placeholders out without a block, because the script file has none of their
-  // number. No entry of ErrorList, since the call succeeded.
-  std::u16string warning() const;
+  // What does not fit together in the files of the last HTML2ASP(): a placeholder for which the script file has no
+  // block (it is taken out), a block that no placeholder asks for (its script is lost), a script file that ends inside
+  // a block. Also a placeholder that stands twice, whose script is written at both places: a translation may need that.
+  // At most one message for each, naming the first place. Not in ErrorList when the call succeeded; empty when it failed
+  // for another reason.
+  const MessageList& warnings() const { return warnings_; }
+  // When set, an HTML2ASP() that would lose script fails with these warnings as its errors and writes nothing.
+  void refuse_gaps(bool value) { refuse_gaps_ = value; }
 
   // When set, ASP2HTML() writes down where the bytes of the page and of the script file come from, in empty trails that
   // outlive it. They take memory for every script.
@@ -64,13 +72,15 @@ class clsASP2HTML {
   std::int32_t run(std::u16string_view what, const std::u16string& input, CompleteNames complete, Operation operation);
   void protect();
   void restore();
+  bool find_gaps(const ScriptRestorer& restorer, ScriptFile& script);
 
   ScriptNames names_;
   bool ends_in_script_ = false;
-  std::size_t missing_blocks_ = 0;
+  bool refuse_gaps_ = false;
   CopyTrail* page_trail_ = nullptr;
   CopyTrail* script_trail_ = nullptr;
   MessageList messages_;
+  MessageList warnings_;
   ProgressEvent progress_;
 };
 

@@ -34,12 +34,14 @@ std::size_t line_end_length(std::string_view text) {
 
 bool ScriptFile::find(std::string_view placeholder) {
   pass_to_marker([](std::string_view) {});
-  if (skip_line_of(placeholder)) return true;
-  if (!indexed_) build_index();
   const auto is_it = [&](std::uint64_t position) {
     go_to(position);
-    return skip_line_of(placeholder);
+    if (!skip_line_of(placeholder)) return false;
+    count_use(position);
+    return true;
   };
+  if (is_it(reader_.position())) return true;
+  if (!indexed_) build_index();
   if (index_.find(key_of(placeholder), reader_.position(), is_it)) return true;
   go_to(reader_.size());
   return false;
@@ -67,7 +69,10 @@ void ScriptFile::pass_to_marker(const Sink& sink) {
     if (!rest.empty() && !is_marker && !may_be_cut) {
       scanned = at + 1;
     } else if (is_marker || reader_.exhausted()) {
-      const std::size_t line_end = line_end_length(window.substr(0, at));
+      const std::string_view text = window.substr(0, at);
+      const std::size_t line_end = line_end_length(text);
+      if (!is_marker && in_block_ && line_end == 0 && !text.ends_with('>')) ends_inside_block_ = true;
+      in_block_ = false;
       pass(at - line_end);
       reader_.consume(line_end);
       return;
@@ -89,6 +94,7 @@ bool ScriptFile::skip_line_of(std::string_view placeholder) {
 }
 
 void ScriptFile::skip_line() {
+  in_block_ = true;
   for (;;) {
     const std::string_view window = reader_.window();
     const auto end =
@@ -105,22 +111,63 @@ void ScriptFile::skip_line() {
   }
 }
 
-void ScriptFile::build_index() {
-  indexed_ = true;
-  const std::uint64_t here = reader_.position();
-  reader_.seek(0);
+template <class Each>
+void ScriptFile::for_each_marker(Each&& each) {
   for (;;) {
     pass_to_marker([](std::string_view) {});
     fill(script::kLongestPlaceholder);
-    if (reader_.window().empty()) break;
-    const std::string_view window = reader_.window();
-    const std::string_view line = window.substr(0, window.find_first_of(script::kLineEnd));
-    if (const auto placeholder = placeholder_in(line); !placeholder.empty())
-      index_.add(key_of(placeholder), reader_.position());
+    if (reader_.window().empty()) return;
+    each(reader_.position());
     skip_line();
   }
+}
+
+void ScriptFile::build_index() {
+  const std::uint64_t here = reader_.position();
+  go_to(0);
+  for_each_marker([this](std::uint64_t position) {
+    blocks_.push_back(position);
+    const std::string_view window = reader_.window();
+    const std::string_view line = window.substr(0, window.find_first_of(script::kLineEnd));
+    if (const auto placeholder = placeholder_in(line); !placeholder.empty()) index_.add(key_of(placeholder), position);
+  });
   index_.sort();
-  reader_.seek(here);
+  used_.assign(blocks_.size(), false);
+  std::fill_n(used_.begin(), in_order_, true);
+  indexed_ = true;
+  go_to(here);
+}
+
+void ScriptFile::count_use(std::uint64_t position) {
+  if (!indexed_) {
+    ++in_order_;
+    return;
+  }
+  const auto block = std::ranges::lower_bound(blocks_, position) - blocks_.begin();
+  if (used_[static_cast<std::size_t>(block)]) ++repeated_;
+  used_[static_cast<std::size_t>(block)] = true;
+}
+
+ScriptFile::Unused ScriptFile::unused() {
+  Unused unused;
+  const auto add = [&](std::uint64_t position) {
+    if (unused.count++ == 0) unused.position = position;
+  };
+  if (indexed_) {
+    for (std::size_t i = 0; i < blocks_.size(); ++i)
+      if (!used_[i]) add(blocks_[i]);
+  } else {
+    for_each_marker(add);
+  }
+  if (unused.count != 0) unused.placeholder = line_at(unused.position);
+  return unused;
+}
+
+std::string ScriptFile::line_at(std::uint64_t position) {
+  go_to(position);
+  fill(script::kLongestPlaceholder);
+  const std::string_view line = reader_.window().substr(0, script::kLongestPlaceholder);
+  return std::string(line.substr(0, line.find_first_of(script::kLineEnd)));
 }
 
 void ScriptFile::fill(std::size_t count) {
@@ -129,6 +176,7 @@ void ScriptFile::fill(std::size_t count) {
 }
 
 void ScriptFile::go_to(std::uint64_t position) {
+  in_block_ = false;
   const std::uint64_t here = reader_.position();
   if (position >= here && position <= reader_.bytes_read())
     reader_.consume(static_cast<std::size_t>(position - here));

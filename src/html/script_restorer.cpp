@@ -14,6 +14,7 @@ void ScriptRestorer::run(BlockReader& input, std::u16string_view input_name, Pro
     about_file(input_name, [&] { return input.more(); });
     if (input.bytes_read() != 0) progress.report(input.percent());
     begin_ = run_ = input.window().data();
+    begin_position_ = input.position();
     end_ = begin_ + input.window().size();
     last_ = input.exhausted();
     const char* p = scan(begin_ + done);
@@ -128,7 +129,10 @@ void ScriptRestorer::restore(const char* p, const char* behind) {
   flush(p);
   run_ = behind;
   if (!about_file(script_name_, [&] { return script_.find(text_); })) {
-    ++missing_;
+    if (missing_.count++ == 0) {
+      missing_.position = begin_position_ + static_cast<std::uint64_t>(p - begin_);
+      missing_.placeholder = text_;
+    }
     return;
   }
   about_file(script_name_, [&] { script_.read_block([this](std::string_view bytes) { write(bytes); }); });

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -25,7 +26,12 @@ class ScriptRestorer {
   // Scans the whole page. Throws FileTrouble; what the progress event throws passes through.
   void run(BlockReader& input, std::u16string_view input_name, ProgressEvent& progress);
   // Placeholders that went without a block, because the script file has none of their number.
-  std::size_t missing() const { return missing_; }
+  struct Missing {
+    std::uint64_t count = 0;
+    std::uint64_t position = 0;  // of the first in the page, in bytes from 0
+    std::string placeholder;     // its text
+  };
+  const Missing& missing() const { return missing_; }
 
  private:
   // Each works on from a place in the window and returns the place to go on from; the same place when the bytes there
@@ -52,13 +58,14 @@ class ScriptRestorer {
 
   // The window: what was scanned and not written yet is kept as far as a placeholder looks back.
   const char* begin_ = nullptr;
+  std::uint64_t begin_position_ = 0;  // of begin_ in the page
   const char* end_ = nullptr;
   const char* run_ = nullptr;  // first byte not written yet
   bool last_ = false;          // the window reaches to the end of the page
 
   std::size_t escapes_ = 0;  // escaped markers of this line whose escaped end has not come yet
   std::string text_;         // the placeholder being read, its escaping undone
-  std::size_t missing_ = 0;
+  Missing missing_;
 };
 
 }  // namespace kavo
