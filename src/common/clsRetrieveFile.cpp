@@ -10,10 +10,11 @@ namespace kavo {
 
 bool clsRetrieveFile::OpenFile() {
   if (file_name_.empty()) return false;
-  const auto info = ports().files->info(file_name_);
-  if (!info || info->is_folder) return false;
-  CloseFile();
   try {
+    const auto info = ports().files->info(file_name_);
+    // A hidden file counts as missing, deliberately: hosts know the class so.
+    if (!info || info->is_folder || info->is_hidden) return false;
+    CloseFile();
     reader_.emplace(file_name_);
   } catch (const failure&) {
     return false;
@@ -24,12 +25,12 @@ bool clsRetrieveFile::OpenFile() {
 }
 
 void clsRetrieveFile::CloseFile() {
+  if (reader_) is_read_to_end_ = reader_->position() >= reader_->size();
   reader_.reset();
   progress_ = 0;
 }
 
 bool clsRetrieveFile::GetLineFromFile(std::u16string& line) {
-  blocks();
   std::size_t end;
   while ((end = pending_.find_first_of(u"\r\n", searched_)) == std::u16string::npos) {
     searched_ = pending_.size();
@@ -49,7 +50,8 @@ bool clsRetrieveFile::GetLineFromFile(std::u16string& line) {
 
 // Appends one chunk to the pending text; false at the end of the file.
 bool clsRetrieveFile::read_chunk() {
-  BlockReader& reader = *reader_;
+  if (!reader_ && is_read_to_end_) return false;
+  BlockReader& reader = blocks();
   const auto holds = [&](std::size_t count) {
     while (reader.window().size() < count && reader.more()) {
     }

@@ -300,5 +300,70 @@ TEST_F(RetrieveFile, RandomTextIsReadBackWhole) {
   }
 }
 
+TEST_F(RetrieveFile, ClosingLeavesWhatWasRead) {
+  struct Case {
+    const char* name;
+    std::string_view text;
+    int chunk_size;
+    std::vector<std::u16string> lines;  // after the first one and CloseFile
+    bool is_whole;                      // then false, else 91
+  };
+  const Case cases[] = {
+      {"all was read", "a\r\nb\nc", 4096, {u"b\n", u"c"}, true},
+      {"all was read, with a last line end", "a\nb\n", 4096, {u"b\n"}, true},
+      {"nothing is left", "a\n", 4096, {}, true},
+      {"the rest was not read", "a\nb\nc\nd\n", 5, {u"b\n"}, false},
+      {"the line goes on in what was not read", "a\nbcdef\n", 4, {}, false},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    reader.ChunkSize(c.chunk_size);
+    ASSERT_TRUE(open(c.text));
+    std::u16string line;
+    ASSERT_TRUE(reader.GetLineFromFile(line));
+    reader.CloseFile();
+    for (const std::u16string& expected : c.lines) {
+      EXPECT_TRUE(reader.GetLineFromFile(line));
+      EXPECT_EQ(line, expected);
+    }
+    if (c.is_whole) {
+      EXPECT_FALSE(reader.GetLineFromFile(line));
+      EXPECT_EQ(line, u"");
+    } else {
+      EXPECT_EQ(failure_number([&] { reader.GetLineFromFile(line); }), 91);
+    }
+    ASSERT_TRUE(reader.OpenFile()) << "a new file starts anew";
+    EXPECT_TRUE(reader.GetLineFromFile(line));
+    EXPECT_EQ(line.substr(0, 1), u"a");
+  }
+}
+
+// One file of the system counts as hidden, or cannot be looked at.
+class OneOddFile final : public MemoryFiles {
+ public:
+  std::optional<FileInfo> info(std::u16string_view path) override {
+    auto found = MemoryFiles::info(path);
+    if (found && path == u"C:\\hidden.txt") found->is_hidden = true;
+    if (path == u"C:\\broken.txt") throw failure(FailureNumber::kDeviceError, u"no answer");
+    return found;
+  }
+};
+
+TEST(RetrieveOddFile, AHiddenFileIsNotFoundAndOneThatCannotBeLookedAtDoesNotOpen) {
+  OneOddFile files;
+  PortsScope scope;
+  ports().files = &files;
+  for (const auto* name : {u"C:\\plain.txt", u"C:\\hidden.txt"}) files.put(name, "a\n");
+  clsRetrieveFile reader;
+  reader.Filename(u"C:\\plain.txt");
+  ASSERT_TRUE(reader.OpenFile());
+  for (const auto* name : {u"C:\\hidden.txt", u"C:\\broken.txt"}) {
+    reader.Filename(name);
+    EXPECT_FALSE(reader.OpenFile());
+  }
+  std::u16string line;
+  EXPECT_TRUE(reader.GetLineFromFile(line)) << "the file before stays open";
+}
+
 }  // namespace
 }  // namespace kavo::test
