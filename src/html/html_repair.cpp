@@ -80,6 +80,10 @@ HtmlRepair::HtmlRepair(BlockReader& reader, const TagTable& table, PendingFile* 
 
 void HtmlRepair::run() {
   if (reader_.window().starts_with(kUtf8Mark)) scanner_.skip(kUtf8Mark.size());
+  if (table_.empty()) {
+    copy_rest();
+    return;
+  }
   for (;;) {
     if (server_.active()) follow_server_code(scanner_.position());
     edit_allowed_ = !server_.active();
@@ -87,7 +91,8 @@ void HtmlRepair::run() {
     scanner_.next(tree_.cdata_allowed());
     edit_at_ = token_.begin;
     if (tree_.steps() > kFreeSteps + kStepsPerByte * token_.begin || tree_.stack().size() > kDeepest) {
-      copy_rest(token_);
+      report(3019, place_of(token_.begin), "everything that follows");
+      copy_rest();
       break;
     }
     if (token_.kind == PageTokenKind::kText) {
@@ -96,7 +101,8 @@ void HtmlRepair::run() {
     }
     if (token_.kind == PageTokenKind::kStrayLess || token_.kind == PageTokenKind::kStrayGreater) {
       newline_ = Newline::kCounts;
-      stray(token_);
+      if (!tree_.ignores_text()) tree_.character();
+      if (edit_allowed_) stray(token_.begin, token_.kind == PageTokenKind::kStrayLess);
       continue;
     }
     newline_ = Newline::kCounts;
@@ -174,7 +180,7 @@ void HtmlRepair::blanks(std::uint64_t begin, std::uint64_t end) {
       tree_.blank();
   } else if (tree_.blank_reopens() && tree_.has_closed_early()) {
     // White space at the very end opens nothing: it would be all that the elements hold.
-    if (tree_.text_stays_here() && only_the_end_follows(begin, tree_.after_body()))
+    if (tree_.text_stays_here() && rest_of_page(begin, tree_.after_body()) != Rest::kMore)
       tree_.forget_closed_early(0);
     else if (tree_.after_body() && scanner_.look_ahead(end, 4) == "<!--")
       report(3019, place_of(begin), "a comment behind the end of the body");  // opening a tag here goes back into it
@@ -202,43 +208,42 @@ bool HtmlRepair::text_follows(std::uint64_t position) {
   return false;
 }
 
-// True when nothing but white space, the end tags of body and html and, behind these, comments follow. `ended`: such an
-// end tag stands before the position.
-bool HtmlRepair::only_the_end_follows(std::uint64_t position, bool ended) {
-  if (reader_.size() - position > kLongestEnd) return false;
+// The end: nothing but white space, the end tags of body and html and, behind these, comments follow; kEnd when there
+// is no white space either. `ended`: such an end tag stands before the position.
+HtmlRepair::Rest HtmlRepair::rest_of_page(std::uint64_t position, bool ended) {
+  if (reader_.size() - position > kLongestEnd) return Rest::kMore;
+  Rest result = Rest::kEnd;
   const bool counts = tree_.body_end_counts();
   std::string_view rest = scanner_.look_ahead(position, kLongestEnd);
   while (!rest.empty()) {
     std::size_t size = is_blank(rest[0]) ? 1 : blank_reference(rest);
+    if (size != 0) result = Rest::kBlankEnd;
     if (size == 0 && ended && rest.starts_with("<!--")) {
       size = rest.find("-->", 4);
       if (size == std::string_view::npos || rest[4] == '>' || rest.substr(4, 2) == "->" || rest.find("--!>", 4) < size)
-        return false;
+        return Rest::kMore;
       size += 3;
     } else if (size == 0) {
-      if (rest.size() < 7 || !rest.starts_with("</")) return false;
+      if (rest.size() < 7 || !rest.starts_with("</")) return Rest::kMore;
       const std::string_view name = rest.substr(2, 4);
-      if (!equals_ignoring_case(name, "body") && !equals_ignoring_case(name, "html")) return false;
+      if (!equals_ignoring_case(name, "body") && !equals_ignoring_case(name, "html")) return Rest::kMore;
       size = rest.find('>');
-      if (size == std::string_view::npos || (size != 6 && !is_blank(rest[6]))) return false;
+      if (size == std::string_view::npos || (size != 6 && !is_blank(rest[6]))) return Rest::kMore;
       ++size;
       ended = ended || counts;
     }
     rest.remove_prefix(size);
   }
-  return true;
+  return result;
 }
 
-void HtmlRepair::stray(const Token& token) {
-  const bool less = token.kind == PageTokenKind::kStrayLess;
-  if (!tree_.ignores_text()) tree_.character();
-  if (!edit_allowed_) return;
-  if (less && ServerCode::begins(scanner_.look_ahead(token.begin, 2))) {
-    server_.enter(token.begin, false);
+void HtmlRepair::stray(std::uint64_t position, bool less) {
+  if (less && ServerCode::begins(scanner_.look_ahead(position, 2))) {
+    server_.enter(position, false);
     return;
   }
-  report(less ? 3009 : 3011, place_of(token.begin), less ? "<" : ">");
-  replace(token.begin, token.end, less ? "&lt;" : "&gt;");
+  report(less ? 3009 : 3011, place_of(position), less ? "<" : ">");
+  replace(position, position + 1, less ? "&lt;" : "&gt;");
 }
 
 // Tags.
@@ -271,9 +276,10 @@ bool HtmlRepair::start_tag(const Token& token) {
 }
 
 void HtmlRepair::end_tag(const Token& token) {
-  if ((token.tag == Tag::kBody || token.tag == Tag::kHtml) && edit_allowed_ && tree_.blank_stays_here() &&
-      only_the_end_follows(token.end, tree_.body_end_counts()))
-    close_all(false);
+  if ((token.tag == Tag::kBody || token.tag == Tag::kHtml) && edit_allowed_ && tree_.blank_stays_here()) {
+    const Rest rest = rest_of_page(token.end, tree_.body_end_counts());
+    if (rest != Rest::kMore) close_all(rest);
+  }
   tree_.end_tag(token.name, token.tag);
   if (!edit_allowed_ || tree_.last_tag_closed_own()) return;
   const int listed = table_.find(token.name);
@@ -338,6 +344,32 @@ std::size_t HtmlRepair::first_to_close(std::size_t from, const Closing& what) co
   return lowest;
 }
 
+// True when the end tag of `outer` closes the element inside it as well and a parser builds the same. Formatting
+// elements stay in its list, which must not matter any more (`is_forgotten`).
+bool HtmlRepair::closes_with(const OpenElement& outer, const OpenElement& element, bool is_forgotten) {
+  if (has_trait(element.tag, kFormatting)) return is_forgotten;
+  const bool closes_blocks = has_trait(outer.tag, kBlockEnd | kHeading) || outer.tag == Tag::kTd ||
+                             outer.tag == Tag::kTh || outer.tag == Tag::kCaption;
+  return closes_blocks && has_trait(element.tag, kBlockEnd | kImpliedEnd);
+}
+
+// For each open element from `lowest` on, which is wanted: whether it can do without an end tag, because it stands,
+// among others that can, directly inside a wanted one that closes it.
+template <class IsWanted>
+std::vector<bool> HtmlRepair::without_end_tag(std::size_t lowest, bool is_forgotten, const IsWanted& is_wanted) const {
+  const auto& stack = tree_.stack();
+  std::vector<bool> result(stack.size() - lowest);
+  std::size_t outer = lowest;
+  for (std::size_t i = lowest + 1; i < stack.size(); ++i) {
+    if (is_wanted(stack[i]))
+      outer = i;
+    else
+      result[i - lowest] =
+          (i == outer + 1 || result[i - 1 - lowest]) && closes_with(stack[outer], stack[i], is_forgotten);
+  }
+  return result;
+}
+
 bool HtmlRepair::too_much() const { return inserted_ > kFreeGrowth + kGrowth * token_.begin; }
 
 void HtmlRepair::closing(const Closing& what) {
@@ -381,7 +413,14 @@ void HtmlRepair::closing(const Closing& what) {
       if (i < lowest && must_close(stack[i]))
         report(3018, stack[i].place, name_of_element(stack[i]), current_tag_name());
   }
+  if (lowest == stack.size()) return;
+  const std::vector<bool> left =
+      without_end_tag(lowest, what.forgets, [this](const OpenElement& element) { return must_close(element); });
   while (stack.size() > lowest) {
+    if (left[stack.size() - 1 - lowest]) {
+      tree_.leave_current();
+      continue;
+    }
     const OpenElement element = stack.back();
     const std::string name = name_of_element(element);
     if (element.tag == Tag::kP)
@@ -419,12 +458,13 @@ void HtmlRepair::end_of_page() {
   edit_at_ = scanner_.position();
   follow_server_code(edit_at_);
   edit_allowed_ = !scanner_.ended_inside() && !server_.active() && !ends_in_script_;
-  close_all(true);
+  close_all(Rest::kNothing);
 }
 
-// Closes every open element of the table, and paragraphs, with all that is inside. False, and nothing is done, when the
-// page goes on and not all can be closed.
-bool HtmlRepair::close_all(bool at_end) {
+// Closes every open element of the table, and paragraphs, with all that is inside; before the end of the page only when
+// all can be closed.
+void HtmlRepair::close_all(Rest rest) {
+  const bool at_end = rest == Rest::kNothing;
   const auto& stack = tree_.stack();
   std::size_t bottom = 0;
   while (bottom < stack.size() && (stack[bottom].tag == Tag::kHtml || stack[bottom].tag == Tag::kBody)) ++bottom;
@@ -453,13 +493,18 @@ bool HtmlRepair::close_all(bool at_end) {
     else
       lowest = i;
   }
-  if (!at_end && !complete) return false;
+  if (!at_end && !complete) return;
   if (at_end) {
     for (std::size_t i = lowest; i-- > bottom;)
       if (wanted(stack[i])) report(3018, stack[i].place, name_of_element(stack[i]), "the end of the page");
   }
+  const std::vector<bool> left = without_end_tag(lowest, rest != Rest::kBlankEnd, wanted);
   while (stack.size() > lowest) {
     const OpenElement element = stack.back();
+    if (left[stack.size() - 1 - lowest]) {
+      tree_.leave_current();
+      continue;
+    }
     if (element.has_tag) {
       const std::string name = name_of_element(element);
       report(3016, element.place, name);
@@ -469,12 +514,10 @@ bool HtmlRepair::close_all(bool at_end) {
     if (HtmlTree::sets_marker(element)) tree_.clear_to_marker();
     if (at_end && element.has_tag && tree_.text_stays_here() && !tree_.has_naturally_closed()) insert("\r\n");
   }
-  return true;
 }
 
-// Gives up repairing: a page that needs endless searching.
-void HtmlRepair::copy_rest(const Token& token) {
-  report(3019, place_of(token.begin), "everything that follows");
+// Repairs nothing more.
+void HtmlRepair::copy_rest() {
   do {
     release(reader_.bytes_read());
     reader_.consume(reader_.window().size());
@@ -506,8 +549,14 @@ void HtmlRepair::server_code_in_tag(std::uint64_t position, char quote) {
 
 void HtmlRepair::processing_instruction(std::uint64_t position) {
   constexpr std::size_t kLongestOpening = 5;
+  follow_server_code(position);
   if (!server_.active() && ServerCode::begins(scanner_.look_ahead(position, kLongestOpening)))
     server_.enter(position, true);
+}
+
+void HtmlRepair::stray_in_text(std::uint64_t position, bool less) {
+  follow_server_code(position);
+  if (!server_.active()) stray(position, less);
 }
 
 void HtmlRepair::copy_until(std::uint64_t position) {

@@ -4,11 +4,18 @@
 // where it opens a formatting element again. So the page means the same to a parser before and after, and a repaired
 // page needs no repair. Where the same result cannot be reached by writing tags at that place (a parser moves blocks
 // around when an inline element crosses one), the bytes stay and a message says why.
+//
+// An element that is not in the table gets an end tag only where one that is could not be closed without: <b><s>1 ends
+// as <b><s>1</B>, since the end tag of B closes S as well and nothing follows that would reopen it; in <b><div>1 a
+// parser would move things around at </B>, and </DIV> comes first. Only where such an element is left open does an end
+// tag at the end of the page go without its line end, which would open it again. An empty table checks nothing at all:
+// neither paragraphs nor stray brackets.
 #pragma once
 
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "common/block_reader.h"
 #include "common/copy_trail.h"
@@ -50,19 +57,25 @@ class HtmlRepair final : private TreeObserver, private ScannerListener {
   void block_read() override;
   void server_code_in_tag(std::uint64_t position, char quote) override;
   void processing_instruction(std::uint64_t position) override;
+  void stray_in_text(std::uint64_t position, bool less) override;
 
   void text(std::uint64_t begin, std::uint64_t end);
   void blanks(std::uint64_t begin, std::uint64_t end);
-  void stray(const Token& token);
+  void stray(std::uint64_t position, bool less);
   bool start_tag(const Token& token);
   void end_tag(const Token& token);
   void end_of_page();
-  void copy_rest(const Token& token);
+  void copy_rest();
 
   bool text_follows(std::uint64_t position);
-  bool only_the_end_follows(std::uint64_t position, bool ended);
-  bool close_all(bool at_end);
+  // What a page has behind a place: kBlankEnd and kEnd are the end tags of its body, with and without white space.
+  enum class Rest : std::uint8_t { kMore, kBlankEnd, kEnd, kNothing };
+  Rest rest_of_page(std::uint64_t position, bool ended);
+  void close_all(Rest rest);
   bool must_close(const OpenElement& element) const;
+  static bool closes_with(const OpenElement& outer, const OpenElement& element, bool is_forgotten);
+  template <class IsWanted>
+  std::vector<bool> without_end_tag(std::size_t lowest, bool is_forgotten, const IsWanted& is_wanted) const;
   bool is_exempt(const OpenElement& element) const;
   bool is_obstacle(std::size_t index, const Closing& what) const;
   std::size_t first_to_close(std::size_t from, const Closing& what) const;

@@ -348,11 +348,54 @@ bool HtmlScanner::at_end_tag(std::uint64_t name, std::uint64_t keep) {
   return false;
 }
 
+// Text in which character references count and tags do not. What would be a tag or a comment elsewhere, such as the
+// placeholder of a script, is passed over with its ">", so that brackets are stray by the same rule everywhere.
+const Token& HtmlScanner::skip_rcdata(std::uint64_t name) {
+  enum class Inside : std::uint8_t { kText, kMarkup, kComment } inside = Inside::kText;
+  std::uint64_t comment = 0;  // where its content begins
+  for (;;) {
+    const std::uint64_t keep = inside == Inside::kComment ? p_ - std::min<std::uint64_t>(2, p_ - comment) : p_;
+    token_.begin = keep;
+    if (byte_at(0, keep) == -1) return finish(PageTokenKind::kEnd);
+    const std::string_view window = reader_.window();
+    const char* const begin = window.data() + (p_ - reader_.position());
+    const char* const end = window.data() + window.size();
+    const char* const found = find_any<'<', '>'>(begin, end);
+    p_ += static_cast<std::uint64_t>(found - begin);
+    if (found == end) continue;
+    if (*found == '>') {
+      const bool ends_comment = inside == Inside::kComment && p_ - comment >= 2 && found[-1] == '-' && found[-2] == '-';
+      if (inside == Inside::kText) listener_.stray_in_text(p_, false);
+      if (inside == Inside::kMarkup || ends_comment) inside = Inside::kText;
+      ++p_;
+      continue;
+    }
+    token_.begin = p_;
+    const int second = byte_at(1, p_);
+    if (second == '/' && at_end_tag(name, p_)) return tag(PageTokenKind::kEndTag, 2);
+    if (inside == Inside::kText) {
+      if (second == '!' && byte_at(2, p_) == '-' && byte_at(3, p_) == '-') {
+        inside = Inside::kComment;
+        p_ += 4;
+        comment = p_;
+        continue;
+      }
+      if (second == '?') listener_.processing_instruction(p_);
+      if (is_letter(second) || second == '/' || second == '!' || second == '?')
+        inside = Inside::kMarkup;
+      else
+        listener_.stray_in_text(p_, true);
+    }
+    ++p_;
+  }
+}
+
 const Token& HtmlScanner::skip_raw_text(Content content, std::uint64_t name) {
   if (tag_goes_on_) {
     rest_of_tag();
     if (ended_inside_) return finish(PageTokenKind::kEnd);
   }
+  if (content == Content::kRcdata) return skip_rcdata(name);
   // Inside a script: "<!--" hides nothing, but after "<!--" and "<script" the next "</script" ends only that.
   enum class Script : std::uint8_t { kData, kEscaped, kDoubleEscaped } script = Script::kData;
   std::uint64_t escaped_from = 0;  // first dash that may end the escape

@@ -28,6 +28,8 @@ class ScannerListener {
   virtual void server_code_in_tag(std::uint64_t position, char quote) = 0;
   // "<?" outside a tag.
   virtual void processing_instruction(std::uint64_t position) = 0;
+  // A "<" that begins no markup, or a ">" that ends none, in text that holds no tags (title, textarea).
+  virtual void stray_in_text(std::uint64_t position, bool less) = 0;
 
  protected:
   ~ScannerListener() = default;
@@ -113,6 +115,7 @@ class HtmlScanner {
   const Token& tag(PageTokenKind kind, std::size_t name_at);
   const Token& rest_of_tag();
   const Token& finish(PageTokenKind kind);
+  const Token& skip_rcdata(std::uint64_t name);
   void skip_comment();
   void skip_past(char last);
   void skip_cdata();

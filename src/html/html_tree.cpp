@@ -147,6 +147,11 @@ void HtmlTree::close_current(bool keep_for_reopening) {
   note_closed();
 }
 
+void HtmlTree::leave_current() {
+  pop();
+  note_closed();
+}
+
 bool HtmlTree::current_is(Tag tag) const {
   return !stack_.empty() && stack_.back().tag == tag && stack_.back().space == Space::kHtml;
 }

@@ -132,6 +132,8 @@ class HtmlTree {
 
   // For the observer, and at the end of the page: the current element gets an end tag of its own.
   void close_current(bool keep_for_reopening);
+  // The current element gets none: the end tag of an element around it comes next and closes it, too.
+  void leave_current();
   // Elements whose content has formatting elements of its own; the list is cleared when they end.
   static bool sets_marker(const OpenElement& element);
   void clear_to_marker();

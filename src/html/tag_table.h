@@ -23,6 +23,7 @@ class TagTable {
   // Replaces the table. Throws `failure` 9 for more than 128 entries; the table is then as it was.
   void text(std::u16string_view value);
 
+  bool empty() const noexcept { return entries_.empty(); }
   // Number of the entry of an element, kNotListed when it has none. A name listed twice is found by its first entry.
   int find(std::uint64_t name_hash) const noexcept {
     for (std::size_t slot = name_hash % kSlots;; slot = (slot + 1) % kSlots)

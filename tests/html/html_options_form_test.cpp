@@ -106,12 +106,13 @@ TEST_F(HtmlOptionsFormTest, ClearingAndConfirmingGivesAnEmptyTableAndNothingIsCh
     EXPECT_FALSE(form.chkOverlap.Enabled());
     form.cmdOK.Click();
   });
-  files.put(u"C:\\page.htm", "<b><i>x</b></i>");
+  files.put(u"C:\\page.htm", "<p><b><i>x < y</b></i><p>z");
   clsHTMLValidate validate;
   validate.DisplayOptions();
   EXPECT_EQ(validate.Tags(), u"");
   validate.Filename(u"C:\\page.htm");
   EXPECT_EQ(validate.HTMLValidate(), 0);
+  EXPECT_EQ(validate.ErrorList().size(), 1u);
   EXPECT_EQ(validate.repairs(), 0u);
 }
 
