@@ -1,4 +1,5 @@
 // kavo html ...: the converters of HTML and server pages, each alone.
+#include "cli/page_guard.h"
 #include "cli/report.h"
 #include "cli/verb.h"
 #include "driver/file_types.h"
@@ -6,6 +7,8 @@
 #include "html/clsASP2HTML.h"
 #include "html/clsHTMLValidate.h"
 #include "platform/files.h"
+#include "platform/ports.h"
+#include "platform/unicode.h"
 
 namespace kavo {
 namespace {
@@ -13,8 +16,12 @@ namespace {
 class Protect final : public Verb {
  public:
   std::u16string workplace(const std::u16string& file) const override { return file; }
+  void add_options(CLI::App& app) override {
+    app.add_flag("--overwrite", overwrite_, "Replace a page and a script file that were not made of the page as it is");
+  }
   Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
     refuse_twin(file);
+    if (!overwrite_) refuse_work_beside_page(file);
     clsASP2HTML scripts;
     scripts.Progress(progress);
     scripts.ASPFile(file);
@@ -27,6 +34,9 @@ class Protect final : public Verb {
       outcome.produced = {{scripts.HTMFile(), kHtmlPage}, {scripts.SCRFile(), kPlainText}};
     return outcome;
   }
+
+ private:
+  bool overwrite_ = false;
 };
 
 class Restore final : public Verb {
@@ -67,7 +77,7 @@ class Restore final : public Verb {
 class Validate final : public Verb {
  public:
   void add_options(CLI::App& app) override {
-    app.add_flag("--backup", backup_, "Keep the page as it was in FILE.bak");
+    app.add_flag("--backup", backup_, "Keep the page as it was in FILE.bak, or FILE.bak2 when that is there");
     app.add_flag("--check", check_, "Change nothing; exit with 3 when the page would be changed");
   }
   std::u16string workplace(const std::u16string& file) const override { return check_ ? u"" : file; }
@@ -78,8 +88,12 @@ class Validate final : public Verb {
     validation.Backup(backup_);
     validation.check_only(check_);
     Outcome outcome;
-    outcome.result = validation.HTMLValidate();
+    const std::u16string next_backup = backup_ && !check_ ? name_beside_backup(file) : std::u16string();
+    outcome.result = next_backup.empty() ? validation.HTMLValidate() : validate_again(validation, next_backup);
     outcome.messages = without_heading(validation.ErrorList());
+    if (!next_backup.empty() && outcome.result == 0 && validation.repairs() != 0)
+      outcome.messages.push_back(
+          {u"There is a backup already; the page as it was is in " + to_utf16(path_to_host(next_backup))});
     add_repairs(outcome.details, sorted_page_messages(outcome.messages).repairs, path_to_host(file));
     if (outcome.result != 0)
       outcome.ending = Outcome::kFailed;
@@ -91,6 +105,23 @@ class Validate final : public Verb {
   }
 
  private:
+  // The name for a further backup: the one that is there may be the only original. "" when there is none yet.
+  static std::u16string name_beside_backup(const std::u16string& file) {
+    const std::u16string first = file + u".bak";
+    std::u16string name = first;
+    for (int number = 2; ports().files->info(name); ++number) name = first + to_utf16(std::to_string(number));
+    return name == first ? std::u16string() : name;
+  }
+  // A further backup is made only of a page that is changed.
+  static std::int32_t validate_again(clsHTMLValidate& validation, const std::u16string& backup) {
+    validation.check_only(true);
+    const std::int32_t result = validation.HTMLValidate();
+    if (result != 0 || validation.repairs() == 0) return result;
+    validation.check_only(false);
+    validation.backup_name(backup);
+    return validation.HTMLValidate();
+  }
+
   bool backup_ = false;
   bool check_ = false;
 };

@@ -11,9 +11,9 @@
 #include <string>
 #include <vector>
 
-#include "cli/file_comparison.h"
 #include "cli/mif_book.h"
 #include "cli/text_comparison.h"
+#include "common/file_comparison.h"
 #include "common/line_index.h"
 #include "common/messages.h"
 #include "common/progress_event.h"

@@ -1,4 +1,4 @@
-#include "cli/file_comparison.h"
+#include "common/file_comparison.h"
 
 #include <algorithm>
 

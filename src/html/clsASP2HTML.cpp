@@ -12,6 +12,7 @@
 #include "html/script_restorer.h"
 #include "html/utf16_mark.h"
 #include "platform/files.h"
+#include "platform/ports.h"
 #include "platform/unicode.h"
 #include "resources/string_table.h"
 
@@ -36,6 +37,11 @@ void refuse_shared_names(const ScriptNames& names) {
   check(names.page, names.html);
   check(names.page, names.script);
   check(names.html, names.script);
+}
+
+void refuse_folder(const std::u16string& path) {
+  const auto info = about_file(path, [&] { return ports().files->info(path); });
+  if (info && info->is_folder) throw FileTrouble{path, u"There is a folder of this name"};
 }
 
 // Ends a run whose reasons are in the warnings.
@@ -92,6 +98,8 @@ std::int32_t clsASP2HTML::run(std::u16string_view what, const std::u16string& in
 void clsASP2HTML::protect() {
   auto input = about_file(names_.page, [&] { return BlockReader(names_.page); });
   if (about_file(names_.page, [&] { return starts_as_utf16(input); })) refuse_utf16(names_.page);
+  refuse_folder(names_.html);
+  refuse_folder(names_.script);
   // Page and script file are one set.
   auto run = about_file(names_.html, [&] { return std::make_unique<FolderRun>(names_.html); });
   PendingFile page = about_file(names_.html, [&] { return PendingFile(names_.html); });

@@ -45,8 +45,8 @@ class clsASP2HTML {
   // What does not fit together in the files of the last HTML2ASP(): a placeholder for which the script file has no
   // block (it is taken out), a block that no placeholder asks for (its script is lost), a script file that ends inside
   // a block. Also a placeholder that stands twice, whose script is written at both places: a translation may need that.
-  // At most one message for each, naming the first place. Not in ErrorList when the call succeeded; empty when it failed
-  // for another reason.
+  // At most one message for each, naming the first place. Not in ErrorList when the call succeeded; empty when it
+  // failed for another reason.
   const MessageList& warnings() const { return warnings_; }
   // When set, an HTML2ASP() that would lose script fails with these warnings as its errors and writes nothing.
   void refuse_gaps(bool value) { refuse_gaps_ = value; }

@@ -13,6 +13,7 @@
 #include "html/html_repair.h"
 #include "html/utf16_mark.h"
 #include "platform/failure.h"
+#include "platform/ports.h"
 #include "resources/string_table.h"
 
 namespace kavo {
@@ -42,6 +43,26 @@ void open_temporary(std::optional<PendingFile>& file, const std::u16string& fina
   }
 }
 
+// The page as it was. One that was not there before goes again unless it is kept.
+class BackupCopy {
+ public:
+  BackupCopy() = default;
+  BackupCopy(const BackupCopy&) = delete;
+  BackupCopy& operator=(const BackupCopy&) = delete;
+  ~BackupCopy() {
+    if (!new_path_.empty()) clsCommon().DeleteFile(new_path_);
+  }
+  void make(std::u16string_view page, const std::u16string& path) {
+    const bool is_new = !ports().files->info(path);
+    copy_file(page, path);
+    if (is_new) new_path_ = path;
+  }
+  void keep() { new_path_.clear(); }
+
+ private:
+  std::u16string new_path_;
+};
+
 }  // namespace
 
 bool tells_repair(const Message& message) {
@@ -67,9 +88,10 @@ std::int32_t clsHTMLValidate::HTMLValidate() {
   progress_.restart();
   messages_.push_back({text_of(3006) + file_name_, 3006});
 
+  BackupCopy backup;
   if (backup_ && !check_only_) {
     try {
-      copy_file(file_name_, file_name_ + u".bak");
+      backup.make(file_name_, backup_name_.empty() ? file_name_ + u".bak" : backup_name_);
     } catch (const failure& reason) {
       if (reason.is(FailureNumber::kInterrupted)) throw;
       return failed(((text_of(3007) += file_name_) += kLineEnd) += reason.description(), 3007);
@@ -94,6 +116,7 @@ std::int32_t clsHTMLValidate::HTMLValidate() {
   if (begins_with_ignoring_case(start.data(), start.data() + start.size(), kGlueMark)) {
     const std::u16string values[] = {u"<!--HTMLGlue", u"1", u"1"};
     messages_.push_back({clsCommon().FormatString(text_of(3008), values), 3008, 1, 1});
+    backup.keep();
     return 0;
   }
 
@@ -104,7 +127,10 @@ std::int32_t clsHTMLValidate::HTMLValidate() {
   repair.run();
   repairs_ = repair.repairs();
   // A page without a repair is left as it is: writing the same bytes again could only lose them.
-  if (repairs_ == 0 || check_only_) return 0;
+  if (repairs_ == 0 || check_only_) {
+    backup.keep();
+    return 0;
+  }
 
   reader.reset();
   output->finish();
@@ -112,6 +138,7 @@ std::int32_t clsHTMLValidate::HTMLValidate() {
     clsCommon().DeleteFile(output->temporary_path());
     return 1;
   }
+  backup.keep();
   return 0;
 }
 

@@ -9,7 +9,9 @@
 // - a repaired page is not repaired again and reports no repair. What had to be left alone (3014, 3017, 3018) is still
 //   there and is reported again.
 // The end of the page: what is open is closed before </BODY> or </HTML> when only they, comments and white space
-// follow, else behind everything, one line per element. Server code that was not taken out is copied unchanged.
+// follow, else behind everything, one line per element. An element that is not in the table is closed only where one of
+// the table could not be closed otherwise. With an empty table nothing is checked. Server code that was not taken out
+// is copied unchanged.
 #pragma once
 
 #include <cstdint>
@@ -40,9 +42,11 @@ class clsHTMLValidate {
   void DisplayOptions();
   const std::u16string& Filename() const { return file_name_; }
   void Filename(std::u16string_view value) { file_name_ = value; }
-  // Keep the page as it was as `Filename` & ".bak".
+  // Keep the page as it was as `Filename` & ".bak", replacing an older one. A call that fails keeps no new backup.
   bool Backup() const { return backup_; }
   void Backup(bool value) { backup_ = value; }
+  // Another name for the backup; "" for that one.
+  void backup_name(std::u16string_view value) { backup_name_ = value; }
   // Of the last call; the first names the page.
   const MessageList& ErrorList() const { return messages_; }
   // The event: percentage of the page read, raised when it grows.
@@ -67,6 +71,7 @@ class clsHTMLValidate {
   TagTable tags_;
   std::u16string file_name_;
   bool backup_ = false;
+  std::u16string backup_name_;
   bool check_only_ = false;
   PlaceOrigin origin_;
   CopyTrail* trail_ = nullptr;

@@ -91,17 +91,6 @@ TEST_F(Command, RestoreNamesThePageAfterTheProtectedOne) {
   EXPECT_EQ(folder.read(u"index.asp"), kServerPage);
 }
 
-TEST_F(Command, RestoreTellsOfPlaceholdersWithoutABlock) {
-  put(u"index.asp", "<p><%=a%> and <%=b%></p>");
-  ASSERT_EQ(run_kavo({"html", "protect", path(u"index.asp")}).code, 0);
-  const std::string script = folder.read(u"index_asp.scr");
-  folder.write(u"index_asp.scr", script.substr(0, script.rfind("<!-- ASP2HTML")));
-  const Ran ran = run_kavo({"html", "restore", path(u"index_asp.htm")});
-  EXPECT_EQ(ran.code, 0);
-  EXPECT_EQ(folder.read(u"index.asp"), "<p><%=a%> and </p>");
-  EXPECT_NE(ran.errors.find("no block for 1 of the page's placeholders"), std::string::npos) << ran.errors;
-}
-
 TEST_F(Command, ValidateRepairsInPlaceAndTellsWhere) {
   const Ran ran = run_kavo({"html", "validate", "--backup", put(u"page.htm", kBrokenPage)});
   EXPECT_EQ(ran.code, 0);

@@ -3,9 +3,9 @@
 
 #include <algorithm>
 
-#include "cli/file_comparison.h"
 #include "cli/text_comparison.h"
 #include "common/block_reader.h"
+#include "common/file_comparison.h"
 #include "suite/coded_text.h"
 #include "support/ports_fixture.h"
 

@@ -82,6 +82,46 @@ TEST_F(HtmlValidateService, FailedBackupIsReportedAndThePageStays) {
   EXPECT_EQ(validator.ErrorList().back().number, 3007);
 }
 
+TEST_F(HtmlValidateService, AnEmptyTableMeansThatNothingIsChecked) {
+  const std::string page =
+      "\xEF\xBB\xBF<title>a < b</title><p><b><i>x > y</b></i><p>z<div></p>" + std::string(9000, '>');
+  for (const std::size_t block_size : {std::size_t{1}, std::size_t{4096}, std::size_t{1} << 20}) {
+    const BlockSizeScope blocks(block_size);
+    CopyTrail trail;
+    validator.Tags(u"");
+    validator.follow(&trail);
+    std::vector<int> percents;
+    validator.Progress([&](std::int16_t percent) { percents.push_back(percent); });
+    EXPECT_EQ(run(page), 0);
+    EXPECT_EQ(files.get(kPagePath), page);
+    EXPECT_EQ(validator.repairs(), 0u);
+    EXPECT_EQ(validator.ErrorList().size(), 1u);
+    EXPECT_EQ(percents.back(), 100);
+    EXPECT_EQ(trail.input_of(page.size() - 1), page.size() - 1);
+  }
+}
+
+TEST_F(HtmlValidateService, BackupCanHaveAnotherName) {
+  validator.Backup(true);
+  validator.backup_name(u"C:\\WORK\\other.bak");
+  files.put(kBackupPath, "old");
+  EXPECT_EQ(run(kBroken), 0);
+  EXPECT_EQ(files.get(u"C:\\WORK\\other.bak"), kBroken);
+  EXPECT_EQ(files.get(kBackupPath), "old");
+}
+
+TEST_F(HtmlValidateService, AFailedCallLeavesNoNewBackup) {
+  validator.Backup(true);
+  EXPECT_EQ(run(std::string_view("\xFF\xFE<\0b\0>\0", 8)), 1);
+  EXPECT_FALSE(files.has(kBackupPath));
+  validator.Progress([](std::int16_t) { throw failure(FailureNumber::kInterrupted, u"stop"); });
+  EXPECT_THROW(run(kBroken), failure);
+  EXPECT_FALSE(files.has(kBackupPath));
+  files.put(kBackupPath, "old");
+  EXPECT_THROW(run(kBroken), failure);
+  EXPECT_EQ(files.get(kBackupPath), kBroken) << "replaced, but not removed";
+}
+
 TEST_F(HtmlValidateService, GluePageIsReportedAndNotRepaired) {
   const std::string page = "<!--htmlGLUE x--><b>1";
   EXPECT_EQ(run(page), 0);

@@ -171,8 +171,7 @@ TEST(PseudoTranslation, LeavesTheEdgesOfATextAsTheyAre) {
       {"nothing", u"", u""},
   };
   const PseudoTranslation pseudo(65001);
-  for (const Case& c : kCases)
-    EXPECT_EQ(to_host_text(pseudo.of(from_host_text(c.source))), c.expected) << c.name;
+  for (const Case& c : kCases) EXPECT_EQ(to_host_text(pseudo.of(from_host_text(c.source))), c.expected) << c.name;
 }
 
 TEST(PseudoTranslation, AScriptStaysAScript) {

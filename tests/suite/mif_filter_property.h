@@ -31,7 +31,8 @@ inline std::string without_edge_codes(std::string_view coded) {
   std::string text;
   for (const CodedPart& part : parts) {
     if (part.is_code)
-      append_code(text, part.kind, ids.try_emplace(part.text, static_cast<std::uint32_t>(ids.size() + 1)).first->second);
+      append_code(text, part.kind,
+                  ids.try_emplace(part.text, static_cast<std::uint32_t>(ids.size() + 1)).first->second);
     else
       text += part.text;
   }
