@@ -4,6 +4,7 @@
 
 #include "common/block_reader.h"
 #include "common/file_comparison.h"
+#include "common/folder_run.h"
 #include "common/pending_file.h"
 #include "html/clsHTMLValidate.h"
 #include "html/file_trouble.h"
@@ -37,6 +38,8 @@ bool is_same(std::u16string_view a, std::u16string_view b) {
 std::u16string compare_with_new_pair(const ScriptNames& names, bool has_html, bool has_script) {
   BlockReader page(names.page);
   if (starts_as_utf16(page)) return has_html ? names.html : names.script;  // nothing is made of such a page
+  // Never committed: what is made here to compare with goes again, also when the program is killed.
+  const FolderRun scratch(names.html);
   PendingFile html(names.html);
   PendingFile script(names.script);
   ScriptProtector protector({html, nullptr}, {script, nullptr});
