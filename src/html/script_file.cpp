@@ -4,6 +4,7 @@
 
 #include "common/byte_scan.h"
 #include "html/script_marker.h"
+#include "platform/fnv_hash.h"
 
 namespace kavo {
 namespace {
@@ -14,13 +15,6 @@ std::string_view placeholder_in(std::string_view line) {
   line = line.substr(0, script::kLongestPlaceholder);
   const auto end = line.find(script::kMarkerEnd);
   return end == line.npos ? std::string_view() : line.substr(0, end + script::kMarkerEnd.size());
-}
-
-// FNV-1a. Texts that share a key are told apart by reading them.
-std::uint64_t key_of(std::string_view placeholder) {
-  std::uint64_t key = 0xCBF29CE484222325u;
-  for (const char c : placeholder) key = (key ^ static_cast<unsigned char>(c)) * 0x100000001B3u;
-  return key;
 }
 
 // How many bytes of line end a block's text has at its end: CR LF as protection wrote it; CR or LF alone when a tool
@@ -42,7 +36,8 @@ bool ScriptFile::find(std::string_view placeholder) {
   };
   if (is_it(reader_.position())) return true;
   if (!indexed_) build_index();
-  if (index_.find(key_of(placeholder), reader_.position(), is_it)) return true;
+  // Texts that share a key are told apart by reading them.
+  if (index_.find(fnv_hash(placeholder), reader_.position(), is_it)) return true;
   go_to(reader_.size());
   return false;
 }
@@ -129,7 +124,7 @@ void ScriptFile::build_index() {
     blocks_.push_back(position);
     const std::string_view window = reader_.window();
     const std::string_view line = window.substr(0, window.find_first_of(script::kLineEnd));
-    if (const auto placeholder = placeholder_in(line); !placeholder.empty()) index_.add(key_of(placeholder), position);
+    if (const auto placeholder = placeholder_in(line); !placeholder.empty()) index_.add(fnv_hash(placeholder), position);
   });
   index_.sort();
   used_.assign(blocks_.size(), false);

@@ -9,6 +9,8 @@
 #include <cstdint>
 #include <string_view>
 
+#include "platform/fnv_hash.h"
+
 namespace kavo {
 
 enum class Tag : std::uint8_t {
@@ -161,15 +163,11 @@ inline bool has_trait(Tag tag, int traits) noexcept { return (traits_of(tag) & t
 // Lower case; empty for kOther.
 std::string_view name_of(Tag tag) noexcept;
 
-constexpr std::uint64_t kNameHashSeed = 0xcbf29ce484222325;
+constexpr std::uint64_t kNameHashSeed = kFnvSeed;
 constexpr std::uint64_t add_to_name_hash(std::uint64_t hash, char lower) noexcept {
-  return (hash ^ static_cast<unsigned char>(lower)) * 0x100000001b3;
+  return fnv_add(hash, static_cast<unsigned char>(lower));
 }
-constexpr std::uint64_t name_hash(std::string_view lower) noexcept {
-  std::uint64_t hash = kNameHashSeed;
-  for (const char c : lower) hash = add_to_name_hash(hash, c);
-  return hash;
-}
+constexpr std::uint64_t name_hash(std::string_view lower) noexcept { return fnv_hash(lower); }
 // kOther for a name that is in no row.
 Tag tag_of(std::uint64_t name_hash) noexcept;
 

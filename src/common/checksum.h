@@ -1,0 +1,13 @@
+// The checksum of a file, by which documents that do not belong together are told apart. It is stored in bilingual
+// documents and skeletons: its values must stay.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+namespace kavo {
+
+// FNV-1a over all bytes. Throws `failure` when the file cannot be read.
+std::uint64_t checksum_of_file(std::u16string_view path);
+
+}  // namespace kavo
