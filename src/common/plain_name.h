@@ -1,0 +1,13 @@
+// Names that come from a document: each must be one plain file name wherever the document is opened.
+#pragma once
+
+#include <string_view>
+
+namespace kavo {
+
+// Why a name (UTF-8, invalid bytes allowed) is not one plain file name, "" when it is. The same on every system, so
+// that a document that one refuses is not one that another opens: no separator of folders, no drive or stream, no
+// ".." and nothing that is taken for it, no name of a device, no control character, not empty.
+std::string_view plain_name_problem(std::string_view name);
+
+}  // namespace kavo
