@@ -1,5 +1,10 @@
 // kavo rebuild: the translated document of a bilingual one.
+#include "cli/scratch_registry.h"
+#include "cli/unpacked_package.h"
 #include "cli/verb.h"
+#include "common/clsCommon.h"
+#include "common/pending_file.h"
+#include "common/same_file.h"
 #include "common/tud_names.h"
 #include "driver/K19FPWObj.h"
 #include "driver/companions.h"
@@ -11,6 +16,7 @@
 #include "platform/ports.h"
 #include "platform/unicode.h"
 #include "suite/language_tags.h"
+#include "suite/xliff_package.h"
 
 namespace kavo {
 namespace {
@@ -85,6 +91,60 @@ class Rebuild final : public Verb {
   void start() override { driver_.emplace(); }
   std::u16string workplace(const std::u16string& file) const override { return file; }
   Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
+    if (is_package(file)) return rebuild_package(file, progress);
+    return rebuild(file, path_from_host(output_), progress);
+  }
+
+ private:
+  // Each document of a package by itself, in a scratch folder; what was made goes beside the package.
+  Outcome rebuild_package(const std::u16string& file, const ProgressEvent::Handler& progress) {
+    const UnpackedPackage package(file);
+    const std::u16string output = path_from_host(output_);
+    if (!output.empty() && package.documents().size() > 1)
+      throw failure(FailureNumber::kInvalidCall, u"--output names one document, but several are in the file");
+    // Rebuilding sets the font map of the document's folder, here a scratch folder.
+    ScratchRegistry registry(*ports().registry);
+    const PortsScope scope;
+    ports().registry = &registry;
+    Outcome all;
+    try {
+      for (const std::u16string& document : package.documents()) {
+        Outcome one = rebuild(document, output, progress);
+        if (one.ending == Outcome::kDone && output.empty()) move_beside(file, one);
+        for (Message& message : one.messages) {
+          message.text = package.with_own_folder(message.text);
+          all.messages.push_back(message);
+        }
+        all.ending = one.ending;
+        all.result = one.result;
+        if (one.ending != Outcome::kDone) {
+          all.produced.clear();
+          return all;
+        }
+        all.produced.insert(all.produced.end(), one.produced.begin(), one.produced.end());
+      }
+    } catch (const failure& reason) {
+      if (reason.is(FailureNumber::kInterrupted)) throw;
+      throw failure(static_cast<FailureNumber>(reason.number()), package.with_own_folder(reason.description()));
+    }
+    return all;
+  }
+
+  void move_beside(const std::u16string& package, Outcome& made) const {
+    const clsCommon common;
+    for (ProducedName& produced : made.produced) {
+      const std::u16string target =
+          common.strParseFileName(package, 0) + produced.path.substr(common.strParseFileName(produced.path, 0).size());
+      if (is_same_file(target, package))
+        throw failure(FailureNumber::kInvalidCall, u"The target must be another file than " + target);
+      if (!overwrite_ && ports().files->info(target))
+        throw failure(FailureNumber::kFileAlreadyExists, to_utf16(path_to_host(target) + " exists already"));
+      replace_file(produced.path, target);
+      produced.path = target;
+    }
+  }
+
+  Outcome rebuild(const std::u16string& file, const std::u16string& output, const ProgressEvent::Handler& progress) {
     Outcome outcome;
     if (TudName(file).is_taken_along()) {
       outcome.messages.push_back({u"left out, the document that it belongs to takes it along"});
@@ -97,7 +157,7 @@ class Rebuild final : public Verb {
     const TranslationRequest request{.tud = file,
                                      .preview = overwrite_ ? kOverwrite : 0,
                                      .highlight = highlight_ ? 1 : 0,
-                                     .output = path_from_host(output_),
+                                     .output = output,
                                      .keeps_existing = !overwrite_};
     const TranslationResult result = create_translation(request, observer);
     outcome.result = result.error;
@@ -110,7 +170,6 @@ class Rebuild final : public Verb {
     return outcome;
   }
 
- private:
   std::string output_;
   bool overwrite_ = false;
   bool highlight_ = false;

@@ -4,6 +4,7 @@
 #include <map>
 #include <memory>
 
+#include "cli/counted.h"
 #include "cli/option_values.h"
 #include "cli/report.h"
 #include "cli/road_check.h"
@@ -35,10 +36,6 @@ constexpr ChangeWords kChanges[] = {
     {TextChange::kBrokenCodes, "codes", "with broken placeholders"},
 };
 const ChangeWords& words_of(TextChange change) { return *std::ranges::find(kChanges, change, &ChangeWords::change); }
-
-std::string counted(std::uint64_t count, std::string_view noun) {
-  return std::to_string(count) + " " + std::string(noun) + (count == 1 ? "" : "s");
-}
 
 // In quotes, on one line, not too long, whatever bytes it holds.
 std::string in_quotes(std::string_view text) {

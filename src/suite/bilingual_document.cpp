@@ -5,12 +5,14 @@
 #include <cstring>
 #include <numeric>
 
+#include "common/checksum.h"
 #include "common/clsCommon.h"
 #include "common/tud_names.h"
 #include "platform/failure.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"
 #include "suite/base64.h"
+#include "suite/skeleton.h"
 #include "suite/tud_rewriter.h"
 
 namespace kavo {
@@ -107,6 +109,9 @@ class SkeletonUnpacker final : public TudEvents {
     file_.write(bytes_);
     bytes_.clear();
   }
+  // The skeleton can be read under the temporary name until commit().
+  void complete() { file_.complete(); }
+  const std::u16string& temporary_path() const { return file_.temporary_path(); }
   void commit() { file_.commit(); }
 
  private:
@@ -134,9 +139,7 @@ BilingualDocument::BilingualDocument(std::u16string_view path, ProgressEvent* pr
 }
 
 void BilingualDocument::append(const TudUnit& unit) {
-  // An empty target beside a text is one that nobody has written yet.
-  const bool is_missing = !unit.has_target || (unit.target.empty() && !unit.approved);
-  const std::string_view target = is_missing ? unit.source : unit.target;
+  const std::string_view target = translation_of(unit);
   const std::string_view extra = unit.extra;
   const std::size_t colon = std::min(extra.find(':'), extra.size());
   const std::uint32_t number = number_of(unit.id);
@@ -210,6 +213,16 @@ void BilingualDocument::set_segment(std::size_t index, std::string_view target, 
   if (record.has_match) head += static_cast<char>(match);
   if (!record.is_same) append_number(head, target.size());
   index_[index] = store(head, {}, {}, record.is_same ? std::string_view() : target);
+  mark_changed(index);
+}
+
+void BilingualDocument::set_details(std::size_t index, XliffDetails details) {
+  if (index >= index_.size()) throw_no_segment();
+  details_[index] = std::move(details);
+  mark_changed(index);
+}
+
+void BilingualDocument::mark_changed(std::size_t index) {
   if (!changed_[index]) ++changed_count_;
   changed_[index] = true;
 }
@@ -222,16 +235,22 @@ void BilingualDocument::save() {
       if (index >= document.changed_.size() || !document.changed_[index]) return std::nullopt;
       return document.segment(index);
     }
+    const XliffDetails* details(std::size_t index) override {
+      const auto found = document.details_.find(index);
+      return found == document.details_.end() ? nullptr : &found->second;
+    }
     const BilingualDocument& document;
   };
   Changes changes(*this);
   rewrite_tud(path_, changes);
   changed_.assign(changed_.size(), false);
   changed_count_ = 0;
+  details_.clear();
 }
 
 std::u16string BilingualDocument::target_name() const {
   const clsCommon common;
+  if (header_.original.empty()) throw_refused("The document does not say what its source document is called");
   const std::u16string original = core_file_name(header_.original);
   const std::u16string extension = common.strParseFileName(original, 2);
   std::u16string name = common.strParseFileName(path_, 0) + common.strParseFileName(original, 1) + u"_" +
@@ -269,17 +288,44 @@ void BilingualDocument::save_open_tag(std::u16string_view path, const std::optio
   writer.commit();
 }
 
+std::u16string BilingualDocument::beside(std::string_view name) const {
+  return clsCommon().strParseFileName(path_, 0) + core_file_name(name);
+}
+
 std::optional<BilingualDocument::Skeleton> BilingualDocument::locate_skeleton() const {
   FileSystem& files = *ports().files;
-  const std::u16string beside = clsCommon().strParseFileName(path_, 0) + core_file_name(header_.skeleton);
   const std::u16string usual = skeleton_name_of(path_);
-  if (!header_.skeleton.empty() && files.info(beside)) return Skeleton{beside, true};
-  if (files.info(usual)) return Skeleton{usual, true};
+  for (const std::u16string& path : {header_.skeleton.empty() ? usual : beside(header_.skeleton), usual})
+    if (files.info(path)) {
+      refuse_other_skeleton(path);
+      return Skeleton{path, true};
+    }
   if (!header_.has_skeleton_inside) return std::nullopt;
   SkeletonUnpacker unpacker(usual);
   read_tud(path_, unpacker);
+  unpacker.complete();
+  refuse_other_skeleton(unpacker.temporary_path());
   unpacker.commit();
   return Skeleton{usual, false};
+}
+
+void BilingualDocument::refuse_other_skeleton(const std::u16string& skeleton) const {
+  const SkeletonHeader found = SkeletonReader(skeleton).header();
+  const auto refuse = [&](const char* reason) {
+    throw_refused(path_to_host(skeleton) + reason + path_to_host(path_) + ": prepare the document again");
+  };
+  if (found.checksum != header_.checksum) refuse(" is the skeleton of another document than ");
+  if (found.set != header_.set) refuse(" comes from another preparation than ");
+}
+
+bool BilingualDocument::is_source_changed() const {
+  const SetMark& set = header_.set;
+  const std::string& name = set.author_document.empty() ? header_.original : set.author_document;
+  const std::uint64_t checksum = set.author_document.empty() ? header_.checksum : set.author_checksum;
+  if (name.empty() || checksum == 0) return false;
+  const std::u16string source = beside(name);
+  const auto info = ports().files->info(source);
+  return info && !info->is_folder && checksum_of_file(source) != checksum;
 }
 
 }  // namespace kavo

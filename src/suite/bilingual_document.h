@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <deque>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -31,6 +32,14 @@ struct BilingualSegment {
   bool is_unchanged() const { return target == source; }
 };
 
+// What another document says of a segment beside its text and status.
+struct XliffDetails {
+  std::string state;  // "" for that of the status
+  std::string state_qualifier;
+  bool approved = false;
+  std::vector<TudNote> notes;  // to be there; those that are there already stay
+};
+
 class BilingualDocument {
  public:
   // Reads the whole document. Throws `failure` as read_tud() does.
@@ -43,6 +52,8 @@ class BilingualDocument {
   // Throws `failure` 9, or 5 when the target's codes are not those of the source (one may be left out), the target
   // holds a character that XML lacks, or the match is not 0 to 100.
   void set_segment(std::size_t index, std::string_view target, TranslationStatus status, std::int16_t match);
+  // What XLIFF says beside that: written by the next save(). Throws `failure` 9.
+  void set_details(std::size_t index, XliffDetails details);
   bool is_changed() const { return changed_count_ != 0; }
 
   // Writes the changes into the file. Throws `failure`: the file is then as it was, the changes are kept.
@@ -56,12 +67,20 @@ class BilingualDocument {
     std::u16string path;
     bool keep = true;  // false for one that was unpacked from the document, a scratch file
   };
-  // The skeleton beside the document, else the one inside it, unpacked beside it; nothing when there is none.
+  // The skeleton beside the document, else the one inside it, unpacked beside it; nothing when there is none. Throws
+  // `failure` 5 for one that is damaged, or was not made together with this document.
   std::optional<Skeleton> locate_skeleton() const;
+  // True when the document that the author has (of older documents: the one that was converted) lies beside this one
+  // and is no longer what was prepared. False when it is not there, or its checksum is not known. Throws `failure` when
+  // it cannot be read.
+  bool is_source_changed() const;
 
  private:
   friend class DocumentLoader;
   void append(const TudUnit& unit);
+  void mark_changed(std::size_t index);
+  std::u16string beside(std::string_view name) const;
+  void refuse_other_skeleton(const std::u16string& skeleton) const;
   // Keeps a record of the given parts; its place in the arena stays.
   const char* store(std::string_view head, std::string_view source, std::string_view middle, std::string_view target);
 
@@ -73,6 +92,7 @@ class BilingualDocument {
   std::size_t chunk_size_ = 0;
   std::vector<bool> changed_;
   std::size_t changed_count_ = 0;
+  std::map<std::size_t, XliffDetails> details_;
 };
 
 }  // namespace kavo

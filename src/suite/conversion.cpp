@@ -1,7 +1,9 @@
 #include "suite/conversion.h"
 
+#include "common/checksum.h"
 #include "common/clsCommon.h"
 #include "common/pending_file.h"
+#include "common/plain_name.h"
 #include "common/tud_names.h"
 #include "platform/failure.h"
 #include "platform/ports.h"
@@ -13,12 +15,25 @@
 namespace kavo {
 namespace {
 
-// FNV-1a over all bytes: it shall notice that two files do not belong together, nobody gains by deceiving it.
-std::uint64_t checksum_of(std::u16string_view path) {
-  std::uint64_t sum = 0xCBF29CE484222325;
-  for (BlockReader reader(path); reader.more(); reader.consume(reader.window().size()))
-    for (const char byte : reader.window()) sum = (sum ^ static_cast<unsigned char>(byte)) * 0x100000001B3;
-  return sum;
+// What becomes part of a name in the bilingual document.
+std::string checked(std::string name) {
+  if (const std::string_view problem = name.empty() ? std::string_view() : plain_name_problem(name); !problem.empty())
+    throw failure(FailureNumber::kInvalidCall,
+                  to_utf16("\"" + name + "\" cannot stand in a bilingual document: " + std::string(problem)));
+  return name;
+}
+
+std::string file_name_of(std::u16string_view path) {
+  return checked(path_to_host(path.substr(clsCommon().strParseFileName(path, 0).size())));
+}
+
+SetMark set_of(const ConversionRequest& request) {
+  SetMark set;
+  set.mark = checked(request.mark);
+  if (request.author_document.empty()) return set;
+  set.author_document = file_name_of(request.author_document);
+  set.author_checksum = checksum_of_file(request.author_document);
+  return set;
 }
 
 class ConversionSink final : public ExtractionSink {
@@ -27,27 +42,25 @@ class ConversionSink final : public ExtractionSink {
       : request_(request),
         filter_(filter),
         skeleton_name_(request.skeleton.empty() ? skeleton_name_of(request.tud) : request.skeleton),
-        checksum_(checksum_of(request.document)),
+        checksum_(checksum_of_file(request.document)),
+        set_(set_of(request)),
         skeleton_(skeleton_name_),
         tud_(request.tud) {}
 
   void begin(const DocumentFacts& facts) override {
-    skeleton_.begin(filter_.tag, checksum_, facts);
-    const clsCommon common;
-    const auto file_name = [&](std::u16string_view path) {
-      return path_to_host(path.substr(common.strParseFileName(path, 0).size()));
-    };
+    skeleton_.begin(filter_.tag, checksum_, facts, set_);
     TudHeader header;
-    header.original = file_name(request_.document);
-    header.source_format = to_utf8(ascii_upper(common.strParseFileName(request_.document, 2)));
+    header.original = file_name_of(request_.document);
+    header.source_format = to_utf8(ascii_upper(clsCommon().strParseFileName(request_.document, 2)));
     header.filter = to_utf8(filter_.tag);
-    header.skeleton = file_name(skeleton_name_);
-    header.source_language = to_utf8(request_.source_language);
-    header.target_language = to_utf8(request_.target_language);
+    header.skeleton = file_name_of(skeleton_name_);
+    header.source_language = checked(to_utf8(request_.source_language));
+    header.target_language = checked(to_utf8(request_.target_language));
     header.source_code_page = facts.code_page;
     const bool keeps = facts.keeps_code_page || request_.target_code_page == 0;
     header.target_code_page = keeps ? facts.code_page : request_.target_code_page;
     header.checksum = checksum_;
+    header.set = set_;
     header.datatype = filter_.datatype;
     append_tud_start(xml_, header);
   }
@@ -102,6 +115,7 @@ class ConversionSink final : public ExtractionSink {
   const FilterEntry& filter_;
   std::u16string skeleton_name_;
   std::uint64_t checksum_;
+  SetMark set_;
   SkeletonWriter skeleton_;
   PendingFile tud_;
   std::string xml_;

@@ -15,13 +15,16 @@ struct ConversionRequest {
   std::u16string skeleton;         // "" for the usual name beside the bilingual document
   std::u16string source_language;  // the suite's codes
   std::u16string target_language;
-  unsigned source_code_page = 0;  // 0: the system's
-  unsigned target_code_page = 0;  // 0: that of the document
-  std::u16string filter;          // a name that holds the filter's tag
+  unsigned source_code_page = 0;     // 0: the system's
+  unsigned target_code_page = 0;     // 0: that of the document
+  std::u16string filter;             // a name that holds the filter's tag
+  std::string mark{};                // of the preparation; a short word, "" for none
+  std::u16string author_document{};  // the document that its author has, full path; "" when unknown
 };
 
-// Writes the bilingual document and the skeleton and returns the number of segments. Throws `failure`: both names then
-// hold what they held before.
+// Writes the bilingual document and the skeleton and returns the number of segments. Throws `failure` (5 for names that
+// are not plain file names on every system: the document could not be opened again): both names then hold what they
+// held before.
 std::uint32_t convert_document(const ConversionRequest& request, ProgressEvent& progress);
 
 struct TargetRequest {

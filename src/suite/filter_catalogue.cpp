@@ -30,7 +30,7 @@ unsigned code_page_from(const Value& number) {
   return static_cast<unsigned>(value);
 }
 
-Value convert(std::span<Argument> arguments, ProgressEvent& progress) {
+ConversionRequest conversion_from(std::span<Argument> arguments) {
   const Value& segmentation = arguments[8].value;
   if (!is_omitted(segmentation) && !equal_ignoring_ascii_case(as_text(segmentation), u"Paragraph"))
     throw failure(FailureNumber::kInvalidCall, u"Documents are segmented by \"Paragraph\" only");
@@ -43,6 +43,17 @@ Value convert(std::span<Argument> arguments, ProgressEvent& progress) {
   request.target_language = as_text(arguments[5].value);
   request.target_code_page = code_page_from(arguments[6].value);
   request.filter = as_text(arguments[7].value);
+  return request;
+}
+
+Value convert(std::span<Argument> arguments, ProgressEvent& progress) {
+  return static_cast<std::int32_t>(convert_document(conversion_from(arguments), progress));
+}
+
+Value convert_in_set(std::span<Argument> arguments, ProgressEvent& progress) {
+  ConversionRequest request = conversion_from(arguments);
+  request.mark = to_utf8(as_text(arguments[9].value));
+  request.author_document = as_text(arguments[10].value);
   return static_cast<std::int32_t>(convert_document(request, progress));
 }
 
@@ -69,6 +80,8 @@ FilterCatalogue::FilterCatalogue()
     : TableObject({
           {u"Enumerate", MemberKind::kMethod, 5, 5, enumerate},
           {u"Convert", MemberKind::kMethod, 8, 9, [this](auto arguments) { return convert(arguments, progress_); }},
+          {u"ConvertInSet", MemberKind::kMethod, 11, 11,
+           [this](auto arguments) { return convert_in_set(arguments, progress_); }},
           {u"CreateTarget", MemberKind::kMethod, 5, 5, [this](auto arguments) { return create(arguments, progress_); }},
           {u"Settings", MemberKind::kMethod, 1, 1, settings},
       }) {}

@@ -6,7 +6,7 @@
 
 namespace kavo {
 
-// Members: Enumerate, Convert, CreateTarget and Settings, as docs/suite-interface.md describes them.
+// Members: Enumerate, Convert, ConvertInSet, CreateTarget and Settings, as docs/suite-interface.md describes them.
 class FilterCatalogue final : public TableObject {
  public:
   FilterCatalogue();

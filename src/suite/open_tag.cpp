@@ -37,7 +37,7 @@ void OpenTagWriter::commit() {
   file_.commit();
 }
 
-OpenTagReader::OpenTagReader(std::u16string_view path) : reader_(path, kTitle, u"an OpenTag file") {
+OpenTagReader::OpenTagReader(std::u16string_view path) : reader_(path, {kTitle}, u"an OpenTag file") {
   reader_.next();
   if (reader_.kind() != 'H') reader_.throw_damaged();
   header_.checksum = reader_.number();

@@ -1,8 +1,10 @@
 #include "suite/record_file.h"
 
+#include <algorithm>
 #include <charconv>
 
 #include "platform/failure.h"
+#include "platform/unicode.h"
 
 namespace kavo {
 namespace {
@@ -22,13 +24,16 @@ void append_record_line(std::string& out, char kind, std::initializer_list<std::
   out += '\n';
 }
 
-RecordReader::RecordReader(std::u16string_view path, std::string_view title, std::u16string_view what)
+RecordReader::RecordReader(std::u16string_view path, std::initializer_list<std::string_view> titles,
+                           std::u16string_view what)
     : path_(path), what_(what), reader_(path) {
-  if (line() != title) throw_damaged();
+  const auto found = std::ranges::find(titles, line());
+  if (found == titles.end()) throw_damaged();
+  title_ = *found;
 }
 
 void RecordReader::throw_damaged() const {
-  throw failure(FailureNumber::kInvalidCall, path_ + u" is not " + what_ + u", or is damaged");
+  throw failure(FailureNumber::kInvalidCall, to_utf16(path_to_host(path_)) + u" is not " + what_ + u", or is damaged");
 }
 
 std::string_view RecordReader::line() {

@@ -19,9 +19,11 @@ void append_record_line(std::string& out, char kind, std::initializer_list<std::
 
 class RecordReader {
  public:
-  // Opens the file; its first line must be `title`. Throws `failure` 5 "<path> is not ..., or damaged" with the `what`
-  // ("a skeleton") for any file that is something else or was cut.
-  RecordReader(std::u16string_view path, std::string_view title, std::u16string_view what);
+  // Opens the file; its first line must be one of the titles. Throws `failure` 5 "<path> is not ..., or is damaged"
+  // with the `what` ("a skeleton") for any file that is something else or was cut.
+  RecordReader(std::u16string_view path, std::initializer_list<std::string_view> titles, std::u16string_view what);
+  // The file's own, one of those.
+  std::string_view title() const { return title_; }
 
   // The next record's line; what the record before handed out is gone.
   void next();
@@ -40,6 +42,7 @@ class RecordReader {
 
   std::u16string path_;
   std::u16string what_;
+  std::string_view title_;
   BlockReader reader_;
   std::size_t used_ = 0;  // of the window, by what was handed out last
   char kind_ = 0;

@@ -1,11 +1,16 @@
 #include "suite/skeleton.h"
 
+#include <algorithm>
+
+#include "common/plain_name.h"
 #include "platform/unicode.h"
 
 namespace kavo {
 namespace {
 
-constexpr std::string_view kTitle = "KAVO skeleton 1";
+constexpr std::string_view kTitle = "KAVO skeleton 2";
+// Without a checksum and without the set.
+constexpr std::string_view kFirstTitle = "KAVO skeleton 1";
 
 // Bytes gathered into one record: few enough to hold, many enough that the records' lines weigh nothing.
 constexpr std::size_t kLongestPiece = 64 * 1024;
@@ -13,17 +18,42 @@ constexpr std::size_t kLongestPiece = 64 * 1024;
 // No segment holds more codes than bytes; what a damaged file says must not fill the memory.
 constexpr std::uint64_t kMostCodes = 1 << 24;
 
+// True when the file ends with the checksum of every byte before it.
+bool is_whole(std::u16string_view path) {
+  constexpr std::size_t kHeld = 22;  // bytes: a blank, a number of 20 digits, a line feed
+  std::uint64_t sum = kFnvSeed;
+  BlockReader reader(path);
+  while (reader.more()) {
+    const std::string_view window = reader.window();
+    const std::size_t length = window.size() - std::min(window.size(), kHeld);
+    sum = fnv_add(sum, window.substr(0, length));
+    reader.consume(length);
+  }
+  const std::string_view end = reader.window();
+  const std::size_t number = end.rfind(' ') + 1;
+  sum = fnv_add(sum, end.substr(0, number));
+  return end.substr(number) == std::to_string(sum) + '\n';
+}
+
 }  // namespace
 
-void SkeletonWriter::begin(std::u16string_view filter, std::uint64_t checksum, const DocumentFacts& facts) {
+void SkeletonWriter::write(std::string_view bytes) {
+  sum_ = fnv_add(sum_, bytes);
+  file_.write(bytes);
+}
+
+void SkeletonWriter::begin(std::u16string_view filter, std::uint64_t checksum, const DocumentFacts& facts,
+                           const SetMark& set) {
   const std::string tag = to_utf8(filter);
   record_ = kTitle;
   record_ += '\n';
   append_record_line(record_, 'H',
-                     {checksum, facts.code_page, facts.keeps_code_page ? 1u : 0u, tag.size(), facts.data.size()});
-  record_ += tag;
-  record_ += facts.data;
-  file_.write(record_);
+                     {checksum, facts.code_page, facts.keeps_code_page ? 1u : 0u, tag.size(), facts.data.size(),
+                      set.mark.size(), set.author_document.size(), set.author_checksum});
+  for (const std::string_view text : {std::string_view(tag), std::string_view(facts.data), std::string_view(set.mark),
+                                      std::string_view(set.author_document)})
+    record_ += text;
+  write(record_);
 }
 
 void SkeletonWriter::bytes(std::string_view bytes) {
@@ -39,8 +69,8 @@ void SkeletonWriter::flush() {
   if (pending_.empty()) return;
   record_.clear();
   append_record_line(record_, 'B', {pending_.size()});
-  file_.write(record_);
-  file_.write(pending_);
+  write(record_);
+  write(pending_);
   pending_.clear();
 }
 
@@ -49,7 +79,7 @@ void SkeletonWriter::computed(std::uint32_t kind, std::string_view original) {
   record_.clear();
   append_record_line(record_, 'C', {kind, original.size()});
   record_ += original;
-  file_.write(record_);
+  write(record_);
 }
 
 void SkeletonWriter::segment(std::uint32_t number, const Segment& segment, bool is_nested) {
@@ -64,18 +94,29 @@ void SkeletonWriter::segment(std::uint32_t number, const Segment& segment, bool 
   for (const NestedPlace& place : segment.nested)
     append_record_line(record_, 'n', {place.segment, place.begin, place.end});
   record_ += segment.context;
-  file_.write(record_);
-  file_.write(segment.original);
+  write(record_);
+  write(segment.original);
 }
 
 void SkeletonWriter::finish(std::uint32_t segment_count) {
   flush();
-  record_.clear();
-  append_record_line(record_, 'E', {segment_count});
-  file_.write(record_);
+  // The line as append_record_line() writes it; its first part is in the checksum.
+  record_ = "E " + std::to_string(segment_count) + ' ';
+  write(record_);
+  write(std::to_string(sum_) + '\n');
 }
 
-SkeletonReader::SkeletonReader(std::u16string_view path) : reader_(path, kTitle, u"a skeleton") {
+bool is_skeleton(std::u16string_view path) {
+  constexpr std::string_view kBeginning = "KAVO skeleton ";
+  BlockReader reader(path);
+  while (reader.window().size() < kBeginning.size() && reader.more()) {
+  }
+  return reader.window().starts_with(kBeginning);
+}
+
+SkeletonReader::SkeletonReader(std::u16string_view path) : reader_(path, {kTitle, kFirstTitle}, u"a skeleton") {
+  const bool is_first_format = reader_.title() == kFirstTitle;
+  if (!is_first_format && !is_whole(path)) reader_.throw_damaged();
   reader_.next();
   if (reader_.kind() != 'H') reader_.throw_damaged();
   header_.checksum = reader_.number();
@@ -83,8 +124,15 @@ SkeletonReader::SkeletonReader(std::u16string_view path) : reader_(path, kTitle,
   header_.facts.keeps_code_page = reader_.number(1) != 0;
   const std::uint64_t tag_size = reader_.number();
   const std::uint64_t data_size = reader_.number();
+  const std::uint64_t mark_size = is_first_format ? 0 : reader_.number();
+  const std::uint64_t author_size = is_first_format ? 0 : reader_.number();
+  if (!is_first_format) header_.set.author_checksum = reader_.number();
   header_.filter = to_utf16(reader_.bytes(tag_size));
   header_.facts.data = reader_.bytes(data_size);
+  header_.set.mark = reader_.bytes(mark_size);
+  header_.set.author_document = reader_.bytes(author_size);
+  if (!header_.set.author_document.empty() && !plain_name_problem(header_.set.author_document).empty())
+    reader_.throw_damaged();
 }
 
 void SkeletonReader::next(SkeletonRecord& record) {

@@ -8,6 +8,7 @@
 #include "suite/conversion.h"
 #include "suite/filter.h"
 #include "suite/open_tag.h"
+#include "suite/rebuilding.h"
 #include "suite/skeleton.h"
 
 namespace kavo {
@@ -32,14 +33,10 @@ class TargetBuilder {
       throw_refused(request.skeleton + u" was made by the filter " + header.filter + u", not by " + request.filter);
     filter_ = find_filter(header.filter).make();
 
-    RebuildSettings settings;
-    settings.facts = header.facts;
-    settings.source_language = open_tag_.header().source_language;
-    settings.target_language =
-        request.language.empty() ? open_tag_.header().target_language : to_utf8(request.language);
-    settings.target_code_page = open_tag_.header().target_code_page;
-    if (header.facts.keeps_code_page || settings.target_code_page == 0)
-      settings.target_code_page = header.facts.code_page;
+    RebuildSettings settings =
+        rebuild_settings(header, open_tag_.header().source_language,
+                         request.language.empty() ? open_tag_.header().target_language : to_utf8(request.language),
+                         open_tag_.header().target_code_page);
     colours_ = open_tag_.header().colours;
     settings.highlights = colours_.has_value();
     if (colours_) std::copy(colours_->begin(), colours_->end(), settings.colours);
@@ -119,7 +116,7 @@ class TargetBuilder {
     if (keeps_bytes) {
       *bytes += hole.original;
     } else {
-      check_codes(hole, segment_.text);
+      refuse_codes(hole, segment_.text);
       filter_->write_segment(hole, segment_.text, *bytes);
     }
     if (!colours_) return;
@@ -170,21 +167,6 @@ class TargetBuilder {
     append(at, original.size(), false);
   }
 
-  void check_codes(const Hole& hole, std::string_view text) {
-    seen_.assign(hole.codes.size(), 0);
-    CodedTextReader reader(text);
-    for (CodedPart part; reader.next(part);) {
-      if (!part.is_code) continue;
-      const Hole::Code* const code = hole.find(part);
-      if (!code) throw_refused(place_of(hole) + u": the text has no code " + to_utf16(part.text));
-      ++seen_[static_cast<std::size_t>(code - hole.codes.data())];
-    }
-    for (std::size_t i = 0; i < hole.codes.size(); ++i)
-      if (hole.codes[i].required && seen_[i] != 1)
-        throw_refused(place_of(hole) + u": code " + to_utf16(std::to_string(hole.codes[i].id)) +
-                      (seen_[i] == 0 ? u" is missing" : u" is doubled"));
-  }
-
   std::optional<std::uint32_t> colour_of(TranslationStatus status) const {
     switch (status) {
       case TranslationStatus::kUntranslated:
@@ -215,7 +197,6 @@ class TargetBuilder {
   std::string out_;
   std::string plain_;
   std::string tail_;
-  std::vector<std::uint32_t> seen_;
 };
 
 }  // namespace

@@ -9,6 +9,7 @@
 
 #include "suite/coded_text.h"
 #include "suite/segment.h"
+#include "suite/set_mark.h"
 #include "suite/translation_status.h"
 #include "suite/xml_reader.h"
 
@@ -29,12 +30,20 @@ struct TudHeader {
   std::string target_language;
   unsigned source_code_page = 0;
   unsigned target_code_page = 0;
-  std::uint64_t checksum = 0;  // of the source document
-  std::string datatype;        // XLIFF's word for the format
+  std::uint64_t checksum = 0;  // of the source document, 0 when it is not told
+  SetMark set;
+  std::string datatype;  // XLIFF's word for the format
 };
 
-// A file name of the header as the core writes it; of a path only what is behind its last separator.
+// A file name of the header as the core writes it.
 std::u16string core_file_name(std::string_view name);
+
+// A note of a unit.
+struct TudNote {
+  std::string text;
+  std::string attributes;  // as they may be written again, each behind a blank
+  bool operator==(const TudNote&) const = default;
+};
 
 // A unit as it was read. Places are those of the file's bytes.
 struct TudUnit {
@@ -48,6 +57,7 @@ struct TudUnit {
   std::string state_qualifier;
   std::optional<std::int16_t> match;  // percent, of the first alternative translation that tells one
   std::string extra;                  // what we wrote as extradata: the place in the source document
+  std::vector<TudNote> notes;
 
   // For rewriting.
   struct Inline {
@@ -65,6 +75,10 @@ struct TudUnit {
   XmlPlace match_tag;            // the start tag that tells the match; nothing long when none does
 };
 
+// Its translation: the source text for a target that nobody has written yet (missing, or empty and not approved).
+std::string_view translation_of(const TudUnit& unit);
+// A state that says that there is no translation yet.
+bool is_new_state(std::string_view state);
 // Its status by XLIFF's attributes, as tools set them.
 TranslationStatus status_of(const TudUnit& unit);
 
@@ -87,19 +101,18 @@ class TudEvents {
   // Before the first unit.
   virtual void header(const TudHeader& header) { static_cast<void>(header); }
   virtual void unit(const TudUnit& unit) { static_cast<void>(unit); }
-  // The element that names or holds the skeleton, before header(): its start tag and all of it.
-  virtual void skeleton_place(XmlPlace start_tag, XmlPlace whole) {
-    static_cast<void>(start_tag);
-    static_cast<void>(whole);
-  }
   // The text of a skeleton inside the document (base 64), in pieces, before header().
   virtual void skeleton_inside(std::string_view base64) { static_cast<void>(base64); }
 };
 
 // Reads a document, whatever editor wrote it: any prefixes, order of attributes, coding, added elements, missing
-// targets. Throws `failure` 5 with the place for one that is not well-formed, is cut, is no XLIFF document or holds
-// several files. With `coding`, that of the document's bytes is written there before the first event.
+// targets. Throws `failure` 5 with the place for one that is not well-formed, is cut, is no XLIFF document, holds
+// several files, or gives a name that is not one plain file name (plain_name.h): every file of a document lies in its
+// own folder. With `coding`, that of the document's bytes is written there before the first event.
 void read_tud(std::u16string_view path, TudEvents& events, ProgressEvent* progress = nullptr,
               XmlCoding* coding = nullptr);
+
+// The header of a document, which is read to its end. Throws `failure` as read_tud() does.
+TudHeader header_of(std::u16string_view path);
 
 }  // namespace kavo

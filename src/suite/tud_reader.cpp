@@ -6,10 +6,12 @@
 #include <algorithm>
 #include <charconv>
 
+#include "common/plain_name.h"
 #include "platform/failure.h"
 #include "platform/files.h"
 #include "platform/unicode.h"
 #include "suite/tud_format.h"
+#include "suite/xml_text.h"
 
 namespace kavo {
 namespace {
@@ -28,12 +30,6 @@ std::string from_uri(std::string_view uri) {
     }
   }
   return text;
-}
-
-// The last component of a path, in whatever form.
-std::string file_name_of(std::string_view path) {
-  const std::size_t separator = path.find_last_of("/\\");
-  return std::string(separator == std::string_view::npos ? path : path.substr(separator + 1));
 }
 
 template <class Number>
@@ -70,7 +66,7 @@ class TudParser final : public XmlHandler {
       return;
     }
     if (in_alternative_ != 0) return;
-    if (!is_ours) {
+    if (!is_ours || in_unit_note_) {
       skip_depth_ = depth_;
       return;
     }
@@ -94,12 +90,14 @@ class TudParser final : public XmlHandler {
         end_text(name, place);
       else if (is_ours)
         end_inline(name, place);
+    } else if (in_unit_note_) {
+      in_unit_note_ = false;
     } else if (in_unit_ && name == "trans-unit") {
       in_unit_ = false;
       unit_.whole.end = place.end;
       events_.unit(unit_);
     } else {
-      end_outside(name, place);
+      end_outside(name);
     }
   }
 
@@ -107,6 +105,8 @@ class TudParser final : public XmlHandler {
     if (skip_depth_ != 0 || in_alternative_ != 0) return;
     if (inline_depth_ != 0) {
       if (native_depth_ == 0 && text_) *text_ += text;
+    } else if (in_unit_note_) {
+      unit_.notes.back().text += text;
     } else if (in_note_) {
       note_ += text;
     } else if (in_internal_file_) {
@@ -121,15 +121,14 @@ class TudParser final : public XmlHandler {
     } else if (name == "file") {
       if (seen_file_) reader_.refuse(u"the document holds more than one file");
       seen_file_ = true;
-      header_.original = from_uri(attributes.text("original"));
+      header_.original = name_from(from_uri(attributes.text("original")), "original");
       header_.datatype = attributes.text("datatype");
-      header_.source_language = attributes.text("source-language");
-      header_.target_language = attributes.text("target-language");
+      header_.source_language = name_from(attributes.text("source-language"), "source-language");
+      header_.target_language = name_from(attributes.text("target-language"), "target-language");
     } else if (name == "skl") {
       in_skeleton_ = true;
-      skeleton_tag_ = place;
     } else if (in_skeleton_ && name == "external-file") {
-      header_.skeleton = from_uri(file_name_of(attributes.text("href")));
+      header_.skeleton = name_from(from_uri(attributes.text("href")), "external-file");
     } else if (in_skeleton_ && name == "internal-file") {
       header_.has_skeleton_inside = true;
       in_internal_file_ = true;
@@ -139,7 +138,7 @@ class TudParser final : public XmlHandler {
     }
   }
 
-  void end_outside(std::string_view name, XmlPlace place) {
+  void end_outside(std::string_view name) {
     if (name == "note" && in_note_) {
       in_note_ = false;
       take_detail();
@@ -147,7 +146,6 @@ class TudParser final : public XmlHandler {
       in_internal_file_ = false;
     } else if (name == "skl") {
       in_skeleton_ = false;
-      events_.skeleton_place(skeleton_tag_, {skeleton_tag_.begin, place.end});
     }
   }
 
@@ -156,13 +154,25 @@ class TudParser final : public XmlHandler {
     if (sign == std::string::npos) return;
     const std::string_view name = std::string_view(note_).substr(0, sign);
     const std::string_view value = std::string_view(note_).substr(sign + 1);
-    if (name == "source-format") header_.source_format = value;
-    if (name == "filter") header_.filter = value;
-    if (name == "source-language") header_.source_language = value;
-    if (name == "target-language") header_.target_language = value;
+    if (name == "source-format") header_.source_format = name_from(value, name);
+    if (name == "filter") header_.filter = name_from(value, name);
+    if (name == "source-language") header_.source_language = name_from(value, name);
+    if (name == "target-language") header_.target_language = name_from(value, name);
     if (name == "source-code-page") header_.source_code_page = number_of<unsigned>(value);
     if (name == "target-code-page") header_.target_code_page = number_of<unsigned>(value);
     if (name == "checksum") header_.checksum = number_of<std::uint64_t>(value);
+    if (name == "mark") header_.set.mark = name_from(value, name);
+    if (name == "author-document") header_.set.author_document = name_from(from_uri(value), name);
+    if (name == "author-checksum") header_.set.author_checksum = number_of<std::uint64_t>(value);
+  }
+
+  // A text of the header that is, or becomes part of, the name of a file beside the document; "" for one that is not
+  // there.
+  std::string name_from(std::string_view value, std::string_view field) const {
+    const std::string_view problem = value.empty() ? std::string_view() : plain_name_problem(value);
+    if (!problem.empty())
+      reader_.refuse(to_utf16(std::string(field) + " is no plain file name: " + std::string(problem)));
+    return std::string(value);
   }
 
   void tell_header() {
@@ -185,6 +195,7 @@ class TudParser final : public XmlHandler {
     unit_.state_qualifier.clear();
     unit_.match.reset();
     unit_.inlines.clear();
+    unit_.notes.clear();
     unit_.whole = unit_.start_tag = place;
     unit_.source_tag = unit_.target_start = unit_.target_end = unit_.match_tag = {};
     unit_.source_end = place.end;
@@ -205,14 +216,35 @@ class TudParser final : public XmlHandler {
       take_match(attributes, place);
       in_alternative_ = depth_;
       return;
+    } else if (name == "note") {
+      start_unit_note(attributes);
+      return;
     } else if (name != "seg-source") {
-      // Notes, contexts and counts.
+      // Contexts and counts.
       skip_depth_ = depth_;
       return;
     }
     inline_depth_ = depth_;
     native_depth_ = 0;
     open_.clear();
+  }
+
+  void start_unit_note(const XmlAttributes& attributes) {
+    in_unit_note_ = true;
+    TudNote note;
+    constexpr std::pair<const char*, const char*> kAttributes[] = {
+        {"http://www.w3.org/XML/1998/namespace lang", "xml:lang"},
+        {"from", "from"},
+        {"priority", "priority"},
+        {"annotates", "annotates"}};
+    for (const auto& [read, written] : kAttributes) {
+      const char* const value = attributes.find(read);
+      if (!value) continue;
+      ((note.attributes += ' ') += written) += "=\"";
+      append_xml_attribute(note.attributes, value);
+      note.attributes += '"';
+    }
+    unit_.notes.push_back(std::move(note));
   }
 
   // "100", "100%", "99.5%"; some tools write a share of 1 instead.
@@ -292,8 +324,8 @@ class TudParser final : public XmlHandler {
   std::string note_;
   bool in_unit_ = false;
   bool in_note_ = false;
+  bool in_unit_note_ = false;
   bool in_skeleton_ = false;
-  XmlPlace skeleton_tag_;
   bool in_internal_file_ = false;
   bool seen_file_ = false;
   bool told_header_ = false;
@@ -305,10 +337,17 @@ bool starts_with_any(std::string_view text, std::initializer_list<std::string_vi
 
 }  // namespace
 
+std::string_view translation_of(const TudUnit& unit) {
+  const bool is_missing = !unit.has_target || (unit.target.empty() && !unit.approved);
+  return is_missing ? unit.source : unit.target;
+}
+
+bool is_new_state(std::string_view state) { return starts_with_any(state, {"new", "needs-translation"}); }
+
 TranslationStatus status_of(const TudUnit& unit) {
   if (!unit.translate) return TranslationStatus::kLocked;
   const bool is_same = !unit.has_target || unit.target == unit.source;
-  const bool is_new = starts_with_any(unit.state, {"new", "needs-translation"});
+  const bool is_new = is_new_state(unit.state);
   // Some tools fill a target and leave its state; an empty one beside a text is none.
   if (is_same && (is_new || unit.state.empty()) && !unit.approved) return TranslationStatus::kUntranslated;
   if (unit.target.empty() && !unit.source.empty() && !unit.approved) return TranslationStatus::kUntranslated;
@@ -320,13 +359,20 @@ TranslationStatus status_of(const TudUnit& unit) {
   return TranslationStatus::kTranslated;
 }
 
-std::u16string core_file_name(std::string_view name) {
-  const std::u16string path = path_from_host(name);
-  return path.substr(path.rfind(u'\\') + 1);
-}
+std::u16string core_file_name(std::string_view name) { return path_from_host(name); }
 
 void read_tud(std::u16string_view path, TudEvents& events, ProgressEvent* progress, XmlCoding* coding) {
   TudParser(path, events, coding).read(progress);
+}
+
+TudHeader header_of(std::u16string_view path) {
+  struct Taker final : TudEvents {
+    void header(const TudHeader& header) override { taken = header; }
+    TudHeader taken;
+  };
+  Taker taker;
+  read_tud(path, taker);
+  return taker.taken;
 }
 
 }  // namespace kavo

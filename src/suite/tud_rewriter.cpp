@@ -1,5 +1,6 @@
 #include "suite/tud_rewriter.h"
 
+#include <algorithm>
 #include <map>
 #include <utility>
 
@@ -35,12 +36,16 @@ class ByteForm {
     return bytes;
   }
   void append_new_text(std::string& out, std::string_view utf8) const {
-    if (coding_ != XmlCoding::kAsciiBased) {
-      append_xml_text(out, utf8);
-      return;
-    }
     std::string escaped;
     append_xml_text(escaped, utf8);
+    append_escaped(out, escaped);
+  }
+  // What is escaped for XML already.
+  void append_escaped(std::string& out, std::string_view escaped) const {
+    if (coding_ != XmlCoding::kAsciiBased) {
+      out += escaped;
+      return;
+    }
     for (std::string_view rest = escaped; !rest.empty();) {
       const std::size_t length = std::max<std::size_t>(utf8_character_length(rest), 1);
       if (length == 1)
@@ -92,13 +97,14 @@ class Rewriter final : public TudEvents {
 
   void header(const TudHeader& header) override { changes_.header(header); }
   void unit(const TudUnit& unit) override {
-    const auto segment = changes_.change(index_++, unit);
+    const std::size_t index = index_++;
+    const auto segment = changes_.change(index, unit);
     if (!segment) return;
     if (unit.source != segment->source || unit.source_tag.end == 0)
       throw failure(FailureNumber::kInvalidCall, u"The document has been changed by another program");
     copy_to(unit.whole.begin);
     const std::string bytes = take(unit.whole.end);
-    new_.write(ByteForm(coding_).to_bytes(rewritten(unit, *segment, bytes)));
+    new_.write(ByteForm(coding_).to_bytes(rewritten(unit, *segment, changes_.details(index), bytes)));
   }
 
   void finish() {
@@ -127,7 +133,21 @@ class Rewriter final : public TudEvents {
     return bytes;
   }
 
-  std::string rewritten(const TudUnit& unit, const BilingualSegment& segment, std::string_view bytes) const {
+  // What the unit's attributes shall say of its status. What the given details or the unit itself say of this status
+  // in other words stays: "needs-l10n" is more than "to be reviewed".
+  static XliffDetails words_for(const TudUnit& unit, const BilingualSegment& segment, const XliffDetails* given) {
+    const auto fits = [&](std::string_view state) {
+      return !state.empty() && (!is_new_state(state) || segment.status == TranslationStatus::kUntranslated);
+    };
+    if (given && fits(given->state)) return {given->state, given->state_qualifier, given->approved, {}};
+    if (fits(unit.state) && status_of(unit) == segment.status)
+      return {unit.state, unit.state_qualifier, unit.approved, {}};
+    const XliffState usual = xliff_state_of(segment.status);
+    return {std::string(usual.state), std::string(usual.qualifier), segment.status == TranslationStatus::kApproved, {}};
+  }
+
+  std::string rewritten(const TudUnit& unit, const BilingualSegment& segment, const XliffDetails* details,
+                        std::string_view bytes) const {
     const ByteForm form(coding_);
     const auto slice = [&](std::uint64_t begin, std::uint64_t end) {
       return form.to_text(
@@ -140,21 +160,23 @@ class Rewriter final : public TudEvents {
     // An attribute that says what it shall say stays as it is, written or left out.
     const bool is_locked = segment.status == TranslationStatus::kLocked;
     if (unit.translate == is_locked) set_attribute(start_tag, "translate", is_locked ? "no" : "yes");
-    const bool is_approved = segment.status == TranslationStatus::kApproved;
-    if (unit.approved != is_approved) set_attribute(start_tag, "approved", is_approved ? "yes" : "no");
+    const XliffDetails words = words_for(unit, segment, details);
+    if (unit.approved != words.approved) set_attribute(start_tag, "approved", words.approved ? "yes" : "no");
 
     const std::string content = target_content(form, unit, segment, slice);
     std::string target_tag = "<" + prefix + "target>";
     if (unit.has_target) target_tag = slice(unit.target_start.begin, unit.target_start.end);
     if (target_tag.ends_with("/>")) target_tag.erase(target_tag.size() - 2, 1);
-    const XliffState state = xliff_state_of(segment.status);
-    set_attribute(target_tag, "state", state.state);
-    if (!state.qualifier.empty() || !unit.state_qualifier.empty()) set_qualifier(target_tag, state.qualifier);
+    std::string state;
+    append_xml_attribute(state, words.state);
+    set_attribute(target_tag, "state", state);
+    if (words.state_qualifier != unit.state_qualifier) set_qualifier(target_tag, words.state_qualifier);
 
     const std::uint64_t target_begin = unit.has_target ? unit.target_start.begin : unit.source_end;
     const std::uint64_t target_end = unit.has_target ? unit.target_end.end : unit.source_end;
     std::string result =
         start_tag + slice(unit.start_tag.end, target_begin) + target_tag + content + "</" + prefix + "target>";
+    if (details) append_notes(result, form, prefix, details->notes, unit.notes);
     if (unit.match && *unit.match != segment.match) {
       std::string match_tag = slice(unit.match_tag.begin, unit.match_tag.end);
       set_attribute(match_tag, "match-quality", std::to_string(segment.match));
@@ -169,9 +191,23 @@ class Rewriter final : public TudEvents {
     return result + slice(target_end, unit.whole.end);
   }
 
+  static void append_notes(std::string& result, const ByteForm& form, const std::string& prefix,
+                           const std::vector<TudNote>& notes, const std::vector<TudNote>& there) {
+    for (const TudNote& note : notes) {
+      if (std::ranges::find(there, note) != there.end()) continue;
+      result += "<" + prefix + "note";
+      form.append_escaped(result, note.attributes);
+      result += '>';
+      form.append_new_text(result, note.text);
+      result += "</" + prefix + "note>";
+    }
+  }
+
   // A qualifier that no longer holds is taken out: no value of it says "none".
   static void set_qualifier(std::string& tag, std::string_view qualifier) {
-    set_attribute(tag, "state-qualifier", qualifier);
+    std::string escaped;
+    append_xml_attribute(escaped, qualifier);
+    set_attribute(tag, "state-qualifier", escaped);
     if (!qualifier.empty()) return;
     const std::size_t name = tag.find("state-qualifier");
     const std::size_t open = tag.find_first_of("\"'", name);

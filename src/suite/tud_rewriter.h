@@ -16,6 +16,11 @@ class TudChanges {
   virtual void header(const TudHeader& header) { static_cast<void>(header); }
   // The unit (index from 0) as it shall be, nothing to leave it; its views must be valid until the next call.
   virtual std::optional<BilingualSegment> change(std::size_t index, const TudUnit& unit) = 0;
+  // Of a unit that changes: what XLIFF shall say beside that, null for what the status asks for. Valid until the end.
+  virtual const XliffDetails* details(std::size_t index) {
+    static_cast<void>(index);
+    return nullptr;
+  }
 };
 
 // Writes the document anew and puts it in the place of the old one. Throws `failure` (5 when a unit's source text is

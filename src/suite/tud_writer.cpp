@@ -45,8 +45,7 @@ std::string uri_of(std::string_view file_name) {
   return uri;
 }
 
-// A file name that people read: escaped as in a URI is only what XML lacks, a "\" that other systems take for a
-// separator, and a "%" that would be taken for an escape.
+// A file name that people read: escaped as in a URI is only what XML lacks and a "%" that would be taken for an escape.
 std::string readable_name(std::string_view file_name) {
   const auto is_hexadecimal = [](char c) {
     return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'F') || (c >= 'a' && c <= 'f');
@@ -56,8 +55,7 @@ std::string readable_name(std::string_view file_name) {
     const std::size_t length = utf8_character_length(rest);
     const std::string_view character = rest.substr(0, std::max<std::size_t>(length, 1));
     const bool looks_escaped = rest.size() > 2 && is_hexadecimal(rest[1]) && is_hexadecimal(rest[2]);
-    if (length == 0 || character == "\\" || (character == "%" && looks_escaped) ||
-        !is_xml_character(utf8_code_point(character)))
+    if (length == 0 || (character == "%" && looks_escaped) || !is_xml_character(utf8_code_point(character)))
       for (const char c : character) append_percent(name, c);
     else
       name += character;
@@ -119,6 +117,11 @@ void append_tud_start(std::string& xml, const TudHeader& header) {
   append_note(xml, "source-code-page", std::to_string(header.source_code_page));
   append_note(xml, "target-code-page", std::to_string(header.target_code_page));
   append_note(xml, "checksum", std::to_string(header.checksum));
+  if (!header.set.mark.empty()) append_note(xml, "mark", header.set.mark);
+  if (!header.set.author_document.empty()) {
+    append_note(xml, "author-document", readable_name(header.set.author_document));
+    append_note(xml, "author-checksum", std::to_string(header.set.author_checksum));
+  }
   xml += "</header>\n<body>\n";
 }
 

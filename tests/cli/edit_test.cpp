@@ -41,7 +41,7 @@ TEST_F(EditCommand, StartsTheEditorOfTheSettingOnTheDocument) {
 
 TEST_F(EditCommand, NamesTheMemory) {
   const std::string tud = document();
-  set_editor("\"" KAVO_PROGRAM "\" export %1 --to %2");
+  set_editor("\"" KAVO_PROGRAM "\" export %1 --overwrite --to %2");
   const std::string memory = path_to_host(folder.write(u"m m.tmx", "a memory"));
   EXPECT_EQ(run_kavo({"edit", tud, "--memory", memory}).code, 0);
   EXPECT_TRUE(appears(u"m m.tmx", "a memory"));

@@ -145,11 +145,18 @@ TEST_F(RoadTest, EachCodeHasARealCause) {
            bytes.erase(at, bytes.find("</note>", at) + 7 - at);
          files.put(tud, bytes);
        }},
-      {5, "a skeleton cut in half", [&] { cut(tud + u".skl"); }},
-      {5, "the skeleton of another document",
+      {3, "a skeleton cut in half", [&] { cut(tud + u".skl"); }},
+      {3, "the skeleton of another document",
        [&] {
          prepare(u"other.asp", "<p>Other</p>");
          files.put(tud + u".skl", files.get(in(u"other_asp_htm_FR.tud.skl")));
+       }},
+      {5, "a unit that is missing",
+       [&] {
+         std::string bytes = files.get(tud);
+         const std::size_t unit = bytes.find("<trans-unit");
+         bytes.erase(unit, bytes.find("</trans-unit>", unit) + 13 - unit);
+         files.put(tud, bytes);
        }},
       {6, "a script document cut in half", [&] { cut(script); }},
       {6, "no skeleton of the script document", [&] { files.remove_file(script + u".skl"); }},

@@ -3,8 +3,9 @@
 #include <gtest/gtest.h>
 
 #include "suite/base64.h"
-#include "suite/skeleton_packing.h"
+#include "suite/skeleton.h"
 #include "suite/suite_fixture.h"
+#include "suite/xliff_package.h"
 #include "support/faulty_files.h"
 
 namespace kavo::test {
@@ -27,6 +28,10 @@ class TudTest : public SuiteTest {
     return BilingualDocument(in_folder(u"a.tud"));
   }
   BilingualDocument open_units(std::string_view units) { return open(document_of(units)); }
+  void pack(const BilingualDocument& document, std::u16string_view name) {
+    const BilingualDocument* const documents[] = {&document};
+    pack_documents(documents, in_folder(name));
+  }
 };
 
 TEST_F(TudTest, ANewDocumentIsWrittenLikeThis) {
@@ -351,8 +356,18 @@ TEST_F(TudTest, TheSkeletonBesideTheDocumentIsKept) {
   EXPECT_FALSE(BilingualDocument(tud).locate_skeleton());
 }
 
+// A skeleton for documents without a checksum.
+std::string small_skeleton(MemoryFiles& files, const std::u16string& path, std::string_view bytes) {
+  SkeletonWriter writer(path);
+  writer.begin(u"K19TXT", 0, {});
+  writer.bytes(bytes);
+  writer.finish(0);
+  writer.commit();
+  return files.get(path);
+}
+
 TEST_F(TudTest, ASkeletonInsideTheDocumentIsUnpackedAndNotKept) {
-  const std::string skeleton = "KAVO skeleton 1\n\xFF\x00\x01 and so on"s;
+  const std::string skeleton = small_skeleton(files, in_folder(u"x.skl"), "\xFF\x00\x01 and so on"s);
   std::string text;
   Base64Encoder encoder;
   encoder.encode(skeleton, text);
@@ -371,7 +386,7 @@ TEST_F(TudTest, AnExportedDocumentCarriesItsSkeletonInside) {
   put(u"a.txt", text);
   const std::u16string tud = convert(u"a.txt");
   const std::string skeleton = files.get(skeleton_name_of(tud));
-  copy_with_skeleton(BilingualDocument(tud), in_folder(u"b_txt_FR.tud"));
+  pack(BilingualDocument(tud), u"b_txt_FR.tud");
   files.remove_file(tud);
   files.remove_file(skeleton_name_of(tud));
   const BilingualDocument packed(in_folder(u"b_txt_FR.tud"));
@@ -383,23 +398,26 @@ TEST_F(TudTest, AnExportedDocumentCarriesItsSkeletonInside) {
   EXPECT_EQ(rebuild(packed.path()), text);
   // A document that has it inside is copied as it is.
   files.remove_file(inside->path);
-  copy_with_skeleton(packed, in_folder(u"c.xlf"));
+  pack(packed, u"c.xlf");
   EXPECT_EQ(get(u"c.xlf"), files.get(packed.path()));
 }
 
 TEST_F(TudTest, ASkeletonGoesIntoDocumentsOfOtherEditors) {
   const std::string_view head = "<x:xliff xmlns:x='urn:oasis:names:tc:xliff:document:1.2'><x:file><x:header>";
   const std::string_view tail = "</x:header><x:body/></x:file></x:xliff>";
-  put(u"a.skl", "abc");
+  std::string skeleton;
+  Base64Encoder encoder;
+  encoder.encode(small_skeleton(files, in_folder(u"a.skl"), "abc"), skeleton);
+  encoder.finish(skeleton);
   const auto packed = [&](std::string_view bytes) {
     put(u"a.tud", bytes);
-    copy_with_skeleton(BilingualDocument(in_folder(u"a.tud")), in_folder(u"b.xlf"));
+    pack(BilingualDocument(in_folder(u"a.tud")), u"b.xlf");
     return get(u"b.xlf");
   };
   const std::string before =
       std::string(head) + "<x:skl >\n<x:external-file href='a.skl'></x:external-file></x:skl>" + std::string(tail);
-  const std::string after =
-      std::string(head) + "<x:skl><x:internal-file form=\"base64\">YWJj</x:internal-file></x:skl>" + std::string(tail);
+  const std::string after = std::string(head) + "<x:skl><x:internal-file form=\"base64\">" + skeleton +
+                            "</x:internal-file></x:skl>" + std::string(tail);
   for (const std::size_t size : {1, 7, 4096}) {
     const BlockSizeScope scope(size);
     EXPECT_EQ(packed(before), after);
@@ -417,9 +435,9 @@ TEST_F(TudTest, ASkeletonGoesIntoDocumentsOfOtherEditors) {
 TEST_F(TudTest, ADocumentWithoutASkeletonIsNotPacked) {
   put(u"b.xlf", "old");
   const BilingualDocument document = open_units("<trans-unit id='1'><source>a</source></trans-unit>");
-  EXPECT_THROW(copy_with_skeleton(document, in_folder(u"b.xlf")), failure);
+  EXPECT_THROW(pack(document, u"b.xlf"), failure);
   put(u"a.tud.skl", "abc");
-  EXPECT_THROW(copy_with_skeleton(document, in_folder(u"b.xlf")), failure);
+  EXPECT_THROW(pack(document, u"b.xlf"), failure);
   EXPECT_EQ(get(u"b.xlf"), "old");
 }
 

@@ -10,7 +10,7 @@
 #include "suite/bilingual_document.h"
 #include "suite/conversion.h"
 #include "suite/pseudo_translation.h"
-#include "suite/skeleton_packing.h"
+#include "suite/xliff_package.h"
 #include "support/temp_folder.h"
 
 namespace kavo::test {
@@ -57,8 +57,30 @@ TEST_F(XliffSamples, ALanguageThatIsNone) { sample(u"odd.txt", kText, u"X Y"); }
 TEST_F(XliffSamples, Script) { sample(u"page_asp.scr", "Dim x\nw \"a\" & 'b'\n<!-- ASP2HTML 1 -->\n"); }
 
 TEST_F(XliffSamples, WithTheSkeletonInside) {
-  const std::u16string tud = sample(u"packed.txt", kText);
-  copy_with_skeleton(BilingualDocument(tud), path(u"packed_inside.tud"));
+  const BilingualDocument document(sample(u"packed.txt", kText)), other(sample(u"other.txt", kText));
+  const BilingualDocument* const documents[] = {&document, &other};
+  pack_documents(std::span(documents).first(1), path(u"packed_inside.tud"));
+  pack_documents(documents, path(u"packed_both.tud"));
+  EXPECT_TRUE(is_package(path(u"packed_both.tud")));
+}
+
+TEST_F(XliffSamples, WithNotesAndStatesOfAnEditor) {
+  const std::u16string tud = sample(u"noted.txt", "One\nTwo\n");
+  BilingualDocument document(tud);
+  document.set_segment(0, "Un", TranslationStatus::kFuzzy, 50);
+  document.set_details(
+      0, {"needs-l10n", "fuzzy-match", false, {{"a <question>", " from=\"Zo\u00EB &amp; Co\""}, {"b", ""}}});
+  document.set_details(1, {"final", "", true, {}});
+  document.save();
+  EXPECT_EQ(BilingualDocument(tud).segment(1).status, TranslationStatus::kApproved);
+}
+
+TEST_F(XliffSamples, InASet) {
+  write_file(path(u"set.txt"), kText);
+  ConversionRequest request{path(u"set.txt"), path(u"set.tud"), u"", u"EN-US", u"FR", 65001, 0, u"K19TXT", "m1",
+                            path(u"set.txt")};
+  ProgressEvent progress;
+  convert_document(request, progress);
 }
 
 TEST_F(XliffSamples, Page) {

@@ -1,0 +1,16 @@
+// What ties the bilingual documents of one preparation to each other and to the document that their author has.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace kavo {
+
+struct SetMark {
+  std::string mark;                   // the same in all documents of one preparation; "" for none
+  std::string author_document;        // file name without folder, in the system's own form; "" when unknown
+  std::uint64_t author_checksum = 0;  // of that document when it was prepared
+  bool operator==(const SetMark&) const = default;
+};
+
+}  // namespace kavo
