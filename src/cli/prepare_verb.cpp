@@ -64,7 +64,7 @@ class Prepare final : public Verb {
     }
     const std::span<const ProducedFile> produced = driver_->produced_files();
     std::vector<ProducedFile> prepared(produced.begin(), produced.end());
-    const FilterRun run = convert_produced_files(prepared, languages_);
+    const FilterRun run = convert_produced_files(prepared, languages_, file);
     for (const ProducedFile& converted : prepared)
       if (!converted.tud_name.empty()) outcome.produced.push_back({converted.tud_name, kBilingualDocument});
     if (run.result != 0) {

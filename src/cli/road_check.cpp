@@ -84,7 +84,7 @@ class RoadCheck {
       throw failure(FailureNumber::kInvalidCall, result_.messages.empty() ? u"The document cannot be prepared" : u"");
     const std::span<const ProducedFile> produced = driver_.produced_files();
     std::vector<ProducedFile> files(produced.begin(), produced.end());
-    if (const FilterRun run = convert_produced_files(files, languages); run.result != 0)
+    if (const FilterRun run = convert_produced_files(files, languages, document); run.result != 0)
       throw failure(FailureNumber::kInvalidCall, with_own_folder(run.reason));
     return files;
   }

@@ -65,11 +65,13 @@ std::u16string document_made_of(const TudName& name, std::u16string_view target,
 }
 
 PostProcessing::PostProcessing(const TudName& name, std::u16string target, std::u16string created,
-                               std::u16string language, FolderRun& run, const RunObserver& observer)
+                               std::u16string language, std::u16string mark, FolderRun& run,
+                               const RunObserver& observer)
     : name_(name),
       document_(document_made_of(name, target, language)),
       result_(std::move(created)),
       language_(std::move(language)),
+      mark_(std::move(mark)),
       run_(run),
       observer_(observer) {}
 
@@ -193,8 +195,18 @@ bool PostProcessing::RebuildOfficeFile() {
 // Throws `failure` when that fails.
 void PostProcessing::rebuild(const std::u16string& tud, const std::u16string& file) {
   TargetBuild build(tud, run_);
-  if (!build.open() || !build.read_details() || !build.save_open_tag(std::nullopt) || !build.locate_skeleton())
-    throw failure(FailureNumber::kInvalidCall, tud + u": " + build.reason());
+  const auto check = [&](bool done) {
+    if (!done) throw failure(FailureNumber::kInvalidCall, tud + u": " + build.reason());
+  };
+  check(build.open());
+  if (build.set_mark() != mark_)
+    throw failure(FailureNumber::kInvalidCall,
+                  tud + u" does not come from the same preparation as the document that it belongs to: their texts would "
+                        u"come into the wrong places. Prepare the document again, or put the documents of one "
+                        u"preparation together");
+  check(build.read_details());
+  check(build.save_open_tag(std::nullopt));
+  check(build.locate_skeleton());
   build.create_target(file, language_);
 }
 

@@ -17,9 +17,10 @@ std::u16string document_made_of(const TudName& name, std::u16string_view target,
 class PostProcessing {
  public:
   // `created` is the scratch file that the filter has made for the document `target`; `language` the code in the
-  // bilingual document's name, "" when the document is treated as one without. All references must outlive the object.
+  // bilingual document's name, "" when the document is treated as one without; `mark` that of its preparation, which the documents of its
+  // other files must have. All references must outlive the object.
   PostProcessing(const TudName& name, std::u16string target, std::u16string created, std::u16string language,
-                 FolderRun& run, const RunObserver& observer);
+                 std::u16string mark, FolderRun& run, const RunObserver& observer);
 
   // Takes the route that the target's extension asks for; true without work for one that asks for none. False when the
   // route failed, the observer then knows why. Throws `failure` 18 when the user interrupts.
@@ -39,6 +40,7 @@ class PostProcessing {
   std::u16string document_;
   std::u16string result_;
   std::u16string language_;
+  std::u16string mark_;
   FolderRun& run_;
   const RunObserver& observer_;
 };

@@ -103,6 +103,7 @@ class WizardRun {
       const FilterRun run = convert_produced_files(steps_.produced_files(),
                                                    {form.morLang[0].LanguageCode(), form.morLang[1].LanguageCode(),
                                                     form.morLang[0].CharSetNumber(), form.morLang[1].CharSetNumber()},
+                                                   file,
                                                    observer);
       // The button may have been pressed during the last file: a filter of another module does not see that.
       ports().desktop->process_messages();

@@ -137,6 +137,9 @@ class Translation {
       return error;
     };
     if (!build.open()) return failed(kTudNotOpened);
+    if (build.has_source_changed())
+      observer_.tell({u"The document has changed since it was prepared: its translation is made of what it was then. Prepare "
+                      u"it again to have all of it"});
     tell_progress(15);
     if (!build.read_details()) return failed(kNoMergeDetails);
     const std::u16string& source_format = build.details().source_format;
@@ -152,7 +155,7 @@ class Translation {
                                  observer_.message};
     std::u16string result = created;
     if (is_post_processed(source_format)) {
-      PostProcessing routes(name_, target_, created, language_, run, last_fifth);
+      PostProcessing routes(name_, target_, created, language_, build.set_mark(), run, last_fifth);
       if (!routes.PostProcess()) return kNotPostProcessed;
       result = routes.result();
       target_ = routes.document();

@@ -57,6 +57,14 @@ bool TudComponent::set_segment(std::int32_t number, std::u16string_view target, 
   return call(u"SetSegment", arguments);
 }
 
+std::u16string TudComponent::set_mark() {
+  return document_->has_member(u"SetMark") ? as_text(document_->get(u"SetMark")) : u"";
+}
+
+bool TudComponent::has_source_changed() {
+  return document_->has_member(u"SourceChanged") && as_flag(document_->get(u"SourceChanged"));
+}
+
 bool TudComponent::close() { return call(u"Close", {}); }
 
 std::u16string TudComponent::reason() const {

@@ -47,6 +47,11 @@ class TudComponent {
   bool set_segment(std::int32_t number, std::u16string_view target, std::int32_t status, std::int32_t match);
   bool close();
 
+  // The mark of the document's preparation, "" for none and from a component that keeps none.
+  std::u16string set_mark();
+  // Whether the author's document is known to have changed since it was prepared.
+  bool has_source_changed();
+
   // Why the last operation failed, for people; the name of the operation when the component does not tell.
   std::u16string reason() const;
 

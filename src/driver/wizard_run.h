@@ -29,8 +29,11 @@ struct FilterRun {
 // record. Stops at the first file that fails; the documents of those before it stay. An existing document and skeleton
 // of the same names make way first and come back when the file fails. Needs the thread's filter catalogue, that is, a
 // living K19FPWObj. Throws `failure` 18 when the user interrupts.
+//
+// The documents carry a common mark, and the name and checksum of `author_document`, of which the files were prepared
+// ("" when that is not known), where the suite can keep them: so that documents of different preparations are told apart.
 FilterRun convert_produced_files(std::span<ProducedFile> files, const RunLanguages& languages,
-                                 const RunObserver& observer = {});
+                                 std::u16string_view author_document = {}, const RunObserver& observer = {});
 
 // True when the text holds two double quotes, or else two single ones.
 bool ContainsQuotedText(std::u16string_view text);
