@@ -64,10 +64,10 @@ void refuse_to_lose_old_objects(PendingFile& objects) {
   try {
     refuse_to_lose_objects(objects);
   } catch (const failure& reason) {
-    throw failure(
-        reason.number(),
-        u"The object file " + to_utf16(path_to_host(objects.final_path())) + u" is not replaced. " + reason.description(),
-        reason.source());
+    throw failure(reason.number(),
+                  u"The object file " + to_utf16(path_to_host(objects.final_path())) + u" is not replaced. " +
+                      reason.description(),
+                  reason.source());
   }
 }
 

@@ -28,9 +28,8 @@ RtfInsertion::RtfInsertion(std::u16string_view rtf_file, std::u16string_view tem
     : reader_(open_rtf(rtf_file)), text_(rtf_file, temporary_file), object_path_(object_file) {}
 
 void RtfInsertion::run(ProgressEvent& progress, MessageList& messages) {
-  for_each_pass(reader_, progress, [&](const char* p, const char* limit, const char* end) {
-    return scan(p, limit, end, messages);
-  });
+  for_each_pass(reader_, progress,
+                [&](const char* p, const char* limit, const char* end) { return scan(p, limit, end, messages); });
   if (objects_ && missing_ != 0)
     messages.push_back({u"The object file lacks " + to_utf16(std::to_string(missing_)) +
                         u" of the document's objects; the first is that of the marker " + first_missing_});

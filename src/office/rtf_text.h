@@ -42,8 +42,8 @@ inline bool begins_with(const char* p, const char* end, std::string_view text) {
 // `count` bytes behind p, but not behind `end`.
 inline const char* ahead(const char* p, std::ptrdiff_t count, const char* end) { return p + std::min(count, end - p); }
 
-// Opens a document at its first byte. Throws `failure`, also when it does not begin as RTF does, whatever its name says;
-// a byte order mark and white space may stand before that.
+// Opens a document at its first byte. Throws `failure`, also when it does not begin as RTF does, whatever its name
+// says; a byte order mark and white space may stand before that.
 BlockReader open_rtf(std::u16string_view path);
 
 // Reads the file to its end. scan(p, limit, end) gets the bytes not consumed yet, handles every token that begins

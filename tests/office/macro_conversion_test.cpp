@@ -456,8 +456,8 @@ TEST_F(MacroConversionTest, WithoutItsDocumentAConversionGivesOneAndWaitsForNoth
       SCOPED_TRACE(std::string(c.name) + ": " + macro.name);
       c.presentation ? use_presentations() : use_workbooks();
       office.calls.clear();
-      office.answers["Presentations.Open"] = office.answers["Workbooks.Open"] =
-          [this](std::span<Argument> arguments) -> Value {
+      office.answers["Presentations.Open"] =
+          office.answers["Workbooks.Open"] = [this](std::span<Argument> arguments) -> Value {
         if (as_text(arguments[0].value).ends_with(program_template)) return office.object("Template");
         throw failure(1004, u"The document cannot be opened", u"Office");
       };

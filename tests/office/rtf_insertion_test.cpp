@@ -1,3 +1,5 @@
+#include "office/rtf_insertion.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
@@ -6,7 +8,6 @@
 #include "common/block_reader.h"
 #include "office/clsRTFUtil.h"
 #include "office/rtf_fixture.h"
-#include "office/rtf_insertion.h"
 #include "office/rtf_model.h"
 #include "support/splits.h"
 

@@ -20,9 +20,9 @@ struct OpenDocument {
 struct MacroState : ApplicationState {
   OfficeKind kind = OfficeKind::kPresentation;
   std::vector<std::shared_ptr<OpenDocument>> open_documents;
-  std::u16string refusal;                                     // why the last document could not be opened
-  std::int16_t automation_security = 1;                       // macros never run, whatever is said
-  bool display_alerts = true;                                 // there are none
+  std::u16string refusal;                // why the last document could not be opened
+  std::int16_t automation_security = 1;  // macros never run, whatever is said
+  bool display_alerts = true;            // there are none
 };
 using StateRef = std::shared_ptr<MacroState>;
 

@@ -57,8 +57,8 @@ TEST_F(OfficeFixture, CtrlCInAConversionEndsTheCommandWith130AndLeavesNothingBeh
 }
 
 TEST_F(OfficeFixture, ATranslatedExportIsReplacedOnlyOnRequest) {
-  const std::string book = path_to_host(
-      make_document(u"book.xls", OfficeKind::kWorkbook, workbook_of(sheet("One", row(cell("first"))))));
+  const std::string book =
+      path_to_host(make_document(u"book.xls", OfficeKind::kWorkbook, workbook_of(sheet("One", row(cell("first"))))));
   ASSERT_EQ(run_kavo({"excel", "to-xml", book}).code, 0);
   const std::string exported = folder.read(u"book_xls.xml");
   const std::string translated = changed_segments(exported);

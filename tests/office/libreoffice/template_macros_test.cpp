@@ -191,8 +191,9 @@ std::string presentations(const std::vector<std::string>& files) {
       "Option VBASupport 1\nType Deck\nFullName As String\nEnd Type\n"
       "Public Function Presentations(Optional ByVal Index)\nDim All As New Collection, One As Deck\n";
   for (const std::string& file : files) module += "One = New Deck\nOne.FullName = \"" + file + "\"\nAll.Add One\n";
-  return module + "If IsMissing(Index) Then\nSet Presentations = All\nElse\nPresentations = All(Index)\nEnd If\n"
-                  "End Function\n";
+  return module +
+         "If IsMissing(Index) Then\nSet Presentations = All\nElse\nPresentations = All(Index)\nEnd If\n"
+         "End Function\n";
 }
 
 TEST_F(WorkbookMacros, APresentationWithoutAFlagFileIsTheUsersOwn) {
