@@ -10,7 +10,8 @@ native=(g++ cmake ninja-build ccache libgtest-dev libgmock-dev nlohmann-json3-de
 windows=(g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools googletest wine wine64 locales dpkg-dev
   fonts-dejavu-core fonts-ipafont-gothic)  # what dialogs are drawn and measured with
 judge=(nodejs unrtf)
-full=(clang libclang-rt-14-dev clang-tidy libbenchmark-dev tidy libxml2-utils php-symfony-translation perl translate-toolkit po4a omegat
+full=(clang libclang-rt-14-dev clang-tidy libbenchmark-dev strace python3 tidy libxml2-utils php-symfony-translation perl
+  translate-toolkit po4a omegat
   libreoffice-dev libreoffice-core-nogui libreoffice-writer-nogui libreoffice-calc-nogui libreoffice-impress-nogui)
 
 case ${1:-} in

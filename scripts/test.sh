@@ -5,7 +5,8 @@
 #   scripts/test.sh --native        the native tests only
 #   scripts/test.sh --sanitizers    the native tests under address, undefined-behaviour and leak sanitizers only
 #   scripts/test.sh --windows       the Windows tests only
-#   scripts/test.sh --full          also fuzzing for a minute a target, clang-tidy, and the Office programs with LibreOffice
+#   scripts/test.sh --full          also fuzzing for a minute a target, clang-tidy, the Office programs with LibreOffice,
+#                                   and the command disturbed from outside (scripts/faults.sh)
 set -uo pipefail
 top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 cd "$top" || exit 1
@@ -16,8 +17,8 @@ case ${1:-} in
   --native) parts=(native) ;;
   --sanitizers) parts=(sanitizers) ;;
   --windows) parts=(windows) ;;
-  --full) parts=(native sanitizers windows fuzz tidy office) ;;
-  *) sed -n '2,9s/^# \{0,1\}//p' "$0" >&2; exit 2 ;;
+  --full) parts=(native sanitizers windows fuzz tidy office faults) ;;
+  *) sed -n '2,10s/^# \{0,1\}//p' "$0" >&2; exit 2 ;;
 esac
 
 # What one clone has compiled serves the next: ccache sees paths below the top folder as relative ones.
@@ -90,6 +91,11 @@ for part in "${parts[@]}"; do
       step "fuzz targets"
       scripts/fuzz.sh 60
       note $? "fuzzing, 60 s a target"
+      ;;
+    faults)
+      step "failing calls, kills, a full disk, two runs at once"
+      scripts/faults.sh
+      note $? "the command disturbed from outside"
       ;;
     tidy)
       step "clang-tidy"

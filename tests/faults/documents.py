@@ -1,0 +1,87 @@
+"""The documents that the fault runs work on: each has everything its format keeps apart, in a few hundred bytes.
+
+Every document comes in two editions. A run over existing results starts from those of the first edition and works on
+the second, so that each file it replaces really changes and a mixture of both can be told from either.
+"""
+import re
+
+
+def page(edition):
+    """A server page: scripts of both kinds, accents, an attribute that a script makes."""
+    more = '<%= total %> <p>Ça coûte très cher.</p>\n' if edition == 2 else ""
+    return f"""<%@ Language="VBScript" %>
+<html><head><meta charset="utf-8"><title>Café {edition}</title></head>
+<body class=<%=kind{edition}%>>
+<% greeting = "Hello {edition}" %>
+<p>Héllo <%= name %>, edition {edition} of the <b>page</b>.</p>
+{more}<script>var text = "Cart {edition}";</script>
+</body></html>
+""".encode()
+
+
+def html(edition):
+    """A page without scripts of a server, which needs repair: an open tag and a stray "<"."""
+    return f"""<html><head><meta charset="utf-8"><title>Prix {edition}</title></head>
+<body><p>One <b>bold &amp; <i>été</i> text {edition}.</p>
+<p>2 < 3</p></body></html>
+""".encode()
+
+
+def text(edition):
+    return f"A notice, edition {edition}.\r\n\r\nThe café is open.\r\n".encode()
+
+
+def mif(edition):
+    """A FrameMaker document: number format, variable, cross-reference, index marker, an embedded object."""
+    text = f"""<MIFFile 7.00>
+<PgfCatalog
+ <Pgf
+  <PgfTag `Step'>
+  <PgfNumFormat `S:Step {edition} <n+\\>:\\\\t'>
+ >
+>
+<VariableFormats
+ <VariableFormat
+  <VariableName `Product'>
+  <VariableDef `Garden pump {edition}'>
+ >
+>
+<XRefFormats
+ <XRefFormat
+  <XRefName `Page'>
+  <XRefDef `page {edition} <$pagenum\\>'>
+ >
+>
+<AFrames
+ <Frame
+  <ID 1>
+  <ImportObject
+=FrameVector
+&%v
+&0000{edition}F2A
+=EndInset
+  >
+ >
+>
+<TextFlow
+ <Para
+  <ParaLine
+   <Marker
+    <MType 2>
+    <MTypeName `Index'>
+    <MText `pump {edition};maintenance'>
+   >
+   <String `Rinse the filter {edition}.'>
+  >
+ >
+>
+"""
+    # A statement that holds others has a blank behind its name.
+    return re.sub(r"^( *<\w+)$", r"\1 ", text, flags=re.MULTILINE).encode()
+
+
+def rtf(edition):
+    """A letter with a picture and an embedded object."""
+    return (rf"{{\rtf1\ansi\ansicpg1252\deff0{{\fonttbl{{\f0 Arial;}}}}"
+            rf"\pard Dear caf\'e9 {edition},\par {{\pict\wmetafile8 0102{edition}f}}\par "
+            rf"{{\object\objemb{{\*\objdata 4142{edition}3}}}} yours\par}}").encode() + b"\r\n"
