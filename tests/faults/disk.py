@@ -7,16 +7,18 @@ import os
 import subprocess
 
 import classify
+import documents
+import scenarios as common
 from sandbox import Sandbox
-from scenarios import all_scenarios
 
 COLUMNS = ("runs", "survived", "failed, whole", *classify.CLASSES)
 PAGE = 4096  # what a file takes at least, and at a time
 LEVELS = 15
+LINES = 60
 
 
 def scenarios():
-    return [scenario for scenario in all_scenarios() if scenario.writes or scenario.verb == "verify"]
+    return [scenario for scenario in common.all_scenarios() if scenario.writes or scenario.verb == "verify"]
 
 
 def make_sandboxes(root, kavo):
@@ -25,6 +27,17 @@ def make_sandboxes(root, kavo):
     subprocess.run(["mount", "-t", "tmpfs", "-o", "size=1m", "kavo-faults", disk], check=True)
     os.makedirs(f"{root}/other")
     return [SmallDisk(disk, f"{root}/disk", f"{disk}/tmp", kavo), SmallDisk(disk, f"{root}/disk", f"{root}/tmp", kavo)]
+
+
+class Stage(common.Stage):
+    """With documents of several pages each, so that there are levels between none and enough."""
+
+    def __init__(self, sandbox, scenario):
+        documents.lines = LINES
+        try:
+            super().__init__(sandbox, scenario)
+        finally:
+            documents.lines = 0
 
 
 class SmallDisk(Sandbox):

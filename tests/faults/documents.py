@@ -5,6 +5,13 @@ the second, so that each file it replaces really changes and a mixture of both c
 """
 import re
 
+lines = 0  # how many lines of text are added to each document, for runs that need larger ones
+
+
+def _more(shape, edition):
+    return "".join(shape.format(f"Line {number} of edition {edition}, which makes the document long.")
+                   for number in range(lines))
+
 
 def page(edition):
     """A server page: scripts of both kinds, accents, an attribute that a script makes."""
@@ -14,7 +21,7 @@ def page(edition):
 <body class=<%=kind{edition}%>>
 <% greeting = "Hello {edition}" %>
 <p>Héllo <%= name %>, edition {edition} of the <b>page</b>.</p>
-{more}<script>var text = "Cart {edition}";</script>
+{more}{_more("<p>{}</p>" + chr(10), edition)}<script>var text = "Cart {edition}";</script>
 </body></html>
 """.encode()
 
@@ -23,16 +30,28 @@ def html(edition):
     """A page without scripts of a server, which needs repair: an open tag and a stray "<"."""
     return f"""<html><head><meta charset="utf-8"><title>Prix {edition}</title></head>
 <body><p>One <b>bold &amp; <i>été</i> text {edition}.</p>
-<p>2 < 3</p></body></html>
+{_more("<p>{}</p>" + chr(10), edition)}<p>2 < 3</p></body></html>
 """.encode()
 
 
 def text(edition):
-    return f"A notice, edition {edition}.\r\n\r\nThe café is open.\r\n".encode()
+    more = _more("{}\r\n\r\n", edition)
+    return f"A notice, edition {edition}.\r\n\r\n{more}The café is open.\r\n".encode()
 
 
 def mif(edition):
     """A FrameMaker document: number format, variable, cross-reference, index marker, an embedded object."""
+    paragraph = """ <Para
+  <ParaLine
+   <Marker
+    <MType 2>
+    <MTypeName `Index'>
+    <MText `{0}'>
+   >
+   <String `{0}'>
+  >
+ >
+"""
     text = f"""<MIFFile 7.00>
 <PgfCatalog
  <Pgf
@@ -74,7 +93,7 @@ def mif(edition):
    <String `Rinse the filter {edition}.'>
   >
  >
->
+{_more(paragraph, edition)}>
 """
     # A statement that holds others has a blank behind its name.
     return re.sub(r"^( *<\w+)$", r"\1 ", text, flags=re.MULTILINE).encode()
@@ -82,6 +101,7 @@ def mif(edition):
 
 def rtf(edition):
     """A letter with a picture and an embedded object."""
+    more = _more(r"{}\par ", edition)
     return (rf"{{\rtf1\ansi\ansicpg1252\deff0{{\fonttbl{{\f0 Arial;}}}}"
             rf"\pard Dear caf\'e9 {edition},\par {{\pict\wmetafile8 0102{edition}f}}\par "
-            rf"{{\object\objemb{{\*\objdata 4142{edition}3}}}} yours\par}}").encode() + b"\r\n"
+            rf"{{\object\objemb{{\*\objdata 4142{edition}3}}}} {more}yours\par}}").encode() + b"\r\n"

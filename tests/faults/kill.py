@@ -2,8 +2,12 @@
 
 After SIGKILL the same command is run again: it must succeed and leave what an undisturbed run leaves, and nothing else.
 Where the killed run had put its results in place, what a second undisturbed run does is right, too: a second extraction,
-say, is refused. After SIGINT and SIGTERM everything is as before, or complete.
+say, is refused. The run that clears up is itself killed, or one of its calls fails; then a third one must succeed. And a
+verb that reads what the killed one wrote must find the old documents or the new ones. After SIGINT and SIGTERM everything
+is as before, or complete.
 """
+import random
+
 import classify
 import trace
 from scenarios import all_scenarios
@@ -20,23 +24,33 @@ def scenarios():
 
 def jobs(stage, calls, options):
     killed = calls if stage.scenario.name in EVERY_CALL else calls[::2]
+    changes = [call for call in calls if call.is_change]
+    readers = [(call, "KILL, then read") for call in changes] if stage.scenario.reader else []
     everything = ([(call, "KILL") for call in killed] + [(call, "INT") for call in calls[::3]] +
-                  [(call, "TERM") for call in calls[1::3]])
+                  [(call, "TERM") for call in calls[1::3]] + [(call, "KILL, KILL") for call in changes] +
+                  [(call, "KILL, then fail") for call in changes] + readers)
     return everything[::QUICK_STEP] if options.quick else everything
 
 
 def run_job(stage, job):
     call, name = job
-    run = stage.run(trace.signal_at_call(stage.sandbox, call, name))
+    what = name.split(",")[0]
+    run = stage.run(trace.signal_at_call(stage.sandbox, call, what))
     now = stage.sandbox.snapshot()
-    if name == "KILL":
-        if run.code != -9:
-            raise RuntimeError(f"{stage.scenario.name}: call {call.number} ({call.text}) was not reached")
-        faults, run = _after_kill(stage, now)
-    else:
+    then = ""
+    if what != "KILL":
         faults = _after_request(stage, run, now, INTERRUPTED[name])
+    elif run.code != -9:
+        raise RuntimeError(f"{stage.scenario.name}: call {call.number} ({call.text}) was not reached")
+    elif name == "KILL, then read":
+        faults, run = _after_kill_by_reader(stage)
+    else:
+        if name != "KILL":
+            then = _disturb_again(stage, now, name, random.Random(f"{stage.scenario.name} {call.number}"))
+        # A call that fails may cost a file its permissions, with a message; the next run cannot know them.
+        faults, run = _after_kill(stage, now, with_modes=name != "KILL, then fail")
     return None if faults else "right", [
-        {"class": kind, "details": details, "error": "SIG" + name, "failed": call.text, "exit": run.code,
+        {"class": kind, "details": details, "error": "SIG" + name, "failed": call.text + then, "exit": run.code,
          "output": run.output, "errors": run.errors} for kind, details in faults]
 
 
@@ -50,35 +64,73 @@ def _after_request(stage, run, now, codes):
     return faults
 
 
-def _after_kill(stage, killed):
+def _disturb_again(stage, killed, name, source):
+    """Kills the run behind a killed one, or lets it fail; what was done."""
+    calls = [call for call in trace.watch(stage.sandbox, stage.arguments)[1] if call.is_change]
+    call = source.choice(calls)
+    stage.sandbox.restore(killed)
+    if name == "KILL, KILL":
+        stage.sandbox.run(stage.arguments, trace.signal_at_call(stage.sandbox, call, "KILL"))
+    else:
+        stage.sandbox.run(stage.arguments, trace.fail_call(stage.sandbox, call, "EIO"))
+    return f"; then call {call.number}: {call.text}"
+
+
+def _after_kill_by_reader(stage):
+    """A verb that reads the documents must do with them what it does with the old ones or with the new ones."""
+    killed = stage.sandbox.snapshot()
+    reader = stage.reader_arguments()
+    if not hasattr(stage, "read"):
+        stage.read = []
+        for state in (stage.before, stage.after):
+            stage.sandbox.restore(state)
+            run = stage.sandbox.run(reader)
+            stage.read.append((run.code, run.output, classify.files(stage.sandbox.snapshot(), stage.scenario.owns_home)))
+        stage.sandbox.restore(killed)
+    run = stage.sandbox.run(reader)
+    now = classify.files(stage.sandbox.snapshot(), stage.scenario.owns_home)
+    known = {path for _, _, state in stage.read for path in state}
+    left = [path for path in now if path not in known]
+    own = classify.without(now, left)
+    faults = classify.crash_faults(run)
+    if left:
+        faults.append(("leftover", f"after {reader[0]}: " + ", ".join(left)))
+    if (run.code, run.output, own) not in stage.read:
+        wrong = [f"{path}: {how}" for path, how in classify.differences(stage.read[1][2], own)]
+        faults.append(("mixed", f"{' '.join(reader)}: exit code {run.code}, of the new ones {stage.read[1][0]}; " +
+                       "; ".join(wrong)))
+    return faults, run
+
+
+def _after_kill(stage, killed, with_modes):
     run = stage.sandbox.run(stage.arguments)
     now = stage.sandbox.snapshot()
     owns_home = stage.scenario.owns_home
     faults = classify.crash_faults(run)
     allowed = [(stage.undisturbed.code, stage.after)]
     if classify.differences(stage.before, killed):
-        allowed.append(second_run(stage))
+        allowed += later_runs(stage)
     left = classify.extra_files(now, stage.before, *(after for _, after in allowed))
     own = classify.without(classify.files(now, owns_home), left)
     if left:
         faults.append(("leftover", "after the next run: " + ", ".join(left)))
     elif classify.extra_files(killed, stage.before, stage.after) and not run.errors.strip():
         faults.append(("untold", "the next run cleared up without a word"))
-    if not any(code == run.code and not classify.differences(classify.files(after, owns_home), own)
-               for code, after in allowed):
-        wrong = classify.differences(classify.files(stage.after, owns_home), own)
+    wrong_of = lambda after: [(path, how) for path, how in classify.differences(classify.files(after, owns_home), own)
+                              if with_modes or not how.startswith("mode")]
+    if not any(code == run.code and not wrong_of(after) for code, after in allowed):
+        wrong = wrong_of(stage.after)
         kind = "rerun wrong" if run.code == stage.undisturbed.code else "rerun failed"
         faults.append((kind, "; ".join(f"{path}: {how}" for path, how in wrong)))
     return faults, run
 
 
-def second_run(stage):
-    """(exit code, state) of the command run once more after an undisturbed run."""
-    if not hasattr(stage, "second"):
+def later_runs(stage):
+    """(exit code, state) of the command run for a second and a third time, undisturbed."""
+    if not hasattr(stage, "later"):
         sandbox = stage.sandbox
         kept = sandbox.snapshot()
         sandbox.restore(stage.after)
-        run = sandbox.run(stage.arguments)
-        stage.second = run.code, sandbox.snapshot()
+        stage.later = [(sandbox.run(stage.arguments).code, sandbox.snapshot()) for _ in range(2)]
         sandbox.restore(kept)
-    return stage.second
+    return stage.later

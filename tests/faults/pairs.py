@@ -7,7 +7,7 @@ from dataclasses import dataclass
 import classify
 import documents
 import trace
-from scenarios import LANGUAGES, PAGE_TUDS, MIF_TUDS, SetupFailed, kavo, mif_tuds, page_tuds, _help
+from scenarios import LANGUAGES, MIF_TUDS, PAGE_TUDS, command_line, kavo, mif_tuds, page_tuds, verb_of
 
 COLUMNS = ("runs", "both right", "one refused", "odd refusal", "silent", "wrong result", "leftover", "crash", "hang")
 ROUNDS = 50  # in every second one the first run is slowed down, so that the other meets it between two changes
@@ -43,6 +43,14 @@ def _mif_without_objects(sandbox):
     kavo(sandbox, "mif", "remove-objects", "book.mif")
 
 
+def _two_books(sandbox):
+    for name, edition in (("one.mif", 1), ("two.mif", 2)):
+        sandbox.write(name, documents.mif(edition))
+    kavo(sandbox, "prepare", "one.mif", "two.mif", *LANGUAGES)
+    for tud in ("one_mif_FR.tud", "two_mif_FR.tud", *MIF_TUDS[1:]):
+        kavo(sandbox, "pseudo", tud)
+
+
 def _rtf(sandbox):
     sandbox.write("letter.rtf", documents.rtf(1))
 
@@ -52,10 +60,12 @@ def _rtf_extracted(sandbox):
     kavo(sandbox, "rtf", "extract", "letter.rtf")
 
 
+GERMAN = ("--source", "EN-US", "--target", "DE")
+
+
 def _road(document, tud):
-    german = ("--source", "EN-US", "--target", "DE")
     return {"prepare FR": ("prepare", "--overwrite", document, *LANGUAGES),
-            "prepare DE": ("prepare", "--overwrite", document, *german),
+            "prepare DE": ("prepare", "--overwrite", document, *GERMAN),
             "preprocess": ("preprocess", document), "pseudo": ("pseudo", tud),
             "rebuild": ("rebuild", "--overwrite", tud)}
 
@@ -74,6 +84,9 @@ FAMILIES = (
     ("MIF without objects", _mif_without_objects, {
         "insert-objects": ("mif", "insert-objects", "book.mif"), "remove-objects": ("mif", "remove-objects", "book.mif"),
         "rebuild": ("rebuild", "--overwrite", MIF_TUDS[0])}),
+    ("two MIF documents", _two_books, {
+        "rebuild": ("rebuild", "one_mif_FR.tud"), "rebuild the other": ("rebuild", "two_mif_FR.tud"),
+        "prepare DE": ("prepare", "one.mif", *GERMAN), "prepare the other DE": ("prepare", "two.mif", *GERMAN)}),
     ("RTF", _rtf, {"extract": ("rtf", "extract", "letter.rtf"), "insert": ("rtf", "insert", "letter.rtf")}),
     ("RTF extracted", _rtf_extracted, {"extract": ("rtf", "extract", "letter.rtf"),
                                        "insert": ("rtf", "insert", "letter.rtf")}),
@@ -101,16 +114,10 @@ class Stage:
         sandbox.restore({})
         pair.setup(sandbox)
         self.before = sandbox.snapshot()
-        self.commands = [self._command(pair.first), self._command(pair.second)]
+        self.commands = [command_line(sandbox, *verb_of(words)) for words in (pair.first, pair.second)]
         self.right = {"both": [self._one_after_the_other(0, 1), self._one_after_the_other(1, 0)],
                       "refused": [self._alone(0), self._alone(1)]}
         self.seconds = {(i, is_slow): self._time(i, is_slow) for i in (0, 1) for is_slow in (False, True)}
-
-    def _command(self, arguments):
-        verb = " ".join(arguments[:2]) if arguments[0] in ("html", "mif", "rtf") else arguments[0]
-        if "--overwrite" in arguments or "--overwrite" not in _help(self.sandbox.kavo, verb):
-            return list(arguments)
-        return [*verb.split(), "--overwrite", *arguments[len(verb.split()):]]
 
     def _state(self):
         return classify.contents(classify.files(self.sandbox.snapshot(), self.scenario.owns_home))

@@ -22,6 +22,7 @@ class Scenario:
     code: int = 0  # of an undisturbed run
     owns_home: bool = False  # the user's settings are what it writes
     options_if_known: tuple = field(default=())  # taken along where the verb has them
+    reader: tuple = field(default=())  # a command that works on what this one wrote
 
     @property
     def writes(self):
@@ -44,10 +45,16 @@ def _help(kavo_path, verb):
     return subprocess.run([kavo_path, *verb.split(), "--help"], capture_output=True, text=True, check=False).stdout
 
 
-def command_line(sandbox, scenario):
-    """The arguments of the command: the verb, its arguments, and those of the options that this build knows."""
-    known = [option for option in scenario.options_if_known if option in _help(sandbox.kavo, scenario.verb)]
-    return [*scenario.verb.split(), *known, *scenario.arguments]
+def command_line(sandbox, verb, arguments, options_if_known=("--overwrite",)):
+    """The words of the command: the verb, those of the options that this build knows, and the arguments."""
+    known = [option for option in options_if_known if option not in arguments and option in _help(sandbox.kavo, verb)]
+    return [*verb.split(), *known, *arguments]
+
+
+def verb_of(words):
+    """How many of the words are the verb: some have a group's name in front."""
+    count = 2 if words[0] in ("html", "mif", "rtf") else 1
+    return " ".join(words[:count]), words[count:]
 
 
 def _bilingual(document, make, tuds):
@@ -61,11 +68,13 @@ def _bilingual(document, make, tuds):
 
 
 PAGE_TUDS = ("page_asp_htm_FR.tud", "page_asp_scr_FR.tud")
+HTML_TUD = "plain_htm_htm_FR.tud"
+TEXT_TUD = "note_txt_FR.tud"
 MIF_TUDS = ("book_mif_FR.tud", "KAVO_ix_mif_FR.tud", "KAVO_xr_mif_FR.tud", "KAVO_va_mif_FR.tud")
 page_tuds = _bilingual("page.asp", documents.page, PAGE_TUDS)
-html_tuds = _bilingual("plain.htm", documents.html, ("plain_htm_htm_FR.tud",))
+html_tuds = _bilingual("plain.htm", documents.html, (HTML_TUD,))
 mif_tuds = _bilingual("book.mif", documents.mif, MIF_TUDS)
-text_tuds = _bilingual("note.txt", documents.text, ("note_txt_FR.tud",))
+text_tuds = _bilingual("note.txt", documents.text, (TEXT_TUD,))
 
 
 def _source(name, make, edition=2):
@@ -109,20 +118,20 @@ def _translate_by_hand(name, old, new):
 
 
 def _prepare():
-    for name, document, make, tuds in (("page", "page.asp", documents.page, page_tuds),
-                                       ("html", "plain.htm", documents.html, html_tuds),
-                                       ("MIF", "book.mif", documents.mif, mif_tuds),
-                                       ("text", "note.txt", documents.text, text_tuds)):
+    for name, document, make, tuds, tud in (("page", "page.asp", documents.page, page_tuds, PAGE_TUDS[0]),
+                                            ("html", "plain.htm", documents.html, html_tuds, HTML_TUD),
+                                            ("MIF", "book.mif", documents.mif, mif_tuds, MIF_TUDS[0]),
+                                            ("text", "note.txt", documents.text, text_tuds, TEXT_TUD)):
         yield Scenario(f"prepare {name}", "prepare", "new", _source(document, make), (document, *LANGUAGES))
         yield Scenario(f"prepare {name}, existing", "prepare", "existing", _then(tuds, _source(document, make)),
-                       ("--overwrite", document, *LANGUAGES))
+                       ("--overwrite", document, *LANGUAGES), reader=("rebuild", tud))
 
 
 def _rebuild():
     for name, target, setup, tud in (("page", "page_FR.asp", page_tuds, PAGE_TUDS[0]),
-                                     ("html", "plain_FR.htm", html_tuds, "plain_htm_htm_FR.tud"),
+                                     ("html", "plain_FR.htm", html_tuds, HTML_TUD),
                                      ("MIF", "book_FR.mif", mif_tuds, MIF_TUDS[0]),
-                                     ("text", "note_FR.txt", text_tuds, "note_txt_FR.tud")):
+                                     ("text", "note_FR.txt", text_tuds, TEXT_TUD)):
         yield Scenario(f"rebuild {name}", "rebuild", "new", setup, (tud,))
         yield Scenario(f"rebuild {name}, existing", "rebuild", "existing",
                        _then(setup, lambda sandbox, target=target: sandbox.write(target, b"an older translation\r\n")),
@@ -134,7 +143,7 @@ def _bilingual_verbs():
                              kavo(sandbox, "prepare", "page.asp", *LANGUAGES))
     tud = PAGE_TUDS[0]
     xlf = "page_asp_htm_FR.xlf"
-    yield Scenario("pseudo", "pseudo", "existing", plain, (tud,))
+    yield Scenario("pseudo", "pseudo", "existing", plain, (tud,), reader=("rebuild", tud))
     yield Scenario("export", "export", "new", page_tuds, (tud,))
     yield Scenario("export, existing", "export", "existing",
                    _then(plain, _run("export", tud), _mode(0o640, xlf), _run("pseudo", tud)), (tud,),
@@ -171,7 +180,8 @@ def _html():
     translate = _translate_by_hand("page_asp.htm", "Héllo".encode(), "Bonjour à tous,".encode())
     yield Scenario("html protect", "html protect", "new", page2, ("page.asp",))
     yield Scenario("html protect, existing", "html protect", "existing", _then(page1, protect, translate, page2),
-                   ("page.asp",), options_if_known=("--overwrite",))
+                   ("page.asp",), options_if_known=("--overwrite",),
+                   reader=("html", "restore", "--output", "new.asp", "page_asp.htm"))
     yield Scenario("html restore", "html restore", "new", _then(page1, protect, translate, _remove("page.asp")),
                    ("page_asp.htm",))
     yield Scenario("html restore, existing", "html restore", "existing", _then(page1, protect, translate),
@@ -191,24 +201,24 @@ def _mif():
     remove, insert = _run("mif", "remove-objects", "book.mif"), _run("mif", "insert-objects", "book.mif")
     yield Scenario("mif extract", "mif extract", "new", mif2, ("book.mif",))
     yield Scenario("mif extract, existing", "mif extract", "existing", _then(mif1, extract, _mode(0o640, *sides), mif2),
-                   ("book.mif",), options_if_known=("--overwrite",))
+                   ("book.mif",), options_if_known=("--overwrite",), reader=("mif", "merge", "book.mif"))
     yield Scenario("mif merge", "mif merge", "existing",
                    _then(mif1, extract, _translate_by_hand(sides[0], b"String `pump 1;maintenance'", b"String `pompe'")),
                    ("book.mif",))
     yield Scenario("mif remove-objects", "mif remove-objects", "new", mif2, ("book.mif",))
     yield Scenario("mif remove-objects, existing", "mif remove-objects", "existing",
                    _then(mif1, remove, insert, _mode(0o640, "book.obj"), mif2), ("book.mif",),
-                   options_if_known=("--overwrite",))
+                   options_if_known=("--overwrite",), reader=("mif", "insert-objects", "book.mif"))
     yield Scenario("mif insert-objects", "mif insert-objects", "existing", _then(mif1, remove), ("book.mif",))
 
 
 def _rtf():
     rtf1, rtf2 = _source("letter.rtf", documents.rtf, 1), _source("letter.rtf", documents.rtf)
     extract, insert = _run("rtf", "extract", "letter.rtf"), _run("rtf", "insert", "letter.rtf")
-    yield Scenario("rtf extract", "rtf extract", "new", rtf2, ("letter.rtf",))
+    yield Scenario("rtf extract", "rtf extract", "new", rtf2, ("letter.rtf",), reader=("rtf", "insert", "letter.rtf"))
     yield Scenario("rtf extract, existing", "rtf extract", "existing",
                    _then(rtf1, extract, insert, _mode(0o640, "letter.obj"), rtf2), ("letter.rtf",),
-                   options_if_known=("--overwrite",))
+                   options_if_known=("--overwrite",), reader=("rtf", "insert", "letter.rtf"))
     yield Scenario("rtf insert", "rtf insert", "existing", _then(rtf1, extract), ("letter.rtf",))
 
 
@@ -233,7 +243,7 @@ class Stage:
         sandbox.restore({})
         scenario.setup(sandbox)
         self.before = sandbox.snapshot()
-        self.arguments = command_line(sandbox, scenario)
+        self.arguments = command_line(sandbox, scenario.verb, scenario.arguments, scenario.options_if_known)
         self.undisturbed = sandbox.run(self.arguments)
         self.after = sandbox.snapshot()
         if self.undisturbed.code != scenario.code:
@@ -245,6 +255,9 @@ class Stage:
         again = sandbox.run(self.arguments)
         if again.code != scenario.code or sandbox.snapshot() != self.after or again.output != self.undisturbed.output:
             raise SetupFailed(f"{scenario.name}: two undisturbed runs give different results")
+
+    def reader_arguments(self):
+        return command_line(self.sandbox, *verb_of(self.scenario.reader))
 
     def run(self, prefix=()):
         self.sandbox.restore(self.before)

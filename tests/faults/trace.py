@@ -54,7 +54,11 @@ class Call:
 
     @property
     def is_change(self):
-        return self.name in _CHANGING or (self.name.startswith("open") and ("O_CREAT" in self.text or "O_TRUNC" in self.text))
+        """Whether it changed what is on the disk."""
+        if self.descriptor or re.search(r"= -1 E[A-Z]+ \(", self.text):
+            return False
+        return self.name in _CHANGING or (self.name.startswith("open") and ("O_CREAT" in self.text or
+                                                                            "O_TRUNC" in self.text))
 
     @property
     def descriptor(self):
@@ -65,10 +69,10 @@ class Call:
     @property
     def path(self):
         """The last name of the path that the call works on, "" when it has none."""
-        paths = re.findall(r'"((?:[^"\\]|\\.)*)"', self.text) if not self.name.startswith(("read", "write", "pwrite", "pread")) \
-            or self.name.startswith("readlink") else []
-        if not paths or not paths[0]:
-            paths = re.findall(r"\(\d+<([^>]*)>", self.text)
+        paths = []
+        if self.name not in ("read", "readv", "pread64", "write", "writev", "pwrite64"):
+            paths = [path for path in re.findall(r'"((?:[^"\\]|\\.)*)"', self.text)[:1] if path]
+        paths = paths or re.findall(r"\(\d+<([^>]*)>", self.text)
         return os.path.basename(paths[0]) if paths else ""
 
 
