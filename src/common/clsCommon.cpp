@@ -75,7 +75,7 @@ void clsCommon::HighLight(TextBoxFrame& box) const { box.select(0, box.text_leng
 void clsCommon::StartSysInfo() const {
   if (const auto program = information_program(*this)) {
     try {
-      ports().shell->start(*program);
+      ports().shell->start(*program, {});
       return;
     } catch (const failure&) {
       // Registered but not there: the same answer as when there is none.

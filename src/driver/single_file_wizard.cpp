@@ -153,7 +153,7 @@ class WizardRun {
 
   void start_editor(const std::u16string& parameters) const {
     constexpr int kHighestFailure = 31;
-    if (ports().shell->open(launcher_, parameters) <= kHighestFailure) tell(kEditorText, launcher_, u"", kEditorAdvice);
+    if (ports().shell->run(launcher_, parameters) <= kHighestFailure) tell(kEditorText, launcher_, u"", kEditorAdvice);
   }
 
   const WizardRequest& request_;

@@ -253,7 +253,7 @@ class Translation {
     if (std::ranges::find(kOfficeFilters, filter) != std::end(kOfficeFilters)) wait_for_office();
     Shell& shell = *ports().shell;
     try {
-      if (shell.open(target_, u"") <= kHighestShellFailure) shell.start(u"notepad \"" + target_ + u"\"");
+      if (shell.open(target_) <= kHighestShellFailure) shell.start(u"notepad", {to_utf16(path_to_host(target_))});
     } catch (const failure& reason) {
       if (reason.is(FailureNumber::kInterrupted)) throw;
       observer_.tell({reason.description()});

@@ -1,8 +1,10 @@
 #include "suite/editor_launcher.h"
 
-#include <vector>
+#include <optional>
+#include <utility>
 
 #include "common/program_settings.h"
+#include "platform/command_line.h"
 #include "platform/failure.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"
@@ -13,36 +15,31 @@ namespace {
 constexpr std::u16string_view kApplication = u"KAVO";
 constexpr std::u16string_view kSection = u"Editor";
 constexpr std::u16string_view kKey = u"Command";
+constexpr std::u16string_view kDocumentMark = u"%1";
+constexpr std::u16string_view kMemoryMark = u"%2";
+constexpr std::u16string_view kAdvice = u". Name an editor with: kavo settings editor.command=...";
 
 // A result of the shell up to this one is a failure.
 constexpr int kLastShellFailure = 31;
 
-bool is_blank(char16_t c) { return c == u' ' || c == u'\t'; }
+std::u16string host_text(const std::u16string& path) { return to_utf16(path_to_host(path)); }
 
-// The words of a line, quotes kept: blanks between quotes do not part.
-std::vector<std::u16string> words_of(std::u16string_view line) {
-  std::vector<std::u16string> words;
-  bool is_quoted = false;
-  bool in_word = false;
-  for (const char16_t c : line) {
-    if (!is_quoted && is_blank(c)) {
-      in_word = false;
+// An argument of the setting with names in the place of its marks; nothing when a name is missing.
+std::optional<std::u16string> with_names(std::u16string_view argument, const EditorRequest& request) {
+  std::u16string text;
+  while (!argument.empty()) {
+    const bool is_document = argument.starts_with(kDocumentMark);
+    if (!is_document && !argument.starts_with(kMemoryMark)) {
+      text += argument.front();
+      argument.remove_prefix(1);
       continue;
     }
-    if (!in_word) words.emplace_back();
-    in_word = true;
-    if (c == u'"') is_quoted = !is_quoted;
-    words.back() += c;
+    const std::u16string& path = is_document ? request.document : request.memory;
+    if (path.empty()) return std::nullopt;
+    text += host_text(path);
+    argument.remove_prefix(kDocumentMark.size());
   }
-  return words;
-}
-
-// Puts a path in the place of a mark; a word that then holds blanks and no quotes gets some.
-void replace_mark(std::u16string& word, std::u16string_view mark, const std::u16string& path) {
-  const bool has_quotes = word.find(u'"') != std::u16string::npos;
-  for (std::size_t at = 0; (at = word.find(mark, at)) != std::u16string::npos; at += path.size())
-    word.replace(at, mark.size(), path);
-  if (!has_quotes) word = u"\"" + word + u"\"";
+  return text;
 }
 
 }  // namespace
@@ -51,29 +48,24 @@ EditorRequest editor_request_of(std::span<const std::string> arguments) {
   EditorRequest request;
   for (const std::string& argument : arguments) {
     const bool is_memory = argument.starts_with("/t") || argument.starts_with("/T");
-    if (is_memory)
-      request.memory = to_utf16(std::string_view(argument).substr(2));
-    else
-      request.document = to_utf16(argument);
+    std::u16string& name = is_memory ? request.memory : request.document;
+    if (!name.empty()) throw failure(FailureNumber::kInvalidCall, u"One document and one memory can be opened at a time");
+    name = to_utf16(std::string_view(argument).substr(is_memory ? 2 : 0));
   }
   return request;
 }
 
-std::u16string editor_command_line(std::u16string_view command, const EditorRequest& request) {
-  std::u16string line;
+std::vector<std::u16string> editor_words(std::u16string_view command, const EditorRequest& request) {
+  std::vector<std::u16string> words;
   bool names_document = false;
-  const auto add = [&](std::u16string_view word) { (line += line.empty() ? u"" : u" ") += word; };
-  for (std::u16string& word : words_of(command)) {
-    const bool holds_document = word.find(u"%1") != std::u16string::npos;
-    const bool holds_memory = word.find(u"%2") != std::u16string::npos;
-    names_document = names_document || holds_document;
-    if ((holds_document && request.document.empty()) || (holds_memory && request.memory.empty())) continue;
-    if (holds_document) replace_mark(word, u"%1", request.document);
-    if (holds_memory) replace_mark(word, u"%2", request.memory);
-    add(word);
+  for (std::u16string& word : split_command_line(command)) {
+    names_document = names_document || word.find(kDocumentMark) != std::u16string::npos;
+    // The first word is the program.
+    if (std::optional<std::u16string> named = words.empty() ? std::move(word) : with_names(word, request))
+      words.push_back(*std::move(named));
   }
-  if (!names_document && !request.document.empty()) add(u"\"" + request.document + u"\"");
-  return line;
+  if (!words.empty() && !names_document && !request.document.empty()) words.push_back(host_text(request.document));
+  return words;
 }
 
 std::u16string editor_command() { return get_setting(kApplication, kSection, kKey, u""); }
@@ -82,18 +74,24 @@ void editor_command(std::u16string_view command) { save_setting(kApplication, kS
 void start_editor(const EditorRequest& request) {
   Ports& system = ports();
   if (!request.document.empty() && !system.files->info(request.document))
-    throw failure(FailureNumber::kFileNotFound, request.document + u": there is no such document");
-  if (const std::u16string command = editor_command(); !command.empty()) {
-    system.shell->start(editor_command_line(command, request));
-    return;
+    throw failure(FailureNumber::kFileNotFound, host_text(request.document) + u": there is no such document");
+  if (const std::vector<std::u16string> words = editor_words(editor_command(), request); !words.empty()) {
+    try {
+      system.shell->start(path_from_host(to_utf8(words[0])), {words.begin() + 1, words.end()});
+      return;
+    } catch (const failure& reason) {
+      if (reason.is(FailureNumber::kInterrupted)) throw;
+      throw failure(FailureNumber::kFileNotFound,
+                    u"The editor cannot be started: " + reason.description() + std::u16string(kAdvice));
+    }
   }
   if (!request.document.empty()) {
-    if (system.shell->open_as(request.document, u".xlf") > kLastShellFailure) return;
-    if (system.shell->open_as(request.document, u".xliff") > kLastShellFailure) return;
-    if (system.shell->open(request.document, u"") > kLastShellFailure) return;
+    for (const std::u16string_view extension : {std::u16string_view(u".xlf"), std::u16string_view(u".xliff")})
+      if (system.shell->open_as(request.document, extension) > kLastShellFailure) return;
+    if (system.shell->open(request.document) > kLastShellFailure) return;
   }
   throw failure(FailureNumber::kFileNotFound,
-                u"No editor for XLIFF documents is known. Name one with: kavo settings editor.command=...");
+                u"No editor for XLIFF documents is known" + std::u16string(kAdvice));
 }
 
 }  // namespace kavo

@@ -278,7 +278,7 @@ void frmWizard::ask_for_tm(std::u16string_view operation) {
 // The form stays when the editor cannot be started.
 void frmWizard::start_editor() {
   try {
-    ports().shell->start(u"\"" + program_folder() + u"\\KAVO.EXE\" NW");
+    ports().shell->start(program_folder() + u"\\KAVO.EXE", {u"NW"});
   } catch (const failure& reason) {
     ports().desktop->message_box(reason.description(), Caption(), MessageIcon::kExclamation);
     return;

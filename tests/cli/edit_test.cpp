@@ -4,6 +4,7 @@
 #include "cli/run_kavo.h"
 #include "platform/files.h"
 #include "platform/ports.h"
+#include "support/system.h"
 #include "support/temp_folder.h"
 
 namespace kavo::test {
@@ -47,6 +48,24 @@ TEST_F(EditCommand, NamesTheMemory) {
   EXPECT_TRUE(appears(u"m m.tmx", "a memory"));
 }
 
+TEST_F(EditCommand, ANameWithQuotesStaysOneArgument) {
+  if (!is_native()) GTEST_SKIP() << "no file name holds a quote here";
+  const std::string tud = document();
+  const std::u16string hostile = u"a\" --to \"evil";
+  folder.write(hostile + u".tud", read_file(folder.path(u"a b_txt_FR.tud")));
+  set_editor("\"" KAVO_PROGRAM "\" export %1");
+  EXPECT_EQ(run_kavo({"edit", path_to_host(folder.path(hostile + u".tud"))}, &folder).code, 0);
+  EXPECT_TRUE(appears(hostile + u".xlf"));
+  EXPECT_FALSE(folder.exists(u"evil.tud"));
+}
+
+TEST_F(EditCommand, TheMemoryHasTheHostsForm) {
+  const std::string tud = document();
+  set_editor("\"" KAVO_PROGRAM "\" export %1 --to=%2");
+  EXPECT_EQ(run_kavo({"edit", tud, "--memory", "m m.tmx"}, &folder).code, 0);
+  EXPECT_TRUE(appears(u"m m.tmx"));
+}
+
 TEST_F(EditCommand, WhatCannotBeOpenedFails) {
   set_editor("kavo-test-no-such-editor");
   const std::string tud = document();
@@ -55,6 +74,7 @@ TEST_F(EditCommand, WhatCannotBeOpenedFails) {
     const Ran ran = run_kavo({"edit", file});
     EXPECT_EQ(ran.code, 1) << file;
     EXPECT_TRUE(ran.errors.starts_with(file)) << ran.errors;
+    EXPECT_EQ(ran.errors.find("kavo-test-no-such-editor") != std::string::npos, file == tud) << ran.errors;
   }
 }
 

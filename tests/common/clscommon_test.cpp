@@ -246,7 +246,7 @@ TEST_F(CommonTest, SystemInformationIsLookedUpInBothPlacesOrSaidToBeUnavailable)
   common.StartSysInfo();
   registry.write(Hive::kLocalMachine, u"SOFTWARE\\Microsoft\\Shared Tools\\MSINFO", u"PATH", string("C:\\i.exe"));
   common.StartSysInfo();
-  EXPECT_EQ(shell.started, (std::vector<std::u16string>{u"C:\\info\\MSINFO32.EXE", u"C:\\i.exe"}));
+  EXPECT_EQ(shell.started, (std::vector<FakeShell::Words>{{u"C:\\info\\MSINFO32.EXE"}, {u"C:\\i.exe"}}));
   EXPECT_EQ(desktop.message_boxes.size(), 1u);
   shell.can_start = false;
   common.StartSysInfo();

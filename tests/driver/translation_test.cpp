@@ -416,7 +416,7 @@ TEST_F(TranslationTest, PreviewWhoseShellOpenFailsStartsTheTextEditorOnTheTarget
     shell.started.clear();
     Call call{.preview = 1};
     EXPECT_EQ(create(u"a_txt_FR.tud", call), 0);
-    EXPECT_EQ(shell.started, (Calls{u"notepad \"C:\\WORK\\told_FR.txt\""}));
+    EXPECT_EQ(shell.started, (std::vector<FakeShell::Words>{{u"notepad", to_utf16(path_to_host(u"C:\\WORK\\told_FR.txt"))}}));
   }
   shell.open_result = 32;
   shell.started.clear();

@@ -3,8 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <optional>
 
+#include "platform/failure.h"
+#include "platform/files.h"
 #include "platform/ports.h"
+#include "platform/unicode.h"
 #include "support/failures.h"
 #include "support/system.h"
 #include "support/temp_folder.h"
@@ -34,38 +38,49 @@ class ScriptFolder {
   TempFolder temp;
 };
 
-TEST(ShellTest, MissingProgramCannotBeStarted) {
-  EXPECT_EQ(failure_number([] { ports().shell->start(u"kavo-test-no-such-program \"a b\""); }), 53);
-  EXPECT_EQ(failure_number([] { ports().shell->start(u""); }), 53);
+TEST(ShellTest, MissingProgramCannotBeStartedAndIsNamed) {
+  for (const std::u16string_view program : {u"kavo-test-no-such-program", u"\\nowhere\\kavo-test-no-such-program"}) {
+    const std::optional<failure> thrown = failure_of([&] { ports().shell->start(program, {u"a b"}); });
+    ASSERT_TRUE(thrown);
+    EXPECT_TRUE(thrown->is(FailureNumber::kFileNotFound));
+    EXPECT_TRUE(thrown->description().starts_with(to_utf16(path_to_host(program)) + u": ")) << thrown->what();
+  }
+  EXPECT_EQ(failure_number([] { ports().shell->start(u"", {}); }), 53);
 }
 
 TEST(ShellTest, MissingFileCannotBeOpened) {
   const TempFolder temp;
-  const int result = ports().shell->open(temp.path(u"missing.txt"), u"");
-  EXPECT_GE(result, 0);
-  EXPECT_LE(result, 31);
+  for (const int result : {ports().shell->open(temp.path(u"missing.txt")), ports().shell->run(temp.path(u"missing"), u"")}) {
+    EXPECT_GE(result, 0);
+    EXPECT_LE(result, 31);
+  }
 }
 
-TEST(ShellTest, ProgramIsStartedWithItsArguments) {
+TEST(ShellTest, ProgramIsStartedWithItsArgumentsAsTheyAre) {
+  if (!is_native()) GTEST_SKIP() << "uses a script of the native host";
+  const ScriptFolder folder;
+  folder.temp.write(u"a document.txt", "content");
+  ports().shell->start(folder.temp.path(u"SCRIPT"),
+                       {u"a b", u"", u"a\" -c \"b", u"\\", u"back\\slash", folder.temp.path(u"A Document.txt"), u"$HOME"});
+  EXPECT_EQ(folder.output(), "<a b>\n<>\n<a\" -c \"b>\n<\\>\n<back\\slash>\n<" +
+                                 to_utf8(folder.temp.path(u"A Document.txt")) + ">\n<$HOME>\n");
+}
+
+TEST(ShellTest, ProgramIsRunWithTheLineOfItsParameters) {
   if (!is_native()) GTEST_SKIP() << "uses a script of the native host";
   const struct {
     const char* name;
-    std::u16string_view arguments;
+    std::u16string_view parameters;
     std::string_view expected;
   } cases[] = {
       {"plain", u" a  b\t-c ", "<a>\n<b>\n<-c>\n"},
       {"quotes keep blanks", u" \"a b\" c", "<a b>\n<c>\n"},
-      {"quotes inside an argument", u" a\" b\"c", "<a bc>\n"},
-      {"empty argument", u" \"\" x", "<>\n<x>\n"},
-      {"escaped quote", u" a\\\"b", "<a\"b>\n"},
-      {"backslashes before a quote count half", u" \"a\\\\\" b", "<a\\>\n<b>\n"},
-      {"backslashes elsewhere stay", u" a\\\\b\\c", "<a\\\\b\\c>\n"},
-      {"doubled quote within quotes", u" \"a\"\"b\" c", "<a\"b>\n<c>\n"},
+      {"a switch before the quotes", u"\"a b\" /t\"c d\"", "<a b>\n</tc d>\n"},
       {"nothing has a meaning to a shell", u" $HOME `id` * ; 'x y'", "<$HOME>\n<`id`>\n<*>\n<;>\n<'x>\n<y'>\n"},
   };
   for (const auto& c : cases) {
     const ScriptFolder folder;
-    ports().shell->start(u"\"" + folder.temp.path(u"script") + u"\"" + std::u16string(c.arguments));
+    EXPECT_GT(ports().shell->run(folder.temp.path(u"script"), c.parameters), 31) << c.name;
     EXPECT_EQ(folder.output(), c.expected) << c.name;
   }
 }
@@ -74,15 +89,8 @@ TEST(ShellTest, ExistingFileIsHandedOverInTheHostsForm) {
   if (!is_native()) GTEST_SKIP() << "uses a script of the native host";
   const ScriptFolder folder;
   const std::u16string file = folder.temp.write(u"A Document.txt", "content");
-  ports().shell->start(folder.temp.path(u"SCRIPT") + u" \"" + folder.temp.path(u"a document.TXT") + u"\"");
+  ports().shell->run(folder.temp.path(u"SCRIPT"), u"\"" + folder.temp.path(u"a document.TXT") + u"\"");
   EXPECT_EQ(folder.output(), "<" + path_to_host(file) + ">\n");
-}
-
-TEST(ShellTest, ExecutableFileIsOpenedByRunningIt) {
-  if (!is_native()) GTEST_SKIP() << "uses a script of the native host";
-  const ScriptFolder folder;
-  EXPECT_GT(ports().shell->open(folder.temp.path(u"script"), u"\"a b\" c"), 32);
-  EXPECT_EQ(folder.output(), "<a b>\n<c>\n");
 }
 
 }  // namespace

@@ -154,7 +154,7 @@ TEST_F(PortsFixtureTest, NothingOutsideIsTouched) {
   EXPECT_TRUE(ports().profile_files->write(u"A", u"B", u"c", u"f.ini"));
   EXPECT_EQ(ports().profile_files->read(u"a", u"b", u"", u"F.INI", 10), u"c");
   EXPECT_EQ(failure_number([] { ports().automation->create(u"Missing"); }), 429);
-  EXPECT_EQ(ports().shell->open(u"file", u"x"), 42);
+  EXPECT_EQ(ports().shell->run(u"file", u"x"), 42);
   EXPECT_EQ(shell.opened.size(), 1u);
 }
 

@@ -3,6 +3,9 @@
 #include <gtest/gtest.h>
 
 #include "platform/failure.h"
+#include "platform/files.h"
+#include "platform/unicode.h"
+#include "support/failures.h"
 #include "support/ports_fixture.h"
 
 namespace kavo::test {
@@ -32,26 +35,40 @@ TEST(EditorRequest, IsReadFromTheLaunchersArguments) {
   }
 }
 
-TEST(EditorCommandLine, TakesDocumentAndMemory) {
+TEST(EditorRequest, SecondNamesAreRefusedAsTheLineWasSplitInsideOne) {
+  for (const std::vector<std::string>& arguments :
+       {std::vector<std::string>{"a", "b.tud"}, {"a.tud", "/tm", "/tn.tmx"}, {"C:\\a.tud", "-c", ":!touch x"}})
+    EXPECT_EQ(failure_number([&] { editor_request_of(arguments); }), 5) << arguments[1];
+}
+
+std::u16string in_host_form(std::u16string_view path) { return to_utf16(path_to_host(path)); }
+
+TEST(EditorWords, TakeDocumentAndMemoryWhole) {
+  const std::u16string document = in_host_form(u"C:\\a b.tud"), memory = in_host_form(u"C:\\m\\m.tmx");
   const struct {
     const char* name;
     const char16_t* command;
     EditorRequest request;
-    const char16_t* line;
+    FakeShell::Words words;
   } cases[] = {
-      {"no mark", u"editor", {u"C:\\a b.tud", u""}, u"editor \"C:\\a b.tud\""},
-      {"no mark, with a memory", u"editor -x", {u"C:\\a.tud", u"C:\\m.tmx"}, u"editor -x \"C:\\a.tud\""},
-      {"marks", u"editor %1 --tm=%2", {u"C:\\a.tud", u"C:\\m.tmx"}, u"editor \"C:\\a.tud\" \"--tm=C:\\m.tmx\""},
+      {"no mark", u"editor", {u"C:\\a b.tud", u""}, {u"editor", document}},
+      {"no mark, with a memory", u"editor -x", {u"C:\\a b.tud", u"C:\\m\\m.tmx"}, {u"editor", u"-x", document}},
+      {"marks", u"editor %1 --tm=%2", {u"C:\\a b.tud", u"C:\\m\\m.tmx"}, {u"editor", document, u"--tm=" + memory}},
       {"marks in quotes of their own",
        u"\"C:\\Program Files\\e.exe\" \"%1\"  /m:\"%2\"",
-       {u"C:\\a.tud", u"C:\\m.tmx"},
-       u"\"C:\\Program Files\\e.exe\" \"C:\\a.tud\" /m:\"C:\\m.tmx\""},
-      {"no memory", u"editor /m:%2 %1", {u"C:\\a.tud", u""}, u"editor \"C:\\a.tud\""},
-      {"no document", u"editor \"%1\" -n", {u"", u""}, u"editor -n"},
-      {"memory alone", u"editor %1 %2", {u"", u"C:\\m.tmx"}, u"editor \"C:\\m.tmx\""},
-      {"a name that holds a mark", u"editor %1", {u"C:\\%1.tud", u""}, u"editor \"C:\\%1.tud\""},
+       {u"C:\\a b.tud", u"C:\\m\\m.tmx"},
+       {u"C:\\Program Files\\e.exe", document, u"/m:" + memory}},
+      {"no memory", u"editor /m:%2 %1", {u"C:\\a b.tud", u""}, {u"editor", document}},
+      {"no document", u"editor \"%1\" -n", {u"", u""}, {u"editor", u"-n"}},
+      {"memory alone", u"editor %1 %2", {u"", u"C:\\m\\m.tmx"}, {u"editor", memory}},
+      {"a name that holds marks", u"editor %1 %2", {u"%2%1.tud", u"%1.tmx"}, {u"editor", u"%2%1.tud", u"%1.tmx"}},
+      {"a name that would split a line",
+       u"editor %1 %2",
+       {u"a\" -c \":!touch pwn\" \"b.tud", u"m\" -x \""},
+       {u"editor", u"a\" -c \":!touch pwn\" \"b.tud", u"m\" -x \""}},
+      {"an empty setting", u" ", {u"C:\\a b.tud", u""}, {}},
   };
-  for (const auto& c : cases) EXPECT_EQ(editor_command_line(c.command, c.request), c.line) << c.name;
+  for (const auto& c : cases) EXPECT_EQ(editor_words(c.command, c.request), c.words) << c.name;
 }
 
 class EditorLauncherTest : public PortsFixture {
@@ -64,9 +81,9 @@ TEST_F(EditorLauncherTest, TheEditorOfTheSettingIsStarted) {
   EXPECT_EQ(editor_command(), u"");
   editor_command(u"editor %1 %2");
   start_editor({kDocument, u"C:\\m.tmx"});
-  EXPECT_EQ(shell.started, std::vector<std::u16string>{u"editor \"C:\\work\\a b.tud\" \"C:\\m.tmx\""});
+  EXPECT_EQ(shell.started.back(), (FakeShell::Words{u"editor", in_host_form(kDocument), in_host_form(u"C:\\m.tmx")}));
   start_editor({});
-  EXPECT_EQ(shell.started.back(), u"editor");
+  EXPECT_EQ(shell.started.back(), FakeShell::Words{u"editor"});
   EXPECT_TRUE(shell.opened.empty() && shell.opened_as.empty());
 }
 
@@ -90,9 +107,16 @@ TEST_F(EditorLauncherTest, WhatCannotBeStartedIsAFailure) {
   shell.open_as_result = 2;
   shell.open_result = 31;
   EXPECT_THROW(start_editor({kDocument, u""}), failure);
-  editor_command(u"editor");
+}
+
+TEST_F(EditorLauncherTest, AnEditorThatCannotBeStartedIsNamed) {
+  editor_command(u"no-such-editor -x");
   shell.can_start = false;
-  EXPECT_THROW(start_editor({kDocument, u""}), failure);
+  const auto thrown = failure_of([] { start_editor({kDocument, u""}); });
+  ASSERT_TRUE(thrown);
+  EXPECT_EQ(thrown->description(),
+            u"The editor cannot be started: no-such-editor: No such program. Name an editor with: kavo settings "
+            u"editor.command=...");
 }
 
 }  // namespace

@@ -23,12 +23,15 @@ class FakeShell : public Shell {
   };
   std::vector<Opened> opened;
   std::vector<OpenedAs> opened_as;
-  std::vector<std::u16string> started;
+  using Words = std::vector<std::u16string>;
+  std::vector<Words> started;  // each a program and its arguments
   int open_result = 42;
   int open_as_result = 42;
   bool can_start = true;
 
-  int open(std::u16string_view file, std::u16string_view parameters) override {
+  int open(std::u16string_view document) override { return run(document, u""); }
+
+  int run(std::u16string_view file, std::u16string_view parameters) override {
     opened.push_back({std::u16string(file), std::u16string(parameters)});
     return open_result;
   }
@@ -38,9 +41,10 @@ class FakeShell : public Shell {
     return open_as_result;
   }
 
-  void start(std::u16string_view command_line) override {
-    if (!can_start) throw failure(FailureNumber::kFileNotFound, u"No such program");
-    started.emplace_back(command_line);
+  void start(std::u16string_view program, const std::vector<std::u16string>& arguments) override {
+    if (!can_start) throw failure(FailureNumber::kFileNotFound, std::u16string(program) + u": No such program");
+    started.push_back({std::u16string(program)});
+    started.back().insert(started.back().end(), arguments.begin(), arguments.end());
   }
 };
 

@@ -302,7 +302,7 @@ TEST_F(WizardTest, TheEditorButtonStartsTheEditorAndCancels) {
   });
   form.show();
   EXPECT_TRUE(form.Cancelled());
-  EXPECT_EQ(shell.started, (std::vector<Text>{u"\"" + program_folder() + u"\\KAVO.EXE\" NW"}));
+  EXPECT_EQ(shell.started, (std::vector<FakeShell::Words>{{program_folder() + u"\\KAVO.EXE", u"NW"}}));
 }
 
 TEST_F(WizardTest, AnEditorThatCannotBeStartedIsToldAndTheFormStays) {

@@ -10,9 +10,9 @@
 #include <vector>
 
 #include "platform/adapters.h"
+#include "platform/command_line.h"
 #include "platform/failure.h"
 #include "platform/files.h"
-#include "platform/posix/command_line.h"
 #include "platform/posix/host.h"
 #include "platform/posix/paths.h"
 #include "platform/unicode.h"
@@ -44,46 +44,37 @@ int spawn(std::vector<std::string> parts) {
   return 0;
 }
 
-bool is_address(std::u16string_view file) {
-  return file.find(u"://") != std::u16string_view::npos || file.starts_with(u"mailto:");
-}
-
 class PosixShell final : public Shell {
  public:
-  int open(std::u16string_view file, std::u16string_view parameters) override {
-    std::vector<std::string> parts;
-    if (is_address(file)) {
-      parts = {"xdg-open", to_utf8(file)};
-    } else {
-      const std::optional<FileInfo> info = system_files().info(file);
-      if (!info) return kFileNotFound;
-      const std::string host = resolve(system_files().absolute(file));
-      if (!info->is_folder && ::access(host.c_str(), X_OK) == 0) {
-        parts = {host};
-        for (const std::u16string& argument : split_arguments(parameters)) parts.push_back(host_argument(argument));
-      } else {
-        parts = {"xdg-open", host};
-      }
-    }
-    const bool needs_helper = parts[0] == "xdg-open";
-    switch (spawn(std::move(parts))) {
-      case 0:
-        return kStarted;
-      case ENOENT:
-        return needs_helper ? kNoAssociation : kFileNotFound;
-      default:
-        return kAccessDenied;
-    }
+  int open(std::u16string_view document) override {
+    if (!system_files().info(document)) return kFileNotFound;
+    return result_of(spawn({"xdg-open", resolve(system_files().absolute(document))}), kNoAssociation);
   }
 
   // The desktop knows a document by its content.
-  int open_as(std::u16string_view file, std::u16string_view) override { return open(file, {}); }
+  int open_as(std::u16string_view document, std::u16string_view) override { return open(document); }
 
-  void start(std::u16string_view command_line) override {
-    std::vector<std::string> parts;
-    for (const std::u16string& part : split_command_line(command_line)) parts.push_back(host_argument(part));
-    const int error = parts.empty() ? ENOENT : spawn(std::move(parts));
-    if (error != 0) throw failure(FailureNumber::kFileNotFound, host_failure(error).description());
+  int run(std::u16string_view program, std::u16string_view parameters) override {
+    if (!system_files().info(program)) return kFileNotFound;
+    std::vector<std::string> parts = {resolve(system_files().absolute(program))};
+    for (const std::u16string& argument : split_arguments(parameters)) parts.push_back(host_argument(argument));
+    return result_of(spawn(std::move(parts)), kFileNotFound);
+  }
+
+  void start(std::u16string_view program, const std::vector<std::u16string>& arguments) override {
+    const bool is_path = program.find_first_of(u"\\/") != std::u16string_view::npos;
+    std::vector<std::string> parts = {is_path ? resolve(program) : to_utf8(program)};
+    for (const std::u16string& argument : arguments) parts.push_back(to_utf8(argument));
+    const std::string name = parts[0];
+    if (const int error = name.empty() ? ENOENT : spawn(std::move(parts)); error != 0)
+      throw failure(FailureNumber::kFileNotFound, to_utf16(name + ": ") + host_failure(error).description());
+  }
+
+ private:
+  // `missing` is what a missing program means.
+  static int result_of(int error, int missing) {
+    if (error == 0) return kStarted;
+    return error == ENOENT ? missing : kAccessDenied;
   }
 };
 

@@ -1,6 +1,7 @@
 // Command lines as Windows programs read them.
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,5 +14,9 @@ namespace kavo {
 std::vector<std::u16string> split_command_line(std::u16string_view line);
 // The same for arguments that no program stands before.
 std::vector<std::u16string> split_arguments(std::u16string_view line);
+// The line that these rules split into these words again, for systems that start a program by a line. Throws `failure` 5
+// for what no line can say: a program whose name holds a quote, and an argument with a quote, "%" or line end for a
+// batch file, whose interpreter reads the line by rules of its own.
+std::u16string joined_command_line(std::u16string_view program, std::span<const std::u16string> arguments);
 
 }  // namespace kavo

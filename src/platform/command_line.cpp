@@ -1,4 +1,9 @@
-#include "platform/posix/command_line.h"
+#include "platform/command_line.h"
+
+#include <algorithm>
+
+#include "platform/case_fold.h"
+#include "platform/failure.h"
 
 namespace kavo {
 namespace {
@@ -38,6 +43,33 @@ std::u16string take_argument(std::u16string_view& line) {
   return argument;
 }
 
+// Whether every reader of a line takes the word as it stands.
+bool is_plain(std::u16string_view word) {
+  return !word.empty() && std::ranges::none_of(word, [](char16_t unit) {
+    return unit <= u' ' || std::u16string_view(u"\"&|<>^()%!,;=").find(unit) != std::u16string_view::npos;
+  });
+}
+
+std::u16string in_quotes(std::u16string_view argument) {
+  std::u16string quoted = u"\"";
+  std::size_t backslashes = 0;
+  for (const char16_t unit : argument) {
+    // Those before a quote count half, and one more takes its meaning.
+    if (unit == u'"') quoted.append(backslashes + 1, u'\\');
+    backslashes = unit == u'\\' ? backslashes + 1 : 0;
+    quoted += unit;
+  }
+  quoted.append(backslashes, u'\\');
+  return quoted += u'"';
+}
+
+bool is_batch_file(std::u16string_view program) {
+  const std::size_t dot = program.rfind(u'.');
+  if (dot == std::u16string_view::npos) return false;
+  const std::u16string_view extension = program.substr(dot);
+  return equal_ignoring_case(extension, u".bat") || equal_ignoring_case(extension, u".cmd");
+}
+
 }  // namespace
 
 std::vector<std::u16string> split_arguments(std::u16string_view line) {
@@ -56,6 +88,20 @@ std::vector<std::u16string> split_command_line(std::u16string_view line) {
   line.remove_prefix(std::min(line.size(), end + 1));
   for (std::u16string& argument : split_arguments(line)) parts.push_back(std::move(argument));
   return parts;
+}
+
+std::u16string joined_command_line(std::u16string_view program, std::span<const std::u16string> arguments) {
+  if (program.find(u'"') != std::u16string_view::npos)
+    throw failure(FailureNumber::kInvalidCall, std::u16string(program) + u" cannot be the name of a program");
+  const bool is_batch = is_batch_file(program);
+  std::u16string line = u"\"";
+  (line += program) += u'"';
+  for (const std::u16string& argument : arguments) {
+    if (is_batch && argument.find_first_of(u"\"%\r\n") != std::u16string::npos)
+      throw failure(FailureNumber::kInvalidCall, argument + u" cannot be handed to a batch file");
+    (line += u' ') += is_plain(argument) ? argument : in_quotes(argument);
+  }
+  return line;
 }
 
 }  // namespace kavo
