@@ -4,45 +4,24 @@
 
 #include "common/clsCommon.h"
 #include "common/clsGetTempFileName.h"
-#include "common/leading_number.h"
-#include "common/program_settings.h"
 #include "mif/frmMIFOptions.h"
 #include "mif/mif_messages.h"
 #include "platform/ports.h"
 #include "resources/string_table.h"
 
 namespace kavo {
-namespace {
-
-constexpr std::u16string_view kApplication = u"MIF Utilities";
-constexpr std::u16string_view kSection = u"Settings";
-constexpr std::u16string_view kDefaultMarkers = u"Index\t";
-
-// The decimal number that a setting begins with; 0 when it begins with none or with one that does not fit.
-std::int16_t number_of(std::u16string_view text) {
-  const std::int32_t number = leading_number(text);
-  return number < -INT16_MAX || number > INT16_MAX ? std::int16_t{0} : static_cast<std::int16_t>(number);
-}
-
-std::u16string text_of(std::int16_t number) {
-  const std::string digits = std::to_string(number);
-  return {digits.begin(), digits.end()};
-}
-
-}  // namespace
 
 clsMIFUtilities::clsMIFUtilities()
-    : markers_(get_setting(kApplication, kSection, u"Markers", kDefaultMarkers)),
-      split_options_(number_of(get_setting(kApplication, kSection, u"Split", u"0"))),
-      process_objects_(get_setting(kApplication, kSection, u"Objects", u"1") == u"1") {}
+    : loaded_(load_mif_settings()),
+      markers_(loaded_.markers),
+      split_options_(loaded_.split),
+      process_objects_(loaded_.objects) {}
 
 clsMIFUtilities::~clsMIFUtilities() {
   if (!save_options_) return;
   try {
-    save_setting(kApplication, kSection, u"Split", text_of(split_options_));
-    save_setting(kApplication, kSection, u"Objects", process_objects_ ? u"1" : u"0");
-    save_setting(kApplication, kSection, u"Markers", markers_);
-  } catch (const failure&) {
+    store_mif_settings({split_options_, process_objects_, markers_}, loaded_);
+  } catch (const std::exception&) {
     // Nobody is left to be told.
   }
 }

@@ -25,6 +25,7 @@
 #include "common/progress_event.h"
 #include "mif/entry_table.h"
 #include "mif/marker_types.h"
+#include "mif/mif_settings.h"
 #include "mif/statement_scanner.h"
 #include "mif/value_conversion.h"
 
@@ -46,7 +47,8 @@ class clsMIFUtilities {
  public:
   // Loads the options from the user's settings.
   clsMIFUtilities();
-  // Saves the options, changed or not, unless they are temporary; a failure to save is dropped.
+  // Saves the options unless they are temporary; a failure to save is dropped. One that is as it was loaded is written
+  // only where none is stored, so that what another program has stored since stays.
   ~clsMIFUtilities();
   clsMIFUtilities(const clsMIFUtilities&) = delete;
   clsMIFUtilities& operator=(const clsMIFUtilities&) = delete;
@@ -173,9 +175,10 @@ class clsMIFUtilities {
   bool replace_mif_file(PendingFile& output, std::u16string_view failure_text);
 
   std::u16string mif_file_, index_file_, xref_file_, variable_file_, object_file_;
+  MifSettings loaded_;  // the user's, as they were at creation
   std::u16string markers_;
-  std::int16_t split_options_ = 0;
-  bool process_objects_ = true;
+  std::int16_t split_options_;
+  bool process_objects_;
   bool save_options_ = true;
   bool overwrites_object_file_ = false;
   bool keeps_placeholders_ = false;

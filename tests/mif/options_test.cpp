@@ -47,6 +47,20 @@ TEST_F(MifOptionsTest, UnchangedValuesAreSavedToo) {
   EXPECT_EQ(stored(u"Markers"), u"Index\t");
 }
 
+TEST_F(MifOptionsTest, WhatAnotherProgramStoredMeanwhileStays) {
+  { const clsMIFUtilities stores_the_defaults; }
+  {
+    clsMIFUtilities utilities;
+    utilities.ProcessObjects(false);
+    store(u"Split", u"2");
+    store(u"Objects", u"1");
+    store(u"Markers", u"Heading\t");
+  }
+  EXPECT_EQ(stored(u"Split"), u"2");
+  EXPECT_EQ(stored(u"Objects"), u"0") << "this one was changed here";
+  EXPECT_EQ(stored(u"Markers"), u"Heading\t");
+}
+
 TEST_F(MifOptionsTest, AnEmptyMarkerListIsAValue) {
   {
     clsMIFUtilities utilities;

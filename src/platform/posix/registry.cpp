@@ -13,7 +13,9 @@
 #include <nlohmann/json.hpp>
 
 #include "platform/adapters.h"
+#include "platform/desktop.h"
 #include "platform/failure.h"
+#include "platform/ports.h"
 #include "platform/posix/host.h"
 #include "platform/registry_tree.h"
 #include "platform/unicode.h"
@@ -128,10 +130,46 @@ constexpr const char* kLocalMachine = "HKEY_LOCAL_MACHINE";
 
 std::string registry_file() { return config_folder() + "/registry.json"; }
 
+// Runs what works on the settings' files and says so when it fails.
+template <class Work>
+decltype(auto) about_settings(const char* what, Work&& work) {
+  try {
+    return work();
+  } catch (const failure& reason) {
+    if (reason.is(FailureNumber::kInterrupted)) throw;
+    throw failure(reason.number(),
+                  to_utf16("The settings in " + registry_file() + " cannot be " + what + ": ") + reason.description(),
+                  reason.source());
+  }
+}
+
+// Waits for whoever changes the settings at this moment; a program that was stopped in the middle could keep them for
+// ever.
+constexpr double kLongestWait = 10;  // seconds
+constexpr double kBetweenAttempts = 0.01;
+
+// The lock that a change holds. Throws `failure` 18 when the user interrupts, and 70 when the wait is over.
+Descriptor lock_settings() {
+  make_host_folder(config_folder());
+  const std::string path = config_folder() + "/registry.lock";
+  Descriptor lock = open_host(path, O_RDWR | O_CREAT);
+  Clock& clock = *ports().clock;
+  const double end = clock.seconds() + kLongestWait;
+  while (::flock(lock.get(), LOCK_EX | LOCK_NB) != 0) {
+    if (errno != EWOULDBLOCK && errno != EINTR) throw_errno();
+    throw_if_interrupted();
+    if (clock.seconds() > end)
+      throw failure(FailureNumber::kPermissionDenied,
+                    to_utf16("another program holds " + path + "; end it and try again"));
+    clock.sleep(kBetweenAttempts);
+  }
+  return lock;
+}
+
 RegistryTree load() {
   RegistryTree tree;
   const std::string path = registry_file();
-  const std::optional<std::string> bytes = read_host_file(path);
+  const std::optional<std::string> bytes = about_settings("read", [&] { return read_host_file(path); });
   if (!bytes) return tree;
   try {
     const Json json = Json::parse(*bytes);
@@ -150,7 +188,7 @@ void save(RegistryTree& tree) {
   } catch (const Json::exception&) {
     throw failure(FailureNumber::kInvalidCall, u"The name of a registry key or value is not valid Unicode");
   }
-  replace_host_file(registry_file(), bytes + "\n");
+  about_settings("changed", [&] { replace_host_file(registry_file(), bytes + "\n"); });
 }
 
 class PosixRegistry final : public Registry {
@@ -188,10 +226,7 @@ class PosixRegistry final : public Registry {
  private:
   template <typename Change>
   void change(Change apply) {
-    make_host_folder(config_folder());
-    const Descriptor lock = open_host(config_folder() + "/registry.lock", O_RDWR | O_CREAT);
-    while (::flock(lock.get(), LOCK_EX) != 0)
-      if (errno != EINTR) throw_errno();
+    const Descriptor lock = about_settings("changed", lock_settings);
     RegistryTree tree = load();
     apply(tree);
     save(tree);
