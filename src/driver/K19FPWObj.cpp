@@ -58,16 +58,15 @@ std::int32_t K19FPWObj::SingleFileWizard(std::u16string& sFilename, std::int32_t
   WizardSteps steps;
   steps.observer = observer_;
   steps.prepare = [this](std::u16string file, std::u16string_view html_tags, const RunObserver& observer) {
-    const RunObserver own = std::exchange(observer_, observer);
-    html_tags_ = html_tags;
     struct Restored {
       K19FPWObj& object;
-      const RunObserver& observer;
+      RunObserver observer;
       ~Restored() {
-        object.observer_ = observer;
+        object.observer_ = std::move(observer);
         object.html_tags_.reset();
       }
-    } restored{*this, own};
+    } restored{*this, std::exchange(observer_, observer)};
+    html_tags_ = html_tags;
     return PreProcess(file);
   };
   steps.produced_files = [this] { return std::span(produced_).first(static_cast<std::size_t>(produced_count_)); };

@@ -3,10 +3,8 @@
 #include <algorithm>
 #include <iterator>
 #include <optional>
-#include <variant>
 #include <vector>
 
-#include "common/cRegistry.h"
 #include "common/clsCommon.h"
 #include "common/folder_run.h"
 #include "common/pending_file.h"
@@ -14,7 +12,9 @@
 #include "common/tud_names.h"
 #include "driver/companions.h"
 #include "driver/document_files.h"
+#include "driver/font_mapping.h"
 #include "driver/post_process.h"
+#include "driver/status_colours.h"
 #include "driver/target_build.h"
 #include "driver/tud_name.h"
 #include "platform/failure.h"
@@ -26,46 +26,12 @@
 namespace kavo {
 namespace {
 
-constexpr std::u16string_view kEditorSettings = u"Software\\MOR\\MOR Edit\\Settings";
-constexpr std::u16string_view kColours[] = {u"ColourUntran", u"ColourFuzzy", u"Colour100", u"ColourTran"};
-constexpr std::u16string_view kFilterSettings = u"Software\\MOR\\KAVO";
-constexpr std::u16string_view kFontMapFile = u"RTFFontMapFile";
-constexpr std::u16string_view kFontMapping = u"AllowFontMapping";
 constexpr std::u16string_view kOfficeFilters[] = {u"k19pptw.k19pptwobj.1", u"k19xlsw.k19xlswobj.1",
                                                   u"k19docw.k19docwobj.1"};
 // An Office program needs this long to let go of a file.
 constexpr double kOfficeSeconds = 5;
 constexpr double kBetweenLooks = 0.05;  // seconds
 constexpr int kHighestShellFailure = 31;
-
-cRegistry registry_value(std::u16string_view section, std::u16string_view name) {
-  cRegistry value;
-  value.SectionKey(section);
-  value.ValueKey(name);
-  return value;
-}
-
-std::int32_t read_number(std::u16string_view section, std::u16string_view name) {
-  const cRegistry::Variant value = registry_value(section, name).Value();
-  const auto* const number = std::get_if<std::int32_t>(&value);
-  return number != nullptr ? *number : 0;
-}
-
-std::u16string read_text(std::u16string_view section, std::u16string_view name) {
-  const cRegistry::Variant value = registry_value(section, name).Value();
-  const auto* const text = std::get_if<std::u16string>(&value);
-  return text != nullptr ? *text : u"";
-}
-
-void write_number(std::u16string_view section, std::u16string_view name, std::int32_t number) {
-  cRegistry value = registry_value(section, name);
-  value.ValueType(static_cast<std::uint32_t>(RegistryType::kNumber));
-  value.SetValue(number);
-}
-
-void write_text(std::u16string_view section, std::u16string_view name, const std::u16string& text) {
-  registry_value(section, name).SetValue(text);
-}
 
 // The code as the suite writes it, "" for a text that is no language.
 std::u16string known_language(std::u16string_view code) {
@@ -215,25 +181,17 @@ class Translation {
 
   std::optional<StatusColours> colours(const std::u16string& source_format) const {
     if (request_.highlight == 0 || is_office_format(source_format)) return std::nullopt;
-    StatusColours colours;
-    std::ranges::transform(kColours, colours.begin(), [](auto name) { return read_number(kEditorSettings, name); });
-    return colours;
+    return stored_status_colours(request_.unset_colours);
   }
 
   bool create_target(const TargetBuild& build, FolderRun& run, std::u16string& created) {
     try {
       build.refuse_own_file(wanted());
       created = run.scratch_path(file_name_of(target_));
-      const std::u16string map = ports().files->absolute(name_.folder() + u"KAVO.FMP");
-      const std::u16string old_map = read_text(kFilterSettings, kFontMapFile);
-      const std::int32_t old_mapping = read_number(kFilterSettings, kFontMapping);
-      write_text(kFilterSettings, kFontMapFile, map);
-      write_number(kFilterSettings, kFontMapping, 1);
+      const FontMapping font_mapping(ports().files->absolute(name_.folder() + u"KAVO.FMP"),
+                                     build.details().source_format);
       build.create_target(created, language_);
-      write_text(kFilterSettings, kFontMapFile, old_map);
-      // Deliberate: the setting goes on naming this folder's map, for filters that users start themselves afterwards.
-      write_text(kFilterSettings, kFontMapFile, map);
-      write_number(kFilterSettings, kFontMapping, old_mapping);
+      font_mapping.restore();
       return true;
     } catch (const failure& reason) {
       if (reason.is(FailureNumber::kInterrupted)) throw;

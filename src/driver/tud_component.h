@@ -1,19 +1,16 @@
 // The suite's bilingual document ("K19Suite.TUDDocument"), reached late-bound as docs/suite-interface.md describes it.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 
+#include "driver/status_colours.h"
 #include "platform/automation.h"
 
 namespace kavo {
-
-// 0x00BBGGRR: untranslated, fuzzy, 100 % match, translated.
-using StatusColours = std::array<std::int32_t, 4>;
 
 struct MergeDetails {
   std::u16string source_format;  // extension of the source document

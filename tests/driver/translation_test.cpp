@@ -2,8 +2,11 @@
 #include <gtest/gtest.h>
 
 #include "common/pending_file.h"
+#include "driver/translation.h"
 #include "driver/translation_fixture.h"
 #include "platform/desktop.h"
+#include "platform/files.h"
+#include "platform/unicode.h"
 #include "support/failures.h"
 #include "support/faulty_files.h"
 
@@ -321,6 +324,17 @@ TEST_F(TranslationTest, HighlightingSavesAnOpenTagFileInTheColoursOfTheEditor) {
   }
 }
 
+TEST_F(TranslationTest, AStatusWithoutAStoredColourHasNoneOrThatOfTheRequest) {
+  settings.set_number(kEditorKey, u"ColourFuzzy", 0);
+  Call call{.highlight = 1};
+  EXPECT_EQ(create(u"a_txt_FR.tud", call), 0);
+  EXPECT_EQ(suite.calls[2], u"SaveColouredOpenTag C:\\WORK\\a_txt_FR.otf 0 0 0 0");
+  suite.calls.clear();
+  const TranslationRequest request{.tud = in(u"a_txt_FR.tud"), .highlight = 1, .unset_colours = {1, 2, 3, 4}};
+  EXPECT_EQ(create_translation(request, {}).error, kNoError);
+  EXPECT_EQ(suite.calls[2], u"SaveColouredOpenTag C:\\WORK\\a_txt_FR.otf 1 0 3 4") << "black was stored";
+}
+
 TEST_F(TranslationTest, HighlightWithAPowerPointSourceReadsNoColoursAndSavesTheUncolouredOpenTagFile) {
   for (const std::u16string format : {u"PPT", u"XLS", u"ppt"}) {
     suite.source_format = format;
@@ -364,6 +378,25 @@ TEST_F(TranslationTest, FailingFilterLeavesTheFontSettingsAsTheyWereSetForIt) {
   EXPECT_EQ(create(u"a_txt_FR.tud"), 5);
   EXPECT_EQ(std::get<std::u16string>(settings.value(kFilterKey, u"RTFFontMapFile")), u"C:\\WORK\\KAVO.FMP");
   EXPECT_EQ(std::get<std::int32_t>(settings.value(kFilterKey, u"AllowFontMapping")), 1);
+}
+
+TEST_F(TranslationTest, ARegistryThatCannotBeWrittenMattersToFormatsWithAFontMapOnly) {
+  class Refusing : public RecordingRegistry {
+   public:
+    void write(Hive, std::u16string_view, std::u16string_view, const RegistryData&) override {
+      throw failure(FailureNumber::kPermissionDenied, u"The settings cannot be changed");
+    }
+  } refusing;
+  ports().registry = &refusing;
+  const struct {
+    const char16_t* format;
+    std::int32_t expected;
+  } cases[] = {{u"TXT", 0}, {u"htm", 0}, {u"rtf", 5}, {u"DOC", 5}};
+  for (const auto& c : cases) {
+    suite.source_format = c.format;
+    EXPECT_EQ(create(u"a_txt_FR.tud"), c.expected);
+    EXPECT_EQ(object->LastError(), c.expected == 0 ? u"" : u"The settings cannot be changed");
+  }
 }
 
 TEST_F(TranslationTest, FailureBeforeTheFilterDoesNotTouchTheFontSettings) {
@@ -416,7 +449,8 @@ TEST_F(TranslationTest, PreviewWhoseShellOpenFailsStartsTheTextEditorOnTheTarget
     shell.started.clear();
     Call call{.preview = 1};
     EXPECT_EQ(create(u"a_txt_FR.tud", call), 0);
-    EXPECT_EQ(shell.started, (std::vector<FakeShell::Words>{{u"notepad", to_utf16(path_to_host(u"C:\\WORK\\told_FR.txt"))}}));
+    EXPECT_EQ(shell.started,
+              (std::vector<FakeShell::Words>{{u"notepad", to_utf16(path_to_host(u"C:\\WORK\\told_FR.txt"))}}));
   }
   shell.open_result = 32;
   shell.started.clear();
