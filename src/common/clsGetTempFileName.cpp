@@ -1,6 +1,5 @@
 #include "common/clsGetTempFileName.h"
 
-#include "common/clsCommon.h"
 #include "platform/failure.h"
 #include "platform/ports.h"
 
@@ -23,19 +22,27 @@ std::u16string system_temporary_folder() {
   return folder;
 }
 
+bool exists(std::u16string_view name) {
+  try {
+    return ports().files->info(name).has_value();
+  } catch (const failure&) {
+    return true;  // nobody can say, so it is not free
+  }
+}
+
 }  // namespace
 
 clsGetTempFileName::clsGetTempFileName() : folder_(system_temporary_folder()), random_(ports().clock->seed()) {}
 
 std::u16string clsGetTempFileName::Filename() {
   constexpr std::u16string_view digits = u"0123456789ABCDEF";
-  const clsCommon common;
   for (int attempt = 1; attempt <= kMostAttempts; ++attempt) {
     const auto number = static_cast<std::uint16_t>(random_() >> 48);
     std::u16string name = folder_ + u"MOR";
     for (int shift = 12; shift >= 0; shift -= 4) name += digits[(number >> shift) & 15];
     name += u".TMP";
-    if (!common.FileExists(name)) return name;
+    // One name is asked for: FileExists reads the whole folder, which may be full of such names.
+    if (!exists(name)) return name;
   }
   return folder_ + u"MOR0000.TMP";
 }

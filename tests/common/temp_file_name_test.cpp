@@ -45,11 +45,17 @@ TEST_F(TempFileName, WithoutTemporaryPathTheRootOfDriveCIsUsed) {
 
 class EverythingExists : public MemoryFiles {
  public:
-  std::vector<std::u16string> find(std::u16string_view) override {
+  std::optional<FileInfo> info(std::u16string_view) override {
     ++looks;
-    return {u"found"};
+    return FileInfo();
+  }
+  // A folder of 65,536 names is not listed a thousand times.
+  std::vector<std::u16string> find(std::u16string_view) override {
+    ++listings;
+    return {};
   }
   int looks = 0;
+  int listings = 0;
 };
 
 TEST_F(TempFileName, WithAllNamesTakenThe1000thAttemptYieldsMor0000) {
@@ -57,6 +63,7 @@ TEST_F(TempFileName, WithAllNamesTakenThe1000thAttemptYieldsMor0000) {
   ports().files = &full;
   EXPECT_EQ(clsGetTempFileName().Filename(), u"C:\\TEMP\\MOR0000.TMP");
   EXPECT_EQ(full.looks, 1000);
+  EXPECT_EQ(full.listings, 0);
 }
 
 TEST(TempFileNameOfTheSystem, TwoGeneratorsStartedTogetherDiffer) {
