@@ -24,7 +24,7 @@ bool try_remove(std::u16string_view path) noexcept {
   try {
     ports().files->remove_file(path);
     return true;
-  } catch (const failure&) {
+  } catch (...) {
     return false;
   }
 }
@@ -43,7 +43,7 @@ bool try_rename(std::u16string_view from, std::u16string_view to) {
 void make_read_only_again(std::u16string_view path) noexcept {
   try {
     ports().files->set_read_only(path, true);
-  } catch (const failure&) {
+  } catch (...) {
     // The failure being handled matters more.
   }
 }
@@ -70,10 +70,11 @@ PendingFile::PendingFile(std::u16string_view final_path, std::u16string_view tem
 PendingFile::~PendingFile() { discard(); }
 
 void PendingFile::open() {
+  // Before there is a file: what throws here is not followed by the destructor, which would remove it.
+  buffer_ = std::make_unique_for_overwrite<char[]>(kBufferSize);
   file_ = ports().files->open(temporary_path_, Access::kCreateNew);
   // Before the first byte, which others may not be allowed to read.
   ports().files->take_permissions(temporary_path_, final_path_, Permissions::kAll);
-  buffer_ = std::make_unique_for_overwrite<char[]>(kBufferSize);
 }
 
 void PendingFile::write_through(std::string_view bytes) {
@@ -131,7 +132,7 @@ bool replace_file(std::u16string_view source, std::u16string_view wanted) {
   try {
     is_moved = try_rename(source, target);
     if (!is_moved) copy_file(source, target);
-  } catch (const failure&) {
+  } catch (...) {
     if (was_read_only) make_read_only_again(target);
     throw;
   }

@@ -45,7 +45,9 @@ Value TableObject::call(std::u16string_view name, MemberKind kind, std::span<Arg
       throw failure(FailureNumber::kWrongArgumentCount,
                     u"Wrong number of arguments or invalid property assignment: " + std::u16string(name));
     // The callee works on copies, so that an argument that was passed by value stays what it was.
-    std::vector<Argument> complete(arguments.begin(), arguments.end());
+    std::vector<Argument> complete;
+    complete.reserve(member.parameter_count);
+    for (const Argument& argument : arguments) complete.push_back(argument);
     const std::size_t missing = member.parameter_count - arguments.size();
     // The new value of a property is its last parameter, whatever was left out before it.
     const auto position = kind == MemberKind::kPropertyPut && missing > 0 ? complete.end() - 1 : complete.end();

@@ -18,8 +18,9 @@ bool error_output_is_terminal();
 // Its width in columns, 80 when unknown.
 int error_output_width();
 
-// From now on Ctrl+C asks for an interruption (request_interrupt) instead of ending the program; natively SIGTERM,
-// SIGHUP and SIGPIPE do, too, and a limit on a file's size is a write that fails, not a signal that ends the program.
+// From now on Ctrl+C asks for an interruption (request_interrupt) instead of ending the program; natively SIGTERM and
+// SIGHUP do, too, and a pipe that nobody reads or a limit on a file's size is a write that fails, not a signal that ends
+// the program.
 void interrupt_on_control_c();
 
 }  // namespace kavo

@@ -26,13 +26,15 @@ void interrupt_on_control_c() {
   action.sa_handler = [](int) { request_interrupt(); };
   sigemptyset(&action.sa_mask);
   action.sa_flags = SA_RESTART;
-  // A closed terminal, a reader that has gone and a polite kill are the user's wish to stop, too.
-  for (const int number : {SIGINT, SIGTERM, SIGPIPE}) sigaction(number, &action, nullptr);
+  // A closed terminal and a polite kill are the user's wish to stop, too.
+  for (const int number : {SIGINT, SIGTERM}) sigaction(number, &action, nullptr);
   struct sigaction hangup {};
   const bool hangup_counts = sigaction(SIGHUP, nullptr, &hangup) == 0 && hangup.sa_handler != SIG_IGN;  // no nohup
   if (hangup_counts) sigaction(SIGHUP, &action, nullptr);
-  // The write that meets a limit on a file's size fails with EFBIG instead.
-  signal(SIGXFSZ, SIG_IGN);
+  // The write to a reader that has gone fails with EPIPE instead, that which meets a limit on a file's size with EFBIG.
+  // Programs that are started from here get the usual signals, which they would not if these were ignored.
+  action.sa_handler = [](int) {};
+  for (const int number : {SIGPIPE, SIGXFSZ}) sigaction(number, &action, nullptr);
 }
 
 }  // namespace kavo

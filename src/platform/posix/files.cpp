@@ -45,7 +45,7 @@ failure path_failure(const std::string& path, const failure& error) {
 
 class PosixFile final : public File {
  public:
-  explicit PosixFile(Descriptor descriptor) : descriptor_(std::move(descriptor)) {}
+  explicit PosixFile(const std::string& path, int flags) : descriptor_(open_host(path, flags)) {}
 
   std::size_t read(std::span<char> buffer) override {
     std::size_t done = 0;
@@ -134,7 +134,8 @@ class PosixFiles final : public FileSystem {
     if (access == Access::kCreate) flags = O_RDWR | O_CREAT | O_TRUNC;
     if (access == Access::kCreateNew) flags = O_RDWR | O_CREAT | O_EXCL;
     try {
-      return std::make_unique<PosixFile>(open_host(host, flags));
+      // The object's memory is there before the file is, which nobody would remove otherwise.
+      return std::make_unique<PosixFile>(host, flags);
     } catch (const failure& error) {
       throw path_failure(host, error);
     }
@@ -262,8 +263,8 @@ class PosixFiles final : public FileSystem {
     // Behind chown(2), which takes bits away.
     const mode_t wanted = (old->st_mode & (which == Permissions::kAll ? 07777 : 0666)) | S_IWUSR;
     if (!same_owner || wanted != (now->st_mode & 07777)) static_cast<void>(::chmod(host.c_str(), wanted) == 0);
-  } catch (const std::exception&) {
-    // Promised: no failure leaves this function.
+  } catch (...) {
+    // Promised: no failure leaves this function, memory that runs out included.
   }
 
   std::u16string temporary_folder() override {

@@ -125,7 +125,7 @@ void replace_host_file(const std::string& path, std::string_view bytes) {
     if (::fsync(descriptor->get()) != 0) throw_errno();
     close_host(std::move(*descriptor));
     if (::rename(temporary.c_str(), path.c_str()) != 0) throw_errno();
-  } catch (const failure&) {
+  } catch (...) {
     ::unlink(temporary.c_str());
     throw;
   }
