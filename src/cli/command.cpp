@@ -3,15 +3,24 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdio>
+#include <functional>
 #include <map>
+#include <new>
+#include <sstream>
 
+#include "cli/memory_reserve.h"
+#include "cli/output.h"
 #include "cli/progress_bar.h"
 #include "cli/report.h"
 #include "cli/run_in_folder.h"
 #include "cli/verb.h"
+#include "cli/verb_names.h"
+#include "cli/watched_files.h"
+#include "common/folder_run.h"
 #include "platform/console.h"
 #include "platform/failure.h"
 #include "platform/ports.h"
+#include "platform/unicode.h"
 
 namespace kavo {
 namespace {
@@ -54,37 +63,102 @@ void add_common_options(CLI::App& app, const VerbEntry& entry, Options& options)
   app.footer("Example:\n  " + std::string(entry.example));
 }
 
-int run_verb(Verb& verb, const std::string& name, const Options& options) {
+Outcome outcome_of(const failure& reason) {
+  Outcome outcome;
+  outcome.ending = Outcome::kFailed;
+  outcome.result = 1;
+  outcome.messages.push_back({reason.description()});
+  outcome.details["error"] = reason.number();
+  return outcome;
+}
+
+// Runs one step of a verb as one run in its folder; whatever ends it but an interruption is its outcome, so that other
+// files follow.
+Outcome outcome_from(const std::u16string& workplace, const std::function<Outcome()>& step) {
+  MessageList reports;
+  const auto with_reports = [&](Outcome outcome) {
+    outcome.messages.insert(outcome.messages.begin(), reports.begin(), reports.end());
+    return outcome;
+  };
+  try {
+    return with_reports(run_in_folder(workplace, reports, step));
+  } catch (const failure& reason) {
+    if (reason.is(FailureNumber::kInterrupted)) {
+      for (const Message& report : reports) std::fprintf(stderr, "kavo: %s\n", to_utf8(report.text).c_str());
+      throw;
+    }
+    return with_reports(outcome_of(reason));
+  } catch (const std::bad_alloc&) {
+    return with_reports(outcome_of(failure(FailureNumber::kOutOfMemory, to_utf16(kNoMemory))));
+  } catch (const std::exception&) {
+    // A defect of this program, whose own text says nothing to anybody but its makers.
+    return with_reports(
+        outcome_of(failure(FailureNumber::kInternal,
+                           u"this file brought an internal error to light; please report it together with the file")));
+  }
+}
+
+// People name a folder when they mean all files in it.
+void refuse_folder(const std::u16string& file) {
+  const std::optional<FileInfo> info = ports().files->info(file);
+  if (info && info->is_folder)
+    throw failure(FailureNumber::kPathFileAccess, u"this is a folder; name the files in it");
+}
+
+int run_verb(Verb& verb, const VerbEntry& entry, const Options& options, WatchedFiles& watched) {
   const std::vector<std::string> files = options.files.empty() ? std::vector<std::string>{""} : options.files;
   ProgressBar bar(options.quiet ? ProgressBar::Mode::kNone : options.progress, files.size());
-  Report report(name, options.json, options.quiet);
+  Report report(full_name(entry), options.json, options.quiet);
+  const auto add = [&](const std::string& file, Outcome outcome, double started) {
+    for (Message& message : outcome.messages) 
+      message.text = watched.in_host_form(FolderRun::without_scratch_folder(message.text));
+    report.add(file, outcome, ports().clock->seconds() - started);
+  };
   verb.tell_step = [&bar](std::string step) { bar.rename(std::move(step)); };
+  verb.in_host_form = [&watched](std::u16string text) { return watched.in_host_form(std::move(text)); };
   for (const std::string& file : options.files) verb.files.push_back(path_from_host(file));
   verb.start();
   for (const std::string& file : files) {
-    throw_if_interrupted();
-    const double started = ports().clock->seconds();
-    bar.next_file(file);
-    const std::u16string path = path_from_host(file);
-    const Outcome outcome = run_in_folder(
-        verb.workplace(path), [&] { return verb.run(path, [&](std::int16_t percent) { bar.report(percent); }); });
-    bar.hide();
-    report.add(file, outcome, ports().clock->seconds() - started);
+    working_on(file.c_str());
+    try {
+      throw_if_interrupted();
+      throw_if_memory_ran_out();
+      watched.forget();
+      const double started = ports().clock->seconds();
+      bar.next_file(file);
+      const std::u16string path = path_from_host(file);
+      const Outcome outcome = outcome_from(verb.workplace(path), [&] {
+        if (entry.takes_files) refuse_folder(path);
+        return verb.run(path, [&](std::int16_t percent) {
+          throw_if_memory_ran_out();
+          bar.report(percent);
+        });
+      });
+      bar.hide();
+      add(file, outcome, started);
+    } catch (const std::bad_alloc&) {
+      // Not even enough for the report.
+      std::fprintf(stderr, "%s: %s\n", file.empty() ? "kavo" : file.c_str(), kNoMemory);
+      report.add_failed();
+    }
+    keep_memory_back();
   }
+  working_on("");
   const double started = ports().clock->seconds();
   bool has_outcome = false;
-  const Outcome outcome = run_in_folder(verb.workplace(u""), [&] {
+  const Outcome outcome = outcome_from(verb.workplace(u""), [&] {
     const std::optional<Outcome> last = verb.finish();
     has_outcome = last.has_value();
     return last.value_or(Outcome());
   });
-  if (has_outcome || outcome.ending != Outcome::kDone || !outcome.messages.empty())
-    report.add("", outcome, ports().clock->seconds() - started);
+  if (has_outcome || outcome.ending != Outcome::kDone || !outcome.messages.empty()) add("", outcome, started);
   return report.finish();
 }
 
 int run_parsed(const Command& command, const Options& options) {
+  WatchedFiles watched(*ports().files);
   PortsScope scope;
+  ports().files = &watched;
   std::unique_ptr<CodePage> code_page;
   if (!options.code_page.empty()) {
     try {
@@ -96,13 +170,13 @@ int run_parsed(const Command& command, const Options& options) {
   }
   command.verb->check_usage(options.files.size());
   try {
-    return run_verb(*command.verb, full_name(command.entry), options);
+    return run_verb(*command.verb, command.entry, options, watched);
   } catch (const failure& reason) {
     if (reason.is(FailureNumber::kInterrupted)) {
       std::fputs("kavo: interrupted\n", stderr);
       return kInterrupted;
     }
-    std::fprintf(stderr, "kavo: %s\n", reason.what());
+    std::fprintf(stderr, "kavo: %s\n", to_utf8(watched.in_host_form(reason.description())).c_str());
     return kFailed;
   }
 }
@@ -118,7 +192,7 @@ int run_command(std::vector<std::string> arguments) {
   app.set_version_flag("--version", "kavo " KAVO_VERSION);
   app.footer(
       "Exit codes: 0 done, 1 failed, 2 wrong usage, 3 a check found a difference, 130 interrupted.\n"
-      "kavo VERB --help tells more of each verb.");
+      "kavo help VERB says more about each verb.");
 
   Options options;
   std::map<std::string_view, CLI::App*> groups{{"", &app}};
@@ -136,11 +210,16 @@ int run_command(std::vector<std::string> arguments) {
   }
 
   try {
+    arguments = with_verb_first(app, std::move(arguments));
     std::reverse(arguments.begin(), arguments.end());
     app.parse(std::move(arguments));
     return run_parsed(*std::ranges::find_if(commands, [](const Command& c) { return c.app->parsed(); }), options);
   } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? kDone : kWrongUsage;
+    std::ostringstream help, complaint;
+    const bool is_done = app.exit(error, help, complaint) == 0;
+    print_output(help.str());
+    std::fputs(complaint.str().c_str(), stderr);
+    return is_done ? kDone : kWrongUsage;
   }
 }
 

@@ -84,7 +84,7 @@ class Export final : public Verb {
 };
 
 constexpr VerbEntry kVerbs[] = {
-    {"", "export", "Write bilingual documents for XLIFF editors", "kavo export index_asp_HTM_FR.tud --to index.fr.xlf",
+    {"", "export", "Write bilingual documents for XLIFF editors", "kavo export index_asp_htm_FR.tud --to index.fr.xlf",
      make_verb<Export>},
 };
 

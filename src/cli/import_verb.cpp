@@ -51,7 +51,7 @@ class Import final : public Verb {
 
 constexpr VerbEntry kVerbs[] = {
     {"", "import", "Take translations over from what an editor handed back",
-     "kavo import index.fr.xlf --to index_asp_HTM_FR.tud", make_verb<Import>},
+     "kavo import index.fr.xlf --to index_asp_htm_FR.tud", make_verb<Import>},
 };
 
 }  // namespace

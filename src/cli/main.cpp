@@ -1,10 +1,14 @@
 #include <cstdio>
 #include <exception>
+#include <new>
 
 #include "cli/command.h"
+#include "cli/memory_reserve.h"
 #include "cli/office_programs.h"
+#include "cli/output.h"
 #include "platform/automation.h"
 #include "platform/console.h"
+#include "platform/failure.h"
 #include "suite/suite.h"
 
 int main(int argc, char** argv) {
@@ -15,10 +19,14 @@ int main(int argc, char** argv) {
     kavo::register_suite_factories();
     const kavo::OfficePrograms office_programs;
     const int code = kavo::run_command(kavo::command_line(argc, argv));
-    if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return code;
+    if (kavo::output_is_complete()) return code;
     std::fputs("kavo: standard output cannot be written\n", stderr);
-  } catch (const std::exception& reason) {
+  } catch (const kavo::failure& reason) {
     std::fprintf(stderr, "kavo: %s\n", reason.what());
+  } catch (const std::bad_alloc&) {
+    std::fprintf(stderr, "kavo: %s\n", kavo::kNoMemory);
+  } catch (const std::exception&) {
+    std::fputs("kavo: internal error\n", stderr);
   }
   return 1;
 }

@@ -20,7 +20,7 @@ class Pseudo final : public Verb {
 };
 
 constexpr VerbEntry kVerbs[] = {
-    {"", "pseudo", "Fill bilingual documents with a readable test translation", "kavo pseudo index_asp_HTM_FR.tud",
+    {"", "pseudo", "Fill bilingual documents with a readable test translation", "kavo pseudo index_asp_htm_FR.tud",
      make_verb<Pseudo>},
 };
 

@@ -1,4 +1,5 @@
 // kavo rebuild: the translated document of a bilingual one.
+#include "cli/colours.h"
 #include "cli/scratch_registry.h"
 #include "cli/unpacked_package.h"
 #include "cli/verb.h"
@@ -158,7 +159,8 @@ class Rebuild final : public Verb {
                                      .preview = overwrite_ ? kOverwrite : 0,
                                      .highlight = highlight_ ? 1 : 0,
                                      .output = output,
-                                     .keeps_existing = !overwrite_};
+                                     .keeps_existing = !overwrite_,
+                                     .unset_colours = kUsualStatusColours};
     const TranslationResult result = create_translation(request, observer);
     outcome.result = result.error;
     if (result.error == kNoError) {

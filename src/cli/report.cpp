@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstdio>
 
+#include "cli/output.h"
 #include "common/clsCommon.h"
 #include "driver/file_types.h"
 #include "html/clsHTMLValidate.h"
@@ -28,7 +29,10 @@ std::string readable(const Message& message, const std::string& file) {
     name = name == file ? "" : name + ": ";
     text.remove_prefix(name_end + 2);
   }
-  return name + to_utf8(clsCommon().SandR(text, u"\r\n", u": "));
+  std::string line = to_utf8(clsCommon().SandR(text, u"\r\n", u": "));
+  // The file's own name stands before the message anyway.
+  if (const std::string own = name.empty() ? file + ": " : name; line.starts_with(own)) line.erase(0, own.size());
+  return name + line;
 }
 
 // "page.htm:12:5: what was done"
@@ -105,8 +109,7 @@ void Report::print_json(const std::string& file, const Outcome& outcome, double 
   line.update(outcome.details);
   line["seconds"] = std::round(seconds * 1e6) / 1e6;
   // A file name that is not valid UTF-8 cannot stand in JSON as it is.
-  std::printf("%s\n", line.dump(-1, ' ', false, ordered_json::error_handler_t::replace).c_str());
-  std::fflush(stdout);
+  print_output(line.dump(-1, ' ', false, ordered_json::error_handler_t::replace) + "\n");
 }
 
 void Report::print_text(const std::string& file, const Outcome& outcome) {
@@ -114,15 +117,15 @@ void Report::print_text(const std::string& file, const Outcome& outcome) {
   if (!quiet_ || failed)
     for (const Message& message : outcome.messages) print_error(with_place(file, message));
   if (failed && outcome.messages.empty()) print_error(file + ": failed");
+  std::string results;
   for (const ProducedName& produced : outcome.produced) {
-    const std::string name = path_to_host(produced.path);
-    if (produced.type < 0)
-      std::printf("%s\n", name.c_str());
-    else
-      std::printf("%s\t%d\t%s\n", name.c_str(), produced.type, std::string(file_type_name(produced.type)).c_str());
+    results += path_to_host(produced.path);
+    if (produced.type >= 0)
+      ((results += '\t' + std::to_string(produced.type)) += '\t') += file_type_name(produced.type);
+    results += '\n';
   }
-  for (const std::string& line : outcome.lines) std::printf("%s\n", line.c_str());
-  std::fflush(stdout);
+  for (const std::string& line : outcome.lines) (results += line) += '\n';
+  print_output(results);
 }
 
 int Report::finish() {

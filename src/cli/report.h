@@ -28,6 +28,8 @@ class Report {
   Report(std::string verb, bool json, bool quiet) : verb_(std::move(verb)), json_(json), quiet_(quiet) {}
   // `file` as the user wrote it, "" for an outcome of the whole run.
   void add(const std::string& file, const Outcome& outcome, double seconds);
+  // A file that failed in a way that nothing could be reported of.
+  void add_failed() noexcept { any_failed_ = true; }
   // Lists the failures of a run over several files. The exit code: 0 done, 1 failed, 3 a check found a difference.
   int finish();
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <memory>
 
+#include "cli/report.h"
 #include "cli/scratch_registry.h"
 #include "cli/work_folder.h"
 #include "common/clsCommon.h"
@@ -98,13 +99,13 @@ class RoadCheck {
 
   // What a step of the check fails with is a result of the check.
   template <class Step>
-  void guarded(std::u16string& reason, Step&& step) const {
+  void guarded(std::optional<Message>& reason, Step&& step) const {
     try {
       step();
     } catch (const failure& thrown) {
       if (thrown.is(FailureNumber::kInterrupted)) throw;
-      reason = with_own_folder(thrown.description());
-      if (reason.empty() && !result_.messages.empty()) reason = result_.messages.back().text;
+      reason = Message{with_own_folder(thrown.description())};
+      if (reason->text.empty() && !result_.messages.empty()) reason = result_.messages.back();
     }
   }
 
@@ -135,8 +136,12 @@ class RoadCheck {
     scripts.HTMFile(copied(produced[0].file_name));
     scripts.SCRFile(copied(produced[1].file_name));
     scripts.ASPFile(folder + u"\\" + file_name_of(plain.path));
-    if (scripts.HTML2ASP() != 0)
-      throw failure(FailureNumber::kInvalidCall, u"The scripts cannot be restored: " + scripts.ErrorList().back().text);
+    if (scripts.HTML2ASP() != 0) {
+      Message reason = scripts.ErrorList().back();
+      reason.text = with_own_folder(std::move(reason.text));
+      throw failure(FailureNumber::kInvalidCall,
+                    to_utf16("The scripts cannot be restored: " + message_text(reason, path_to_host(document_))));
+    }
     return scripts.ASPFile();
   }
 

@@ -37,9 +37,9 @@ struct RoadResult {
   std::uint64_t texts = 0;
   std::uint64_t documents = 0;  // bilingual documents
 
-  // Why a step could not be done, "" when all were; what comes after is empty then.
-  std::u16string unchanged_failure;
-  std::u16string translated_failure;
+  // Why a step could not be done, nothing when all were; what comes after is empty then.
+  std::optional<Message> unchanged_failure;
+  std::optional<Message> translated_failure;
 
   // Of the run without a translation: against the source, or against the repaired page when the page needed repair.
   bool was_repaired = false;
@@ -49,8 +49,7 @@ struct RoadResult {
   std::optional<FileDifference> book_difference;
 
   bool survives() const {
-    return unchanged_failure.empty() && translated_failure.empty() && !difference && findings.empty() &&
-           !book_difference;
+    return !unchanged_failure && !translated_failure && !difference && findings.empty() && !book_difference;
   }
 };
 

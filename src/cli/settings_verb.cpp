@@ -1,9 +1,11 @@
 // kavo settings: shows and changes the options that are stored for the user, the ones that dialogs edit.
 #include <algorithm>
 
+#include "cli/colours.h"
 #include "cli/mif_options.h"
 #include "cli/verb.h"
-#include "mif/clsMIFUtilities.h"
+#include "driver/status_colours.h"
+#include "mif/mif_settings.h"
 #include "platform/failure.h"
 #include "platform/unicode.h"
 #include "suite/editor_launcher.h"
@@ -11,8 +13,11 @@
 namespace kavo {
 namespace {
 
+// Takes a stored colour away.
+constexpr std::string_view kDefault = "default";
+
 // One stored option: its value as text, and how to store a new one. `write` answers false for a value that the option
-// cannot have.
+// cannot have, and throws `failure` when it cannot be stored.
 struct Setting {
   std::string_view name;
   std::string_view values;  // what it can be, for the help and for errors
@@ -20,38 +25,24 @@ struct Setting {
   bool (*write)(const std::string& value);
 };
 
-// The converter loads the options when it is made and saves them when it is destroyed.
-template <class Read>
-auto read_mif(Read read) {
-  clsMIFUtilities utilities;
-  utilities.options_are_temporary();
-  return read(utilities);
-}
-
-std::string mif_split() {
-  return read_mif([](const clsMIFUtilities& mif) { return split_option_name(mif.SplitOptions()); });
-}
+std::string mif_split() { return split_option_name(load_mif_settings().split); }
 bool set_mif_split(const std::string& value) {
   const auto found = split_option_names().find(value);
   if (found == split_option_names().end()) return false;
-  clsMIFUtilities().SplitOptions(found->second);
+  store_mif_split(found->second);
   return true;
 }
 
-std::string mif_objects() {
-  return read_mif([](const clsMIFUtilities& mif) { return mif.ProcessObjects() ? "on" : "off"; });
-}
+std::string mif_objects() { return load_mif_settings().objects ? "on" : "off"; }
 bool set_mif_objects(const std::string& value) {
   if (value != "on" && value != "off") return false;
-  clsMIFUtilities().ProcessObjects(value == "on");
+  store_mif_objects(value == "on");
   return true;
 }
 
-std::string mif_markers() {
-  return read_mif([](const clsMIFUtilities& mif) { return marker_names_of(mif.Markers()); });
-}
+std::string mif_markers() { return marker_names_of(load_mif_settings().markers); }
 bool set_mif_markers(const std::string& value) {
-  clsMIFUtilities().Markers(marker_list_of(value));
+  store_mif_markers(marker_list_of(value));
   return true;
 }
 
@@ -61,12 +52,31 @@ bool set_editor_command(const std::string& value) {
   return true;
 }
 
+template <std::size_t Status>
+std::string status_colour() {
+  return colour_text(stored_status_colours(kUsualStatusColours)[Status]);
+}
+template <std::size_t Status>
+bool set_status_colour(const std::string& value) {
+  const std::optional<std::int32_t> colour = colour_of(value);
+  if (!colour && value != kDefault) return false;
+  store_status_colour(Status, colour);
+  return true;
+}
+
+constexpr std::string_view kColour =
+    "a colour by its name (red, blue, green, orange ...), #RRGGBB, or default: for rebuild --highlight";
+
 constexpr Setting kSettings[] = {
     {"mif.split", "none, semicolon or both", mif_split, set_mif_split},
     {"mif.objects", "on or off", mif_objects, set_mif_objects},
     {"mif.markers", "marker types with commas between", mif_markers, set_mif_markers},
     {"editor.command", "the editor's command line, %1 for the document and %2 for the memory", read_editor_command,
      set_editor_command},
+    {"highlight.untranslated", kColour, status_colour<0>, set_status_colour<0>},
+    {"highlight.fuzzy", kColour, status_colour<1>, set_status_colour<1>},
+    {"highlight.match", kColour, status_colour<2>, set_status_colour<2>},
+    {"highlight.translated", kColour, status_colour<3>, set_status_colour<3>},
 };
 
 const Setting& setting_of(std::string_view name) {
@@ -107,14 +117,10 @@ class Settings final : public Verb {
     outcome.details["settings"][std::string(setting.name)] = value;
   }
 
-  // A converter drops a failure to save, so what was stored is read back.
   static void change(const Setting& setting, const std::string& value) {
-    const std::string name(setting.name);
     if (!setting.write(value))
-      throw failure(FailureNumber::kInvalidCall, to_utf16(name + " can be " + std::string(setting.values)));
-    const std::string stored = setting.read();
-    if (stored != value && marker_list_of(stored) != marker_list_of(value))
-      throw failure(FailureNumber::kPathFileAccess, to_utf16(name + " could not be stored"));
+      throw failure(FailureNumber::kInvalidCall,
+                    to_utf16(std::string(setting.name) + " can be " + std::string(setting.values)));
   }
 
   std::vector<std::string> wanted_;

@@ -60,6 +60,9 @@ class Verb {
   virtual std::optional<Outcome> finish() { return std::nullopt; }
   // What the progress bar tells in the place of the file's name; set by whoever runs the verb.
   std::function<void(std::string)> tell_step;
+  // Puts the paths of this run that stand in a message into the host's own form; set by whoever runs the verb. Messages
+  // of an outcome need it only where they become lines or details.
+  std::function<std::u16string(std::u16string)> in_host_form;
   // All files of the command line, set before start(): for a verb whose files belong together.
   std::vector<std::u16string> files;
 };

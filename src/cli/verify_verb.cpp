@@ -95,8 +95,8 @@ class Story {
   }
 
   void tell_unchanged() {
-    if (!result_.unchanged_failure.empty()) {
-      add("unchanged: not rebuilt: " + to_utf8(result_.unchanged_failure));
+    if (result_.unchanged_failure) {
+      add("unchanged: not rebuilt: " + message_text(*result_.unchanged_failure, file_));
     } else if (!result_.difference) {
       add(result_.was_repaired ? "unchanged: the repaired page came back, byte for byte"
                                : "unchanged: came back, byte for byte");
@@ -113,8 +113,8 @@ class Story {
   }
 
   void tell_translated() {
-    if (!result_.translated_failure.empty()) {
-      add("translated: not rebuilt: " + to_utf8(result_.translated_failure));
+    if (result_.translated_failure) {
+      add("translated: not rebuilt: " + message_text(*result_.translated_failure, file_));
       return;
     }
     const std::string total =
@@ -164,14 +164,14 @@ nlohmann::ordered_json details_of(const RoadResult& result, const std::string& f
   details["notes"] = listed(messages.notes, file);
   const char* unchanged = result.was_repaired ? "repaired" : "same";
   if (result.difference) unchanged = "different";
-  if (!result.unchanged_failure.empty()) unchanged = "failed";
+  if (result.unchanged_failure) unchanged = "failed";
   details["unchanged"] = unchanged;
-  if (!result.unchanged_failure.empty()) details["unchanged_reason"] = to_utf8(result.unchanged_failure);
+  if (result.unchanged_failure) details["unchanged_reason"] = message_text(*result.unchanged_failure, file);
   if (result.difference) details["difference"] = listed(*result.difference);
   if (result.book_difference) details["together"] = listed(*result.book_difference);
   details["translated"] =
-      !result.translated_failure.empty() ? "failed" : (result.findings.empty() ? "same" : "different");
-  if (!result.translated_failure.empty()) details["translated_reason"] = to_utf8(result.translated_failure);
+      result.translated_failure ? "failed" : (result.findings.empty() ? "same" : "different");
+  if (result.translated_failure) details["translated_reason"] = message_text(*result.translated_failure, file);
   details["findings"] = ordered_json::array();
   for (const RoadFinding& finding : result.findings)
     details["findings"].push_back({{"kind", words_of(finding.change).name},
@@ -221,6 +221,9 @@ class Verify final : public Verb {
     outcome.result = passes ? 0 : 1;
     survived_ += passes ? 1 : 0;
     texts_ += result.texts;
+    for (Message& message : result.messages) message.text = in_host_form(std::move(message.text));
+    for (std::optional<Message>* reason : {&result.unchanged_failure, &result.translated_failure})
+      if (*reason) (*reason)->text = in_host_form(std::move((*reason)->text));
     const std::string name = path_to_host(file);
     outcome.lines = Story(result, name).lines();
     outcome.details = details_of(result, name);

@@ -67,6 +67,7 @@ void about(const std::u16string& path, Step&& step) {
   try {
     step();
   } catch (const failure& reason) {
+    if (reason.description().find(name_of(path)) != std::u16string::npos) throw;
     throw failure(reason.number(), text_of(path) + u": " + reason.description(), reason.source());
   }
 }

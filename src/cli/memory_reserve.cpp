@@ -1,0 +1,62 @@
+#include "cli/memory_reserve.h"
+
+#include <atomic>
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <new>
+
+namespace kavo {
+namespace {
+
+constexpr std::size_t kReserve = 1 << 20;  // bytes
+
+std::atomic<void*> reserve{nullptr};
+std::atomic<bool> ran_out{false};
+std::atomic<const char*> current_file{""};
+
+// The system's new-handler: asked whenever an allocation fails, which is tried again when this returns.
+void give_up_reserve() {
+  ran_out = true;
+  void* const kept = reserve.exchange(nullptr);
+  if (kept == nullptr) throw std::bad_alloc();
+  std::free(kept);
+}
+
+[[noreturn]] void end_program() noexcept {
+  const char* reason = "internal error";
+  try {
+    if (const std::exception_ptr thrown = std::current_exception()) std::rethrow_exception(thrown);
+  } catch (const std::bad_alloc&) {
+    reason = kNoMemory;
+  } catch (...) {
+    // As it stands.
+  }
+  const char* const file = current_file;
+  std::fprintf(stderr, "%s: %s\n", *file ? file : "kavo", ran_out ? kNoMemory : reason);
+  std::_Exit(1);
+}
+
+// In place before any other object of the program is made, some of which allocate.
+struct Prepared {
+  Prepared() noexcept {
+    keep_memory_back();
+    std::set_new_handler(give_up_reserve);
+    std::set_terminate(end_program);
+  }
+};
+[[gnu::init_priority(101)]] const Prepared prepared;
+
+}  // namespace
+
+void keep_memory_back() noexcept {
+  if (reserve == nullptr) reserve = std::malloc(kReserve);
+}
+
+void throw_if_memory_ran_out() {
+  if (ran_out.exchange(false)) throw std::bad_alloc();
+}
+
+void working_on(const char* file) noexcept { current_file = file; }
+
+}  // namespace kavo

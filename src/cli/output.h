@@ -1,0 +1,14 @@
+// Standard output of the command.
+#pragma once
+
+#include <string_view>
+
+namespace kavo {
+
+// Writes the text at once. Once nobody reads it any more (the command stood before "| head"), nothing is written and
+// nothing is wrong: the work on the files goes on.
+void print_output(std::string_view text);
+// False when a text could not be written for any other reason.
+bool output_is_complete();
+
+}  // namespace kavo

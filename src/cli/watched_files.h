@@ -1,0 +1,51 @@
+// The files of a run as the command sees them: every failure says which file it is about, paths that stand in messages
+// are shown as the user writes them, and work ends at the next use of a file when memory has run out.
+//
+// Messages are made all over the converters, with the core's paths in them. Here is every path that a run touches, so
+// this is the one place that can find them in a text without guessing.
+#pragma once
+
+#include <set>
+#include <string>
+
+#include "platform/files.h"
+
+namespace kavo {
+
+class WatchedFiles final : public FileSystem {
+ public:
+  // `inner` must outlive the object.
+  explicit WatchedFiles(FileSystem& inner) : inner_(inner) {}
+
+  // The text with each path of the run in the host's own form; a path that is named twice in a row ("a.asp: a.asp: ")
+  // stands there once.
+  std::u16string in_host_form(std::u16string text) const;
+
+  // Messages from here on name no path of before.
+  void forget() { paths_.clear(); }
+
+  std::unique_ptr<File> open(std::u16string_view path, Access access) override;
+  std::optional<FileInfo> info(std::u16string_view path) override;
+  std::optional<FileIdentity> identity(std::u16string_view path) override;
+  std::vector<std::u16string> find(std::u16string_view pattern) override;
+  void make_folder(std::u16string_view path) override;
+  void remove_folder(std::u16string_view path) override;
+  void link_file(std::u16string_view path, std::u16string_view second_name) override;
+  void flush(std::u16string_view path) override;
+  void remove_file(std::u16string_view path) override;
+  void rename_file(std::u16string_view from, std::u16string_view to) override;
+  void set_read_only(std::u16string_view path, bool read_only) override;
+  std::unique_ptr<FileLock> lock(std::u16string_view path) override;
+  std::u16string link_target(std::u16string_view path) override;
+  void take_permissions(std::u16string_view path, std::u16string_view model, Permissions which) noexcept override;
+  std::u16string temporary_folder() override;
+  std::u16string absolute(std::u16string_view path) override;
+
+ private:
+  void remember(std::u16string_view path);
+
+  FileSystem& inner_;
+  std::set<std::u16string, std::less<>> paths_;
+};
+
+}  // namespace kavo
