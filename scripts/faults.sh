@@ -13,7 +13,7 @@
 #   scripts/faults.sh show "rebuild page" rename 3 EIO                     one run, with its calls, messages and files
 #   scripts/faults.sh show "rebuild page, existing" rename 3 SIGKILL
 #
-# Without a part all are run: some ten minutes on two cores, with --quick one. Each prints a table; each violation is a
+# Without a part all are run, which takes half an hour on two cores; --quick takes a tenth of the runs. Each prints a table; each violation is a
 # line of JSON in build/faults.jsonl, with what `show` wants to know. The exit code is 0 when nothing was found.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."

@@ -31,7 +31,8 @@ def is_own(path, owns_home):
 
 
 def extra_files(now, *known):
-    """Files that none of the known states has. In the user's folder only scratch files count: a run may be the first."""
+    """Files that none of the known states has. In the user's folder only scratch files count: a run may be the first
+    that stores settings."""
     return [path for path in now if not any(path in state for state in known) and
             (not path.startswith("home/") or ".kavo-" in path)]
 

@@ -93,5 +93,6 @@ def run_job(stage, pages):
     place = "there" if stage.sandbox.tmp_is_there else "elsewhere"
     column = "survived" if run.code == stage.undisturbed.code else "failed, whole"
     return None if faults else column, [
-        {"class": kind, "details": details, "error": "ENOSPC", "failed": f"{pages} pages free, temporary folder {place}",
-         "exit": run.code, "output": run.output, "errors": run.errors} for kind, details in faults]
+        {"class": kind, "details": details, "error": "ENOSPC",
+         "failed": f"{pages} pages free, temporary folder {place}", "exit": run.code,
+         "output": run.output, "errors": run.errors} for kind, details in faults]

@@ -1,10 +1,10 @@
 """Runs that are killed, and runs that are asked to stop.
 
-After SIGKILL the same command is run again: it must succeed and leave what an undisturbed run leaves, and nothing else.
-Where the killed run had put its results in place, what a second undisturbed run does is right, too: a second extraction,
-say, is refused. The run that clears up is itself killed, or one of its calls fails; then a third one must succeed. And a
-verb that reads what the killed one wrote must find the old documents or the new ones. After SIGINT and SIGTERM everything
-is as before, or complete.
+After SIGKILL the same command is run again: it must succeed and leave what an undisturbed run leaves, and nothing
+else. Where the killed run had put its results in place, what a second undisturbed run does is right, too: a second
+extraction, say, is refused. The run that clears up is itself killed, or one of its calls fails; then a third one must
+succeed. And a verb that reads what the killed one wrote must find the old documents or the new ones. After SIGINT and
+SIGTERM everything is as before, or complete.
 """
 import random
 
@@ -48,7 +48,7 @@ def run_job(stage, job):
         if name != "KILL":
             then = _disturb_again(stage, now, name, random.Random(f"{stage.scenario.name} {call.number}"))
         # A call that fails may cost a file its permissions, with a message; the next run cannot know them.
-        faults, run = _after_kill(stage, now, with_modes=name != "KILL, then fail")
+        faults, run = _after_kill(stage, with_modes=name != "KILL, then fail")
     return None if faults else "right", [
         {"class": kind, "details": details, "error": "SIG" + name, "failed": call.text + then, "exit": run.code,
          "output": run.output, "errors": run.errors} for kind, details in faults]
@@ -85,7 +85,8 @@ def _after_kill_by_reader(stage):
         for state in (stage.before, stage.after):
             stage.sandbox.restore(state)
             run = stage.sandbox.run(reader)
-            stage.read.append((run.code, run.output, classify.files(stage.sandbox.snapshot(), stage.scenario.owns_home)))
+            own = classify.files(stage.sandbox.snapshot(), stage.scenario.owns_home)
+            stage.read.append((run.code, run.output, own))
         stage.sandbox.restore(killed)
     run = stage.sandbox.run(reader)
     now = classify.files(stage.sandbox.snapshot(), stage.scenario.owns_home)
@@ -102,7 +103,8 @@ def _after_kill_by_reader(stage):
     return faults, run
 
 
-def _after_kill(stage, killed, with_modes):
+def _after_kill(stage, with_modes):
+    killed = stage.sandbox.snapshot()
     run = stage.sandbox.run(stage.arguments)
     now = stage.sandbox.snapshot()
     owns_home = stage.scenario.owns_home
@@ -116,8 +118,10 @@ def _after_kill(stage, killed, with_modes):
         faults.append(("leftover", "after the next run: " + ", ".join(left)))
     elif classify.extra_files(killed, stage.before, stage.after) and not run.errors.strip():
         faults.append(("untold", "the next run cleared up without a word"))
-    wrong_of = lambda after: [(path, how) for path, how in classify.differences(classify.files(after, owns_home), own)
-                              if with_modes or not how.startswith("mode")]
+
+    def wrong_of(after):
+        return [(path, how) for path, how in classify.differences(classify.files(after, owns_home), own)
+                if with_modes or not how.startswith("mode")]
     if not any(code == run.code and not wrong_of(after) for code, after in allowed):
         wrong = wrong_of(stage.after)
         kind = "rerun wrong" if run.code == stage.undisturbed.code else "rerun failed"

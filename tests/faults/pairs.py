@@ -82,7 +82,8 @@ FAMILIES = (
                    "remove-objects": ("mif", "remove-objects", "book.mif"),
                    "insert-objects": ("mif", "insert-objects", "book.mif")}),
     ("MIF without objects", _mif_without_objects, {
-        "insert-objects": ("mif", "insert-objects", "book.mif"), "remove-objects": ("mif", "remove-objects", "book.mif"),
+        "insert-objects": ("mif", "insert-objects", "book.mif"),
+        "remove-objects": ("mif", "remove-objects", "book.mif"),
         "rebuild": ("rebuild", "--overwrite", MIF_TUDS[0])}),
     ("two MIF documents", _two_books, {
         "rebuild": ("rebuild", "one_mif_FR.tud"), "rebuild the other": ("rebuild", "two_mif_FR.tud"),
@@ -167,8 +168,9 @@ def run_job(stage, job):
     faults, column = _faults(stage, runs, now)
     return None if faults else column, [
         {"class": kind, "details": details, "error": f"{delay * 1000:.1f} ms later",
-         "failed": f"{'slowly, ' if is_slow else ''}first: {' '.join(stage.commands[first])}", "exit": [r.code for r in runs],
-         "output": "", "errors": [r.errors for r in runs], "commands": stage.commands} for kind, details in faults]
+         "failed": f"{'slowly, ' if is_slow else ''}first: {' '.join(stage.commands[first])}",
+         "exit": [run.code for run in runs], "output": "", "errors": [run.errors for run in runs],
+         "commands": stage.commands} for kind, details in faults]
 
 
 def _faults(stage, runs, now):

@@ -17,6 +17,7 @@ import sys
 import tempfile
 import time
 
+import classify
 import disk
 import inject
 import kill
@@ -46,7 +47,7 @@ def sandboxes_of(part):
 
 
 def stage_of(part, module, sandbox, scenario):
-    """The scenario set up in the sandbox, and its calls where a part works by them; both are kept for the next slice."""
+    """The scenario set up in the sandbox, and its calls where a part goes by them: kept for the next slice."""
     key = part, sandbox.root, sandbox.folders["tmp"], scenario.name
     if key not in _worker["stages"]:
         stage, calls = getattr(module, "Stage", scenarios.Stage)(sandbox, scenario), []
@@ -140,19 +141,14 @@ def show(arguments, options, root, kavo):
     now = sandbox.snapshot()
     for title, state in (("before", stage.before), ("the result", stage.after)):
         print(f"against {title}:")
-        for path, how in scenarios_differences(state, now):
+        for path, how in classify.differences(state, now):
             print(f"    {path}: {how}")
     if error == "SIGKILL":
         again = sandbox.run(stage.arguments)
         print(f"run again: exit code {again.code}\n{again.output}{again.errors}against the result:")
-        for path, how in scenarios_differences(stage.after, sandbox.snapshot()):
+        for path, how in classify.differences(stage.after, sandbox.snapshot()):
             print(f"    {path}: {how}")
     return 0
-
-
-def scenarios_differences(wanted, now):
-    import classify
-    return classify.differences(wanted, now)
 
 
 def enter_mount_namespace():

@@ -203,7 +203,7 @@ def _mif():
     yield Scenario("mif extract, existing", "mif extract", "existing", _then(mif1, extract, _mode(0o640, *sides), mif2),
                    ("book.mif",), options_if_known=("--overwrite",), reader=("mif", "merge", "book.mif"))
     yield Scenario("mif merge", "mif merge", "existing",
-                   _then(mif1, extract, _translate_by_hand(sides[0], b"String `pump 1;maintenance'", b"String `pompe'")),
+                   _then(mif1, extract, _translate_by_hand(sides[0], b"String `pump 1;", b"String `pompe;")),
                    ("book.mif",))
     yield Scenario("mif remove-objects", "mif remove-objects", "new", mif2, ("book.mif",))
     yield Scenario("mif remove-objects, existing", "mif remove-objects", "existing",

@@ -9,10 +9,10 @@ _MAKE = ("EIO", "EACCES", "ENOSPC")
 ERRORS = {
     "open": ("EIO", "EACCES", "EMFILE"), "openat": ("EIO", "EACCES", "EMFILE"), "openat2": ("EIO", "EACCES", "EMFILE"),
     "creat": ("EIO", "EACCES", "EMFILE", "ENOSPC"),
-    "stat": _LOOK, "lstat": _LOOK, "fstat": ("EIO",), "newfstatat": _LOOK, "statx": _LOOK, "statfs": ("EIO",),
-    "fstatfs": ("EIO",), "access": _LOOK, "faccessat": _LOOK, "faccessat2": _LOOK, "readlink": _LOOK,
-    "readlinkat": _LOOK, "getcwd": ("EACCES",), "chdir": _LOOK, "fchdir": _LOOK, "getdents64": ("EIO",),
-    "read": ("EIO",), "pread64": ("EIO",), "readv": ("EIO",), "lseek": ("EIO",),
+    "stat": _LOOK, "lstat": _LOOK, "fstat": ("EIO",), "newfstatat": _LOOK, "statx": _LOOK,
+    "statfs": ("EIO",), "fstatfs": ("EIO",), "access": _LOOK, "faccessat": _LOOK, "faccessat2": _LOOK,
+    "readlink": _LOOK, "readlinkat": _LOOK, "getcwd": ("EACCES",), "chdir": _LOOK, "fchdir": _LOOK,
+    "getdents64": ("EIO",), "read": ("EIO",), "pread64": ("EIO",), "readv": ("EIO",), "lseek": ("EIO",),
     "write": ("EIO", "ENOSPC"), "pwrite64": ("EIO", "ENOSPC"), "writev": ("EIO", "ENOSPC"),
     "copy_file_range": ("EIO", "ENOSPC"), "sendfile": ("EIO", "ENOSPC"), "fallocate": ("EIO", "ENOSPC"),
     "ftruncate": ("EIO", "EACCES"), "truncate": ("EIO", "EACCES"), "close": ("EIO",),
@@ -20,15 +20,15 @@ ERRORS = {
     "syncfs": ("EIO", "ENOSPC"),
     "rename": _MAKE, "renameat": _MAKE, "renameat2": _MAKE, "link": _MAKE, "linkat": _MAKE, "symlink": _MAKE,
     "symlinkat": _MAKE, "mkdir": _MAKE, "mkdirat": _MAKE, "unlink": _LOOK, "unlinkat": _LOOK, "rmdir": _LOOK,
-    "chmod": _LOOK, "fchmod": ("EIO", "EPERM"), "fchmodat": _LOOK, "chown": ("EIO", "EPERM"), "fchown": ("EIO", "EPERM"),
-    "lchown": ("EIO", "EPERM"), "fchownat": ("EIO", "EPERM"), "utimensat": _LOOK, "flock": ("EIO", "ENOLCK"),
-    "fcntl": (), "dup": ("EMFILE",), "dup2": ("EMFILE",), "dup3": ("EMFILE",),
+    "chmod": _LOOK, "fchmod": ("EIO", "EPERM"), "fchmodat": _LOOK, "chown": ("EIO", "EPERM"),
+    "fchown": ("EIO", "EPERM"), "lchown": ("EIO", "EPERM"), "fchownat": ("EIO", "EPERM"), "utimensat": _LOOK,
+    "flock": ("EIO", "ENOLCK"), "fcntl": (), "dup": ("EMFILE",), "dup2": ("EMFILE",), "dup3": ("EMFILE",),
 }
 
 # Calls that change what is on the disk. Kills between two of these leave the same files.
-_CHANGING = {"creat", "write", "pwrite64", "writev", "copy_file_range", "sendfile", "fallocate", "ftruncate", "truncate",
-             "rename", "renameat", "renameat2", "link", "linkat", "symlink", "symlinkat", "mkdir", "mkdirat", "unlink",
-             "unlinkat", "rmdir", "chmod", "fchmod", "fchmodat", "chown", "fchown", "lchown", "fchownat"}
+_CHANGING = {"creat", "write", "pwrite64", "writev", "copy_file_range", "sendfile", "fallocate", "ftruncate",
+             "truncate", "rename", "renameat", "renameat2", "link", "linkat", "symlink", "symlinkat", "mkdir", "mkdirat",
+             "unlink", "unlinkat", "rmdir", "chmod", "fchmod", "fchmodat", "chown", "fchown", "lchown", "fchownat"}
 
 # The dynamic loader runs before main(); what main() does first is to say what becomes of signals.
 _FIRST_OF_MAIN = "rt_sigaction"
@@ -97,7 +97,7 @@ def calls_in(log):
         process, name, _ = found.groups()
         first_process = first_process or process
         if process != first_process:
-            raise RuntimeError("the command has more than one thread or process: calls of one cannot be counted: " + line)
+            raise RuntimeError("the command has a second thread or process, whose calls are counted apart: " + line)
         if name == _FIRST_OF_MAIN:
             in_main = True
             continue
