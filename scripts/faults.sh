@@ -13,11 +13,12 @@
 #   scripts/faults.sh show "rebuild page" rename 3 EIO                     one run, with its calls, messages and files
 #   scripts/faults.sh show "rebuild page, existing" rename 3 SIGKILL
 #
-# Without a part all are run, which takes half an hour on two cores; --quick takes a tenth of the runs. Each prints a table; each violation is a
-# line of JSON in build/faults.jsonl, with what `show` wants to know. The exit code is 0 when nothing was found.
+# Without a part all are run, which takes half an hour on two cores; --quick takes a tenth of the runs. Each prints a
+# table; each violation is a line of JSON in build/faults.jsonl, with what `show` wants to know. The exit code is 0 when
+# nothing was found.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
-case ${1:-} in -h | --help) sed -n '2,19s/^# \{0,1\}//p' "scripts/faults.sh"; exit 0 ;; esac
+case ${1:-} in -h | --help) sed -n '2,18s/^# \{0,1\}//p' "scripts/faults.sh"; exit 0 ;; esac
 
 for tool in strace python3 unshare; do
   command -v "$tool" >/dev/null || { echo "faults.sh: $tool is missing: run scripts/setup.sh --full" >&2; exit 2; }

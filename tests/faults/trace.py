@@ -28,7 +28,8 @@ ERRORS = {
 # Calls that change what is on the disk. Kills between two of these leave the same files.
 _CHANGING = {"creat", "write", "pwrite64", "writev", "copy_file_range", "sendfile", "fallocate", "ftruncate",
              "truncate", "rename", "renameat", "renameat2", "link", "linkat", "symlink", "symlinkat", "mkdir",
-             "mkdirat", "unlink", "unlinkat", "rmdir", "chmod", "fchmod", "fchmodat", "chown", "fchown", "lchown", "fchownat"}
+             "mkdirat", "unlink", "unlinkat", "rmdir", "chmod", "fchmod", "fchmodat", "chown", "fchown", "lchown",
+             "fchownat"}
 
 # The dynamic loader runs before main(); what main() does first is to say what becomes of signals.
 _FIRST_OF_MAIN = "rt_sigaction"
