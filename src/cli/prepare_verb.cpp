@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "cli/option_values.h"
+#include "cli/page_guard.h"
 #include "cli/verb.h"
 #include "common/clsCommon.h"
 #include "common/tud_names.h"
@@ -50,6 +51,8 @@ class Prepare final : public Verb {
   Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
     if (!overwrite_) {
       for (const std::u16string& tud : bilingual_documents_of(file, languages_.target)) refuse_translated(tud);
+      if (const std::int32_t type = FileTypeOf(file); type == kHtmlPage || type == kServerPage)
+        refuse_work_beside_prepared_page(file);
       refuse_others_side_files(file);
     }
     Outcome outcome;

@@ -160,6 +160,7 @@ class Rebuild final : public Verb {
                                      .highlight = highlight_ ? 1 : 0,
                                      .output = output,
                                      .keeps_existing = !overwrite_,
+                                     .refuses_gaps = true,
                                      .unset_colours = kUsualStatusColours};
     const TranslationResult result = create_translation(request, observer);
     outcome.result = result.error;

@@ -218,12 +218,17 @@ class Verify final : public Verb {
     }
     const bool passes = result.survives() && !(strict_ && result.was_repaired);
     if (!passes) outcome.ending = Outcome::kDifference;
+    // A step that could not be done says nothing about the document.
+    if (result.unchanged_failure || result.translated_failure) outcome.ending = Outcome::kFailed;
     outcome.result = passes ? 0 : 1;
     survived_ += passes ? 1 : 0;
     texts_ += result.texts;
     for (Message& message : result.messages) message.text = in_host_form(std::move(message.text));
     for (std::optional<Message>* reason : {&result.unchanged_failure, &result.translated_failure})
-      if (*reason) (*reason)->text = in_host_form(std::move((*reason)->text));
+      if (*reason) {
+        (*reason)->text = in_host_form(std::move((*reason)->text));
+        outcome.messages.push_back(**reason);
+      }
     const std::string name = path_to_host(file);
     outcome.lines = Story(result, name).lines();
     outcome.details = details_of(result, name);

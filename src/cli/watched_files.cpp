@@ -151,8 +151,8 @@ std::u16string WatchedFiles::link_target(std::u16string_view path) {
 }
 
 void WatchedFiles::take_permissions(std::u16string_view path, std::u16string_view model,
-                                    Permissions which) noexcept {
-  inner_.take_permissions(path, model, which);
+                                    Permissions which) {
+  about(path, [&] { inner_.take_permissions(path, model, which); });
 }
 
 std::u16string WatchedFiles::temporary_folder() {

@@ -37,7 +37,7 @@ class WatchedFiles final : public FileSystem {
   void set_read_only(std::u16string_view path, bool read_only) override;
   std::unique_ptr<FileLock> lock(std::u16string_view path) override;
   std::u16string link_target(std::u16string_view path) override;
-  void take_permissions(std::u16string_view path, std::u16string_view model, Permissions which) noexcept override;
+  void take_permissions(std::u16string_view path, std::u16string_view model, Permissions which) override;
   std::u16string temporary_folder() override;
   std::u16string absolute(std::u16string_view path) override;
 

@@ -73,8 +73,13 @@ void PendingFile::open() {
   // Before there is a file: what throws here is not followed by the destructor, which would remove it.
   buffer_ = std::make_unique_for_overwrite<char[]>(kBufferSize);
   file_ = ports().files->open(temporary_path_, Access::kCreateNew);
-  // Before the first byte, which others may not be allowed to read.
-  ports().files->take_permissions(temporary_path_, final_path_, Permissions::kAll);
+  try {
+    // Before the first byte, which others may not be allowed to read.
+    ports().files->take_permissions(temporary_path_, final_path_, Permissions::kAll);
+  } catch (...) {
+    discard();
+    throw;
+  }
 }
 
 void PendingFile::write_through(std::string_view bytes) {

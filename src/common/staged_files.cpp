@@ -229,12 +229,8 @@ std::u16string StagedFiles::link_target(std::u16string_view path) {
   return view_.entries.contains(real_.absolute(path)) ? std::u16string(path) : real_.link_target(path);
 }
 
-void StagedFiles::take_permissions(std::u16string_view path, std::u16string_view model, Permissions which) noexcept {
-  try {
-    real_.take_permissions(path_to_read(path), path_to_read(model), which);
-  } catch (const std::exception&) {
-    // Promised: no failure leaves this function.
-  }
+void StagedFiles::take_permissions(std::u16string_view path, std::u16string_view model, Permissions which) {
+  real_.take_permissions(path_to_read(path), path_to_read(model), which);
 }
 
 std::u16string StagedFiles::copy_into_scratch(const std::u16string& path) {

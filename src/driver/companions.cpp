@@ -1,7 +1,7 @@
 #include "driver/companions.h"
 
-#include "driver/file_types.h"
 #include "driver/document_files.h"
+#include "driver/file_types.h"
 
 namespace kavo {
 namespace {

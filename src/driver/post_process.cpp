@@ -7,6 +7,7 @@
 #include "common/clsCommon.h"
 #include "common/folder_run.h"
 #include "common/pending_file.h"
+#include "common/run_journal.h"
 #include "common/same_file.h"
 #include "driver/document_files.h"
 #include "driver/target_build.h"
@@ -19,6 +20,7 @@
 #include "office/clsXLSUtil.h"
 #include "office/rtf_insertion.h"
 #include "platform/failure.h"
+#include "platform/ports.h"
 #include "platform/unicode.h"
 
 namespace kavo {
@@ -65,13 +67,14 @@ std::u16string document_made_of(const TudName& name, std::u16string_view target,
 }
 
 PostProcessing::PostProcessing(const TudName& name, std::u16string target, std::u16string created,
-                               std::u16string language, std::u16string mark, FolderRun& run,
-                               const RunObserver& observer)
+                               std::u16string language, std::u16string mark, bool refuses_gaps,
+                               FolderRun& run, const RunObserver& observer)
     : name_(name),
       document_(document_made_of(name, target, language)),
       result_(std::move(created)),
       language_(std::move(language)),
       mark_(std::move(mark)),
+      refuses_gaps_(refuses_gaps),
       run_(run),
       observer_(observer) {}
 
@@ -101,6 +104,7 @@ bool PostProcessing::RestoreScripts() {
   scripts.HTMFile(result_);
   scripts.SCRFile(script);
   scripts.ASPFile(run_.scratch_path(file_name_of(document_)));
+  scripts.refuse_gaps(refuses_gaps_);
   const bool restored = scripts.HTML2ASP() == 0;
   observer_.tell_all_after_heading(scripts.ErrorList());
   if (restored)
@@ -144,7 +148,7 @@ bool PostProcessing::MergeMIF() {
   // Those that the preparation made have served their purpose; they are back when the run fails.
   for (const std::u16string_view side : kMifSides)
     if (const std::u16string prepared = mif_side_file(name_, side); merged && !is_same_file(prepared, document_))
-      clsCommon().DeleteFile(prepared);
+      remove_if_there(*ports().files, prepared);
   return merged;
 }
 

@@ -121,7 +121,8 @@ class Translation {
                                  observer_.message};
     std::u16string result = created;
     if (is_post_processed(source_format)) {
-      PostProcessing routes(name_, target_, created, language_, build.set_mark(), run, last_fifth);
+      PostProcessing routes(name_, target_, created, language_, build.set_mark(), request_.refuses_gaps, run,
+                            last_fifth);
       if (!routes.PostProcess()) return kNotPostProcessed;
       result = routes.result();
       target_ = routes.document();

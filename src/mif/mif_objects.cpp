@@ -8,11 +8,11 @@
 #include <string>
 
 #include "common/object_file_guard.h"
+#include "common/same_file.h"
 #include "mif/clsMIFUtilities.h"
 #include "mif/line_pieces.h"
 #include "mif/mif_messages.h"
 #include "mif/object_file.h"
-#include "platform/case_fold.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"
 
@@ -189,7 +189,7 @@ std::int16_t clsMIFUtilities::RemoveObjects() {
   FileSystem& files = *ports().files;
   std::int32_t step = kCannotReadMifFile;  // the message of what is being done
   try {
-    if (equal_ignoring_case(files.absolute(object_file_), files.absolute(mif_file_))) {
+    if (is_same_file(object_file_, mif_file_)) {
       add_message(kCannotWriteObjects, object_file_);
       return 1;
     }

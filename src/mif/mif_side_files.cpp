@@ -1,15 +1,16 @@
 // The side files: small MIF files of one text flow in which every table row is a paragraph. Its KAVOTag statement
 // carries the identity of the row, its String statement the text to translate.
+#include <algorithm>
 #include <charconv>
 #include <optional>
 
 #include "common/byte_scan.h"
 #include "common/pending_file.h"
+#include "common/same_file.h"
 #include "mif/clsMIFUtilities.h"
 #include "mif/mif_messages.h"
 #include "mif/mif_values.h"
 #include "mif/side_file.h"
-#include "platform/case_fold.h"
 #include "platform/ports.h"
 
 namespace kavo {
@@ -134,10 +135,7 @@ bool clsMIFUtilities::write_side_file(const SideFile& side, const SideFileHead& 
 
 // A side file must never take the place of a document of its own batch.
 bool clsMIFUtilities::is_source(std::u16string_view path) const {
-  const std::u16string absolute = ports().files->absolute(path);
-  for (const std::u16string& source : sources_)
-    if (equal_ignoring_case(source, absolute)) return true;
-  return false;
+  return std::ranges::any_of(sources_, [&](const std::u16string& source) { return is_same_file(source, path); });
 }
 
 namespace {

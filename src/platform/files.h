@@ -98,9 +98,9 @@ class FileSystem {
   // it could lead anywhere.
   virtual std::u16string link_target(std::u16string_view path) = 0;
   // Gives a file the permissions (chmod) and, where this user may, the owner (chown) of another one. The owner's right
-  // to write is not taken away. Nothing on Windows, where the folder hands rights down. Never throws: what cannot be
-  // given stays as it is.
-  virtual void take_permissions(std::u16string_view path, std::u16string_view model, Permissions which) noexcept = 0;
+  // to write is not taken away. Nothing on Windows, where the folder hands rights down, and where `model` does not exist.
+  // A volume without permissions and an owner that this user may not give are no failures.
+  virtual void take_permissions(std::u16string_view path, std::u16string_view model, Permissions which) = 0;
   virtual std::u16string temporary_folder() = 0;  // as GetTempPath answers; the trailing "\" is not promised
   virtual std::u16string absolute(std::u16string_view path) = 0;
 };

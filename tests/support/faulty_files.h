@@ -52,7 +52,7 @@ class FaultyFiles : public FileSystem {
   void set_read_only(std::u16string_view path, bool read_only) override;
   std::unique_ptr<FileLock> lock(std::u16string_view path) override { return inner_.lock(path); }
   std::u16string link_target(std::u16string_view path) override { return inner_.link_target(path); }
-  void take_permissions(std::u16string_view path, std::u16string_view model, Permissions which) noexcept override {
+  void take_permissions(std::u16string_view path, std::u16string_view model, Permissions which) override {
     inner_.take_permissions(path, model, which);
   }
   std::u16string temporary_folder() override { return inner_.temporary_folder(); }

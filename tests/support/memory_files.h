@@ -42,7 +42,7 @@ class MemoryFiles : public FileSystem {
   // Nobody else is there to be kept from a file.
   std::unique_ptr<FileLock> lock(std::u16string_view path) override;
   std::u16string link_target(std::u16string_view path) override { return std::u16string(path); }
-  void take_permissions(std::u16string_view, std::u16string_view, Permissions) noexcept override {}
+  void take_permissions(std::u16string_view, std::u16string_view, Permissions) override {}
   std::u16string temporary_folder() override { return temporary_folder_; }
   std::u16string absolute(std::u16string_view path) override;
 

@@ -252,8 +252,7 @@ class PosixFiles final : public FileSystem {
     }
   }
 
-  void take_permissions(std::u16string_view path, std::u16string_view model,
-                        Permissions which) noexcept override try {
+  void take_permissions(std::u16string_view path, std::u16string_view model, Permissions which) override {
     const std::string host = resolve(path);
     const std::optional<struct stat> old = status_of(resolve(model));
     const std::optional<struct stat> now = status_of(host);
@@ -262,9 +261,8 @@ class PosixFiles final : public FileSystem {
     if (!same_owner) static_cast<void>(::chown(host.c_str(), old->st_uid, old->st_gid) == 0);
     // Behind chown(2), which takes bits away.
     const mode_t wanted = (old->st_mode & (which == Permissions::kAll ? 07777 : 0666)) | S_IWUSR;
-    if (!same_owner || wanted != (now->st_mode & 07777)) static_cast<void>(::chmod(host.c_str(), wanted) == 0);
-  } catch (...) {
-    // Promised: no failure leaves this function, memory that runs out included.
+    if (same_owner && wanted == (now->st_mode & 07777)) return;
+    if (::chmod(host.c_str(), wanted) != 0 && errno != EPERM && errno != EOPNOTSUPP) throw_errno();
   }
 
   std::u16string temporary_folder() override {

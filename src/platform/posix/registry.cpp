@@ -7,6 +7,7 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <unistd.h>
 
 #include <array>
 #include <cerrno>
@@ -17,6 +18,7 @@
 #include "platform/failure.h"
 #include "platform/ports.h"
 #include "platform/posix/host.h"
+#include "platform/posix/paths.h"
 #include "platform/registry_tree.h"
 #include "platform/unicode.h"
 
@@ -181,6 +183,14 @@ RegistryTree load() {
   return tree;
 }
 
+// What programs that were killed have left beside the file. The caller holds the lock: nobody else is writing.
+void remove_leftovers() {
+  const std::string start = split_host_path(registry_file()).name + ".kavo-";
+  for_each_entry(config_folder(), [&](const char* name) {
+    if (std::string_view(name).starts_with(start)) ::unlink((config_folder() + "/" + name).c_str());
+  });
+}
+
 void save(RegistryTree& tree) {
   std::string bytes;
   try {
@@ -188,7 +198,10 @@ void save(RegistryTree& tree) {
   } catch (const Json::exception&) {
     throw failure(FailureNumber::kInvalidCall, u"The name of a registry key or value is not valid Unicode");
   }
-  about_settings("changed", [&] { replace_host_file(registry_file(), bytes + "\n"); });
+  about_settings("changed", [&] {
+    remove_leftovers();
+    replace_host_file(registry_file(), bytes + "\n");
+  });
 }
 
 class PosixRegistry final : public Registry {

@@ -243,7 +243,7 @@ class WindowsFileSystem final : public FileSystem {
     return from_wide(full.starts_with(kLong) ? full.substr(kLong.size()) : full);
   }
 
-  void take_permissions(std::u16string_view, std::u16string_view, Permissions) noexcept override {}
+  void take_permissions(std::u16string_view, std::u16string_view, Permissions) override {}
 
   std::u16string temporary_folder() override {
     wchar_t buffer[MAX_PATH + 1];
