@@ -1,8 +1,10 @@
 #include "cli/work_folder.h"
 
 #include <cstdio>
+#include <memory>
 #include <random>
 
+#include "common/work_folder_name.h"
 #include "platform/failure.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"
@@ -27,21 +29,50 @@ std::u16string from_filesystem(const fs::path& path) {
                 u"No temporary folder could be made: " + to_utf16(error ? error.message() : "every name is taken"));
 }
 
+// The folder's own mark: what has it, and nobody's lock, was left by a run that was killed.
+constexpr char kMark[] = "kavo.work";
+
+// Removes what killed runs of this user have left. What cannot be looked at or removed stays.
+void remove_abandoned_folders(const fs::path& parent) {
+  FileSystem& files = *ports().files;
+  const std::u16string folder = from_filesystem(parent);
+  try {
+    for (const std::u16string& name : files.find(folder + u"\\" + std::u16string(kWorkFolderStart) + u"*")) {
+      const std::u16string path = folder + u"\\" + name;
+      if (!is_work_folder_name(name) || !files.info(path + u"\\" + to_utf16(kMark))) continue;
+      std::unique_ptr<FileLock> lock;
+      try {
+        lock = files.lock(path);
+      } catch (const failure&) {
+        continue;  // its run is at work
+      }
+      std::error_code error;
+      fs::remove_all(to_filesystem(path), error);
+      if (!error) std::fprintf(stderr, "kavo: removed %s, which a run that was stopped had left\n", path_to_host(path).c_str());
+    }
+  } catch (const failure&) {
+    // The temporary folder cannot be listed: nothing of ours depends on it.
+  }
+}
+
 }  // namespace
 
 WorkFolder::WorkFolder() {
   const fs::path parent = to_filesystem(ports().files->temporary_folder());
+  remove_abandoned_folders(parent);
   std::random_device random;
   std::error_code error;
   for (int attempt = 0; attempt < 100; ++attempt) {
-    char name[32];
-    std::snprintf(name, sizeof name, "kavo-%08x", static_cast<unsigned>(random()));
-    path_ = parent / name;
+    char digits[kWorkFolderDigits + 1];
+    std::snprintf(digits, sizeof digits, "%08x", static_cast<unsigned>(random()));
+    path_ = parent / (to_utf8(kWorkFolderStart) + digits);
     if (!fs::create_directory(path_, error)) {
       if (error) break;
       continue;
     }
     fs::permissions(path_, fs::perms::owner_all, error);
+    lock_ = ports().files->lock(from_filesystem(path_));
+    ports().files->open(from_filesystem(path_ / kMark), Access::kCreate)->close();
     return;
   }
   throw_no_folder(error);

@@ -2,14 +2,18 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <string_view>
+
+#include "platform/files.h"
 
 namespace kavo {
 
 class WorkFolder {
  public:
-  // A new folder in the user's temporary one, for this user only where the system tells users apart. Throws `failure`.
+  // A new folder in the user's temporary one, for this user only where the system tells users apart. What killed runs
+  // have left there goes first, with a word on standard error. Throws `failure`.
   WorkFolder();
   ~WorkFolder();
   WorkFolder(const WorkFolder&) = delete;
@@ -20,6 +24,7 @@ class WorkFolder {
 
  private:
   std::filesystem::path path_;
+  std::unique_ptr<FileLock> lock_;
 };
 
 }  // namespace kavo

@@ -4,6 +4,7 @@
 #include <array>
 #include <utility>
 
+#include "common/work_folder_name.h"
 #include "platform/failure.h"
 #include "platform/unicode.h"
 #include "platform/wildcard.h"
@@ -42,8 +43,20 @@ bool StagedFiles::is_temporary(const std::u16string& path) const {
   return !temporary_folder_.empty() && equal_ignoring_case(folder_part(path), temporary_folder_);
 }
 
+// A work folder of the command's own goes with all that it holds. One that the run itself works in is a folder like any
+// other.
+bool StagedFiles::is_in_work_folder(const std::u16string& path) const {
+  if (temporary_folder_.empty() || path.size() <= temporary_folder_.size() ||
+      !equal_ignoring_case(path.substr(0, temporary_folder_.size()), temporary_folder_))
+    return false;
+  const std::size_t end = path.find(u'\\', temporary_folder_.size());
+  if (end == std::u16string::npos) return false;
+  const std::u16string folder = path.substr(0, end);
+  return is_work_folder_name(std::u16string_view(folder).substr(temporary_folder_.size())) && !lies_in(folder_, folder);
+}
+
 bool StagedFiles::passes_through(const std::u16string& path) const {
-  return lies_in(path, folder_) || is_temporary(path) ||
+  return lies_in(path, folder_) || is_temporary(path) || is_in_work_folder(path) ||
          std::ranges::any_of(borrowed_, [&](const std::u16string& name) { return equal_ignoring_case(name, path); });
 }
 

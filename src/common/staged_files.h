@@ -3,9 +3,9 @@
 //
 // A file that is written lies in the run's scratch folder, in a numbered folder there and under the last component of
 // its own name, so that other programs that read it learn the right name from it. A later write makes another scratch
-// file and never touches an older one: a copy of the view is all that it takes to go back to an earlier state. Three
+// file and never touches an older one: a copy of the view is all that it takes to go back to an earlier state. Four
 // kinds of names pass straight through: what lies in the scratch folder, files directly in the temporary folder (they
-// are noted), and names that the run has borrowed.
+// are noted), what lies in a work folder there, and names that the run has borrowed.
 #pragma once
 
 #include <cstddef>
@@ -79,6 +79,7 @@ class StagedFiles final : public FileSystem {
 
   bool passes_through(const std::u16string& path) const;
   bool is_temporary(const std::u16string& path) const;
+  bool is_in_work_folder(const std::u16string& path) const;
   // The path behind a view's name for reading: a scratch file, or the real one. Throws 53 for a name that is gone.
   std::u16string existing(std::u16string_view path) const;
   void check_replaceable(const std::u16string& path);

@@ -103,9 +103,13 @@ class Translation {
       return error;
     };
     if (!build.open()) return failed(kTudNotOpened);
-    if (build.has_source_changed())
-      observer_.tell({u"The document has changed since it was prepared: its translation is made of what it was then. Prepare "
-                      u"it again to have all of it"});
+    try {
+      if (build.has_source_changed()) tell_that_source_has_changed();
+    } catch (const failure& reason) {
+      if (reason.is(FailureNumber::kInterrupted)) throw;
+      error_text_ = reason.description();
+      return kTudNotOpened;
+    }
     tell_progress(15);
     if (!build.read_details()) return failed(kNoMergeDetails);
     const std::u16string& source_format = build.details().source_format;
@@ -228,6 +232,10 @@ class Translation {
     }
   }
 
+  void tell_that_source_has_changed() const {
+    observer_.tell({u"The document has changed since it was prepared: its translation is made of what it was then. Prepare "
+                    u"it again to have all of it"});
+  }
   void tell_progress(int percent) const { observer_.tell_progress(request_.tud, percent); }
 
   const TranslationRequest& request_;

@@ -31,9 +31,9 @@ std::u16string mark_of(std::span<const ProducedFile> files) {
   if (!files.empty() && files[0].file_type == kMifDocument) {
     set.clear();
     for (const std::u16string_view side : kMifSides) set.push_back(mif_side_file(TudName(files[0].file_name), side));
-    if (!std::ranges::all_of(set, is_file)) return u"";
   }
-  if (set.size() < 2) return u"";
+  // Without one of them there is no set: whoever needs it says so.
+  if (set.size() < 2 || !std::ranges::all_of(set, is_file)) return u"";
   std::uint64_t mark = kFnvSeed;
   for (const std::u16string& file : set) mark = fnv_add(mark, std::to_string(checksum_of_file(file)));
   return to_utf16(std::to_string(mark));

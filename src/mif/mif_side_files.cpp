@@ -96,11 +96,11 @@ bool clsMIFUtilities::write_side_file(const SideFile& side, const SideFileHead& 
     add_message(side.no_name);
     return false;
   }
-  if (is_source(path)) {
-    add_message(kSideFileIsSource, path);
-    return false;
-  }
   try {
+    if (is_source(path)) {
+      add_message(kSideFileIsSource, path);
+      return false;
+    }
     PendingFile file(path);
     file.write(head.lines);
     if (side.is_index) {

@@ -176,7 +176,7 @@ TEST_F(MifCommand, APlaceholderWithoutItsObjectStaysAndTheCommandFails) {
   EXPECT_EQ(inserted[0]["objects"], 1);
   EXPECT_EQ(inserted[0]["missing"], 1);
   EXPECT_EQ(inserted[0]["messages"][0]["number"], 3046);
-  EXPECT_EQ(folder.read(u"a.mif"), "a\r\n=GIF\r\n&x\r\n=EndInset\r\nb\r\n<KAVOObj 2>\r\n");
+  EXPECT_EQ(folder.read(u"a.mif"), "a\r\n<KAVOObj 1>\r\nb\r\n<KAVOObj 2>\r\n") << "as it was before the run";
   put(u"a.obj", objects);
   json({"mif", "insert-objects", a}, 0);
   EXPECT_EQ(folder.read(u"a.mif"), document);

@@ -93,8 +93,9 @@ TEST_F(PrepareGuard, AManualKeepsItsHiddenTextsWhenAnotherOneFollows) {
 
   EXPECT_EQ(prepare({second}, true).code, 0);
   const Ran rebuilt = run_kavo({"rebuild", path(u"ch1_mif_FR.tud")});
-  EXPECT_EQ(rebuilt.code, 0);
-  EXPECT_NE(rebuilt.errors.find("stay untranslated: 1"), std::string::npos) << rebuilt.errors;
+  EXPECT_EQ(rebuilt.code, 1) << "its hidden texts are those of another preparation";
+  EXPECT_NE(rebuilt.errors.find("does not come from the same preparation"), std::string::npos) << rebuilt.errors;
+  EXPECT_FALSE(folder.exists(u"ch1_FR.mif"));
 }
 
 TEST_F(PrepareGuard, DocumentsWhoseNamesDifferInLetterCaseOnlyAreRefused) {
