@@ -3,6 +3,7 @@
 #include "common/checksum.h"
 #include "common/clsCommon.h"
 #include "common/tud_names.h"
+#include "driver/file_types.h"
 #include "html/protected_pair.h"
 #include "platform/failure.h"
 #include "platform/ports.h"
@@ -49,6 +50,7 @@ void refuse_work_beside_page(const std::u16string& page) {
 }
 
 void refuse_work_beside_prepared_page(const std::u16string& page) {
+  if (const std::int32_t type = FileTypeOf(page); type != kHtmlPage && type != kServerPage) return;
   const ScriptNames names = names_of(page);
   if (work_beside_page(names).empty()) return;
   for (const std::u16string& file : {names.html, names.script})

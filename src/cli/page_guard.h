@@ -9,7 +9,7 @@ namespace kavo {
 // that was made of this page as it is now: it may hold somebody's work.
 void refuse_work_beside_page(const std::u16string& page);
 // The same, but files of which a bilingual document beside them was made, and that are still what they were then, may be
-// replaced, too: the page has changed since, and nobody has worked on them.
+// replaced, too: the page has changed since, and nobody has worked on them. Nothing for a document that is no page.
 void refuse_work_beside_prepared_page(const std::u16string& page);
 
 }  // namespace kavo

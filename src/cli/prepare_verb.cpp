@@ -3,6 +3,7 @@
 
 #include "cli/option_values.h"
 #include "cli/page_guard.h"
+#include "cli/prepared_documents.h"
 #include "cli/verb.h"
 #include "common/clsCommon.h"
 #include "common/tud_names.h"
@@ -41,7 +42,7 @@ class Prepare final : public Verb {
   void start() override {
     driver_.emplace();
     driver_->QuietMode(1);
-    driver_->batch(files);
+    driver_->batch(documents_among(files));
     if (!target_code_page_.empty())
       languages_.target_code_page = static_cast<std::int32_t>(code_page_number(target_code_page_));
     languages_.source = to_utf16(source_);
@@ -49,10 +50,10 @@ class Prepare final : public Verb {
   }
   std::u16string workplace(const std::u16string& file) const override { return file; }
   Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
+    if (const auto left_out = outcome_of_side_file(file)) return *left_out;
     if (!overwrite_) {
       for (const std::u16string& tud : bilingual_documents_of(file, languages_.target)) refuse_translated(tud);
-      if (const std::int32_t type = FileTypeOf(file); type == kHtmlPage || type == kServerPage)
-        refuse_work_beside_prepared_page(file);
+      refuse_work_beside_prepared_page(file);
       refuse_others_side_files(file);
     }
     Outcome outcome;

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "cli/memory_reserve.h"
+#include "common/folder_run.h"
 #include "platform/failure.h"
 #include "platform/unicode.h"
 
@@ -79,7 +80,9 @@ std::u16string WatchedFiles::in_host_form(std::u16string text) const {
 }
 
 void WatchedFiles::remember(std::u16string_view path) {
-  if (!path.empty() && !paths_.contains(path)) paths_.emplace(path);
+  if (path.empty() || paths_.contains(path)) return;
+  paths_.emplace(path);
+  paths_.insert(FolderRun::without_scratch_folder(path));
 }
 
 std::unique_ptr<File> WatchedFiles::open(std::u16string_view path, Access access) {

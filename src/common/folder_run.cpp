@@ -147,6 +147,7 @@ class FolderRun::Work {
         staged_(files_, folder_,
                 {[this] { make_folder(); }, [this](std::u16string_view path) { note_temporary_file(path); }}) {
     take_folder(folder_of(document));
+    bring_back_document();
     ports().files = &staged_;
   }
   ~Work() {
@@ -233,6 +234,14 @@ class FolderRun::Work {
     std::u16string folder;
     std::unique_ptr<FileLock> lock;
   };
+
+  // Earlier versions set a document aside under this name while they replaced it; one that was killed left it there.
+  void bring_back_document() {
+    const std::u16string aside = document_ + u".kavo-old";
+    if (files_.info(document_) || !files_.info(aside)) return;
+    about(document_, [&] { files_.rename_file(aside, document_); });
+    if (report_) report_(text_of(document_) + u" was missing; it is back from " + text_of(aside));
+  }
 
   void make_folder() {
     if (has_folder_) return;

@@ -48,6 +48,14 @@ bool TudName::is_taken_along() const {
   });
 }
 
+bool is_mif_side_file(std::u16string_view path) {
+  return std::ranges::any_of(kMifSides, [&](std::u16string_view side) {
+    const std::u16string name = std::u16string(side) + u".mif";
+    return path.size() >= name.size() && equal_ignoring_ascii_case(path.substr(path.size() - name.size()), name) &&
+           (path.size() == name.size() || path[path.size() - name.size() - 1] == u'\\');
+  });
+}
+
 std::u16string mif_side_file(const TudName& name, std::u16string_view side) {
   return name.folder() + std::u16string(side) + u".mif";
 }

@@ -40,6 +40,8 @@ class TudName {
 
 // The side files of a MIF document: index, cross-references, variables.
 inline constexpr std::u16string_view kMifSides[] = {u"KAVO_ix", u"KAVO_xr", u"KAVO_va"};
+// Whether a file of this name holds the hidden texts of the MIF documents of its folder.
+bool is_mif_side_file(std::u16string_view path);
 std::u16string mif_side_file(const TudName& name, std::u16string_view side);
 std::u16string mif_side_tud(const TudName& name, std::u16string_view side);
 

@@ -94,6 +94,40 @@ TEST_F(DocumentSetCommand, AFailedPreparationLeavesTheOldDocuments) {
   EXPECT_FALSE(folder.exists(u".kavo-run"));
 }
 
+TEST_F(DocumentSetCommand, AllMifDocumentsOfAFolderArePreparedTwice) {
+  const auto manual = [](const std::string& text) {
+    return "<MIFFile 7.00>\n<VariableFormats \n <VariableFormat \n  <VariableName `V'>\n  <VariableDef `" + text +
+           "'>\n >\n>\n<TextFlow \n <Para \n  <ParaLine \n   <String `Text'>\n  >\n >\n>\n";
+  };
+  std::vector<std::string> arguments{"prepare", "--source", "EN-US", "--target", "FR"};
+  arguments.push_back(path_to_host(folder.write(u"ch1.mif", manual("Apple"))));
+  arguments.push_back(path_to_host(folder.write(u"ch2.mif", manual("Pear"))));
+  ASSERT_EQ(run_kavo(arguments).code, 0);
+  const std::string variables = folder.read(u"KAVO_va.mif");
+  for (const char16_t* side : {u"KAVO_ix.mif", u"KAVO_va.mif", u"KAVO_xr.mif"}) arguments.push_back(path(side));
+  const Ran again = run_kavo(arguments);
+  EXPECT_EQ(again.code, 0) << again.errors;
+  EXPECT_NE(again.errors.find("left out"), std::string::npos) << again.errors;
+  EXPECT_EQ(folder.read(u"KAVO_va.mif"), variables);
+  EXPECT_FALSE(folder.exists(u"KAVO_va.mif.kavo.bak"));
+}
+
+TEST_F(DocumentSetCommand, APageThatSomebodyWorkedOnIsReplacedOnlyOnRequest) {
+  const std::string page = path_to_host(folder.write(u"x.htm", "<html><body><p>Hello</p></body></html>\r\n"));
+  for (const char* verb : {"prepare", "preprocess"}) {
+    folder.write(u"x_htm.htm", "my own page");
+    std::vector<std::string> arguments{verb, page};
+    if (arguments[0] == "prepare") arguments.insert(arguments.end(), {"--source", "EN-US", "--target", "FR"});
+    const Ran refused = run_kavo(arguments);
+    EXPECT_EQ(refused.code, 1) << verb;
+    EXPECT_NE(refused.errors.find(path(u"x_htm.htm")), std::string::npos) << refused.errors;
+    EXPECT_EQ(folder.read(u"x_htm.htm"), "my own page");
+    arguments.emplace_back("--overwrite");
+    EXPECT_EQ(run_kavo(arguments).code, 0) << verb;
+    EXPECT_NE(folder.read(u"x_htm.htm"), "my own page");
+  }
+}
+
 TEST_F(DocumentSetCommand, WhatAKilledRunLeftIsClearedUpAndSaid) {
   const std::string page = path_to_host(folder.write(u"index.asp", kPage));
   folder.write(u".kavo-run\\journal", std::string("KAVO run 1\0working\0end\0", 23));

@@ -170,6 +170,18 @@ TEST_F(FolderRunTest, FilesInTheTemporaryFolderGoWithTheRun) {
   EXPECT_EQ(files.all_files().size(), 1u);
 }
 
+TEST_F(FolderRunTest, ADocumentThatWasSetAsideAndNeverReplacedComesBack) {
+  files.remove_file(kPage);
+  files.put(u"C:\\WORK\\page.htm.kavo-old", "the only copy");
+  { FolderRun run(kPage, report()); }
+  EXPECT_EQ(files.get(kPage), "the only copy");
+  EXPECT_EQ(reports.size(), 1u);
+  files.put(u"C:\\WORK\\page.htm.kavo-old", "another");
+  { FolderRun run(kPage, report()); }
+  EXPECT_EQ(files.get(kPage), "the only copy") << "a document that is there stays";
+  EXPECT_TRUE(files.has(u"C:\\WORK\\page.htm.kavo-old"));
+}
+
 TEST_F(FolderRunTest, AFolderThatIsNotThere) {
   EXPECT_EQ(failure_number([] { FolderRun run(u"C:\\nowhere\\page.htm"); }), 76);
 }

@@ -1,0 +1,17 @@
+// Which of the files that a command line names are documents to prepare.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "cli/verb.h"
+
+namespace kavo {
+
+// The files without the side files of MIF documents: "*.mif" names those, too, once the documents were prepared.
+std::vector<std::u16string> documents_among(const std::vector<std::u16string>& files);
+// The outcome of a side file: it is left out, with a message. Nothing for a document.
+std::optional<Outcome> outcome_of_side_file(const std::u16string& file);
+
+}  // namespace kavo
