@@ -22,6 +22,7 @@ documents=0
 objects=0
 failed=0
 for document in "$corpus"/*.rtf; do
+  rm -f "$folder/a.obj"  # the objects of the document before
   cp "$document" "$folder/a.rtf"
   chmod u+w "$folder/a.rtf"
   words a.rtf > "$folder/before"
