@@ -89,6 +89,8 @@ std::u16string StagedFiles::path_to_read(std::u16string_view path) const {
 std::u16string StagedFiles::path_to_write(std::u16string_view path) {
   const std::u16string whole = real_.absolute(path);
   if (passes_through(whole)) return whole;
+  if (const auto old = info(whole); old && old->is_folder)
+    throw failure(FailureNumber::kPathFileAccess, whole + u" is a folder");
   std::u16string place = scratch_path(name_part(whole));
   set(whole, place);
   return place;

@@ -46,7 +46,8 @@ class StagedFiles final : public FileSystem {
 
   // The real path under which other modules and programs read a file of the view; the path itself for a real one.
   std::u16string path_to_read(std::u16string_view path) const;
-  // The same for a file that they are to write: what they put there is the new file of that name.
+  // The same for a file that they are to write: what they put there is the new file of that name. Throws `failure` 75
+  // for a folder.
   std::u16string path_to_write(std::u16string_view path);
   // A free place in the scratch folder with this last component.
   std::u16string scratch_path(std::u16string_view name);

@@ -117,6 +117,8 @@ TEST_F(FolderRunTest, FilesOfOtherPrograms) {
   files.put(made, "theirs");
   EXPECT_EQ(read(kScript), "theirs");
   run.path_to_write(u"C:\\WORK\\never_made.txt");
+  files.add_folder(u"C:\\WORK\\folder");
+  EXPECT_EQ(failure_number([&] { run.path_to_write(u"C:\\WORK\\folder"); }), 75);
   run.commit();
   EXPECT_EQ(files.get(kScript), "theirs");
   EXPECT_FALSE(files.has(u"C:\\WORK\\never_made.txt"));

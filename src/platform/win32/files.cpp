@@ -33,9 +33,11 @@ bool is_folder(const std::wstring& path) {
   throw system_failure(code);
 }
 
-// Whether a failing look at a path means that nothing is there; any other error leaves that open.
+// Whether a failing look at a path means that nothing is there, as under a name that cannot be; any other error leaves
+// that open.
 bool means_absent(DWORD code) {
-  return code == ERROR_FILE_NOT_FOUND || code == ERROR_PATH_NOT_FOUND || code == ERROR_DIRECTORY;
+  return code == ERROR_FILE_NOT_FOUND || code == ERROR_PATH_NOT_FOUND || code == ERROR_DIRECTORY ||
+         code == ERROR_INVALID_NAME;
 }
 
 std::optional<FileIdentity> identity_of(const std::wstring& path) {
