@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <memory>
 #include <random>
+#include <set>
 
 #include "common/work_folder_name.h"
 #include "platform/failure.h"
@@ -32,14 +33,21 @@ std::u16string from_filesystem(const fs::path& path) {
 // The folder's own mark: what has it, and nobody's lock, was left by a run that was killed.
 constexpr char kMark[] = "kavo.work";
 
+// The folders of this process that are in use. A lock does not tell: the thread that has it gets it once more on Windows.
+std::set<std::u16string>& folders_in_use() {
+  static std::set<std::u16string> folders;
+  return folders;
+}
+
 // Removes what killed runs of this user have left. What cannot be looked at or removed stays.
 void remove_abandoned_folders(const fs::path& parent) {
   FileSystem& files = *ports().files;
-  const std::u16string folder = from_filesystem(parent);
+  std::u16string folder = from_filesystem(parent);
+  if (!folder.ends_with(u'\\')) folder += u'\\';
   try {
-    for (const std::u16string& name : files.find(folder + u"\\" + std::u16string(kWorkFolderStart) + u"*")) {
-      const std::u16string path = folder + u"\\" + name;
-      if (!is_work_folder_name(name) || !files.info(path + u"\\" + to_utf16(kMark))) continue;
+    for (const std::u16string& name : files.find(folder + std::u16string(kWorkFolderStart) + u"*")) {
+      const std::u16string path = folder + name;
+      if (!is_work_folder_name(name) || folders_in_use().contains(name) || !files.info(path + u"\\" + to_utf16(kMark))) continue;
       std::unique_ptr<FileLock> lock;
       try {
         lock = files.lock(path);
@@ -72,6 +80,7 @@ WorkFolder::WorkFolder() {
     }
     fs::permissions(path_, fs::perms::owner_all, error);
     lock_ = ports().files->lock(from_filesystem(path_));
+    folders_in_use().insert(from_filesystem(path_.filename()));
     ports().files->open(from_filesystem(path_ / kMark), Access::kCreate)->close();
     return;
   }
@@ -81,6 +90,7 @@ WorkFolder::WorkFolder() {
 WorkFolder::~WorkFolder() {
   std::error_code ignored;
   fs::remove_all(path_, ignored);
+  folders_in_use().erase(from_filesystem(path_.filename()));
 }
 
 std::u16string WorkFolder::make(std::string_view name) const {
