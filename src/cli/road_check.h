@@ -45,7 +45,7 @@ struct RoadResult {
   bool was_repaired = false;
   std::optional<FileDifference> difference;  // line and column of the source
   std::vector<RoadFinding> findings;
-  // Of a MIF document with others: its test translation together with theirs against that of the document alone.
+  // Where the test translation of a MIF document differs when it is prepared together with the others of its folder.
   std::optional<FileDifference> book_difference;
 
   bool survives() const {

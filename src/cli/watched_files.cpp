@@ -53,7 +53,7 @@ class WatchedFile final : public File {
   std::u16string path_;
 };
 
-// Puts `with` in the place of each `what` that is no part of a longer path.
+// Replaces `what` by `with`, except where it is part of a longer path.
 void replace_paths(std::u16string& text, const std::u16string& what, const std::u16string& with) {
   for (std::size_t at = 0; (at = text.find(what, at)) != std::u16string::npos;) {
     const std::size_t end = at + what.size();

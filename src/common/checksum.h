@@ -1,4 +1,4 @@
-// The checksum of a file, by which documents that do not belong together are told apart. It is stored in bilingual
+// The checksum of a file, which shows whether documents belong together. It is stored in bilingual
 // documents and skeletons: its values must stay.
 #pragma once
 

@@ -35,7 +35,7 @@ class TargetBuild {
   // `failure` 53 when it made no file.
   void create_target(const std::u16string& target, const std::u16string& language) const;
 
-  // Of the opened document.
+  // Both ask the document that open() has opened.
   std::u16string set_mark() { return document_.set_mark(); }
   bool has_source_changed() { return document_.has_source_changed(); }
   const MergeDetails& details() const { return details_; }

@@ -31,7 +31,8 @@ struct FilterRun {
 // living K19FPWObj. Throws `failure` 18 when the user interrupts.
 //
 // The documents carry a common mark, and the name and checksum of `author_document`, of which the files were prepared
-// ("" when that is not known), where the suite can keep them: so that documents of different preparations are told apart.
+// ("" when that is not known), where the suite can keep them. A set that is
+// mixed from two preparations can so be recognised.
 FilterRun convert_produced_files(std::span<ProducedFile> files, const RunLanguages& languages,
                                  std::u16string_view author_document = {}, const RunObserver& observer = {});
 

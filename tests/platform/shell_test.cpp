@@ -57,7 +57,7 @@ TEST(ShellTest, MissingFileCannotBeOpened) {
 }
 
 TEST(ShellTest, ProgramIsStartedWithItsArgumentsAsTheyAre) {
-  if (!is_native()) GTEST_SKIP() << "uses a script of the native host";
+  if (!is_native()) GTEST_SKIP() << "the test program is a shell script, which Windows cannot start";
   const ScriptFolder folder;
   folder.temp.write(u"a document.txt", "content");
   ports().shell->start(folder.temp.path(u"SCRIPT"),
@@ -67,7 +67,7 @@ TEST(ShellTest, ProgramIsStartedWithItsArgumentsAsTheyAre) {
 }
 
 TEST(ShellTest, ProgramIsRunWithTheLineOfItsParameters) {
-  if (!is_native()) GTEST_SKIP() << "uses a script of the native host";
+  if (!is_native()) GTEST_SKIP() << "the test program is a shell script, which Windows cannot start";
   const struct {
     const char* name;
     std::u16string_view parameters;
@@ -86,7 +86,7 @@ TEST(ShellTest, ProgramIsRunWithTheLineOfItsParameters) {
 }
 
 TEST(ShellTest, ExistingFileIsHandedOverInTheHostsForm) {
-  if (!is_native()) GTEST_SKIP() << "uses a script of the native host";
+  if (!is_native()) GTEST_SKIP() << "the test program is a shell script, which Windows cannot start";
   const ScriptFolder folder;
   const std::u16string file = folder.temp.write(u"A Document.txt", "content");
   ports().shell->run(folder.temp.path(u"SCRIPT"), u"\"" + folder.temp.path(u"a document.TXT") + u"\"");

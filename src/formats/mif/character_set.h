@@ -9,7 +9,7 @@ namespace kavo::maker {
 
 struct CodedCharacter {
   unsigned char code;     // below 0x20, or 0x80 and above
-  char16_t character;     // 0 for a code that is no character of the text, such as a line break
+  char16_t character;     // 0 for a code that stands for no text, such as a line break
   std::string_view name;  // in a `Char` statement; "" when it has none
 };
 
