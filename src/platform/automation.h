@@ -121,9 +121,9 @@ class AutomationSession {
 
 using ObjectFactory = std::function<ObjectRef()>;
 // Makes an identifier known to the process's own table of factories, so that a program can bring components without
-// registering them. On Windows the table is asked when the identifier is not registered with COM: a component that a
-// host has registered is preferred. The identifier ignores case; a second
-// registration replaces the first, an empty factory takes it away. For all threads.
+// registering them. It is asked first: a program works with the components that it was built with, whatever the
+// machine has registered under their identifiers. The identifier ignores case; a second registration replaces the
+// first, an empty factory takes it away. For all threads.
 void register_factory(std::u16string_view programmatic_identifier, ObjectFactory factory);
 // The factory of an identifier, empty when there is none; for adapters.
 ObjectFactory find_factory(std::u16string_view programmatic_identifier);

@@ -216,6 +216,12 @@ TEST(AutomationTest, ComponentOfTheProgramIsCreated) {
   EXPECT_EQ(as_number(second->get(u"Count")), 0) << "each call makes a new object";
 }
 
+TEST(AutomationTest, ComponentOfTheProgramComesBeforeARegisteredOne) {
+  // Every Windows has a component of this name.
+  const FactoryScope scope(u"Scripting.Dictionary", [] { return std::make_shared<Counter>(); });
+  EXPECT_TRUE(ports().automation->create(u"Scripting.Dictionary")->has_member(u"Fail"));
+}
+
 TEST(AutomationTest, LaterRegistrationReplacesAndAnEmptyOneRemoves) {
   const FactoryScope scope(u"KavoTest.Counter", [] { return ObjectRef(); });
   register_factory(u"KAVOTEST.Counter", [] { return std::make_shared<Counter>(); });

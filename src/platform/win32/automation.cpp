@@ -1,5 +1,4 @@
-// Components by programmatic identifier through the system's automation, then through the program's own table: a
-// component that a host has registered under an identifier is preferred to the one that this program brings along.
+// Components by programmatic identifier: those of the program's own table, then those that the system has registered.
 #include "platform/automation.h"
 
 #include <windows.h>
@@ -26,12 +25,9 @@ void check_created(HRESULT result, std::u16string_view name) {
 class WindowsAutomation final : public Automation {
  public:
   ObjectRef create(std::u16string_view programmatic_identifier) override {
+    if (const ObjectFactory factory = find_factory(programmatic_identifier)) return factory();
     CLSID class_id;
-    const HRESULT registered = CLSIDFromProgID(to_wide(programmatic_identifier).c_str(), &class_id);
-    if (FAILED(registered)) {
-      if (const ObjectFactory factory = find_factory(programmatic_identifier)) return factory();
-      check_created(registered, programmatic_identifier);
-    }
+    check_created(CLSIDFromProgID(to_wide(programmatic_identifier).c_str(), &class_id), programmatic_identifier);
     unique_interface<IDispatch> dispatch;
     check_created(CoCreateInstance(class_id, nullptr, CLSCTX_INPROC_SERVER | CLSCTX_LOCAL_SERVER, IID_IDispatch,
                                    reinterpret_cast<void**>(dispatch.put())),
