@@ -39,6 +39,18 @@ Function Appears(name)
   Appears = files.FileExists(name)
 End Function
 
+' The program that wrote the file may still have it open.
+Sub DeleteSoon(name)
+  Dim start
+  start = Timer
+  On Error Resume Next
+  Do
+    Err.Clear
+    files.DeleteFile name
+  Loop Until Err.Number = 0 Or Timer - start > 10
+  Check "deleted " & name, Err.Number, 0
+End Sub
+
 ' "C:\x\page_asp.htm" to "C:\x\page_asp_htm_FR.tud".
 Function TudName(name)
   TudName = folder & "\" & files.GetBaseName(name) & "_" & files.GetExtensionName(name) & "_FR.tud"
@@ -97,7 +109,7 @@ For Each preview In Array(0, 1, 2, 3, -1, -2, -256)
     End If
     If preview = 1 Or preview = 2 Then
       Check "opened for preview " & preview, Appears(target & ".opened"), True
-      files.DeleteFile target & ".opened"
+      DeleteSoon target & ".opened"
     Else
       Check "not opened for preview " & preview, files.FileExists(target & ".opened"), False
     End If
