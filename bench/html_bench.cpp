@@ -6,7 +6,7 @@
 #include <fstream>
 #include <string>
 
-#include "html/clsASP2HTML.h"
+#include "html/scripts/clsASP2HTML.h"
 #include "page_maker.h"
 #include "platform/files.h"
 

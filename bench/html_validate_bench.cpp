@@ -5,7 +5,7 @@
 #include <fstream>
 #include <string>
 
-#include "html/clsHTMLValidate.h"
+#include "html/repair/clsHTMLValidate.h"
 #include "page_maker.h"
 #include "platform/files.h"
 

@@ -19,14 +19,24 @@ if(WIN32)
   endif()
 endif()
 
-# kavo_room(<name> [DEPENDS <room>...] [LIBRARIES <library>...] [SOURCES <file>...])
-# A static library of every .cpp of the folder itself; sub-folders hold adapters, which the caller adds as SOURCES.
+# kavo_may_include(<name> <room>...): the include rule of a folder below src. A test reads it (tests/rooms).
+function(kavo_may_include name)
+  string(JOIN " " rooms ${name} ${ARGN})
+  set_property(GLOBAL APPEND PROPERTY KAVO_INCLUDE_RULE "${rooms}")
+endfunction()
+
+# kavo_room(<name> [DEPENDS <room>...] [FOLDERS <folder>...] [LIBRARIES <library>...] [SOURCES <file>...])
+# A static library of every .cpp of the folder itself and of these of its sub-folders. Other sub-folders hold adapters,
+# which the caller adds as SOURCES.
 function(kavo_room name)
-  cmake_parse_arguments(ROOM "" "" "DEPENDS;LIBRARIES;SOURCES" ${ARGN})
-  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  cmake_parse_arguments(ROOM "" "" "DEPENDS;FOLDERS;LIBRARIES;SOURCES" ${ARGN})
+  set(patterns ${ROOM_FOLDERS})
+  list(TRANSFORM patterns REPLACE "(.+)" "${CMAKE_CURRENT_SOURCE_DIR}/\\1/*.cpp")
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp ${patterns})
   list(APPEND sources ${ROOM_SOURCES})
   add_library(kavo_${name} STATIC ${sources})
   set_target_properties(kavo_${name} PROPERTIES POSITION_INDEPENDENT_CODE ON)
+  kavo_may_include(${name} ${ROOM_DEPENDS})
   list(TRANSFORM ROOM_DEPENDS PREPEND kavo_)
   target_link_libraries(kavo_${name} PUBLIC kavo_options ${ROOM_DEPENDS} ${ROOM_LIBRARIES})
 endfunction()

@@ -1,8 +1,8 @@
 // kavo edit: what the editor launcher does.
 #include "cli/verb.h"
 #include "platform/ports.h"
-#include "suite/bilingual_document.h"
-#include "suite/editor_launcher.h"
+#include "suite/components/editor_launcher.h"
+#include "suite/document/bilingual_document.h"
 
 namespace kavo {
 namespace {

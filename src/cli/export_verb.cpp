@@ -1,7 +1,6 @@
 // kavo export: bilingual documents for XLIFF editors.
 #include <memory>
 
-#include "cli/document_set.h"
 #include "cli/verb.h"
 #include "common/clsCommon.h"
 #include "common/pending_file.h"
@@ -10,8 +9,9 @@
 #include "platform/files.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"
-#include "suite/bilingual_document.h"
-#include "suite/xliff_package.h"
+#include "suite/document/bilingual_document.h"
+#include "suite/document/xliff_package.h"
+#include "workflow/document_set.h"
 
 namespace kavo {
 namespace {

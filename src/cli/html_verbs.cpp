@@ -1,14 +1,14 @@
 // kavo html ...: the converters of HTML and server pages, each alone.
-#include "cli/page_guard.h"
 #include "cli/report.h"
 #include "cli/verb.h"
-#include "driver/file_types.h"
 #include "driver/document_files.h"
-#include "html/clsASP2HTML.h"
-#include "html/clsHTMLValidate.h"
+#include "driver/file_types.h"
+#include "html/repair/clsHTMLValidate.h"
+#include "html/scripts/clsASP2HTML.h"
 #include "platform/files.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"
+#include "workflow/page_guard.h"
 
 namespace kavo {
 namespace {

@@ -1,12 +1,12 @@
 // kavo import: the translations that an editor handed back.
 #include "cli/counted.h"
-#include "cli/translation_import.h"
 #include "cli/verb.h"
-#include "cli/work_folder.h"
 #include "platform/failure.h"
 #include "platform/files.h"
 #include "platform/unicode.h"
-#include "suite/xliff_package.h"
+#include "suite/document/xliff_package.h"
+#include "workflow/translation_import.h"
+#include "workflow/work_folder.h"
 
 namespace kavo {
 namespace {

@@ -3,7 +3,7 @@
 #include "platform/code_page.h"
 #include "platform/failure.h"
 #include "platform/unicode.h"
-#include "suite/language_tags.h"
+#include "suite/languages/language_tags.h"
 
 namespace kavo {
 

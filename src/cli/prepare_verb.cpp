@@ -2,7 +2,6 @@
 #include <algorithm>
 
 #include "cli/option_values.h"
-#include "cli/page_guard.h"
 #include "cli/prepared_documents.h"
 #include "cli/verb.h"
 #include "common/clsCommon.h"
@@ -10,13 +9,14 @@
 #include "driver/K19FPWObj.h"
 #include "driver/bilingual_names.h"
 #include "driver/file_types.h"
-#include "driver/wizard_run.h"
+#include "driver/filter_run.h"
 #include "platform/case_fold.h"
 #include "platform/failure.h"
 #include "platform/files.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"
-#include "suite/bilingual_document.h"
+#include "suite/document/bilingual_document.h"
+#include "workflow/page_guard.h"
 
 namespace kavo {
 namespace {

@@ -1,9 +1,9 @@
 // kavo preprocess: what a host does with the automation object, one document after the other. The MIF documents of a
 // folder are one batch, as their side files are.
-#include "cli/page_guard.h"
 #include "cli/prepared_documents.h"
 #include "cli/verb.h"
 #include "driver/K19FPWObj.h"
+#include "workflow/page_guard.h"
 
 namespace kavo {
 namespace {

@@ -1,6 +1,6 @@
 // kavo pseudo: a readable test translation.
 #include "cli/verb.h"
-#include "suite/pseudo_translation.h"
+#include "suite/document/pseudo_translation.h"
 
 namespace kavo {
 namespace {

@@ -1,7 +1,5 @@
 // kavo rebuild: the translated document of a bilingual one.
 #include "cli/colours.h"
-#include "cli/scratch_registry.h"
-#include "cli/unpacked_package.h"
 #include "cli/verb.h"
 #include "common/clsCommon.h"
 #include "common/pending_file.h"
@@ -16,8 +14,10 @@
 #include "platform/files.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"
-#include "suite/language_tags.h"
-#include "suite/xliff_package.h"
+#include "suite/document/xliff_package.h"
+#include "suite/languages/language_tags.h"
+#include "workflow/scratch_registry.h"
+#include "workflow/unpacked_package.h"
 
 namespace kavo {
 namespace {

@@ -6,7 +6,7 @@
 #include "cli/output.h"
 #include "common/clsCommon.h"
 #include "driver/file_types.h"
-#include "html/clsHTMLValidate.h"
+#include "html/repair/clsHTMLValidate.h"
 #include "platform/files.h"
 #include "platform/unicode.h"
 #include "resources/string_table.h"

@@ -8,7 +8,7 @@
 #include "mif/mif_settings.h"
 #include "platform/failure.h"
 #include "platform/unicode.h"
-#include "suite/editor_launcher.h"
+#include "suite/components/editor_launcher.h"
 
 namespace kavo {
 namespace {

@@ -4,8 +4,8 @@
 #include "cli/verb.h"
 #include "common/clsCommon.h"
 #include "platform/unicode.h"
-#include "suite/bilingual_document.h"
-#include "suite/word_count.h"
+#include "suite/document/bilingual_document.h"
+#include "suite/document/word_count.h"
 
 namespace kavo {
 namespace {

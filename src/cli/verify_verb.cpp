@@ -7,13 +7,13 @@
 #include "cli/counted.h"
 #include "cli/option_values.h"
 #include "cli/report.h"
-#include "cli/road_check.h"
 #include "cli/verb.h"
 #include "common/clsCommon.h"
 #include "driver/file_types.h"
 #include "platform/failure.h"
 #include "platform/files.h"
 #include "platform/unicode.h"
+#include "workflow/road_check.h"
 
 namespace kavo {
 namespace {
@@ -169,8 +169,7 @@ nlohmann::ordered_json details_of(const RoadResult& result, const std::string& f
   if (result.unchanged_failure) details["unchanged_reason"] = message_text(*result.unchanged_failure, file);
   if (result.difference) details["difference"] = listed(*result.difference);
   if (result.book_difference) details["together"] = listed(*result.book_difference);
-  details["translated"] =
-      result.translated_failure ? "failed" : (result.findings.empty() ? "same" : "different");
+  details["translated"] = result.translated_failure ? "failed" : (result.findings.empty() ? "same" : "different");
   if (result.translated_failure) details["translated_reason"] = message_text(*result.translated_failure, file);
   details["findings"] = ordered_json::array();
   for (const RoadFinding& finding : result.findings)

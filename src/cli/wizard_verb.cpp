@@ -9,7 +9,7 @@
 #include "platform/ports.h"
 #include "platform/unicode.h"
 #include "resources/string_table.h"
-#include "suite/editor_launcher.h"
+#include "suite/components/editor_launcher.h"
 #include "ui/frmProgress.h"
 #include "ui/system_presenter.h"
 

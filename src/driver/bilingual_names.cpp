@@ -3,7 +3,7 @@
 #include "common/tud_names.h"
 #include "driver/file_types.h"
 #include "driver/tud_name.h"
-#include "html/script_names.h"
+#include "html/scripts/script_names.h"
 
 namespace kavo {
 

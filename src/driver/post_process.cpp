@@ -11,7 +11,7 @@
 #include "common/same_file.h"
 #include "driver/document_files.h"
 #include "driver/target_build.h"
-#include "html/clsASP2HTML.h"
+#include "html/scripts/clsASP2HTML.h"
 #include "mif/clsMIFUtilities.h"
 #include "mif/object_file.h"
 #include "office/clsDOC2RTF.h"
@@ -67,8 +67,8 @@ std::u16string document_made_of(const TudName& name, std::u16string_view target,
 }
 
 PostProcessing::PostProcessing(const TudName& name, std::u16string target, std::u16string created,
-                               std::u16string language, std::u16string mark, bool refuses_gaps,
-                               FolderRun& run, const RunObserver& observer)
+                               std::u16string language, std::u16string mark, bool refuses_gaps, FolderRun& run,
+                               const RunObserver& observer)
     : name_(name),
       document_(document_made_of(name, target, language)),
       result_(std::move(created)),
@@ -205,9 +205,10 @@ void PostProcessing::rebuild(const std::u16string& tud, const std::u16string& fi
   check(build.open());
   if (build.set_mark() != mark_)
     throw failure(FailureNumber::kInvalidCall,
-                  tud + u" does not come from the same preparation as the document that it belongs to: their texts would "
-                        u"come into the wrong places. Prepare the document again, or put the documents of one "
-                        u"preparation together");
+                  tud +
+                      u" does not come from the same preparation as the document that it belongs to: their texts would "
+                      u"come into the wrong places. Prepare the document again, or put the documents of one "
+                      u"preparation together");
   check(build.read_details());
   check(build.save_open_tag(std::nullopt));
   check(build.locate_skeleton());

@@ -1,134 +1,173 @@
 #include "driver/wizard_run.h"
 
 #include <algorithm>
-#include <vector>
 
-#include "common/checksum.h"
-#include "common/folder_run.h"
-#include "common/tud_names.h"
-#include "driver/file_types.h"
+#include "common/clsCommon.h"
+#include "common/trimmed.h"
 #include "driver/document_files.h"
-#include "driver/tud_component.h"
-#include "driver/tud_name.h"
+#include "driver/file_types.h"
+#include "driver/filter_run.h"
 #include "platform/failure.h"
-#include "platform/fnv_hash.h"
 #include "platform/ports.h"
+#include "platform/program_folder.h"
 #include "platform/unicode.h"
+#include "resources/string_table.h"
+#include "ui/frmProgress.h"
+#include "ui/frmWizard.h"
 
 namespace kavo {
 namespace {
 
-constexpr std::int32_t kFirstFilterFailure = 200;
-constexpr std::int32_t kNeedsNoTranslation = 1;
-constexpr std::int32_t kWholeMatch = 100;
+enum WizardBits : std::int32_t { kEditorButton = 1, kEditorAfterFailure = 2, kOfferLastMemory = 4 };
+enum WizardResult : std::int32_t { kDone = 0, kCancelled = 1, kUnknownType = 2, kPreparationFailed = 100 };
 
-// What the documents of one preparation have in common: the checksums of the files that belong together. "" for a
-// document that stands alone.
-std::u16string mark_of(std::span<const ProducedFile> files) {
-  std::vector<std::u16string> set;
-  for (const ProducedFile& file : files) set.push_back(file.file_name);
-  // The MIF documents of a folder share their side files, however many of them are prepared.
-  if (!files.empty() && files[0].file_type == kMifDocument) {
-    set.clear();
-    for (const std::u16string_view side : kMifSides) set.push_back(mif_side_file(TudName(files[0].file_name), side));
-  }
-  // Without one of them there is no set: whoever needs it says so.
-  if (set.size() < 2 || !std::ranges::all_of(set, is_file)) return u"";
-  std::uint64_t mark = kFnvSeed;
-  for (const std::u16string& file : set) mark = fnv_add(mark, std::to_string(checksum_of_file(file)));
-  return to_utf16(std::to_string(mark));
-}
-
-// The documents of a preparation.
-struct DocumentSet {
-  std::u16string mark;
-  std::u16string author_document;  // full path
+// Texts of the string table.
+enum WizardText : std::int32_t {
+  kUnknownTypeText = 4020,
+  kUnknownTypeAdvice = 4021,
+  kPreparationText = 4022,
+  kFileAdvice = 4023,
+  kConversionText = 4024,
+  kEditorText = 4025,
+  kEditorAdvice = 4026,
 };
 
-void convert(ProducedFile& file, const RunLanguages& languages, const DocumentSet& set) {
-  const FilterInfo& filter = filter_table(file.file_type);
-  if (filter.filter_name.empty())
-    throw failure(FailureNumber::kInvalidCall,
-                  u"No filter is installed for this type of file: " + to_utf16(file_type_name(file.file_type)));
-  refuse_twin(file.file_name);
-  const std::u16string tud = tud_name_of(file.file_name, languages.target);
-  const std::u16string skeleton = skeleton_name_of(tud);
-  // Filters know real files only.
-  FolderRun run(file.file_name);
-  const std::u16string made = run.path_to_write(tud);
-  std::vector<Argument> arguments{by_value(run.path_to_read(file.file_name)),
-                                  by_value(made),
-                                  by_value(run.path_to_write(skeleton)),
-                                  by_value(languages.source),
-                                  by_value(languages.source_code_page),
-                                  by_value(languages.target),
-                                  by_value(languages.target_code_page),
-                                  by_value(filter.filter_name),
-                                  by_value(std::u16string(u"Paragraph"))};
-  const bool keeps_set = filter_catalogue().has_member(u"ConvertInSet");
-  if (keeps_set) {
-    arguments.push_back(by_value(set.mark));
-    arguments.push_back(by_value(set.author_document));
-  }
-  filter_catalogue().invoke(keeps_set ? u"ConvertInSet" : u"Convert", arguments);
-  // The only plain text that a preparation produces beside other files is the script file of a server page.
-  if (file.file_type == kPlainText && ascii_lower(file.file_name).ends_with(u".scr")) LockScriptSegments(made);
-  run.commit();
-  file.tud_name = tud;
+// "" when there is no launcher.
+std::u16string launcher_name() {
+  const std::u16string name = program_folder() + u"\\K19Subst.exe";
+  return clsCommon().FileExists(name) ? name : u"";
 }
 
-FilterRun failed_at(std::size_t index, const failure& reason) {
-  return {kFirstFilterFailure + static_cast<std::int32_t>(index),
-          FolderRun::without_scratch_folder(reason.description())};
-}
+std::u16string in_quotes(std::u16string_view text) { return u"\"" + std::u16string(text) + u"\""; }
+
+std::u16string memory_switch(std::u16string_view memory) { return u"/t" + in_quotes(memory); }
+
+class WizardRun {
+ public:
+  WizardRun(const WizardRequest& request, const WizardSteps& steps)
+      : request_(request), steps_(steps), launcher_(launcher_name()) {}
+
+  std::int32_t run() {
+    const std::int32_t result = ask_and_convert();
+    if (!launcher_.empty()) {
+      if (result == kDone)
+        start_editor(in_quotes(tud_) + (memory_.empty() ? u"" : u" " + memory_switch(memory_)));
+      else if (has(kEditorAfterFailure))
+        // Deliberately with an empty name too when no memory was ever used: the launcher takes that for none.
+        start_editor(has(kOfferLastMemory) ? memory_switch(last_memory_) : u"");
+    }
+    return result;
+  }
+
+ private:
+  bool has(WizardBits bit) const { return (request_.bits & bit) != 0; }
+
+  std::int32_t ask_and_convert() {
+    frmWizard form({FileTypeOf, has_filter_settings, show_filter_settings});
+    form.cmdKAVO.Visible(has(kEditorButton));
+    const std::u16string last_description = form.LastTM();
+    last_memory_ = frmWizard::NameOfTM(last_description);
+    if (has(kOfferLastMemory)) form.SetLastTM(last_description);
+    if (const std::u16string_view file = trimmed(request_.file); is_file(file)) form.txtSourceFile.Text(file);
+    form.show();
+    if (form.Cancelled()) return kCancelled;
+    memory_ = form.TM();
+    return convert(form);
+  }
+
+  std::int32_t convert(const frmWizard& form) {
+    const std::u16string file = form.txtSourceFile.Text();
+    if (FileTypeOf(file) == kUnknownFile) {
+      tell(kUnknownTypeText, file, u"", kUnknownTypeAdvice);
+      return kUnknownType;
+    }
+    const Ending ending = run_beside_progress(form, file);
+    if (ending.result != kDone && ending.result != kCancelled) tell(ending.what, ending.where, ending.why, kFileAdvice);
+    return ending.result;
+  }
+
+  // How a run ended, and what to tell when it failed.
+  struct Ending {
+    std::int32_t result = kDone;
+    WizardText what{};
+    std::u16string where{}, why{};
+  };
+
+  Ending run_beside_progress(const frmWizard& form, const std::u16string& file) {
+    frmProgress progress;
+    progress.show_beside();
+    try {
+      const RunObserver observer = observer_beside(progress);
+      const std::int32_t preparation = steps_.prepare(file, form.HTMLTags(), observer);
+      if (preparation >= 1) return {kPreparationFailed + preparation, kPreparationText, file, last_message_};
+      const FilterRun run = convert_produced_files(steps_.produced_files(),
+                                                   {form.morLang[0].LanguageCode(), form.morLang[1].LanguageCode(),
+                                                    form.morLang[0].CharSetNumber(), form.morLang[1].CharSetNumber()},
+                                                   file, observer);
+      // The button may have been pressed during the last file: a filter of another module does not see that.
+      ports().desktop->process_messages();
+      const std::span<const ProducedFile> produced = steps_.produced_files();
+      if (run.result != kDone) {
+        const auto unconverted = std::ranges::find(produced, u"", &ProducedFile::tud_name);
+        return {run.result, kConversionText, unconverted->file_name, run.reason};
+      }
+      tud_ = produced.front().tud_name;
+      return {};
+    } catch (const failure& reason) {
+      if (!reason.is(FailureNumber::kInterrupted) || !progress.Cancelled()) throw;
+      return {kCancelled};
+    }
+  }
+
+  // One half of the whole is the preparation, the other one the files that come of it.
+  RunObserver observer_beside(frmProgress& progress) {
+    RunObserver observer;
+    observer.progress = [&](std::u16string_view name, int percent) {
+      progress.report(kPreparing, name, percent / 2);
+      steps_.observer.tell_progress(name, percent / 2);
+    };
+    observer.message = [&](const Message& message) {
+      last_message_ = message.text;
+      steps_.observer.tell(message);
+    };
+    observer.converting = [&](std::u16string_view name, int percent) {
+      progress.report(kConverting, name, 50 + percent / 2);
+      steps_.observer.tell_converting(name, 50 + percent / 2);
+      // So that it is seen, and the button answers.
+      ports().desktop->process_messages();
+    };
+    return observer;
+  }
+
+  // What failed, where, why, and what to do.
+  void tell(WizardText what, std::u16string_view where, std::u16string_view why, WizardText advice) const {
+    std::u16string text(string_resource(what));
+    (text += u"\r\n") += to_utf16(path_to_host(where));
+    if (!why.empty()) (text += u"\r\n") += why;
+    (text += u"\r\n") += string_resource(advice);
+    steps_.observer.tell({text});
+    if (!request_.quiet)
+      ports().desktop->message_box(clsCommon().SandR(text, u"\r\n", u"\r\n\r\n"), u"KAVO", MessageIcon::kExclamation);
+  }
+
+  void start_editor(const std::u16string& parameters) const {
+    constexpr int kHighestFailure = 31;
+    if (ports().shell->run(launcher_, parameters) <= kHighestFailure) tell(kEditorText, launcher_, u"", kEditorAdvice);
+  }
+
+  const WizardRequest& request_;
+  const WizardSteps& steps_;
+  std::u16string launcher_;
+  std::u16string memory_;       // chosen in the dialog, "" for none
+  std::u16string last_memory_;  // used last
+  std::u16string tud_;          // of the first produced file
+  std::u16string last_message_;
+};
 
 }  // namespace
 
-FilterRun convert_produced_files(std::span<ProducedFile> files, const RunLanguages& languages,
-                                 std::u16string_view author_document, const RunObserver& observer) {
-  FilterRun result;
-  std::size_t i = 0;
-  try {
-    // The documents take their names together; those of the files before one that fails do, too.
-    FolderRun run(files.empty() ? u"." : files[0].file_name, observer.report());
-    try {
-      const DocumentSet set{mark_of(files),
-                            author_document.empty() ? u"" : ports().files->absolute(author_document)};
-      for (; i < files.size(); ++i) {
-        observer.tell_converting(files[i].file_name, static_cast<int>(100 * i / files.size()));
-        convert(files[i], languages, set);
-      }
-    } catch (const failure& reason) {
-      if (reason.is(FailureNumber::kInterrupted)) throw;
-      result = failed_at(i, reason);
-    }
-    run.commit();
-  } catch (const failure& reason) {
-    if (reason.is(FailureNumber::kInterrupted)) throw;
-    for (ProducedFile& file : files) file.tud_name.clear();
-    return failed_at(0, reason);
-  }
-  return result;
-}
-
-bool ContainsQuotedText(std::u16string_view text) {
-  return std::count(text.begin(), text.end(), u'"') >= 2 || std::count(text.begin(), text.end(), u'\'') >= 2;
-}
-
-void LockScriptSegments(std::u16string_view tud) {
-  TudComponent document;
-  const auto check = [&](bool done) {
-    if (!done) throw failure(FailureNumber::kInvalidCall, document.reason());
-  };
-  check(document.open(tud));
-  const std::int32_t count = document.segment_count();
-  for (std::int32_t number = 1; number <= count; ++number) {
-    const auto segment = document.segment(number);
-    check(segment.has_value());
-    if (ContainsQuotedText(segment->source)) continue;
-    check(document.set_segment(number, segment->target, kNeedsNoTranslation, kWholeMatch));
-  }
-  check(document.close());
+std::int32_t run_single_file_wizard(const WizardRequest& request, const WizardSteps& steps) {
+  return WizardRun(request, steps).run();
 }
 
 }  // namespace kavo

@@ -1,8 +1,8 @@
-// The filter run: what turns the files that a preparation produced into bilingual documents, with or without a dialog
-// before it.
+// The wizard run: from the dialog to bilingual documents and the editor.
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -12,35 +12,27 @@
 
 namespace kavo {
 
-// What the user chose.
-struct RunLanguages {
-  std::u16string source;  // the suite's codes: "EN-US", "FR"
-  std::u16string target;
-  std::int32_t source_code_page = 0;  // 0: what the suite takes as usual
-  std::int32_t target_code_page = 0;
+struct WizardRequest {
+  std::u16string file;    // offered in the dialog when it exists; blanks around the name do not count
+  std::int32_t bits = 0;  // 1: the dialog can start the editor; 2: start the editor after a failure too; 4: offer the
+                          // memory that was used last
+  bool quiet = false;     // no message box about a failure
 };
 
-struct FilterRun {
-  std::int32_t result = 0;  // 0 done, 200 + i when file i could not be converted
-  std::u16string reason;    // of a failure, for people
+// What the run has the automation object do.
+struct WizardSteps {
+  // Prepares a file with this tag table for pages and answers as PreProcess does.
+  std::function<std::int32_t(std::u16string file, std::u16string_view html_tags, const RunObserver& observer)> prepare;
+  std::function<std::span<ProducedFile>()> produced_files;
+  RunObserver observer;  // is told the progress and, at the end, why the run failed
 };
 
-// Converts each produced file with the filter of its type and puts the bilingual document's name into the file's
-// record. Stops at the first file that fails; the documents of those before it stay. An existing document and skeleton
-// of the same names make way first and come back when the file fails. Needs the thread's filter catalogue, that is, a
-// living K19FPWObj. Throws `failure` 18 when the user interrupts.
+// 0 done, 1 cancelled (in the dialog, or beside the progress), 2 a file of no known type, 100 + the result of the
+// preparation, 200 + i when produced file i could not be converted; the documents of those before it stay.
 //
-// The documents carry a common mark, and the name and checksum of `author_document`, of which the files were prepared
-// ("" when that is not known), where the suite can keep them. A set that is
-// mixed from two preparations can so be recognised.
-FilterRun convert_produced_files(std::span<ProducedFile> files, const RunLanguages& languages,
-                                 std::u16string_view author_document = {}, const RunObserver& observer = {});
-
-// True when the text holds two double quotes, or else two single ones.
-bool ContainsQuotedText(std::u16string_view text);
-
-// Marks the segments of a script file's bilingual document that hold no quoted text as needing no translation: status
-// 1, match 100. Throws `failure` when the document cannot be opened or written.
-void LockScriptSegments(std::u16string_view tud);
+// The editor launcher, "K19Subst.exe" in the library's folder, is started on the first bilingual document, with the
+// memory chosen. Without a launcher there, or when it cannot be started, the documents are there all the same and the
+// result is 0. Throws `failure` 18 when the user interrupts the program.
+std::int32_t run_single_file_wizard(const WizardRequest& request, const WizardSteps& steps);
 
 }  // namespace kavo

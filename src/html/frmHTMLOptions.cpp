@@ -4,7 +4,7 @@
 
 #include "common/leading_number.h"
 #include "forms/list_editing.h"
-#include "html/tag_table.h"
+#include "html/repair/tag_table.h"
 #include "platform/case_fold.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"

@@ -16,8 +16,8 @@ bool is_plain(std::string_view bytes) {
 
 MifCoding MifCoding::of(std::string_view beginning) {
   MifCoding coding;
-  coding.document_ = maker::coding_of(beginning, ports().code_page->number());
-  coding.strings_ = std::make_shared<maker::StringCoding>(coding.document_.code_page, coding.document_.is_utf8);
+  coding.document_ = mif::coding_of(beginning, ports().code_page->number());
+  coding.strings_ = std::make_shared<mif::StringCoding>(coding.document_.code_page, coding.document_.is_utf8);
   coding.double_byte_ = coding.strings_->is_double_byte();
   return coding;
 }
@@ -32,11 +32,11 @@ bool MifCoding::follows_lead_byte(const char* begin, const char* p) const {
 std::u16string MifCoding::decode(std::string_view bytes) const {
   if (is_plain(bytes)) return {bytes.begin(), bytes.end()};
   std::string text;
-  maker::StringReader reader(bytes, *strings_);
-  for (maker::StringPart part; reader.next(part);) {
-    if (part.kind == maker::StringPart::Kind::kText) {
+  mif::StringReader reader(bytes, *strings_);
+  for (mif::StringPart part; reader.next(part);) {
+    if (part.kind == mif::StringPart::Kind::kText) {
       text += part.text;
-    } else if (part.kind == maker::StringPart::Kind::kRun) {
+    } else if (part.kind == mif::StringPart::Kind::kRun) {
       for (std::string_view run = part.bytes; !run.empty();) {
         bool is_valid = false;
         const std::size_t length = strings_->bytes().decode_one(run, text, is_valid);

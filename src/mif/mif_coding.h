@@ -17,14 +17,14 @@ namespace kavo {
 
 class MifCoding {
  public:
-  static constexpr std::size_t kHeaderSize = maker::kDeclarationReach;  // bytes of a file that of() wants to see
+  static constexpr std::size_t kHeaderSize = mif::kDeclarationReach;  // bytes of a file that of() wants to see
 
   // A file that begins so. Without a declaration a file before 8.0 is in the ANSI code page. Throws `failure` 5 for a
   // code page that is not supported.
   static MifCoding of(std::string_view beginning);
 
-  const maker::DocumentCoding& document() const { return document_; }
-  const maker::StringCoding& strings() const { return *strings_; }
+  const mif::DocumentCoding& document() const { return document_; }
+  const mif::StringCoding& strings() const { return *strings_; }
 
   // True when the byte at p is the second one of a double-byte character; [begin, p] begins at a character.
   bool is_trail_byte(const char* begin, const char* p) const {
@@ -40,8 +40,8 @@ class MifCoding {
  private:
   bool follows_lead_byte(const char* begin, const char* p) const;
 
-  maker::DocumentCoding document_;
-  std::shared_ptr<const maker::StringCoding> strings_;
+  mif::DocumentCoding document_;
+  std::shared_ptr<const mif::StringCoding> strings_;
   bool double_byte_ = false;
 };
 

@@ -73,7 +73,7 @@ clsMIFUtilities::SideFileHead clsMIFUtilities::side_file_head() const {
 
 // The rows of a table in another coding; what has become the same is one row.
 EntryTable clsMIFUtilities::converted(const SideFile& side, const MifCoding& coding) const {
-  std::vector<maker::StringConversion> conversions;
+  std::vector<mif::StringConversion> conversions;
   conversions.reserve(codings_.size());
   for (const MifCoding& from : codings_) conversions.emplace_back(from.strings(), coding.strings());
   const EntryTable& table = this->*side.table;

@@ -3,7 +3,7 @@
 namespace kavo {
 namespace {
 
-bool have_same_coding(const maker::DocumentCoding& side_file, const maker::DocumentCoding& document) {
+bool have_same_coding(const mif::DocumentCoding& side_file, const mif::DocumentCoding& document) {
   if (side_file.reads_as(document)) return true;
   return !side_file.is_utf8 && side_file.declared.empty() && !document.is_utf8;
 }

@@ -27,8 +27,8 @@ class ValueConversion {
  private:
   const MifCoding& document_;
   bool is_same_;
-  maker::StringConversion to_side_file_;
-  maker::StringConversion to_document_;
+  mif::StringConversion to_side_file_;
+  mif::StringConversion to_document_;
   std::string_view misfit_;
 };
 

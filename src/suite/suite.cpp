@@ -1,9 +1,9 @@
 #include "suite/suite.h"
 
-#include "suite/filter_catalogue.h"
-#include "suite/language_information.h"
-#include "suite/translation_memory.h"
-#include "suite/tud_document.h"
+#include "suite/components/filter_catalogue.h"
+#include "suite/components/language_information.h"
+#include "suite/components/translation_memory.h"
+#include "suite/components/tud_document.h"
 
 namespace kavo {
 namespace {

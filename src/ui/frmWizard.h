@@ -11,7 +11,7 @@
 #include <string_view>
 
 #include "forms/question_form.h"
-#include "html/clsHTMLValidate.h"
+#include "html/repair/clsHTMLValidate.h"
 #include "platform/automation.h"
 #include "ui/morLanguage.h"
 #include "ui/wizard_services.h"

@@ -2,9 +2,9 @@
 #include <gtest/gtest.h>
 
 #include "cli/run_kavo.h"
-#include "cli/text_comparison.h"
 #include "platform/files.h"
 #include "support/temp_folder.h"
+#include "workflow/text_comparison.h"
 
 namespace kavo::test {
 namespace {

@@ -5,7 +5,7 @@
 
 #include "common/block_reader.h"
 #include "driver/driver_fixture.h"
-#include "html/clsASP2HTML.h"
+#include "html/scripts/clsASP2HTML.h"
 
 namespace kavo::test {
 namespace {

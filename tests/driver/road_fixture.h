@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "driver/driver_fixture.h"
-#include "driver/wizard_run.h"
+#include "driver/filter_run.h"
 #include "platform/unicode.h"
 #include "suite/suite.h"
 

@@ -15,13 +15,13 @@ constexpr unsigned char kFirstLetter = 0x80;
 
 std::map<unsigned, char32_t> the_table() {
   std::map<unsigned, char32_t> table;
-  for (const maker::CodedCharacter& row : maker::character_set()) table[row.code] = row.character;
+  for (const mif::CodedCharacter& row : mif::character_set()) table[row.code] = row.character;
   return table;
 }
 
 TEST(MifCharacterSet, HasEveryCodeFrom80OnOnce) {
   unsigned next = kFirstLetter;
-  for (const maker::CodedCharacter& row : maker::character_set()) {
+  for (const mif::CodedCharacter& row : mif::character_set()) {
     if (row.code < kFirstLetter) continue;
     EXPECT_EQ(row.code, next++);
     EXPECT_NE(row.character, 0);
@@ -40,13 +40,13 @@ TEST(MifCharacterSet, CodesOnWhichTablesDisagree) {
 }
 
 TEST(MifCharacterSet, EveryLetterComesBackFromAString) {
-  const maker::StringCoding coding(1252, false);
-  for (const maker::CodedCharacter& row : maker::character_set()) {
+  const mif::StringCoding coding(1252, false);
+  for (const mif::CodedCharacter& row : mif::character_set()) {
     if (row.character == 0) continue;
     std::string character, escape;
     append_utf8(character, row.character);
     ASSERT_TRUE(coding.append(character, escape)) << std::hex << unsigned{row.code};
-    EXPECT_EQ(maker::decode_string(escape, coding), character) << escape;
+    EXPECT_EQ(mif::decode_string(escape, coding), character) << escape;
   }
   std::string degree;
   EXPECT_TRUE(coding.append("\u00B0", degree));
@@ -59,13 +59,13 @@ TEST(MifCharacterSet, EveryLetterComesBackFromAString) {
 }
 
 TEST(MifCharacterSet, NamesOfCharStatements) {
-  EXPECT_EQ(maker::find_named_character("HardSpace")->text, "\u00A0");
-  EXPECT_EQ(maker::find_named_character("HardSpace")->escape, "\\x11 ");
-  EXPECT_EQ(maker::find_named_character("EmDash")->text, "\u2014");
-  EXPECT_EQ(maker::find_named_character("EmDash")->escape, "");
-  EXPECT_EQ(maker::find_named_character("Tab")->text, "\t");
+  EXPECT_EQ(mif::find_named_character("HardSpace")->text, "\u00A0");
+  EXPECT_EQ(mif::find_named_character("HardSpace")->escape, "\\x11 ");
+  EXPECT_EQ(mif::find_named_character("EmDash")->text, "\u2014");
+  EXPECT_EQ(mif::find_named_character("EmDash")->escape, "");
+  EXPECT_EQ(mif::find_named_character("Tab")->text, "\t");
   for (const std::string_view name : {"HardReturn", "SoftHyphen", "NoHyphen", "EndOfPara", "EndOfFlow", "Unknown", ""})
-    EXPECT_EQ(maker::find_named_character(name), nullptr) << name;
+    EXPECT_EQ(mif::find_named_character(name), nullptr) << name;
 }
 
 // The collected facts lie beside the project where it is developed.

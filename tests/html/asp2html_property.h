@@ -8,7 +8,7 @@
 #include <string_view>
 
 #include "asp2html_run.h"
-#include "html/utf16_mark.h"
+#include "formats/text/utf16_mark.h"
 
 namespace kavo::test {
 

@@ -6,7 +6,7 @@
 
 #include "asp2html_pages.h"
 #include "asp2html_run.h"
-#include "html/utf16_mark.h"
+#include "formats/text/utf16_mark.h"
 #include "support/corpus.h"
 #include "support/splits.h"
 #include "support/temp_folder.h"

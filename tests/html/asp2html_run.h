@@ -6,7 +6,7 @@
 
 #include "asp2html_twin.h"
 #include "common/block_reader.h"
-#include "html/clsASP2HTML.h"
+#include "html/scripts/clsASP2HTML.h"
 #include "platform/ports.h"
 #include "support/fake_clock.h"
 #include "support/fake_desktop.h"

@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
 #include "forms/fake_presenter.h"
-#include "html/clsHTMLValidate.h"
 #include "html/frmHTMLOptions.h"
-#include "html/tag_table.h"
+#include "html/repair/clsHTMLValidate.h"
+#include "html/repair/tag_table.h"
 #include "platform/unicode.h"
 #include "support/ports_fixture.h"
 

@@ -1,11 +1,11 @@
 // The searches of the tree construction: what they step over is counted, so that linear time is tested without a clock.
-#include "html/html_tree.h"
-
 #include <gtest/gtest.h>
 
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "formats/html/tree.h"
 
 namespace kavo::test {
 namespace {

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "common/block_reader.h"
-#include "html/clsHTMLValidate.h"
+#include "html/repair/clsHTMLValidate.h"
 #include "platform/ports.h"
 #include "support/memory_files.h"
 

@@ -1,4 +1,4 @@
-#include "html/line_counter.h"
+#include "formats/text/line_counter.h"
 
 #include <gtest/gtest.h>
 

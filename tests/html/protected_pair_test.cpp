@@ -1,10 +1,10 @@
 // Which files beside a page may be replaced without asking.
-#include "html/protected_pair.h"
+#include "html/scripts/protected_pair.h"
 
 #include <gtest/gtest.h>
 
 #include "asp2html_run.h"
-#include "html/clsHTMLValidate.h"
+#include "html/repair/clsHTMLValidate.h"
 #include "platform/failure.h"
 
 namespace kavo::test {

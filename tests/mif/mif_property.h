@@ -125,7 +125,7 @@ class MifProperty {
     const bool failed = utilities.Merge() != 0;
     const auto does_not_fit = [](const Message& message) { return message.number == 3044; };
     if (failed != std::ranges::any_of(utilities.ErrorList(), does_not_fit)) return "merging failed";
-    const maker::DocumentCoding coding = MifCoding::of(document_).document();
+    const mif::DocumentCoding coding = MifCoding::of(document_).document();
     std::unique_ptr<CodePage> code_page;
     if (coding.code_page == kEucJapanese)
       code_page = make_euc_japanese();

@@ -1,4 +1,4 @@
-#include "suite/coded_text.h"
+#include "suite/document/coded_text.h"
 
 #include <gtest/gtest.h>
 

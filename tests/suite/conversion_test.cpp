@@ -1,14 +1,14 @@
 // Conversion as a whole: what stands on the disk after every kind of failure.
-#include "suite/conversion.h"
+#include "suite/document/conversion.h"
 
 #include <gtest/gtest.h>
 
-#include "suite/filter.h"
-#include "suite/filter_catalogue.h"
-#include "suite/pseudo_translation.h"
+#include "formats/xml/xml_text.h"
+#include "suite/components/filter_catalogue.h"
+#include "suite/document/pseudo_translation.h"
+#include "suite/document/word_count.h"
+#include "suite/filters/filter.h"
 #include "suite/suite_fixture.h"
-#include "suite/word_count.h"
-#include "suite/xml_text.h"
 #include "support/faulty_files.h"
 
 namespace kavo::test {

@@ -2,10 +2,10 @@
 #include <gtest/gtest.h>
 
 #include "common/checksum.h"
-#include "suite/filter_catalogue.h"
-#include "suite/skeleton.h"
+#include "suite/components/filter_catalogue.h"
+#include "suite/components/tud_document.h"
+#include "suite/document/skeleton.h"
 #include "suite/suite_fixture.h"
-#include "suite/tud_document.h"
 
 namespace kavo::test {
 namespace {

@@ -1,4 +1,4 @@
-#include "suite/editor_launcher.h"
+#include "suite/components/editor_launcher.h"
 
 #include <gtest/gtest.h>
 

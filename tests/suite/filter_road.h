@@ -7,8 +7,8 @@
 
 #include "common/tud_names.h"
 #include "platform/ports.h"
-#include "suite/bilingual_document.h"
-#include "suite/conversion.h"
+#include "suite/document/bilingual_document.h"
+#include "suite/document/conversion.h"
 #include "support/memory_files.h"
 
 namespace kavo::test {

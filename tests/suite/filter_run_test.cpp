@@ -1,8 +1,9 @@
 // The driver's filter run with the suite behind it: from produced files to bilingual documents.
+#include "driver/filter_run.h"
+
 #include <gtest/gtest.h>
 
 #include "driver/file_types.h"
-#include "driver/wizard_run.h"
 #include "suite/suite.h"
 #include "suite/suite_fixture.h"
 

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "driver/K19FPWObj.h"
-#include "driver/wizard_run.h"
+#include "driver/filter_run.h"
 #include "suite/suite.h"
 #include "suite/suite_fixture.h"
 

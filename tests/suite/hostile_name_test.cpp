@@ -3,11 +3,11 @@
 
 #include <algorithm>
 
+#include "formats/xml/xml_text.h"
 #include "platform/unicode.h"
-#include "suite/skeleton.h"
+#include "suite/document/skeleton.h"
+#include "suite/document/xliff_package.h"
 #include "suite/suite_fixture.h"
-#include "suite/xliff_package.h"
-#include "suite/xml_text.h"
 
 namespace kavo::test {
 namespace {

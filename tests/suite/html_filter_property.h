@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "common/block_reader.h"
-#include "suite/coded_text.h"
+#include "suite/document/coded_text.h"
 #include "suite/filter_road.h"
 
 namespace kavo::test {

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "suite/html_extraction.h"
+#include "suite/filters/html/html_extraction.h"
 #include "suite/html_filter_fixture.h"
 #include "suite/html_filter_property.h"
 #include "support/splits.h"
@@ -155,10 +155,10 @@ TEST_F(HtmlFilterTest, ScriptMustStayInTheTranslation) {
 
 TEST_F(HtmlFilterTest, LongParagraphsAreCutTheSameWayEverywhere) {
   std::string page = "<p>";
-  while (page.size() < 3 * markup::kLongestParagraph) page += "ein Wort &eacute;\xC3\xA9<b>fett</b> ";
-  page += "<p>" + std::string(2 * markup::kLongestParagraph, 'x') + "<p>a<img alt='" +
-          std::string(markup::kLongestToken + 10, 'y') + "'>b<!--" + std::string(markup::kLongestToken, '-') +
-          "-->c<i translate=no>" + std::string(markup::kLongestParagraph, 'n') + "</i>d";
+  while (page.size() < 3 * html::kLongestParagraph) page += "ein Wort &eacute;\xC3\xA9<b>fett</b> ";
+  page += "<p>" + std::string(2 * html::kLongestParagraph, 'x') + "<p>a<img alt='" +
+          std::string(html::kLongestToken + 10, 'y') + "'>b<!--" + std::string(html::kLongestToken, '-') +
+          "-->c<i translate=no>" + std::string(html::kLongestParagraph, 'n') + "</i>d";
   std::vector<std::u16string> expected;
   for (const std::size_t block : {std::size_t{1} << 24, std::size_t{4096}, std::size_t{1000}, std::size_t{77777}}) {
     const BlockSizeScope scope(block);

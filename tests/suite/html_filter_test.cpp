@@ -1,4 +1,4 @@
-#include "suite/html_filter.h"
+#include "suite/filters/html/html_filter.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "suite/language_information.h"
+#include "suite/components/language_information.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 
 #include "formats/text/text_coding.h"
 #include "platform/unicode.h"
-#include "suite/language_table.h"
+#include "suite/languages/language_table.h"
 
 namespace kavo::test {
 namespace {

@@ -1,4 +1,4 @@
-#include "suite/language_tags.h"
+#include "suite/languages/language_tags.h"
 
 #include <gtest/gtest.h>
 

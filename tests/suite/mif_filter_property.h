@@ -9,10 +9,10 @@
 
 #include "common/block_reader.h"
 #include "platform/failure.h"
-#include "suite/blank_text.h"
-#include "suite/coded_text.h"
+#include "suite/document/blank_text.h"
+#include "suite/document/coded_text.h"
+#include "suite/document/pseudo_translation.h"
 #include "suite/filter_road.h"
-#include "suite/pseudo_translation.h"
 
 namespace kavo::test {
 

@@ -1,11 +1,11 @@
-#include "suite/mif_filter.h"
+#include "suite/filters/mif/mif_filter.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 
 #include "common/block_reader.h"
-#include "suite/mif_extraction.h"
+#include "suite/filters/mif/mif_extraction.h"
 #include "suite/suite_fixture.h"
 #include "support/splits.h"
 
@@ -482,10 +482,10 @@ TEST_F(MifFilterTest, ColoursOfSegments) {
 
 TEST_F(MifFilterTest, LongParagraphsAreCutTheSameWayEverywhere) {
   std::string document = "<MIFFile 9.00>\n<Para <ParaLine ";
-  while (document.size() < 2 * maker::kLongestParagraph) document += "<String `some words \xC3\xA9 '>\n<AFrame 1>";
+  while (document.size() < 2 * mif::kLongestParagraph) document += "<String `some words \xC3\xA9 '>\n<AFrame 1>";
   document += "<String `last'>>>" +
               para("<String `a'><Marker <MText `" + std::string(300000, 'm') + "'>><String `b'>") +
-              para("<String `" + std::string(maker::kLongestString, 'l') + "'><String `c'>") + "# " +
+              para("<String `" + std::string(mif::kLongestString, 'l') + "'><String `c'>") + "# " +
               std::string(300000, '`') + "\n" + para("<String `d'>\n # " + std::string(300000, '-') + "\n<String `e'>");
   std::vector<std::u16string> expected;
   for (const std::size_t block : {std::size_t{1} << 24, std::size_t{4096}, std::size_t{1000}, std::size_t{77777}}) {

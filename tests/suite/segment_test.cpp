@@ -1,4 +1,4 @@
-#include "suite/segment.h"
+#include "suite/document/segment.h"
 
 #include <gtest/gtest.h>
 

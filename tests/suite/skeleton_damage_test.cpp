@@ -4,7 +4,7 @@
 #include <fstream>
 #include <iterator>
 
-#include "suite/skeleton.h"
+#include "suite/document/skeleton.h"
 #include "suite/suite_fixture.h"
 
 namespace kavo::test {

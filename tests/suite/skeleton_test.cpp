@@ -1,8 +1,8 @@
-#include "suite/skeleton.h"
+#include "suite/document/skeleton.h"
 
 #include <gtest/gtest.h>
 
-#include "suite/open_tag.h"
+#include "suite/document/open_tag.h"
 #include "suite/suite_fixture.h"
 #include "support/splits.h"
 

@@ -9,8 +9,8 @@
 
 #include "common/tud_names.h"
 #include "platform/failure.h"
-#include "suite/bilingual_document.h"
-#include "suite/conversion.h"
+#include "suite/document/bilingual_document.h"
+#include "suite/document/conversion.h"
 #include "support/ports_fixture.h"
 
 namespace kavo::test {

@@ -5,8 +5,8 @@
 #include <string_view>
 
 #include "common/block_reader.h"
+#include "suite/document/pseudo_translation.h"
 #include "suite/filter_road.h"
-#include "suite/pseudo_translation.h"
 
 namespace kavo::test {
 

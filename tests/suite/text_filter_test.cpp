@@ -1,4 +1,4 @@
-#include "suite/text_filter.h"
+#include "suite/filters/text/text_filter.h"
 
 #include <gtest/gtest.h>
 

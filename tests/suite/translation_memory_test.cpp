@@ -1,9 +1,9 @@
-#include "suite/translation_memory.h"
+#include "suite/components/translation_memory.h"
 
 #include <gtest/gtest.h>
 
+#include "formats/xml/xml_reader.h"
 #include "suite/suite_fixture.h"
-#include "suite/xml_reader.h"
 
 namespace kavo::test {
 namespace {

@@ -1,11 +1,11 @@
-#include "suite/tud_document.h"
+#include "suite/components/tud_document.h"
 
 #include <gtest/gtest.h>
 
-#include "suite/base64.h"
-#include "suite/skeleton.h"
+#include "suite/document/base64.h"
+#include "suite/document/skeleton.h"
+#include "suite/document/xliff_package.h"
 #include "suite/suite_fixture.h"
-#include "suite/xliff_package.h"
 #include "support/faulty_files.h"
 
 namespace kavo::test {

@@ -7,7 +7,7 @@
 #include "common/block_reader.h"
 #include "platform/failure.h"
 #include "platform/ports.h"
-#include "suite/bilingual_document.h"
+#include "suite/document/bilingual_document.h"
 #include "support/memory_files.h"
 
 namespace kavo::test {

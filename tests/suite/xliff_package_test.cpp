@@ -1,4 +1,4 @@
-#include "suite/xliff_package.h"
+#include "suite/document/xliff_package.h"
 
 #include <gtest/gtest.h>
 

@@ -7,10 +7,10 @@
 
 #include "common/tud_names.h"
 #include "platform/files.h"
-#include "suite/bilingual_document.h"
-#include "suite/conversion.h"
-#include "suite/pseudo_translation.h"
-#include "suite/xliff_package.h"
+#include "suite/document/bilingual_document.h"
+#include "suite/document/conversion.h"
+#include "suite/document/pseudo_translation.h"
+#include "suite/document/xliff_package.h"
 #include "support/temp_folder.h"
 
 namespace kavo::test {

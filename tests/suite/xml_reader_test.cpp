@@ -1,4 +1,4 @@
-#include "suite/xml_reader.h"
+#include "formats/xml/xml_reader.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "suite/language_information.h"
+#include "suite/components/language_information.h"
 #include "support/ports_fixture.h"
 #include "ui/clsLanguages.h"
 #include "ui/fake_languages.h"

@@ -3,7 +3,7 @@
 #include <set>
 
 #include "platform/unicode.h"
-#include "suite/language_information.h"
+#include "suite/components/language_information.h"
 #include "support/ports_fixture.h"
 #include "ui/fake_languages.h"
 #include "ui/morLanguage.h"

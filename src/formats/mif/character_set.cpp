@@ -1,6 +1,6 @@
 #include "formats/mif/character_set.h"
 
-namespace kavo::maker {
+namespace kavo::mif {
 namespace {
 
 constexpr CodedCharacter kCharacterSet[] = {
@@ -11,4 +11,4 @@ constexpr CodedCharacter kCharacterSet[] = {
 
 std::span<const CodedCharacter> character_set() { return kCharacterSet; }
 
-}  // namespace kavo::maker
+}  // namespace kavo::mif

@@ -5,7 +5,7 @@
 #include <span>
 #include <string_view>
 
-namespace kavo::maker {
+namespace kavo::mif {
 
 struct CodedCharacter {
   unsigned char code;     // below 0x20, or 0x80 and above
@@ -16,4 +16,4 @@ struct CodedCharacter {
 // In the order of the codes.
 std::span<const CodedCharacter> character_set();
 
-}  // namespace kavo::maker
+}  // namespace kavo::mif

@@ -7,7 +7,7 @@
 #include "formats/mif/escapes.h"
 #include "formats/text/euc_japanese.h"
 
-namespace kavo::maker {
+namespace kavo::mif {
 namespace {
 
 constexpr int kFirstUtf8Version = 8;
@@ -71,4 +71,4 @@ DocumentCoding coding_of(std::string_view beginning, unsigned source_code_page) 
   return coding;
 }
 
-}  // namespace kavo::maker
+}  // namespace kavo::mif

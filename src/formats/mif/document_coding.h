@@ -15,7 +15,7 @@
 
 #include "formats/text/text_coding.h"
 
-namespace kavo::maker {
+namespace kavo::mif {
 
 // The declarations of a document lie within these first bytes.
 inline constexpr std::size_t kDeclarationReach = 4096;
@@ -32,4 +32,4 @@ struct DocumentCoding {
 // The coding of a document that begins so. One without a version is read like one before 8.0.
 DocumentCoding coding_of(std::string_view beginning, unsigned source_code_page);
 
-}  // namespace kavo::maker
+}  // namespace kavo::mif

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace kavo::maker {
+namespace kavo::mif {
 
 struct ByteEscape {
   unsigned char byte = 0;
@@ -14,4 +14,4 @@ struct ByteEscape {
 ByteEscape byte_escape(std::string_view text);
 void append_byte_escape(unsigned char byte, std::string& value);
 
-}  // namespace kavo::maker
+}  // namespace kavo::mif

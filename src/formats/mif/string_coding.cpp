@@ -12,7 +12,7 @@
 #include "formats/mif/character_set.h"
 #include "formats/mif/escapes.h"
 
-namespace kavo::maker {
+namespace kavo::mif {
 namespace {
 
 constexpr unsigned char kTab = 0x08;  // written as \t
@@ -263,4 +263,4 @@ bool is_visible_string(std::string_view value, const StringCoding& coding) {
   return false;
 }
 
-}  // namespace kavo::maker
+}  // namespace kavo::mif

@@ -8,7 +8,7 @@
 
 #include "formats/text/text_coding.h"
 
-namespace kavo::maker {
+namespace kavo::mif {
 
 // A character that has a name of its own in a `Char` statement.
 struct NamedCharacter {
@@ -79,4 +79,4 @@ std::string decode_string(std::string_view value, const StringCoding& coding);
 bool is_visible_string(std::string_view value, const StringCoding& coding);
 bool is_blank_character(std::string_view utf8);
 
-}  // namespace kavo::maker
+}  // namespace kavo::mif

@@ -4,7 +4,7 @@
 
 #include "formats/mif/escapes.h"
 
-namespace kavo::maker {
+namespace kavo::mif {
 namespace {
 
 bool is_ascii(char c) { return static_cast<unsigned char>(c) < 0x80; }
@@ -96,4 +96,4 @@ void StringConversion::keep_misfit(std::string_view shown) {
   if (misfit_.empty()) misfit_ = shown;
 }
 
-}  // namespace kavo::maker
+}  // namespace kavo::mif

@@ -10,7 +10,7 @@
 
 #include "formats/mif/string_coding.h"
 
-namespace kavo::maker {
+namespace kavo::mif {
 
 class StringConversion {
  public:
@@ -40,4 +40,4 @@ class StringConversion {
   bool joins_escape_ = false;  // the escape written last and another one would read as one character
 };
 
-}  // namespace kavo::maker
+}  // namespace kavo::mif

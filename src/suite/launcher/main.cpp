@@ -4,7 +4,7 @@
 #include "platform/console.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"
-#include "suite/editor_launcher.h"
+#include "suite/components/editor_launcher.h"
 
 int main(int argc, char** argv) {
   using namespace kavo;

@@ -5,7 +5,7 @@
 #include <iostream>
 #include <vector>
 
-#include "html/clsHTMLValidate.h"
+#include "html/repair/clsHTMLValidate.h"
 #include "platform/failure.h"
 #include "platform/files.h"
 

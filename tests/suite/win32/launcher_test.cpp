@@ -9,7 +9,7 @@
 #include "platform/unicode.h"
 #include "platform/win32/owners.h"
 #include "platform/win32/text.h"
-#include "suite/editor_launcher.h"
+#include "suite/components/editor_launcher.h"
 #include "support/temp_folder.h"
 
 namespace kavo::test {
@@ -196,7 +196,8 @@ TEST_F(LauncherTest, SaysWhatCannotBeStarted) {
     std::u16string parameters;
     std::u16string message;  // begins so
   } cases[] = {
-      {"no editor", u"", in_quotes(document), u"No editor for XLIFF documents is known. Name an editor with: kavo settings"},
+      {"no editor", u"", in_quotes(document),
+       u"No editor for XLIFF documents is known. Name an editor with: kavo settings"},
       {"no editor and no document", u"", u"", u"No editor for XLIFF documents is known."},
       {"no document", from_wide(editor()), in_quotes(missing), missing + u": there is no such document"},
       {"no such editor", u"kavo-test-no-such-editor %1", in_quotes(document), u""},

@@ -1,0 +1,129 @@
+#include "driver/filter_run.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "common/checksum.h"
+#include "common/folder_run.h"
+#include "common/tud_names.h"
+#include "driver/document_files.h"
+#include "driver/file_types.h"
+#include "driver/tud_component.h"
+#include "driver/tud_name.h"
+#include "platform/failure.h"
+#include "platform/fnv_hash.h"
+#include "platform/ports.h"
+#include "platform/unicode.h"
+
+namespace kavo {
+namespace {
+
+constexpr std::int32_t kFirstFilterFailure = 200;
+constexpr std::int32_t kNeedsNoTranslation = 1;
+constexpr std::int32_t kWholeMatch = 100;
+
+// What the documents of one preparation have in common: the checksums of the files that belong together. "" for a
+// document that stands alone.
+std::u16string mark_of(std::span<const ProducedFile> files) {
+  std::vector<std::u16string> set;
+  for (const ProducedFile& file : files) set.push_back(file.file_name);
+  // The MIF documents of a folder share their side files, however many of them are prepared.
+  if (!files.empty() && files[0].file_type == kMifDocument) {
+    set.clear();
+    for (const std::u16string_view side : kMifSides) set.push_back(mif_side_file(TudName(files[0].file_name), side));
+  }
+  // Without one of them there is no set: whoever needs it says so.
+  if (set.size() < 2 || !std::ranges::all_of(set, is_file)) return u"";
+  std::uint64_t mark = kFnvSeed;
+  for (const std::u16string& file : set) mark = fnv_add(mark, std::to_string(checksum_of_file(file)));
+  return to_utf16(std::to_string(mark));
+}
+
+// The documents of a preparation.
+struct DocumentSet {
+  std::u16string mark;
+  std::u16string author_document;  // full path
+};
+
+void convert(ProducedFile& file, const RunLanguages& languages, const DocumentSet& set) {
+  const FilterInfo& filter = filter_table(file.file_type);
+  if (filter.filter_name.empty())
+    throw failure(FailureNumber::kInvalidCall,
+                  u"No filter is installed for this type of file: " + to_utf16(file_type_name(file.file_type)));
+  refuse_twin(file.file_name);
+  const std::u16string tud = tud_name_of(file.file_name, languages.target);
+  const std::u16string skeleton = skeleton_name_of(tud);
+  // Filters know real files only.
+  FolderRun run(file.file_name);
+  const std::u16string made = run.path_to_write(tud);
+  std::vector<Argument> arguments{by_value(run.path_to_read(file.file_name)), by_value(made),
+                                  by_value(run.path_to_write(skeleton)),      by_value(languages.source),
+                                  by_value(languages.source_code_page),       by_value(languages.target),
+                                  by_value(languages.target_code_page),       by_value(filter.filter_name),
+                                  by_value(std::u16string(u"Paragraph"))};
+  const bool keeps_set = filter_catalogue().has_member(u"ConvertInSet");
+  if (keeps_set) {
+    arguments.push_back(by_value(set.mark));
+    arguments.push_back(by_value(set.author_document));
+  }
+  filter_catalogue().invoke(keeps_set ? u"ConvertInSet" : u"Convert", arguments);
+  // The only plain text that a preparation produces beside other files is the script file of a server page.
+  if (file.file_type == kPlainText && ascii_lower(file.file_name).ends_with(u".scr")) LockScriptSegments(made);
+  run.commit();
+  file.tud_name = tud;
+}
+
+FilterRun failed_at(std::size_t index, const failure& reason) {
+  return {kFirstFilterFailure + static_cast<std::int32_t>(index),
+          FolderRun::without_scratch_folder(reason.description())};
+}
+
+}  // namespace
+
+FilterRun convert_produced_files(std::span<ProducedFile> files, const RunLanguages& languages,
+                                 std::u16string_view author_document, const RunObserver& observer) {
+  FilterRun result;
+  std::size_t i = 0;
+  try {
+    // The documents take their names together; those of the files before one that fails do, too.
+    FolderRun run(files.empty() ? u"." : files[0].file_name, observer.report());
+    try {
+      const DocumentSet set{mark_of(files), author_document.empty() ? u"" : ports().files->absolute(author_document)};
+      for (; i < files.size(); ++i) {
+        observer.tell_converting(files[i].file_name, static_cast<int>(100 * i / files.size()));
+        convert(files[i], languages, set);
+      }
+    } catch (const failure& reason) {
+      if (reason.is(FailureNumber::kInterrupted)) throw;
+      result = failed_at(i, reason);
+    }
+    run.commit();
+  } catch (const failure& reason) {
+    if (reason.is(FailureNumber::kInterrupted)) throw;
+    for (ProducedFile& file : files) file.tud_name.clear();
+    return failed_at(0, reason);
+  }
+  return result;
+}
+
+bool ContainsQuotedText(std::u16string_view text) {
+  return std::count(text.begin(), text.end(), u'"') >= 2 || std::count(text.begin(), text.end(), u'\'') >= 2;
+}
+
+void LockScriptSegments(std::u16string_view tud) {
+  TudComponent document;
+  const auto check = [&](bool done) {
+    if (!done) throw failure(FailureNumber::kInvalidCall, document.reason());
+  };
+  check(document.open(tud));
+  const std::int32_t count = document.segment_count();
+  for (std::int32_t number = 1; number <= count; ++number) {
+    const auto segment = document.segment(number);
+    check(segment.has_value());
+    if (ContainsQuotedText(segment->source)) continue;
+    check(document.set_segment(number, segment->target, kNeedsNoTranslation, kWholeMatch));
+  }
+  check(document.close());
+}
+
+}  // namespace kavo

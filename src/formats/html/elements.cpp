@@ -1,0 +1,181 @@
+#include "formats/html/elements.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace kavo::html {
+namespace {
+
+// Sorted by name.
+constexpr Element kElements[] = {
+    {"a", ElementKind::kInline, false, "link"},
+    {"abbr", ElementKind::kInline, false, "x-html-abbr"},
+    {"acronym", ElementKind::kInline, false, "x-html-acronym"},
+    {"address", ElementKind::kBreak, false, ""},
+    {"applet", ElementKind::kBreak, false, ""},
+    {"area", ElementKind::kBreak, true, ""},
+    {"article", ElementKind::kBreak, false, ""},
+    {"aside", ElementKind::kBreak, false, ""},
+    {"audio", ElementKind::kBreak, false, ""},
+    {"b", ElementKind::kInline, false, "bold"},
+    {"base", ElementKind::kBreak, true, ""},
+    {"basefont", ElementKind::kBreak, true, ""},
+    {"bdi", ElementKind::kInline, false, "x-html-bdi"},
+    {"bdo", ElementKind::kInline, false, "x-html-bdo"},
+    {"bgsound", ElementKind::kBreak, true, ""},
+    {"big", ElementKind::kInline, false, "x-html-big"},
+    {"blink", ElementKind::kInline, false, "x-html-blink"},
+    {"blockquote", ElementKind::kBreak, false, ""},
+    {"body", ElementKind::kBreak, false, ""},
+    {"br", ElementKind::kInline, true, "lb"},
+    {"button", ElementKind::kBreak, false, ""},
+    {"canvas", ElementKind::kBreak, false, ""},
+    {"caption", ElementKind::kBreak, false, ""},
+    {"center", ElementKind::kBreak, false, ""},
+    {"cite", ElementKind::kInline, false, "x-html-cite"},
+    {"code", ElementKind::kInline, false, "x-html-code"},
+    {"col", ElementKind::kBreak, true, ""},
+    {"colgroup", ElementKind::kBreak, false, ""},
+    {"data", ElementKind::kInline, false, "x-html-data"},
+    {"datalist", ElementKind::kBreak, false, ""},
+    {"dd", ElementKind::kBreak, false, ""},
+    {"del", ElementKind::kInline, false, "x-html-del"},
+    {"details", ElementKind::kBreak, false, ""},
+    {"dfn", ElementKind::kInline, false, "x-html-dfn"},
+    {"dialog", ElementKind::kBreak, false, ""},
+    {"dir", ElementKind::kBreak, false, ""},
+    {"div", ElementKind::kBreak, false, ""},
+    {"dl", ElementKind::kBreak, false, ""},
+    {"dt", ElementKind::kBreak, false, ""},
+    {"em", ElementKind::kInline, false, "italic"},
+    {"embed", ElementKind::kBreak, true, ""},
+    {"fieldset", ElementKind::kBreak, false, ""},
+    {"figcaption", ElementKind::kBreak, false, ""},
+    {"figure", ElementKind::kBreak, false, ""},
+    {"font", ElementKind::kInline, false, "x-html-font"},
+    {"footer", ElementKind::kBreak, false, ""},
+    {"form", ElementKind::kBreak, false, ""},
+    {"frame", ElementKind::kBreak, true, ""},
+    {"frameset", ElementKind::kBreak, false, ""},
+    {"h1", ElementKind::kBreak, false, ""},
+    {"h2", ElementKind::kBreak, false, ""},
+    {"h3", ElementKind::kBreak, false, ""},
+    {"h4", ElementKind::kBreak, false, ""},
+    {"h5", ElementKind::kBreak, false, ""},
+    {"h6", ElementKind::kBreak, false, ""},
+    {"head", ElementKind::kBreak, false, ""},
+    {"header", ElementKind::kBreak, false, ""},
+    {"hgroup", ElementKind::kBreak, false, ""},
+    {"hr", ElementKind::kBreak, true, ""},
+    {"html", ElementKind::kBreak, false, ""},
+    {"i", ElementKind::kInline, false, "italic"},
+    {"iframe", ElementKind::kBreak, false, ""},
+    {"image", ElementKind::kInline, true, "x-html-image"},
+    {"img", ElementKind::kInline, true, "image"},
+    {"input", ElementKind::kInline, true, "x-html-input"},
+    {"ins", ElementKind::kInline, false, "x-html-ins"},
+    {"isindex", ElementKind::kBreak, true, ""},
+    {"java", ElementKind::kScript, false, ""},
+    {"kbd", ElementKind::kInline, false, "x-html-kbd"},
+    {"keygen", ElementKind::kBreak, true, ""},
+    {"label", ElementKind::kBreak, false, ""},
+    {"legend", ElementKind::kBreak, false, ""},
+    {"li", ElementKind::kBreak, false, ""},
+    {"link", ElementKind::kBreak, true, ""},
+    {"listing", ElementKind::kPreformatted, false, ""},
+    {"main", ElementKind::kBreak, false, ""},
+    {"map", ElementKind::kBreak, false, ""},
+    {"mark", ElementKind::kInline, false, "x-html-mark"},
+    {"marquee", ElementKind::kBreak, false, ""},
+    {"math", ElementKind::kForeign, false, "x-html-math"},
+    {"menu", ElementKind::kBreak, false, ""},
+    {"menuitem", ElementKind::kInline, false, "x-html-menuitem"},
+    {"meta", ElementKind::kBreak, true, ""},
+    {"meter", ElementKind::kInline, false, "x-html-meter"},
+    {"nav", ElementKind::kBreak, false, ""},
+    {"nobr", ElementKind::kInline, false, "x-html-nobr"},
+    {"noembed", ElementKind::kBreak, false, ""},
+    {"noframes", ElementKind::kBreak, false, ""},
+    {"noscript", ElementKind::kBreak, false, ""},
+    {"object", ElementKind::kBreak, false, ""},
+    {"ol", ElementKind::kBreak, false, ""},
+    {"optgroup", ElementKind::kBreak, false, ""},
+    {"option", ElementKind::kPlainText, false, ""},
+    {"output", ElementKind::kInline, false, "x-html-output"},
+    {"p", ElementKind::kBreak, false, ""},
+    {"param", ElementKind::kBreak, true, ""},
+    {"picture", ElementKind::kInline, false, "x-html-picture"},
+    {"plaintext", ElementKind::kRestOfPage, false, ""},
+    {"pre", ElementKind::kPreformatted, false, ""},
+    {"progress", ElementKind::kInline, false, "x-html-progress"},
+    {"q", ElementKind::kInline, false, "x-html-q"},
+    {"rb", ElementKind::kInline, false, "x-html-rb"},
+    {"rp", ElementKind::kInline, false, "x-html-rp"},
+    {"rt", ElementKind::kInline, false, "x-html-rt"},
+    {"rtc", ElementKind::kInline, false, "x-html-rtc"},
+    {"ruby", ElementKind::kInline, false, "x-html-ruby"},
+    {"s", ElementKind::kInline, false, "x-html-s"},
+    {"samp", ElementKind::kInline, false, "x-html-samp"},
+    {"script", ElementKind::kScript, false, ""},
+    {"search", ElementKind::kBreak, false, ""},
+    {"section", ElementKind::kBreak, false, ""},
+    {"select", ElementKind::kBreak, false, ""},
+    {"server", ElementKind::kScript, false, ""},
+    {"slot", ElementKind::kInline, false, "x-html-slot"},
+    {"small", ElementKind::kInline, false, "x-html-small"},
+    {"source", ElementKind::kBreak, true, ""},
+    {"spacer", ElementKind::kInline, true, "x-html-spacer"},
+    {"span", ElementKind::kInline, false, "x-html-span"},
+    {"strike", ElementKind::kInline, false, "x-html-strike"},
+    {"strong", ElementKind::kInline, false, "bold"},
+    {"style", ElementKind::kScript, false, ""},
+    {"sub", ElementKind::kInline, false, "x-html-sub"},
+    {"summary", ElementKind::kBreak, false, ""},
+    {"sup", ElementKind::kInline, false, "x-html-sup"},
+    {"svg", ElementKind::kForeign, false, "x-html-svg"},
+    {"table", ElementKind::kBreak, false, ""},
+    {"tbody", ElementKind::kBreak, false, ""},
+    {"td", ElementKind::kBreak, false, ""},
+    {"template", ElementKind::kBreak, false, ""},
+    {"textarea", ElementKind::kTextArea, false, ""},
+    {"tfoot", ElementKind::kBreak, false, ""},
+    {"th", ElementKind::kBreak, false, ""},
+    {"thead", ElementKind::kBreak, false, ""},
+    {"time", ElementKind::kInline, false, "x-html-time"},
+    {"title", ElementKind::kTitle, false, ""},
+    {"tr", ElementKind::kBreak, false, ""},
+    {"track", ElementKind::kBreak, true, ""},
+    {"tt", ElementKind::kInline, false, "x-html-tt"},
+    {"u", ElementKind::kInline, false, "underlined"},
+    {"ul", ElementKind::kBreak, false, ""},
+    {"var", ElementKind::kInline, false, "x-html-var"},
+    {"video", ElementKind::kBreak, false, ""},
+    {"wbr", ElementKind::kInline, true, "x-html-wbr"},
+    {"xml", ElementKind::kScript, false, ""},
+    {"xmp", ElementKind::kScript, false, ""},
+};
+
+constexpr Element kUnknown = {"", ElementKind::kInline, false, "x-html"};
+
+constexpr std::size_t kLongestName = 10;
+
+char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
+
+}  // namespace
+
+const Element& find_element(std::string_view name) {
+  if (name.size() > kLongestName) return kUnknown;
+  char buffer[kLongestName];
+  std::transform(name.begin(), name.end(), buffer, lower);
+  const std::string_view wanted(buffer, name.size());
+  const auto* const found = std::lower_bound(std::begin(kElements), std::end(kElements), wanted,
+                                             [](const Element& row, std::string_view text) { return row.name < text; });
+  return found != std::end(kElements) && found->name == wanted ? *found : kUnknown;
+}
+
+bool equal_name(std::string_view a, std::string_view b) {
+  return a.size() == b.size() &&
+         std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) { return lower(x) == lower(y); });
+}
+
+}  // namespace kavo::html

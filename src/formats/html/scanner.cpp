@@ -1,0 +1,449 @@
+#include "formats/html/scanner.h"
+
+#include <algorithm>
+
+#include "common/byte_scan.h"
+#include "formats/html/script_marker.h"
+#include "platform/ports.h"
+
+namespace kavo {
+namespace {
+
+bool is_blank(int c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r' || c == '\f'; }
+bool is_letter(int c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
+// Of a placeholder in quotes.
+constexpr std::string_view kWrappedPlaceholderEnd = "-->\"";
+
+char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
+
+}  // namespace
+
+HtmlScanner::HtmlScanner(BlockReader& reader, ScannerListener& listener) : reader_(reader), listener_(listener) {
+  p_ = reader_.position();
+}
+
+bool HtmlScanner::refill(std::uint64_t keep) {
+  if (reader_.exhausted()) return false;
+  listener_.release(keep);
+  reader_.consume(static_cast<std::size_t>(keep - reader_.position()));
+  if (!reader_.more()) return false;
+  listener_.block_read();
+  return true;
+}
+
+std::string_view HtmlScanner::look_ahead(std::uint64_t position, std::size_t size) {
+  while (reader_.bytes_read() < position + size && refill(token_.begin)) {
+  }
+  const std::uint64_t end = std::min<std::uint64_t>(reader_.bytes_read(), position + size);
+  return view(position, end);
+}
+
+int HtmlScanner::byte_beyond(std::size_t ahead, std::uint64_t keep) {
+  while (p_ + ahead >= reader_.bytes_read())
+    if (!refill(keep)) return -1;
+  return byte_at(ahead, keep);
+}
+
+const Token& HtmlScanner::finish(PageTokenKind kind) {
+  token_.kind = kind;
+  token_.end = p_;
+  return token_;
+}
+
+const Token& HtmlScanner::next(bool cdata_allowed) {
+  if (tag_goes_on_) rest_of_tag();
+  token_.begin = p_;
+  const int first = byte_at(0, p_);
+  if (first == -1) return finish(PageTokenKind::kEnd);
+  if (first == '<') return markup(cdata_allowed);
+  if (first == '>') {
+    ++p_;
+    return finish(PageTokenKind::kStrayGreater);
+  }
+  const std::string_view window = reader_.window();
+  const char* begin = window.data() + (p_ - reader_.position());
+  const char* found = find_any<'<', '>'>(begin, window.data() + window.size());
+  p_ += static_cast<std::uint64_t>(found - begin);
+  return finish(PageTokenKind::kText);
+}
+
+const Token& HtmlScanner::markup(bool cdata_allowed) {
+  const int second = byte_at(1, p_);
+  if (is_letter(second)) return tag(PageTokenKind::kStartTag, 1);
+  if (second == '/') {
+    const int third = byte_at(2, p_);
+    if (is_letter(third)) return tag(PageTokenKind::kEndTag, 2);
+    p_ += 2;
+    if (third == -1) {
+      ended_inside_ = true;  // an end tag written here would be read together with it
+      return finish(PageTokenKind::kText);
+    }
+    skip_past('>');
+    return finish(PageTokenKind::kComment);
+  }
+  if (second == '?') {
+    listener_.processing_instruction(p_);
+    p_ += 1;
+    skip_past('>');
+    return finish(PageTokenKind::kComment);
+  }
+  if (second == '!') {
+    if (byte_at(2, p_) == '-' && byte_at(3, p_) == '-') {
+      p_ += 4;
+      skip_comment();
+      return finish(PageTokenKind::kComment);
+    }
+    if (at_name(2, "doctype", p_)) {
+      read_doctype();
+      return finish(PageTokenKind::kDoctype);
+    }
+    constexpr std::string_view kCdata = "[CDATA[";
+    if (cdata_allowed && look_ahead(p_ + 2, kCdata.size()) == kCdata) {
+      p_ += 2 + kCdata.size();
+      skip_cdata();
+      return finish(PageTokenKind::kCdata);
+    }
+    p_ += 2;
+    skip_past('>');
+    return finish(PageTokenKind::kComment);
+  }
+  ++p_;
+  return finish(PageTokenKind::kStrayLess);
+}
+
+bool HtmlScanner::at_name(std::size_t ahead, std::string_view lower_name, std::uint64_t keep) {
+  for (std::size_t i = 0; i < lower_name.size(); ++i) {
+    const int c = byte_at(ahead + i, keep);
+    if (c == -1 || lower(static_cast<char>(c)) != lower_name[i]) return false;
+  }
+  return true;
+}
+
+// Comments and the like: nothing in them is held.
+
+void HtmlScanner::skip_past(char last) {
+  for (;;) {
+    if (byte_at(0, p_) == -1) {
+      ended_inside_ = true;
+      return;
+    }
+    const std::string_view window = reader_.window();
+    const char* begin = window.data() + (p_ - reader_.position());
+    const char* end = window.data() + window.size();
+    const auto* found = static_cast<const char*>(std::memchr(begin, last, static_cast<std::size_t>(end - begin)));
+    p_ += static_cast<std::uint64_t>((found ? found + 1 : end) - begin);
+    if (found) return;
+  }
+}
+
+// After "<!--". Ends with "-->" or "--!>", or at once with ">" or "->".
+void HtmlScanner::skip_comment() {
+  const std::uint64_t content = p_;
+  for (;;) {
+    const std::uint64_t keep = p_ - std::min<std::uint64_t>(3, p_ - content);
+    if (byte_at(0, keep) == -1) {
+      ended_inside_ = true;
+      return;
+    }
+    const std::string_view window = reader_.window();
+    const char* begin = window.data() + (p_ - reader_.position());
+    const char* end = window.data() + window.size();
+    const auto* found = static_cast<const char*>(std::memchr(begin, '>', static_cast<std::size_t>(end - begin)));
+    if (found == nullptr) {
+      p_ += static_cast<std::uint64_t>(end - begin);
+      continue;
+    }
+    p_ += static_cast<std::uint64_t>(found + 1 - begin);
+    const std::uint64_t before = p_ - 1 - content;  // bytes of content before the ">"
+    const auto dash = [&](std::uint64_t back) {
+      return before >= back && found[-static_cast<std::ptrdiff_t>(back)] == '-';
+    };
+    if (before == 0 || (before == 1 && dash(1)) || (dash(1) && dash(2))) return;
+    if (before >= 3 && found[-1] == '!' && dash(2) && dash(3)) return;
+  }
+}
+
+void HtmlScanner::skip_cdata() {
+  const std::uint64_t content = p_;
+  for (;;) {
+    if (byte_at(0, p_ - std::min<std::uint64_t>(2, p_ - content)) == -1) {
+      ended_inside_ = true;
+      return;
+    }
+    const std::string_view window = reader_.window();
+    const char* begin = window.data() + (p_ - reader_.position());
+    const char* end = window.data() + window.size();
+    const auto* found = static_cast<const char*>(std::memchr(begin, '>', static_cast<std::size_t>(end - begin)));
+    p_ += static_cast<std::uint64_t>((found ? found + 1 : end) - begin);
+    if (found && p_ - content >= 3 && found[-1] == ']' && found[-2] == ']') return;
+  }
+}
+
+void HtmlScanner::read_doctype() {
+  for (;;) {
+    const std::uint64_t keep = p_ - token_.begin < kLongestDoctype ? token_.begin : p_;
+    const int c = byte_at(0, keep);
+    if (c == -1) {
+      ended_inside_ = true;
+      return;
+    }
+    ++p_;
+    if (c == '>') return;
+  }
+}
+
+// Tags.
+
+const Token& HtmlScanner::tag(PageTokenKind kind, std::size_t name_at) {
+  token_.kind = kind;
+  token_.self_closing = false;
+  token_.whole = true;
+  token_.name = kNameHashSeed;
+  p_ += name_at;
+  state_ = TagState::kName;
+  bool plain = true;  // no byte beyond ASCII so far: every letter is a letter
+  for (bool ended = false; !ended;) {
+    if (byte_at(0, token_.begin) == -1) {
+      ended_inside_ = true;
+      return finish(PageTokenKind::kEnd);
+    }
+    const std::string_view window = reader_.window();
+    const char* const begin = window.data() + (p_ - reader_.position());
+    const char* const end = window.data() + window.size();
+    const char* p = begin;
+    for (; p != end; ++p) {
+      const char c = *p;
+      if (c == '>' || c == '/' || is_blank(c)) break;
+      if (static_cast<unsigned char>(c) >= 0x80) plain = false;
+      token_.name = add_to_name_hash(token_.name, plain ? lower(c) : c);
+    }
+    p_ += static_cast<std::uint64_t>(p - begin);
+    ended = p != end || p_ - token_.begin >= kLongestTag;
+  }
+  token_.tag = tag_of(token_.name);
+  if (byte_at(0, token_.begin) == '>') {  // most tags are only a name
+    ++p_;
+    return finish(kind);
+  }
+  return rest_of_tag();
+}
+
+const Token& HtmlScanner::rest_of_tag() {
+  const bool going_on = tag_goes_on_;
+  const PageTokenKind kind = token_.kind;
+  tag_goes_on_ = false;
+  std::uint64_t keep = going_on ? p_ : token_.begin;
+  for (;;) {
+    if (byte_at(0, keep) == -1) {
+      ended_inside_ = true;
+      return finish(PageTokenKind::kEnd);
+    }
+    if (!going_on && p_ - token_.begin >= kLongestTag) {
+      tag_goes_on_ = true;
+      token_.whole = false;
+      return finish(kind);
+    }
+    const std::string_view window = reader_.window();
+    const char* p = window.data() + (p_ - reader_.position());
+    const char* const end = window.data() + window.size();
+    const char* const begin = p;
+    const auto here = [&] { return p_ + static_cast<std::uint64_t>(p - begin); };
+    const auto server_code = [&](char quote) {
+      if (*p == '<' && p + 1 != end && (p[1] == '%' || p[1] == '?')) listener_.server_code_in_tag(here(), quote);
+    };
+    bool done = false;
+    std::size_t ahead = 1;  // how many bytes behind p tell what it is
+    while (p != end && !done) {
+      const char c = *p;
+      if (c == '<' && p + 1 == end && !reader_.exhausted()) break;  // what follows tells whether it is server code
+      if (c == '"' && state_ == TagState::kUnquoted) {
+        // Protection puts the placeholder of a script right behind an unquoted value; its ">" does not end the tag.
+        const std::string_view rest(p, static_cast<std::size_t>(end - p));
+        if (rest.size() < script::kLongestPlaceholder && !reader_.exhausted()) {
+          ahead = script::kLongestPlaceholder;
+          break;
+        }
+        if (rest.substr(1).starts_with(script::kMarker)) {
+          const std::size_t last = rest.substr(0, script::kLongestPlaceholder).find(kWrappedPlaceholderEnd);
+          if (last != std::string_view::npos) {
+            p += last + kWrappedPlaceholderEnd.size();
+            continue;
+          }
+        }
+      }
+      switch (state_) {
+        case TagState::kDouble:
+        case TagState::kSingle: {
+          const char quote = state_ == TagState::kDouble ? '"' : '\'';
+          p = quote == '"' ? find_any<'"', '<'>(p, end) : find_any<'\'', '<'>(p, end);
+          if (p == end) continue;
+          if (*p == quote)
+            state_ = TagState::kAfterQuoted;
+          else
+            server_code(quote);
+          break;
+        }
+        case TagState::kUnquoted:
+          if (c == '>')
+            done = true;
+          else if (is_blank(c))
+            state_ = TagState::kBeforeName;
+          else if (c == '<')
+            server_code(0);
+          break;
+        case TagState::kBeforeValue:
+          if (c == '"')
+            state_ = TagState::kDouble;
+          else if (c == '\'')
+            state_ = TagState::kSingle;
+          else if (c == '>')
+            done = true;
+          else if (!is_blank(c)) {
+            state_ = TagState::kUnquoted;
+            if (c == '<') server_code(0);
+          }
+          break;
+        case TagState::kAttributeName:
+        case TagState::kAfterName:
+        case TagState::kBeforeName:
+        case TagState::kAfterQuoted:
+        case TagState::kName:
+        case TagState::kSlash:
+          if (c == '>') {
+            token_.self_closing = state_ == TagState::kSlash;
+            done = true;
+          } else if (c == '/') {
+            state_ = TagState::kSlash;
+          } else if (is_blank(c)) {
+            state_ = state_ == TagState::kAttributeName || state_ == TagState::kAfterName ? TagState::kAfterName
+                                                                                          : TagState::kBeforeName;
+          } else if (c == '=' && (state_ == TagState::kAttributeName || state_ == TagState::kAfterName)) {
+            state_ = TagState::kBeforeValue;
+          } else {
+            state_ = TagState::kAttributeName;
+            if (c == '<') server_code(0);
+          }
+          break;
+      }
+      ++p;
+    }
+    p_ = here();
+    if (done) return finish(kind);
+    if (p != end) byte_at(ahead, keep);
+  }
+}
+
+// Raw text.
+
+// At "</": is this the end tag of the element?
+bool HtmlScanner::at_end_tag(std::uint64_t name, std::uint64_t keep) {
+  std::uint64_t hash = kNameHashSeed;
+  constexpr std::size_t kLongestName = 16;
+  for (std::size_t ahead = 2; ahead < 2 + kLongestName; ++ahead) {
+    const int c = byte_at(ahead, keep);
+    if (c == -1) return false;
+    if (is_blank(c) || c == '/' || c == '>') return hash == name;
+    hash = add_to_name_hash(hash, lower(static_cast<char>(c)));
+  }
+  return false;
+}
+
+// Text in which character references count and tags do not. What would be a tag or a comment elsewhere, such as the
+// placeholder of a script, is passed over with its ">", so that brackets are stray by the same rule everywhere.
+const Token& HtmlScanner::skip_rcdata(std::uint64_t name) {
+  enum class Inside : std::uint8_t { kText, kMarkup, kComment } inside = Inside::kText;
+  std::uint64_t comment = 0;  // where its content begins
+  for (;;) {
+    const std::uint64_t keep = inside == Inside::kComment ? p_ - std::min<std::uint64_t>(2, p_ - comment) : p_;
+    token_.begin = keep;
+    if (byte_at(0, keep) == -1) return finish(PageTokenKind::kEnd);
+    const std::string_view window = reader_.window();
+    const char* const begin = window.data() + (p_ - reader_.position());
+    const char* const end = window.data() + window.size();
+    const char* const found = find_any<'<', '>'>(begin, end);
+    p_ += static_cast<std::uint64_t>(found - begin);
+    if (found == end) continue;
+    if (*found == '>') {
+      const bool ends_comment = inside == Inside::kComment && p_ - comment >= 2 && found[-1] == '-' && found[-2] == '-';
+      if (inside == Inside::kText) listener_.stray_in_text(p_, false);
+      if (inside == Inside::kMarkup || ends_comment) inside = Inside::kText;
+      ++p_;
+      continue;
+    }
+    token_.begin = p_;
+    const int second = byte_at(1, p_);
+    if (second == '/' && at_end_tag(name, p_)) return tag(PageTokenKind::kEndTag, 2);
+    if (inside == Inside::kText) {
+      if (second == '!' && byte_at(2, p_) == '-' && byte_at(3, p_) == '-') {
+        inside = Inside::kComment;
+        p_ += 4;
+        comment = p_;
+        continue;
+      }
+      if (second == '?') listener_.processing_instruction(p_);
+      if (is_letter(second) || second == '/' || second == '!' || second == '?')
+        inside = Inside::kMarkup;
+      else
+        listener_.stray_in_text(p_, true);
+    }
+    ++p_;
+  }
+}
+
+const Token& HtmlScanner::skip_raw_text(Content content, std::uint64_t name) {
+  if (tag_goes_on_) {
+    rest_of_tag();
+    if (ended_inside_) return finish(PageTokenKind::kEnd);
+  }
+  if (content == Content::kRcdata) return skip_rcdata(name);
+  // Inside a script: "<!--" hides nothing, but after "<!--" and "<script" the next "</script" ends only that.
+  enum class Script : std::uint8_t { kData, kEscaped, kDoubleEscaped } script = Script::kData;
+  std::uint64_t escaped_from = 0;  // first dash that may end the escape
+  token_.begin = p_;
+  for (;;) {
+    const std::uint64_t keep = script == Script::kData ? p_ : p_ - std::min<std::uint64_t>(2, p_ - escaped_from);
+    token_.begin = keep;
+    if (byte_at(0, keep) == -1) {
+      ended_inside_ = content == Content::kPlainText || script == Script::kDoubleEscaped;
+      return finish(PageTokenKind::kEnd);
+    }
+    const std::string_view window = reader_.window();
+    const char* begin = window.data() + (p_ - reader_.position());
+    const char* end = window.data() + window.size();
+    const char* found = content == Content::kPlainText ? end
+                        : script == Script::kData      ? find_any<'<'>(begin, end)
+                                                       : find_any<'<', '>'>(begin, end);
+    p_ += static_cast<std::uint64_t>(found - begin);
+    if (found == end) continue;
+    if (*found == '>') {
+      if (p_ - escaped_from >= 2 && found[-1] == '-' && found[-2] == '-') script = Script::kData;
+      ++p_;
+      continue;
+    }
+    const std::uint64_t here = script == Script::kData ? p_ : p_ - std::min<std::uint64_t>(2, p_ - escaped_from);
+    if (byte_at(1, here) == '/') {
+      if (at_end_tag(name, here)) {
+        if (script != Script::kDoubleEscaped) {
+          token_.begin = p_;
+          return tag(PageTokenKind::kEndTag, 2);
+        }
+        script = Script::kEscaped;
+      }
+    } else if (content == Content::kScript) {
+      if (script == Script::kData && byte_at(1, here) == '!' && byte_at(2, here) == '-' && byte_at(3, here) == '-') {
+        script = Script::kEscaped;
+        escaped_from = p_ + 2;
+        p_ += 4;
+        continue;
+      }
+      constexpr std::string_view kScript = "script";
+      if (script == Script::kEscaped && at_name(1, kScript, here)) {
+        const int after = byte_at(1 + kScript.size(), here);
+        if (is_blank(after) || after == '/' || after == '>') script = Script::kDoubleEscaped;
+      }
+    }
+    ++p_;
+  }
+}
+
+}  // namespace kavo

@@ -1,0 +1,315 @@
+#include "formats/html/tokens.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "common/byte_scan.h"
+
+namespace kavo::html {
+namespace {
+
+// What begins with "<" and is neither text nor a tag, and how it ends; the first row that fits counts.
+struct Enclosed {
+  std::string_view opener;  // small letters
+  std::string_view closer;
+  TokenKind kind;
+  std::size_t inside;  // where its end may begin: "<!-->" is a whole comment
+};
+constexpr Enclosed kEnclosed[] = {
+    {"<!-- asp2html", "-->", TokenKind::kServerCode, 13},
+    {"<!--", "-->", TokenKind::kComment, 2},
+    {"<!", ">", TokenKind::kComment, 2},
+    {"<%--", "--%>", TokenKind::kServerCode, 4},
+    {"<%", "%>", TokenKind::kServerCode, 2},
+    {"<?php", "?>", TokenKind::kServerCode, 5},
+    {"<?=", "?>", TokenKind::kServerCode, 3},
+    {"<? ", "?>", TokenKind::kServerCode, 3},
+    {"<?\t", "?>", TokenKind::kServerCode, 3},
+    {"<?\r", "?>", TokenKind::kServerCode, 3},
+    {"<?\n", "?>", TokenKind::kServerCode, 3},
+    {"<?xml:", ">", TokenKind::kComment, 6},  // as word processors write it
+    {"<?xml", "?>", TokenKind::kComment, 5},
+    {"<?", ">", TokenKind::kComment, 2},
+};
+constexpr std::size_t kLongestOpener = 13;
+
+const Enclosed* find_enclosed(std::string_view bytes) {
+  for (const Enclosed& row : kEnclosed)
+    if (begins_with_ignoring_case(bytes.data(), bytes.data() + bytes.size(), row.opener)) return &row;
+  return nullptr;
+}
+
+bool is_letter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
+bool is_space(char c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r' || c == '\f'; }
+
+std::size_t find(std::string_view bytes, std::size_t from, std::string_view text) {
+  const char* const end = bytes.data() + bytes.size();
+  return static_cast<std::size_t>(find_text(bytes.data() + std::min(from, bytes.size()), end, text) - bytes.data());
+}
+
+}  // namespace
+
+std::size_t server_code_length(std::string_view bytes) {
+  const Enclosed* const row = find_enclosed(bytes);
+  if (!row || row->kind != TokenKind::kServerCode) return 0;
+  const std::size_t end = find(bytes, row->inside, row->closer);
+  return end == bytes.size() ? 0 : end + row->closer.size();
+}
+
+bool TokenScanner::has(std::size_t size) {
+  while (input_.window().size() < size)
+    if (!input_.more()) return false;
+  return true;
+}
+
+bool TokenScanner::give(PageToken& token, TokenKind kind, std::size_t size) {
+  token.kind = kind;
+  token.bytes = input_.window().substr(0, size);
+  taken_ = size;
+  return true;
+}
+
+void TokenScanner::enter_raw_text(std::string_view name, bool has_references) {
+  is_raw_ = true;
+  raw_has_references_ = has_references;
+  raw_name_ = name;
+}
+
+bool TokenScanner::next(PageToken& token) {
+  input_.consume(std::exchange(taken_, 0));
+  if (!has(1)) return false;
+  if (rest_ == Rest::kEnclosed) return enclosed(token, TokenKind::kOverlong, closer_, 0);
+  if (rest_ == Rest::kTag) return tag(token, TokenKind::kOverlong);
+  if (is_raw_ && raw_text(token)) return true;
+  if (input_.window().front() != '<') return text(token);
+  has(kLongestOpener);
+  const std::string_view window = input_.window();
+  const char second = window.size() > 1 ? window[1] : '\0';
+  const char third = window.size() > 2 ? window[2] : '\0';
+  const bool is_end_tag = second == '/';
+  if (is_letter(is_end_tag ? third : second)) {
+    attributes_.clear();
+    state_ = TagState::kName;
+    at_ = name_ = is_end_tag ? 2 : 1;
+    return tag(token, is_end_tag ? TokenKind::kEndTag : TokenKind::kStartTag);
+  }
+  if (const Enclosed* const row = find_enclosed(window)) return enclosed(token, row->kind, row->closer, row->inside);
+  if (is_end_tag && third != '\0') return enclosed(token, TokenKind::kComment, ">", 2);
+  return text(token);
+}
+
+bool TokenScanner::text(PageToken& token) { return give(token, TokenKind::kText, find(input_.window(), 1, "<")); }
+
+// False when the raw text is over.
+bool TokenScanner::raw_text(PageToken& token) {
+  if (input_.window().front() == '<') {
+    if (at_raw_end()) {
+      is_raw_ = false;
+      return false;
+    }
+    if (raw_has_references_) {
+      has(kLongestOpener);
+      const Enclosed* const row = find_enclosed(input_.window());
+      if (row && row->kind == TokenKind::kServerCode) return enclosed(token, row->kind, row->closer, row->inside);
+    }
+  }
+  for (;;) {
+    const std::string_view window = input_.window();
+    std::size_t end = find(window, 1, "<");
+    if (end == window.size()) end -= coding_.incomplete_tail(window);
+    if (end == 0 && input_.more()) continue;
+    return give(token, raw_has_references_ ? TokenKind::kText : TokenKind::kRawText, end == 0 ? window.size() : end);
+  }
+}
+
+bool TokenScanner::at_raw_end() {
+  if (raw_name_.empty()) return false;
+  const std::size_t name_end = raw_name_.size() + 2;
+  if (!has(name_end + 1)) return false;
+  const std::string_view window = input_.window();
+  const char* const name = window.data() + 2;
+  const char after = window[name_end];
+  return window[1] == '/' && begins_with_ignoring_case(name, window.data() + window.size(), raw_name_) &&
+         (is_space(after) || after == '/' || after == '>');
+}
+
+bool TokenScanner::enclosed(PageToken& token, TokenKind kind, std::string_view closer, std::size_t from) {
+  for (;;) {
+    const std::string_view window = input_.window();
+    const std::size_t end = find(window, from, closer);
+    if (end != window.size()) {
+      rest_ = Rest::kNone;
+      const std::size_t size = end + closer.size();
+      return give(token, size > kLongestToken ? TokenKind::kOverlong : kind, size);
+    }
+    // The closer may have begun.
+    if (window.size() >= closer.size()) from = std::max(from, window.size() - (closer.size() - 1));
+    if (from > kLongestToken) {
+      rest_ = Rest::kEnclosed;
+      closer_ = closer;
+      return give(token, TokenKind::kOverlong, from);
+    }
+    if (!input_.more()) {
+      rest_ = Rest::kNone;
+      return give(token, TokenKind::kOverlong, window.size());
+    }
+  }
+}
+
+// In a tag only what certainly is server code counts; the placeholder of a script in quotes needs no help.
+bool TokenScanner::at_server_code_in_tag() {
+  has(at_ + kLongestOpener);
+  const Enclosed* const row = find_enclosed(input_.window().substr(at_));
+  if (!row || row->kind != TokenKind::kServerCode) return false;
+  closer_ = row->closer;
+  at_ += row->inside;
+  return true;
+}
+
+// At a quote in an unquoted value: passes over the placeholder of a script that protection put right behind the value.
+// Its ">" does not end the tag.
+bool TokenScanner::skip_wrapped_placeholder() {
+  constexpr std::string_view kBegin = "\"<!-- ASP2HTML";
+  constexpr std::string_view kEnd = "-->\"";
+  constexpr std::size_t kLongest = 256;  // protection writes at most 40 bytes
+  has(at_ + kLongest);
+  const std::string_view rest = input_.window().substr(at_, kLongest);
+  if (!rest.starts_with(kBegin)) return false;
+  const std::size_t end = rest.find(kEnd);
+  if (end == std::string_view::npos) return false;
+  at_ += end + kEnd.size();
+  return true;
+}
+
+// Reads on when everything there is of a tag has been looked at. True, with a piece of the tag, when it is too long to
+// be held or the page ends in it.
+bool TokenScanner::tag_stops(PageToken& token) {
+  if (at_ > kLongestToken || (rest_ == Rest::kTag && at_ != 0)) {
+    rest_ = Rest::kTag;
+    // One attribute may go on: its quote tells where it ends.
+    if (attributes_.size() > 1) attributes_.erase(attributes_.begin(), attributes_.end() - 1);
+    return give(token, TokenKind::kOverlong, std::exchange(at_, 0));
+  }
+  if (input_.more()) return false;
+  rest_ = Rest::kNone;
+  return give(token, TokenKind::kOverlong, input_.window().size());
+}
+
+bool TokenScanner::tag(PageToken& token, TokenKind kind) {
+  for (;;) {
+    const std::string_view window = input_.window();
+    if (at_ == window.size()) {
+      if (tag_stops(token)) return true;
+      continue;
+    }
+    const char c = window[at_];
+    if (c == '<' && state_ != TagState::kName && state_ != TagState::kServerCode) {
+      const std::size_t begin = at_;
+      if (at_server_code_in_tag()) {
+        if (state_ == TagState::kBeforeName || state_ == TagState::kAfterName) {
+          attributes_.emplace_back().name = begin;
+          state_ = TagState::kAttributeName;
+        } else if (state_ == TagState::kBeforeValue) {
+          attributes_.back().value = begin;
+          state_ = TagState::kUnquoted;
+        }
+        outer_state_ = state_;
+        state_ = TagState::kServerCode;
+        continue;
+      }
+    }
+    const bool ends_word = is_space(c) || c == '>' || c == '/';
+    switch (state_) {
+      case TagState::kName:
+        if (!ends_word) {
+          ++at_;
+          continue;
+        }
+        name_end_ = at_;
+        state_ = TagState::kBeforeName;
+        continue;
+      case TagState::kBeforeName:
+        if (c == '>') break;
+        if (!ends_word) {
+          attributes_.emplace_back().name = at_;
+          state_ = TagState::kAttributeName;
+        }
+        ++at_;
+        continue;
+      case TagState::kAttributeName:
+        if (!ends_word && c != '=') {
+          ++at_;
+          continue;
+        }
+        attributes_.back().name_end = at_;
+        state_ = TagState::kAfterName;
+        continue;
+      case TagState::kAfterName:
+        if (c == '=') {
+          state_ = TagState::kBeforeValue;
+        } else if (!is_space(c)) {
+          state_ = TagState::kBeforeName;
+          continue;
+        }
+        ++at_;
+        continue;
+      case TagState::kBeforeValue:
+        if (is_space(c)) {
+          ++at_;
+        } else if (c == '>') {
+          state_ = TagState::kBeforeName;
+        } else if (c == '"' || c == '\'') {
+          attributes_.back().quote = c;
+          attributes_.back().value = ++at_;
+          state_ = TagState::kQuoted;
+        } else {
+          attributes_.back().value = at_;
+          state_ = TagState::kUnquoted;
+          ++at_;
+        }
+        continue;
+      case TagState::kQuoted: {
+        AttributeSpan& attribute = attributes_.back();
+        if (c == attribute.quote) {
+          attribute.value_end = at_;
+          state_ = TagState::kBeforeName;
+        }
+        ++at_;
+        const char* const end = window.data() + window.size();
+        if (state_ == TagState::kQuoted)
+          at_ = static_cast<std::size_t>((attribute.quote == '"' ? find_any<'"', '<'>(window.data() + at_, end)
+                                                                 : find_any<'\'', '<'>(window.data() + at_, end)) -
+                                         window.data());
+        continue;
+      }
+      case TagState::kUnquoted:
+        if (is_space(c) || c == '>') {
+          attributes_.back().value_end = at_;
+          state_ = TagState::kBeforeName;
+        } else if (c != '"' || !skip_wrapped_placeholder()) {
+          ++at_;
+        }
+        continue;
+      case TagState::kServerCode: {
+        const std::size_t end = find(window, at_, closer_);
+        if (end != window.size()) {
+          at_ = end + closer_.size();
+          state_ = outer_state_;
+          continue;
+        }
+        // The closer may have begun.
+        if (window.size() >= closer_.size()) at_ = std::max(at_, window.size() - (closer_.size() - 1));
+        if (tag_stops(token)) return true;
+        continue;
+      }
+    }
+    // The tag's end.
+    const std::size_t size = at_ + 1;
+    const bool is_overlong = rest_ == Rest::kTag || size > kLongestToken;
+    rest_ = Rest::kNone;
+    token.name = is_overlong ? std::string_view() : window.substr(name_, name_end_ - name_);
+    return give(token, is_overlong ? TokenKind::kOverlong : kind, size);
+  }
+}
+
+}  // namespace kavo::html

@@ -1,0 +1,145 @@
+#include "html/repair/clsHTMLValidate.h"
+
+#include <algorithm>
+#include <iterator>
+#include <optional>
+
+#include "common/byte_scan.h"
+#include "common/clsCommon.h"
+#include "common/clsGetTempFileName.h"
+#include "common/clsRetrieveFile.h"
+#include "common/pending_file.h"
+#include "formats/text/utf16_mark.h"
+#include "html/frmHTMLOptions.h"
+#include "html/repair/html_repair.h"
+#include "platform/failure.h"
+#include "platform/ports.h"
+#include "resources/string_table.h"
+
+namespace kavo {
+namespace {
+
+constexpr std::u16string_view kLineEnd = u"\r\n";
+constexpr std::u16string_view kUtf16Refused =
+    u"The page is UTF-16 text, which is not supported; it was left as it is: ";
+constexpr std::string_view kGlueMark = "<!--htmlglue";
+constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
+
+std::u16string text_of(std::int32_t number) {
+  return std::u16string(string_resource(number, StringSection::kHTMLValidate));
+}
+
+// A name that another process takes first is drawn again.
+void open_temporary(std::optional<PendingFile>& file, const std::u16string& final_path) {
+  constexpr int kAttempts = 100;
+  clsGetTempFileName names;
+  for (int attempt = 1;; ++attempt) {
+    try {
+      file.emplace(final_path, names.Filename());
+      return;
+    } catch (const failure& reason) {
+      if (!reason.is(FailureNumber::kFileAlreadyExists) || attempt == kAttempts) throw;
+    }
+  }
+}
+
+// The page as it was. One that was not there before goes again unless it is kept.
+class BackupCopy {
+ public:
+  BackupCopy() = default;
+  BackupCopy(const BackupCopy&) = delete;
+  BackupCopy& operator=(const BackupCopy&) = delete;
+  ~BackupCopy() {
+    if (!new_path_.empty()) clsCommon().DeleteFile(new_path_);
+  }
+  void make(std::u16string_view page, const std::u16string& path) {
+    const bool is_new = !ports().files->info(path);
+    copy_file(page, path);
+    if (is_new) new_path_ = path;
+  }
+  void keep() { new_path_.clear(); }
+
+ private:
+  std::u16string new_path_;
+};
+
+}  // namespace
+
+bool tells_repair(const Message& message) {
+  constexpr std::int32_t kRepairs[] = {3009, 3010, 3011, 3012, 3013, 3015, 3016};
+  return std::ranges::find(kRepairs, message.number) != std::end(kRepairs);
+}
+
+void clsHTMLValidate::DisplayOptions() {
+  frmHTMLOptions form;
+  form.Tags(Tags());
+  form.show();
+  if (!form.Cancelled()) Tags(form.Tags());
+}
+
+std::int32_t clsHTMLValidate::failed(std::u16string text, std::int32_t number) {
+  messages_.push_back({std::move(text), number});
+  return 1;
+}
+
+std::int32_t clsHTMLValidate::HTMLValidate() {
+  messages_.clear();
+  repairs_ = 0;
+  progress_.restart();
+  messages_.push_back({text_of(3006) + file_name_, 3006});
+
+  BackupCopy backup;
+  if (backup_ && !check_only_) {
+    try {
+      backup.make(file_name_, backup_name_.empty() ? file_name_ + u".bak" : backup_name_);
+    } catch (const failure& reason) {
+      if (reason.is(FailureNumber::kInterrupted)) throw;
+      return failed(((text_of(3007) += file_name_) += kLineEnd) += reason.description(), 3007);
+    }
+  }
+
+  std::optional<BlockReader> reader;
+  std::optional<PendingFile> output;
+  try {
+    reader.emplace(file_name_);
+    if (!check_only_) open_temporary(output, file_name_);
+  } catch (const failure& reason) {
+    if (reason.is(FailureNumber::kInterrupted)) throw;
+    return failed(((text_of(3001) += file_name_) += kLineEnd) += reason.description(), 3001);
+  }
+
+  while (reader->window().size() < kUtf8Mark.size() + kGlueMark.size() && reader->more()) {
+  }
+  std::string_view start = reader->window();
+  if (starts_as_utf16(start)) return failed(std::u16string(kUtf16Refused) + file_name_, 0);
+  if (start.starts_with(kUtf8Mark)) start.remove_prefix(kUtf8Mark.size());
+  if (begins_with_ignoring_case(start.data(), start.data() + start.size(), kGlueMark)) {
+    const std::u16string values[] = {u"<!--HTMLGlue", u"1", u"1"};
+    messages_.push_back({clsCommon().FormatString(text_of(3008), values), 3008, 1, 1});
+    backup.keep();
+    return 0;
+  }
+
+  progress_.report(reader->percent());
+  HtmlRepair repair(*reader, tags_, output ? &*output : nullptr, messages_, trail_, progress_);
+  repair.origin(origin_);
+  repair.ends_in_script(ends_in_script_);
+  repair.run();
+  repairs_ = repair.repairs();
+  // A page without a repair is left as it is: writing the same bytes again could only lose them.
+  if (repairs_ == 0 || check_only_) {
+    backup.keep();
+    return 0;
+  }
+
+  reader.reset();
+  output->finish();
+  if (!clsCommon().MoveFile(output->temporary_path(), file_name_, &messages_)) {
+    clsCommon().DeleteFile(output->temporary_path());
+    return 1;
+  }
+  backup.keep();
+  return 0;
+}
+
+}  // namespace kavo

@@ -1,0 +1,123 @@
+// One run over a page: writes it out with its tag structure repaired.
+//
+// A repair writes down what an HTML parser would do anyway: an end tag where it closes an element, the opening text
+// where it opens a formatting element again. So the page means the same to a parser before and after, and a repaired
+// page needs no repair. Where the same result cannot be reached by writing tags at that place (a parser moves blocks
+// around when an inline element crosses one), the bytes stay and a message says why.
+//
+// An element that is not in the table gets an end tag only where one that is could not be closed without: <b><s>1 ends
+// as <b><s>1</B>, since the end tag of B closes S as well and nothing follows that would reopen it; in <b><div>1 a
+// parser would move things around at </B>, and </DIV> comes first. Only where such an element is left open does an end
+// tag at the end of the page go without its line end, which would open it again. An empty table checks nothing at all:
+// neither paragraphs nor stray brackets.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "common/block_reader.h"
+#include "common/copy_trail.h"
+#include "common/line_index.h"
+#include "common/messages.h"
+#include "common/pending_file.h"
+#include "common/progress_event.h"
+#include "formats/html/scanner.h"
+#include "formats/html/server_code.h"
+#include "formats/html/tree.h"
+#include "formats/text/line_counter.h"
+#include "html/repair/tag_table.h"
+
+namespace kavo {
+
+class HtmlRepair final : private TreeObserver, private ScannerListener {
+ public:
+  // None is owned. Without `output` nothing is written, repairs are only counted; `trail` may be missing.
+  HtmlRepair(BlockReader& reader, const TagTable& table, PendingFile* output, MessageList& messages, CopyTrail* trail,
+             ProgressEvent& progress);
+  // Messages name places of the page itself without one.
+  void origin(PlaceOrigin origin) { origin_ = std::move(origin); }
+
+  // When set nothing is written behind the page's last byte.
+  void ends_in_script(bool value) { ends_in_script_ = value; }
+  // Reads to the end of the page; a byte order mark must already be in the window. Throws what reading, writing and the
+  // progress event throw.
+  void run();
+  // Places that were (or would be) changed.
+  std::uint64_t repairs() const { return repairs_; }
+
+ private:
+  // TreeObserver
+  void closing(const Closing& what) override;
+  void reopening(std::size_t first) override;
+  void crossing(const OpenElement& element, const OpenElement& block) override;
+  // ScannerListener
+  void release(std::uint64_t position) override;
+  void block_read() override;
+  void server_code_in_tag(std::uint64_t position, char quote) override;
+  void processing_instruction(std::uint64_t position) override;
+  void stray_in_text(std::uint64_t position, bool less) override;
+
+  void text(std::uint64_t begin, std::uint64_t end);
+  void blanks(std::uint64_t begin, std::uint64_t end);
+  void stray(std::uint64_t position, bool less);
+  bool start_tag(const Token& token);
+  void end_tag(const Token& token);
+  void end_of_page();
+  void copy_rest();
+
+  bool text_follows(std::uint64_t position);
+  // What a page has behind a place: kBlankEnd and kEnd are the end tags of its body, with and without white space.
+  enum class Rest : std::uint8_t { kMore, kBlankEnd, kEnd, kNothing };
+  Rest rest_of_page(std::uint64_t position, bool ended);
+  void close_all(Rest rest);
+  bool must_close(const OpenElement& element) const;
+  static bool closes_with(const OpenElement& outer, const OpenElement& element, bool is_forgotten);
+  template <class IsWanted>
+  std::vector<bool> without_end_tag(std::size_t lowest, bool is_forgotten, const IsWanted& is_wanted) const;
+  bool is_exempt(const OpenElement& element) const;
+  bool is_obstacle(std::size_t index, const Closing& what) const;
+  std::size_t first_to_close(std::size_t from, const Closing& what) const;
+  bool is_sole_of_its_name(std::size_t index, std::size_t first, const Closing& what) const;
+  bool too_much() const;
+
+  bool protected_at(std::uint64_t position);
+  void follow_server_code(std::uint64_t position);
+  void insert(std::string_view text);
+  void replace(std::uint64_t begin, std::uint64_t end, std::string_view text);
+  void copy_until(std::uint64_t position);
+  void write_repair(std::string_view text);
+  PagePlace place_of(std::uint64_t position);
+
+  std::string name_of_element(const OpenElement& element) const;
+  std::string current_tag_name() const;
+  void report(std::int32_t number, const PagePlace& place, std::string_view name, std::string_view other = {});
+
+  BlockReader& reader_;
+  const TagTable& table_;
+  PendingFile* output_;
+  MessageList& messages_;
+  CopyTrail* trail_;
+  ProgressEvent& progress_;
+  PlaceOrigin origin_;
+  HtmlTree tree_;
+  HtmlScanner scanner_;
+  const Token& token_;  // the scanner's: the one being worked on
+  ServerCode server_;
+  LineCounter lines_;
+
+  enum class Newline : std::uint8_t { kCounts, kIgnored, kLineFeedIgnored };
+  Newline newline_ = Newline::kCounts;  // directly after <pre>
+  std::uint64_t edit_at_ = 0;           // where text may be inserted
+  bool edit_allowed_ = true;
+  bool ends_in_script_ = false;
+  bool server_code_in_token_ = false;
+  std::uint64_t copied_ = 0;    // bytes of the page that are in the output, or will be with the first repair
+  std::uint64_t inserted_ = 0;  // bytes that are in the output only
+  std::uint64_t growth_ = 0;    // what is added to a place of the page to give that in the output
+  std::uint64_t repairs_ = 0;
+  std::uint64_t untold_ = 0;  // messages beyond the limit
+};
+
+}  // namespace kavo

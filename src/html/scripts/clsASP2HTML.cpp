@@ -1,0 +1,152 @@
+#include "html/scripts/clsASP2HTML.h"
+
+#include "common/block_reader.h"
+#include "common/folder_run.h"
+#include "common/line_index.h"
+#include "common/pending_file.h"
+#include "common/same_file.h"
+#include "formats/text/utf16_mark.h"
+#include "html/file_trouble.h"
+#include "html/scripts/script_file.h"
+#include "html/scripts/script_names.h"
+#include "html/scripts/script_protector.h"
+#include "html/scripts/script_restorer.h"
+#include "platform/files.h"
+#include "platform/ports.h"
+#include "platform/unicode.h"
+#include "resources/string_table.h"
+
+namespace kavo {
+namespace {
+
+// Numbers of the string table whose texts name buttons; hosts that know the message by them keep seeing the same.
+constexpr std::int32_t kNoFileName = 3000;
+constexpr std::int32_t kFileFailed = 3001;
+
+[[noreturn]] void refuse_utf16(std::u16string_view path) {
+  throw FileTrouble{std::u16string(path),
+                    u"The file is UTF-16 text. Save it as UTF-8 or in the system's code page and try again."};
+}
+
+// An output that is the input, or the other output, would end one document with another's bytes.
+void refuse_shared_names(const ScriptNames& names) {
+  const auto check = [](const std::u16string& a, const std::u16string& b) {
+    if (!a.empty() && !b.empty() && about_file(b, [&] { return is_same_file(a, b); }))
+      throw FileTrouble{b, u"The file is already open"};
+  };
+  check(names.page, names.html);
+  check(names.page, names.script);
+  check(names.html, names.script);
+}
+
+void refuse_folder(const std::u16string& path) {
+  const auto info = about_file(path, [&] { return ports().files->info(path); });
+  if (info && info->is_folder) throw FileTrouble{path, u"There is a folder of this name"};
+}
+
+// Ends a run whose reasons are in the warnings.
+struct Refusal {};
+
+std::u16string shown_path(std::u16string_view path) { return to_utf16(path_to_host(path)); }
+
+std::u16string line_of(std::u16string_view path, std::uint64_t position) {
+  const LinePlace place = about_file(path, [&] { return LineIndex(path).place_of(position); });
+  return u", line " + to_utf16(std::to_string(place.line)) + u",";
+}
+
+std::u16string and_more(std::uint64_t count) {
+  return count == 1 ? u"" : u" and " + to_utf16(std::to_string(count - 1)) + u" more";
+}
+
+}  // namespace
+
+std::int32_t clsASP2HTML::ASP2HTML() {
+  return run(u"ASP2HTML : ", names_.page, complete_from_page, &clsASP2HTML::protect);
+}
+
+std::int32_t clsASP2HTML::HTML2ASP() {
+  return run(u"HTML2ASP : ", names_.html, complete_from_html, &clsASP2HTML::restore);
+}
+
+std::int32_t clsASP2HTML::run(std::u16string_view what, const std::u16string& input, CompleteNames complete,
+                              Operation operation) {
+  messages_.clear();
+  warnings_.clear();
+  messages_.push_back({std::u16string(what) + input});
+  progress_.restart();
+  if (input.empty()) {
+    messages_.push_back({std::u16string(string_resource(kNoFileName)), kNoFileName});
+    return 1;
+  }
+  try {
+    about_file(input, [&] { complete(names_); });
+    refuse_shared_names(names_);
+    (this->*operation)();
+    return 0;
+  } catch (const Refusal&) {
+    messages_.insert(messages_.end(), warnings_.begin(), warnings_.end());
+    return 1;
+  } catch (const FileTrouble& trouble) {
+    warnings_.clear();
+    std::u16string text(string_resource(kFileFailed));
+    text += trouble.path + u"\r\n" + trouble.description;
+    messages_.push_back({std::move(text), kFileFailed});
+    return 1;
+  }
+}
+
+void clsASP2HTML::protect() {
+  auto input = about_file(names_.page, [&] { return BlockReader(names_.page); });
+  if (about_file(names_.page, [&] { return starts_as_utf16(input); })) refuse_utf16(names_.page);
+  refuse_folder(names_.html);
+  refuse_folder(names_.script);
+  // Page and script file are one set.
+  auto run = about_file(names_.html, [&] { return std::make_unique<FolderRun>(names_.html); });
+  PendingFile page = about_file(names_.html, [&] { return PendingFile(names_.html); });
+  PendingFile script = about_file(names_.script, [&] { return PendingFile(names_.script); });
+  ScriptProtector protector({page, page_trail_}, {script, script_trail_});
+  protector.run(input, names_.page, progress_);
+  ends_in_script_ = protector.ends_in_script();
+  about_file(names_.script, [&] { script.commit(); });
+  about_file(names_.html, [&] { page.commit(); });
+  about_file(names_.html, [&] { run->commit(); });
+}
+
+void clsASP2HTML::restore() {
+  auto input = about_file(names_.html, [&] { return BlockReader(names_.html); });
+  if (about_file(names_.html, [&] { return starts_as_utf16(input); })) refuse_utf16(names_.html);
+  PendingFile page = about_file(names_.page, [&] { return PendingFile(names_.page); });
+  auto script = about_file(names_.script, [&] { return ScriptFile(names_.script); });
+  if (about_file(names_.script, [&] { return script.is_utf16(); })) refuse_utf16(names_.script);
+  ScriptRestorer restorer(script, names_.script, page);
+  restorer.run(input, names_.html, progress_);
+  if (find_gaps(restorer, script) && refuse_gaps_) throw Refusal{};
+  about_file(names_.page, [&] { page.commit(); });
+}
+
+// Fills in the warnings; true when script would be lost.
+bool clsASP2HTML::find_gaps(const ScriptRestorer& restorer, ScriptFile& script) {
+  const ScriptRestorer::Missing& missing = restorer.missing();
+  const ScriptFile::Unused unused = about_file(names_.script, [&] { return script.unused(); });
+  const std::u16string script_name = shown_path(names_.script);
+  const auto warn = [this](std::u16string text) { warnings_.push_back({std::move(text)}); };
+  if (missing.count != 0)
+    warn(shown_path(names_.html) + line_of(names_.html, missing.position) + u" has the placeholder " +
+         to_utf16(missing.placeholder) + and_more(missing.count) + u", for which " + script_name + u" has no script");
+  if (unused.count != 0)
+    warn(script_name + line_of(names_.script, unused.position) + u" has the script of " + to_utf16(unused.placeholder) +
+         and_more(unused.count) + u", for which " + shown_path(names_.html) + u" has no placeholder");
+  if (script.ends_inside_block()) warn(script_name + u" ends inside its last script: it is cut short");
+  const bool lost = !warnings_.empty();
+  if (script.repeated() != 0)
+    warn(u"Placeholders that stand more than once, so that their script does, too: " +
+         to_utf16(std::to_string(script.repeated())));
+  return lost;
+}
+
+std::u16string clsASP2HTML::GetError(std::int32_t index) const {
+  if (index < 1 || static_cast<std::size_t>(index) > messages_.size()) return {};
+  return messages_[static_cast<std::size_t>(index) - 1].text;
+}
+
+}  // namespace kavo

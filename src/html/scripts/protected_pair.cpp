@@ -1,0 +1,72 @@
+#include "html/scripts/protected_pair.h"
+
+#include <algorithm>
+
+#include "common/block_reader.h"
+#include "common/file_comparison.h"
+#include "common/folder_run.h"
+#include "common/pending_file.h"
+#include "formats/text/utf16_mark.h"
+#include "html/file_trouble.h"
+#include "html/repair/clsHTMLValidate.h"
+#include "html/scripts/script_protector.h"
+#include "platform/files.h"
+#include "platform/ports.h"
+#include "platform/unicode.h"
+
+namespace kavo {
+namespace {
+
+// True for a file that holds more than blanks. A script file without scripts holds a line end, or a blank and one.
+bool holds_something(const std::u16string& path) {
+  const auto info = ports().files->info(path);
+  if (!info || info->is_folder) return false;
+  BlockReader reader(path);
+  while (reader.more()) {
+    if (reader.window().find_first_not_of(" \t\r\n") != std::string_view::npos) return true;
+    reader.consume(reader.window().size());
+  }
+  return false;
+}
+
+bool is_same(std::u16string_view a, std::u16string_view b) {
+  const auto one = ports().files->info(a);
+  const auto other = ports().files->info(b);
+  return one && other && one->size == other->size && !first_difference(a, b);
+}
+
+std::u16string compare_with_new_pair(const ScriptNames& names, bool has_html, bool has_script) {
+  BlockReader page(names.page);
+  if (starts_as_utf16(page)) return has_html ? names.html : names.script;  // nothing is made of such a page
+  // Never committed: what is made here to compare with goes again, also when the program is killed.
+  const FolderRun scratch(names.html);
+  PendingFile html(names.html);
+  PendingFile script(names.script);
+  ScriptProtector protector({html, nullptr}, {script, nullptr});
+  ProgressEvent progress;
+  protector.run(page, names.page, progress);
+  html.complete();
+  script.complete();
+  if (has_script && !is_same(script.temporary_path(), names.script)) return names.script;
+  if (!has_html || is_same(html.temporary_path(), names.html)) return {};
+  clsHTMLValidate repair;
+  repair.Filename(html.temporary_path());
+  repair.ends_in_script(protector.ends_in_script());
+  if (repair.HTMLValidate() == 0 && is_same(html.temporary_path(), names.html)) return {};
+  return names.html;
+}
+
+}  // namespace
+
+std::u16string work_beside_page(const ScriptNames& names) {
+  const bool has_html = holds_something(names.html);
+  const bool has_script = holds_something(names.script);
+  if (!has_html && !has_script) return {};
+  try {
+    return compare_with_new_pair(names, has_html, has_script);
+  } catch (const FileTrouble& trouble) {
+    throw failure(FailureNumber::kPathFileAccess, to_utf16(path_to_host(trouble.path)) + u": " + trouble.description);
+  }
+}
+
+}  // namespace kavo

@@ -1,0 +1,79 @@
+// The script side file of a page, from which HTML2ASP takes the blocks back.
+//
+// A block is looked up by its placeholder: the first line that begins with it, from where the last block ended, else
+// from the start of the file. Pages whose placeholders stand in their first order are served by reading on; the first
+// placeholder that is out of order makes an index of the whole file (16 bytes a block), so that no lookup ever scans.
+// Block texts are copied through a window: a block may be larger than memory.
+//
+// It also knows which blocks were asked for. While the blocks are read in order a count says that; with the index come
+// 8 bytes and a bit for each block.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "common/block_reader.h"
+#include "common/lookup_index.h"
+#include "formats/text/utf16_mark.h"
+
+namespace kavo {
+
+class ScriptFile {
+ public:
+  // Opens for reading; throws `failure`, as do all operations.
+  explicit ScriptFile(std::u16string_view path) : reader_(path) {}
+
+  // Before the first find().
+  bool is_utf16() { return starts_as_utf16(reader_); }
+  // Goes to the text of the block with this placeholder; false when there is none, and the next search is then one of
+  // the whole file.
+  bool find(std::string_view placeholder);
+  // After find(): hands the block's text piece by piece to `sink`, without the line end behind it.
+  using Sink = std::function<void(std::string_view)>;
+  void read_block(const Sink& sink);
+
+  // How often find() has found a block that it had found before.
+  std::uint64_t repeated() const { return repeated_; }
+  // Blocks that find() has not found. A line that begins as a placeholder and is none counts as well: no placeholder
+  // fits it.
+  struct Unused {
+    std::uint64_t count = 0;
+    std::uint64_t position = 0;  // of the first one's placeholder in the file, in bytes from 0
+    std::string placeholder;     // its line
+  };
+  // After the last find(); reads the file to its end.
+  Unused unused();
+  // After unused(): whether the file ends before its last block does. Every block that protection writes ends with a
+  // line end; an editor that drops the last one of the file leaves at least the ">" of the script.
+  bool ends_inside_block() const { return ends_inside_block_; }
+
+ private:
+  // Each starts at the beginning of a line and ends at that of another.
+  void pass_to_marker(const Sink& sink);
+  bool skip_line_of(std::string_view placeholder);
+  void skip_line();
+  // Calls each(position) at every line that begins with the marker, from here to the end of the file.
+  template <class Each>
+  void for_each_marker(Each&& each);
+  void build_index();
+  void count_use(std::uint64_t position);
+  std::string line_at(std::uint64_t position);
+
+  void fill(std::size_t count);
+  void go_to(std::uint64_t position);
+
+  BlockReader reader_;                               // stands where the next search starts
+  LookupIndex<std::uint64_t, std::uint64_t> index_;  // hash of a placeholder, position of its line
+  bool indexed_ = false;
+  std::uint64_t in_order_ = 0;         // blocks found before there was an index: the first ones of the file
+  std::vector<std::uint64_t> blocks_;  // with the index: where their placeholders stand, in order
+  std::vector<bool> used_;             // and which of them were found
+  std::uint64_t repeated_ = 0;
+  bool in_block_ = false;  // the reader stands in a block's text
+  bool ends_inside_block_ = false;
+};
+
+}  // namespace kavo

@@ -1,0 +1,150 @@
+#include "html/scripts/script_restorer.h"
+
+#include <algorithm>
+
+#include "common/byte_scan.h"
+#include "formats/html/script_marker.h"
+#include "html/file_trouble.h"
+
+namespace kavo {
+
+void ScriptRestorer::run(BlockReader& input, std::u16string_view input_name, ProgressEvent& progress) {
+  std::size_t done = 0;
+  do {
+    about_file(input_name, [&] { return input.more(); });
+    if (input.bytes_read() != 0) progress.report(input.percent());
+    begin_ = run_ = input.window().data();
+    begin_position_ = input.position();
+    end_ = begin_ + input.window().size();
+    last_ = input.exhausted();
+    const char* p = scan(begin_ + done);
+    // An attribute name or a quote may prove to belong to a placeholder that comes next.
+    const auto held = last_ ? 0 : static_cast<std::ptrdiff_t>(script::kAttribute.size());
+    if (p - run_ > held) flush(p - held);
+    done = static_cast<std::size_t>(p - run_);
+    input.consume(static_cast<std::size_t>(run_ - begin_));
+  } while (!last_);
+}
+
+const char* ScriptRestorer::scan(const char* p) {
+  for (;;) {
+    // Lines matter only while an escaped marker waits for its end.
+    p = escapes_ == 0 ? find_any<'<', '&'>(p, end_) : find_any<'<', '&', '\r', '\n'>(p, end_);
+    if (p == end_) return p;
+    if (script::is_line_end(*p)) {
+      escapes_ = 0;
+      ++p;
+      continue;
+    }
+    if (wants_more(p, script::kLongestToken)) return p;
+    const char* next = p + 1;
+    if (*p == '&')
+      next = ampersand(p);
+    else if (std::string_view(p, end_).starts_with(script::kMarker))
+      next = marker(p, script::kMarker.size());
+    if (next == p) return p;
+    p = next;
+  }
+}
+
+const char* ScriptRestorer::ampersand(const char* p) {
+  if (begins_with_ignoring_case(p, end_, script::kEscapedMarker)) {
+    ++escapes_;
+    const char* next = marker(p, script::kEscapedMarker.size());
+    if (next == p) --escapes_;  // seen again with more bytes
+    return next;
+  }
+  if (escapes_ == 0 || !begins_with_ignoring_case(p, end_, script::kEscapedBracket)) return p + 1;
+  if (!std::string_view(run_, p).ends_with("--")) return p + 1;
+  --escapes_;
+  flush(p);
+  write(">");
+  return run_ = p + script::kEscapedBracket.size();
+}
+
+// A marker of this length, which is the longer one when it is escaped, stands at p.
+const char* ScriptRestorer::marker(const char* p, std::size_t length) {
+  const std::size_t escapes = escapes_;
+  text_ = script::kMarker;
+  const char* behind = p + length;
+  switch (read_placeholder(behind)) {
+    case Found::kPlaceholder:
+      restore(p, behind);
+      return run_;
+    case Found::kNone:
+      escapes_ = escapes;
+      return plain_marker(p, length);
+    case Found::kCut:
+      escapes_ = escapes;
+      return p;
+  }
+  return p;
+}
+
+// The marker begins no placeholder: it stays, without its escaping.
+const char* ScriptRestorer::plain_marker(const char* p, std::size_t length) {
+  if (length == script::kMarker.size()) return p + length;
+  flush(p);
+  write(script::kMarker);
+  return run_ = p + length;
+}
+
+ScriptRestorer::Found ScriptRestorer::read_placeholder(const char*& p) {
+  while (text_.size() < script::kLongestPlaceholder) {
+    if (wants_more(p, script::kLongestToken)) return Found::kCut;
+    if (p == end_ || script::is_line_end(*p)) return Found::kNone;
+    const bool may_end = text_.ends_with("--");
+    if (may_end && *p == '>') {
+      ++p;
+    } else if (may_end && escapes_ > 0 && begins_with_ignoring_case(p, end_, script::kEscapedBracket)) {
+      p += script::kEscapedBracket.size();
+      --escapes_;
+    } else if (begins_with_ignoring_case(p, end_, script::kEscapedMarker)) {
+      p += script::kEscapedMarker.size();
+      ++escapes_;
+      text_ += script::kMarker;
+      continue;
+    } else {
+      text_ += *p++;
+      continue;
+    }
+    text_ += '>';
+    return Found::kPlaceholder;
+  }
+  return Found::kNone;
+}
+
+// Writes the block whose placeholder, in text_, stands from p to `behind`; what was added around a wrapped one goes.
+void ScriptRestorer::restore(const char* p, const char* behind) {
+  const std::string_view before(run_, p);
+  if (std::string_view(text_).ends_with(script::kWrappedEnd) && behind != end_ && *behind == '"') {
+    if (before.ends_with(script::kAttribute)) {
+      p -= script::kAttribute.size();
+      ++behind;
+    } else if (before.ends_with('"')) {
+      --p;
+      ++behind;
+    }
+  }
+  flush(p);
+  run_ = behind;
+  if (!about_file(script_name_, [&] { return script_.find(text_); })) {
+    if (missing_.count++ == 0) {
+      missing_.position = begin_position_ + static_cast<std::uint64_t>(p - begin_);
+      missing_.placeholder = text_;
+    }
+    return;
+  }
+  about_file(script_name_, [&] { script_.read_block([this](std::string_view bytes) { write(bytes); }); });
+}
+
+void ScriptRestorer::flush(const char* p) {
+  if (p != run_) write({run_, p});
+  run_ = p;
+}
+
+void ScriptRestorer::write(std::string_view bytes) {
+  about_file(page_.final_path(), [&] { page_.write(bytes); });
+}
+
+}  // namespace kavo

@@ -1,0 +1,71 @@
+// Puts script blocks back in the place of their placeholders: the scanner behind clsASP2HTML::HTML2ASP.
+//
+// What was restored is not searched for placeholders again: script may hold text that looks like one, even its own
+// placeholder. Nor is a comment a placeholder that does not end on its line or is longer than any placeholder; it
+// stays as it is.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "common/block_reader.h"
+#include "common/pending_file.h"
+#include "common/progress_event.h"
+#include "html/scripts/script_file.h"
+
+namespace kavo {
+
+class ScriptRestorer {
+ public:
+  // Both are borrowed; the output is not committed. `script_name` is the script file's name for FileTrouble.
+  ScriptRestorer(ScriptFile& script, std::u16string_view script_name, PendingFile& page)
+      : script_(script), script_name_(script_name), page_(page) {}
+
+  // Scans the whole page. Throws FileTrouble; what the progress event throws passes through.
+  void run(BlockReader& input, std::u16string_view input_name, ProgressEvent& progress);
+  // Placeholders that went without a block, because the script file has none of their number.
+  struct Missing {
+    std::uint64_t count = 0;
+    std::uint64_t position = 0;  // of the first in the page, in bytes from 0
+    std::string placeholder;     // its text
+  };
+  const Missing& missing() const { return missing_; }
+
+ private:
+  // Each works on from a place in the window and returns the place to go on from; the same place when the bytes there
+  // must be seen with those that follow.
+  const char* scan(const char* p);
+  const char* ampersand(const char* p);
+  const char* marker(const char* p, std::size_t length);
+  const char* plain_marker(const char* p, std::size_t length);
+
+  enum class Found { kPlaceholder, kNone, kCut };
+  // Reads on from `p` to the end of the comment whose start is in text_; `p` is then behind it.
+  Found read_placeholder(const char*& p);
+  void restore(const char* p, const char* behind);
+
+  void flush(const char* p);
+  void write(std::string_view bytes);
+  bool wants_more(const char* p, std::size_t count) const {
+    return !last_ && static_cast<std::size_t>(end_ - p) < count;
+  }
+
+  ScriptFile& script_;
+  std::u16string script_name_;
+  PendingFile& page_;
+
+  // The window: what was scanned and not written yet is kept as far as a placeholder looks back.
+  const char* begin_ = nullptr;
+  std::uint64_t begin_position_ = 0;  // of begin_ in the page
+  const char* end_ = nullptr;
+  const char* run_ = nullptr;  // first byte not written yet
+  bool last_ = false;          // the window reaches to the end of the page
+
+  std::size_t escapes_ = 0;  // escaped markers of this line whose escaped end has not come yet
+  std::string text_;         // the placeholder being read, its escaping undone
+  Missing missing_;
+};
+
+}  // namespace kavo

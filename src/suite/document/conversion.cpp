@@ -1,0 +1,142 @@
+#include "suite/document/conversion.h"
+
+#include "common/checksum.h"
+#include "common/clsCommon.h"
+#include "common/pending_file.h"
+#include "common/plain_name.h"
+#include "common/tud_names.h"
+#include "platform/failure.h"
+#include "platform/ports.h"
+#include "platform/unicode.h"
+#include "suite/document/skeleton.h"
+#include "suite/document/tud_format.h"
+#include "suite/filters/filter.h"
+
+namespace kavo {
+namespace {
+
+// What becomes part of a name in the bilingual document.
+std::string checked(std::string name) {
+  if (const std::string_view problem = name.empty() ? std::string_view() : plain_name_problem(name); !problem.empty())
+    throw failure(FailureNumber::kInvalidCall,
+                  to_utf16("\"" + name + "\" cannot stand in a bilingual document: " + std::string(problem)));
+  return name;
+}
+
+std::string file_name_of(std::u16string_view path) {
+  return checked(path_to_host(path.substr(clsCommon().strParseFileName(path, 0).size())));
+}
+
+SetMark set_of(const ConversionRequest& request) {
+  SetMark set;
+  set.mark = checked(request.mark);
+  if (request.author_document.empty()) return set;
+  set.author_document = file_name_of(request.author_document);
+  set.author_checksum = checksum_of_file(request.author_document);
+  return set;
+}
+
+class ConversionSink final : public ExtractionSink {
+ public:
+  ConversionSink(const ConversionRequest& request, const FilterEntry& filter)
+      : request_(request),
+        filter_(filter),
+        skeleton_name_(request.skeleton.empty() ? skeleton_name_of(request.tud) : request.skeleton),
+        checksum_(checksum_of_file(request.document)),
+        set_(set_of(request)),
+        skeleton_(skeleton_name_),
+        tud_(request.tud) {}
+
+  void begin(const DocumentFacts& facts) override {
+    skeleton_.begin(filter_.tag, checksum_, facts, set_);
+    TudHeader header;
+    header.original = file_name_of(request_.document);
+    header.source_format = to_utf8(ascii_upper(clsCommon().strParseFileName(request_.document, 2)));
+    header.filter = to_utf8(filter_.tag);
+    header.skeleton = file_name_of(skeleton_name_);
+    header.source_language = checked(to_utf8(request_.source_language));
+    header.target_language = checked(to_utf8(request_.target_language));
+    header.source_code_page = facts.code_page;
+    const bool keeps = facts.keeps_code_page || request_.target_code_page == 0;
+    header.target_code_page = keeps ? facts.code_page : request_.target_code_page;
+    header.checksum = checksum_;
+    header.set = set_;
+    header.datatype = filter_.datatype;
+    append_tud_start(xml_, header);
+  }
+
+  void skeleton(std::string_view bytes) override { skeleton_.bytes(bytes); }
+  void computed(std::uint32_t kind, std::string_view original) override { skeleton_.computed(kind, original); }
+  void segment(const Segment& segment) override { add(segment, false); }
+  std::uint32_t nested_segment(const Segment& segment) override { return add(segment, true); }
+
+  std::uint32_t commit() {
+    append_tud_end(xml_);
+    tud_.write(xml_);
+    skeleton_.finish(count_);
+    commit_both();
+    return count_;
+  }
+
+ private:
+  std::uint32_t add(const Segment& segment, bool is_nested) {
+    if (count_ == UINT32_MAX) throw failure(FailureNumber::kOverflow, u"Overflow");
+    ++count_;
+    skeleton_.segment(count_, segment, is_nested);
+    append_tud_unit(xml_, count_, segment);
+    tud_.write(xml_);
+    xml_.clear();
+    return count_;
+  }
+
+  // A bilingual document is worth nothing without its skeleton: when the second of the two cannot take its name, the
+  // first gives it back.
+  void commit_both() {
+    FileSystem& files = *ports().files;
+    std::u16string old_skeleton;
+    if (files.info(skeleton_name_)) {
+      old_skeleton = tud_.temporary_path() + u".old";
+      copy_file(skeleton_name_, old_skeleton);
+    }
+    try {
+      skeleton_.commit();
+      tud_.commit();
+    } catch (...) {
+      if (!old_skeleton.empty())
+        replace_file(old_skeleton, skeleton_name_);
+      else if (files.info(skeleton_name_))
+        files.remove_file(skeleton_name_);
+      throw;
+    }
+    if (!old_skeleton.empty()) clsCommon().DeleteFile(old_skeleton);
+  }
+
+  const ConversionRequest& request_;
+  const FilterEntry& filter_;
+  std::u16string skeleton_name_;
+  std::uint64_t checksum_;
+  SetMark set_;
+  SkeletonWriter skeleton_;
+  PendingFile tud_;
+  std::string xml_;
+  std::uint32_t count_ = 0;
+};
+
+}  // namespace
+
+std::uint32_t convert_document(const ConversionRequest& request, ProgressEvent& progress) {
+  const FilterEntry& entry = find_filter(request.filter);
+  const std::unique_ptr<Filter> filter = entry.make();
+  ConversionSettings settings;
+  settings.document = request.document;
+  settings.source_language = to_utf8(request.source_language);
+  settings.target_language = to_utf8(request.target_language);
+  settings.source_code_page = request.source_code_page != 0 ? request.source_code_page : ports().code_page->number();
+  ConversionSink sink(request, entry);
+  BlockReader document(request.document);
+  progress.restart();
+  filter->extract(document, settings, sink, progress);
+  return sink.commit();
+}
+
+}  // namespace kavo

@@ -1,0 +1,29 @@
+// What building a target and checking a translation before that have in common.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <string_view>
+
+#include "suite/document/skeleton.h"
+#include "suite/document/tud_format.h"
+#include "suite/filters/filter.h"
+
+namespace kavo {
+
+// The settings for a document's filter, without colours. `target_code_page` 0 is that of the document.
+RebuildSettings rebuild_settings(const SkeletonHeader& skeleton, std::string source_language,
+                                 std::string target_language, unsigned target_code_page);
+
+// Throws `failure` 5 that names the place for a translation whose codes are not those of its place in the skeleton: one
+// that it does not have, or a required one that is missing or doubled.
+void refuse_codes(const Hole& hole, std::string_view translation);
+
+// Which translations of a document (coded text by segment number) building the target would refuse, each with the
+// reason: a code, a character that the target's code page lacks and the format cannot write otherwise. Throws `failure`
+// for a skeleton that cannot be read.
+std::map<std::uint32_t, std::string> refused_translations(std::u16string_view skeleton, const TudHeader& document,
+                                                          const std::map<std::uint32_t, std::string>& translations);
+
+}  // namespace kavo

@@ -1,0 +1,92 @@
+// A segment: one piece of translatable text of a document, with everything needed to put it or its translation back.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "formats/text/text_coding.h"
+#include "suite/document/coded_text.h"
+
+namespace kavo {
+
+// Bytes of the document inside a segment that are no text: a tag, a script placeholder, an invalid byte.
+struct InlineCode {
+  CodeKind kind = CodeKind::kStandalone;
+  std::uint32_t id = 0;   // from 1 in each segment; the two codes of a pair share one
+  bool required = false;  // a translation without it cannot be rebuilt
+  std::string_view type;  // XLIFF ctype ("bold", "link", "image", "lb", "x-script"), a literal; "" for none
+  std::string shown;      // what a translator sees of a standalone code, UTF-8; "" for nothing
+  std::size_t begin = 0;  // the code's bytes in Segment::original
+  std::size_t end = 0;
+};
+
+// A translatable text inside a code of another segment (the alternative text of an image in a paragraph).
+struct NestedPlace {
+  std::size_t begin = 0;  // the bytes in Segment::original that it stands for
+  std::size_t end = 0;
+  std::uint32_t segment = 0;  // its number
+};
+
+struct Segment {
+  std::string text;               // coded text
+  std::string original;           // the document's bytes from the first to the last of the segment, exactly
+  std::vector<InlineCode> codes;  // in the order of their references in `text`
+  std::vector<NestedPlace> nested;
+  std::string context;      // whatever the filter wants to know again when it writes the translation; any bytes
+  std::string note;         // for the translator, UTF-8; "" for none
+  std::int64_t line = 0;    // 1-based place in the document
+  std::int64_t column = 0;  // 1-based, in bytes
+  bool locked = false;      // to be shown, not to be translated
+};
+
+// Builds a segment from left to right: every byte of the document between its first and its last goes through exactly
+// one of the add_ members, so that `original` is whole. Made once for a document and used for every segment.
+class SegmentBuilder {
+ public:
+  // The coding of the document's bytes must outlive the builder.
+  explicit SegmentBuilder(const TextCoding& coding) : coding_(coding) {}
+
+  // Forgets what is there and starts at a place of the document.
+  void start(std::int64_t line, std::int64_t column);
+  bool empty() const { return segment_.original.empty(); }
+  // True when there is a character of text beside blanks, tabs and line ends (the no-break space counts as a blank).
+  bool has_text() const { return has_text_; }
+
+  // Text as it stands. Bytes that are invalid in the document's coding and characters that XML does not have become
+  // codes of their own.
+  void add_text(std::string_view original);
+  // Text that stands in the document in another form: "é" for "&eacute;". `text` in UTF-8; when XML does not have it,
+  // it becomes a code.
+  void add_text(std::string_view text, std::string_view original);
+  // Bytes that the translation need not keep: the line structure inside a paragraph. They survive unchanged segments.
+  void add_hidden(std::string_view original);
+
+  void add_code(CodeKind kind, std::string_view type, std::string_view shown, std::string_view original,
+                bool required = false);
+  // A code in pieces, for one with translatable text inside: begin_code, code_bytes and nested in any order, end_code.
+  void begin_code(CodeKind kind, std::string_view type, std::string_view shown, bool required = false);
+  void code_bytes(std::string_view original) { segment_.original += original; }
+  // `number` as ExtractionSink::nested_segment() gave it, `original` that segment's bytes.
+  void nested(std::uint32_t number, std::string_view original);
+  void end_code();
+
+  void context(std::string_view value) { segment_.context = value; }
+  void note(std::string_view value) { segment_.note = value; }
+  void locked(bool value) { segment_.locked = value; }
+
+  // Numbers the codes, pairs each closing code with the last opening one of its type (what does not nest properly
+  // becomes standalone), and hands the segment out; valid until start(). Call it once.
+  const Segment& finish();
+
+ private:
+  void pair_codes();
+
+  const TextCoding& coding_;
+  Segment segment_;
+  bool has_text_ = false;
+};
+
+}  // namespace kavo

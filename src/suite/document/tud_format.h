@@ -1,0 +1,118 @@
+// What a bilingual document (".tud") is made of: an XLIFF 1.2 document with one unit for each segment.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "formats/xml/xml_reader.h"
+#include "suite/document/coded_text.h"
+#include "suite/document/segment.h"
+#include "suite/document/set_mark.h"
+#include "suite/document/translation_status.h"
+
+namespace kavo {
+
+inline constexpr std::string_view kXliffNamespace = "urn:oasis:names:tc:xliff:document:1.2";
+inline constexpr std::string_view kToolId = "K19Suite";
+
+// What the document's header tells. Languages are the suite's own codes ("EN-US").
+struct TudHeader {
+  // File names without folder, in the system's own form: any bytes, of which the format escapes what XML lacks.
+  std::string original;       // of the source document
+  std::string source_format;  // its extension in capitals
+  std::string filter;         // tag
+  std::string skeleton;       // "" when it is inside the document
+  bool has_skeleton_inside = false;
+  std::string source_language;
+  std::string target_language;
+  unsigned source_code_page = 0;
+  unsigned target_code_page = 0;
+  std::uint64_t checksum = 0;  // of the source document, 0 when it is not told
+  SetMark set;
+  std::string datatype;  // XLIFF's word for the format
+};
+
+// A file name of the header as the core writes it.
+std::u16string core_file_name(std::string_view name);
+
+// A note of a unit.
+struct TudNote {
+  std::string text;
+  std::string attributes;  // as they may be written again, each behind a blank
+  bool operator==(const TudNote&) const = default;
+};
+
+// A unit as it was read. Places are those of the file's bytes.
+struct TudUnit {
+  std::string id;
+  std::string source;  // coded text
+  std::string target;
+  bool has_target = false;
+  bool translate = true;
+  bool approved = false;
+  std::string state;
+  std::string state_qualifier;
+  std::optional<std::int16_t> match;  // percent, of the first alternative translation that tells one
+  std::string extra;                  // what we wrote as extradata: the place in the source document
+  std::vector<TudNote> notes;
+
+  // For rewriting.
+  struct Inline {
+    CodeKind kind = CodeKind::kStandalone;
+    std::string id;
+    XmlPlace place;  // of a pair's tag, of the whole element when standalone
+  };
+  std::vector<Inline> inlines;  // of the source text
+  XmlPlace whole;
+  XmlPlace start_tag;
+  XmlPlace source_tag;
+  std::uint64_t source_end = 0;  // end of </source>, or of </seg-source> where there is one
+  XmlPlace target_start;         // the start tag (all of it when empty)
+  XmlPlace target_end;           // the end tag, nothing long when empty
+  XmlPlace match_tag;            // the start tag that tells the match; nothing long when none does
+};
+
+// Its translation: the source text for a target that nobody has written yet (missing, or empty and not approved).
+std::string_view translation_of(const TudUnit& unit);
+// A state that says that there is no translation yet.
+bool is_new_state(std::string_view state);
+// Its status by XLIFF's attributes, as tools set them.
+TranslationStatus status_of(const TudUnit& unit);
+
+// The attributes of a target for a status.
+struct XliffState {
+  std::string_view state;
+  std::string_view qualifier;  // "" for none
+};
+XliffState xliff_state_of(TranslationStatus status);
+
+// The beginning of a new document, up to its first unit; one unit, untranslated; the end. Appended in UTF-8.
+void append_tud_start(std::string& xml, const TudHeader& header);
+void append_tud_unit(std::string& xml, std::uint32_t number, const Segment& segment);
+void append_tud_end(std::string& xml);
+
+// Receives a document while it is read.
+class TudEvents {
+ public:
+  virtual ~TudEvents() = default;
+  // Before the first unit.
+  virtual void header(const TudHeader& header) { static_cast<void>(header); }
+  virtual void unit(const TudUnit& unit) { static_cast<void>(unit); }
+  // The text of a skeleton inside the document (base 64), in pieces, before header().
+  virtual void skeleton_inside(std::string_view base64) { static_cast<void>(base64); }
+};
+
+// Reads a document, whatever editor wrote it: any prefixes, order of attributes, coding, added elements, missing
+// targets. Throws `failure` 5 with the place for one that is not well-formed, is cut, is no XLIFF document, holds
+// several files, or gives a name that is not one plain file name (plain_name.h): every file of a document lies in its
+// own folder. With `coding`, that of the document's bytes is written there before the first event.
+void read_tud(std::u16string_view path, TudEvents& events, ProgressEvent* progress = nullptr,
+              XmlCoding* coding = nullptr);
+
+// The header of a document, which is read to its end. Throws `failure` as read_tud() does.
+TudHeader header_of(std::u16string_view path);
+
+}  // namespace kavo

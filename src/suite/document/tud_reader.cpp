@@ -1,0 +1,378 @@
+// The reading half of the bilingual document's format.
+//
+// One state a level: the parser's events arrive in the order of the file, and what matters of a level (where a unit's
+// source text ends, say) is kept in the unit being built. Everything that the format does not need is stepped over,
+// whatever it holds.
+#include <algorithm>
+#include <charconv>
+
+#include "common/plain_name.h"
+#include "formats/xml/xml_text.h"
+#include "platform/failure.h"
+#include "platform/files.h"
+#include "platform/unicode.h"
+#include "suite/document/tud_format.h"
+
+namespace kavo {
+namespace {
+
+// "%20" and the like undone.
+std::string from_uri(std::string_view uri) {
+  std::string text;
+  for (std::size_t i = 0; i < uri.size(); ++i) {
+    unsigned byte = 0;
+    const char* const digits = uri.data() + i + 1;
+    if (uri[i] == '%' && uri.size() - i > 2 && std::from_chars(digits, digits + 2, byte, 16).ptr == digits + 2) {
+      text += static_cast<char>(byte);
+      i += 2;
+    } else {
+      text += uri[i];
+    }
+  }
+  return text;
+}
+
+template <class Number>
+Number number_of(std::string_view text) {
+  Number number = 0;
+  std::from_chars(text.data(), text.data() + text.size(), number);
+  return number;
+}
+
+class TudParser final : public XmlHandler {
+ public:
+  TudParser(std::u16string_view path, TudEvents& events, XmlCoding* coding)
+      : reader_(path), events_(events), coding_(coding) {}
+
+  void read(ProgressEvent* progress) {
+    reader_.read(*this, progress);
+    if (!seen_file_) reader_.refuse(u"the document has no file element");
+    tell_header();
+  }
+
+  void start(std::string_view space, std::string_view name, const XmlAttributes& attributes, XmlPlace place) override {
+    ++depth_;
+    if (depth_ == 1) {
+      if (name != "xliff" || space.starts_with("urn:oasis:names:tc:xliff:document:2"))
+        reader_.refuse(u"this is no XLIFF 1 document");
+      space_ = space;
+      if (coding_) *coding_ = reader_.coding();
+      return;
+    }
+    if (skip_depth_ != 0) return;
+    const bool is_ours = space == space_;
+    if (inline_depth_ != 0) {
+      if (is_ours) start_inline(name, attributes, place);
+      return;
+    }
+    if (in_alternative_ != 0) return;
+    if (!is_ours || in_unit_note_) {
+      skip_depth_ = depth_;
+      return;
+    }
+    if (in_unit_)
+      start_in_unit(name, attributes, place);
+    else
+      start_outside(name, attributes, place);
+  }
+
+  void end(std::string_view space, std::string_view name, XmlPlace place) override {
+    const int depth = depth_--;
+    if (skip_depth_ != 0) {
+      if (skip_depth_ == depth) skip_depth_ = 0;
+      return;
+    }
+    const bool is_ours = space == space_;
+    if (in_alternative_ != 0) {
+      if (in_alternative_ == depth) in_alternative_ = 0;
+    } else if (inline_depth_ != 0) {
+      if (inline_depth_ == depth)
+        end_text(name, place);
+      else if (is_ours)
+        end_inline(name, place);
+    } else if (in_unit_note_) {
+      in_unit_note_ = false;
+    } else if (in_unit_ && name == "trans-unit") {
+      in_unit_ = false;
+      unit_.whole.end = place.end;
+      events_.unit(unit_);
+    } else {
+      end_outside(name);
+    }
+  }
+
+  void text(std::string_view text) override {
+    if (skip_depth_ != 0 || in_alternative_ != 0) return;
+    if (inline_depth_ != 0) {
+      if (native_depth_ == 0 && text_) *text_ += text;
+    } else if (in_unit_note_) {
+      unit_.notes.back().text += text;
+    } else if (in_note_) {
+      note_ += text;
+    } else if (in_internal_file_) {
+      events_.skeleton_inside(text);
+    }
+  }
+
+ private:
+  void start_outside(std::string_view name, const XmlAttributes& attributes, XmlPlace place) {
+    if (name == "trans-unit") {
+      start_unit(attributes, place);
+    } else if (name == "file") {
+      if (seen_file_) reader_.refuse(u"the document holds more than one file");
+      seen_file_ = true;
+      header_.original = name_from(from_uri(attributes.text("original")), "original");
+      header_.datatype = attributes.text("datatype");
+      header_.source_language = name_from(attributes.text("source-language"), "source-language");
+      header_.target_language = name_from(attributes.text("target-language"), "target-language");
+    } else if (name == "skl") {
+      in_skeleton_ = true;
+    } else if (in_skeleton_ && name == "external-file") {
+      header_.skeleton = name_from(from_uri(attributes.text("href")), "external-file");
+    } else if (in_skeleton_ && name == "internal-file") {
+      header_.has_skeleton_inside = true;
+      in_internal_file_ = true;
+    } else if (name == "note") {
+      in_note_ = attributes.text("from") == kToolId;
+      note_.clear();
+    }
+  }
+
+  void end_outside(std::string_view name) {
+    if (name == "note" && in_note_) {
+      in_note_ = false;
+      take_detail();
+    } else if (name == "internal-file") {
+      in_internal_file_ = false;
+    } else if (name == "skl") {
+      in_skeleton_ = false;
+    }
+  }
+
+  void take_detail() {
+    const std::size_t sign = note_.find('=');
+    if (sign == std::string::npos) return;
+    const std::string_view name = std::string_view(note_).substr(0, sign);
+    const std::string_view value = std::string_view(note_).substr(sign + 1);
+    if (name == "source-format") header_.source_format = name_from(value, name);
+    if (name == "filter") header_.filter = name_from(value, name);
+    if (name == "source-language") header_.source_language = name_from(value, name);
+    if (name == "target-language") header_.target_language = name_from(value, name);
+    if (name == "source-code-page") header_.source_code_page = number_of<unsigned>(value);
+    if (name == "target-code-page") header_.target_code_page = number_of<unsigned>(value);
+    if (name == "checksum") header_.checksum = number_of<std::uint64_t>(value);
+    if (name == "mark") header_.set.mark = name_from(value, name);
+    if (name == "author-document") header_.set.author_document = name_from(from_uri(value), name);
+    if (name == "author-checksum") header_.set.author_checksum = number_of<std::uint64_t>(value);
+  }
+
+  // A text of the header that is, or becomes part of, the name of a file beside the document; "" for one that is not
+  // there.
+  std::string name_from(std::string_view value, std::string_view field) const {
+    const std::string_view problem = value.empty() ? std::string_view() : plain_name_problem(value);
+    if (!problem.empty())
+      reader_.refuse(to_utf16(std::string(field) + " is no plain file name: " + std::string(problem)));
+    return std::string(value);
+  }
+
+  void tell_header() {
+    if (told_header_) return;
+    told_header_ = true;
+    events_.header(header_);
+  }
+
+  void start_unit(const XmlAttributes& attributes, XmlPlace place) {
+    tell_header();
+    in_unit_ = true;
+    unit_.id = attributes.text("id");
+    unit_.translate = attributes.text("translate") != "no";
+    unit_.approved = attributes.text("approved") == "yes";
+    unit_.extra = attributes.text("extradata");
+    unit_.source.clear();
+    unit_.target.clear();
+    unit_.has_target = false;
+    unit_.state.clear();
+    unit_.state_qualifier.clear();
+    unit_.match.reset();
+    unit_.inlines.clear();
+    unit_.notes.clear();
+    unit_.whole = unit_.start_tag = place;
+    unit_.source_tag = unit_.target_start = unit_.target_end = unit_.match_tag = {};
+    unit_.source_end = place.end;
+  }
+
+  void start_in_unit(std::string_view name, const XmlAttributes& attributes, XmlPlace place) {
+    text_ = nullptr;
+    if (name == "source") {
+      text_ = &unit_.source;
+      unit_.source_tag = place;
+    } else if (name == "target") {
+      text_ = &unit_.target;
+      unit_.has_target = true;
+      unit_.target_start = place;
+      unit_.state = attributes.text("state");
+      unit_.state_qualifier = attributes.text("state-qualifier");
+    } else if (name == "alt-trans") {
+      take_match(attributes, place);
+      in_alternative_ = depth_;
+      return;
+    } else if (name == "note") {
+      start_unit_note(attributes);
+      return;
+    } else if (name != "seg-source") {
+      // Contexts and counts.
+      skip_depth_ = depth_;
+      return;
+    }
+    inline_depth_ = depth_;
+    native_depth_ = 0;
+    open_.clear();
+  }
+
+  void start_unit_note(const XmlAttributes& attributes) {
+    in_unit_note_ = true;
+    TudNote note;
+    constexpr std::pair<const char*, const char*> kAttributes[] = {
+        {"http://www.w3.org/XML/1998/namespace lang", "xml:lang"},
+        {"from", "from"},
+        {"priority", "priority"},
+        {"annotates", "annotates"}};
+    for (const auto& [read, written] : kAttributes) {
+      const char* const value = attributes.find(read);
+      if (!value) continue;
+      ((note.attributes += ' ') += written) += "=\"";
+      append_xml_attribute(note.attributes, value);
+      note.attributes += '"';
+    }
+    unit_.notes.push_back(std::move(note));
+  }
+
+  // "100", "100%", "99.5%"; some tools write a share of 1 instead.
+  void take_match(const XmlAttributes& attributes, XmlPlace place) {
+    const std::string_view quality = attributes.text("match-quality");
+    double value = 0;
+    if (unit_.match || std::from_chars(quality.data(), quality.data() + quality.size(), value).ec != std::errc())
+      return;
+    if (value > 0 && value < 1) value *= 100;
+    unit_.match = static_cast<std::int16_t>(std::clamp(value, 0.0, 100.0));
+    unit_.match_tag = place;
+  }
+
+  void end_text(std::string_view name, XmlPlace place) {
+    inline_depth_ = 0;
+    if (name == "source" || name == "seg-source") unit_.source_end = place.end;
+    if (name == "target") unit_.target_end = place;
+  }
+
+  // Elements inside a text. The content of a native code is no text, and neither is anything inside it.
+  void start_inline(std::string_view name, const XmlAttributes& attributes, XmlPlace place) {
+    OpenInline open{{}, place.begin, native_depth_ == 0 && text_ != nullptr, false};
+    std::string_view id = attributes.text("id");
+    CodeKind kind = CodeKind::kStandalone;
+    if (name == "g" || name == "bpt" || name == "bx") kind = CodeKind::kOpen;
+    if (name == "ept" || name == "ex") kind = CodeKind::kClose;
+    if ((name == "bx" || name == "ex") && attributes.find("rid")) id = attributes.text("rid");
+    open.is_code = open.is_code && (name == "g" || name == "x" || name == "bx" || name == "ex" || name == "ph" ||
+                                    name == "bpt" || name == "ept" || name == "it");
+    open.is_native = name == "ph" || name == "bpt" || name == "ept" || name == "it";
+    if (open.is_native) ++native_depth_;
+    if (open.is_code) {
+      append_code(*text_, kind, id);
+      open.id = id;
+      if (text_ == &unit_.source) unit_.inlines.push_back({kind, std::string(id), place});
+      open.inline_index = unit_.inlines.size();
+    }
+    open_.push_back(std::move(open));
+  }
+
+  void end_inline(std::string_view name, XmlPlace place) {
+    if (open_.empty()) return;
+    const OpenInline open = std::move(open_.back());
+    open_.pop_back();
+    if (open.is_native) --native_depth_;
+    if (!open.is_code) return;
+    const bool in_source = text_ == &unit_.source;
+    if (name == "g") {
+      append_code(*text_, CodeKind::kClose, open.id);
+      if (in_source) unit_.inlines.push_back({CodeKind::kClose, open.id, place});
+    } else if (in_source) {
+      unit_.inlines[open.inline_index - 1].place.end = place.end;
+    }
+  }
+
+  struct OpenInline {
+    std::string id;
+    std::uint64_t begin = 0;
+    bool is_code = false;
+    bool is_native = false;
+    std::size_t inline_index = 0;
+  };
+
+  XmlReader reader_;
+  TudEvents& events_;
+  XmlCoding* coding_;
+  TudHeader header_;
+  TudUnit unit_;
+  std::string space_;       // the namespace of the document's own elements
+  int depth_ = 0;           // of open elements
+  int skip_depth_ = 0;      // the depth of an element that is stepped over with all it holds, 0 for none
+  int in_alternative_ = 0;  // the depth of an alternative translation
+  int inline_depth_ = 0;    // the depth of the source or target element
+  int native_depth_ = 0;    // how many native codes are open
+  std::string* text_ = nullptr;
+  std::vector<OpenInline> open_;
+  std::string note_;
+  bool in_unit_ = false;
+  bool in_note_ = false;
+  bool in_unit_note_ = false;
+  bool in_skeleton_ = false;
+  bool in_internal_file_ = false;
+  bool seen_file_ = false;
+  bool told_header_ = false;
+};
+
+bool starts_with_any(std::string_view text, std::initializer_list<std::string_view> starts) {
+  return std::any_of(starts.begin(), starts.end(), [&](std::string_view start) { return text.starts_with(start); });
+}
+
+}  // namespace
+
+std::string_view translation_of(const TudUnit& unit) {
+  const bool is_missing = !unit.has_target || (unit.target.empty() && !unit.approved);
+  return is_missing ? unit.source : unit.target;
+}
+
+bool is_new_state(std::string_view state) { return starts_with_any(state, {"new", "needs-translation"}); }
+
+TranslationStatus status_of(const TudUnit& unit) {
+  if (!unit.translate) return TranslationStatus::kLocked;
+  const bool is_same = !unit.has_target || unit.target == unit.source;
+  const bool is_new = is_new_state(unit.state);
+  // Some tools fill a target and leave its state; an empty one beside a text is none.
+  if (is_same && (is_new || unit.state.empty()) && !unit.approved) return TranslationStatus::kUntranslated;
+  if (unit.target.empty() && !unit.source.empty() && !unit.approved) return TranslationStatus::kUntranslated;
+  if (unit.approved || unit.state == "signed-off") return TranslationStatus::kApproved;
+  if (unit.state_qualifier == "fuzzy-match" || (!is_new && unit.state.starts_with("needs-")))
+    return TranslationStatus::kFuzzy;
+  if (starts_with_any(unit.state_qualifier, {"exact-match", "id-match", "leveraged-"}))
+    return TranslationStatus::kExact;
+  return TranslationStatus::kTranslated;
+}
+
+std::u16string core_file_name(std::string_view name) { return path_from_host(name); }
+
+void read_tud(std::u16string_view path, TudEvents& events, ProgressEvent* progress, XmlCoding* coding) {
+  TudParser(path, events, coding).read(progress);
+}
+
+TudHeader header_of(std::u16string_view path) {
+  struct Taker final : TudEvents {
+    void header(const TudHeader& header) override { taken = header; }
+    TudHeader taken;
+  };
+  Taker taker;
+  read_tud(path, taker);
+  return taker.taken;
+}
+
+}  // namespace kavo

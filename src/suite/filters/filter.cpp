@@ -1,0 +1,88 @@
+#include "suite/filters/filter.h"
+
+#include <charconv>
+
+#include "platform/failure.h"
+#include "platform/unicode.h"
+
+namespace kavo {
+
+const Hole::Code* Hole::find(const CodedPart& reference) const {
+  std::uint32_t id = 0;
+  const char* const end = reference.text.data() + reference.text.size();
+  if (std::from_chars(reference.text.data(), end, id).ptr != end) return nullptr;
+  const std::vector<std::uint32_t>& places = by_id_[reference.kind == CodeKind::kClose];
+  if (id >= places.size() || places[id] == 0) return nullptr;
+  const Code& code = codes[places[id] - 1];
+  return code.kind == reference.kind ? &code : nullptr;
+}
+
+std::string_view Hole::bytes_of(const CodedPart& reference) const {
+  const Code* const code = find(reference);
+  return code ? std::string_view(original).substr(code->begin, code->end - code->begin) : std::string_view();
+}
+
+void Hole::index_codes() {
+  for (auto& places : by_id_) places.assign(codes.size() + 1, 0);
+  for (std::size_t i = 0; i < codes.size(); ++i)
+    if (codes[i].id <= codes.size())
+      by_id_[codes[i].kind == CodeKind::kClose][codes[i].id] = static_cast<std::uint32_t>(i + 1);
+}
+
+std::u16string place_of(const Hole& hole) {
+  return to_utf16("segment " + std::to_string(hole.number) + " (line " + std::to_string(hole.line) + ", column " +
+                  std::to_string(hole.column) + ")");
+}
+
+void Filter::begin_rebuild(const RebuildSettings& settings) {
+  settings_ = settings;
+  source_coding_ = std::make_unique<TextCoding>(settings.facts.code_page);
+  target_coding_ = std::make_unique<TextCoding>(settings.target_code_page);
+}
+
+void Filter::write_segment(const Hole& hole, std::string_view translation, std::string& bytes) {
+  CodedTextReader reader(translation);
+  for (CodedPart part; reader.next(part);) {
+    if (part.is_code)
+      bytes += hole.bytes_of(part);
+    else
+      write_text(hole, part.text, bytes);
+  }
+}
+
+void Filter::write_text(const Hole& hole, std::string_view text, std::string& bytes) {
+  target_coding_->encode(text, bytes, [&](std::string_view character, std::string&) {
+    throw failure(FailureNumber::kInvalidCall, place_of(hole) + u": code page " +
+                                                   to_utf16(std::to_string(target_coding_->number())) +
+                                                   u" has no character \"" + to_utf16(character) + u"\"");
+  });
+}
+
+void Filter::highlight(const Hole&, std::string_view segment, std::uint32_t, std::string& bytes) { bytes += segment; }
+
+void Filter::write_computed(std::uint32_t, std::string_view original, std::string& bytes) {
+  if (settings_.facts.code_page == settings_.target_code_page)
+    bytes += original;
+  else
+    recode(original, bytes);
+}
+
+void Filter::recode(std::string_view original, std::string& bytes) {
+  std::string text;
+  while (!original.empty()) {
+    text.clear();
+    original.remove_prefix(source_coding_->decode_run(original, text));
+    bool valid = true;
+    std::size_t length = 0;
+    if (!original.empty()) length = source_coding_->decode_one(original, text, valid);
+    target_coding_->encode(text, bytes, [&](std::string_view character, std::string&) {
+      throw failure(FailureNumber::kInvalidCall, u"Code page " + to_utf16(std::to_string(target_coding_->number())) +
+                                                     u" has no character \"" + to_utf16(character) +
+                                                     u"\", which the document holds outside its texts");
+    });
+    if (!valid) bytes += original.substr(0, length);
+    original.remove_prefix(length);
+  }
+}
+
+}  // namespace kavo

@@ -1,0 +1,42 @@
+// The list of the suite's filters.
+#include <array>
+
+#include "platform/failure.h"
+#include "platform/unicode.h"
+#include "suite/filters/filter.h"
+#include "suite/filters/html/html_filter.h"
+#include "suite/filters/mif/mif_filter.h"
+#include "suite/filters/text/text_filter.h"
+
+namespace kavo {
+namespace {
+
+// In the order in which the catalogue lists them. A filter that is written gets its make function here.
+constexpr FilterEntry kFilters[] = {
+    {u"Word documents", u"*.doc", u"K19DOCW", "rtf", nullptr},
+    {u"RTF documents", u"*.rtf", u"K19RTF", "rtf", nullptr},
+    {u"HTML pages", u"*.htm;*.html", u"K19HTM", "html", make_html_filter},
+    {u"FrameMaker MIF documents", u"*.mif", u"K19MIF", "mif", make_mif_filter},
+    {u"Resource scripts", u"*.rc", u"K19GCP", "winres", nullptr},
+    {u"Text files", u"*.txt;*.scr", u"K19TXT", "plaintext", make_text_filter},
+    {u"PowerPoint presentations", u"*.ppt", u"K19PPTW", "xml", nullptr},
+    {u"Excel workbooks", u"*.xls", u"K19XLSW", "xml", nullptr},
+};
+
+}  // namespace
+
+std::span<const FilterEntry> all_filters() { return kFilters; }
+
+const FilterEntry& find_filter(std::u16string_view name) {
+  const std::u16string upper = ascii_upper(name);
+  for (const FilterEntry& filter : kFilters) {
+    if (upper.find(filter.tag) == std::u16string::npos) continue;
+    if (!filter.make)
+      throw failure(FailureNumber::kInvalidCall, u"The filter " + std::u16string(filter.tag) + u" for " +
+                                                     std::u16string(filter.text) + u" is not part of this suite yet");
+    return filter;
+  }
+  throw failure(FailureNumber::kInvalidCall, u"There is no filter \"" + std::u16string(name) + u"\"");
+}
+
+}  // namespace kavo

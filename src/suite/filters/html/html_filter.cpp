@@ -1,0 +1,158 @@
+#include "suite/filters/html/html_filter.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include "formats/html/charset.h"
+#include "formats/xml/xml_text.h"
+#include "suite/filters/html/html_extraction.h"
+#include "suite/filters/html/html_text_place.h"
+
+namespace kavo {
+namespace {
+
+// Facts of a page whose coding we cannot write: only what all codings share goes into it.
+constexpr std::string_view kAsciiOnly = "ascii";
+
+class HtmlFilter final : public Filter {
+ public:
+  void extract(BlockReader& document, const ConversionSettings& settings, ExtractionSink& sink,
+               ProgressEvent& progress) override;
+  void write_segment(const Hole& hole, std::string_view translation, std::string& bytes) override;
+  void write_text(const Hole& hole, std::string_view text, std::string& bytes) override;
+  void highlight(const Hole& hole, std::string_view segment, std::uint32_t colour, std::string& bytes) override;
+  void write_computed(std::uint32_t kind, std::string_view original, std::string& bytes) override;
+  void recode(std::string_view original, std::string& bytes) override;
+
+ private:
+  void encode(std::string_view text, std::string& bytes) const;
+
+  std::string written_;
+};
+
+void HtmlFilter::extract(BlockReader& document, const ConversionSettings& settings, ExtractionSink& sink,
+                         ProgressEvent& progress) {
+  while (document.window().size() < html::kDeclarationReach && document.more()) {
+  }
+  const html::PageCoding coding = html::coding_of(document.window());
+  DocumentFacts facts;
+  facts.code_page = coding.code_page.value_or(settings.source_code_page);
+  facts.keeps_code_page = coding.has_mark || coding.is_unsupported;
+  if (coding.is_unsupported) facts.data = kAsciiOnly;
+  sink.begin(facts);
+  sink.skeleton(document.window().substr(0, coding.mark_size));
+  document.consume(coding.mark_size);
+  html::PageExtraction(document, facts.code_page, sink).run(progress);
+}
+
+void HtmlFilter::write_segment(const Hole& hole, std::string_view translation, std::string& bytes) {
+  const bool needs_quotes = html::to_place(hole.context).kind == html::PlaceKind::kUnquoted;
+  if (needs_quotes) encode("\"", bytes);
+  Filter::write_segment(hole, translation, bytes);
+  if (needs_quotes) encode("\"", bytes);
+}
+
+void HtmlFilter::write_text(const Hole& hole, std::string_view text, std::string& bytes) {
+  const html::TextPlace place = html::to_place(hole.context);
+  const bool is_single = place.kind == html::PlaceKind::kSingle;
+  written_.clear();
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    const char c = text[at];
+    // A no-break space that nobody can tell from a blank would not survive the next editor.
+    const bool is_no_break_space = c == '\xC2' && text.substr(at).starts_with("\xC2\xA0");
+    if (is_no_break_space) {
+      written_ += "&nbsp;";
+      ++at;
+    } else if (c == '&') {
+      written_ += "&amp;";
+    } else if (c == '<') {
+      written_ += "&lt;";
+    } else if (c == '>') {
+      written_ += "&gt;";
+    } else if (c == '"' && place.is_attribute() && !is_single) {
+      written_ += "&quot;";
+    } else if (c == '\'' && is_single) {
+      written_ += "&#39;";
+    } else if (c == '\n' && place.keeps_space()) {
+      written_ += place.line_end;
+    } else if ((c == '\n' || c == '\t') && place.is_attribute()) {
+      written_ += c == '\n' ? "&#10;" : "&#9;";
+    } else if (c == '\r' && (place.is_attribute() || place.keeps_space())) {
+      written_ += "&#13;";
+    } else {
+      written_ += c;
+    }
+  }
+  encode(written_, bytes);
+}
+
+// A character that the page's coding lacks becomes a reference.
+void HtmlFilter::encode(std::string_view text, std::string& bytes) const {
+  const auto reference_to = [](std::string_view character, std::string& result) {
+    result += "&#" + std::to_string(static_cast<std::uint32_t>(utf8_code_point(character))) + ";";
+  };
+  if (settings().facts.data != kAsciiOnly) {
+    target_coding().encode(text, bytes, reference_to);
+    return;
+  }
+  while (!text.empty()) {
+    const std::size_t length = std::max<std::size_t>(utf8_character_length(text), 1);
+    if (length == 1)
+      bytes += text.front();
+    else
+      reference_to(text.substr(0, length), bytes);
+    text.remove_prefix(length);
+  }
+}
+
+void HtmlFilter::highlight(const Hole& hole, std::string_view segment, std::uint32_t colour, std::string& bytes) {
+  if (html::to_place(hole.context).kind != html::PlaceKind::kFlow) {
+    bytes += segment;
+    return;
+  }
+  char tag[32];
+  std::snprintf(tag, sizeof tag, "<font color=\"#%02X%02X%02X\">", static_cast<unsigned>(colour & 0xFF),
+                static_cast<unsigned>(colour >> 8 & 0xFF), static_cast<unsigned>(colour >> 16 & 0xFF));
+  encode(tag, bytes);
+  bytes += segment;
+  encode("</font>", bytes);
+}
+
+void HtmlFilter::write_computed(std::uint32_t kind, std::string_view original, std::string& bytes) {
+  const RebuildSettings& known = settings();
+  const bool changes_coding = known.facts.code_page != known.target_code_page;
+  if (kind == html::kCharset && changes_coding) {
+    encode(html::charset_name(known.target_code_page), bytes);
+  } else if (kind == html::kLanguage && known.source_language != known.target_language &&
+             !known.target_language.empty()) {
+    encode(bcp47_of(known.target_language), bytes);
+  } else if (kind == html::kRawText && changes_coding) {
+    Filter::recode(original, bytes);
+  } else {
+    Filter::write_computed(kind, original, bytes);
+  }
+}
+
+void HtmlFilter::recode(std::string_view original, std::string& bytes) {
+  std::string text;
+  while (!original.empty()) {
+    text.clear();
+    original.remove_prefix(source_coding().decode_run(original, text));
+    encode(text, bytes);
+    if (original.empty()) return;
+    text.clear();
+    bool is_valid = false;
+    const std::size_t length = source_coding().decode_one(original, text, is_valid);
+    if (is_valid)
+      encode(text, bytes);
+    else
+      bytes += original.substr(0, length);
+    original.remove_prefix(length);
+  }
+}
+
+}  // namespace
+
+std::unique_ptr<Filter> make_html_filter() { return std::make_unique<HtmlFilter>(); }
+
+}  // namespace kavo

@@ -1,0 +1,42 @@
+// Turns the bytes of a text in a page into the text of a segment: references decoded, white space as browsers show it.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "formats/html/page_input.h"
+#include "formats/text/text_coding.h"
+#include "suite/document/segment.h"
+#include "suite/filters/html/html_text_place.h"
+
+namespace kavo::html {
+
+// Bytes of white space at the edges of a text without tags; references that mean white space count.
+std::size_t leading_space(std::string_view text);
+std::size_t trailing_space(std::string_view text);
+
+class PageText {
+ public:
+  // All must outlive the object. `coding` is that of the window's bytes.
+  PageText(PageInput& input, const TextCoding& coding) : input_(input), coding_(coding) {}
+
+  // Adds a text without tags. In preformatted text each line end becomes LF, elsewhere each run of white space a blank.
+  void add(SegmentBuilder& builder, std::string_view bytes, const TextPlace& place);
+  // The same, with server code in it as codes.
+  void add_value(SegmentBuilder& builder, std::string_view bytes, const TextPlace& place);
+  void add_server_code(SegmentBuilder& builder, std::string_view bytes);
+  // What a translator sees of a code.
+  std::string shown(std::string_view bytes) const;
+
+  // Whether people see any of it: the same as SegmentBuilder::has_text() after add() or add_value().
+  bool is_visible(std::string_view bytes, bool is_attribute) const;
+  bool is_visible_value(std::string_view bytes) const;
+
+ private:
+  void add_reference(SegmentBuilder& builder, std::string_view bytes, const std::string& text);
+
+  PageInput& input_;
+  const TextCoding& coding_;
+};
+
+}  // namespace kavo::html

@@ -1,0 +1,44 @@
+// Where a text of a page stands, which decides how its white space reads and how its translation must be written. Kept
+// as the context of its segment.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace kavo::html {
+
+enum class PlaceKind : char {
+  kFlow = 'f',     // among tags
+  kContent = 'c',  // in an element that can hold no tags: a title, an option
+  kDouble = '"',   // in an attribute, by its quotes
+  kSingle = '\'',
+  kUnquoted = 'u',  // gets quotes when it is written anew
+};
+
+struct TextPlace {
+  PlaceKind kind = PlaceKind::kFlow;
+  // Of preformatted text, which keeps its white space: how its lines end in the page. "" for other text.
+  std::string_view line_end;
+
+  bool is_attribute() const { return kind != PlaceKind::kFlow && kind != PlaceKind::kContent; }
+  bool keeps_space() const { return !line_end.empty(); }
+};
+
+inline std::string to_context(const TextPlace& place) {
+  return static_cast<char>(place.kind) + std::string(place.line_end);
+}
+
+// `context` must outlive the place.
+inline TextPlace to_place(std::string_view context) {
+  if (context.empty()) return {};
+  return {static_cast<PlaceKind>(context.front()), context.substr(1)};
+}
+
+// What filter and skeleton call the places that are written anew when the page's coding or language changes.
+enum ComputedKind : unsigned {
+  kCharset = 1,   // the name of the coding
+  kLanguage = 2,  // of the page, BCP 47
+  kRawText = 3,   // of a script or a style sheet: no reference can stand for a character there
+};
+
+}  // namespace kavo::html

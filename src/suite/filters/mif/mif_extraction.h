@@ -1,0 +1,150 @@
+// Takes a MIF document apart: paragraphs and text lines become segments, everything else skeleton.
+//
+// Every `Para` and `TextLine` counts, wherever it stands: text flows of body, master and reference pages, table cells
+// and titles, footnotes, text on drawings. The strings and named characters of its lines are joined, since lines end
+// where the layout program broke them last; other statements among them are the segment's codes. A segment reaches
+// from the first text (or variable) to the last one, with the codes between them and the partners of those codes; what
+// lies around it (the font of a whole paragraph, a marker before the text) goes into the skeleton.
+//
+// A paragraph ends where another one begins even when it was never closed, so that a broken statement costs its own
+// paragraph and no more.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "common/block_reader.h"
+#include "common/progress_event.h"
+#include "formats/mif/string_coding.h"
+#include "formats/mif/tokens.h"
+#include "formats/text/document_place.h"
+#include "suite/document/code_pairs.h"
+#include "suite/document/segment.h"
+#include "suite/filters/filter.h"
+
+namespace kavo::mif {
+
+// A longer paragraph is cut into several segments: a document without ends must not become one segment that fills the
+// memory.
+inline constexpr std::size_t kLongestParagraph = 256 * 1024;  // bytes
+// A longer statement in a line goes into the skeleton, for the same reason. A text (kLongestString) fits.
+inline constexpr std::size_t kLongestStatement = 256 * 1024;  // bytes
+
+class MifExtraction {
+ public:
+  // All must outlive the object.
+  MifExtraction(BlockReader& document, const StringCoding& coding, ExtractionSink& sink)
+      : document_(document), coding_(coding), sink_(sink), builder_(coding.bytes()) {}
+
+  void run(ProgressEvent& progress);
+
+ private:
+  enum class Place : std::uint8_t {
+    kOutside,
+    kParagraph,           // between its lines
+    kParagraphStatement,  // in a statement that tells about it
+    kLine,                // in a line of it, or in a text line
+    kStatement,           // in a statement of a line
+  };
+  enum class ItemKind : std::uint8_t {
+    kHidden,  // what belongs to the lines and not to the text
+    kString,
+    kCharacter,
+    kOpen,
+    kClose,
+    kCode,
+    kVariable,  // a code that people will see text for
+  };
+  // What statements of a line are. A row each for those that the filter knows.
+  struct Statement {
+    std::string_view name;
+    ItemKind kind = ItemKind::kCode;
+    std::string_view type;  // of a code, a literal
+    bool is_required = false;
+  };
+  static const Statement kStatements[];
+  static const Statement& find_statement(std::string_view name);
+
+  // A part of a paragraph. Places are those of `paragraph_`.
+  struct Item {
+    ItemKind kind = ItemKind::kHidden;
+    std::size_t begin = 0;
+    std::size_t end = 0;
+    std::size_t value = 0;  // of a string
+    std::size_t value_end = 0;
+    const Statement* statement = nullptr;  // of a code
+    std::string_view text;                 // of a character
+    bool is_visible = false;
+    std::size_t partner = kNoPartner;  // of an opening and its closing code
+  };
+  // What finish_statement() must know of the statement being read.
+  struct Reading {
+    const Statement* statement = nullptr;
+    std::size_t begin = 0;
+    std::size_t depth = 0;
+    std::size_t value = 0;  // its string
+    std::size_t value_end = 0;
+    std::size_t string_count = 0;
+    bool has_more = false;  // than strings and blanks
+    // Of a font: the statement inside is its name; something is set.
+    bool is_font_tag = false;
+    bool has_font = false;
+    bool is_too_long = false;  // and goes into the skeleton
+  };
+
+  void take(const MifToken& token);
+  void recover(std::string_view name);
+  void take_outside(const MifToken& token);
+  void take_in_paragraph(const MifToken& token);
+  void take_about_paragraph(const MifToken& token);
+  void take_in_line(const MifToken& token);
+  void take_in_statement(const MifToken& token);
+  void begin_statement(const MifToken& token);
+  void finish_statement();
+  Item finished_item() const;
+
+  void hidden(std::string_view bytes);
+  void flush();
+  bool find_core(std::size_t& first, std::size_t& last) const;
+  void write_segment(std::size_t first, std::size_t last);
+  void write_string(const Item& item);
+  void write_code(const Item& item);
+  std::string shown(const Item& item) const;
+  void follow_fonts(std::size_t first, std::size_t last);
+  void follow_blanks(std::string_view bytes);
+  std::string_view blanks_before(std::size_t place) const;
+
+  std::string_view bytes_of(const Item& item) const {
+    return std::string_view(paragraph_).substr(item.begin, item.end - item.begin);
+  }
+  // Writes bytes into the skeleton.
+  void outside(std::string_view bytes);
+
+  BlockReader& document_;
+  const StringCoding& coding_;
+  ExtractionSink& sink_;
+  SegmentBuilder builder_;
+  MifTokenScanner scanner_;
+
+  Place place_ = Place::kOutside;
+  bool is_text_line_ = false;
+  bool has_colours_ = false;  // the place for the colours of highlighting has been found
+  std::string tag_;           // of a side text, decoded
+  bool is_side_text_ = false;
+  std::size_t depth_ = 0;  // in a statement about the paragraph
+  bool is_tag_ = false;    // which is the tag of a side text
+  Reading reading_;
+  std::string paragraph_;
+  std::vector<Item> items_;
+  bool has_text_ = false;  // one of them is visible
+  std::vector<std::size_t> open_codes_;
+  std::string blanks_;  // in front of `paragraph_`
+  std::string font_;    // in effect in front of `paragraph_`: its statement, "" for the paragraph's own
+
+  DocumentPlace position_;
+};
+
+}  // namespace kavo::mif

@@ -1,0 +1,229 @@
+#include "suite/filters/mif/mif_filter.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <iterator>
+
+#include "formats/mif/document_coding.h"
+#include "formats/mif/string_coding.h"
+#include "platform/failure.h"
+#include "platform/unicode.h"
+#include "suite/filters/mif/mif_colours.h"
+#include "suite/filters/mif/mif_extraction.h"
+#include "suite/filters/mif/mif_text_place.h"
+
+namespace kavo {
+namespace {
+
+// Facts of a document from version 8.0 on.
+constexpr std::string_view kUtf8Document = "utf-8";
+
+class MifFilter final : public Filter {
+ public:
+  void extract(BlockReader& document, const ConversionSettings& settings, ExtractionSink& sink,
+               ProgressEvent& progress) override;
+  void begin_rebuild(const RebuildSettings& settings) override;
+  void write_segment(const Hole& hole, std::string_view translation, std::string& bytes) override;
+  void highlight(const Hole& hole, std::string_view segment, std::uint32_t colour, std::string& bytes) override;
+  void write_computed(std::uint32_t kind, std::string_view original, std::string& bytes) override;
+
+ private:
+  std::unique_ptr<mif::StringCoding> coding_;
+};
+
+// Writes a segment as a row of statements.
+class SegmentWriter {
+ public:
+  SegmentWriter(const Hole& hole, const mif::StringCoding& coding, std::string& bytes)
+      : hole_(hole), place_(mif::to_place(hole.context)), coding_(coding), bytes_(bytes) {}
+
+  void text(std::string_view text) {
+    while (!text.empty()) {
+      const std::size_t plain = plain_run(text);
+      if (plain != 0) {
+        value(text.substr(0, plain));
+        text.remove_prefix(plain);
+        continue;
+      }
+      if (text.front() == '\r' || text.front() == '\n') {
+        text.remove_prefix(text.starts_with("\r\n") ? 2 : 1);
+        if (place_.is_side_text)
+          value(" ");
+        else
+          statement("<Char HardReturn>");
+        continue;
+      }
+      const std::size_t length = std::max<std::size_t>(utf8_character_length(text), 1);
+      character(text.substr(0, length));
+      text.remove_prefix(length);
+    }
+  }
+
+  // A code that is a statement stands between strings, any other (an escape, a byte) in one.
+  void code(std::string_view code) {
+    if (code.starts_with('<')) {
+      statement(code);
+      return;
+    }
+    value(code);
+    // A blank behind this escape is a part of it.
+    if (code.starts_with("\\x") && code.size() == 4) bytes_ += ' ';
+    // A byte that begins a character, alone or behind a backslash.
+    const bool ends_in_byte = !code.empty() && static_cast<unsigned char>(code.back()) >= 0x80;
+    if (ends_in_byte || code == "\\x" || code == "\\u") joins_ = Joins::kAnything;
+  }
+
+  void finish() {
+    close_string();
+    if (!place_.is_side_text) keep_frames();
+  }
+
+ private:
+  // A paragraph that ran over into other text frames has lines that say so. The translation stands in the first line;
+  // the others follow without a text, because the paragraphs behind begin in the last of these frames.
+  void keep_frames() {
+    constexpr std::string_view kFrame = "<TextRectID";
+    const std::string_view original = hole_.original;
+    if (original.find(kFrame) == std::string_view::npos) return;
+    int depth = 0;
+    std::size_t frame = original.size();  // where the statement of one begins
+    mif::MifTokenScanner scanner;
+    mif::MifToken token;
+    for (std::size_t at = 0; at < original.size(); at += token.bytes.size()) {
+      scanner.next(original.substr(at), true, token);
+      if (token.kind == mif::MifTokenKind::kOpen && ++depth == 1 && token.bytes == kFrame) frame = at;
+      if (token.kind != mif::MifTokenKind::kClose || --depth != 0 || frame >= at) continue;
+      (bytes_ += place_.separator) += ">";
+      (bytes_ += place_.separator) += "<ParaLine ";
+      (bytes_ += place_.separator) += original.substr(frame, at + 1 - frame);
+      frame = original.size();
+    }
+  }
+
+  // What would become one character with what was written last, in the same string.
+  enum class Joins : std::uint8_t { kNothing, kEscapes, kAnything };
+
+  // How many bytes stand in a string as they are, whatever the coding.
+  static std::size_t plain_run(std::string_view text) {
+    constexpr std::string_view escaped = "\\>'`\t\r\n";
+    const auto* const end = std::find_if(text.begin(), text.end(), [&](char c) {
+      return static_cast<unsigned char>(c) >= 0x80 || escaped.find(c) != std::string_view::npos;
+    });
+    return static_cast<std::size_t>(end - text.begin());
+  }
+
+  void character(std::string_view utf8) {
+    const mif::NamedCharacter* const special = mif::find_special_character(utf8);
+    if (special && !place_.is_side_text) {
+      statement("<Char " + std::string(special->name) + ">");
+      return;
+    }
+    written_.clear();
+    // A side text goes into documents of several versions: the merge writes the character, or says where it does not
+    // fit.
+    if (!coding_.append(utf8, written_) && place_.is_side_text)
+      mif::StringCoding::append_unicode_escape(utf8, written_);
+    else if (written_.empty())
+      throw failure(FailureNumber::kInvalidCall,
+                    place_of(hole_) + u": the document cannot hold \"" + to_utf16(utf8) + u"\"" +
+                        (coding_.is_utf8() ? u"" : u"; save it as MIF 8 or later before it is prepared"));
+    value(written_);
+  }
+
+  void value(std::string_view written) {
+    const bool joins = joins_ == Joins::kAnything || (joins_ == Joins::kEscapes && written.starts_with("\\x"));
+    if (joins && !place_.is_side_text) close_string();
+    open_string();
+    bytes_ += written;
+    joins_ = coding_.joins_escapes(written) ? Joins::kEscapes : Joins::kNothing;
+  }
+
+  void statement(std::string_view statement) {
+    close_string();
+    separate();
+    bytes_ += statement;
+  }
+
+  void open_string() {
+    if (is_in_string_) return;
+    separate();
+    bytes_ += "<String `";
+    is_in_string_ = true;
+  }
+
+  void close_string() {
+    if (is_in_string_) bytes_ += "'>";
+    is_in_string_ = false;
+  }
+
+  void separate() {
+    if (!is_empty_) bytes_ += place_.separator;
+    is_empty_ = false;
+  }
+
+  const Hole& hole_;
+  mif::MifTextPlace place_;
+  const mif::StringCoding& coding_;
+  std::string& bytes_;
+  std::string written_;
+  bool is_empty_ = true;  // nothing has been written
+  bool is_in_string_ = false;
+  Joins joins_ = Joins::kNothing;
+};
+
+void MifFilter::extract(BlockReader& document, const ConversionSettings& settings, ExtractionSink& sink,
+                        ProgressEvent& progress) {
+  while (document.window().size() < mif::kDeclarationReach && document.more()) {
+  }
+  const mif::DocumentCoding found = mif::coding_of(document.window(), settings.source_code_page);
+  DocumentFacts facts;
+  facts.code_page = found.code_page;
+  facts.keeps_code_page = true;
+  if (found.is_utf8) facts.data = kUtf8Document;
+  sink.begin(facts);
+  sink.skeleton(document.window().substr(0, found.mark_size));
+  document.consume(found.mark_size);
+  const mif::StringCoding coding(found.code_page, found.is_utf8);
+  mif::MifExtraction(document, coding, sink).run(progress);
+}
+
+void MifFilter::begin_rebuild(const RebuildSettings& settings) {
+  Filter::begin_rebuild(settings);
+  coding_ = std::make_unique<mif::StringCoding>(settings.facts.code_page, settings.facts.data == kUtf8Document);
+}
+
+void MifFilter::write_segment(const Hole& hole, std::string_view translation, std::string& bytes) {
+  SegmentWriter writer(hole, *coding_, bytes);
+  CodedTextReader reader(translation);
+  for (CodedPart part; reader.next(part);) {
+    if (part.is_code)
+      writer.code(hole.bytes_of(part));
+    else
+      writer.text(part.text);
+  }
+  writer.finish();
+}
+
+void MifFilter::highlight(const Hole& hole, std::string_view segment, std::uint32_t colour, std::string& bytes) {
+  const mif::MifTextPlace place = mif::to_place(hole.context);
+  const std::uint32_t* const found = std::find(std::begin(settings().colours), std::end(settings().colours), colour);
+  if (place.is_side_text || found == std::end(settings().colours)) {
+    bytes += segment;
+    return;
+  }
+  mif::append_coloured(segment, static_cast<std::size_t>(found - settings().colours), place.font, place.separator,
+                       bytes);
+}
+
+void MifFilter::write_computed(std::uint32_t, std::string_view original, std::string& bytes) {
+  if (settings().highlights)
+    mif::append_colour_definitions(original, settings().colours, bytes);
+  else
+    bytes += original;
+}
+
+}  // namespace
+
+std::unique_ptr<Filter> make_mif_filter() { return std::make_unique<MifFilter>(); }
+
+}  // namespace kavo

@@ -1,0 +1,56 @@
+#include "workflow/mif_book.h"
+
+#include "common/clsCommon.h"
+#include "common/pending_file.h"
+#include "platform/failure.h"
+#include "suite/document/pseudo_translation.h"
+
+namespace kavo {
+
+std::u16string MifBook::rebuild(K19FPWObj& driver, const std::u16string& document, const RunLanguages& languages) {
+  if (!is_prepared_) prepare(driver, languages);
+  const auto found = bilingual_.find(document);
+  if (found == bilingual_.end())
+    throw failure(FailureNumber::kInvalidCall,
+                  u"The document cannot be prepared together with the other MIF documents");
+  return rebuild_document(driver, found->second);
+}
+
+void MifBook::prepare(K19FPWObj& driver, const RunLanguages& languages) {
+  is_prepared_ = true;
+  const std::u16string folder = folder_.make("book") + u"\\";
+  const auto copy_of = [&](const std::u16string& document) {
+    return folder + document.substr(clsCommon().strParseFileName(document, 0).size());
+  };
+  std::vector<std::u16string> copies;
+  for (const std::u16string& document : documents_) {
+    copies.push_back(copy_of(document));
+    copy_file(document, copies.back());
+  }
+  driver.batch(copies);
+  std::vector<std::u16string> translated;
+  for (const std::u16string& document : documents_) {
+    std::u16string copy = copy_of(document);
+    if (driver.PreProcess(copy) != 0) continue;
+    const std::span<const ProducedFile> produced = driver.produced_files();
+    std::vector<ProducedFile> files(produced.begin(), produced.end());
+    if (convert_produced_files(files, languages).result != 0) continue;
+    bilingual_[document] = files.front().tud_name;
+    for (const ProducedFile& file : files) translated.push_back(file.tud_name);
+  }
+  driver.batch({});
+  ProgressEvent progress;
+  for (const std::u16string& bilingual : translated) pseudo_translate(bilingual, progress);
+}
+
+std::u16string rebuild_document(K19FPWObj& driver, const std::u16string& bilingual_document) {
+  std::u16string name = bilingual_document;
+  std::u16string target;
+  std::int32_t preview = 0;
+  std::int32_t highlight = 0;
+  if (driver.CreateTranslation(name, target, preview, highlight) != 0)
+    throw failure(FailureNumber::kInvalidCall, driver.LastError());
+  return target;
+}
+
+}  // namespace kavo

@@ -1,0 +1,60 @@
+#include "workflow/page_guard.h"
+
+#include "common/checksum.h"
+#include "common/clsCommon.h"
+#include "common/tud_names.h"
+#include "driver/file_types.h"
+#include "html/scripts/protected_pair.h"
+#include "platform/failure.h"
+#include "platform/ports.h"
+#include "platform/unicode.h"
+#include "suite/document/bilingual_document.h"
+
+namespace kavo {
+
+namespace {
+
+ScriptNames names_of(const std::u16string& page) {
+  ScriptNames names;
+  names.page = page;
+  complete_from_page(names);
+  return names;
+}
+
+[[noreturn]] void refuse(const std::u16string& work) {
+  throw failure(FailureNumber::kFileAlreadyExists,
+                to_utf16(path_to_host(work)) +
+                    u" is there and is not what this page gives: somebody may have worked on it, or it is another "
+                    u"document. Nothing is changed; --overwrite replaces it");
+}
+
+// Whether a bilingual document in any language was made of the file as it is.
+bool is_as_prepared(const std::u16string& file) {
+  const std::u16string folder = clsCommon().strParseFileName(file, 0);
+  const std::uint64_t checksum = checksum_of_file(file);
+  for (const std::u16string& tud : ports().files->find(tud_name_of(file, u"*"))) {
+    try {
+      if (BilingualDocument(folder + tud).header().checksum == checksum) return true;
+    } catch (const failure& reason) {
+      if (reason.is(FailureNumber::kInterrupted)) throw;
+      // Not one of ours, or damaged: it vouches for nothing.
+    }
+  }
+  return false;
+}
+
+}  // namespace
+
+void refuse_work_beside_page(const std::u16string& page) {
+  if (const std::u16string work = work_beside_page(names_of(page)); !work.empty()) refuse(work);
+}
+
+void refuse_work_beside_prepared_page(const std::u16string& page) {
+  if (const std::int32_t type = FileTypeOf(page); type != kHtmlPage && type != kServerPage) return;
+  const ScriptNames names = names_of(page);
+  if (work_beside_page(names).empty()) return;
+  for (const std::u16string& file : {names.html, names.script})
+    if (ports().files->info(file) && !is_as_prepared(file)) refuse(file);
+}
+
+}  // namespace kavo

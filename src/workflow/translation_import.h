@@ -1,0 +1,48 @@
+// What an editor handed back, taken over into a bilingual document text by text.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <string_view>
+
+#include "common/messages.h"
+#include "common/progress_event.h"
+#include "suite/document/bilingual_document.h"
+
+namespace kavo {
+
+class TranslationImport {
+ public:
+  // The document that takes the translations. Throws `failure` when it cannot be read, or holds a unit twice.
+  explicit TranslationImport(std::u16string_view tud);
+
+  const BilingualDocument& document() const { return document_; }
+  // Whether a document with this header is one of the same source document and languages: "" when it is, or why not.
+  // What it does not say is not compared.
+  std::string difference(const TudHeader& given) const;
+
+  struct Counts {
+    std::uint64_t taken = 0;    // texts or statuses that are other ones now
+    std::uint64_t refused = 0;  // units, each with a message
+  };
+  // Takes the translations of an XLIFF document over and saves. A unit that does not fit is named in a message and left
+  // alone: one that does not exist, is missing, appears twice, has another source text, or that cannot be rebuilt.
+  // Throws `failure` for a document that cannot be read, or that is another one: nothing is changed then.
+  Counts take(std::u16string_view xliff, MessageList& messages, ProgressEvent* progress = nullptr);
+
+ private:
+  struct OwnUnit {
+    std::size_t index = 0;
+    XliffDetails details;
+  };
+  class OwnReader;
+  class GivenIds;
+  class GivenUnits;
+  class SkeletonFile;
+
+  BilingualDocument document_;
+  std::map<std::string, OwnUnit, std::less<>> units_;  // by id
+};
+
+}  // namespace kavo

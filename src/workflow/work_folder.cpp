@@ -1,0 +1,107 @@
+#include "workflow/work_folder.h"
+
+#include <cstdio>
+#include <memory>
+#include <random>
+#include <set>
+
+#include "common/work_folder_name.h"
+#include "platform/failure.h"
+#include "platform/ports.h"
+#include "platform/unicode.h"
+
+namespace kavo {
+namespace {
+
+namespace fs = std::filesystem;
+
+fs::path to_filesystem(std::u16string_view path) {
+  const std::string host = path_to_host(path);
+  return fs::path(std::u8string(host.begin(), host.end()));
+}
+
+std::u16string from_filesystem(const fs::path& path) {
+  const std::u8string host = path.u8string();
+  return path_from_host(std::string(host.begin(), host.end()));
+}
+
+[[noreturn]] void throw_no_folder(const std::error_code& error) {
+  throw failure(FailureNumber::kPathFileAccess,
+                u"No temporary folder could be made: " + to_utf16(error ? error.message() : "every name is taken"));
+}
+
+// The folder's own mark: what has it, and nobody's lock, was left by a run that was killed.
+constexpr char kMark[] = "kavo.work";
+
+// The folders of this process that are in use. A lock does not tell: the thread that has it gets it once more on
+// Windows.
+std::set<std::u16string>& folders_in_use() {
+  static std::set<std::u16string> folders;
+  return folders;
+}
+
+// Removes what killed runs of this user have left. What cannot be looked at or removed stays.
+void remove_abandoned_folders(const fs::path& parent) {
+  FileSystem& files = *ports().files;
+  std::u16string folder = from_filesystem(parent);
+  if (!folder.ends_with(u'\\')) folder += u'\\';
+  try {
+    for (const std::u16string& name : files.find(folder + std::u16string(kWorkFolderStart) + u"*")) {
+      const std::u16string path = folder + name;
+      if (!is_work_folder_name(name) || folders_in_use().contains(name) || !files.info(path + u"\\" + to_utf16(kMark)))
+        continue;
+      std::unique_ptr<FileLock> lock;
+      try {
+        lock = files.lock(path);
+      } catch (const failure&) {
+        continue;  // its run is at work
+      }
+      std::error_code error;
+      fs::remove_all(to_filesystem(path), error);
+      if (!error)
+        std::fprintf(stderr, "kavo: removed %s, which a run that was stopped had left\n", path_to_host(path).c_str());
+    }
+  } catch (const failure&) {
+    // The temporary folder cannot be listed: nothing of ours depends on it.
+  }
+}
+
+}  // namespace
+
+WorkFolder::WorkFolder() {
+  const fs::path parent = to_filesystem(ports().files->temporary_folder());
+  remove_abandoned_folders(parent);
+  std::random_device random;
+  std::error_code error;
+  for (int attempt = 0; attempt < 100; ++attempt) {
+    char digits[kWorkFolderDigits + 1];
+    std::snprintf(digits, sizeof digits, "%08x", static_cast<unsigned>(random()));
+    path_ = parent / (to_utf8(kWorkFolderStart) + digits);
+    if (!fs::create_directory(path_, error)) {
+      if (error) break;
+      continue;
+    }
+    fs::permissions(path_, fs::perms::owner_all, error);
+    lock_ = ports().files->lock(from_filesystem(path_));
+    folders_in_use().insert(from_filesystem(path_.filename()));
+    ports().files->open(from_filesystem(path_ / kMark), Access::kCreate)->close();
+    return;
+  }
+  throw_no_folder(error);
+}
+
+WorkFolder::~WorkFolder() {
+  std::error_code ignored;
+  fs::remove_all(path_, ignored);
+  folders_in_use().erase(from_filesystem(path_.filename()));
+}
+
+std::u16string WorkFolder::make(std::string_view name) const {
+  const fs::path folder = path_ / name;
+  std::error_code error;
+  fs::create_directory(folder, error);
+  if (error) throw_no_folder(error);
+  return from_filesystem(folder);
+}
+
+}  // namespace kavo
