@@ -4,36 +4,13 @@
 #include <cstdio>
 
 #include "cli/output.h"
-#include "common/clsCommon.h"
 #include "driver/file_types.h"
 #include "html/repair/clsHTMLValidate.h"
 #include "platform/files.h"
 #include "platform/unicode.h"
-#include "resources/string_table.h"
 
 namespace kavo {
 namespace {
-
-constexpr std::int32_t kFileNotOpened = 3001;
-
-// A message as the command prints it behind the file's name, on one line. That of a file that could not be opened
-// begins with a text that hosts know by its number and people cannot make sense of; here it is the system's reason,
-// with the name of the file when it is another one.
-std::string readable(const Message& message, const std::string& file) {
-  const std::u16string_view prefix = string_resource(kFileNotOpened);
-  std::u16string_view text = message.text;
-  std::string name;
-  const std::size_t name_end = text.find(u"\r\n");
-  if (message.number == kFileNotOpened && text.starts_with(prefix) && name_end != std::u16string_view::npos) {
-    name = path_to_host(text.substr(prefix.size(), name_end - prefix.size()));
-    name = name == file ? "" : name + ": ";
-    text.remove_prefix(name_end + 2);
-  }
-  std::string line = to_utf8(clsCommon().SandR(text, u"\r\n", u": "));
-  // The file's own name stands before the message anyway.
-  if (const std::string own = name.empty() ? file + ": " : name; line.starts_with(own)) line.erase(0, own.size());
-  return name + line;
-}
 
 // "page.htm:12:5: what was done"
 std::string with_place(const std::string& file, const Message& message) {
@@ -47,13 +24,6 @@ std::string with_place(const std::string& file, const Message& message) {
 void print_error(const std::string& line) { std::fprintf(stderr, "%s\n", line.c_str()); }
 
 }  // namespace
-
-std::string message_text(const Message& message, const std::string& file) {
-  std::string text = readable(message, file);
-  const std::string told = "Line " + std::to_string(message.line) + ", column " + std::to_string(message.column) + ": ";
-  if (message.line > 0 && text.starts_with(told)) text.erase(0, told.size());
-  return text;
-}
 
 nlohmann::ordered_json listed(const MessageList& messages, const std::string& file) {
   auto list = nlohmann::ordered_json::array();
@@ -79,7 +49,8 @@ void Report::add(const std::string& file, const Outcome& outcome, double seconds
   // What ends a batch has no name, and is none of the files that are counted.
   if (!file.empty()) ++count_;
   if (failed && !file.empty())
-    failed_.push_back({file, outcome.messages.empty() ? std::string() : readable(outcome.messages.back(), file)});
+    failed_.push_back(
+        {file, outcome.messages.empty() ? std::string() : whole_message_text(outcome.messages.back(), file)});
   if (outcome.ending == Outcome::kDifference) different_ = true;
   if (json_)
     print_json(file, outcome, seconds);
@@ -102,7 +73,7 @@ void Report::print_json(const std::string& file, const Outcome& outcome, double 
   }
   line["messages"] = ordered_json::array();
   for (const Message& message : outcome.messages)
-    line["messages"].push_back({{"text", readable(message, file)},
+    line["messages"].push_back({{"text", whole_message_text(message, file)},
                                 {"number", message.number},
                                 {"line", message.line},
                                 {"column", message.column}});

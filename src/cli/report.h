@@ -5,11 +5,9 @@
 #include <vector>
 
 #include "cli/verb.h"
+#include "workflow/message_text.h"
 
 namespace kavo {
-
-// A message on one line, without the place that it tells in words; `file` is the name as the user wrote it.
-std::string message_text(const Message& message, const std::string& file);
 
 // Messages as a list of `line`, `column` and `text`; `file` as above.
 nlohmann::ordered_json listed(const MessageList& messages, const std::string& file);

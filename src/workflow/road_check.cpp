@@ -14,6 +14,7 @@
 #include "suite/document/bilingual_document.h"
 #include "suite/document/coded_text.h"
 #include "suite/document/pseudo_translation.h"
+#include "workflow/message_text.h"
 #include "workflow/scratch_registry.h"
 #include "workflow/work_folder.h"
 
