@@ -3,6 +3,7 @@
 
 #include "cli/verb.h"
 #include "common/clsCommon.h"
+#include "common/path_parts.h"
 #include "common/pending_file.h"
 #include "driver/tud_name.h"
 #include "platform/failure.h"
@@ -38,9 +39,8 @@ class Export final : public Verb {
     ProgressEvent event;
     event.handler(progress);
     const BilingualDocument document(file, &event);
-    const clsCommon common;
     std::u16string target = path_from_host(to_);
-    if (target.empty()) target = common.strParseFileName(file, 0) + common.strParseFileName(file, 1) + u".xlf";
+    if (target.empty()) target = without_extension(file) + u".xlf";
     refuse_file_of_set(target, file);
     if (!overwrite_ && ports().files->info(target))
       throw failure(FailureNumber::kFileAlreadyExists,

@@ -1,8 +1,8 @@
 // kavo html ...: the converters of HTML and server pages, each alone.
 #include "cli/report.h"
 #include "cli/verb.h"
+#include "common/file_type.h"
 #include "driver/document_files.h"
-#include "driver/file_types.h"
 #include "html/repair/clsHTMLValidate.h"
 #include "html/scripts/clsASP2HTML.h"
 #include "platform/files.h"

@@ -4,7 +4,8 @@
 // run and is not stored; `kavo settings` changes the stored options.
 #include "cli/mif_options.h"
 #include "cli/verb.h"
-#include "driver/file_types.h"
+#include "common/document_names.h"
+#include "common/file_type.h"
 #include "mif/clsMIFUtilities.h"
 #include "platform/files.h"
 
@@ -56,9 +57,9 @@ class BatchVerb : public MifVerb {
     if (folder_.empty()) return;
     std::u16string folder = path_from_host(folder_);
     if (!folder.ends_with(u'\\')) folder += u'\\';
-    utilities_->IndexFile(folder + u"KAVO_ix.mif");
-    utilities_->XrefFile(folder + u"KAVO_xr.mif");
-    utilities_->VarFile(folder + u"KAVO_va.mif");
+    utilities_->IndexFile(mif_side_file(folder, kMifSides[0]));
+    utilities_->XrefFile(mif_side_file(folder, kMifSides[1]));
+    utilities_->VarFile(mif_side_file(folder, kMifSides[2]));
   }
 
  private:

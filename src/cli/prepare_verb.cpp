@@ -2,14 +2,15 @@
 #include <algorithm>
 
 #include "cli/option_values.h"
+#include "cli/outcome_observer.h"
 #include "cli/prepared_documents.h"
 #include "cli/verb.h"
-#include "common/clsCommon.h"
-#include "common/tud_names.h"
+#include "common/document_names.h"
+#include "common/file_type.h"
+#include "common/path_parts.h"
 #include "driver/K19FPWObj.h"
-#include "driver/bilingual_names.h"
-#include "driver/file_types.h"
-#include "driver/filter_run.h"
+#include "driver/companions.h"
+#include "driver/prepare_and_convert.h"
 #include "platform/case_fold.h"
 #include "platform/failure.h"
 #include "platform/files.h"
@@ -41,8 +42,7 @@ class Prepare final : public Verb {
   }
   void start() override {
     driver_.emplace();
-    driver_->QuietMode(1);
-    driver_->batch(documents_among(files));
+    batch_ = PreparationBatch(documents_among(files));
     if (!target_code_page_.empty())
       languages_.target_code_page = static_cast<std::int32_t>(code_page_number(target_code_page_));
     languages_.source = to_utf16(source_);
@@ -57,25 +57,13 @@ class Prepare final : public Verb {
       refuse_others_side_files(file);
     }
     Outcome outcome;
-    driver_->observe({[&](std::u16string_view, int percent) { progress(static_cast<std::int16_t>(percent)); },
-                      [&](const Message& message) { outcome.messages.push_back(message); }});
-    std::u16string name = file;
-    outcome.result = driver_->PreProcess(name);
-    driver_->observe({});
-    if (outcome.result != 0) {
-      outcome.ending = Outcome::kFailed;
-      return outcome;
-    }
-    const std::span<const ProducedFile> produced = driver_->produced_files();
-    std::vector<ProducedFile> prepared(produced.begin(), produced.end());
-    const FilterRun run = convert_produced_files(prepared, languages_, file);
-    for (const ProducedFile& converted : prepared)
-      if (!converted.tud_name.empty()) outcome.produced.push_back({converted.tud_name, kBilingualDocument});
-    if (run.result != 0) {
-      outcome.ending = Outcome::kFailed;
-      outcome.result = run.result;
-      outcome.messages.push_back({run.reason});
-    }
+    const ConvertedDocument converted =
+        prepare_and_convert({file}, batch_, languages_, outcome_observer(outcome, progress));
+    outcome.result = converted.preparation.result != 0 ? converted.preparation.result : converted.conversion.result;
+    if (!converted.is_done()) outcome.ending = Outcome::kFailed;
+    for (const ProducedFile& produced : converted.preparation.files)
+      if (!produced.tud_name.empty()) outcome.produced.push_back({produced.tud_name, kBilingualDocument});
+    if (converted.conversion.result != 0) outcome.messages.push_back({converted.conversion.reason});
     return outcome;
   }
 
@@ -105,7 +93,7 @@ class Prepare final : public Verb {
   void refuse_others_side_files(const std::u16string& document) const {
     const std::vector<std::u16string> own = bilingual_documents_of(document, languages_.target);
     if (FileTypeOf(document) != kMifDocument || !ports().files->info(own[1])) return;
-    const std::u16string folder = clsCommon().strParseFileName(document, 0);
+    const std::u16string folder = folder_of(document);
     for (const std::u16string& name : ports().files->find(folder + u"*_mif_" + languages_.target + u".tud")) {
       const std::u16string other = folder + name;
       const auto is_other = [&](const std::u16string& known) { return equal_ignoring_case(known, other); };
@@ -129,7 +117,8 @@ class Prepare final : public Verb {
   std::string target_code_page_;
   bool overwrite_ = false;
   RunLanguages languages_;
-  std::optional<K19FPWObj> driver_;
+  std::optional<K19FPWObj> driver_;  // keeps the suite's filters at hand
+  PreparationBatch batch_;
 };
 
 constexpr VerbEntry kVerbs[] = {

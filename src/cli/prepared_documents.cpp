@@ -1,6 +1,6 @@
 #include "cli/prepared_documents.h"
 
-#include "driver/tud_name.h"
+#include "common/document_names.h"
 
 namespace kavo {
 

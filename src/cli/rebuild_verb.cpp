@@ -1,13 +1,15 @@
 // kavo rebuild: the translated document of a bilingual one.
 #include "cli/colours.h"
+#include "cli/outcome_observer.h"
 #include "cli/verb.h"
 #include "common/clsCommon.h"
+#include "common/document_names.h"
+#include "common/file_type.h"
+#include "common/path_parts.h"
 #include "common/pending_file.h"
 #include "common/same_file.h"
-#include "common/tud_names.h"
 #include "driver/K19FPWObj.h"
 #include "driver/companions.h"
-#include "driver/file_types.h"
 #include "driver/translation.h"
 #include "driver/tud_name.h"
 #include "platform/failure.h"
@@ -132,10 +134,8 @@ class Rebuild final : public Verb {
   }
 
   void move_beside(const std::u16string& package, Outcome& made) const {
-    const clsCommon common;
     for (ProducedName& produced : made.produced) {
-      const std::u16string target =
-          common.strParseFileName(package, 0) + produced.path.substr(common.strParseFileName(produced.path, 0).size());
+      const std::u16string target = folder_of(package) + file_name_of(produced.path);
       if (is_same_file(target, package))
         throw failure(FailureNumber::kInvalidCall, u"The target must be another file than " + target);
       if (!overwrite_ && ports().files->info(target))
@@ -153,8 +153,6 @@ class Rebuild final : public Verb {
     }
     refuse_unknown_language(file);
     refuse_missing_companions(file);
-    const RunObserver observer{[&](std::u16string_view, int percent) { progress(static_cast<std::int16_t>(percent)); },
-                               [&](const Message& message) { outcome.messages.push_back(message); }};
     const TranslationRequest request{.tud = file,
                                      .preview = overwrite_ ? kOverwrite : 0,
                                      .highlight = highlight_ ? 1 : 0,
@@ -162,7 +160,7 @@ class Rebuild final : public Verb {
                                      .keeps_existing = !overwrite_,
                                      .refuses_gaps = true,
                                      .unset_colours = kUsualStatusColours};
-    const TranslationResult result = create_translation(request, observer);
+    const TranslationResult result = create_translation(request, outcome_observer(outcome, progress));
     outcome.result = result.error;
     if (result.error == kNoError) {
       outcome.produced.push_back({result.target, FileTypeOf(result.target)});

@@ -4,7 +4,7 @@
 #include <cstdio>
 
 #include "cli/output.h"
-#include "driver/file_types.h"
+#include "common/file_type.h"
 #include "html/repair/clsHTMLValidate.h"
 #include "platform/files.h"
 #include "platform/unicode.h"
@@ -92,7 +92,7 @@ void Report::print_text(const std::string& file, const Outcome& outcome) {
   for (const ProducedName& produced : outcome.produced) {
     results += path_to_host(produced.path);
     if (produced.type >= 0)
-      ((results += '\t' + std::to_string(produced.type)) += '\t') += file_type_name(produced.type);
+      ((results += '\t' + std::to_string(produced.type)) += '\t') += file_type_row(produced.type).label;
     results += '\n';
   }
   for (const std::string& line : outcome.lines) (results += line) += '\n';

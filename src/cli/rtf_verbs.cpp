@@ -1,6 +1,6 @@
 // kavo rtf ...: pictures and embedded objects out of RTF documents and back.
 #include "cli/verb.h"
-#include "driver/file_types.h"
+#include "common/file_type.h"
 #include "office/clsRTFUtil.h"
 #include "platform/files.h"
 

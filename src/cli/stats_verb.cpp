@@ -2,7 +2,7 @@
 #include <algorithm>
 
 #include "cli/verb.h"
-#include "common/clsCommon.h"
+#include "common/path_parts.h"
 #include "platform/unicode.h"
 #include "suite/document/bilingual_document.h"
 #include "suite/document/word_count.h"
@@ -61,7 +61,7 @@ class Stats final : public Verb {
     for (std::size_t i = 0; i < document.size(); ++i) counts.add(document.segment(i));
     total_.add(counts);
     ++files_;
-    const std::u16string name = file.substr(clsCommon().strParseFileName(file, 0).size());
+    const std::u16string name = file_name_of(file);
     return outcome_of(counts, to_utf8(name), files_ == 1);
   }
   std::optional<Outcome> finish() override {

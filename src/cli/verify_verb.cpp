@@ -8,8 +8,8 @@
 #include "cli/option_values.h"
 #include "cli/report.h"
 #include "cli/verb.h"
-#include "common/clsCommon.h"
-#include "driver/file_types.h"
+#include "common/file_type.h"
+#include "common/path_parts.h"
 #include "platform/failure.h"
 #include "platform/files.h"
 #include "platform/unicode.h"
@@ -248,12 +248,12 @@ class Verify final : public Verb {
   // The MIF documents of the file's folder; nullptr for a file that is none, or that is alone.
   MifBook* book_of(const std::u16string& file) {
     if (FileTypeOf(file) != kMifDocument) return nullptr;
-    const std::u16string folder = clsCommon().strParseFileName(file, 0);
+    const std::u16string folder = folder_of(file);
     std::unique_ptr<MifBook>& book = books_[folder];
     if (book) return book.get();
     std::vector<std::u16string> documents;
     for (const std::u16string& other : files)
-      if (FileTypeOf(other) == kMifDocument && clsCommon().strParseFileName(other, 0) == folder &&
+      if (FileTypeOf(other) == kMifDocument && folder_of(other) == folder &&
           std::ranges::find(documents, other) == documents.end())
         documents.push_back(other);
     if (documents.size() < 2) return nullptr;

@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "common/cRegistry.h"
+#include "common/path_parts.h"
 #include "common/pending_file.h"
 #include "platform/failure.h"
 #include "platform/ports.h"
@@ -118,18 +119,17 @@ std::u16string clsCommon::SandR(std::u16string_view text, std::u16string_view se
 
 std::u16string clsCommon::strParseFileName(std::u16string_view file_name, std::int16_t mode) const {
   // Positions are 1-based, 0 when absent: npos + 1 is 0.
-  std::size_t dot = file_name.rfind(u'.') + 1;
+  const std::size_t dot = file_name.rfind(u'.') + 1;
   const std::size_t slash = file_name.rfind(u'\\') + 1;
   check_position(dot);
   check_position(slash);
-  if (dot < slash) dot = 0;
   switch (mode) {
     case 0:
-      return std::u16string(file_name.substr(0, slash));
+      return folder_of(file_name);
     case 1:
-      return std::u16string(file_name.substr(slash, dot == 0 ? std::u16string_view::npos : dot - 1 - slash));
+      return stem_of(file_name);
     case 2:
-      return dot == 0 ? u"" : std::u16string(file_name.substr(dot));
+      return extension_of(file_name);
     default:
       return u"";
   }

@@ -1,7 +1,10 @@
-// File type codes: what the extension of a document's name says about it.
+// File types, one row each: everything that the driver, the wizard, the command and the documents know about a type
+// stands here. docs/adding-a-file-type.md lists what else a new type needs.
 #pragma once
 
 #include <cstdint>
+#include <span>
+#include <string_view>
 
 namespace kavo {
 
@@ -18,5 +21,39 @@ enum FileType : std::int32_t {
   kPresentation = 8,
   kWorkbook = 9,
 };
+
+// What is done before the suite's filter sees a document.
+enum class Preparation {
+  kNone,
+  kScripts,      // scripts go into a side file, tags are repaired
+  kHiddenTexts,  // hidden texts go into three side files
+};
+
+// What the way back of a bilingual document does beside the filter's part, and which files it needs for that.
+enum class WayBack {
+  kNone,
+  kScripts,      // scripts come back: the bilingual document of the script file
+  kHiddenTexts,  // hidden texts come back: those of the three side files
+  kObjects,      // pictures and objects come back from the object file, when there is one
+  kOfficeFile,   // the texts go into a copy of the file that they come from
+};
+
+struct FileTypeRow {
+  FileType code;
+  std::string_view label;                           // as the command shows it
+  std::span<const std::u16string_view> extensions;  // in capitals
+  std::u16string_view filter_tag;                   // in the name of a filter that takes it; "" when none ever does
+  Preparation preparation;
+  WayBack way_back;
+};
+
+// The rows in the order of their codes, the unknown type first.
+std::span<const FileTypeRow> file_types();
+
+// The row of a code; that of the unknown type for any other number.
+const FileTypeRow& file_type_row(std::int32_t code);
+
+// The code of a file name's last extension, ASCII case ignored; 0 for any other and for none. Never fails.
+std::int32_t FileTypeOf(std::u16string_view file_name);
 
 }  // namespace kavo

@@ -5,6 +5,8 @@
 #include <utility>
 #include <vector>
 
+#include "common/document_names.h"
+#include "common/path_parts.h"
 #include "common/pending_file.h"
 #include "common/run_journal.h"
 #include "common/staged_files.h"
@@ -22,13 +24,11 @@ constexpr double kBetweenLooks = 0.02;  // seconds
 constexpr double kSilentWait = 1;       // seconds before the user hears of it
 
 // The folder of a path, without "\" at its end but for that of a root.
-std::u16string folder_of(const std::u16string& path) {
+std::u16string parent_of(const std::u16string& path) {
   const std::size_t end = path.rfind(u'\\');
   const bool is_root = end == 0 || (end == 2 && path[1] == u':');
   return path.substr(0, is_root ? end + 1 : end);
 }
-
-std::u16string name_of(std::u16string_view path) { return std::u16string(path.substr(path.rfind(u'\\') + 1)); }
 
 std::u16string in_folder(const std::u16string& folder, std::u16string_view name) {
   return folder + (folder.ends_with(u'\\') ? u"" : u"\\") + std::u16string(name);
@@ -38,11 +38,11 @@ std::u16string text_of(const std::u16string& path) { return to_utf16(path_to_hos
 
 // The name as the folder has it, which may differ in letter case.
 std::u16string path_on_disk(FileSystem& files, const std::u16string& path) {
-  const std::u16string name = name_of(path);
+  const std::u16string name = file_name_of(path);
   std::optional<std::u16string> found;
   for (const std::u16string& each : files.find(path))
     if (equal_ignoring_case(each, name) && (!found || each == name)) found = each;
-  return found ? in_folder(folder_of(path), *found) : path;
+  return found ? in_folder(parent_of(path), *found) : path;
 }
 
 void copy_real_file(FileSystem& files, const std::u16string& from, const std::u16string& to) {
@@ -67,12 +67,13 @@ void about(const std::u16string& path, Step&& step) {
   try {
     step();
   } catch (const failure& reason) {
-    if (reason.description().find(name_of(path)) != std::u16string::npos) throw;
+    if (reason.description().find(file_name_of(path)) != std::u16string::npos) throw;
     throw failure(reason.number(), text_of(path) + u": " + reason.description(), reason.source());
   }
 }
 
-std::unique_ptr<FileLock> lock_folder(FileSystem& files, const std::u16string& folder, const FolderRun::Report& report) {
+std::unique_ptr<FileLock> lock_folder(FileSystem& files, const std::u16string& folder,
+                                      const FolderRun::Report& report) {
   const double began = ports().clock->seconds();
   for (bool told = false;;) {
     try {
@@ -111,9 +112,9 @@ void recover(FileSystem& files, const std::u16string& scratch, const FolderRun::
     journal = read_journal(files, scratch);
   } catch (const failure& reason) {
     if (!reason.is(FailureNumber::kFileNotFound))
-      throw failure(reason.number(), text_of(scratch) +
-                                         u" was left by a run that was stopped, and what it did cannot be read (" +
-                                         reason.description() + u"). Move this folder away and try again",
+      throw failure(reason.number(),
+                    text_of(scratch) + u" was left by a run that was stopped, and what it did cannot be read (" +
+                        reason.description() + u"). Move this folder away and try again",
                     reason.source());
   }
   std::u16string done = u"what it had written was removed, its documents are as they were before";
@@ -131,7 +132,7 @@ void recover(FileSystem& files, const std::u16string& scratch, const FolderRun::
                   text_of(scratch) + u" is in the way: a folder of this name belongs to this program. Move it away");
   }
   remove_tree(files, scratch);
-  if (report) report(u"A run in " + text_of(folder_of(scratch)) + u" was stopped before its end: " + done);
+  if (report) report(u"A run in " + text_of(parent_of(scratch)) + u" was stopped before its end: " + done);
 }
 
 }  // namespace
@@ -143,10 +144,10 @@ class FolderRun::Work {
       : document_(document),
         report_(std::move(report)),
         files_(*ports().files),
-        folder_(in_folder(folder_of(document), kScratchFolder)),
+        folder_(in_folder(parent_of(document), kScratchFolder)),
         staged_(files_, folder_,
                 {[this] { make_folder(); }, [this](std::u16string_view path) { note_temporary_file(path); }}) {
-    take_folder(folder_of(document));
+    take_folder(parent_of(document));
     bring_back_document();
     ports().files = &staged_;
   }
@@ -187,7 +188,7 @@ class FolderRun::Work {
     const auto info = files_.info(wanted);
     if (info && info->is_folder) throw failure(FailureNumber::kPathFileAccess, text_of(wanted) + u" is a folder");
     const std::u16string path = info ? path_on_disk(files_, wanted) : wanted;
-    RunJournal::Borrowed borrowed{path, info ? staged_.scratch_path(name_of(path)) : u""};
+    RunJournal::Borrowed borrowed{path, info ? staged_.scratch_path(file_name_of(path)) : u""};
     make_folder();
     journal_.borrowed.push_back(borrowed);
     try {
@@ -237,7 +238,7 @@ class FolderRun::Work {
 
   // Earlier versions set a document aside under this name while they replaced it; one that was killed left it there.
   void bring_back_document() {
-    const std::u16string aside = document_ + u".kavo-old";
+    const std::u16string aside = aside_name_of(document_, 1);
     if (files_.info(document_) || !files_.info(aside)) return;
     about(document_, [&] { files_.rename_file(aside, document_); });
     if (report_) report_(text_of(document_) + u" was missing; it is back from " + text_of(aside));
@@ -245,7 +246,7 @@ class FolderRun::Work {
 
   void make_folder() {
     if (has_folder_) return;
-    about(folder_of(folder_), [&] { files_.make_folder(folder_); });
+    about(parent_of(folder_), [&] { files_.make_folder(folder_); });
     has_folder_ = true;
     write_journal(files_, folder_, journal_);
   }
@@ -268,10 +269,13 @@ class FolderRun::Work {
     files_.take_permissions(entry.scratch, replaces ? entry.path : document_,
                             replaces ? Permissions::kAll : Permissions::kOfADocument);
     std::u16string file = entry.scratch;
-    const auto volume = [&](const std::u16string& path) { return files_.identity(path).value_or(FileIdentity{}).volume; };
-    if (volume(folder_of(entry.path)) != volume(folder_)) {
+    const auto volume = [&](const std::u16string& path) {
+      return files_.identity(path).value_or(FileIdentity{}).volume;
+    };
+    if (volume(parent_of(entry.path)) != volume(folder_)) {
       file = entry.path + u".kavo-new";
-      for (int number = 2; files_.info(file); ++number) file = entry.path + u".kavo-new" + to_utf16(std::to_string(number));
+      for (int number = 2; files_.info(file); ++number)
+        file = entry.path + u".kavo-new" + to_utf16(std::to_string(number));
       note_temporary_file(file);
       copy_real_file(files_, entry.scratch, file);
       files_.take_permissions(file, entry.scratch, Permissions::kAll);
@@ -303,9 +307,9 @@ class FolderRun::Work {
 
   // Beside the file where the scratch folder lies on another volume.
   std::u16string aside_for(const std::u16string& path) {
-    if (equal_ignoring_case(folder_of(path), folder_of(folder_))) return staged_.scratch_path(name_of(path));
-    std::u16string aside = path + u".kavo-old";
-    for (int number = 2; files_.info(aside); ++number) aside = path + u".kavo-old" + to_utf16(std::to_string(number));
+    if (equal_ignoring_case(parent_of(path), parent_of(folder_))) return staged_.scratch_path(file_name_of(path));
+    std::u16string aside = aside_name_of(path, 1);
+    for (int number = 2; files_.info(aside); ++number) aside = aside_name_of(path, number);
     note_temporary_file(aside);
     return aside;
   }
@@ -320,7 +324,7 @@ class FolderRun::Work {
       // The folder stays, with the journal: the next run does what this one cannot.
       keeps_folder_ = true;
       if (report_)
-        report_(u"The documents in " + text_of(folder_of(folder_)) + u" could not be put back as they were (" +
+        report_(u"The documents in " + text_of(parent_of(folder_)) + u" could not be put back as they were (" +
                 to_utf16(reason.what()) + u"). The next run there completes this");
     }
   }
@@ -375,7 +379,7 @@ FolderRun::FolderRun(std::u16string_view document, Report report) : work_(Work::
     work_ = std::make_shared<Work>(path, std::move(report));
     Work::current() = work_;
   } else {
-    work_->take_folder(folder_of(path));
+    work_->take_folder(parent_of(path));
   }
   saved_ = std::make_unique<Saved>(Saved{work_->staged().view(), work_->borrowed_count()});
 }

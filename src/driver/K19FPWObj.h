@@ -2,26 +2,17 @@
 // translation rebuilt. The COM skin and the command are thin covers over this class.
 #pragma once
 
-#include <array>
 #include <cstdint>
-#include <optional>
 #include <span>
 #include <string>
 #include <vector>
 
-#include "driver/page_origin.h"
+#include "driver/preparation.h"
 #include "driver/run_observer.h"
 
 namespace kavo {
 
 struct TranslationResult;
-
-// A file that the suite's filters are to process.
-struct ProducedFile {
-  std::u16string file_name;    // full path
-  std::int32_t file_type = 0;  // file type code (see file_types.h); selects the filter
-  std::u16string tud_name;     // the bilingual document that the filter run wrote, "" before
-};
 
 // All calls come on the thread that created the object. Every by-reference parameter may be written by the callee in
 // principle; only CreateTranslation writes one back (`sTarget`).
@@ -36,18 +27,17 @@ class K19FPWObj {
   K19FPWObj& operator=(const K19FPWObj&) = delete;
 
   // Shows the wizard dialog by the thread's form presenter, prepares the file chosen there, has the suite's filters
-  // make bilingual documents of what that produced and starts the editor on the first; see single_file_wizard.h. 0
+  // make bilingual documents of what that produced and starts the editor on the first; see wizard_run.h. 0
   // done, 1 cancelled, 2 a file of no known type, 100 + the result of PreProcess, 200 + i when file i could not be
-  // converted. Unless quiet a message box tells what failed. Throws `failure` 18 when the user interrupts the program.
+  // converted. Unless quiet a message box says what failed. Throws `failure` 18 when the user interrupts the program.
   std::int32_t SingleFileWizard(std::u16string& sFilename, std::int32_t& nKAVO);
   // Prepares a document for the suite's filters and lists the files produced. 0 when done (a type that needs no
   // preparation is listed as it is, without being opened), 3 when a page could not be prepared, 4 when a MIF document
-  // could not, or was in use; the list is empty then and every file as it was. A document whose name differs from another one's in letter case only is refused:
-  // both would be prepared to the same files. A MIF document that failed leaves its backup (".kavo.bak" behind the
-  // name).
-  // Throws `failure` 18 when the user interrupts.
+  // could not, or was in use; the list is empty then and every file as it was. A document whose name differs from
+  // another one's in letter case only is refused: both would be prepared to the same files. A MIF document that failed
+  // leaves its backup (".kavo.bak" behind the name). Throws `failure` 18 when the user interrupts.
   std::int32_t PreProcess(std::u16string& sFilename);
-  std::int32_t GetFileCount() const { return produced_count_; }
+  std::int32_t GetFileCount() const { return static_cast<std::int32_t>(produced_.size()); }
   // "" past the last file; a negative index throws `failure` 9, deliberately: hosts rely on the asymmetry.
   std::u16string GetFile(std::int32_t nCount) const;
   // Rebuilds the document of a translated bilingual document; see translation.h. `sTarget` is the file to create,
@@ -62,35 +52,23 @@ class K19FPWObj {
   void QuietMode(std::int32_t value) { quiet_ = value; }
   const std::u16string& LastError() const { return last_error_; }
 
-  std::span<const ProducedFile> produced_files() const;
+  std::span<const ProducedFile> produced_files() const { return produced_; }
   // Of the page that was prepared last. The observer is told places of the source.
   const PageOrigin& page_origin() const { return page_origin_; }
   void observe(RunObserver observer) { observer_ = std::move(observer); }
-  // The documents that the calls of PreProcess to come are about. MIF documents of one folder share its side files: the
-  // first of them that can be prepared collects the hidden texts of all, the others produce themselves alone.
-  void batch(std::vector<std::u16string> documents);
+  // The documents that the calls of PreProcess to come are about; see PreparationBatch.
+  void batch(std::vector<std::u16string> documents) { batch_ = PreparationBatch(std::move(documents)); }
 
  private:
-  bool prepare(bool (K19FPWObj::*preparation)());
-  void keep_backup(const std::u16string& document);
-  bool PrepareHTML();
-  bool PrepareMIF();
-  std::vector<std::u16string> book_of(const std::u16string& document) const;
   // Ends a CreateTranslation: sets LastError and, unless quiet, shows it; the error's number is the result.
   std::int32_t report(const TranslationResult& result);
 
   std::int32_t quiet_ = 0;
   std::u16string last_error_;
-  std::array<ProducedFile, 4> produced_;
-  std::int32_t produced_count_ = 0;
-  std::int32_t source_type_ = 0;
-  std::u16string backup_name_;
-  std::vector<std::u16string> batch_;
-  std::vector<std::u16string> folders_with_sides_;  // that the batch has prepared
+  std::vector<ProducedFile> produced_;
+  PreparationBatch batch_;
   PageOrigin page_origin_;
   RunObserver observer_;
-  // The validator's table for the run of a wizard; else its own.
-  std::optional<std::u16string> html_tags_;
 };
 
 }  // namespace kavo

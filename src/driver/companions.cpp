@@ -1,30 +1,32 @@
 #include "driver/companions.h"
 
+#include "common/document_names.h"
+#include "common/file_type.h"
+#include "common/path_parts.h"
 #include "driver/document_files.h"
-#include "driver/file_types.h"
 
 namespace kavo {
 namespace {
 
-std::int32_t prepared_type(const TudName& name) { return FileTypeOf(u"x." + name.prepared_type()); }
+WayBack way_back_of(const TudName& name) { return file_type_row(FileTypeOf(u"x." + name.prepared_type())).way_back; }
 
 }  // namespace
 
 std::vector<std::u16string> companions_of(const TudName& name) {
   std::vector<std::u16string> companions;
-  switch (prepared_type(name)) {
-    case kHtmlPage:
-    case kServerPage:
+  switch (way_back_of(name)) {
+    case WayBack::kScripts:
       companions.push_back(name.script_tud());
       break;
-    case kMifDocument:
-      for (const std::u16string_view side : kMifSides) companions.push_back(mif_side_tud(name, side));
+    case WayBack::kHiddenTexts:
+      for (const std::u16string_view side : kMifSides)
+        companions.push_back(mif_side_tud(name.folder(), side, name.language()));
       break;
-    case kPresentation:
-    case kWorkbook:
+    case WayBack::kOfficeFile:
       companions.push_back(name.file_name(1, name.prepared_type(), false));
       break;
-    default:
+    case WayBack::kObjects:  // a document without objects has no object file
+    case WayBack::kNone:
       break;
   }
   return companions;
@@ -36,9 +38,19 @@ std::vector<std::u16string> missing_companions(const TudName& name) {
   return missing;
 }
 
-bool has_way_back(const TudName& name) {
-  const std::int32_t type = prepared_type(name);
-  return type == kWordDocument || type == kRtfDocument || !companions_of(name).empty();
+bool has_way_back(const TudName& name) { return way_back_of(name) != WayBack::kNone; }
+
+std::vector<std::u16string> bilingual_documents_of(std::u16string_view document, std::u16string_view target_language) {
+  if (file_type_row(FileTypeOf(document)).preparation == Preparation::kScripts) {
+    PageNames page{.page = std::u16string(document), .html = {}, .script = {}};
+    complete_from_page(page);
+    return {tud_name_of(page.html, target_language), tud_name_of(page.script, target_language)};
+  }
+  std::vector<std::u16string> names{tud_name_of(document, target_language)};
+  if (file_type_row(FileTypeOf(document)).preparation == Preparation::kHiddenTexts)
+    for (const std::u16string_view side : kMifSides)
+      names.push_back(mif_side_tud(folder_of(document), side, target_language));
+  return names;
 }
 
 }  // namespace kavo

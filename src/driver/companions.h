@@ -17,4 +17,8 @@ std::vector<std::u16string> missing_companions(const TudName& name);
 // knows: companions, embedded objects or a conversion.
 bool has_way_back(const TudName& name);
 
+// Which bilingual documents the preparation of a document leads to, before anything is prepared: a page has two, a MIF
+// document four, any other one.
+std::vector<std::u16string> bilingual_documents_of(std::u16string_view document, std::u16string_view target_language);
+
 }  // namespace kavo

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "common/clsCommon.h"
+#include "common/path_parts.h"
 #include "platform/case_fold.h"
 #include "platform/failure.h"
 #include "platform/ports.h"
@@ -16,7 +16,7 @@ bool is_file(std::u16string_view path) {
 }
 
 void refuse_twin(std::u16string_view path) {
-  const std::u16string_view name = path.substr(clsCommon().strParseFileName(path, 0).size());
+  const std::u16string_view name = file_name_of(path);
   // The name may have been given in other letters than the folder has it.
   std::vector<std::u16string> found = ports().files->find(path);
   std::erase_if(found, [&](const std::u16string& other) { return !equal_ignoring_case(other, name); });

@@ -4,10 +4,12 @@
 #include <vector>
 
 #include "common/checksum.h"
+#include "common/document_names.h"
+#include "common/file_type.h"
 #include "common/folder_run.h"
-#include "common/tud_names.h"
+#include "common/path_parts.h"
 #include "driver/document_files.h"
-#include "driver/file_types.h"
+#include "driver/filter_table.h"
 #include "driver/tud_component.h"
 #include "driver/tud_name.h"
 #include "platform/failure.h"
@@ -30,7 +32,7 @@ std::u16string mark_of(std::span<const ProducedFile> files) {
   // The MIF documents of a folder share their side files, however many of them are prepared.
   if (!files.empty() && files[0].file_type == kMifDocument) {
     set.clear();
-    for (const std::u16string_view side : kMifSides) set.push_back(mif_side_file(TudName(files[0].file_name), side));
+    for (const std::u16string_view side : kMifSides) set.push_back(mif_side_file(folder_of(files[0].file_name), side));
   }
   // Without one of them there is no set: whoever needs it says so.
   if (set.size() < 2 || !std::ranges::all_of(set, is_file)) return u"";
@@ -49,7 +51,7 @@ void convert(ProducedFile& file, const RunLanguages& languages, const DocumentSe
   const FilterInfo& filter = filter_table(file.file_type);
   if (filter.filter_name.empty())
     throw failure(FailureNumber::kInvalidCall,
-                  u"No filter is installed for this type of file: " + to_utf16(file_type_name(file.file_type)));
+                  u"No filter is installed for this type of file: " + to_utf16(file_type_row(file.file_type).label));
   refuse_twin(file.file_name);
   const std::u16string tud = tud_name_of(file.file_name, languages.target);
   const std::u16string skeleton = skeleton_name_of(tud);

@@ -7,12 +7,11 @@
 #include <string>
 #include <string_view>
 
-#include "driver/K19FPWObj.h"
+#include "driver/produced_file.h"
 #include "driver/run_observer.h"
 
 namespace kavo {
 
-// What the user chose.
 struct RunLanguages {
   std::u16string source;  // the suite's codes: "EN-US", "FR"
   std::u16string target;
@@ -31,8 +30,8 @@ struct FilterRun {
 // living K19FPWObj. Throws `failure` 18 when the user interrupts.
 //
 // The documents carry a common mark, and the name and checksum of `author_document`, of which the files were prepared
-// ("" when that is not known), where the suite can keep them. A set that is
-// mixed from two preparations can so be recognised.
+// ("" when that is not known), where the suite can keep them: so a set that is mixed from two preparations can be
+// recognised.
 FilterRun convert_produced_files(std::span<ProducedFile> files, const RunLanguages& languages,
                                  std::u16string_view author_document = {}, const RunObserver& observer = {});
 

@@ -6,6 +6,7 @@
 
 #include "common/clsCommon.h"
 #include "common/folder_run.h"
+#include "common/path_parts.h"
 #include "common/pending_file.h"
 #include "common/run_journal.h"
 #include "common/same_file.h"
@@ -25,12 +26,6 @@
 
 namespace kavo {
 namespace {
-
-std::u16string file_name_of(std::u16string_view path) {
-  return std::u16string(path.substr(clsCommon().strParseFileName(path, 0).size()));
-}
-
-std::u16string extension_of(std::u16string_view path) { return ascii_upper(clsCommon().strParseFileName(path, 2)); }
 
 // The converter's name of an Office file, "" when the bilingual document was not made of one.
 std::u16string office_type(const TudName& name, bool has_language) {
@@ -55,13 +50,12 @@ bool import_workbook(const std::u16string& xml) {
 }  // namespace
 
 std::u16string document_made_of(const TudName& name, std::u16string_view target, std::u16string_view language) {
-  const std::u16string extension = extension_of(target);
+  const std::u16string extension = ascii_upper(extension_of(target));
   if (extension == u"HTM") return name.file_name(0, name.part(1), true);
   if (extension == u"RTF" && ascii_upper(name.part(1)) == u"DOC") return name.file_name(0, u"doc", true);
   if (extension == u"XML") {
     if (const std::u16string type = office_type(name, !language.empty()); !type.empty())
-      return language.empty() ? name.folder() + clsCommon().strParseFileName(target, 1) + u"." + type
-                              : name.file_name(1, type, true);
+      return language.empty() ? name.folder() + stem_of(target) + u"." + type : name.file_name(1, type, true);
   }
   return std::u16string(target);
 }
@@ -79,7 +73,7 @@ PostProcessing::PostProcessing(const TudName& name, std::u16string target, std::
       observer_(observer) {}
 
 bool PostProcessing::PostProcess() {
-  const std::u16string extension = extension_of(result_);
+  const std::u16string extension = ascii_upper(extension_of(result_));
   try {
     if (extension == u"HTM") return RestoreScripts();
     if (extension == u"MIF") return MergeMIF();
@@ -124,9 +118,9 @@ bool PostProcessing::MergeMIF() {
     FolderRun part(objects);
     std::vector<std::u16string> sides;
     for (const std::u16string_view side : kMifSides) {
-      sides.push_back(mif_side_file(name_, side));
+      sides.push_back(mif_side_file(name_.folder(), side));
       part.borrow(sides.back());
-      rebuild(mif_side_tud(name_, side), sides.back());
+      rebuild(mif_side_tud(name_.folder(), side, name_.language()), sides.back());
     }
     clsMIFUtilities mif;
     mif.Progress([&](std::int16_t percent) { observer_.tell_progress(document_, percent); });
@@ -147,7 +141,8 @@ bool PostProcessing::MergeMIF() {
   }
   // Those that the preparation made have served their purpose; they are back when the run fails.
   for (const std::u16string_view side : kMifSides)
-    if (const std::u16string prepared = mif_side_file(name_, side); merged && !is_same_file(prepared, document_))
+    if (const std::u16string prepared = mif_side_file(name_.folder(), side);
+        merged && !is_same_file(prepared, document_))
       remove_if_there(*ports().files, prepared);
   return merged;
 }
@@ -180,14 +175,12 @@ bool PostProcessing::RebuildOfficeFile() {
   const bool has_language = !language_.empty();
   const std::u16string type = office_type(name_, has_language);
   if (type.empty()) return true;  // any other XML document
-  const clsCommon common;
   const std::u16string source = name_.file_name(has_language ? 1 : 2, type, false);
   if (is_same_file(document_, source))
     throw failure(FailureNumber::kInvalidCall, u"The target must be another file than " + source);
   // The texts go into a copy of the source, from an XML file that is named after it.
   const std::u16string copy = run_.scratch_path(file_name_of(document_));
-  const std::u16string xml =
-      common.strParseFileName(copy, 0) + common.strParseFileName(copy, 1) + u"_" + type + u".xml";
+  const std::u16string xml = without_extension(copy) + u"_" + type + u".xml";
   copy_file(source, copy);
   if (!is_same_file(xml, result_)) replace_file(result_, xml);
   const bool imported = ascii_upper(type) == u"PPT" ? import_presentation(xml) : import_workbook(xml);

@@ -3,10 +3,12 @@
 #include <utility>
 
 #include "common/clsCommon.h"
+#include "common/document_names.h"
 #include "common/folder_run.h"
+#include "common/path_parts.h"
 #include "common/same_file.h"
-#include "driver/file_types.h"
 #include "driver/document_files.h"
+#include "driver/filter_table.h"
 #include "driver/tud_name.h"
 #include "platform/case_fold.h"
 #include "platform/failure.h"
@@ -54,9 +56,7 @@ bool TargetBuild::locate_skeleton() {
 
 // The names are compared without their folders: a document may name its skeleton with or without one.
 bool TargetBuild::leaves_alone(std::u16string_view file) {
-  const auto name_of = [](std::u16string_view path) {
-    return path.substr(clsCommon().strParseFileName(path, 0).size());
-  };
+  const auto name_of = [](std::u16string_view path) { return file_name_of(path); };
   if (!equal_ignoring_case(name_of(file), name_of(open_tag_))) return true;
   refusal_ = u"The OpenTag file " + std::exchange(open_tag_, u"") + u" would replace a file that is needed for it";
   return false;

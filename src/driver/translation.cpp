@@ -5,11 +5,11 @@
 #include <optional>
 #include <vector>
 
-#include "common/clsCommon.h"
+#include "common/document_names.h"
 #include "common/folder_run.h"
+#include "common/path_parts.h"
 #include "common/pending_file.h"
 #include "common/same_file.h"
-#include "common/tud_names.h"
 #include "driver/companions.h"
 #include "driver/document_files.h"
 #include "driver/font_mapping.h"
@@ -39,10 +39,6 @@ std::u16string known_language(std::u16string_view code) {
   for (std::int32_t i = 0; i <= languages.LanguageCount(); ++i)
     if (equal_ignoring_ascii_case(languages.LanguageCode(i), code)) return languages.LanguageCode(i);
   return u"";
-}
-
-std::u16string file_name_of(std::u16string_view path) {
-  return std::u16string(path.substr(clsCommon().strParseFileName(path, 0).size()));
 }
 
 bool is_office_format(std::u16string_view format) {
@@ -175,7 +171,8 @@ class Translation {
   // Throws `failure` 5 for a target that is one of the files beside the document that its way back may read.
   void refuse_companion(const std::u16string& target) const {
     std::vector<std::u16string> tuds{name_.script_tud()};
-    for (const std::u16string_view side : kMifSides) tuds.push_back(mif_side_tud(name_, side));
+    for (const std::u16string_view side : kMifSides)
+      tuds.push_back(mif_side_tud(name_.folder(), side, name_.language()));
     std::vector<std::u16string> companions{name_.file_name(1, u"obj", false)};
     for (const std::u16string& tud : tuds)
       companions.insert(companions.end(), {tud, skeleton_name_of(tud), open_tag_name_of(tud)});
@@ -233,8 +230,9 @@ class Translation {
   }
 
   void tell_that_source_has_changed() const {
-    observer_.tell({u"The document has changed since it was prepared: its translation is made of what it was then. Prepare "
-                    u"it again to have all of it"});
+    observer_.tell(
+        {u"The document has changed since it was prepared: its translation is made of what it was then. Prepare "
+         u"it again to have all of it"});
   }
   void tell_progress(int percent) const { observer_.tell_progress(request_.tud, percent); }
 

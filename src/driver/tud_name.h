@@ -12,8 +12,7 @@ namespace kavo {
 class TudName {
  public:
   // Splits the base name from the right at "_": page_asp_htm_FR.tud has the parts page, asp, htm, FR. A shorter name
-  // leaves the first parts empty, a longer one has its further "_" in part 0. Throws `failure` 6 for a name beyond what
-  // strParseFileName takes.
+  // leaves the first parts empty, a longer one has its further "_" in part 0.
   explicit TudName(std::u16string_view path);
 
   const std::u16string& folder() const { return folder_; }  // with its "\"
@@ -37,15 +36,5 @@ class TudName {
   std::array<std::u16string, 4> parts_;
   std::size_t first_part_ = 0;  // those before it are missing, not empty
 };
-
-// The side files of a MIF document: index, cross-references, variables.
-inline constexpr std::u16string_view kMifSides[] = {u"KAVO_ix", u"KAVO_xr", u"KAVO_va"};
-// Whether a file of this name holds the hidden texts of the MIF documents of its folder.
-bool is_mif_side_file(std::u16string_view path);
-std::u16string mif_side_file(const TudName& name, std::u16string_view side);
-std::u16string mif_side_tud(const TudName& name, std::u16string_view side);
-
-// The scratch file with the translated segments of a bilingual document.
-std::u16string open_tag_name_of(std::u16string_view tud);
 
 }  // namespace kavo

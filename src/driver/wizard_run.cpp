@@ -3,10 +3,11 @@
 #include <algorithm>
 
 #include "common/clsCommon.h"
+#include "common/file_type.h"
 #include "common/trimmed.h"
 #include "driver/document_files.h"
-#include "driver/file_types.h"
-#include "driver/filter_run.h"
+#include "driver/filter_table.h"
+#include "driver/prepare_and_convert.h"
 #include "platform/failure.h"
 #include "platform/ports.h"
 #include "platform/program_folder.h"
@@ -44,10 +45,10 @@ std::u16string memory_switch(std::u16string_view memory) { return u"/t" + in_quo
 
 class WizardRun {
  public:
-  WizardRun(const WizardRequest& request, const WizardSteps& steps)
-      : request_(request), steps_(steps), launcher_(launcher_name()) {}
+  WizardRun(const WizardRequest& request, const RunObserver& observer)
+      : request_(request), observer_(observer), launcher_(launcher_name()) {}
 
-  std::int32_t run() {
+  WizardOutcome run() {
     const std::int32_t result = ask_and_convert();
     if (!launcher_.empty()) {
       if (result == kDone)
@@ -56,7 +57,7 @@ class WizardRun {
         // Deliberately with an empty name too when no memory was ever used: the launcher takes that for none.
         start_editor(has(kOfferLastMemory) ? memory_switch(last_memory_) : u"");
     }
-    return result;
+    return {result, std::move(files_)};
   }
 
  private:
@@ -98,15 +99,18 @@ class WizardRun {
     progress.show_beside();
     try {
       const RunObserver observer = observer_beside(progress);
-      const std::int32_t preparation = steps_.prepare(file, form.HTMLTags(), observer);
-      if (preparation >= 1) return {kPreparationFailed + preparation, kPreparationText, file, last_message_};
-      const FilterRun run = convert_produced_files(steps_.produced_files(),
-                                                   {form.morLang[0].LanguageCode(), form.morLang[1].LanguageCode(),
-                                                    form.morLang[0].CharSetNumber(), form.morLang[1].CharSetNumber()},
-                                                   file, observer);
+      PreparationBatch batch;
+      ConvertedDocument document =
+          prepare_and_convert({file, form.HTMLTags()}, batch,
+                              {form.morLang[0].LanguageCode(), form.morLang[1].LanguageCode(),
+                               form.morLang[0].CharSetNumber(), form.morLang[1].CharSetNumber()},
+                              observer);
+      const std::vector<ProducedFile>& produced = files_.emplace(std::move(document.preparation.files));
+      if (const std::int32_t preparation = document.preparation.result; preparation != 0)
+        return {kPreparationFailed + preparation, kPreparationText, file, last_message_};
+      const FilterRun& run = document.conversion;
       // The button may have been pressed during the last file: a filter of another module does not see that.
       ports().desktop->process_messages();
-      const std::span<const ProducedFile> produced = steps_.produced_files();
       if (run.result != kDone) {
         const auto unconverted = std::ranges::find(produced, u"", &ProducedFile::tud_name);
         return {run.result, kConversionText, unconverted->file_name, run.reason};
@@ -124,15 +128,15 @@ class WizardRun {
     RunObserver observer;
     observer.progress = [&](std::u16string_view name, int percent) {
       progress.report(kPreparing, name, percent / 2);
-      steps_.observer.tell_progress(name, percent / 2);
+      observer_.tell_progress(name, percent / 2);
     };
     observer.message = [&](const Message& message) {
       last_message_ = message.text;
-      steps_.observer.tell(message);
+      observer_.tell(message);
     };
     observer.converting = [&](std::u16string_view name, int percent) {
       progress.report(kConverting, name, 50 + percent / 2);
-      steps_.observer.tell_converting(name, 50 + percent / 2);
+      observer_.tell_converting(name, 50 + percent / 2);
       // So that it is seen, and the button answers.
       ports().desktop->process_messages();
     };
@@ -145,7 +149,7 @@ class WizardRun {
     (text += u"\r\n") += to_utf16(path_to_host(where));
     if (!why.empty()) (text += u"\r\n") += why;
     (text += u"\r\n") += string_resource(advice);
-    steps_.observer.tell({text});
+    observer_.tell({text});
     if (!request_.quiet)
       ports().desktop->message_box(clsCommon().SandR(text, u"\r\n", u"\r\n\r\n"), u"KAVO", MessageIcon::kExclamation);
   }
@@ -156,18 +160,19 @@ class WizardRun {
   }
 
   const WizardRequest& request_;
-  const WizardSteps& steps_;
+  const RunObserver& observer_;
   std::u16string launcher_;
   std::u16string memory_;       // chosen in the dialog, "" for none
   std::u16string last_memory_;  // used last
   std::u16string tud_;          // of the first produced file
   std::u16string last_message_;
+  std::optional<std::vector<ProducedFile>> files_;
 };
 
 }  // namespace
 
-std::int32_t run_single_file_wizard(const WizardRequest& request, const WizardSteps& steps) {
-  return WizardRun(request, steps).run();
+WizardOutcome run_single_file_wizard(const WizardRequest& request, const RunObserver& observer) {
+  return WizardRun(request, observer).run();
 }
 
 }  // namespace kavo

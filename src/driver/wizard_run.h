@@ -2,12 +2,11 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
-#include <span>
+#include <optional>
 #include <string>
-#include <string_view>
+#include <vector>
 
-#include "driver/K19FPWObj.h"
+#include "driver/produced_file.h"
 #include "driver/run_observer.h"
 
 namespace kavo {
@@ -19,20 +18,18 @@ struct WizardRequest {
   bool quiet = false;     // no message box about a failure
 };
 
-// What the run has the automation object do.
-struct WizardSteps {
-  // Prepares a file with this tag table for pages and answers as PreProcess does.
-  std::function<std::int32_t(std::u16string file, std::u16string_view html_tags, const RunObserver& observer)> prepare;
-  std::function<std::span<ProducedFile>()> produced_files;
-  RunObserver observer;  // is told the progress and, at the end, why the run failed
+struct WizardOutcome {
+  std::int32_t result = 0;
+  std::optional<std::vector<ProducedFile>> files = {};  // once a document was prepared, empty when that failed
 };
 
-// 0 done, 1 cancelled (in the dialog, or beside the progress), 2 a file of no known type, 100 + the result of the
-// preparation, 200 + i when produced file i could not be converted; the documents of those before it stay.
+// The result: 0 done, 1 cancelled (in the dialog, or beside the progress), 2 a file of no known type, 100 + the result
+// of the preparation, 200 + i when produced file i could not be converted; the documents of those before it stay.
 //
 // The editor launcher, "K19Subst.exe" in the library's folder, is started on the first bilingual document, with the
 // memory chosen. Without a launcher there, or when it cannot be started, the documents are there all the same and the
-// result is 0. Throws `failure` 18 when the user interrupts the program.
-std::int32_t run_single_file_wizard(const WizardRequest& request, const WizardSteps& steps);
+// result is 0. The observer sees the progress and, at the end, why the run failed. Throws `failure` 18 when the user
+// interrupts the program.
+WizardOutcome run_single_file_wizard(const WizardRequest& request, const RunObserver& observer);
 
 }  // namespace kavo

@@ -4,6 +4,8 @@
 
 #include "common/clsCommon.h"
 #include "common/clsGetTempFileName.h"
+#include "common/document_names.h"
+#include "common/path_parts.h"
 #include "mif/frmMIFOptions.h"
 #include "mif/mif_messages.h"
 #include "platform/ports.h"
@@ -66,11 +68,11 @@ MifCounts clsMIFUtilities::counts() const {
 // A name without a folder gets side files that begin with the whole name, so that they stay apart from those of other
 // files of the current folder.
 void clsMIFUtilities::DefaultSideFileNames() {
-  const std::size_t slash = mif_file_.rfind(u'\\');
-  const std::u16string prefix = slash == std::u16string::npos ? mif_file_ + u"_" : mif_file_.substr(0, slash + 1);
-  if (index_file_.empty()) index_file_ = prefix + u"KAVO_ix.mif";
-  if (xref_file_.empty()) xref_file_ = prefix + u"KAVO_xr.mif";
-  if (variable_file_.empty()) variable_file_ = prefix + u"KAVO_va.mif";
+  const std::u16string folder = folder_of(mif_file_);
+  const std::u16string prefix = folder.empty() ? mif_file_ + u"_" : folder;
+  if (index_file_.empty()) index_file_ = mif_side_file(prefix, kMifSides[0]);
+  if (xref_file_.empty()) xref_file_ = mif_side_file(prefix, kMifSides[1]);
+  if (variable_file_.empty()) variable_file_ = mif_side_file(prefix, kMifSides[2]);
 }
 
 bool clsMIFUtilities::mif_file_exists() {

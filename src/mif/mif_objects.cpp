@@ -7,6 +7,7 @@
 // object file and returns with it.
 #include <string>
 
+#include "common/document_names.h"
 #include "common/object_file_guard.h"
 #include "common/same_file.h"
 #include "mif/clsMIFUtilities.h"
@@ -174,13 +175,8 @@ class ObjectInserter {
 
 }  // namespace
 
-// The dot that counts is the one of the file's own name.
 void clsMIFUtilities::default_object_file_name() {
-  if (!object_file_.empty()) return;
-  const std::size_t dot = mif_file_.rfind(u'.');
-  const std::size_t slash = mif_file_.rfind(u'\\');
-  const bool has_dot = dot != std::u16string::npos && (slash == std::u16string::npos || slash < dot);
-  object_file_ = (has_dot ? mif_file_.substr(0, dot) : mif_file_) + u".obj";
+  if (object_file_.empty()) object_file_ = object_file_of(mif_file_);
 }
 
 std::int16_t clsMIFUtilities::RemoveObjects() {

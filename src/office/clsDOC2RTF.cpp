@@ -1,9 +1,10 @@
 #include "office/clsDOC2RTF.h"
 
 #include "common/clsCommon.h"
+#include "common/document_names.h"
 #include "common/same_file.h"
+#include "office/existing_file.h"
 #include "office/late_bound.h"
-#include "office/office_names.h"
 #include "platform/ports.h"
 
 namespace kavo {

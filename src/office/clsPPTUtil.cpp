@@ -1,7 +1,8 @@
 #include "office/clsPPTUtil.h"
 
 #include "common/clsCommon.h"
-#include "office/office_names.h"
+#include "common/document_names.h"
+#include "office/existing_file.h"
 #include "platform/program_folder.h"
 
 namespace kavo {

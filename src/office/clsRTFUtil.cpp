@@ -1,6 +1,7 @@
 #include "office/clsRTFUtil.h"
 
 #include "common/clsCommon.h"
+#include "common/document_names.h"
 #include "common/folder_run.h"
 #include "common/same_file.h"
 #include "office/rtf_extraction.h"
@@ -55,8 +56,7 @@ std::int32_t clsRTFUtil::run(const std::function<bool(const std::u16string&)>& w
 
 void clsRTFUtil::make_object_file_name() {
   if (!obj_file_.empty()) return;
-  const clsCommon common;
-  obj_file_ = common.strParseFileName(rtf_file_, 0) + common.strParseFileName(rtf_file_, 1) + u".obj";
+  obj_file_ = object_file_of(rtf_file_);
 }
 
 }  // namespace kavo

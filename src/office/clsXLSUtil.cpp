@@ -1,8 +1,9 @@
 #include "office/clsXLSUtil.h"
 
 #include "common/clsCommon.h"
+#include "common/document_names.h"
+#include "office/existing_file.h"
 #include "office/frmExcelOptions.h"
-#include "office/office_names.h"
 #include "platform/program_folder.h"
 
 namespace kavo {

@@ -18,8 +18,8 @@ class clsXLSUtil {
   // Throws `failure` when the program's folder cannot be found.
   clsXLSUtil();
 
-  // Each of the two names sets the other (office_names.h); whichever is set last wins. Throws `failure` 6 for a name
-  // beyond what strParseFileName takes.
+  // Each of the two names sets the other (common/document_names.h); whichever is set last wins. Throws `failure` 6 for
+  // a name beyond what strParseFileName takes.
   const std::u16string& XLSFile() const { return xls_file_; }
   void XLSFile(std::u16string_view value);
   const std::u16string& XMLFile() const { return xml_file_; }

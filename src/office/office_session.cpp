@@ -3,8 +3,8 @@
 #include <utility>
 
 #include "common/clsCommon.h"
+#include "common/document_names.h"
 #include "office/late_bound.h"
-#include "office/office_names.h"
 #include "platform/failure.h"
 #include "platform/ports.h"
 

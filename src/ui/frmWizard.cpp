@@ -3,6 +3,7 @@
 #include "common/cRegistry.h"
 #include "common/clsCommon.h"
 #include "common/file_type.h"
+#include "common/path_parts.h"
 #include "common/program_settings.h"
 #include "mif/clsMIFUtilities.h"
 #include "office/clsXLSUtil.h"
@@ -213,8 +214,7 @@ void frmWizard::browse() {
 void frmWizard::source_changed() {
   const std::u16string& path = txtSourceFile.Text();
   cmdOK.Enabled(!path.empty());
-  if (!path.empty())
-    remember([&] { save_setting(kApplication, kSection, kInitDir, clsCommon().strParseFileName(path, 0)); });
+  if (!path.empty()) remember([&] { save_setting(kApplication, kSection, kInitDir, folder_of(path)); });
   source_type_ = services_.file_type_of(path);
   lblFileType.Caption(!path.empty() && source_type_ == kUnknownFile ? string_resource(kUnrecognised) : u"");
   const bool has_dialog = source_type_ == kHtmlPage || source_type_ == kServerPage || source_type_ == kMifDocument ||

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "common/clsCommon.h"
+#include "common/document_names.h"
+#include "common/path_parts.h"
 #include "common/same_file.h"
-#include "common/tud_names.h"
 #include "driver/companions.h"
 #include "driver/document_files.h"
 #include "driver/tud_name.h"
@@ -31,7 +31,7 @@ std::vector<std::u16string> files_of(const std::u16string& tud) {
   std::vector<std::u16string> files{tud, skeleton_name_of(tud)};
   if (!is_file(tud)) return files;
   const TudHeader header = header_of(tud);
-  const std::u16string folder = clsCommon().strParseFileName(tud, 0);
+  const std::u16string folder = folder_of(tud);
   for (const std::string& name : {header.original, header.skeleton, header.set.author_document})
     if (!name.empty()) files.push_back(folder + core_file_name(name));
   return files;

@@ -1,6 +1,6 @@
 #include "workflow/mif_book.h"
 
-#include "common/clsCommon.h"
+#include "common/path_parts.h"
 #include "common/pending_file.h"
 #include "platform/failure.h"
 #include "suite/document/pseudo_translation.h"
@@ -8,7 +8,7 @@
 namespace kavo {
 
 std::u16string MifBook::rebuild(K19FPWObj& driver, const std::u16string& document, const RunLanguages& languages) {
-  if (!is_prepared_) prepare(driver, languages);
+  if (!is_prepared_) prepare(languages);
   const auto found = bilingual_.find(document);
   if (found == bilingual_.end())
     throw failure(FailureNumber::kInvalidCall,
@@ -16,29 +16,24 @@ std::u16string MifBook::rebuild(K19FPWObj& driver, const std::u16string& documen
   return rebuild_document(driver, found->second);
 }
 
-void MifBook::prepare(K19FPWObj& driver, const RunLanguages& languages) {
+void MifBook::prepare(const RunLanguages& languages) {
   is_prepared_ = true;
   const std::u16string folder = folder_.make("book") + u"\\";
-  const auto copy_of = [&](const std::u16string& document) {
-    return folder + document.substr(clsCommon().strParseFileName(document, 0).size());
-  };
+  const auto copy_of = [&](const std::u16string& document) { return folder + file_name_of(document); };
   std::vector<std::u16string> copies;
   for (const std::u16string& document : documents_) {
     copies.push_back(copy_of(document));
     copy_file(document, copies.back());
   }
-  driver.batch(copies);
+  PreparationBatch batch(copies);
   std::vector<std::u16string> translated;
   for (const std::u16string& document : documents_) {
-    std::u16string copy = copy_of(document);
-    if (driver.PreProcess(copy) != 0) continue;
-    const std::span<const ProducedFile> produced = driver.produced_files();
-    std::vector<ProducedFile> files(produced.begin(), produced.end());
-    if (convert_produced_files(files, languages).result != 0) continue;
+    const ConvertedDocument converted = prepare_and_convert({copy_of(document)}, batch, languages, {});
+    if (!converted.is_done()) continue;
+    const std::vector<ProducedFile>& files = converted.preparation.files;
     bilingual_[document] = files.front().tud_name;
     for (const ProducedFile& file : files) translated.push_back(file.tud_name);
   }
-  driver.batch({});
   ProgressEvent progress;
   for (const std::u16string& bilingual : translated) pseudo_translate(bilingual, progress);
 }

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "driver/K19FPWObj.h"
-#include "driver/filter_run.h"
+#include "driver/prepare_and_convert.h"
 #include "workflow/work_folder.h"
 
 namespace kavo {
@@ -22,7 +22,7 @@ class MifBook {
   std::u16string rebuild(K19FPWObj& driver, const std::u16string& document, const RunLanguages& languages);
 
  private:
-  void prepare(K19FPWObj& driver, const RunLanguages& languages);
+  void prepare(const RunLanguages& languages);
 
   std::vector<std::u16string> documents_;
   WorkFolder folder_;

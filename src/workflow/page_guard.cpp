@@ -1,9 +1,9 @@
 #include "workflow/page_guard.h"
 
 #include "common/checksum.h"
-#include "common/clsCommon.h"
-#include "common/tud_names.h"
-#include "driver/file_types.h"
+#include "common/document_names.h"
+#include "common/file_type.h"
+#include "common/path_parts.h"
 #include "html/scripts/protected_pair.h"
 #include "platform/failure.h"
 #include "platform/ports.h"
@@ -14,8 +14,8 @@ namespace kavo {
 
 namespace {
 
-ScriptNames names_of(const std::u16string& page) {
-  ScriptNames names;
+PageNames names_of(const std::u16string& page) {
+  PageNames names;
   names.page = page;
   complete_from_page(names);
   return names;
@@ -30,7 +30,7 @@ ScriptNames names_of(const std::u16string& page) {
 
 // Whether a bilingual document in any language was made of the file as it is.
 bool is_as_prepared(const std::u16string& file) {
-  const std::u16string folder = clsCommon().strParseFileName(file, 0);
+  const std::u16string folder = folder_of(file);
   const std::uint64_t checksum = checksum_of_file(file);
   for (const std::u16string& tud : ports().files->find(tud_name_of(file, u"*"))) {
     try {
@@ -51,7 +51,7 @@ void refuse_work_beside_page(const std::u16string& page) {
 
 void refuse_work_beside_prepared_page(const std::u16string& page) {
   if (const std::int32_t type = FileTypeOf(page); type != kHtmlPage && type != kServerPage) return;
-  const ScriptNames names = names_of(page);
+  const PageNames names = names_of(page);
   if (work_beside_page(names).empty()) return;
   for (const std::u16string& file : {names.html, names.script})
     if (ports().files->info(file) && !is_as_prepared(file)) refuse(file);

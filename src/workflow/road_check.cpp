@@ -4,8 +4,9 @@
 #include <memory>
 
 #include "common/clsCommon.h"
+#include "common/file_type.h"
+#include "common/path_parts.h"
 #include "common/pending_file.h"
-#include "driver/file_types.h"
 #include "driver/filter_run.h"
 #include "html/scripts/clsASP2HTML.h"
 #include "platform/failure.h"
@@ -20,10 +21,6 @@
 
 namespace kavo {
 namespace {
-
-std::u16string file_name_of(const std::u16string& path) {
-  return path.substr(clsCommon().strParseFileName(path, 0).size());
-}
 
 // One text of a finding as people read it.
 std::string shown(std::string_view coded) { return to_utf8(to_host_text(coded)); }
@@ -74,26 +71,24 @@ class RoadCheck {
   }
 
   std::vector<ProducedFile> prepare(std::u16string document, const RunLanguages& languages) {
-    driver_.observe({{}, [&](const Message& message) {
-                       result_.messages.push_back(message);
-                       result_.messages.back().text = with_own_folder(message.text);
-                     }});
-    const std::int32_t status = driver_.PreProcess(document);
-    driver_.observe({});
-    // Of a converter that told why, the message says more.
-    if (status != 0)
+    const RunObserver observer{{}, [&](const Message& message) {
+                                 result_.messages.push_back(message);
+                                 result_.messages.back().text = with_own_folder(message.text);
+                               }};
+    PreparationBatch batch;
+    ConvertedDocument converted = prepare_and_convert({document}, batch, languages, observer);
+    // A converter that gave its reason has said more.
+    if (converted.preparation.result != 0)
       throw failure(FailureNumber::kInvalidCall, result_.messages.empty() ? u"The document cannot be prepared" : u"");
-    const std::span<const ProducedFile> produced = driver_.produced_files();
-    std::vector<ProducedFile> files(produced.begin(), produced.end());
-    if (const FilterRun run = convert_produced_files(files, languages, document); run.result != 0)
-      throw failure(FailureNumber::kInvalidCall, with_own_folder(run.reason));
-    return files;
+    if (converted.conversion.result != 0)
+      throw failure(FailureNumber::kInvalidCall, with_own_folder(converted.conversion.reason));
+    origin_ = std::move(converted.preparation.origin);
+    return std::move(converted.preparation.files);
   }
 
   // The user knows the document, not its copies.
   std::u16string with_own_folder(std::u16string text) const {
-    for (const std::u16string& folder : folders_)
-      text = clsCommon().SandR(text, folder + u"\\", clsCommon().strParseFileName(document_, 0));
+    for (const std::u16string& folder : folders_) text = clsCommon().SandR(text, folder + u"\\", folder_of(document_));
     return text;
   }
 
@@ -118,7 +113,7 @@ class RoadCheck {
       result_.was_repaired = true;
       result_.difference = first_difference(repaired, rebuilt);
       if (!result_.difference) return;
-      const LinePlace place = source_place(driver_.page_origin().of_restored_page(result_.difference->position));
+      const LinePlace place = source_place(origin_.of_restored_page(result_.difference->position));
       result_.difference->line = place.line;
       result_.difference->column = place.column;
     });
@@ -150,7 +145,7 @@ class RoadCheck {
     const std::size_t message_count = result_.messages.size();
     guarded(result_.translated_failure, [&] {
       const std::vector<ProducedFile> first = prepare(copy_to("translated", document_).path, languages);
-      const PageOrigin origin = driver_.page_origin();  // the next preparation has another one
+      const PageOrigin origin = origin_;  // the next preparation has another one
       ProgressEvent progress;
       for (const ProducedFile& file : first) pseudo_translate(file.tud_name, progress);
       // The documents are read before they are rebuilt: nothing says that the rebuilding keeps them.
@@ -207,6 +202,7 @@ class RoadCheck {
   }
 
   K19FPWObj& driver_;
+  PageOrigin origin_;  // of the page that was prepared last
   const std::u16string& document_;
   std::u16string name_;
   MifBook* book_;

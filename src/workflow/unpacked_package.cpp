@@ -1,8 +1,9 @@
 #include "workflow/unpacked_package.h"
 
 #include "common/clsCommon.h"
+#include "common/document_names.h"
+#include "common/path_parts.h"
 #include "common/pending_file.h"
-#include "common/tud_names.h"
 #include "driver/companions.h"
 #include "driver/document_files.h"
 #include "driver/tud_name.h"
@@ -14,7 +15,7 @@
 namespace kavo {
 
 UnpackedPackage::UnpackedPackage(const std::u16string& package)
-    : scratch_(folder_.make("package")), own_(clsCommon().strParseFileName(package, 0)) {
+    : scratch_(folder_.make("package")), own_(folder_of(package)) {
   for (const std::u16string& document : unpack_documents(package, scratch_)) documents_.push_back(document);
   std::erase_if(documents_, [](const std::u16string& document) { return TudName(document).is_taken_along(); });
   // Objects are no texts: their file travels beside the package. So do the companions of a document that was exported

@@ -7,7 +7,6 @@
 
 #include "driver/K19FPWObj.h"
 #include "driver/fake_catalogue.h"
-#include "driver/file_types.h"
 #include "platform/failure.h"
 #include "support/ports_fixture.h"
 

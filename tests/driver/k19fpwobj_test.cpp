@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "driver/driver_fixture.h"
+#include "driver/filter_table.h"
 #include "driver/recording_suite.h"
 
 namespace kavo::test {

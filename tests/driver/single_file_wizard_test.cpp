@@ -1,9 +1,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "common/program_settings.h"
+#include "common/file_type.h"
 #include "common/folder_run.h"
+#include "common/program_settings.h"
 #include "driver/driver_fixture.h"
+#include "driver/filter_table.h"
 #include "forms/fake_presenter.h"
 #include "html/frmHTMLOptions.h"
 #include "platform/program_folder.h"

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "common/document_names.h"
+
 namespace kavo::test {
 namespace {
 
@@ -48,8 +50,8 @@ TEST(TudName, FileNamesAreBuiltFromTheParts) {
   const TudName manual(u"C:\\w\\manual_mif_FR.tud");
   EXPECT_EQ(manual.file_name(1, u"obj", false), u"C:\\w\\manual.obj") << "no \"_\" before the first text";
   EXPECT_EQ(manual.file_name(0, u"mif", true), u"C:\\w\\_FR.mif");
-  EXPECT_EQ(mif_side_file(manual, kMifSides[0]), u"C:\\w\\KAVO_ix.mif");
-  EXPECT_EQ(mif_side_tud(manual, kMifSides[1]), u"C:\\w\\KAVO_xr_mif_FR.tud");
+  EXPECT_EQ(mif_side_file(manual.folder(), kMifSides[0]), u"C:\\w\\KAVO_ix.mif");
+  EXPECT_EQ(mif_side_tud(manual.folder(), kMifSides[1], manual.language()), u"C:\\w\\KAVO_xr_mif_FR.tud");
   EXPECT_EQ(open_tag_name_of(u"C:\\w\\manual_mif_FR.tud"), u"C:\\w\\manual_mif_FR.otf");
 }
 

@@ -48,7 +48,7 @@ class ProtectedPairTest : public testing::Test {
   }
 
   MemoryRun run;
-  ScriptNames names;
+  PageNames names;
 };
 
 TEST_F(ProtectedPairTest, NothingThere) { EXPECT_EQ(work(), u""); }

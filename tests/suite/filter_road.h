@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "common/tud_names.h"
+#include "common/document_names.h"
 #include "platform/ports.h"
 #include "suite/document/bilingual_document.h"
 #include "suite/document/conversion.h"

@@ -1,9 +1,10 @@
 // The driver's filter run with the suite behind it: from produced files to bilingual documents.
-#include "driver/filter_run.h"
+#include "driver/K19FPWObj.h"
+#include "driver//filter_run.h"
 
 #include <gtest/gtest.h>
 
-#include "driver/file_types.h"
+#include "common/file_type.h"
 #include "suite/suite.h"
 #include "suite/suite_fixture.h"
 

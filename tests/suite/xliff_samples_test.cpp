@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <optional>
 
-#include "common/tud_names.h"
+#include "common/document_names.h"
 #include "platform/files.h"
 #include "suite/document/bilingual_document.h"
 #include "suite/document/conversion.h"

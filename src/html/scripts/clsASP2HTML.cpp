@@ -1,6 +1,7 @@
 #include "html/scripts/clsASP2HTML.h"
 
 #include "common/block_reader.h"
+#include "common/document_names.h"
 #include "common/folder_run.h"
 #include "common/line_index.h"
 #include "common/pending_file.h"
@@ -8,7 +9,6 @@
 #include "formats/text/utf16_mark.h"
 #include "html/file_trouble.h"
 #include "html/scripts/script_file.h"
-#include "html/scripts/script_names.h"
 #include "html/scripts/script_protector.h"
 #include "html/scripts/script_restorer.h"
 #include "platform/files.h"
@@ -29,7 +29,7 @@ constexpr std::int32_t kFileFailed = 3001;
 }
 
 // An output that is the input, or the other output, would end one document with another's bytes.
-void refuse_shared_names(const ScriptNames& names) {
+void refuse_shared_names(const PageNames& names) {
   const auto check = [](const std::u16string& a, const std::u16string& b) {
     if (!a.empty() && !b.empty() && about_file(b, [&] { return is_same_file(a, b); }))
       throw FileTrouble{b, u"The file is already open"};

@@ -12,9 +12,9 @@
 #include <string_view>
 
 #include "common/copy_trail.h"
+#include "common/document_names.h"
 #include "common/messages.h"
 #include "common/progress_event.h"
-#include "html/scripts/script_names.h"
 
 namespace kavo {
 
@@ -67,14 +67,14 @@ class clsASP2HTML {
   void Progress(ProgressEvent::Handler handler) { progress_.handler(std::move(handler)); }
 
  private:
-  using CompleteNames = void(ScriptNames&);
+  using CompleteNames = void(PageNames&);
   using Operation = void (clsASP2HTML::*)();
   std::int32_t run(std::u16string_view what, const std::u16string& input, CompleteNames complete, Operation operation);
   void protect();
   void restore();
   bool find_gaps(const ScriptRestorer& restorer, ScriptFile& script);
 
-  ScriptNames names_;
+  PageNames names_;
   bool ends_in_script_ = false;
   bool refuse_gaps_ = false;
   CopyTrail* page_trail_ = nullptr;

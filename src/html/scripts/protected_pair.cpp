@@ -35,7 +35,7 @@ bool is_same(std::u16string_view a, std::u16string_view b) {
   return one && other && one->size == other->size && !first_difference(a, b);
 }
 
-std::u16string compare_with_new_pair(const ScriptNames& names, bool has_html, bool has_script) {
+std::u16string compare_with_new_pair(const PageNames& names, bool has_html, bool has_script) {
   BlockReader page(names.page);
   if (starts_as_utf16(page)) return has_html ? names.html : names.script;  // nothing is made of such a page
   // Never committed: what is made here to compare with goes again, also when the program is killed.
@@ -58,7 +58,7 @@ std::u16string compare_with_new_pair(const ScriptNames& names, bool has_html, bo
 
 }  // namespace
 
-std::u16string work_beside_page(const ScriptNames& names) {
+std::u16string work_beside_page(const PageNames& names) {
   const bool has_html = holds_something(names.html);
   const bool has_script = holds_something(names.script);
   if (!has_html && !has_script) return {};

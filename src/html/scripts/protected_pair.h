@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "html/scripts/script_names.h"
+#include "common/document_names.h"
 
 namespace kavo {
 
@@ -13,8 +13,8 @@ namespace kavo {
 // were made of an earlier state of the page: nothing in them says so.
 //
 // Reads the three files and writes scratch files beside the two, which are gone afterwards. Throws `failure`.
-std::u16string work_beside_page(const ScriptNames& names);
+std::u16string work_beside_page(const PageNames& names);
 
-inline bool is_our_untouched_pair(const ScriptNames& names) { return work_beside_page(names).empty(); }
+inline bool is_our_untouched_pair(const PageNames& names) { return work_beside_page(names).empty(); }
 
 }  // namespace kavo

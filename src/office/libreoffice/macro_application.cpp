@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "common/clsCommon.h"
+#include "common/path_parts.h"
 #include "office/libreoffice/application_base.h"
 #include "office/libreoffice/macros.h"
 #include "platform/case_fold.h"
@@ -86,9 +87,8 @@ class TemplateDocument final : public TableObject {
 };
 
 bool is_template(std::u16string_view path) {
-  const clsCommon common;
-  const std::u16string extension = common.strParseFileName(path, 2);
-  return equal_ignoring_case(common.strParseFileName(path, 1), u"kavo") &&
+  const std::u16string extension = extension_of(path);
+  return equal_ignoring_case(stem_of(path), u"kavo") &&
          (equal_ignoring_case(extension, u"ppt") || equal_ignoring_case(extension, u"xls"));
 }
 

@@ -2,10 +2,10 @@
 
 #include <set>
 
+#include "common/document_names.h"
 #include "office/libreoffice/office_xml.h"
 #include "office/libreoffice/presentation_texts.h"
 #include "office/libreoffice/workbook_texts.h"
-#include "office/office_names.h"
 #include "platform/case_fold.h"
 #include "platform/unicode.h"
 

@@ -7,7 +7,8 @@
 
 #include "common/checksum.h"
 #include "common/clsCommon.h"
-#include "common/tud_names.h"
+#include "common/document_names.h"
+#include "common/path_parts.h"
 #include "platform/failure.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"
@@ -249,14 +250,8 @@ void BilingualDocument::save() {
 }
 
 std::u16string BilingualDocument::target_name() const {
-  const clsCommon common;
   if (header_.original.empty()) throw_refused("The document does not say what its source document is called");
-  const std::u16string original = core_file_name(header_.original);
-  const std::u16string extension = common.strParseFileName(original, 2);
-  std::u16string name = common.strParseFileName(path_, 0) + common.strParseFileName(original, 1) + u"_" +
-                        to_utf16(header_.target_language);
-  if (!extension.empty()) name += u"." + extension;
-  return name;
+  return target_name_of(folder_of(path_), core_file_name(header_.original), to_utf16(header_.target_language));
 }
 
 void BilingualDocument::save_open_tag(std::u16string_view path, const std::optional<SegmentColours>& colours) const {
@@ -289,7 +284,7 @@ void BilingualDocument::save_open_tag(std::u16string_view path, const std::optio
 }
 
 std::u16string BilingualDocument::beside(std::string_view name) const {
-  return clsCommon().strParseFileName(path_, 0) + core_file_name(name);
+  return folder_of(path_) + core_file_name(name);
 }
 
 std::optional<BilingualDocument::Skeleton> BilingualDocument::locate_skeleton() const {

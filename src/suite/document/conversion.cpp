@@ -2,9 +2,10 @@
 
 #include "common/checksum.h"
 #include "common/clsCommon.h"
+#include "common/document_names.h"
+#include "common/path_parts.h"
 #include "common/pending_file.h"
 #include "common/plain_name.h"
-#include "common/tud_names.h"
 #include "platform/failure.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"
@@ -23,15 +24,13 @@ std::string checked(std::string name) {
   return name;
 }
 
-std::string file_name_of(std::u16string_view path) {
-  return checked(path_to_host(path.substr(clsCommon().strParseFileName(path, 0).size())));
-}
+std::string stored_name(std::u16string_view path) { return checked(path_to_host(file_name_of(path))); }
 
 SetMark set_of(const ConversionRequest& request) {
   SetMark set;
   set.mark = checked(request.mark);
   if (request.author_document.empty()) return set;
-  set.author_document = file_name_of(request.author_document);
+  set.author_document = stored_name(request.author_document);
   set.author_checksum = checksum_of_file(request.author_document);
   return set;
 }
@@ -50,10 +49,10 @@ class ConversionSink final : public ExtractionSink {
   void begin(const DocumentFacts& facts) override {
     skeleton_.begin(filter_.tag, checksum_, facts, set_);
     TudHeader header;
-    header.original = file_name_of(request_.document);
-    header.source_format = to_utf8(ascii_upper(clsCommon().strParseFileName(request_.document, 2)));
+    header.original = stored_name(request_.document);
+    header.source_format = to_utf8(ascii_upper(extension_of(request_.document)));
     header.filter = to_utf8(filter_.tag);
-    header.skeleton = file_name_of(skeleton_name_);
+    header.skeleton = stored_name(skeleton_name_);
     header.source_language = checked(to_utf8(request_.source_language));
     header.target_language = checked(to_utf8(request_.target_language));
     header.source_code_page = facts.code_page;

@@ -3,9 +3,9 @@
 #include <algorithm>
 
 #include "common/block_reader.h"
-#include "common/clsCommon.h"
+#include "common/document_names.h"
+#include "common/path_parts.h"
 #include "common/pending_file.h"
-#include "common/tud_names.h"
 #include "platform/failure.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"
@@ -185,8 +185,7 @@ bool is_package(std::u16string_view path) {
   try {
     const XliffOutline outline = read_outline(path);
     if (outline.files.size() > 1) return true;
-    return outline.files.front().has_skeleton_inside &&
-           !equal_ignoring_ascii_case(clsCommon().strParseFileName(path, 2), u"tud");
+    return outline.files.front().has_skeleton_inside && !equal_ignoring_ascii_case(extension_of(path), u"tud");
   } catch (const failure& reason) {
     if (reason.is(FailureNumber::kInterrupted)) throw;
     return false;

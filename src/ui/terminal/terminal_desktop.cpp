@@ -1,6 +1,6 @@
 #include "ui/terminal/terminal_desktop.h"
 
-#include "common/clsCommon.h"
+#include "common/path_parts.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"
 
@@ -18,7 +18,7 @@ std::optional<std::u16string> TerminalDesktop::ask_file(const FileQuestion& ques
     const std::optional<std::string> answer = input_.line();
     if (!answer || answer->empty()) return std::nullopt;
     std::u16string path = path_from_terminal(*answer);
-    if (!question.extension.empty() && clsCommon().strParseFileName(path, 2).empty()) path += u"." + question.extension;
+    if (!question.extension.empty() && extension_of(path).empty()) path += u"." + question.extension;
     const auto info = ports().files->info(path);
     const bool is_file = info && !info->is_folder;
     if (!question.to_save) {

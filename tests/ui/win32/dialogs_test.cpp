@@ -4,9 +4,10 @@
 
 #include <string>
 
+#include "common/file_type.h"
 #include "common/program_settings.h"
 #include "dialog_driver.h"
-#include "driver/file_types.h"
+#include "driver/filter_table.h"
 #include "html/frmHTMLOptions.h"
 #include "html/repair/clsHTMLValidate.h"
 #include "japanese_texts.h"

@@ -5,10 +5,11 @@
 
 #include <string>
 
+#include "common/file_type.h"
 #include "common/program_settings.h"
 #include "dialog_driver.h"
 #include "driver/K19FPWObj.h"
-#include "driver/file_types.h"
+#include "driver/filter_table.h"
 #include "japanese_texts.h"
 #include "layout.h"
 #include "new_user.h"

@@ -1,40 +1,15 @@
-#include "driver/file_types.h"
+#include "driver/filter_table.h"
 
 #include <array>
 #include <limits>
 
-#include "common/clsCommon.h"
+#include "common/path_parts.h"
 #include "platform/failure.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"
 
 namespace kavo {
 namespace {
-
-struct Extension {
-  std::u16string_view name;
-  std::int32_t type;
-};
-constexpr Extension kExtensions[] = {
-    {u"DOC", kWordDocument}, {u"RTF", kRtfDocument},  {u"HTM", kHtmlPage},    {u"HTML", kHtmlPage},
-    {u"ASP", kServerPage},   {u"JSP", kServerPage},   {u"MIF", kMifDocument}, {u"RC", kResourceScript},
-    {u"TXT", kPlainText},    {u"PPT", kPresentation}, {u"XLS", kWorkbook},
-};
-
-// Server pages have no filter: their preparation turns them into a page and a text before any filter sees them.
-struct FilterTag {
-  std::u16string_view tag;
-  std::int32_t type;
-};
-constexpr FilterTag kFilterTags[] = {
-    {u"K19DOCW", kWordDocument},  {u"K19RTF", kRtfDocument}, {u"K19HTM", kHtmlPage},      {u"K19MIF", kMifDocument},
-    {u"K19GCP", kResourceScript}, {u"K19TXT", kPlainText},   {u"K19PPTW", kPresentation}, {u"K19XLSW", kWorkbook},
-};
-
-constexpr std::string_view kTypeNames[] = {
-    "unknown",      "Word document",   "RTF document", "HTML page",    "server page",
-    "MIF document", "resource script", "plain text",   "presentation", "workbook",
-};
 
 using FilterTable = std::array<FilterInfo, 32>;
 
@@ -45,14 +20,6 @@ struct ThreadState {
 ThreadState& thread_state() {
   thread_local ThreadState state;
   return state;
-}
-
-std::u16string extension_of(std::u16string_view file_name) {
-  try {
-    return ascii_upper(clsCommon().strParseFileName(file_name, 2));
-  } catch (const failure&) {
-    return u"";  // longer than any file name can be
-  }
 }
 
 // One answer of the catalogue; false past the last filter.
@@ -68,18 +35,6 @@ bool enumerate(AutomationObject& catalogue, std::int32_t index, FilterInfo& info
 }
 
 }  // namespace
-
-std::int32_t FileTypeOf(std::u16string_view file_name) {
-  const std::u16string extension = extension_of(file_name);
-  for (const Extension& known : kExtensions)
-    if (extension == known.name) return known.type;
-  return kUnknownFile;
-}
-
-std::string_view file_type_name(std::int32_t type) {
-  const auto index = static_cast<std::size_t>(type);
-  return kTypeNames[index < std::size(kTypeNames) ? index : 0];
-}
 
 const FilterInfo& filter_table(std::int32_t index) {
   const FilterTable& table = thread_state().table;
@@ -126,8 +81,9 @@ void BuildFilterTable() {
     FilterInfo info;
     if (!enumerate(catalogue, index, info)) return;
     const std::u16string name = ascii_upper(info.filter_name);
-    for (const FilterTag& tag : kFilterTags)
-      if (name.find(tag.tag) != std::u16string::npos) table[static_cast<std::size_t>(tag.type)] = info;
+    for (const FileTypeRow& row : file_types())
+      if (!row.filter_tag.empty() && name.find(row.filter_tag) != std::u16string::npos)
+        table[static_cast<std::size_t>(row.code)] = info;
     if (index == std::numeric_limits<std::int32_t>::max()) throw failure(FailureNumber::kOverflow, u"Overflow");
   }
 }

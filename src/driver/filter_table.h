@@ -1,4 +1,4 @@
-// File type codes and the filter table: what a file's extension means, and which of the suite's filters takes it.
+// The filter table: which of the suite's filters takes which type of file.
 //
 // The table and the catalogue object it is filled from belong to the thread, not to an object: every K19FPWObj of a
 // thread shares them, the last one created fills them anew.
@@ -12,12 +12,6 @@
 #include "platform/automation.h"
 
 namespace kavo {
-
-// The code of a file name's last extension, ASCII case ignored; 0 for any other and for none. Never fails.
-std::int32_t FileTypeOf(std::u16string_view file_name);
-
-// What a type is called in the command's output: "HTML page", "unknown".
-std::string_view file_type_name(std::int32_t type);
 
 // An installed filter as the suite's catalogue describes it.
 struct FilterInfo {

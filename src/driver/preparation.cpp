@@ -1,0 +1,167 @@
+#include "driver/preparation.h"
+
+#include <algorithm>
+
+#include "common/document_names.h"
+#include "common/file_type.h"
+#include "common/folder_run.h"
+#include "common/line_index.h"
+#include "common/path_parts.h"
+#include "common/pending_file.h"
+#include "driver/document_files.h"
+#include "html/repair/clsHTMLValidate.h"
+#include "html/scripts/clsASP2HTML.h"
+#include "mif/clsMIFUtilities.h"
+#include "platform/case_fold.h"
+#include "platform/failure.h"
+#include "platform/ports.h"
+
+namespace kavo {
+namespace {
+
+enum PreparationCode : std::int32_t { kPrepared = 0, kHtmlFailed = 3, kMifFailed = 4 };
+
+std::u16string real_folder_of(const std::u16string& path) { return folder_of(ports().files->absolute(path)); }
+
+// A filter is never handed an empty script file. One without any block holds only the line break that every script
+// file begins with, which counts as empty.
+void fill_empty_script_file(std::u16string_view name) {
+  constexpr std::uint64_t kNoBlock = 2;
+  const auto info = ports().files->info(name);
+  if (info && info->size > kNoBlock) return;
+  PendingFile file(name);
+  file.write(" \r\n");
+  file.commit();
+}
+
+class PreparationRun {
+ public:
+  PreparationRun(const PreparationRequest& request, PreparationBatch& batch, const RunObserver& observer)
+      : source_(request.document), html_tags_(request.html_tags), batch_(batch), observer_(observer) {}
+
+  PreparationResult run() {
+    const std::int32_t type = FileTypeOf(source_);
+    result_.files.push_back({source_, type, u""});
+    switch (file_type_row(type).preparation) {
+      case Preparation::kScripts:
+        run_step(kHtmlFailed, &PreparationRun::PrepareHTML);
+        break;
+      case Preparation::kHiddenTexts:
+        run_step(kMifFailed, &PreparationRun::PrepareMIF);
+        break;
+      case Preparation::kNone:
+        break;
+    }
+    return std::move(result_);
+  }
+
+ private:
+  void run_step(std::int32_t failure_code, bool (PreparationRun::*step)()) {
+    bool is_prepared = false;
+    try {
+      refuse_twin(source_);
+      if (failure_code == kMifFailed) keep_backup();
+      FolderRun run(source_, observer_.report());
+      is_prepared = (this->*step)();
+      if (is_prepared) run.commit();
+    } catch (const failure& reason) {
+      if (reason.is(FailureNumber::kInterrupted)) throw;
+      is_prepared = false;
+      observer_.tell({reason.description()});
+    }
+    if (is_prepared) return;
+    result_.result = failure_code;
+    result_.files.clear();
+  }
+
+  // Made before anything touches the document; it stays whatever follows.
+  void keep_backup() const {
+    FolderRun run(source_, observer_.report());
+    copy_file(source_, backup_name_of(source_));
+    run.commit();
+  }
+
+  bool PrepareHTML() {
+    clsASP2HTML scripts;
+    scripts.Progress([&](std::int16_t percent) { observer_.tell_progress(source_, percent / 2); });
+    scripts.ASPFile(source_);
+    scripts.follow(&result_.origin.protected_page, &result_.origin.script);
+    const std::int32_t protection = scripts.ASP2HTML();
+    observer_.tell_all_after_heading(scripts.ErrorList());
+    if (protection != 0) return false;
+    fill_empty_script_file(scripts.SCRFile());
+    result_.files = {{scripts.HTMFile(), kHtmlPage, u""}, {scripts.SCRFile(), kPlainText, u""}};
+
+    clsHTMLValidate validation;
+    validation.Progress([&](std::int16_t percent) { observer_.tell_progress(source_, 50 + percent / 2); });
+    validation.Filename(scripts.HTMFile());
+    if (html_tags_) validation.Tags(*html_tags_);
+    validation.ends_in_script(scripts.ends_in_script());
+    std::optional<LineIndex> lines;  // of the source, which is read for it when there is something to report
+    validation.origin([&](std::uint64_t place) {
+      if (!lines) lines.emplace(source_);
+      return lines->place_of(result_.origin.of_protected_page(place));
+    });
+    validation.follow(&result_.origin.repair);
+    const std::int32_t repair = validation.HTMLValidate();
+    observer_.tell_all_after_heading(validation.ErrorList());
+    return repair <= 0;
+  }
+
+  bool PrepareMIF() {
+    clsMIFUtilities mif;
+    mif.Progress([&](std::int16_t percent) { observer_.tell_progress(source_, percent); });
+    mif.StartBatch();
+    // Beside the document, where rebuilding looks for them, also when it is named without its folder.
+    const std::u16string folder = folder_of(source_);
+    mif.IndexFile(mif_side_file(folder, kMifSides[0]));
+    mif.XrefFile(mif_side_file(folder, kMifSides[1]));
+    mif.VarFile(mif_side_file(folder, kMifSides[2]));
+    const std::vector<std::u16string> sides{mif.IndexFile(), mif.XrefFile(), mif.VarFile()};
+    std::vector<std::u16string> book = batch_.book_of(source_);
+    const bool collects = !book.empty();
+    if (!collects) book.push_back(source_);
+    bool is_extracted = false;
+    for (const std::u16string& document : book) {
+      mif.MIFFile(document);
+      mif.Extract();
+      if (document == source_) is_extracted = mif.extracted();
+    }
+    const bool is_written = is_extracted && (!collects || mif.EndBatch() == 0);
+    observer_.tell_all(mif.ErrorList());
+    if (!is_written) return false;
+    if (!collects) return true;
+    for (const std::u16string& side : sides) result_.files.push_back({side, kMifDocument, u""});
+    batch_.add_side_files_of(source_);
+    return true;
+  }
+
+  const std::u16string source_;
+  const std::optional<std::u16string>& html_tags_;
+  PreparationBatch& batch_;
+  const RunObserver& observer_;
+  PreparationResult result_;
+};
+
+}  // namespace
+
+std::vector<std::u16string> PreparationBatch::book_of(const std::u16string& document) const {
+  const std::u16string folder = real_folder_of(document);
+  if (std::ranges::find(folders_with_sides_, folder) != folders_with_sides_.end()) return {};
+  std::vector<std::u16string> book;
+  for (const std::u16string& other : documents_)
+    if (FileTypeOf(other) == kMifDocument && equal_ignoring_case(real_folder_of(other), folder)) book.push_back(other);
+  if (std::ranges::find(book, document) == book.end()) return {document};
+  return book;
+}
+
+void PreparationBatch::add_side_files_of(const std::u16string& document) {
+  if (!documents_.empty()) folders_with_sides_.push_back(real_folder_of(document));
+}
+
+PreparationResult prepare_document(const PreparationRequest& request, PreparationBatch& batch,
+                                   const RunObserver& observer) {
+  return PreparationRun(request, batch, observer).run();
+}
+
+}  // namespace kavo

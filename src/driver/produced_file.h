@@ -1,0 +1,15 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace kavo {
+
+// A file that the suite's filters are to process.
+struct ProducedFile {
+  std::u16string file_name;    // full path
+  std::int32_t file_type = 0;  // file type code (common/file_type.h); selects the filter
+  std::u16string tud_name;     // the bilingual document that the filter run wrote, "" before
+};
+
+}  // namespace kavo

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <string_view>
+
+#include "common/clsCommon.h"
+
+namespace kavo {
+
+// False for "" too, which would otherwise stand for every file of the folder.
+inline bool is_existing_file(std::u16string_view path) { return !path.empty() && clsCommon().FileExists(path); }
+
+}  // namespace kavo
