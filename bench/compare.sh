@@ -21,8 +21,7 @@ done
 
 scripts/setup.sh --full
 mkdir -p build
-[ -f build/bench/build.ninja ] || cmake -S . -B build/bench -G Ninja -DCMAKE_BUILD_TYPE=Release -DKAVO_TESTS=OFF \
-  -DKAVO_BENCH=ON >build/bench.log 2>&1 || { cat build/bench.log >&2; exit 1; }
+[ -f build/bench/build.ninja ] || cmake --preset bench >build/bench.log 2>&1 || { cat build/bench.log >&2; exit 1; }
 cmake --build build/bench --target kavo floor measure make_document >build/bench.log 2>&1 || { cat build/bench.log >&2; exit 1; }
 
 bin=$top/build/bench

@@ -26,7 +26,7 @@ title "building the kavo command (some minutes the first time)"
 "$top/scripts/setup.sh" --native
 mkdir -p "$top/build"
 [ -f "$top/build/native/build.ninja" ] ||
-  cmake -S "$top" -B "$top/build/native" -G Ninja -DCMAKE_BUILD_TYPE=Release >"$top/build/native.log" 2>&1 ||
+  (cd "$top" && cmake --preset native) >"$top/build/native.log" 2>&1 ||
   { cat "$top/build/native.log" >&2; exit 1; }
 quiet=()
 [ -t 1 ] || quiet=(-- --quiet)

@@ -25,6 +25,6 @@ for tool in strace python3 unshare; do
 done
 export PYTHONDONTWRITEBYTECODE=1 CCACHE_BASEDIR=$PWD CCACHE_NOHASHDIR=1
 mkdir -p build
-[ -f build/native/build.ninja ] || cmake -S . -B build/native -G Ninja -DCMAKE_BUILD_TYPE=Release >build/native.log
+[ -f build/native/build.ninja ] || cmake --preset native >build/native.log
 cmake --build build/native --target kavo >build/faults-build.log || { tail -20 build/faults-build.log >&2; exit 2; }
 exec python3 tests/faults/run.py --kavo build/native/src/cli/kavo "$@"

@@ -8,9 +8,7 @@ shift || true
 
 scripts/setup.sh --full
 mkdir -p build
-[ -f build/fuzz/build.ninja ] || cmake -S . -B build/fuzz -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
-  -DCMAKE_CXX_COMPILER=clang++ -DKAVO_TESTS=OFF -DKAVO_FUZZ=ON \
-  -DKAVO_SANITIZE=address,undefined,fuzzer-no-link >build/fuzz.log 2>&1 || { cat build/fuzz.log >&2; exit 1; }
+[ -f build/fuzz/build.ninja ] || cmake --preset fuzz >build/fuzz.log 2>&1 || { cat build/fuzz.log >&2; exit 1; }
 cmake --build build/fuzz
 
 targets=("$@")

@@ -33,20 +33,17 @@ note() {  # note RESULT NAME: 0 is a pass
   if [ "$1" = 0 ]; then passed=$((passed + 1)); else failed=$((failed + 1)); fi
   summary+=("$([ "$1" = 0 ] && echo ok || echo FAILED)  $2")
 }
-build() {  # build FOLDER [TARGET...] [-D CMAKE ARGUMENT...]
-  local folder=build/$1 targets=()
+build() {  # build PRESET [TARGET...]
+  local folder=build/$1 preset=$1
   shift
-  while [ $# -gt 0 ] && [ "${1#-}" = "$1" ]; do targets+=(--target "$1"); shift; done
-  [ -f "$folder/build.ninja" ] || cmake -S . -B "$folder" -G Ninja "$@" >"$folder.log" 2>&1 || {
+  [ -f "$folder/build.ninja" ] || cmake --preset "$preset" >"$folder.log" 2>&1 || {
     cat "$folder.log" >&2
     return 1
   }
-  cmake --build "$folder" "${targets[@]}"
+  cmake --build --preset "$preset" ${@:+--target "$@"}
 }
-run_tests() {  # run_tests FOLDER [CTEST ARGUMENT...]
-  local folder=build/$1
-  shift
-  ctest --test-dir "$folder" --output-on-failure --timeout 600 -j2 "$@"
+run_tests() {  # run_tests PRESET [CTEST ARGUMENT...]
+  ctest --preset "$@"
 }
 
 case " ${parts[*]} " in *" fuzz "*) scripts/setup.sh --full ;; *" windows "*) scripts/setup.sh ;; *) scripts/setup.sh --native ;; esac || exit 1
@@ -56,7 +53,7 @@ for part in "${parts[@]}"; do
   case $part in
     native)
       step "native build"
-      build native -DCMAKE_BUILD_TYPE=Release && { step "native tests"; run_tests native -LE slow; }
+      build native && { step "native tests"; run_tests native -LE slow; }
       note $? "native"
       echo "   the Office engine runs with LibreOffice: its tests are skipped here and run with --full"
       # The share of pages that mean the same to an HTML parser before and after their repair.
@@ -64,19 +61,19 @@ for part in "${parts[@]}"; do
       ;;
     sanitizers)
       step "sanitizer build"
-      build sanitizers -DCMAKE_BUILD_TYPE=Checked -DCMAKE_CXX_FLAGS_CHECKED="-O1 -g1" -DKAVO_SANITIZE=address,undefined &&
+      build sanitizers &&
         { step "tests under sanitizers"; ASAN_OPTIONS=detect_leaks=1 run_tests sanitizers; }
       note $? "address, undefined-behaviour and leak sanitizers"
       ;;
     windows)
       # Once in some hundred runs a program hangs in Wine itself; a second time limit in a row is a failure.
       step "Windows x64 build"
-      build windows-x64 -DCMAKE_TOOLCHAIN_FILE="$top/cmake/windows-x64.cmake" -DCMAKE_BUILD_TYPE=Release &&
+      build windows-x64 &&
         { step "Windows tests under Wine"; run_tests windows-x64 --repeat after-timeout:2; }
       note $? "Windows x64 under Wine"
       step "Windows x86 build"
       # Debian's 64-bit Wine runs no 32-bit program: the tables of the libraries are tested, scripts where it can be.
-      build windows-x86 K19FPW K19Suite -DCMAKE_TOOLCHAIN_FILE="$top/cmake/windows-x86.cmake" -DCMAKE_BUILD_TYPE=Release &&
+      build windows-x86 K19FPW K19Suite &&
         { step "Windows x86 library tests"; run_tests windows-x86 -R '_tables|script_'; }
       note $? "Windows x86 library"
       scripts/wine-run.sh --stop

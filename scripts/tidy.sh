@@ -4,6 +4,6 @@ set -euo pipefail
 top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 cd "$top"
 scripts/setup.sh --full
-[ -f build/native/compile_commands.json ] || cmake -S . -B build/native -G Ninja -DCMAKE_BUILD_TYPE=Release >/dev/null
+[ -f build/native/compile_commands.json ] || cmake --preset native >/dev/null
 git ls-files 'src/*.cpp' | grep -vE '/win32/|automation_server/' |
   xargs -P2 -n4 clang-tidy -p build/native --quiet --warnings-as-errors='*' 2>/dev/null

@@ -21,11 +21,10 @@
 #include "platform/failure.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"
+#include "resources/version.h"
 
 namespace kavo {
 namespace {
-
-enum ExitCode { kDone = 0, kFailed = 1, kWrongUsage = 2, kInterrupted = 130 };
 
 struct Options {
   std::vector<std::string> files;
@@ -82,11 +81,10 @@ Outcome outcome_from(const std::u16string& workplace, const std::function<Outcom
   };
   try {
     return with_reports(run_in_folder(workplace, reports, step));
+  } catch (const interruption&) {
+    for (const Message& report : reports) std::fprintf(stderr, "kavo: %s\n", to_utf8(report.text).c_str());
+    throw;
   } catch (const failure& reason) {
-    if (reason.is(FailureNumber::kInterrupted)) {
-      for (const Message& report : reports) std::fprintf(stderr, "kavo: %s\n", to_utf8(report.text).c_str());
-      throw;
-    }
     return with_reports(outcome_of(reason));
   } catch (const std::bad_alloc&) {
     return with_reports(outcome_of(failure(FailureNumber::kOutOfMemory, to_utf16(kNoMemory))));
@@ -101,16 +99,15 @@ Outcome outcome_from(const std::u16string& workplace, const std::function<Outcom
 // People name a folder when they mean all files in it.
 void refuse_folder(const std::u16string& file) {
   const std::optional<FileInfo> info = ports().files->info(file);
-  if (info && info->is_folder)
-    throw failure(FailureNumber::kPathFileAccess, u"this is a folder; name the files in it");
+  if (info && info->is_folder) throw failure(FailureNumber::kPathFileAccess, u"this is a folder; name the files in it");
 }
 
-int run_verb(Verb& verb, const VerbEntry& entry, const Options& options, WatchedFiles& watched) {
+ExitCode run_verb(Verb& verb, const VerbEntry& entry, const Options& options, WatchedFiles& watched) {
   const std::vector<std::string> files = options.files.empty() ? std::vector<std::string>{""} : options.files;
   ProgressBar bar(options.quiet ? ProgressBar::Mode::kNone : options.progress, files.size());
   Report report(full_name(entry), options.json, options.quiet);
   const auto add = [&](const std::string& file, Outcome outcome, double started) {
-    for (Message& message : outcome.messages) 
+    for (Message& message : outcome.messages)
       message.text = watched.in_host_form(FolderRun::without_scratch_folder(message.text));
     report.add(file, outcome, ports().clock->seconds() - started);
   };
@@ -155,7 +152,7 @@ int run_verb(Verb& verb, const VerbEntry& entry, const Options& options, Watched
   return report.finish();
 }
 
-int run_parsed(const Command& command, const Options& options) {
+ExitCode run_parsed(const Command& command, const Options& options) {
   WatchedFiles watched(*ports().files);
   PortsScope scope;
   ports().files = &watched;
@@ -171,19 +168,18 @@ int run_parsed(const Command& command, const Options& options) {
   command.verb->check_usage(options.files.size());
   try {
     return run_verb(*command.verb, command.entry, options, watched);
+  } catch (const interruption&) {
+    std::fputs("kavo: interrupted\n", stderr);
+    return ExitCode::kInterrupted;
   } catch (const failure& reason) {
-    if (reason.is(FailureNumber::kInterrupted)) {
-      std::fputs("kavo: interrupted\n", stderr);
-      return kInterrupted;
-    }
     std::fprintf(stderr, "kavo: %s\n", to_utf8(watched.in_host_form(reason.description())).c_str());
-    return kFailed;
+    return ExitCode::kFailed;
   }
 }
 
 }  // namespace
 
-int run_command(std::vector<std::string> arguments) {
+ExitCode run_command(std::vector<std::string> arguments) {
   CLI::App app("KAVO prepares documents for translation and rebuilds them.", "kavo");
   app.allow_windows_style_options(false);  // "/tmp/page.htm" is a file on every system
   app.require_subcommand(1);
@@ -219,7 +215,7 @@ int run_command(std::vector<std::string> arguments) {
     const bool is_done = app.exit(error, help, complaint) == 0;
     print_output(help.str());
     std::fputs(complaint.str().c_str(), stderr);
-    return is_done ? kDone : kWrongUsage;
+    return is_done ? ExitCode::kDone : ExitCode::kWrongUsage;
   }
 }
 

@@ -18,8 +18,8 @@ int main(int argc, char** argv) {
     const kavo::AutomationSession session;
     kavo::register_suite_factories();
     const kavo::OfficePrograms office_programs;
-    const int code = kavo::run_command(kavo::command_line(argc, argv));
-    if (kavo::output_is_complete()) return code;
+    const kavo::ExitCode code = kavo::run_command(kavo::command_line(argc, argv));
+    if (kavo::output_is_complete()) return static_cast<int>(code);
     std::fputs("kavo: standard output cannot be written\n", stderr);
   } catch (const kavo::failure& reason) {
     std::fprintf(stderr, "kavo: %s\n", reason.what());
@@ -28,5 +28,5 @@ int main(int argc, char** argv) {
   } catch (const std::exception&) {
     std::fputs("kavo: internal error\n", stderr);
   }
-  return 1;
+  return static_cast<int>(kavo::ExitCode::kFailed);
 }

@@ -79,7 +79,6 @@ class Prepare final : public Verb {
         if (status != TranslationStatus::kUntranslated && status != TranslationStatus::kLocked) ++translated;
       }
     } catch (const failure& reason) {
-      if (reason.is(FailureNumber::kInterrupted)) throw;
       throw failure(FailureNumber::kFileAlreadyExists,
                     path_text(tud) + u" is there and cannot be read: " + reason.description() + kOverwriteAdvice);
     }

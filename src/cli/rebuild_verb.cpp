@@ -127,7 +127,6 @@ class Rebuild final : public Verb {
         all.produced.insert(all.produced.end(), one.produced.begin(), one.produced.end());
       }
     } catch (const failure& reason) {
-      if (reason.is(FailureNumber::kInterrupted)) throw;
       throw failure(static_cast<FailureNumber>(reason.number()), package.with_own_folder(reason.description()));
     }
     return all;

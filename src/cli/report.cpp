@@ -99,14 +99,14 @@ void Report::print_text(const std::string& file, const Outcome& outcome) {
   print_output(results);
 }
 
-int Report::finish() {
+ExitCode Report::finish() {
   if (!failed_.empty() && count_ > 1) {
     print_error("kavo: " + std::to_string(failed_.size()) + " of " + std::to_string(count_) + " files failed:");
     for (const Failed& failed : failed_)
       print_error("  " + failed.file + (failed.reason.empty() ? "" : ": " + failed.reason));
   }
-  if (any_failed_) return 1;
-  return different_ ? 3 : 0;
+  if (any_failed_) return ExitCode::kFailed;
+  return different_ ? ExitCode::kDifference : ExitCode::kDone;
 }
 
 }  // namespace kavo

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/exit_code.h"
 #include "cli/verb.h"
 #include "workflow/message_text.h"
 
@@ -29,7 +30,7 @@ class Report {
   // A file that failed in a way that nothing could be reported of.
   void add_failed() noexcept { any_failed_ = true; }
   // Lists the failures of a run over several files. The exit code: 0 done, 1 failed, 3 a check found a difference.
-  int finish();
+  ExitCode finish();
 
  private:
   void print_json(const std::string& file, const Outcome& outcome, double seconds) const;

@@ -20,7 +20,7 @@ decltype(auto) about(std::u16string_view path, Operation&& operation) {
     std::u16string text(path);
     text += u": ";
     // Some adapters name the file themselves.
-    if (path.empty() || reason.is(FailureNumber::kInterrupted) || reason.description().starts_with(text)) throw;
+    if (path.empty() || reason.description().starts_with(text)) throw;
     throw failure(reason.number(), text + reason.description(), reason.source());
   }
 }
@@ -153,8 +153,7 @@ std::u16string WatchedFiles::link_target(std::u16string_view path) {
   return target;
 }
 
-void WatchedFiles::take_permissions(std::u16string_view path, std::u16string_view model,
-                                    Permissions which) {
+void WatchedFiles::take_permissions(std::u16string_view path, std::u16string_view model, Permissions which) {
   about(path, [&] { inner_.take_permissions(path, model, which); });
 }
 

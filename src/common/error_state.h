@@ -27,7 +27,6 @@ class error_state {
       std::forward<Step>(step)();
       return true;
     } catch (const failure& reason) {
-      if (reason.is(FailureNumber::kInterrupted)) throw;
       if (number_ == 0) first_description_ = reason.description();
       number_ = reason.number();
       return false;

@@ -14,7 +14,7 @@ class ProgressEvent {
   // Before each run: the next percentage is reported whatever it is.
   void restart() { last_ = -1; }
   // Raises the event when `percent` exceeds the last one reported, then lets the host process its pending messages.
-  // Throws what that throws (`failure` 18 when the user interrupts).
+  // Throws what that throws (`interruption` when the user interrupts).
   void report(std::int16_t percent);
 
  private:

@@ -53,6 +53,10 @@ std::int32_t K19FPWObj::CreateTranslation(std::u16string& sTUD, std::u16string& 
     produced_.clear();
     last_error_ = reason.description();
     throw;
+  } catch (const interruption& stop) {
+    produced_.clear();
+    last_error_ = as_failure(stop).description();
+    throw;
   }
 }
 

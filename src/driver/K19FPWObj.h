@@ -29,13 +29,13 @@ class K19FPWObj {
   // Shows the wizard dialog by the thread's form presenter, prepares the file chosen there, has the suite's filters
   // make bilingual documents of what that produced and starts the editor on the first; see wizard_run.h. 0
   // done, 1 cancelled, 2 a file of no known type, 100 + the result of PreProcess, 200 + i when file i could not be
-  // converted. Unless quiet a message box says what failed. Throws `failure` 18 when the user interrupts the program.
+  // converted. Unless quiet a message box says what failed. Throws `interruption` when the user interrupts the program.
   std::int32_t SingleFileWizard(std::u16string& sFilename, std::int32_t& nKAVO);
   // Prepares a document for the suite's filters and lists the files produced. 0 when done (a type that needs no
   // preparation is listed as it is, without being opened), 3 when a page could not be prepared, 4 when a MIF document
   // could not, or was in use; the list is empty then and every file as it was. A document whose name differs from
   // another one's in letter case only is refused: both would be prepared to the same files. A MIF document that failed
-  // leaves its backup (".kavo.bak" behind the name). Throws `failure` 18 when the user interrupts.
+  // leaves its backup (".kavo.bak" behind the name). Throws `interruption` when the user interrupts.
   std::int32_t PreProcess(std::u16string& sFilename);
   std::int32_t GetFileCount() const { return static_cast<std::int32_t>(produced_.size()); }
   // "" past the last file; a negative index throws `failure` 9, deliberately: hosts rely on the asymmetry.
@@ -44,7 +44,7 @@ class K19FPWObj {
   // "" for the name that the bilingual document tells, and becomes the file really created. nPreview 1 or 2 opens the
   // result; a negative value has an old target deleted first (it is back when the run fails). nHighlight not 0 colours
   // the segments by their status. 0, or 1 to 7 with the text in LastError and, unless quiet, in a message box;
-  // documents are then as they were. Throws what the suite's document component raises and `failure` 18 when the user
+  // documents are then as they were. Throws what the suite's document component raises and `interruption` when the user
   // interrupts; LastError is then its description.
   std::int32_t CreateTranslation(std::u16string& sTUD, std::u16string& sTarget, std::int32_t& nPreview,
                                  std::int32_t& nHighlight);

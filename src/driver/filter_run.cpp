@@ -96,12 +96,10 @@ FilterRun convert_produced_files(std::span<ProducedFile> files, const RunLanguag
         convert(files[i], languages, set);
       }
     } catch (const failure& reason) {
-      if (reason.is(FailureNumber::kInterrupted)) throw;
       result = failed_at(i, reason);
     }
     run.commit();
   } catch (const failure& reason) {
-    if (reason.is(FailureNumber::kInterrupted)) throw;
     for (ProducedFile& file : files) file.tud_name.clear();
     return failed_at(0, reason);
   }

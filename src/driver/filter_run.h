@@ -27,7 +27,7 @@ struct FilterRun {
 // Converts each produced file with the filter of its type and puts the bilingual document's name into the file's
 // record. Stops at the first file that fails; the documents of those before it stay. An existing document and skeleton
 // of the same names make way first and come back when the file fails. Needs the thread's filter catalogue, that is, a
-// living K19FPWObj. Throws `failure` 18 when the user interrupts.
+// living K19FPWObj. Throws `interruption` when the user interrupts.
 //
 // The documents carry a common mark, and the name and checksum of `author_document`, of which the files were prepared
 // ("" when that is not known), where the suite can keep them: so a set that is mixed from two preparations can be

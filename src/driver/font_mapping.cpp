@@ -43,7 +43,7 @@ void FontMapping::attempt(Write&& write) const {
   try {
     write();
   } catch (const failure& reason) {
-    if (is_needed_ || reason.is(FailureNumber::kInterrupted)) throw;
+    if (is_needed_) throw;
   }
 }
 

@@ -81,7 +81,6 @@ bool PostProcessing::PostProcess() {
     if (extension == u"XML") return RebuildOfficeFile();
     return true;
   } catch (const failure& reason) {
-    if (reason.is(FailureNumber::kInterrupted)) throw;
     observer_.tell({reason.description()});
     return false;
   }

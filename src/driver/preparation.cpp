@@ -65,7 +65,6 @@ class PreparationRun {
       is_prepared = (this->*step)();
       if (is_prepared) run.commit();
     } catch (const failure& reason) {
-      if (reason.is(FailureNumber::kInterrupted)) throw;
       is_prepared = false;
       observer_.tell({reason.description()});
     }

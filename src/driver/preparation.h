@@ -45,7 +45,7 @@ struct PreparationResult {
 };
 
 // Prepares one document as one run: a preparation that fails leaves every file as it was, but for the backup of a MIF
-// document. A type that needs no preparation is not even opened. Throws `failure` 18 when the user interrupts.
+// document. A type that needs no preparation is not even opened. Throws `interruption` when the user interrupts.
 PreparationResult prepare_document(const PreparationRequest& request, PreparationBatch& batch,
                                    const RunObserver& observer);
 

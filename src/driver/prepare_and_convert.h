@@ -12,7 +12,7 @@ struct ConvertedDocument {
   bool is_done() const { return preparation.result == 0 && conversion.result == 0; }
 };
 
-// Needs the thread's filter catalogue, that is, a living K19FPWObj. Throws `failure` 18 when the user interrupts.
+// Needs the thread's filter catalogue, that is, a living K19FPWObj. Throws `interruption` when the user interrupts.
 ConvertedDocument prepare_and_convert(const PreparationRequest& request, PreparationBatch& batch,
                                       const RunLanguages& languages, const RunObserver& observer);
 

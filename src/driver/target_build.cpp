@@ -29,7 +29,6 @@ bool TargetBuild::can(Step&& step) {
     step();
     return true;
   } catch (const failure& reason) {
-    if (reason.is(FailureNumber::kInterrupted)) throw;
     refusal_ = reason.description();
     return false;
   }

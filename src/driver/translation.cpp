@@ -74,7 +74,6 @@ class Translation {
       // Without the files that the way back needs, the document is rebuilt as it was converted.
       if (!language_.empty() && !missing_companions(name_).empty()) language_.clear();
     } catch (const failure& reason) {
-      if (reason.is(FailureNumber::kInterrupted)) throw;
       error_text_ = reason.description();
       return kTudNotOpened;
     }
@@ -102,7 +101,6 @@ class Translation {
     try {
       if (build.has_source_changed()) tell_that_source_has_changed();
     } catch (const failure& reason) {
-      if (reason.is(FailureNumber::kInterrupted)) throw;
       error_text_ = reason.description();
       return kTudNotOpened;
     }
@@ -196,7 +194,6 @@ class Translation {
       font_mapping.restore();
       return true;
     } catch (const failure& reason) {
-      if (reason.is(FailureNumber::kInterrupted)) throw;
       error_text_ = reason.description();
       return false;
     }
@@ -215,7 +212,6 @@ class Translation {
     try {
       if (shell.open(target_) <= kHighestShellFailure) shell.start(u"notepad", {to_utf16(path_to_host(target_))});
     } catch (const failure& reason) {
-      if (reason.is(FailureNumber::kInterrupted)) throw;
       observer_.tell({reason.description()});
     }
   }

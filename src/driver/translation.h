@@ -1,8 +1,8 @@
 // One run of CreateTranslation: from a translated bilingual document to the document in its source's format.
 //
-// A run that fails leaves every document as it was: an old target goes only when the new one is whole (common/folder_run.h).
-// The font settings outlive a failure, deliberately: they stay as they were set for the filter, for users who look at
-// what it worked with.
+// A run that fails leaves every document as it was: an old target goes only when the new one is whole
+// (common/folder_run.h). The font settings outlive a failure, deliberately: they stay as they were set for the filter,
+// for users who look at what it worked with.
 #pragma once
 
 #include <cstdint>
@@ -30,9 +30,9 @@ struct TranslationRequest {
   std::int32_t preview = 0;    // 1 or 2 opens the result; negative: an old target is deleted before the filter runs
   std::int32_t highlight = 0;  // not 0: segments are coloured by their status
   // Beside the contract, for the command.
-  std::u16string output{};      // the file that the finished document goes to, whatever is created on the way
-  bool keeps_existing = false;  // fail rather than replace a document that is there
-  bool refuses_gaps = false;    // fail rather than make a page that lacks a script
+  std::u16string output{};        // the file that the finished document goes to, whatever is created on the way
+  bool keeps_existing = false;    // fail rather than replace a document that is there
+  bool refuses_gaps = false;      // fail rather than make a page that lacks a script
   StatusColours unset_colours{};  // of statuses that the user has stored no colour for
 };
 
@@ -45,7 +45,7 @@ struct TranslationResult {
 // What people are told of a failed run.
 std::u16string translation_error_text(const TranslationResult& result);
 
-// Throws what the document component raises, and `failure` 18 when the user interrupts. Needs the thread's filter
+// Throws what the document component raises, and `interruption` when the user interrupts. Needs the thread's filter
 // catalogue, that is, a living K19FPWObj.
 TranslationResult create_translation(const TranslationRequest& request, const RunObserver& observer);
 

@@ -117,8 +117,8 @@ class WizardRun {
       }
       tud_ = produced.front().tud_name;
       return {};
-    } catch (const failure& reason) {
-      if (!reason.is(FailureNumber::kInterrupted) || !progress.Cancelled()) throw;
+    } catch (const interruption&) {
+      if (!progress.Cancelled()) throw;
       return {kCancelled};
     }
   }

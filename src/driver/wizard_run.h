@@ -28,7 +28,7 @@ struct WizardOutcome {
 //
 // The editor launcher, "K19Subst.exe" in the library's folder, is started on the first bilingual document, with the
 // memory chosen. Without a launcher there, or when it cannot be started, the documents are there all the same and the
-// result is 0. The observer sees the progress and, at the end, why the run failed. Throws `failure` 18 when the user
+// result is 0. The observer sees the progress and, at the end, why the run failed. Throws `interruption` when the user
 // interrupts the program.
 WizardOutcome run_single_file_wizard(const WizardRequest& request, const RunObserver& observer);
 

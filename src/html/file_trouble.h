@@ -14,14 +14,12 @@ struct FileTrouble {
   std::u16string description;  // the system's own
 };
 
-// Runs `action` and throws its `failure` on as FileTrouble about `path`. The user's interruption concerns no file and
-// passes as it is.
+// Runs `action` and throws its `failure` on as FileTrouble about `path`.
 template <class Action>
 decltype(auto) about_file(std::u16string_view path, Action&& action) {
   try {
     return action();
   } catch (const failure& reason) {
-    if (reason.is(FailureNumber::kInterrupted)) throw;
     throw FileTrouble{std::u16string(path), reason.description()};
   }
 }

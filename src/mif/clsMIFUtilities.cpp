@@ -106,7 +106,6 @@ std::unique_ptr<PendingFile> clsMIFUtilities::create_temporary_file() {
       return std::make_unique<PendingFile>(mif_file_, name);
     } catch (const failure& reason) {
       if (reason.is(FailureNumber::kFileAlreadyExists) && attempt < attempts) continue;
-      if (reason.is(FailureNumber::kInterrupted)) throw;
       add_message(kNoTemporaryFile, described(name, reason));
       return nullptr;
     }

@@ -62,7 +62,6 @@ std::int16_t clsMIFUtilities::Extract() {
     }
     report_passed_statement(scanner, mif_file_);
   } catch (const failure& reason) {
-    if (reason.is(FailureNumber::kInterrupted)) throw;
     add_message(kCannotReadMifFile, described(mif_file_, reason));
     return 1;
   }

@@ -93,7 +93,6 @@ std::optional<std::int16_t> clsMIFUtilities::merge_file() {
     const bool replaced = replace_mif_file(*output, u"Failed to copy temporary file");
     return static_cast<std::int16_t>((replaced ? 0 : 1) + (misfits_.empty() ? 0 : 1));
   } catch (const failure& reason) {
-    if (reason.is(FailureNumber::kInterrupted)) throw;
     add_message(opened ? kCannotProcess : kCannotReadMifFile, described(mif_file_, reason));
     if (!opened) return std::nullopt;
     return 1;

@@ -214,7 +214,6 @@ std::int16_t clsMIFUtilities::RemoveObjects() {
     step = kCannotProcess;
     return !output || replace_mif_file(*output, u"Failed to move temporary file") ? 0 : 1;
   } catch (const failure& reason) {
-    if (reason.is(FailureNumber::kInterrupted)) throw;
     const bool is_object_file = step == kCannotWriteObjects || step == kCannotReplaceObjects;
     add_message(step, described(is_object_file ? object_file_ : mif_file_, reason));
     return 1;
@@ -249,7 +248,6 @@ std::int16_t clsMIFUtilities::InsertObjects() {
     }
     return replace_mif_file(*output, u"Failed to move temporary file") && !lacks_objects ? 0 : 1;
   } catch (const failure& reason) {
-    if (reason.is(FailureNumber::kInterrupted)) throw;
     add_message(step, described(step == kCannotReadObjects ? object_file_ : mif_file_, reason));
     return 1;
   }

@@ -127,7 +127,6 @@ bool clsMIFUtilities::write_side_file(const SideFile& side, const SideFileHead& 
     file.commit();
     return true;
   } catch (const failure& reason) {
-    if (reason.is(FailureNumber::kInterrupted)) throw;
     add_message(side.cannot_write, described(path, reason));
     return false;
   }
@@ -214,7 +213,6 @@ std::int16_t clsMIFUtilities::load_side_file(const SideFile& side) {
     report_passed_statement(scanner, path);
     return 0;
   } catch (const failure& reason) {
-    if (reason.is(FailureNumber::kInterrupted)) throw;
     (this->*side.table).clear();  // all of its values stay untranslated, not some
     add_message(side.cannot_read, described(path, reason));
     return 1;

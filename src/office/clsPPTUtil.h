@@ -27,7 +27,7 @@ class clsPPTUtil {
 
   // 0, or 1 when a file is missing, the program cannot be reached or any call after the start of the macro fails. The
   // presentation is saved once before it is exported; importing fills the presentation that PPTFile names. Throws
-  // `failure` 18 when the user interrupts.
+  // `interruption` when the user interrupts.
   std::int32_t PPT2XML();
   std::int32_t XML2PPT();
 

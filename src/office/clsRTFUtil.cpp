@@ -48,7 +48,6 @@ std::int32_t clsRTFUtil::run(const std::function<bool(const std::u16string&)>& w
     run.commit();
     return is_whole ? 0 : 1;
   } catch (const failure& reason) {
-    if (reason.is(FailureNumber::kInterrupted)) throw;
     errors_.push_back({reason.description()});
     return 1;
   }

@@ -32,7 +32,7 @@ class clsRTFUtil {
   // document is not RTF or already holds markers, the old ObjFile has other content, or the two names mean one file.
   // After a 1 of InsertObjects the document is as it was, or all of it was rewritten and those markers stayed whose
   // objects are missing; a 0 may come with a message about objects that have no marker any more. An interruption by the
-  // user is thrown (`failure` 18) and leaves both files as they were.
+  // user is thrown (`interruption`) and leaves both files as they were.
   std::int32_t ExtractObjects();
   std::int32_t InsertObjects();
 

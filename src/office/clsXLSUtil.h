@@ -26,8 +26,8 @@ class clsXLSUtil {
   void XMLFile(std::u16string_view value);
 
   // 0, or 1 when a file is missing, the program cannot be reached or any call after the start of the macro fails. The
-  // workbook is saved once before it is exported; importing fills the workbook that XLSFile names. Throws `failure` 18
-  // when the user interrupts.
+  // workbook is saved once before it is exported; importing fills the workbook that XLSFile names. Throws
+  // `interruption` when the user interrupts.
   std::int32_t XLS2XML();
   std::int32_t XML2XLS();
 

@@ -28,8 +28,8 @@ OfficeSession::OfficeSession(const OfficeProgram& program, std::u16string templa
 OfficeSession::~OfficeSession() {
   try {
     if (initialised_) shut_down();
-  } catch (const failure&) {
-    // An interruption while shutting down: the program stays open, nobody is left to tell.
+  } catch (const std::exception&) {
+    // A failure or an interruption while shutting down: the program stays open, nobody is left to tell.
   }
 }
 
@@ -116,7 +116,7 @@ void OfficeSession::call(const ObjectRef& object, std::u16string_view member) {
 void OfficeSession::run_macro(std::u16string_view macro, const std::u16string& flag_file, const ObjectRef& document) {
   try {
     run_and_wait(macro, flag_file, document != nullptr);
-  } catch (const failure&) {
+  } catch (...) {
     clsCommon().DeleteFile(flag_file);
     // Marked as saved, so that closing neither asks nor keeps what the macro changed so far.
     put(document, u"Saved", true);

@@ -50,7 +50,7 @@ class OfficeSession {
 
   // Makes the flag file, runs the macro and waits until the flag file is gone. A macro that could not be run, or has no
   // document because that could not be opened, will never delete it, so it is deleted here and nothing is waited for.
-  // When the user interrupts, the flag file is deleted, `document` closed unsaved and `failure` 18 thrown.
+  // When the user interrupts, the flag file is deleted, `document` closed unsaved and `interruption` thrown.
   void run_macro(std::u16string_view macro, const std::u16string& flag_file, const ObjectRef& document);
 
  private:

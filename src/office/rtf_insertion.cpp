@@ -62,7 +62,6 @@ void RtfInsertion::open_objects(MessageList& messages) {
   try {
     objects_.emplace(object_path_);
   } catch (const failure& reason) {
-    if (reason.is(FailureNumber::kInterrupted)) throw;
     messages.push_back({u"The object file cannot be opened: " + reason.description()});
   }
 }

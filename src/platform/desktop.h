@@ -26,7 +26,7 @@ struct FileQuestion {
 class Desktop {
  public:
   virtual ~Desktop() = default;
-  // Lets the host handle its pending window messages; throws `failure` 18 when the user asked to interrupt.
+  // Lets the host handle its pending window messages; throws `interruption` when the user asked to interrupt.
   virtual void process_messages() = 0;
   // Caption of the foreground window, at most 1023 characters; nothing when there is no foreground window.
   virtual std::optional<std::u16string> foreground_caption() = 0;
@@ -45,7 +45,7 @@ class Desktop {
 // thread takes the wish back and throws, so that one request ends one operation.
 void request_interrupt() noexcept;
 bool interrupt_requested() noexcept;
-// Takes the wish back and throws `failure` 18 ("Interrupted by the user") when there is one; for adapters.
+// Takes the wish back and throws `interruption` when there is one; for adapters.
 void throw_if_interrupted();
 
 }  // namespace kavo

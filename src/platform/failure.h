@@ -57,4 +57,13 @@ class failure : public std::exception {
   std::string utf8_;
 };
 
+// The user's wish to stop. Deliberately no `failure`: a handler that turns failures into results, or goes on without
+// what failed, lets it pass. Hosts see it as number 18.
+class interruption : public std::exception {
+ public:
+  const char* what() const noexcept override { return "Interrupted by the user"; }
+};
+// How it is reported where only failures can be.
+inline failure as_failure(const interruption&) { return {FailureNumber::kInterrupted, u"Interrupted by the user"}; }
+
 }  // namespace kavo

@@ -17,7 +17,7 @@ void request_interrupt() noexcept { interrupt_flag.store(true); }
 bool interrupt_requested() noexcept { return interrupt_flag.load(); }
 
 void throw_if_interrupted() {
-  if (interrupt_flag.exchange(false)) throw failure(FailureNumber::kInterrupted, u"Interrupted by the user");
+  if (interrupt_flag.exchange(false)) throw interruption();
 }
 
 }  // namespace kavo

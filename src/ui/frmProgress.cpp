@@ -39,7 +39,7 @@ frmProgress::~frmProgress() {
   if (!cancelled_) return;
   try {
     throw_if_interrupted();
-  } catch (const failure&) {
+  } catch (const std::exception&) {
     // The wish.
   }
 }

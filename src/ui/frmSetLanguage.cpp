@@ -44,7 +44,7 @@ frmSetLanguage::frmSetLanguage()
 frmSetLanguage::~frmSetLanguage() {
   try {
     save_setting(kApplication, kSection, kShowCharset, morLang.ShowCharSet() ? u"Y" : u"N");
-  } catch (const failure&) {
+  } catch (const std::exception&) {
     // Nobody is left to be told.
   }
 }

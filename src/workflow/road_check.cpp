@@ -98,7 +98,6 @@ class RoadCheck {
     try {
       step();
     } catch (const failure& thrown) {
-      if (thrown.is(FailureNumber::kInterrupted)) throw;
       reason = Message{with_own_folder(thrown.description())};
       if (reason->text.empty() && !result_.messages.empty()) reason = result_.messages.back();
     }

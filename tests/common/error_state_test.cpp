@@ -25,7 +25,7 @@ TEST(ErrorState, KeepsTheLastNumberAndTheFirstDescriptionUntilCleared) {
 
 TEST(ErrorState, AnInterruptionComesThroughAndIsNoError) {
   error_state errors;
-  EXPECT_THROW(errors.run([] { fail(static_cast<std::int32_t>(FailureNumber::kInterrupted), u"stop"); }), failure);
+  EXPECT_THROW(errors.run([] { throw interruption(); }), interruption);
   EXPECT_EQ(errors.number(), 0);
 }
 

@@ -8,6 +8,7 @@
 #include "driver/K19FPWObj.h"
 #include "driver/fake_catalogue.h"
 #include "platform/failure.h"
+#include "support/failures.h"
 #include "support/ports_fixture.h"
 
 namespace kavo::test {
@@ -23,15 +24,6 @@ class DriverFixture : public PortsFixture {
     std::vector<std::u16string> names;
     for (std::int32_t i = 0; i < object.GetFileCount(); ++i) names.push_back(object.GetFile(i));
     return names;
-  }
-  template <class Call>
-  static std::int32_t failure_number(Call call) {
-    try {
-      call();
-      return 0;
-    } catch (const failure& reason) {
-      return reason.number();
-    }
   }
 };
 

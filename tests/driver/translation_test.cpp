@@ -1,8 +1,9 @@
 // The steps of CreateTranslation, against a suite that records them.
+#include "driver/translation.h"
+
 #include <gtest/gtest.h>
 
 #include "common/pending_file.h"
-#include "driver/translation.h"
 #include "driver/translation_fixture.h"
 #include "platform/desktop.h"
 #include "platform/files.h"
@@ -519,7 +520,7 @@ TEST_F(TranslationTest, InterruptionOfTheFilterIsRaisedAndLeavesEverythingAsItWa
   const Files before = all_files();
   suite.create = [](const std::u16string& target) {
     write_file_in_ports(target, "half");
-    throw failure(FailureNumber::kInterrupted, u"Interrupted by the user");
+    throw interruption();
   };
   for (const std::int32_t preview : {0, -1}) {
     Call call{.preview = preview};

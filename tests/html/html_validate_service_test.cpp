@@ -114,11 +114,11 @@ TEST_F(HtmlValidateService, AFailedCallLeavesNoNewBackup) {
   validator.Backup(true);
   EXPECT_EQ(run(std::string_view("\xFF\xFE<\0b\0>\0", 8)), 1);
   EXPECT_FALSE(files.has(kBackupPath));
-  validator.Progress([](std::int16_t) { throw failure(FailureNumber::kInterrupted, u"stop"); });
-  EXPECT_THROW(run(kBroken), failure);
+  validator.Progress([](std::int16_t) { throw interruption(); });
+  EXPECT_THROW(run(kBroken), interruption);
   EXPECT_FALSE(files.has(kBackupPath));
   files.put(kBackupPath, "old");
-  EXPECT_THROW(run(kBroken), failure);
+  EXPECT_THROW(run(kBroken), interruption);
   EXPECT_EQ(files.get(kBackupPath), kBroken) << "replaced, but not removed";
 }
 
@@ -188,8 +188,8 @@ TEST_F(HtmlValidateService, ProgressGrowsTo100) {
 }
 
 TEST_F(HtmlValidateService, InterruptionLeavesEverythingAsItWas) {
-  validator.Progress([](std::int16_t) { throw failure(FailureNumber::kInterrupted, u"Interrupted"); });
-  EXPECT_THROW(run(kBroken), failure);
+  validator.Progress([](std::int16_t) { throw interruption(); });
+  EXPECT_THROW(run(kBroken), interruption);
   EXPECT_EQ(files.get(kPagePath), kBroken);
   EXPECT_EQ(files.all_files().size(), 1u);
 }

@@ -391,9 +391,9 @@ TEST_F(ObjectsTest, AnInterruptionLeavesEverythingAsItWas) {
   const std::string document = "=GIF\r\n=EndInset\r\n" + std::string(50000, 'x');
   put(u"m.mif", document);
   utilities.Progress([](std::int16_t percent) {
-    if (percent > 50) throw failure(FailureNumber::kInterrupted, u"stop");
+    if (percent > 50) throw interruption();
   });
-  EXPECT_THROW(utilities.RemoveObjects(), failure);
+  EXPECT_THROW(utilities.RemoveObjects(), interruption);
   EXPECT_EQ(get(u"m.mif"), document);
   EXPECT_EQ(files.all_files().size(), 1u);
 }

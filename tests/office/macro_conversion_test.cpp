@@ -467,7 +467,7 @@ TEST_F(MacroConversionTest, WithoutItsDocumentAConversionGivesOneAndWaitsForNoth
         EXPECT_TRUE(files.has(flag));
         return macro.run();
       };
-      recording_desktop.on_process_messages = [] { throw failure(FailureNumber::kInterrupted, u"Waited"); };
+      recording_desktop.on_process_messages = [] { throw interruption(); };
       EXPECT_EQ(c.run(), 1);
       EXPECT_EQ(runs, 1u);
       EXPECT_FALSE(files.has(flag));
@@ -495,13 +495,12 @@ TEST_F(MacroConversionTest, AnInterruptionDeletesTheFlagFileAndClosesTheDocument
     office.calls.clear();
     recording_desktop.on_process_messages = [this] {
       EXPECT_TRUE(files.has(flag));
-      throw failure(FailureNumber::kInterrupted, u"Interrupted by the user");
+      throw interruption();
     };
     try {
       c.run();
       ADD_FAILURE() << "not interrupted";
-    } catch (const failure& reason) {
-      EXPECT_TRUE(reason.is(FailureNumber::kInterrupted));
+    } catch (const interruption&) {
     }
     EXPECT_FALSE(files.has(flag));
     const auto run = std::ranges::find_if(office.calls,

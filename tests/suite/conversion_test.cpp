@@ -86,13 +86,13 @@ TEST_F(ConversionTest, AMissingSegmentIsNotPassedOver) {
   const std::size_t begin = bytes.find("<trans-unit id=\"1\"");
   bytes.erase(begin, bytes.find("<trans-unit id=\"2\"") - begin);
   files.put(tud, bytes);
-  EXPECT_NE(failure_of([&] { rebuild(tud); }).find(u"segment 1 (line 1, column 1) is missing"), std::u16string::npos);
+  EXPECT_NE(reason_of([&] { rebuild(tud); }).find(u"segment 1 (line 1, column 1) is missing"), std::u16string::npos);
 }
 
 TEST_F(ConversionTest, FiltersThatAreNotThereAreNamed) {
   put(u"a.txt", "One\n");
-  EXPECT_NE(failure_of([&] { convert(u"a.txt", {.filter = u"K19XYZ"}); }).find(u"K19XYZ"), std::u16string::npos);
-  EXPECT_NE(failure_of([&] { convert(u"a.txt", {.filter = u"K19DOCW"}); }).find(u"not part of this suite yet"),
+  EXPECT_NE(reason_of([&] { convert(u"a.txt", {.filter = u"K19XYZ"}); }).find(u"K19XYZ"), std::u16string::npos);
+  EXPECT_NE(reason_of([&] { convert(u"a.txt", {.filter = u"K19DOCW"}); }).find(u"not part of this suite yet"),
             std::u16string::npos);
   EXPECT_EQ(files.all_files().size(), 1u);
 }
@@ -120,9 +120,9 @@ TEST_F(ConversionTest, CatalogueConvertsAndCreatesTargets) {
   Argument name[] = {text(u"K19TXT")};
   EXPECT_EQ(as_number(catalogue.invoke(u"Settings", name)), 0);
   arguments[8] = text(u"Sentence");
-  EXPECT_NE(failure_of([&] { catalogue.invoke(u"Convert", arguments); }), u"");
+  EXPECT_NE(reason_of([&] { catalogue.invoke(u"Convert", arguments); }), u"");
   target[1] = text(in_folder(u"missing.otf"));
-  EXPECT_NE(failure_of([&] { catalogue.invoke(u"CreateTarget", target); }), u"");
+  EXPECT_NE(reason_of([&] { catalogue.invoke(u"CreateTarget", target); }), u"");
 }
 
 TEST(TudNames, AreMadeOfStemExtensionAndLanguage) {

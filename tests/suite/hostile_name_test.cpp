@@ -91,7 +91,7 @@ TEST_F(HostileName, InAnyFieldOfABilingualDocument) {
       ASSERT_NE(xml.find(old), std::string::npos) << xml;
       xml.replace(xml.find(old), old.size(), filled(hostile));
       files.put(request.tud, xml);
-      EXPECT_NE(failure_of([&] { rebuild(request.tud); }).find(u"no plain file name"), std::u16string::npos);
+      EXPECT_NE(reason_of([&] { rebuild(request.tud); }).find(u"no plain file name"), std::u16string::npos);
       expect_only_own_folder();
       EXPECT_FALSE(has(u"a_FR.txt"));
     }
@@ -136,7 +136,7 @@ TEST_F(HostileName, InAnyDocumentOfAPackage) {
   std::string twice = whole;
   twice.replace(twice.rfind("b.txt"), 5, "A.TXT");
   files.put(package, twice);
-  EXPECT_NE(failure_of([&] { unpack_documents(package, in_folder(u"twice")); }).find(u"two documents"),
+  EXPECT_NE(reason_of([&] { unpack_documents(package, in_folder(u"twice")); }).find(u"two documents"),
             std::u16string::npos);
 }
 

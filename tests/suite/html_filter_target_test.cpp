@@ -89,7 +89,7 @@ TEST_F(HtmlFilterTest, NoReferenceCanStandInAScript) {
             "<meta charset=windows-1251><script>'\xAB'</script>");
   put(u"a.htm", "<meta charset=latin1><script>'\xE9'</script>x");
   const std::u16string tud = convert(u"a.htm", road);
-  EXPECT_TRUE(failure_of([&] { rebuild(tud, road); }).starts_with(u"Code page 1251 has no character"));
+  EXPECT_TRUE(reason_of([&] { rebuild(tud, road); }).starts_with(u"Code page 1251 has no character"));
 }
 
 TEST_F(HtmlFilterTest, AMarkOrAnUnknownCodingStays) {
@@ -150,7 +150,7 @@ TEST_F(HtmlFilterTest, ColoursOfSegments) {
 
 TEST_F(HtmlFilterTest, ScriptMustStayInTheTranslation) {
   const auto drop = [](std::u16string) { return u"X"; };
-  EXPECT_EQ(failure_of([&] { translated_page("<p>a <!-- ASP2HTML 1 --> x", drop); }).empty(), false);
+  EXPECT_EQ(reason_of([&] { translated_page("<p>a <!-- ASP2HTML 1 --> x", drop); }).empty(), false);
 }
 
 TEST_F(HtmlFilterTest, LongParagraphsAreCutTheSameWayEverywhere) {

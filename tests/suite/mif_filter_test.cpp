@@ -363,7 +363,7 @@ TEST_F(MifFilterTest, TheVersionTellsTheCoding) {
 TEST_F(MifFilterTest, ACharacterThatTheVersionLacksNamesItsPlace) {
   const auto russian = [](std::u16string) { return u"\u0416"; };
   const std::u16string reason =
-      failure_of([&] { translated_document("<MIFFile 7.00>\n" + para("<String `x'>"), russian); });
+      reason_of([&] { translated_document("<MIFFile 7.00>\n" + para("<String `x'>"), russian); });
   EXPECT_TRUE(reason.starts_with(u"segment 1 (line 2, column 16)")) << testing::PrintToString(reason);
   EXPECT_NE(reason.find(u"\u0416"), std::u16string::npos);
   EXPECT_FALSE(has(u"a_FR.mif"));
@@ -397,7 +397,7 @@ TEST_F(MifFilterTest, TranslationsOfAllShapes) {
     SCOPED_TRACE(c.name);
     EXPECT_EQ(translated_document(document, [&](std::u16string) { return c.translation; }), c.expected);
   }
-  EXPECT_NE(failure_of([&] { translated_document(document, [](std::u16string) { return u"ab"; }); }), u"")
+  EXPECT_NE(reason_of([&] { translated_document(document, [](std::u16string) { return u"ab"; }); }), u"")
       << "a table without its anchor is lost";
 }
 

@@ -14,7 +14,7 @@ class SkeletonDamage : public SuiteTest {
  protected:
   // "" when the target was built or the reason why not.
   std::u16string problem(const std::u16string& open_tag, const std::u16string& skeleton) {
-    return failure_of([&] {
+    return reason_of([&] {
       ProgressEvent progress;
       create_target({in_folder(u"b.txt"), open_tag, skeleton, u"", u""}, progress);
     });
@@ -34,7 +34,7 @@ TEST_F(SkeletonDamage, EverySingleBitIsNoticedBeforeAnythingIsWritten) {
     damaged[bit / 8] = static_cast<char>(damaged[bit / 8] ^ (1 << bit % 8));
     files.put(skeleton, damaged);
     EXPECT_NE(problem(open_tag, skeleton).find(u"is damaged"), std::u16string::npos) << bit;
-    EXPECT_NE(failure_of([&] { BilingualDocument(tud).locate_skeleton(); }).find(u"is damaged"), std::u16string::npos)
+    EXPECT_NE(reason_of([&] { BilingualDocument(tud).locate_skeleton(); }).find(u"is damaged"), std::u16string::npos)
         << bit;
   }
   EXPECT_EQ(get(u"b.txt"), "old");

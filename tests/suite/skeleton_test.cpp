@@ -126,12 +126,12 @@ TEST_F(SkeletonTest, ARequiredCodeMustComeBackOnce) {
   write_skeleton();
   put(u"b.txt", "old");
   write_open_tag(u"alt", u"gone", true, false);
-  EXPECT_NE(failure_of([&] { build(); }).find(u"segment 2 (line 1, column 10): code 1 is missing"),
+  EXPECT_NE(reason_of([&] { build(); }).find(u"segment 2 (line 1, column 10): code 1 is missing"),
             std::u16string::npos);
   write_open_tag(u"alt", u"<1/><1/>", true, false);
-  EXPECT_NE(failure_of([&] { build(); }).find(u"doubled"), std::u16string::npos);
+  EXPECT_NE(reason_of([&] { build(); }).find(u"doubled"), std::u16string::npos);
   write_open_tag(u"alt", u"<1/><2/>", true, false);
-  EXPECT_NE(failure_of([&] { build(); }).find(u"no code 2"), std::u16string::npos);
+  EXPECT_NE(reason_of([&] { build(); }).find(u"no code 2"), std::u16string::npos);
   EXPECT_EQ(get(u"b.txt"), "old");
 }
 
@@ -147,7 +147,7 @@ TEST_F(SkeletonTest, FilesThatDoNotBelongTogetherAreRefused) {
   write_open_tag(u"alt", u"x <1/> y", true, true);
   ProgressEvent progress;
   const auto reason_with = [&](std::u16string_view open_tag, std::u16string_view skeleton, std::u16string_view filter) {
-    return failure_of([&] {
+    return reason_of([&] {
       create_target({in_folder(u"b.txt"), in_folder(open_tag), in_folder(skeleton), u"", std::u16string(filter)},
                     progress);
     });
@@ -171,14 +171,14 @@ TEST_F(SkeletonTest, EveryCutOrDamagedFileFailsOrChangesBytesOnly) {
     const std::string whole = get(name);
     for (std::size_t cut = 0; cut < whole.size(); ++cut) {
       put(name, whole.substr(0, cut));
-      EXPECT_NE(failure_of([&] { build(); }), u"") << cut;
+      EXPECT_NE(reason_of([&] { build(); }), u"") << cut;
     }
     for (std::size_t at = 0; at < whole.size(); ++at)
       for (const char byte : {'\0', '9', 'n', ' ', '\n'}) {
         std::string damaged = whole;
         damaged[at] = byte;
         put(name, damaged);
-        failure_of([&] { build(); });
+        reason_of([&] { build(); });
       }
     put(name, whole);
   }

@@ -82,7 +82,7 @@ class SuiteTest : public PortsFixture {
 
   // The description of the failure that a step ends with, "" when it does not fail.
   template <class Step>
-  static std::u16string failure_of(Step&& step) {
+  static std::u16string reason_of(Step&& step) {
     try {
       step();
     } catch (const failure& reason) {

@@ -93,7 +93,7 @@ TEST_F(TextFilterTest, AnotherCodePageForTheTarget) {
 }
 
 TEST_F(TextFilterTest, ACharacterThatTheCodePageLacksNamesItsPlace) {
-  const std::u16string reason = failure_of([&] {
+  const std::u16string reason = reason_of([&] {
     translated(u"a.txt", "x\n\n  One\n", [](std::u16string) { return u"\u0416"; }, {.source_code_page = 1252});
   });
   EXPECT_NE(reason.find(u"segment 1 (line 1, column 1)"), std::u16string::npos);
@@ -143,7 +143,7 @@ TEST_F(TextFilterTest, ScriptCodeMustStay) {
   EXPECT_EQ(translated(u"a_asp.scr", "w \"a\" & b\n", [](std::u16string) { return u"<1/>\"x\"<2/>"; }, {}),
             "w \"x\" & b\n");
   const std::u16string reason =
-      failure_of([&] { translated(u"a_asp.scr", "w \"a\" & b\n", [](std::u16string) { return u"<1/>\"x\""; }, {}); });
+      reason_of([&] { translated(u"a_asp.scr", "w \"a\" & b\n", [](std::u16string) { return u"<1/>\"x\""; }, {}); });
   EXPECT_NE(reason.find(u"code 2 is missing"), std::u16string::npos);
 }
 

@@ -147,7 +147,7 @@ TEST_F(TudTest, PrefixesAndMissingNamespacesAreRead) {
 }
 
 TEST_F(TudTest, WhatIsNoBilingualDocumentIsRefused) {
-  const auto refusal = [&](std::string_view bytes) { return failure_of([&] { open(bytes); }); };
+  const auto refusal = [&](std::string_view bytes) { return reason_of([&] { open(bytes); }); };
   EXPECT_NE(refusal("<html/>").find(u"no XLIFF"), std::u16string::npos);
   EXPECT_NE(refusal("<xliff xmlns='urn:oasis:names:tc:xliff:document:2.0'/>").find(u"no XLIFF 1"),
             std::u16string::npos);
@@ -155,14 +155,14 @@ TEST_F(TudTest, WhatIsNoBilingualDocumentIsRefused) {
   EXPECT_NE(refusal("<xliff><file/><file/></xliff>").find(u"more than one"), std::u16string::npos);
   EXPECT_NE(refusal("plain text"), u"");
   EXPECT_NE(refusal(""), u"");
-  EXPECT_NE(failure_of([&] { BilingualDocument(in_folder(u"missing.tud")); }), u"");
+  EXPECT_NE(reason_of([&] { BilingualDocument(in_folder(u"missing.tud")); }), u"");
 }
 
 TEST_F(TudTest, ADocumentCutInHalfIsRefused) {
   put(u"a.txt", "One\nTwo\nThree\n");
   const std::string whole = files.get(convert(u"a.txt"));
   for (std::size_t cut = 0; cut + 1 < whole.size(); cut += 7) {
-    const std::u16string reason = failure_of([&] { open(whole.substr(0, cut)); });
+    const std::u16string reason = reason_of([&] { open(whole.substr(0, cut)); });
     EXPECT_NE(reason, u"") << cut;
     EXPECT_NE(reason.find(u"a.tud"), std::u16string::npos) << cut;
   }
@@ -281,14 +281,14 @@ TEST_F(TudTest, AFileThatSomebodyElseChangedIsNotOverwritten) {
   document.set_segment(0, "T", TranslationStatus::kTranslated, 0);
   const std::string other = document_of("<trans-unit id='2'><source>other</source></trans-unit>");
   put(u"a.tud", other);
-  EXPECT_NE(failure_of([&] { document.save(); }).find(u"another program"), std::u16string::npos);
+  EXPECT_NE(reason_of([&] { document.save(); }).find(u"another program"), std::u16string::npos);
   EXPECT_EQ(get(u"a.tud"), other);
 }
 
 TEST_F(TudTest, WrongChangesAreRefused) {
   BilingualDocument document = open_units("<trans-unit id='1'><source>a<x id='1'/></source></trans-unit>");
   const auto refusal = [&](std::size_t index, std::string_view target, int match) {
-    return failure_of(
+    return reason_of(
         [&] { document.set_segment(index, target, TranslationStatus::kTranslated, static_cast<std::int16_t>(match)); });
   };
   EXPECT_NE(refusal(1, "x", 0), u"");
@@ -339,7 +339,7 @@ TEST_F(TudTest, OpenTagFilesComeInTheOrderOfTheDocument) {
   ASSERT_TRUE(reader.next(segment));
   EXPECT_EQ(segment.text, "B");
   EXPECT_FALSE(reader.next(segment));
-  EXPECT_NE(failure_of([&] {
+  EXPECT_NE(reason_of([&] {
               open_units("<trans-unit id='x'><source>a</source></trans-unit>").save_open_tag(in_folder(u"b.otf"));
             }),
             u"");

@@ -115,7 +115,7 @@ TEST_F(XliffPackage, DocumentsOfSeveralCodingsAreNotMixed) {
   std::string wide = "\xFF\xFE";
   TextCoding(kUtf16LittleEndian).encode(files.get(second), wide, [](std::string_view, std::string&) {});
   files.put(second, wide);
-  EXPECT_NE(failure_of([&] { pack({first, second}); }).find(u"different codings"), std::u16string::npos);
+  EXPECT_NE(reason_of([&] { pack({first, second}); }).find(u"different codings"), std::u16string::npos);
   EXPECT_FALSE(has(u"p.xlf"));
   pack({second});
   files.add_folder(in_folder(u"out"));

@@ -49,7 +49,7 @@ class XmlReaderTest : public SuiteTest {
   }
   std::u16string refusal(std::string_view bytes) {
     put(u"a.xml", bytes);
-    return failure_of([&] {
+    return reason_of([&] {
       Log log;
       XmlReader(in_folder(u"a.xml")).read(log);
     });
@@ -103,16 +103,16 @@ TEST_F(XmlReaderTest, WhatTheHandlerThrowsComesThrough) {
    public:
     void start(std::string_view, std::string_view, const XmlAttributes&, XmlPlace) override {}
     void end(std::string_view, std::string_view, XmlPlace) override {}
-    void text(std::string_view) override { throw failure(FailureNumber::kInterrupted, u"stop"); }
+    void text(std::string_view) override { throw failure(FailureNumber::kInvalidCall, u"stop"); }
   } thrower;
   put(u"a.xml", "<a>x</a>");
-  EXPECT_EQ(failure_of([&] { XmlReader(in_folder(u"a.xml")).read(thrower); }), u"stop");
+  EXPECT_EQ(reason_of([&] { XmlReader(in_folder(u"a.xml")).read(thrower); }), u"stop");
 }
 
 TEST_F(XmlReaderTest, AnEndlessTagIsRefused) {
   put(u"a.xml", "<a b='" + std::string(20 * 1024 * 1024, 'x') + "'/>");
   const BlockSizeScope scope(1024 * 1024);
-  const std::u16string reason = failure_of([&] {
+  const std::u16string reason = reason_of([&] {
     Log log;
     XmlReader(in_folder(u"a.xml")).read(log);
   });

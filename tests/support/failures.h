@@ -8,13 +8,15 @@
 
 namespace kavo::test {
 
-// The failure that the call throws, or nothing.
+// The failure that the call throws, or nothing. An interruption counts as the failure that hosts see.
 template <typename Call>
 std::optional<failure> failure_of(Call call) {
   try {
     call();
   } catch (const failure& error) {
     return error;
+  } catch (const interruption& stop) {
+    return as_failure(stop);
   }
   return std::nullopt;
 }

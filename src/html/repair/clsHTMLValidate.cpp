@@ -93,7 +93,6 @@ std::int32_t clsHTMLValidate::HTMLValidate() {
     try {
       backup.make(file_name_, backup_name_.empty() ? file_name_ + u".bak" : backup_name_);
     } catch (const failure& reason) {
-      if (reason.is(FailureNumber::kInterrupted)) throw;
       return failed(((text_of(3007) += file_name_) += kLineEnd) += reason.description(), 3007);
     }
   }
@@ -104,7 +103,6 @@ std::int32_t clsHTMLValidate::HTMLValidate() {
     reader.emplace(file_name_);
     if (!check_only_) open_temporary(output, file_name_);
   } catch (const failure& reason) {
-    if (reason.is(FailureNumber::kInterrupted)) throw;
     return failed(((text_of(3001) += file_name_) += kLineEnd) += reason.description(), 3001);
   }
 

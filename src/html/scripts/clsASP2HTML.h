@@ -24,7 +24,7 @@ class ScriptRestorer;
 class clsASP2HTML {
  public:
   // Both return 0, or 1 with the reason in ErrorList(). What a Progress handler throws, and the user's interruption
-  // (`failure` 18), passes through after everything new has been removed.
+  // (`interruption`), passes through after everything new has been removed.
   std::int32_t ASP2HTML();
   std::int32_t HTML2ASP();
 

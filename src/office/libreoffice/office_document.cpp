@@ -123,7 +123,7 @@ OfficeDocument::OfficeDocument(std::shared_ptr<OfficeListener> listener, OfficeK
 OfficeDocument::~OfficeDocument() {
   try {
     close();
-  } catch (const failure&) {
+  } catch (const std::exception&) {
     // LibreOffice is gone, and the document with it.
   }
 }
@@ -173,7 +173,7 @@ void OfficeDocument::save_as(std::u16string_view path, std::string_view filter) 
       storable->storeToURL(url_of(temporary), property_list({property("FilterName", to_uno(to_utf16(filter)))}));
     });
     files.rename_file(temporary, target);
-  } catch (const failure&) {
+  } catch (...) {
     if (files.info(temporary)) files.remove_file(temporary);
     throw;
   }

@@ -58,7 +58,7 @@ OfficeListener::~OfficeListener() {
     run([&] { desktop_->terminate(); });
     const double give_up = now() + kLongestEnd;
     while (process_.is_running() && now() < give_up) system_clock().sleep(kLookAgain);
-  } catch (const failure&) {
+  } catch (const std::exception&) {
     // It has crashed, or will be killed.
   }
   {

@@ -60,7 +60,7 @@ class OfficeListener {
     }
   }
 
-  // For long work between calls: says that it goes on. Throws `failure` 18 when the user wants to stop.
+  // For long work between calls: says that it goes on. Throws `interruption` when the user wants to stop.
   void step();
 
  private:

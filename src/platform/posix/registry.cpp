@@ -138,7 +138,6 @@ decltype(auto) about_settings(const char* what, Work&& work) {
   try {
     return work();
   } catch (const failure& reason) {
-    if (reason.is(FailureNumber::kInterrupted)) throw;
     throw failure(reason.number(),
                   to_utf16("The settings in " + registry_file() + " cannot be " + what + ": ") + reason.description(),
                   reason.source());
@@ -150,7 +149,7 @@ decltype(auto) about_settings(const char* what, Work&& work) {
 constexpr double kLongestWait = 10;  // seconds
 constexpr double kBetweenAttempts = 0.01;
 
-// The lock that a change holds. Throws `failure` 18 when the user interrupts, and 70 when the wait is over.
+// The lock that a change holds. Throws `interruption` when the user interrupts, and 70 when the wait is over.
 Descriptor lock_settings() {
   make_host_folder(config_folder());
   const std::string path = config_folder() + "/registry.lock";

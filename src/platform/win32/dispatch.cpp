@@ -161,7 +161,9 @@ class AutomationClient final : public AutomationObject {
     }
     if (description.empty()) description = system_text(static_cast<DWORD>(result));
     description += u" (" + std::u16string(member) + u")";
-    throw failure(number_of_hresult(result), std::move(description), std::move(source));
+    failure reason(number_of_hresult(result), std::move(description), std::move(source));
+    if (reason.is(FailureNumber::kInterrupted)) throw interruption();
+    throw reason;
   }
 
   Value call(std::u16string_view member, WORD flags, std::span<Argument> arguments, const Value* new_value) {

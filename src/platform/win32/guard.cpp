@@ -36,6 +36,8 @@ HRESULT report_current_exception(REFIID interface_id, std::u16string_view class_
     throw;
   } catch (const failure& error) {
     return report(error, interface_id, class_name);
+  } catch (const interruption& stop) {
+    return report(as_failure(stop), interface_id, class_name);
   } catch (const std::bad_alloc&) {
     return E_OUTOFMEMORY;
   } catch (const std::exception& error) {

@@ -81,7 +81,6 @@ void start_editor(const EditorRequest& request) {
       system.shell->start(path_from_host(to_utf8(words[0])), {words.begin() + 1, words.end()});
       return;
     } catch (const failure& reason) {
-      if (reason.is(FailureNumber::kInterrupted)) throw;
       throw failure(FailureNumber::kFileNotFound,
                     u"The editor cannot be started: " + reason.description() + std::u16string(kAdvice));
     }

@@ -9,7 +9,7 @@ namespace kavo {
 class TerminalInput {
  public:
   explicit TerminalInput(int descriptor) : descriptor_(descriptor) {}
-  // The next line without its end; nothing at the end of the input. Throws `failure` 18 when the user interrupts.
+  // The next line without its end; nothing at the end of the input. Throws `interruption` when the user interrupts.
   std::optional<std::string> line();
 
  private:

@@ -15,7 +15,7 @@ class TerminalPresenter final : public FormPresenter {
  public:
   // `input` is an open file descriptor; neither is owned.
   TerminalPresenter(int input, std::ostream& output) : input_(input), output_(output) {}
-  // File dialogs of the form's handlers are asked in the terminal too. Throws what a handler throws, and `failure` 18
+  // File dialogs of the form's handlers are asked in the terminal too. Throws what a handler throws, and `interruption`
   // when the user interrupts.
   void show(Form& form) override;
 
