@@ -35,13 +35,13 @@ class Wizard final : public Verb {
     if (!file.empty() && !ports().files->info(file))
       throw failure(FailureNumber::kFileNotFound, to_utf16(file_ + ": there is no such file"));
     Outcome outcome;
-    const auto show = [&](ProgressText step, std::u16string_view name, int percent) {
+    const auto show = [&](text::Name step, std::u16string_view name, int percent) {
       tell_step(to_utf8(string_resource(step)) + ' ' + to_utf8(name.substr(name.rfind(u'\\') + 1)));
       progress(static_cast<std::int16_t>(percent));
     };
-    driver_->observe({std::bind_front(show, kPreparing),
+    driver_->observe({std::bind_front(show, text::kPreparing),
                       [&](const Message& message) { outcome.messages.push_back(message); },
-                      std::bind_front(show, kConverting)});
+                      std::bind_front(show, text::kConverting)});
     std::int32_t bits = 0;
     outcome.result = driver_->SingleFileWizard(file, bits);
     driver_->observe({});

@@ -24,14 +24,14 @@ void check_position(std::size_t position) {
   if (position > kHighestPosition) throw failure(FailureNumber::kOverflow, u"Overflow");
 }
 
-void add_file_error(MessageList* errors, std::int32_t number, std::u16string_view file_name,
+void add_file_error(MessageList* errors, move_file_text::Name name, std::u16string_view file_name,
                     std::u16string_view description) {
   if (errors == nullptr) return;
-  std::u16string text(string_resource(number, StringSection::kMoveFile));
+  std::u16string text(string_resource(name));
   text += file_name;
   if (!description.empty()) text += u" - ";
   text += description;
-  errors->push_back({std::move(text), number});
+  errors->push_back({std::move(text), name});
 }
 
 // "&h1F" as a number; nothing for any other text.
@@ -140,13 +140,13 @@ bool clsCommon::MoveFile(std::u16string_view source, std::u16string_view destina
   bool replaces = false;
   try {
     replaces = files.info(destination).has_value();
-    if (!replace_file(source, destination)) add_file_error(errors, 3005, source, u"");
+    if (!replace_file(source, destination)) add_file_error(errors, move_file_text::kNotRemoved, source, u"");
     return true;
   } catch (const failure& reason) {
     if (replaces && FileExists(source))
-      add_file_error(errors, 3003, destination, reason.description());
+      add_file_error(errors, move_file_text::kNotReplaced, destination, reason.description());
     else
-      add_file_error(errors, 3004, source, reason.description());
+      add_file_error(errors, move_file_text::kNotCopied, source, reason.description());
     return false;
   }
 }

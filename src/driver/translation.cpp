@@ -245,8 +245,11 @@ class Translation {
 }  // namespace
 
 std::u16string translation_error_text(const TranslationResult& result) {
-  constexpr std::int32_t first_text = 500;
-  return result.text.empty() ? std::u16string(string_resource(first_text + result.error)) : result.text;
+  constexpr text::Name kTexts[] = {text::kTudNotOpened,   text::kOpenTagNotSaved,  text::kNoSkeleton,
+                                   text::kNoMergeDetails, text::kTargetNotCreated, text::kNotPostProcessed,
+                                   text::kTargetInTheWay};
+  if (result.error == kNoError || !result.text.empty()) return result.text;
+  return std::u16string(string_resource(kTexts[result.error - 1]));
 }
 
 TranslationResult create_translation(const TranslationRequest& request, const RunObserver& observer) {

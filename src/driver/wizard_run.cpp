@@ -22,17 +22,6 @@ namespace {
 enum WizardBits : std::int32_t { kEditorButton = 1, kEditorAfterFailure = 2, kOfferLastMemory = 4 };
 enum WizardResult : std::int32_t { kDone = 0, kCancelled = 1, kUnknownType = 2, kPreparationFailed = 100 };
 
-// Texts of the string table.
-enum WizardText : std::int32_t {
-  kUnknownTypeText = 4020,
-  kUnknownTypeAdvice = 4021,
-  kPreparationText = 4022,
-  kFileAdvice = 4023,
-  kConversionText = 4024,
-  kEditorText = 4025,
-  kEditorAdvice = 4026,
-};
-
 // "" when there is no launcher.
 std::u16string launcher_name() {
   const std::u16string name = program_folder() + u"\\K19Subst.exe";
@@ -79,18 +68,19 @@ class WizardRun {
   std::int32_t convert(const frmWizard& form) {
     const std::u16string file = form.txtSourceFile.Text();
     if (FileTypeOf(file) == kUnknownFile) {
-      tell(kUnknownTypeText, file, u"", kUnknownTypeAdvice);
+      tell(text::kUnknownTypeText, file, u"", text::kUnknownTypeAdvice);
       return kUnknownType;
     }
     const Ending ending = run_beside_progress(form, file);
-    if (ending.result != kDone && ending.result != kCancelled) tell(ending.what, ending.where, ending.why, kFileAdvice);
+    if (ending.result != kDone && ending.result != kCancelled)
+      tell(ending.what, ending.where, ending.why, text::kFileAdvice);
     return ending.result;
   }
 
   // How a run ended, and what to tell when it failed.
   struct Ending {
     std::int32_t result = kDone;
-    WizardText what{};
+    text::Name what{};
     std::u16string where{}, why{};
   };
 
@@ -107,13 +97,13 @@ class WizardRun {
                               observer);
       const std::vector<ProducedFile>& produced = files_.emplace(std::move(document.preparation.files));
       if (const std::int32_t preparation = document.preparation.result; preparation != 0)
-        return {kPreparationFailed + preparation, kPreparationText, file, last_message_};
+        return {kPreparationFailed + preparation, text::kPreparationFailed, file, last_message_};
       const FilterRun& run = document.conversion;
       // The button may have been pressed during the last file: a filter of another module does not see that.
       ports().desktop->process_messages();
       if (run.result != kDone) {
         const auto unconverted = std::ranges::find(produced, u"", &ProducedFile::tud_name);
-        return {run.result, kConversionText, unconverted->file_name, run.reason};
+        return {run.result, text::kConversionFailed, unconverted->file_name, run.reason};
       }
       tud_ = produced.front().tud_name;
       return {};
@@ -127,7 +117,7 @@ class WizardRun {
   RunObserver observer_beside(frmProgress& progress) {
     RunObserver observer;
     observer.progress = [&](std::u16string_view name, int percent) {
-      progress.report(kPreparing, name, percent / 2);
+      progress.report(text::kPreparing, name, percent / 2);
       observer_.tell_progress(name, percent / 2);
     };
     observer.message = [&](const Message& message) {
@@ -135,7 +125,7 @@ class WizardRun {
       observer_.tell(message);
     };
     observer.converting = [&](std::u16string_view name, int percent) {
-      progress.report(kConverting, name, 50 + percent / 2);
+      progress.report(text::kConverting, name, 50 + percent / 2);
       observer_.tell_converting(name, 50 + percent / 2);
       // So that it is seen, and the button answers.
       ports().desktop->process_messages();
@@ -144,7 +134,7 @@ class WizardRun {
   }
 
   // What failed, where, why, and what to do.
-  void tell(WizardText what, std::u16string_view where, std::u16string_view why, WizardText advice) const {
+  void tell(text::Name what, std::u16string_view where, std::u16string_view why, text::Name advice) const {
     std::u16string text(string_resource(what));
     (text += u"\r\n") += to_utf16(path_to_host(where));
     if (!why.empty()) (text += u"\r\n") += why;
@@ -156,7 +146,8 @@ class WizardRun {
 
   void start_editor(const std::u16string& parameters) const {
     constexpr int kHighestFailure = 31;
-    if (ports().shell->run(launcher_, parameters) <= kHighestFailure) tell(kEditorText, launcher_, u"", kEditorAdvice);
+    if (ports().shell->run(launcher_, parameters) <= kHighestFailure)
+      tell(text::kEditorFailed, launcher_, u"", text::kEditorAdvice);
   }
 
   const WizardRequest& request_;

@@ -77,20 +77,20 @@ void clsMIFUtilities::DefaultSideFileNames() {
 
 bool clsMIFUtilities::mif_file_exists() {
   if (mif_file_.empty()) {
-    add_message(kNoMifFile);
+    add_message(text::kNoMifFile);
     return false;
   }
   try {
     if (ports().files->info(mif_file_)) return true;
-    add_message(kMifFileNotFound, mif_file_);
+    add_message(text::kMifFileNotFound, mif_file_);
   } catch (const failure& reason) {
-    add_message(kCannotReadMifFile, described(mif_file_, reason));
+    add_message(text::kCannotReadMifFile, described(mif_file_, reason));
   }
   return false;
 }
 
-void clsMIFUtilities::add_message(std::int32_t number, std::u16string_view detail) {
-  Message message{std::u16string(string_resource(number)), number};
+void clsMIFUtilities::add_message(text::Name name, std::u16string_view detail) {
+  Message message{std::u16string(string_resource(name)), name};
   if (!detail.empty()) (message.text += u": ") += detail;
   errors_.push_back(std::move(message));
 }
@@ -106,7 +106,7 @@ std::unique_ptr<PendingFile> clsMIFUtilities::create_temporary_file() {
       return std::make_unique<PendingFile>(mif_file_, name);
     } catch (const failure& reason) {
       if (reason.is(FailureNumber::kFileAlreadyExists) && attempt < attempts) continue;
-      add_message(kNoTemporaryFile, described(name, reason));
+      add_message(text::kNoTemporaryFile, described(name, reason));
       return nullptr;
     }
   }

@@ -28,7 +28,8 @@ frmMIFOptions::frmMIFOptions()
       cmdCancel(*this, u"cmdCancel", dialog_units(153, 174, 50, 14)) {
   size(dialog_units(0, 0, 210, 195));
   set_captions();
-  for (const std::int32_t split : {6002, 6003, 6004}) cmbSplit.AddItem(string_resource(split));
+  for (const text::Name split : {text::kDontSplit, text::kSplitAtSemicolon, text::kSplitAtBoth})
+    cmbSplit.AddItem(string_resource(split));
 
   // The blanks go before the tabs do, deliberately: one that stands behind a tab stays.
   cmdAdd.on_click = [this] {
@@ -41,19 +42,19 @@ frmMIFOptions::frmMIFOptions()
 }
 
 void frmMIFOptions::set_captions() {
-  Caption(string_resource(6000));
-  fraSplit.Caption(string_resource(6001));
-  cmbSplit.Caption(string_resource(6001));
-  chkProcessObjects.Caption(string_resource(6005));
-  fraMarkers.Caption(string_resource(6006));
-  txtMarker.Caption(string_resource(6008));
-  cmdAdd.Caption(string_resource(5002));
-  lstMarkers.Caption(string_resource(6006));
-  cmdRemove.Caption(string_resource(5003));
-  cmdClear.Caption(string_resource(5004));
-  cmdDefault.Caption(string_resource(6007));
-  cmdOK.Caption(string_resource(5006));
-  cmdCancel.Caption(string_resource(5007));
+  Caption(string_resource(text::kMifOptions));
+  fraSplit.Caption(string_resource(text::kIndexSplitting));
+  cmbSplit.Caption(string_resource(text::kIndexSplitting));
+  chkProcessObjects.Caption(string_resource(text::kRemoveObjects));
+  fraMarkers.Caption(string_resource(text::kMarkerTypes));
+  txtMarker.Caption(string_resource(text::kNewMarkerType));
+  cmdAdd.Caption(string_resource(text::kAdd));
+  lstMarkers.Caption(string_resource(text::kMarkerTypes));
+  cmdRemove.Caption(string_resource(text::kRemove));
+  cmdClear.Caption(string_resource(text::kClear));
+  cmdDefault.Caption(string_resource(text::kDefaultMarkers));
+  cmdOK.Caption(string_resource(text::kOptionsOK));
+  cmdCancel.Caption(string_resource(text::kOptionsCancel));
 }
 
 std::u16string frmMIFOptions::Markers() const {

@@ -62,7 +62,7 @@ std::int16_t clsMIFUtilities::Extract() {
     }
     report_passed_statement(scanner, mif_file_);
   } catch (const failure& reason) {
-    add_message(kCannotReadMifFile, described(mif_file_, reason));
+    add_message(text::kCannotReadMifFile, described(mif_file_, reason));
     return 1;
   }
   extracted_ = true;
@@ -81,7 +81,7 @@ void clsMIFUtilities::use_coding(const MifCoding& coding) {
 void clsMIFUtilities::report_passed_statement(const StatementScanner& scanner, const std::u16string& path) {
   if (scanner.passed().count == 0) return;
   const std::string position = std::to_string(scanner.passed().first);
-  add_message(kStatementLeftOut, path + u", byte " + std::u16string(position.begin(), position.end()));
+  add_message(text::kStatementLeftOut, path + u", byte " + std::u16string(position.begin(), position.end()));
 }
 
 std::int64_t clsMIFUtilities::CollectMarker(std::string_view statement, const MifCoding& coding, MarkerTypes& types) {
@@ -131,18 +131,18 @@ std::int64_t clsMIFUtilities::CollectPgfNumFormat(std::string_view statement) {
 }
 
 int clsMIFUtilities::AddIndexEntry(std::string_view piece, std::string_view text) {
-  return add_entry(index_, index_full_told_, kIndexFull, piece, text);
+  return add_entry(index_, index_full_told_, text::kIndexFull, piece, text);
 }
 
 int clsMIFUtilities::AddXRefEntry(std::string_view name, std::string_view definition) {
-  return add_entry(xrefs_, xrefs_full_told_, kXrefsFull, name, definition);
+  return add_entry(xrefs_, xrefs_full_told_, text::kXrefsFull, name, definition);
 }
 
 int clsMIFUtilities::AddVariableEntry(std::string_view name, std::string_view definition) {
-  return add_entry(variables_, variables_full_told_, kVariablesFull, name, definition);
+  return add_entry(variables_, variables_full_told_, text::kVariablesFull, name, definition);
 }
 
-int clsMIFUtilities::add_entry(EntryTable& table, bool& full_told, std::int32_t full_message, std::string_view name,
+int clsMIFUtilities::add_entry(EntryTable& table, bool& full_told, text::Name full_message, std::string_view name,
                                std::string_view text) {
   // An entry that is the same in all codings is one entry.
   const bool is_of_coding = coding_ != 0 && (depends_on_coding(name) || depends_on_coding(text));

@@ -93,7 +93,7 @@ std::optional<std::int16_t> clsMIFUtilities::merge_file() {
     const bool replaced = replace_mif_file(*output, u"Failed to copy temporary file");
     return static_cast<std::int16_t>((replaced ? 0 : 1) + (misfits_.empty() ? 0 : 1));
   } catch (const failure& reason) {
-    add_message(opened ? kCannotProcess : kCannotReadMifFile, described(mif_file_, reason));
+    add_message(opened ? text::kCannotProcess : text::kCannotReadMifFile, described(mif_file_, reason));
     if (!opened) return std::nullopt;
     return 1;
   }
@@ -193,7 +193,7 @@ std::string_view clsMIFUtilities::translated(const SideFile& side, std::string_v
   if (values.misfit().empty()) return text;
   const std::u16string place = mif_file_ + u", " + side.entry + u" \"" + values.document().decode(name) + u"\": \"" +
                                to_utf16(values.misfit()) + u"\"";
-  if (misfits_.insert(place).second) add_message(kTranslationDoesNotFit, place);
+  if (misfits_.insert(place).second) add_message(text::kTranslationDoesNotFit, place);
   return untranslated;
 }
 

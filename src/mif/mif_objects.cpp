@@ -46,8 +46,8 @@ bool holds_objects_or_placeholders(std::u16string_view path, ProgressEvent& prog
 // What came of dividing a file into text and objects.
 struct Division {
   std::int32_t objects = 0;
-  std::int32_t refusal = 0;  // number of the message that says why the file must stay as it is
-  std::int64_t line = 0;     // where that was found
+  text::Name refusal{};   // the message that says why the file must stay as it is
+  std::int64_t line = 0;  // where that was found
 };
 
 Division divide(std::u16string_view path, ProgressEvent& progress, PendingFile& mif, PendingFile& objects) {
@@ -66,7 +66,7 @@ Division divide(std::u16string_view path, ProgressEvent& progress, PendingFile& 
     // Placeholders of an earlier removal: a second set of the same numbers could not be told apart from them. And an
     // object's own line that begins as they do would end it on its way back.
     if (find_placeholder(piece.text) || (in_object && piece.begins && piece.text.starts_with(kPlaceholderStart)))
-      return {result.objects, kHoldsPlaceholders, line};
+      return {result.objects, text::kHoldsPlaceholders, line};
     if (!in_object && begins_object(piece)) {
       const std::string placeholder = placeholder_of(++result.objects);
       objects.write(placeholder);
@@ -87,7 +87,7 @@ Division divide(std::u16string_view path, ProgressEvent& progress, PendingFile& 
     in_object = closing = false;
     if (!piece.terminator.empty()) mif.write(kLineEnd);
   }
-  if (in_object) result.refusal = kEndsInObject;
+  if (in_object) result.refusal = text::kEndsInObject;
   return result;
 }
 
@@ -183,23 +183,23 @@ std::int16_t clsMIFUtilities::RemoveObjects() {
   if (!mif_file_exists()) return 1;
   default_object_file_name();
   FileSystem& files = *ports().files;
-  std::int32_t step = kCannotReadMifFile;  // the message of what is being done
+  text::Name step = text::kCannotReadMifFile;  // the message of what is being done
   try {
     if (is_same_file(object_file_, mif_file_)) {
-      add_message(kCannotWriteObjects, object_file_);
+      add_message(text::kCannotWriteObjects, object_file_);
       return 1;
     }
     progress_.restart();
     const bool has_objects = holds_objects_or_placeholders(mif_file_, progress_);
-    step = kCannotWriteObjects;
+    step = text::kCannotWriteObjects;
     PendingFile objects(object_file_);
     std::unique_ptr<PendingFile> output;
     if (has_objects) {
-      step = kCannotProcess;
+      step = text::kCannotProcess;
       output = create_temporary_file();
       if (!output) return 1;
       const Division division = divide(mif_file_, progress_, *output, objects);
-      if (division.refusal != 0) {
+      if (division.refusal != text::Name{}) {
         add_message(division.refusal, mif_file_);
         errors_.back().line = division.line;
         return 1;
@@ -208,13 +208,13 @@ std::int16_t clsMIFUtilities::RemoveObjects() {
     }
     objects.write(kObjectsEnd);
     objects.write(kLineEnd);
-    if (files.info(object_file_)) step = kCannotReplaceObjects;
+    if (files.info(object_file_)) step = text::kCannotReplaceObjects;
     if (!overwrites_object_file_) refuse_to_lose_objects(objects);
     objects.commit();
-    step = kCannotProcess;
+    step = text::kCannotProcess;
     return !output || replace_mif_file(*output, u"Failed to move temporary file") ? 0 : 1;
   } catch (const failure& reason) {
-    const bool is_object_file = step == kCannotWriteObjects || step == kCannotReplaceObjects;
+    const bool is_object_file = step == text::kCannotWriteObjects || step == text::kCannotReplaceObjects;
     add_message(step, described(is_object_file ? object_file_ : mif_file_, reason));
     return 1;
   }
@@ -223,14 +223,14 @@ std::int16_t clsMIFUtilities::RemoveObjects() {
 std::int16_t clsMIFUtilities::InsertObjects() {
   if (!mif_file_exists()) return 1;
   default_object_file_name();
-  std::int32_t step = kCannotReadMifFile;
+  text::Name step = text::kCannotReadMifFile;
   try {
     progress_.restart();
     const bool has_placeholders = holds_object_placeholder(mif_file_, &progress_);
-    step = kCannotReadObjects;
+    step = text::kCannotReadObjects;
     MifObjectFile objects(object_file_);
     if (!has_placeholders) return 0;
-    step = kCannotProcess;
+    step = text::kCannotProcess;
     const auto output = create_temporary_file();
     if (!output) return 1;
     using Missing = ObjectInserter::Missing;
@@ -243,12 +243,12 @@ std::int16_t clsMIFUtilities::InsertObjects() {
     counts_.objects_missing += inserter.missing();
     const bool lacks_objects = keeps_placeholders_ && inserter.missing() != 0;
     if (lacks_objects) {
-      add_message(kObjectsMissing, mif_file_ + u", " + to_utf16(inserter.first_missing()));
+      add_message(text::kObjectsMissing, mif_file_ + u", " + to_utf16(inserter.first_missing()));
       errors_.back().line = inserter.first_missing_line();
     }
     return replace_mif_file(*output, u"Failed to move temporary file") && !lacks_objects ? 0 : 1;
   } catch (const failure& reason) {
-    add_message(step, described(step == kCannotReadObjects ? object_file_ : mif_file_, reason));
+    add_message(step, described(step == text::kCannotReadObjects ? object_file_ : mif_file_, reason));
     return 1;
   }
 }

@@ -15,36 +15,24 @@
 
 namespace kavo {
 
-const clsMIFUtilities::SideFile clsMIFUtilities::SideFile::kIndex = {&clsMIFUtilities::index_file_,
-                                                                     &clsMIFUtilities::index_,
-                                                                     &clsMIFUtilities::AddIndexEntry,
-                                                                     true,
-                                                                     kCannotWriteIndex,
-                                                                     kNoIndexName,
-                                                                     kCannotReadIndex,
-                                                                     &clsMIFUtilities::index_coding_,
-                                                                     &clsMIFUtilities::index_values_,
-                                                                     u"index entry"};
-const clsMIFUtilities::SideFile clsMIFUtilities::SideFile::kXrefs = {&clsMIFUtilities::xref_file_,
-                                                                     &clsMIFUtilities::xrefs_,
-                                                                     &clsMIFUtilities::AddXRefEntry,
-                                                                     false,
-                                                                     kCannotWriteXrefs,
-                                                                     kNoXrefName,
-                                                                     kCannotReadXrefs,
-                                                                     &clsMIFUtilities::xrefs_coding_,
-                                                                     &clsMIFUtilities::xrefs_values_,
-                                                                     u"cross-reference format"};
-const clsMIFUtilities::SideFile clsMIFUtilities::SideFile::kVariables = {&clsMIFUtilities::variable_file_,
-                                                                         &clsMIFUtilities::variables_,
-                                                                         &clsMIFUtilities::AddVariableEntry,
-                                                                         false,
-                                                                         kCannotWriteVariables,
-                                                                         kNoVariableName,
-                                                                         kCannotReadVariables,
-                                                                         &clsMIFUtilities::variables_coding_,
-                                                                         &clsMIFUtilities::variables_values_,
-                                                                         u"variable or number format"};
+const clsMIFUtilities::SideFile clsMIFUtilities::SideFile::kIndex = {
+    &clsMIFUtilities::index_file_,   &clsMIFUtilities::index_,
+    &clsMIFUtilities::AddIndexEntry, true,
+    text::kCannotWriteIndex,         text::kNoIndexName,
+    text::kCannotReadIndex,          &clsMIFUtilities::index_coding_,
+    &clsMIFUtilities::index_values_, u"index entry"};
+const clsMIFUtilities::SideFile clsMIFUtilities::SideFile::kXrefs = {
+    &clsMIFUtilities::xref_file_,    &clsMIFUtilities::xrefs_,
+    &clsMIFUtilities::AddXRefEntry,  false,
+    text::kCannotWriteXrefs,         text::kNoXrefName,
+    text::kCannotReadXrefs,          &clsMIFUtilities::xrefs_coding_,
+    &clsMIFUtilities::xrefs_values_, u"cross-reference format"};
+const clsMIFUtilities::SideFile clsMIFUtilities::SideFile::kVariables = {
+    &clsMIFUtilities::variable_file_,    &clsMIFUtilities::variables_,
+    &clsMIFUtilities::AddVariableEntry,  false,
+    text::kCannotWriteVariables,         text::kNoVariableName,
+    text::kCannotReadVariables,          &clsMIFUtilities::variables_coding_,
+    &clsMIFUtilities::variables_values_, u"variable or number format"};
 
 std::int16_t clsMIFUtilities::EndBatch() {
   if (!has_data_) return 0;
@@ -98,7 +86,7 @@ bool clsMIFUtilities::write_side_file(const SideFile& side, const SideFileHead& 
   }
   try {
     if (is_source(path)) {
-      add_message(kSideFileIsSource, path);
+      add_message(text::kSideFileIsSource, path);
       return false;
     }
     PendingFile file(path);
@@ -206,7 +194,7 @@ std::int16_t clsMIFUtilities::load_side_file(const SideFile& side) {
       const auto first = (this->*side.table).find(tag->of(statement));
       if (!doubles_told && first && *first != text->of(statement)) {
         doubles_told = true;
-        add_message(kTwoOfOneTag, path + u", \"" + scanner.coding().decode(tag->of(statement)) + u"\"");
+        add_message(text::kTwoOfOneTag, path + u", \"" + scanner.coding().decode(tag->of(statement)) + u"\"");
       }
       (this->*side.add)(tag->of(statement), text->of(statement));
     }

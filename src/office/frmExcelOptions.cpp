@@ -10,8 +10,6 @@ namespace {
 
 constexpr std::size_t kLongestTolerance = 5;
 
-std::u16string_view text_of(std::int32_t number) { return string_resource(number, StringSection::kExcelOptions); }
-
 }  // namespace
 
 frmExcelOptions::frmExcelOptions()
@@ -30,7 +28,8 @@ frmExcelOptions::frmExcelOptions()
   set_captions();
   chkUngroupObjects.on_click = [this] {
     if (!loading_ && chkUngroupObjects.Value())
-      ports().desktop->message_box(text_of(5009), u"", MessageIcon::kInformation);
+      ports().desktop->message_box(string_resource(excel_options_text::kUngroupWarning), u"",
+                                   MessageIcon::kInformation);
   };
   txtBlankCellTolerance.on_change = [this] {
     if (!loading_) keep_digits();
@@ -40,16 +39,16 @@ frmExcelOptions::frmExcelOptions()
 }
 
 void frmExcelOptions::set_captions() {
-  Caption(text_of(5000));
-  fraOrder.Caption(text_of(5001));
-  optOrder[0].Caption(text_of(5002));
-  optOrder[1].Caption(text_of(5003));
-  chkExportHidden.Caption(text_of(5006));
-  chkExportFormulas.Caption(text_of(5007));
-  chkUngroupObjects.Caption(text_of(5008));
-  lblBlankCellTolerance.Caption(text_of(5010));
-  cmdOK.Caption(text_of(5004));
-  cmdCancel.Caption(text_of(5005));
+  Caption(string_resource(excel_options_text::kTitle));
+  fraOrder.Caption(string_resource(excel_options_text::kOrder));
+  optOrder[0].Caption(string_resource(excel_options_text::kByRows));
+  optOrder[1].Caption(string_resource(excel_options_text::kByColumns));
+  chkExportHidden.Caption(string_resource(excel_options_text::kHidden));
+  chkExportFormulas.Caption(string_resource(excel_options_text::kFormulas));
+  chkUngroupObjects.Caption(string_resource(excel_options_text::kUngroup));
+  lblBlankCellTolerance.Caption(string_resource(excel_options_text::kBlankCells));
+  cmdOK.Caption(string_resource(excel_options_text::kOK));
+  cmdCancel.Caption(string_resource(excel_options_text::kCancel));
 }
 
 void frmExcelOptions::load() {

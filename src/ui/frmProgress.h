@@ -5,11 +5,9 @@
 #include <string_view>
 
 #include "forms/form.h"
+#include "resources/string_table.h"
 
 namespace kavo {
-
-// What is done to a file: numbers of the string table.
-enum ProgressText : std::int32_t { kPreparing = 4031, kConverting = 4032 };
 
 class frmProgress final : public Form {
  public:
@@ -17,7 +15,7 @@ class frmProgress final : public Form {
   // Hides it. A wish to stop that came too late to be noticed is taken back, so that it ends nothing else.
   ~frmProgress() override;
   // Percent of the whole run.
-  void report(ProgressText step, std::u16string_view file, int percent);
+  void report(text::Name step, std::u16string_view file, int percent);
   // The user asked to stop, by the button or the title bar: the next time the program processes messages it is
   // interrupted (failure 18).
   bool Cancelled() const { return cancelled_; }

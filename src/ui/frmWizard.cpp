@@ -31,10 +31,6 @@ constexpr RememberedLanguage kLanguages[] = {{u"DefSourceLanguage", u"EN-US", u"
                                              {u"DefTransLanguage", u"FR", u"DefTransEncoding"}};
 constexpr std::int32_t kDefaultCodePage = 1252;
 
-constexpr std::int32_t kFileFilter = 111;
-constexpr std::int32_t kNoMemory = 508;
-constexpr std::int32_t kUnrecognised = 4015;
-
 cRegistry language_value(std::u16string_view name, RegistryType type) {
   cRegistry value;
   value.SectionKey(kLanguagesKey);
@@ -124,7 +120,7 @@ frmWizard::frmWizard(WizardServices services)
   for (TextBox& box : txtLang) box.Locked(true);
   cmdKAVO.Visible(false);
   load_languages();
-  txtTM.Text(string_resource(kNoMemory));
+  txtTM.Text(string_resource(text::kNoMemory));
   set_captions();
   lay_out();
   set_handlers();
@@ -132,18 +128,19 @@ frmWizard::frmWizard(WizardServices services)
 }
 
 void frmWizard::set_captions() {
-  Caption(string_resource(4000));
-  for (std::int32_t i = 0; i < 4; ++i) lblLabel[i].Caption(string_resource(4001 + i));
-  cmdClear.Caption(string_resource(4005));
-  cmdNew.Caption(string_resource(4006));
-  cmdOpen.Caption(string_resource(4007));
-  cmdOptions.Caption(string_resource(4008));
-  cmdOK.Caption(string_resource(4009));
-  cmdCancel.Caption(string_resource(4010));
-  cmdBrowse.Caption(string_resource(4011));
-  cmdChangeLang[0].Caption(string_resource(4012));
-  cmdChangeLang[1].Caption(string_resource(4013));
-  cmdKAVO.Caption(string_resource(4014));
+  Caption(string_resource(text::kWizard));
+  constexpr text::Name kLabels[] = {text::kWizardFile, text::kWizardSource, text::kWizardTarget, text::kWizardMemory};
+  for (std::size_t i = 0; i < std::size(kLabels); ++i) lblLabel[i].Caption(string_resource(kLabels[i]));
+  cmdClear.Caption(string_resource(text::kClearMemory));
+  cmdNew.Caption(string_resource(text::kNewMemory));
+  cmdOpen.Caption(string_resource(text::kOpenMemory));
+  cmdOptions.Caption(string_resource(text::kWizardOptions));
+  cmdOK.Caption(string_resource(text::kWizardOK));
+  cmdCancel.Caption(string_resource(text::kWizardCancel));
+  cmdBrowse.Caption(string_resource(text::kBrowse));
+  cmdChangeLang[0].Caption(string_resource(text::kChangeSource));
+  cmdChangeLang[1].Caption(string_resource(text::kChangeTarget));
+  cmdKAVO.Caption(string_resource(text::kStartEditor));
 }
 
 void frmWizard::set_handlers() {
@@ -206,7 +203,7 @@ void frmWizard::save() const {
 
 void frmWizard::browse() {
   FileQuestion question;
-  question.filter = string_resource(kFileFilter);
+  question.filter = string_resource(text::kFileFilter);
   question.folder = get_setting(kApplication, kSection, kInitDir, u"");
   if (const auto path = ports().desktop->ask_file(question)) txtSourceFile.Text(*path);
 }
@@ -216,7 +213,7 @@ void frmWizard::source_changed() {
   cmdOK.Enabled(!path.empty());
   if (!path.empty()) remember([&] { save_setting(kApplication, kSection, kInitDir, folder_of(path)); });
   source_type_ = services_.file_type_of(path);
-  lblFileType.Caption(!path.empty() && source_type_ == kUnknownFile ? string_resource(kUnrecognised) : u"");
+  lblFileType.Caption(!path.empty() && source_type_ == kUnknownFile ? string_resource(text::kUnrecognisedType) : u"");
   const bool has_dialog = source_type_ == kHtmlPage || source_type_ == kServerPage || source_type_ == kMifDocument ||
                           source_type_ == kWorkbook;
   cmdOptions.Enabled(has_dialog || services_.has_filter_settings(source_type_));
@@ -258,12 +255,12 @@ void frmWizard::SetLastTM(std::u16string_view description) {
 void frmWizard::tm_changed() {
   tm_type_.clear();
   if (txtTM.Text().empty()) {
-    txtTM.Text(string_resource(kNoMemory));
+    txtTM.Text(string_resource(text::kNoMemory));
     // So that the next character typed replaces it.
     clsCommon().HighLight(txtTM);
     return;
   }
-  tm_path_ = txtTM.Text() == string_resource(kNoMemory) ? u"" : txtTM.Text();
+  tm_path_ = txtTM.Text() == string_resource(text::kNoMemory) ? u"" : txtTM.Text();
 }
 
 void frmWizard::ask_for_tm(std::u16string_view operation) {

@@ -77,11 +77,11 @@ morLanguage::morLanguage(Form& form, std::u16string_view name, std::int32_t left
   cmbVariant.on_click = [this] { variant_chosen(); };
   cmbEncoding.on_click = [this] { encoding_chosen(); };
   fill();
-  lblLanguage.Caption(string_resource(2000));
-  cmbLanguage.Caption(string_resource(2000));
-  cmbVariant.Caption(string_resource(2002));
-  lblCharSet.Caption(string_resource(2001));
-  cmbEncoding.Caption(string_resource(2001));
+  lblLanguage.Caption(string_resource(text::kLanguage));
+  cmbLanguage.Caption(string_resource(text::kLanguage));
+  cmbVariant.Caption(string_resource(text::kLanguageVariant));
+  lblCharSet.Caption(string_resource(text::kCharacterSet));
+  cmbEncoding.Caption(string_resource(text::kCharacterSet));
   LanguageCode(design.LanguageCode);
   Enabled(design.Enabled);
   lay_out();

@@ -8,7 +8,7 @@
 namespace kavo {
 namespace {
 
-constexpr std::int32_t kFileNotOpened = 3001;
+constexpr text::Name kFileNotOpened = text::kLess;  // of clsASP2HTML, which says why
 
 }  // namespace
 

@@ -168,7 +168,7 @@ TEST_F(HtmlValidateService, MessagesHoldElementLineAndColumn) {
 
 TEST_F(HtmlValidateService, EveryMessageHasAText) {
   for (std::int32_t number = 3006; number <= 3019; ++number)
-    EXPECT_FALSE(string_resource(number, StringSection::kHTMLValidate).empty()) << number;
+    EXPECT_FALSE(string_resource(static_cast<html_validate_text::Name>(number)).empty()) << number;
 }
 
 TEST_F(HtmlValidateService, ManyMessagesAreCountedNotListed) {

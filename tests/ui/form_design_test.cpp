@@ -84,11 +84,11 @@ TEST_F(FormDesignTest, OfEveryForm) {
 TEST_F(FormDesignTest, TheProgressCancelsOnceAndTakesALateWishBack) {
   {
     frmProgress form;
-    form.report(kPreparing, u"C:\\R&D\\page.htm", 45);
+    form.report(text::kPreparing, u"C:\\R&D\\page.htm", 45);
     EXPECT_EQ(form.lblFile.Caption(), u"C:\\R&&D\\page.htm");
     EXPECT_EQ(form.lblStep.Caption(), u"Preparing: 45 %");
     EXPECT_EQ(form.prgDone.Value(), 45);
-    form.report(kConverting, u"C:\\page_htm.htm", 50);
+    form.report(text::kConverting, u"C:\\page_htm.htm", 50);
     EXPECT_EQ(form.lblStep.Caption(), u"Converting: 50 %");
     form.cmdCancel.Click();
     form.close_box();

@@ -17,12 +17,14 @@ namespace kavo::test {
 struct FakeMemories {
   std::u16string created, opened;
   bool fails = false;
+  bool is_interrupted = false;  // while it asks for a file
   std::vector<std::string> calls;
 
   ObjectRef component() {
     const auto answer = [this](std::string name, std::u16string& path) {
       calls.push_back(std::move(name));
       maybe_raise(fails);
+      if (is_interrupted) throw interruption();
       return path;
     };
     return std::make_shared<FakeObject>(std::vector<Member>{

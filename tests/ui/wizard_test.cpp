@@ -146,6 +146,13 @@ TEST_F(WizardTest, AMemoryThatFailsIsTold) {
   EXPECT_EQ(desktop.message_boxes[0].text, u"The table cannot be read");
 }
 
+TEST_F(WizardTest, AnInterruptionAtTheMemorysQuestionIsNoFailure) {
+  memories.is_interrupted = true;
+  frmWizard form(services);
+  EXPECT_THROW(form.cmdOpen.Click(), interruption);
+  EXPECT_TRUE(desktop.message_boxes.empty());
+}
+
 TEST_F(WizardTest, ATypedMemoryIsTakenAndAnEmptyBoxShowsNone) {
   frmWizard form(services);
   form.txtTM.Text(u"D:\\typed.tmx");

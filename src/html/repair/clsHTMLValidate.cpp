@@ -25,9 +25,7 @@ constexpr std::u16string_view kUtf16Refused =
 constexpr std::string_view kGlueMark = "<!--htmlglue";
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 
-std::u16string text_of(std::int32_t number) {
-  return std::u16string(string_resource(number, StringSection::kHTMLValidate));
-}
+std::u16string text_of(html_validate_text::Name name) { return std::u16string(string_resource(name)); }
 
 // A name that another process takes first is drawn again.
 void open_temporary(std::optional<PendingFile>& file, const std::u16string& final_path) {
@@ -66,7 +64,9 @@ class BackupCopy {
 }  // namespace
 
 bool tells_repair(const Message& message) {
-  constexpr std::int32_t kRepairs[] = {3009, 3010, 3011, 3012, 3013, 3015, 3016};
+  using namespace html_validate_text;
+  constexpr std::int32_t kRepairs[] = {kLessSignWritten,   kClosedBefore,    kGreaterSignWritten, kClosedAndReopened,
+                                       kClosedWhereItEnds, kParagraphClosed, kClosedAtEnd};
   return std::ranges::find(kRepairs, message.number) != std::end(kRepairs);
 }
 
@@ -86,14 +86,15 @@ std::int32_t clsHTMLValidate::HTMLValidate() {
   messages_.clear();
   repairs_ = 0;
   progress_.restart();
-  messages_.push_back({text_of(3006) + file_name_, 3006});
+  messages_.push_back({text_of(html_validate_text::kHeading) + file_name_, html_validate_text::kHeading});
 
   BackupCopy backup;
   if (backup_ && !check_only_) {
     try {
       backup.make(file_name_, backup_name_.empty() ? file_name_ + u".bak" : backup_name_);
     } catch (const failure& reason) {
-      return failed(((text_of(3007) += file_name_) += kLineEnd) += reason.description(), 3007);
+      return failed(((text_of(html_validate_text::kNoBackup) += file_name_) += kLineEnd) += reason.description(),
+                    html_validate_text::kNoBackup);
     }
   }
 
@@ -103,7 +104,8 @@ std::int32_t clsHTMLValidate::HTMLValidate() {
     reader.emplace(file_name_);
     if (!check_only_) open_temporary(output, file_name_);
   } catch (const failure& reason) {
-    return failed(((text_of(3001) += file_name_) += kLineEnd) += reason.description(), 3001);
+    return failed(((text_of(html_validate_text::kFileNotOpened) += file_name_) += kLineEnd) += reason.description(),
+                  html_validate_text::kFileNotOpened);
   }
 
   while (reader->window().size() < kUtf8Mark.size() + kGlueMark.size() && reader->more()) {
@@ -113,7 +115,8 @@ std::int32_t clsHTMLValidate::HTMLValidate() {
   if (start.starts_with(kUtf8Mark)) start.remove_prefix(kUtf8Mark.size());
   if (begins_with_ignoring_case(start.data(), start.data() + start.size(), kGlueMark)) {
     const std::u16string values[] = {u"<!--HTMLGlue", u"1", u"1"};
-    messages_.push_back({clsCommon().FormatString(text_of(3008), values), 3008, 1, 1});
+    messages_.push_back({clsCommon().FormatString(text_of(html_validate_text::kGluePage), values),
+                         html_validate_text::kGluePage, 1, 1});
     backup.keep();
     return 0;
   }

@@ -91,7 +91,7 @@ void HtmlRepair::run() {
     scanner_.next(tree_.cdata_allowed());
     edit_at_ = token_.begin;
     if (tree_.steps() > kFreeSteps + kStepsPerByte * token_.begin || tree_.stack().size() > kDeepest) {
-      report(3019, place_of(token_.begin), "everything that follows");
+      report(html_validate_text::kNotRepaired, place_of(token_.begin), "everything that follows");
       copy_rest();
       break;
     }
@@ -183,7 +183,8 @@ void HtmlRepair::blanks(std::uint64_t begin, std::uint64_t end) {
     if (tree_.text_stays_here() && rest_of_page(begin, tree_.after_body()) != Rest::kMore)
       tree_.forget_closed_early(0);
     else if (tree_.after_body() && scanner_.look_ahead(end, 4) == "<!--")
-      report(3019, place_of(begin), "a comment behind the end of the body");  // opening a tag here goes back into it
+      report(html_validate_text::kNotRepaired, place_of(begin),
+             "a comment behind the end of the body");  // opening a tag here goes back into it
     tree_.blank();
   } else {
     tree_.blank();
@@ -242,7 +243,8 @@ void HtmlRepair::stray(std::uint64_t position, bool less) {
     server_.enter(position, false);
     return;
   }
-  report(less ? 3009 : 3011, place_of(position), less ? "<" : ">");
+  report(less ? html_validate_text::kLessSignWritten : html_validate_text::kGreaterSignWritten, place_of(position),
+         less ? "<" : ">");
   replace(position, position + 1, less ? "&lt;" : "&gt;");
 }
 
@@ -284,9 +286,9 @@ void HtmlRepair::end_tag(const Token& token) {
   if (!edit_allowed_ || tree_.last_tag_closed_own()) return;
   const int listed = table_.find(token.name);
   if (listed >= 0)
-    report(3014, place_of(token.begin), table_.name(listed));
+    report(html_validate_text::kEndTagLeft, place_of(token.begin), table_.name(listed));
   else if (token.tag == Tag::kP)
-    report(3014, place_of(token.begin), "P");
+    report(html_validate_text::kEndTagLeft, place_of(token.begin), "P");
 }
 
 // What must be closed where the parser closes it.
@@ -411,7 +413,7 @@ void HtmlRepair::closing(const Closing& what) {
   if (edit_allowed_) {
     for (std::size_t i = stack.size(); i-- > what.first + (what.own_end_tag ? 1 : 0);)
       if (i < lowest && must_close(stack[i]))
-        report(3018, stack[i].place, name_of_element(stack[i]), current_tag_name());
+        report(html_validate_text::kOpenElementLeft, stack[i].place, name_of_element(stack[i]), current_tag_name());
   }
   if (lowest == stack.size()) return;
   const std::vector<bool> left =
@@ -424,9 +426,10 @@ void HtmlRepair::closing(const Closing& what) {
     const OpenElement element = stack.back();
     const std::string name = name_of_element(element);
     if (element.tag == Tag::kP)
-      report(3015, element.place, name, current_tag_name());
+      report(html_validate_text::kParagraphClosed, element.place, name, current_tag_name());
     else
-      report(what.own_end_tag ? 3010 : 3013, element.place, name, current_tag_name());
+      report(what.own_end_tag ? html_validate_text::kClosedBefore : html_validate_text::kClosedWhereItEnds,
+             element.place, name, current_tag_name());
     insert("</" + name + ">");
     tree_.close_current(!what.forgets);
   }
@@ -441,7 +444,7 @@ void HtmlRepair::reopening(std::size_t first) {
   if (possible && tree_.forgot_by_token()) insert("</" + upper(name_of(token_.tag)) + ">");
   for (std::size_t i = first; i < list.size(); ++i) {
     const std::string name = upper(name_of(list[i].tag));
-    report(possible ? 3012 : 3019, list[i].place, name);
+    report(possible ? html_validate_text::kClosedAndReopened : html_validate_text::kNotRepaired, list[i].place, name);
     if (possible) insert(tree_.opening_text(list[i]));
   }
   if (!possible) tree_.forget_closed_early(first);
@@ -449,7 +452,7 @@ void HtmlRepair::reopening(std::size_t first) {
 
 void HtmlRepair::crossing(const OpenElement& element, const OpenElement& block) {
   if (edit_allowed_ && must_close(element))
-    report(3017, element.place, name_of_element(element), name_of_element(block));
+    report(html_validate_text::kOverlapLeft, element.place, name_of_element(element), name_of_element(block));
 }
 
 // The end of the page.
@@ -496,7 +499,8 @@ void HtmlRepair::close_all(Rest rest) {
   if (!at_end && !complete) return;
   if (at_end) {
     for (std::size_t i = lowest; i-- > bottom;)
-      if (wanted(stack[i])) report(3018, stack[i].place, name_of_element(stack[i]), "the end of the page");
+      if (wanted(stack[i]))
+        report(html_validate_text::kOpenElementLeft, stack[i].place, name_of_element(stack[i]), "the end of the page");
   }
   const std::vector<bool> left = without_end_tag(lowest, rest != Rest::kBlankEnd, wanted);
   while (stack.size() > lowest) {
@@ -507,7 +511,7 @@ void HtmlRepair::close_all(Rest rest) {
     }
     if (element.has_tag) {
       const std::string name = name_of_element(element);
-      report(3016, element.place, name);
+      report(html_validate_text::kClosedAtEnd, element.place, name);
       insert("</" + name + ">");
     }
     tree_.close_current(false);
@@ -615,18 +619,18 @@ std::string HtmlRepair::current_tag_name() const {
   return (end ? "</" : "<") + name + ">";
 }
 
-void HtmlRepair::report(std::int32_t number, const PagePlace& place, std::string_view name, std::string_view other) {
+void HtmlRepair::report(html_validate_text::Name name, const PagePlace& place, std::string_view element,
+                        std::string_view other) {
   if (messages_.size() >= kMostMessages) {
     ++untold_;
     return;
   }
   const LinePlace told = origin_ ? origin_(place.position) : LinePlace{place.line, place.column};
-  std::u16string shown = to_utf16(name);
+  std::u16string shown = to_utf16(element);
   std::replace(shown.begin(), shown.end(), u'%', u'?');  // no placeholder of its own
   const std::u16string values[] = {shown, to_utf16(std::to_string(told.line)), to_utf16(std::to_string(told.column)),
                                    to_utf16(other)};
-  messages_.push_back({clsCommon().FormatString(string_resource(number, StringSection::kHTMLValidate), values), number,
-                       told.line, told.column});
+  messages_.push_back({clsCommon().FormatString(string_resource(name), values), name, told.line, told.column});
 }
 
 }  // namespace kavo

@@ -28,6 +28,7 @@
 #include "formats/html/tree.h"
 #include "formats/text/line_counter.h"
 #include "html/repair/tag_table.h"
+#include "resources/string_table.h"
 
 namespace kavo {
 
@@ -92,7 +93,8 @@ class HtmlRepair final : private TreeObserver, private ScannerListener {
 
   std::string name_of_element(const OpenElement& element) const;
   std::string current_tag_name() const;
-  void report(std::int32_t number, const PagePlace& place, std::string_view name, std::string_view other = {});
+  void report(html_validate_text::Name name, const PagePlace& place, std::string_view element,
+              std::string_view other = {});
 
   BlockReader& reader_;
   const TagTable& table_;

@@ -19,9 +19,9 @@
 namespace kavo {
 namespace {
 
-// Numbers of the string table whose texts name buttons; hosts that know the message by them keep seeing the same.
-constexpr std::int32_t kNoFileName = 3000;
-constexpr std::int32_t kFileFailed = 3001;
+// Deliberately the rows of two buttons: hosts that know these messages by number and text keep seeing the same.
+constexpr text::Name kNoFileName = text::kMore;
+constexpr text::Name kFileFailed = text::kLess;
 
 [[noreturn]] void refuse_utf16(std::u16string_view path) {
   throw FileTrouble{std::u16string(path),

@@ -383,7 +383,7 @@ TEST_P(LegibilityTest, ExcelOptions) {
 
 TEST_P(LegibilityTest, Progress) {
   frmProgress form;
-  form.report(kPreparing, u"C:\\Manuals\\Operating instructions\\Chapter 12\\guide.mif", 42);
+  form.report(text::kPreparing, u"C:\\Manuals\\Operating instructions\\Chapter 12\\guide.mif", 42);
   check(form, L"progress", japanese_progress());
 }
 
