@@ -11,6 +11,7 @@
 #include <variant>
 #include <vector>
 
+#include "platform/automation.h"
 #include "platform/registry.h"
 
 namespace kavo {
@@ -18,7 +19,7 @@ namespace kavo {
 class cRegistry {
  public:
   // A registry value: text, 32-bit number, bytes, list of texts, or nothing.
-  using Variant = std::variant<std::monostate, std::u16string, std::int32_t, std::string, std::vector<std::u16string>>;
+  using Variant = std::variant<Empty, std::u16string, std::int32_t, std::string, std::vector<std::u16string>>;
   struct Verb {
     std::u16string name, text, command;
   };

@@ -21,7 +21,14 @@ namespace kavo {
 class AutomationObject;
 using ObjectRef = std::shared_ptr<AutomationObject>;
 
+// libstdc++ 12 takes a std::variant for one that always holds something when each of its alternatives can be moved
+// without failing. When memory then fails while the copy of such a variant is made, it destroys the alternative that is
+// not there yet. An alternative whose copy is not trivial keeps it from this assumption; every variant that holds texts
+// has this one.
 struct Empty {
+  Empty() = default;
+  Empty(const Empty&) noexcept {}
+  Empty& operator=(const Empty&) noexcept { return *this; }
   bool operator==(const Empty&) const = default;
 };
 // An optional argument that the caller left out (DISP_E_PARAMNOTFOUND).
