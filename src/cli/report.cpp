@@ -60,7 +60,7 @@ void Report::add(const std::string& file, const Outcome& outcome, double seconds
 
 void Report::print_json(const std::string& file, const Outcome& outcome, double seconds) const {
   using nlohmann::ordered_json;
-  ordered_json line;
+  ordered_json line = ordered_json::object();
   line["verb"] = verb_;
   line["file"] = file;
   line["result"] = outcome.result;

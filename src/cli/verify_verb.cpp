@@ -156,7 +156,7 @@ nlohmann::ordered_json listed(const FileDifference& difference) {
 
 nlohmann::ordered_json details_of(const RoadResult& result, const std::string& file) {
   using nlohmann::ordered_json;
-  ordered_json details;
+  ordered_json details = ordered_json::object();
   details["texts"] = result.texts;
   details["documents"] = result.documents;
   const PageMessages messages = messages_of(result);

@@ -104,9 +104,13 @@ RegistryData data_from_json(const Json& json) {
 }
 
 Json to_json(const RegistryKey& key) {
-  Json json = Json::object();
-  for (const auto& [name, below] : key.keys) json["keys"][to_utf8(name)] = to_json(*below);
-  for (const auto& [name, data] : key.values) json["values"][to_utf8(name)] = to_json(data);
+  // Objects from the start: a null value that becomes one, as operator[] lets it, is left half made when memory fails
+  // just then, and cannot be destroyed.
+  Json keys = Json::object(), values = Json::object(), json = Json::object();
+  for (const auto& [name, below] : key.keys) keys.emplace(to_utf8(name), to_json(*below));
+  for (const auto& [name, data] : key.values) values.emplace(to_utf8(name), to_json(data));
+  if (!keys.empty()) json.emplace("keys", std::move(keys));
+  if (!values.empty()) json.emplace("values", std::move(values));
   return json;
 }
 
