@@ -3,7 +3,6 @@
 #include "common/clsCommon.h"
 #include "common/document_names.h"
 #include "office/existing_file.h"
-#include "platform/program_folder.h"
 
 namespace kavo {
 namespace {
@@ -11,12 +10,13 @@ namespace {
 constexpr OfficeProgram kPresentations = {.identifier = u"PowerPoint.Application",
                                           .collection = u"Presentations",
                                           .window_class = u"PP97FrameClass",
+                                          .template_name = u"kavo.ppt",
                                           .open_takes_update_links = false,
                                           .quit_asks = false};
 
 }  // namespace
 
-clsPPTUtil::clsPPTUtil() : session_(kPresentations, program_folder() + u"\\kavo.ppt") {}
+clsPPTUtil::clsPPTUtil() : session_(kPresentations) {}
 
 void clsPPTUtil::PPTFile(std::u16string_view value) {
   xml_file_ = xml_name_of(value);

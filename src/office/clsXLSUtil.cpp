@@ -4,7 +4,6 @@
 #include "common/document_names.h"
 #include "office/existing_file.h"
 #include "office/frmExcelOptions.h"
-#include "platform/program_folder.h"
 
 namespace kavo {
 namespace {
@@ -12,6 +11,7 @@ namespace {
 constexpr OfficeProgram kWorkbooks = {.identifier = u"Excel.Application",
                                       .collection = u"Workbooks",
                                       .window_class = u"XLMAIN",
+                                      .template_name = u"kavo.xls",
                                       .open_takes_update_links = true,
                                       .quit_asks = true};
 
@@ -21,7 +21,7 @@ constexpr std::int16_t kMacrosDisabled = 3;
 
 }  // namespace
 
-clsXLSUtil::clsXLSUtil() : session_(kWorkbooks, program_folder() + u"\\kavo.xls") {}
+clsXLSUtil::clsXLSUtil() : session_(kWorkbooks) {}
 
 void clsXLSUtil::XLSFile(std::u16string_view value) {
   xml_file_ = xml_name_of(value);

@@ -15,7 +15,6 @@ namespace kavo {
 
 class clsXLSUtil {
  public:
-  // Throws `failure` when the program's folder cannot be found.
   clsXLSUtil();
 
   // Each of the two names sets the other (common/document_names.h); whichever is set last wins. Throws `failure` 6 for

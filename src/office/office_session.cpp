@@ -7,6 +7,7 @@
 #include "office/late_bound.h"
 #include "platform/failure.h"
 #include "platform/ports.h"
+#include "platform/program_folder.h"
 
 namespace kavo {
 namespace {
@@ -21,9 +22,6 @@ std::u16string_view before_dot(std::u16string_view version) {
 }
 
 }  // namespace
-
-OfficeSession::OfficeSession(const OfficeProgram& program, std::u16string template_file)
-    : program_(program), template_file_(std::move(template_file)) {}
 
 OfficeSession::~OfficeSession() {
   try {
@@ -41,21 +39,22 @@ bool OfficeSession::reach() {
 // A running program first, then a new one, then whatever program the template itself belongs to.
 void OfficeSession::start_up() {
   Automation& automation = *ports().automation;
+  const std::u16string template_file = program_folder() + u"\\" + std::u16string(program_.template_name);
   const std::u16string caller = ports().desktop->foreground_caption().value_or(u"");
   started_by_us_ = false;
   errors_.clear();
   if (errors_.run([&] { application_ = automation.active_object(program_.identifier); })) {
     show();
-    open_template();
+    open_template(template_file);
   } else {
     errors_.clear();
     if (errors_.run([&] { application_ = automation.create(program_.identifier); })) {
       started_by_us_ = true;
       show();
-      open_template();
+      open_template(template_file);
     } else {
       errors_.clear();
-      if (errors_.run([&] { template_ = automation.bind_to_file(template_file_); })) {
+      if (errors_.run([&] { template_ = automation.bind_to_file(template_file); })) {
         started_by_us_ = true;
         errors_.run([&] { application_ = as_object(get_member(template_, u"application")); });
         show();
@@ -69,7 +68,9 @@ void OfficeSession::start_up() {
 
 void OfficeSession::show() { put(application_, u"Visible", true); }
 
-void OfficeSession::open_template() { template_ = open_file(by_value(template_file_), true); }
+void OfficeSession::open_template(const std::u16string& template_file) {
+  template_ = open_file(by_value(template_file), true);
+}
 
 void OfficeSession::find_main_window() {
   main_window_ = 0;

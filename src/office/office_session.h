@@ -17,23 +17,25 @@ namespace kavo {
 
 // What sets the two programs apart.
 struct OfficeProgram {
-  std::u16string_view identifier;    // "PowerPoint.Application"
-  std::u16string_view collection;    // "Presentations", whose Open opens a document
-  std::u16string_view window_class;  // of the main window of release 97 ("8"), which is told to quit by message
-  bool open_takes_update_links;      // Open(FileName, UpdateLinks, ReadOnly) instead of Open(FileName, ReadOnly)
-  bool quit_asks;                    // whether Quit asks about changes unless alerts are off
+  std::u16string_view identifier;     // "PowerPoint.Application"
+  std::u16string_view collection;     // "Presentations", whose Open opens a document
+  std::u16string_view window_class;   // of the main window of release 97 ("8"), which is told to quit by message
+  std::u16string_view template_name;  // of the document with the macros, in this program's folder
+  bool open_takes_update_links;       // Open(FileName, UpdateLinks, ReadOnly) instead of Open(FileName, ReadOnly)
+  bool quit_asks;                     // whether Quit asks about changes unless alerts are off
 };
 
 class OfficeSession {
  public:
   // Nothing is started yet. `program` must outlive the session.
-  OfficeSession(const OfficeProgram& program, std::u16string template_file);
+  explicit OfficeSession(const OfficeProgram& program) : program_(program) {}
   // Closes the template, and the program when the session started it; never throws.
   ~OfficeSession();
   OfficeSession(const OfficeSession&) = delete;
   OfficeSession& operator=(const OfficeSession&) = delete;
 
-  // Starts up when it has not; false when the program cannot be reached.
+  // Starts up when it has not; false when the program cannot be reached. Throws `failure` when the folder of this
+  // program cannot be found.
   bool reach();
   const ObjectRef& application() const { return application_; }
   // Keeps the last error of every step until it is cleared.
@@ -56,13 +58,12 @@ class OfficeSession {
  private:
   void start_up();
   void show();
-  void open_template();
+  void open_template(const std::u16string& template_file);
   void find_main_window();
   void shut_down();
   void run_and_wait(std::u16string_view macro, const std::u16string& flag_file, bool is_open);
 
   const OfficeProgram& program_;
-  std::u16string template_file_;
   ObjectRef application_;
   ObjectRef template_;
   error_state errors_;

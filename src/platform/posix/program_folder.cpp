@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <cerrno>
 #include <climits>
 
 #include "platform/files.h"
@@ -12,7 +13,12 @@ namespace kavo {
 std::u16string program_folder() {
   char path[PATH_MAX];
   const ssize_t length = ::readlink("/proc/self/exe", path, sizeof path);
-  if (length < 0) throw_errno();
+  if (length < 0) {
+    const failure reason = host_failure(errno);
+    throw failure(reason.number(),
+                  u"The folder of this program cannot be found: /proc/self/exe: " + reason.description(),
+                  reason.source());
+  }
   const std::u16string program = path_from_host({path, static_cast<std::size_t>(length)});
   return program.substr(0, program.rfind(u'\\'));
 }

@@ -6,16 +6,25 @@
 #include "platform/win32/text.h"
 
 namespace kavo {
+namespace {
+
+[[noreturn]] void throw_unknown() {
+  const failure reason = system_failure(GetLastError());
+  throw failure(reason.number(), u"The folder of this program cannot be found: " + reason.description(),
+                reason.source());
+}
+
+}  // namespace
 
 std::u16string program_folder() {
   HMODULE module = nullptr;
   if (!GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
                           reinterpret_cast<LPCWSTR>(&program_folder), &module))
-    throw_last_error();
+    throw_unknown();
   std::wstring path(MAX_PATH, L'\0');
   for (;;) {
     const DWORD length = GetModuleFileNameW(module, path.data(), static_cast<DWORD>(path.size()));
-    if (length == 0) throw_last_error();
+    if (length == 0) throw_unknown();
     if (length < path.size()) {
       path.resize(length);
       return from_wide(path.substr(0, path.rfind(L'\\')));
