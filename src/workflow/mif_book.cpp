@@ -38,13 +38,36 @@ void MifBook::prepare(const RunLanguages& languages) {
   for (const std::u16string& bilingual : translated) pseudo_translate(bilingual, progress);
 }
 
+namespace {
+
+// Keeps what the driver tells last: of a failure the cause.
+class Listener {
+ public:
+  explicit Listener(K19FPWObj& driver) : driver_(driver) {
+    driver_.observe({{}, [this](const Message& message) { last_ = message.text; }});
+  }
+  ~Listener() { driver_.observe({}); }
+  Listener(const Listener&) = delete;
+  Listener& operator=(const Listener&) = delete;
+  const std::u16string& last() const { return last_; }
+
+ private:
+  K19FPWObj& driver_;
+  std::u16string last_;
+};
+
+}  // namespace
+
 std::u16string rebuild_document(K19FPWObj& driver, const std::u16string& bilingual_document) {
   std::u16string name = bilingual_document;
   std::u16string target;
   std::int32_t preview = 0;
   std::int32_t highlight = 0;
-  if (driver.CreateTranslation(name, target, preview, highlight) != 0)
-    throw failure(FailureNumber::kInvalidCall, driver.LastError());
+  const Listener told(driver);
+  if (driver.CreateTranslation(name, target, preview, highlight) != 0) {
+    const bool says_all = driver.LastError().find(told.last()) != std::u16string::npos;
+    throw failure(FailureNumber::kInvalidCall, driver.LastError() + (says_all ? u"" : u": " + told.last()));
+  }
   return target;
 }
 
