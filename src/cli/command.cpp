@@ -87,12 +87,24 @@ Outcome outcome_from(const std::u16string& workplace, const std::function<Outcom
   } catch (const failure& reason) {
     return with_reports(outcome_of(reason));
   } catch (const std::bad_alloc&) {
-    return with_reports(outcome_of(failure(FailureNumber::kOutOfMemory, to_utf16(kNoMemory))));
+    return with_reports(outcome_of(failure(FailureNumber::kOutOfMemory, to_utf16(kNotEnoughMemory))));
   } catch (const std::exception&) {
     // A defect of this program, whose own text says nothing to anybody but its makers.
     return with_reports(
         outcome_of(failure(FailureNumber::kInternal,
                            u"this file brought an internal error to light; please report it together with the file")));
+  }
+}
+
+// What ends a batch has no file of its own: a failure that names none is told with the one that it was about.
+void name_place(Outcome& outcome, const std::u16string& place) {
+  if (place.empty() || outcome.ending != Outcome::kFailed) return;
+  const std::size_t folder_end = place.rfind(u'\\');
+  const std::u16string known = folder_end == std::u16string::npos ? place : place.substr(0, folder_end);
+  for (Message& message : outcome.messages) {
+    const bool names_file = message.text.find(known) != std::u16string::npos ||
+                            message.text.find(to_utf16(path_to_host(known))) != std::u16string::npos;
+    if (!names_file) message.text = to_utf16(path_to_host(place)) + u": " + message.text;
   }
 }
 
@@ -103,7 +115,8 @@ void refuse_folder(const std::u16string& file) {
 }
 
 ExitCode run_verb(Verb& verb, const VerbEntry& entry, const Options& options, WatchedFiles& watched) {
-  const std::vector<std::string> files = options.files.empty() ? std::vector<std::string>{""} : options.files;
+  const std::vector<std::string> no_file{""};
+  const std::vector<std::string>& files = options.files.empty() ? no_file : options.files;
   ProgressBar bar(options.quiet ? ProgressBar::Mode::kNone : options.progress, files.size());
   Report report(full_name(entry), options.json, options.quiet);
   const auto add = [&](const std::string& file, Outcome outcome, double started) {
@@ -111,12 +124,13 @@ ExitCode run_verb(Verb& verb, const VerbEntry& entry, const Options& options, Wa
       message.text = watched.in_host_form(FolderRun::without_scratch_folder(message.text));
     report.add(file, outcome, ports().clock->seconds() - started);
   };
+  if (!options.files.empty()) working_on(files.front().c_str());
   verb.tell_step = [&bar](std::string step) { bar.rename(std::move(step)); };
   verb.in_host_form = [&watched](std::u16string text) { return watched.in_host_form(std::move(text)); };
   for (const std::string& file : options.files) verb.files.push_back(path_from_host(file));
   verb.start();
   for (const std::string& file : files) {
-    working_on(file.c_str());
+    if (!options.files.empty()) working_on(file.c_str());
     try {
       throw_if_interrupted();
       throw_if_memory_ran_out();
@@ -135,19 +149,20 @@ ExitCode run_verb(Verb& verb, const VerbEntry& entry, const Options& options, Wa
       add(file, outcome, started);
     } catch (const std::bad_alloc&) {
       // Not even enough for the report.
-      std::fprintf(stderr, "%s: %s\n", file.empty() ? "kavo" : file.c_str(), kNoMemory);
+      tell_no_memory();
       report.add_failed();
     }
     keep_memory_back();
   }
-  working_on("");
   const double started = ports().clock->seconds();
   bool has_outcome = false;
-  const Outcome outcome = outcome_from(verb.workplace(u""), [&] {
+  const std::u16string workplace = verb.workplace(u"");
+  Outcome outcome = outcome_from(workplace, [&] {
     const std::optional<Outcome> last = verb.finish();
     has_outcome = last.has_value();
     return last.value_or(Outcome());
   });
+  name_place(outcome, workplace.empty() ? path_from_host(files.back()) : workplace);
   if (has_outcome || outcome.ending != Outcome::kDone || !outcome.messages.empty()) add("", outcome, started);
   return report.finish();
 }
@@ -166,15 +181,19 @@ ExitCode run_parsed(const Command& command, const Options& options) {
     ports().code_page = code_page.get();
   }
   command.verb->check_usage(options.files.size());
+  ExitCode code = ExitCode::kFailed;
   try {
-    return run_verb(*command.verb, command.entry, options, watched);
+    code = run_verb(*command.verb, command.entry, options, watched);
   } catch (const interruption&) {
     std::fputs("kavo: interrupted\n", stderr);
-    return ExitCode::kInterrupted;
+    code = ExitCode::kInterrupted;
   } catch (const failure& reason) {
     std::fprintf(stderr, "kavo: %s\n", to_utf8(watched.in_host_form(reason.description())).c_str());
-    return ExitCode::kFailed;
+  } catch (const std::bad_alloc&) {
+    tell_no_memory();
   }
+  working_on("");
+  return code;
 }
 
 }  // namespace

@@ -24,7 +24,7 @@ int main(int argc, char** argv) {
   } catch (const kavo::failure& reason) {
     std::fprintf(stderr, "kavo: %s\n", reason.what());
   } catch (const std::bad_alloc&) {
-    std::fprintf(stderr, "kavo: %s\n", kavo::kNoMemory);
+    std::fprintf(stderr, "kavo: %s\n", kavo::kNotEnoughMemory);
   } catch (const std::exception&) {
     std::fputs("kavo: internal error\n", stderr);
   }

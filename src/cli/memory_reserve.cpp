@@ -6,6 +6,8 @@
 #include <exception>
 #include <new>
 
+#include "platform/failure.h"
+
 namespace kavo {
 namespace {
 
@@ -23,17 +25,21 @@ void give_up_reserve() {
   std::free(kept);
 }
 
+void tell(const char* reason) noexcept {
+  const char* const file = current_file;
+  std::fprintf(stderr, "%s: %s\n", *file ? file : "kavo", reason);
+}
+
 [[noreturn]] void end_program() noexcept {
   const char* reason = "internal error";
   try {
     if (const std::exception_ptr thrown = std::current_exception()) std::rethrow_exception(thrown);
   } catch (const std::bad_alloc&) {
-    reason = kNoMemory;
+    reason = kNotEnoughMemory;
   } catch (...) {
     // As it stands.
   }
-  const char* const file = current_file;
-  std::fprintf(stderr, "%s: %s\n", *file ? file : "kavo", ran_out ? kNoMemory : reason);
+  tell(ran_out ? kNotEnoughMemory : reason);
   std::_Exit(1);
 }
 
@@ -58,5 +64,7 @@ void throw_if_memory_ran_out() {
 }
 
 void working_on(const char* file) noexcept { current_file = file; }
+
+void tell_no_memory() noexcept { tell(kNotEnoughMemory); }
 
 }  // namespace kavo

@@ -12,9 +12,9 @@ namespace kavo {
 void keep_memory_back() noexcept;
 // Throws std::bad_alloc, once, when memory has run out since the last call.
 void throw_if_memory_ran_out();
-// Names the file that is worked on, for a program that has to end; "" for none. The text must live on.
+// Names the file that is worked on; "" for none. The text must live on.
 void working_on(const char* file) noexcept;
-
-inline constexpr char kNoMemory[] = "not enough memory";
+// Tells on standard error that there was not enough memory for that file.
+void tell_no_memory() noexcept;
 
 }  // namespace kavo

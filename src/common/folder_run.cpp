@@ -1,6 +1,7 @@
 #include "common/folder_run.h"
 
 #include <algorithm>
+#include <new>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -61,6 +62,21 @@ void keep_aside(FileSystem& files, const std::u16string& path, const std::u16str
   }
 }
 
+// Nothing but memory fails without words of ours.
+std::u16string text_of(const std::exception& reason) {
+  return to_utf16(dynamic_cast<const std::bad_alloc*>(&reason) ? kNotEnoughMemory : reason.what());
+}
+
+// What fails once may work at the second attempt.
+template <class Step>
+void at_least_once(Step&& step) {
+  try {
+    step();
+  } catch (const std::exception&) {
+    step();
+  }
+}
+
 // A failure about a file says which.
 template <class Step>
 void about(const std::u16string& path, Step&& step) {
@@ -104,6 +120,20 @@ bool holds_documents(FileSystem& files, const std::u16string& folder) {
   });
 }
 
+// What a killed run began, finished or undone; what became of it, for people.
+std::u16string complete(FileSystem& files, const RunJournal& journal) {
+  std::u16string done = u"what it had written was removed, its documents are as they were before";
+  if (journal.state == RunJournal::State::kPlacing) {
+    for (const auto& change : journal.changes) place(files, change);
+    done = u"the documents that it had finished were put in place";
+  } else if (journal.state == RunJournal::State::kUndoing) {
+    for (const auto& change : journal.changes) undo(files, change);
+  }
+  for (const auto& each : journal.borrowed) give_back(files, each);
+  for (const auto& each : journal.temporary_files) remove_if_there(files, each);
+  return done;
+}
+
 // Finishes or undoes what a killed run began.
 void recover(FileSystem& files, const std::u16string& scratch, const FolderRun::Report& report) {
   if (!files.info(scratch)) return;
@@ -117,22 +147,24 @@ void recover(FileSystem& files, const std::u16string& scratch, const FolderRun::
                         reason.description() + u"). Move this folder away and try again",
                     reason.source());
   }
-  std::u16string done = u"what it had written was removed, its documents are as they were before";
-  if (journal) {
-    if (journal->state == RunJournal::State::kPlacing) {
-      for (const auto& change : journal->changes) place(files, change);
-      done = u"the documents that it had finished were put in place";
-    } else if (journal->state == RunJournal::State::kUndoing) {
-      for (const auto& change : journal->changes) undo(files, change);
+  const std::u16string told = u"A run in " + text_of(parent_of(scratch)) + u" was stopped before its end: ";
+  bool is_ours = true;
+  try {
+    is_ours = journal || !holds_documents(files, scratch);
+    if (is_ours) {
+      const std::u16string done = complete(files, journal.value_or(RunJournal()));
+      remove_tree(files, scratch);
+      if (report) report(told + done);
     }
-    for (const auto& each : journal->borrowed) give_back(files, each);
-    for (const auto& each : journal->temporary_files) remove_if_there(files, each);
-  } else if (holds_documents(files, scratch)) {
+  } catch (const failure& reason) {
+    throw failure(reason.number(),
+                  told + u"what it left could not be put in order (" + reason.description() +
+                      u"). The next run there tries again",
+                  reason.source());
+  }
+  if (!is_ours)
     throw failure(FailureNumber::kFileAlreadyExists,
                   text_of(scratch) + u" is in the way: a folder of this name belongs to this program. Move it away");
-  }
-  remove_tree(files, scratch);
-  if (report) report(u"A run in " + text_of(parent_of(scratch)) + u" was stopped before its end: " + done);
 }
 
 }  // namespace
@@ -317,26 +349,23 @@ class FolderRun::Work {
   void undo_placing() {
     journal_.state = RunJournal::State::kUndoing;
     try {
-      write_journal(files_, folder_, journal_);
-      for (const RunJournal::Change& change : journal_.changes) undo(files_, change);
+      at_least_once([&] {
+        write_journal(files_, folder_, journal_);
+        for (const RunJournal::Change& change : journal_.changes) undo(files_, change);
+      });
       journal_.state = RunJournal::State::kWorking;
     } catch (const std::exception& reason) {
       // The folder stays, with the journal: the next run does what this one cannot.
       keeps_folder_ = true;
       if (report_)
         report_(u"The documents in " + text_of(parent_of(folder_)) + u" could not be put back as they were (" +
-                to_utf16(reason.what()) + u"). The next run there completes this");
+                text_of(reason) + u"). The next run there completes this");
     }
   }
 
-  // What fails once may work at the second attempt; if not, the folder and its journal stay for the next run.
+  // What cannot be removed stays with its journal for the next run.
   void clean_up() {
-    if (!has_folder_ || keeps_folder_) return;
-    try {
-      remove_all();
-    } catch (const std::exception&) {
-      remove_all();
-    }
+    if (has_folder_ && !keeps_folder_) at_least_once([&] { remove_all(); });
   }
 
   void remove_all() {
@@ -348,7 +377,7 @@ class FolderRun::Work {
   void report_leftover(const std::exception& reason) noexcept {
     try {
       if (report_)
-        report_(text_of(folder_) + u" could not be removed (" + to_utf16(reason.what()) +
+        report_(text_of(folder_) + u" could not be removed (" + text_of(reason) +
                 u"). The next run in this folder tries again");
     } catch (const std::exception&) {
       // Nobody is left to be told.

@@ -37,6 +37,9 @@ enum class FailureNumber : std::int32_t {
   kWrongArgumentCount = 450,
 };
 
+// What people are told when memory runs out: no failure has words for that then.
+inline constexpr char kNotEnoughMemory[] = "not enough memory";
+
 // Carries number, description and source. `what()` is the description in UTF-8.
 class failure : public std::exception {
  public:

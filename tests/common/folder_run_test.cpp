@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "common/clsCommon.h"
 #include "common/pending_file.h"
 #include "platform/failure.h"
@@ -226,6 +228,20 @@ class BrokenRun : public FolderRunTest {
     files.put(u"C:\\WORK\\gone.txt", "gone");
     files.put(u"C:\\WORK\\side.mif", "somebody's");
   }
+  // A run with a fault: whether the fault happened. What the run failed with joins the reports.
+  bool run_broken(const FaultyFiles::Fault& fault) {
+    FaultyFiles faulty(files);
+    faulty.set_fault(fault);
+    ports().files = &faulty;
+    try {
+      FolderRun run(kPage, report());
+      work(run);
+    } catch (const failure& reason) {
+      reports.push_back(reason.description());
+    }
+    ports().files = &files;
+    return faulty.fault_happened();
+  }
   bool is_old() const {
     return files.get(kPage) == "old page" && files.get(kScript) == "old script" && files.has(u"C:\\WORK\\gone.txt") &&
            files.get(u"C:\\WORK\\side.mif") == "somebody's" && files.all_files().size() == 4;
@@ -291,6 +307,31 @@ TEST_F(BrokenRun, TheNextRunFinishesOrUndoesWhatAKilledOneBegan) {
   }
   EXPECT_GT(finished, 3u);
   EXPECT_GT(undone, 20u);
+}
+
+TEST_F(BrokenRun, ARunThatFailsWhileItClearsUpSaysWhatItDid) {
+  const auto is_left = [&] { return files.info(u"C:\\WORK\\.kavo-run").has_value(); };
+  std::size_t cleared = 0, left = 0;
+  for (std::size_t killed_at = 1; killed_at < 80; killed_at += 3)
+    for (std::size_t failing = 1;; ++failing) {
+      put_files();
+      run_broken({.operation = killed_at, .lasting = true, .kills = true});
+      if (!is_left()) break;
+      reports.clear();
+      const bool failed = run_broken({.operation = failing});
+      const auto tells = [](const std::u16string& text) { return text.find(u"was stopped") != text.npos; };
+      // The first operation looks whether there is anything.
+      EXPECT_TRUE(failing == 1 || std::ranges::any_of(reports, tells)) << killed_at << ' ' << failing;
+      (is_left() ? left : cleared) += 1;
+      const bool clears = is_left();
+      reports.clear();
+      { FolderRun next(kPage, report()); }
+      EXPECT_EQ(std::ranges::any_of(reports, tells), clears) << killed_at << ' ' << failing;
+      EXPECT_TRUE(is_old() || is_new()) << killed_at << ' ' << failing;
+      if (!failed) break;
+    }
+  EXPECT_GT(left, 50u);
+  EXPECT_GT(cleared, 50u);
 }
 
 }  // namespace
