@@ -17,7 +17,8 @@ CLASSES = {
 }
 
 _CAUSES = {"EIO": "Input/output error", "EACCES": "Permission denied", "EPERM": "Operation not permitted",
-           "EMFILE": "Too many open files", "ENOSPC": "No space left on device", "ENOLCK": "No locks available"}
+           "EMFILE": "Too many open files", "ENOSPC": "No space left on device", "ENOLCK": "No locks available",
+           "ENOMEM": "not enough memory"}
 
 
 def names_of(path):

@@ -8,7 +8,6 @@ import trace
 from scenarios import all_scenarios
 
 COLUMNS = ("calls", "runs", "survived", "failed, whole", *classify.CLASSES)
-QUICK_STEP = 10
 
 # A run with many calls is slow, since each call of the failing one's name stops it. Verbs that work on copies make
 # thousands of calls; of theirs, so many evenly spread ones fail (--all lifts this).
@@ -24,7 +23,7 @@ def jobs(stage, calls, options):
     everything = [(call, error) for call in calls for error in _errors_of(call, options)]
     if len(calls) > MANY_CALLS and not options.all:
         everything = [everything[i * len(everything) // MOST] for i in range(MOST)]
-    return everything[::QUICK_STEP] if options.quick else everything
+    return everything[::options.step]
 
 
 def _errors_of(call, options):

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Disturbs the kavo command from outside and judges what it leaves: scripts/faults.sh builds the command and runs this.
 
-    run.py --kavo PATH [options] [inject|kill|disk|pairs]...     all parts without a name
+    run.py --kavo PATH [options] [inject|kill|disk|memory|pairs]...     all parts without a name
     run.py --kavo PATH show SCENARIO CALL NTH ERROR              one run of `inject` or `kill` in full
 
 Exit code 0: nothing found; 1: violations, one JSON line each in the file of --results; 2: the runs could not be made.
@@ -21,12 +21,13 @@ import classify
 import disk
 import inject
 import kill
+import memory
 import pairs
 import scenarios
 import trace
 from sandbox import Sandbox
 
-PARTS = {"inject": inject, "kill": kill, "disk": disk, "pairs": pairs}
+PARTS = {"inject": inject, "kill": kill, "disk": disk, "memory": memory, "pairs": pairs}
 SLICES = 6  # of one scenario's runs, so that the workers end at the same time
 
 _worker = {}  # the folder of this worker, and what it has set up last
@@ -163,7 +164,9 @@ def enter_mount_namespace():
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--kavo", required=True, help="the command to disturb")
-    parser.add_argument("--quick", action="store_true", help="every tenth run of inject and kill, few of the others")
+    parser.add_argument("--failing-new", default=f"build/native/{memory.LIBRARY}", help="what lets allocations fail")
+    parser.add_argument("--quick", action="store_true", help="every tenth run of inject, kill and memory, few of the others")
+    parser.add_argument("--step", type=int, help="every so many runs of inject, kill and memory (1; 10 with --quick)")
     parser.add_argument("--all", action="store_true", help="every run of inject, also of verbs with very many calls")
     parser.add_argument("--workers", type=int, default=os.cpu_count(), help="runs at the same time (at most 9)")
     parser.add_argument("--rounds", type=int, default=pairs.ROUNDS, help="how often each pair is run")
@@ -171,11 +174,15 @@ def main():
     parser.add_argument("--results", default="build/faults.jsonl", help="where violations are written")
     parser.add_argument("what", nargs="*", help="parts, or show SCENARIO CALL NTH ERROR")
     options = parser.parse_args()
+    options.step = options.step or (10 if options.quick else 1)
     kavo = os.path.abspath(options.kavo)
+    memory.library = os.path.abspath(options.failing_new)
     is_showing = options.what[:1] == ["show"]
     parts = options.what if options.what and not is_showing else list(PARTS)
     if (is_showing and len(options.what) != 5) or (not is_showing and not set(parts) <= PARTS.keys()):
-        parser.error("name parts (inject, kill, disk, pairs), or: show SCENARIO CALL NTH ERROR")
+        parser.error("name parts (inject, kill, disk, memory, pairs), or: show SCENARIO CALL NTH ERROR")
+    if "memory" in parts and not is_showing and not os.path.exists(memory.library):
+        parser.error(f"{memory.library} is missing: build the target failing_new")
     if "disk" in parts and not is_showing and "KAVO_FAULTS_NAMESPACE" not in os.environ:
         enter_mount_namespace()
     parent = "/dev/shm" if os.access("/dev/shm", os.W_OK) else None  # in memory: no disk slows the runs
