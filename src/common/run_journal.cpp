@@ -145,10 +145,11 @@ void undo(FileSystem& files, const RunJournal::Change& change) {
 }
 
 void give_back(FileSystem& files, const RunJournal::Borrowed& borrowed) {
-  if (borrowed.aside.empty())
-    remove_if_there(files, borrowed.path);
-  else if (files.info(borrowed.aside))
-    put(files, borrowed.aside, borrowed.path);
+  const bool had_file = !borrowed.aside.empty();
+  if (had_file && !files.info(borrowed.aside)) return;
+  // The run's file goes first: renamed over it, the user's would get its name, which may differ in letter case.
+  remove_if_there(files, borrowed.path);
+  if (had_file) files.rename_file(borrowed.aside, borrowed.path);
 }
 
 void remove_if_there(FileSystem& files, const std::u16string& path) {
