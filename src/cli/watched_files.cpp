@@ -74,6 +74,9 @@ std::u16string WatchedFiles::in_host_form(std::u16string text) const {
   for (const std::u16string* path : named) {
     const std::u16string once = *path + u": ";
     for (std::size_t at; (at = text.find(once + once)) != std::u16string::npos;) text.erase(at, once.size());
+    // "path (path: the reason)"
+    if (const std::size_t at = text.find(*path + u" (" + once); at != std::u16string::npos)
+      text.erase(at + path->size() + 2, once.size());
     if (path->find(u'\\') != std::u16string::npos) replace_paths(text, *path, to_utf16(path_to_host(*path)));
   }
   return text;

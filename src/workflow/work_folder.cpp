@@ -25,9 +25,20 @@ std::u16string from_filesystem(const fs::path& path) {
   return path_from_host(std::string(host.begin(), host.end()));
 }
 
-[[noreturn]] void throw_no_folder(const std::error_code& error) {
+[[noreturn]] void throw_no_folder(const fs::path& parent, const std::error_code& error) {
   throw failure(FailureNumber::kPathFileAccess,
-                u"No temporary folder could be made: " + to_utf16(error ? error.message() : "every name is taken"));
+                u"No temporary folder could be made in " + to_utf16(path_to_host(from_filesystem(parent))) + u": " +
+                    to_utf16(error ? error.message() : "every name is taken"));
+}
+
+// What fails once may work at the second attempt.
+void remove_folder(const fs::path& folder) {
+  std::error_code error;
+  fs::remove_all(folder, error);
+  if (error) fs::remove_all(folder, error);
+  if (error)
+    std::fprintf(stderr, "kavo: %s could not be removed: %s\n", path_to_host(from_filesystem(folder)).c_str(),
+                 error.message().c_str());
 }
 
 // The folder's own mark: what has it, and nobody's lock, was left by a run that was killed.
@@ -82,17 +93,21 @@ WorkFolder::WorkFolder() {
       continue;
     }
     fs::permissions(path_, fs::perms::owner_all, error);
-    lock_ = ports().files->lock(from_filesystem(path_));
-    folders_in_use().insert(from_filesystem(path_.filename()));
-    ports().files->open(from_filesystem(path_ / kMark), Access::kCreate)->close();
+    try {
+      lock_ = ports().files->lock(from_filesystem(path_));
+      ports().files->open(from_filesystem(path_ / kMark), Access::kCreate)->close();
+      folders_in_use().insert(from_filesystem(path_.filename()));
+    } catch (...) {
+      remove_folder(path_);
+      throw;
+    }
     return;
   }
-  throw_no_folder(error);
+  throw_no_folder(parent, error);
 }
 
 WorkFolder::~WorkFolder() {
-  std::error_code ignored;
-  fs::remove_all(path_, ignored);
+  remove_folder(path_);
   folders_in_use().erase(from_filesystem(path_.filename()));
 }
 
@@ -100,7 +115,7 @@ std::u16string WorkFolder::make(std::string_view name) const {
   const fs::path folder = path_ / name;
   std::error_code error;
   fs::create_directory(folder, error);
-  if (error) throw_no_folder(error);
+  if (error) throw_no_folder(path_, error);
   return from_filesystem(folder);
 }
 

@@ -15,6 +15,7 @@ class WorkFolder {
   // A new folder in the user's temporary one, for this user only where the system tells users apart. What killed runs
   // have left there goes first, with a word on standard error. Throws `failure`.
   WorkFolder();
+  // Tells on standard error what cannot be removed.
   ~WorkFolder();
   WorkFolder(const WorkFolder&) = delete;
   WorkFolder& operator=(const WorkFolder&) = delete;

@@ -5,6 +5,7 @@
 
 #include "cli/run_kavo.h"
 #include "platform/files.h"
+#include "platform/ports.h"
 #include "support/temp_folder.h"
 
 namespace kavo::test {
@@ -52,6 +53,16 @@ TEST_F(RebuildCommand, AnotherRunReplacesTheResultOnlyWhenAskedTo) {
   EXPECT_EQ(run_kavo({"rebuild", "--overwrite", tud}).code, 0);
   EXPECT_NE(folder.read(u"index_FR.asp").find("<%= name %>"), std::string::npos);
   EXPECT_EQ(run_kavo({"rebuild", tud}).code, 1);
+}
+
+TEST_F(RebuildCommand, AFileOfTheUsersThatIsInTheWayComesBackUnderItsOwnName) {
+  prepare_page();
+  // The script document has this name meanwhile, in other letter case.
+  folder.write(u"index_asp_fr.scr", "mine");
+  EXPECT_EQ(run_kavo({"rebuild", path(u"index_asp_htm_FR.tud")}).code, 0);
+  const std::vector<std::u16string> names = ports().files->find(folder.path(u"index_asp_FR.SCR"));
+  EXPECT_EQ(names, std::vector<std::u16string>{u"index_asp_fr.scr"});
+  EXPECT_EQ(folder.read(u"index_asp_fr.scr"), "mine");
 }
 
 TEST_F(RebuildCommand, OutputNamesTheDocument) {

@@ -105,6 +105,9 @@ class PosixLock final : public FileLock {
     }
   }
 
+  // A program that is being started has a copy of the descriptor for a moment, which would keep the lock.
+  ~PosixLock() override { ::flock(file_.get(), LOCK_UN); }
+
  private:
   explicit PosixLock(Descriptor file) : file_(std::move(file)) {}
   Descriptor file_;

@@ -1,0 +1,50 @@
+#include "workflow/work_folder.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/failure.h"
+#include "platform/ports.h"
+#include "support/faulty_files.h"
+#include "support/temp_folder.h"
+
+namespace kavo::test {
+namespace {
+
+// With a temporary folder of the test's own.
+class OwnTemporaryFolder final : public FaultyFiles {
+ public:
+  OwnTemporaryFolder() : FaultyFiles(*ports().files) { ports().files = this; }
+  std::u16string temporary_folder() override { return folder.path(); }
+
+  const TempFolder folder;
+  const PortsScope scope;
+};
+
+TEST(WorkFolderTest, GoesWithAllThatItHolds) {
+  const OwnTemporaryFolder files;
+  {
+    const WorkFolder folder;
+    ports().files->open(folder.make("inner") + u"\\file", Access::kCreate)->close();
+    EXPECT_EQ(files.folder.entry_count(), 1u);
+  }
+  EXPECT_EQ(files.folder.entry_count(), 0u);
+}
+
+TEST(WorkFolderTest, WhateverFailsWhileItIsMadeNoneIsLeft) {
+  OwnTemporaryFolder files;
+  std::size_t failed = 0;
+  for_each_fault(
+      files, {},
+      [&](std::size_t) {
+        try {
+          const WorkFolder folder;
+        } catch (const failure&) {
+          ++failed;
+        }
+      },
+      [&](std::size_t number) { EXPECT_EQ(files.folder.entry_count(), 0u) << number; });
+  EXPECT_GT(failed, 1u);
+}
+
+}  // namespace
+}  // namespace kavo::test
