@@ -140,9 +140,10 @@ class Translation {
   // The document that the run is asked for.
   const std::u16string& wanted() const { return has_output() ? request_.output : target_; }
 
-  TranslationError check_target(const TargetBuild& build) {
+  TranslationError check_target(TargetBuild& build) {
     const std::u16string& source_format = build.details().source_format;
     try {
+      refuse_lost_name(build);
       std::vector<std::u16string> documents{wanted()};
       if (!has_output() && is_post_processed(source_format))
         documents.push_back(document_made_of(name_, target_, language_));
@@ -164,6 +165,21 @@ class Translation {
       return kTargetNotCreated;
     }
     return kNoError;
+  }
+
+  // Scripts and hidden texts are found by the document's name. Throws `failure` 5 where gaps are refused, for a document
+  // that belongs to a set but has a name that does not tell to which.
+  void refuse_lost_name(TargetBuild& build) const {
+    const std::u16string format = ascii_upper(build.details().source_format);
+    if (!request_.refuses_gaps || !language_.empty() || (format != u"HTM" && format != u"MIF") ||
+        build.set_mark().empty())
+      return;
+    const std::u16string skeleton = file_name_of(build.details().skeleton_name);
+    throw failure(FailureNumber::kInvalidCall,
+                  u"The document was prepared under another name" +
+                      (skeleton.empty() ? u"" : u" (its skeleton is " + skeleton + u")") +
+                      u", by which the files that belong to it are found. The translated document would be incomplete, "
+                      u"so nothing is written. Give it back its name, such as page_asp_htm_FR.tud");
   }
 
   // Throws `failure` 5 for a target that is one of the files beside the document that its way back may read.

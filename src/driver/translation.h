@@ -32,7 +32,7 @@ struct TranslationRequest {
   // Beside the contract, for the command.
   std::u16string output{};        // the file that the finished document goes to, whatever is created on the way
   bool keeps_existing = false;    // fail rather than replace a document that is there
-  bool refuses_gaps = false;      // fail rather than make a page that lacks a script
+  bool refuses_gaps = false;      // fail rather than make a document that lacks a script or hidden texts
   StatusColours unset_colours{};  // of statuses that the user has stored no colour for
 };
 

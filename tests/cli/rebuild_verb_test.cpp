@@ -65,6 +65,19 @@ TEST_F(RebuildCommand, AFileOfTheUsersThatIsInTheWayComesBackUnderItsOwnName) {
   EXPECT_EQ(folder.read(u"index_asp_fr.scr"), "mine");
 }
 
+TEST_F(RebuildCommand, ADocumentOfASetIsNotRebuiltUnderANameThatHidesTheOthers) {
+  prepare_page();
+  folder.write(u"mine.tud", folder.read(u"index_asp_htm_FR.tud"));
+  const std::size_t count = folder.entry_count();
+  const Ran ran = run_kavo({"rebuild", path(u"mine.tud")});
+  EXPECT_EQ(ran.code, 1);
+  EXPECT_NE(ran.errors.find("index_asp_htm_FR.tud.skl"), std::string::npos) << ran.errors;
+  EXPECT_EQ(folder.entry_count(), count);
+  prepare(u"a.txt", "One\n");
+  folder.write(u"other.tud", folder.read(u"a_txt_FR.tud"));
+  EXPECT_EQ(run_kavo({"rebuild", path(u"other.tud")}).code, 0);
+}
+
 TEST_F(RebuildCommand, OutputNamesTheDocument) {
   prepare_page();
   prepare(u"a.txt", "One\n");
