@@ -40,20 +40,20 @@ void MifBook::prepare(const RunLanguages& languages) {
 
 namespace {
 
-// Keeps what the driver tells last: of a failure the cause.
+// Keeps what the driver tells: of a failure the cause.
 class Listener {
  public:
   explicit Listener(K19FPWObj& driver) : driver_(driver) {
-    driver_.observe({{}, [this](const Message& message) { last_ = message.text; }});
+    driver_.observe({{}, [this](const Message& message) { told_ += u": " + message.text; }});
   }
   ~Listener() { driver_.observe({}); }
   Listener(const Listener&) = delete;
   Listener& operator=(const Listener&) = delete;
-  const std::u16string& last() const { return last_; }
+  const std::u16string& told() const { return told_; }
 
  private:
   K19FPWObj& driver_;
-  std::u16string last_;
+  std::u16string told_;
 };
 
 }  // namespace
@@ -63,10 +63,12 @@ std::u16string rebuild_document(K19FPWObj& driver, const std::u16string& bilingu
   std::u16string target;
   std::int32_t preview = 0;
   std::int32_t highlight = 0;
-  const Listener told(driver);
+  const Listener listener(driver);
   if (driver.CreateTranslation(name, target, preview, highlight) != 0) {
-    const bool says_all = driver.LastError().find(told.last()) != std::u16string::npos;
-    throw failure(FailureNumber::kInvalidCall, driver.LastError() + (says_all ? u"" : u": " + told.last()));
+    // Some failures are their own cause.
+    const std::u16string error = u": " + driver.LastError();
+    std::u16string text = listener.told().starts_with(error) ? listener.told() : error + listener.told();
+    throw failure(FailureNumber::kInvalidCall, text.erase(0, 2));
   }
   return target;
 }
