@@ -58,6 +58,7 @@ class ConversionSink final : public ExtractionSink {
     header.source_code_page = facts.code_page;
     const bool keeps = facts.keeps_code_page || request_.target_code_page == 0;
     header.target_code_page = keeps ? facts.code_page : request_.target_code_page;
+    if (facts.text_code_page != 0) header.target_code_page = facts.text_code_page;
     header.checksum = checksum_;
     header.set = set_;
     header.datatype = filter_.datatype;
@@ -131,6 +132,9 @@ std::uint32_t convert_document(const ConversionRequest& request, ProgressEvent& 
   settings.source_language = to_utf8(request.source_language);
   settings.target_language = to_utf8(request.target_language);
   settings.source_code_page = request.source_code_page != 0 ? request.source_code_page : ports().code_page->number();
+  settings.target_code_page = request.target_code_page;
+  settings.options = request.options;
+  settings.tell = request.tell;
   ConversionSink sink(request, entry);
   BlockReader document(request.document);
   progress.restart();

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "common/progress_event.h"
+#include "suite/filters/filter.h"
 
 namespace kavo {
 
@@ -20,6 +21,8 @@ struct ConversionRequest {
   std::u16string filter;             // a name that holds the filter's tag
   std::string mark{};                // of the preparation; a short word, "" for none
   std::u16string author_document{};  // the document that its author has, full path; "" when unknown
+  FilterOptions options{};
+  MessageTaker tell{};
 };
 
 // Writes the bilingual document and the skeleton and returns the number of segments. Throws `failure` (5 for names that
@@ -33,6 +36,7 @@ struct TargetRequest {
   std::u16string skeleton;
   std::u16string language;  // "" for that of the OpenTag file
   std::u16string filter;    // must be the skeleton's; "" for whatever that is
+  MessageTaker tell{};
 };
 
 // Writes the target, replacing a file of its name. Throws `failure` with a description for people: that file is then

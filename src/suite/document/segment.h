@@ -36,6 +36,7 @@ struct Segment {
   std::vector<InlineCode> codes;  // in the order of their references in `text`
   std::vector<NestedPlace> nested;
   std::string context;      // whatever the filter wants to know again when it writes the translation; any bytes
+  std::string name;         // of the text in its document ("IDS_TITLE"), UTF-8; "" for none
   std::string note;         // for the translator, UTF-8; "" for none
   std::int64_t line = 0;    // 1-based place in the document
   std::int64_t column = 0;  // 1-based, in bytes
@@ -74,6 +75,7 @@ class SegmentBuilder {
   void end_code();
 
   void context(std::string_view value) { segment_.context = value; }
+  void name(std::string_view value) { segment_.name = value; }
   void note(std::string_view value) { segment_.note = value; }
   void locked(bool value) { segment_.locked = value; }
 

@@ -38,6 +38,7 @@ class TargetBuilder {
                          request.language.empty() ? open_tag_.header().target_language : to_utf8(request.language),
                          open_tag_.header().target_code_page);
     colours_ = open_tag_.header().colours;
+    settings.tell = request.tell;
     settings.highlights = colours_.has_value();
     if (colours_) std::copy(colours_->begin(), colours_->end(), settings.colours);
     recodes_ = settings.target_code_page != header.facts.code_page;
@@ -108,7 +109,8 @@ class TargetBuilder {
     ++count_;
     if (!open_tag_.next(segment_) || segment_.number != hole.number)
       throw_refused(u"The translation of " + place_of(hole) + u" is missing");
-    const bool keeps_bytes = segment_.is_unchanged && (!recodes_ || is_ascii(hole.original));
+    filter_->check(hole, segment_.text);
+    const bool keeps_bytes = segment_.is_unchanged && !filter_->is_recoded(hole);
     complete_hole();
     std::string* bytes = &out_;
     if (colours_) bytes = &plain_;

@@ -128,6 +128,7 @@ void append_tud_start(std::string& xml, const TudHeader& header) {
 void append_tud_unit(std::string& xml, std::uint32_t number, const Segment& segment) {
   xml += "<trans-unit";
   append_attribute(xml, "id", std::to_string(number));
+  if (!segment.name.empty()) append_attribute(xml, "resname", segment.name);
   if (segment.locked) append_attribute(xml, "translate", "no");
   if (has_delicate_blanks(segment.text)) append_attribute(xml, "xml:space", "preserve");
   append_attribute(xml, "extradata", std::to_string(segment.line) + ":" + std::to_string(segment.column));

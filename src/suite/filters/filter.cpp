@@ -1,5 +1,6 @@
 #include "suite/filters/filter.h"
 
+#include <algorithm>
 #include <charconv>
 
 #include "platform/failure.h"
@@ -38,6 +39,13 @@ void Filter::begin_rebuild(const RebuildSettings& settings) {
   settings_ = settings;
   source_coding_ = std::make_unique<TextCoding>(settings.facts.code_page);
   target_coding_ = std::make_unique<TextCoding>(settings.target_code_page);
+}
+
+void Filter::check(const Hole&, std::string_view) {}
+
+bool Filter::is_recoded(const Hole& hole) const {
+  return settings_.facts.code_page != settings_.target_code_page &&
+         std::ranges::any_of(hole.original, [](char byte) { return static_cast<unsigned char>(byte) >= 0x80; });
 }
 
 void Filter::write_segment(const Hole& hole, std::string_view translation, std::string& bytes) {

@@ -8,6 +8,8 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <span>
@@ -16,17 +18,27 @@
 #include <vector>
 
 #include "common/block_reader.h"
+#include "common/messages.h"
 #include "common/progress_event.h"
 #include "formats/text/text_coding.h"
 #include "suite/document/segment.h"
 
 namespace kavo {
 
+// What people choose for a filter, by name: "rc.dialog-font". A filter reads those that it knows.
+using FilterOptions = std::map<std::string, std::string, std::less<>>;
+
+// Takes what a person should know and what is no failure; may be empty.
+using MessageTaker = std::function<void(const Message&)>;
+
 struct ConversionSettings {
   std::u16string document;      // the document's path, for what its name tells
   std::string source_language;  // as the suite writes it: "EN-US", "FR"
   std::string target_language;
   unsigned source_code_page = kUtf8CodePage;  // what the user says; a document's own declaration goes before it
+  unsigned target_code_page = 0;              // what the user says; 0 for nothing
+  FilterOptions options;
+  MessageTaker tell;
 };
 
 // What a filter found out about a document. Kept in the skeleton.
@@ -36,6 +48,9 @@ struct DocumentFacts {
   // byte order mark, a format with a coding of its own).
   bool keeps_code_page = false;
   std::string data;  // whatever the filter wants to know again at rebuilding (the version of the format); any bytes
+  // Of the translated texts, where the filter decides that and keeps the code page of the rest; 0 for what the code
+  // page and whether it is kept say. Not kept in the skeleton.
+  unsigned text_code_page = 0;
 };
 
 class ExtractionSink {
@@ -61,6 +76,7 @@ struct RebuildSettings {
   unsigned target_code_page = kUtf8CodePage;  // of the rebuilt document; that of the facts when it keeps that
   bool highlights = false;                    // highlight() will be called
   std::uint32_t colours[4] = {};              // 0x00BBGGRR: untranslated, fuzzy, 100 % match, translated
+  MessageTaker tell;
 };
 
 // The place of a segment in the document being rebuilt.
@@ -106,6 +122,12 @@ class Filter {
 
   // Before anything is written. An overriding filter calls this one first.
   virtual void begin_rebuild(const RebuildSettings& settings);
+
+  // Each segment once, in order, before it is written or kept: for what is worth a message. Here: nothing.
+  virtual void check(const Hole& hole, std::string_view translation);
+  // True when an unchanged segment is to be written all the same, because its bytes do not stand in the target's code
+  // page. Here: when the document's code page changes and they are not ASCII.
+  virtual bool is_recoded(const Hole& hole) const;
 
   // Appends the translation (coded text) of a segment as it stands in the document. Not called for a segment that is
   // unchanged and whose code page is too: its original bytes are written. Here: write_text() for the runs, the code's

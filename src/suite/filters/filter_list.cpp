@@ -6,6 +6,7 @@
 #include "suite/filters/filter.h"
 #include "suite/filters/html/html_filter.h"
 #include "suite/filters/mif/mif_filter.h"
+#include "suite/filters/rc/rc_filter.h"
 #include "suite/filters/text/text_filter.h"
 
 namespace kavo {
@@ -17,7 +18,7 @@ constexpr FilterEntry kFilters[] = {
     {u"RTF documents", u"*.rtf", u"K19RTF", "rtf", nullptr},
     {u"HTML pages", u"*.htm;*.html", u"K19HTM", "html", make_html_filter},
     {u"FrameMaker MIF documents", u"*.mif", u"K19MIF", "mif", make_mif_filter},
-    {u"Resource scripts", u"*.rc", u"K19GCP", "winres", nullptr},
+    {u"Resource scripts", u"*.rc", u"K19GCP", "winres", make_rc_filter},
     {u"Text files", u"*.txt;*.scr", u"K19TXT", "plaintext", make_text_filter},
     {u"PowerPoint presentations", u"*.ppt", u"K19PPTW", "xml", nullptr},
     {u"Excel workbooks", u"*.xls", u"K19XLSW", "xml", nullptr},

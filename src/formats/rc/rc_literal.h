@@ -1,0 +1,81 @@
+// The text of a literal: quotes, escapes, joined lines, printf markers.
+//
+// Escapes are those of string literals in resource scripts: \a \n \r \t \\ \" "" \x with up to two digits (four in
+// L"..."), octal numbers of up to three digits. What the compilers do not agree on (other letters behind a backslash)
+// is left as it stands. In "..." a number is a byte of the script's code page, in L"..." a unit of UTF-16.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "formats/text/text_coding.h"
+
+namespace kavo::rc {
+
+struct RcPiece {
+  enum Kind : std::uint8_t {
+    kHidden,     // a quote that encloses, a joint of lines
+    kText,       // characters as they stand
+    kCharacter,  // one character in another form; `text` is its UTF-8
+    kLineBreak,  // \n, \r\n, a line end
+    kTab,
+    kMarker,  // of printf or FormatMessage: "%d", "%1!s!"
+    kOther,   // an escape that stands for no character that XML has
+  };
+  Kind kind = kText;
+  std::string_view bytes;
+  std::string text;
+};
+
+// Reads literals that are one text, with what stands between them: give each in its turn to start().
+class RcLiteralReader {
+ public:
+  // `coding` is that of the bytes, `numbers` that of numbers in "...", null for none. Both must outlive the reader.
+  RcLiteralReader(const TextCoding& coding, const TextCoding* numbers) : coding_(coding), numbers_(numbers) {}
+
+  // A literal without the quote that closes it.
+  void start(std::string_view literal);
+  // False at its end.
+  bool next(RcPiece& piece);
+
+ private:
+  void escape(RcPiece& piece);
+  void number(RcPiece& piece, std::size_t digits_at, unsigned base, std::size_t most);
+  void line_end(RcPiece& piece);
+  void plain(RcPiece& piece);
+  void give(RcPiece& piece, RcPiece::Kind kind, std::size_t length);
+
+  const TextCoding& coding_;
+  const TextCoding* numbers_;
+  std::string_view rest_;
+  bool is_wide_ = false;
+  bool is_first_ = false;
+  char before_ = 0;  // the byte in front of `rest_`
+};
+
+// The length of the printf marker or FormatMessage insert that begins `text`; 0 when it is none. A percent sign behind
+// a digit and in front of a word ("50%discount") is none, which `before`, the byte in front of it, tells.
+std::size_t marker_length(std::string_view text, char before);
+
+// How a text is written as a literal.
+class RcLiteralWriter {
+ public:
+  // `coding` is that of the bytes. When it lacks a character of the text, or holds one with a backslash for its second
+  // byte (compilers that read bytes take it for one), the literal becomes L"..." with numbers for those.
+  explicit RcLiteralWriter(const TextCoding& coding) : coding_(coding) {}
+
+  void start(bool is_wide);
+  void text(std::string_view utf8);
+  void code(std::string_view bytes) { content_ += bytes; }
+  // Appends the literal.
+  void finish(std::string& bytes) const;
+
+ private:
+  const TextCoding& coding_;
+  std::string content_;
+  bool is_wide_ = false;
+};
+
+}  // namespace kavo::rc

@@ -1,0 +1,78 @@
+// Cuts resource scripts into words, literals, marks, comments and preprocessor lines.
+//
+// The language is that of the resource-definition statements of the Windows API, behind the C preprocessor: comments
+// and preprocessor lines stand wherever they may in C, a backslash at the end of a line joins the next one. A literal
+// is "..." or L"..."; a quote inside is doubled, or stands behind a backslash when another quote follows on the line
+// (otherwise the literal is a path that ends in a backslash). A line end inside belongs to the literal.
+//
+// The bytes of all tokens, in order, are the script, whatever is wrong with it.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+#include "formats/text/text_coding.h"
+
+namespace kavo::rc {
+
+// A longer literal is handed out in pieces that count as rest, as is a longer preprocessor line: compilers take 4,096
+// characters, and a literal that is never closed must not fill the memory.
+inline constexpr std::size_t kLongestLiteral = 64 * 1024;  // bytes
+
+enum class RcTokenKind : std::uint8_t {
+  kBlank,      // blanks, line ends, joined lines
+  kComment,    // a piece of one
+  kDirective,  // a preprocessor line from its "#" to its end, or to a comment in it
+  kLiteral,    // with its quotes and the L
+  kWord,       // a name, a keyword, a number, a file name without quotes
+  kMark,       // one of , ( ) { } |
+  kRest,       // a piece of a preprocessor line behind a comment, or of a literal that is too long or has no end
+};
+
+struct RcToken {
+  RcTokenKind kind = RcTokenKind::kRest;
+  std::string_view bytes;
+};
+
+// Begins at the beginning of a line.
+class RcTokenScanner {
+ public:
+  // The coding of what follows, which tells the bytes that begin a character of two; null for UTF-8. It must outlive
+  // its use.
+  void coding(const TextCoding* coding) { coding_ = coding; }
+
+  // The token that begins `bytes` (not empty), which start where the last token ended. False when it takes more bytes
+  // to tell; never when these are all that there are (`is_all`).
+  bool next(std::string_view bytes, bool is_all, RcToken& token);
+
+ private:
+  enum class State : std::uint8_t {
+    kBetween,
+    kLineComment,
+    kBlockComment,
+    kDirectiveRest,  // behind a comment in a preprocessor line, or in a long one
+    kLongLiteral,
+  };
+
+  bool give(RcToken& token, RcTokenKind kind, std::string_view bytes, State next);
+  bool blank(std::string_view bytes, RcToken& token);
+  bool line_comment(std::string_view bytes, bool is_all, RcToken& token);
+  bool block_comment(std::string_view bytes, bool is_all, RcToken& token);
+  bool directive(std::string_view bytes, bool is_all, RcToken& token);
+  bool directive_rest(std::string_view bytes, bool is_all, RcToken& token);
+  bool literal(std::string_view bytes, std::size_t prefix, bool is_all, RcToken& token);
+  bool long_literal(std::string_view bytes, bool is_all, RcToken& token);
+  bool word(std::string_view bytes, bool is_all, RcToken& token);
+  // Moves `at` through a literal; true behind its closing quote, false where it takes more bytes.
+  bool find_literal_end(std::string_view bytes, bool is_all, std::size_t& at) const;
+  bool is_lead(char c) const { return coding_ && coding_->is_lead_byte(static_cast<unsigned char>(c)); }
+
+  const TextCoding* coding_ = nullptr;
+  State state_ = State::kBetween;
+  bool is_line_start_ = true;    // a preprocessor line may begin
+  bool is_in_directive_ = false;  // a comment that ends goes on with one
+  std::size_t searched_ = 0;      // how far a literal has been looked through in vain
+};
+
+}  // namespace kavo::rc

@@ -1,0 +1,51 @@
+// A resource script as its filter reads it: statement by statement, with the coding of each.
+//
+// A byte order mark tells the coding of the whole script. Without one, #pragma code_page tells that of what follows,
+// and in front of the first one the code page that the user names counts. When that is UTF-8 and the script is not, it
+// is the Windows code page of the source language: compilers take that of their system.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string_view>
+
+#include "common/block_reader.h"
+#include "common/progress_event.h"
+#include "formats/html/page_input.h"
+#include "formats/rc/rc_parser.h"
+#include "suite/filters/filter.h"
+
+namespace kavo::rc {
+
+class RcScript {
+ public:
+  // The document must outlive the script; it is read from its beginning, for the coding to its end.
+  RcScript(BlockReader& document, const ConversionSettings& settings);
+
+  std::string_view mark() const { return mark_; }
+  // True when the whole script has one coding, whatever it declares.
+  bool is_marked() const { return !mark_.empty(); }
+  // Of the bytes behind a declaration (0 for none).
+  unsigned code_page(unsigned declared) const;
+  // Throws `failure` 5 for one that is not known.
+  const TextCoding& coding(unsigned code_page);
+
+  // Reads it from behind its mark to its end.
+  void read(const RcParser::Taker& take, ProgressEvent* progress);
+  // The script's own bytes for those of a statement that read() gives; valid until the next call.
+  std::string_view original(std::string_view bytes) { return input_->original(bytes); }
+  std::size_t original_size(std::string_view bytes) const { return input_->original_size(bytes); }
+  // Behind read(): the byte at the end of a script in UTF-16 that is half a unit.
+  std::string_view odd_byte() const { return input_->odd_byte(); }
+
+ private:
+  const TextCoding* scanner_coding(unsigned declared);
+
+  BlockReader& document_;
+  std::string_view mark_;
+  unsigned code_page_ = 0;  // without a declaration
+  std::unique_ptr<html::PageInput> input_;
+  std::map<unsigned, std::unique_ptr<TextCoding>> codings_;
+};
+
+}  // namespace kavo::rc
