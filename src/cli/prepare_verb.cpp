@@ -38,13 +38,19 @@ class Prepare final : public Verb {
                    "Code page of the rebuilt documents (else that of the source)")
         ->type_name("N")
         ->check(code_page_value());
-    app.add_flag("--overwrite", overwrite_, "Replace bilingual documents that hold translations");
+    app.add_flag("--overwrite", overwrite_,
+                 "Replace bilingual documents that hold translations, and what a resource script already has in the "
+                 "target language");
+    app.add_option("--filter-option", filter_options_, "What a filter is to do, such as rc.dialog-font=\"MS UI Gothic\"")
+        ->type_name("NAME=VALUE");
   }
   void start() override {
     driver_.emplace();
     batch_ = PreparationBatch(documents_among(files));
     if (!target_code_page_.empty())
       languages_.target_code_page = static_cast<std::int32_t>(code_page_number(target_code_page_));
+    if (overwrite_) filter_options_.push_back("overwrite=1");
+    for (const std::string& option : filter_options_) languages_.filter_options += to_utf16(option + "\n");
     languages_.source = to_utf16(source_);
     languages_.target = to_utf16(target_);
   }
@@ -115,6 +121,7 @@ class Prepare final : public Verb {
   std::string target_;
   std::string target_code_page_;
   bool overwrite_ = false;
+  std::vector<std::string> filter_options_;
   RunLanguages languages_;
   std::optional<K19FPWObj> driver_;  // keeps the suite's filters at hand
   PreparationBatch batch_;

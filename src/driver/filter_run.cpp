@@ -47,7 +47,8 @@ struct DocumentSet {
   std::u16string author_document;  // full path
 };
 
-void convert(ProducedFile& file, const RunLanguages& languages, const DocumentSet& set) {
+void convert(ProducedFile& file, const RunLanguages& languages, const DocumentSet& set,
+             const RunObserver& observer) {
   const FilterInfo& filter = filter_table(file.file_type);
   if (filter.filter_name.empty())
     throw failure(FailureNumber::kInvalidCall,
@@ -67,8 +68,10 @@ void convert(ProducedFile& file, const RunLanguages& languages, const DocumentSe
   if (keeps_set) {
     arguments.push_back(by_value(set.mark));
     arguments.push_back(by_value(set.author_document));
+    if (!languages.filter_options.empty()) arguments.push_back(by_value(languages.filter_options));
   }
   filter_catalogue().invoke(keeps_set ? u"ConvertInSet" : u"Convert", arguments);
+  observer.tell_all(filter_messages());
   // The only plain text that a preparation produces beside other files is the script file of a server page.
   if (file.file_type == kPlainText && ascii_lower(file.file_name).ends_with(u".scr")) LockScriptSegments(made);
   run.commit();
@@ -93,7 +96,7 @@ FilterRun convert_produced_files(std::span<ProducedFile> files, const RunLanguag
       const DocumentSet set{mark_of(files), author_document.empty() ? u"" : ports().files->absolute(author_document)};
       for (; i < files.size(); ++i) {
         observer.tell_converting(files[i].file_name, static_cast<int>(100 * i / files.size()));
-        convert(files[i], languages, set);
+        convert(files[i], languages, set, observer);
       }
     } catch (const failure& reason) {
       result = failed_at(i, reason);

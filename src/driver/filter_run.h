@@ -17,6 +17,7 @@ struct RunLanguages {
   std::u16string target;
   std::int32_t source_code_page = 0;  // 0: what the suite takes as usual
   std::int32_t target_code_page = 0;
+  std::u16string filter_options{};  // for the filters: "name=value" on each line
 };
 
 struct FilterRun {

@@ -1,5 +1,6 @@
 #include "driver/filter_table.h"
 
+#include <algorithm>
 #include <array>
 #include <limits>
 
@@ -71,6 +72,18 @@ AutomationObject& filter_catalogue() {
   const ObjectRef& catalogue = thread_state().catalogue;
   if (!catalogue) throw failure(FailureNumber::kNoObject, u"The filter catalogue was released");
   return *catalogue;
+}
+
+MessageList filter_messages() {
+  MessageList messages;
+  if (!filter_catalogue().has_member(u"Messages")) return messages;
+  const std::u16string lines = as_text(filter_catalogue().get(u"Messages"));
+  for (std::size_t at = 0; at < lines.size();) {
+    const std::size_t end = std::min(lines.find(u'\n', at), lines.size());
+    messages.push_back({lines.substr(at, end - at)});
+    at = end + 1;
+  }
+  return messages;
 }
 
 void BuildFilterTable() {

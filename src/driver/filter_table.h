@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "common/file_type.h"
+#include "common/messages.h"
 #include "platform/automation.h"
 
 namespace kavo {
@@ -38,6 +39,10 @@ void create_filter_catalogue();
 void release_filter_catalogue() noexcept;
 // The thread's catalogue; throws `failure` 91 when there is none.
 AutomationObject& filter_catalogue();
+
+// What the catalogue's last conversion has to say beside its result, by its member Messages (a message on each line),
+// which is optional. Throws what the catalogue raises.
+MessageList filter_messages();
 
 // Clears the thread's table and fills it from the catalogue's Enumerate(index, firstText, secondText, filterName,
 // catalogueValue), called with 0, 1, 2 ... while it answers 1. A filter goes to the entry of every tag that its name

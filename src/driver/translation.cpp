@@ -12,6 +12,7 @@
 #include "common/same_file.h"
 #include "driver/companions.h"
 #include "driver/document_files.h"
+#include "driver/file_types.h"
 #include "driver/font_mapping.h"
 #include "driver/post_process.h"
 #include "driver/status_colours.h"
@@ -207,6 +208,7 @@ class Translation {
       const FontMapping font_mapping(ports().files->absolute(name_.folder() + u"KAVO.FMP"),
                                      build.details().source_format);
       build.create_target(created, language_);
+      observer_.tell_all(filter_messages());
       font_mapping.restore();
       return true;
     } catch (const failure& reason) {

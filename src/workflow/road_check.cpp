@@ -157,7 +157,9 @@ class RoadCheck {
       const std::u16string rebuilt = rebuild_document(driver_, first[0].tud_name);
       if (book_ != nullptr)
         result_.book_difference = first_difference(rebuilt, book_->rebuild(driver_, document_, languages));
-      const std::vector<ProducedFile> second = prepare(copy_to("again", rebuilt).path, languages);
+      // The texts of the rebuilt document are in the target language.
+      const std::vector<ProducedFile> second =
+          prepare(copy_to("again", rebuilt).path, {languages_.target, languages_.target});
       for (std::size_t i = 0; i < first.size() && i < second.size(); ++i)
         compare(first[i], *wanted[i], BilingualDocument(second[i].tud_name), origin);
     });

@@ -1,5 +1,7 @@
 #include "suite/components/filter_catalogue.h"
 
+#include <algorithm>
+
 #include "platform/failure.h"
 #include "platform/unicode.h"
 #include "suite/document/conversion.h"
@@ -46,26 +48,18 @@ ConversionRequest conversion_from(std::span<Argument> arguments) {
   return request;
 }
 
-Value convert(std::span<Argument> arguments, ProgressEvent& progress) {
-  return static_cast<std::int32_t>(convert_document(conversion_from(arguments), progress));
-}
-
-Value convert_in_set(std::span<Argument> arguments, ProgressEvent& progress) {
-  ConversionRequest request = conversion_from(arguments);
-  request.mark = to_utf8(as_text(arguments[9].value));
-  request.author_document = as_text(arguments[10].value);
-  return static_cast<std::int32_t>(convert_document(request, progress));
-}
-
-Value create(std::span<Argument> arguments, ProgressEvent& progress) {
-  TargetRequest request;
-  request.target = as_text(arguments[0].value);
-  request.open_tag = as_text(arguments[1].value);
-  request.skeleton = as_text(arguments[2].value);
-  request.language = as_text(arguments[3].value);
-  request.filter = as_text(arguments[4].value);
-  create_target(request, progress);
-  return Empty{};
+// "name=value" on each line.
+FilterOptions options_from(const Value& text) {
+  FilterOptions options;
+  const std::string lines = to_utf8(as_text(text));
+  for (std::size_t at = 0; at < lines.size();) {
+    const std::size_t end = std::min(lines.find('\n', at), lines.size());
+    const std::string line = lines.substr(at, end - at);
+    if (const std::size_t equals = line.find('='); equals != std::string::npos)
+      options[line.substr(0, equals)] = line.substr(equals + 1);
+    at = end + 1;
+  }
+  return options;
 }
 
 // None of these filters has anything to set.
@@ -79,11 +73,46 @@ Value settings(std::span<Argument> arguments) {
 FilterCatalogue::FilterCatalogue()
     : TableObject({
           {u"Enumerate", MemberKind::kMethod, 5, 5, enumerate},
-          {u"Convert", MemberKind::kMethod, 8, 9, [this](auto arguments) { return convert(arguments, progress_); }},
-          {u"ConvertInSet", MemberKind::kMethod, 11, 11,
-           [this](auto arguments) { return convert_in_set(arguments, progress_); }},
-          {u"CreateTarget", MemberKind::kMethod, 5, 5, [this](auto arguments) { return create(arguments, progress_); }},
+          {u"Convert", MemberKind::kMethod, 8, 9, [this](auto arguments) { return convert(arguments); }},
+          {u"ConvertInSet", MemberKind::kMethod, 11, 12, [this](auto arguments) { return convert_in_set(arguments); }},
+          {u"CreateTarget", MemberKind::kMethod, 5, 5, [this](auto arguments) { return create(arguments); }},
+          {u"Messages", MemberKind::kPropertyGet, 0, 0, [this](auto) { return Value(messages_); }},
           {u"Settings", MemberKind::kMethod, 1, 1, settings},
       }) {}
+
+MessageTaker FilterCatalogue::new_messages() {
+  messages_.clear();
+  return [this](const Message& message) {
+    if (!messages_.empty()) messages_ += u'\n';
+    messages_ += message.text;
+  };
+}
+
+Value FilterCatalogue::convert(std::span<Argument> arguments) {
+  ConversionRequest request = conversion_from(arguments);
+  request.tell = new_messages();
+  return static_cast<std::int32_t>(convert_document(request, progress_));
+}
+
+Value FilterCatalogue::convert_in_set(std::span<Argument> arguments) {
+  ConversionRequest request = conversion_from(arguments);
+  request.mark = to_utf8(as_text(arguments[9].value));
+  request.author_document = as_text(arguments[10].value);
+  if (!is_omitted(arguments[11].value)) request.options = options_from(arguments[11].value);
+  request.tell = new_messages();
+  return static_cast<std::int32_t>(convert_document(request, progress_));
+}
+
+Value FilterCatalogue::create(std::span<Argument> arguments) {
+  TargetRequest request;
+  request.target = as_text(arguments[0].value);
+  request.open_tag = as_text(arguments[1].value);
+  request.skeleton = as_text(arguments[2].value);
+  request.language = as_text(arguments[3].value);
+  request.filter = as_text(arguments[4].value);
+  request.tell = new_messages();
+  create_target(request, progress_);
+  return Empty{};
+}
 
 }  // namespace kavo

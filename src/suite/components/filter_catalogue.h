@@ -3,16 +3,24 @@
 
 #include "common/progress_event.h"
 #include "platform/automation.h"
+#include "suite/filters/filter.h"
 
 namespace kavo {
 
-// Members: Enumerate, Convert, ConvertInSet, CreateTarget and Settings, as docs/suite-interface.md describes them.
+// Members: Enumerate, Convert, ConvertInSet, CreateTarget, Messages and Settings, as docs/suite-interface.md describes them.
 class FilterCatalogue final : public TableObject {
  public:
   FilterCatalogue();
 
  private:
+  Value convert(std::span<Argument> arguments);
+  Value convert_in_set(std::span<Argument> arguments);
+  Value create(std::span<Argument> arguments);
+  // Forgets what the conversion before has told, and takes what the next one tells.
+  MessageTaker new_messages();
+
   ProgressEvent progress_;  // without a handler: it only lets the host process its messages
+  std::u16string messages_;
 };
 
 }  // namespace kavo
