@@ -139,9 +139,9 @@ TEST_F(RcFilterTargetTest, AccessKeysAndMarkersAreChecked) {
   constexpr std::string_view kScript =
       "D DIALOG 0,0,1,1\nCAPTION \"T\"\n{\nLTEXT \"&Name\",1,0,0,1,1\nPUSHBUTTON \"&Open\",2,0,0,1,1\n"
       "PUSHBUTTON \"&Close\",3,0,0,1,1\nLTEXT \"a && b\",4,0,0,1,1\n}\n"
-      "STRINGTABLE { 1 \"%d of %s\" 2 \"%1 %2\" 3 \"x\" }\n";
+      "STRINGTABLE { 1 \"%d of %s\" 2 \"%1 and %2\" 3 \"x\" }\n";
   const std::u16string tud = convert_to(kScript, u"EN-US", u"FR");
-  built(tud, {u"T & T", u"&Nom", u"Ouvrir", u"&Ne", u"a && b", u"<2/> von <1/>", u"<2/> <1/>", u"100 %s"});
+  built(tud, {u"T & T", u"&Nom", u"Ouvrir", u"&Ne", u"a && b", u"<2/> von <1/>", u"<2/> und <1/>", u"100 %s"});
   EXPECT_EQ(told_, (std::vector<std::u16string>{
                        u"segment 3 (line 5, column 12): the access key (&) is missing",
                        u"segment 4 (line 6, column 12): the access key N is that of another control of the dialog, "

@@ -69,6 +69,8 @@ class RcLiteralWriter {
   void start(bool is_wide);
   void text(std::string_view utf8);
   void code(std::string_view bytes) { content_ += bytes; }
+  // True when it is or has become L"...".
+  bool is_wide() const { return is_wide_; }
   // Appends the literal.
   void finish(std::string& bytes) const;
 

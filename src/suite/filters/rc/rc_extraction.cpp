@@ -155,6 +155,7 @@ bool RcExtraction::segment(const RcStatement& statement, const RcText& text) {
   const std::string_view last = statement.text(statement.items[text.run.last]);
   RcTextPlace place;
   place.is_wide = first.front() != '"';
+  place.is_glued = is_word_end_;
   place.code_page = script_.code_page(statement.code_page);
   place.dialog = text.kind == RcText::kControl && text.has_access_key ? statement.resource->number : 0;
   place.tail = tail_of(last);
@@ -253,6 +254,7 @@ void RcExtraction::computed(ComputedKind kind, unsigned code_page, std::string_v
 }
 
 void RcExtraction::advance(std::string_view bytes) {
+  if (!bytes.empty()) is_word_end_ = std::string_view(" \t\r\n,(){}|\"/").find(bytes.back()) == std::string_view::npos;
   const std::size_t last = bytes.rfind('\n');
   if (last == std::string_view::npos) {
     column_ += static_cast<std::int64_t>(script_.original_size(bytes));

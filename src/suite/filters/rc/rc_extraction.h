@@ -57,6 +57,7 @@ class RcExtraction {
   bool has_language_ = false;   // a LANGUAGE statement of the translation is in effect
   bool has_code_page_ = false;  // so is a declaration of its code page
   bool is_foreign_page_ = false;  // it is so in a block that is not translated
+  bool is_word_end_ = false;      // the last byte belongs to a word
   std::uint32_t last_resource_ = 0;
   std::int64_t line_ = 1;
   std::int64_t column_ = 1;

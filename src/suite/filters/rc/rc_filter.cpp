@@ -153,6 +153,8 @@ void RcFilter::write_segment(const Hole& hole, std::string_view translation, std
   std::string tail;
   target.encode(place.tail, tail, {});
   writer.code(tail);
+  // The L would become a part of the word.
+  if (place.is_glued && writer.is_wide()) target.encode(" ", bytes, {});
   writer.finish(bytes);
 }
 

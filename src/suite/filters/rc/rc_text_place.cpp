@@ -76,7 +76,7 @@ std::string access_key_of(std::string_view utf8) {
 }
 
 std::string to_context(const RcTextPlace& place) {
-  std::string context(place.is_wide ? "L" : "");
+  std::string context(place.is_wide ? "L" : place.is_glued ? "g" : "");
   for (const std::uint32_t number : {static_cast<std::uint32_t>(place.code_page), place.dialog})
     (context += kSeparator) += std::to_string(number);
   ((context += kSeparator) += place.key) += kSeparator;
@@ -85,7 +85,7 @@ std::string to_context(const RcTextPlace& place) {
 
 RcTextPlace to_place(std::string_view context) {
   const auto parts = parts_of(context, 5);
-  return {parts[0] == "L", to_number(parts[1]), to_number(parts[2]), std::string(parts[3]), std::string(parts[4])};
+  return {parts[0] == "L", parts[0] == "g", to_number(parts[1]), to_number(parts[2]), std::string(parts[3]), std::string(parts[4])};
 }
 
 std::string to_data(const RcFacts& facts) {

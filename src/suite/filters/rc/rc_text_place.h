@@ -13,6 +13,7 @@ namespace kavo::rc {
 // Kept as the context of a segment.
 struct RcTextPlace {
   bool is_wide = false;    // L"..."
+  bool is_glued = false;   // a word stands in front of it without a blank
   unsigned code_page = 0;  // of its bytes
   std::uint32_t dialog = 0;  // the number of the dialog of a control that can have an access key, 0 for none
   std::string key;           // its access key when it has exactly one, UTF-8
