@@ -9,6 +9,7 @@ struct LanguageName {
   bool is_sublanguage;
   std::string_view name;
   std::uint16_t number;
+  bool is_written;
 };
 constexpr LanguageName kNames[] = {
 #include "rc_language_names.inc"
@@ -29,15 +30,19 @@ std::optional<std::uint32_t> value_of(std::string_view word, bool is_sublanguage
 // "SERBIAN" and "BOSNIAN" have one number: the name of the sublanguage tells which is meant.
 std::optional<std::string> names_of(LanguageId id) {
   for (const LanguageName& primary : kNames) {
-    if (primary.is_sublanguage || primary.number != primary_of(id)) continue;
+    if (primary.is_sublanguage || !primary.is_written || primary.number != primary_of(id)) continue;
     for (const LanguageName& sub : kNames) {
-      if (!sub.is_sublanguage || sub.number != sublanguage_of(id) || !sub.name.starts_with(primary.name)) continue;
+      if (!sub.is_sublanguage || !sub.is_written || sub.number != sublanguage_of(id) || !sub.name.starts_with(primary.name)) continue;
       if (sub.name.size() != primary.name.size() && sub.name[primary.name.size()] != '_') continue;
       std::string words(kPrimary);
       ((words += primary.name) += ", ") += kSublanguage;
       return words += sub.name;
     }
   }
+  if (sublanguage_of(id) != 1) return std::nullopt;
+  for (const LanguageName& primary : kNames)
+    if (!primary.is_sublanguage && primary.is_written && primary.number == primary_of(id))
+      return std::string(kPrimary) + std::string(primary.name) + ", SUBLANG_DEFAULT";
   return std::nullopt;
 }
 

@@ -21,7 +21,7 @@ std::optional<std::uint32_t> number_of(std::string_view word);
 // of the script).
 std::optional<LanguageId> language_of(std::string_view primary, std::string_view sublanguage);
 
-// The two values for a language, with ", " between them; by name where both have one.
+// The two values for a language, with ", " between them; by name where both have one that compilers know.
 std::string language_words(LanguageId id, bool by_name);
 
 }  // namespace kavo::rc

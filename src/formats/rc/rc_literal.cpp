@@ -172,60 +172,67 @@ void RcLiteralReader::plain(RcPiece& piece) {
   give(piece, RcPiece::kText, std::max<std::size_t>(end, 1));
 }
 
-void RcLiteralWriter::start(bool is_wide) {
-  content_.clear();
-  is_wide_ = is_wide;
+void RcLiteralWriter::text(std::string_view utf8) {
+  parts_.push_back({false, std::string(utf8)});
+  while (!is_wide_ && !utf8.empty()) {
+    const std::size_t length = std::max<std::size_t>(utf8_character_length(utf8), 1);
+    is_wide_ = !fits(utf8.substr(0, length));
+    utf8.remove_prefix(length);
+  }
 }
 
-void RcLiteralWriter::text(std::string_view utf8) {
-  const auto number = [&](std::string_view character) {
-    is_wide_ = true;
-    char32_t code = utf8_code_point(character);
-    char written[16];
-    std::string units;
-    if (code >= 0x10000) {
-      std::snprintf(written, sizeof written, "\\x%04X", static_cast<unsigned>(0xD7C0 + (code >> 10)));
-      units = written;
-      code = 0xDC00 + (code & 0x3FF);
-    }
-    std::snprintf(written, sizeof written, "\\x%04X", static_cast<unsigned>(code));
-    for (const char c : units += written) coding_.encode({&c, 1}, content_, {});
-  };
-  std::string escaped;
+bool RcLiteralWriter::fits(std::string_view character) const {
+  if (character.size() == 1) return true;
   std::string encoded;
-  while (!utf8.empty()) {
-    const std::size_t length = std::max<std::size_t>(utf8_character_length(utf8), 1);
-    const std::string_view character = utf8.substr(0, length);
-    utf8.remove_prefix(length);
-    const char c = character.front();
-    if (c == '"') {
-      escaped = "\"\"";
-    } else if (c == '\\') {
-      escaped = "\\\\";
-    } else if (c == '\n') {
-      escaped = "\\n";
-    } else if (c == '\r') {
-      escaped = "\\r";
-    } else if (c == '\t') {
-      escaped = "\\t";
-    } else {
-      escaped = character;
-    }
-    encoded.clear();
-    bool is_missing = false;
-    coding_.encode(escaped, encoded, [&](std::string_view, std::string&) { is_missing = true; });
-    const bool looks_escaped = length > 1 && !coding_.is_utf16() && encoded.size() == 2 && encoded[1] == '\\';
-    if (is_missing || looks_escaped)
-      number(character);
-    else
-      content_ += encoded;
-  }
+  bool is_missing = false;
+  coding_.encode(character, encoded, [&](std::string_view, std::string&) { is_missing = true; });
+  return !is_missing && (coding_.is_utf16() || encoded.size() != 2 || encoded[1] != '\\');
 }
 
 void RcLiteralWriter::finish(std::string& bytes) const {
   coding_.encode(is_wide_ ? "L\"" : "\"", bytes, {});
-  bytes += content_;
+  for (const Part& part : parts_) {
+    if (part.is_code)
+      bytes += part.text;
+    else
+      append(part.text, bytes);
+  }
   coding_.encode("\"", bytes, {});
+}
+
+void RcLiteralWriter::append(std::string_view utf8, std::string& bytes) const {
+  const bool has_numbers = is_wide_ && !coding_.is_utf16();
+  std::string written;
+  const auto number = [&](char32_t unit) {
+    char digits[16];
+    std::snprintf(digits, sizeof digits, "\\x%04X", static_cast<unsigned>(unit));
+    written += digits;
+  };
+  while (!utf8.empty()) {
+    const std::size_t length = std::max<std::size_t>(utf8_character_length(utf8), 1);
+    const char32_t code = length == 1 ? 0 : utf8_code_point(utf8.substr(0, length));
+    const char c = utf8.front();
+    if (c == '"') {
+      written += "\"\"";
+    } else if (c == '\\') {
+      written += "\\\\";
+    } else if (c == '\n') {
+      written += "\\n";
+    } else if (c == '\r') {
+      written += "\\r";
+    } else if (c == '\t') {
+      written += "\\t";
+    } else if (length == 1 || !has_numbers) {
+      written += utf8.substr(0, length);
+    } else if (code < 0x10000) {
+      number(code);
+    } else {
+      number(0xD7C0 + (code >> 10));
+      number(0xDC00 + (code & 0x3FF));
+    }
+    utf8.remove_prefix(length);
+  }
+  coding_.encode(written, bytes, {});
 }
 
 }  // namespace kavo::rc

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "formats/text/text_coding.h"
 
@@ -60,24 +61,35 @@ class RcLiteralReader {
 std::size_t marker_length(std::string_view text, char before);
 
 // How a text is written as a literal.
+//
+// When the coding lacks a character of the text, or holds one with a backslash for its second byte (compilers that read
+// bytes take it for one), the literal becomes L"...". In L"..." characters beyond ASCII are numbers, unless the script
+// is in UTF-16: compilers do not agree on what other bytes mean there.
 class RcLiteralWriter {
  public:
-  // `coding` is that of the bytes. When it lacks a character of the text, or holds one with a backslash for its second
-  // byte (compilers that read bytes take it for one), the literal becomes L"..." with numbers for those.
-  explicit RcLiteralWriter(const TextCoding& coding) : coding_(coding) {}
+  // `coding` is that of the bytes; it must outlive the writer.
+  RcLiteralWriter(const TextCoding& coding, bool is_wide) : coding_(coding), is_wide_(is_wide) {}
 
-  void start(bool is_wide);
   void text(std::string_view utf8);
-  void code(std::string_view bytes) { content_ += bytes; }
+  // Bytes as they stand in the script.
+  void code(std::string_view bytes) { parts_.push_back({true, std::string(bytes)}); }
   // True when it is or has become L"...".
   bool is_wide() const { return is_wide_; }
   // Appends the literal.
   void finish(std::string& bytes) const;
 
  private:
+  struct Part {
+    bool is_code;
+    std::string text;
+  };
+  // False for a character that only a number can stand for.
+  bool fits(std::string_view character) const;
+  void append(std::string_view utf8, std::string& bytes) const;
+
   const TextCoding& coding_;
-  std::string content_;
-  bool is_wide_ = false;
+  bool is_wide_;
+  std::vector<Part> parts_;
 };
 
 }  // namespace kavo::rc

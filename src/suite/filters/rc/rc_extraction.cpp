@@ -211,7 +211,7 @@ void RcExtraction::piece(const RcPiece& piece) {
       plain_ += piece.text;
       return segment.add_text(piece.text, bytes);
     case RcPiece::kLineBreak:
-      return segment.add_code(CodeKind::kStandalone, "lb", "\\n", bytes);
+      return segment.add_code(CodeKind::kStandalone, "lb", piece.bytes.front() == '\\' ? piece.bytes : "\\n", bytes);
     case RcPiece::kTab:
       return segment.add_code(CodeKind::kStandalone, "x-tab", "\\t", bytes);
     case RcPiece::kMarker:

@@ -132,8 +132,7 @@ bool RcFilter::is_recoded(const Hole& hole) const {
 void RcFilter::write_segment(const Hole& hole, std::string_view translation, std::string& bytes) {
   const RcTextPlace place = to_place(hole.context);
   const TextCoding& target = coding(target_of(place.code_page));
-  RcLiteralWriter writer(target);
-  writer.start(place.is_wide);
+  RcLiteralWriter writer(target, place.is_wide);
   std::string shown;
   CodedTextReader reader(translation);
   for (CodedPart part; reader.next(part);) {
@@ -201,8 +200,7 @@ void RcFilter::write_computed(std::uint32_t number, std::string_view original, s
 // A name that the target's code page lacks is written in numbers, as a text is.
 void RcFilter::write_literal(std::string_view original, unsigned code_page, std::string& bytes) {
   const TextCoding& source = coding(code_page);
-  RcLiteralWriter writer(coding(target_of(code_page)));
-  writer.start(original.front() != '"');
+  RcLiteralWriter writer(coding(target_of(code_page)), original.front() != '"');
   RcLiteralReader reader(source, nullptr);
   reader.start(original.substr(0, original.size() - 1));
   for (RcPiece piece; reader.next(piece);) {
@@ -261,8 +259,7 @@ void RcFilter::write_font(std::string_view original, unsigned code_page, std::st
     else
       write_literal(literal, code_page, bytes);
   } else {
-    RcLiteralWriter writer(coding(target_of(code_page)));
-    writer.start(false);
+    RcLiteralWriter writer(coding(target_of(code_page)), false);
     writer.text(facts_.font.face);
     writer.finish(bytes);
   }
