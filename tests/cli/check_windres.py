@@ -17,10 +17,14 @@ SHOWN = {"\\n": "\n", "\\r\\n": "\r\n", "\\t": "\t"}
 LANGUAGES = {"wcs_deu_dictpad": "DE", "wcs_cht_dictpad": "ZH-TW"}
 
 
+class Failed(Exception):
+    pass
+
+
 def run(*command, **options):
     done = subprocess.run([str(c) for c in command], capture_output=True, **options)
     if done.returncode:
-        sys.exit(f"{' '.join(map(str, command))}\n{done.stdout.decode(errors='replace')}{done.stderr.decode(errors='replace')}")
+        raise Failed(f"{' '.join(map(str, command))}\n{(done.stdout + done.stderr).decode(errors='replace')[-2000:]}")
     return done.stdout
 
 
@@ -47,8 +51,8 @@ def bitmap():
 def make_stand_ins(folder, source):
     """Headers and files that a real script asks for."""
     text = readable(source).decode("latin-1")
-    plain = re.sub(r'L?"(?:[^"]|"")*"|//[^\n]*|/\*.*?\*/', " ", text, flags=re.S)
-    names = sorted(set(re.findall(r"\b(?:ID|DID|IDC|AFX_ID|IDR|IDD|VER|VS|ICON)[A-Z]*_\w+|\bID[A-Z]+\b", plain)))
+    plain = re.sub(r'^\s*#[^\n]*|L?"(?:[^"]|"")*"|//[^\n]*|/\*.*?\*/', " ", text, flags=re.S | re.M)
+    names = sorted(set(re.findall(r"\b[A-Z]\w*_\w+\b|\b[a-z]+[A-Z]\w*\b", plain)))
     # Those that the compiler's own headers know come from there.
     header = "#include <windows.h>\n#include <commctrl.h>\n" + "".join(
         f"#ifndef {name}\n#define {name} {number}\n#endif\n" for number, name in enumerate(names, 2000))
@@ -61,7 +65,8 @@ def make_stand_ins(folder, source):
             made.write_text("")
             (folder / name.replace("\\", "/")).parent.mkdir(parents=True, exist_ok=True)
             (folder / name.replace("\\", "/")).write_text("")
-    for kind, name in re.findall(r'\b(ICON|BITMAP|CURSOR|SRGRAMMAR|RT_MANIFEST|24|\w+)\s+(?:DISCARDABLE\s+|MOVEABLE\s+|PURE\s+)*"([^"]+\.\w+)"', text):
+    flags = r"(?:DISCARDABLE\s+|MOVEABLE\s+|PURE\s+)*"
+    for kind, name in re.findall(r'^\w+\s+(\w+)\s+' + flags + r'"([^"]+\.\w+)"', text, flags=re.M):
         for path in (folder / name.replace("\\\\", "/").replace("\\", "/"), folder / name.replace("\\\\", "\\")):
             path.parent.mkdir(parents=True, exist_ok=True)
             path.write_bytes(icon() if kind == "ICON" else bitmap())
@@ -104,7 +109,14 @@ def check(kavo, script, folder, target, is_real):
     copy = folder / f"{script.stem}.rc"
     shutil.copyfile(script, copy)
     stand_ins = make_stand_ins(folder, copy) if is_real else None
-    before = compiled(folder, copy, stand_ins)
+    try:
+        before = compiled(folder, copy, stand_ins)
+    except Failed as reason:
+        if not is_real:
+            raise
+        # Real scripts are written for another compiler.
+        print(f"{script.name}: not even the source compiles: {' '.join(str(reason).splitlines()[1:])[:600]}")
+        return 0
     run(kavo, "prepare", "-q", "--source", source_language, "--target", target, copy)
     tud = folder / f"{script.stem}_rc_{target}.tud"
     run(kavo, "pseudo", "-q", tud)
@@ -134,10 +146,16 @@ def main():
                 count += check(kavo, script, folder, target, False)
         if corpus and corpus.is_dir():
             scripts = sorted(p for p in corpus.iterdir() if p.suffix.lower() == ".rc")
-            for script in scripts:
-                count += check(kavo, script, folder, "FR", True)
-            print(f"{len(scripts)} real scripts")
+            counts = [check(kavo, script, folder, "FR", True) for script in scripts]
+            compiled_count = sum(texts != 0 for texts in counts)
+            count += sum(counts)
+            print(f"{compiled_count} of {len(scripts)} real scripts")
+            if compiled_count < 5:
+                sys.exit("fewer than five real scripts")
     print(f"{count} texts")
 
 
-main()
+try:
+    main()
+except Failed as failed:
+    sys.exit(str(failed))

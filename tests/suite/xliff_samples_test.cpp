@@ -99,6 +99,16 @@ TEST_F(XliffSamples, Manual) {
          u"FR", u"K19MIF");
 }
 
+TEST_F(XliffSamples, ResourceScript) {
+  const std::u16string tud =
+      sample(u"app.rc",
+             "STRINGTABLE { IDS_\"A\" \"%d files & <more>\\n\" IDS_\xC3\xA9 \"C\" }\nD DIALOG 0,0,1,1\nCAPTION \"T\"\n"
+             "{ LTEXT \"&Name\", IDC_A & 1,0,0,1,1 }\n1 VERSIONINFO { VALUE \"InternalName\", \"a\\0\" }\n",
+             u"FR", u"K19GCP");
+  ProgressEvent progress;
+  pseudo_translate(tud, progress);
+}
+
 TEST_F(XliffSamples, EveryStatusAndMatch) {
   std::string text;
   for (int i = 0; i < 24; ++i) text += "Line " + std::to_string(i) + " \xFF\n";

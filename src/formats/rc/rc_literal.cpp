@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "formats/rc/rc_tokens.h"
+
 namespace kavo::rc {
 namespace {
 
@@ -167,7 +169,7 @@ void RcLiteralReader::plain(RcPiece& piece) {
     if (c == '"' || c == '\n' || c == '\r' || (c == '\\' && end + 1 < rest_.size())) break;
     if (c == '%' && end != 0 && marker_length(rest_.substr(end), before) != 0) break;
     before = c;
-    end += is_lead && end + 2 <= rest_.size() ? 2 : 1;
+    end += is_lead && end + 2 <= rest_.size() && is_trail_byte(rest_[end + 1]) ? 2 : 1;
   }
   give(piece, RcPiece::kText, std::max<std::size_t>(end, 1));
 }

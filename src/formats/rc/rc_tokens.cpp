@@ -78,8 +78,8 @@ bool RcTokenScanner::line_comment(std::string_view bytes, bool is_all, RcToken& 
     if (bytes[at] == '\\' || is_lead(bytes[at])) {
       if (at + 2 >= bytes.size() && !is_all) break;
       const std::size_t joint = joint_length(bytes, at);
-      const bool is_pair = joint == 0 && is_lead(bytes[at]) && at + 1 < bytes.size() && !is_line_end(bytes[at + 1]);
-      at += joint != 0 ? joint : is_pair ? 2 : 1;
+      const bool pair = joint == 0 && at + 1 < bytes.size() && is_pair(bytes[at], bytes[at + 1]);
+      at += joint != 0 ? joint : pair ? 2 : 1;
     } else {
       ++at;
     }
@@ -121,7 +121,7 @@ bool RcTokenScanner::directive(std::string_view bytes, bool is_all, RcToken& tok
     }
     if (const std::size_t joint = joint_length(bytes, at); joint != 0)
       at += joint - 1;
-    else if (is_lead(c) && at + 1 < bytes.size() && !is_line_end(bytes[at + 1]))
+    else if (at + 1 < bytes.size() && is_pair(c, bytes[at + 1]))
       ++at;
   }
   const bool is_complete = at < bytes.size() || is_all;
@@ -178,7 +178,7 @@ bool RcTokenScanner::find_literal_end(std::string_view bytes, bool is_all, std::
       if (other == std::string_view::npos || bytes[other] != '"') return true;
     } else {
       // Neither the trail byte of a character nor what stands behind a backslash ends a literal.
-      at += c == '\\' && is_lead(next) ? 1 : 2;
+      at += (c == '\\' && is_lead(next)) || (is_lead(c) && !is_trail_byte(next)) ? 1 : 2;
     }
   }
   return false;

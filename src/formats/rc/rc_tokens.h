@@ -30,6 +30,9 @@ enum class RcTokenKind : std::uint8_t {
   kRest,       // a piece of a preprocessor line behind a comment, or of a literal that is too long or has no end
 };
 
+// Whether a byte can be the second one of a character; quotes and line ends never are.
+constexpr bool is_trail_byte(char c) { return static_cast<unsigned char>(c) >= 0x40; }
+
 struct RcToken {
   RcTokenKind kind = RcTokenKind::kRest;
   std::string_view bytes;
@@ -67,6 +70,7 @@ class RcTokenScanner {
   // Moves `at` through a literal; true behind its closing quote, false where it takes more bytes.
   bool find_literal_end(std::string_view bytes, bool is_all, std::size_t& at) const;
   bool is_lead(char c) const { return coding_ && coding_->is_lead_byte(static_cast<unsigned char>(c)); }
+  bool is_pair(char first, char second) const { return is_lead(first) && is_trail_byte(second); }
 
   const TextCoding* coding_ = nullptr;
   State state_ = State::kBetween;
