@@ -15,12 +15,14 @@ namespace kavo::test {
 
 class FilterRoad {
  public:
-  // `filter` is a tag, `extension` that of its documents, with the point.
-  FilterRoad(std::u16string_view filter, std::u16string_view extension, unsigned code_page)
+  // `filter` is a tag, `extension` that of its documents, with the point, `language` that of their texts.
+  FilterRoad(std::u16string_view filter, std::u16string_view extension, unsigned code_page,
+             std::u16string_view language = u"EN-US")
       : filter_(filter),
         document_(u"C:\\work\\a" + std::u16string(extension)),
         target_(u"C:\\work\\b" + std::u16string(extension)),
-        code_page_(code_page) {
+        code_page_(code_page),
+        language_(language) {
     ports().files = &files_;
   }
 
@@ -30,8 +32,8 @@ class FilterRoad {
     ConversionRequest request;
     request.document = document_;
     request.tud = kTud;
-    request.source_language = u"EN-US";
-    request.target_language = u"EN-US";
+    request.source_language = language_;
+    request.target_language = language_;
     request.source_code_page = code_page_;
     request.filter = filter_;
     ProgressEvent progress;
@@ -70,6 +72,7 @@ class FilterRoad {
   std::u16string document_;
   std::u16string target_;
   unsigned code_page_;
+  std::u16string language_;
   TudHeader header_;
 };
 

@@ -13,8 +13,9 @@ namespace kavo::test {
 
 // "" when a script comes back unchanged byte for byte and translated with every text in its place; else what is broken.
 // A script whose texts are all in other languages is refused, which is right.
-inline std::string broken_rc_property(std::string_view script, unsigned code_page, std::size_t* text_count = nullptr) {
-  FilterRoad road(u"K19GCP", u".rc", code_page);
+inline std::string broken_rc_property(std::string_view script, unsigned code_page, std::size_t* text_count = nullptr,
+                                      std::u16string_view language = u"EN-US") {
+  FilterRoad road(u"K19GCP", u".rc", code_page, language);
   std::vector<std::string> texts;
   try {
     texts = road.take_apart(script);
