@@ -288,7 +288,7 @@ class FolderRun::Work {
       if (entry.scratch.empty()) {
         if (files_.info(entry.path)) journal_.changes.push_back({entry.path, u"", u""});
       } else if (files_.info(entry.scratch)) {
-        about(entry.path, [&] { journal_.changes.push_back({entry.path, ready_file(entry), u""}); });
+        about(entry.path, [&, &entry = entry] { journal_.changes.push_back({entry.path, ready_file(entry), u""}); });
       }
     }
   }

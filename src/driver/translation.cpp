@@ -12,7 +12,7 @@
 #include "common/same_file.h"
 #include "driver/companions.h"
 #include "driver/document_files.h"
-#include "driver/file_types.h"
+#include "driver/filter_table.h"
 #include "driver/font_mapping.h"
 #include "driver/post_process.h"
 #include "driver/status_colours.h"
