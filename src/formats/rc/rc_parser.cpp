@@ -113,7 +113,12 @@ bool RcStatement::is_word(std::size_t item, std::string_view keyword) const {
 std::optional<RcTextRun> find_text(const RcStatement& statement, std::size_t item) {
   const auto& items = statement.items;
   while (item < items.size() && items[item].kind != RcTokenKind::kLiteral) ++item;
-  if (item == items.size()) return std::nullopt;
+  return text_at(statement, item);
+}
+
+std::optional<RcTextRun> text_at(const RcStatement& statement, std::size_t item) {
+  const auto& items = statement.items;
+  if (item >= items.size() || items[item].kind != RcTokenKind::kLiteral) return std::nullopt;
   RcTextRun run{item, item};
   for (++item; item < items.size(); ++item) {
     if (items[item].kind == RcTokenKind::kLiteral)

@@ -84,6 +84,9 @@ struct RcTextRun {
   std::size_t last = 0;
 };
 
+// The run that begins with an item, nothing when that is no literal.
+std::optional<RcTextRun> text_at(const RcStatement& statement, std::size_t item);
+
 // The run whose first literal is at `item` or behind it, nothing when there is none.
 std::optional<RcTextRun> find_text(const RcStatement& statement, std::size_t item);
 

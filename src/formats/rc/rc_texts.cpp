@@ -47,43 +47,43 @@ std::string name_behind(const RcStatement& statement, const RcTextRun& run) {
   return is_comma(statement, comma) ? words_from(statement, comma + 1) : std::string();
 }
 
-// What stands in front of a string: the words of the line that holds the last one.
-std::string name_before(const RcStatement& statement, std::size_t text) {
-  std::size_t first = text;
-  for (std::size_t item = text; item-- > 0;) {
-    const RcStatement::Item& one = statement.items[item];
-    if (one.kind == RcTokenKind::kWord) first = item;
-    if (one.kind == RcTokenKind::kLiteral || one.kind == RcTokenKind::kDirective) {
-      if (first != text) break;
-    }
-    const bool has_line_end = statement.text(one).find_first_of("\r\n") != std::string_view::npos;
-    if (first != text && one.kind == RcTokenKind::kBlank && has_line_end) break;
-  }
-  return first == text ? std::string() : words_from(statement, first);
-}
-
+// The name of a string are the words of the line that holds the last one in front of it, up to a comma.
 void add_string(const RcStatement& statement, std::vector<RcText>& texts) {
-  for (auto run = find_text(statement, 0); run; run = find_text(statement, run->last + 1)) {
-    std::string name = name_before(statement, run->first);
-    texts.push_back({RcText::kString, *run, std::move(name)});
+  std::string name;
+  bool is_complete = false;      // the next word begins another name
+  bool is_behind_comma = false;  // words up to the end of the line are no part of it
+  for (std::size_t item = 0; item < statement.items.size(); ++item) {
+    const RcStatement::Item& one = statement.items[item];
+    const std::string_view bytes = statement.text(one);
+    if (one.kind == RcTokenKind::kLiteral) {
+      const RcTextRun run = *find_text(statement, item);
+      texts.push_back({RcText::kString, run, name});
+      item = run.last;
+      is_complete = true;
+    } else if (one.kind == RcTokenKind::kDirective || bytes.find_first_of("\r\n") != std::string_view::npos) {
+      is_complete = true;
+      is_behind_comma = false;
+    } else if (one.kind == RcTokenKind::kMark) {
+      is_behind_comma = true;
+    } else if (one.kind == RcTokenKind::kWord && !is_behind_comma) {
+      name = is_complete || name.empty() ? std::string(bytes) : name + ' ' + std::string(bytes);
+      is_complete = false;
+    }
+    if (one.kind == RcTokenKind::kLiteral) is_behind_comma = false;
   }
 }
 
 void add_caption(const RcStatement& statement, std::vector<RcText>& texts) {
   for (std::size_t item = 0; item < statement.items.size(); ++item) {
     if (!statement.is_word(item, "CAPTION")) continue;
-    const std::size_t text = statement.significant(item + 1);
-    const auto run = find_text(statement, text);
-    if (run && run->first == text)
+    if (const auto run = text_at(statement, statement.significant(item + 1)))
       texts.push_back({RcText::kCaption, *run, statement.resource->name, false});
   }
 }
 
 // The text that follows the keyword at once.
 std::optional<RcTextRun> first_argument(const RcStatement& statement) {
-  const std::size_t text = statement.significant(statement.significant(0) + 1);
-  const auto run = find_text(statement, text);
-  return run && run->first == text ? run : std::nullopt;
+  return text_at(statement, statement.significant(statement.significant(0) + 1));
 }
 
 void add_control(const RcStatement& statement, std::vector<RcText>& texts) {

@@ -95,19 +95,24 @@ void RcExtraction::header(const RcStatement& statement) {
   if (!is_translated_) return items(statement, 0, statement.items.size());
   std::size_t done = 0;
   const auto all = texts_of(statement);
+  auto text = all.begin();
   const auto up_to = [&](std::size_t item) {
     items(statement, done, item);
     done = item;
   };
   for (std::size_t item = 0; item < statement.items.size(); ++item) {
     if (item < done) continue;
-    const auto text = std::ranges::find(all, item, [](const RcText& t) { return t.run.first; });
-    if (text != all.end()) {
+    while (text != all.end() && text->run.first < item) ++text;
+    if (text != all.end() && text->run.first == item) {
       up_to(item);
       if (!segment(statement, *text)) items(statement, item, text->run.last + 1);
       done = text->run.last + 1;
     } else if (statement.resource->type == RcType::kDialog && statement.is_word(item, "FONT")) {
-      const auto name = find_text(statement, item);
+      // Behind the size and, usually, a comma.
+      std::size_t literal = statement.significant(statement.significant(item + 1) + 1);
+      if (literal < statement.items.size() && statement.text(statement.items[literal]) == ",")
+        literal = statement.significant(literal + 1);
+      const auto name = text_at(statement, literal);
       if (!name) continue;
       std::size_t end = name->last + 1;
       // Weight, italics and character set follow, each behind a comma.
