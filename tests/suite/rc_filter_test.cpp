@@ -31,6 +31,7 @@ const Case kScripts[] = {
     {"numbers are bytes of the code page", "STRINGTABLE BEGIN 1 \"caf\\xe9\" 2 L\"\\x20AC\" END\n"sv,
      {u"caf\u00E9", u"\u20AC"}},
     {"what compilers disagree on stays", "STRINGTABLE BEGIN 1 \"a\\qb\\0c\" END\n"sv, {u"a<1/>b<2/>c"}},
+    {"a tab that stands as it is", "STRINGTABLE BEGIN 1 \"a\tb\" END\n"sv, {u"a<1/>b"}},
     {"zero at the end is no text", "STRINGTABLE BEGIN 1 \"One\\0\" END\n"sv, {u"One"}},
     {"printf markers", "STRINGTABLE BEGIN 1 \"%d of %-5.2lu, %1!s! 50% off 50%discount\" END\n"sv,
      {u"<1/> of <2/>, <3/> 50% off 50%discount"}},

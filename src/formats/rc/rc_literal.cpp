@@ -93,6 +93,8 @@ bool RcLiteralReader::next(RcPiece& piece) {
     escape(piece);
   } else if (c == '\n' || c == '\r') {
     line_end(piece);
+  } else if (c == '\t') {
+    give(piece, RcPiece::kTab, 1);
   } else if (const std::size_t marker = c == '%' ? marker_length(rest_, before_) : 0;
              marker != 0) {
     give(piece, RcPiece::kMarker, marker);
@@ -166,7 +168,7 @@ void RcLiteralReader::plain(RcPiece& piece) {
   while (end < rest_.size()) {
     const char c = rest_[end];
     const bool is_lead = coding_.is_lead_byte(static_cast<unsigned char>(c));
-    if (c == '"' || c == '\n' || c == '\r' || (c == '\\' && end + 1 < rest_.size())) break;
+    if (c == '"' || c == '\n' || c == '\r' || c == '\t' || (c == '\\' && end + 1 < rest_.size())) break;
     if (c == '%' && end != 0 && marker_length(rest_.substr(end), before) != 0) break;
     before = c;
     end += is_lead && end + 2 <= rest_.size() && is_trail_byte(rest_[end + 1]) ? 2 : 1;
