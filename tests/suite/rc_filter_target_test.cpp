@@ -115,7 +115,7 @@ constexpr std::string_view kTwoLanguages =
     "STRINGTABLE { 1 \"old\" }\n1 RCDATA { 1 }\n// end\n";
 
 TEST_F(RcFilterTargetTest, TheTargetLanguageIsReplacedOnlyWhenAsked) {
-  EXPECT_EQ(failure_of([&] { convert_to(kTwoLanguages, u"EN-US", u"FR"); }),
+  EXPECT_EQ(reason_of([&] { convert_to(kTwoLanguages, u"EN-US", u"FR"); }),
             u"the script already has resources in FR, from line 6 on. Nothing is changed; --overwrite replaces them");
   EXPECT_FALSE(has(u"a_rc_FR.tud"));
   EXPECT_EQ(built(convert_to(kTwoLanguages, u"EN-US", u"FR", {{"overwrite", "1"}}), {u"b"}),
@@ -124,7 +124,7 @@ TEST_F(RcFilterTargetTest, TheTargetLanguageIsReplacedOnlyWhenAsked) {
 }
 
 TEST_F(RcFilterTargetTest, AScriptWithoutTheSourceLanguageIsRefused) {
-  EXPECT_EQ(failure_of([&] { convert_to("\nLANGUAGE 7,1\nSTRINGTABLE { 1 \"a\" }\n", u"EN-US", u"FR"); }),
+  EXPECT_EQ(reason_of([&] { convert_to("\nLANGUAGE 7,1\nSTRINGTABLE { 1 \"a\" }\n", u"EN-US", u"FR"); }),
             u"the script has no texts in EN-US; from line 3 on it has texts in DE. Name that language as the source "
             u"language");
 }
