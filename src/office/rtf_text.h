@@ -6,14 +6,12 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdint>
-#include <optional>
-#include <string>
 #include <string_view>
 
 #include "common/block_reader.h"
 #include "common/byte_scan.h"
 #include "common/progress_event.h"
+#include "formats/rtf/object_marker.h"
 
 namespace kavo {
 
@@ -21,19 +19,12 @@ namespace kavo {
 // marker line with the line end before it (28 bytes).
 inline constexpr std::size_t kLookAhead = 32;
 
-inline constexpr std::string_view kMarkerStart = "{\\v\\mor OBJ ";
-inline constexpr std::string_view kMarkerEnd = " }";
 inline constexpr std::string_view kLineEnd = "\r\n";
 
-// "{\v\mor OBJ 7 }"
-std::string marker_text(std::uint64_t number);
-
-struct Marker {
-  std::uint64_t number;
-  std::size_t length;  // bytes of the whole marker
-};
-// The marker that [p, end) begins with, exactly as marker_text() writes it; nothing for any other spelling.
-std::optional<Marker> read_marker(const char* p, const char* end);
+using rtf::kMarkerStart;
+using rtf::Marker;
+using rtf::marker_text;
+using rtf::read_marker;
 
 inline bool begins_with(const char* p, const char* end, std::string_view text) {
   return std::string_view(p, static_cast<std::size_t>(end - p)).starts_with(text);
@@ -42,8 +33,7 @@ inline bool begins_with(const char* p, const char* end, std::string_view text) {
 // `count` bytes behind p, but not behind `end`.
 inline const char* ahead(const char* p, std::ptrdiff_t count, const char* end) { return p + std::min(count, end - p); }
 
-// Opens a document at its first byte. Throws `failure`, also when it does not begin as RTF does, whatever its name
-// says; a byte order mark and white space may stand before that.
+// Opens a document at its first byte. Throws `failure`, also when it does not begin as RTF does.
 BlockReader open_rtf(std::u16string_view path);
 
 // Reads the file to its end. scan(p, limit, end) gets the bytes not consumed yet, handles every token that begins

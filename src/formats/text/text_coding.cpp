@@ -96,8 +96,10 @@ TextCoding::TextCoding(unsigned number) : number_(number) {
   if (is_utf16() || number_ == kUtf8CodePage) return;
   tables_ =
       std::make_unique<Tables>(number == kEucJapanese ? make_euc_japanese() : make_code_page(std::to_string(number)));
-  for (unsigned byte = 0; byte < 256; ++byte)
+  for (unsigned byte = 0; byte < 256; ++byte) {
     is_lead_[byte] = tables_->page->is_lead_byte(static_cast<unsigned char>(byte));
+    has_lead_bytes_ = has_lead_bytes_ || is_lead_[byte];
+  }
 }
 
 TextCoding::~TextCoding() = default;

@@ -33,6 +33,8 @@ class TextCoding {
   bool is_utf16() const { return number_ == kUtf16LittleEndian || number_ == kUtf16BigEndian; }
   // True when the byte begins a character of two in a double-byte code page: its trail byte may look like syntax.
   bool is_lead_byte(unsigned char byte) const { return is_lead_[byte]; }
+  // True in a double-byte code page.
+  bool has_lead_bytes() const { return has_lead_bytes_; }
 
   // The character that begins at `bytes` (not empty): its length in bytes, its UTF-8 form appended to `utf8`. When the
   // bytes are invalid nothing is appended, `valid` is false and the length is that of the shortest invalid piece.
@@ -52,6 +54,7 @@ class TextCoding {
   struct Tables;
   unsigned number_;
   bool is_lead_[256] = {};
+  bool has_lead_bytes_ = false;
   std::unique_ptr<Tables> tables_;
 };
 

@@ -1,0 +1,70 @@
+// How RTF text looks: the character properties of RTF 1.9 that a reader sees. What only programs see (languages,
+// revision numbers, spelling marks) and what nobody would call another formatting (kerning, spread) is left out.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "formats/rtf/token_scanner.h"
+
+namespace kavo::rtf {
+
+enum class Property : std::uint8_t {
+  kFont,      // number; which numbers look alike is for the font table to say
+  kSize,      // half points
+  kBold,
+  kItalic,
+  kUnderline,
+  kUnderlineColour,
+  kStrike,
+  kDoubleStrike,
+  kScript,  // superscript, subscript
+  kRaised,  // half points, negative: lowered
+  kCapitals,
+  kSmallCapitals,
+  kOutline,
+  kShadow,
+  kEmboss,
+  kEngrave,
+  kAccent,
+  kColour,
+  kBackground,
+  kShading,
+  kHighlight,
+  kAnimation,
+  kStyle,  // of characters
+  kHidden,
+  kDeleted,  // by a tracked change
+  kCount,
+};
+inline constexpr std::size_t kPropertyCount = static_cast<std::size_t>(Property::kCount);
+
+class Look {
+ public:
+  std::int32_t get(Property property) const { return values_[static_cast<std::size_t>(property)]; }
+  void set(Property property, std::int32_t value) { values_[static_cast<std::size_t>(property)] = value; }
+
+  // \plain: everything as at the beginning, in this font.
+  void reset(std::int32_t font);
+  // Follows a control word; false for one that is no property.
+  bool apply(const Token& word);
+  bool operator==(const Look&) const = default;
+
+ private:
+  std::array<std::int32_t, kPropertyCount> values_ = initial();
+  static constexpr std::array<std::int32_t, kPropertyCount> initial() {
+    std::array<std::int32_t, kPropertyCount> values{};
+    values[static_cast<std::size_t>(Property::kSize)] = 24;
+    return values;
+  }
+};
+
+// Appends the control words that change `from` into `to`, without a blank behind them. A character style has no word
+// that ends it, so it is only set.
+void append_change(const Look& from, const Look& to, std::string& words);
+
+}  // namespace kavo::rtf

@@ -1,0 +1,87 @@
+// The fonts of an RTF document: their names and the character sets of their text.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "formats/rtf/token_scanner.h"
+
+namespace kavo::rtf {
+
+// Of fonts whose bytes are pictures.
+inline constexpr std::int32_t kSymbolCharset = 2;
+inline constexpr std::int32_t kNoCharset = -1;  // not declared
+
+// The Windows code page of a character set (\fcharset), 0 for one of no code page of its own: the document's is meant.
+unsigned code_page_of_charset(std::int32_t charset);
+// The character set of a Windows code page, kNoCharset for one that has none.
+std::int32_t charset_of_code_page(unsigned code_page);
+
+struct Font {
+  std::int32_t number = 0;
+  std::int32_t charset = kNoCharset;
+  unsigned code_page = 0;  // \cpg, 0 when not declared
+  std::string name;        // bytes, in the font's own coding
+  // Bytes of the entry between its number and its name, without groups, the character set and the code page: the
+  // family, the pitch.
+  std::string look;
+  // The first font of the same name, but for what names of fonts for other scripts end in (" CE", " Cyr"): what people
+  // see as one font.
+  std::size_t same_as = 0;
+};
+
+class FontTable {
+ public:
+  // Null for a number that the table does not define.
+  const Font* find(std::int32_t number) const;
+  const std::vector<Font>& fonts() const { return fonts_; }
+  std::int32_t highest_number() const { return highest_; }
+  // Completes `same_as`. Of two fonts of one number the last counts.
+  void add(Font font);
+
+ private:
+  std::vector<Font> fonts_;
+  std::unordered_map<std::int32_t, std::size_t> by_number_;
+  std::unordered_map<std::string, std::size_t> by_name_;
+  std::int32_t highest_ = 0;
+};
+
+// Takes the tokens of a font table group in order, without the braces around it.
+class FontTableReader {
+ public:
+  explicit FontTableReader(FontTable& table) : table_(table) {}
+  void take(const Token& token);
+  // Behind the last token.
+  void finish();
+  // True while the bytes of the next text belong to a name.
+  bool is_in_name() const { return depth_ == entry_depth_; }
+
+ private:
+  void text(std::string_view bytes);
+
+  FontTable& table_;
+  Font font_;
+  bool has_font_ = false;
+  std::size_t depth_ = 0;
+  std::size_t entry_depth_ = 0;  // where the font's number stands
+};
+
+// The codings of a document's text, each made when it is first asked for.
+class CodingSet {
+ public:
+  // Null for a code page that is not supported.
+  const TextCoding* find(unsigned code_page);
+
+ private:
+  std::unordered_map<unsigned, std::unique_ptr<TextCoding>> codings_;
+};
+
+// The code page of text in a font (null: none is known); `document` is that of the document.
+unsigned code_page_of(const Font* font, unsigned document);
+
+}  // namespace kavo::rtf

@@ -1,0 +1,27 @@
+// The hidden text that stands in an RTF document for a picture or an object which KAVO moved out of it:
+// "{\v\mor OBJ 7 }".
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace kavo::rtf {
+
+// The control word of the marker, which no program knows.
+inline constexpr std::string_view kMarkerWord = "mor";
+inline constexpr std::string_view kMarkerStart = "{\\v\\mor OBJ ";
+inline constexpr std::string_view kMarkerEnd = " }";
+
+std::string marker_text(std::uint64_t number);
+
+struct Marker {
+  std::uint64_t number;
+  std::size_t length;  // bytes of the whole marker
+};
+// The marker that [p, end) begins with, exactly as marker_text() writes it; nothing for any other spelling.
+std::optional<Marker> read_marker(const char* p, const char* end);
+
+}  // namespace kavo::rtf

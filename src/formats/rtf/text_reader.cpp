@@ -1,0 +1,146 @@
+#include "formats/rtf/text_reader.h"
+
+#include "formats/rtf/characters.h"
+#include "formats/rtf/token_scanner.h"
+
+namespace kavo::rtf {
+namespace {
+
+bool is_line_end(char c) { return c == '\r' || c == '\n'; }
+bool is_plain(char c) { return c >= ' ' && c <= '~' && c != '\\' && c != '{' && c != '}'; }
+bool is_letter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
+bool is_high_half(char32_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
+bool is_low_half(char32_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
+
+// A number of sixteen bits is written with a sign; programs that do not know that write it without, and some write a
+// whole code point.
+char32_t unit_of(std::int32_t number) {
+  return static_cast<char32_t>(number < 0 ? number & 0xFFFF : number);
+}
+
+bool is_unicode_word(const Token& token) { return token.name == "u" && token.has_number; }
+
+}  // namespace
+
+bool TextReader::next(TextUnit& unit) {
+  if (at_ == bytes_.size()) return false;
+  unit.text.clear();
+  const char c = bytes_[at_];
+  if (is_line_end(c)) return give(unit, TextUnit::Kind::kNothing, behind_line_ends(at_));
+  if (is_plain(c)) return plain(unit);
+  if (byte_at(at_).value >= 0x80) return coded(unit);
+  return c == '\\' ? control(unit) : give(unit, TextUnit::Kind::kInvalid, at_ + 1);
+}
+
+bool TextReader::give(TextUnit& unit, TextUnit::Kind kind, std::size_t end) {
+  unit.kind = kind;
+  unit.bytes = bytes_.substr(at_, end - at_);
+  at_ += unit.bytes.size();
+  return true;
+}
+
+bool TextReader::plain(TextUnit& unit) {
+  std::size_t end = at_ + 1;
+  while (end < bytes_.size() && is_plain(bytes_[end])) ++end;
+  unit.text = bytes_.substr(at_, end - at_);
+  return give(unit, TextUnit::Kind::kPlain, end);
+}
+
+bool TextReader::control(TextUnit& unit) {
+  const std::string_view rest = bytes_.substr(at_);
+  if (rest.size() > 1 && is_letter(rest[1])) {
+    const Token word = word_at(rest);
+    if (is_unicode_word(word)) return unicode(unit, word.number, at_ + word.bytes.size());
+    unit.text = character_of(word);
+    return give(unit, unit.text.empty() ? TextUnit::Kind::kInvalid : TextUnit::Kind::kCharacter,
+                at_ + word.bytes.size());
+  }
+  Token symbol;
+  symbol.kind = TokenKind::kSymbol;
+  symbol.bytes = rest.substr(0, 2);
+  unit.text = character_of(symbol);
+  std::size_t size = symbol.bytes.size();
+  // A character below 0x80 in hexadecimal is itself.
+  if (const Byte byte = byte_at(at_); byte.value >= 0 && unit.text.empty()) {
+    size = byte.size;
+    append_utf8(unit.text, static_cast<char32_t>(byte.value));
+  }
+  return give(unit, unit.text.empty() ? TextUnit::Kind::kInvalid : TextUnit::Kind::kCharacter, at_ + size);
+}
+
+// Gathers bytes until they are a character.
+bool TextReader::coded(TextUnit& unit) {
+  const std::size_t most = !coding_ ? 0 : coding_->number() == kUtf8CodePage ? 4 : coding_->has_lead_bytes() ? 2 : 1;
+  const std::size_t first_end = at_ + byte_at(at_).size;
+  std::string gathered;
+  std::size_t place = at_;
+  while (gathered.size() < most) {
+    const Byte byte = byte_at(place);
+    if (byte.value < 0) break;
+    gathered += static_cast<char>(byte.value);
+    place += byte.size;
+    bool valid = false;
+    unit.text.clear();
+    const std::size_t length = coding_->decode_one(gathered, unit.text, valid);
+    if (valid && length == gathered.size()) return give(unit, TextUnit::Kind::kCharacter, place);
+    place = behind_line_ends(place);
+  }
+  unit.text.clear();
+  return give(unit, TextUnit::Kind::kInvalid, first_end);
+}
+
+bool TextReader::unicode(TextUnit& unit, std::int32_t number, std::size_t end) {
+  end = behind_fallback(end);
+  char32_t code_point = unit_of(number);
+  if (is_high_half(code_point)) {
+    const std::size_t second = behind_line_ends(end);
+    const std::string_view rest = bytes_.substr(second);
+    if (rest.size() > 1 && rest[0] == '\\' && is_letter(rest[1])) {
+      const Token word = word_at(rest);
+      if (is_unicode_word(word) && is_low_half(unit_of(word.number))) {
+        code_point = 0x10000 + ((code_point - 0xD800) << 10) + (unit_of(word.number) - 0xDC00);
+        end = behind_fallback(second + word.bytes.size());
+      }
+    }
+  }
+  const bool is_valid = is_xml_character(code_point);
+  if (is_valid) append_utf8(unit.text, code_point);
+  return give(unit, is_valid ? TextUnit::Kind::kCharacter : TextUnit::Kind::kInvalid, end);
+}
+
+TextReader::Byte TextReader::byte_at(std::size_t place) const {
+  const std::string_view rest = bytes_.substr(place);
+  if (rest.empty() || is_line_end(rest[0])) return {};
+  if (rest[0] != '\\') return {static_cast<unsigned char>(rest[0]), 1};
+  if (const int value = byte_value(rest); value >= 0) return {value, 4};
+  if (rest.size() > 1 && (rest[1] == '\\' || rest[1] == '{' || rest[1] == '}'))
+    return {static_cast<unsigned char>(rest[1]), 2};
+  // The second byte of a character whose first one stands raw in front of it.
+  const bool follows_raw = place != 0 && static_cast<unsigned char>(bytes_[place - 1]) >= 0x80;
+  return follows_raw ? Byte{'\\', 1} : Byte{};
+}
+
+std::size_t TextReader::behind_line_ends(std::size_t place) const {
+  while (place < bytes_.size() && is_line_end(bytes_[place])) ++place;
+  return place;
+}
+
+// What older programs show instead: bytes, or characters with names.
+std::size_t TextReader::behind_fallback(std::size_t place) const {
+  for (unsigned left = fallback_; left > 0; --left) {
+    const std::size_t next = behind_line_ends(place);
+    const std::string_view rest = bytes_.substr(next);
+    if (rest.empty()) return place;
+    if (const Byte byte = byte_at(next); byte.value >= 0) {
+      place = next + byte.size;
+      continue;
+    }
+    Token token;
+    TokenScanner().next(rest, true, nullptr, token);
+    if (character_of(token).empty()) return place;
+    place = next + token.bytes.size();
+  }
+  return place;
+}
+
+}  // namespace kavo::rtf

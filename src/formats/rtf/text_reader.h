@@ -1,0 +1,55 @@
+// Reads the text of a run of RTF without braces and formatting: bytes in a font's coding, raw or in hexadecimal, \uN
+// with what stands behind it for older programs, and characters with names.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "formats/text/text_coding.h"
+
+namespace kavo::rtf {
+
+struct TextUnit {
+  enum class Kind : std::uint8_t {
+    kPlain,      // a run of characters that stand for themselves
+    kCharacter,  // one character in another form
+    kInvalid,    // bytes that are no character in the run's coding
+    kNothing,    // line ends
+  };
+  Kind kind = Kind::kNothing;
+  std::string text;        // UTF-8
+  std::string_view bytes;  // of the document
+};
+
+class TextReader {
+ public:
+  // `coding` is nullptr when it is not known: only ASCII is valid then. `fallback` is the number in effect of bytes
+  // behind each \uN (\ucN). Both must outlive the reader, as must `bytes`.
+  TextReader(std::string_view bytes, const TextCoding* coding, unsigned fallback)
+      : bytes_(bytes), coding_(coding), fallback_(fallback) {}
+  // False at the end.
+  bool next(TextUnit& unit);
+
+ private:
+  struct Byte {
+    int value = -1;  // none: the bytes there are something else
+    std::size_t size = 0;
+  };
+  Byte byte_at(std::size_t place) const;
+  std::size_t behind_line_ends(std::size_t place) const;
+  std::size_t behind_fallback(std::size_t place) const;
+  bool give(TextUnit& unit, TextUnit::Kind kind, std::size_t end);
+  bool plain(TextUnit& unit);
+  bool control(TextUnit& unit);
+  bool coded(TextUnit& unit);
+  bool unicode(TextUnit& unit, std::int32_t number, std::size_t end);
+
+  std::string_view bytes_;
+  const TextCoding* coding_;
+  unsigned fallback_;
+  std::size_t at_ = 0;
+};
+
+}  // namespace kavo::rtf
