@@ -3,19 +3,16 @@
 #include <variant>
 
 #include "common/cRegistry.h"
+#include "common/font_map_settings.h"
 #include "platform/failure.h"
 #include "platform/unicode.h"
 
 namespace kavo {
 namespace {
 
-constexpr std::u16string_view kSettings = u"Software\\MOR\\KAVO";
-constexpr std::u16string_view kMapFile = u"RTFFontMapFile";
-constexpr std::u16string_view kMapping = u"AllowFontMapping";
-
 cRegistry value_of(std::u16string_view name, RegistryType type) {
   cRegistry value;
-  value.SectionKey(kSettings);
+  value.SectionKey(kFontMapSettings);
   value.ValueKey(name);
   value.ValueType(static_cast<std::uint32_t>(type));
   return value;
@@ -28,8 +25,8 @@ Type stored(std::u16string_view name) {
   return found != nullptr ? *found : Type();
 }
 
-void write_map(const std::u16string& map) { value_of(kMapFile, RegistryType::kString).SetValue(map); }
-void write_mapping(std::int32_t mapping) { value_of(kMapping, RegistryType::kNumber).SetValue(mapping); }
+void write_map(const std::u16string& map) { value_of(kFontMapFile, RegistryType::kString).SetValue(map); }
+void write_mapping(std::int32_t mapping) { value_of(kAllowFontMapping, RegistryType::kNumber).SetValue(mapping); }
 
 bool reads_font_map(std::u16string_view format) {
   const std::u16string upper = ascii_upper(format);
@@ -49,8 +46,8 @@ void FontMapping::attempt(Write&& write) const {
 
 FontMapping::FontMapping(const std::u16string& map, std::u16string_view source_format)
     : map_(map),
-      old_map_(stored<std::u16string>(kMapFile)),
-      old_mapping_(stored<std::int32_t>(kMapping)),
+      old_map_(stored<std::u16string>(kFontMapFile)),
+      old_mapping_(stored<std::int32_t>(kAllowFontMapping)),
       is_needed_(reads_font_map(source_format)) {
   attempt([&] {
     write_map(map_);

@@ -7,6 +7,7 @@
 #include "suite/filters/html/html_filter.h"
 #include "suite/filters/mif/mif_filter.h"
 #include "suite/filters/rc/rc_filter.h"
+#include "suite/filters/rtf/rtf_filter.h"
 #include "suite/filters/text/text_filter.h"
 
 namespace kavo {
@@ -15,7 +16,7 @@ namespace {
 // In the order in which the catalogue lists them. A filter that is written gets its make function here.
 constexpr FilterEntry kFilters[] = {
     {u"Word documents", u"*.doc", u"K19DOCW", "rtf", nullptr},
-    {u"RTF documents", u"*.rtf", u"K19RTF", "rtf", nullptr},
+    {u"RTF documents", u"*.rtf", u"K19RTF", "rtf", make_rtf_filter},
     {u"HTML pages", u"*.htm;*.html", u"K19HTM", "html", make_html_filter},
     {u"FrameMaker MIF documents", u"*.mif", u"K19MIF", "mif", make_mif_filter},
     {u"Resource scripts", u"*.rc", u"K19GCP", "winres", make_rc_filter},

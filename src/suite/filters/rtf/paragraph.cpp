@@ -1,0 +1,305 @@
+#include "suite/filters/rtf/paragraph.h"
+
+#include <algorithm>
+#include <functional>
+
+#include "formats/rtf/text_reader.h"
+#include "suite/filters/rtf/segment_context.h"
+
+namespace kavo::rtf {
+namespace {
+
+// More looks in one paragraph are not told apart when the usual one is looked for.
+constexpr std::size_t kMostLooks = 16;
+
+constexpr std::string_view kFormatting[] = {"bold", "italic", "underlined", "x-hidden", "x-font"};
+
+std::string_view formatting_type(Property property) {
+  switch (property) {
+    case Property::kBold:
+      return kFormatting[0];
+    case Property::kItalic:
+      return kFormatting[1];
+    case Property::kUnderline:
+      return kFormatting[2];
+    case Property::kHidden:
+      return kFormatting[3];
+    default:
+      return kFormatting[4];
+  }
+}
+
+std::string in_hexadecimal(std::string_view bytes) { return "[" + std::string(bytes) + "]"; }
+
+}  // namespace
+
+void Paragraph::clear() {
+  bytes.clear();
+  items.clear();
+  looks.clear();
+  inner.clear();
+}
+
+std::vector<Core> find_cores(Paragraph& paragraph, std::size_t first, std::size_t last) {
+  std::vector<Item>& items = paragraph.items;
+  std::vector<std::size_t> open;
+  for (std::size_t i = first; i < last; ++i) {
+    items[i].partner = kNoPartner;
+    if (items[i].kind == ItemKind::kOpen) open.push_back(i);
+    if (items[i].kind != ItemKind::kClose || open.empty()) continue;
+    items[i].partner = open.back();
+    items[open.back()].partner = i;
+    open.pop_back();
+  }
+  std::vector<Core> cores;
+  bool has_core = false;
+  std::size_t begin = first;
+  const auto finish = [&](std::size_t end) {
+    if (!has_core) return;
+    has_core = false;
+    Core& core = cores.back();
+    // A field around the text is a part of it.
+    std::size_t seen_first = core.first;
+    std::size_t seen_last = core.first;
+    while (seen_first > core.first || seen_last <= core.last) {
+      const std::size_t i = seen_last <= core.last ? seen_last++ : --seen_first;
+      const std::size_t partner = items[i].partner;
+      if (partner == kNoPartner || partner < begin || partner >= end) continue;
+      core.first = std::min(core.first, partner);
+      core.last = std::max(core.last, partner);
+    }
+  };
+  for (std::size_t i = first; i < last; ++i) {
+    const Item& item = items[i];
+    if ((item.kind == ItemKind::kOpen || item.kind == ItemKind::kClose) && item.partner == kNoPartner) {
+      finish(i);
+      begin = i + 1;
+    } else if (item.is_visible) {
+      if (!has_core) cores.push_back({i, i});
+      has_core = true;
+      cores.back().last = i;
+    }
+  }
+  finish(last);
+  return cores;
+}
+
+Segment* SegmentMaker::make(Paragraph& paragraph, const Core& core, bool is_plain) {
+  paragraph_ = &paragraph;
+  is_plain_ = is_plain;
+  open_.clear();
+  code_words_.clear();
+  rest_.clear();
+  open_groups_.clear();
+  next_id_ = 1;
+  const Item& first = paragraph.items[core.first];
+  const auto inner = std::ranges::lower_bound(paragraph.inner, first.begin, std::less_equal(), &InnerSegment::end);
+  next_inner_ = static_cast<std::size_t>(inner - paragraph.inner.begin());
+  first_look_ = first.look;
+  choose_text_look(core);
+  builder_.start(first.line, first.column);
+  for (std::size_t i = core.first; i <= core.last; ++i) {
+    const Item& item = paragraph.items[i];
+    switch (item.kind) {
+      case ItemKind::kHidden:
+        add_hidden(item);
+        break;
+      case ItemKind::kText:
+        change_look(item.look);
+        add_text(item);
+        break;
+      case ItemKind::kCode:
+        add_code(item);
+        break;
+      case ItemKind::kOpen:
+        close_other_looks(next_text_look(i, core.last));
+        open_.push_back({open_.empty() ? text_look_ : open_.back().look, next_id_++, true, item.type});
+        builder_.begin_code(CodeKind::kOpen, item.type, {});
+        add_bytes(item);
+        builder_.end_code();
+        break;
+      case ItemKind::kClose:
+        while (!open_.empty() && !open_.back().is_field) close_top();
+        open_.pop_back();
+        builder_.begin_code(CodeKind::kClose, paragraph.items[item.partner].type, {});
+        add_bytes(item);
+        builder_.end_code();
+        break;
+    }
+  }
+  while (!open_.empty()) close_top();
+  if (!builder_.has_text()) return nullptr;
+  SegmentContext context;
+  context.is_plain = is_plain;
+  context.fallback = first.fallback;
+  context.font = paragraph.looks[first_look_].get(Property::kFont);
+  context.colour = paragraph.looks[first_look_].get(Property::kColour);
+  context.last_colour = paragraph.looks[paragraph.items[core.last].look].get(Property::kColour);
+  context.text_words = words_for(text_look_);
+  context.code_words = code_words_;
+  context.rest = rest_;
+  builder_.context(context.to_bytes());
+  segment_ = builder_.finish();
+  for (const NestedPlace& place : segment_.nested) paragraph.inner[place.segment].is_nested = true;
+  return &segment_;
+}
+
+// What most of the text looks like is no formatting.
+void SegmentMaker::choose_text_look(const Core& core) {
+  struct Share {
+    std::size_t look;
+    std::size_t bytes;
+  };
+  std::vector<Share> shares;
+  for (std::size_t i = core.first; i <= core.last; ++i) {
+    const Item& item = paragraph_->items[i];
+    if (item.kind != ItemKind::kText) continue;
+    auto found = std::ranges::find_if(shares, [&](const Share& share) { return look_alike(share.look, item.look); });
+    if (found == shares.end()) {
+      if (shares.size() == kMostLooks) continue;
+      found = shares.insert(shares.end(), {item.look, 0});
+    }
+    found->bytes += item.end - item.begin;
+  }
+  text_look_ = first_look_;
+  std::size_t most = 0;
+  for (const Share& share : shares) {
+    if (share.bytes <= most) continue;
+    most = share.bytes;
+    text_look_ = share.look;
+  }
+}
+
+void SegmentMaker::add_hidden(const Item& item) {
+  const std::string_view bytes = paragraph_->bytes_of(item);
+  builder_.add_hidden(bytes);
+  if (bytes.empty() || bytes.front() == '\r' || bytes.front() == '\n') return;
+  if (bytes == "{") open_groups_.push_back(rest_.size());
+  if (bytes == "}" && !open_groups_.empty()) {
+    // What a group sets ends with it.
+    rest_.resize(open_groups_.back());
+    open_groups_.pop_back();
+  } else {
+    rest_ += bytes;
+  }
+}
+
+void SegmentMaker::add_text(const Item& item) {
+  TextReader reader(paragraph_->bytes_of(item), item.coding, item.fallback);
+  for (TextUnit unit; reader.next(unit);) {
+    switch (unit.kind) {
+      case TextUnit::Kind::kPlain:
+      case TextUnit::Kind::kCharacter:
+        builder_.add_text(unit.text, unit.bytes);
+        break;
+      case TextUnit::Kind::kInvalid:
+        ++next_id_;
+        if (unit.bytes == "\t")
+          builder_.add_code(CodeKind::kStandalone, "x-tab", {}, unit.bytes);
+        else
+          builder_.add_code(CodeKind::kStandalone, "x-byte", in_hexadecimal(unit.bytes), unit.bytes);
+        break;
+      case TextUnit::Kind::kNothing:
+        builder_.add_hidden(unit.bytes);
+        break;
+    }
+  }
+}
+
+void SegmentMaker::add_code(const Item& item) {
+  const std::size_t around = open_.empty() ? text_look_ : open_.back().look;
+  if (item.has_look && !is_plain_ && !look_alike(item.look, around)) code_words_[next_id_] = words_for(item.look);
+  ++next_id_;
+  builder_.begin_code(CodeKind::kStandalone, item.type, item.shown, item.is_required);
+  add_bytes(item);
+  builder_.end_code();
+}
+
+// The bytes of a code, with the segments of the stories in it.
+void SegmentMaker::add_bytes(const Item& item) {
+  const std::string_view all = paragraph_->bytes;
+  std::size_t at = item.begin;
+  for (std::size_t i = next_inner_; i < paragraph_->inner.size(); ++i) {
+    const InnerSegment& inner = paragraph_->inner[i];
+    if (inner.begin >= item.end) break;
+    next_inner_ = i + 1;
+    if (inner.is_nested || inner.begin < at) continue;
+    builder_.code_bytes(all.substr(at, inner.begin - at));
+    builder_.nested(static_cast<std::uint32_t>(i), all.substr(inner.begin, inner.end - inner.begin));
+    at = inner.end;
+  }
+  builder_.code_bytes(all.substr(at, item.end - at));
+}
+
+void SegmentMaker::change_look(std::size_t look) {
+  if (is_plain_) return;
+  close_other_looks(look);
+  const std::size_t around = open_.empty() ? text_look_ : open_.back().look;
+  if (look_alike(around, look)) return;
+  const std::string_view type = type_of_change(around, look);
+  code_words_[next_id_] = words_for(look);
+  open_.push_back({look, next_id_++, false, type});
+  builder_.add_code(CodeKind::kOpen, type, {}, {});
+}
+
+// Closes the formatting that a text of this look does not have. What a field stands in stays.
+void SegmentMaker::close_other_looks(std::size_t look) {
+  while (!open_.empty() && !open_.back().is_field && !fits_in(open_.back().look, look)) close_top();
+}
+
+void SegmentMaker::close_top() {
+  if (!open_.back().is_field) builder_.add_code(CodeKind::kClose, open_.back().type, {}, {});
+  open_.pop_back();
+}
+
+std::size_t SegmentMaker::next_text_look(std::size_t item, std::size_t last) const {
+  for (; item <= last; ++item)
+    if (paragraph_->items[item].kind == ItemKind::kText) return paragraph_->items[item].look;
+  return text_look_;
+}
+
+bool SegmentMaker::look_alike(std::size_t first, std::size_t second) const {
+  if (first == second) return true;
+  Look one = paragraph_->looks[first];
+  const Look& two = paragraph_->looks[second];
+  if (!same_font_(fonts_, one.get(Property::kFont), two.get(Property::kFont))) return false;
+  one.set(Property::kFont, two.get(Property::kFont));
+  return one == two;
+}
+
+// Whether all that tells `outer` from the look of the text is true of `inner`, too.
+bool SegmentMaker::fits_in(std::size_t outer, std::size_t inner) const {
+  const Look& base = paragraph_->looks[text_look_];
+  const Look& one = paragraph_->looks[outer];
+  const Look& two = paragraph_->looks[inner];
+  for (std::size_t i = 0; i < kPropertyCount; ++i) {
+    const auto property = static_cast<Property>(i);
+    const auto alike = [&](const Look& a, const Look& b) {
+      const std::int32_t x = a.get(property);
+      const std::int32_t y = b.get(property);
+      return x == y || (property == Property::kFont && same_font_(fonts_, x, y));
+    };
+    if (!alike(one, base) && !alike(one, two)) return false;
+  }
+  return true;
+}
+
+std::string_view SegmentMaker::type_of_change(std::size_t from, std::size_t to) const {
+  const Look& one = paragraph_->looks[from];
+  const Look& two = paragraph_->looks[to];
+  std::string_view type;
+  for (std::size_t i = 0; i < kPropertyCount; ++i) {
+    const auto property = static_cast<Property>(i);
+    if (one.get(property) == two.get(property)) continue;
+    type = type.empty() ? formatting_type(property) : kFormatting[4];
+  }
+  return type.empty() ? kFormatting[4] : type;
+}
+
+std::string SegmentMaker::words_for(std::size_t look) const {
+  std::string words;
+  append_change(paragraph_->looks[first_look_], paragraph_->looks[look], words);
+  return words;
+}
+
+}  // namespace kavo::rtf

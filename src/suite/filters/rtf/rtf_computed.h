@@ -1,0 +1,36 @@
+// The places of an RTF document that the filter writes anew when it is rebuilt.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "formats/rtf/token_scanner.h"
+#include "suite/languages/language_table.h"
+
+namespace kavo::rtf {
+
+enum ComputedKind : std::uint32_t {
+  kFonts = 1,      // what stands in the braces of the font table behind its control word
+  kColours = 2,    // the same of the colour table; "" where the document has none
+  kLanguage = 3,   // a control word that tells the language of text
+  kDirection = 4,  // one that sets or forgets the direction of paragraphs; "" where the document tells none
+};
+
+// The row of one of the suite's codes, null for one that it does not know.
+const LanguageRow* language_row(std::string_view code);
+bool is_right_to_left(const LanguageRow& language);
+
+// Whether a control word tells the language of text in Western scripts (or, for documents in East Asian or
+// right-to-left languages, in theirs).
+bool tells_language(const Token& word, const LanguageRow& language);
+bool tells_direction(const Token& word);
+// Writes a computed place of kDirection.
+void append_direction(std::string_view original, bool is_right_to_left, std::string& bytes);
+
+// The identifier of a language that Windows has none for.
+inline constexpr std::int32_t kNoLocale = 0x1000;
+// Two locale identifiers of one language, whatever the country.
+bool are_of_one_language(std::int32_t first, std::int32_t second);
+
+}  // namespace kavo::rtf

@@ -1,0 +1,170 @@
+// Takes an RTF document apart: paragraphs become segments, everything else skeleton.
+//
+// Text counts in the body, headers, footers, notes, annotations, text boxes, index entries, form fields and the
+// document's information. A segment reaches from the first text of a paragraph to the last one, with the codes between
+// them. A text inside another's line (a footnote, a text box, an index entry) is a nested segment of it.
+//
+// A paragraph is kept until it ends, up to a limit; behind that it is cut. A picture, an object or other data in front
+// of any text goes straight into the skeleton. What follows the end of the document's outermost group is no document.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "common/block_reader.h"
+#include "common/progress_event.h"
+#include "formats/rtf/character_look.h"
+#include "formats/rtf/destinations.h"
+#include "formats/rtf/font_table.h"
+#include "formats/rtf/token_scanner.h"
+#include "formats/text/document_place.h"
+#include "suite/filters/filter.h"
+#include "suite/filters/rtf/paragraph.h"
+#include "suite/languages/language_table.h"
+
+namespace kavo::rtf {
+
+inline constexpr std::size_t kLongestParagraph = 256 * 1024;  // bytes, without data
+inline constexpr std::size_t kLongestData = 4 * 1024 * 1024;  // of pictures and objects in a paragraph with text
+inline constexpr std::size_t kLongestTable = 256 * 1024;      // of fonts or colours that can be written anew
+inline constexpr std::size_t kDeepestGroup = 10'000;          // what lies deeper is data
+inline constexpr std::size_t kMostStories = 64;               // inside one another; the same
+
+// What the beginning of a document tells of all of it.
+struct DocumentFormat {
+  unsigned code_page = 1252;  // of text in fonts without a character set; may be none that is supported
+  std::int32_t font = 0;      // of text without one
+  std::int32_t language = 0;  // locale identifier, 0 when it tells none
+};
+
+struct ExtractionLanguages {
+  const LanguageRow* source = nullptr;  // null: unknown
+  const LanguageRow* target = nullptr;
+};
+
+class RtfExtraction {
+ public:
+  // All references must outlive the object.
+  RtfExtraction(BlockReader& document, const DocumentFormat& format, const ExtractionLanguages& languages,
+                ExtractionSink& sink);
+  void run(ProgressEvent& progress);
+
+ private:
+  static constexpr std::size_t kNowhere = static_cast<std::size_t>(-1);
+
+  struct Group {
+    Destination destination = Destination::kText;
+    bool has_star = false;
+    bool may_begin = true;   // a destination: there is no text in it yet
+    bool is_silent = false;  // text in it is none: what a field does
+    bool has_result = false;  // of a field
+    unsigned fallback = 1;
+    std::size_t item = kNowhere;  // of its brace
+    std::size_t close_item = kNowhere;  // of a field: where its end begins
+    std::size_t story = 0;        // that both stand in
+    std::size_t generation = 0;   // of that story's paragraph
+    std::size_t text_count = 0;   // when it began
+    std::size_t code_count = 0;
+    const TextCoding* coding = nullptr;
+    Look look;
+  };
+  // A text of its own that is being read; the first one is the document's body.
+  struct Story {
+    std::size_t group = 0;        // the number of groups with its own
+    std::size_t first_item = 0;
+    std::size_t generation = 0;  // another number for each paragraph
+    std::size_t text_count = 0;  // when its paragraph began
+    std::size_t code_count = 0;
+    bool is_plain = false;
+    bool is_note = false;
+    std::string_view type;
+  };
+  enum class Table : std::uint8_t { kNone, kFonts, kColours };
+
+  void take(const Token& token);
+  void open_group(const Token& token);
+  void close_group(const Token& token);
+  void close_field(const Group& closed, const Token& token);
+  void take_word(const Token& token);
+  bool begin_destination(const Token& token);
+  void begin_field(const Token& token);
+  void begin_result(const Token& token);
+  void begin_story(Destination destination, const Token& token);
+  void end_story(const Group& closed, const Token& token);
+  void begin_data(std::string_view type, bool is_required, std::string shown, const Token& token);
+  void take_data(const Token& token);
+  void begin_table(Table table, const Token& token);
+  void take_table(const Token& token);
+  void take_text(const Token& token);
+  void take_silent_text(const Token& token);
+  void take_break(const Token& token);
+  bool take_property(const Token& token);
+
+  Group& group() { return groups_.back(); }
+  Story& story() { return stories_.back(); }
+  bool has_item(const Group& group, std::size_t item) const {
+    return item != kNowhere && group.story < stories_.size() && stories_[group.story].generation == group.generation;
+  }
+  // Whether something waits that a text may need.
+  bool is_waiting() const { return text_count_ != 0; }
+  void set_font(Group& group);
+  void hidden(const Token& token);
+  void code(const Token& token, std::string_view type, bool has_look, std::string_view shown);
+  Item& add(ItemKind kind, const Token& token);
+  bool joins_last(ItemKind kind, std::string_view type) const;
+  void collapse(std::size_t item, ItemKind kind, std::string_view type, std::string shown, bool is_required);
+  void drop_leading();
+  void keep_within_limits(const Token& token);
+  void end_paragraph();
+  void keep_segments();
+  void flush();
+  void emit_hidden(std::size_t first, std::size_t last, std::size_t end);
+  void emit_core(const Core& core);
+  void emit_bytes(std::size_t end);
+  void number_nested(Segment& segment) const;
+  void before_first_segment();
+  void outside(std::string_view bytes);
+  void outside_word(const Token& word);
+
+  BlockReader& document_;
+  const DocumentFormat& format_;
+  const ExtractionLanguages& languages_;
+  ExtractionSink& sink_;
+  TokenScanner scanner_;
+  FontTable fonts_;
+  CodingSet codings_;
+  SegmentMaker maker_;
+
+  std::vector<Group> groups_;
+  std::vector<Story> stories_;
+  Paragraph paragraph_;
+  std::size_t last_generation_ = 0;
+  std::size_t text_count_ = 0;  // of texts and fields that wait
+  std::size_t code_count_ = 0;
+  bool is_new_look_ = true;  // the group's look is not the last of the paragraph's
+  std::size_t emitted_ = 0;  // bytes of the paragraph that were given out, while it is
+  std::size_t next_inner_ = 0;
+
+  std::size_t data_depth_ = 0;    // of braces in data; 0: there is none
+  bool has_data_brace_ = false;   // the code that holds it has its brace
+  bool is_streaming_ = false;     // it goes straight into the skeleton
+  std::size_t data_size_ = 0;     // of what waits
+  Table table_ = Table::kNone;
+  std::size_t table_depth_ = 0;
+  std::string table_bytes_;
+  bool is_long_table_ = false;
+  FontTableReader font_reader_{fonts_};
+  std::string field_type_;
+
+  bool has_begun_ = false;  // the first group
+  bool is_over_ = false;    // its end
+  bool has_colours_ = false;
+  bool has_direction_ = false;
+  bool has_segment_ = false;  // one that can have a colour
+  DocumentPlace place_;
+};
+
+}  // namespace kavo::rtf

@@ -1,0 +1,65 @@
+// Writes the translation of an RTF text.
+//
+// The look of a text is set in braces around each run of it, from what holds at the beginning of the segment: so no
+// order and no lack of codes can unbalance the document. Behind the text follows what the source's formatting leaves
+// behind (a brace, a property that stays on), so that the rest of the document is as it was.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "suite/filters/filter.h"
+#include "suite/filters/rtf/segment_context.h"
+#include "suite/filters/rtf/target_fonts.h"
+
+namespace kavo::rtf {
+
+struct WritingSettings {
+  bool is_right_to_left = false;  // the target language
+};
+
+class SegmentWriter {
+ public:
+  SegmentWriter(const Hole& hole, TargetFonts& fonts, const WritingSettings& settings, std::string& bytes)
+      : hole_(hole),
+        context_(SegmentContext::from_bytes(hole.context)),
+        fonts_(fonts),
+        settings_(settings),
+        bytes_(bytes) {}
+  void write(std::string_view translation);
+
+ private:
+  struct Open {
+    std::uint32_t id = 0;
+    std::string_view closing;  // of a field: its end in the source
+    bool is_field = false;
+    std::string words;  // of what stands inside
+  };
+
+  void text(std::string_view text);
+  void code(const CodedPart& part);
+  void open(const Hole::Code& code);
+  void close(std::uint32_t id);
+  void close_top();
+  void verbatim(std::string_view code);
+  void look(const std::string& words);
+  void before(char first);
+  void plain(std::string_view bytes);
+  void encode(std::string_view text, const TextCoding* coding, unsigned fallback);
+  void append_unicode(char32_t code_point, unsigned fallback);
+  const std::string& words_here() const { return open_.empty() ? context_.text_words : open_.back().words; }
+
+  const Hole& hole_;
+  SegmentContext context_;
+  TargetFonts& fonts_;
+  const WritingSettings& settings_;
+  std::string& bytes_;
+  std::vector<Open> open_;
+  std::string group_;         // words of the group that is open, "" when none is
+  bool ends_in_word_ = false;  // a letter, digit or blank next would be taken for a part of it
+  bool ends_in_byte_ = false;  // a byte next might make another character of it
+};
+
+}  // namespace kavo::rtf

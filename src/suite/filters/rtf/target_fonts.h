@@ -1,0 +1,41 @@
+// The fonts of a rebuilt document: those of the source, others in their place where the user's map says so, and for the
+// characters of a target language that their character sets lack, the same fonts with the target's character set.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <string_view>
+
+#include "formats/rtf/font_table.h"
+#include "suite/filters/rtf/font_map.h"
+
+namespace kavo::rtf {
+
+class TargetFonts {
+ public:
+  // `code_page` is that of the document's text; `added_charset` that of the target language, kNoCharset for none.
+  TargetFonts(unsigned code_page, std::int32_t added_charset, FontMap map)
+      : code_page_(code_page), added_charset_(added_charset), map_(std::move(map)) {}
+
+  // Writes what stands in the font table of the source, with the changes. Before that no font is known.
+  void write_table(std::string_view original, std::string& bytes);
+  // The coding of text in a font; null when none is known.
+  const TextCoding* coding_of(std::int32_t font);
+  // The font of the same look that holds the target's characters; nothing else than `font` when there is none.
+  std::int32_t twin_of(std::int32_t font) const;
+
+ private:
+  void copy_with_names(std::string_view original, std::string& bytes) const;
+  void add_twin(const Font& font, std::string& bytes);
+
+  unsigned code_page_;
+  std::int32_t added_charset_;
+  FontMap map_;
+  FontTable fonts_;
+  std::map<std::int32_t, std::int32_t> twins_;
+  std::int32_t highest_ = 0;
+  CodingSet codings_;
+};
+
+}  // namespace kavo::rtf
