@@ -99,7 +99,7 @@ void RtfExtraction::run(ProgressEvent& progress) {
     const TextCoding* const coding = groups_.empty() ? nullptr : group().coding;
     if (!window.empty() && scanner_.next(window, document_.exhausted(), coding, token)) {
       take(token);
-      place_.advance(token.bytes);
+      place_.advance(token.bytes.substr(std::exchange(advanced_, 0)));
       document_.consume(token.bytes.size());
       continue;
     }
@@ -134,9 +134,10 @@ void RtfExtraction::take(const Token& token) {
     default:
       break;
   }
+  const bool is_first = std::exchange(group().is_new, false);
   if (is_text(token)) return group().is_silent ? take_silent_text(token) : take_text(token);
   if (token.kind == TokenKind::kWord) return take_word(token);
-  if (token.symbol() == '*') group().has_star = true;
+  if (token.symbol() == '*') group().has_star = is_first;
   if (token.symbol() == '\r' || token.symbol() == '\n') return take_break(token);
   if (token.symbol() == ':' || token.symbol() == '|') return code(token, "x-rtf", false, token.bytes.substr(1));
   hidden(token);
@@ -380,6 +381,26 @@ void RtfExtraction::take_data(const Token& token) {
   groups_.pop_back();
   group().may_begin = false;
   is_new_look_ = true;
+  if (!is_streaming_ && has_data_brace_) join_codes();
+}
+
+// Data beside data is one code.
+void RtfExtraction::join_codes() {
+  std::vector<Item>& items = paragraph_.items;
+  const auto is_data = [](const Item& item) {
+    return item.kind == ItemKind::kCode && item.type == "x-rtf" && item.shown.empty() && !item.is_required;
+  };
+  if (!is_data(items.back())) return;
+  std::size_t before = items.size() - 1;
+  while (before > story().first_item && items[before - 1].kind == ItemKind::kHidden &&
+         paragraph_.bytes_of(items[before - 1]) != "{" && paragraph_.bytes_of(items[before - 1]) != "}")
+    --before;
+  if (before == story().first_item || !is_data(items[before - 1])) return;
+  // A group that holds one of them holds both.
+  if (group().generation == story().generation && group().item != kNowhere && group().item >= before) return;
+  items[before - 1].end = paragraph_.bytes.size();
+  items.resize(before);
+  --code_count_;
 }
 
 void RtfExtraction::begin_table(Table table, const Token& token) {
@@ -417,6 +438,7 @@ void RtfExtraction::take_table(const Token& token) {
 }
 
 void RtfExtraction::take_text(const Token& token) {
+  if (take_leading_blanks(token)) return;
   Group& current = group();
   current.may_begin = false;
   const Font* const font = fonts_.find(current.look.get(Property::kFont));
@@ -431,6 +453,20 @@ void RtfExtraction::take_text(const Token& token) {
   }
   Item& item = paragraph_.items.back();
   item.is_visible = item.is_visible || is_visible(token);
+}
+
+// Blanks in front of all text of a paragraph are no part of it. True when the token was nothing else, or came in two.
+bool RtfExtraction::take_leading_blanks(const Token& token) {
+  if (is_waiting() || token.kind != TokenKind::kText || token.bytes.front() != ' ') return false;
+  Token part = token;
+  const std::size_t end = std::min(token.bytes.find_first_not_of(' '), token.bytes.size());
+  part.bytes = token.bytes.substr(0, end);
+  hidden(part);
+  part.bytes = token.bytes.substr(end);
+  place_.advance(token.bytes.substr(0, end));
+  advanced_ = end;
+  if (!part.bytes.empty()) take_text(part);
+  return true;
 }
 
 // What a field does is read for its first word.

@@ -57,9 +57,10 @@ class RtfExtraction {
 
   struct Group {
     Destination destination = Destination::kText;
-    bool has_star = false;
-    bool may_begin = true;   // a destination: there is no text in it yet
-    bool is_silent = false;  // text in it is none: what a field does
+    bool is_new = true;       // nothing stands in it yet
+    bool has_star = false;    // it began with \*
+    bool may_begin = true;    // a destination: there is no text in it yet
+    bool is_silent = false;   // text in it is none: what a field does
     bool has_result = false;  // of a field
     unsigned fallback = 1;
     std::size_t item = kNowhere;  // of its brace
@@ -96,11 +97,13 @@ class RtfExtraction {
   void end_story(const Group& closed, const Token& token);
   void begin_data(std::string_view type, bool is_required, std::string shown, const Token& token);
   void take_data(const Token& token);
+  void join_codes();
   void begin_table(Table table, const Token& token);
   void take_table(const Token& token);
   void take_text(const Token& token);
   void take_silent_text(const Token& token);
   void take_break(const Token& token);
+  bool take_leading_blanks(const Token& token);
   bool take_property(const Token& token);
 
   Group& group() { return groups_.back(); }
@@ -164,7 +167,8 @@ class RtfExtraction {
   bool has_colours_ = false;
   bool has_direction_ = false;
   bool has_segment_ = false;  // one that can have a colour
-  DocumentPlace place_;
+  DocumentPlace place_;       // of the token
+  std::size_t advanced_ = 0;  // bytes of it that `place_` is behind already
 };
 
 }  // namespace kavo::rtf
