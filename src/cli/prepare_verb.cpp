@@ -51,6 +51,7 @@ class Prepare final : public Verb {
       languages_.target_code_page = static_cast<std::int32_t>(code_page_number(target_code_page_));
     if (overwrite_) filter_options_.push_back("overwrite=1");
     for (const std::string& option : filter_options_) languages_.filter_options += to_utf16(option + "\n");
+    languages_.replaces_objects = overwrite_;
     languages_.source = to_utf16(source_);
     languages_.target = to_utf16(target_);
   }

@@ -10,6 +10,7 @@
 #include "common/path_parts.h"
 #include "driver/document_files.h"
 #include "driver/filter_table.h"
+#include "driver/rtf_preparation.h"
 #include "driver/tud_component.h"
 #include "driver/tud_name.h"
 #include "platform/failure.h"
@@ -59,16 +60,26 @@ void convert(ProducedFile& file, const RunLanguages& languages, const DocumentSe
   // Filters know real files only.
   FolderRun run(file.file_name);
   const std::u16string made = run.path_to_write(tud);
-  std::vector<Argument> arguments{by_value(run.path_to_read(file.file_name)), by_value(made),
-                                  by_value(run.path_to_write(skeleton)),      by_value(languages.source),
-                                  by_value(languages.source_code_page),       by_value(languages.target),
-                                  by_value(languages.target_code_page),       by_value(filter.filter_name),
+  const bool is_rtf = file.file_type == kRtfDocument;
+  const std::u16string read =
+      is_rtf ? without_objects(file.file_name, tud, languages.replaces_objects, run) : run.path_to_read(file.file_name);
+  std::vector<Argument> arguments{by_value(read),
+                                  by_value(made),
+                                  by_value(run.path_to_write(skeleton)),
+                                  by_value(languages.source),
+                                  by_value(languages.source_code_page),
+                                  by_value(languages.target),
+                                  by_value(languages.target_code_page),
+                                  by_value(filter.filter_name),
                                   by_value(std::u16string(u"Paragraph"))};
   const bool keeps_set = filter_catalogue().has_member(u"ConvertInSet");
   if (keeps_set) {
     arguments.push_back(by_value(set.mark));
     arguments.push_back(by_value(set.author_document));
     if (!languages.filter_options.empty()) arguments.push_back(by_value(languages.filter_options));
+    // What the filter reads of an RTF document may differ from what its author has.
+    const bool is_own = is_rtf && set.author_document.empty();
+    arguments.push_back(by_value(is_own ? ports().files->absolute(file.file_name) : set.author_document));
   }
   filter_catalogue().invoke(keeps_set ? u"ConvertInSet" : u"Convert", arguments);
   observer.tell_all(filter_messages());

@@ -165,4 +165,15 @@ const char* RtfExtraction::scan_data(const char* p, const char* limit) {
   return p + count;
 }
 
+bool holds_objects(std::u16string_view path) {
+  BlockReader document(path);
+  ProgressEvent no_progress;
+  bool found = false;
+  for_each_pass(document, no_progress, [&](const char* p, const char* limit, const char* end) {
+    found = found || find_start(p, limit, end) != limit;
+    return limit;
+  });
+  return found;
+}
+
 }  // namespace kavo

@@ -45,4 +45,7 @@ class RtfExtraction {
   std::uint64_t data_left_ = 0;  // bytes
 };
 
+// Whether the file holds a group that the extraction would move, or a marker. Throws `failure`.
+bool holds_objects(std::u16string_view path);
+
 }  // namespace kavo

@@ -9,9 +9,6 @@
 namespace kavo::rtf {
 namespace {
 
-// More looks in one paragraph are not told apart when the usual one is looked for.
-constexpr std::size_t kMostLooks = 16;
-
 constexpr std::string_view kFormatting[] = {"bold", "italic", "underlined", "x-hidden", "x-font"};
 
 std::string_view formatting_type(Property property) {
@@ -144,29 +141,17 @@ Segment* SegmentMaker::make(Paragraph& paragraph, const Core& core, bool is_plai
   return &segment_;
 }
 
-// What most of the text looks like is no formatting.
+// What the first text looks like is no formatting; a link at the beginning looks like one.
 void SegmentMaker::choose_text_look(const Core& core) {
-  struct Share {
-    std::size_t look;
-    std::size_t bytes;
-  };
-  std::vector<Share> shares;
+  text_look_ = next_text_look(core.first, core.last);
+  std::size_t fields = 0;
   for (std::size_t i = core.first; i <= core.last; ++i) {
     const Item& item = paragraph_->items[i];
-    if (item.kind != ItemKind::kText) continue;
-    auto found = std::ranges::find_if(shares, [&](const Share& share) { return look_alike(share.look, item.look); });
-    if (found == shares.end()) {
-      if (shares.size() == kMostLooks) continue;
-      found = shares.insert(shares.end(), {item.look, 0});
-    }
-    found->bytes += item.end - item.begin;
-  }
-  text_look_ = first_look_;
-  std::size_t most = 0;
-  for (const Share& share : shares) {
-    if (share.bytes <= most) continue;
-    most = share.bytes;
-    text_look_ = share.look;
+    if (item.kind == ItemKind::kOpen) ++fields;
+    if (item.kind == ItemKind::kClose) --fields;
+    if (item.kind != ItemKind::kText || fields != 0) continue;
+    text_look_ = item.look;
+    return;
   }
 }
 

@@ -391,15 +391,10 @@ void RtfExtraction::join_codes() {
     return item.kind == ItemKind::kCode && item.type == "x-rtf" && item.shown.empty() && !item.is_required;
   };
   if (!is_data(items.back())) return;
-  std::size_t before = items.size() - 1;
-  while (before > story().first_item && items[before - 1].kind == ItemKind::kHidden &&
-         paragraph_.bytes_of(items[before - 1]) != "{" && paragraph_.bytes_of(items[before - 1]) != "}")
-    --before;
-  if (before == story().first_item || !is_data(items[before - 1])) return;
-  // A group that holds one of them holds both.
-  if (group().generation == story().generation && group().item != kNowhere && group().item >= before) return;
+  const std::size_t before = items.size() - 1;
+  if (before == story().first_item || !is_data(items[before - 1]) || items[before - 1].end != items.back().begin) return;
   items[before - 1].end = paragraph_.bytes.size();
-  items.resize(before);
+  items.pop_back();
   --code_count_;
 }
 

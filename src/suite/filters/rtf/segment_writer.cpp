@@ -89,6 +89,7 @@ void SegmentWriter::write(std::string_view translation) {
   }
   while (!open_.empty()) close_top();
   look({});
+  ends_in_code_ = false;
   verbatim(context_.rest);
   if (ends_in_word_) bytes_ += ' ';
 }
@@ -117,8 +118,14 @@ void SegmentWriter::code(const CodedPart& part) {
   if (part.kind == CodeKind::kOpen) return open(*found);
   if (part.kind == CodeKind::kClose) return close(found->id);
   const auto words = context_.code_words.find(found->id);
-  look(words == context_.code_words.end() ? words_here() : words->second);
+  const bool has_look = words != context_.code_words.end();
+  if (has_look)
+    look(words->second);
+  else if (group_ != words_here())
+    look({});
   verbatim(hole_.bytes_of(part));
+  // Braces around several codes and no text would make one code of them.
+  if (has_look) look({});
 }
 
 void SegmentWriter::open(const Hole::Code& code) {
@@ -152,8 +159,13 @@ void SegmentWriter::close_top() {
 
 void SegmentWriter::verbatim(std::string_view code) {
   if (code.empty()) return;
-  before(code.front());
+  // Two codes stay two; a line end means nothing.
+  if (ends_in_code_)
+    bytes_ += '\n';
+  else
+    before(code.front());
   bytes_ += code;
+  ends_in_code_ = true;
   ends_in_word_ = ends_in_open_word(code);
   ends_in_byte_ = ends_in_byte(code);
 }
@@ -161,6 +173,7 @@ void SegmentWriter::verbatim(std::string_view code) {
 // Makes the words those of the group that is open.
 void SegmentWriter::look(const std::string& words) {
   if (words == group_) return;
+  ends_in_code_ = false;
   if (!group_.empty()) bytes_ += '}';
   if (!words.empty()) bytes_.append("{").append(words);
   ends_in_word_ = !words.empty();
@@ -177,6 +190,7 @@ void SegmentWriter::before(char first) {
     bytes_ += ' ';
   ends_in_word_ = false;
   ends_in_byte_ = false;
+  ends_in_code_ = false;
 }
 
 void SegmentWriter::plain(std::string_view bytes) {

@@ -60,6 +60,7 @@ class SegmentWriter {
   std::string group_;         // words of the group that is open, "" when none is
   bool ends_in_word_ = false;  // a letter, digit or blank next would be taken for a part of it
   bool ends_in_byte_ = false;  // a byte next might make another character of it
+  bool ends_in_code_ = false;  // a code next might become one with it
 };
 
 }  // namespace kavo::rtf
