@@ -45,6 +45,17 @@ constexpr Row kRows[] = {
     {"userprops", kData},       {"xe", kEntry},
 };
 
+// Destinations that should stand behind \*; programs forget it.
+constexpr std::string_view kStarred[] = {
+    "aftncn",      "aftnsep",       "aftnsepc",  "background", "bkmkcolf",          "blipuid",
+    "colorschememapping", "datastore", "defchp", "defpap",        "docvar",     "expandedcolortbl",  "fchars",
+    "fname",         "generator", "gridtbl",       "htmltag",    "latentstyles",      "lchars",
+    "levelnumbers", "leveltext",    "listoverridetable", "mailmerge", "mmathpr", "objclass",         "objdata",
+    "objname",     "oldcprops",     "oldpprops", "oldsprops",     "oldtprops",  "password",          "passwordhash",
+    "pgdsctbl",    "pgptbl",        "picprop",   "protusertbl", "rsidtbl",          "themedata",
+    "wgrffmtfilter", "xmlnstbl",
+};
+
 // What the word processor computes; what it shows is none of the author's text.
 constexpr std::string_view kComputedFields[] = {
     "=",        "ADVANCE",   "AUTHOR",      "AUTONUM",     "AUTONUMLGL", "AUTONUMOUT", "AUTOTEXT",   "BARCODE",
@@ -64,6 +75,7 @@ std::optional<Destination> destination_of(std::string_view word) {
   static const std::unordered_map<std::string_view, Destination> destinations = [] {
     std::unordered_map<std::string_view, Destination> rows;
     for (const Row& row : kRows) rows.emplace(row.word, row.destination);
+    for (const std::string_view starred : kStarred) rows.emplace(starred, kData);
     return rows;
   }();
   const auto found = destinations.find(word);

@@ -63,7 +63,8 @@ bool TextReader::control(TextUnit& unit) {
   // A character below 0x80 in hexadecimal is itself.
   if (const Byte byte = byte_at(at_); byte.value >= 0 && unit.text.empty()) {
     size = byte.size;
-    append_utf8(unit.text, static_cast<char32_t>(byte.value));
+    if (is_xml_character(static_cast<char32_t>(byte.value)))
+      append_utf8(unit.text, static_cast<char32_t>(byte.value));
   }
   return give(unit, unit.text.empty() ? TextUnit::Kind::kInvalid : TextUnit::Kind::kCharacter, at_ + size);
 }
@@ -82,7 +83,7 @@ bool TextReader::coded(TextUnit& unit) {
     bool valid = false;
     unit.text.clear();
     const std::size_t length = coding_->decode_one(gathered, unit.text, valid);
-    if (valid && length == gathered.size()) return give(unit, TextUnit::Kind::kCharacter, place);
+    if (valid && length == gathered.size() && is_xml_character(utf8_code_point(unit.text))) return give(unit, TextUnit::Kind::kCharacter, place);
     place = behind_line_ends(place);
   }
   unit.text.clear();

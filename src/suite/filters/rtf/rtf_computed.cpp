@@ -63,6 +63,17 @@ void append_direction(std::string_view original, bool is_right_to_left, std::str
   if (original.ends_with(' ')) bytes += ' ';
 }
 
+std::optional<std::int32_t> locale_of(const LanguageRow& language) {
+  constexpr std::int32_t none = 0x1000;
+  constexpr std::int32_t usual_country = 0x400;
+  if (language.lcid == none) return std::nullopt;
+  if ((language.lcid & ~kPrimaryLanguage) != 0 && (language.lcid & 0x7C00) != 0x7C00) return language.lcid;
+  // Chinese is told apart by its countries.
+  if (language.script == u"Hans") return 0x0804;
+  if (language.script == u"Hant") return 0x0404;
+  return (language.lcid & kPrimaryLanguage) | usual_country;
+}
+
 bool are_of_one_language(std::int32_t first, std::int32_t second) {
   return (first & kPrimaryLanguage) == (second & kPrimaryLanguage);
 }

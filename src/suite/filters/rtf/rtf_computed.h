@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -28,8 +29,9 @@ bool tells_direction(const Token& word);
 // Writes a computed place of kDirection.
 void append_direction(std::string_view original, bool is_right_to_left, std::string& bytes);
 
-// The identifier of a language that Windows has none for.
-inline constexpr std::int32_t kNoLocale = 0x1000;
+// The locale identifier that RTF has for a language, that of its usual country when it names none; nothing for a
+// language that Windows has none for.
+std::optional<std::int32_t> locale_of(const LanguageRow& language);
 // Two locale identifiers of one language, whatever the country.
 bool are_of_one_language(std::int32_t first, std::int32_t second);
 

@@ -146,12 +146,13 @@ void RtfFilter::write_language(std::string_view original, std::string& bytes) co
   const rtf::Token word = rtf::word_at(original);
   const bool is_source = (source_ && rtf::are_of_one_language(word.number, source_->lcid)) ||
                          (format_.language != 0 && rtf::are_of_one_language(word.number, format_.language));
-  const bool is_known = target_ && target_ != source_ && target_->lcid != rtf::kNoLocale;
-  if (!is_known || !is_source) {
+  const std::optional<std::int32_t> locale =
+      target_ && target_ != source_ ? rtf::locale_of(*target_) : std::nullopt;
+  if (!locale || !is_source) {
     bytes += original;
     return;
   }
-  bytes.append("\\").append(word.name).append(std::to_string(target_->lcid));
+  bytes.append("\\").append(word.name).append(std::to_string(*locale));
   if (original.ends_with(' ')) bytes += ' ';
 }
 
