@@ -59,10 +59,10 @@ const Case kStructure[] = {
      "a\\line b\\tab X\\par}"},
     {"destinations of data",
      "{\\stylesheet{x;}}{\\*\\unknown x}{\\*\\generator x;}{\\info{\\author x}}{\\listtext x}{\\pict x}"
-     "{\\nonesttables x}{*\\generator x}a x\\par}",
+     "{\\nonesttables x}{\\generator x}a x\\par}",
      {u"a x"},
      "{\\stylesheet{x;}}{\\*\\unknown x}{\\*\\generator x;}{\\info{\\author x}}{\\listtext x}{\\pict x}"
-     "{\\nonesttables x}{*\\generator x}a X\\par}"},
+     "{\\nonesttables x}{\\generator x}a X\\par}"},
     {"information",
      "{\\info{\\title x}{\\subject S}{\\keywords K}{\\doccomm D}{\\comment x}{\\operator x}}}",
      {u"x", u"S", u"K", u"D"},
@@ -79,11 +79,11 @@ const Case kStructure[] = {
 
 const Case kFormatting[] = {
     {"what a reader does not see",
-     "{\\lang1033\\insrsid1 a }{\\insrsid2\\kerning8\\rtlch\\af0 \\ltrch x}{\\noproof b}\\par}",
+     "{\\langfe1033\\insrsid1 a }{\\insrsid2\\kerning8\\rtlch\\af0 \\ltrch x}{\\noproof b}\\par}",
      {u"a xb"},
-     "{\\lang1033\\insrsid1 a Xb}{\\noproof }\\par}"},
+     "{\\langfe1033\\insrsid1 a Xb}\\par}"},
     {"bold in braces", "a {\\b x} b\\par}", {u"a <1>x</1> b"}, "a {\\b X} b\\par}"},
-    {"bold on and off", "a \\b x\\b0  b\\par}", {u"a <1>x</1> b"}, "a {\\b X} b\\b\\b0 \\par}"},
+    {"bold on and off", "a \\b x\\b0  b\\par}", {u"a <1>x</1> b"}, "a {\\b X} b\\b \\b0 \\par}"},
     {"around all of it", "{\\b\\fs40 x}\\par}", {u"x"}, "{\\b\\fs40 X}\\par}"},
     {"at the beginning", "{\\b a} x\\par}", {u"a<1> x</1>"}, "{\\b a{\\b0  X}}\\par}"},
     {"inside one another",
@@ -97,7 +97,7 @@ const Case kFormatting[] = {
     {"groups that replace one another",
      "{\\insrsid1 a }{\\b\\insrsid2 x}{\\insrsid3  b}\\par}",
      {u"a <1>x</1> b"},
-     "{\\insrsid1 a {\\b X} b}{\\insrsid3 }\\par}"},
+     "{\\insrsid1 a {\\b X} b}\\par}"},
     {"fonts of one look", "a {\\f36 \\'e8} x\\par}", {u"a \u010D x"}, "a \\u269? X\\par}"},
     {"another font", "a {\\f2 x}\\par}", {u"a <1>x</1>"}, "a {\\f2 X}\\par}"},
     {"a tab in other formatting", "a{\\ul\\tab }x\\par}", {u"a<1/>x"}, "a{\\ul\\tab }X\\par}"},
@@ -111,7 +111,7 @@ const Case kFormatting[] = {
 
 const Case kCodes[] = {
     {"our marker", "a {\\v\\mor OBJ 1 } x\\par}", {u"a <1/> x"}, "a {\\v\\mor OBJ 1 } X\\par}"},
-    {"a picture", "a {\\pict x{\\*\\y}\\bin3 }}} x\\par}", {u"a <1/> x"}, "a {\\pict x{\\*\\y}\\bin3 }}} X\\par}"},
+    {"a picture", "a {\\pict x{\\*\\y}\\bin3 }}}} x\\par}", {u"a <1/> x"}, "a {\\pict x{\\*\\y}\\bin3 }}}} X\\par}"},
     {"what stands in front of all text stays outside",
      "{\\pict x}{\\*\\bkmkstart x}\\tab a x\\tab\\par}",
      {u"a x"},
@@ -206,17 +206,17 @@ TEST_F(RtfFilterTest, ACodePageThatIsNotSupportedLeavesItsBytesAsCodes) {
 TEST_F(RtfFilterTest, CodesInAnyOrderKeepTheBracesBalanced) {
   const std::string document = std::string(kHead) +
                                "{\\insrsid1 a }{\\b b}{\\field{\\*\\fldinst HYPERLINK y}{\\fldrslt{\\ul c}}}{\\i\\tab d}\\par}";
-  ASSERT_EQ(checked_texts_of(document), std::vector<std::u16string>{u"a <1>b</1><2><3>c</3></2><4><5/>d</4>"});
+  ASSERT_EQ(checked_texts_of(document), std::vector<std::u16string>{u"a <1>b</1><2><3>c</3></2><4/><5>d</5>"});
   const auto written = [&](std::u16string_view text) {
     const std::string result =
         translated_document(document, [&](const std::u16string&) { return std::u16string(text); });
     return result.substr(kHead.size(), result.size() - kHead.size());
   };
-  EXPECT_EQ(written(u"z"), "{\\insrsid1 z}{\\i }\\par}") << "no codes";
+  EXPECT_EQ(written(u"z"), "{\\insrsid1 z}\\par}") << "no codes";
   EXPECT_EQ(written(u"<2>z</2><1>y</1>"),
-            "{\\insrsid1 {\\field{\\*\\fldinst HYPERLINK y}{\\fldrslt z}}{\\b y}}{\\i }\\par}");
-  EXPECT_EQ(written(u"<1>y<2>z</2></1><5/>"),
-            "{\\insrsid1 {\\b y}{\\field{\\*\\fldinst HYPERLINK y}{\\fldrslt z}}{\\i\\tab }}{\\i }\\par}");
+            "{\\insrsid1 {\\field{\\*\\fldinst HYPERLINK y}{\\fldrslt z}}{\\b y}}\\par}");
+  EXPECT_EQ(written(u"<1>y<2>z</2></1><4/>"),
+            "{\\insrsid1 {\\b y}{\\field{\\*\\fldinst HYPERLINK y}{\\fldrslt{\\b z}}}{\\i\\tab }}\\par}");
 }
 
 TEST_F(RtfFilterTest, AParagraphWithoutEndIsCut) {

@@ -8,6 +8,7 @@
 
 #include "suite/mif_filter_property.h"
 #include "suite/rc_filter_property.h"
+#include "suite/rtf_filter_property.h"
 #include "suite/text_filter_property.h"
 #include "suite/tud_property.h"
 
@@ -31,6 +32,7 @@ void replay(const std::string& folder, std::size_t least, Property holds) {
 }
 
 TEST(SuiteSeeds, BilingualDocuments) { replay(KAVO_SUITE_SEEDS "/tud", 8, broken_tud_property); }
+TEST(SuiteSeeds, RtfDocuments) { replay(KAVO_SUITE_SEEDS "/rtf_filter", 8, broken_rtf_filter_property); }
 TEST(SuiteSeeds, MifDocuments) { replay(KAVO_SUITE_SEEDS "/mif_filter", 10, broken_mif_filter_property); }
 TEST(SuiteSeeds, ResourceScripts) { replay(KAVO_SUITE_SEEDS "/rc_filter", 8, broken_rc_filter_property); }
 TEST(SuiteSeeds, Texts) { replay(KAVO_SUITE_SEEDS "/text_filter", 8, broken_text_filter_property); }

@@ -76,7 +76,8 @@ bool TextReader::coded(TextUnit& unit) {
   std::string gathered;
   std::size_t place = at_;
   while (gathered.size() < most) {
-    const Byte byte = byte_at(place);
+    // A raw first byte may have a raw backslash for its second one.
+    const Byte byte = byte_at(place, place == at_ + 1);
     if (byte.value < 0) break;
     gathered += static_cast<char>(byte.value);
     place += byte.size;
@@ -109,16 +110,14 @@ bool TextReader::unicode(TextUnit& unit, std::int32_t number, std::size_t end) {
   return give(unit, is_valid ? TextUnit::Kind::kCharacter : TextUnit::Kind::kInvalid, end);
 }
 
-TextReader::Byte TextReader::byte_at(std::size_t place) const {
+TextReader::Byte TextReader::byte_at(std::size_t place, bool is_second) const {
   const std::string_view rest = bytes_.substr(place);
   if (rest.empty() || is_line_end(rest[0])) return {};
   if (rest[0] != '\\') return {static_cast<unsigned char>(rest[0]), 1};
   if (const int value = byte_value(rest); value >= 0) return {value, 4};
   if (rest.size() > 1 && (rest[1] == '\\' || rest[1] == '{' || rest[1] == '}'))
     return {static_cast<unsigned char>(rest[1]), 2};
-  // The second byte of a character whose first one stands raw in front of it.
-  const bool follows_raw = place != 0 && static_cast<unsigned char>(bytes_[place - 1]) >= 0x80;
-  return follows_raw ? Byte{'\\', 1} : Byte{};
+  return is_second ? Byte{'\\', 1} : Byte{};
 }
 
 std::size_t TextReader::behind_line_ends(std::size_t place) const {

@@ -37,7 +37,7 @@ class TextReader {
     int value = -1;  // none: the bytes there are something else
     std::size_t size = 0;
   };
-  Byte byte_at(std::size_t place) const;
+  Byte byte_at(std::size_t place, bool is_second = false) const;
   std::size_t behind_line_ends(std::size_t place) const;
   std::size_t behind_fallback(std::size_t place) const;
   bool give(TextUnit& unit, TextUnit::Kind kind, std::size_t end);

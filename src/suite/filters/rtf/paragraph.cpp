@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <functional>
 
+#include "formats/rtf/destinations.h"
 #include "formats/rtf/text_reader.h"
+#include "formats/rtf/token_scanner.h"
 #include "suite/filters/rtf/segment_context.h"
 
 namespace kavo::rtf {
@@ -26,7 +28,31 @@ std::string_view formatting_type(Property property) {
   }
 }
 
+// A word that began nothing, because it stood behind text, would do so without the text.
+bool may_begin_destination(std::string_view token) {
+  if (token.size() < 2 || token[0] != '\\') return false;
+  const bool is_word = (token[1] >= 'a' && token[1] <= 'z') || (token[1] >= 'A' && token[1] <= 'Z');
+  return token[1] == '*' || (is_word && destination_of(word_at(token).name));
+}
+
 std::string in_hexadecimal(std::string_view bytes) { return "[" + std::string(bytes) + "]"; }
+
+// Lets a core reach to the ends of the groups that begin in it, where nothing else stands before them.
+void include_ends(const Paragraph& paragraph, std::size_t last, Core& core) {
+  std::size_t open = 0;
+  for (std::size_t i = core.first; i <= core.last; ++i) {
+    const Item& item = paragraph.items[i];
+    if (item.kind != ItemKind::kHidden) continue;
+    const std::string_view bytes = paragraph.bytes_of(item);
+    if (bytes == "{") ++open;
+    if (bytes == "}" && open != 0) --open;
+  }
+  for (std::size_t i = core.last + 1; i < last && open != 0; ++i) {
+    if (paragraph.items[i].kind != ItemKind::kHidden || paragraph.bytes_of(paragraph.items[i]) != "}") return;
+    core.last = i;
+    --open;
+  }
+}
 
 }  // namespace
 
@@ -78,6 +104,7 @@ std::vector<Core> find_cores(Paragraph& paragraph, std::size_t first, std::size_
     }
   }
   finish(last);
+  for (Core& core : cores) include_ends(paragraph, last, core);
   return cores;
 }
 
@@ -93,6 +120,7 @@ Segment* SegmentMaker::make(Paragraph& paragraph, const Core& core, bool is_plai
   const auto inner = std::ranges::lower_bound(paragraph.inner, first.begin, std::less_equal(), &InnerSegment::end);
   next_inner_ = static_cast<std::size_t>(inner - paragraph.inner.begin());
   first_look_ = first.look;
+  fallback_ = first.fallback;
   choose_text_look(core);
   builder_.start(first.line, first.column);
   for (std::size_t i = core.first; i <= core.last; ++i) {
@@ -128,7 +156,7 @@ Segment* SegmentMaker::make(Paragraph& paragraph, const Core& core, bool is_plai
   if (!builder_.has_text()) return nullptr;
   SegmentContext context;
   context.is_plain = is_plain;
-  context.fallback = first.fallback;
+  context.fallback = fallback_;
   context.font = paragraph.looks[first_look_].get(Property::kFont);
   context.colour = paragraph.looks[first_look_].get(Property::kColour);
   context.last_colour = paragraph.looks[paragraph.items[core.last].look].get(Property::kColour);
@@ -164,7 +192,7 @@ void SegmentMaker::add_hidden(const Item& item) {
     // What a group sets ends with it.
     rest_.resize(open_groups_.back());
     open_groups_.pop_back();
-  } else {
+  } else if (!may_begin_destination(bytes)) {
     rest_ += bytes;
   }
 }
@@ -178,6 +206,10 @@ void SegmentMaker::add_text(const Item& item) {
         builder_.add_text(unit.text, unit.bytes);
         break;
       case TextUnit::Kind::kInvalid:
+        // In another font, or with another number of bytes behind \uN, these might be a character.
+        if (item.look != first_look_) code_words_[next_id_] = words_for(item.look);
+        if (item.fallback != fallback_)
+          code_words_[next_id_].append("\\uc").append(std::to_string(item.fallback));
         ++next_id_;
         if (unit.bytes == "\t")
           builder_.add_code(CodeKind::kStandalone, "x-tab", {}, unit.bytes);
@@ -192,8 +224,8 @@ void SegmentMaker::add_text(const Item& item) {
 }
 
 void SegmentMaker::add_code(const Item& item) {
-  const std::size_t around = open_.empty() ? text_look_ : open_.back().look;
-  if (item.has_look && !is_plain_ && !look_alike(item.look, around)) code_words_[next_id_] = words_for(item.look);
+  const std::size_t around = is_plain_ ? first_look_ : open_.empty() ? text_look_ : open_.back().look;
+  if (item.has_look && !look_alike(item.look, around)) code_words_[next_id_] = words_for(item.look);
   ++next_id_;
   builder_.begin_code(CodeKind::kStandalone, item.type, item.shown, item.is_required);
   add_bytes(item);

@@ -116,6 +116,7 @@ class SegmentMaker {
 
   Paragraph* paragraph_ = nullptr;
   std::size_t first_look_ = 0;
+  unsigned fallback_ = 1;  // of the first item
   std::size_t text_look_ = 0;  // of what is no formatting
   std::vector<Open> open_;
   std::uint32_t next_id_ = 1;

@@ -433,9 +433,25 @@ void RtfExtraction::take_table(const Token& token) {
 }
 
 void RtfExtraction::take_text(const Token& token) {
-  if (take_leading_blanks(token)) return;
   Group& current = group();
+  Token rest = token;
+  if (token.kind == TokenKind::kText) {
+    if (!is_waiting()) {
+      // Blanks in front of all text of a paragraph are no part of it.
+      rest.bytes = token.bytes.substr(0, std::min(token.bytes.find_first_not_of(' '), token.bytes.size()));
+      if (!rest.bytes.empty()) hidden(rest);
+      pass(rest.bytes);
+      rest.bytes = token.bytes.substr(rest.bytes.size());
+    }
+    rest.bytes = take_long_text(rest);
+    if (rest.bytes.empty()) return;
+  }
   current.may_begin = false;
+  add_text(rest);
+}
+
+void RtfExtraction::add_text(const Token& token) {
+  const Group& current = group();
   const Font* const font = fonts_.find(current.look.get(Property::kFont));
   if (current.look.get(Property::kDeleted) != 0) return code(token, "x-deleted", true, "deleted");
   if (font && font->charset == kSymbolCharset) return code(token, "x-symbol", true, "symbol");
@@ -448,20 +464,6 @@ void RtfExtraction::take_text(const Token& token) {
   }
   Item& item = paragraph_.items.back();
   item.is_visible = item.is_visible || is_visible(token);
-}
-
-// Blanks in front of all text of a paragraph are no part of it. True when the token was nothing else, or came in two.
-bool RtfExtraction::take_leading_blanks(const Token& token) {
-  if (is_waiting() || token.kind != TokenKind::kText || token.bytes.front() != ' ') return false;
-  Token part = token;
-  const std::size_t end = std::min(token.bytes.find_first_not_of(' '), token.bytes.size());
-  part.bytes = token.bytes.substr(0, end);
-  hidden(part);
-  part.bytes = token.bytes.substr(end);
-  place_.advance(token.bytes.substr(0, end));
-  advanced_ = end;
-  if (!part.bytes.empty()) take_text(part);
-  return true;
 }
 
 // What a field does is read for its first word.
@@ -574,13 +576,47 @@ void RtfExtraction::drop_leading() {
   if (!is_waiting() && !paragraph_.items.empty()) flush();
 }
 
+std::size_t RtfExtraction::waiting_text_size() const {
+  return paragraph_.bytes.size() - std::min(data_size_, paragraph_.bytes.size());
+}
+
+// Takes the part of a long text that ends a paragraph which has become too long; what is left of it afterwards. Where
+// that is depends on nothing but the document.
+std::string_view RtfExtraction::take_long_text(const Token& token) {
+  std::string_view rest = token.bytes;
+  for (;;) {
+    const std::size_t size = waiting_text_size();
+    if (size + rest.size() <= kLongestParagraph) return rest;
+    const std::size_t longest = std::max(2 * kLongestParagraph, size + 1) - size;
+    const std::size_t blank = rest.find(' ', kLongestParagraph - std::min(size, kLongestParagraph));
+    const std::size_t cut = std::min(blank, longest);
+    if (cut >= rest.size()) return rest;
+    Token part = token;
+    part.bytes = rest.substr(0, cut);
+    if (cut != 0) add_text(part);
+    flush();
+    pass(part.bytes);
+    rest.remove_prefix(cut);
+    part.bytes = rest.substr(0, std::min(rest.find_first_not_of(' '), rest.size()));
+    hidden(part);
+    pass(part.bytes);
+    rest.remove_prefix(part.bytes.size());
+  }
+}
+
+// Moves the place behind bytes of a token that has not been taken whole.
+void RtfExtraction::pass(std::string_view bytes) {
+  place_.advance(bytes);
+  advanced_ += bytes.size();
+}
+
 // A document without ends must not become one segment that fills the memory.
 void RtfExtraction::keep_within_limits(const Token& token) {
-  const std::size_t text_size = paragraph_.bytes.size() - std::min(data_size_, paragraph_.bytes.size());
+  const std::size_t text_size = waiting_text_size();
   if (text_size <= kLongestParagraph && data_size_ <= kLongestData) return;
-  // Not inside a character, if that can be helped.
-  const bool may_cut = token.kind == TokenKind::kOpen || token.kind == TokenKind::kClose || data_depth_ != 0 ||
-                       (token.kind == TokenKind::kText && token.bytes.front() == ' ');
+  // Texts are cut at a blank; a character in another form should not be cut either.
+  if (token.kind == TokenKind::kText && data_depth_ == 0) return;
+  const bool may_cut = token.kind == TokenKind::kOpen || token.kind == TokenKind::kClose || data_depth_ != 0;
   if (!may_cut && text_size <= 2 * kLongestParagraph) return;
   flush();
   if (data_depth_ != 0) is_streaming_ = true;

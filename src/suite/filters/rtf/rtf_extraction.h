@@ -101,9 +101,12 @@ class RtfExtraction {
   void begin_table(Table table, const Token& token);
   void take_table(const Token& token);
   void take_text(const Token& token);
+  std::string_view take_long_text(const Token& token);
+  void add_text(const Token& token);
+  void pass(std::string_view bytes);
+  std::size_t waiting_text_size() const;
   void take_silent_text(const Token& token);
   void take_break(const Token& token);
-  bool take_leading_blanks(const Token& token);
   bool take_property(const Token& token);
 
   Group& group() { return groups_.back(); }

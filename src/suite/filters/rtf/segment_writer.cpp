@@ -22,11 +22,15 @@ bool ends_in_open_word(std::string_view bytes) {
   while (begin != 0 && (is_letter_or_digit(bytes[begin - 1]) || bytes[begin - 1] == '-')) --begin;
   std::size_t backslashes = 0;
   while (backslashes < begin && bytes[begin - 1 - backslashes] == '\\') ++backslashes;
-  return begin != bytes.size() && backslashes % 2 == 1;
+  if (begin == bytes.size() || backslashes % 2 == 0) return false;
+  const std::string_view word = bytes.substr(begin - 1);
+  return word_at(word).bytes.size() == word.size();
 }
 
-bool ends_in_byte(std::string_view bytes) {
-  if (bytes.empty()) return false;
+// Whether a code is a part of a character, which what comes next could complete.
+bool is_part_of_character(std::string_view bytes) {
+  if (bytes.size() > 2 && bytes.starts_with("\\u") && (bytes[2] == '-' || (bytes[2] >= '0' && bytes[2] <= '9')))
+    return true;
   return static_cast<unsigned char>(bytes.back()) >= 0x80 ||
          (bytes.size() >= 4 && byte_value(bytes.substr(bytes.size() - 4)) >= 0x80);
 }
@@ -91,7 +95,7 @@ void SegmentWriter::write(std::string_view translation) {
   look({});
   ends_in_code_ = false;
   verbatim(context_.rest);
-  if (ends_in_word_) bytes_ += ' ';
+  if (ends_in_byte_ || ends_in_word_) before(' ');
 }
 
 void SegmentWriter::text(std::string_view text) {
@@ -118,7 +122,7 @@ void SegmentWriter::code(const CodedPart& part) {
   if (part.kind == CodeKind::kOpen) return open(*found);
   if (part.kind == CodeKind::kClose) return close(found->id);
   const auto words = context_.code_words.find(found->id);
-  const bool has_look = words != context_.code_words.end();
+  const bool has_look = words != context_.code_words.end() && !words->second.empty();
   if (has_look)
     look(words->second);
   else if (group_ != words_here())
@@ -160,32 +164,32 @@ void SegmentWriter::close_top() {
 void SegmentWriter::verbatim(std::string_view code) {
   if (code.empty()) return;
   // Two codes stay two; a line end means nothing.
-  if (ends_in_code_)
+  if (ends_in_code_ && !ends_in_byte_)
     bytes_ += '\n';
   else
     before(code.front());
   bytes_ += code;
   ends_in_code_ = true;
   ends_in_word_ = ends_in_open_word(code);
-  ends_in_byte_ = ends_in_byte(code);
+  ends_in_byte_ = is_part_of_character(code);
 }
 
 // Makes the words those of the group that is open.
 void SegmentWriter::look(const std::string& words) {
   if (words == group_) return;
-  ends_in_code_ = false;
+  before(group_.empty() ? '{' : '}');
   if (!group_.empty()) bytes_ += '}';
   if (!words.empty()) bytes_.append("{").append(words);
   ends_in_word_ = !words.empty();
-  ends_in_byte_ = false;
   group_ = words;
 }
 
 // Keeps what was written last from taking the byte that follows along.
 void SegmentWriter::before(char first) {
   const bool is_syntax = first == '\\' || first == '{' || first == '}';
+  // Neither a brace nor a line end alone would do: a raw byte takes the one along, and the other means nothing.
   if (ends_in_byte_)
-    bytes_ += "{}";
+    bytes_ += first == '}' ? "\n" : "\n{}";
   else if (ends_in_word_ && !is_syntax)
     bytes_ += ' ';
   ends_in_word_ = false;
