@@ -86,7 +86,6 @@ TEST(RtfFilterProperty, GeneratedDocumentsSurvive) {
                                      "{\\*\\formfield{\\ffdeftext ",
                                      "{\\pict ",
                                      "\\bin2 }{",
-                                     "\\bin",
                                      "{\\*\\x ",
                                      "\\*",
                                      "{\\v\\mor OBJ 1 }",

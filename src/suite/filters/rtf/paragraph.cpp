@@ -226,6 +226,8 @@ void SegmentMaker::add_text(const Item& item) {
 void SegmentMaker::add_code(const Item& item) {
   const std::size_t around = is_plain_ ? first_look_ : open_.empty() ? text_look_ : open_.back().look;
   if (item.has_look && !look_alike(item.look, around)) code_words_[next_id_] = words_for(item.look);
+  if (item.has_look && item.fallback != fallback_)
+    code_words_[next_id_].append("\\uc").append(std::to_string(item.fallback));
   ++next_id_;
   builder_.begin_code(CodeKind::kStandalone, item.type, item.shown, item.is_required);
   add_bytes(item);

@@ -211,6 +211,7 @@ void RtfExtraction::close_group(const Token& token) {
   }
   code_count_ = closed.code_count + 1;
   collapse(closed.item, ItemKind::kCode, type, std::move(shown), is_required);
+  items.back().has_look = true;
 }
 
 void RtfExtraction::close_field(const Group& closed, const Token& token) {
@@ -346,6 +347,8 @@ void RtfExtraction::end_story(const Group& closed, const Token& token) {
   if (!is_waiting()) return drop_leading();
   if (!has_item(closed, closed.item)) return;
   collapse(closed.item, ItemKind::kCode, ended.type, ended.is_note ? "note" : "text", ended.is_note);
+  // It begins as the text around it looks.
+  paragraph_.items.back().has_look = true;
   ++code_count_;
 }
 
