@@ -62,7 +62,7 @@ void convert(ProducedFile& file, const RunLanguages& languages, const DocumentSe
   const std::u16string made = run.path_to_write(tud);
   const bool is_rtf = file.file_type == kRtfDocument;
   const std::u16string read =
-      is_rtf ? without_objects(file.file_name, tud, languages.replaces_objects, run) : run.path_to_read(file.file_name);
+      is_rtf ? without_objects(file.file_name, languages.replaces_objects, run) : run.path_to_read(file.file_name);
   std::vector<Argument> arguments{by_value(read),
                                   by_value(made),
                                   by_value(run.path_to_write(skeleton)),

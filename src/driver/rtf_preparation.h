@@ -9,9 +9,8 @@ namespace kavo {
 class FolderRun;
 
 // The document itself when there is nothing to move, or its objects were moved before; else a scratch copy, and the
-// object file of the bilingual document `tud` beside the document. The author's file is only read. Throws `failure`
-// when either cannot be made, and 58 when the object file holds anything else, unless `replaces_objects`.
-std::u16string without_objects(const std::u16string& document, const std::u16string& tud, bool replaces_objects,
-                               FolderRun& run);
+// object file beside the document. The author's file is only read. Throws `failure` when either cannot be made, or the
+// object file holds anything else, unless `replaces_objects`.
+std::u16string without_objects(const std::u16string& document, bool replaces_objects, FolderRun& run);
 
 }  // namespace kavo
