@@ -56,6 +56,22 @@ void include_ends(const Paragraph& paragraph, std::size_t last, Core& core) {
 
 }  // namespace
 
+void Paragraph::sort_inner() {
+  std::vector<std::uint32_t> order(inner.size());
+  for (std::uint32_t i = 0; i < order.size(); ++i) order[i] = i;
+  std::ranges::stable_sort(order, {}, [&](std::uint32_t i) { return inner[i].end; });
+  std::vector<std::uint32_t> place(order.size());
+  std::vector<InnerSegment> sorted;
+  sorted.reserve(order.size());
+  for (std::uint32_t i = 0; i < order.size(); ++i) {
+    place[order[i]] = i;
+    sorted.push_back(std::move(inner[order[i]]));
+  }
+  for (InnerSegment& each : sorted)
+    for (NestedPlace& nested : each.segment.nested) nested.segment = place[nested.segment];
+  inner = std::move(sorted);
+}
+
 void Paragraph::clear() {
   bytes.clear();
   items.clear();

@@ -63,6 +63,8 @@ struct Paragraph {
   std::string_view bytes_of(const Item& item) const {
     return std::string_view(bytes).substr(item.begin, item.end - item.begin);
   }
+  // Puts the inner segments back into the order of their ends.
+  void sort_inner();
   void clear();
 };
 

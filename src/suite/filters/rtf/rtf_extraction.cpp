@@ -651,6 +651,7 @@ void RtfExtraction::flush() {
   std::vector<Story> outer;
   while (stories_.size() > 1 && story().first_item != 0) {
     keep_segments();
+    paragraph_.sort_inner();
     paragraph_.items.resize(story().first_item);
     outer.push_back(story());
     stories_.pop_back();
