@@ -7,6 +7,7 @@
 #include "common/block_reader.h"
 #include "suite/filters/rtf/rtf_extraction.h"
 #include "suite/suite_fixture.h"
+#include "support/failures.h"
 #include "support/splits.h"
 
 namespace kavo::test {
@@ -187,7 +188,9 @@ TEST_F(RtfFilterCases, Codes) {
 
 TEST_F(RtfFilterTest, WhatIsNotRtfIsRefused) {
   put(u"a.rtf", "x {\\rtf1 a}");
-  EXPECT_NE(failure_of([&] { convert(u"a.rtf", rtf_road()); }).find(u"not an RTF document"), std::u16string::npos);
+  const auto refusal = failure_of([&] { convert(u"a.rtf", rtf_road()); });
+  ASSERT_TRUE(refusal);
+  EXPECT_NE(refusal->description().find(u"not an RTF document"), std::u16string::npos);
   EXPECT_EQ(checked_texts_of("\xEF\xBB\xBF \r\n{\\rtf1 a\\par}"), std::vector<std::u16string>{u"a"});
 }
 
