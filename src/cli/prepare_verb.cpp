@@ -41,7 +41,8 @@ class Prepare final : public Verb {
     app.add_flag("--overwrite", overwrite_,
                  "Replace bilingual documents that hold translations, and what a resource script already has in the "
                  "target language");
-    app.add_option("--filter-option", filter_options_, "What a filter is to do, such as rc.dialog-font=\"MS UI Gothic\"")
+    app.add_option("--filter-option", filter_options_,
+                   "What a filter is to do, such as rc.dialog-font=\"MS UI Gothic\"")
         ->type_name("NAME=VALUE");
   }
   void start() override {

@@ -48,8 +48,7 @@ struct DocumentSet {
   std::u16string author_document;  // full path
 };
 
-void convert(ProducedFile& file, const RunLanguages& languages, const DocumentSet& set,
-             const RunObserver& observer) {
+void convert(ProducedFile& file, const RunLanguages& languages, const DocumentSet& set, const RunObserver& observer) {
   const FilterInfo& filter = filter_table(file.file_type);
   if (filter.filter_name.empty())
     throw failure(FailureNumber::kInvalidCall,
@@ -75,11 +74,10 @@ void convert(ProducedFile& file, const RunLanguages& languages, const DocumentSe
   const bool keeps_set = filter_catalogue().has_member(u"ConvertInSet");
   if (keeps_set) {
     arguments.push_back(by_value(set.mark));
-    arguments.push_back(by_value(set.author_document));
-    if (!languages.filter_options.empty()) arguments.push_back(by_value(languages.filter_options));
     // What the filter reads of an RTF document may differ from what its author has.
     const bool is_own = is_rtf && set.author_document.empty();
     arguments.push_back(by_value(is_own ? ports().files->absolute(file.file_name) : set.author_document));
+    if (!languages.filter_options.empty()) arguments.push_back(by_value(languages.filter_options));
   }
   filter_catalogue().invoke(keeps_set ? u"ConvertInSet" : u"Convert", arguments);
   observer.tell_all(filter_messages());

@@ -18,7 +18,7 @@ struct RunLanguages {
   std::int32_t source_code_page = 0;  // 0: what the suite takes as usual
   std::int32_t target_code_page = 0;
   std::u16string filter_options{};  // for the filters: "name=value" on each line
-  bool replaces_objects = false;  // of an RTF document's object file that holds something else
+  bool replaces_objects = false;    // of an RTF document's object file that holds something else
 };
 
 struct FilterRun {

@@ -105,6 +105,10 @@ TEST_F(XliffSamples, ResourceScript) {
              "STRINGTABLE { IDS_\"A\" \"%d files & <more>\\n\" IDS_\xC3\xA9 \"C\" }\nD DIALOG 0,0,1,1\nCAPTION \"T\"\n"
              "{ LTEXT \"&Name\", IDC_A & 1,0,0,1,1 }\n1 VERSIONINFO { VALUE \"InternalName\", \"a\\0\" }\n",
              u"FR", u"K19GCP");
+  ProgressEvent progress;
+  pseudo_translate(tud, progress);
+}
+
 TEST_F(XliffSamples, Letter) {
   const std::string_view letter =
       "{\\rtf1\\ansi{\\fonttbl{\\f0 T;}{\\f1\\fcharset2 S;}}{\\info{\\title A letter}}\\pard One {\\b bold {\\i both}} and "
