@@ -1,0 +1,30 @@
+// Which language a script of a page is written in.
+#pragma once
+
+#include <string_view>
+
+#include "formats/script/token.h"
+
+namespace kavo::script {
+
+// By a name as pages write it, in any case: "VBScript", "jscript.encode", "javascript1.2", "text/javascript", "module",
+// "java", "php". kUnknown for another one.
+Language language_of_name(std::string_view name);
+
+// What server blocks of a page hold that does not declare it, by the extension of its name (without "."): VBScript in
+// "asp", Java in "jsp", PHP in "php" and its kin; kUnknown for others.
+Language language_of_extension(std::string_view extension);
+
+// Of a page directive ("<%@ page language="java" %>", with or without "<%@"); `otherwise` when it names none.
+Language language_of_directive(std::string_view directive, Language otherwise);
+
+// Of a <script> start tag.
+struct ScriptTag {
+  Language language = Language::kUnknown;
+  bool is_script = true;   // false for data and templates, which are no program: type="application/json"
+  bool on_server = false;  // runat="server"
+};
+// `client` is the language of a tag that names none, `server` the same for one that runs on the server.
+ScriptTag read_script_tag(std::string_view tag, Language client, Language server);
+
+}  // namespace kavo::script

@@ -1,0 +1,57 @@
+// The scripts of a page, one block after the other: what of a block is code, in which language, and what carries on.
+//
+//   <% statements %>   <%= value %>   <%! declarations %>   <%@ directive %>   <%-- comment --%>
+//   <?php statements ?>   <?= value ?>   <? statements ?>
+//   <script ...> statements, with server blocks in them </script>
+//
+// Whoever finds the blocks (a reader of script files, a reader of pages) hands them in one by one.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "formats/script/language.h"
+
+namespace kavo::script {
+
+enum class PieceKind : std::uint8_t { kStatements, kValue, kDeclarations };
+
+// A run of code of one language.
+struct Piece {
+  Language language = Language::kUnknown;
+  PieceKind kind = PieceKind::kStatements;
+  bool on_server = true;
+  // A client's element: pieces with one number are one program. 0 for the server's, which is one for the whole page.
+  std::size_t element = 0;
+  bool goes_on = false;   // a server block stood between the element's last piece and this one
+  std::size_t begin = 0;  // in the text of all blocks, in bytes
+  std::size_t end = 0;
+};
+
+class PageScripts {
+ public:
+  // `server` is the language of server blocks until the page declares another one.
+  explicit PageScripts(Language server) : server_(server) {}
+
+  // Appends the pieces of a block that stands at [begin, end) of `text`, server blocks inside an element in their
+  // place. A block that begins as none of the above holds none.
+  void add_block(std::string_view text, std::size_t begin, std::size_t end, std::vector<Piece>& pieces);
+
+  Language server() const { return server_; }
+
+ private:
+  void server_block(std::string_view text, std::size_t begin, std::size_t end, std::vector<Piece>& pieces);
+  void element(std::string_view text, std::size_t begin, std::size_t end, std::vector<Piece>& pieces);
+
+  Language server_;
+  std::size_t elements_ = 0;
+};
+
+// Where the server block that begins at `begin` ends: behind its "%>" or "?>", or the end of the text.
+std::size_t server_block_end(std::string_view text, std::size_t begin);
+// The first "<%" or "<?" of server code from `begin` on.
+std::size_t find_server_block(std::string_view text, std::size_t begin);
+
+}  // namespace kavo::script

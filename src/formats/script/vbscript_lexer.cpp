@@ -1,0 +1,172 @@
+#include "formats/script/lexer.h"
+
+namespace kavo::script {
+namespace {
+
+class VbScriptLexer final : public Lexer {
+ public:
+  explicit VbScriptLexer(const TextCoding* coding) : Lexer(coding) {}
+  bool inside_literal() const override { return in_literal_; }
+
+ private:
+  void scan(Token& token) override;
+  void drop_literal() override {
+    in_literal_ = in_comment_ = after_dot_ = false;
+    at_line_start_ = true;
+  }
+  void literal(Token& token);
+  void comment(Token& token);
+  bool word(Token& token);
+  bool continues_line();
+  bool based_number();
+  bool date();
+
+  bool in_literal_ = false;
+  bool in_comment_ = false;    // of a line that a block interrupts
+  bool at_line_start_ = true;  // nothing but blanks before
+  bool after_dot_ = false;     // what follows names a member: "x.Rem" begins no comment
+};
+
+void VbScriptLexer::scan(Token& token) {
+  if (in_comment_) return comment(token);
+  if (in_literal_) {
+    token.begins = false;
+    return literal(token);
+  }
+  const char c = current();
+  const bool after_dot = after_dot_;
+  if (is_blank(c)) {
+    token.kind = TokenKind::kBlank;
+    return skip_blanks();
+  }
+  after_dot_ = false;
+  if (ends_line(c)) {
+    token.kind = TokenKind::kLineEnd;
+    at_line_start_ = true;
+    return skip_line_end();
+  }
+  const bool at_line_start = at_line_start_;
+  at_line_start_ = false;
+  if (c == '\'' || (at_line_start && (starts("<!--") || starts("-->")))) return comment(token);
+  if (c == '"') {
+    token.open = 1;
+    ++at_;
+    return literal(token);
+  }
+  if (c == '_' && continues_line()) {
+    token.kind = TokenKind::kBlank;
+    return;
+  }
+  if (is_name_start(c)) {
+    token.kind = TokenKind::kName;
+    const std::size_t begin = at_;
+    skip_name();
+    if (!after_dot && equal_word(text_.substr(begin, at_ - begin), "rem")) comment(token);
+    return;
+  }
+  if (c == '[' && word(token)) return;
+  if (is_digit(c) || (c == '.' && is_digit(at(at_ + 1)))) {
+    token.kind = TokenKind::kNumber;
+    return number();
+  }
+  // "&Hello" joins a name, "&HFF" is a number.
+  if (c == '&' && based_number()) {
+    token.kind = TokenKind::kNumber;
+    return;
+  }
+  if (c == '#' && date()) {
+    token.kind = TokenKind::kNumber;
+    return;
+  }
+  token.kind = TokenKind::kOperator;
+  after_dot_ = c == '.';
+  at_line_start_ = c == ':';
+  operator_of("<> <= >= := =< =>");
+}
+
+// From behind the opening quote, or from the start of a piece that carries it on. It ends with its line at the latest.
+void VbScriptLexer::literal(Token& token) {
+  token.kind = TokenKind::kLiteral;
+  token.ends = false;
+  in_literal_ = true;
+  while (!done() && !ends_line(current())) {
+    if (current() != '"') {
+      skip_character();
+    } else if (at(at_ + 1) == '"') {
+      at_ += 2;
+    } else {
+      ++at_;
+      token.close = 1;
+      token.ends = true;
+      in_literal_ = false;
+      return;
+    }
+  }
+  if (!done()) in_literal_ = false;
+  // A line end at once: nothing was carried on.
+  if (at_ == token.begin) {
+    token = Token{.kind = TokenKind::kLineEnd, .begin = at_};
+    at_line_start_ = true;
+    skip_line_end();
+  }
+}
+
+void VbScriptLexer::comment(Token& token) {
+  token.kind = TokenKind::kComment;
+  to_line_end();
+  in_comment_ = done();
+  if (at_ != token.begin) return;
+  token.kind = TokenKind::kLineEnd;
+  at_line_start_ = true;
+  skip_line_end();
+}
+
+// "[any name]"
+bool VbScriptLexer::word(Token& token) {
+  std::size_t end = at_ + 1;
+  while (end < text_.size() && text_[end] != ']' && !ends_line(text_[end])) ++end;
+  if (at(end) != ']') return false;
+  token.kind = TokenKind::kName;
+  at_ = end + 1;
+  return true;
+}
+
+// "_" with nothing but blanks behind it carries the statement on to the next line.
+bool VbScriptLexer::continues_line() {
+  std::size_t end = at_ + 1;
+  while (is_blank(at(end))) ++end;
+  if (end >= text_.size() || !ends_line(text_[end])) return false;
+  at_ = end;
+  skip_line_end();
+  return true;
+}
+
+// "&HFF", "&O17&"
+bool VbScriptLexer::based_number() {
+  const char base = lower(at(at_ + 1));
+  if (base != 'h' && base != 'o') return false;
+  std::size_t end = at_ + 2;
+  while (base == 'h' ? is_hex_digit(at(end)) : at(end) >= '0' && at(end) <= '7') ++end;
+  if (end == at_ + 2 || is_name_byte(at(end))) return false;
+  at_ = end + (at(end) == '&' ? 1 : 0);
+  return true;
+}
+
+// "#31.12.1999#"; no date is longer than this.
+bool VbScriptLexer::date() {
+  constexpr std::size_t kLongestDate = 40;  // bytes
+  for (std::size_t end = at_ + 1; end < text_.size() && end - at_ < kLongestDate; ++end) {
+    const char c = text_[end];
+    if (c == '"' || ends_line(c)) return false;
+    if (c != '#') continue;
+    at_ = end + 1;
+    return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+std::unique_ptr<Lexer> make_vbscript_lexer(const TextCoding* coding) { return std::make_unique<VbScriptLexer>(coding); }
+
+}  // namespace kavo::script
