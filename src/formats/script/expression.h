@@ -1,0 +1,82 @@
+// What the expressions of a script say about its literals: which are joined to one text, and where they go.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+#include "formats/script/token.h"
+
+namespace kavo::script {
+
+// A part of a joined text: a literal (or a piece of one), or an operand between literals. Places in the text of all
+// blocks, in bytes.
+struct Item {
+  bool is_literal = false;
+  std::size_t begin = 0;
+  std::size_t end = 0;
+  // Of a literal, as in Token.
+  LiteralForm form = LiteralForm::kDouble;
+  bool begins = true;
+  bool ends = true;
+  std::size_t open = 0;
+  std::size_t close = 0;
+  // Of an operand.
+  bool is_inserted = false;    // stands in a literal: "$name" and what is between "${" and "}"
+  bool is_called = false;      // ends with a call
+  bool is_member = false;      // names a member of something
+  bool is_simple = false;      // one name, number, call or group: no operator in it
+  std::string_view name = {};  // "a.b" in "a.b(1).c", also of a literal that something is asked of
+  std::string_view last = {};  // "c"
+  std::string_view key = {};   // the last subscript when it is a literal, with its quotes
+};
+
+enum class PlaceKind : std::uint8_t {
+  kNowhere,    // a statement of its own, or a place that is none of the others
+  kArgument,   // of a call or of a statement's word ("echo")
+  kAssigned,   // to a variable or a member
+  kEntry,      // the value of a key: {key: "..."}, 'key' => "..."
+  kReturned,   // from the function that it stands in
+  kElement,    // of a list
+  kGroup,      // in parentheses: where those go
+  kCompared,   // with something, or the case of a choice
+  kCondition,  // decides which way a script goes
+  kSubscript,  // [ ]
+  kKey,        // of an entry
+  kReceiver,   // something is asked of it: "a,b".split(",")
+  kOperand,    // of an operator that joins no text
+};
+
+struct Place {
+  PlaceKind kind = PlaceKind::kNowhere;
+  std::string_view name =
+      {};  // of an argument: the call, as it is written ("Response.Write"); else the target or the key
+  std::string_view last = {};  // its last part ("Write")
+  unsigned argument = 0;       // from 0
+  bool is_member = false;
+  std::string_view key = {};  // of an assignment to an element: the subscript when it is a literal
+};
+
+// Literals and operands that the language's text operator joins, or a single one of either.
+struct Join {
+  std::span<const Item> items;
+  std::span<const Place> places;  // where it goes: the nearest first, then where that goes; at most kMostPlaces
+  bool has_literal = false;
+  bool can_move = false;  // every operator between them joins text, whatever the order
+};
+inline constexpr std::size_t kMostPlaces = 8;
+
+class ExpressionSink {
+ public:
+  virtual ~ExpressionSink() = default;
+  // Valid during the call.
+  virtual void joined(const Join& join) = 0;
+  // What comes until function_ends() is the body; `name` may be "".
+  virtual void function_begins(std::string_view name, std::span<const std::string_view> parameters) = 0;
+  virtual void function_ends() = 0;
+  // A variable of the function that it stands in.
+  virtual void declared(std::string_view name) = 0;
+};
+
+}  // namespace kavo::script

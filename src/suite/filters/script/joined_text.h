@@ -1,0 +1,32 @@
+// The text of literals that are joined, as one, with the places where each character stands in the script.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "formats/script/expression.h"
+#include "formats/script/literal_value.h"
+
+namespace kavo::script {
+
+struct JoinedText {
+  // UTF-8, with kOperandMark for each operand and for bytes that mean no character.
+  std::string text;
+  // Of each byte of `text`: the character's first and last byte in the text of all blocks, in bytes.
+  std::vector<std::size_t> begin;
+  std::vector<std::size_t> end;
+  bool is_whole = true;  // every literal of it was closed
+
+  std::size_t size() const { return text.size(); }
+};
+
+// Longer joins are data, not text; nobody could translate such a segment either.
+inline constexpr std::size_t kLongestJoin = 256 * 1024;  // bytes of script
+
+// `script` is the text of all blocks, `coding` that of its bytes.
+JoinedText joined_text(std::span<const Item> items, std::string_view script, Language language,
+                       const TextCoding& coding);
+
+}  // namespace kavo::script

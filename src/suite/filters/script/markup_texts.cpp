@@ -1,0 +1,256 @@
+#include "suite/filters/script/markup_texts.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "suite/filters/script/script_rules.h"
+#include "suite/html_elements.h"
+
+namespace kavo::script {
+namespace {
+
+using markup::equal_name;
+
+constexpr std::string_view kReadAttributes[] = {"alt",   "title",   "placeholder", "aria-label", "aria-description",
+                                                "label", "summary", "standby",     "data-title", "data-confirm"};
+constexpr std::string_view kButtonTypes[] = {"submit", "button", "reset"};
+
+template <std::size_t kCount>
+bool holds(const std::string_view (&names)[kCount], std::string_view name) {
+  return std::any_of(std::begin(names), std::end(names), [&](std::string_view row) { return equal_name(row, name); });
+}
+
+bool is_space(char c) { return markup::is_html_space(c); }
+bool is_tag_letter(char c) { return is_name_byte(c) || c == '-' || c == ':'; }
+
+// Reads one joined text from left to right.
+class Reading {
+ public:
+  Reading(const JoinedText& joined, bool is_page) : text_(joined.text), is_page_(is_page) {}
+
+  std::vector<ReadText> run() {
+    // "'>Expense ": the tag began in another literal.
+    if (is_page_ && begins_in_tag()) {
+      has_markup_ = true;
+      tag_rest(0, {}, true);
+      begin_text(at_);
+    }
+    while (at_ < text_.size()) {
+      const char c = text_[at_];
+      if (c == '<' && tag()) continue;
+      if (c == kOperandMark) text().codes.push_back({at_, at_ + 1, 's', {}, {}});
+      ++at_;
+    }
+    end_text(text_.size());
+    for (ReadText& result : texts_) result.has_markup = has_markup_;
+    return std::move(texts_);
+  }
+
+ private:
+  struct Attribute {
+    std::string_view name;
+    std::size_t begin = 0;  // of the value
+    std::size_t end = 0;
+  };
+
+  ReadText& text() { return current_; }
+  char at(std::size_t place) const { return place < text_.size() ? text_[place] : '\0'; }
+
+  void begin_text(std::size_t begin) {
+    current_ = ReadText();
+    current_.begin = begin;
+  }
+
+  void end_text(std::size_t end) {
+    current_.end = end;
+    current_.in_markup = has_markup_;
+    if (current_.end > current_.begin && skipped_.empty()) texts_.push_back(current_);
+    begin_text(end);
+  }
+
+  // What stands before the first ">" is the rest of a tag when no "<" comes before it and it looks like attributes.
+  bool begins_in_tag() const {
+    const std::size_t close = text_.find('>');
+    const std::size_t first = text_.find('<');
+    if (close != std::string_view::npos && first > close) {
+      if (close == 0) return text_.size() == 1 || !is_space(at(1));
+      const std::string_view before = text_.substr(0, close);
+      return before.find_first_of("=\"'") != std::string_view::npos ||
+             before.find_first_not_of(" /") == std::string_view::npos;
+    }
+    // '" alt="': a quote, and the name of another attribute.
+    std::size_t place = 0;
+    if (at(place) == '"' || at(place) == '\'') ++place;
+    if (!is_space(at(place))) return false;
+    while (is_space(at(place))) ++place;
+    const std::size_t name = place;
+    while (is_tag_letter(at(place))) ++place;
+    return place > name && at(place) == '=' && (place < first);
+  }
+
+  // At "<"; false when it begins no tag.
+  bool tag() {
+    const std::size_t begin = at_;
+    if (text_.compare(begin, 4, "<!--") == 0) {
+      const std::size_t end = text_.find("-->", begin + 4);
+      at_ = end == std::string_view::npos ? text_.size() : end + 3;
+      text().codes.push_back({begin, at_, 's', "x-html-comment", {}});
+      return true;
+    }
+    const bool is_end = at(begin + 1) == '/';
+    const std::size_t name = begin + 1 + (is_end ? 1 : 0);
+    if (!is_letter(at(name)) && at(name) != kOperandMark) return false;
+    if (at(name) == kOperandMark && !is_page_) return false;
+    std::size_t name_end = name + 1;
+    while (is_tag_letter(at(name_end))) ++name_end;
+    // "a <b" is none when nothing closes it, but for a page, where the next literal may.
+    if (!is_page_ && text_.find('>', name_end) == std::string_view::npos) return false;
+    has_markup_ = true;
+    const std::string_view word = text_.substr(name, name_end - name);
+    const markup::Element& element = markup::find_element(word);
+    const bool breaks = element.kind != markup::ElementKind::kInline && element.kind != markup::ElementKind::kForeign;
+    const bool is_line_break = element.type == "lb";
+    if (breaks) end_text(begin);
+    const std::size_t texts = texts_.size();
+    tag_rest(name_end, word, breaks);
+    if (element.kind == markup::ElementKind::kScript) {
+      if (!is_end && skipped_.empty())
+        skipped_ = word;
+      else if (is_end && equal_name(skipped_, word))
+        skipped_ = {};
+    }
+    if (breaks) {
+      begin_text(at_);
+      return true;
+    }
+    const char kind = is_line_break || element.is_void ? 's' : is_end ? 'c' : 'o';
+    // A tag with a text in it ends the text around it: one text cannot stand in another one's code.
+    if (texts_.size() != texts) {
+      ReadText before = current_;
+      before.end = begin;
+      before.in_markup = true;
+      if (before.end > before.begin && skipped_.empty())
+        texts_.insert(texts_.begin() + static_cast<std::ptrdiff_t>(texts), before);
+      begin_text(at_);
+      return true;
+    }
+    text().codes.push_back({begin, at_, kind, element.type, word});
+    return true;
+  }
+
+  // The attributes of a tag from `place` on; at_ is then behind the tag, or at the end.
+  void tag_rest(std::size_t place, std::string_view element, bool) {
+    std::vector<Attribute> attributes;
+    bool first = element.empty();
+    while (place < text_.size() && text_[place] != '>') {
+      if (first && (text_[place] == '"' || text_[place] == '\'')) {
+        first = false;  // closes a value of another literal
+        ++place;
+        continue;
+      }
+      if (!is_tag_letter(text_[place])) {
+        ++place;
+        continue;
+      }
+      first = false;
+      Attribute attribute;
+      const std::size_t name = place;
+      while (is_tag_letter(at(place))) ++place;
+      attribute.name = text_.substr(name, place - name);
+      while (is_space(at(place))) ++place;
+      if (at(place) != '=') continue;
+      ++place;
+      while (is_space(at(place))) ++place;
+      const char quote = at(place);
+      const bool is_quoted = quote == '"' || quote == '\'';
+      if (is_quoted) ++place;
+      attribute.begin = place;
+      while (place < text_.size() &&
+             (is_quoted ? text_[place] != quote : !is_space(text_[place]) && text_[place] != '>'))
+        ++place;
+      attribute.end = place;
+      if (is_quoted && place < text_.size()) ++place;
+      attributes.push_back(attribute);
+    }
+    at_ = std::min(place + 1, text_.size());
+    read_attributes(attributes, element);
+  }
+
+  void read_attributes(const std::vector<Attribute>& attributes, std::string_view element) {
+    bool is_button = equal_name(element, "button");
+    for (const Attribute& row : attributes)
+      if (equal_name(row.name, "type") && holds(kButtonTypes, text_.substr(row.begin, row.end - row.begin)))
+        is_button = true;
+    for (const Attribute& row : attributes) {
+      const bool is_read = holds(kReadAttributes, row.name) || (is_button && equal_name(row.name, "value"));
+      if (!is_read || row.end == row.begin || !skipped_.empty()) continue;
+      ReadText read;
+      read.begin = row.begin;
+      read.end = row.end;
+      read.in_markup = true;
+      read.attribute = row.name;
+      for (std::size_t place = row.begin; place < row.end; ++place)
+        if (text_[place] == kOperandMark) read.codes.push_back({place, place + 1, 's', {}, {}});
+      texts_.push_back(read);
+    }
+  }
+
+  std::string_view text_;
+  bool is_page_;
+  bool has_markup_ = false;
+  std::size_t at_ = 0;
+  std::string_view skipped_;  // the element whose content is no text
+  ReadText current_;
+  std::vector<ReadText> texts_;
+};
+
+// Without blanks, tags and operands at its ends, which need not be seen by a translator.
+void trim(ReadText& read, std::string_view text) {
+  for (bool changed = true; changed;) {
+    changed = false;
+    while (read.begin < read.end && is_space(text[read.begin])) ++read.begin, changed = true;
+    while (read.begin < read.end && is_space(text[read.end - 1])) --read.end, changed = true;
+    if (!read.codes.empty() && read.codes.front().begin == read.begin) {
+      const TextCode first = read.codes.front();
+      const bool closes = std::any_of(read.codes.begin() + 1, read.codes.end(), [&](const TextCode& code) {
+        return code.kind == 'c' && equal_name(code.element, first.element);
+      });
+      const TextCode& last = read.codes.back();
+      const bool is_around =
+          first.kind == 'o' && last.kind == 'c' && last.end == read.end && equal_name(first.element, last.element) &&
+          std::count_if(read.codes.begin(), read.codes.end(),
+                        [&](const TextCode& code) { return equal_name(code.element, first.element); }) == 2;
+      if (is_around) {
+        read.end = last.begin;
+        read.codes.pop_back();
+      }
+      if (is_around || first.kind != 'o' || !closes) {
+        read.begin = first.end;
+        read.codes.erase(read.codes.begin());
+        changed = true;
+        continue;
+      }
+    }
+    if (!read.codes.empty() && read.codes.back().end == read.end && read.end > read.begin) {
+      const TextCode last = read.codes.back();
+      const bool opens = std::any_of(read.codes.begin(), read.codes.end() - 1, [&](const TextCode& code) {
+        return code.kind == 'o' && equal_name(code.element, last.element);
+      });
+      if (last.kind == 'c' && opens) continue;
+      read.end = last.begin;
+      read.codes.pop_back();
+      changed = true;
+    }
+  }
+}
+
+}  // namespace
+
+std::vector<ReadText> read_texts(const JoinedText& joined, bool is_page) {
+  std::vector<ReadText> texts = Reading(joined, is_page).run();
+  for (ReadText& read : texts) trim(read, joined.text);
+  std::erase_if(texts, [](const ReadText& read) { return read.begin >= read.end; });
+  return texts;
+}
+
+}  // namespace kavo::script

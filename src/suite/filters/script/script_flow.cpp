@@ -1,0 +1,190 @@
+#include "suite/filters/script/script_flow.h"
+
+#include <algorithm>
+
+#include "formats/script/words.h"
+
+namespace kavo::script {
+namespace {
+
+std::string folded(Language language, std::string_view name) {
+  std::string result(name);
+  if (ignores_case(language)) std::transform(result.begin(), result.end(), result.begin(), lower);
+  return result;
+}
+
+// "a" of "a.b.c"
+std::string_view first_part(std::string_view path) { return path.substr(0, path.find_first_of(".-:[")); }
+
+}  // namespace
+
+ScriptFlow::Node ScriptFlow::node(std::string key) {
+  const auto [place, is_new] = nodes_.try_emplace(std::move(key), static_cast<Node>(uses_.size()));
+  if (is_new) uses_.push_back(Use::kNone);
+  return place->second;
+}
+
+ScriptFlow::Node ScriptFlow::find_node(const std::string& key) const {
+  const auto found = nodes_.find(key);
+  return found != nodes_.end() ? found->second : kNobody;
+}
+
+std::string ScriptFlow::variable_key(Language language, std::string_view name) const {
+  const std::string word = folded(language, name);
+  const bool is_local = !scopes_.empty() && (scopes_.back().variables.contains(word) ||
+                                             (language == Language::kPhp && word.starts_with('$') && word != "$this"));
+  return (is_local ? "v" + std::to_string(scopes_.back().number) : "v") + ":" + word;
+}
+
+std::string ScriptFlow::item_key(Language language, const Item& item) const {
+  if (item.last.empty()) return {};
+  if (item.is_called) return "r:" + folded(language, item.last);
+  if (item.is_member) return "m:" + folded(language, item.last);
+  return variable_key(language, item.name);
+}
+
+std::string ScriptFlow::place_key(Language language, const Place& place) const {
+  switch (place.kind) {
+    case PlaceKind::kArgument:
+      if (place.last.empty()) return {};
+      return "p" + std::to_string(place.argument) + ":" + folded(language, place.last);
+    case PlaceKind::kAssigned:
+      if (place.is_member) return "m:" + folded(language, place.last);
+      if (!scopes_.empty() && language == Language::kVbScript && scopes_.back().name == folded(language, place.name))
+        return "r:" + scopes_.back().name;
+      return variable_key(language, place.name);
+    case PlaceKind::kReturned:
+      return scopes_.empty() ? std::string() : "r:" + scopes_.back().name;
+    default:
+      return {};
+  }
+}
+
+// Outwards until something is known.
+ScriptFlow::End ScriptFlow::end_of(Language language, std::span<const Place> places, std::string& key) const {
+  End end;
+  for (const Place& place : places) {
+    switch (place.kind) {
+      case PlaceKind::kGroup:
+      case PlaceKind::kElement:
+        continue;
+      case PlaceKind::kCompared:
+      case PlaceKind::kCondition:
+        end.known = {Use::kInternal, "compared"};
+        return end;
+      case PlaceKind::kSubscript:
+      case PlaceKind::kKey:
+        end.known = {Use::kInternal, "a key"};
+        return end;
+      case PlaceKind::kOperand:
+        end.known = {Use::kInternal, "an operand"};
+        return end;
+      case PlaceKind::kNowhere:
+        return end;
+      default:
+        break;
+    }
+    if (const DestinationRow* const row = rules_.find(place, language)) {
+      if (row->effect == Effect::kPasses) continue;
+      if (row->effect == Effect::kInto) {
+        const std::size_t path = place.name.size() > place.last.size() ? place.name.size() - place.last.size() - 1 : 0;
+        if (path == 0) return end;
+        key = variable_key(language, first_part(place.name.substr(0, path)));
+        return end;
+      }
+      end.known = {row->use, row->reason};
+      key = place_key(language, place);
+      return end;
+    }
+    if (place.kind == PlaceKind::kEntry) {
+      end.known.use = end.known.use | use_by_name(place.last);
+      continue;
+    }
+    if (place.kind == PlaceKind::kReceiver) {
+      end.known = {Use::kInternal, "something is asked of it"};
+      return end;
+    }
+    if (place.kind == PlaceKind::kAssigned)
+      end.known.use = end.known.use | use_by_name(place.last) | use_by_name(place.key);
+    key = place_key(language, place);
+    return end;
+  }
+  return end;
+}
+
+void ScriptFlow::arrow(Node from, Node to) {
+  if (known_arrows_.insert((static_cast<std::uint64_t>(from) << 32) | to).second) arrows_.emplace_back(from, to);
+}
+
+void ScriptFlow::joined(Language language, const Join& join) {
+  std::string key;
+  End end;
+  bool is_known = false;
+  for (const Item& item : join.items) {
+    if (item.is_literal) continue;
+    const std::string from = item_key(language, item);
+    if (from.empty()) continue;
+    if (!is_known) end = end_of(language, join.places, key);
+    is_known = true;
+    // That a value is compared says nothing about the texts that it may hold.
+    const PlaceKind kind = join.places.front().kind;
+    if (kind == PlaceKind::kCompared || kind == PlaceKind::kCondition) return;
+    const Node source = node(from);
+    const Use use = end.known.use;
+    if (has(use, Use::kPage) || has(use, Use::kShown) || has(use, Use::kInternal))
+      uses_[source] = uses_[source] | use;
+    else if (!key.empty())
+      arrow(source, node(key));
+  }
+}
+
+void ScriptFlow::function_begins(Language language, std::string_view name,
+                                 std::span<const std::string_view> parameters) {
+  Scope scope;
+  scope.number = ++functions_begun_;
+  scope.name = folded(language, name);
+  for (const std::string_view parameter : parameters) scope.variables.insert(folded(language, parameter));
+  scopes_.push_back(std::move(scope));
+  for (std::size_t i = 0; i < parameters.size(); ++i)
+    arrow(node("p" + std::to_string(i) + ":" + scopes_.back().name), node(variable_key(language, parameters[i])));
+}
+
+void ScriptFlow::function_ends() {
+  if (!scopes_.empty()) scopes_.pop_back();
+}
+
+void ScriptFlow::declared(Language language, std::string_view name) {
+  if (!scopes_.empty()) scopes_.back().variables.insert(folded(language, name));
+}
+
+void ScriptFlow::solve() {
+  // What is known of an end goes back along the arrows.
+  std::sort(arrows_.begin(), arrows_.end(), [](const auto& a, const auto& b) { return a.second < b.second; });
+  std::vector<std::size_t> first(uses_.size() + 1, arrows_.size());
+  for (std::size_t i = arrows_.size(); i-- > 0;) first[arrows_[i].second] = i;
+  std::vector<Node> work;
+  for (Node i = 1; i < uses_.size(); ++i)
+    if (uses_[i] != Use::kNone) work.push_back(i);
+  while (!work.empty()) {
+    const Node to = work.back();
+    work.pop_back();
+    for (std::size_t i = first[to]; i < arrows_.size() && arrows_[i].second == to; ++i) {
+      Use& use = uses_[arrows_[i].first];
+      const Use more = use | uses_[to];
+      if (more == use) continue;
+      use = more;
+      work.push_back(arrows_[i].first);
+    }
+  }
+}
+
+ScriptFlow::Destination ScriptFlow::destination(Language language, const Join& join) const {
+  std::string key;
+  const End end = end_of(language, join.places, key);
+  Destination result = end.known;
+  if (const Node known = key.empty() ? kNobody : find_node(key); known != kNobody)
+    result.use = result.use | uses_[known];
+  return result;
+}
+
+}  // namespace kavo::script

@@ -1,0 +1,71 @@
+// Where the variables, parameters and results of a page's scripts go.
+//
+// A text often reaches the reader by way of a name: it is kept in a variable that is written later, or given to a
+// function that shows its parameter. Every use of a name is an arrow from it to where it goes; what is known of an end
+// is then known of all names that lead there.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+#include "suite/filters/script/script_rules.h"
+
+namespace kavo::script {
+
+class ScriptFlow {
+ public:
+  explicit ScriptFlow(const DestinationRules& rules) : rules_(rules) {}
+
+  // First all scripts of a page are followed once, for the arrows; then solve(), then once again, for the uses.
+  void function_begins(Language language, std::string_view name, std::span<const std::string_view> parameters);
+  void function_ends();
+  void declared(Language language, std::string_view name);
+  void joined(Language language, const Join& join);
+  void solve();
+  // Starts over with the same names for the second time.
+  void again() { scopes_.clear(), functions_begun_ = 0; }
+
+  struct Destination {
+    Use use = Use::kNone;
+    std::string_view reason;  // of the row that decided, "" for none
+  };
+  // After solve(): what is known of where a join goes.
+  Destination destination(Language language, const Join& join) const;
+
+ private:
+  using Node = std::uint32_t;
+  static constexpr Node kNobody = 0;
+
+  struct Scope {
+    std::size_t number = 0;
+    std::string name;
+    std::unordered_set<std::string> variables;
+  };
+  // An end of an arrow: a use, or a node.
+  struct End {
+    Destination known;
+    Node node = kNobody;
+  };
+
+  Node node(std::string key);
+  Node find_node(const std::string& key) const;
+  std::string variable_key(Language language, std::string_view name) const;
+  std::string place_key(Language language, const Place& place) const;
+  std::string item_key(Language language, const Item& item) const;
+  End end_of(Language language, std::span<const Place> places, std::string& key) const;
+  void arrow(Node from, Node to);
+
+  const DestinationRules& rules_;
+  std::unordered_map<std::string, Node> nodes_;
+  std::vector<Use> uses_{1};  // by node
+  std::vector<std::pair<Node, Node>> arrows_;
+  std::unordered_set<std::uint64_t> known_arrows_;
+  std::vector<Scope> scopes_;
+  std::size_t functions_begun_ = 0;
+};
+
+}  // namespace kavo::script

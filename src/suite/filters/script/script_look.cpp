@@ -1,0 +1,235 @@
+// What a text looks like: the rules for words, and for all that is none.
+#include <algorithm>
+#include <iterator>
+#include <vector>
+
+#include "suite/filters/script/script_rules.h"
+
+namespace kavo::script {
+namespace {
+
+bool is_large(char c) { return c >= 'A' && c <= 'Z'; }
+bool is_small(char c) { return c >= 'a' && c <= 'z'; }
+bool is_wide(char c) { return static_cast<unsigned char>(c) >= 0x80; }
+bool is_word_letter(char c) { return is_letter(c) || is_wide(c); }
+bool is_space(char c) { return is_blank(c) || ends_line(c); }
+
+bool is_one_of(std::string_view word, std::initializer_list<std::string_view> words) {
+  return std::find(words.begin(), words.end(), word) != words.end();
+}
+
+std::string small(std::string_view text) {
+  std::string result(text);
+  std::transform(result.begin(), result.end(), result.begin(), lower);
+  return result;
+}
+
+std::string_view trimmed(std::string_view text) {
+  while (!text.empty() && is_space(text.front())) text.remove_prefix(1);
+  while (!text.empty() && is_space(text.back())) text.remove_suffix(1);
+  return text;
+}
+
+std::vector<std::string_view> split(std::string_view text) {
+  std::vector<std::string_view> parts;
+  for (std::size_t at = 0; at < text.size();) {
+    while (at < text.size() && (is_space(text[at]) || text[at] == kOperandMark)) ++at;
+    const std::size_t begin = at;
+    while (at < text.size() && !is_space(text[at]) && text[at] != kOperandMark) ++at;
+    if (at > begin) parts.push_back(text.substr(begin, at - begin));
+  }
+  return parts;
+}
+
+// Without the punctuation of a sentence around it.
+std::string_view bare(std::string_view token) {
+  constexpr std::string_view kBefore = "([{\"'*-+<>#.,:;!?|~^=&/";
+  constexpr std::string_view kBehind = ")]}\"'.,:;!?*-+<>|~^=&/";
+  while (!token.empty() && kBefore.find(token.front()) != std::string_view::npos) token.remove_prefix(1);
+  while (!token.empty() && kBehind.find(token.back()) != std::string_view::npos) token.remove_suffix(1);
+  return token;
+}
+
+// Letters of one word: "don't", "e-mail", "and/or", "group(s)".
+bool is_ordinary(std::string_view word) {
+  if (word.empty() || !is_word_letter(word.front())) return false;
+  bool has_small = false;
+  std::size_t humps = 0;
+  for (std::size_t i = 0; i < word.size(); ++i) {
+    const char c = word[i];
+    if (is_small(c) || is_wide(c)) has_small = true;
+    if (is_large(c) && i > 0 && is_small(word[i - 1])) ++humps;
+    if (is_word_letter(c)) continue;
+    const bool joins = c == '\'' || c == '-' || c == '/' || c == '(' || c == ')' || c == '&';
+    if (!joins || (i + 1 < word.size() && !is_word_letter(word[i + 1]) && word[i + 1] != 's')) return false;
+  }
+  if (humps != 0) return false;
+  // "OK", "ERROR": also large letters are a word, when there is a vowel.
+  const std::string letters = small(word);
+  return has_small || letters.find_first_of("aeiouy") != std::string::npos;
+}
+
+// "Adv.Options", "happyaxis.jsp" is none.
+bool is_dotted(std::string_view token) {
+  bool begins = true;
+  std::size_t dots = 0;
+  for (const char c : token) {
+    if (c == '.') {
+      ++dots;
+      begins = true;
+      continue;
+    }
+    if (begins ? !is_large(c) : !is_small(c)) return false;
+    begins = false;
+  }
+  return dots == 1 && !begins && !token.starts_with('.');
+}
+
+bool has_extension(std::string_view token) {
+  const std::size_t dot = token.rfind('.');
+  if (dot == std::string_view::npos || dot == 0 || token.size() - dot > 6 || token.size() - dot < 3) return false;
+  return std::all_of(token.begin() + static_cast<std::ptrdiff_t>(dot) + 1, token.end(),
+                     [](char c) { return is_letter(c) || is_digit(c); });
+}
+
+bool is_address(std::string_view token) {
+  const std::string text = small(token);
+  for (const std::string_view part : {"://", "mailto:", "javascript:", "vbscript:", "www.", "file:", "ldap:", "jdbc:"})
+    if (text.find(part) != std::string::npos) return true;
+  const std::size_t at = token.find('@');
+  return at != std::string_view::npos && at > 0 && token.find('.', at) != std::string_view::npos;
+}
+
+// "/path/to", "a\b", "name=value", "?id="
+bool is_machine_token(std::string_view token) {
+  if (is_address(token)) return true;
+  const std::string_view word = bare(token);
+  if (token.find_first_of("=\\_{}<>#%$@;") < token.size() &&
+      token.find_first_of("=\\_{}<>#$@") != std::string_view::npos)
+    return true;
+  const std::size_t slash = token.find('/');
+  if (slash != std::string_view::npos && !is_ordinary(word)) return true;
+  return has_extension(word);
+}
+
+bool is_query(std::string_view text) {
+  const std::string all = " " + small(text) + " ";
+  const auto holds = [&](std::string_view what) { return all.find(what) != std::string::npos; };
+  const auto begins = [&](std::string_view what) { return std::string_view(all).substr(1).starts_with(what); };
+  if (begins("select ") && (holds(" from ") || holds("*") || text.starts_with("SELECT"))) return true;
+  if (begins("insert into ") || begins("delete from ") || begins("create table ") || begins("drop table ") ||
+      begins("alter table ") || begins("exec ") || begins("truncate table "))
+    return true;
+  if (begins("update ") && holds(" set ")) return true;
+  // A part of one: its words are written large.
+  for (const std::string_view word : {"FROM ", "WHERE ", "ORDER BY ", "GROUP BY ", "VALUES ", "VALUES(", "INNER JOIN ",
+                                      "LEFT JOIN ", "SET ", "AND ", "OR ", "LIMIT ", "UNION "}) {
+    const std::string_view trimmed_text = trimmed(text);
+    if (trimmed_text.starts_with(word)) return true;
+  }
+  return text.find(" FROM ") != std::string_view::npos || text.find(" WHERE ") != std::string_view::npos ||
+         text.find(" ORDER BY ") != std::string_view::npos || text.find(" LIKE ") != std::string_view::npos;
+}
+
+// "color: red; width: 10px"
+bool is_style(std::string_view text) {
+  const std::string all = small(text);
+  if (all.find(':') == std::string::npos) return false;
+  std::size_t parts = 0;
+  for (std::size_t at = 0; at < all.size();) {
+    const std::size_t end = std::min(all.find(';', at), all.size());
+    const std::string_view part = trimmed(std::string_view(all).substr(at, end - at));
+    at = end + 1;
+    if (part.empty()) continue;
+    const std::size_t colon = part.find(':');
+    if (colon == std::string_view::npos || colon == 0) return false;
+    const std::string_view name = trimmed(part.substr(0, colon));
+    if (!std::all_of(name.begin(), name.end(), [](char c) { return is_small(c) || c == '-'; })) return false;
+    const std::string_view stem = name.substr(0, name.find('-'));
+    if (!is_one_of(stem,
+                   {"color",       "background",   "font",     "width",  "height", "display", "margin",   "padding",
+                    "border",      "text",         "position", "left",   "top",    "right",   "bottom",   "float",
+                    "visibility",  "overflow",     "z",        "cursor", "line",   "clear",   "vertical", "white",
+                    "dialogwidth", "dialogheight", "filter",   "min",    "max",    "list",    "letter",   "opacity"}))
+      return false;
+    ++parts;
+  }
+  return parts != 0;
+}
+
+// "yyyy-mm-dd", "0.00", "#,##0", "H:i:s"
+bool is_format(std::string_view text) {
+  if (text.empty()) return false;
+  std::size_t letters = 0;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const char c = text[i];
+    if (is_wide(c)) return false;
+    if (!is_letter(c)) continue;
+    if (std::string_view("yYmMdDhHsSzZaAEijnNlFGgT").find(c) == std::string_view::npos) return false;
+    ++letters;
+  }
+  const std::string all = small(text);
+  return letters != 0 && letters < 12 &&
+         (all.find("yy") != std::string::npos || all.find("mm") != std::string::npos ||
+          all.find("h:i") != std::string::npos || all.find("hh") != std::string::npos || all == "y-m-d" ||
+          all.find("m/d") != std::string::npos || all == "d.m.y");
+}
+
+// "toolbar=no,width=300", "if(x){", "Provider=a;Data Source=b"
+bool is_code(std::string_view text) {
+  const std::string all = small(text);
+  for (const std::string_view part : {"function(", "function (",   "return ",  "window.",   "document.", "this.",
+                                      "var ",      "charset=",     "toolbar=", "width=",    "height=",   "=yes",
+                                      "=no",       "data source=", "driver=",  "provider=", "){",        ");",
+                                      "();",       "()",           "&&",       "||",        "==",        "!=",
+                                      "=\"",       "='",           "<%",       "%>",        "<?",        "<!doctype",
+                                      "<!--"})
+    if (all.find(part) != std::string::npos && (part != "return " || all.starts_with(part)) &&
+        (part != "var " || all.starts_with(part)))
+      return true;
+  const std::string_view end = trimmed(text);
+  return end.ends_with(";") || end.ends_with("{") || end == "}";
+}
+
+Looks single_word(std::string_view word) {
+  if (is_dotted(word)) return {Look::kDotted, {}};
+  if (!is_ordinary(word)) return {Look::kMachine, "a name of programs"};
+  if (is_one_of(small(word), {"null", "true", "false", "undefined", "nothing", "nan", "nil", "void"}))
+    return {Look::kConstant, {}};
+  return {is_small(word.front()) ? Look::kSmall : Look::kWord, {}};
+}
+
+}  // namespace
+
+Looks look_at(std::string_view text) {
+  text = trimmed(text);
+  if (std::none_of(text.begin(), text.end(), is_word_letter)) return {Look::kEmpty, {}};
+  if (is_query(text)) return {Look::kMachine, "a query"};
+  if (is_style(text)) return {Look::kMachine, "a style"};
+  if (is_format(text)) return {Look::kMachine, "a format"};
+  if (is_code(text)) return {Look::kMachine, "code"};
+  std::size_t words = 0, machines = 0;
+  std::string_view word;
+  const std::vector<std::string_view> tokens = split(text);
+  for (const std::string_view token : tokens) {
+    if (std::none_of(token.begin(), token.end(), is_word_letter)) continue;
+    const std::string_view core = bare(token);
+    if (!is_machine_token(token) && is_ordinary(core)) {
+      ++words;
+      if (word.empty()) word = core;
+    } else {
+      ++machines;
+    }
+  }
+  if (words == 0) {
+    if (tokens.size() == 1 && machines == 1 && !is_address(tokens.front()) && is_dotted(bare(tokens.front())))
+      return {Look::kDotted, {}};
+    return {Look::kMachine, "a name, a path or an address"};
+  }
+  if (words == 1 && machines == 0) return single_word(word);
+  // Mostly names: "a.b c=d of".
+  if (machines > words * 2) return {Look::kMachine, "names of programs"};
+  return {Look::kPhrase, {}};
+}
+
+}  // namespace kavo::script

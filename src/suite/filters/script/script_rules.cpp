@@ -1,0 +1,255 @@
+#include "suite/filters/script/script_rules.h"
+
+namespace kavo::script {
+namespace {
+
+constexpr auto kArgument = PlaceKind::kArgument;
+constexpr auto kAssigned = PlaceKind::kAssigned;
+constexpr auto kReceiver = PlaceKind::kReceiver;
+constexpr auto kUse = Effect::kUse;
+constexpr auto kPasses = Effect::kPasses;
+
+constexpr DestinationRow kRows[] = {
+    // Shown.
+    {kArgument, "write writeln print println printf vprintf echo <%=", kAny, kUse, Use::kPage, "output of the page"},
+    {kArgument, "die exit trigger_error wp_die", 0, kUse, Use::kPage, "output of the page"},
+    {kArgument, "insertadjacenthtml", 1, kUse, Use::kPage, "output of the page"},
+    {kArgument, "html", 0, kUse, Use::kPage, "content of an element"},
+    {kArgument, "alert confirm prompt popup showmessage showmessagedialog", 0, kUse, Use::kShown, "a message box"},
+    {kArgument, "msgbox inputbox", 0, kUse, Use::kShown, "a message box"},
+    {kArgument, "msgbox", 2, kUse, Use::kShown, "the title of a message box"},
+    {kArgument, "inputbox", 1, kUse, Use::kShown, "the title of a message box"},
+    {kArgument,
+     "createtextnode settext settitle setlabel setcaption settooltip settooltiptext setmessage adderror "
+     "seterror setcustomvalidity setsubject setbody showstatus",
+     kAny, kUse, Use::kShown, "a caption or message"},
+    {kArgument, "mail wp_mail", 1, kUse, Use::kShown, "the subject of a mail"},
+    {kArgument, "mail wp_mail", 2, kUse, Use::kShown, "the body of a mail"},
+    {kArgument, "option", 0, kUse, Use::kShown, "an entry of a list"},
+    {kAssigned, "innerhtml outerhtml", kAny, kUse, Use::kPage, "content of an element"},
+    {kAssigned,
+     "innertext outertext textcontent text title caption alt placeholder tooltip tooltiptext statustext "
+     "status defaultstatus subject body textbody htmlbody label message errormessage error_message prompt "
+     "summary",
+     kAny, kUse, Use::kShown, "a caption or message"},
+    {kAssigned, "value defaultvalue", kAny, kUse, Use::kLikely, "the value of a field"},
+
+    // What goes in comes out.
+    {kArgument, "array list aslist set of map hash vector", kAny, kPasses, Use::kNone, "an element of a list"},
+    {kArgument, "iif", 0, kUse, Use::kInternal, "a condition"},
+    {kArgument, "iif choose", kAny, kPasses, Use::kNone, "one of several values"},
+    {kArgument,
+     "trim ltrim rtrim ucase lcase cstr string tostring valueof strtoupper strtolower touppercase "
+     "tolowercase ucfirst ucwords htmlspecialchars htmlentities htmlencode nl2br escapehtml escapexml "
+     "stripslashes addslashes utf8_encode utf8_decode concat wordwrap str_pad left mid",
+     0, kPasses, Use::kNone, "text that is changed"},
+    {kArgument, "sprintf vsprintf format", 0, kPasses, Use::kNone, "text that is filled in"},
+    {kArgument, "sprintf vsprintf format", kAny, kPasses, Use::kNone, "text that is filled in"},
+    {kReceiver,
+     "replace replaceall concat touppercase tolowercase trim tostring fontcolor fontsize bold italics link "
+     "format formatted",
+     kAny, kPasses, Use::kNone, "text that is changed"},
+    {kArgument, "append add push insert addelement additem unshift put", kAny, Effect::kInto, Use::kNone,
+     "added to a text or a list"},
+
+    // Read by programs.
+    {kArgument,
+     "session application request form querystring cookies servervariables item fields properties "
+     "clientcertificate collect contents staticobjects parameters columns namedvalue",
+     kAny, kUse, Use::kInternal, "the name of a value"},
+    {kArgument,
+     "getparameter getparametervalues getattribute removeattribute getproperty setproperty getheader "
+     "setheader addheader header setdateheader getinitparameter getcookie setcookie getitem setitem "
+     "removeitem getfield hasownproperty getenv ini_get ini_set putenv constant defined isset "
+     "array_key_exists property_exists method_exists function_exists class_exists extension_loaded",
+     kAny, kUse, Use::kInternal, "the name of a value"},
+    {kArgument, "setattribute define put setvalue session_register", 0, kUse, Use::kInternal, "the name of a value"},
+    {kArgument,
+     "getelementbyid getelementsbyname getelementsbytagname getelementsbyclassname queryselector "
+     "queryselectorall createelement createelementns selectsinglenode selectnodes createevent initevent "
+     "addeventlistener attachevent removeeventlistener detachevent find closest is on bind "
+     "addclass removeclass toggleclass hasclass css attr prop $ jquery",
+     kAny, kUse, Use::kInternal, "the name of an element, an event or a style"},
+    {kArgument,
+     "createobject getobject activexobject xmlhttprequest forname newinstance lookup getbean loadlibrary "
+     "getresource getresourceasstream usebean",
+     kAny, kUse, Use::kInternal, "the name of a class or resource"},
+    {kArgument,
+     "open execute executequery executeupdate preparestatement preparecall query prepare rawquery exec "
+     "mysql_query mysqli_query pg_query mysql_connect mysql_select_db mysqli_connect openrecordset "
+     "createcommand addparam createparameter getconnection",
+     kAny, kUse, Use::kInternal, "a query or a data source"},
+    {kArgument,
+     "redirect sendredirect forward transfer mappath include include_once require require_once fopen file "
+     "file_get_contents file_put_contents opentextfile createtextfile fileexists folderexists getfile getfolder "
+     "buildpath load loadxml navigate navigate2 location assign window.open showmodaldialog "
+     "showmodelessdialog sendurl urlencode encodeurl escape encodeuricomponent parseurl url getrealpath "
+     "regread regwrite regdelete run shellexecute basename dirname file_exists is_file mkdir unlink "
+     "regeistry savetofile copyfile copy",
+     kAny, kUse, Use::kInternal, "an address or a path"},
+    {kArgument,
+     "instr instrrev indexof lastindexof startswith endswith equals equalsignorecase strpos stripos "
+     "strstr strcasecmp strcmp strcomp compareto match preg_match preg_match_all preg_split ereg eregi test "
+     "search split explode contains includes regexp compile matches getdelimiter filter filter_var str_contains",
+     kAny, kUse, Use::kInternal, "searched for or compared"},
+    {kArgument, "join implode", kAny, kUse, Use::kInternal, "a separator"},
+    {kArgument, "replace preg_replace str_replace replaceall ereg_replace str_ireplace", 0, kUse, Use::kInternal,
+     "searched for"},
+    {kArgument,
+     "date gmdate strftime formatdatetime formatdate simpledateformat decimalformat number_format dateadd "
+     "datediff datepart strtotime setlocale createdate datetime date_default_timezone_set getinstance",
+     kAny, kUse, Use::kInternal, "a format"},
+    {kArgument,
+     "gettext _ __ _e _x _n ngettext dgettext esc_html__ esc_attr__ getstring getmessage gettranslation "
+     "translate tr lang i18n getlabel",
+     kAny, kUse, Use::kInternal, "the key of a text kept elsewhere"},
+    {kArgument,
+     "settimeout setinterval eval execscript execglobal createfunction create_function function "
+     "__doposback __dopostback",
+     0, kUse, Use::kInternal, "script"},
+    {kArgument, "log debug trace info warn error_log logerror syslog assert console", kAny, kUse, Use::kInternal,
+     "a log for developers"},
+    {kArgument, "mail wp_mail", kAny, kUse, Use::kInternal, "an address or a header"},
+    {kArgument,
+     "appendtolog setcontenttype setcharacterencoding setlanguage setencoding getbytes charset iconv "
+     "mb_convert_encoding mb_internal_encoding htmlspecialchars htmlentities",
+     kAny, kUse, Use::kInternal, "a coding or a type"},
+    {kAssigned,
+     "classname class csstext cssclass id name href src action method type cookie location url path style "
+     "color background backgroundcolor bgcolor border width height display visibility position zindex cursor "
+     "left top right bottom margin padding fontfamily fontsize fontweight overflow charset contenttype "
+     "commandtext commandtype connectionstring provider source filter sort pattern tagname htmlfor target "
+     "language lang codepage domain classid progid pathinfo referrer timeout buffer expires cachecontrol "
+     "onclick onload onchange onmouseover onmouseout onsubmit event datasource datafield key field table "
+     "selector align valign textalign font transition",
+     kAny, kUse, Use::kInternal, "an attribute that programs read"},
+};
+
+// Words of a variable's name.
+constexpr std::string_view kLikelyWords[] = {
+    "msg",     "message", "messages", "text",    "title",       "caption", "label",    "error",  "err",
+    "errmsg",  "prompt",  "hint",     "warning", "warn",        "info",    "note",     "help",   "tip",
+    "tooltip", "subject", "greeting", "heading", "description", "desc",    "question", "answer", "reason"};
+constexpr std::string_view kUnlikelyWords[] = {
+    "sql",        "query",  "url",     "uri",     "path",      "file",   "filename", "folder",   "dir",
+    "key",        "id",     "class",   "style",   "css",       "color",  "colour",   "table",    "field",
+    "column",     "cookie", "regex",   "pattern", "type",      "format", "charset",  "encoding", "conn",
+    "connection", "cmd",    "command", "action",  "method",    "src",    "href",     "xml",      "xpath",
+    "tag",        "var",    "param",   "ext",     "extension", "host",   "domain",   "server",   "user",
+    "password",   "pwd",    "mode",    "event",   "selector",  "icon",   "img",      "image",    "keywords"};
+
+std::string small(std::string_view text) {
+  std::string result(text);
+  for (char& c : result) c = lower(c);
+  while (result.size() > 1 && (result.front() == '$' || result.front() == '\\')) result.erase(0, 1);
+  return result;
+}
+
+// A literal without its quotes.
+std::string_view unquoted(std::string_view text) {
+  if (text.size() >= 2 && (text.front() == '"' || text.front() == '\'') && text.back() == text.front())
+    return text.substr(1, text.size() - 2);
+  return text;
+}
+
+}  // namespace
+
+DestinationRules::DestinationRules(const ScriptNames& names) : names_(names) {
+  for (std::string* list : {&names_.texts, &names_.never})
+    for (char& c : *list) c = lower(c);
+  added_.push_back({kArgument, names_.never, kAny, kUse, Use::kInternal, "a function whose arguments are never texts"});
+  added_.push_back({kArgument, names_.texts, kAny, kUse, Use::kPage, "a function whose arguments are texts"});
+  const auto add = [this](const DestinationRow& row) {
+    for (std::size_t at = 0; at < row.names.size();) {
+      const std::size_t end = std::min(row.names.find(' ', at), row.names.size());
+      if (end > at) rows_[std::string(row.names.substr(at, end - at))].push_back(&row);
+      at = end + 1;
+    }
+  };
+  for (const DestinationRow& row : added_) add(row);
+  for (const DestinationRow& row : kRows) add(row);
+}
+
+const DestinationRow* DestinationRules::find(const Place& place, Language language) const {
+  const PlaceKind kind = place.kind == PlaceKind::kEntry ? kAssigned : place.kind;
+  if (kind != kArgument && kind != kAssigned && kind != kReceiver) return nullptr;
+  const std::string_view last = !place.key.empty() ? unquoted(place.key) : unquoted(place.last);
+  const auto found = rows_.find(small(last));
+  if (found == rows_.end()) return nullptr;
+  // A variable of that name is another thing than the member of an object.
+  const bool is_variable = place.kind == kAssigned && !place.is_member && place.key.empty();
+  if (is_variable && !equal_word(last, "status") && !equal_word(last, "location")) return nullptr;
+  for (const DestinationRow* row : found->second) {
+    if (row->kind != kind || (row->argument != kAny && row->argument != static_cast<int>(place.argument))) continue;
+    // Replace(text, what, with): what is replaced stands first in a method only.
+    if (language == Language::kVbScript && equal_word(last, "replace")) {
+      static constexpr DestinationRow kReplaced = {kArgument, "replace",  0,
+                                                   kPasses,   Use::kNone, "text that is changed"};
+      static constexpr DestinationRow kWanted = {kArgument, "replace", 1, kUse, Use::kInternal, "searched for"};
+      return place.argument == 1 ? &kWanted : &kReplaced;
+    }
+    return row;
+  }
+  return nullptr;
+}
+
+Use use_by_name(std::string_view name) {
+  // Words of "strErrorMessage", "error_message".
+  std::string word;
+  Use use = Use::kNone;
+  const auto take = [&] {
+    for (const std::string_view likely : kLikelyWords)
+      if (word == likely) use = use | Use::kLikely;
+    for (const std::string_view unlikely : kUnlikelyWords)
+      if (word == unlikely) use = use | Use::kUnlikely;
+    word.clear();
+  };
+  name = unquoted(name);
+  for (std::size_t i = 0; i < name.size(); ++i) {
+    const char c = name[i];
+    const bool is_large = c >= 'A' && c <= 'Z';
+    const bool after_small = i > 0 && name[i - 1] >= 'a' && name[i - 1] <= 'z';
+    const bool before_small = i + 1 < name.size() && name[i + 1] >= 'a' && name[i + 1] <= 'z';
+    if (!is_letter(c) || (is_large && (after_small || before_small))) take();
+    if (is_letter(c)) word += lower(c);
+  }
+  take();
+  return use;
+}
+
+Decision decide(Use use, const Looks& looks, bool in_markup) {
+  const bool is_shown = has(use, Use::kPage) || has(use, Use::kShown);
+  const bool is_internal = has(use, Use::kInternal);
+  switch (looks.look) {
+    case Look::kEmpty:
+      return {Verdict::kNone, "no words"};
+    case Look::kMachine:
+      return {Verdict::kNone, looks.reason};
+    case Look::kDotted:
+      if ((has(use, Use::kShown) || has(use, Use::kLikely)) && !is_internal) return {Verdict::kText, "a caption"};
+      return {Verdict::kNone, "a name of programs"};
+    case Look::kConstant:
+      if (is_shown) return {Verdict::kDoubt, "a word that programs use as well"};
+      return {Verdict::kNone, "a word of programs"};
+    case Look::kSmall:
+    case Look::kWord:
+      if (is_shown && is_internal) return {Verdict::kDoubt, "shown, and read by programs as well"};
+      if (is_shown) return {Verdict::kText, "shown"};
+      if (is_internal || (has(use, Use::kUnlikely) && !in_markup)) return {Verdict::kNone, "read by programs"};
+      if (in_markup) return {Verdict::kText, "stands between tags"};
+      if (has(use, Use::kLikely) && looks.look == Look::kWord)
+        return {Verdict::kText, "its name says that people read it"};
+      if (looks.look == Look::kSmall) return {Verdict::kNone, "one word, and nothing tells that it is shown"};
+      return {Verdict::kDoubt, "one word, and nothing tells whether it is shown"};
+    case Look::kPhrase:
+      if (is_shown) return {Verdict::kText, "shown"};
+      if (is_internal) return {Verdict::kNone, "read by programs"};
+      if (in_markup) return {Verdict::kText, "stands between tags"};
+      if (has(use, Use::kUnlikely) && !has(use, Use::kLikely))
+        return {Verdict::kDoubt, "words, but the name of their place says that programs read them"};
+      return {Verdict::kText, "words"};
+  }
+  return {};
+}
+
+}  // namespace kavo::script

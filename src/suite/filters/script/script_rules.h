@@ -1,0 +1,91 @@
+// Which literals of a script people read: the rules, each with its reason.
+//
+// Two things decide: where a literal goes (a place that people see, or one that only programs read) and what it looks
+// like (words, or a name, a path, a query). One table for each, and one for both together.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "formats/script/expression.h"
+
+namespace kavo::script {
+
+// What is known of a place. A variable may have several of them.
+enum class Use : std::uint8_t {
+  kNone = 0,
+  kPage = 1,       // goes into a page
+  kShown = 2,      // shown as it is: a message box, a caption
+  kInternal = 4,   // read by programs
+  kLikely = 8,     // its name says that people read it
+  kUnlikely = 16,  // its name says that they do not
+};
+constexpr Use operator|(Use a, Use b) { return static_cast<Use>(static_cast<int>(a) | static_cast<int>(b)); }
+constexpr bool has(Use uses, Use use) { return (static_cast<int>(uses) & static_cast<int>(use)) != 0; }
+
+enum class Effect : std::uint8_t {
+  kUse,     // the use of the row
+  kPasses,  // what goes in comes out: where that goes decides
+  kInto,    // goes into what stands before the dot
+};
+
+struct DestinationRow {
+  PlaceKind kind;
+  std::string_view names;  // separated by blanks, small letters; compared without case
+  int argument;            // of a call; kAny for every one
+  Effect effect;
+  Use use;
+  std::string_view reason;  // for people: "a message box"
+};
+inline constexpr int kAny = -1;
+
+// What a user adds: names of functions, separated by blanks, whose arguments are texts, or never are.
+struct ScriptNames {
+  std::string texts;
+  std::string never;
+};
+
+class DestinationRules {
+ public:
+  explicit DestinationRules(const ScriptNames& names = {});
+  // The row for a place, null when there is none.
+  const DestinationRow* find(const Place& place, Language language) const;
+
+ private:
+  std::unordered_map<std::string, std::vector<const DestinationRow*>> rows_;  // by name
+  std::vector<DestinationRow> added_;
+  ScriptNames names_;
+};
+
+// What the name of a variable or of an entry says.
+Use use_by_name(std::string_view name);
+
+enum class Look : std::uint8_t {
+  kEmpty,     // no letter
+  kMachine,   // a name, a path, a query, code
+  kDotted,    // words with dots between: a name, or an abbreviated caption
+  kConstant,  // a word that programs use as well: "null"
+  kSmall,     // one word in small letters
+  kWord,      // one word
+  kPhrase,    // words
+};
+// `text` in UTF-8, with kOperandMark for what comes from elsewhere. The reason is one for kMachine.
+struct Looks {
+  Look look = Look::kEmpty;
+  std::string_view reason;
+};
+inline constexpr char kOperandMark = '\x1A';
+Looks look_at(std::string_view text);
+
+enum class Verdict : std::uint8_t { kNone, kDoubt, kText };
+struct Decision {
+  Verdict verdict = Verdict::kNone;
+  std::string_view reason;
+};
+// `in_markup`: it stands between tags of its literal, or in an attribute that people see.
+Decision decide(Use use, const Looks& looks, bool in_markup);
+
+}  // namespace kavo::script

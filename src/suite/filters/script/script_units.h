@@ -1,0 +1,72 @@
+// The texts of a page's scripts, found in two walks: the first sees where names go, the second what is read.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "formats/script/expression_scanner.h"
+#include "formats/script/page_scripts.h"
+#include "suite/filters/script/markup_texts.h"
+#include "suite/filters/script/script_flow.h"
+
+namespace kavo::script {
+
+struct UnitPart {
+  bool is_code = false;
+  std::size_t begin = 0;  // its bytes in the text of all blocks
+  std::size_t end = 0;
+  std::string text;  // of a run, UTF-8
+  char kind = 's';   // of a code, as in TextCode
+  std::string_view type;
+};
+
+// A text that people read, or may read.
+struct Unit {
+  std::size_t begin = 0;  // from its first to its last byte, both in literals
+  std::size_t end = 0;
+  std::vector<UnitPart> parts;
+  Verdict verdict = Verdict::kNone;
+  std::string_view reason;
+  Language language = Language::kUnknown;
+  bool in_element = false;  // of a client's <script>
+  bool has_markup = false;
+  bool can_move = false;  // its codes may change places
+  std::string_view attribute;
+};
+
+class ScriptUnits {
+ public:
+  // `text` is that of all blocks, in the bytes of `coding`; both and the rules must outlive the object.
+  ScriptUnits(std::string_view text, const TextCoding& coding, const DestinationRules& rules);
+  ~ScriptUnits();
+
+  // First the pieces of all blocks, in order, block by block, go through follow(); then, behind turn(), once again
+  // through units(), which appends the units of the block, each after those around it.
+  void follow(std::span<const Piece> pieces);
+  void turn();
+  void units(std::span<const Piece> pieces, std::vector<Unit>& units);
+
+ private:
+  class Sink;
+  struct Program;
+
+  void walk(std::span<const Piece> pieces);
+  Program& program_of(const Piece& piece);
+  void join(Language language, const Join& join);
+  void add_unit(Language language, const Join& join, const JoinedText& joined, const ReadText& read,
+                const Decision& decision);
+
+  std::string_view text_;
+  const TextCoding& coding_;
+  ScriptFlow flow_;
+  std::vector<std::unique_ptr<Program>> servers_;
+  std::unique_ptr<Program> element_;
+  std::size_t last_end_ = 0;  // of the element's last piece
+  bool is_second_ = false;
+  bool in_element_ = false;
+  std::vector<Unit>* units_ = nullptr;
+};
+
+}  // namespace kavo::script
