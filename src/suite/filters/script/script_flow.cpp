@@ -38,6 +38,11 @@ std::string ScriptFlow::variable_key(Language language, std::string_view name) c
 
 std::string ScriptFlow::item_key(Language language, const Item& item) const {
   if (item.last.empty()) return {};
+  // "text.toString()" is the text.
+  const Place asked = {.kind = PlaceKind::kReceiver, .name = item.last, .last = item.last};
+  if (item.is_called && item.is_member)
+    if (const DestinationRow* const row = rules_.find(asked, language); row != nullptr && row->effect == Effect::kPasses)
+      return variable_key(language, first_part(item.name));
   if (item.is_called) return "r:" + folded(language, item.last);
   if (item.is_member) return "m:" + folded(language, item.last);
   return variable_key(language, item.name);
@@ -61,52 +66,44 @@ std::string ScriptFlow::place_key(Language language, const Place& place) const {
 }
 
 // Outwards until something is known.
-ScriptFlow::End ScriptFlow::end_of(Language language, std::span<const Place> places, std::string& key) const {
+ScriptFlow::End ScriptFlow::end_of(Language language, std::span<const Place> places) const {
   End end;
+  const auto known = [&end](Use use, std::string_view reason) {
+    end.known = {end.known.use | use, reason};
+    return end;
+  };
   for (const Place& place : places) {
     switch (place.kind) {
       case PlaceKind::kGroup:
-      case PlaceKind::kElement:
-        continue;
+      case PlaceKind::kElement: continue;
       case PlaceKind::kCompared:
-      case PlaceKind::kCondition:
-        end.known = {Use::kInternal, "compared"};
-        return end;
+      case PlaceKind::kCondition: return known(Use::kInternal, "compared");
       case PlaceKind::kSubscript:
-      case PlaceKind::kKey:
-        end.known = {Use::kInternal, "a key"};
-        return end;
-      case PlaceKind::kOperand:
-        end.known = {Use::kInternal, "an operand"};
-        return end;
-      case PlaceKind::kNowhere:
-        return end;
-      default:
-        break;
+      case PlaceKind::kKey: return known(Use::kInternal, "a key");
+      case PlaceKind::kOperand: return known(Use::kInternal, "an operand");
+      case PlaceKind::kNowhere: return end;
+      default: break;
     }
-    if (const DestinationRow* const row = rules_.find(place, language)) {
-      if (row->effect == Effect::kPasses) continue;
-      if (row->effect == Effect::kInto) {
-        const std::size_t path = place.name.size() > place.last.size() ? place.name.size() - place.last.size() - 1 : 0;
-        if (path == 0) return end;
-        key = variable_key(language, first_part(place.name.substr(0, path)));
-        return end;
-      }
-      end.known = {row->use, row->reason};
-      key = place_key(language, place);
-      return end;
-    }
+    const DestinationRow* const row = rules_.find(place, language);
     if (place.kind == PlaceKind::kEntry) {
-      end.known.use = end.known.use | use_by_name(place.last);
+      // What reads the entry knows better than its name.
+      const bool is_internal = row != nullptr && has(row->use, Use::kInternal);
+      end.known.use = end.known.use | (is_internal ? Use::kUnlikely : row != nullptr ? row->use : Use::kNone);
+      if (row == nullptr) end.known.use = end.known.use | use_by_name(place.last);
+      end.names.push_back("m:" + folded(language, unquoted(place.last)));
       continue;
     }
-    if (place.kind == PlaceKind::kReceiver) {
-      end.known = {Use::kInternal, "something is asked of it"};
+    if (row != nullptr && row->effect == Effect::kPasses) continue;
+    if (row != nullptr && row->effect == Effect::kInto) {
+      const std::size_t path = place.name.size() > place.last.size() ? place.name.size() - place.last.size() - 1 : 0;
+      if (path != 0) end.names.push_back(variable_key(language, first_part(place.name.substr(0, path))));
       return end;
     }
+    if (row != nullptr) return known(row->use, row->reason);
+    if (place.kind == PlaceKind::kReceiver) return known(Use::kInternal, "something is asked of it");
     if (place.kind == PlaceKind::kAssigned)
       end.known.use = end.known.use | use_by_name(place.last) | use_by_name(place.key);
-    key = place_key(language, place);
+    if (std::string key = place_key(language, place); !key.empty()) end.names.push_back(std::move(key));
     return end;
   }
   return end;
@@ -117,24 +114,20 @@ void ScriptFlow::arrow(Node from, Node to) {
 }
 
 void ScriptFlow::joined(Language language, const Join& join) {
-  std::string key;
+  // That a value is compared says nothing about the texts that it may hold.
+  const PlaceKind kind = join.places.front().kind;
+  if (kind == PlaceKind::kCompared || kind == PlaceKind::kCondition || kind == PlaceKind::kNowhere) return;
   End end;
   bool is_known = false;
   for (const Item& item : join.items) {
     if (item.is_literal) continue;
-    const std::string from = item_key(language, item);
+    std::string from = item_key(language, item);
     if (from.empty()) continue;
-    if (!is_known) end = end_of(language, join.places, key);
+    if (!is_known) end = end_of(language, join.places);
     is_known = true;
-    // That a value is compared says nothing about the texts that it may hold.
-    const PlaceKind kind = join.places.front().kind;
-    if (kind == PlaceKind::kCompared || kind == PlaceKind::kCondition) return;
-    const Node source = node(from);
-    const Use use = end.known.use;
-    if (has(use, Use::kPage) || has(use, Use::kShown) || has(use, Use::kInternal))
-      uses_[source] = uses_[source] | use;
-    else if (!key.empty())
-      arrow(source, node(key));
+    const Node source = node(std::move(from));
+    uses_[source] = uses_[source] | (end.known.use & (Use::kPage | Use::kShown | Use::kInternal));
+    for (const std::string& name : end.names) arrow(source, node(name));
   }
 }
 
@@ -145,8 +138,11 @@ void ScriptFlow::function_begins(Language language, std::string_view name,
   scope.name = folded(language, name);
   for (const std::string_view parameter : parameters) scope.variables.insert(folded(language, parameter));
   scopes_.push_back(std::move(scope));
-  for (std::size_t i = 0; i < parameters.size(); ++i)
-    arrow(node("p" + std::to_string(i) + ":" + scopes_.back().name), node(variable_key(language, parameters[i])));
+  for (std::size_t i = 0; i < parameters.size(); ++i) {
+    const Node parameter = node("p" + std::to_string(i) + ":" + scopes_.back().name);
+    uses_[parameter] = uses_[parameter] | use_by_name(parameters[i]);
+    arrow(parameter, node(variable_key(language, parameters[i])));
+  }
 }
 
 void ScriptFlow::function_ends() {
@@ -179,11 +175,10 @@ void ScriptFlow::solve() {
 }
 
 ScriptFlow::Destination ScriptFlow::destination(Language language, const Join& join) const {
-  std::string key;
-  const End end = end_of(language, join.places, key);
+  const End end = end_of(language, join.places);
   Destination result = end.known;
-  if (const Node known = key.empty() ? kNobody : find_node(key); known != kNobody)
-    result.use = result.use | uses_[known];
+  for (const std::string& name : end.names)
+    if (const Node node = find_node(name); node != kNobody) result.use = result.use | uses_[node];
   return result;
 }
 

@@ -45,10 +45,10 @@ class ScriptFlow {
     std::string name;
     std::unordered_set<std::string> variables;
   };
-  // An end of an arrow: a use, or a node.
+  // Where something ends up, as far as the place itself says it, and the names to ask for more.
   struct End {
     Destination known;
-    Node node = kNobody;
+    std::vector<std::string> names;
   };
 
   Node node(std::string key);
@@ -56,7 +56,7 @@ class ScriptFlow {
   std::string variable_key(Language language, std::string_view name) const;
   std::string place_key(Language language, const Place& place) const;
   std::string item_key(Language language, const Item& item) const;
-  End end_of(Language language, std::span<const Place> places, std::string& key) const;
+  End end_of(Language language, std::span<const Place> places) const;
   void arrow(Node from, Node to);
 
   const DestinationRules& rules_;

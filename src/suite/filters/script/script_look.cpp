@@ -3,6 +3,7 @@
 #include <iterator>
 #include <vector>
 
+#include "formats/text/text_coding.h"
 #include "suite/filters/script/script_rules.h"
 
 namespace kavo::script {
@@ -30,12 +31,19 @@ std::string_view trimmed(std::string_view text) {
   return text;
 }
 
+// Between two words: blanks, an operand, the colon of "place:what happened" (not that of "http://").
+bool is_gap(std::string_view text, std::size_t at) {
+  const char c = text[at];
+  if (is_space(c) || c == kOperandMark) return true;
+  return c == ':' && at > 0 && at + 1 < text.size() && is_word_letter(text[at - 1]) && is_word_letter(text[at + 1]);
+}
+
 std::vector<std::string_view> split(std::string_view text) {
   std::vector<std::string_view> parts;
   for (std::size_t at = 0; at < text.size();) {
-    while (at < text.size() && (is_space(text[at]) || text[at] == kOperandMark)) ++at;
+    while (at < text.size() && is_gap(text, at)) ++at;
     const std::size_t begin = at;
-    while (at < text.size() && !is_space(text[at]) && text[at] != kOperandMark) ++at;
+    while (at < text.size() && !is_gap(text, at)) ++at;
     if (at > begin) parts.push_back(text.substr(begin, at - begin));
   }
   return parts;
@@ -53,6 +61,8 @@ std::string_view bare(std::string_view token) {
 // Letters of one word: "don't", "e-mail", "and/or", "group(s)".
 bool is_ordinary(std::string_view word) {
   if (word.empty() || !is_word_letter(word.front())) return false;
+  // Names of programs are written in ASCII.
+  if (is_wide(word.front())) return true;
   bool has_small = false;
   std::size_t humps = 0;
   for (std::size_t i = 0; i < word.size(); ++i) {
@@ -88,6 +98,7 @@ bool is_dotted(std::string_view token) {
 bool has_extension(std::string_view token) {
   const std::size_t dot = token.rfind('.');
   if (dot == std::string_view::npos || dot == 0 || token.size() - dot > 6 || token.size() - dot < 3) return false;
+  if (is_wide(token.front())) return false;
   return std::all_of(token.begin() + static_cast<std::ptrdiff_t>(dot) + 1, token.end(),
                      [](char c) { return is_letter(c) || is_digit(c); });
 }
@@ -96,19 +107,16 @@ bool is_address(std::string_view token) {
   const std::string text = small(token);
   for (const std::string_view part : {"://", "mailto:", "javascript:", "vbscript:", "www.", "file:", "ldap:", "jdbc:"})
     if (text.find(part) != std::string::npos) return true;
+  if (std::any_of(token.begin(), token.end(), is_wide)) return false;
   const std::size_t at = token.find('@');
   return at != std::string_view::npos && at > 0 && token.find('.', at) != std::string_view::npos;
 }
 
 // "/path/to", "a\b", "name=value", "?id="
 bool is_machine_token(std::string_view token) {
-  if (is_address(token)) return true;
+  if (is_address(token) || token.find_first_of("=\\_{}<>#$") != std::string_view::npos) return true;
   const std::string_view word = bare(token);
-  if (token.find_first_of("=\\_{}<>#%$@;") < token.size() &&
-      token.find_first_of("=\\_{}<>#$@") != std::string_view::npos)
-    return true;
-  const std::size_t slash = token.find('/');
-  if (slash != std::string_view::npos && !is_ordinary(word)) return true;
+  if (token.find('/') != std::string_view::npos && !is_ordinary(word)) return true;
   return has_extension(word);
 }
 
@@ -188,20 +196,63 @@ bool is_code(std::string_view text) {
         (part != "var " || all.starts_with(part)))
       return true;
   const std::string_view end = trimmed(text);
+  // "bgcolor = "
+  const std::size_t equals = end.find('=');
+  if (equals != std::string_view::npos && is_ordinary(trimmed(end.substr(0, equals)))) return true;
   return end.ends_with(";") || end.ends_with("{") || end == "}";
 }
 
-Looks single_word(std::string_view word) {
-  if (is_dotted(word)) return {Look::kDotted, {}};
-  if (!is_ordinary(word)) return {Look::kMachine, "a name of programs"};
-  if (is_one_of(small(word), {"null", "true", "false", "undefined", "nothing", "nan", "nil", "void"}))
-    return {Look::kConstant, {}};
-  return {is_small(word.front()) ? Look::kSmall : Look::kWord, {}};
+// "Log4j", "ISO", "Foo!"
+bool is_short_capitals(std::string_view word) {
+  constexpr std::size_t kLongest = 4;
+  return word.size() <= kLongest && std::all_of(word.begin(), word.end(), is_large) && word != "OK" && word != "YES" &&
+         word != "NO" && word != "HELP";
 }
 
-}  // namespace
+bool is_product_name(std::string_view word) {
+  return word.size() > 2 && is_large(word.front()) && std::any_of(word.begin(), word.end(), is_small) &&
+         std::all_of(word.begin(), word.end(), [](char c) { return is_letter(c) || is_digit(c); });
+}
 
-Looks look_at(std::string_view text) {
+// "Done.", "Loading...", "Really?", "Name: "
+bool ends_as_sentence(std::string_view text, std::string_view word) {
+  if (text.empty() || (is_small(word.front()) && !text.ends_with("...")) || is_short_capitals(word)) return false;
+  const char last = text.back();
+  return last == '.' || last == '!' || last == '?' || (last == ':' && std::any_of(word.begin(), word.end(), is_small)) ||
+         text.ends_with("\u2026");
+}
+
+Looks single_word(std::string_view text, std::string_view word) {
+  if (is_dotted(word)) return {Look::kDotted, {}};
+  if (!is_ordinary(word)) return {Look::kMachine, "a name of programs"};
+  if (is_one_of(small(word), {"null", "true", "false", "undefined", "nothing", "nan", "nil", "void", "checked", "selected", "disabled", "readonly", "multiple", "nowrap"}))
+    return {Look::kConstant, {}};
+  if (ends_as_sentence(text, word)) return {Look::kPhrase, {}};
+  return {is_small(word.front()) || is_short_capitals(word) ? Look::kSmall : Look::kWord, {}};
+}
+
+// With ASCII characters for marks, blanks and symbols beyond ASCII, which are no letters.
+std::string with_plain_marks(std::string_view text) {
+  std::string result;
+  for (std::size_t at = 0; at < text.size();) {
+    const std::size_t length = std::max<std::size_t>(utf8_character_length(text.substr(at)), 1);
+    const std::string_view character = text.substr(at, length);
+    at += length;
+    const char32_t c = length > 1 ? utf8_code_point(character) : U'\0';
+    if (c == U'\u2019')
+      result += '\'';
+    else if (c == U'\u2026')
+      result += "...";
+    else if ((c >= 0x80 && c < 0xC0 && c != 0xAA && c != 0xB5 && c != 0xBA) || (c >= 0x2000 && c < 0x2C00) ||
+             (c >= 0x3000 && c < 0x3005))
+      result += ' ';
+    else
+      result += character;
+  }
+  return result;
+}
+
+Looks look_at_plain(std::string_view text) {
   text = trimmed(text);
   if (std::none_of(text.begin(), text.end(), is_word_letter)) return {Look::kEmpty, {}};
   if (is_query(text)) return {Look::kMachine, "a query"};
@@ -222,14 +273,18 @@ Looks look_at(std::string_view text) {
     }
   }
   if (words == 0) {
-    if (tokens.size() == 1 && machines == 1 && !is_address(tokens.front()) && is_dotted(bare(tokens.front())))
+    if (tokens.size() == 1 && machines == 1 && !is_address(tokens.front()) && (is_dotted(bare(tokens.front())) || is_product_name(bare(tokens.front()))))
       return {Look::kDotted, {}};
     return {Look::kMachine, "a name, a path or an address"};
   }
-  if (words == 1 && machines == 0) return single_word(word);
+  if (words == 1 && machines == 0) return single_word(text, word);
   // Mostly names: "a.b c=d of".
   if (machines > words * 2) return {Look::kMachine, "names of programs"};
   return {Look::kPhrase, {}};
 }
+
+}  // namespace
+
+Looks look_at(std::string_view text) { return look_at_plain(with_plain_marks(text)); }
 
 }  // namespace kavo::script

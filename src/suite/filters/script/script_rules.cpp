@@ -121,7 +121,7 @@ constexpr DestinationRow kRows[] = {
      "commandtext commandtype connectionstring provider source filter sort pattern tagname htmlfor target "
      "language lang codepage domain classid progid pathinfo referrer timeout buffer expires cachecontrol "
      "onclick onload onchange onmouseover onmouseout onsubmit event datasource datafield key field table "
-     "selector align valign textalign font transition",
+     "columns indexfields selector align valign textalign font transition",
      kAny, kUse, Use::kInternal, "an attribute that programs read"},
 };
 
@@ -134,7 +134,7 @@ constexpr std::string_view kUnlikelyWords[] = {
     "sql",        "query",  "url",     "uri",     "path",      "file",   "filename", "folder",   "dir",
     "key",        "id",     "class",   "style",   "css",       "color",  "colour",   "table",    "field",
     "column",     "cookie", "regex",   "pattern", "type",      "format", "charset",  "encoding", "conn",
-    "connection", "cmd",    "command", "action",  "method",    "src",    "href",     "xml",      "xpath",
+    "connection", "cmd",    "command", "action",  "method",    "src",    "href",     "name",     "xml",      "xpath",
     "tag",        "var",    "param",   "ext",     "extension", "host",   "domain",   "server",   "user",
     "password",   "pwd",    "mode",    "event",   "selector",  "icon",   "img",      "image",    "keywords"};
 
@@ -145,14 +145,13 @@ std::string small(std::string_view text) {
   return result;
 }
 
-// A literal without its quotes.
+}  // namespace
+
 std::string_view unquoted(std::string_view text) {
   if (text.size() >= 2 && (text.front() == '"' || text.front() == '\'') && text.back() == text.front())
     return text.substr(1, text.size() - 2);
   return text;
 }
-
-}  // namespace
 
 DestinationRules::DestinationRules(const ScriptNames& names) : names_(names) {
   for (std::string* list : {&names_.texts, &names_.never})
@@ -178,7 +177,8 @@ const DestinationRow* DestinationRules::find(const Place& place, Language langua
   if (found == rows_.end()) return nullptr;
   // A variable of that name is another thing than the member of an object.
   const bool is_variable = place.kind == kAssigned && !place.is_member && place.key.empty();
-  if (is_variable && !equal_word(last, "status") && !equal_word(last, "location")) return nullptr;
+  // But for those that every page of a browser has.
+  if (is_variable && !(language == Language::kJavaScript && (last == "status" || last == "location"))) return nullptr;
   for (const DestinationRow* row : found->second) {
     if (row->kind != kind || (row->argument != kAny && row->argument != static_cast<int>(place.argument))) continue;
     // Replace(text, what, with): what is replaced stands first in a method only.

@@ -24,6 +24,7 @@ enum class Use : std::uint8_t {
   kUnlikely = 16,  // its name says that they do not
 };
 constexpr Use operator|(Use a, Use b) { return static_cast<Use>(static_cast<int>(a) | static_cast<int>(b)); }
+constexpr Use operator&(Use a, Use b) { return static_cast<Use>(static_cast<int>(a) & static_cast<int>(b)); }
 constexpr bool has(Use uses, Use use) { return (static_cast<int>(uses) & static_cast<int>(use)) != 0; }
 
 enum class Effect : std::uint8_t {
@@ -59,6 +60,9 @@ class DestinationRules {
   std::vector<DestinationRow> added_;
   ScriptNames names_;
 };
+
+// A literal without its quotes.
+std::string_view unquoted(std::string_view literal);
 
 // What the name of a variable or of an entry says.
 Use use_by_name(std::string_view name);

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "suite/html_entities.h"
+
 namespace kavo::script {
 
 // What an expression scanner finds in one program.
@@ -98,6 +100,31 @@ void ScriptUnits::walk(std::span<const Piece> pieces) {
   }
 }
 
+// As people see it: with a mark for operands, without tags, references as the characters that they mean.
+std::string ScriptUnits::shown_text(const JoinedText& joined, const ReadText& read) {
+  std::string text;
+  std::size_t place = read.begin;
+  for (const TextCode& code : read.codes) {
+    text.append(joined.text, place, code.begin - place);
+    if (code.element.empty() || code.type == "lb") text += kOperandMark;
+    place = code.end;
+  }
+  text.append(joined.text, place, read.end - place);
+  if (!read.has_markup && text.find('&') == std::string::npos) return text;
+  std::string shown;
+  for (std::size_t at = 0; at < text.size();) {
+    if (text[at] != '&') {
+      shown += text[at++];
+      continue;
+    }
+    const std::string_view rest = std::string_view(text).substr(at, markup::kLongestReference);
+    const markup::Reference reference = markup::read_reference(rest, !read.attribute.empty());
+    shown += reference.length == 0 ? std::string_view("&") : std::string_view(reference.text);
+    at += std::max<std::size_t>(reference.length, 1);
+  }
+  return shown;
+}
+
 void ScriptUnits::join(Language language, const Join& join) {
   if (!is_second_) return flow_.joined(language, join);
   if (!join.has_literal || join.items.back().end - join.items.front().begin > kLongestJoin) return;
@@ -105,15 +132,7 @@ void ScriptUnits::join(Language language, const Join& join) {
   if (!joined.is_whole || std::none_of(joined.text.begin(), joined.text.end(), is_name_start)) return;
   const ScriptFlow::Destination destination = flow_.destination(language, join);
   for (const ReadText& read : read_texts(joined, has(destination.use, Use::kPage))) {
-    std::string shown;
-    std::size_t place = read.begin;
-    for (const TextCode& code : read.codes) {
-      shown.append(joined.text, place, code.begin - place);
-      if (code.element.empty() || code.type == "lb") shown += kOperandMark;
-      place = code.end;
-    }
-    shown.append(joined.text, place, read.end - place);
-    Decision decision = decide(destination.use, look_at(shown), read.in_markup);
+    Decision decision = decide(destination.use, look_at(shown_text(joined, read)), read.in_markup);
     if (decision.verdict == Verdict::kNone) continue;
     if (!destination.reason.empty()) decision.reason = destination.reason;
     add_unit(language, join, joined, read, decision);

@@ -55,6 +55,7 @@ class ScriptUnits {
   void walk(std::span<const Piece> pieces);
   Program& program_of(const Piece& piece);
   void join(Language language, const Join& join);
+  static std::string shown_text(const JoinedText& joined, const ReadText& read);
   void add_unit(Language language, const Join& join, const JoinedText& joined, const ReadText& read,
                 const Decision& decision);
 
