@@ -41,7 +41,8 @@ std::string ScriptFlow::item_key(Language language, const Item& item) const {
   // "text.toString()" is the text.
   const Place asked = {.kind = PlaceKind::kReceiver, .name = item.last, .last = item.last};
   if (item.is_called && item.is_member)
-    if (const DestinationRow* const row = rules_.find(asked, language); row != nullptr && row->effect == Effect::kPasses)
+    if (const DestinationRow* const row = rules_.find(asked, language);
+        row != nullptr && row->effect == Effect::kPasses)
       return variable_key(language, first_part(item.name));
   if (item.is_called) return "r:" + folded(language, item.last);
   if (item.is_member) return "m:" + folded(language, item.last);
@@ -75,14 +76,20 @@ ScriptFlow::End ScriptFlow::end_of(Language language, std::span<const Place> pla
   for (const Place& place : places) {
     switch (place.kind) {
       case PlaceKind::kGroup:
-      case PlaceKind::kElement: continue;
+      case PlaceKind::kElement:
+        continue;
       case PlaceKind::kCompared:
-      case PlaceKind::kCondition: return known(Use::kInternal, "compared");
+      case PlaceKind::kCondition:
+        return known(Use::kInternal, "compared");
       case PlaceKind::kSubscript:
-      case PlaceKind::kKey: return known(Use::kInternal, "a key");
-      case PlaceKind::kOperand: return known(Use::kInternal, "an operand");
-      case PlaceKind::kNowhere: return end;
-      default: break;
+      case PlaceKind::kKey:
+        return known(Use::kInternal, "a key");
+      case PlaceKind::kOperand:
+        return known(Use::kInternal, "an operand");
+      case PlaceKind::kNowhere:
+        return end;
+      default:
+        break;
     }
     const DestinationRow* const row = rules_.find(place, language);
     if (place.kind == PlaceKind::kEntry) {

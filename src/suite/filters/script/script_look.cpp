@@ -120,23 +120,42 @@ bool is_machine_token(std::string_view token) {
   return has_extension(word);
 }
 
-bool is_query(std::string_view text) {
-  const std::string all = " " + small(text) + " ";
+// Words in large letters with one blank between; what is written otherwise stays.
+std::string one_blank(std::string_view text) {
+  std::string result;
+  for (const char c : text) {
+    if (!is_space(c))
+      result += c;
+    else if (!result.empty() && result.back() != ' ')
+      result += ' ';
+  }
+  return result;
+}
+
+bool is_query(std::string_view original) {
+  const std::string text = one_blank(original) + " ";
+  const std::string all = " " + small(text);
   const auto holds = [&](std::string_view what) { return all.find(what) != std::string::npos; };
   const auto begins = [&](std::string_view what) { return std::string_view(all).substr(1).starts_with(what); };
-  if (begins("select ") && (holds(" from ") || holds("*") || text.starts_with("SELECT"))) return true;
-  if (begins("insert into ") || begins("delete from ") || begins("create table ") || begins("drop table ") ||
-      begins("alter table ") || begins("exec ") || begins("truncate table "))
-    return true;
+  if (begins("select ") && (holds(" from ") || holds("*"))) return true;
+  for (const std::string_view verb : {"insert into ", "replace into ", "delete from ", "create table ", "drop table ",
+                                      "alter table ", "truncate table ", "exec "})
+    if (begins(verb)) return true;
   if (begins("update ") && holds(" set ")) return true;
-  // A part of one: its words are written large.
-  for (const std::string_view word : {"FROM ", "WHERE ", "ORDER BY ", "GROUP BY ", "VALUES ", "VALUES(", "INNER JOIN ",
-                                      "LEFT JOIN ", "SET ", "AND ", "OR ", "LIMIT ", "UNION "}) {
-    const std::string_view trimmed_text = trimmed(text);
-    if (trimmed_text.starts_with(word)) return true;
-  }
-  return text.find(" FROM ") != std::string_view::npos || text.find(" WHERE ") != std::string_view::npos ||
-         text.find(" ORDER BY ") != std::string_view::npos || text.find(" LIKE ") != std::string_view::npos;
+  // Statements and parts of them whose words are written large.
+  const std::string_view first = std::string_view(text).substr(0, text.find(' '));
+  const std::string_view rest = std::string_view(text).substr(first.size() + 1);
+  const std::string_view second = rest.substr(0, rest.find(' '));
+  const bool second_is_large = second.size() > 1 && std::all_of(second.begin(), second.end(), is_large);
+  if (second_is_large &&
+      is_one_of(first, {"SELECT", "SHOW", "LOCK", "UNLOCK", "REPAIR", "OPTIMIZE", "ANALYZE", "CREATE", "DROP", "ALTER",
+                        "ORDER", "GROUP", "INNER", "LEFT", "RIGHT", "UNION", "GRANT"}))
+    return true;
+  if (is_one_of(first, {"SELECT", "FROM", "WHERE", "VALUES", "SET", "AND", "OR", "LIMIT", "UNION", "HAVING", "JOIN"}))
+    return true;
+  for (const std::string_view part : {" FROM ", " WHERE ", " ORDER BY ", " GROUP BY ", " LIKE "})
+    if (text.find(part) != std::string::npos) return true;
+  return false;
 }
 
 // "color: red; width: 10px"
@@ -218,14 +237,15 @@ bool is_product_name(std::string_view word) {
 bool ends_as_sentence(std::string_view text, std::string_view word) {
   if (text.empty() || (is_small(word.front()) && !text.ends_with("...")) || is_short_capitals(word)) return false;
   const char last = text.back();
-  return last == '.' || last == '!' || last == '?' || (last == ':' && std::any_of(word.begin(), word.end(), is_small)) ||
-         text.ends_with("\u2026");
+  return last == '.' || last == '!' || last == '?' ||
+         (last == ':' && std::any_of(word.begin(), word.end(), is_small)) || text.ends_with("\u2026");
 }
 
 Looks single_word(std::string_view text, std::string_view word) {
   if (is_dotted(word)) return {Look::kDotted, {}};
   if (!is_ordinary(word)) return {Look::kMachine, "a name of programs"};
-  if (is_one_of(small(word), {"null", "true", "false", "undefined", "nothing", "nan", "nil", "void", "checked", "selected", "disabled", "readonly", "multiple", "nowrap"}))
+  if (is_one_of(small(word), {"null", "true", "false", "undefined", "nothing", "nan", "nil", "void", "checked",
+                              "selected", "disabled", "readonly", "multiple", "nowrap"}))
     return {Look::kConstant, {}};
   if (ends_as_sentence(text, word)) return {Look::kPhrase, {}};
   return {is_small(word.front()) || is_short_capitals(word) ? Look::kSmall : Look::kWord, {}};
@@ -273,13 +293,18 @@ Looks look_at_plain(std::string_view text) {
     }
   }
   if (words == 0) {
-    if (tokens.size() == 1 && machines == 1 && !is_address(tokens.front()) && (is_dotted(bare(tokens.front())) || is_product_name(bare(tokens.front()))))
+    if (tokens.size() == 1 && machines == 1 && !is_address(tokens.front()) &&
+        (is_dotted(bare(tokens.front())) || is_product_name(bare(tokens.front()))))
       return {Look::kDotted, {}};
     return {Look::kMachine, "a name, a path or an address"};
   }
   if (words == 1 && machines == 0) return single_word(text, word);
   // Mostly names: "a.b c=d of".
   if (machines > words * 2) return {Look::kMachine, "names of programs"};
+  const bool has_sign = std::any_of(text.begin(), text.end(), [](char c) {
+    return is_large(c) || is_wide(c) || c == '.' || c == '!' || c == '?' || c == ':' || c == ',' || c == kOperandMark;
+  });
+  if (words + machines == 2 && !has_sign) return {Look::kSmallPhrase, {}};
   return {Look::kPhrase, {}};
 }
 

@@ -127,16 +127,17 @@ constexpr DestinationRow kRows[] = {
 
 // Words of a variable's name.
 constexpr std::string_view kLikelyWords[] = {
-    "msg",     "message", "messages", "text",    "title",       "caption", "label",    "error",  "err",
-    "errmsg",  "prompt",  "hint",     "warning", "warn",        "info",    "note",     "help",   "tip",
-    "tooltip", "subject", "greeting", "heading", "description", "desc",    "question", "answer", "reason"};
+    "msg",     "message", "messages", "text",         "title",    "caption",  "label",       "error",
+    "err",     "errmsg",  "prompt",   "hint",         "warning",  "warn",     "info",        "note",
+    "help",    "tip",     "tooltip",  "subject",      "greeting", "heading",  "description", "lang",
+    "strings", "txt",     "locale",   "translations", "desc",     "question", "answer",      "reason"};
 constexpr std::string_view kUnlikelyWords[] = {
-    "sql",        "query",  "url",     "uri",     "path",      "file",   "filename", "folder",   "dir",
-    "key",        "id",     "class",   "style",   "css",       "color",  "colour",   "table",    "field",
-    "column",     "cookie", "regex",   "pattern", "type",      "format", "charset",  "encoding", "conn",
-    "connection", "cmd",    "command", "action",  "method",    "src",    "href",     "name",     "xml",      "xpath",
-    "tag",        "var",    "param",   "ext",     "extension", "host",   "domain",   "server",   "user",
-    "password",   "pwd",    "mode",    "event",   "selector",  "icon",   "img",      "image",    "keywords"};
+    "sql",      "query",     "url",   "uri",    "path",    "file",     "filename", "folder",     "dir",    "key",
+    "id",       "class",     "style", "css",    "color",   "colour",   "table",    "field",      "column", "cookie",
+    "regex",    "pattern",   "type",  "format", "charset", "encoding", "conn",     "connection", "cmd",    "command",
+    "action",   "method",    "src",   "href",   "name",    "xml",      "xpath",    "tag",        "var",    "param",
+    "ext",      "extension", "host",  "domain", "server",  "user",     "password", "pwd",        "mode",   "event",
+    "selector", "icon",      "img",   "image",  "keywords"};
 
 std::string small(std::string_view text) {
   std::string result(text);
@@ -241,12 +242,15 @@ Decision decide(Use use, const Looks& looks, bool in_markup) {
         return {Verdict::kText, "its name says that people read it"};
       if (looks.look == Look::kSmall) return {Verdict::kNone, "one word, and nothing tells that it is shown"};
       return {Verdict::kDoubt, "one word, and nothing tells whether it is shown"};
+    case Look::kSmallPhrase:
     case Look::kPhrase:
       if (is_shown) return {Verdict::kText, "shown"};
       if (is_internal) return {Verdict::kNone, "read by programs"};
       if (in_markup) return {Verdict::kText, "stands between tags"};
       if (has(use, Use::kUnlikely) && !has(use, Use::kLikely))
         return {Verdict::kDoubt, "words, but the name of their place says that programs read them"};
+      if (looks.look == Look::kSmallPhrase && !has(use, Use::kLikely))
+        return {Verdict::kDoubt, "two words, and nothing tells whether they are shown"};
       return {Verdict::kText, "words"};
   }
   return {};

@@ -68,13 +68,14 @@ std::string_view unquoted(std::string_view literal);
 Use use_by_name(std::string_view name);
 
 enum class Look : std::uint8_t {
-  kEmpty,     // no letter
-  kMachine,   // a name, a path, a query, code
-  kDotted,    // words with dots between: a name, or an abbreviated caption
-  kConstant,  // a word that programs use as well: "null"
-  kSmall,     // one word in small letters
-  kWord,      // one word
-  kPhrase,    // words
+  kEmpty,        // no letter
+  kMachine,      // a name, a path, a query, code
+  kDotted,       // words with dots between: a name, or an abbreviated caption
+  kConstant,     // a word that programs use as well: "null"
+  kSmall,        // one word in small letters
+  kWord,         // one word
+  kSmallPhrase,  // two words in small letters
+  kPhrase,       // words
 };
 // `text` in UTF-8, with kOperandMark for what comes from elsewhere. The reason is one for kMachine.
 struct Looks {
