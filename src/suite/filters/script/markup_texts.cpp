@@ -4,12 +4,12 @@
 #include <iterator>
 
 #include "suite/filters/script/script_rules.h"
-#include "suite/html_elements.h"
+#include "formats/html/elements.h"
 
 namespace kavo::script {
 namespace {
 
-using markup::equal_name;
+using html::equal_name;
 
 constexpr std::string_view kReadAttributes[] = {"alt",   "title",   "placeholder", "aria-label", "aria-description",
                                                 "label", "summary", "standby",     "data-title", "data-confirm"};
@@ -20,7 +20,7 @@ bool holds(const std::string_view (&names)[kCount], std::string_view name) {
   return std::any_of(std::begin(names), std::end(names), [&](std::string_view row) { return equal_name(row, name); });
 }
 
-bool is_space(char c) { return markup::is_html_space(c); }
+bool is_space(char c) { return html::is_html_space(c); }
 bool is_tag_letter(char c) { return is_name_byte(c) || c == '-' || c == ':'; }
 
 // Reads one joined text from left to right.
@@ -107,13 +107,13 @@ class Reading {
     if (!is_page_ && text_.find('>', name_end) == std::string_view::npos) return false;
     has_markup_ = true;
     const std::string_view word = text_.substr(name, name_end - name);
-    const markup::Element& element = markup::find_element(word);
-    const bool breaks = element.kind != markup::ElementKind::kInline && element.kind != markup::ElementKind::kForeign;
+    const html::Element& element = html::find_element(word);
+    const bool breaks = element.kind != html::ElementKind::kInline && element.kind != html::ElementKind::kForeign;
     const bool is_line_break = element.type == "lb";
     if (breaks) end_text(begin);
     const std::size_t texts = texts_.size();
     tag_rest(name_end, word, breaks);
-    if (element.kind == markup::ElementKind::kScript) {
+    if (element.kind == html::ElementKind::kScript) {
       if (!is_end && skipped_.empty())
         skipped_ = word;
       else if (is_end && equal_name(skipped_, word))

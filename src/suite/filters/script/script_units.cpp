@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "suite/html_entities.h"
+#include "formats/html/entities.h"
 
 namespace kavo::script {
 
@@ -117,8 +117,8 @@ std::string ScriptUnits::shown_text(const JoinedText& joined, const ReadText& re
       shown += text[at++];
       continue;
     }
-    const std::string_view rest = std::string_view(text).substr(at, markup::kLongestReference);
-    const markup::Reference reference = markup::read_reference(rest, !read.attribute.empty());
+    const std::string_view rest = std::string_view(text).substr(at, html::kLongestReference);
+    const html::Reference reference = html::read_reference(rest, !read.attribute.empty());
     shown += reference.length == 0 ? std::string_view("&") : std::string_view(reference.text);
     at += std::max<std::size_t>(reference.length, 1);
   }
