@@ -217,8 +217,8 @@ void ExpressionScanner::end_expression() {
       items_.size() > frame.items + 1 && items_[frame.items].is_called)
     frame.target = {.kind = PlaceKind::kArgument, .name = items_[frame.items].name, .last = items_[frame.items].last},
     frame.base = PlaceKind::kArgument;
-  const bool is_parameter = frame.base == PlaceKind::kNowhere &&
-                            (frame.is_declaration || (frame.kind == FrameKind::kCall && frame.is_typed));
+  const bool is_parameter =
+      frame.base == PlaceKind::kNowhere && (frame.is_declaration || (frame.kind == FrameKind::kCall && frame.is_typed));
   const bool only_declares = declares_ && is_statement(frame) && frame.base == PlaceKind::kNowhere;
   if (only_declares && items_.size() == frame.items + 1 && !items_.back().name.empty())
     sink_.declared(items_.back().name);

@@ -30,6 +30,7 @@ class JavaScriptLexer final : public Lexer {
   enum class State : std::uint8_t { kCode, kLiteral, kBlockComment, kLineComment };
 
   void scan(Token& token) override;
+  void begins_piece() override { no_pattern_before_ = 0; }
   void drop_literal() override {
     if (state_ != State::kBlockComment) state_ = State::kCode;
     at_line_start_ = true;
@@ -48,11 +49,12 @@ class JavaScriptLexer final : public Lexer {
   State state_ = State::kCode;
   LiteralForm form_ = LiteralForm::kDouble;  // of the literal
   bool at_line_start_ = true;
-  bool expects_value_ = true;        // a "/" here begins a pattern
-  bool after_dot_ = false;           // a name here is a member, whatever the word
-  bool before_statement_ = false;    // the last name was one of kBeforeStatement
-  std::vector<bool> parens_;         // open "(": whether a statement comes behind the ")"
-  std::vector<std::size_t> braces_;  // open "{" in each open "${", the outermost first
+  bool expects_value_ = true;          // a "/" here begins a pattern
+  bool after_dot_ = false;             // a name here is a member, whatever the word
+  bool before_statement_ = false;      // the last name was one of kBeforeStatement
+  std::size_t no_pattern_before_ = 0;  // no pattern ends there: nothing is searched twice
+  std::vector<bool> parens_;           // open "(": whether a statement comes behind the ")"
+  std::vector<std::size_t> braces_;    // open "{" in each open "${", the outermost first
 };
 
 void JavaScriptLexer::scan(Token& token) {
@@ -238,8 +240,10 @@ void JavaScriptLexer::comment(Token& token) {
 
 // A "/" that no other one follows in its line is an operator after all.
 bool JavaScriptLexer::pattern(Token& token) {
+  if (at_ < no_pattern_before_) return false;
   bool in_class = false;
-  for (std::size_t end = at_ + 1; end < text_.size() && !ends_line(text_[end]); ++end) {
+  std::size_t end = at_ + 1;
+  for (; end < text_.size() && !ends_line(text_[end]); ++end) {
     const char c = text_[end];
     if (c == '\\') {
       ++end;
@@ -255,6 +259,7 @@ bool JavaScriptLexer::pattern(Token& token) {
       return true;
     }
   }
+  no_pattern_before_ = end;
   return false;
 }
 

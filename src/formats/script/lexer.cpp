@@ -7,7 +7,7 @@ namespace kavo::script {
 void Lexer::begin(std::string_view text, Between between) {
   text_ = text;
   at_ = 0;
-  between_ = between;
+  begins_piece();
   if (between == Between::kPage) drop_literal();
 }
 

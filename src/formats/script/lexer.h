@@ -39,6 +39,8 @@ class Lexer {
 
   // Scans one token from at_ on, which is not at the end, sets its kind and what else it has, and moves at_ behind it.
   virtual void scan(Token& token) = 0;
+  // What was learnt of the places in the last piece does not hold in this one.
+  virtual void begins_piece() {}
   // Gives up a literal that cannot go on.
   virtual void drop_literal() = 0;
 
@@ -62,7 +64,6 @@ class Lexer {
 
   std::string_view text_;
   std::size_t at_ = 0;
-  Between between_ = Between::kPage;
 
  private:
   const TextCoding* coding_;

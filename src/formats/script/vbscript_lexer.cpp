@@ -10,6 +10,7 @@ class VbScriptLexer final : public Lexer {
 
  private:
   void scan(Token& token) override;
+  void begins_piece() override { no_bracket_before_ = 0; }
   void drop_literal() override {
     in_literal_ = in_comment_ = after_dot_ = false;
     at_line_start_ = true;
@@ -22,9 +23,10 @@ class VbScriptLexer final : public Lexer {
   bool date();
 
   bool in_literal_ = false;
-  bool in_comment_ = false;    // of a line that a block interrupts
-  bool at_line_start_ = true;  // nothing but blanks before
-  bool after_dot_ = false;     // what follows names a member: "x.Rem" begins no comment
+  bool in_comment_ = false;            // of a line that a block interrupts
+  bool at_line_start_ = true;          // nothing but blanks before
+  std::size_t no_bracket_before_ = 0;  // no "]" stands there: nothing is searched twice
+  bool after_dot_ = false;             // what follows names a member: "x.Rem" begins no comment
 };
 
 void VbScriptLexer::scan(Token& token) {
@@ -123,9 +125,13 @@ void VbScriptLexer::comment(Token& token) {
 
 // "[any name]"
 bool VbScriptLexer::word(Token& token) {
+  if (at_ < no_bracket_before_) return false;
   std::size_t end = at_ + 1;
   while (end < text_.size() && text_[end] != ']' && !ends_line(text_[end])) ++end;
-  if (at(end) != ']') return false;
+  if (at(end) != ']') {
+    no_bracket_before_ = end;
+    return false;
+  }
   token.kind = TokenKind::kName;
   at_ = end + 1;
   return true;
