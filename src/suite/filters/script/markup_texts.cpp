@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
-#include "suite/filters/script/script_rules.h"
 #include "formats/html/elements.h"
+#include "suite/filters/script/script_rules.h"
 
 namespace kavo::script {
 namespace {

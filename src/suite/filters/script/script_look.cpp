@@ -137,7 +137,12 @@ bool is_query(std::string_view original) {
   const std::string all = " " + small(text);
   const auto holds = [&](std::string_view what) { return all.find(what) != std::string::npos; };
   const auto begins = [&](std::string_view what) { return std::string_view(all).substr(1).starts_with(what); };
-  if (begins("select ") && (holds(" from ") || holds("*"))) return true;
+  // "Select an item from the list" is a sentence.
+  const auto words = split(all);
+  const bool is_sentence =
+      words.size() > 1 && is_one_of(words[1], {"a", "an", "the", "one", "your", "this", "which", "from", "at", "any",
+                                               "another", "some", "what", "where"});
+  if (begins("select ") && !is_sentence && (holds(" from ") || holds("*"))) return true;
   for (const std::string_view verb : {"insert into ", "replace into ", "delete from ", "create table ", "drop table ",
                                       "alter table ", "truncate table ", "exec "})
     if (begins(verb)) return true;

@@ -1,0 +1,137 @@
+#include <gtest/gtest.h>
+
+#include "script_page.h"
+
+namespace kavo::test {
+namespace {
+
+using script::Unit;
+using script::Verdict;
+
+// One line for each unit, in order: "? " before a doubtful one, operands and tags in braces.
+std::string units(std::string_view page, std::string_view extension = "asp", const script::ScriptNames& names = {}) {
+  const TextCoding utf8(kUtf8CodePage);
+  std::string result;
+  for (const Unit& unit : units_of_page(page, extension, utf8, false, names)) {
+    if (!result.empty()) result += '|';
+    if (unit.verdict == Verdict::kDoubt) result += "? ";
+    for (const auto& part : unit.parts)
+      result += part.is_code ? "{" + std::string(page.substr(part.begin, part.end - part.begin)) + "}" : part.text;
+    EXPECT_FALSE(unit.reason.empty());
+  }
+  return result;
+}
+
+struct Case {
+  const char* name;
+  const char* extension;
+  std::string_view page;
+  std::string_view expected;
+};
+
+const Case kCases[] = {
+    // What becomes one text.
+    {"joined", "asp", "<% Response.Write \"Hello \" & name & \", welcome\" %>", "Hello {name}, welcome"},
+    {"operands at the ends stay outside", "asp", "<% Response.Write a & \" Hello \" & b %>", "Hello"},
+    {"escaped quotes", "htm", "<script>alert(\"Field \\\"Name\\\" is empty\")</script>", "Field \"Name\" is empty"},
+    {"escaped apostrophe", "htm", "<script>alert('It\\'s')</script>", "It's"},
+    {"texts in an operand are texts of their own", "asp",
+     "<% MsgBox \"You have \" & IIf(n = 1, \"one item\", \"many items\") & \" left\" %>",
+     "You have {IIf(n = 1, \"one item\", \"many items\")} left|one item|many items"},
+    {"appended texts are texts of their own", "php", "<?php $msg .= 'Hello you'; $msg .= ' and you'; echo $msg; ?>",
+     "Hello you|and you"},
+    {"template", "htm", "<script>alert(`Hello ${name}, welcome`)</script>", "Hello {name}, welcome"},
+    {"heredoc", "php", "<?php echo <<<E\nHello $name,\nwelcome\nE;\n?>", "Hello {$name},\nwelcome"},
+    {"a value of the server in a client's text", "asp", "<script>alert('Hello <%= name %>, welcome')</script>",
+     "Hello {<%= name %>}, welcome"},
+    {"a statement over several blocks", "jsp", "<% if (a) { %>x<% out.print(\"Hello you\"); } %>", "Hello you"},
+
+    // Markup.
+    {"tags of blocks end a text", "php", "<?php echo '<p>Hello <b>you</b>, hi</p><p>Bye</p>'; ?>",
+     "Hello {<b>}you{</b>}, hi|Bye"},
+    {"a tag over an operand", "asp", "<% Response.Write \"See <a href='\" & url & \"'>this page</a> now\" %>",
+     "See {<a href='\" & url & \"'>}this page{</a>} now"},
+    {"a tag from another literal", "asp", "<% Response.Write \"'>Expense \" & n & \"</a>\" %>", "Expense"},
+    {"attributes", "php",
+     "<?php echo '<img src=\"a b.gif\" alt=\"A picture\"><input type=submit value=\"Send it\">'; ?>",
+     "A picture|Send it"},
+    {"no words", "php", "<?php echo '<td>&nbsp;</td>', '<b>', '</b>', ': ', '123'; ?>", ""},
+    {"script in markup", "php", "<?php echo '<script>var a = \"b c\";</scr'; ?>", ""},
+
+    // Where it goes.
+    {"message boxes", "asp", "<% MsgBox \"Done\", 64, \"Title\" : x = InputBox(\"Name\", \"Ask\", \"def\") %>",
+     "Done|Title|Name|Ask"},
+    {"keys and names", "asp",
+     "<% Set c = Server.CreateObject(\"ADODB.Connection\") : c.Open \"Data Source Name\" : x = Session(\"User name\") "
+     ": Response.Redirect \"Next page\" %>",
+     ""},
+    {"compared", "asp", "<% If a = \"Adv Options\" Then b = InStr(c, \"some words\") %>", ""},
+    {"by way of a variable", "asp", "<% s = \"Approved\" : Response.Write s %>", "Approved"},
+    {"by way of a parameter", "asp", "<% Sub Show(text) : Response.Write text : End Sub : Show \"Approved\" %>",
+     "Approved"},
+    {"by way of a result", "jsp", "<%! String f() { return \"approved\"; } %><%= f() %>", "approved"},
+    {"by way of a list", "htm", "<script>var s = new Array('Paused', 'Done'); a.innerHTML = s[i];</script>",
+     "Paused|Done"},
+    {"by way of an entry", "htm", "<script>var d = [{name: 'Pillar'}]; c.textContent = d[0].name;</script>", "Pillar"},
+    {"a variable that only programs read", "asp", "<% s = \"Approved\" : Set o = CreateObject(s) %>", ""},
+    {"a variable of a function is no other one's", "htm",
+     "<script>function f(a) { alert(a) } function g(a) { h[a] = 1 } f('Approved'); g('Approver')</script>", "Approved"},
+    {"keys of texts kept elsewhere", "php", "<?php echo _('Hello you'), gettext('Bye bye'); ?>", ""},
+    {"text that is changed on its way", "php", "<?php echo htmlspecialchars(trim('Hello')); ?>", "Hello"},
+    {"mail", "php", "<?php mail($to, 'Your order', 'Thank you.', 'From: shop') ?>", "Your order|Thank you."},
+    {"doubt", "htm", "<script>foo('Approved')</script>", "? Approved"},
+
+    // What it looks like.
+    {"queries", "asp",
+     "<% s = \"SELECT name FROM users\" : t = \"update users set name = 'x'\" : u = \" WHERE id = \" & id %>", ""},
+    {"sentences that begin as queries", "asp",
+     "<% MsgBox \"Select an item from the list\" : MsgBox \"Update failed\" %>",
+     "Select an item from the list|Update failed"},
+    {"paths, addresses, formats", "php",
+     "<?php $a = 'inc/page.php'; $b = 'http://a.b/c_d'; $c = 'yyyy-MM-dd'; $d = 'me@host.org'; $e = 'text/html; "
+     "charset=utf-8'; ?>",
+     ""},
+    {"styles", "htm", "<script>a.innerHTML = 'color: red; width: 10px'; b('toolbar=no,width=300')</script>", ""},
+    {"names", "htm", "<script>a.innerHTML = 'myVariable' + 'some_name' + 'a.b.c'</script>", ""},
+    {"other scripts", "php", "<?php echo 'Привет', '注意'; ?>", "Привет|注意"},
+
+    // Comments.
+    {"comments", "asp", "<% ' it's \"no text\"\nRem \"nor this\"\nResponse.Write \"Yes you\" %>", "Yes you"},
+    {"comments", "htm", "<script>// it's 'no text'\n/* \"nor this one\" */ alert('Yes you')</script>", "Yes you"},
+    {"comments", "php", "<?php # it's 'no text'\n// nor \"this one\"\necho 'Yes you'; ?>", "Yes you"},
+    {"comments", "jsp", "<%-- out.print(\"no text\") --%><% // it's \"none\"\nout.print(\"Yes you\"); %>", "Yes you"},
+
+    // Languages.
+    {"declared by the page", "asp", "<%@ language=JScript %><% Response.Write('Hello you') %>", "Hello you"},
+    {"of an element", "asp", "<script language=vbscript>MsgBox \"Hello \" & _\n\"you\"</script>", "Hello you"},
+    {"without a lexer", "asp", "<%@ language=PerlScript %><% print 'Hello you' %>", ""},
+    {"data", "htm", "<script type='application/json'>{\"a\": \"Hello you\"}</script>", ""},
+};
+
+TEST(ScriptUnits, TextsOfPages) {
+  for (const Case& row : kCases) {
+    SCOPED_TRACE(std::string(row.name) + ", " + row.extension);
+    EXPECT_EQ(units(row.page, row.extension), row.expected);
+  }
+}
+
+TEST(ScriptUnits, NamesThatTheUserAdds) {
+  EXPECT_EQ(units("<% foo \"Approved\" %>", "asp", {"foo bar", ""}), "Approved");
+  EXPECT_EQ(units("<% Response.Write \"Hello you\" %>", "asp", {"", "Write"}), "");
+}
+
+TEST(ScriptUnits, OrderOfCodes) {
+  const TextCoding utf8(kUtf8CodePage);
+  const auto can_move = [&](std::string_view page, std::string_view extension) {
+    const auto found = units_of_page(page, extension, utf8);
+    EXPECT_EQ(found.size(), 1u);
+    return !found.empty() && found.front().can_move;
+  };
+  EXPECT_TRUE(can_move("<% MsgBox \"a b \" & n & \" items\" %>", "asp"));
+  EXPECT_TRUE(can_move("<script>alert('There are ' + n + ' items')</script>", "htm"));
+  EXPECT_FALSE(can_move("<script>alert(n + 1 + ' items of ' + m + ' are left')</script>", "htm"));
+  EXPECT_FALSE(can_move("<% MsgBox \"a b \" + n + \" items\" %>", "asp"));
+}
+
+}  // namespace
+}  // namespace kavo::test
