@@ -38,6 +38,10 @@ class Prepare final : public Verb {
                    "Code page of the rebuilt documents (else that of the source)")
         ->type_name("N")
         ->check(code_page_value());
+    app.add_option("--scripts", scripts_,
+                   "Texts of scripts to offer: likely (those in doubt locked), all (those in doubt too) or none")
+        ->type_name("WHICH")
+        ->check(CLI::IsMember({"likely", "all", "none"}));
     app.add_flag("--overwrite", overwrite_,
                  "Replace bilingual documents that hold translations, and what a resource script already has in the "
                  "target language");
@@ -51,6 +55,7 @@ class Prepare final : public Verb {
     if (!target_code_page_.empty())
       languages_.target_code_page = static_cast<std::int32_t>(code_page_number(target_code_page_));
     if (overwrite_) filter_options_.push_back("overwrite=1");
+    if (!scripts_.empty()) filter_options_.push_back("scripts=" + scripts_);
     for (const std::string& option : filter_options_) languages_.filter_options += to_utf16(option + "\n");
     languages_.replaces_objects = overwrite_;
     languages_.source = to_utf16(source_);
@@ -122,6 +127,7 @@ class Prepare final : public Verb {
   std::string source_;
   std::string target_;
   std::string target_code_page_;
+  std::string scripts_;
   bool overwrite_ = false;
   std::vector<std::string> filter_options_;
   RunLanguages languages_;

@@ -184,7 +184,7 @@ TEST(PseudoTranslation, AScriptStaysAScript) {
 }
 
 TEST_F(ConversionTest, PseudoTranslationFillsADocumentAndLeavesLockedTextsAlone) {
-  put(u"page_asp.SCR", "w \"Hello\"\r\nDim x\r\n");
+  put(u"page_asp.SCR", "\r\n<!-- ASP2HTML 1 -->\r\n<% MsgBox \"Hello you\" : MsgBox \"Not you\" %>\r\n");
   const std::u16string tud = convert(u"page_asp.SCR");
   BilingualDocument document(tud);
   ASSERT_EQ(document.size(), 2u);
@@ -193,11 +193,13 @@ TEST_F(ConversionTest, PseudoTranslationFillsADocumentAndLeavesLockedTextsAlone)
   ProgressEvent progress;
   EXPECT_EQ(pseudo_translate(tud, progress), 1u);
   const BilingualDocument filled(tud);
-  EXPECT_EQ(to_host_text(filled.segment(0).target), u"<1/>\"[H\u00E8ll\u00F4]\"");
+  EXPECT_EQ(to_host_text(filled.segment(0).target), u"[H\u00E8ll\u00F4 \u00FF\u00F4\u00FC]");
   EXPECT_EQ(filled.segment(0).status, TranslationStatus::kTranslated);
   EXPECT_TRUE(filled.segment(1).is_unchanged());
   EXPECT_EQ(filled.segment(1).match, 100);
-  EXPECT_EQ(rebuild(tud), "w \"[H\xC3\xA8ll\xC3\xB4]\"\r\nDim x\r\n");
+  EXPECT_EQ(
+      rebuild(tud),
+      "\r\n<!-- ASP2HTML 1 -->\r\n<% MsgBox \"[H\xC3\xA8ll\xC3\xB4 \xC3\xBF\xC3\xB4\xC3\xBC]\" : MsgBox \"Not you\" %>\r\n");
 }
 
 TEST(WordCount, CountsAsTranslatorsDo) {

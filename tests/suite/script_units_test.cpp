@@ -31,16 +31,16 @@ struct Case {
 
 const Case kCases[] = {
     // What becomes one text.
-    {"joined", "asp", "<% Response.Write \"Hello \" & name & \", welcome\" %>", "Hello {name}, welcome"},
+    {"joined", "asp", "<% Response.Write \"Hello \" & name & \", welcome\" %>", "Hello {\" & name & \"}, welcome"},
     {"operands at the ends stay outside", "asp", "<% Response.Write a & \" Hello \" & b %>", "Hello"},
     {"escaped quotes", "htm", "<script>alert(\"Field \\\"Name\\\" is empty\")</script>", "Field \"Name\" is empty"},
     {"escaped apostrophe", "htm", "<script>alert('It\\'s')</script>", "It's"},
     {"texts in an operand are texts of their own", "asp",
      "<% MsgBox \"You have \" & IIf(n = 1, \"one item\", \"many items\") & \" left\" %>",
-     "You have {IIf(n = 1, \"one item\", \"many items\")} left|one item|many items"},
+     "You have {\" & IIf(n = 1, \"one item\", \"many items\") & \"} left|one item|many items"},
     {"appended texts are texts of their own", "php", "<?php $msg .= 'Hello you'; $msg .= ' and you'; echo $msg; ?>",
      "Hello you|and you"},
-    {"template", "htm", "<script>alert(`Hello ${name}, welcome`)</script>", "Hello {name}, welcome"},
+    {"template", "htm", "<script>alert(`Hello ${name}, welcome`)</script>", "Hello {${name}}, welcome"},
     {"heredoc", "php", "<?php echo <<<E\nHello $name,\nwelcome\nE;\n?>", "Hello {$name},\nwelcome"},
     {"a value of the server in a client's text", "asp", "<script>alert('Hello <%= name %>, welcome')</script>",
      "Hello {<%= name %>}, welcome"},

@@ -115,38 +115,6 @@ TEST_F(TextFilterTest, AnEndlessLineIsCutBetweenCharacters) {
   for (const std::u16string& text : sources(tud)) EXPECT_EQ(text.find(u"<"), std::u16string::npos);
 }
 
-const Case kScripts[] = {
-    {"code and quoted text", "Response.Write \"Hello\" & x\n"sv, {u"<1/>\"Hello\"<2/>"}},
-    {"no quoted text", "Dim x\n"sv, {u"<1/>"}},
-    {"single quotes", "x = 'a' + 'b';\n"sv, {u"<1/>'a'<2/>'b'<3/>"}},
-    {"one quote of each kind", "it's 1\" long\n"sv, {u"<1/>"}},
-    {"an apostrophe in a text", "w \"it's\"\n"sv, {u"<1/>\"it's\""}},
-    {"a comment after a text", "w \"a\" ' don\n"sv, {u"<1/>\"a\"<2/>"}},
-    {"doubled quotes", "\"say \"\"hi\"\"\"\n"sv, {u"\"say \"\"hi\"\"\""}},
-    {"an odd quote at the end is code", "\"a\" \"\n"sv, {u"\"a\"<1/>"}},
-    {"placeholders are code", "<!-- ASP2HTML 1 -->\n"sv, {u"<1/>"}},
-    {"blank lines stay in the skeleton", "\r\n \r\n"sv, {}},
-    {"invalid bytes in code and text", "x\xFF \"\xFF\"\n"sv, {u"<1/>\"<2/>\""}},
-};
-
-TEST_F(TextFilterTest, ScriptFilesShowQuotedTextsAndKeepTheirCode) {
-  for (const Case& c : kScripts) {
-    SCOPED_TRACE(c.name);
-    put(u"a_asp.scr", c.bytes);
-    const std::u16string tud = convert(u"a_asp.scr");
-    EXPECT_EQ(sources(tud), c.texts);
-    EXPECT_EQ(rebuild(tud), c.bytes);
-  }
-}
-
-TEST_F(TextFilterTest, ScriptCodeMustStay) {
-  EXPECT_EQ(translated(u"a_asp.scr", "w \"a\" & b\n", [](std::u16string) { return u"<1/>\"x\"<2/>"; }, {}),
-            "w \"x\" & b\n");
-  const std::u16string reason =
-      reason_of([&] { translated(u"a_asp.scr", "w \"a\" & b\n", [](std::u16string) { return u"<1/>\"x\""; }, {}); });
-  EXPECT_NE(reason.find(u"code 2 is missing"), std::u16string::npos);
-}
-
 // Any bytes survive, in any coding.
 TEST_F(TextFilterTest, AnyBytesComeBackUnchanged) {
   std::uint32_t state = 12345;

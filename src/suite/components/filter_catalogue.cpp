@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "common/program_settings.h"
 #include "platform/failure.h"
 #include "platform/unicode.h"
 #include "suite/document/conversion.h"
@@ -32,6 +33,24 @@ unsigned code_page_from(const Value& number) {
   return static_cast<unsigned>(value);
 }
 
+// What the user has set, and for one run a word in place of it.
+ScriptSettings script_settings(std::u16string_view word) {
+  const auto setting = [](std::u16string_view key) { return get_setting(u"K19Suite", u"Scripts", key, u""); };
+  ScriptSettings settings;
+  settings.texts = to_utf8(setting(u"Texts"));
+  settings.never = to_utf8(setting(u"Never"));
+  const std::u16string offer = word.empty() ? setting(u"Offer") : std::u16string(word);
+  if (offer.empty() || equal_ignoring_ascii_case(offer, u"likely")) return settings;
+  if (equal_ignoring_ascii_case(offer, u"all"))
+    settings.offer = ScriptSettings::Offer::kAll;
+  else if (equal_ignoring_ascii_case(offer, u"none"))
+    settings.offer = ScriptSettings::Offer::kNone;
+  else
+    throw failure(FailureNumber::kInvalidCall,
+                  u"\"" + offer + u"\" says nothing about the texts of scripts: likely, all or none");
+  return settings;
+}
+
 ConversionRequest conversion_from(std::span<Argument> arguments) {
   const Value& segmentation = arguments[8].value;
   if (!is_omitted(segmentation) && !equal_ignoring_ascii_case(as_text(segmentation), u"Paragraph"))
@@ -45,6 +64,7 @@ ConversionRequest conversion_from(std::span<Argument> arguments) {
   request.target_language = as_text(arguments[5].value);
   request.target_code_page = code_page_from(arguments[6].value);
   request.filter = as_text(arguments[7].value);
+  request.scripts = script_settings({});
   return request;
 }
 
@@ -99,6 +119,8 @@ Value FilterCatalogue::convert_in_set(std::span<Argument> arguments) {
   request.mark = to_utf8(as_text(arguments[9].value));
   request.author_document = as_text(arguments[10].value);
   if (!is_omitted(arguments[11].value)) request.options = options_from(arguments[11].value);
+  if (const auto scripts = request.options.find("scripts"); scripts != request.options.end())
+    request.scripts = script_settings(to_utf16(scripts->second));
   request.tell = new_messages();
   return static_cast<std::int32_t>(convert_document(request, progress_));
 }

@@ -23,6 +23,15 @@ TranslationStatus status_from(const Value& number) {
   return static_cast<TranslationStatus>(value);
 }
 
+// Hosts recognise the texts of scripts by the quotes around them: they see every text between two, whatever its
+// delimiters are in the script, and may give it back with them or without.
+std::u16string with_quotes(const std::u16string& text) { return text.empty() ? text : u"\"" + text + u"\""; }
+
+std::u16string_view without_quotes(std::u16string_view text) {
+  const bool has_quotes = text.size() >= 2 && text.front() == u'"' && text.back() == u'"';
+  return has_quotes ? text.substr(1, text.size() - 2) : text;
+}
+
 }  // namespace
 
 TUDDocument::TUDDocument()
@@ -107,8 +116,9 @@ Value TUDDocument::locate_skeleton(std::span<Argument> arguments) {
 Value TUDDocument::segment(std::span<Argument> arguments) {
   return status_of_step([&] {
     const BilingualSegment segment = document().segment(index_of(arguments[0].value));
-    arguments[1].value = to_host_text(segment.source);
-    arguments[2].value = to_host_text(segment.target);
+    const bool is_script = document().header().datatype == kScriptDatatype;
+    arguments[1].value = is_script ? with_quotes(to_host_text(segment.source)) : to_host_text(segment.source);
+    arguments[2].value = is_script ? with_quotes(to_host_text(segment.target)) : to_host_text(segment.target);
     arguments[3].value = static_cast<std::int32_t>(segment.status);
     arguments[4].value = static_cast<std::int32_t>(segment.match);
   });
@@ -118,8 +128,11 @@ Value TUDDocument::change_segment(std::span<Argument> arguments) {
   return status_of_step([&] {
     const std::int32_t match = as_number(arguments[3].value);
     if (match < 0 || match > 100) throw failure(FailureNumber::kInvalidCall, u"The match value must be 0 to 100");
-    document().set_segment(index_of(arguments[0].value), from_host_text(as_text(arguments[1].value)),
-                           status_from(arguments[2].value), static_cast<std::int16_t>(match));
+    const std::u16string given = as_text(arguments[1].value);
+    const bool is_script = document().header().datatype == kScriptDatatype;
+    const std::u16string_view text = is_script ? without_quotes(given) : given;
+    document().set_segment(index_of(arguments[0].value), from_host_text(text), status_from(arguments[2].value),
+                           static_cast<std::int16_t>(match));
   });
 }
 

@@ -61,7 +61,7 @@ class ConversionSink final : public ExtractionSink {
     if (facts.text_code_page != 0) header.target_code_page = facts.text_code_page;
     header.checksum = checksum_;
     header.set = set_;
-    header.datatype = filter_.datatype;
+    header.datatype = facts.datatype.empty() ? filter_.datatype : facts.datatype;
     append_tud_start(xml_, header);
   }
 
@@ -135,6 +135,7 @@ std::uint32_t convert_document(const ConversionRequest& request, ProgressEvent& 
   settings.target_code_page = request.target_code_page;
   settings.options = request.options;
   settings.tell = request.tell;
+  settings.scripts = request.scripts;
   ConversionSink sink(request, entry);
   BlockReader document(request.document);
   progress.restart();

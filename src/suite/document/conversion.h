@@ -7,6 +7,7 @@
 
 #include "common/progress_event.h"
 #include "suite/filters/filter.h"
+#include "suite/document/script_settings.h"
 
 namespace kavo {
 
@@ -23,6 +24,7 @@ struct ConversionRequest {
   std::u16string author_document{};  // the document that its author has, full path; "" when unknown
   FilterOptions options{};
   MessageTaker tell{};
+  ScriptSettings scripts{};          // which texts of script files are offered
 };
 
 // Writes the bilingual document and the skeleton and returns the number of segments. Throws `failure` (5 for names that

@@ -66,7 +66,8 @@ PseudoTranslation::PseudoTranslation(unsigned code_page, bool is_script) : is_sc
 }
 
 PseudoTranslation::PseudoTranslation(const TudHeader& header)
-    : PseudoTranslation(header.target_code_page, is_script_name(header.original)) {}
+    : PseudoTranslation(header.target_code_page,
+                        is_script_name(header.original) && header.datatype != kScriptDatatype) {}
 
 std::string PseudoTranslation::of(std::string_view coded) const { return is_script_ ? script(coded) : text(coded); }
 

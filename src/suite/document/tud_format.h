@@ -18,6 +18,9 @@ namespace kavo {
 inline constexpr std::string_view kXliffNamespace = "urn:oasis:names:tc:xliff:document:1.2";
 inline constexpr std::string_view kToolId = "K19Suite";
 
+// XLIFF's word for a script file whose segments are texts. Those of earlier versions are lines, with code and quotes.
+inline constexpr std::string_view kScriptDatatype = "x-script";
+
 // What the document's header tells. Languages are the suite's own codes ("EN-US").
 struct TudHeader {
   // File names without folder, in the system's own form: any bytes, of which the format escapes what XML lacks.

@@ -21,6 +21,7 @@
 #include "common/messages.h"
 #include "common/progress_event.h"
 #include "formats/text/text_coding.h"
+#include "suite/document/script_settings.h"
 #include "suite/document/segment.h"
 
 namespace kavo {
@@ -39,6 +40,7 @@ struct ConversionSettings {
   unsigned target_code_page = 0;              // what the user says; 0 for nothing
   FilterOptions options;
   MessageTaker tell;
+  ScriptSettings scripts;
 };
 
 // What a filter found out about a document. Kept in the skeleton.
@@ -51,6 +53,7 @@ struct DocumentFacts {
   // Of the translated texts, where the filter decides that and keeps the code page of the rest; 0 for what the code
   // page and whether it is kept say. Not kept in the skeleton.
   unsigned text_code_page = 0;
+  std::string_view datatype = {};  // XLIFF's word for the document where it is not the filter's; a literal
 };
 
 class ExtractionSink {

@@ -24,6 +24,9 @@ struct JoinedText {
 
 // Longer joins are data, not text; nobody could translate such a segment either.
 inline constexpr std::size_t kLongestJoin = 256 * 1024;  // bytes of script
+inline constexpr std::size_t kMostItems = 256;
+// And no text has more codes.
+inline constexpr std::size_t kMostCodes = 256;
 
 // `script` is the text of all blocks, `coding` that of its bytes.
 JoinedText joined_text(std::span<const Item> items, std::string_view script, Language language,

@@ -38,7 +38,7 @@ class Reading {
     while (at_ < text_.size()) {
       const char c = text_[at_];
       if (c == '<' && tag()) continue;
-      if (c == kOperandMark) text().codes.push_back({at_, at_ + 1, 's', {}, {}});
+      if (c == kOperandMark) add_operand(current_.codes, at_);
       ++at_;
     }
     end_text(text_.size());
@@ -51,9 +51,16 @@ class Reading {
     std::string_view name;
     std::size_t begin = 0;  // of the value
     std::size_t end = 0;
+    char quote = 0;
   };
 
-  ReadText& text() { return current_; }
+  // Operands side by side are one code: nothing of a literal stands between them.
+  static void add_operand(std::vector<TextCode>& codes, std::size_t place) {
+    if (!codes.empty() && codes.back().end == place && codes.back().element.empty() && codes.back().type.empty())
+      ++codes.back().end;
+    else
+      codes.push_back({place, place + 1, 's', {}, {}});
+  }
   char at(std::size_t place) const { return place < text_.size() ? text_[place] : '\0'; }
 
   void begin_text(std::size_t begin) {
@@ -64,7 +71,8 @@ class Reading {
   void end_text(std::size_t end) {
     current_.end = end;
     current_.in_markup = has_markup_;
-    if (current_.end > current_.begin && skipped_.empty()) texts_.push_back(current_);
+    if (current_.end > current_.begin && skipped_.empty() && current_.codes.size() <= kMostCodes)
+      texts_.push_back(current_);
     begin_text(end);
   }
 
@@ -94,7 +102,7 @@ class Reading {
     if (text_.compare(begin, 4, "<!--") == 0) {
       const std::size_t end = text_.find("-->", begin + 4);
       at_ = end == std::string_view::npos ? text_.size() : end + 3;
-      text().codes.push_back({begin, at_, 's', "x-html-comment", {}});
+      current_.codes.push_back({begin, at_, 's', "x-html-comment", {}});
       return true;
     }
     const bool is_end = at(begin + 1) == '/';
@@ -129,12 +137,12 @@ class Reading {
       ReadText before = current_;
       before.end = begin;
       before.in_markup = true;
-      if (before.end > before.begin && skipped_.empty())
+      if (before.end > before.begin && skipped_.empty() && before.codes.size() <= kMostCodes)
         texts_.insert(texts_.begin() + static_cast<std::ptrdiff_t>(texts), before);
       begin_text(at_);
       return true;
     }
-    text().codes.push_back({begin, at_, kind, element.type, word});
+    current_.codes.push_back({begin, at_, kind, element.type, word});
     return true;
   }
 
@@ -169,6 +177,7 @@ class Reading {
              (is_quoted ? text_[place] != quote : !is_space(text_[place]) && text_[place] != '>'))
         ++place;
       attribute.end = place;
+      attribute.quote = is_quoted ? quote : '\0';
       if (is_quoted && place < text_.size()) ++place;
       attributes.push_back(attribute);
     }
@@ -189,8 +198,9 @@ class Reading {
       read.end = row.end;
       read.in_markup = true;
       read.attribute = row.name;
+      read.quote = row.quote;
       for (std::size_t place = row.begin; place < row.end; ++place)
-        if (text_[place] == kOperandMark) read.codes.push_back({place, place + 1, 's', {}, {}});
+        if (text_[place] == kOperandMark) add_operand(read.codes, place);
       texts_.push_back(read);
     }
   }

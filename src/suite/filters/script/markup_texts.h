@@ -25,6 +25,7 @@ struct ReadText {
   bool has_markup = false;  // references and tags mean what they mean in a page
   bool in_markup = false;   // stands between tags or in one
   std::string_view attribute;
+  char quote = 0;  // around the attribute's value
   std::vector<TextCode> codes;
 };
 

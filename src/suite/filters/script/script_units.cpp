@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "formats/html/entities.h"
+#include "suite/filters/script/placeholders.h"
 
 namespace kavo::script {
 
@@ -110,7 +111,7 @@ std::string ScriptUnits::shown_text(const JoinedText& joined, const ReadText& re
     place = code.end;
   }
   text.append(joined.text, place, read.end - place);
-  if (!read.has_markup && text.find('&') == std::string::npos) return text;
+  if (text.find('&') == std::string::npos) return text;
   std::string shown;
   for (std::size_t at = 0; at < text.size();) {
     if (text[at] != '&') {
@@ -127,16 +128,99 @@ std::string ScriptUnits::shown_text(const JoinedText& joined, const ReadText& re
 
 void ScriptUnits::join(Language language, const Join& join) {
   if (!is_second_) return flow_.joined(language, join);
-  if (!join.has_literal || join.items.back().end - join.items.front().begin > kLongestJoin) return;
+  if (!join.has_literal || join.items.size() > kMostItems) return;
+  if (join.items.back().end - join.items.front().begin > kLongestJoin) return;
   const JoinedText joined = joined_text(join.items, text_, language, coding_);
   if (!joined.is_whole || std::none_of(joined.text.begin(), joined.text.end(), is_name_start)) return;
   const ScriptFlow::Destination destination = flow_.destination(language, join);
-  for (const ReadText& read : read_texts(joined, has(destination.use, Use::kPage))) {
+  const bool is_page = has(destination.use, Use::kPage);
+  for (ReadText& read : read_texts(joined, is_page)) {
+    read.has_markup = read.has_markup || (is_page && joined.text.find('&') != std::string::npos);
     Decision decision = decide(destination.use, look_at(shown_text(joined, read)), read.in_markup);
     if (decision.verdict == Verdict::kNone) continue;
     if (!destination.reason.empty()) decision.reason = destination.reason;
     add_unit(language, join, joined, read, decision);
   }
+}
+
+namespace {
+
+// The literal of a join that a byte stands in.
+const Item& literal_at(std::span<const Item> items, std::size_t place) {
+  const auto behind = std::upper_bound(items.begin(), items.end(), place,
+                                       [](std::size_t at, const Item& item) { return at < item.begin; });
+  const auto before = behind == items.begin() ? items.begin() : behind - 1;
+  return before->is_literal || before == items.begin() ? *before : *(before - 1);
+}
+
+// A code that begins or ends with an operand, up to the texts of the literals around it.
+void widen(std::span<const Item> items, std::size_t& begin, std::size_t& end) {
+  for (std::size_t i = 0; i < items.size(); ++i) {
+    if (items[i].is_literal) continue;
+    if (items[i].begin == begin && i > 0 && items[i - 1].is_literal) begin = items[i - 1].end - items[i - 1].close;
+    if (items[i].end == end && i + 1 < items.size() && items[i + 1].is_literal)
+      end = items[i + 1].begin + items[i + 1].open;
+  }
+}
+
+bool holds_operand(std::span<const Item> items, std::size_t begin, std::size_t end) {
+  return std::any_of(items.begin(), items.end(), [&](const Item& item) {
+    return !item.is_literal && !item.is_inserted && item.begin >= begin && item.end <= end;
+  });
+}
+
+}  // namespace
+
+// What a translator may not touch in a text: a reference that means nothing here, a place for a value, an address.
+void ScriptUnits::add_run(Unit& unit, const Join& join, const JoinedText& joined, std::size_t begin, std::size_t end) {
+  UnitPart run;
+  const auto flush = [&](std::size_t place) {
+    if (place <= begin) return;
+    run.begin = joined.begin[begin];
+    run.end = joined.end[place - 1];
+    unit.parts.push_back(run);
+    run.text.clear();
+    begin = place;
+  };
+  for (std::size_t at = begin; at < end;) {
+    const std::string_view rest = std::string_view(joined.text).substr(at, end - at);
+    std::size_t code = placeholder_length(rest);
+    if (code == 0 && unit.has_markup && rest.front() == '&') {
+      const html::Reference reference =
+          html::read_reference(rest.substr(0, html::kLongestReference), !unit.attribute.empty());
+      if (reference.length != 0 && !reference.text.empty()) {
+        run.text += reference.text;
+        at += reference.length;
+        continue;
+      }
+      code = reference.length;
+    }
+    if (code == 0) {
+      run.text += rest.front();
+      ++at;
+      continue;
+    }
+    flush(at);
+    add_code(unit, join, joined, {at, at + code, 's', "x-placeholder", {}});
+    unit.parts.back().text = rest.substr(0, code);
+    at += code;
+    begin = at;
+  }
+  flush(end);
+}
+
+void ScriptUnits::add_code(Unit& unit, const Join& join, const JoinedText& joined, const TextCode& code) {
+  UnitPart part;
+  part.is_code = true;
+  part.begin = joined.begin[code.begin];
+  part.end = joined.end[code.end - 1];
+  part.kind = code.kind;
+  part.type = code.type;
+  widen(join.items, part.begin, part.end);
+  part.is_operand = std::string_view(joined.text).substr(code.begin, code.end - code.begin).find(kOperandMark) !=
+                    std::string_view::npos;
+  part.is_ordered = !join.can_move && holds_operand(join.items, part.begin, part.end);
+  unit.parts.push_back(part);
 }
 
 void ScriptUnits::add_unit(Language language, const Join& join, const JoinedText& joined, const ReadText& read,
@@ -147,31 +231,32 @@ void ScriptUnits::add_unit(Language language, const Join& join, const JoinedText
   unit.verdict = decision.verdict;
   unit.reason = decision.reason;
   unit.language = language;
+  unit.first = literal_at(join.items, unit.begin).form;
+  unit.last = literal_at(join.items, unit.end - 1).form;
   unit.in_element = in_element_;
   unit.has_markup = read.has_markup;
   unit.can_move = join.can_move;
   unit.attribute = read.attribute;
+  unit.quote = read.quote;
   std::size_t place = read.begin;
-  const auto add_run = [&](std::size_t end) {
-    if (end <= place) return;
-    UnitPart run;
-    run.begin = joined.begin[place];
-    run.end = joined.end[end - 1];
-    run.text = joined.text.substr(place, end - place);
-    unit.parts.push_back(run);
-  };
   for (const TextCode& code : read.codes) {
-    add_run(code.begin);
-    UnitPart part;
-    part.is_code = true;
-    part.begin = joined.begin[code.begin];
-    part.end = joined.end[code.end - 1];
-    part.kind = code.kind;
-    part.type = code.type;
-    unit.parts.push_back(part);
+    if (code.begin > place) add_run(unit, join, joined, place, code.begin);
+    add_code(unit, join, joined, code);
     place = code.end;
   }
-  add_run(read.end);
+  if (read.end > place) add_run(unit, join, joined, place, read.end);
+  // What joins a text and a code belongs to the code; what joins two texts is hidden in the first.
+  for (std::size_t i = 0; i < unit.parts.size(); ++i) {
+    UnitPart& part = unit.parts[i];
+    const std::size_t next = i + 1 < unit.parts.size() ? unit.parts[i + 1].begin : unit.end;
+    if (part.is_code || i + 1 == unit.parts.size())
+      part.end = next;
+    else
+      unit.parts[i + 1].begin = part.end;
+    if (!part.is_code) continue;
+    part.before = literal_at(join.items, part.begin == unit.begin ? part.begin : part.begin - 1).form;
+    part.after = literal_at(join.items, i + 1 < unit.parts.size() ? part.end : part.end - 1).form;
+  }
   units_->push_back(std::move(unit));
 }
 

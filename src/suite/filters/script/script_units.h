@@ -15,11 +15,16 @@ namespace kavo::script {
 
 struct UnitPart {
   bool is_code = false;
-  std::size_t begin = 0;  // its bytes in the text of all blocks
+  std::size_t begin = 0;  // its bytes in the text of all blocks; all parts together are the unit's
   std::size_t end = 0;
-  std::string text;  // of a run, UTF-8
-  char kind = 's';   // of a code, as in TextCode
+  std::string text;  // of a run, and what a code that stands in a text shows: UTF-8
+  // Of a code.
+  char kind = 's';  // as in TextCode
   std::string_view type;
+  bool is_operand = false;                    // holds what the script computes
+  bool is_ordered = false;                    // and may not change places with others
+  LiteralForm before = LiteralForm::kDouble;  // of the literal that it begins in
+  LiteralForm after = LiteralForm::kDouble;   // and of that it ends in
 };
 
 // A text that people read, or may read.
@@ -30,10 +35,13 @@ struct Unit {
   Verdict verdict = Verdict::kNone;
   std::string_view reason;
   Language language = Language::kUnknown;
+  LiteralForm first = LiteralForm::kDouble;  // of the literals that it begins and ends in
+  LiteralForm last = LiteralForm::kDouble;
   bool in_element = false;  // of a client's <script>
   bool has_markup = false;
-  bool can_move = false;  // its codes may change places
+  bool can_move = false;  // its operands may change places
   std::string_view attribute;
+  char quote = 0;  // of an attribute's value; 0 for one without
 };
 
 class ScriptUnits {
@@ -56,6 +64,8 @@ class ScriptUnits {
   Program& program_of(const Piece& piece);
   void join(Language language, const Join& join);
   static std::string shown_text(const JoinedText& joined, const ReadText& read);
+  void add_run(Unit& unit, const Join& join, const JoinedText& joined, std::size_t begin, std::size_t end);
+  void add_code(Unit& unit, const Join& join, const JoinedText& joined, const TextCode& code);
   void add_unit(Language language, const Join& join, const JoinedText& joined, const ReadText& read,
                 const Decision& decision);
 

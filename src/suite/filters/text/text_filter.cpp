@@ -4,6 +4,7 @@
 
 #include "common/byte_scan.h"
 #include "platform/unicode.h"
+#include "suite/filters/script/script_filter.h"
 
 namespace kavo {
 namespace {
@@ -57,13 +58,18 @@ class TextFilter final : public Filter {
  public:
   void extract(BlockReader& document, const ConversionSettings& settings, ExtractionSink& sink,
                ProgressEvent& progress) override;
+  void begin_rebuild(const RebuildSettings& settings) override;
+  void write_segment(const Hole& hole, std::string_view translation, std::string& bytes) override;
   void write_text(const Hole& hole, std::string_view text, std::string& bytes) override;
+
+ private:
+  std::unique_ptr<Filter> scripts_;  // of a script file; those of earlier versions are lines like other texts
 };
 
 class LineExtraction {
  public:
-  LineExtraction(const TextCoding& coding, bool is_script, ExtractionSink& sink)
-      : scan_(coding), coding_(coding), is_script_(is_script), sink_(sink), builder_(coding) {}
+  LineExtraction(const TextCoding& coding, ExtractionSink& sink)
+      : scan_(coding), coding_(coding), sink_(sink), builder_(coding) {}
 
   void run(BlockReader& document, ProgressEvent& progress) {
     std::size_t searched = 0;
@@ -113,11 +119,8 @@ class LineExtraction {
     }
     const std::string_view text = bytes.substr(begin, end - begin);
     builder_.start(line_, column_ + static_cast<std::int64_t>(begin));
-    if (is_script_)
-      add_script(text);
-    else
-      builder_.add_text(text);
-    if (!is_script_ && !builder_.has_text()) {
+    builder_.add_text(text);
+    if (!builder_.has_text()) {
       sink_.skeleton(bytes);
       return;
     }
@@ -126,41 +129,8 @@ class LineExtraction {
     sink_.skeleton(bytes.substr(end));
   }
 
-  // Each quote goes with the next one of its kind; a quote without another (an apostrophe that begins a comment) is
-  // code.
-  void add_script(std::string_view bytes) {
-    std::size_t last[2] = {0, 0};  // the last quote of each kind: behind it there is no pair
-    for (std::size_t at = 0; at < bytes.size(); at += scan_.width()) {
-      if (scan_.at(bytes, at) == '"') last[0] = at;
-      if (scan_.at(bytes, at) == '\'') last[1] = at;
-    }
-    std::size_t code = 0;
-    for (std::size_t at = 0; at < bytes.size(); at += scan_.width()) {
-      const char quote = scan_.at(bytes, at);
-      if ((quote != '"' && quote != '\'') || at >= last[quote == '\'']) continue;
-      add_script_code(bytes.substr(code, at - code));
-      const std::size_t open = at;
-      do at += scan_.width();
-      while (scan_.at(bytes, at) != quote);
-      code = at + scan_.width();
-      builder_.add_text(bytes.substr(open, code - open));
-    }
-    add_script_code(bytes.substr(code));
-  }
-
-  void add_script_code(std::string_view bytes) {
-    if (bytes.empty()) return;
-    std::string shown;
-    coding_.decode_run(bytes.substr(0, kMostShown), shown);
-    builder_.add_code(CodeKind::kStandalone, "x-script", shown, bytes, true);
-  }
-
-  // Enough bytes of a code for what a segment shows of it.
-  static constexpr std::size_t kMostShown = 1000;
-
   UnitScan scan_;
   const TextCoding& coding_;
-  bool is_script_;
   ExtractionSink& sink_;
   SegmentBuilder builder_;
   std::int64_t line_ = 1;
@@ -169,6 +139,8 @@ class LineExtraction {
 
 void TextFilter::extract(BlockReader& document, const ConversionSettings& settings, ExtractionSink& sink,
                          ProgressEvent& progress) {
+  if (ascii_lower(settings.document).ends_with(u".scr"))
+    return make_script_filter()->extract(document, settings, sink, progress);
   while (document.window().size() < kUtf8Mark.size() && document.more()) {
   }
   DocumentFacts facts;
@@ -187,8 +159,19 @@ void TextFilter::extract(BlockReader& document, const ConversionSettings& settin
   sink.skeleton(document.window().substr(0, mark));
   document.consume(mark);
   const TextCoding coding(facts.code_page);
-  const bool is_script = ascii_lower(settings.document).ends_with(u".scr");
-  LineExtraction(coding, is_script, sink).run(document, progress);
+  LineExtraction(coding, sink).run(document, progress);
+}
+
+void TextFilter::begin_rebuild(const RebuildSettings& settings) {
+  Filter::begin_rebuild(settings);
+  if (settings.facts.data != kScriptFacts) return;
+  scripts_ = make_script_filter();
+  scripts_->begin_rebuild(settings);
+}
+
+void TextFilter::write_segment(const Hole& hole, std::string_view translation, std::string& bytes) {
+  if (scripts_) return scripts_->write_segment(hole, translation, bytes);
+  Filter::write_segment(hole, translation, bytes);
 }
 
 // A line stays a line: a line end that a translation holds becomes a blank.

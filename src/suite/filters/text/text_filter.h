@@ -1,7 +1,7 @@
 // The plain text filter ("K19TXT"): one segment for each line that holds text.
 //
-// In the script files of server pages (".scr") the segment of a line shows its code as inline codes that must stay, and
-// the texts in quotes as text: a translator cannot break the code, and a line without quoted text holds none.
+// The script files of server pages (".scr") have the same tag, which is fixed, and a filter of their own
+// (script_filter.h), to which this one hands them.
 #pragma once
 
 #include <memory>

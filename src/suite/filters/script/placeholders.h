@@ -1,0 +1,13 @@
+// Places for values in a text, and addresses: a translation keeps them as they are.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+namespace kavo::script {
+
+// The length of what begins `text` and is one: "{{name}}", "{0}", "${name}", "%s", "%1$d", "http://..."; 0 for
+// anything else.
+std::size_t placeholder_length(std::string_view text);
+
+}  // namespace kavo::script

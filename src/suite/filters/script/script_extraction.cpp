@@ -1,0 +1,170 @@
+#include "suite/filters/script/script_extraction.h"
+
+#include <algorithm>
+
+#include "formats/html/script_marker.h"
+#include "formats/script/page_scripts.h"
+#include "suite/filters/script/script_place.h"
+
+namespace kavo::script {
+namespace {
+
+// A text in an operand of a text in an operand ... : deeper ones are not offered, so that no byte stands in more
+// segments than this.
+constexpr std::size_t kMostDepth = 4;
+
+// Enough of a code for what a translator sees of it.
+constexpr std::size_t kMostShown = 200;  // bytes
+
+}  // namespace
+
+ScriptExtraction::ScriptExtraction(std::string_view file, std::string_view extension, const TextCoding& coding,
+                                   const ScriptSettings& settings, ExtractionSink& sink)
+    : file_(file),
+      coding_(coding),
+      offer_(settings.offer),
+      sink_(sink),
+      rules_({settings.texts, settings.never}),
+      finder_(file, coding, rules_),
+      builder_(coding),
+      page_language_(language_of_extension(extension)) {
+  // A page of any other name is most likely one of ASP.
+  if (page_language_ == Language::kUnknown) page_language_ = Language::kVbScript;
+}
+
+// Each block stands between the line of its marker and that of the next one.
+void ScriptExtraction::find_blocks() {
+  PageScripts scripts(page_language_);
+  const auto next_marker = [&](std::size_t from) {
+    for (std::size_t at = file_.find(kMarker, from); at != std::string_view::npos; at = file_.find(kMarker, at + 1))
+      if (at == 0 || ends_line(file_[at - 1])) return at;
+    return file_.size();
+  };
+  for (std::size_t marker = next_marker(0); marker < file_.size();) {
+    const std::size_t next = next_marker(marker + kMarker.size());
+    std::size_t begin = std::min(file_.find_first_of("\r\n", marker), next);
+    while (begin < next && ends_line(file_[begin])) ++begin;
+    std::size_t end = next;
+    while (end > begin && ends_line(file_[end - 1])) --end;
+    if (end > begin) {
+      scripts.add_block(file_, begin, end, pieces_);
+      block_ends_.push_back(pieces_.size());
+    }
+    marker = next;
+  }
+}
+
+void ScriptExtraction::run(ProgressEvent& progress) {
+  std::vector<Unit> units;
+  const auto each_block = [&](auto&& action) {
+    std::size_t first = 0;
+    for (const std::size_t last : block_ends_) {
+      action(std::span<const Piece>(pieces_).subspan(first, last - first));
+      first = last;
+    }
+  };
+  if (offer_ != Offer::kNone) {
+    find_blocks();
+    each_block([&](std::span<const Piece> pieces) { finder_.follow(pieces); });
+    finder_.turn();
+    progress.report(50);
+    each_block([&](std::span<const Piece> pieces) {
+      units.clear();
+      finder_.units(pieces, units);
+      emit(units);
+    });
+  }
+  skeleton_up_to(file_.size());
+  progress.report(100);
+}
+
+// Units come in the order of their beginnings, each before those in it. A segment must come behind those in it.
+void ScriptExtraction::emit(const std::vector<Unit>& units) {
+  for (const Unit& unit : units) {
+    while (!open_.empty() && unit.begin >= open_.back().unit->end) finish_unit();
+    if (open_.size() >= kMostDepth || unit.begin < written_) continue;
+    // Only operands hold other texts.
+    const auto holds = [&](const UnitPart& part) {
+      return part.is_code && part.begin < unit.begin && unit.end < part.end;
+    };
+    if (!open_.empty() && std::none_of(open_.back().unit->parts.begin(), open_.back().unit->parts.end(), holds))
+      continue;
+    open_.push_back({&unit, {}});
+  }
+  while (!open_.empty()) finish_unit();
+}
+
+void ScriptExtraction::finish_unit() {
+  const Open last = std::move(open_.back());
+  open_.pop_back();
+  const Segment& segment = segment_of(*last.unit, last.nested);
+  if (!open_.empty()) {
+    open_.back().nested.push_back({last.unit->begin, last.unit->end, sink_.nested_segment(segment)});
+    return;
+  }
+  skeleton_up_to(last.unit->begin);
+  sink_.segment(segment);
+  written_ = last.unit->end;
+}
+
+void ScriptExtraction::skeleton_up_to(std::size_t place) {
+  if (place > written_) sink_.skeleton(file_.substr(written_, place - written_));
+  written_ = std::max(written_, place);
+}
+
+const Segment& ScriptExtraction::segment_of(const Unit& unit, const std::vector<Nested>& nested) {
+  if (unit.begin < counted_) {
+    line_ = 1;
+    line_begin_ = counted_ = 0;
+  }
+  for (; counted_ < unit.begin; ++counted_) {
+    const bool is_pair = file_[counted_] == '\r' && counted_ + 1 < file_.size() && file_[counted_ + 1] == '\n';
+    if (!ends_line(file_[counted_]) || is_pair) continue;
+    ++line_;
+    line_begin_ = counted_ + 1;
+  }
+  builder_.start(line_, static_cast<std::int64_t>(unit.begin - line_begin_) + 1);
+  SegmentPlace place{.language = unit.language,
+                     .in_element = unit.in_element,
+                     .has_markup = unit.has_markup,
+                     .is_attribute = !unit.attribute.empty(),
+                     .quote = unit.quote,
+                     .first = unit.first,
+                     .last = unit.last,
+                     .codes = {}};
+  for (const UnitPart& part : unit.parts) {
+    if (!part.is_code) {
+      builder_.add_text(part.text, file_.substr(part.begin, part.end - part.begin));
+      continue;
+    }
+    add_code(part, nested);
+    place.codes.push_back({part.before, part.after, part.is_ordered});
+  }
+  builder_.context(context_of(place));
+  const bool is_doubtful = unit.verdict == Verdict::kDoubt;
+  builder_.locked(is_doubtful && offer_ != Offer::kAll);
+  if (is_doubtful) builder_.note("Is this read by people? " + std::string(unit.reason));
+  return builder_.finish();
+}
+
+void ScriptExtraction::add_code(const UnitPart& part, const std::vector<Nested>& nested) {
+  const std::string_view bytes = file_.substr(part.begin, part.end - part.begin);
+  std::string shown = part.text;
+  if (shown.empty()) coding_.decode_run(bytes.substr(0, kMostShown), shown);
+  const CodeKind kind = part.kind == 'o'   ? CodeKind::kOpen
+                        : part.kind == 'c' ? CodeKind::kClose
+                                           : CodeKind::kStandalone;
+  const std::string_view type = part.type.empty() ? "x-script" : part.type;
+  builder_.begin_code(kind, type, shown, part.is_operand || part.type == "x-placeholder");
+  std::size_t at = part.begin;
+  for (const Nested& inner : nested) {
+    if (inner.begin < at || inner.end > part.end) continue;
+    builder_.code_bytes(file_.substr(at, inner.begin - at));
+    builder_.nested(inner.number, file_.substr(inner.begin, inner.end - inner.begin));
+    at = inner.end;
+  }
+  builder_.code_bytes(file_.substr(at, part.end - at));
+  builder_.end_code();
+}
+
+}  // namespace kavo::script

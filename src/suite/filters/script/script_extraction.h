@@ -1,0 +1,59 @@
+// From a script file to segments.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "suite/filters/filter.h"
+#include "suite/filters/script/script_units.h"
+
+namespace kavo::script {
+
+class ScriptExtraction {
+ public:
+  // `file` is the whole script file without a byte order mark, in the bytes of `coding`; `extension` that of the page
+  // that it belongs to. All must outlive the object.
+  ScriptExtraction(std::string_view file, std::string_view extension, const TextCoding& coding,
+                   const ScriptSettings& settings, ExtractionSink& sink);
+  void run(ProgressEvent& progress);
+
+ private:
+  struct Nested {
+    std::size_t begin = 0;
+    std::size_t end = 0;
+    std::uint32_t number = 0;
+  };
+
+  void find_blocks();
+  void emit(const std::vector<Unit>& units);
+  void finish_unit();
+  const Segment& segment_of(const Unit& unit, const std::vector<Nested>& nested);
+  void add_code(const UnitPart& part, const std::vector<Nested>& nested);
+  void skeleton_up_to(std::size_t place);
+
+  std::string_view file_;
+  const TextCoding& coding_;
+  using Offer = ScriptSettings::Offer;
+  Offer offer_;
+  ExtractionSink& sink_;
+  DestinationRules rules_;
+  ScriptUnits finder_;
+  SegmentBuilder builder_;
+  Language page_language_;
+  std::vector<Piece> pieces_;
+  std::vector<std::size_t> block_ends_;  // in pieces_
+
+  // Units that lie in one another, the outermost first, each with the segments that lie in it.
+  struct Open {
+    const Unit* unit = nullptr;
+    std::vector<Nested> nested;
+  };
+  std::vector<Open> open_;
+  std::size_t written_ = 0;  // bytes of the file that went to the sink
+  std::int64_t line_ = 1;    // of counted_
+  std::size_t line_begin_ = 0;
+  std::size_t counted_ = 0;
+};
+
+}  // namespace kavo::script

@@ -1,0 +1,21 @@
+// The filter of script files (".scr"), which hold the scripts of a page between markers: the texts that people read
+// are segments, all else stays in the skeleton.
+//
+// It reads a file twice and therefore keeps all of it in memory: a variable may be written into the page in a block far
+// behind the one that gives it its text.
+#pragma once
+
+#include <memory>
+#include <string_view>
+
+#include "suite/filters/filter.h"
+
+namespace kavo {
+
+// What DocumentFacts::data begins with for such a document. Documents of earlier versions have nothing there: their
+// segments are lines.
+inline constexpr std::string_view kScriptFacts = "script 1";
+
+std::unique_ptr<Filter> make_script_filter();
+
+}  // namespace kavo

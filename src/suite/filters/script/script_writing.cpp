@@ -1,0 +1,194 @@
+#include "suite/filters/script/script_writing.h"
+
+#include <algorithm>
+
+#include "formats/script/lexer.h"
+#include "platform/failure.h"
+#include "platform/unicode.h"
+
+namespace kavo::script {
+namespace {
+
+// A literal of a form that is read alone: its delimiters.
+struct Delimiters {
+  std::string_view open;
+  std::string_view close;
+};
+Delimiters delimiters_of(LiteralForm form) {
+  switch (form) {
+    case LiteralForm::kTextBlock:
+      return {"\"\"\"", "\"\"\""};
+    case LiteralForm::kHeredoc:
+      return {"<<<KAVO\n", "\nKAVO"};
+    case LiteralForm::kNowdoc:
+      return {"<<<'KAVO'\n", "\nKAVO"};
+    default:
+      return {quote_of(form), quote_of(form)};
+  }
+}
+
+// "$name" and "$name->member" of PHP, which end where a name ends: the last one of a code that ends with one.
+std::size_t last_inserted_name(std::string_view code) {
+  const std::size_t begin = code.rfind('$');
+  if (begin == std::string_view::npos || (begin > 0 && (code[begin - 1] == '{' || code[begin - 1] == '$')))
+    return std::string_view::npos;
+  std::string_view rest = code.substr(begin + 1);
+  if (const std::size_t arrow = rest.find("->"); arrow != std::string_view::npos) rest.remove_prefix(arrow + 2);
+  return !rest.empty() && std::all_of(rest.begin(), rest.end(), is_name_byte) ? begin : std::string_view::npos;
+}
+
+}  // namespace
+
+ScriptWriting::ScriptWriting(const Hole& hole, const TextCoding& coding)
+    : hole_(hole), coding_(coding), place_(place_from(hole.context)), form_(place_.first) {
+  if (place_.codes.size() != hole.codes.size()) refuse(u"the skeleton is damaged");
+}
+
+void ScriptWriting::refuse(std::u16string_view reason) const {
+  throw failure(FailureNumber::kInvalidCall, place_of(hole_) + u": " + std::u16string(reason));
+}
+
+std::string_view ScriptWriting::bytes_of(const Hole::Code& code) const {
+  return std::string_view(hole_.original).substr(code.begin, code.end - code.begin);
+}
+
+const SegmentPlace::Code& ScriptWriting::place_of_code(const Hole::Code& code) const {
+  return place_.codes[static_cast<std::size_t>(&code - hole_.codes.data())];
+}
+
+void ScriptWriting::write(std::string_view translation, std::string& bytes) {
+  std::vector<Part> parts;
+  CodedTextReader reader(translation);
+  for (CodedPart part; reader.next(part);) parts.push_back({part.text, part.is_code ? hole_.find(part) : nullptr});
+  check_order(parts);
+
+  std::string result;
+  const bool adds_quotes = place_.is_attribute && place_.quote == 0;
+  if (adds_quotes) append_literal_text("\"", place_.quoting(form_), coding_, result);
+  for (std::size_t i = 0; i < parts.size(); ++i) {
+    const Part* const next = i + 1 < parts.size() ? &parts[i + 1] : nullptr;
+    if (parts[i].code != nullptr)
+      code(parts[i], next, result);
+    else
+      text(parts[i].text, next != nullptr && bytes_of(*next->code).starts_with("$"), result);
+  }
+  if (adds_quotes) append_literal_text("\"", place_.quoting(form_), coding_, result);
+  go_to(place_.last, result);
+
+  // Read as a whole it must be what it is in parts.
+  std::string tokens;
+  bool is_whole = true;
+  add_tokens(place_.first, result, place_.last, tokens, is_whole);
+  if (!is_whole || tokens != expected_) refuse(u"the translation would change the script around it");
+  bytes += result;
+}
+
+// Values whose order the script's operators depend on keep it.
+void ScriptWriting::check_order(const std::vector<Part>& parts) const {
+  const Hole::Code* last = nullptr;
+  for (const Part& part : parts) {
+    if (part.code == nullptr || !place_of_code(*part.code).is_ordered) continue;
+    if (last != nullptr && part.code < last)
+      refuse(u"its values cannot change places: the script adds some of them up before they become text");
+    last = part.code;
+  }
+}
+
+void ScriptWriting::text(std::string_view run, bool before_name, std::string& bytes) {
+  const std::string written = place_.has_markup ? in_markup(run) : std::string(run);
+  std::string part;
+  try {
+    append_literal_text(written, place_.quoting(form_), coding_, part);
+  } catch (const failure& reason) {
+    refuse(reason.description());
+  }
+  // "{" in front of "$name" would mean something else.
+  if (before_name && place_.language == Language::kPhp && part.ends_with("{"))
+    part.replace(part.size() - 1, 1, "\\x7b");
+  bool is_whole = true;
+  add_tokens(form_, part, form_, expected_, is_whole);
+  bytes += part;
+}
+
+// Characters that mean something in a page, or that its coding lacks, as references.
+std::string ScriptWriting::in_markup(std::string_view text) const {
+  std::string result;
+  while (!text.empty()) {
+    const std::size_t length = std::max<std::size_t>(utf8_character_length(text), 1);
+    const std::string_view character = text.substr(0, length);
+    text.remove_prefix(length);
+    bool is_missing = false;
+    std::string ignored;
+    coding_.encode(character, ignored, [&](std::string_view, std::string&) { is_missing = true; });
+    if (character == "&")
+      result += "&amp;";
+    else if (character == "<")
+      result += "&lt;";
+    else if (character == ">")
+      result += "&gt;";
+    else if (character == "\"" && place_.is_attribute && place_.quote != '\'')
+      result += "&quot;";
+    else if (character == "'" && place_.is_attribute && place_.quote == '\'')
+      result += "&#39;";
+    else if (character == "\u00A0")
+      result += "&nbsp;";
+    else if (is_missing)
+      result += "&#" + std::to_string(static_cast<std::uint32_t>(utf8_code_point(character))) + ";";
+    else
+      result += character;
+  }
+  return result;
+}
+
+void ScriptWriting::code(const Part& part, const Part* next, std::string& bytes) {
+  const SegmentPlace::Code& place = place_of_code(*part.code);
+  go_to(place.before, bytes);
+  std::string code(bytes_of(*part.code));
+  const std::size_t name = place_.language == Language::kPhp ? last_inserted_name(code) : std::string_view::npos;
+  if (name != std::string_view::npos && next != nullptr && next->code == nullptr) {
+    const char c = next->text.empty() ? '\0' : next->text.front();
+    if (is_name_byte(c) || c == '[' || next->text.starts_with("->"))
+      code = code.substr(0, name) + "{" + code.substr(name) + "}";
+  }
+  bool is_whole = true;
+  add_tokens(place.before, code, place.after, expected_, is_whole);
+  bytes += code;
+  form_ = place.after;
+}
+
+// Ends the literal and begins one of another form.
+void ScriptWriting::go_to(LiteralForm form, std::string& bytes) {
+  if (form_ == form) return;
+  const std::string_view close = quote_of(form_);
+  const std::string_view open = quote_of(form);
+  if (close.empty() || open.empty()) refuse(u"a value cannot stand in a literal of another kind");
+  bytes += close;
+  bytes += text_operator_of(place_.language);
+  bytes += open;
+  form_ = form;
+}
+
+// The tokens outside of literals, without the operators that join texts: those of an empty line are none.
+void ScriptWriting::add_tokens(LiteralForm before, std::string_view bytes, LiteralForm after, std::string& tokens,
+                               bool& is_whole) const {
+  std::string literal(delimiters_of(before).open);
+  literal += bytes;
+  literal += delimiters_of(after).close;
+  const std::unique_ptr<Lexer> lexer = make_lexer(place_.language, &coding_);
+  if (!lexer) refuse(u"the skeleton is damaged");
+  const std::string_view joint = text_operator_of(place_.language).substr(1, 1);
+  lexer->begin(literal);
+  for (Token token; lexer->next(token);) {
+    const std::string_view text = std::string_view(literal).substr(token.begin, token.size());
+    is_whole = token.kind == TokenKind::kLiteral && token.ends;
+    if (token.kind == TokenKind::kBlockEnd || token.kind == TokenKind::kUnknown)
+      refuse(u"the translation would end the script");
+    if (token.kind == TokenKind::kBlank || token.kind == TokenKind::kLineEnd || token.kind == TokenKind::kLiteral ||
+        token.kind == TokenKind::kComment || text == joint)
+      continue;
+    tokens += text;
+    tokens += '\n';
+  }
+}
+
+}  // namespace kavo::script
