@@ -11,8 +11,8 @@
 namespace kavo::test {
 namespace {
 
-constexpr char kPage[] = "<html><body><p>Hello</p><% w \"Hi\" %></body></html>\r\n";
-constexpr char kOtherPage[] = "<html><body><% a \"First\" %><p>Hello</p><% w \"Hi\" %></body></html>\r\n";
+constexpr char kPage[] = "<html><body><p>Hello</p><% MsgBox \"Hi\" %></body></html>\r\n";
+constexpr char kOtherPage[] = "<html><body><% a \"First\" %><p>Hello</p><% MsgBox \"Hi\" %></body></html>\r\n";
 
 class DocumentSetCommand : public testing::Test {
  protected:

@@ -30,7 +30,7 @@ class Exchange : public testing::Test {
   }
   Ran import_into(std::u16string_view tud) { return run_kavo({"import", path(u"back.xlf"), "--to", path(tud)}); }
   static constexpr std::string_view kPage =
-      "<html lang=en><body><p>Hello <b>you</b> <%= name %></p><% w \"Hi\" %></body></html>\r\n";
+      "<html lang=en><body><p>Hello <b>you</b> <%= name %></p><% MsgBox \"Hi\" %></body></html>\r\n";
   TempFolder folder;
 };
 
@@ -125,10 +125,8 @@ TEST_F(Exchange, EachDocumentTakesItsPartOfAPackage) {
   prepare(put(u"index.asp", kPage));
   prepare(put(u"other.txt", "One\n"));
   ASSERT_EQ(run_kavo({"export", path(u"index_asp_htm_FR.tud"), "--with-skeleton"}).code, 0);
-  hand_back(u"index_asp_htm_FR.xlf",
-            {{"<target state=\"new\">Hello ", "<target state=\"translated\">Salut "},
-             {"<target state=\"new\"><ph id=\"1\" ctype=\"x-script\">&lt;% w </ph>\"Hi\"",
-              "<target state=\"final\"><ph id=\"1\" ctype=\"x-script\">&lt;% w </ph>\"Allo\""}});
+  hand_back(u"index_asp_htm_FR.xlf", {{"<target state=\"new\">Hello ", "<target state=\"translated\">Salut "},
+                                      {"<target state=\"new\">Hi<", "<target state=\"final\">Allo<"}});
   for (const std::u16string_view tud : {u"index_asp_htm_FR.tud", u"index_asp_scr_FR.tud"}) {
     const Ran ran = import_into(tud);
     EXPECT_EQ(ran.code, 0) << ran.errors;
@@ -136,7 +134,7 @@ TEST_F(Exchange, EachDocumentTakesItsPartOfAPackage) {
   }
   ASSERT_EQ(run_kavo({"rebuild", path(u"index_asp_htm_FR.tud")}).code, 0);
   EXPECT_EQ(folder.read(u"index_FR.asp"),
-            "<html lang=fr><body><p>Salut <b>you</b> <%= name %></p><% w \"Allo\" %></body></html>\r\n");
+            "<html lang=fr><body><p>Salut <b>you</b> <%= name %></p><% MsgBox \"Allo\" %></body></html>\r\n");
   const Ran other = import_into(u"other_txt_FR.tud");
   EXPECT_EQ(other.code, 1);
   EXPECT_NE(other.errors.find("none of the documents in it belongs to"), std::string::npos) << other.errors;
@@ -238,7 +236,8 @@ TEST_F(Exchange, ATextThatLostAScriptIsRefused) {
   hand_back(u"p_asp_htm_FR.tud", {{text, "<target state=\"translated\">Salut " + script}});
   EXPECT_EQ(import_into(u"p_asp_htm_FR.tud").code, 0);
   EXPECT_EQ(run_kavo({"rebuild", path(u"p_asp_htm_FR.tud")}).code, 0);
-  EXPECT_EQ(folder.read(u"p_FR.asp"), "<html lang=fr><body><p>Salut <%= name %></p><% w \"Hi\" %></body></html>\r\n");
+  EXPECT_EQ(folder.read(u"p_FR.asp"),
+            "<html lang=fr><body><p>Salut <%= name %></p><% MsgBox \"Hi\" %></body></html>\r\n");
 }
 
 TEST_F(Exchange, NotesAndStatesAreKeptByImportAndWhatComesLater) {

@@ -11,7 +11,7 @@ namespace kavo::test {
 namespace {
 
 constexpr std::string_view kPage =
-    "<html lang=\"en\"><body><p>Hello <%= name %></p>\r\n<% w \"Hi\" %>\r\n</body></html>\r\n";
+    "<html lang=\"en\"><body><p>Hello <%= name %></p>\r\n<% MsgBox \"Hi\" %>\r\n</body></html>\r\n";
 // With a variable, which is collected whatever markers the user's settings select.
 constexpr std::string_view kManual =
     "<MIFFile 7.00>\r\n<VariableFormats \r\n <VariableFormat \r\n  <VariableName `Product'>\r\n"

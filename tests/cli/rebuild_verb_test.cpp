@@ -12,7 +12,7 @@ namespace kavo::test {
 namespace {
 
 constexpr std::string_view kPage =
-    "<html lang=\"en\"><body><p>Hello <%= name %></p>\r\n<% w \"Hi\" %>\r\n</body></html>\r\n";
+    "<html lang=\"en\"><body><p>Hello <%= name %></p>\r\n<% MsgBox \"Hi\" %>\r\n</body></html>\r\n";
 
 class RebuildCommand : public testing::Test {
  protected:
@@ -35,7 +35,7 @@ TEST_F(RebuildCommand, PrepareThenPseudoThenRebuild) {
   const std::string page = folder.read(u"index_FR.asp");
   EXPECT_NE(page.find("<%= name %>"), std::string::npos) << page;
   EXPECT_NE(page.find("[Hèllô"), std::string::npos) << page;
-  EXPECT_NE(page.find("<% w \"[Hï]"), std::string::npos) << page;
+  EXPECT_NE(page.find("<% MsgBox \"[Hï]"), std::string::npos) << page;
   EXPECT_NE(page.find("lang=\"fr\""), std::string::npos) << page;
   // The prepared page and its scripts, the two bilingual documents with their skeletons, source and result.
   EXPECT_EQ(folder.entry_count(), 8u);

@@ -30,7 +30,7 @@ TEST_F(TudCommand, PrepareConvertsADocument) {
 }
 
 TEST_F(TudCommand, PrepareConvertsEveryProducedFile) {
-  const Ran ran = prepare(put(u"index.asp", "<html><body><p>Hello</p><% w \"Hi\" %></body></html>\r\n"));
+  const Ran ran = prepare(put(u"index.asp", "<html><body><p>Hello</p><% MsgBox \"Hi\" %></body></html>\r\n"));
   EXPECT_EQ(ran.code, 0);
   EXPECT_EQ(ran.output, path(u"index_asp_htm_FR.tud") + "\n" + path(u"index_asp_scr_FR.tud") + "\n");
 }

@@ -39,7 +39,7 @@ TEST_F(VerifyCommand, ADocumentThatSurvives) {
 
 TEST_F(VerifyCommand, AServerPageWithItsScripts) {
   const auto told = verify(
-      put(u"index.asp", "<html><body><p>Hello <%= name %></p>\r\n<% w \"Hi\"\r\nDim x %>\r\n</body></html>\r\n"));
+      put(u"index.asp", "<html><body><p>Hello <%= name %></p>\r\n<% MsgBox \"Hi\"\r\nDim x %>\r\n</body></html>\r\n"));
   EXPECT_EQ(told["done"], true);
   EXPECT_EQ(told["unchanged"], "same");
   EXPECT_EQ(told["translated"], "same");
