@@ -235,7 +235,7 @@ bool is_short_capitals(std::string_view word) {
 
 bool is_product_name(std::string_view word) {
   return word.size() > 2 && is_large(word.front()) && std::any_of(word.begin(), word.end(), is_small) &&
-         std::all_of(word.begin(), word.end(), [](char c) { return is_letter(c) || is_digit(c); });
+         std::all_of(word.begin(), word.end(), [](char c) { return is_word_letter(c) || is_digit(c); });
 }
 
 // "Done.", "Loading...", "Really?", "Name: "
