@@ -37,7 +37,7 @@ class ScriptFilterTest : public SuiteTest {
     return file.substr(23, file.size() - 25);
   }
   std::u16string refusal(std::u16string_view name, std::string_view script, std::u16string_view translation) {
-    return failure_of([&] { with(name, script, translation); });
+    return reason_of([&] { with(name, script, translation); });
   }
 };
 
@@ -96,7 +96,7 @@ TEST_F(ScriptFilterTest, CharactersThatTheCodingLacks) {
             "<script>alert('\\u0436 \xE9')</script>");
   EXPECT_EQ(with(u"a_asp.scr", "<% MsgBox \"Hi you\" %>", u"a\u0436", road), "<% MsgBox \"a\" & ChrW(1078) & \"\" %>");
   EXPECT_EQ(with(u"a_php.scr", "<?php echo '<b>Hi</b> you'; ?>", u"\u0436", road), "<?php echo '&#1078;'; ?>");
-  const std::u16string reason = failure_of([&] { with(u"a_php.scr", "<?php echo 'Hi you'; ?>", u"\u0436", road); });
+  const std::u16string reason = reason_of([&] { with(u"a_php.scr", "<?php echo 'Hi you'; ?>", u"\u0436", road); });
   EXPECT_NE(reason.find(u"segment 1 (line 3, column 13)"), std::u16string::npos) << to_utf8(reason);
   EXPECT_NE(reason.find(u"U+0436"), std::u16string::npos);
 }
