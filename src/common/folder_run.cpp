@@ -350,7 +350,11 @@ class FolderRun::Work {
     journal_.state = RunJournal::State::kUndoing;
     try {
       at_least_once([&] {
-        write_journal(files_, folder_, journal_);
+        try {
+          write_journal(files_, folder_, journal_);
+        } catch (const failure&) {
+          // A full disk must not keep the old documents away. A run that is killed now is completed by the next one.
+        }
         for (const RunJournal::Change& change : journal_.changes) undo(files_, change);
       });
       journal_.state = RunJournal::State::kWorking;

@@ -31,10 +31,16 @@ while read -r hit; do complain "src/$hit: platform switch in shared code"; done 
   grep -rnE '^#\s*if.*\b(_WIN32|__linux__|__unix__)\b' . --include=*.h --include=*.cpp |
     sed 's|^\./||' | grep -vE '^platform/(win32|posix)/' || true)
 
-# The rooms are linked into one program: of two types of one name the linker would silently take one.
+# The rooms are linked into one program: of two types of one name and namespace the linker would silently take one.
+types() {  # namespace, type and file of each type that a header defines for others
+  find . -name '*.h' -exec awk '
+    /^namespace [a-z:]+ \{/ { space = $2 }
+    /^(class|struct|enum class) [A-Za-z0-9_]+( final)?( :.*)? \{/ { print space "::" ($1 == "enum" ? $3 : $2), FILENAME }
+  ' {} +
+}
 while read -r name; do
-  complain "src: the type $name is defined in $(grep -rlE "^(class|struct|enum class) $name( final)?( :.*)? \\{" --include=*.h . | sed 's|^\./||' | paste -sd' ')"
-done < <(grep -rhoE '^(class|struct|enum class) [A-Za-z0-9_]+( final)?( :.*)? \{' --include=*.h . | awk '{ print $1 == "enum" ? $3 : $2 }' | sort | uniq -d)
+  complain "src: the type $name is defined in $(types | awk -v name="$name" '$1 == name { print $2 }' | sed 's|^\./||' | paste -sd' ')"
+done < <(types | awk '{ print $1 }' | sort | uniq -d)
 
 [ "$checked" -gt 0 ] || complain "no include was checked"
 [ "$status" = 0 ] && echo "$checked includes between rooms, all allowed"
