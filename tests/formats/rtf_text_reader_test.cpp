@@ -38,7 +38,7 @@ const Case kCases[] = {
     {"a pair that a line end parts", "\\'93\r\n\\'fa", "\u65E5", 932},
     {"a first byte without a second one", "\\'93", "[\\'93]", 932},
     {"UTF-8 in hexadecimal", "\\'e2\\'82\\'ac\\'c3", "\u20AC[\\'c3]", 65001},
-    {"a byte that the code page lacks", "\\'81x", "[\\'81]x"},
+    {"a byte that the coding lacks", "\\'ffx", "[\\'ff]x", 65001},
     {"control characters", "a\x01\\'02", "a[\x01][\\'02]"},
 };
 

@@ -172,7 +172,7 @@ constexpr Ending kFailures[] = {
     {u"of no known type", u"odd.zzz", u"OK", 2, u""},
     {u"page that cannot be prepared", u"missing.htm", u"OK", 103, u""},
     {u"FrameMaker document that cannot be prepared", u"missing.mif", u"OK", 104, u""},
-    {u"no filter for the first file", u"texts.rc", u"OK", 200, u""},
+    {u"no filter for the first file", u"letter.doc", u"OK", 200, u""},
     {u"no document of the second file", u"blocked.asp", u"OK", 201, u"blocked_asp_htm_FR.tud"},
 };
 
@@ -236,7 +236,7 @@ TEST(SingleFileWizardTest, ScriptHostGetsDocumentsAndTheLauncherItsCommandLine) 
   folder.write(u"shop.asp", "<html><body><p>Hello <% = name %>.</p></body></html>\r\n");
   folder.write(u"blocked.asp", "<html><body><p>Hello <% = name %>.</p></body></html>\r\n");
   folder.write(u"odd.zzz", "nothing known");
-  folder.write(u"texts.rc", "STRINGTABLE\r\n");
+  folder.write(u"letter.doc", "a letter");
   // Stands where the document of the second file would be written.
   folder.make_folder(u"blocked_asp_scr_FR.tud");
 
