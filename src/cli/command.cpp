@@ -96,7 +96,8 @@ Outcome outcome_from(const std::u16string& workplace, const std::function<Outcom
   }
 }
 
-// What ends a batch has no file of its own: a failure that names none is told with the one that it was about.
+// The last step of a batch belongs to no single file. A failure there that names no file gets `place`, the file or
+// folder that the step worked on.
 void name_place(Outcome& outcome, const std::u16string& place) {
   if (place.empty() || outcome.ending != Outcome::kFailed) return;
   const std::size_t folder_end = place.rfind(u'\\');

@@ -67,7 +67,7 @@ TEST_F(CommandWordsOnFiles, ExamplesNameDocumentsThatExist) {
 }
 
 TEST_F(CommandWordsOnFiles, PathsInMessagesHaveTheHostsForm) {
-  if (!is_native()) GTEST_SKIP() << "on Windows paths need no conversion: both forms use backslashes";
+  if (!is_native()) GTEST_SKIP() << "a path has one form on Windows, so there is nothing to convert";
   folder.write(u"a.txt", "One\n");
   const std::string file = path_to_host(folder.path(u"a.txt"));
   ASSERT_EQ(run_kavo({"prepare", file, "--source", "EN", "--target", "FR"}).code, 0);
@@ -89,11 +89,11 @@ class HighlightSettings : public testing::Test {
 };
 
 TEST_F(HighlightSettings, AreNamesOrNumbersAndHaveSensibleDefaults) {
-  EXPECT_EQ(run_kavo({"settings", "highlight.untranslated", "highlight.fuzzy", "highlight.match",
-                      "highlight.translated"})
-                .output,
-            "highlight.untranslated=#C00000\nhighlight.fuzzy=#C06000\nhighlight.match=#0000C0\n"
-            "highlight.translated=#007000\n");
+  EXPECT_EQ(
+      run_kavo({"settings", "highlight.untranslated", "highlight.fuzzy", "highlight.match", "highlight.translated"})
+          .output,
+      "highlight.untranslated=#C00000\nhighlight.fuzzy=#C06000\nhighlight.match=#0000C0\n"
+      "highlight.translated=#007000\n");
   EXPECT_EQ(run_kavo({"settings", "highlight.fuzzy=ORANGE", "highlight.match=#12abEF"}).output,
             "highlight.fuzzy=orange\nhighlight.match=#12ABEF\n");
   EXPECT_EQ(run_kavo({"settings", "highlight.fuzzy=default"}).output, "highlight.fuzzy=#C06000\n");

@@ -49,7 +49,7 @@ TEST_F(EditCommand, NamesTheMemory) {
 }
 
 TEST_F(EditCommand, ANameWithQuotesStaysOneArgument) {
-  if (!is_native()) GTEST_SKIP() << "Windows allows no quote in a file name";
+  if (!is_native()) GTEST_SKIP() << "no file on Windows can have a quotation mark in its name";
   const std::string tud = document();
   const std::u16string hostile = u"a\" --to \"evil";
   folder.write(hostile + u".tud", read_file(folder.path(u"a b_txt_FR.tud")));

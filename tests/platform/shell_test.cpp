@@ -50,24 +50,27 @@ TEST(ShellTest, MissingProgramCannotBeStartedAndIsNamed) {
 
 TEST(ShellTest, MissingFileCannotBeOpened) {
   const TempFolder temp;
-  for (const int result : {ports().shell->open(temp.path(u"missing.txt")), ports().shell->run(temp.path(u"missing"), u"")}) {
+  for (const int result :
+       {ports().shell->open(temp.path(u"missing.txt")), ports().shell->run(temp.path(u"missing"), u"")}) {
     EXPECT_GE(result, 0);
     EXPECT_LE(result, 31);
   }
 }
 
 TEST(ShellTest, ProgramIsStartedWithItsArgumentsAsTheyAre) {
-  if (!is_native()) GTEST_SKIP() << "the test program is a shell script, which Windows cannot start";
+  if (!is_native())
+    GTEST_SKIP() << "this test starts a shell script; on Windows the launcher's tests start a real editor";
   const ScriptFolder folder;
   folder.temp.write(u"a document.txt", "content");
-  ports().shell->start(folder.temp.path(u"SCRIPT"),
-                       {u"a b", u"", u"a\" -c \"b", u"\\", u"back\\slash", folder.temp.path(u"A Document.txt"), u"$HOME"});
+  ports().shell->start(folder.temp.path(u"SCRIPT"), {u"a b", u"", u"a\" -c \"b", u"\\", u"back\\slash",
+                                                     folder.temp.path(u"A Document.txt"), u"$HOME"});
   EXPECT_EQ(folder.output(), "<a b>\n<>\n<a\" -c \"b>\n<\\>\n<back\\slash>\n<" +
                                  to_utf8(folder.temp.path(u"A Document.txt")) + ">\n<$HOME>\n");
 }
 
 TEST(ShellTest, ProgramIsRunWithTheLineOfItsParameters) {
-  if (!is_native()) GTEST_SKIP() << "the test program is a shell script, which Windows cannot start";
+  if (!is_native())
+    GTEST_SKIP() << "this test starts a shell script; on Windows the launcher's tests start a real editor";
   const struct {
     const char* name;
     std::u16string_view parameters;
@@ -86,7 +89,8 @@ TEST(ShellTest, ProgramIsRunWithTheLineOfItsParameters) {
 }
 
 TEST(ShellTest, ExistingFileIsHandedOverInTheHostsForm) {
-  if (!is_native()) GTEST_SKIP() << "the test program is a shell script, which Windows cannot start";
+  if (!is_native())
+    GTEST_SKIP() << "this test starts a shell script; on Windows the launcher's tests start a real editor";
   const ScriptFolder folder;
   const std::u16string file = folder.temp.write(u"A Document.txt", "content");
   ports().shell->run(folder.temp.path(u"SCRIPT"), u"\"" + folder.temp.path(u"a document.TXT") + u"\"");

@@ -19,7 +19,7 @@ std::string read_whole(std::u16string_view path) {
 
 TEST(RcFilterCorpus, RealScriptsSurvive) {
   const std::vector<std::u16string> scripts = corpus_files(u"rc", {u"rc"});
-  if (scripts.empty()) GTEST_SKIP() << "there is no corpus";
+  if (scripts.empty()) GTEST_SKIP() << "the folder of real documents is not here";
   std::size_t texts = 0;
   for (const std::u16string& path : scripts) {
     SCOPED_TRACE(to_utf8(path));

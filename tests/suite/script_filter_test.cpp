@@ -234,7 +234,7 @@ TEST(ScriptFilterCorpus, ComesBack) {
   std::vector<std::u16string> pages;
   for (const std::u16string_view kind : {u"asp", u"jsp", u"php"})
     for (const std::u16string& page : corpus_files(kind, {})) pages.push_back(page);
-  if (pages.empty()) GTEST_SKIP() << "no corpus";
+  if (pages.empty()) GTEST_SKIP() << "the folder of real documents is not here";
   const TempFolder folder;
   for (const std::u16string& page : pages) {
     // As a script file of one block, which is as hard as many.

@@ -17,8 +17,8 @@ constexpr LanguageId sublanguage_of(LanguageId id) { return static_cast<Language
 // A number as the compiler reads it: "12", "0x0C", "12L"; nothing for other words.
 std::optional<std::uint32_t> number_of(std::string_view word);
 
-// Of the two values of a statement, as numbers or names ("LANG_FRENCH", "SUBLANG_FRENCH"); nothing for others (macros
-// of the script).
+// The language that the two values of a LANGUAGE statement name. Each is a number or a name ("LANG_FRENCH",
+// "SUBLANG_FRENCH"). Nothing when one is something else, such as a macro of the script.
 std::optional<LanguageId> language_of(std::string_view primary, std::string_view sublanguage);
 
 // The two values for a language, with ", " between them; by name where both have one that compilers know.

@@ -6,8 +6,8 @@
 namespace kavo::rc {
 namespace {
 
-constexpr std::string_view kWithoutText[] = {"ICON",  "EDITTEXT", "COMBOBOX", "LISTBOX",
-                                             "SCROLLBAR", "BEDIT", "HEDIT",   "IEDIT"};
+constexpr std::string_view kWithoutText[] = {"ICON",      "EDITTEXT", "COMBOBOX", "LISTBOX",
+                                             "SCROLLBAR", "BEDIT",    "HEDIT",    "IEDIT"};
 // Styles of static controls whose text names a picture.
 constexpr std::string_view kPictureStyles[] = {"SS_ICON", "SS_BITMAP", "SS_ENHMETAFILE"};
 // Values that programs compare: a name or a number that is not that of the file is a fault.
@@ -47,11 +47,11 @@ std::string name_behind(const RcStatement& statement, const RcTextRun& run) {
   return is_comma(statement, comma) ? words_from(statement, comma + 1) : std::string();
 }
 
-// The name of a string are the words of the line that holds the last one in front of it, up to a comma.
+// A string is named by the last words before it: those of their line, up to a comma.
 void add_string(const RcStatement& statement, std::vector<RcText>& texts) {
   std::string name;
   bool is_complete = false;      // the next word begins another name
-  bool is_behind_comma = false;  // words up to the end of the line are no part of it
+  bool is_behind_comma = false;  // the rest of the line does not belong to the name
   for (std::size_t item = 0; item < statement.items.size(); ++item) {
     const RcStatement::Item& one = statement.items[item];
     const std::string_view bytes = statement.text(one);

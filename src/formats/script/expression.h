@@ -16,13 +16,13 @@ struct Item {
   bool is_literal = false;
   std::size_t begin = 0;
   std::size_t end = 0;
-  // Of a literal, as in Token.
+  // Set for literals only; token.h describes the same fields.
   LiteralForm form = LiteralForm::kDouble;
   bool begins = true;
   bool ends = true;
   std::size_t open = 0;
   std::size_t close = 0;
-  // Of an operand.
+  // Set for operands only.
   bool is_inserted = false;    // stands in a literal: "$name" and what is between "${" and "}"
   bool is_called = false;      // ends with a call
   bool is_member = false;      // names a member of something

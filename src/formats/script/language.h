@@ -15,10 +15,11 @@ Language language_of_name(std::string_view name);
 // "asp", Java in "jsp", PHP in "php" and its kin; kUnknown for others.
 Language language_of_extension(std::string_view extension);
 
-// Of a page directive ("<%@ page language="java" %>", with or without "<%@"); `otherwise` when it names none.
+// The language that a page directive names: <%@ page language="java" %>, with or without "<%@". `otherwise` when it names
+// none.
 Language language_of_directive(std::string_view directive, Language otherwise);
 
-// Of a <script> start tag.
+// What the start tag of a <script> element says about its content.
 struct ScriptTag {
   Language language = Language::kUnknown;
   bool is_script = true;   // false for data and templates, which are no program: type="application/json"

@@ -30,7 +30,7 @@ class ScarceMemory : public testing::Test {
 };
 
 TEST_F(ScarceMemory, IsSaidAndLeavesNothing) {
-  if (!std::string_view(KAVO_SANITIZERS).empty()) GTEST_SKIP() << "sanitizers bring an operator new of their own";
+  if (!std::string_view(KAVO_SANITIZERS).empty()) GTEST_SKIP() << "this test replaces operator new, and so do sanitizers";
   const std::vector<std::vector<std::string>> verbs = {
       {"prepare", "index.asp", "--source", "EN", "--target", "FR"}, {"html", "protect", "index.asp"}, {"verify", "index.asp"}};
   for (const auto& verb : verbs) {
@@ -59,7 +59,7 @@ TEST_F(ScarceMemory, IsSaidAndLeavesNothing) {
 
 // Then the memory that is kept back is used up, too.
 TEST_F(ScarceMemory, EndsNoRunInACrashAndNoBatchWithoutAName) {
-  if (!std::string_view(KAVO_SANITIZERS).empty()) GTEST_SKIP() << "sanitizers bring an operator new of their own";
+  if (!std::string_view(KAVO_SANITIZERS).empty()) GTEST_SKIP() << "this test replaces operator new, and so do sanitizers";
   constexpr std::string_view kDocument =
       "<MIFFile 7.00>\r\n<TextFlow\r\n <Para\r\n  <ParaLine\r\n   <Marker\r\n    <MTypeName `Index'>\r\n"
       "    <MText `pump'>\r\n   >\r\n  >\r\n >\r\n>\r\n";
