@@ -30,9 +30,9 @@ std::int32_t K19FPWObj::SingleFileWizard(std::u16string& sFilename, std::int32_t
 
 std::int32_t K19FPWObj::PreProcess(std::u16string& sFilename) {
   produced_.clear();
-  PreparationResult prepared = prepare_document({sFilename}, batch_, observer_);
+  PreparationBatch single;
+  PreparationResult prepared = prepare_document({sFilename}, single, observer_);
   produced_ = std::move(prepared.files);
-  page_origin_ = std::move(prepared.origin);
   return prepared.result;
 }
 

@@ -53,11 +53,7 @@ class K19FPWObj {
   const std::u16string& LastError() const { return last_error_; }
 
   std::span<const ProducedFile> produced_files() const { return produced_; }
-  // Of the page that was prepared last. The observer is told places of the source.
-  const PageOrigin& page_origin() const { return page_origin_; }
   void observe(RunObserver observer) { observer_ = std::move(observer); }
-  // The documents that the calls of PreProcess to come are about; see PreparationBatch.
-  void batch(std::vector<std::u16string> documents) { batch_ = PreparationBatch(std::move(documents)); }
 
  private:
   // Ends a CreateTranslation: sets LastError and, unless quiet, shows it; the error's number is the result.
@@ -66,8 +62,6 @@ class K19FPWObj {
   std::int32_t quiet_ = 0;
   std::u16string last_error_;
   std::vector<ProducedFile> produced_;
-  PreparationBatch batch_;
-  PageOrigin page_origin_;
   RunObserver observer_;
 };
 

@@ -218,23 +218,23 @@ TEST_F(InputsAreKept, AMifDocumentThatCannotBePreparedLeavesTheSideFilesAsTheyWe
 TEST_F(InputsAreKept, ManualsOfABatchShareTheirSideFiles) {
   for (const char16_t* name : {u"ch1.mif", u"ch2.mif", u"other\\ch3.mif"})
     put(name, manual(name[0] == u'o' ? "3" : name[2] == u'1' ? "one" : "two"));
-  object->batch({in(u"ch1.mif"), in(u"missing.mif"), in(u"other\\ch3.mif"), in(u"ch2.mif")});
-  EXPECT_EQ(pre_process(*object, in(u"missing.mif")), 4);
+  PreparationBatch batch({in(u"ch1.mif"), in(u"missing.mif"), in(u"other\\ch3.mif"), in(u"ch2.mif")});
+  const auto prepare = [&](std::u16string_view name) { return prepare_document({in(name)}, batch, {}); };
+  EXPECT_EQ(prepare(u"missing.mif").result, 4);
   EXPECT_FALSE(files.has(in(u"KAVO_ix.mif")));
-  EXPECT_EQ(pre_process(*object, in(u"ch1.mif")), 0);
-  EXPECT_EQ(object->GetFileCount(), 4);
-  EXPECT_EQ(pre_process(*object, in(u"other\\ch3.mif")), 0);
-  EXPECT_EQ(object->GetFileCount(), 4);
-  EXPECT_EQ(pre_process(*object, in(u"ch2.mif")), 0);
-  EXPECT_EQ(file_list(*object), std::vector<std::u16string>{in(u"ch2.mif")});
+  EXPECT_EQ(prepare(u"ch1.mif").files.size(), 4u);
+  EXPECT_EQ(prepare(u"other\\ch3.mif").files.size(), 4u);
+  const PreparationResult alone = prepare(u"ch2.mif");
+  EXPECT_EQ(alone.result, 0);
+  ASSERT_EQ(alone.files.size(), 1u);
+  EXPECT_EQ(alone.files[0].file_name, in(u"ch2.mif"));
   const std::string index = files.get(in(u"KAVO_ix.mif"));
   EXPECT_NE(index.find("`one'"), std::string::npos);
   EXPECT_NE(index.find("`two'"), std::string::npos);
   EXPECT_EQ(index.find("`3'"), std::string::npos);
   EXPECT_NE(files.get(in(u"other\\KAVO_ix.mif")).find("`3'"), std::string::npos);
 
-  EXPECT_EQ(pre_process(*object, in(u"ch2.mif")), 0);
-  object->batch({});
+  EXPECT_EQ(prepare(u"ch2.mif").result, 0);
   EXPECT_EQ(pre_process(*object, in(u"ch2.mif")), 0);
   EXPECT_EQ(object->GetFileCount(), 4) << "a document of no batch has side files of its own";
 }

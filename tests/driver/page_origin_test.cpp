@@ -14,10 +14,10 @@ class PageOriginTest : public DriverFixture {
  protected:
   // The text that begins at the place of `text` in `bytes`, in the source.
   std::string at(std::string_view bytes, std::string_view text,
-                 std::uint64_t (PageOrigin::*origin)(std::uint64_t) const, const K19FPWObj& object) {
+                 std::uint64_t (PageOrigin::*origin)(std::uint64_t) const, const PageOrigin& page_origin) {
     const std::size_t place = bytes.find(text);
     EXPECT_NE(place, std::string_view::npos) << text << " in " << bytes;
-    return files.get(u"C:\\WORK\\a.asp").substr((object.page_origin().*origin)(place), text.size());
+    return files.get(u"C:\\WORK\\a.asp").substr((page_origin.*origin)(place), text.size());
   }
 };
 
@@ -26,15 +26,16 @@ TEST_F(PageOriginTest, BehindScriptsAndRepairs) {
   files.put(u"C:\\WORK\\a.asp", source);
   for (const std::size_t size : {7, 64, 4096}) {
     const BlockSizeScope scope(size);
-    K19FPWObj object;
-    ASSERT_EQ(pre_process(object, u"C:\\WORK\\a.asp"), 0);
+    PreparationBatch single;
+    const PreparationResult prepared = prepare_document({u"C:\\WORK\\a.asp"}, single, {});
+    ASSERT_EQ(prepared.result, 0);
     const std::string page = files.get(u"C:\\WORK\\a_asp.htm");
     ASSERT_NE(page.find("&gt;"), std::string::npos) << page;
     for (const std::string text : {"one", "two", "three", "<td ", "four ", " five", "&lt;seven"})
-      EXPECT_EQ(at(page, text, &PageOrigin::of_page, object), text) << size;
+      EXPECT_EQ(at(page, text, &PageOrigin::of_page, prepared.origin), text) << size;
     const std::string script = files.get(u"C:\\WORK\\a_asp.scr");
     for (const std::string text : {"<% a %>", "%b%", "six</script>"})
-      EXPECT_EQ(at(script, text, &PageOrigin::of_script, object), text) << size;
+      EXPECT_EQ(at(script, text, &PageOrigin::of_script, prepared.origin), text) << size;
 
     clsASP2HTML scripts;
     scripts.HTMFile(u"C:\\WORK\\a_asp.htm");
@@ -42,7 +43,7 @@ TEST_F(PageOriginTest, BehindScriptsAndRepairs) {
     ASSERT_EQ(scripts.HTML2ASP(), 0);
     const std::string restored = files.get(u"C:\\WORK\\restored.asp");
     for (const std::string text : {"<% a %>", "one", "three", "%b%", "four ", " five", "six", "seven"})
-      EXPECT_EQ(at(restored, text, &PageOrigin::of_restored_page, object), text) << size;
+      EXPECT_EQ(at(restored, text, &PageOrigin::of_restored_page, prepared.origin), text) << size;
   }
 }
 
