@@ -10,7 +10,7 @@ namespace kavo::html {
 struct Reference {
   // Bytes of the reference; 0 when the "&" is just that.
   std::size_t length = 0;
-  // The character that it means, UTF-8. "" for one that looks like a reference and means nothing here: a name of the
+  // The one or two characters that it means, UTF-8. "" for one that looks like a reference and means nothing here: a name of the
   // document type's own, a number that no character has.
   std::string text;
 };
