@@ -35,8 +35,8 @@ class Wizard final : public Verb {
     if (!file.empty() && !ports().files->info(file))
       throw failure(FailureNumber::kFileNotFound, to_utf16(file_ + ": there is no such file"));
     Outcome outcome;
-    const auto show = [&](text::Name step, std::u16string_view name, int percent) {
-      tell_step(to_utf8(string_resource(step)) + ' ' + to_utf8(name.substr(name.rfind(u'\\') + 1)));
+    const auto show = [&](TextRow step, std::u16string_view name, int percent) {
+      tell_step(to_utf8(step.text) + ' ' + to_utf8(name.substr(name.rfind(u'\\') + 1)));
       progress(static_cast<std::int16_t>(percent));
     };
     driver_->observe({std::bind_front(show, text::kPreparing),

@@ -24,14 +24,14 @@ void check_position(std::size_t position) {
   if (position > kHighestPosition) throw failure(FailureNumber::kOverflow, u"Overflow");
 }
 
-void add_file_error(MessageList* errors, move_file_text::Name name, std::u16string_view file_name,
+void add_file_error(MessageList* errors, TextRow name, std::u16string_view file_name,
                     std::u16string_view description) {
   if (errors == nullptr) return;
-  std::u16string text(string_resource(name));
+  std::u16string text(name.text);
   text += file_name;
   if (!description.empty()) text += u" - ";
   text += description;
-  errors->push_back({std::move(text), name});
+  errors->push_back({std::move(text), name.number});
 }
 
 // "&h1F" as a number; nothing for any other text.

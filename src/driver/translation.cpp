@@ -263,11 +263,11 @@ class Translation {
 }  // namespace
 
 std::u16string translation_error_text(const TranslationResult& result) {
-  constexpr text::Name kTexts[] = {text::kTudNotOpened,   text::kOpenTagNotSaved,  text::kNoSkeleton,
+  constexpr TextRow kTexts[] = {text::kTudNotOpened,   text::kOpenTagNotSaved,  text::kNoSkeleton,
                                    text::kNoMergeDetails, text::kTargetNotCreated, text::kNotPostProcessed,
                                    text::kTargetInTheWay};
   if (result.error == kNoError || !result.text.empty()) return result.text;
-  return std::u16string(string_resource(kTexts[result.error - 1]));
+  return std::u16string(kTexts[result.error - 1].text);
 }
 
 TranslationResult create_translation(const TranslationRequest& request, const RunObserver& observer) {

@@ -80,7 +80,7 @@ class WizardRun {
   // How a run ended, and what to tell when it failed.
   struct Ending {
     std::int32_t result = kDone;
-    text::Name what{};
+    TextRow what{};
     std::u16string where{}, why{};
   };
 
@@ -134,11 +134,11 @@ class WizardRun {
   }
 
   // What failed, where, why, and what to do.
-  void tell(text::Name what, std::u16string_view where, std::u16string_view why, text::Name advice) const {
-    std::u16string text(string_resource(what));
+  void tell(TextRow what, std::u16string_view where, std::u16string_view why, TextRow advice) const {
+    std::u16string text(what.text);
     (text += u"\r\n") += to_utf16(path_to_host(where));
     if (!why.empty()) (text += u"\r\n") += why;
-    (text += u"\r\n") += string_resource(advice);
+    (text += u"\r\n") += advice.text;
     observer_.tell({text});
     if (!request_.quiet)
       ports().desktop->message_box(clsCommon().SandR(text, u"\r\n", u"\r\n\r\n"), u"KAVO", MessageIcon::kExclamation);

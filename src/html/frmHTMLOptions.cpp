@@ -47,16 +47,16 @@ frmHTMLOptions::frmHTMLOptions()
 }
 
 void frmHTMLOptions::set_captions() {
-  Caption(string_resource(text::kHtmlOptions));
-  fraTags.Caption(string_resource(text::kRecognizedTags));
-  txtTag.Caption(string_resource(text::kNewTag));
-  cmdAdd.Caption(string_resource(text::kAdd));
-  lstTags.Caption(string_resource(text::kRecognizedTags));
-  cmdRemove.Caption(string_resource(text::kRemove));
-  cmdClear.Caption(string_resource(text::kClear));
-  chkOverlap.Caption(string_resource(text::kOverlapAllowed));
-  cmdOK.Caption(string_resource(text::kOptionsOK));
-  cmdCancel.Caption(string_resource(text::kOptionsCancel));
+  Caption(text::kHtmlOptions.text);
+  fraTags.Caption(text::kRecognizedTags.text);
+  txtTag.Caption(text::kNewTag.text);
+  cmdAdd.Caption(text::kAdd.text);
+  lstTags.Caption(text::kRecognizedTags.text);
+  cmdRemove.Caption(text::kRemove.text);
+  cmdClear.Caption(text::kClear.text);
+  chkOverlap.Caption(text::kOverlapAllowed.text);
+  cmdOK.Caption(text::kOptionsOK.text);
+  cmdCancel.Caption(text::kOptionsCancel.text);
 }
 
 // Without a selected item the box is unticked and has nothing to change.
@@ -70,7 +70,7 @@ void frmHTMLOptions::add_tag() {
   const std::u16string name = upper_case(typed_name(txtTag.Text(), kSeparators));
   if (lstTags.ListCount() == static_cast<std::int32_t>(TagTable::kCapacity) && !name.empty() &&
       lstTags.find(name) < 0) {
-    ports().desktop->message_box(string_resource(text::kTagListFull), Caption(), MessageIcon::kExclamation);
+    ports().desktop->message_box(text::kTagListFull.text, Caption(), MessageIcon::kExclamation);
     return;
   }
   if (add_typed_name(lstTags, name, txtTag)) lstTags.ListIndex(lstTags.ListCount() - 1);

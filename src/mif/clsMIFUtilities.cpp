@@ -89,8 +89,8 @@ bool clsMIFUtilities::mif_file_exists() {
   return false;
 }
 
-void clsMIFUtilities::add_message(text::Name name, std::u16string_view detail) {
-  Message message{std::u16string(string_resource(name)), name};
+void clsMIFUtilities::add_message(TextRow name, std::u16string_view detail) {
+  Message message{std::u16string(name.text), name.number};
   if (!detail.empty()) (message.text += u": ") += detail;
   errors_.push_back(std::move(message));
 }

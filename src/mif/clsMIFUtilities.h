@@ -129,7 +129,7 @@ class clsMIFUtilities {
   void DefaultSideFileNames();
   void default_object_file_name();
   bool mif_file_exists();
-  void add_message(text::Name name, std::u16string_view detail = {});
+  void add_message(TextRow name, std::u16string_view detail = {});
   void report_passed_statement(const StatementScanner& scanner, const std::u16string& path);
 
   void use_coding(const MifCoding& coding);
@@ -141,7 +141,7 @@ class clsMIFUtilities {
   int AddIndexEntry(std::string_view piece, std::string_view text);
   int AddXRefEntry(std::string_view name, std::string_view definition);
   int AddVariableEntry(std::string_view name, std::string_view definition);
-  int add_entry(EntryTable& table, bool& full_told, text::Name full_message, std::string_view name,
+  int add_entry(EntryTable& table, bool& full_told, TextRow full_message, std::string_view name,
                 std::string_view text);
 
   // What the side files of the batch begin with, and the coding that their rows are converted to, if they must be.

@@ -28,8 +28,8 @@ frmMIFOptions::frmMIFOptions()
       cmdCancel(*this, u"cmdCancel", dialog_units(153, 174, 50, 14)) {
   size(dialog_units(0, 0, 210, 195));
   set_captions();
-  for (const text::Name split : {text::kDontSplit, text::kSplitAtSemicolon, text::kSplitAtBoth})
-    cmbSplit.AddItem(string_resource(split));
+  for (const TextRow split : {text::kDontSplit, text::kSplitAtSemicolon, text::kSplitAtBoth})
+    cmbSplit.AddItem(split.text);
 
   // The blanks go before the tabs do, deliberately: one that stands behind a tab stays.
   cmdAdd.on_click = [this] {
@@ -42,19 +42,19 @@ frmMIFOptions::frmMIFOptions()
 }
 
 void frmMIFOptions::set_captions() {
-  Caption(string_resource(text::kMifOptions));
-  fraSplit.Caption(string_resource(text::kIndexSplitting));
-  cmbSplit.Caption(string_resource(text::kIndexSplitting));
-  chkProcessObjects.Caption(string_resource(text::kRemoveObjects));
-  fraMarkers.Caption(string_resource(text::kMarkerTypes));
-  txtMarker.Caption(string_resource(text::kNewMarkerType));
-  cmdAdd.Caption(string_resource(text::kAdd));
-  lstMarkers.Caption(string_resource(text::kMarkerTypes));
-  cmdRemove.Caption(string_resource(text::kRemove));
-  cmdClear.Caption(string_resource(text::kClear));
-  cmdDefault.Caption(string_resource(text::kDefaultMarkers));
-  cmdOK.Caption(string_resource(text::kOptionsOK));
-  cmdCancel.Caption(string_resource(text::kOptionsCancel));
+  Caption(text::kMifOptions.text);
+  fraSplit.Caption(text::kIndexSplitting.text);
+  cmbSplit.Caption(text::kIndexSplitting.text);
+  chkProcessObjects.Caption(text::kRemoveObjects.text);
+  fraMarkers.Caption(text::kMarkerTypes.text);
+  txtMarker.Caption(text::kNewMarkerType.text);
+  cmdAdd.Caption(text::kAdd.text);
+  lstMarkers.Caption(text::kMarkerTypes.text);
+  cmdRemove.Caption(text::kRemove.text);
+  cmdClear.Caption(text::kClear.text);
+  cmdDefault.Caption(text::kDefaultMarkers.text);
+  cmdOK.Caption(text::kOptionsOK.text);
+  cmdCancel.Caption(text::kOptionsCancel.text);
 }
 
 std::u16string frmMIFOptions::Markers() const {

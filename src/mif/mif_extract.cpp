@@ -142,7 +142,7 @@ int clsMIFUtilities::AddVariableEntry(std::string_view name, std::string_view de
   return add_entry(variables_, variables_full_told_, text::kVariablesFull, name, definition);
 }
 
-int clsMIFUtilities::add_entry(EntryTable& table, bool& full_told, text::Name full_message, std::string_view name,
+int clsMIFUtilities::add_entry(EntryTable& table, bool& full_told, TextRow full_message, std::string_view name,
                                std::string_view text) {
   // An entry that is the same in all codings is one entry.
   const bool is_of_coding = coding_ != 0 && (depends_on_coding(name) || depends_on_coding(text));

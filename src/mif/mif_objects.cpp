@@ -46,7 +46,7 @@ bool holds_objects_or_placeholders(std::u16string_view path, ProgressEvent& prog
 // What came of dividing a file into text and objects.
 struct Division {
   std::int32_t objects = 0;
-  text::Name refusal{};   // the message that says why the file must stay as it is
+  TextRow refusal{};   // the message that says why the file must stay as it is
   std::int64_t line = 0;  // where that was found
 };
 
@@ -183,7 +183,7 @@ std::int16_t clsMIFUtilities::RemoveObjects() {
   if (!mif_file_exists()) return 1;
   default_object_file_name();
   FileSystem& files = *ports().files;
-  text::Name step = text::kCannotReadMifFile;  // the message of what is being done
+  TextRow step = text::kCannotReadMifFile;  // the message of what is being done
   try {
     if (is_same_file(object_file_, mif_file_)) {
       add_message(text::kCannotWriteObjects, object_file_);
@@ -199,7 +199,7 @@ std::int16_t clsMIFUtilities::RemoveObjects() {
       output = create_temporary_file();
       if (!output) return 1;
       const Division division = divide(mif_file_, progress_, *output, objects);
-      if (division.refusal != text::Name{}) {
+      if (division.refusal != TextRow{}) {
         add_message(division.refusal, mif_file_);
         errors_.back().line = division.line;
         return 1;
@@ -223,7 +223,7 @@ std::int16_t clsMIFUtilities::RemoveObjects() {
 std::int16_t clsMIFUtilities::InsertObjects() {
   if (!mif_file_exists()) return 1;
   default_object_file_name();
-  text::Name step = text::kCannotReadMifFile;
+  TextRow step = text::kCannotReadMifFile;
   try {
     progress_.restart();
     const bool has_placeholders = holds_object_placeholder(mif_file_, &progress_);

@@ -15,7 +15,7 @@ struct clsMIFUtilities::SideFile {
   EntryTable clsMIFUtilities::*table;
   int (clsMIFUtilities::*add)(std::string_view name, std::string_view text);
   bool is_index;  // tells how its texts were split; the others carry name and untranslated text in the tag
-  text::Name cannot_write, no_name, cannot_read;
+  TextRow cannot_write, no_name, cannot_read;
   std::optional<MifCoding> clsMIFUtilities::*coding;
   std::optional<ValueConversion> clsMIFUtilities::*values;
   const char16_t* entry;  // what one is called in a message

@@ -28,7 +28,7 @@ frmExcelOptions::frmExcelOptions()
   set_captions();
   chkUngroupObjects.on_click = [this] {
     if (!loading_ && chkUngroupObjects.Value())
-      ports().desktop->message_box(string_resource(excel_options_text::kUngroupWarning), u"",
+      ports().desktop->message_box(excel_options_text::kUngroupWarning.text, u"",
                                    MessageIcon::kInformation);
   };
   txtBlankCellTolerance.on_change = [this] {
@@ -39,16 +39,16 @@ frmExcelOptions::frmExcelOptions()
 }
 
 void frmExcelOptions::set_captions() {
-  Caption(string_resource(excel_options_text::kTitle));
-  fraOrder.Caption(string_resource(excel_options_text::kOrder));
-  optOrder[0].Caption(string_resource(excel_options_text::kByRows));
-  optOrder[1].Caption(string_resource(excel_options_text::kByColumns));
-  chkExportHidden.Caption(string_resource(excel_options_text::kHidden));
-  chkExportFormulas.Caption(string_resource(excel_options_text::kFormulas));
-  chkUngroupObjects.Caption(string_resource(excel_options_text::kUngroup));
-  lblBlankCellTolerance.Caption(string_resource(excel_options_text::kBlankCells));
-  cmdOK.Caption(string_resource(excel_options_text::kOK));
-  cmdCancel.Caption(string_resource(excel_options_text::kCancel));
+  Caption(excel_options_text::kTitle.text);
+  fraOrder.Caption(excel_options_text::kOrder.text);
+  optOrder[0].Caption(excel_options_text::kByRows.text);
+  optOrder[1].Caption(excel_options_text::kByColumns.text);
+  chkExportHidden.Caption(excel_options_text::kHidden.text);
+  chkExportFormulas.Caption(excel_options_text::kFormulas.text);
+  chkUngroupObjects.Caption(excel_options_text::kUngroup.text);
+  lblBlankCellTolerance.Caption(excel_options_text::kBlankCells.text);
+  cmdOK.Caption(excel_options_text::kOK.text);
+  cmdCancel.Caption(excel_options_text::kCancel.text);
 }
 
 void frmExcelOptions::load() {

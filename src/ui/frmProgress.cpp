@@ -22,8 +22,8 @@ frmProgress::frmProgress()
       prgDone(*this, u"prgDone", dialog_units(7, 31, 246, 8)),
       cmdCancel(*this, u"cmdCancel", dialog_units(203, 46, 50, 14)) {
   size(dialog_units(0, 0, 260, 67));
-  Caption(string_resource(text::kProgress));
-  cmdCancel.Caption(string_resource(text::kWizardCancel));
+  Caption(text::kProgress.text);
+  cmdCancel.Caption(text::kWizardCancel.text);
   cancel_button = &cmdCancel;
   cmdCancel.on_click = [this] {
     if (cancelled_) return;
@@ -42,10 +42,10 @@ frmProgress::~frmProgress() {
   }
 }
 
-void frmProgress::report(text::Name step, std::u16string_view file, int percent) {
+void frmProgress::report(TextRow step, std::u16string_view file, int percent) {
   // A "&" of the name is no access key.
   lblFile.Caption(clsCommon().SandR(clsCommon().SetCaption(file, kLongestName), u"&", u"&&"));
-  lblStep.Caption(std::u16string(string_resource(step)) + u": " + to_utf16(std::to_string(percent) + " %"));
+  lblStep.Caption(std::u16string(step.text) + u": " + to_utf16(std::to_string(percent) + " %"));
   prgDone.Value(percent);
 }
 

@@ -15,7 +15,7 @@ class frmProgress final : public Form {
   // Hides it. A wish to stop that came too late to be noticed is taken back, so that it ends nothing else.
   ~frmProgress() override;
   // Percent of the whole run.
-  void report(text::Name step, std::u16string_view file, int percent);
+  void report(TextRow step, std::u16string_view file, int percent);
   // The user asked to stop, by the button or the title bar: the next time the program processes messages it is
   // interrupted (failure 18).
   bool Cancelled() const { return cancelled_; }

@@ -33,9 +33,9 @@ frmSetLanguage::frmSetLanguage()
       cmdToggle(*this, u"cmdToggle", kToggle),
       cmdOK(*this, u"cmdOK", kOk),
       cmdCancel(*this, u"cmdCancel", kCancel) {
-  Caption(string_resource(text::kSetLanguage));
-  cmdOK.Caption(string_resource(text::kSetLanguageOK));
-  cmdCancel.Caption(string_resource(text::kSetLanguageCancel));
+  Caption(text::kSetLanguage.text);
+  cmdOK.Caption(text::kSetLanguageOK.text);
+  cmdCancel.Caption(text::kSetLanguageCancel.text);
   cmdToggle.on_click = [this] { show_char_set(!morLang.ShowCharSet()); };
   ends_by(cmdOK, cmdCancel);
   show_char_set(get_setting(kApplication, kSection, kShowCharset, u"N") != u"N");
@@ -51,7 +51,7 @@ frmSetLanguage::~frmSetLanguage() {
 
 void frmSetLanguage::show_char_set(bool show) {
   morLang.ShowCharSet(show);
-  cmdToggle.Caption(string_resource(show ? text::kLess : text::kMore));
+  cmdToggle.Caption((show ? text::kLess : text::kMore).text);
   const std::int32_t top = morLang.bottom() + kButtonGap;
   cmdOK.place(at_top(kOk, top));
   cmdCancel.place(at_top(kCancel, top));

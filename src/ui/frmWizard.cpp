@@ -120,7 +120,7 @@ frmWizard::frmWizard(WizardServices services)
   for (TextBox& box : txtLang) box.Locked(true);
   cmdKAVO.Visible(false);
   load_languages();
-  txtTM.Text(string_resource(text::kNoMemory));
+  txtTM.Text(text::kNoMemory.text);
   set_captions();
   lay_out();
   set_handlers();
@@ -128,19 +128,19 @@ frmWizard::frmWizard(WizardServices services)
 }
 
 void frmWizard::set_captions() {
-  Caption(string_resource(text::kWizard));
-  constexpr text::Name kLabels[] = {text::kWizardFile, text::kWizardSource, text::kWizardTarget, text::kWizardMemory};
-  for (std::size_t i = 0; i < std::size(kLabels); ++i) lblLabel[i].Caption(string_resource(kLabels[i]));
-  cmdClear.Caption(string_resource(text::kClearMemory));
-  cmdNew.Caption(string_resource(text::kNewMemory));
-  cmdOpen.Caption(string_resource(text::kOpenMemory));
-  cmdOptions.Caption(string_resource(text::kWizardOptions));
-  cmdOK.Caption(string_resource(text::kWizardOK));
-  cmdCancel.Caption(string_resource(text::kWizardCancel));
-  cmdBrowse.Caption(string_resource(text::kBrowse));
-  cmdChangeLang[0].Caption(string_resource(text::kChangeSource));
-  cmdChangeLang[1].Caption(string_resource(text::kChangeTarget));
-  cmdKAVO.Caption(string_resource(text::kStartEditor));
+  Caption(text::kWizard.text);
+  constexpr TextRow kLabels[] = {text::kWizardFile, text::kWizardSource, text::kWizardTarget, text::kWizardMemory};
+  for (std::size_t i = 0; i < std::size(kLabels); ++i) lblLabel[i].Caption(kLabels[i].text);
+  cmdClear.Caption(text::kClearMemory.text);
+  cmdNew.Caption(text::kNewMemory.text);
+  cmdOpen.Caption(text::kOpenMemory.text);
+  cmdOptions.Caption(text::kWizardOptions.text);
+  cmdOK.Caption(text::kWizardOK.text);
+  cmdCancel.Caption(text::kWizardCancel.text);
+  cmdBrowse.Caption(text::kBrowse.text);
+  cmdChangeLang[0].Caption(text::kChangeSource.text);
+  cmdChangeLang[1].Caption(text::kChangeTarget.text);
+  cmdKAVO.Caption(text::kStartEditor.text);
 }
 
 void frmWizard::set_handlers() {
@@ -203,7 +203,7 @@ void frmWizard::save() const {
 
 void frmWizard::browse() {
   FileQuestion question;
-  question.filter = string_resource(text::kFileFilter);
+  question.filter = text::kFileFilter.text;
   question.folder = get_setting(kApplication, kSection, kInitDir, u"");
   if (const auto path = ports().desktop->ask_file(question)) txtSourceFile.Text(*path);
 }
@@ -213,7 +213,7 @@ void frmWizard::source_changed() {
   cmdOK.Enabled(!path.empty());
   if (!path.empty()) remember([&] { save_setting(kApplication, kSection, kInitDir, folder_of(path)); });
   source_type_ = services_.file_type_of(path);
-  lblFileType.Caption(!path.empty() && source_type_ == kUnknownFile ? string_resource(text::kUnrecognisedType) : u"");
+  lblFileType.Caption(!path.empty() && source_type_ == kUnknownFile ? text::kUnrecognisedType.text : u"");
   const bool has_dialog = source_type_ == kHtmlPage || source_type_ == kServerPage || source_type_ == kMifDocument ||
                           source_type_ == kWorkbook;
   cmdOptions.Enabled(has_dialog || services_.has_filter_settings(source_type_));
@@ -255,12 +255,12 @@ void frmWizard::SetLastTM(std::u16string_view description) {
 void frmWizard::tm_changed() {
   tm_type_.clear();
   if (txtTM.Text().empty()) {
-    txtTM.Text(string_resource(text::kNoMemory));
+    txtTM.Text(text::kNoMemory.text);
     // So that the next character typed replaces it.
     clsCommon().HighLight(txtTM);
     return;
   }
-  tm_path_ = txtTM.Text() == string_resource(text::kNoMemory) ? u"" : txtTM.Text();
+  tm_path_ = txtTM.Text() == text::kNoMemory.text ? u"" : txtTM.Text();
 }
 
 void frmWizard::ask_for_tm(std::u16string_view operation) {

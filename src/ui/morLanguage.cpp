@@ -77,11 +77,11 @@ morLanguage::morLanguage(Form& form, std::u16string_view name, std::int32_t left
   cmbVariant.on_click = [this] { variant_chosen(); };
   cmbEncoding.on_click = [this] { encoding_chosen(); };
   fill();
-  lblLanguage.Caption(string_resource(text::kLanguage));
-  cmbLanguage.Caption(string_resource(text::kLanguage));
-  cmbVariant.Caption(string_resource(text::kLanguageVariant));
-  lblCharSet.Caption(string_resource(text::kCharacterSet));
-  cmbEncoding.Caption(string_resource(text::kCharacterSet));
+  lblLanguage.Caption(text::kLanguage.text);
+  cmbLanguage.Caption(text::kLanguage.text);
+  cmbVariant.Caption(text::kLanguageVariant.text);
+  lblCharSet.Caption(text::kCharacterSet.text);
+  cmbEncoding.Caption(text::kCharacterSet.text);
   LanguageCode(design.LanguageCode);
   Enabled(design.Enabled);
   lay_out();

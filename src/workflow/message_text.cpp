@@ -8,18 +8,18 @@
 namespace kavo {
 namespace {
 
-constexpr text::Name kFileNotOpened = text::kLess;  // of clsASP2HTML, which says why
+constexpr TextRow kFileNotOpened = text::kLess;  // of clsASP2HTML, which says why
 
 }  // namespace
 
 // The message of a file that could not be opened begins with a text that hosts know by its number and people cannot
 // make sense of. It is left out here: the system's reason follows it, with the name of the file when it is another one.
 std::string whole_message_text(const Message& message, const std::string& file) {
-  const std::u16string_view prefix = string_resource(kFileNotOpened);
+  const std::u16string_view prefix = kFileNotOpened.text;
   std::u16string_view text = message.text;
   std::string name;
   const std::size_t name_end = text.find(u"\r\n");
-  if (message.number == kFileNotOpened && text.starts_with(prefix) && name_end != std::u16string_view::npos) {
+  if (message.number == kFileNotOpened.number && text.starts_with(prefix) && name_end != std::u16string_view::npos) {
     name = path_to_host(text.substr(prefix.size(), name_end - prefix.size()));
     name = name == file ? "" : name + ": ";
     text.remove_prefix(name_end + 2);

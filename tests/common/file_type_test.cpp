@@ -35,7 +35,7 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& row) { return row.param.name; });
 
 TEST(FileTypeOfName, EveryExtensionOfTheFileDialogHasAType) {
-  const std::u16string_view filter = string_resource(text::kFileFilter);
+  const std::u16string_view filter = text::kFileFilter.text;
   std::size_t count = 0;
   for (std::size_t at = filter.find(u"*."); at != std::u16string_view::npos; at = filter.find(u"*.", at + 1), ++count) {
     const std::u16string pattern(filter.substr(at, filter.find_first_of(u";|", at) - at));

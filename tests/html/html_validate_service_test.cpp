@@ -166,11 +166,6 @@ TEST_F(HtmlValidateService, MessagesHoldElementLineAndColumn) {
   }
 }
 
-TEST_F(HtmlValidateService, EveryMessageHasAText) {
-  for (std::int32_t number = 3006; number <= 3019; ++number)
-    EXPECT_FALSE(string_resource(static_cast<html_validate_text::Name>(number)).empty()) << number;
-}
-
 TEST_F(HtmlValidateService, ManyMessagesAreCountedNotListed) {
   EXPECT_EQ(run(std::string(20'000, '>')), 0);
   EXPECT_EQ(validator.ErrorList().size(), 10'001u);

@@ -25,8 +25,6 @@ constexpr std::u16string_view kUtf16Refused =
 constexpr std::string_view kGlueMark = "<!--htmlglue";
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 
-std::u16string text_of(html_validate_text::Name name) { return std::u16string(string_resource(name)); }
-
 // A name that another process takes first is drawn again.
 void open_temporary(std::optional<PendingFile>& file, const std::u16string& final_path) {
   constexpr int kAttempts = 100;
@@ -65,9 +63,9 @@ class BackupCopy {
 
 bool tells_repair(const Message& message) {
   using namespace html_validate_text;
-  constexpr std::int32_t kRepairs[] = {kLessSignWritten,   kClosedBefore,    kGreaterSignWritten, kClosedAndReopened,
-                                       kClosedWhereItEnds, kParagraphClosed, kClosedAtEnd};
-  return std::ranges::find(kRepairs, message.number) != std::end(kRepairs);
+  constexpr TextRow kRepairs[] = {kLessSignWritten,   kClosedBefore,    kGreaterSignWritten, kClosedAndReopened,
+                                  kClosedWhereItEnds, kParagraphClosed, kClosedAtEnd};
+  return std::ranges::find(kRepairs, message.number, &TextRow::number) != std::end(kRepairs);
 }
 
 void clsHTMLValidate::DisplayOptions() {
@@ -86,15 +84,15 @@ std::int32_t clsHTMLValidate::HTMLValidate() {
   messages_.clear();
   repairs_ = 0;
   progress_.restart();
-  messages_.push_back({text_of(html_validate_text::kHeading) + file_name_, html_validate_text::kHeading});
+  messages_.push_back({std::u16string(html_validate_text::kHeading.text) + file_name_, html_validate_text::kHeading.number});
 
   BackupCopy backup;
   if (backup_ && !check_only_) {
     try {
       backup.make(file_name_, backup_name_.empty() ? file_name_ + u".bak" : backup_name_);
     } catch (const failure& reason) {
-      return failed(((text_of(html_validate_text::kNoBackup) += file_name_) += kLineEnd) += reason.description(),
-                    html_validate_text::kNoBackup);
+      return failed(((std::u16string(html_validate_text::kNoBackup.text) += file_name_) += kLineEnd) += reason.description(),
+                    html_validate_text::kNoBackup.number);
     }
   }
 
@@ -104,8 +102,8 @@ std::int32_t clsHTMLValidate::HTMLValidate() {
     reader.emplace(file_name_);
     if (!check_only_) open_temporary(output, file_name_);
   } catch (const failure& reason) {
-    return failed(((text_of(html_validate_text::kFileNotOpened) += file_name_) += kLineEnd) += reason.description(),
-                  html_validate_text::kFileNotOpened);
+    return failed(((std::u16string(html_validate_text::kFileNotOpened.text) += file_name_) += kLineEnd) += reason.description(),
+                  html_validate_text::kFileNotOpened.number);
   }
 
   while (reader->window().size() < kUtf8Mark.size() + kGlueMark.size() && reader->more()) {
@@ -115,8 +113,8 @@ std::int32_t clsHTMLValidate::HTMLValidate() {
   if (start.starts_with(kUtf8Mark)) start.remove_prefix(kUtf8Mark.size());
   if (begins_with_ignoring_case(start.data(), start.data() + start.size(), kGlueMark)) {
     const std::u16string values[] = {u"<!--HTMLGlue", u"1", u"1"};
-    messages_.push_back({clsCommon().FormatString(text_of(html_validate_text::kGluePage), values),
-                         html_validate_text::kGluePage, 1, 1});
+    messages_.push_back({clsCommon().FormatString(html_validate_text::kGluePage.text, values),
+                         html_validate_text::kGluePage.number, 1, 1});
     backup.keep();
     return 0;
   }

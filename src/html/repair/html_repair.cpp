@@ -619,7 +619,7 @@ std::string HtmlRepair::current_tag_name() const {
   return (end ? "</" : "<") + name + ">";
 }
 
-void HtmlRepair::report(html_validate_text::Name name, const PagePlace& place, std::string_view element,
+void HtmlRepair::report(TextRow name, const PagePlace& place, std::string_view element,
                         std::string_view other) {
   if (messages_.size() >= kMostMessages) {
     ++untold_;
@@ -630,7 +630,7 @@ void HtmlRepair::report(html_validate_text::Name name, const PagePlace& place, s
   std::replace(shown.begin(), shown.end(), u'%', u'?');  // no placeholder of its own
   const std::u16string values[] = {shown, to_utf16(std::to_string(told.line)), to_utf16(std::to_string(told.column)),
                                    to_utf16(other)};
-  messages_.push_back({clsCommon().FormatString(string_resource(name), values), name, told.line, told.column});
+  messages_.push_back({clsCommon().FormatString(name.text, values), name.number, told.line, told.column});
 }
 
 }  // namespace kavo

@@ -93,7 +93,7 @@ class HtmlRepair final : private TreeObserver, private ScannerListener {
 
   std::string name_of_element(const OpenElement& element) const;
   std::string current_tag_name() const;
-  void report(html_validate_text::Name name, const PagePlace& place, std::string_view element,
+  void report(TextRow name, const PagePlace& place, std::string_view element,
               std::string_view other = {});
 
   BlockReader& reader_;

@@ -20,8 +20,8 @@ namespace kavo {
 namespace {
 
 // Deliberately the rows of two buttons: hosts that know these messages by number and text keep seeing the same.
-constexpr text::Name kNoFileName = text::kMore;
-constexpr text::Name kFileFailed = text::kLess;
+constexpr TextRow kNoFileName = text::kMore;
+constexpr TextRow kFileFailed = text::kLess;
 
 [[noreturn]] void refuse_utf16(std::u16string_view path) {
   throw FileTrouble{std::u16string(path),
@@ -75,7 +75,7 @@ std::int32_t clsASP2HTML::run(std::u16string_view what, const std::u16string& in
   messages_.push_back({std::u16string(what) + input});
   progress_.restart();
   if (input.empty()) {
-    messages_.push_back({std::u16string(string_resource(kNoFileName)), kNoFileName});
+    messages_.push_back({std::u16string(kNoFileName.text), kNoFileName.number});
     return 1;
   }
   try {
@@ -88,9 +88,9 @@ std::int32_t clsASP2HTML::run(std::u16string_view what, const std::u16string& in
     return 1;
   } catch (const FileTrouble& trouble) {
     warnings_.clear();
-    std::u16string text(string_resource(kFileFailed));
+    std::u16string text(kFileFailed.text);
     text += trouble.path + u"\r\n" + trouble.description;
-    messages_.push_back({std::move(text), kFileFailed});
+    messages_.push_back({std::move(text), kFileFailed.number});
     return 1;
   }
 }
