@@ -7,10 +7,24 @@
 
 namespace kavo {
 
-std::u16string get_setting(std::u16string_view application, std::u16string_view section, std::u16string_view key,
-                           std::u16string_view default_value);
-// Throws `failure` when the registry refuses.
-void save_setting(std::u16string_view application, std::u16string_view section, std::u16string_view key,
-                  std::u16string_view value);
+// One section of them. The names must be literals.
+struct SettingsSection {
+  std::u16string_view application;
+  std::u16string_view name;
+
+  // The default for a setting that is not there, or is no text.
+  std::u16string get(std::u16string_view key, std::u16string_view default_value = {}) const;
+  // Throws `failure` when the registry refuses.
+  void save(std::u16string_view key, std::u16string_view value) const;
+  bool has(std::u16string_view key) const;
+};
+
+// All sections that this program has.
+inline constexpr SettingsSection kWizardSettings = {u"KAVO", u"K19FPW"};
+inline constexpr SettingsSection kLanguageDialogSettings = {u"KAVO", u"TW"};
+inline constexpr SettingsSection kExcelSettings = {u"KAVO", u"Excel"};
+inline constexpr SettingsSection kEditorSettings = {u"KAVO", u"Editor"};
+inline constexpr SettingsSection kScriptSettings = {u"KAVO", u"Scripts"};
+inline constexpr SettingsSection kMifSettings = {u"MIF Utilities", u"Settings"};
 
 }  // namespace kavo

@@ -3,7 +3,7 @@
 #include <variant>
 
 #include "common/cRegistry.h"
-#include "common/font_map_settings.h"
+#include "common/host_settings.h"
 #include "platform/failure.h"
 #include "platform/unicode.h"
 
@@ -12,7 +12,7 @@ namespace {
 
 cRegistry value_of(std::u16string_view name, RegistryType type) {
   cRegistry value;
-  value.SectionKey(kFontMapSettings);
+  value.SectionKey(kFontMapKey);
   value.ValueKey(name);
   value.ValueType(static_cast<std::uint32_t>(type));
   return value;

@@ -5,17 +5,17 @@
 #include <variant>
 
 #include "common/cRegistry.h"
+#include "common/host_settings.h"
 
 namespace kavo {
 namespace {
 
-constexpr std::u16string_view kEditorSettings = u"Software\\MOR\\MOR Edit\\Settings";
 constexpr std::u16string_view kNames[] = {u"ColourUntran", u"ColourFuzzy", u"Colour100", u"ColourTran"};
 static_assert(std::size(kNames) == std::tuple_size_v<StatusColours>);
 
 cRegistry value_of(std::size_t status) {
   cRegistry value;
-  value.SectionKey(kEditorSettings);
+  value.SectionKey(kEditorKey);
   value.ValueKey(kNames[status]);
   value.ValueType(static_cast<std::uint32_t>(RegistryType::kNumber));
   return value;

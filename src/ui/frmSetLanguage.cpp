@@ -7,8 +7,6 @@
 namespace kavo {
 namespace {
 
-constexpr std::u16string_view kApplication = u"KAVO";
-constexpr std::u16string_view kSection = u"TW";
 constexpr std::u16string_view kShowCharset = u"ShowCharset";
 
 // In the units of Place.
@@ -38,12 +36,12 @@ frmSetLanguage::frmSetLanguage()
   cmdCancel.Caption(text::kSetLanguageCancel.text);
   cmdToggle.on_click = [this] { show_char_set(!morLang.ShowCharSet()); };
   ends_by(cmdOK, cmdCancel);
-  show_char_set(get_setting(kApplication, kSection, kShowCharset, u"N") != u"N");
+  show_char_set(kLanguageDialogSettings.get(kShowCharset, u"N") != u"N");
 }
 
 frmSetLanguage::~frmSetLanguage() {
   try {
-    save_setting(kApplication, kSection, kShowCharset, morLang.ShowCharSet() ? u"Y" : u"N");
+    kLanguageDialogSettings.save(kShowCharset, morLang.ShowCharSet() ? u"Y" : u"N");
   } catch (const std::exception&) {
     // Nobody is left to be told.
   }

@@ -3,6 +3,7 @@
 #include "common/cRegistry.h"
 #include "common/clsCommon.h"
 #include "common/file_type.h"
+#include "common/host_settings.h"
 #include "common/path_parts.h"
 #include "common/program_settings.h"
 #include "mif/clsMIFUtilities.h"
@@ -16,12 +17,9 @@
 namespace kavo {
 namespace {
 
-constexpr std::u16string_view kApplication = u"KAVO";
-constexpr std::u16string_view kSection = u"K19FPW";
 constexpr std::u16string_view kInitDir = u"InitDir";
 constexpr std::u16string_view kLastTM = u"LastTM";
 
-constexpr std::u16string_view kLanguagesKey = u"Software\\MOR\\MOR Edit\\Settings";
 struct RememberedLanguage {
   std::u16string_view code_value;
   std::u16string_view default_code;
@@ -33,7 +31,7 @@ constexpr std::int32_t kDefaultCodePage = 1252;
 
 cRegistry language_value(std::u16string_view name, RegistryType type) {
   cRegistry value;
-  value.SectionKey(kLanguagesKey);
+  value.SectionKey(kEditorKey);
   value.ValueKey(name);
   value.ValueType(static_cast<std::uint32_t>(type));
   return value;
@@ -196,22 +194,21 @@ void frmWizard::save() const {
       language_value(kLanguages[i].code_value, RegistryType::kString).SetValue(morLang[i].LanguageCode());
       language_value(kLanguages[i].code_page_value, RegistryType::kNumber).SetValue(morLang[i].CharSetNumber());
     }
-    if (!tm_path_.empty())
-      save_setting(kApplication, kSection, kLastTM, u"name=\"" + tm_path_ + u"\" type=\"" + tm_type_ + u"\"");
+    if (!tm_path_.empty()) kWizardSettings.save(kLastTM, u"name=\"" + tm_path_ + u"\" type=\"" + tm_type_ + u"\"");
   });
 }
 
 void frmWizard::browse() {
   FileQuestion question;
   question.filter = text::kFileFilter.text;
-  question.folder = get_setting(kApplication, kSection, kInitDir, u"");
+  question.folder = kWizardSettings.get(kInitDir);
   if (const auto path = ports().desktop->ask_file(question)) txtSourceFile.Text(*path);
 }
 
 void frmWizard::source_changed() {
   const std::u16string& path = txtSourceFile.Text();
   cmdOK.Enabled(!path.empty());
-  if (!path.empty()) remember([&] { save_setting(kApplication, kSection, kInitDir, folder_of(path)); });
+  if (!path.empty()) remember([&] { kWizardSettings.save(kInitDir, folder_of(path)); });
   source_type_ = services_.file_type_of(path);
   lblFileType.Caption(!path.empty() && source_type_ == kUnknownFile ? text::kUnrecognisedType.text : u"");
   const bool has_dialog = source_type_ == kHtmlPage || source_type_ == kServerPage || source_type_ == kMifDocument ||
@@ -241,7 +238,7 @@ void frmWizard::change_language(std::size_t which) {
   show_languages();
 }
 
-std::u16string frmWizard::LastTM() const { return get_setting(kApplication, kSection, kLastTM, u""); }
+std::u16string frmWizard::LastTM() const { return kWizardSettings.get(kLastTM); }
 
 std::u16string frmWizard::NameOfTM(std::u16string_view description) { return quoted_part(description, u"name="); }
 

@@ -6,6 +6,7 @@
 #include "common/program_settings.h"
 #include "common/registry_text.h"
 #include "platform/failure.h"
+#include "platform/unicode.h"
 #include "support/ports_fixture.h"
 
 namespace kavo::test {
@@ -156,10 +157,19 @@ TEST_F(RegistryTest, AdditionalVerbsGetTextAndCommand) {
 }
 
 TEST_F(RegistryTest, ProgramSettingsLieWhereMacrosLookForThem) {
-  EXPECT_EQ(get_setting(u"KAVO", u"Excel", u"Sheets", u"all"), u"all");
-  save_setting(u"KAVO", u"Excel", u"Sheets", u"1,2");
-  EXPECT_EQ(get_setting(u"KAVO", u"Excel", u"Sheets", u"all"), u"1,2");
-  EXPECT_TRUE(registry.key_exists(Hive::kCurrentUser, u"Software\\VB and VBA Program Settings\\KAVO\\Excel"));
+  EXPECT_EQ(kExcelSettings.get(u"Sheets", u"all"), u"all");
+  EXPECT_FALSE(kExcelSettings.has(u"Sheets"));
+  kExcelSettings.save(u"Sheets", u"1,2");
+  EXPECT_EQ(kExcelSettings.get(u"Sheets", u"all"), u"1,2");
+  EXPECT_TRUE(kExcelSettings.has(u"Sheets"));
+  for (const auto& [section, key] : {std::pair{kWizardSettings, u"KAVO\\K19FPW"},
+                                     {kLanguageDialogSettings, u"KAVO\\TW"},
+                                     {kExcelSettings, u"KAVO\\Excel"},
+                                     {kMifSettings, u"MIF Utilities\\Settings"}}) {
+    section.save(u"Name", u"text");
+    const auto path = std::u16string(u"Software\\VB and VBA Program Settings\\") + key;
+    EXPECT_TRUE(registry.read(Hive::kCurrentUser, path, u"Name")) << to_utf8(path);
+  }
 }
 
 TEST(RegistryText, ToleratesHowOtherProgramsStoreStrings) {

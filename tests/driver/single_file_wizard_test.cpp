@@ -142,7 +142,7 @@ TEST_F(SingleFileWizardTest, TheLauncherIsStartedAsResultBitsAndMemorySay) {
                        << static_cast<int>(end) << even_after_failure << offers_memory << has_memory);
           shell.opened.clear();
           conversions.clear();
-          save_setting(u"KAVO", u"K19FPW", u"LastTM", has_memory ? u"name=\"C:\\shop.tmx\" type=\"TMX\"" : u"");
+          kWizardSettings.save(u"LastTM", has_memory ? u"name=\"C:\\shop.tmx\" type=\"TMX\"" : u"");
           failing_conversion = end == End::kConversionFails ? 1 : 0;
           if (end == End::kCancelled)
             user_cancels();
@@ -248,7 +248,7 @@ TEST_F(SingleFileWizardTest, TheFileGivenIsOfferedWhenItExists) {
 }
 
 TEST_F(SingleFileWizardTest, Bit0ShowsTheEditorButtonAndBit2OffersTheLastMemory) {
-  save_setting(u"KAVO", u"K19FPW", u"LastTM", u"name=\"C:\\shop.tmx\" type=\"TMX\"");
+  kWizardSettings.save(u"LastTM", u"name=\"C:\\shop.tmx\" type=\"TMX\"");
   for (const std::int32_t bits : {0, 1, 4, 5}) {
     user([&](frmWizard& form) {
       EXPECT_EQ(form.cmdKAVO.Visible(), (bits & 1) != 0);

@@ -10,9 +10,7 @@ namespace {
 
 class MifOptionsFormTest : public PortsFixture {
  protected:
-  static std::u16string stored(std::u16string_view key) {
-    return get_setting(u"MIF Utilities", u"Settings", key, u"(none)");
-  }
+  static std::u16string stored(std::u16string_view key) { return kMifSettings.get(key, u"(none)"); }
   static void add(frmMIFOptions& form, std::u16string_view name) {
     form.txtMarker.Text(name);
     form.cmdAdd.Click();

@@ -8,12 +8,8 @@ namespace {
 
 class MifOptionsTest : public PortsFixture {
  protected:
-  static std::u16string stored(std::u16string_view key) {
-    return get_setting(u"MIF Utilities", u"Settings", key, u"(none)");
-  }
-  static void store(std::u16string_view key, std::u16string_view value) {
-    save_setting(u"MIF Utilities", u"Settings", key, value);
-  }
+  static std::u16string stored(std::u16string_view key) { return kMifSettings.get(key, u"(none)"); }
+  static void store(std::u16string_view key, std::u16string_view value) { kMifSettings.save(key, value); }
 };
 
 TEST_F(MifOptionsTest, WithoutStoredValuesTheDefaultsHold) {

@@ -11,8 +11,8 @@ namespace {
 
 class ExcelOptionsFormTest : public PortsFixture {
  protected:
-  static std::u16string stored(std::u16string_view key) { return get_setting(u"KAVO", u"Excel", key, u"(none)"); }
-  static void store(std::u16string_view key, std::u16string_view value) { save_setting(u"KAVO", u"Excel", key, value); }
+  static std::u16string stored(std::u16string_view key) { return kExcelSettings.get(key, u"(none)"); }
+  static void store(std::u16string_view key, std::u16string_view value) { kExcelSettings.save(key, value); }
   FakePresenter person;
 };
 

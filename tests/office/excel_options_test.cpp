@@ -8,7 +8,7 @@
 namespace kavo::test {
 namespace {
 
-std::u16string stored(std::u16string_view key) { return get_setting(u"KAVO", u"Excel", key, u"(none)"); }
+std::u16string stored(std::u16string_view key) { return kExcelSettings.get(key, u"(none)"); }
 
 class ExcelOptionsTest : public PortsFixture {};
 
@@ -18,7 +18,7 @@ TEST_F(ExcelOptionsTest, WithoutStoredSettingsTheDefaultsHold) {
 }
 
 TEST_F(ExcelOptionsTest, AStoredOrderOfOneIsStoredBackAsOne) {
-  save_setting(u"KAVO", u"Excel", u"Order", u"1");
+  kExcelSettings.save(u"Order", u"1");
   const ExcelOptions options = load_excel_options();
   EXPECT_EQ(options.order, 1);
   save_excel_options(options);
@@ -27,7 +27,7 @@ TEST_F(ExcelOptionsTest, AStoredOrderOfOneIsStoredBackAsOne) {
 
 TEST_F(ExcelOptionsTest, AStoredOrderThatIsNeitherIsStoredBackAsOne) {
   for (const std::u16string_view text : {u"2", u"-1", u"", u"rows"}) {
-    save_setting(u"KAVO", u"Excel", u"Order", text);
+    kExcelSettings.save(u"Order", text);
     const ExcelOptions options = load_excel_options();
     EXPECT_EQ(options.order, kUnknownOrder);
     save_excel_options(options);
@@ -55,7 +55,7 @@ TEST_F(ExcelOptionsTest, EverySettingComesBack) {
 
 TEST_F(ExcelOptionsTest, AFlagIsSetByOneOnly) {
   for (const std::u16string_view text : {u"", u"0", u"2", u"true", u" 1"}) {
-    save_setting(u"KAVO", u"Excel", u"Hidden", text);
+    kExcelSettings.save(u"Hidden", text);
     EXPECT_FALSE(load_excel_options().hidden);
   }
 }

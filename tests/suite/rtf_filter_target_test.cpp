@@ -1,7 +1,7 @@
 // What the target language does to an RTF document: character sets, languages, direction, fonts and colours.
 #include <gtest/gtest.h>
 
-#include "common/font_map_settings.h"
+#include "common/host_settings.h"
 #include "suite/suite_fixture.h"
 
 namespace kavo::test {
@@ -41,10 +41,10 @@ class RtfTarget : public SuiteTest {
       file.bytes += static_cast<char>(unit & 0xFF);
       file.bytes += static_cast<char>(unit >> 8);
     }
-    registry.write(Hive::kCurrentUser, kFontMapSettings, kFontMapFile, file);
+    registry.write(Hive::kCurrentUser, kFontMapKey, kFontMapFile, file);
     RegistryData number{RegistryType::kNumber, {}};
     for (int i = 0; i < 4; ++i) number.bytes += static_cast<char>(allowed >> (8 * i));
-    registry.write(Hive::kCurrentUser, kFontMapSettings, kAllowFontMapping, number);
+    registry.write(Hive::kCurrentUser, kFontMapKey, kAllowFontMapping, number);
   }
 };
 
@@ -62,8 +62,8 @@ TEST_F(RtfTarget, TheNumberOfBytesBehindANumberIsTheDocuments) {
 }
 
 TEST_F(RtfTarget, ALanguageOfAnotherCharacterSetGetsFontsOfItsOwn) {
-  EXPECT_EQ(rebuilt("{\\rtf1\\ansi{\\fonttbl{\\f0\\froman\\fcharset0 T;}{\\f3\\fcharset2 S;}}{\\colortbl;}x\\par}", u"RU",
-                    u"\u0414a"),
+  EXPECT_EQ(rebuilt("{\\rtf1\\ansi{\\fonttbl{\\f0\\froman\\fcharset0 T;}{\\f3\\fcharset2 S;}}{\\colortbl;}x\\par}",
+                    u"RU", u"\u0414a"),
             "{\\rtf1\\ansi{\\fonttbl{\\f0\\froman\\fcharset0 T;}{\\f3\\fcharset2 S;}{\\f4\\froman\\fcharset204 "
             "T;}}{\\colortbl;}{\\f4\\'c4a}\\par}");
   EXPECT_EQ(rebuilt("{\\rtf1\\ansi{\\fonttbl{\\f0\\fcharset0 T;}{\\f9\\fcharset128 T;}}{\\colortbl;}x\\par}", u"JA",
@@ -73,8 +73,8 @@ TEST_F(RtfTarget, ALanguageOfAnotherCharacterSetGetsFontsOfItsOwn) {
 }
 
 TEST_F(RtfTarget, TheLanguageOfTextFollows) {
-  EXPECT_EQ(rebuilt("{\\rtf1\\deflang2057{\\colortbl;}{\\lang1033\\langfe1033 a}{\\lang1031 b}{\\lang1024 c}\\par}", u"FR-CA",
-                    u""),
+  EXPECT_EQ(rebuilt("{\\rtf1\\deflang2057{\\colortbl;}{\\lang1033\\langfe1033 a}{\\lang1031 b}{\\lang1024 c}\\par}",
+                    u"FR-CA", u""),
             "{\\rtf1\\deflang3084{\\colortbl;}{\\lang3084\\langfe1033 a}{\\lang1031 b}{\\lang1024 c}\\par}")
       << "other languages stay";
   EXPECT_NE(rebuilt("{\\rtf1\\lang1033 a}", u"DE", u"").find("\\lang1031 "), std::string::npos) << "a country is told";
@@ -101,13 +101,15 @@ TEST_F(RtfTarget, TheFontMapReplacesFonts) {
 
 TEST_F(RtfTarget, EachStatusHasItsColour) {
   const SegmentColours colours = {0x000000FF, 0x0000A5FF, 0x00008000, 0x00FF0000};
-  EXPECT_EQ(rebuilt("{\\rtf1{\\colortbl;\\red1\\green2\\blue3;}\\pard\\cf1 a\\par b {\\b\\cf0 c}\\par d\\par e\\par f\\par}",
-                    u"FR", u"", colours),
-            "{\\rtf1{\\colortbl;\\red1\\green2\\blue3;\\red255\\green0\\blue0;\\red255\\green165\\blue0;\\red0\\green128\\"
-            "blue0;\\red0\\green0\\blue255;}\\pard\\cf1 \\cf5 a\\cf1 \\par \\cf3 b {\\b\\cf3 c}\\cf1 \\par \\cf4 "
-            "d\\cf1 \\par \\cf2 e\\cf1 \\par f\\par}");
+  EXPECT_EQ(
+      rebuilt("{\\rtf1{\\colortbl;\\red1\\green2\\blue3;}\\pard\\cf1 a\\par b {\\b\\cf0 c}\\par d\\par e\\par f\\par}",
+              u"FR", u"", colours),
+      "{\\rtf1{\\colortbl;\\red1\\green2\\blue3;\\red255\\green0\\blue0;\\red255\\green165\\blue0;\\red0\\green128\\"
+      "blue0;\\red0\\green0\\blue255;}\\pard\\cf1 \\cf5 a\\cf1 \\par \\cf3 b {\\b\\cf3 c}\\cf1 \\par \\cf4 "
+      "d\\cf1 \\par \\cf2 e\\cf1 \\par f\\par}");
   EXPECT_EQ(rebuilt("{\\rtf1{\\info{\\title t}}\\pard a\\par}", u"FR", u"z", colours),
-            "{\\rtf1{\\info{\\title z}}\\pard {\\colortbl;\\red255\\green0\\blue0;\\red255\\green165\\blue0;\\red0\\green128\\"
+            "{\\rtf1{\\info{\\title z}}\\pard "
+            "{\\colortbl;\\red255\\green0\\blue0;\\red255\\green165\\blue0;\\red0\\green128\\"
             "blue0;\\red0\\green0\\blue255;}\\cf4 z\\cf0 \\par}")
       << "a document without colours, and a title that can have none";
 }

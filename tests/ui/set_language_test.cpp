@@ -16,8 +16,8 @@ class SetLanguageTest : public PortsFixture {
       return make_language_information(five_languages(), three_code_pages());
     };
   }
-  static std::u16string stored() { return get_setting(u"KAVO", u"TW", u"ShowCharset", u"(none)"); }
-  static void store(std::u16string_view value) { save_setting(u"KAVO", u"TW", u"ShowCharset", value); }
+  static std::u16string stored() { return kLanguageDialogSettings.get(u"ShowCharset", u"(none)"); }
+  static void store(std::u16string_view value) { kLanguageDialogSettings.save(u"ShowCharset", value); }
 };
 
 TEST_F(SetLanguageTest, TheCharacterSetIsHiddenOnFirstUse) {

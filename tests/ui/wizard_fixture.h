@@ -53,7 +53,7 @@ class WizardFixture : public PortsFixture {
       maybe_raise(settings_fail);
     };
   }
-  static std::u16string setting(std::u16string_view key) { return get_setting(u"KAVO", u"K19FPW", key, u"(none)"); }
+  static std::u16string setting(std::u16string_view key) { return kWizardSettings.get(key, u"(none)"); }
   static cRegistry::Variant remembered(std::u16string_view name) {
     cRegistry value;
     value.SectionKey(u"Software\\MOR\\MOR Edit\\Settings");

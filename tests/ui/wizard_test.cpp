@@ -104,7 +104,7 @@ TEST_F(WizardTest, ADroppedFileFillsTheBox) {
 }
 
 TEST_F(WizardTest, BrowsingAsksInTheLastFolderAndCancelLeavesEverything) {
-  save_setting(u"KAVO", u"K19FPW", u"InitDir", u"C:\\last\\");
+  kWizardSettings.save(u"InitDir", u"C:\\last\\");
   frmWizard form(services);
   form.cmdBrowse.Click();
   EXPECT_EQ(form.txtSourceFile.Text(), u"");

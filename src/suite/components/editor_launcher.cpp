@@ -12,8 +12,6 @@
 namespace kavo {
 namespace {
 
-constexpr std::u16string_view kApplication = u"KAVO";
-constexpr std::u16string_view kSection = u"Editor";
 constexpr std::u16string_view kKey = u"Command";
 constexpr std::u16string_view kDocumentMark = u"%1";
 constexpr std::u16string_view kMemoryMark = u"%2";
@@ -69,8 +67,8 @@ std::vector<std::u16string> editor_words(std::u16string_view command, const Edit
   return words;
 }
 
-std::u16string editor_command() { return get_setting(kApplication, kSection, kKey, u""); }
-void editor_command(std::u16string_view command) { save_setting(kApplication, kSection, kKey, command); }
+std::u16string editor_command() { return kEditorSettings.get(kKey); }
+void editor_command(std::u16string_view command) { kEditorSettings.save(kKey, command); }
 
 void start_editor(const EditorRequest& request) {
   Ports& system = ports();

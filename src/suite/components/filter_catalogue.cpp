@@ -35,7 +35,7 @@ unsigned code_page_from(const Value& number) {
 
 // What the user has set, and for one run a word in place of it.
 ScriptSettings script_settings(std::u16string_view word) {
-  const auto setting = [](std::u16string_view key) { return get_setting(u"KAVO", u"Scripts", key, u""); };
+  const auto setting = [](std::u16string_view key) { return kScriptSettings.get(key); };
   ScriptSettings settings;
   settings.texts = to_utf8(setting(u"Texts"));
   settings.never = to_utf8(setting(u"Never"));

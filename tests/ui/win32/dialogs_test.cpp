@@ -80,9 +80,9 @@ TEST_F(DialogsTest, MifOptionsAreStoredAfterOK) {
          });
     EXPECT_EQ(mif.SplitOptions(), 2);
   }
-  EXPECT_EQ(get_setting(u"MIF Utilities", u"Settings", u"Split", u""), u"2");
-  EXPECT_EQ(get_setting(u"MIF Utilities", u"Settings", u"Objects", u""), u"0");
-  EXPECT_EQ(get_setting(u"MIF Utilities", u"Settings", u"Markers", u""), u"Note\t\u6CE8\t");
+  EXPECT_EQ(kMifSettings.get(u"Split", u""), u"2");
+  EXPECT_EQ(kMifSettings.get(u"Objects", u""), u"0");
+  EXPECT_EQ(kMifSettings.get(u"Markers", u""), u"Note\t\u6CE8\t");
 }
 
 TEST_F(DialogsTest, MifOptionsStayAfterCancel) {
@@ -156,7 +156,7 @@ TEST_F(DialogsTest, ExcelOptionsAreStoredAfterOK) {
          EXPECT_TRUE(warning.gone());
          dialog.click(dialog.control(u"OK"));
        });
-  const auto stored = [](std::u16string_view key) { return get_setting(u"KAVO", u"Excel", key, u"(none)"); };
+  const auto stored = [](std::u16string_view key) { return kExcelSettings.get(key, u"(none)"); };
   EXPECT_EQ(stored(u"Order"), u"1");
   EXPECT_EQ(stored(u"Hidden"), u"1");
   EXPECT_EQ(stored(u"Formulas"), u"0");
@@ -170,7 +170,7 @@ TEST_F(DialogsTest, ExcelOptionsStayAfterCancel) {
          dialog.click(dialog.control(u"&Column by column"));
          dialog.click(dialog.control(u"Cancel"));
        });
-  EXPECT_EQ(get_setting(u"KAVO", u"Excel", u"Order", u"(none)"), u"(none)");
+  EXPECT_EQ(kExcelSettings.get(u"Order", u"(none)"), u"(none)");
 }
 
 TEST_F(DialogsTest, SetLanguageShowsTheCharacterSetOnDemandAndRemembersThat) {
@@ -195,7 +195,7 @@ TEST_F(DialogsTest, SetLanguageShowsTheCharacterSetOnDemandAndRemembersThat) {
     EXPECT_FALSE(form.Cancelled());
     EXPECT_EQ(form.morLang.cmbLanguage.ListIndex(), 3);
   }
-  EXPECT_EQ(get_setting(u"KAVO", u"TW", u"ShowCharset", u"N"), u"Y");
+  EXPECT_EQ(kLanguageDialogSettings.get(u"ShowCharset", u"N"), u"Y");
   frmSetLanguage again;
   work([&] { again.show(); },
        [&](const Dialog& dialog) {
@@ -243,7 +243,7 @@ TEST_F(DialogsTest, WizardAsksForEverythingAndRemembersIt) {
   EXPECT_EQ(form.txtSourceFile.Text(), page);
   EXPECT_EQ(language_setting(u"DefSourceLanguage"), u"EN-US");
   EXPECT_EQ(language_setting(u"DefTransLanguage").substr(0, 2), u"DE");
-  EXPECT_EQ(get_setting(u"KAVO", u"K19FPW", u"InitDir", u""), folder.path() + u"\\");
+  EXPECT_EQ(kWizardSettings.get(u"InitDir", u""), folder.path() + u"\\");
 }
 
 TEST_F(DialogsTest, WizardTakesADroppedFile) {

@@ -61,7 +61,7 @@ TEST_F(JapaneseSystemTest, WizardWithJapaneseTextsTakesATypedJapanesePath) {
   });
   EXPECT_FALSE(form.Cancelled());
   EXPECT_EQ(form.txtSourceFile.Text(), page_);
-  EXPECT_EQ(get_setting(u"KAVO", u"K19FPW", u"InitDir", u""), folder_.path(u"\u8868\u80FD\\"));
+  EXPECT_EQ(kWizardSettings.get(u"InitDir", u""), folder_.path(u"\u8868\u80FD\\"));
 }
 
 TEST_F(JapaneseSystemTest, RunMakesTheBilingualDocumentBesideTheFile) {

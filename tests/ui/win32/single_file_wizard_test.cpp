@@ -281,7 +281,7 @@ TEST(SingleFileWizardTest, TheEditorButtonStartsTheEditorAloneAndCancels) {
   const TempFolder folder;
   std::filesystem::copy_file(KAVO_PROGRAM, std::filesystem::path(installation.path(L"KAVO.EXE")));
   // In the place of an editor.
-  save_setting(u"KAVO", u"Editor", u"Command", u"\"" + from_wide(installation.path(L"K19Subst.exe")) + u"\" alone %1");
+  kEditorSettings.save(u"Command", u"\"" + from_wide(installation.path(L"K19Subst.exe")) + u"\" alone %1");
   const ScriptHost host(folder, {1});
   const Dialog dialog = host.wizard();
   dialog.click(dialog.control(u"Start &editor"));

@@ -6,7 +6,7 @@
 
 #include "common/block_reader.h"
 #include "common/cRegistry.h"
-#include "common/font_map_settings.h"
+#include "common/host_settings.h"
 #include "platform/ports.h"
 
 namespace kavo::rtf {
@@ -61,7 +61,7 @@ const MappedFont* FontMap::find(std::string_view font) const {
 FontMap FontMap::from_settings() {
   const auto stored = [](std::u16string_view name) {
     cRegistry value;
-    value.SectionKey(kFontMapSettings);
+    value.SectionKey(kFontMapKey);
     value.ValueKey(name);
     value.ValueType(static_cast<std::uint32_t>(RegistryType::kNone));
     return value.Value();
