@@ -15,7 +15,12 @@
 namespace kavo {
 namespace {
 
-XliffDetails details_of(const TudUnit& unit) { return {unit.state, unit.state_qualifier, unit.approved, unit.notes}; }
+// Without what the suite says of the unit's codes: that is true of the document it stands in.
+XliffDetails details_of(const TudUnit& unit) {
+  XliffDetails details{unit.state, unit.state_qualifier, unit.approved, unit.notes};
+  std::erase_if(details.notes, is_own_note);
+  return details;
+}
 
 // "fr" is any French, "fr-CA" is not "fr-FR".
 bool is_other_language(std::string_view own, std::string_view given) {
@@ -107,7 +112,7 @@ class TranslationImport::GivenUnits final : public TudEvents {
         !unit.state.empty() &&
         (unit.state != own.state || unit.state_qualifier != own.state_qualifier || unit.approved != own.approved);
     return says_state || std::ranges::any_of(unit.notes, [&](const TudNote& note) {
-             return std::ranges::find(own.notes, note) == own.notes.end();
+             return !is_own_note(note) && std::ranges::find(own.notes, note) == own.notes.end();
            });
   }
 

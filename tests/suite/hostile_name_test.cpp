@@ -134,7 +134,7 @@ TEST_F(HostileName, InAnyDocumentOfAPackage) {
     }
   // Two documents of one name.
   std::string twice = whole;
-  twice.replace(twice.rfind("b.txt"), 5, "A.TXT");
+  twice.replace(twice.rfind("original=\"b.txt\""), 16, "original=\"A.TXT\"");
   files.put(package, twice);
   EXPECT_NE(reason_of([&] { unpack_documents(package, in_folder(u"twice")); }).find(u"two documents"),
             std::u16string::npos);

@@ -40,6 +40,11 @@ TEST_F(TudTest, ANewDocumentIsWrittenLikeThis) {
       "c\r\n");
   const std::u16string tud = convert(u"page one.txt");
   EXPECT_EQ(tud, in_folder(u"page one_txt_FR.tud"));
+  const auto location = [](int line) {
+    return "<context-group purpose=\"location\"><context context-type=\"sourcefile\">page one.txt</context>"
+           "<context context-type=\"linenumber\">" +
+           std::to_string(line) + "</context></context-group>";
+  };
   EXPECT_EQ(files.get(tud),
             "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
             "<xliff version=\"1.2\" xmlns=\"urn:oasis:names:tc:xliff:document:1.2\">\n"
@@ -57,11 +62,17 @@ TEST_F(TudTest, ANewDocumentIsWrittenLikeThis) {
                 std::to_string(BilingualDocument(tud).header().checksum) +
                 "</note>\n</header>\n<body>\n"
                 "<trans-unit id=\"1\" extradata=\"1:1\"><source>One &lt;two&gt; &amp; \"three\"</source>"
-                "<target state=\"new\">One &lt;two&gt; &amp; \"three\"</target></trans-unit>\n"
+                "<target state=\"new\">One &lt;two&gt; &amp; \"three\"</target>" +
+                location(1) +
+                "</trans-unit>\n"
                 "<trans-unit id=\"2\" xml:space=\"preserve\" extradata=\"2:3\"><source>a\tb</source>"
-                "<target state=\"new\">a\tb</target></trans-unit>\n"
+                "<target state=\"new\">a\tb</target>" +
+                location(2) +
+                "</trans-unit>\n"
                 "<trans-unit id=\"3\" extradata=\"3:1\"><source><ph id=\"1\" ctype=\"x-byte\">[FF]</ph>c</source>"
-                "<target state=\"new\"><ph id=\"1\" ctype=\"x-byte\">[FF]</ph>c</target></trans-unit>\n"
+                "<target state=\"new\"><ph id=\"1\" ctype=\"x-byte\">[FF]</ph>c</target>" +
+                location(3) +
+                "<note from=\"K19Suite\">{1} [FF]</note></trans-unit>\n"
                 "</body>\n</file>\n</xliff>\n");
   const BilingualDocument document(tud);
   EXPECT_EQ(document.header().skeleton, "page one_txt_FR.tud.skl");

@@ -44,6 +44,7 @@ TEST_F(XliffPackage, DocumentsComeOutAsTheyWentIn) {
                  {"<skl><external", "<x:skl><x:external"},
                  {"<tool", "<x:tool"},
                  {"<note", "<x:note"},
+                 {"<context", "<x:context"},
                  {"<body", "<x:body"},
                  {"<trans-", "<x:trans-"},
                  {"<source", "<x:source"},

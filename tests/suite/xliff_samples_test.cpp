@@ -86,7 +86,8 @@ TEST_F(XliffSamples, InASet) {
 TEST_F(XliffSamples, Page) {
   const std::u16string tud = sample(u"page.htm",
                                     "<html lang=en><title>A page</title><p>One <b>bold</b> and <img alt='a picture' "
-                                    "src=x><br>two &amp; &eacute; <!-- ASP2HTML 1 --></p><pre>  a\n  b</pre></html>",
+                                    "src=x><br>two &amp; &eacute; <a href='x.htm?a=1&amp;b=\"'>a link</a> <!-- "
+                                    "ASP2HTML 1 --> end</p><pre>  a\n  b</pre></html>",
                                     u"FR", u"K19HTM");
   ProgressEvent progress;
   pseudo_translate(tud, progress);
@@ -111,7 +112,8 @@ TEST_F(XliffSamples, ResourceScript) {
 
 TEST_F(XliffSamples, Letter) {
   const std::string_view letter =
-      "{\\rtf1\\ansi{\\fonttbl{\\f0 T;}{\\f1\\fcharset2 S;}}{\\info{\\title A letter}}\\pard One {\\b bold {\\i both}} and "
+      "{\\rtf1\\ansi{\\fonttbl{\\f0 T;}{\\f1\\fcharset2 S;}}{\\info{\\title A letter}}\\pard One {\\b bold {\\i both}} "
+      "and "
       "{\\ul u}{\\v h}{\\f1\\'b7}\\line {\\field{\\*\\fldinst HYPERLINK \"u\"}{\\fldrslt a link}} \\tab "
       "b{\\super\\chftn{\\footnote note\\par}}{\\deleted d}{\\pict 00}{\\*\\bkmkstart m}\\'81 {\\field{\\*\\fldinst "
       "PAGE}{\\fldrslt 1}} end\\par}";

@@ -48,21 +48,20 @@ class ConversionSink final : public ExtractionSink {
 
   void begin(const DocumentFacts& facts) override {
     skeleton_.begin(filter_.tag, checksum_, facts, set_);
-    TudHeader header;
-    header.original = stored_name(request_.document);
-    header.source_format = to_utf8(ascii_upper(extension_of(request_.document)));
-    header.filter = to_utf8(filter_.tag);
-    header.skeleton = stored_name(skeleton_name_);
-    header.source_language = checked(to_utf8(request_.source_language));
-    header.target_language = checked(to_utf8(request_.target_language));
-    header.source_code_page = facts.code_page;
+    header_.original = stored_name(request_.document);
+    header_.source_format = to_utf8(ascii_upper(extension_of(request_.document)));
+    header_.filter = to_utf8(filter_.tag);
+    header_.skeleton = stored_name(skeleton_name_);
+    header_.source_language = checked(to_utf8(request_.source_language));
+    header_.target_language = checked(to_utf8(request_.target_language));
+    header_.source_code_page = facts.code_page;
     const bool keeps = facts.keeps_code_page || request_.target_code_page == 0;
-    header.target_code_page = keeps ? facts.code_page : request_.target_code_page;
-    if (facts.text_code_page != 0) header.target_code_page = facts.text_code_page;
-    header.checksum = checksum_;
-    header.set = set_;
-    header.datatype = facts.datatype.empty() ? filter_.datatype : facts.datatype;
-    append_tud_start(xml_, header);
+    header_.target_code_page = keeps ? facts.code_page : request_.target_code_page;
+    if (facts.text_code_page != 0) header_.target_code_page = facts.text_code_page;
+    header_.checksum = checksum_;
+    header_.set = set_;
+    header_.datatype = facts.datatype.empty() ? filter_.datatype : facts.datatype;
+    append_tud_start(xml_, header_);
   }
 
   void skeleton(std::string_view bytes) override { skeleton_.bytes(bytes); }
@@ -83,7 +82,7 @@ class ConversionSink final : public ExtractionSink {
     if (count_ == UINT32_MAX) throw failure(FailureNumber::kOverflow, u"Overflow");
     ++count_;
     skeleton_.segment(count_, segment, is_nested);
-    append_tud_unit(xml_, count_, segment);
+    append_tud_unit(xml_, count_, segment, header_);
     tud_.write(xml_);
     xml_.clear();
     return count_;
@@ -116,6 +115,7 @@ class ConversionSink final : public ExtractionSink {
   std::u16string skeleton_name_;
   std::uint64_t checksum_;
   SetMark set_;
+  TudHeader header_;
   SkeletonWriter skeleton_;
   PendingFile tud_;
   std::string xml_;

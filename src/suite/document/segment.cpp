@@ -51,9 +51,13 @@ void SegmentBuilder::start(std::int64_t line, std::int64_t column) {
   segment_.codes.clear();
   segment_.nested.clear();
   segment_.context.clear();
+  segment_.name.clear();
   segment_.note.clear();
+  segment_.comment.clear();
+  segment_.element.clear();
   segment_.line = line;
   segment_.column = column;
+  segment_.author_line = 0;
   segment_.locked = false;
   has_text_ = false;
 }
@@ -114,6 +118,8 @@ void SegmentBuilder::nested(std::uint32_t number, std::string_view original) {
   segment_.original += original;
   segment_.nested.push_back({begin, segment_.original.size(), number});
 }
+
+void SegmentBuilder::equivalent(std::string_view value) { segment_.codes.back().equivalent = presentable(value); }
 
 void SegmentBuilder::end_code() { segment_.codes.back().end = segment_.original.size(); }
 

@@ -19,6 +19,8 @@ struct InlineCode {
   bool required = false;  // a translation without it cannot be rebuilt
   std::string_view type;  // XLIFF ctype ("bold", "link", "image", "lb", "x-script"), a literal; "" for none
   std::string shown;      // what a translator sees of a standalone code, UTF-8; "" for nothing
+  // What it stands for, in short, UTF-8 ("<%= name %>", "https://a.org", "<b>"); "" for what `shown` says.
+  std::string equivalent;
   std::size_t begin = 0;  // the code's bytes in Segment::original
   std::size_t end = 0;
 };
@@ -35,12 +37,16 @@ struct Segment {
   std::string original;           // the document's bytes from the first to the last of the segment, exactly
   std::vector<InlineCode> codes;  // in the order of their references in `text`
   std::vector<NestedPlace> nested;
-  std::string context;      // whatever the filter wants to know again when it writes the translation; any bytes
-  std::string name;         // of the text in its document ("IDS_TITLE"), UTF-8; "" for none
-  std::string note;         // for the translator, UTF-8; "" for none
-  std::int64_t line = 0;    // 1-based place in the document
-  std::int64_t column = 0;  // 1-based, in bytes
-  bool locked = false;      // to be shown, not to be translated
+  std::string context;  // whatever the filter wants to know again when it writes the translation; any bytes
+  std::string name;     // of the text in its document ("IDS_TITLE"), UTF-8; "" for none
+  std::string note;     // for the translator, UTF-8; "" for none
+  std::string comment;  // what the author wrote about it in the document, UTF-8; "" for none
+  // What it stands in, as a path without numbers ("table/tr/td", "img@alt", "alert()"), UTF-8; "" when nothing tells.
+  std::string element;
+  std::int64_t line = 0;         // 1-based place in the document
+  std::int64_t column = 0;       // 1-based, in bytes
+  std::int64_t author_line = 0;  // 1-based line in the file that its author has, 0 when unknown
+  bool locked = false;           // to be shown, not to be translated
 };
 
 // Builds a segment from left to right: every byte of the document between its first and its last goes through exactly
@@ -50,7 +56,7 @@ class SegmentBuilder {
   // The coding of the document's bytes must outlive the builder.
   explicit SegmentBuilder(const TextCoding& coding) : coding_(coding) {}
 
-  // Forgets what is there and starts at a place of the document.
+  // Forgets what is there, all but the coding, and starts at a place of the document.
   void start(std::int64_t line, std::int64_t column);
   bool empty() const { return segment_.original.empty(); }
   // True when there is a character of text beside blanks, tabs and line ends (the no-break space counts as a blank).
@@ -73,10 +79,15 @@ class SegmentBuilder {
   // `number` as ExtractionSink::nested_segment() gave it, `original` that segment's bytes.
   void nested(std::uint32_t number, std::string_view original);
   void end_code();
+  // What the code that was begun last stands for.
+  void equivalent(std::string_view value);
 
   void context(std::string_view value) { segment_.context = value; }
   void name(std::string_view value) { segment_.name = value; }
   void note(std::string_view value) { segment_.note = value; }
+  void comment(std::string_view value) { segment_.comment = value; }
+  void element(std::string_view value) { segment_.element = value; }
+  void author_line(std::int64_t value) { segment_.author_line = value; }
   void locked(bool value) { segment_.locked = value; }
 
   // Numbers the codes, pairs each closing code with the last opening one of its type (what does not nest properly

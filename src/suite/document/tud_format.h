@@ -47,6 +47,8 @@ struct TudNote {
   std::string attributes;  // as they may be written again, each behind a blank
   bool operator==(const TudNote&) const = default;
 };
+// Whether the suite wrote it when the document was made.
+bool is_own_note(const TudNote& note);
 
 // A unit as it was read. Places are those of the file's bytes.
 struct TudUnit {
@@ -92,9 +94,10 @@ struct XliffState {
 };
 XliffState xliff_state_of(TranslationStatus status);
 
-// The beginning of a new document, up to its first unit; one unit, untranslated; the end. Appended in UTF-8.
+// The beginning of a new document, up to its first unit; one unit of the document that the header tells of,
+// untranslated; the end. Appended in UTF-8.
 void append_tud_start(std::string& xml, const TudHeader& header);
-void append_tud_unit(std::string& xml, std::uint32_t number, const Segment& segment);
+void append_tud_unit(std::string& xml, std::uint32_t number, const Segment& segment, const TudHeader& header);
 void append_tud_end(std::string& xml);
 
 // Receives a document while it is read.

@@ -342,6 +342,10 @@ std::string_view translation_of(const TudUnit& unit) {
   return is_missing ? unit.source : unit.target;
 }
 
+bool is_own_note(const TudNote& note) {
+  return note.attributes.find(" from=\"" + std::string(kToolId) + '"') != std::string::npos;
+}
+
 bool is_new_state(std::string_view state) { return starts_with_any(state, {"new", "needs-translation"}); }
 
 TranslationStatus status_of(const TudUnit& unit) {

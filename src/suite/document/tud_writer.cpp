@@ -8,6 +8,12 @@
 namespace kavo {
 namespace {
 
+// Who the comments of a document's author come from.
+constexpr std::string_view kAuthorNote = "author";
+
+// More codes of a unit are not listed in its note: nobody reads on.
+constexpr std::size_t kMostListed = 30;
+
 void append_note(std::string& xml, std::string_view name, std::string_view value) {
   xml += "<note from=\"K19Suite\">";
   xml += name;
@@ -82,6 +88,7 @@ void append_code_element(std::string& xml, const InlineCode& code) {
   xml += code.kind == CodeKind::kOpen ? "<g" : code.shown.empty() ? "<x" : "<ph";
   append_attribute(xml, "id", std::to_string(code.id));
   if (!code.type.empty()) append_attribute(xml, "ctype", code.type);
+  if (!code.equivalent.empty()) append_attribute(xml, "equiv-text", code.equivalent);
   if (code.kind == CodeKind::kOpen) {
     xml += '>';
   } else if (code.shown.empty()) {
@@ -91,6 +98,49 @@ void append_code_element(std::string& xml, const InlineCode& code) {
     append_xml_text(xml, code.shown);
     xml += "</ph>";
   }
+}
+
+void append_context(std::string& xml, std::string_view type, std::string_view value) {
+  xml += "<context context-type=\"";
+  xml += type;
+  xml += "\">";
+  append_xml_text(xml, value);
+  xml += "</context>";
+}
+
+// Where its author finds the text. The line is not told of a document that was prepared from another one, unless the
+// filter knows it: there it would be a wrong one.
+void append_location(std::string& xml, const Segment& segment, const TudHeader& header) {
+  const bool is_author_document = header.set.author_document.empty() || header.set.author_document == header.original;
+  const std::int64_t line = is_author_document ? segment.line : segment.author_line;
+  xml += "<context-group purpose=\"location\">";
+  append_context(xml, "sourcefile", readable_name(is_author_document ? header.original : header.set.author_document));
+  if (line != 0) append_context(xml, "linenumber", std::to_string(line));
+  if (!segment.element.empty()) append_context(xml, "element", segment.element);
+  xml += "</context-group>";
+}
+
+void append_unit_note(std::string& xml, std::string_view from, std::string_view text) {
+  if (text.empty()) return;
+  xml += "<note";
+  if (!from.empty()) append_attribute(xml, "from", from);
+  xml += '>';
+  append_xml_text(xml, text);
+  xml += "</note>";
+}
+
+// "{1} <%= name %>": some editors show a code's number only.
+std::string list_of_codes(const Segment& segment) {
+  std::string list;
+  std::size_t count = 0;
+  for (const InlineCode& code : segment.codes) {
+    const std::string& meaning = code.equivalent.empty() ? code.shown : code.equivalent;
+    if (code.kind == CodeKind::kClose || meaning.empty()) continue;
+    if (++count > kMostListed) return list += " ...";
+    if (!list.empty()) list += "  ";
+    list += '{' + std::to_string(code.id) + "} " + meaning;
+  }
+  return list;
 }
 
 }  // namespace
@@ -125,7 +175,7 @@ void append_tud_start(std::string& xml, const TudHeader& header) {
   xml += "</header>\n<body>\n";
 }
 
-void append_tud_unit(std::string& xml, std::uint32_t number, const Segment& segment) {
+void append_tud_unit(std::string& xml, std::uint32_t number, const Segment& segment, const TudHeader& header) {
   xml += "<trans-unit";
   append_attribute(xml, "id", std::to_string(number));
   if (!segment.name.empty()) append_attribute(xml, "resname", segment.name);
@@ -150,11 +200,10 @@ void append_tud_unit(std::string& xml, std::uint32_t number, const Segment& segm
   xml += '>';
   xml.append(xml, begin, end - begin);
   xml += "</target>";
-  if (!segment.note.empty()) {
-    xml += "<note>";
-    append_xml_text(xml, segment.note);
-    xml += "</note>";
-  }
+  append_location(xml, segment, header);
+  append_unit_note(xml, "", segment.note);
+  append_unit_note(xml, kAuthorNote, segment.comment);
+  append_unit_note(xml, kToolId, list_of_codes(segment));
   xml += "</trans-unit>\n";
 }
 

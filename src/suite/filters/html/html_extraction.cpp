@@ -194,6 +194,11 @@ void PageExtraction::inline_tag(const PageToken& token, const Element& element, 
   item.first_value = values_.size();
   if (is_start) find_values(token, element);
   item.value_count = values_.size() - item.first_value;
+  if (element.type != "link") return;
+  const AttributeSpan* const address = attribute(token, "href");
+  if (!is_start || !address) return;
+  item.link = address->value;
+  item.link_end = address->value_end;
 }
 
 void PageExtraction::protect(const PageToken& token, const Element& element) {
@@ -225,11 +230,15 @@ bool PageExtraction::is_left_alone(const PageToken& token) const {
   return equal_name(attribute_value(token, "translate"), "no");
 }
 
-std::string_view PageExtraction::attribute_value(const PageToken& token, std::string_view name) const {
+const AttributeSpan* PageExtraction::attribute(const PageToken& token, std::string_view name) const {
   for (const AttributeSpan& attribute : scanner_.attributes())
-    if (equal_name(token.bytes.substr(attribute.name, attribute.name_end - attribute.name), name))
-      return token.bytes.substr(attribute.value, attribute.value_end - attribute.value);
-  return {};
+    if (equal_name(token.bytes.substr(attribute.name, attribute.name_end - attribute.name), name)) return &attribute;
+  return nullptr;
+}
+
+std::string_view PageExtraction::attribute_value(const PageToken& token, std::string_view name) const {
+  const AttributeSpan* const found = attribute(token, name);
+  return found ? token.bytes.substr(found->value, found->value_end - found->value) : std::string_view();
 }
 
 void PageExtraction::find_values(const PageToken& token, const Element& element) {
@@ -420,6 +429,7 @@ void PageExtraction::write_code(const Item& item) {
   if (item.element && !item.element->is_void && kind == CodeKind::kStandalone) type = "x-html-tag";
   const std::string shown = kind == CodeKind::kStandalone ? text_.shown(bytes) : std::string();
   builder_.begin_code(kind, type, shown, is_content || item.is_server_code);
+  if (kind == CodeKind::kOpen) builder_.equivalent(meaning_of(item));
   std::size_t at = 0;
   const auto code_bytes = [&](std::size_t end) {
     builder_.code_bytes(input_.original(bytes.substr(at, end - at)));
@@ -440,6 +450,12 @@ void PageExtraction::write_code(const Item& item) {
   }
   code_bytes(bytes.size());
   builder_.end_code();
+}
+
+// A link is its address, any other tag its name.
+std::string PageExtraction::meaning_of(const Item& item) const {
+  if (item.link_end != 0) return text_.shown(bytes_of(item).substr(item.link, item.link_end - item.link));
+  return "<" + text_.shown(bytes_of(item).substr(1, item.name_size)) + ">";
 }
 
 void PageExtraction::write_outside(const Item& item) {

@@ -55,6 +55,8 @@ class PageExtraction {
     std::size_t partner = kNoPartner;  // of an opening and its closing tag
     std::size_t first_value = 0;       // in `values_`
     std::size_t value_count = 0;
+    std::size_t link = 0;         // the address in a tag's bytes
+    std::size_t link_end = 0;     // 0 for no link
     bool is_server_code = false;  // or holds some
   };
   // A place in a tag that is translated or computed.
@@ -85,6 +87,8 @@ class PageExtraction {
 
   bool is_left_alone(const PageToken& token) const;
   void find_values(const PageToken& token, const Element& element);
+  // The first attribute of the start tag with a name, null for none.
+  const AttributeSpan* attribute(const PageToken& token, std::string_view name) const;
   std::string_view attribute_value(const PageToken& token, std::string_view name) const;
 
   void add_split(ItemKind kind, std::string_view bytes);
@@ -95,6 +99,7 @@ class PageExtraction {
   bool find_core(std::size_t& first, std::size_t& last) const;
   void write_segment(std::size_t first, std::size_t last);
   void write_code(const Item& item);
+  std::string meaning_of(const Item& item) const;
   void write_outside(const Item& item);
   void write_tag_outside(std::string_view tag, std::size_t first_value, std::size_t value_count);
 
