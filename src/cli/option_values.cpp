@@ -3,6 +3,7 @@
 #include "platform/code_page.h"
 #include "platform/failure.h"
 #include "platform/unicode.h"
+#include "suite/filters/filter_options.h"
 #include "suite/languages/language_tags.h"
 
 namespace kavo {
@@ -25,6 +26,15 @@ CLI::Validator code_page_value() {
             } catch (const failure& reason) {
               return std::string(reason.what());
             }
+          },
+          ""};
+}
+
+CLI::Validator filter_option_value() {
+  return {[](std::string& text) {
+            const std::size_t equals = text.find('=');
+            if (equals == std::string::npos) return "\"" + text + "\" is no NAME=VALUE";
+            return option_problem(text.substr(0, equals), text.substr(equals + 1));
           },
           ""};
 }

@@ -9,5 +9,7 @@ namespace kavo {
 CLI::Validator language_value();
 // For Option::check: a name or number that code_page_number() knows.
 CLI::Validator code_page_value();
+// For Option::check: "key=value" with a filter option and one of its values.
+CLI::Validator filter_option_value();
 
 }  // namespace kavo

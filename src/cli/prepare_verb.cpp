@@ -17,6 +17,7 @@
 #include "platform/ports.h"
 #include "platform/unicode.h"
 #include "suite/document/bilingual_document.h"
+#include "suite/filters/filter_options.h"
 #include "workflow/page_guard.h"
 
 namespace kavo {
@@ -46,17 +47,23 @@ class Prepare final : public Verb {
                  "Replace bilingual documents that hold translations, and what a resource script already has in the "
                  "target language");
     app.add_option("--filter-option", filter_options_,
-                   "What a filter is to do, such as rc.dialog-font=\"MS UI Gothic\"")
-        ->type_name("NAME=VALUE");
+                   "What a filter is to do, such as rc.dialog-font=\"MS UI Gothic\" (docs/filter-options.md has all)")
+        ->type_name("NAME=VALUE")
+        ->check(filter_option_value());
   }
   void start() override {
     driver_.emplace();
     batch_ = PreparationBatch(documents_among(files));
     if (!target_code_page_.empty())
       languages_.target_code_page = static_cast<std::int32_t>(code_page_number(target_code_page_));
-    if (overwrite_) filter_options_.push_back("overwrite=1");
-    if (!scripts_.empty()) filter_options_.push_back("scripts=" + scripts_);
-    for (const std::string& option : filter_options_) languages_.filter_options += to_utf16(option + "\n");
+    FilterOptions options;
+    for (const std::string& option : filter_options_) {
+      const std::size_t equals = option.find('=');
+      choose(options, option.substr(0, equals), option.substr(equals + 1));
+    }
+    if (overwrite_) options["overwrite"] = "on";
+    if (!scripts_.empty()) options["scripts.offer"] = scripts_;
+    for (const auto& [key, value] : options) languages_.filter_options += to_utf16(key + "=" + value + "\n");
     languages_.replaces_objects = overwrite_;
     languages_.source = to_utf16(source_);
     languages_.target = to_utf16(target_);

@@ -1,14 +1,17 @@
 // kavo settings: shows and changes the options that are stored for the user, the ones that dialogs edit.
 #include <algorithm>
+#include <functional>
 
 #include "cli/colours.h"
 #include "cli/mif_options.h"
 #include "cli/verb.h"
+#include "common/nearest.h"
 #include "driver/status_colours.h"
 #include "mif/mif_settings.h"
 #include "platform/failure.h"
 #include "platform/unicode.h"
 #include "suite/components/editor_launcher.h"
+#include "suite/filters/filter_options.h"
 
 namespace kavo {
 namespace {
@@ -19,10 +22,10 @@ constexpr std::string_view kDefault = "default";
 // One stored option: its value as text, and how to store a new one. `write` answers false for a value that the option
 // cannot have, and throws `failure` when it cannot be stored.
 struct Setting {
-  std::string_view name;
-  std::string_view values;  // what it can be, for the help and for errors
-  std::string (*read)();
-  bool (*write)(const std::string& value);
+  std::string name;
+  std::string values;  // what it can be, for the help and for errors
+  std::function<std::string()> read;
+  std::function<bool(const std::string& value)> write;
 };
 
 std::string mif_split() { return split_option_name(load_mif_settings().split); }
@@ -64,10 +67,24 @@ bool set_status_colour(const std::string& value) {
   return true;
 }
 
-constexpr std::string_view kColour =
+constexpr const char* kColour =
     "a colour by its name (red, blue, green, orange ...), #RRGGBB, or default: for rebuild --highlight";
 
-constexpr Setting kSettings[] = {
+// The lasting options of the filters.
+Setting setting_of(const FilterOption& option) {
+  const std::string key(option.key);
+  return {key, values_of(option) + ", or default",
+          [key] { return std::string(option_text(stored_filter_options(), key)); },
+          [key](const std::string& value) {
+            const bool is_default = value == kDefault;
+            if (!is_default && !option_problem(key, value).empty()) return false;
+            store_filter_option(key, is_default ? "" : value);
+            return true;
+          }};
+}
+
+std::vector<Setting> all_settings() {
+  std::vector<Setting> settings{
     {"mif.split", "none, semicolon or both", mif_split, set_mif_split},
     {"mif.objects", "on or off", mif_objects, set_mif_objects},
     {"mif.markers", "marker types with commas between", mif_markers, set_mif_markers},
@@ -77,31 +94,43 @@ constexpr Setting kSettings[] = {
     {"highlight.fuzzy", kColour, status_colour<1>, set_status_colour<1>},
     {"highlight.match", kColour, status_colour<2>, set_status_colour<2>},
     {"highlight.translated", kColour, status_colour<3>, set_status_colour<3>},
-};
+  };
+  for (const FilterOption& option : filter_options())
+    if (is_lasting(option)) settings.push_back(setting_of(option));
+  return settings;
+}
 
-const Setting& setting_of(std::string_view name) {
-  const auto* found = std::ranges::find(kSettings, name, &Setting::name);
-  if (found == std::end(kSettings)) throw CLI::ValidationError(std::string(name), "is no setting");
-  return *found;
+const std::vector<Setting>& known_settings() {
+  static const std::vector<Setting> settings = all_settings();
+  return settings;
+}
+
+const Setting& setting_named(std::string_view name) {
+  const auto found = std::ranges::find(known_settings(), name, &Setting::name);
+  if (found != known_settings().end()) return *found;
+  std::vector<std::string_view> names;
+  for (const Setting& setting : known_settings()) names.push_back(setting.name);
+  throw CLI::ValidationError(std::string(name), "is no setting; the nearest is " +
+                                                    std::string(nearest(name, std::move(names)).front()));
 }
 
 class Settings final : public Verb {
  public:
   void add_options(CLI::App& app) override {
     std::string help = "Settings to show, or to change with =VALUE (none: all are shown):";
-    for (const Setting& setting : kSettings) (((help += "\n  ") += setting.name) += ": ") += setting.values;
+    for (const Setting& setting : known_settings()) (((help += "\n  ") += setting.name) += ": ") += setting.values;
     app.add_option("NAME", wanted_, help)->type_name("");
   }
   void check_usage(std::size_t) override {
-    for (const std::string& text : wanted_) setting_of(name_in(text));
+    for (const std::string& text : wanted_) setting_named(name_in(text));
   }
   Outcome run(const std::u16string&, const ProgressEvent::Handler&) override {
     Outcome outcome;
     outcome.details["settings"] = nlohmann::ordered_json::object();
     if (wanted_.empty())
-      for (const Setting& setting : kSettings) show(setting, outcome);
+      for (const Setting& setting : known_settings()) show(setting, outcome);
     for (const std::string& text : wanted_) {
-      const Setting& setting = setting_of(name_in(text));
+      const Setting& setting = setting_named(name_in(text));
       if (text.size() != name_in(text).size()) change(setting, text.substr(name_in(text).size() + 1));
       show(setting, outcome);
     }
@@ -113,14 +142,14 @@ class Settings final : public Verb {
 
   static void show(const Setting& setting, Outcome& outcome) {
     const std::string value = setting.read();
-    outcome.lines.push_back(std::string(setting.name) + "=" + value);
-    outcome.details["settings"][std::string(setting.name)] = value;
+    outcome.lines.push_back(setting.name + "=" + value);
+    outcome.details["settings"][setting.name] = value;
   }
 
   static void change(const Setting& setting, const std::string& value) {
     if (!setting.write(value))
       throw failure(FailureNumber::kInvalidCall,
-                    to_utf16(std::string(setting.name) + " can be " + std::string(setting.values)));
+                    to_utf16(setting.name + " can be " + setting.values));
   }
 
   std::vector<std::string> wanted_;

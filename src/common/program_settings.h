@@ -7,7 +7,7 @@
 
 namespace kavo {
 
-// One section of them. The names must be literals.
+// One section of them. The names must outlive it.
 struct SettingsSection {
   std::u16string_view application;
   std::u16string_view name;
@@ -19,12 +19,11 @@ struct SettingsSection {
   bool has(std::u16string_view key) const;
 };
 
-// All sections that this program has.
+// The sections of this program; those of filters are named by their options (suite/filters/filter_options.h).
 inline constexpr SettingsSection kWizardSettings = {u"KAVO", u"K19FPW"};
 inline constexpr SettingsSection kLanguageDialogSettings = {u"KAVO", u"TW"};
 inline constexpr SettingsSection kExcelSettings = {u"KAVO", u"Excel"};
 inline constexpr SettingsSection kEditorSettings = {u"KAVO", u"Editor"};
-inline constexpr SettingsSection kScriptSettings = {u"KAVO", u"Scripts"};
 inline constexpr SettingsSection kMifSettings = {u"MIF Utilities", u"Settings"};
 
 }  // namespace kavo

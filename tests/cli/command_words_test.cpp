@@ -49,6 +49,31 @@ TEST_F(CommandWordsOnFiles, OptionsMayStandBeforeTheVerb) {
   EXPECT_TRUE(folder.exists(u"a_txt_FR.tud"));
 }
 
+TEST_F(CommandWordsOnFiles, AnOptionOfAFilterIsCheckedBeforeAnythingIsDone) {
+  folder.write(u"p.asp", "<p>a</p><% x = \"all of it\" %>\r\n");
+  const auto prepare = [&](const char* option) {
+    return run_kavo({"prepare", "p.asp", "--source", "EN-US", "--target", "FR", "--filter-option", option}, &folder);
+  };
+  const struct {
+    const char* option;
+    const char* said;
+  } cases[] = {
+      {"script.offer=all", "the nearest is \"scripts.offer\""},
+      {"scripts.offer=some", "scripts.offer can be likely, all or none, not \"some\""},
+      {"scripts.offer", "is no NAME=VALUE"},
+  };
+  for (const auto& c : cases) {
+    const Ran ran = prepare(c.option);
+    EXPECT_EQ(ran.code, 2) << c.option;
+    EXPECT_TRUE(holds(ran.errors, c.said)) << ran.errors;
+    EXPECT_FALSE(folder.exists(u"p_asp.htm"));
+  }
+  EXPECT_EQ(prepare("scripts.offer=all").code, 0);
+  EXPECT_TRUE(holds(folder.read(u"p_asp_scr_FR.tud"), "all of it"));
+  EXPECT_EQ(prepare("scripts.offer=none").code, 0);
+  EXPECT_FALSE(holds(folder.read(u"p_asp_scr_FR.tud"), "all of it"));
+}
+
 TEST_F(CommandWordsOnFiles, AFolderIsSaidToBeOne) {
   folder.make_folder(u"pages.asp");
   for (const char* verb : {"preprocess", "stats", "rebuild", "verify"}) {
@@ -77,6 +102,20 @@ TEST_F(CommandWordsOnFiles, PathsInMessagesHaveTheHostsForm) {
   EXPECT_EQ(ran.code, 1);
   EXPECT_TRUE(holds(ran.errors, path_to_host(folder.path(u"a_FR.txt")))) << ran.errors;
   EXPECT_FALSE(holds(ran.errors, "\\")) << ran.errors;
+}
+
+TEST(FilterOptionSettings, AreStoredShownAndTakenAway) {
+  EXPECT_EQ(run_kavo({"settings", "scripts.never=Log,Trace"}).output, "scripts.never=Log,Trace\n");
+  EXPECT_EQ(run_kavo({"settings", "scripts.never"}).output, "scripts.never=Log,Trace\n");
+  EXPECT_EQ(run_kavo({"settings", "scripts.never=default", "scripts.offer"}).output,
+            "scripts.never=\nscripts.offer=likely\n");
+  const Ran wrong = run_kavo({"settings", "scripts.offer=sure"});
+  EXPECT_EQ(wrong.code, 1);
+  EXPECT_TRUE(holds(wrong.errors, "likely, all or none")) << wrong.errors;
+  const Ran unknown = run_kavo({"settings", "script.offer"});
+  EXPECT_EQ(unknown.code, 2);
+  EXPECT_TRUE(holds(unknown.errors, "the nearest is scripts.offer")) << unknown.errors;
+  EXPECT_EQ(run_kavo({"settings", "overwrite=on"}).code, 2) << "it belongs to one run";
 }
 
 class HighlightSettings : public testing::Test {

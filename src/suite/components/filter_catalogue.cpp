@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "common/program_settings.h"
 #include "platform/failure.h"
 #include "platform/unicode.h"
 #include "suite/document/conversion.h"
@@ -33,22 +32,30 @@ unsigned code_page_from(const Value& number) {
   return static_cast<unsigned>(value);
 }
 
-// What the user has set, and for one run a word in place of it.
-ScriptSettings script_settings(std::u16string_view word) {
-  const auto setting = [](std::u16string_view key) { return kScriptSettings.get(key); };
+ScriptSettings script_settings(const FilterOptions& options) {
+  const auto words = [&](std::string_view key) {
+    std::string list;
+    for (const std::string& word : option_items(options, key)) (list += word) += ' ';
+    return list;
+  };
   ScriptSettings settings;
-  settings.texts = to_utf8(setting(u"Texts"));
-  settings.never = to_utf8(setting(u"Never"));
-  const std::u16string offer = word.empty() ? setting(u"Offer") : std::u16string(word);
-  if (offer.empty() || equal_ignoring_ascii_case(offer, u"likely")) return settings;
-  if (equal_ignoring_ascii_case(offer, u"all"))
-    settings.offer = ScriptSettings::Offer::kAll;
-  else if (equal_ignoring_ascii_case(offer, u"none"))
-    settings.offer = ScriptSettings::Offer::kNone;
-  else
-    throw failure(FailureNumber::kInvalidCall,
-                  u"\"" + offer + u"\" says nothing about the texts of scripts: likely, all or none");
+  settings.texts = words("scripts.texts");
+  settings.never = words("scripts.never");
+  const std::string_view offer = option_text(options, "scripts.offer");
+  if (offer == "all") settings.offer = ScriptSettings::Offer::kAll;
+  if (offer == "none") settings.offer = ScriptSettings::Offer::kNone;
   return settings;
+}
+
+// What the user has stored, with what was chosen for this run in its place. Throws `failure` 5 for a choice that means
+// nothing.
+void choose_options(ConversionRequest& request, FilterOptions chosen) {
+  request.options = stored_filter_options();
+  for (auto& [key, value] : chosen) request.options.insert_or_assign(key, std::move(value));
+  for (const auto& [key, value] : request.options)
+    if (const std::string problem = option_problem(key, value); !problem.empty())
+      throw failure(FailureNumber::kInvalidCall, to_utf16(problem));
+  request.scripts = script_settings(request.options);
 }
 
 ConversionRequest conversion_from(std::span<Argument> arguments) {
@@ -64,7 +71,6 @@ ConversionRequest conversion_from(std::span<Argument> arguments) {
   request.target_language = as_text(arguments[5].value);
   request.target_code_page = code_page_from(arguments[6].value);
   request.filter = as_text(arguments[7].value);
-  request.scripts = script_settings({});
   return request;
 }
 
@@ -110,6 +116,7 @@ MessageTaker FilterCatalogue::new_messages() {
 
 Value FilterCatalogue::convert(std::span<Argument> arguments) {
   ConversionRequest request = conversion_from(arguments);
+  choose_options(request, {});
   request.tell = new_messages();
   return static_cast<std::int32_t>(convert_document(request, progress_));
 }
@@ -118,9 +125,7 @@ Value FilterCatalogue::convert_in_set(std::span<Argument> arguments) {
   ConversionRequest request = conversion_from(arguments);
   request.mark = to_utf8(as_text(arguments[9].value));
   request.author_document = as_text(arguments[10].value);
-  if (!is_omitted(arguments[11].value)) request.options = options_from(arguments[11].value);
-  if (const auto scripts = request.options.find("scripts"); scripts != request.options.end())
-    request.scripts = script_settings(to_utf16(scripts->second));
+  choose_options(request, is_omitted(arguments[11].value) ? FilterOptions() : options_from(arguments[11].value));
   request.tell = new_messages();
   return static_cast<std::int32_t>(convert_document(request, progress_));
 }

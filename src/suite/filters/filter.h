@@ -9,7 +9,6 @@
 
 #include <cstdint>
 #include <functional>
-#include <map>
 #include <memory>
 #include <optional>
 #include <span>
@@ -23,11 +22,9 @@
 #include "formats/text/text_coding.h"
 #include "suite/document/script_settings.h"
 #include "suite/document/segment.h"
+#include "suite/filters/filter_options.h"
 
 namespace kavo {
-
-// What people choose for a filter, by name: "rc.dialog-font". A filter reads those that it knows.
-using FilterOptions = std::map<std::string, std::string, std::less<>>;
 
 // Takes what a person should know and what is no failure; may be empty.
 using MessageTaker = std::function<void(const Message&)>;

@@ -16,11 +16,6 @@ namespace {
 
 using namespace rc;
 
-std::string option(const ConversionSettings& settings, std::string_view name) {
-  const auto found = settings.options.find(name);
-  return found == settings.options.end() ? std::string() : found->second;
-}
-
 bool is_unicode(unsigned code_page) {
   return code_page == kUtf8CodePage || code_page == kUtf16LittleEndian || code_page == kUtf16BigEndian;
 }
@@ -79,7 +74,7 @@ void RcFilter::extract(BlockReader& document, const ConversionSettings& settings
   std::optional<LanguageId> replaced;
   if (const std::int64_t line = survey.line_of(target);
       is_translated && line != 0 && !survey.is_chosen({true, target})) {
-    if (option(settings, kReplaceOption).empty())
+    if (!is_on(settings.options, kReplaceOption))
       throw failure(FailureNumber::kFileAlreadyExists,
                     to_utf16("the script already has resources in " + settings.target_language + ", from line " +
                              std::to_string(line) + " on. Nothing is changed; --overwrite replaces them"));
@@ -91,8 +86,9 @@ void RcFilter::extract(BlockReader& document, const ConversionSettings& settings
   RcFacts own;
   own.target_code_page = target_code_page(settings);
   own.has_cr_lf = survey.has_cr_lf();
-  own.font = {option(settings, "rc.dialog-font"), option(settings, "rc.dialog-font-size"),
-              option(settings, "rc.dialog-charset")};
+  own.font = {std::string(option_text(settings.options, "rc.dialog-font")),
+              std::string(option_text(settings.options, "rc.dialog-font-size")),
+              std::string(option_text(settings.options, "rc.dialog-charset"))};
   facts.data = to_data(own);
   facts.text_code_page = is_translated && !is_unicode(facts.code_page) ? own.target_code_page : facts.code_page;
   sink.begin(facts);

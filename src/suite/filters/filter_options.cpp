@@ -1,0 +1,185 @@
+#include "suite/filters/filter_options.h"
+
+#include <algorithm>
+
+#include "common/nearest.h"
+#include "common/program_settings.h"
+#include "platform/failure.h"
+#include "platform/unicode.h"
+
+namespace kavo {
+namespace {
+
+using enum OptionKind;
+
+// A filter's options stand together. docs/filter-options.md has the same rows, which a test compares.
+constexpr FilterOption kOptions[] = {
+    {"overwrite", kSwitch, "off",
+     "Replaces what a document already has in the target language. `--overwrite` sets it for a run", "on"},
+
+    {"rc.dialog-charset", kNumber, "",
+     "The character set of the fonts of translated dialogs, a number of the Windows API; without it that of the source",
+     "128"},
+    {"rc.dialog-font", kText, "", "The font of translated dialogs; without it that of the source", "MS UI Gothic"},
+    {"rc.dialog-font-size", kNumber, "", "Its size in points; without it that of the source", "9"},
+
+    {"scripts.never", kWords, "", "Functions of scripts whose arguments are never offered", "Log, Trace"},
+    {"scripts.offer", kChoice, "likely",
+     "The texts of scripts to offer: those that are likely read by people, with those in doubt locked; those in doubt, "
+     "too; or none",
+     "all", "likely all none"},
+    {"scripts.texts", kWords, "", "Functions of scripts whose arguments are always offered", "Translate, Say"},
+};
+
+constexpr std::string_view kBlanks = " \t";
+
+std::string_view trimmed(std::string_view text) {
+  const std::size_t begin = text.find_first_not_of(kBlanks);
+  if (begin == text.npos) return {};
+  return text.substr(begin, text.find_last_not_of(kBlanks) - begin + 1);
+}
+
+// What stands between the items of a list; "" for a kind that is none.
+std::string_view separators_of(OptionKind kind) {
+  switch (kind) {
+    case kWords:
+      return ", \t";
+    case kNames:
+      return ",\t";
+    case kPatterns:
+      return "\t";
+    default:
+      return {};
+  }
+}
+
+std::vector<std::string> split(std::string_view text, std::string_view separators) {
+  std::vector<std::string> items;
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find_first_of(separators), text.size());
+    if (const std::string_view item = trimmed(text.substr(0, end)); !item.empty()) items.emplace_back(item);
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
+  return items;
+}
+
+bool can_be(const FilterOption& option, std::string_view value) {
+  if (value.find_first_of("\r\n") != value.npos) return false;
+  switch (option.kind) {
+    case kSwitch:
+      return value == "on" || value == "off" || value == "1" || value == "0";
+    case kChoice:
+      return std::ranges::count(split(option.choices, " "), value) != 0;
+    case kNumber:
+      return !value.empty() && value.size() <= 9 && value.find_first_not_of("0123456789") == value.npos;
+    default:
+      return true;
+  }
+}
+
+const FilterOption& row_of(std::string_view key) {
+  const FilterOption* const row = find_filter_option(key);
+  if (!row)
+    throw failure(FailureNumber::kInternal, u"a filter reads an option that is in no table: " + to_utf16(key));
+  return *row;
+}
+
+constexpr std::u16string_view kApplication = u"KAVO";
+
+struct StoredPlace {
+  std::u16string section;
+  std::u16string name;
+};
+StoredPlace place_of(const FilterOption& option) {
+  const std::size_t dot = option.key.find('.');
+  return {to_utf16(option.key.substr(0, dot)), to_utf16(option.key.substr(dot + 1))};
+}
+
+}  // namespace
+
+std::span<const FilterOption> filter_options() { return kOptions; }
+
+const FilterOption* find_filter_option(std::string_view key) {
+  const auto* const found = std::ranges::find(kOptions, key, &FilterOption::key);
+  return found == std::end(kOptions) ? nullptr : found;
+}
+
+bool is_lasting(const FilterOption& option) { return option.key.find('.') != option.key.npos; }
+
+std::string values_of(const FilterOption& option) {
+  switch (option.kind) {
+    case kSwitch:
+      return "on or off";
+    case kChoice: {
+      const std::vector<std::string> words = split(option.choices, " ");
+      std::string text;
+      for (std::size_t i = 0; i < words.size(); ++i)
+        text += (i == 0 ? "" : i + 1 < words.size() ? ", " : " or ") + words[i];
+      return text;
+    }
+    case kNumber:
+      return "a number";
+    case kText:
+      return "a text";
+    case kWords:
+      return "words with commas between";
+    case kNames:
+      return "names with commas between";
+    case kPatterns:
+      return "patterns, one at a time";
+  }
+  return {};
+}
+
+std::string option_problem(std::string_view key, std::string_view value) {
+  const FilterOption* const option = find_filter_option(key);
+  if (!option) {
+    std::vector<std::string_view> keys;
+    for (const FilterOption& known : kOptions) keys.push_back(known.key);
+    return "there is no option \"" + std::string(key) + "\"; the nearest is \"" +
+           std::string(nearest(key, std::move(keys)).front()) + "\"";
+  }
+  if (can_be(*option, value)) return {};
+  return std::string(key) + " can be " + values_of(*option) + ", not \"" + std::string(value) + "\"";
+}
+
+void choose(FilterOptions& options, std::string_view key, std::string_view value) {
+  const auto [entry, is_new] = options.try_emplace(std::string(key), value);
+  if (is_new) return;
+  if (separators_of(row_of(key).kind).empty())
+    entry->second = value;
+  else
+    (entry->second += '\t') += value;
+}
+
+FilterOptions stored_filter_options() {
+  FilterOptions options;
+  for (const FilterOption& option : kOptions) {
+    if (!is_lasting(option)) continue;
+    const StoredPlace place = place_of(option);
+    const std::string value = to_utf8(SettingsSection{kApplication, place.section}.get(place.name));
+    if (!value.empty()) options.emplace(option.key, value);
+  }
+  return options;
+}
+
+void store_filter_option(std::string_view key, std::string_view value) {
+  const StoredPlace place = place_of(row_of(key));
+  SettingsSection{kApplication, place.section}.save(place.name, to_utf16(value));
+}
+
+std::string_view option_text(const FilterOptions& options, std::string_view key) {
+  const auto found = options.find(key);
+  return found == options.end() ? row_of(key).usual : std::string_view(found->second);
+}
+
+bool is_on(const FilterOptions& options, std::string_view key) {
+  const std::string_view value = option_text(options, key);
+  return value == "on" || value == "1";
+}
+
+std::vector<std::string> option_items(const FilterOptions& options, std::string_view key) {
+  return split(option_text(options, key), separators_of(row_of(key).kind));
+}
+
+}  // namespace kavo
