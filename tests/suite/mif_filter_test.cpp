@@ -360,6 +360,36 @@ TEST_F(MifFilterTest, TheVersionTellsTheCoding) {
   }
 }
 
+// In its paragraph English text stands in the format's own set and Japanese text in Shift-JIS, as each font says.
+TEST_F(MifFilterTest, OneParagraphMixesCodingsByItsFonts) {
+  const std::string japanese = "<Font <FTag `'> <FEncoding `JISX0208.ShiftJIS'>>";
+  const std::string own = "<Font <FTag `'>>";
+  const std::string head = "<MIFFile 7.00>\n";
+  const std::string document = head + para("<String `\\x8e x '>" + japanese +
+                                           "<String `\x93\xFA\x96\x7B\\x8c \\xea x'>" + own + "<String ` x\\x8f '>");
+  EXPECT_EQ(checked_texts_of(document), std::vector<std::u16string>{u"\u00E9x <1>\u65E5\u672C\u8A9Ex</1> x\u00E8"});
+  EXPECT_EQ(translated_document(document, to_x),
+            head + para("<String `\\x8e X '>" + japanese + "<String `\x93\xFA\x96\x7B\x8C\xEAX'>" + own +
+                        "<String ` X\\x8f '>"));
+  // What the translation moves is written in the coding of where it comes to stand.
+  EXPECT_EQ(translated_document(document, [](std::u16string) { return u"<1>\u65E5</1>\u00E9"; }),
+            head + para(japanese + "<String `\x93\xFA'>" + own + "<String `\\x8e '>"));
+  EXPECT_NE(reason_of([&] {
+              translated_document(document, [](std::u16string) { return u"\u65E5<1>x</1>"; });
+            }).find(u"the document cannot hold \"\u65E5\""),
+            std::u16string::npos);
+}
+
+TEST_F(MifFilterTest, AParagraphOfAJapaneseFormatIsReadAndWrittenInItsCoding) {
+  const std::string head =
+      "<MIFFile 7.00>\n<PgfCatalog <Pgf <PgfTag `J'> <PgfFont <FEncoding `JISX0208.ShiftJIS'>>>>\n<Para <PgfTag `J'> "
+      "<ParaLine <String `";
+  EXPECT_EQ(checked_texts_of(head + "\x83\x5C\x93\x60x'>>>"), std::vector<std::u16string>{u"\u30BD\u4F1Dx"});
+  EXPECT_EQ(translated_document(head + "\x83\x5C\x93\x60x'>>>", to_x), head + "\x83\x5C\x93\x60X'>>>");
+  EXPECT_EQ(checked_texts_of(head + "\x93\xFA\x96 x'>>>"), std::vector<std::u16string>{u"\u65E5<1/> x"})
+      << "a byte that is no character is a code";
+}
+
 TEST_F(MifFilterTest, ACharacterThatTheVersionLacksNamesItsPlace) {
   const auto russian = [](std::u16string) { return u"\u0416"; };
   const std::u16string reason =

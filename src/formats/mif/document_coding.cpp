@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <string>
+#include <utility>
 
 #include "formats/mif/escapes.h"
 #include "formats/text/euc_japanese.h"
@@ -22,6 +23,12 @@ constexpr DeclaredCoding kDeclaredCodings[] = {
     {"\x93\xFA\x96\x7B\x8C\xEA", 932}, {"\xD6\xD0\xCE\xC4", 936}, {"\xA4\xA4\xA4\xE5", 950},
     {"\xC7\xD1\xB1\xB9\xBE\xEE", 949}, {"\xC7\xD1\xB1\xDB", 949}, {"\xC6\xFC\xCB\xDC\xB8\xEC", kEucJapanese},
 };
+
+// What FEncoding calls the codings of fonts. FrameRoman is the format's own set, which stands in escapes.
+constexpr std::string_view kWesternFont = "FrameRoman";
+constexpr std::pair<std::string_view, unsigned> kFontCodings[] = {
+    {"JISX0208.ShiftJIS", 932}, {"GB2312-80.EUC", 936}, {"KSC5601-1992", 949}, {"BIG5", 950}};
+constexpr unsigned kWesternCodePage = 1252;
 
 std::string unescaped(std::string_view value) {
   std::string bytes;
@@ -69,6 +76,15 @@ DocumentCoding coding_of(std::string_view beginning, unsigned source_code_page) 
     coding.declared = declared->word;
   }
   return coding;
+}
+
+unsigned code_page_of_font(std::string_view encoding, unsigned document_code_page) {
+  for (const auto& [name, code_page] : kFontCodings)
+    if (name == encoding) return code_page;
+  if (encoding != kWesternFont) return 0;
+  const auto is_asian = [&](const auto& coding) { return coding.second == document_code_page; };
+  return document_code_page == kEucJapanese || std::ranges::any_of(kFontCodings, is_asian) ? kWesternCodePage
+                                                                                           : document_code_page;
 }
 
 }  // namespace kavo::mif

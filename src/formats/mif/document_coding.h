@@ -3,11 +3,9 @@
 // From version 8.0 on MIF is UTF-8: the version statement counts, not the program that wrote the document. Earlier
 // documents are ASCII with `\xNN ` escapes for the characters of the format's own set (that of the layout program's
 // Western fonts); Asian text stands there in a double-byte code page, as it is or, byte for byte, as such escapes.
-// Which one a MIFEncoding statement says by holding a word of its language. Without one it is the code page that the
-// user names. The format: the MIF Reference, a public document.
-//
-// Without MIFEncoding each font may say which coding its strings have (`<FEncoding ...>`), and one paragraph may mix
-// them. That is not followed: such a document is read in one coding.
+// Which one a MIFEncoding statement says by holding a word of its language. Without one each font may say which coding
+// its strings have (font_codings.h); what no font speaks of is in the code page that the user names. The format: the
+// MIF Reference, a public document.
 #pragma once
 
 #include <cstddef>
@@ -26,10 +24,14 @@ struct DocumentCoding {
   std::size_t mark_size = 0;           // of the byte order mark in front
   std::string_view declared;           // before 8.0: the word of a MIFEncoding statement that is understood, else ""
 
+  // What fonts say about their strings counts.
+  bool fonts_decide() const { return !is_utf8 && declared.empty(); }
   bool reads_as(const DocumentCoding& other) const { return is_utf8 == other.is_utf8 && code_page == other.code_page; }
 };
 
 // The coding of a document that begins so. One without a version is read like one before 8.0.
 DocumentCoding coding_of(std::string_view beginning, unsigned source_code_page);
+// The code page of a font with this `FEncoding`, in a document of that code page. 0 for a name that is not known.
+unsigned code_page_of_font(std::string_view encoding, unsigned document_code_page);
 
 }  // namespace kavo::mif

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "formats/mif/escapes.h"
 #include "suite/filters/mif/mif_text_place.h"
 
 namespace kavo::mif {
@@ -90,6 +91,7 @@ void MifExtraction::run(ProgressEvent& progress) {
 }
 
 void MifExtraction::take(const MifToken& token) {
+  codings_.take(token);
   if (token.kind == MifTokenKind::kOpen) recover(token.name());
   switch (place_) {
     case Place::kOutside:
@@ -190,6 +192,7 @@ void MifExtraction::begin_statement(const MifToken& token) {
   reading_ = {};
   reading_.statement = &find_statement(token.name());
   reading_.begin = paragraph_.size();
+  reading_.code_page = codings_.current_code_page();
   reading_.depth = 1;
   paragraph_ += token.bytes;
   place_ = Place::kStatement;
@@ -245,6 +248,8 @@ MifExtraction::Item MifExtraction::finished_item() const {
   item.kind = item.statement->kind;
   item.begin = reading_.begin;
   item.end = paragraph_.size();
+  item.code_page_before = reading_.code_page;
+  item.code_page = codings_.current_code_page();
   const std::string_view bytes = bytes_of(item);
   switch (item.kind) {
     case ItemKind::kString:
@@ -254,8 +259,8 @@ MifExtraction::Item MifExtraction::finished_item() const {
       }
       item.value = reading_.value;
       item.value_end = reading_.value_end;
-      item.is_visible =
-          is_visible_string(std::string_view(paragraph_).substr(item.value, item.value_end - item.value), coding_);
+      item.is_visible = is_visible_string(std::string_view(paragraph_).substr(item.value, item.value_end - item.value),
+                                          codings_.of(item.code_page));
       break;
     case ItemKind::kCharacter: {
       const std::string_view name = word_of(bytes, item.statement->name);
@@ -334,7 +339,7 @@ bool MifExtraction::find_core(std::size_t& first, std::size_t& last) const {
 
 void MifExtraction::write_segment(std::size_t first, std::size_t last) {
   builder_.start(position_.line(), position_.column());
-  builder_.context(to_context({is_side_text_, blanks_before(items_[first].begin), font_}));
+  builder_.context(to_context({is_side_text_, blanks_before(items_[first].begin), font_, code_pages(first, last)}));
   if (is_side_text_) builder_.note(tag_);
   for (std::size_t i = first; i <= last; ++i) {
     const Item& item = items_[i];
@@ -360,11 +365,12 @@ void MifExtraction::write_segment(std::size_t first, std::size_t last) {
 void MifExtraction::write_string(const Item& item) {
   const std::string_view all = paragraph_;
   builder_.add_hidden(all.substr(item.begin, item.value - item.begin));
-  StringReader reader(all.substr(item.value, item.value_end - item.value), coding_);
+  const StringCoding& coding = codings_.of(item.code_page);
+  StringReader reader(all.substr(item.value, item.value_end - item.value), coding);
   for (StringPart part; reader.next(part);) {
     switch (part.kind) {
       case StringPart::Kind::kRun:
-        builder_.add_text(part.bytes);
+        write_run(part.bytes, coding);
         break;
       case StringPart::Kind::kText:
         builder_.add_text(part.text, part.bytes);
@@ -381,6 +387,33 @@ void MifExtraction::write_string(const Item& item) {
     }
   }
   builder_.add_hidden(all.substr(item.value_end, item.end - item.value_end));
+}
+
+void MifExtraction::write_run(std::string_view run, const StringCoding& coding) {
+  if (&coding == &coding_) return builder_.add_text(run);
+  while (!run.empty()) {
+    std::string character;
+    bool is_valid = false;
+    const std::string_view bytes = run.substr(0, coding.bytes().decode_one(run, character, is_valid));
+    if (is_valid) {
+      builder_.add_text(character, bytes);
+    } else {
+      std::string shown;
+      for (const char byte : bytes) append_byte_escape(static_cast<unsigned char>(byte), shown);
+      builder_.add_code(CodeKind::kStandalone, "x-byte", shown, bytes);
+    }
+    run.remove_prefix(bytes.size());
+  }
+}
+
+// At the beginning of a segment and behind each font of it; none when all are the document's.
+std::vector<unsigned> MifExtraction::code_pages(std::size_t first, std::size_t last) const {
+  std::vector<unsigned> pages{items_[first].code_page_before};
+  for (std::size_t i = first; i <= last; ++i)
+    if (items_[i].statement && items_[i].statement->name == kFont) pages.push_back(items_[i].code_page);
+  const auto is_other = [&](unsigned page) { return &codings_.of(page) != &coding_; };
+  if (std::ranges::none_of(pages, is_other)) pages.clear();
+  return pages;
 }
 
 void MifExtraction::write_code(const Item& item) {

@@ -18,6 +18,7 @@
 
 #include "common/block_reader.h"
 #include "common/progress_event.h"
+#include "formats/mif/font_codings.h"
 #include "formats/mif/string_coding.h"
 #include "formats/mif/tokens.h"
 #include "formats/text/document_place.h"
@@ -36,8 +37,8 @@ inline constexpr std::size_t kLongestStatement = 256 * 1024;  // bytes
 class MifExtraction {
  public:
   // All must outlive the object.
-  MifExtraction(BlockReader& document, const StringCoding& coding, ExtractionSink& sink)
-      : document_(document), coding_(coding), sink_(sink), builder_(coding.bytes()) {}
+  MifExtraction(BlockReader& document, FontCodings& codings, ExtractionSink& sink)
+      : document_(document), codings_(codings), coding_(codings.document()), sink_(sink), builder_(coding_.bytes()) {}
 
   void run(ProgressEvent& progress);
 
@@ -77,6 +78,8 @@ class MifExtraction {
     std::size_t value_end = 0;
     const Statement* statement = nullptr;  // of a code
     std::string_view text;                 // of a character
+    unsigned code_page_before = 0;         // of strings there
+    unsigned code_page = 0;                // of the string itself, of strings behind a font
     bool is_visible = false;
     std::size_t partner = kNoPartner;  // of an opening and its closing code
   };
@@ -84,6 +87,7 @@ class MifExtraction {
   struct Reading {
     const Statement* statement = nullptr;
     std::size_t begin = 0;
+    unsigned code_page = 0;  // of strings in front of it
     std::size_t depth = 0;
     std::size_t value = 0;  // its string
     std::size_t value_end = 0;
@@ -111,6 +115,8 @@ class MifExtraction {
   bool find_core(std::size_t& first, std::size_t& last) const;
   void write_segment(std::size_t first, std::size_t last);
   void write_string(const Item& item);
+  void write_run(std::string_view run, const StringCoding& coding);
+  std::vector<unsigned> code_pages(std::size_t first, std::size_t last) const;
   void write_code(const Item& item);
   std::string shown(const Item& item) const;
   void follow_fonts(std::size_t first, std::size_t last);
@@ -124,7 +130,8 @@ class MifExtraction {
   void outside(std::string_view bytes);
 
   BlockReader& document_;
-  const StringCoding& coding_;
+  FontCodings& codings_;
+  const StringCoding& coding_;  // the document's
   ExtractionSink& sink_;
   SegmentBuilder builder_;
   MifTokenScanner scanner_;

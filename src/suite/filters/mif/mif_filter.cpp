@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <cstdint>
 #include <iterator>
+#include <vector>
 
 #include "formats/mif/document_coding.h"
+#include "formats/mif/font_codings.h"
 #include "formats/mif/string_coding.h"
 #include "platform/failure.h"
 #include "platform/unicode.h"
@@ -28,14 +30,19 @@ class MifFilter final : public Filter {
   void write_computed(std::uint32_t kind, std::string_view original, std::string& bytes) override;
 
  private:
-  std::unique_ptr<mif::StringCoding> coding_;
+  std::unique_ptr<mif::FontCodings> codings_;
 };
 
 // Writes a segment as a row of statements.
 class SegmentWriter {
  public:
-  SegmentWriter(const Hole& hole, const mif::StringCoding& coding, std::string& bytes)
-      : hole_(hole), place_(mif::to_place(hole.context)), coding_(coding), bytes_(bytes) {}
+  SegmentWriter(const Hole& hole, const mif::FontCodings& codings, std::string& bytes)
+      : hole_(hole), place_(mif::to_place(hole.context)), codings_(codings), bytes_(bytes) {
+    if (place_.code_pages.empty()) return;
+    coding_ = &codings_.of(place_.code_pages.front());
+    for (const Hole::Code& code : hole_.codes)
+      if (is_font(std::string_view(hole_.original).substr(code.begin, code.end - code.begin))) fonts_.push_back(&code);
+  }
 
   void text(std::string_view text) {
     while (!text.empty()) {
@@ -60,9 +67,11 @@ class SegmentWriter {
   }
 
   // A code that is a statement stands between strings, any other (an escape, a byte) in one.
-  void code(std::string_view code) {
+  void code(const CodedPart& reference) {
+    const std::string_view code = hole_.bytes_of(reference);
     if (code.starts_with('<')) {
       statement(code);
+      follow_font(hole_.find(reference));
       return;
     }
     value(code);
@@ -79,6 +88,18 @@ class SegmentWriter {
   }
 
  private:
+  static bool is_font(std::string_view code) {
+    mif::MifToken token;
+    return mif::MifTokenScanner().next(code, true, token) && token.bytes == "<Font";
+  }
+
+  // A font may say which coding the strings behind it have.
+  void follow_font(const Hole::Code* code) {
+    const auto found = std::find(fonts_.begin(), fonts_.end(), code);
+    const auto place = static_cast<std::size_t>(found - fonts_.begin()) + 1;
+    if (found != fonts_.end() && place < place_.code_pages.size()) coding_ = &codings_.of(place_.code_pages[place]);
+  }
+
   // A paragraph that ran over into other text frames has lines that say so. The translation stands in the first line;
   // the others follow without a text, because the paragraphs behind begin in the last of these frames.
   void keep_frames() {
@@ -121,12 +142,12 @@ class SegmentWriter {
     written_.clear();
     // A side text goes into documents of several versions: the merge writes the character, or says where it does not
     // fit.
-    if (!coding_.append(utf8, written_) && place_.is_side_text)
+    if (!coding_->append(utf8, written_) && place_.is_side_text)
       mif::StringCoding::append_unicode_escape(utf8, written_);
     else if (written_.empty())
       throw failure(FailureNumber::kInvalidCall,
                     place_of(hole_) + u": the document cannot hold \"" + to_utf16(utf8) + u"\"" +
-                        (coding_.is_utf8() ? u"" : u"; save it as MIF 8 or later before it is prepared"));
+                        (coding_->is_utf8() ? u"" : u"; save it as MIF 8 or later before it is prepared"));
     value(written_);
   }
 
@@ -135,7 +156,7 @@ class SegmentWriter {
     if (joins && !place_.is_side_text) close_string();
     open_string();
     bytes_ += written;
-    joins_ = coding_.joins_escapes(written) ? Joins::kEscapes : Joins::kNothing;
+    joins_ = coding_->joins_escapes(written) ? Joins::kEscapes : Joins::kNothing;
   }
 
   void statement(std::string_view statement) {
@@ -163,7 +184,9 @@ class SegmentWriter {
 
   const Hole& hole_;
   mif::MifTextPlace place_;
-  const mif::StringCoding& coding_;
+  const mif::FontCodings& codings_;
+  const mif::StringCoding* coding_ = &codings_.document();
+  std::vector<const Hole::Code*> fonts_;  // those of the segment, where they decide on the coding
   std::string& bytes_;
   std::string written_;
   bool is_empty_ = true;  // nothing has been written
@@ -183,21 +206,24 @@ void MifFilter::extract(BlockReader& document, const ConversionSettings& setting
   sink.begin(facts);
   sink.skeleton(document.window().substr(0, found.mark_size));
   document.consume(found.mark_size);
-  const mif::StringCoding coding(found.code_page, found.is_utf8);
-  mif::MifExtraction(document, coding, sink).run(progress);
+  mif::FontCodings codings(found);
+  mif::MifExtraction(document, codings, sink).run(progress);
 }
 
 void MifFilter::begin_rebuild(const RebuildSettings& settings) {
   Filter::begin_rebuild(settings);
-  coding_ = std::make_unique<mif::StringCoding>(settings.facts.code_page, settings.facts.data == kUtf8Document);
+  mif::DocumentCoding coding;
+  coding.code_page = settings.facts.code_page;
+  coding.is_utf8 = settings.facts.data == kUtf8Document;
+  codings_ = std::make_unique<mif::FontCodings>(coding);
 }
 
 void MifFilter::write_segment(const Hole& hole, std::string_view translation, std::string& bytes) {
-  SegmentWriter writer(hole, *coding_, bytes);
+  SegmentWriter writer(hole, *codings_, bytes);
   CodedTextReader reader(translation);
   for (CodedPart part; reader.next(part);) {
     if (part.is_code)
-      writer.code(hole.bytes_of(part));
+      writer.code(part);
     else
       writer.text(part.text);
   }

@@ -3,9 +3,11 @@
 #pragma once
 
 #include <algorithm>
+#include <charconv>
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kavo::mif {
 
@@ -17,19 +19,35 @@ struct MifTextPlace {
   // What stands in front of a statement: a line end and the indentation. At most kLongestSeparator bytes.
   std::string_view separator;
   std::string_view font;  // in effect there: its statement, "" for the paragraph's own
+  // Where fonts decide on the coding: the code page at the beginning of the text, then that behind each font of it.
+  // Empty when all of it is in the document's.
+  std::vector<unsigned> code_pages;
 };
 
 inline std::string to_context(const MifTextPlace& place) {
-  std::string context(place.is_side_text ? "s" : "p");
+  std::string context(place.is_side_text ? "s" : place.code_pages.empty() ? "p" : "f");
   context += static_cast<char>(place.separator.size());
-  return context.append(place.separator).append(place.font);
+  context.append(place.separator);
+  for (const unsigned code_page : place.code_pages) (context += std::to_string(code_page)) += ',';
+  if (!place.code_pages.empty()) context += ';';
+  return context.append(place.font);
 }
 
 // `context` must outlive the place.
 inline MifTextPlace to_place(std::string_view context) {
   if (context.size() < 2) return {};
   const std::size_t size = std::min<std::size_t>(static_cast<unsigned char>(context[1]), context.size() - 2);
-  return {context[0] == 's', context.substr(2, size), context.substr(2 + size)};
+  MifTextPlace place{context[0] == 's', context.substr(2, size), context.substr(2 + size), {}};
+  while (context[0] == 'f' && !place.font.empty()) {
+    unsigned code_page = 0;
+    const char* const end = place.font.data() + place.font.size();
+    const auto [stop, error] = std::from_chars(place.font.data(), end, code_page);
+    if (error == std::errc()) place.code_pages.push_back(code_page);
+    place.font.remove_prefix(
+        std::min<std::size_t>(static_cast<std::size_t>(stop - place.font.data()) + 1, place.font.size()));
+    if (error != std::errc()) break;
+  }
+  return place;
 }
 
 // What filter and skeleton call the place where the colours of highlighting are defined: the opening of the document's

@@ -1,0 +1,83 @@
+// Which coding each string of a text has where the fonts say so.
+//
+// Before version 8.0 a document without MIFEncoding may name a coding in each font (`<FEncoding ...>`), and one
+// paragraph may mix fonts: English text in one, Japanese in the next. A font has the coding that its own statement
+// says, else that of the character format which its tag names, else that of its paragraph, whose format may have one,
+// too. The format: the MIF Reference, a public document.
+//
+// This holds for the strings of lines. Texts without a font (markers, variables, formats, tags) have the document's
+// coding.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "formats/mif/document_coding.h"
+#include "formats/mif/string_coding.h"
+#include "formats/mif/tokens.h"
+
+namespace kavo::mif {
+
+class FontCodings {
+ public:
+  // Throws `failure` 5 for a document's code page that is not supported.
+  explicit FontCodings(const DocumentCoding& document);
+
+  // Each token of the document, in order. The catalogues of formats stand before the texts.
+  void take(const MifToken& token) {
+    if (follows_fonts_) follow(token);
+  }
+
+  const StringCoding& document() const { return of(document_code_page_); }
+  // Of a string that stands behind the tokens taken so far.
+  const StringCoding& current() const { return of(current_); }
+  unsigned current_code_page() const { return current_; }
+  // Valid as long as the object. Throws `failure` 5 for a code page that is not supported.
+  const StringCoding& of(unsigned code_page) const;
+
+ private:
+  enum class Statement : std::uint8_t {
+    kOther,
+    kParagraph,
+    kTextLine,
+    kParagraphFormat,
+    kParagraphTag,
+    kParagraphFont,
+    kCharacterFormats,
+    kFont,
+    kFontTag,
+    kFontEncoding,
+  };
+  struct Font {
+    std::string tag;
+    unsigned code_page = 0;  // 0 while it says none
+  };
+  using CodePages = std::map<std::string, unsigned, std::less<>>;
+
+  static Statement statement_of(std::string_view name);
+  void follow(const MifToken& token);
+  void open(Statement statement);
+  void value(std::string_view value);
+  void close(Statement statement);
+  bool is_inside(Statement outer) const { return !open_.empty() && open_.back() == outer; }
+  unsigned code_page_of(const CodePages& formats, std::string_view tag, unsigned otherwise) const;
+
+  bool follows_fonts_;
+  bool is_utf8_;
+  unsigned document_code_page_;
+  unsigned paragraph_;  // of the paragraph's own font
+  unsigned current_;
+  std::vector<Statement> open_;
+  Font font_;            // being read
+  std::string tag_;      // of the paragraph format being read
+  unsigned format_ = 0;  // what it says, 0 for nothing
+  CodePages paragraph_formats_;
+  CodePages character_formats_;
+  mutable std::map<unsigned, std::unique_ptr<const StringCoding>> codings_;
+};
+
+}  // namespace kavo::mif
