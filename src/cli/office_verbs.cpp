@@ -1,11 +1,18 @@
 // kavo word, powerpoint and excel ...: conversions that an Office program does, driven through automation. One program
 // serves all files of a command line.
+//
+// A program works in the run's scratch folder, on copies of the documents that it changes, so that a conversion that
+// fails leaves an older result and the document as they were.
+#include <initializer_list>
 #include <utility>
 
 #include "cli/verb.h"
 #include "common/clsCommon.h"
 #include "common/document_names.h"
 #include "common/file_type.h"
+#include "common/folder_run.h"
+#include "common/path_parts.h"
+#include "common/pending_file.h"
 #include "common/same_file.h"
 #include "office/clsDOC2RTF.h"
 #include "office/clsPPTUtil.h"
@@ -16,6 +23,10 @@
 
 namespace kavo {
 namespace {
+
+constexpr std::u16string_view kWord = u"Word.Application";
+constexpr std::u16string_view kPowerPoint = u"PowerPoint.Application";
+constexpr std::u16string_view kExcel = u"Excel.Application";
 
 // Why a conversion failed, as far as it can be told: the classes answer 0 or 1 and keep the errors of their calls.
 std::u16string reason_of(const error_state& errors, std::u16string_view program) {
@@ -28,33 +39,58 @@ std::u16string reason_of(const error_state& errors, std::u16string_view program)
   return std::u16string(program) + u" refused the file";
 }
 
-Outcome outcome_of(std::int32_t result, const std::u16string& produced, const error_state& errors,
+// A file that a program has written in the run's scratch folder, and the file whose place it takes.
+struct Made {
+  std::u16string scratch;
+  std::u16string path;
+};
+
+// Nothing of the user's has changed until here: when the program failed, the older files stay. The first one is the
+// result.
+Outcome outcome_of(std::int32_t result, std::initializer_list<Made> made, const error_state& errors,
                    std::u16string_view program) {
+  const Made& produced = *made.begin();
+  const bool is_made = result == 0 && ports().files->info(produced.scratch);
   Outcome outcome;
-  outcome.result = result;
-  if (result == 0) {
-    outcome.produced = {{produced, FileTypeOf(produced)}};
+  if (is_made) {
+    for (const Made& file : made) replace_file(file.scratch, file.path);
+    outcome.produced = {{produced.path, FileTypeOf(produced.path)}};
   } else {
+    outcome.result = result == 0 ? 1 : result;
     outcome.ending = Outcome::kFailed;
     outcome.messages = {{reason_of(errors, program)}};
   }
   return outcome;
 }
 
+std::u16string scratch_copy(const std::u16string& file, FolderRun& run) {
+  std::u16string copy = run.scratch_path(file_name_of(file));
+  copy_file(file, copy);
+  return copy;
+}
+
+Outcome failed(std::u16string message) {
+  Outcome outcome;
+  outcome.result = 1;
+  outcome.ending = Outcome::kFailed;
+  outcome.messages = {{std::move(message)}};
+  return outcome;
+}
+
 // A file that is not there is told without starting a program, which takes seconds.
 class OfficeVerb : public Verb {
  public:
+  std::u16string workplace(const std::u16string& file) const final { return file; }
   Outcome run(const std::u16string& file, const ProgressEvent::Handler&) final {
-    if (clsCommon().FileExists(file)) return convert(file);
-    Outcome missing;
-    missing.result = 1;
-    missing.ending = Outcome::kFailed;
-    missing.messages = {{u"File not found"}};
-    return missing;
+    if (!clsCommon().FileExists(file)) return failed(u"File not found");
+    FolderRun run(file);
+    Outcome outcome = convert(file, run);
+    if (outcome.ending == Outcome::kDone) run.commit();
+    return outcome;
   }
 
  protected:
-  virtual Outcome convert(const std::u16string& file) = 0;
+  virtual Outcome convert(const std::u16string& file, FolderRun& run) = 0;
 };
 
 // A conversion into a file of its own, which replaces an older one only when asked to.
@@ -66,17 +102,17 @@ class NewFileVerb : public OfficeVerb {
 
  protected:
   virtual std::u16string target_of(const std::u16string& file) const = 0;
-  virtual Outcome convert_to(const std::u16string& file, const std::u16string& target) = 0;
+  virtual Outcome convert_to(const std::u16string& target, const std::u16string& file, FolderRun& run) = 0;
 
  private:
-  Outcome convert(const std::u16string& file) final {
+  Outcome convert(const std::u16string& file, FolderRun& run) final {
     const std::u16string target = target_of(file);
     const std::u16string name = to_utf16(path_to_host(target));
     if (is_same_file(file, target))
       throw failure(FailureNumber::kInvalidCall, name + u" would be converted into itself: give it another extension");
     if (!overwrite_ && ports().files->info(target))
       throw failure(FailureNumber::kFileAlreadyExists, name + u" exists already: --overwrite replaces it");
-    return convert_to(file, target);
+    return convert_to(target, file, run);
   }
 
   bool overwrite_ = false;
@@ -102,42 +138,34 @@ class WordVerb : public NewFileVerb {
 
 class WordToRtf final : public WordVerb {
   std::u16string target_of(const std::u16string& file) const override { return rtf_name_of(file); }
-  Outcome convert_to(const std::u16string& file, const std::u16string& target) override {
+  Outcome convert_to(const std::u16string& target, const std::u16string& file, FolderRun& run) override {
     clsDOC2RTF& word = converter();
     word.DOCFile(file);
-    word.RTFFile(target);
+    word.RTFFile(run.scratch_path(file_name_of(target)));
     const std::int32_t result = word.DOC2RTF();
-    return outcome_of(result, target, word.errors(), u"Word.Application");
+    return outcome_of(result, {{word.RTFFile(), target}}, word.errors(), kWord);
   }
 };
 
 class WordToDoc final : public WordVerb {
   std::u16string target_of(const std::u16string& file) const override { return doc_name_of(file); }
-  Outcome convert_to(const std::u16string& file, const std::u16string& target) override {
+  Outcome convert_to(const std::u16string& target, const std::u16string& file, FolderRun& run) override {
     clsDOC2RTF& word = converter();
     word.RTFFile(file);
-    word.DOCFile(target);
+    word.DOCFile(run.scratch_path(file_name_of(target)));
     const std::int32_t result = word.RTF2DOC();
-    return outcome_of(result, target, word.errors(), u"Word.Application");
+    return outcome_of(result, {{word.DOCFile(), target}}, word.errors(), kWord);
   }
 };
 
+// The program saves the document before it exports it.
 class PresentationToXml final : public NewFileVerb {
   std::u16string target_of(const std::u16string& file) const override { return xml_name_of(file); }
-  Outcome convert_to(const std::u16string& file, const std::u16string& target) override {
-    converter_.PPTFile(file);
+  Outcome convert_to(const std::u16string& target, const std::u16string& file, FolderRun& run) override {
+    converter_.PPTFile(scratch_copy(file, run));
     const std::int32_t result = converter_.PPT2XML();
-    return outcome_of(result, target, converter_.errors(), u"PowerPoint.Application");
-  }
-
-  clsPPTUtil converter_;
-};
-
-class XmlToPresentation final : public OfficeVerb {
-  Outcome convert(const std::u16string& file) override {
-    converter_.XMLFile(file);
-    const std::int32_t result = converter_.XML2PPT();
-    return outcome_of(result, converter_.PPTFile(), converter_.errors(), u"PowerPoint.Application");
+    return outcome_of(result, {{converter_.XMLFile(), target}, {converter_.PPTFile(), file}}, converter_.errors(),
+                      kPowerPoint);
   }
 
   clsPPTUtil converter_;
@@ -145,20 +173,49 @@ class XmlToPresentation final : public OfficeVerb {
 
 class WorkbookToXml final : public NewFileVerb {
   std::u16string target_of(const std::u16string& file) const override { return xml_name_of(file); }
-  Outcome convert_to(const std::u16string& file, const std::u16string& target) override {
-    converter_.XLSFile(file);
+  Outcome convert_to(const std::u16string& target, const std::u16string& file, FolderRun& run) override {
+    converter_.XLSFile(scratch_copy(file, run));
     const std::int32_t result = converter_.XLS2XML();
-    return outcome_of(result, target, converter_.errors(), u"Excel.Application");
+    return outcome_of(result, {{converter_.XMLFile(), target}, {converter_.XLSFile(), file}}, converter_.errors(),
+                      kExcel);
   }
 
   clsXLSUtil converter_;
 };
 
-class XmlToWorkbook final : public OfficeVerb {
-  Outcome convert(const std::u16string& file) override {
-    converter_.XMLFile(file);
+// Texts that go into a document that is there already, beside their XML.
+class ImportVerb : public OfficeVerb {
+ protected:
+  // Puts the texts of `xml` into the document that lies beside it.
+  virtual Outcome import(const std::u16string& xml, const Made& made) = 0;
+
+ private:
+  Outcome convert(const std::u16string& file, FolderRun& run) final {
+    const std::u16string document = office_name_of(file);
+    if (!clsCommon().FileExists(document))
+      return failed(u"There is no " + to_utf16(path_to_host(document)) + u" for these texts");
+    const Made made{scratch_copy(document, run), document};
+    const std::u16string xml = folder_of(made.scratch) + file_name_of(file);
+    copy_file(file, xml);
+    return import(xml, made);
+  }
+};
+
+class XmlToPresentation final : public ImportVerb {
+  Outcome import(const std::u16string& xml, const Made& made) override {
+    converter_.XMLFile(xml);
+    const std::int32_t result = converter_.XML2PPT();
+    return outcome_of(result, {made}, converter_.errors(), kPowerPoint);
+  }
+
+  clsPPTUtil converter_;
+};
+
+class XmlToWorkbook final : public ImportVerb {
+  Outcome import(const std::u16string& xml, const Made& made) override {
+    converter_.XMLFile(xml);
     const std::int32_t result = converter_.XML2XLS();
-    return outcome_of(result, converter_.XLSFile(), converter_.errors(), u"Excel.Application");
+    return outcome_of(result, {made}, converter_.errors(), kExcel);
   }
 
   clsXLSUtil converter_;
