@@ -97,6 +97,8 @@ void write_journal(FileSystem& files, const std::u16string& folder, const RunJou
     file->write(bytes);
     file->close();
   }
+  // A power cut must not leave an empty journal beside documents that have been moved already.
+  files.flush(next);
   files.rename_file(next, path);
 }
 

@@ -309,6 +309,29 @@ TEST_F(BrokenRun, TheNextRunFinishesOrUndoesWhatAKilledOneBegan) {
   EXPECT_GT(undone, 20u);
 }
 
+TEST_F(BrokenRun, TheNextRunFinishesOrUndoesWhatAPowerCutBrokeOff) {
+  std::size_t finished = 0, undone = 0;
+  for (std::size_t number = 1;; ++number) {
+    put_files();
+    FaultyFiles faulty(files);
+    faulty.set_fault({.operation = number, .lasting = true, .kills = true});
+    ports().files = &faulty;
+    try {
+      FolderRun run(kPage);
+      work(run);
+    } catch (const failure&) {
+    }
+    ports().files = &files;
+    faulty.lose_unflushed();
+    EXPECT_NO_THROW(FolderRun next(kPage)) << number;
+    EXPECT_TRUE(is_old() || is_new()) << number;
+    (is_new() ? finished : undone) += 1;
+    if (!faulty.fault_happened()) break;
+  }
+  EXPECT_GT(finished, 3u);
+  EXPECT_GT(undone, 20u);
+}
+
 TEST_F(BrokenRun, ARunThatFailsWhileItClearsUpSaysWhatItDid) {
   const auto is_left = [&] { return files.info(u"C:\\WORK\\.kavo-run").has_value(); };
   std::size_t cleared = 0, left = 0;

@@ -53,6 +53,10 @@ void FaultyFiles::set_fault(const Fault& fault) {
 
 void FaultyFiles::clear_fault() { fault_.reset(); }
 
+void FaultyFiles::lose_unflushed() {
+  for (const std::u16string& path : unflushed_) inner_.open(path, Access::kCreate)->close();
+}
+
 bool FaultyFiles::fails(Kind kind) {
   if (!fault_ || (fault_->counted == Counted::kMutating && kind == Kind::kReading)) return false;
   ++operations_;
@@ -71,7 +75,9 @@ void FaultyFiles::step(Kind kind) {
 std::unique_ptr<File> FaultyFiles::open(std::u16string_view path, Access access) {
   const bool writing = access != Access::kRead;
   step(writing ? Kind::kMutating : Kind::kReading);
-  return std::make_unique<FaultyFile>(*this, inner_.open(path, access), writing);
+  auto file = std::make_unique<FaultyFile>(*this, inner_.open(path, access), writing);
+  if (writing) unflushed_.insert(inner_.absolute(path));
+  return file;
 }
 
 std::optional<FileInfo> FaultyFiles::info(std::u16string_view path) {
@@ -107,16 +113,20 @@ void FaultyFiles::link_file(std::u16string_view path, std::u16string_view second
 void FaultyFiles::flush(std::u16string_view path) {
   step(Kind::kMutating);
   inner_.flush(path);
+  unflushed_.erase(inner_.absolute(path));
 }
 
 void FaultyFiles::remove_file(std::u16string_view path) {
   step(Kind::kRemoving);
   inner_.remove_file(path);
+  unflushed_.erase(inner_.absolute(path));
 }
 
 void FaultyFiles::rename_file(std::u16string_view from, std::u16string_view to) {
   step(Kind::kMutating);
   inner_.rename_file(from, to);
+  unflushed_.erase(inner_.absolute(to));
+  if (unflushed_.erase(inner_.absolute(from)) != 0) unflushed_.insert(inner_.absolute(to));
 }
 
 void FaultyFiles::set_read_only(std::u16string_view path, bool read_only) {

@@ -3,14 +3,17 @@
 
 #include <memory>
 #include <optional>
+#include <set>
+#include <string>
 
+#include "platform/case_fold.h"
 #include "platform/failure.h"
 #include "platform/files.h"
 
 namespace kavo::test {
 
-// Wraps any file system and counts its operations: open, info, find, identity, remove, rename, link, flush, folders made
-// and removed, set_read_only, and on open files read, write, seek, size and close.
+// Wraps any file system and counts its operations: open, info, find, identity, remove, rename, link, flush, folders
+// made and removed, set_read_only, and on open files read, write, seek, size and close.
 class FaultyFiles : public FileSystem {
  public:
   enum class Counted {
@@ -38,6 +41,8 @@ class FaultyFiles : public FileSystem {
   void clear_fault();
   bool fault_happened() const { return fault_happened_; }
   std::size_t operation_count() const { return operations_; }
+  // What a power cut does: files that were written and not flushed since are empty. Their names stay.
+  void lose_unflushed();
 
   std::unique_ptr<File> open(std::u16string_view path, Access access) override;
   std::optional<FileInfo> info(std::u16string_view path) override;
@@ -68,6 +73,7 @@ class FaultyFiles : public FileSystem {
 
   FileSystem& inner_;
   std::optional<Fault> fault_;
+  std::set<std::u16string, LessIgnoringCase> unflushed_;  // absolute
   std::size_t operations_ = 0;
   bool fault_happened_ = false;
 };
