@@ -1,8 +1,13 @@
 // Damaged and hostile bilingual documents, as the command meets them.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <map>
+#include <vector>
+
 #include "cli/run_kavo.h"
 #include "platform/files.h"
+#include "platform/fnv_hash.h"
 #include "platform/ports.h"
 #include "support/temp_folder.h"
 
@@ -73,6 +78,108 @@ TEST_F(HostileDocument, NamesLeadNowhereElse) {
       }
     folder.write(file, whole);
   }
+}
+
+// Where a value stands in a text.
+struct Field {
+  std::size_t begin = 0;
+  std::size_t size = 0;
+};
+
+// Every value of an attribute and every text between tags; of a note that says "name=value" the value.
+std::vector<Field> fields_of(const std::string& xml) {
+  std::vector<Field> fields;
+  for (std::size_t at = xml.find("<xliff"); at < xml.size(); ++at) {
+    const bool is_value = xml[at] == '"';
+    if (!is_value && xml[at] != '>') continue;
+    const std::size_t end = xml.find(is_value ? '"' : '<', at + 1);
+    if (end == std::string::npos) break;
+    const std::string text = xml.substr(at + 1, end - at - 1);
+    const bool is_empty = text.find_first_not_of("\r\n ") == std::string::npos;
+    const std::size_t skipped = is_value || text.starts_with("S0FWTy") ? 0 : text.find('=') + 1;
+    if (!is_empty) fields.push_back({at + 1 + skipped, text.size() - skipped});
+    at = is_value ? end : end - 1;
+  }
+  return fields;
+}
+
+// A page, its documents and a package of them, in a folder whose neighbour is bait. Whatever a document says, nothing
+// beside its folder changes and nothing of the bait comes into it.
+class HostileFields : public HostileDocument {
+ protected:
+  HostileFields() {
+    folder.write(u"in\\page.asp", "<html><body><p>Hello <b>x</b></p><% MsgBox \"Hi\" %></body></html>\r\n");
+    run_kavo({"prepare", path(u"in\\page.asp"), "--source", "EN-US", "--target", "FR"});
+    run_kavo({"export", path(u"in\\page_asp_htm_FR.tud"), "--with-skeleton"});
+    for (const char16_t* name : {u"evil.asp", u"evil.tud", u"evil.tud.skl"}) folder.write(name, "bait");
+    for (const std::u16string& name : names()) inside_[name] = folder.read(u"in\\" + name);
+  }
+  std::vector<std::u16string> names() { return ports().files->find(folder.path(u"in\\*")); }
+  void expect_no_harm(const std::vector<std::string>& arguments) {
+    const Ran ran = run_kavo(arguments);
+    EXPECT_TRUE(ran.code == 0 || ran.code == 1 || ran.code == 3) << ran.code << ran.errors;
+    EXPECT_EQ(folder.entry_count(), 4u);
+    for (const char16_t* name : {u"evil.asp", u"evil.tud", u"evil.tud.skl"}) EXPECT_EQ(folder.read(name), "bait");
+    for (const std::u16string& name : names()) {
+      const std::string content = folder.read(u"in\\" + name);
+      EXPECT_EQ(content.find("bait"), std::string::npos) << path(name);
+      const auto before = inside_.find(name);
+      if (before == inside_.end())
+        ports().files->remove_file(folder.path(u"in\\" + name));
+      else if (before->second != content)
+        folder.write(u"in\\" + name, before->second);
+    }
+  }
+
+ private:
+  std::map<std::u16string, std::string> inside_;
+};
+
+TEST_F(HostileFields, NoFieldOfADocumentOrPackageLeadsOutOfItsFolder) {
+  const std::string tud = path(u"in\\page_asp_htm_FR.tud");
+  const std::string xlf = path(u"in\\page_asp_htm_FR.xlf");
+  const struct {
+    std::u16string_view file;
+    const char* name;
+    std::vector<std::string> arguments;
+  } cases[] = {
+      {u"in\\page_asp_htm_FR.tud", "../evil", {"rebuild", tud}},
+      {u"in\\page_asp_htm_FR.tud", "x\\..\\..\\evil.tud.skl", {"export", "--overwrite", tud}},
+      {u"in\\page_asp_htm_FR.xlf", "../evil", {"import", xlf, "--to", tud}},
+      {u"in\\page_asp_htm_FR.xlf", "x\\..\\..\\evil.tud.skl", {"rebuild", xlf}},
+  };
+  for (const auto& c : cases) {
+    const std::string whole = folder.read(c.file);
+    const std::vector<Field> fields = fields_of(whole);
+    EXPECT_GT(fields.size(), 30u);
+    for (const Field& field : fields) {
+      SCOPED_TRACE(path(c.file) + ": " + whole.substr(field.begin, field.size) + " is " + c.name);
+      folder.write(c.file, std::string(whole).replace(field.begin, field.size, c.name));
+      expect_no_harm(c.arguments);
+    }
+    folder.write(c.file, whole);
+  }
+}
+
+// With a checksum that fits: nothing protects a skeleton against somebody who means it.
+TEST_F(HostileFields, NoTextOfASkeletonLeadsOutOfItsFolder) {
+  constexpr std::u16string_view kSkeleton = u"in\\page_asp_htm_FR.tud.skl";
+  const std::string whole = folder.read(kSkeleton);
+  const std::size_t end = whole.rfind("\nE ") + 1;
+  const std::size_t sum = whole.find(' ', end + 2) + 1;
+  ASSERT_EQ(whole.substr(sum), std::to_string(fnv_hash(whole.substr(0, sum))) + "\n");
+  for (const std::string text : {"K19HTM", "page.asp", "page_asp", "<html><body>", "Hello"})
+    for (const std::string hostile : {"../evil.asp/../..", "..\\evil.asp\\..\\.."}) {
+      SCOPED_TRACE(text + " is " + hostile);
+      std::string skeleton = whole.substr(0, sum);
+      const std::size_t at = skeleton.find(text);
+      if (at == std::string::npos) continue;
+      skeleton.replace(at, text.size(), hostile.substr(0, text.size()));
+      folder.write(kSkeleton, skeleton + std::to_string(fnv_hash(skeleton)) + "\n");
+      expect_no_harm({"rebuild", path(u"in\\page_asp_htm_FR.tud")});
+      folder.write(kSkeleton, skeleton + std::to_string(fnv_hash(skeleton)) + "\n");
+      expect_no_harm({"export", "--overwrite", "--with-skeleton", path(u"in\\page_asp_htm_FR.tud")});
+    }
 }
 
 }  // namespace
