@@ -99,6 +99,12 @@ Language language_of_extension(std::string_view extension) {
   return found != std::end(kExtensions) ? found->language : Language::kUnknown;
 }
 
+// A page of any other name is most likely one of ASP.
+Language language_of_page(std::string_view extension) {
+  const Language language = language_of_extension(extension);
+  return language != Language::kUnknown ? language : Language::kVbScript;
+}
+
 Language language_of_directive(std::string_view directive, Language otherwise) {
   if (directive.starts_with("<%@")) directive.remove_prefix(3);
   if (directive.ends_with("%>")) directive.remove_suffix(2);

@@ -15,6 +15,9 @@ Language language_of_name(std::string_view name);
 // "asp", Java in "jsp", PHP in "php" and its kin; kUnknown for others.
 Language language_of_extension(std::string_view extension);
 
+// The same for a page of any name: VBScript in others.
+Language language_of_page(std::string_view extension);
+
 // The language that a page directive names: <%@ page language="java" %>, with or without "<%@". `otherwise` when it names
 // none.
 Language language_of_directive(std::string_view directive, Language otherwise);

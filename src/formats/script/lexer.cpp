@@ -78,7 +78,7 @@ std::unique_ptr<Lexer> make_lexer(Language language, const TextCoding* coding) {
     case Language::kPhp:
       return make_php_lexer(coding);
     case Language::kUnknown:
-      break;
+      return make_plain_lexer(coding);
   }
   return nullptr;
 }

@@ -69,12 +69,13 @@ class Lexer {
   const TextCoding* coding_;
 };
 
-// Null for a language without a lexer.
+// For a language that is not known here: the rule of quotes.
 std::unique_ptr<Lexer> make_lexer(Language language, const TextCoding* coding);
 
 std::unique_ptr<Lexer> make_vbscript_lexer(const TextCoding* coding);
 std::unique_ptr<Lexer> make_javascript_lexer(const TextCoding* coding);
 std::unique_ptr<Lexer> make_java_lexer(const TextCoding* coding);
 std::unique_ptr<Lexer> make_php_lexer(const TextCoding* coding);
+std::unique_ptr<Lexer> make_plain_lexer(const TextCoding* coding);
 
 }  // namespace kavo::script

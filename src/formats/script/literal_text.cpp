@@ -76,6 +76,7 @@ class TextWriter {
   void plain(std::string_view text) { coding_.encode(text, bytes_, {}); }
 
   bool needs_backslash(char c) const {
+    if (quoting_.language == Language::kUnknown) return false;
     switch (quoting_.form) {
       case LiteralForm::kDouble:
         if (quoting_.language == Language::kVbScript) return false;
@@ -116,6 +117,8 @@ class TextWriter {
       case Language::kVbScript:
         interrupt("");
         return plain(c);
+      case Language::kUnknown:
+        throw no_way(static_cast<unsigned char>(c));
       default:
         return plain(unit_escape(static_cast<unsigned char>(c)));
     }
@@ -127,6 +130,7 @@ class TextWriter {
       if (c == '\n' && last_ == '\r') return;
       return interrupt("vbCrLf");
     }
+    if (quoting_.language == Language::kUnknown) throw no_way(static_cast<unsigned char>(c));
     const bool has_escapes = quoting_.language != Language::kPhp ||
                              (quoting_.form != LiteralForm::kSingle && quoting_.form != LiteralForm::kNowdoc);
     if (has_escapes) return plain(c == '\n' ? "\\n" : "\\r");

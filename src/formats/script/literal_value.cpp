@@ -22,7 +22,10 @@ const Escape* find(const Escape (&rows)[kCount], char letter) {
   return nullptr;
 }
 
-bool is_raw(LiteralForm form) { return form == LiteralForm::kNowdoc; }
+// Nothing is known of the escapes of an unknown language: they stay as they are, on both ways.
+bool is_raw(const Quoting& quoting) {
+  return quoting.form == LiteralForm::kNowdoc || quoting.language == Language::kUnknown;
+}
 
 unsigned digit_value(char c) {
   if (is_digit(c)) return static_cast<unsigned>(c - '0');
@@ -42,7 +45,7 @@ bool LiteralReader::next(Character& character) {
   const char c = text_[at_];
   if (quoting_.language == Language::kVbScript && c == '"' && at(at_ + 1) == '"') {
     take('"', at_ + 2, character);
-  } else if (c != '\\' || quoting_.language == Language::kVbScript || is_raw(quoting_.form) || !escape(character)) {
+  } else if (c != '\\' || quoting_.language == Language::kVbScript || is_raw(quoting_) || !escape(character)) {
     bool valid = true;
     at_ += coding_.decode_one(text_.substr(at_), buffer_, valid);
     character.is_text = valid;

@@ -60,11 +60,11 @@ class TargetBuilder {
       switch (record_.kind) {
         case SkeletonRecord::Kind::kComputed:
           filter_->write_computed(record_.number, record_.bytes, out_);
-          target_.write(out_);
+          write({record_.bytes, out_});
           break;
         case SkeletonRecord::Kind::kSegment:
           write_segment();
-          target_.write(out_);
+          write({original_, out_, &record_.hole, !record_.nested.empty()});
           break;
         case SkeletonRecord::Kind::kNestedSegment:
           write_segment();
@@ -74,6 +74,7 @@ class TargetBuilder {
           if (record_.number != count_) throw_refused(u"The skeleton is damaged");
           if (OpenTagSegment extra; open_tag_.next(extra))
             throw_refused(u"The translation holds more segments than the skeleton");
+          filter_->end_rebuild();
           target_.commit();
           return;
       }
@@ -82,25 +83,27 @@ class TargetBuilder {
   }
 
  private:
+  void write(const WrittenPart& part) {
+    filter_->written(part);
+    target_.write(part.written);
+  }
+
   // A record may end inside a character, which is recoded whole.
   void write_skeleton(std::string_view bytes) {
-    if (!recodes_) {
-      target_.write(bytes);
-      return;
-    }
+    if (!recodes_) return write({bytes, bytes});
     tail_ += bytes;
-    const std::size_t cut = coding_->incomplete_tail(tail_);
+    const std::string_view whole = std::string_view(tail_).substr(0, tail_.size() - coding_->incomplete_tail(tail_));
     out_.clear();
-    filter_->recode(std::string_view(tail_).substr(0, tail_.size() - cut), out_);
-    target_.write(out_);
-    tail_.erase(0, tail_.size() - cut);
+    filter_->recode(whole, out_);
+    write({whole, out_});
+    tail_.erase(0, whole.size());
   }
 
   void flush_tail() {
     if (tail_.empty()) return;
     out_.clear();
     filter_->recode(tail_, out_);
-    target_.write(out_);
+    write({tail_, out_});
     tail_.clear();
   }
 
@@ -111,6 +114,7 @@ class TargetBuilder {
       throw_refused(u"The translation of " + place_of(hole) + u" is missing");
     filter_->check(hole, segment_.text);
     const bool keeps_bytes = segment_.is_unchanged && !filter_->is_recoded(hole);
+    original_ = hole.original;
     complete_hole();
     std::string* bytes = &out_;
     if (colours_) bytes = &plain_;
@@ -196,6 +200,7 @@ class TargetBuilder {
   OpenTagSegment segment_;
   std::uint32_t count_ = 0;
   std::unordered_map<std::uint32_t, std::string> waiting_;  // nested segments until their own segment comes
+  std::string original_;  // the bytes of the last segment, as the document has them
   std::string out_;
   std::string plain_;
   std::string tail_;

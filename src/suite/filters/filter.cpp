@@ -41,6 +41,10 @@ void Filter::begin_rebuild(const RebuildSettings& settings) {
   target_coding_ = std::make_unique<TextCoding>(settings.target_code_page);
 }
 
+void Filter::written(const WrittenPart&) {}
+
+void Filter::end_rebuild() {}
+
 void Filter::check(const Hole&, std::string_view) {}
 
 bool Filter::is_recoded(const Hole& hole) const {

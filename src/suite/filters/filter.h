@@ -108,6 +108,14 @@ struct Hole {
   std::vector<std::uint32_t> by_id_[2];  // 1-based place in `codes` of each id's first code and of its closing one
 };
 
+// Bytes of the document and what was written for them.
+struct WrittenPart {
+  std::string_view original;
+  std::string_view written;
+  const Hole* hole = nullptr;   // of a segment; null for all else
+  bool holds_segments = false;  // in its codes, whose bytes are among both
+};
+
 // "segment 12 (line 4, column 7)"
 std::u16string place_of(const Hole& hole);
 
@@ -143,6 +151,11 @@ class Filter {
   // Bytes of the skeleton and of codes; called only when the code page changes, with whole characters. Here: encoded
   // anew, with invalid bytes as they are and a failure for a character that the target's code page lacks.
   virtual void recode(std::string_view original, std::string& bytes);
+
+  // Everything that was written, in order, then end_rebuild(): for a proof of the whole document. Both throw `failure` 5
+  // that names the place when the document must not be made. Here: nothing.
+  virtual void written(const WrittenPart& part);
+  virtual void end_rebuild();
 
  protected:
   const RebuildSettings& settings() const { return settings_; }

@@ -18,7 +18,7 @@ constexpr std::size_t kMostShown = 200;  // bytes
 
 }  // namespace
 
-ScriptExtraction::ScriptExtraction(std::string_view file, std::string_view extension, const TextCoding& coding,
+ScriptExtraction::ScriptExtraction(std::string_view file, Language server, const TextCoding& coding,
                                    const ScriptSettings& settings, ExtractionSink& sink)
     : file_(file),
       coding_(coding),
@@ -27,10 +27,7 @@ ScriptExtraction::ScriptExtraction(std::string_view file, std::string_view exten
       rules_({settings.texts, settings.never}),
       finder_(file, coding, rules_),
       builder_(coding),
-      page_language_(language_of_extension(extension)) {
-  // A page of any other name is most likely one of ASP.
-  if (page_language_ == Language::kUnknown) page_language_ = Language::kVbScript;
-}
+      page_language_(server) {}
 
 // Each block stands between the line of its marker and that of the next one.
 void ScriptExtraction::find_blocks() {
@@ -143,6 +140,7 @@ const Segment& ScriptExtraction::segment_of(const Unit& unit, const std::vector<
   builder_.context(context_of(place));
   const bool is_doubtful = unit.verdict == Verdict::kDoubt;
   builder_.locked(is_doubtful && offer_ != Offer::kAll);
+  if (unit.language == Language::kUnknown ) ++unknown_;
   if (is_doubtful) builder_.note("Is this read by people? " + std::string(unit.reason));
   return builder_.finish();
 }

@@ -12,11 +12,13 @@ namespace kavo::script {
 
 class ScriptExtraction {
  public:
-  // `file` is the whole script file without a byte order mark, in the bytes of `coding`; `extension` that of the page
-  // that it belongs to. All must outlive the object.
-  ScriptExtraction(std::string_view file, std::string_view extension, const TextCoding& coding,
+  // `file` is the whole script file without a byte order mark, in the bytes of `coding`; `server` is the language
+  // of the page's server blocks until it declares another one. All must outlive the object.
+  ScriptExtraction(std::string_view file, Language server, const TextCoding& coding,
                    const ScriptSettings& settings, ExtractionSink& sink);
   void run(ProgressEvent& progress);
+  // After run(): how many texts are in doubt because nothing is known of their language.
+  std::uint32_t unknown() const { return unknown_; }
 
  private:
   struct Nested {
@@ -54,6 +56,7 @@ class ScriptExtraction {
   std::int64_t line_ = 1;    // of counted_
   std::size_t line_begin_ = 0;
   std::size_t counted_ = 0;
+  std::uint32_t unknown_ = 0;
 };
 
 }  // namespace kavo::script

@@ -1,8 +1,11 @@
 #include "suite/filters/script/script_filter.h"
 
+#include <optional>
+
 #include "platform/unicode.h"
 #include "suite/document/tud_format.h"
 #include "suite/filters/script/script_extraction.h"
+#include "suite/filters/script/script_proof.h"
 #include "suite/filters/script/script_writing.h"
 
 namespace kavo {
@@ -14,7 +17,13 @@ class ScriptFilter final : public Filter {
  public:
   void extract(BlockReader& document, const ConversionSettings& settings, ExtractionSink& sink,
                ProgressEvent& progress) override;
+  void begin_rebuild(const RebuildSettings& settings) override;
   void write_segment(const Hole& hole, std::string_view translation, std::string& bytes) override;
+  void written(const WrittenPart& part) override;
+  void end_rebuild() override;
+
+ private:
+  std::optional<script::ScriptProof> proof_;
 };
 
 // "asp" of "index_asp.scr"
@@ -32,7 +41,8 @@ void ScriptFilter::extract(BlockReader& document, const ConversionSettings& sett
   std::string_view file = document.window();
   DocumentFacts facts;
   facts.code_page = settings.source_code_page;
-  facts.data = kScriptFacts;
+  const std::string extension = extension_of_page(settings.document);
+  facts.data = std::string(kScriptFacts) + " " + extension;
   facts.datatype = kScriptDatatype;
   const std::size_t mark = file.starts_with(kUtf8Mark) ? kUtf8Mark.size() : 0;
   if (mark != 0) {
@@ -43,8 +53,30 @@ void ScriptFilter::extract(BlockReader& document, const ConversionSettings& sett
   sink.skeleton(file.substr(0, mark));
   file.remove_prefix(mark);
   const TextCoding coding(facts.code_page);
-  script::ScriptExtraction(file, extension_of_page(settings.document), coding, settings.scripts, sink).run(progress);
+  const script::Language server = script::language_of_page(extension);
+  script::ScriptExtraction extraction(file, server, coding, settings.scripts, sink);
+  extraction.run(progress);
+  if (extraction.unknown() != 0 && settings.scripts.offer != ScriptSettings::Offer::kAll && settings.tell)
+    settings.tell({u"Texts of scripts in a language that is not known here, which are locked (--scripts all opens them): " +
+                   to_utf16(std::to_string(extraction.unknown()))});
   document.consume(document.window().size());
+}
+
+// Documents of the first versions do not say what page they belong to; nothing is proved of those.
+void ScriptFilter::begin_rebuild(const RebuildSettings& settings) {
+  Filter::begin_rebuild(settings);
+  const std::string_view data = settings.facts.data;
+  proof_.reset();
+  if (data.size() > kScriptFacts.size())
+    proof_.emplace(script::language_of_page(data.substr(kScriptFacts.size() + 1)), source_coding(), target_coding());
+}
+
+void ScriptFilter::written(const WrittenPart& part) {
+  if (proof_) proof_->add(part);
+}
+
+void ScriptFilter::end_rebuild() {
+  if (proof_) proof_->finish();
 }
 
 void ScriptFilter::write_segment(const Hole& hole, std::string_view translation, std::string& bytes) {

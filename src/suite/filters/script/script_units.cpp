@@ -34,7 +34,7 @@ struct ScriptUnits::Program {
   Language language;
   std::size_t element;
   Sink sink;
-  std::unique_ptr<Lexer> lexer;  // null for a language without one
+  std::unique_ptr<Lexer> lexer;
   ExpressionScanner scanner;
 };
 
@@ -84,8 +84,11 @@ ScriptUnits::Program& ScriptUnits::program_of(const Piece& piece) {
 void ScriptUnits::walk(std::span<const Piece> pieces) {
   for (const Piece& piece : pieces) {
     Program& program = program_of(piece);
-    if (!program.lexer) continue;
     in_element_ = piece.element != 0 && !piece.on_server;
+    if (piece.language == Language::kUnknown) {
+      plain_literals(piece, *program.lexer);
+      continue;
+    }
     if (piece.element == 0) program.scanner.end_statement();
     if (piece.kind == PieceKind::kValue) program.scanner.begin_value("<%=");
     if (piece.goes_on) program.scanner.foreign(last_end_, piece.begin);
@@ -98,6 +101,21 @@ void ScriptUnits::walk(std::span<const Piece> pieces) {
     }
     if (piece.element == 0) program.scanner.end_statement();
     if (piece.element != 0) last_end_ = piece.end;
+  }
+}
+
+// Each literal is a join of its own in a language of which nothing else is known.
+void ScriptUnits::plain_literals(const Piece& piece, Lexer& lexer) {
+  lexer.begin(text_.substr(piece.begin, piece.end - piece.begin));
+  for (Token token; lexer.next(token);) {
+    if (token.kind != TokenKind::kLiteral) continue;
+    const Item item{.is_literal = true,
+                    .begin = piece.begin + token.begin,
+                    .end = piece.begin + token.end,
+                    .form = token.form,
+                    .open = token.open,
+                    .close = token.close};
+    join(piece.language, {.items = {&item, 1}, .places = {}, .has_literal = true});
   }
 }
 
@@ -138,6 +156,7 @@ void ScriptUnits::join(Language language, const Join& join) {
     read.has_markup = read.has_markup || (is_page && joined.text.find('&') != std::string::npos);
     Decision decision = decide(destination.use, look_at(shown_text(joined, read)), read.in_markup);
     if (decision.verdict == Verdict::kNone) continue;
+    if (language == Language::kUnknown) decision = {Verdict::kDoubt, "nothing is known of its language"};
     if (!destination.reason.empty()) decision.reason = destination.reason;
     add_unit(language, join, joined, read, decision);
   }

@@ -62,6 +62,7 @@ class ScriptUnits {
 
   void walk(std::span<const Piece> pieces);
   Program& program_of(const Piece& piece);
+  void plain_literals(const Piece& piece, Lexer& lexer);
   void join(Language language, const Join& join);
   static std::string shown_text(const JoinedText& joined, const ReadText& read);
   void add_run(Unit& unit, const Join& join, const JoinedText& joined, std::size_t begin, std::size_t end);

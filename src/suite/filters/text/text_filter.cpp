@@ -61,6 +61,8 @@ class TextFilter final : public Filter {
   void begin_rebuild(const RebuildSettings& settings) override;
   void write_segment(const Hole& hole, std::string_view translation, std::string& bytes) override;
   void write_text(const Hole& hole, std::string_view text, std::string& bytes) override;
+  void written(const WrittenPart& part) override;
+  void end_rebuild() override;
 
  private:
   std::unique_ptr<Filter> scripts_;  // of a script file; those of earlier versions are lines like other texts
@@ -164,7 +166,7 @@ void TextFilter::extract(BlockReader& document, const ConversionSettings& settin
 
 void TextFilter::begin_rebuild(const RebuildSettings& settings) {
   Filter::begin_rebuild(settings);
-  if (settings.facts.data != kScriptFacts) return;
+  if (!settings.facts.data.starts_with(kScriptFacts)) return;
   scripts_ = make_script_filter();
   scripts_->begin_rebuild(settings);
 }
@@ -172,6 +174,14 @@ void TextFilter::begin_rebuild(const RebuildSettings& settings) {
 void TextFilter::write_segment(const Hole& hole, std::string_view translation, std::string& bytes) {
   if (scripts_) return scripts_->write_segment(hole, translation, bytes);
   Filter::write_segment(hole, translation, bytes);
+}
+
+void TextFilter::written(const WrittenPart& part) {
+  if (scripts_) scripts_->written(part);
+}
+
+void TextFilter::end_rebuild() {
+  if (scripts_) scripts_->end_rebuild();
 }
 
 // A line stays a line: a line end that a translation holds becomes a blank.

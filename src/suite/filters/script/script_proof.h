@@ -1,0 +1,75 @@
+// The proof that a rebuilt script file holds the scripts of its source.
+//
+// Both files are cut into tokens side by side. Outside of the expressions whose text was translated every token must be
+// that of the source; inside one, every operand must come back exactly once, beside literals and what stands for
+// characters that no literal can hold. So nothing that a translation holds becomes script, whatever the writing of
+// segments got wrong.
+//
+// The files pass through block by block; what is kept is the block being read, twice.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "formats/script/script_reader.h"
+#include "suite/filters/filter.h"
+
+namespace kavo::script {
+
+class ScriptProof {
+ public:
+  // `server` is the language of the page's server blocks until it declares another one. The codings, of the two files,
+  // must outlive the proof.
+  ScriptProof(Language server, const TextCoding& source, const TextCoding& target);
+
+  // Every part of the files, in order, then finish(). Both throw `failure` 5 with the place of the translation that
+  // changes a script.
+  void add(const WrittenPart& part);
+  void finish() { prove_blocks(true); }
+
+ private:
+  // A segment that was written anew. Places in source_ and target_.
+  struct Change {
+    Hole place;  // its number, line and column
+    bool holds_segments = false;
+    std::size_t source_begin = 0;
+    std::size_t source_end = 0;
+    std::size_t target_begin = 0;
+    std::size_t target_end = 0;
+  };
+  // One of the two files.
+  struct Side {
+    Side(Language server, const TextCoding& of_file) : coding(of_file), reader(server, of_file) {}
+    // Goes to the block whose marker stands at the beginning of [from, to).
+    void begin(std::size_t from, std::size_t to);
+    void next() { has = reader.next(read); }
+    std::string_view bytes(std::size_t from, std::size_t to) const {
+      return std::string_view(text).substr(from, to - from);
+    }
+    std::size_t token_begin() const { return block + read.token.begin; }
+    std::size_t token_end() const { return block + read.token.end; }
+    std::string_view token() const { return bytes(token_begin(), token_end()); }
+
+    const TextCoding& coding;
+    ScriptReader reader;
+    std::string text;       // from the marker of the first block that is not complete
+    std::size_t block = 0;  // where the block being read begins in it
+    ScriptReader::Read read;
+    bool has = false;
+  };
+
+  void prove_blocks(bool is_end);
+  void prove_block(std::size_t source_begin, std::size_t source_end, std::size_t target_begin, std::size_t target_end,
+                   std::size_t change, std::size_t last_change);
+  void prove_expression(std::size_t& change, std::size_t last_change);
+  bool is_same(std::string_view source, std::string_view target) const;
+  [[noreturn]] void refuse(std::size_t change) const;
+
+  Side source_;
+  Side target_;
+  std::vector<Change> changes_;
+  std::size_t searched_ = 0;  // of the source's text
+};
+
+}  // namespace kavo::script
