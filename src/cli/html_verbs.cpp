@@ -1,7 +1,7 @@
 // kavo html ...: the converters of HTML and server pages, each alone.
 #include "cli/report.h"
 #include "cli/verb.h"
-#include "common/file_type.h"
+#include "common/document_kind.h"
 #include "driver/document_files.h"
 #include "html/repair/clsHTMLValidate.h"
 #include "html/scripts/clsASP2HTML.h"
@@ -60,7 +60,7 @@ class Restore final : public Verb {
     outcome.messages = without_heading(scripts.ErrorList());
     if (outcome.result == 0) {
       outcome.messages.insert(outcome.messages.end(), scripts.warnings().begin(), scripts.warnings().end());
-      outcome.produced = {{scripts.ASPFile(), FileTypeOf(scripts.ASPFile())}};
+      outcome.produced = {{scripts.ASPFile(), kind_of_document(scripts.ASPFile()).type}};
       return outcome;
     }
     outcome.ending = Outcome::kFailed;

@@ -46,6 +46,7 @@ class Prepare final : public Verb {
     app.add_flag("--overwrite", overwrite_,
                  "Replace bilingual documents that hold translations, and what a resource script already has in the "
                  "target language");
+    app.add_flag("--no-repair", no_repair_, "Leave the tags of pages as they are");
     app.add_option("--filter-option", filter_options_,
                    "What a filter is to do, such as rc.dialog-font=\"MS UI Gothic\" (docs/filter-options.md has all)")
         ->type_name("NAME=VALUE")
@@ -77,8 +78,10 @@ class Prepare final : public Verb {
       refuse_others_side_files(file);
     }
     Outcome outcome;
+    PreparationRequest request = command_request(file);
+    request.repairs = request.repairs && !no_repair_;
     const ConvertedDocument converted =
-        prepare_and_convert({file}, batch_, languages_, outcome_observer(outcome, progress));
+        prepare_and_convert(request, batch_, languages_, outcome_observer(outcome, progress));
     outcome.result = converted.preparation.result != 0 ? converted.preparation.result : converted.conversion.result;
     if (!converted.is_done()) outcome.ending = Outcome::kFailed;
     for (const ProducedFile& produced : converted.preparation.files)
@@ -136,6 +139,7 @@ class Prepare final : public Verb {
   std::string target_code_page_;
   std::string scripts_;
   bool overwrite_ = false;
+  bool no_repair_ = false;
   std::vector<std::string> filter_options_;
   RunLanguages languages_;
   std::optional<K19FPWObj> driver_;  // keeps the suite's filters at hand

@@ -13,6 +13,7 @@ class Preprocess final : public Verb {
  public:
   void add_options(CLI::App& app) override {
     app.add_flag("--overwrite", overwrite_, "Replace a page and a script file that somebody may have worked on");
+    app.add_flag("--no-repair", no_repair_, "Leave the tags of pages as they are");
   }
   void start() override { batch_ = PreparationBatch(documents_among(files)); }
   std::u16string workplace(const std::u16string& file) const override { return file; }
@@ -20,7 +21,9 @@ class Preprocess final : public Verb {
     if (const auto left_out = outcome_of_side_file(file)) return *left_out;
     if (!overwrite_) refuse_work_beside_prepared_page(file);
     Outcome outcome;
-    const PreparationResult prepared = prepare_document({file}, batch_, outcome_observer(outcome, progress));
+    PreparationRequest request = command_request(file);
+    request.repairs = request.repairs && !no_repair_;
+    const PreparationResult prepared = prepare_document(request, batch_, outcome_observer(outcome, progress));
     outcome.result = prepared.result;
     if (outcome.result != 0) outcome.ending = Outcome::kFailed;
     for (const ProducedFile& produced : prepared.files)
@@ -30,6 +33,7 @@ class Preprocess final : public Verb {
 
  private:
   bool overwrite_ = false;
+  bool no_repair_ = false;
   PreparationBatch batch_;
 };
 

@@ -4,7 +4,7 @@
 #include "cli/verb.h"
 #include "common/clsCommon.h"
 #include "common/document_names.h"
-#include "common/file_type.h"
+#include "common/document_kind.h"
 #include "common/path_parts.h"
 #include "common/pending_file.h"
 #include "common/same_file.h"
@@ -162,7 +162,7 @@ class Rebuild final : public Verb {
     const TranslationResult result = create_translation(request, outcome_observer(outcome, progress));
     outcome.result = result.error;
     if (result.error == kNoError) {
-      outcome.produced.push_back({result.target, FileTypeOf(result.target)});
+      outcome.produced.push_back({result.target, kind_of_document(result.target).type});
     } else {
       outcome.ending = Outcome::kFailed;
       outcome.messages.insert(outcome.messages.begin(), {translation_error_text(result)});

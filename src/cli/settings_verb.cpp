@@ -5,7 +5,9 @@
 #include "cli/colours.h"
 #include "cli/mif_options.h"
 #include "cli/verb.h"
+#include "common/document_kind.h"
 #include "common/nearest.h"
+#include "driver/preparation.h"
 #include "driver/status_colours.h"
 #include "mif/mif_settings.h"
 #include "platform/failure.h"
@@ -55,6 +57,25 @@ bool set_editor_command(const std::string& value) {
   return true;
 }
 
+std::string read_page_repair() { return repairs_pages() ? "on" : "off"; }
+bool set_page_repair(const std::string& value) {
+  if (value != "on" && value != "off") return false;
+  store_repairs_pages(value == "on");
+  return true;
+}
+
+std::string read_page_extensions() { return to_utf8(added_page_extensions()); }
+bool set_page_extensions(const std::string& value) {
+  store_page_extensions(to_utf16(value));
+  return true;
+}
+
+std::string read_fragment_extensions() { return to_utf8(added_fragment_extensions()); }
+bool set_fragment_extensions(const std::string& value) {
+  store_fragment_extensions(to_utf16(value));
+  return true;
+}
+
 template <std::size_t Status>
 std::string status_colour() {
   return colour_text(stored_status_colours(kUsualStatusColours)[Status]);
@@ -90,6 +111,11 @@ std::vector<Setting> all_settings() {
     {"mif.markers", "marker types with commas between", mif_markers, set_mif_markers},
     {"editor.command", "the editor's command line, %1 for the document and %2 for the memory", read_editor_command,
      set_editor_command},
+    {"pages.repair", "on or off: whether prepare mends the tags of pages", read_page_repair, set_page_repair},
+    {"pages.extensions", "extensions of further server pages, with blanks between", read_page_extensions,
+     set_page_extensions},
+    {"pages.fragments", "extensions of further parts of pages, with blanks between", read_fragment_extensions,
+     set_fragment_extensions},
     {"highlight.untranslated", kColour, status_colour<0>, set_status_colour<0>},
     {"highlight.fuzzy", kColour, status_colour<1>, set_status_colour<1>},
     {"highlight.match", kColour, status_colour<2>, set_status_colour<2>},

@@ -1,5 +1,6 @@
 #include "driver/companions.h"
 
+#include "common/document_kind.h"
 #include "common/document_names.h"
 #include "common/file_type.h"
 #include "common/path_parts.h"
@@ -41,13 +42,14 @@ std::vector<std::u16string> missing_companions(const TudName& name) {
 bool has_way_back(const TudName& name) { return way_back_of(name) != WayBack::kNone; }
 
 std::vector<std::u16string> bilingual_documents_of(std::u16string_view document, std::u16string_view target_language) {
-  if (file_type_row(FileTypeOf(document)).preparation == Preparation::kScripts) {
+  const FileTypeRow& type = file_type_row(kind_of_document(document).type);
+  if (type.preparation == Preparation::kScripts) {
     PageNames page{.page = std::u16string(document), .html = {}, .script = {}};
     complete_from_page(page);
     return {tud_name_of(page.html, target_language), tud_name_of(page.script, target_language)};
   }
   std::vector<std::u16string> names{tud_name_of(document, target_language)};
-  if (file_type_row(FileTypeOf(document)).preparation == Preparation::kHiddenTexts)
+  if (type.preparation == Preparation::kHiddenTexts)
     for (const std::u16string_view side : kMifSides)
       names.push_back(mif_side_tud(folder_of(document), side, target_language));
   return names;

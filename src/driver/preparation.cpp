@@ -8,6 +8,7 @@
 #include "common/line_index.h"
 #include "common/path_parts.h"
 #include "common/pending_file.h"
+#include "common/program_settings.h"
 #include "driver/document_files.h"
 #include "html/repair/clsHTMLValidate.h"
 #include "html/scripts/clsASP2HTML.h"
@@ -37,12 +38,16 @@ void fill_empty_script_file(std::u16string_view name) {
 class PreparationRun {
  public:
   PreparationRun(const PreparationRequest& request, PreparationBatch& batch, const RunObserver& observer)
-      : source_(request.document), html_tags_(request.html_tags), batch_(batch), observer_(observer) {}
+      : source_(request.document),
+        html_tags_(request.html_tags),
+        kind_(request.kind.value_or(DocumentKind{FileTypeOf(source_)})),
+        repairs_(request.repairs && !kind_.is_fragment),
+        batch_(batch),
+        observer_(observer) {}
 
   PreparationResult run() {
-    const std::int32_t type = FileTypeOf(source_);
-    result_.files.push_back({source_, type, u""});
-    switch (file_type_row(type).preparation) {
+    result_.files.push_back({source_, kind_.type, u""});
+    switch (file_type_row(kind_.type).preparation) {
       case Preparation::kScripts:
         run_step(kHtmlFailed, &PreparationRun::PrepareHTML);
         break;
@@ -90,6 +95,7 @@ class PreparationRun {
     if (protection != 0) return false;
     fill_empty_script_file(scripts.SCRFile());
     result_.files = {{scripts.HTMFile(), kHtmlPage, u""}, {scripts.SCRFile(), kPlainText, u""}};
+    if (!repairs_) return true;
 
     clsHTMLValidate validation;
     validation.Progress([&](std::int16_t percent) { observer_.tell_progress(source_, 50 + percent / 2); });
@@ -137,12 +143,23 @@ class PreparationRun {
 
   const std::u16string source_;
   const std::optional<std::u16string>& html_tags_;
+  const DocumentKind kind_;
+  const bool repairs_;
   PreparationBatch& batch_;
   const RunObserver& observer_;
   PreparationResult result_;
 };
 
+constexpr std::u16string_view kRepair = u"Repair";
+
 }  // namespace
+
+PreparationRequest command_request(const std::u16string& document) {
+  return {.document = document, .kind = kind_of_document(document), .repairs = repairs_pages()};
+}
+
+bool repairs_pages() { return kPageSettings.get(kRepair, u"1") != u"0"; }
+void store_repairs_pages(bool value) { kPageSettings.save(kRepair, value ? u"1" : u"0"); }
 
 std::vector<std::u16string> PreparationBatch::book_of(const std::u16string& document) const {
   const std::u16string folder = real_folder_of(document);

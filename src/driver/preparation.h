@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "common/document_kind.h"
 #include "driver/page_origin.h"
 #include "driver/produced_file.h"
 #include "driver/run_observer.h"
@@ -34,7 +35,15 @@ class PreparationBatch {
 struct PreparationRequest {
   std::u16string document;
   std::optional<std::u16string> html_tags = {};  // the validator's table, its own without
+  std::optional<DocumentKind> kind = {};         // what FileTypeOf() says, without
+  bool repairs = true;                           // the tags of a page; never those of a fragment
 };
+
+// For the command: any page that it knows, repaired when the user has it so.
+PreparationRequest command_request(const std::u16string& document);
+// Whether pages are repaired, as stored. Writing throws `failure` when it cannot be stored.
+bool repairs_pages();
+void store_repairs_pages(bool value);
 
 struct PreparationResult {
   // 0 done; 3 when a page could not be prepared, 4 when a MIF document could not, or was in use. The observer knows

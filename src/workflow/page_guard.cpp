@@ -1,8 +1,8 @@
 #include "workflow/page_guard.h"
 
 #include "common/checksum.h"
+#include "common/document_kind.h"
 #include "common/document_names.h"
-#include "common/file_type.h"
 #include "common/path_parts.h"
 #include "html/scripts/protected_pair.h"
 #include "platform/failure.h"
@@ -49,7 +49,7 @@ void refuse_work_beside_page(const std::u16string& page) {
 }
 
 void refuse_work_beside_prepared_page(const std::u16string& page) {
-  if (const std::int32_t type = FileTypeOf(page); type != kHtmlPage && type != kServerPage) return;
+  if (const std::int32_t type = kind_of_document(page).type; type != kHtmlPage && type != kServerPage) return;
   const PageNames names = names_of(page);
   if (work_beside_page(names).empty()) return;
   for (const std::u16string& file : {names.html, names.script})

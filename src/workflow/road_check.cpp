@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "common/clsCommon.h"
-#include "common/file_type.h"
+#include "common/document_kind.h"
 #include "common/path_parts.h"
 #include "common/pending_file.h"
 #include "driver/filter_run.h"
@@ -41,7 +41,7 @@ class RoadCheck {
     ScratchRegistry registry(*ports().registry);
     const PortsScope scope;
     ports().registry = &registry;
-    const std::int32_t type = FileTypeOf(document_);
+    const std::int32_t type = kind_of_document(document_).type;
     if (type == kUnknownFile) throw failure(FailureNumber::kInvalidCall, u"This type of file is not known");
     result_.is_page = type == kHtmlPage || type == kServerPage;
     progress(0);
@@ -76,7 +76,7 @@ class RoadCheck {
                                  result_.messages.back().text = with_own_folder(message.text);
                                }};
     PreparationBatch batch;
-    ConvertedDocument converted = prepare_and_convert({document}, batch, languages, observer);
+    ConvertedDocument converted = prepare_and_convert(command_request(document), batch, languages, observer);
     // A converter that gave its reason has said more.
     if (converted.preparation.result != 0)
       throw failure(FailureNumber::kInvalidCall, result_.messages.empty() ? u"The document cannot be prepared" : u"");

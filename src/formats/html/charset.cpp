@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <iterator>
+#include <string>
 
 #include "formats/html/elements.h"
+#include "formats/html/script_charset.h"
 #include "formats/text/euc_japanese.h"
 #include "formats/text/text_coding.h"
 
@@ -85,10 +87,6 @@ constexpr Label kLabels[] = {
     {"cp950", 950},
 };
 
-constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
-constexpr std::string_view kLittleEndianMark = "\xFF\xFE";
-constexpr std::string_view kBigEndianMark = "\xFE\xFF";
-
 bool is_label_character(char c) {
   return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '-' || c == '_' ||
          c == '.' || c == ':' || c == '+';
@@ -111,23 +109,53 @@ std::optional<Span> value_after(std::string_view bytes, std::size_t begin, std::
   return std::nullopt;
 }
 
-std::optional<std::string_view> declared_charset(std::string_view beginning) {
+// Tells in its markup: "<?xml ... ?>" and "<meta>".
+void add_markup_declarations(std::string_view beginning, std::vector<CharsetDeclaration>& found) {
   // Tags are cut by ASCII alone, so any coding without double bytes does here.
   const TextCoding coding(kUtf8CodePage);
-  PageInput input(beginning.substr(0, kDeclarationReach));
+  PageInput input(beginning);
   TokenScanner scanner(input, coding);
   for (PageToken token; scanner.next(token);) {
-    std::optional<Span> place;
-    if (token.kind == TokenKind::kComment) place = charset_in_xml(token.bytes);
-    if (token.kind == TokenKind::kStartTag) {
-      const Element& element = find_element(token.name);
-      if (element.kind == ElementKind::kScript) scanner.enter_raw_text(element.name, false);
-      if (element.name == "meta") place = charset_in_meta(token, scanner.attributes());
-    }
-    // The window is a part of `beginning`, which outlives it.
-    if (place) return token.bytes.substr(place->begin, place->end - place->begin);
+    const auto add = [&](CharsetSource source, const std::optional<Span>& place) {
+      if (place) found.push_back({source, std::string(token.bytes.substr(place->begin, place->end - place->begin))});
+    };
+    if (token.kind == TokenKind::kComment) add(CharsetSource::kXml, charset_in_xml(token.bytes));
+    if (token.kind != TokenKind::kStartTag) continue;
+    const Element& element = find_element(token.name);
+    if (element.kind == ElementKind::kScript) scanner.enter_raw_text(element.name, false);
+    if (element.name == "meta") add(CharsetSource::kMeta, charset_in_meta(token, scanner.attributes()));
   }
-  return std::nullopt;
+}
+
+// The name of a charset, or the number of a code page as server pages write it.
+std::optional<unsigned> code_page_of(std::string_view label) {
+  constexpr Label kNumbers[] = {{"51932", kEucJapanese}, {"20932", kEucJapanese}, {"28591", 1252},
+                                {"20127", 1252},         {"28599", 1254},         {"54936", 936}};
+  const auto named = [&](const Label& row) { return equal_name(row.name, label); };
+  const auto* const number = std::find_if(std::begin(kNumbers), std::end(kNumbers), named);
+  if (number != std::end(kNumbers)) return number->code_page;
+  const auto* const row = std::find_if(std::begin(kLabels), std::end(kLabels), [&](const Label& each) {
+    return named(each) || std::to_string(each.code_page) == label;
+  });
+  return row != std::end(kLabels) ? std::optional(row->code_page) : std::nullopt;
+}
+
+std::string_view name_of(CharsetSource source) {
+  constexpr std::string_view kNames[] = {"the byte order mark", "the page's directive", "the XML declaration",
+                                         "contentType",         "<meta>",               "Response.Charset",
+                                         "the Content-Type header"};
+  return kNames[static_cast<std::size_t>(source)];
+}
+
+std::string remark_on(const std::vector<CharsetDeclaration>& found, const PageCoding& coding) {
+  const CharsetDeclaration& taken = found.front();
+  std::string remark(name_of(taken.source));
+  remark += " declares the coding " + taken.label;
+  if (coding.is_unsupported) return remark + ", which is not supported";
+  for (const CharsetDeclaration& other : found)
+    if (code_page_of(other.label) != coding.code_page)
+      return remark + ", " + std::string(name_of(other.source)) + " declares " + other.label + ": the first is taken";
+  return "";
 }
 
 }  // namespace
@@ -160,26 +188,37 @@ std::optional<Span> charset_in_xml(std::string_view declaration) {
   return value_after(declaration, 0, declaration.size(), "encoding");
 }
 
-PageCoding coding_of(std::string_view beginning) {
+PageCoding coding_of(std::string_view beginning, script::Language server) {
+  constexpr struct {
+    std::string_view bytes;
+    unsigned code_page;
+    std::string_view name;
+  } kMarks[] = {{"\xEF\xBB\xBF", kUtf8CodePage, "utf-8"},
+                {"\xFF\xFE", kUtf16LittleEndian, "utf-16le"},
+                {"\xFE\xFF", kUtf16BigEndian, "utf-16be"}};
   PageCoding coding;
-  const auto take_mark = [&](std::string_view mark, unsigned code_page) {
-    if (!beginning.starts_with(mark)) return;
-    coding.code_page = code_page;
+  std::vector<CharsetDeclaration> found;
+  for (const auto& mark : kMarks) {
+    if (!beginning.starts_with(mark.bytes)) continue;
+    coding.code_page = mark.code_page;
     coding.has_mark = true;
-    coding.mark_size = mark.size();
-  };
-  take_mark(kUtf8Mark, kUtf8CodePage);
-  take_mark(kLittleEndianMark, kUtf16LittleEndian);
-  take_mark(kBigEndianMark, kUtf16BigEndian);
-  if (coding.has_mark) return coding;
-  const std::optional<std::string_view> charset = declared_charset(beginning);
-  if (!charset) return coding;
-  const auto* const label = std::find_if(std::begin(kLabels), std::end(kLabels),
-                                         [&](const Label& row) { return equal_name(row.name, *charset); });
-  if (label != std::end(kLabels))
-    coding.code_page = label->code_page;
-  else
-    coding.is_unsupported = std::all_of(charset->begin(), charset->end(), is_label_character);
+    coding.mark_size = mark.bytes.size();
+    if (mark.code_page != kUtf8CodePage) return coding;
+    found.push_back({CharsetSource::kMark, std::string(mark.name)});
+  }
+  beginning = beginning.substr(0, kDeclarationReach);
+  add_script_declarations(beginning, server, found);
+  add_markup_declarations(beginning, found);
+  if (found.empty()) return coding;
+  std::ranges::stable_sort(found, {}, &CharsetDeclaration::source);
+  const CharsetDeclaration& taken = found.front();
+  if (!coding.has_mark) {
+    coding.code_page = code_page_of(taken.label);
+    coding.is_unsupported = !coding.code_page && std::ranges::all_of(taken.label, is_label_character);
+  }
+  coding.is_in_script = std::ranges::any_of(
+      found, [](const CharsetDeclaration& each) { return is_script_source(each.source); });
+  coding.remark = remark_on(found, coding);
   return coding;
 }
 

@@ -47,36 +47,6 @@ std::string_view trimmed(std::string_view text) {
   return text;
 }
 
-// The value of an attribute in a tag or a directive: of the first whose name is `name`.
-std::optional<std::string_view> attribute(std::string_view tag, std::string_view name) {
-  std::size_t at = 0;
-  const auto skip_space = [&] {
-    while (at < tag.size() && (is_blank(tag[at]) || ends_line(tag[at]))) ++at;
-  };
-  const auto is_separator = [](char c) { return is_blank(c) || ends_line(c) || c == '>' || c == '='; };
-  while (at < tag.size()) {
-    skip_space();
-    const std::size_t begin = at;
-    while (at < tag.size() && !is_separator(tag[at])) ++at;
-    const std::string_view word = tag.substr(begin, at - begin);
-    skip_space();
-    if (at >= tag.size()) return std::nullopt;
-    if (tag[at] != '=') {
-      if (at == begin) ++at;
-      continue;
-    }
-    ++at;
-    skip_space();
-    const char quote = at < tag.size() && (tag[at] == '"' || tag[at] == '\'') ? tag[at] : '\0';
-    if (quote != '\0') ++at;
-    const std::size_t value = at;
-    while (at < tag.size() && (quote != '\0' ? tag[at] != quote : !is_separator(tag[at]))) ++at;
-    if (equal_word(word, name)) return tag.substr(value, at - value);
-    if (quote != '\0' && at < tag.size()) ++at;
-  }
-  return std::nullopt;
-}
-
 }  // namespace
 
 Language language_of_name(std::string_view name) {
@@ -105,20 +75,49 @@ Language language_of_page(std::string_view extension) {
   return language != Language::kUnknown ? language : Language::kVbScript;
 }
 
+std::optional<std::string_view> attribute_of(std::string_view tag, std::string_view name) {
+  if (tag.starts_with("<%@")) tag.remove_prefix(3);
+  if (tag.ends_with("%>")) tag.remove_suffix(2);
+  std::size_t at = 0;
+  const auto skip_space = [&] {
+    while (at < tag.size() && (is_blank(tag[at]) || ends_line(tag[at]))) ++at;
+  };
+  const auto is_separator = [](char c) { return is_blank(c) || ends_line(c) || c == '>' || c == '='; };
+  while (at < tag.size()) {
+    skip_space();
+    const std::size_t begin = at;
+    while (at < tag.size() && !is_separator(tag[at])) ++at;
+    const std::string_view word = tag.substr(begin, at - begin);
+    skip_space();
+    if (at >= tag.size()) return std::nullopt;
+    if (tag[at] != '=') {
+      if (at == begin) ++at;
+      continue;
+    }
+    ++at;
+    skip_space();
+    const char quote = at < tag.size() && (tag[at] == '"' || tag[at] == '\'') ? tag[at] : '\0';
+    if (quote != '\0') ++at;
+    const std::size_t value = at;
+    while (at < tag.size() && (quote != '\0' ? tag[at] != quote : !is_separator(tag[at]))) ++at;
+    if (equal_word(word, name)) return tag.substr(value, at - value);
+    if (quote != '\0' && at < tag.size()) ++at;
+  }
+  return std::nullopt;
+}
+
 Language language_of_directive(std::string_view directive, Language otherwise) {
-  if (directive.starts_with("<%@")) directive.remove_prefix(3);
-  if (directive.ends_with("%>")) directive.remove_suffix(2);
-  const auto value = attribute(directive, "language");
+  const auto value = attribute_of(directive, "language");
   return value ? language_of_name(*value) : otherwise;
 }
 
 ScriptTag read_script_tag(std::string_view tag, Language client, Language server) {
   ScriptTag result;
-  const auto runat = attribute(tag, "runat");
+  const auto runat = attribute_of(tag, "runat");
   result.on_server = runat && equal_word(trimmed(*runat), "server");
   result.language = result.on_server ? server : client;
-  const auto type = attribute(tag, "type");
-  const auto language = attribute(tag, "language");
+  const auto type = attribute_of(tag, "type");
+  const auto language = attribute_of(tag, "language");
   // Browsers go by the type; a language that they do not know is old and is still a script.
   if (type && !trimmed(*type).empty()) {
     result.language = language_of_name(*type);

@@ -1,6 +1,7 @@
 // Which language a script of a page is written in.
 #pragma once
 
+#include <optional>
 #include <string_view>
 
 #include "formats/script/token.h"
@@ -17,6 +18,10 @@ Language language_of_extension(std::string_view extension);
 
 // The same for a page of any name: VBScript in others.
 Language language_of_page(std::string_view extension);
+
+// The value of the first attribute of a tag or a directive ("<%@ ... %>", "<script ...>") that is called so, in any case;
+// `name` in small letters.
+std::optional<std::string_view> attribute_of(std::string_view tag, std::string_view name);
 
 // The language that a page directive names: <%@ page language="java" %>, with or without "<%@". `otherwise` when it names
 // none.

@@ -129,6 +129,7 @@ std::uint32_t convert_document(const ConversionRequest& request, ProgressEvent& 
   const std::unique_ptr<Filter> filter = entry.make();
   ConversionSettings settings;
   settings.document = request.document;
+  settings.author_document = request.author_document;
   settings.source_language = to_utf8(request.source_language);
   settings.target_language = to_utf8(request.target_language);
   settings.source_code_page = request.source_code_page != 0 ? request.source_code_page : ports().code_page->number();

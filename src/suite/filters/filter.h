@@ -31,6 +31,7 @@ using MessageTaker = std::function<void(const Message&)>;
 
 struct ConversionSettings {
   std::u16string document;      // the document's path, for what its name tells
+  std::u16string author_document;  // that of the document that its author has, for what it holds; "" when unknown
   std::string source_language;  // as the suite writes it: "EN-US", "FR"
   std::string target_language;
   unsigned source_code_page = kUtf8CodePage;  // what the user says; a document's own declaration goes before it

@@ -7,6 +7,7 @@
 #include "formats/xml/xml_text.h"
 #include "suite/filters/html/html_extraction.h"
 #include "suite/filters/html/html_text_place.h"
+#include "suite/filters/page_coding.h"
 
 namespace kavo {
 namespace {
@@ -34,10 +35,10 @@ void HtmlFilter::extract(BlockReader& document, const ConversionSettings& settin
                          ProgressEvent& progress) {
   while (document.window().size() < html::kDeclarationReach && document.more()) {
   }
-  const html::PageCoding coding = html::coding_of(document.window());
+  const html::PageCoding coding = page_coding_of(settings, document.window());
   DocumentFacts facts;
   facts.code_page = coding.code_page.value_or(settings.source_code_page);
-  facts.keeps_code_page = coding.has_mark || coding.is_unsupported;
+  facts.keeps_code_page = coding.has_mark || coding.is_unsupported || coding.is_in_script;
   if (coding.is_unsupported) facts.data = kAsciiOnly;
   sink.begin(facts);
   sink.skeleton(document.window().substr(0, coding.mark_size));

@@ -4,6 +4,7 @@
 
 #include "platform/unicode.h"
 #include "suite/document/tud_format.h"
+#include "suite/filters/page_coding.h"
 #include "suite/filters/script/script_extraction.h"
 #include "suite/filters/script/script_proof.h"
 #include "suite/filters/script/script_writing.h"
@@ -26,22 +27,15 @@ class ScriptFilter final : public Filter {
   std::optional<script::ScriptProof> proof_;
 };
 
-// "asp" of "index_asp.scr"
-std::string extension_of_page(std::u16string_view script_file) {
-  const std::string name = to_utf8(ascii_lower(script_file));
-  const std::size_t dot = name.rfind('.');
-  const std::size_t mark = name.rfind('_');
-  return mark == std::string::npos || dot == std::string::npos || mark > dot ? ""
-                                                                             : name.substr(mark + 1, dot - mark - 1);
-}
-
 void ScriptFilter::extract(BlockReader& document, const ConversionSettings& settings, ExtractionSink& sink,
                            ProgressEvent& progress) {
   while (document.more()) progress.report(static_cast<std::int16_t>(document.percent() / 2));
   std::string_view file = document.window();
   DocumentFacts facts;
-  facts.code_page = settings.source_code_page;
-  const std::string extension = extension_of_page(settings.document);
+  const std::string extension = extension_of_page(settings);
+  const html::PageCoding page = page_coding_of(settings, file);
+  facts.code_page = page.code_page.value_or(settings.source_code_page);
+  facts.keeps_code_page = page.has_mark || page.is_unsupported || page.is_in_script;
   facts.data = std::string(kScriptFacts) + " " + extension;
   facts.datatype = kScriptDatatype;
   const std::size_t mark = file.starts_with(kUtf8Mark) ? kUtf8Mark.size() : 0;
@@ -49,14 +43,17 @@ void ScriptFilter::extract(BlockReader& document, const ConversionSettings& sett
     facts.code_page = kUtf8CodePage;
     facts.keeps_code_page = true;
   }
+  ScriptSettings scripts = settings.scripts;
+  // Nothing beyond ASCII could be read or written.
+  if (page.is_unsupported) scripts.offer = ScriptSettings::Offer::kNone;
   sink.begin(facts);
   sink.skeleton(file.substr(0, mark));
   file.remove_prefix(mark);
   const TextCoding coding(facts.code_page);
   const script::Language server = script::language_of_page(extension);
-  script::ScriptExtraction extraction(file, server, coding, settings.scripts, sink);
+  script::ScriptExtraction extraction(file, server, coding, scripts, sink);
   extraction.run(progress);
-  if (extraction.unknown() != 0 && settings.scripts.offer != ScriptSettings::Offer::kAll && settings.tell)
+  if (extraction.unknown() != 0 && scripts.offer != ScriptSettings::Offer::kAll && settings.tell)
     settings.tell({u"Texts of scripts in a language that is not known here, which are locked (--scripts all opens them): " +
                    to_utf16(std::to_string(extraction.unknown()))});
   document.consume(document.window().size());

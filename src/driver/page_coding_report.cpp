@@ -1,0 +1,72 @@
+#include "driver/page_coding_report.h"
+
+#include <optional>
+
+#include "common/block_reader.h"
+#include "common/line_index.h"
+#include "common/path_parts.h"
+#include "formats/html/charset.h"
+#include "formats/script/language.h"
+#include "formats/text/text_coding.h"
+#include "platform/failure.h"
+#include "platform/unicode.h"
+
+namespace kavo {
+namespace {
+
+// Bytes that are none in a coding.
+struct InvalidBytes {
+  std::uint64_t count = 0;
+  std::uint64_t first = 0;  // its position, from 0
+};
+
+InvalidBytes invalid_bytes(BlockReader& page, unsigned code_page) {
+  const TextCoding coding(code_page);
+  InvalidBytes found;
+  std::string ignored;
+  do {
+    std::string_view bytes = page.window();
+    if (!page.exhausted()) bytes.remove_suffix(coding.incomplete_tail(bytes));
+    const std::size_t size = bytes.size();
+    while (!bytes.empty()) {
+      ignored.clear();
+      bytes.remove_prefix(coding.decode_run(bytes, ignored));
+      if (bytes.empty()) break;
+      bool is_valid = false;
+      const std::size_t length = coding.decode_one(bytes, ignored, is_valid);
+      if (!is_valid && found.count++ == 0) found.first = page.position() + (size - bytes.size());
+      bytes.remove_prefix(length);
+    }
+    page.consume(size);
+  } while (page.more());
+  return found;
+}
+
+void report(const std::u16string& page, unsigned code_page, const RunObserver& observer) {
+  BlockReader reader(page);
+  while (reader.window().size() < html::kDeclarationReach && reader.more()) {
+  }
+  const std::string extension = to_utf8(ascii_lower(extension_of(page)));
+  const html::PageCoding coding = html::coding_of(reader.window(), script::language_of_page(extension));
+  if (!coding.remark.empty()) observer.tell({to_utf16(coding.remark)});
+  if (coding.is_unsupported) return;
+  code_page = coding.code_page.value_or(code_page);
+  const InvalidBytes invalid = invalid_bytes(reader, code_page);
+  if (invalid.count == 0) return;
+  const LinePlace place = LineIndex(page).place_of(invalid.first);
+  observer.tell({u"bytes that the page's coding, " + to_utf16(html::charset_name(code_page)) +
+                     u", does not have; they stay as they are: " + to_utf16(std::to_string(invalid.count)),
+                 0, place.line, place.column});
+}
+
+}  // namespace
+
+void report_page_coding(const std::u16string& page, unsigned code_page, const RunObserver& observer) {
+  try {
+    report(page, code_page, observer);
+  } catch (const failure& reason) {
+    observer.tell({reason.description()});
+  }
+}
+
+}  // namespace kavo
