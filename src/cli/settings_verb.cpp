@@ -1,6 +1,7 @@
 // kavo settings: shows and changes the options that are stored for the user, the ones that dialogs edit.
 #include <algorithm>
 #include <functional>
+#include <utility>
 
 #include "cli/colours.h"
 #include "cli/mif_options.h"
@@ -38,42 +39,29 @@ bool set_mif_split(const std::string& value) {
   return true;
 }
 
-std::string mif_objects() { return load_mif_settings().objects ? "on" : "off"; }
-bool set_mif_objects(const std::string& value) {
-  if (value != "on" && value != "off") return false;
-  store_mif_objects(value == "on");
-  return true;
-}
-
 std::string mif_markers() { return marker_names_of(load_mif_settings().markers); }
 bool set_mif_markers(const std::string& value) {
   store_mif_markers(marker_list_of(value));
   return true;
 }
 
-std::string read_editor_command() { return to_utf8(editor_command()); }
-bool set_editor_command(const std::string& value) {
-  editor_command(to_utf16(value));
-  return true;
+Setting switch_setting(std::string name, const std::string& what_for, bool (*read)(), void (*write)(bool)) {
+  return {std::move(name), "on or off" + what_for, [read] { return read() ? "on" : "off"; },
+          [write](const std::string& value) {
+            if (value != "on" && value != "off") return false;
+            write(value == "on");
+            return true;
+          }};
 }
 
-std::string read_page_repair() { return repairs_pages() ? "on" : "off"; }
-bool set_page_repair(const std::string& value) {
-  if (value != "on" && value != "off") return false;
-  store_repairs_pages(value == "on");
-  return true;
-}
-
-std::string read_page_extensions() { return to_utf8(added_page_extensions()); }
-bool set_page_extensions(const std::string& value) {
-  store_page_extensions(to_utf16(value));
-  return true;
-}
-
-std::string read_fragment_extensions() { return to_utf8(added_fragment_extensions()); }
-bool set_fragment_extensions(const std::string& value) {
-  store_fragment_extensions(to_utf16(value));
-  return true;
+// One that can be any text.
+Setting text_setting(std::string name, std::string values, std::u16string (*read)(),
+                     void (*write)(std::u16string_view)) {
+  return {std::move(name), std::move(values), [read] { return to_utf8(read()); },
+          [write](const std::string& value) {
+            write(to_utf16(value));
+            return true;
+          }};
 }
 
 template <std::size_t Status>
@@ -106,20 +94,21 @@ Setting setting_of(const FilterOption& option) {
 
 std::vector<Setting> all_settings() {
   std::vector<Setting> settings{
-    {"mif.split", "none, semicolon or both", mif_split, set_mif_split},
-    {"mif.objects", "on or off", mif_objects, set_mif_objects},
-    {"mif.markers", "marker types with commas between", mif_markers, set_mif_markers},
-    {"editor.command", "the editor's command line, %1 for the document and %2 for the memory", read_editor_command,
-     set_editor_command},
-    {"pages.repair", "on or off: whether prepare mends the tags of pages", read_page_repair, set_page_repair},
-    {"pages.extensions", "extensions of further server pages, with blanks between", read_page_extensions,
-     set_page_extensions},
-    {"pages.fragments", "extensions of further parts of pages, with blanks between", read_fragment_extensions,
-     set_fragment_extensions},
-    {"highlight.untranslated", kColour, status_colour<0>, set_status_colour<0>},
-    {"highlight.fuzzy", kColour, status_colour<1>, set_status_colour<1>},
-    {"highlight.match", kColour, status_colour<2>, set_status_colour<2>},
-    {"highlight.translated", kColour, status_colour<3>, set_status_colour<3>},
+      {"mif.split", "none, semicolon or both", mif_split, set_mif_split},
+      switch_setting(
+          "mif.objects", "", [] { return load_mif_settings().objects; }, store_mif_objects),
+      {"mif.markers", "marker types with commas between", mif_markers, set_mif_markers},
+      text_setting("editor.command", "the editor's command line, %1 for the document and %2 for the memory",
+                   editor_command, editor_command),
+      switch_setting("pages.repair", ": whether prepare mends the tags of pages", repairs_pages, store_repairs_pages),
+      text_setting("pages.extensions", "extensions of further server pages, with blanks between", added_page_extensions,
+                   store_page_extensions),
+      text_setting("pages.fragments", "extensions of further parts of pages, with blanks between",
+                   added_fragment_extensions, store_fragment_extensions),
+      {"highlight.untranslated", kColour, status_colour<0>, set_status_colour<0>},
+      {"highlight.fuzzy", kColour, status_colour<1>, set_status_colour<1>},
+      {"highlight.match", kColour, status_colour<2>, set_status_colour<2>},
+      {"highlight.translated", kColour, status_colour<3>, set_status_colour<3>},
   };
   for (const FilterOption& option : filter_options())
     if (is_lasting(option)) settings.push_back(setting_of(option));
@@ -136,8 +125,8 @@ const Setting& setting_named(std::string_view name) {
   if (found != known_settings().end()) return *found;
   std::vector<std::string_view> names;
   for (const Setting& setting : known_settings()) names.push_back(setting.name);
-  throw CLI::ValidationError(std::string(name), "is no setting; the nearest is " +
-                                                    std::string(nearest(name, std::move(names)).front()));
+  throw CLI::ValidationError(std::string(name),
+                             "is no setting; the nearest is " + std::string(nearest(name, std::move(names)).front()));
 }
 
 class Settings final : public Verb {
@@ -174,8 +163,7 @@ class Settings final : public Verb {
 
   static void change(const Setting& setting, const std::string& value) {
     if (!setting.write(value))
-      throw failure(FailureNumber::kInvalidCall,
-                    to_utf16(setting.name + " can be " + setting.values));
+      throw failure(FailureNumber::kInvalidCall, to_utf16(setting.name + " can be " + setting.values));
   }
 
   std::vector<std::string> wanted_;

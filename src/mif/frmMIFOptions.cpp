@@ -2,12 +2,12 @@
 
 #include "common/trimmed.h"
 #include "forms/list_editing.h"
+#include "mif/mif_settings.h"
 #include "resources/string_table.h"
 
 namespace kavo {
 namespace {
 
-constexpr std::u16string_view kDefaultMarkers = u"Index\t";
 constexpr std::u16string_view kMarkerEnd = u"\t";
 
 }  // namespace
@@ -37,7 +37,7 @@ frmMIFOptions::frmMIFOptions()
   };
   cmdRemove.on_click = [this] { remove_selected(lstMarkers); };
   cmdClear.on_click = [this] { lstMarkers.Clear(); };
-  cmdDefault.on_click = [this] { Markers(kDefaultMarkers); };
+  cmdDefault.on_click = [this] { Markers(kDefaultMifMarkers); };
   ends_by(cmdOK, cmdCancel);
 }
 

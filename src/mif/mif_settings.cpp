@@ -10,7 +10,6 @@ namespace {
 constexpr std::u16string_view kSplit = u"Split";
 constexpr std::u16string_view kObjects = u"Objects";
 constexpr std::u16string_view kMarkers = u"Markers";
-constexpr std::u16string_view kDefaultMarkers = u"Index\t";
 
 // The decimal number that a setting begins with; 0 when it begins with none or with one that does not fit.
 std::int16_t number_of(std::u16string_view text) {
@@ -22,7 +21,7 @@ std::int16_t number_of(std::u16string_view text) {
 
 MifSettings load_mif_settings() {
   return {number_of(kMifSettings.get(kSplit, u"0")), kMifSettings.get(kObjects, u"1") == u"1",
-          kMifSettings.get(kMarkers, kDefaultMarkers)};
+          kMifSettings.get(kMarkers, kDefaultMifMarkers)};
 }
 
 void store_mif_split(std::int16_t split) { kMifSettings.save(kSplit, to_utf16(std::to_string(split))); }

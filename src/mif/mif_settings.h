@@ -7,6 +7,8 @@
 
 namespace kavo {
 
+inline constexpr std::u16string_view kDefaultMifMarkers = u"Index\t";  // names, each with a tab behind it
+
 struct MifSettings {
   std::int16_t split = 0;
   bool objects = true;

@@ -10,6 +10,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -114,6 +115,9 @@ class HtmlScanner {
   const Token& markup(bool cdata_allowed);
   const Token& tag(PageTokenKind kind, std::size_t name_at);
   const Token& rest_of_tag();
+  std::size_t read_tag();
+  std::optional<std::size_t> quoted_placeholder(std::string_view bytes) const;
+  void step(char c);
   const Token& finish(PageTokenKind kind);
   const Token& skip_rcdata(std::uint64_t name);
   void skip_comment();

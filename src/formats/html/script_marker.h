@@ -11,11 +11,12 @@
 #include <cstddef>
 #include <string_view>
 
-namespace kavo::script {
+namespace kavo::html::placeholder {
 
 inline constexpr std::string_view kMarker = "<!-- ASP2HTML";
 inline constexpr std::string_view kMarkerEnd = "-->";
 inline constexpr std::string_view kWrappedEnd = "Q -->";
+inline constexpr std::string_view kQuotedEnd = "-->\"";  // of one in quotes
 inline constexpr std::string_view kAttributeName = "ASP2HTML=";
 inline constexpr std::string_view kAttribute = "ASP2HTML=\"";
 // What editors and filters write for a marker and its end, in lower case; compared without regard to case.
@@ -31,4 +32,4 @@ inline constexpr std::size_t kLongestPlaceholder = 256;
 
 inline bool is_line_end(char c) noexcept { return c == '\r' || c == '\n'; }
 
-}  // namespace kavo::script
+}  // namespace kavo::html::placeholder

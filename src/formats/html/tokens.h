@@ -82,6 +82,11 @@ class TokenScanner {
   bool enclosed(PageToken& token, TokenKind kind, std::string_view closer, std::size_t from);
   bool tag(PageToken& token, TokenKind kind);
   bool tag_stops(PageToken& token);
+  bool tag_end(PageToken& token, TokenKind kind);
+  void step(char c);
+  void quoted(char c);
+  bool enter_server_code();
+  bool leave_server_code();
   bool at_server_code_in_tag();
   bool skip_wrapped_placeholder();
 

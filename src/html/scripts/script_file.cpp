@@ -12,16 +12,16 @@ namespace {
 // The text of a marker line by which blocks are looked up: through the first end of a comment. A line of which that
 // is not so, or which is too long, gives "": no placeholder fits it.
 std::string_view placeholder_in(std::string_view line) {
-  line = line.substr(0, script::kLongestPlaceholder);
-  const auto end = line.find(script::kMarkerEnd);
-  return end == line.npos ? std::string_view() : line.substr(0, end + script::kMarkerEnd.size());
+  line = line.substr(0, html::placeholder::kLongestPlaceholder);
+  const auto end = line.find(html::placeholder::kMarkerEnd);
+  return end == line.npos ? std::string_view() : line.substr(0, end + html::placeholder::kMarkerEnd.size());
 }
 
 // How many bytes of line end a block's text has at its end: CR LF as protection wrote it; CR or LF alone when a tool
 // has changed the line ends of the script file, so that it does not cost the text a byte.
 std::size_t line_end_length(std::string_view text) {
-  if (text.ends_with(script::kLineEnd)) return 2;
-  return !text.empty() && script::is_line_end(text.back()) ? 1 : 0;
+  if (text.ends_with(html::placeholder::kLineEnd)) return 2;
+  return !text.empty() && html::placeholder::is_line_end(text.back()) ? 1 : 0;
 }
 
 }  // namespace
@@ -58,9 +58,9 @@ void ScriptFile::pass_to_marker(const Sink& sink) {
     const std::string_view window = reader_.window();
     const std::size_t at = std::min(window.find('<', scanned), window.size());
     const std::string_view rest = window.substr(at);
-    const bool begins_line = at == 0 || script::is_line_end(window[at - 1]);
-    const bool is_marker = begins_line && rest.starts_with(script::kMarker);
-    const bool may_be_cut = begins_line && rest.size() < script::kMarker.size() && !reader_.exhausted();
+    const bool begins_line = at == 0 || html::placeholder::is_line_end(window[at - 1]);
+    const bool is_marker = begins_line && rest.starts_with(html::placeholder::kMarker);
+    const bool may_be_cut = begins_line && rest.size() < html::placeholder::kMarker.size() && !reader_.exhausted();
     if (!rest.empty() && !is_marker && !may_be_cut) {
       scanned = at + 1;
     } else if (is_marker || reader_.exhausted()) {
@@ -100,7 +100,8 @@ void ScriptFile::skip_line() {
       continue;
     }
     // CR LF and LF CR are one line end.
-    const bool pair = end + 1 < window.size() && script::is_line_end(window[end + 1]) && window[end + 1] != window[end];
+    const bool pair =
+        end + 1 < window.size() && html::placeholder::is_line_end(window[end + 1]) && window[end + 1] != window[end];
     reader_.consume(std::min(end + (pair ? 2 : 1), window.size()));
     return;
   }
@@ -110,7 +111,7 @@ template <class Each>
 void ScriptFile::for_each_marker(Each&& each) {
   for (;;) {
     pass_to_marker([](std::string_view) {});
-    fill(script::kLongestPlaceholder);
+    fill(html::placeholder::kLongestPlaceholder);
     if (reader_.window().empty()) return;
     each(reader_.position());
     skip_line();
@@ -123,7 +124,7 @@ void ScriptFile::build_index() {
   for_each_marker([this](std::uint64_t position) {
     blocks_.push_back(position);
     const std::string_view window = reader_.window();
-    const std::string_view line = window.substr(0, window.find_first_of(script::kLineEnd));
+    const std::string_view line = window.substr(0, window.find_first_of(html::placeholder::kLineEnd));
     if (const auto placeholder = placeholder_in(line); !placeholder.empty())
       index_.add(fnv_hash(placeholder), position);
   });
@@ -161,9 +162,9 @@ ScriptFile::Unused ScriptFile::unused() {
 
 std::string ScriptFile::line_at(std::uint64_t position) {
   go_to(position);
-  fill(script::kLongestPlaceholder);
-  const std::string_view line = reader_.window().substr(0, script::kLongestPlaceholder);
-  return std::string(line.substr(0, line.find_first_of(script::kLineEnd)));
+  fill(html::placeholder::kLongestPlaceholder);
+  const std::string_view line = reader_.window().substr(0, html::placeholder::kLongestPlaceholder);
+  return std::string(line.substr(0, line.find_first_of(html::placeholder::kLineEnd)));
 }
 
 void ScriptFile::fill(std::size_t count) {

@@ -22,7 +22,7 @@ bool starts_tag(char c) { return c == '/' || (c >= 'A' && c <= 'Z') || (c >= 'a'
 }  // namespace
 
 void ScriptProtector::run(BlockReader& input, std::u16string_view input_name, ProgressEvent& progress) {
-  write(script_, script::kLineEnd);
+  write(script_, html::placeholder::kLineEnd);
   std::size_t done = 0;
   do {
     about_file(input_name, [&] { return input.more(); });
@@ -40,14 +40,15 @@ void ScriptProtector::run(BlockReader& input, std::u16string_view input_name, Pr
     input.consume(dropped);
     done = scanned - dropped;
   } while (!last_);
-  if (ends_in_script()) write(script_, script::kLineEnd);
+  if (ends_in_script()) write(script_, html::placeholder::kLineEnd);
 }
 
 const char* ScriptProtector::scan(const char* p) {
   for (;;) {
     p = next_event(p);
     if (p == end_) return p;
-    const bool may_be_cut = (*p == '<' || *p == '&') && static_cast<std::size_t>(end_ - p) < script::kLongestToken;
+    const bool may_be_cut =
+        (*p == '<' || *p == '&') && static_cast<std::size_t>(end_ - p) < html::placeholder::kLongestToken;
     if (may_be_cut && !last_) return p;
     p = block_ == Block::kNone ? page_event(p) : block_event(p);
   }
@@ -77,7 +78,7 @@ const char* ScriptProtector::page_event(const char* p) {
 }
 
 const char* ScriptProtector::page_bracket(const char* p) {
-  if (begins_with(p, end_, script::kMarker)) return begin_comment_block(p);
+  if (begins_with(p, end_, html::placeholder::kMarker)) return begin_comment_block(p);
   if (in_comment_) return p + 1;
   if (const Block opened = block_opened_at(p); opened != Block::kNone) return begin_block(opened, p);
   if (begins_with(p, end_, "<!--")) {
@@ -90,10 +91,10 @@ const char* ScriptProtector::page_bracket(const char* p) {
 }
 
 const char* ScriptProtector::page_escape(const char* p) {
-  if (!begins_with_ignoring_case(p, end_, script::kEscapedMarker)) return p + 1;
+  if (!begins_with_ignoring_case(p, end_, html::placeholder::kEscapedMarker)) return p + 1;
   begin_block(Block::kComment, p);
   // Inside a comment the rest of the comment goes with it: a placeholder ends with the end of a comment.
-  return in_comment_ ? p + 1 : end_block(p + script::kEscapedMarker.size());
+  return in_comment_ ? p + 1 : end_block(p + html::placeholder::kEscapedMarker.size());
 }
 
 // The ">" that ends a comment inside a tag counts for the tag too, deliberately, as in pages prepared earlier.
@@ -129,7 +130,7 @@ const char* ScriptProtector::block_bracket(const char* p) {
   if (!in_comment_) {
     if (block_opened_at(p) == block_) {
       flush(p);
-      write(script_, script::kLineEnd);
+      write(script_, html::placeholder::kLineEnd);
       return begin_block(block_, p);
     }
     in_comment_ = begins_with(p, end_, "<!--");
@@ -175,14 +176,14 @@ const char* ScriptProtector::begin_comment_block(const char* p) {
 // Goes on behind the "<" at p with a new block.
 const char* ScriptProtector::split_block(const char* p) {
   flush(p + 1);
-  write(script_, script::kLineEnd);
+  write(script_, html::placeholder::kLineEnd);
   write_placeholder(p + 1);
   return p + 1;
 }
 
 const char* ScriptProtector::end_block(const char* p) {
   flush(p);
-  write(script_, script::kLineEnd);
+  write(script_, html::placeholder::kLineEnd);
   // Deliberately leaves the tag depth as it is, as pages prepared earlier were.
   if (block_ == Block::kScript) in_quotes_ = in_tag_ = false;
   block_ = Block::kNone;
@@ -195,20 +196,20 @@ void ScriptProtector::write_placeholder(const char* p) {
   char text[64];
   char* out = text;
   const auto put = [&out](std::string_view piece) { out += piece.copy(out, piece.size()); };
-  put(script::kMarker);
+  put(html::placeholder::kMarker);
   put(" ");
   put({digits, static_cast<std::size_t>(number.ptr - digits)});
   put(wrapped_ ? " Q -->" : " -->");
   const std::string_view placeholder(text, static_cast<std::size_t>(out - text));
 
   if (wrapped_) {
-    if (needs_attribute_name(p)) write(page_, script::kAttributeName);
+    if (needs_attribute_name(p)) write(page_, html::placeholder::kAttributeName);
     write(page_, "\"");
   }
   write(page_, placeholder);
   if (wrapped_) write(page_, "\"");
   write(script_, placeholder);
-  write(script_, script::kLineEnd);
+  write(script_, html::placeholder::kLineEnd);
 }
 
 // Whether a block at p, in a tag and outside quotes, stands where an attribute would and not where its value would.
@@ -218,10 +219,11 @@ bool ScriptProtector::needs_attribute_name(const char* p) const {
   };
   if (block_ == Block::kNone) {
     // The page's own "ASP2HTML=" would be taken for the name that was added; a name of our own keeps it apart.
-    if (back(script::kAttributeName.size()) == script::kAttributeName) return true;
+    if (back(html::placeholder::kAttributeName.size()) == html::placeholder::kAttributeName) return true;
     // Behind "&lt;!-- " the name would make an escaped placeholder.
-    const std::string_view start = back(script::kEscapedMarkerStart.size());
-    if (begins_with_ignoring_case(start.data(), start.data() + start.size(), script::kEscapedMarkerStart)) return false;
+    const std::string_view start = back(html::placeholder::kEscapedMarkerStart.size());
+    if (begins_with_ignoring_case(start.data(), start.data() + start.size(), html::placeholder::kEscapedMarkerStart))
+      return false;
   }
   return previous_non_blank(p) != '=';
 }
@@ -235,7 +237,7 @@ char ScriptProtector::previous_non_blank(const char* p) const {
 bool ScriptProtector::ends_comment(const char* p) const { return p - begin_ >= 2 && p[-1] == '-' && p[-2] == '-'; }
 
 bool ScriptProtector::starts_line_with_marker(const char* p) const {
-  return p != begin_ && script::is_line_end(p[-1]) && begins_with(p, end_, script::kMarker);
+  return p != begin_ && html::placeholder::is_line_end(p[-1]) && begins_with(p, end_, html::placeholder::kMarker);
 }
 
 void ScriptProtector::flush(const char* p) {

@@ -19,7 +19,7 @@ void ScriptRestorer::run(BlockReader& input, std::u16string_view input_name, Pro
     last_ = input.exhausted();
     const char* p = scan(begin_ + done);
     // An attribute name or a quote may prove to belong to a placeholder that comes next.
-    const auto held = last_ ? 0 : static_cast<std::ptrdiff_t>(script::kAttribute.size());
+    const auto held = last_ ? 0 : static_cast<std::ptrdiff_t>(html::placeholder::kAttribute.size());
     if (p - run_ > held) flush(p - held);
     done = static_cast<std::size_t>(p - run_);
     input.consume(static_cast<std::size_t>(run_ - begin_));
@@ -31,41 +31,41 @@ const char* ScriptRestorer::scan(const char* p) {
     // Lines matter only while an escaped marker waits for its end.
     p = escapes_ == 0 ? find_any<'<', '&'>(p, end_) : find_any<'<', '&', '\r', '\n'>(p, end_);
     if (p == end_) return p;
-    if (script::is_line_end(*p)) {
+    if (html::placeholder::is_line_end(*p)) {
       escapes_ = 0;
       ++p;
       continue;
     }
-    if (wants_more(p, script::kLongestToken)) return p;
+    if (wants_more(p, html::placeholder::kLongestToken)) return p;
     const char* next = p + 1;
     if (*p == '&')
       next = ampersand(p);
-    else if (std::string_view(p, end_).starts_with(script::kMarker))
-      next = marker(p, script::kMarker.size());
+    else if (std::string_view(p, end_).starts_with(html::placeholder::kMarker))
+      next = marker(p, html::placeholder::kMarker.size());
     if (next == p) return p;
     p = next;
   }
 }
 
 const char* ScriptRestorer::ampersand(const char* p) {
-  if (begins_with_ignoring_case(p, end_, script::kEscapedMarker)) {
+  if (begins_with_ignoring_case(p, end_, html::placeholder::kEscapedMarker)) {
     ++escapes_;
-    const char* next = marker(p, script::kEscapedMarker.size());
+    const char* next = marker(p, html::placeholder::kEscapedMarker.size());
     if (next == p) --escapes_;  // seen again with more bytes
     return next;
   }
-  if (escapes_ == 0 || !begins_with_ignoring_case(p, end_, script::kEscapedBracket)) return p + 1;
+  if (escapes_ == 0 || !begins_with_ignoring_case(p, end_, html::placeholder::kEscapedBracket)) return p + 1;
   if (!std::string_view(run_, p).ends_with("--")) return p + 1;
   --escapes_;
   flush(p);
   write(">");
-  return run_ = p + script::kEscapedBracket.size();
+  return run_ = p + html::placeholder::kEscapedBracket.size();
 }
 
 // A marker of this length, which is the longer one when it is escaped, stands at p.
 const char* ScriptRestorer::marker(const char* p, std::size_t length) {
   const std::size_t escapes = escapes_;
-  text_ = script::kMarker;
+  text_ = html::placeholder::kMarker;
   const char* behind = p + length;
   switch (read_placeholder(behind)) {
     case Found::kPlaceholder:
@@ -83,26 +83,26 @@ const char* ScriptRestorer::marker(const char* p, std::size_t length) {
 
 // The marker begins no placeholder: it stays, without its escaping.
 const char* ScriptRestorer::plain_marker(const char* p, std::size_t length) {
-  if (length == script::kMarker.size()) return p + length;
+  if (length == html::placeholder::kMarker.size()) return p + length;
   flush(p);
-  write(script::kMarker);
+  write(html::placeholder::kMarker);
   return run_ = p + length;
 }
 
 ScriptRestorer::Found ScriptRestorer::read_placeholder(const char*& p) {
-  while (text_.size() < script::kLongestPlaceholder) {
-    if (wants_more(p, script::kLongestToken)) return Found::kCut;
-    if (p == end_ || script::is_line_end(*p)) return Found::kNone;
+  while (text_.size() < html::placeholder::kLongestPlaceholder) {
+    if (wants_more(p, html::placeholder::kLongestToken)) return Found::kCut;
+    if (p == end_ || html::placeholder::is_line_end(*p)) return Found::kNone;
     const bool may_end = text_.ends_with("--");
     if (may_end && *p == '>') {
       ++p;
-    } else if (may_end && escapes_ > 0 && begins_with_ignoring_case(p, end_, script::kEscapedBracket)) {
-      p += script::kEscapedBracket.size();
+    } else if (may_end && escapes_ > 0 && begins_with_ignoring_case(p, end_, html::placeholder::kEscapedBracket)) {
+      p += html::placeholder::kEscapedBracket.size();
       --escapes_;
-    } else if (begins_with_ignoring_case(p, end_, script::kEscapedMarker)) {
-      p += script::kEscapedMarker.size();
+    } else if (begins_with_ignoring_case(p, end_, html::placeholder::kEscapedMarker)) {
+      p += html::placeholder::kEscapedMarker.size();
       ++escapes_;
-      text_ += script::kMarker;
+      text_ += html::placeholder::kMarker;
       continue;
     } else {
       text_ += *p++;
@@ -117,9 +117,9 @@ ScriptRestorer::Found ScriptRestorer::read_placeholder(const char*& p) {
 // Writes the block whose placeholder, in text_, stands from p to `behind`; what was added around a wrapped one goes.
 void ScriptRestorer::restore(const char* p, const char* behind) {
   const std::string_view before(run_, p);
-  if (std::string_view(text_).ends_with(script::kWrappedEnd) && behind != end_ && *behind == '"') {
-    if (before.ends_with(script::kAttribute)) {
-      p -= script::kAttribute.size();
+  if (std::string_view(text_).ends_with(html::placeholder::kWrappedEnd) && behind != end_ && *behind == '"') {
+    if (before.ends_with(html::placeholder::kAttribute)) {
+      p -= html::placeholder::kAttribute.size();
       ++behind;
     } else if (before.ends_with('"')) {
       --p;

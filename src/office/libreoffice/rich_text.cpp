@@ -229,86 +229,127 @@ void write_link(OfficeDocument& document, const Reference<text::XText>& whole,
                        u": the links and fields of the translation are not those of the document, in its order");
 }
 
-// Writes a translation in the place of a text that begins at `start`. Links and fields stay where they are between the
-// texts, which are written from the last to the first, so that places in front of them stay what they are.
-void write_translation(OfficeDocument& document, const Reference<text::XText>& whole,
-                       const Reference<text::XTextRange>& start, const std::vector<Part>& parts, LineBreaks line_breaks,
-                       std::string_view place, const TranslatedText& translation) {
+// The runs of text between two links or fields, and what the translation has for them. Places are those of the text
+// that is replaced.
+struct Stretch {
+  std::size_t begin, end;
+  std::vector<std::size_t> runs;
+  std::vector<TextPiece> pieces;
+};
+
+// A translation, cut at its links and fields: one stretch more than there are of these.
+struct CutTranslation {
+  std::vector<Stretch> stretches;
+  std::vector<std::size_t> fixed;  // the runs that are links and fields
+  std::vector<std::u16string> fixed_texts;
+};
+
+CutTranslation cut_at_fixed_runs(const TranslatedText& translation, std::string_view place) {
   const std::vector<TranslatedText::Run>& runs = translation.runs;
-  struct Stretch {
-    std::size_t begin, end;
-    std::vector<std::size_t> runs;
-    std::vector<TextPiece> pieces;
-  };
-  std::vector<Stretch> stretches{{0, 0, {}, {}}};
-  std::vector<std::size_t> fixed;
+  CutTranslation cut;
+  cut.stretches = {{0, 0, {}, {}}};
   std::size_t at = 0;
   for (std::size_t i = 0; i < runs.size(); ++i) {
     if (runs[i].kind != TextRun::Kind::kText) {
-      fixed.push_back(i);
-      stretches.push_back({at + 1, at + 1, {}, {}});
+      cut.fixed.push_back(i);
+      cut.stretches.push_back({at + 1, at + 1, {}, {}});
     } else {
-      stretches.back().runs.push_back(i);
-      stretches.back().end = at + runs[i].length;
+      cut.stretches.back().runs.push_back(i);
+      cut.stretches.back().end = at + runs[i].length;
     }
     at += runs[i].length;
   }
-  std::vector<std::u16string> fixed_texts;
   for (const TextPiece& piece : translation.pieces) {
+    const std::size_t done = cut.fixed_texts.size();
     if (runs[piece.run].kind == TextRun::Kind::kText) {
-      stretches[fixed_texts.size()].pieces.push_back(piece);
+      cut.stretches[done].pieces.push_back(piece);
     } else {
-      if (fixed_texts.size() == fixed.size() || fixed[fixed_texts.size()] != piece.run) refuse_codes(place);
-      fixed_texts.push_back(piece.text);
+      if (done == cut.fixed.size() || cut.fixed[done] != piece.run) refuse_codes(place);
+      cut.fixed_texts.push_back(piece.text);
     }
   }
-  if (fixed_texts.size() != fixed.size()) refuse_codes(place);
-
-  const bool has_formats = runs.size() > 1;
-  const RunFormats formats(whole, start, has_formats ? translation : TranslatedText());
-  const auto apply = [&](std::size_t run, std::size_t begin, std::size_t end) {
-    if (has_formats && end != begin) formats.apply(run, cursor_over(whole, start, begin, end));
-  };
-  // A run that is replaced together with the end of its paragraph takes the formatting of the next one.
-  const bool keeps_paragraphs =
-      line_breaks == LineBreaks::kInParagraph || runs.size() == 1 ||
-      std::ranges::none_of(parts, [](const Part& part) { return part.run.text.find(u'\n') != std::u16string::npos; });
-  std::vector<const Part*> fixed_parts;
-  for (const Part& part : parts)
-    if (part.run.kind != TextRun::Kind::kText) fixed_parts.push_back(&part);
-  if (fixed_parts.size() != fixed.size()) refuse_codes(place);
-  for (std::size_t s = stretches.size(); s-- > 0;) {
-    const Stretch& now = stretches[s];
-    if (keeps_paragraphs && std::ranges::equal(now.runs, now.pieces, {}, {}, &TextPiece::run)) {
-      // Each run keeps its formatting when it gets another text in its place.
-      std::size_t end = now.end;
-      for (auto piece = now.pieces.rbegin(); piece != now.pieces.rend(); ++piece) {
-        const std::size_t begin = end - runs[piece->run].length;
-        if (runs.size() == 1)
-          write_text(whole, cursor_over(whole, start, begin, end), piece->text, line_breaks);
-        else
-          write_run(whole, start, begin, end, piece->text, line_breaks);
-        end = begin;
-      }
-    } else {
-      std::u16string content;
-      for (const TextPiece& piece : now.pieces) content += piece.text;
-      write_text(whole, cursor_over(whole, start, now.begin, now.end), content, line_breaks);
-      std::size_t at_piece = now.begin;
-      for (const TextPiece& piece : now.pieces) {
-        apply(piece.run, at_piece, at_piece + piece.text.size());
-        at_piece += piece.text.size();
-      }
-    }
-    // What stands in front of the stretch.
-    if (s > 0 && runs[fixed[s - 1]].kind == TextRun::Kind::kLink &&
-        fixed_parts[s - 1]->run.text != fixed_texts[s - 1]) {
-      write_link(document, whole, cursor_over(whole, start, now.begin - 1, now.begin), fixed_parts[s - 1]->field,
-                 fixed_texts[s - 1]);
-      apply(fixed[s - 1], now.begin - 1, now.begin);
-    }
-  }
+  if (cut.fixed_texts.size() != cut.fixed.size()) refuse_codes(place);
+  return cut;
 }
+
+// Writes a translation in the place of a text that begins at `start`. Links and fields stay where they are between the
+// texts, which are written from the last to the first, so that places in front of them stay what they are.
+class TranslationWriter {
+ public:
+  // All must outlive the object.
+  TranslationWriter(OfficeDocument& document, const Reference<text::XText>& whole,
+                    const Reference<text::XTextRange>& start, LineBreaks line_breaks, const TranslatedText& translation)
+      : document_(document),
+        whole_(whole),
+        start_(start),
+        line_breaks_(line_breaks),
+        runs_(translation.runs),
+        has_formats_(runs_.size() > 1),
+        formats_(whole, start, has_formats_ ? translation : TranslatedText()) {}
+
+  void write(const std::vector<Part>& parts, std::string_view place, const CutTranslation& cut) {
+    // A run that is replaced together with the end of its paragraph takes the formatting of the next one.
+    const bool keeps_paragraphs =
+        line_breaks_ == LineBreaks::kInParagraph || runs_.size() == 1 ||
+        std::ranges::none_of(parts, [](const Part& part) { return part.run.text.find(u'\n') != std::u16string::npos; });
+    std::vector<const Part*> fixed_parts;
+    for (const Part& part : parts)
+      if (part.run.kind != TextRun::Kind::kText) fixed_parts.push_back(&part);
+    if (fixed_parts.size() != cut.fixed.size()) refuse_codes(place);
+    for (std::size_t s = cut.stretches.size(); s-- > 0;) {
+      const Stretch& stretch = cut.stretches[s];
+      if (keeps_paragraphs && std::ranges::equal(stretch.runs, stretch.pieces, {}, {}, &TextPiece::run))
+        write_each_run(stretch);
+      else
+        write_as_one(stretch);
+      if (s > 0) write_fixed(cut.fixed[s - 1], *fixed_parts[s - 1], cut.fixed_texts[s - 1], stretch.begin - 1);
+    }
+  }
+
+ private:
+  // Each run keeps its formatting when it gets another text in its place.
+  void write_each_run(const Stretch& stretch) {
+    std::size_t end = stretch.end;
+    for (auto piece = stretch.pieces.rbegin(); piece != stretch.pieces.rend(); ++piece) {
+      const std::size_t begin = end - runs_[piece->run].length;
+      if (runs_.size() == 1)
+        write_text(whole_, cursor_over(whole_, start_, begin, end), piece->text, line_breaks_);
+      else
+        write_run(whole_, start_, begin, end, piece->text, line_breaks_);
+      end = begin;
+    }
+  }
+
+  void write_as_one(const Stretch& stretch) {
+    std::u16string content;
+    for (const TextPiece& piece : stretch.pieces) content += piece.text;
+    write_text(whole_, cursor_over(whole_, start_, stretch.begin, stretch.end), content, line_breaks_);
+    std::size_t at = stretch.begin;
+    for (const TextPiece& piece : stretch.pieces) {
+      apply_format(piece.run, at, at + piece.text.size());
+      at += piece.text.size();
+    }
+  }
+
+  // A link shows the translation of its text; a field shows what it computes.
+  void write_fixed(std::size_t run, const Part& part, const std::u16string& text, std::size_t at) {
+    if (runs_[run].kind != TextRun::Kind::kLink || part.run.text == text) return;
+    write_link(document_, whole_, cursor_over(whole_, start_, at, at + 1), part.field, text);
+    apply_format(run, at, at + 1);
+  }
+
+  void apply_format(std::size_t run, std::size_t begin, std::size_t end) {
+    if (has_formats_ && end != begin) formats_.apply(run, cursor_over(whole_, start_, begin, end));
+  }
+
+  OfficeDocument& document_;
+  const Reference<text::XText>& whole_;
+  const Reference<text::XTextRange>& start_;
+  const LineBreaks line_breaks_;
+  const std::vector<TranslatedText::Run>& runs_;
+  const bool has_formats_;
+  const RunFormats formats_;
+};
 
 void visit_parts(OfficeDocument& document, const Reference<text::XText>& whole,
                  const Reference<text::XTextRange>& start, const std::vector<Part>& parts, LineBreaks line_breaks,
@@ -316,7 +357,8 @@ void visit_parts(OfficeDocument& document, const Reference<text::XText>& whole,
   const std::vector<TextRun> runs = runs_of(parts);
   if (is_blank(runs)) return;
   if (const TranslatedText* translation = visitor.visit(place, runs))
-    write_translation(document, whole, start, parts, line_breaks, place, *translation);
+    TranslationWriter(document, whole, start, line_breaks, *translation)
+        .write(parts, place, cut_at_fixed_runs(*translation, place));
 }
 
 }  // namespace

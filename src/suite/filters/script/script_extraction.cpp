@@ -33,12 +33,13 @@ ScriptExtraction::ScriptExtraction(std::string_view file, Language server, const
 void ScriptExtraction::find_blocks() {
   PageScripts scripts(page_language_);
   const auto next_marker = [&](std::size_t from) {
-    for (std::size_t at = file_.find(kMarker, from); at != std::string_view::npos; at = file_.find(kMarker, at + 1))
+    for (std::size_t at = file_.find(html::placeholder::kMarker, from); at != std::string_view::npos;
+         at = file_.find(html::placeholder::kMarker, at + 1))
       if (at == 0 || ends_line(file_[at - 1])) return at;
     return file_.size();
   };
   for (std::size_t marker = next_marker(0); marker < file_.size();) {
-    const std::size_t next = next_marker(marker + kMarker.size());
+    const std::size_t next = next_marker(marker + html::placeholder::kMarker.size());
     std::size_t begin = std::min(file_.find_first_of("\r\n", marker), next);
     while (begin < next && ends_line(file_[begin])) ++begin;
     std::size_t end = next;
@@ -140,7 +141,7 @@ const Segment& ScriptExtraction::segment_of(const Unit& unit, const std::vector<
   builder_.context(context_of(place));
   const bool is_doubtful = unit.verdict == Verdict::kDoubt;
   builder_.locked(is_doubtful && offer_ != Offer::kAll);
-  if (unit.language == Language::kUnknown ) ++unknown_;
+  if (unit.language == Language::kUnknown) ++unknown_;
   if (is_doubtful) builder_.note("Is this read by people? " + std::string(unit.reason));
   return builder_.finish();
 }

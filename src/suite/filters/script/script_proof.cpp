@@ -11,7 +11,8 @@ namespace {
 
 // The first line from `from` on that begins as a marker does; the size of the text when there is none.
 std::size_t find_marker(std::string_view text, std::size_t from) {
-  for (std::size_t at = text.find(kMarker, from); at != std::string_view::npos; at = text.find(kMarker, at + 1))
+  for (std::size_t at = text.find(html::placeholder::kMarker, from); at != std::string_view::npos;
+       at = text.find(html::placeholder::kMarker, at + 1))
     if (at == 0 || ends_line(text[at - 1])) return at;
   return text.size();
 }
@@ -160,7 +161,8 @@ void ScriptProof::prove_blocks(bool is_end) {
     const std::size_t next = find_marker(source_.text, std::max(searched_, source_begin + 1));
     if (next >= source_.text.size() && !is_end) {
       // A marker may be cut.
-      searched_ = std::max(source_begin, next > kMarker.size() ? next - kMarker.size() : 0);
+      searched_ = std::max(source_begin,
+                           next > html::placeholder::kMarker.size() ? next - html::placeholder::kMarker.size() : 0);
       break;
     }
     const std::size_t target_next = find_marker(target_.text, target_begin + 1);
@@ -168,8 +170,9 @@ void ScriptProof::prove_blocks(bool is_end) {
     while (behind < changes_.size() && changes_[behind].source_begin < next) ++behind;
     // Only a translation can bring a marker along.
     const bool is_last = next >= source_.text.size();
-    if (is_last != (target_next >= target_.text.size()) && !changes_.empty()) refuse(behind - (behind > change ? 1 : 0));
-    if (source_.bytes(source_begin, next).starts_with(kMarker))
+    if (is_last != (target_next >= target_.text.size()) && !changes_.empty())
+      refuse(behind - (behind > change ? 1 : 0));
+    if (source_.bytes(source_begin, next).starts_with(html::placeholder::kMarker))
       prove_block(source_begin, next, target_begin, target_next, change, behind);
     source_begin = searched_ = next;
     target_begin = target_next;
@@ -225,7 +228,8 @@ void ScriptProof::prove_expression(std::size_t& change, std::size_t last_change)
   const auto is_like = [](const ScriptReader::Read& a, const ScriptReader::Read& b) {
     return a.is_between == b.is_between && a.token.kind == b.token.kind;
   };
-  if (!is_like(source_.read, target_.read) || target_begin > begins.target_begin || target_.token_end() < begins.target_begin ||
+  if (!is_like(source_.read, target_.read) || target_begin > begins.target_begin ||
+      target_.token_end() < begins.target_begin ||
       !is_same(source_.bytes(source_begin, begins.source_begin), target_.bytes(target_begin, begins.target_begin)))
     refuse(first);
   bool holds_segments = false;
