@@ -1,5 +1,5 @@
-// A file system failure together with the name of the file that it concerns, for converters that work on several
-// files and whose messages name the one that failed.
+// A failure of the file system together with the file that it concerns. The converters of pages work on several files,
+// and their messages name the one that failed.
 #pragma once
 
 #include <string>
@@ -11,10 +11,11 @@ namespace kavo {
 
 struct FileTrouble {
   std::u16string path;
-  std::u16string description;  // the system's own
+  std::u16string description;  // as the system words it
 };
 
-// Runs `action` and throws its `failure` on as FileTrouble about `path`.
+// Runs `action` and returns its result. Rethrows its `failure` as FileTrouble about `path`; an `interruption` passes
+// through.
 template <class Action>
 decltype(auto) about_file(std::u16string_view path, Action&& action) {
   try {

@@ -13,7 +13,7 @@
 namespace kavo {
 namespace {
 
-// The text form of the table parts its entries by "," and their names from their flags by "|".
+// In the text form of the table "," separates the entries and "|" a name from its flag.
 constexpr std::u16string_view kSeparators = u",|";
 
 }  // namespace

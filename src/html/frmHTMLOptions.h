@@ -12,7 +12,7 @@ class frmHTMLOptions final : public QuestionForm {
  public:
   frmHTMLOptions();
 
-  // The table as clsHTMLValidate::Tags reads and writes it. An item's data is its flag.
+  // The table in the text form of clsHTMLValidate::Tags. The data of a list item is the element's flag.
   std::u16string Tags() const;
   void Tags(std::u16string_view value);
 

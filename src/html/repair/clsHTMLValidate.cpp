@@ -25,7 +25,7 @@ constexpr std::u16string_view kUtf16Refused =
 constexpr std::string_view kGlueMark = "<!--htmlglue";
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 
-// A name that another process takes first is drawn again.
+// Tries another name when a process has taken the one drawn.
 void open_temporary(std::optional<PendingFile>& file, const std::u16string& final_path) {
   constexpr int kAttempts = 100;
   clsGetTempFileName names;
@@ -39,7 +39,7 @@ void open_temporary(std::optional<PendingFile>& file, const std::u16string& fina
   }
 }
 
-// The page as it was. One that was not there before goes again unless it is kept.
+// The backup of the page as it was. Destruction deletes a backup that was not there before, unless it is kept.
 class BackupCopy {
  public:
   BackupCopy() = default;
@@ -84,15 +84,17 @@ std::int32_t clsHTMLValidate::HTMLValidate() {
   messages_.clear();
   repairs_ = 0;
   progress_.restart();
-  messages_.push_back({std::u16string(html_validate_text::kHeading.text) + file_name_, html_validate_text::kHeading.number});
+  messages_.push_back(
+      {std::u16string(html_validate_text::kHeading.text) + file_name_, html_validate_text::kHeading.number});
 
   BackupCopy backup;
   if (backup_ && !check_only_) {
     try {
       backup.make(file_name_, backup_name_.empty() ? file_name_ + u".bak" : backup_name_);
     } catch (const failure& reason) {
-      return failed(((std::u16string(html_validate_text::kNoBackup.text) += file_name_) += kLineEnd) += reason.description(),
-                    html_validate_text::kNoBackup.number);
+      return failed(
+          ((std::u16string(html_validate_text::kNoBackup.text) += file_name_) += kLineEnd) += reason.description(),
+          html_validate_text::kNoBackup.number);
     }
   }
 
@@ -102,8 +104,9 @@ std::int32_t clsHTMLValidate::HTMLValidate() {
     reader.emplace(file_name_);
     if (!check_only_) open_temporary(output, file_name_);
   } catch (const failure& reason) {
-    return failed(((std::u16string(html_validate_text::kFileNotOpened.text) += file_name_) += kLineEnd) += reason.description(),
-                  html_validate_text::kFileNotOpened.number);
+    return failed(
+        ((std::u16string(html_validate_text::kFileNotOpened.text) += file_name_) += kLineEnd) += reason.description(),
+        html_validate_text::kFileNotOpened.number);
   }
 
   while (reader->window().size() < kUtf8Mark.size() + kGlueMark.size() && reader->more()) {
@@ -125,7 +128,7 @@ std::int32_t clsHTMLValidate::HTMLValidate() {
   repair.ends_in_script(ends_in_script_);
   repair.run();
   repairs_ = repair.repairs();
-  // A page without a repair is left as it is: writing the same bytes again could only lose them.
+  // A page without a repair is not written: writing the same bytes again could only lose them.
   if (repairs_ == 0 || check_only_) {
     backup.keep();
     return 0;

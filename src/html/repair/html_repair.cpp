@@ -13,28 +13,28 @@
 namespace kavo {
 namespace {
 
-// Longest opening text that is written again; longer ones hold data, not formatting.
+// The longest opening text that is written again. A longer one holds data, not formatting.
 constexpr std::size_t kLongestOpeningText = 4096;
 // The end of a page ("</body></html>" and comments) is recognised within its last bytes.
 constexpr std::size_t kLongestEnd = 8192;
-// White space inside a table is looked through this far for text behind it.
+// How far white space inside a table is searched for text behind it.
 constexpr std::size_t kLongestBlank = 64 * 1024;
-// What repairs may add: hostile pages could ask for a square of their size.
+// Repairs may add this many bytes for each byte of the page. A hostile page could otherwise grow to its square.
 constexpr std::uint64_t kGrowth = 16;
 constexpr std::uint64_t kFreeGrowth = 64 * 1024;
-// Steps that searches through the open elements may take for each byte of the page. Real pages need less than one;
-// with the limit every page takes linear time.
+// The steps that searches through the open elements may take for each byte of the page. Real pages need less than one.
+// The limit keeps the time linear for every page.
 constexpr std::uint64_t kStepsPerByte = 32;
 constexpr std::uint64_t kFreeSteps = 1'000'000;
-// Open elements: about 6 MB.
+// The most elements that may be open; they take about 6 MB.
 constexpr std::size_t kDeepest = 120'000;
 constexpr std::size_t kMostMessages = 10'000;
 
-constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";  // says how to read the page, is no text of it
+constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";  // not text of the page
 
 bool is_blank(char c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r' || c == '\f'; }
 
-// Length of a character reference that means white space at the beginning of `text`, 0 when there is none.
+// The length of a character reference at the start of `text` that means white space; 0 when none stands there.
 std::size_t blank_reference(std::string_view text) {
   for (const std::string_view name : {"&Tab;", "&NewLine;"})
     if (text.starts_with(name)) return name.size();
@@ -167,7 +167,7 @@ void HtmlRepair::text(std::uint64_t begin, std::uint64_t end) {
       ++begin;
     } else {
       tree_.character();
-      return;  // the rest of the run finds everything as it is now
+      return;  // the rest of the run changes nothing more
     }
   }
 }
@@ -179,12 +179,12 @@ void HtmlRepair::blanks(std::uint64_t begin, std::uint64_t end) {
     else
       tree_.blank();
   } else if (tree_.blank_reopens() && tree_.has_closed_early()) {
-    // White space at the very end opens nothing: it would be all that the elements hold.
+    // White space at the very end reopens nothing: the reopened elements would hold nothing else.
     if (tree_.text_stays_here() && rest_of_page(begin, tree_.after_body()) != Rest::kMore)
       tree_.forget_closed_early(0);
     else if (tree_.after_body() && scanner_.look_ahead(end, 4) == "<!--")
       report(html_validate_text::kNotRepaired, place_of(begin),
-             "a comment behind the end of the body");  // opening a tag here goes back into it
+             "a comment behind the end of the body");  // a tag opened here would go into the body
     tree_.blank();
   } else {
     tree_.blank();
@@ -209,8 +209,8 @@ bool HtmlRepair::text_follows(std::uint64_t position) {
   return false;
 }
 
-// The end: nothing but white space, the end tags of body and html and, behind these, comments follow; kEnd when there
-// is no white space either. `ended`: such an end tag stands before the position.
+// What follows `position`. The end of a page is white space, the end tags of body and html and, behind these, comments;
+// kEnd when it has no white space. `ended`: such an end tag stands before `position`.
 HtmlRepair::Rest HtmlRepair::rest_of_page(std::uint64_t position, bool ended) {
   if (reader_.size() - position > kLongestEnd) return Rest::kMore;
   Rest result = Rest::kEnd;
@@ -291,20 +291,20 @@ void HtmlRepair::end_tag(const Token& token) {
     report(html_validate_text::kEndTagLeft, place_of(token.begin), "P");
 }
 
-// What must be closed where the parser closes it.
+// Whether an end tag must be written where the parser closes the element.
 bool HtmlRepair::must_close(const OpenElement& element) const {
   if (element.space != Space::kHtml || !element.has_tag || !element.repairable) return false;
   if (element.tag == Tag::kP) return true;
   return element.listed >= 0 && !is_exempt(element);
 }
 
-// Elements that may overlap others.
+// Whether the element may overlap others.
 bool HtmlRepair::is_exempt(const OpenElement& element) const {
   return element.tag == Tag::kA || element.tag == Tag::kFont ||
          (element.listed >= 0 && table_.may_overlap(element.listed));
 }
 
-// True when an end tag written for the element, as the current one, would not do exactly what the parser does.
+// True when an end tag, written while the element is the current one, would not do exactly what the parser does.
 bool HtmlRepair::is_obstacle(std::size_t index, const Closing& what) const {
   const OpenElement& element = tree_.stack()[index];
   if (element.space != Space::kHtml || !element.has_tag || !element.repairable) return true;
@@ -314,8 +314,8 @@ bool HtmlRepair::is_obstacle(std::size_t index, const Closing& what) const {
   return has_trait(element.tag, kSpecial);
 }
 
-// A formatting element closed early is asked for by name later on: with another of its name around, an end tag would
-// close that one in the repaired page.
+// An end tag further on may name a formatting element that was closed early. Were another element of that name open,
+// the end tag would close that one in the repaired page.
 bool HtmlRepair::is_sole_of_its_name(std::size_t index, std::size_t first, const Closing& what) const {
   const auto& stack = tree_.stack();
   const OpenElement& element = stack[index];
@@ -327,7 +327,8 @@ bool HtmlRepair::is_sole_of_its_name(std::size_t index, std::size_t first, const
   return !tree_.has_naturally_closed(element.tag, tree_.formatting().size());
 }
 
-// The lowest element, not below `from`, that must be closed and can be, with all above it; the stack's size for none.
+// The index of the lowest element, not below `from`, that must be closed and can be closed with all above it. The
+// stack's size when there is none.
 std::size_t HtmlRepair::first_to_close(std::size_t from, const Closing& what) const {
   const auto& stack = tree_.stack();
   const auto& list = tree_.formatting();
@@ -336,7 +337,8 @@ std::size_t HtmlRepair::first_to_close(std::size_t from, const Closing& what) co
   for (std::size_t i = stack.size(); i-- > from;) {
     if (is_obstacle(i, what)) break;
     if (has_trait(stack[i].tag, kFormatting)) {
-      // Elements are reopened in the order of the list: this one must be its last, but for those closed early.
+      // A parser reopens elements in the order of the list, so this one must be the last in it, not counting those
+      // closed early.
       while (entry > 0 && list[entry - 1].closed_early) --entry;
       if (entry == 0 || list[entry - 1].number != stack[i].number) break;
       --entry;
@@ -346,8 +348,9 @@ std::size_t HtmlRepair::first_to_close(std::size_t from, const Closing& what) co
   return lowest;
 }
 
-// True when the end tag of `outer` closes the element inside it as well and a parser builds the same. Formatting
-// elements stay in its list, which must not matter any more (`is_forgotten`).
+// True when the end tag of `outer` closes the element inside it as well and a parser builds the same document.
+// Formatting elements stay in the parser's list, so they count only when the list does not matter any more
+// (`is_forgotten`).
 bool HtmlRepair::closes_with(const OpenElement& outer, const OpenElement& element, bool is_forgotten) {
   if (has_trait(element.tag, kFormatting)) return is_forgotten;
   const bool closes_blocks = has_trait(outer.tag, kBlockEnd | kHeading) || outer.tag == Tag::kTd ||
@@ -355,8 +358,8 @@ bool HtmlRepair::closes_with(const OpenElement& outer, const OpenElement& elemen
   return closes_blocks && has_trait(element.tag, kBlockEnd | kImpliedEnd);
 }
 
-// For each open element from `lowest` on, which is wanted: whether it can do without an end tag, because it stands,
-// among others that can, directly inside a wanted one that closes it.
+// For each open element from `lowest` on (which is wanted): whether it needs no end tag, because a wanted element
+// around it closes it. Between the two stand only elements that need none either.
 template <class IsWanted>
 std::vector<bool> HtmlRepair::without_end_tag(std::size_t lowest, bool is_forgotten, const IsWanted& is_wanted) const {
   const auto& stack = tree_.stack();
@@ -378,17 +381,19 @@ void HtmlRepair::closing(const Closing& what) {
   const auto& stack = tree_.stack();
   std::size_t from = what.first + (what.own_end_tag ? 1 : 0);
   if (from >= stack.size()) return;
-  // A <nobr> tag first opens formatting elements again and then closes a <nobr> around them: all in one tag.
+  // One <nobr> tag first reopens formatting elements and then closes a <nobr> around them; nothing can be written
+  // between.
   if (what.replaced && stack[what.first].tag == Tag::kNobr) return;
   if (what.own_end_tag && what.order_only && is_exempt(stack[what.first])) return;
   const bool wanted = std::any_of(stack.begin() + static_cast<std::ptrdiff_t>(from), stack.end(),
                                   [this](const OpenElement& element) { return must_close(element); });
-  // What the same tag reopens can only be written behind the end of everything that it closes.
+  // What a tag reopens can only be written once everything that it closes has been closed.
   const bool all = what.reopening && (wanted || tree_.has_closed_early() || what.replaced);
   if (!wanted && !all) return;
 
   std::size_t lowest = stack.size();
-  // What the tag itself opened again is not open yet where an end tag could be written, what it closed is still open.
+  // An end tag would be written before this tag. What the tag reopened is not open yet there, and what it closed still
+  // is.
   if (edit_allowed_ && !too_much() && !tree_.reopened_by_token() && !tree_.closed_without_tag()) {
     if (what.checks_again && !what.own_end_tag) {
       const Tag tag = stack[what.first].tag;
@@ -440,7 +445,7 @@ void HtmlRepair::reopening(std::size_t first) {
   while (first < list.size() && !list[first].closed_early) ++first;
   if (first == list.size()) return;
   const bool possible = edit_allowed_ && !tree_.closed_without_tag();
-  // Else the opening texts, which come before the tag, would open that element again.
+  // The opening texts come before the tag. Without this end tag they would reopen the element that the tag replaces.
   if (possible && tree_.forgot_by_token()) insert("</" + upper(name_of(token_.tag)) + ">");
   for (std::size_t i = first; i < list.size(); ++i) {
     const std::string name = upper(name_of(list[i].tag));
@@ -464,8 +469,8 @@ void HtmlRepair::end_of_page() {
   close_all(Rest::kNothing);
 }
 
-// Closes every open element of the table, and paragraphs, with all that is inside; before the end of the page only when
-// all can be closed.
+// Closes every open paragraph and every open element of the table, with all that is inside. Before the end of the page
+// it does so only when all of them can be closed.
 void HtmlRepair::close_all(Rest rest) {
   const bool at_end = rest == Rest::kNothing;
   const auto& stack = tree_.stack();
@@ -476,18 +481,19 @@ void HtmlRepair::close_all(Rest rest) {
   };
   std::size_t lowest = stack.size();
   bool complete = true;
-  // An end tag finds formatting elements down to the last marker only; a parser may keep one whose element is gone.
+  // An end tag finds formatting elements only as far as the last marker, and a parser may keep a marker whose element
+  // is gone.
   const auto marked = std::count_if(stack.begin(), stack.end(), HtmlTree::sets_marker);
   const auto markers = std::count_if(tree_.formatting().begin(), tree_.formatting().end(),
                                      [](const FormattingEntry& entry) { return entry.number == 0; });
-  std::size_t entries = tree_.formatting().size();  // those that are left when the element's turn comes
+  std::size_t entries = tree_.formatting().size();  // those left when it is this element's turn
   bool blocked = !edit_allowed_ || marked != markers;
   for (std::size_t i = stack.size(); i-- > bottom;) {
     const OpenElement& element = stack[i];
     const bool nameless = element.tag == Tag::kOther && element.listed < 0;
     if (element.space != Space::kHtml || nameless || (element.has_tag && !element.repairable)) blocked = true;
     if (element.tag == Tag::kForm && !tree_.is_current_form(element)) blocked = true;
-    // Its end tag would be taken for that of another one, which the parser is about to open again.
+    // The parser is about to reopen another element of this name, and would take the end tag for that one's.
     if (has_trait(element.tag, kFormatting) && tree_.has_naturally_closed(element.tag, entries)) blocked = true;
     if (HtmlTree::sets_marker(element)) entries = tree_.last_marker(entries);
     if (!wanted(element)) continue;
@@ -520,7 +526,7 @@ void HtmlRepair::close_all(Rest rest) {
   }
 }
 
-// Repairs nothing more.
+// Copies the rest of the page without repairs.
 void HtmlRepair::copy_rest() {
   do {
     release(reader_.bytes_read());
@@ -584,7 +590,7 @@ void HtmlRepair::replace(std::uint64_t begin, std::uint64_t end, std::string_vie
   growth_ += text.size() - (end - begin);
 }
 
-// Until the first repair nothing is written, since most pages need none; what went before is then read once more.
+// Writes nothing before the first repair, since most pages need none. The first one reads what went before once more.
 void HtmlRepair::write_repair(std::string_view text) {
   if (repairs_++ == 0 && output_ != nullptr) {
     BlockReader page(output_->final_path());
@@ -619,15 +625,14 @@ std::string HtmlRepair::current_tag_name() const {
   return (end ? "</" : "<") + name + ">";
 }
 
-void HtmlRepair::report(TextRow name, const PagePlace& place, std::string_view element,
-                        std::string_view other) {
+void HtmlRepair::report(TextRow name, const PagePlace& place, std::string_view element, std::string_view other) {
   if (messages_.size() >= kMostMessages) {
     ++untold_;
     return;
   }
   const LinePlace told = origin_ ? origin_(place.position) : LinePlace{place.line, place.column};
   std::u16string shown = to_utf16(element);
-  std::replace(shown.begin(), shown.end(), u'%', u'?');  // no placeholder of its own
+  std::replace(shown.begin(), shown.end(), u'%', u'?');  // FormatString would take it for a placeholder
   const std::u16string values[] = {shown, to_utf16(std::to_string(told.line)), to_utf16(std::to_string(told.column)),
                                    to_utf16(other)};
   messages_.push_back({clsCommon().FormatString(name.text, values), name.number, told.line, told.column});

@@ -5,11 +5,11 @@
 // page needs no repair. Where the same result cannot be reached by writing tags at that place (a parser moves blocks
 // around when an inline element crosses one), the bytes stay and a message says why.
 //
-// An element that is not in the table gets an end tag only where one that is could not be closed without: <b><s>1 ends
-// as <b><s>1</B>, since the end tag of B closes S as well and nothing follows that would reopen it; in <b><div>1 a
-// parser would move things around at </B>, and </DIV> comes first. Only where such an element is left open does an end
-// tag at the end of the page go without its line end, which would open it again. An empty table checks nothing at all:
-// neither paragraphs nor stray brackets.
+// An element that is not in the table gets an end tag only where a listed one could not be closed without it. <b><s>1
+// ends as <b><s>1</B>: the end tag of B closes S as well, and nothing follows that would reopen it. In <b><div>1 a
+// parser would move things around at </B>, so </DIV> comes first. At the end of the page each end tag gets a line of
+// its own, except where an element was left open, which the line end would open again. With an empty table nothing is
+// checked, neither paragraphs nor stray brackets.
 #pragma once
 
 #include <cstdint>
@@ -34,18 +34,18 @@ namespace kavo {
 
 class HtmlRepair final : private TreeObserver, private ScannerListener {
  public:
-  // None is owned. Without `output` nothing is written, repairs are only counted; `trail` may be missing.
+  // Borrows all its arguments. Without `output` nothing is written and repairs are only counted; `trail` may be null.
   HtmlRepair(BlockReader& reader, const TagTable& table, PendingFile* output, MessageList& messages, CopyTrail* trail,
              ProgressEvent& progress);
-  // Messages name places of the page itself without one.
+  // Maps the places that messages name. Without it they are places of the page itself.
   void origin(PlaceOrigin origin) { origin_ = std::move(origin); }
 
-  // When set nothing is written behind the page's last byte.
+  // When set, nothing is written behind the page's last byte.
   void ends_in_script(bool value) { ends_in_script_ = value; }
-  // Reads to the end of the page; a byte order mark must already be in the window. Throws what reading, writing and the
+  // Reads to the end of the page. A byte order mark must be in the window already. Throws what reading, writing and the
   // progress event throw.
   void run();
-  // Places that were (or would be) changed.
+  // How many places were changed, or would have been.
   std::uint64_t repairs() const { return repairs_; }
 
  private:
@@ -69,7 +69,7 @@ class HtmlRepair final : private TreeObserver, private ScannerListener {
   void copy_rest();
 
   bool text_follows(std::uint64_t position);
-  // What a page has behind a place: kBlankEnd and kEnd are the end tags of its body, with and without white space.
+  // What follows a place of the page. kBlankEnd and kEnd: the end tags of the body, with and without white space.
   enum class Rest : std::uint8_t { kMore, kBlankEnd, kEnd, kNothing };
   Rest rest_of_page(std::uint64_t position, bool ended);
   void close_all(Rest rest);
@@ -93,8 +93,7 @@ class HtmlRepair final : private TreeObserver, private ScannerListener {
 
   std::string name_of_element(const OpenElement& element) const;
   std::string current_tag_name() const;
-  void report(TextRow name, const PagePlace& place, std::string_view element,
-              std::string_view other = {});
+  void report(TextRow name, const PagePlace& place, std::string_view element, std::string_view other = {});
 
   BlockReader& reader_;
   const TagTable& table_;
@@ -115,11 +114,11 @@ class HtmlRepair final : private TreeObserver, private ScannerListener {
   bool edit_allowed_ = true;
   bool ends_in_script_ = false;
   bool server_code_in_token_ = false;
-  std::uint64_t copied_ = 0;    // bytes of the page that are in the output, or will be with the first repair
+  std::uint64_t copied_ = 0;    // bytes of the page in the output, once there is a repair
   std::uint64_t inserted_ = 0;  // bytes that are in the output only
-  std::uint64_t growth_ = 0;    // what is added to a place of the page to give that in the output
+  std::uint64_t growth_ = 0;    // what a place in the output is ahead of its place in the page
   std::uint64_t repairs_ = 0;
-  std::uint64_t untold_ = 0;  // messages beyond the limit
+  std::uint64_t untold_ = 0;  // messages left out beyond the limit
 };
 
 }  // namespace kavo

@@ -1,5 +1,5 @@
-// The validator's table of checked elements: for each name whether it may overlap other elements. Its text form,
-// "NAME|FLAG,NAME|FLAG,", is what the options dialog edits and hosts store.
+// The validator's table of checked elements, each with a flag that says whether it may overlap others. The options
+// dialog edits its text form, "NAME|FLAG,NAME|FLAG,", and hosts store it.
 #pragma once
 
 #include <array>
@@ -24,19 +24,19 @@ class TagTable {
   void text(std::u16string_view value);
 
   bool empty() const noexcept { return entries_.empty(); }
-  // Number of the entry of an element, kNotListed when it has none. A name listed twice is found by its first entry.
+  // The index of the element's entry, kNotListed without one. Of two entries with one name the first counts.
   int find(std::uint64_t name_hash) const noexcept {
     for (std::size_t slot = name_hash % kSlots;; slot = (slot + 1) % kSlots)
       if (slots_[slot] == kEmpty || hashes_[static_cast<std::size_t>(slots_[slot])] == name_hash) return slots_[slot];
   }
-  // Upper case as listed, in ASCII: an element name that is not ASCII is never found in a page.
+  // The name as listed, its ASCII letters in upper case. A name that is not ASCII is never found in a page.
   const std::string& name(int entry) const { return names_[static_cast<std::size_t>(entry)]; }
   bool may_overlap(int entry) const { return entries_[static_cast<std::size_t>(entry)].flag == u"1"; }
 
  private:
   struct Entry {
     std::u16string name;
-    std::u16string flag;  // as written: only "1" means something
+    std::u16string flag;  // as written; only "1" lets the element overlap
   };
   static constexpr std::size_t kSlots = 512;
   static constexpr std::int16_t kEmpty = kNotListed;

@@ -19,7 +19,7 @@
 namespace kavo {
 namespace {
 
-// Deliberately the rows of two buttons: hosts that know these messages by number and text keep seeing the same.
+// These texts are those of two buttons, deliberately: hosts know the messages by number and text.
 constexpr TextRow kNoFileName = text::kMore;
 constexpr TextRow kFileFailed = text::kLess;
 
@@ -28,7 +28,7 @@ constexpr TextRow kFileFailed = text::kLess;
                     u"The file is UTF-16 text. Save it as UTF-8 or in the system's code page and try again."};
 }
 
-// An output that is the input, or the other output, would end one document with another's bytes.
+// Were an output the input or the other output, one document would end with the bytes of another.
 void refuse_shared_names(const PageNames& names) {
   const auto check = [](const std::u16string& a, const std::u16string& b) {
     if (!a.empty() && !b.empty() && about_file(b, [&] { return is_same_file(a, b); }))
@@ -44,7 +44,7 @@ void refuse_folder(const std::u16string& path) {
   if (info && info->is_folder) throw FileTrouble{path, u"There is a folder of this name"};
 }
 
-// Ends a run whose reasons are in the warnings.
+// Ends a run whose reasons are in the list of warnings.
 struct Refusal {};
 
 std::u16string shown_path(std::u16string_view path) { return to_utf16(path_to_host(path)); }
@@ -100,7 +100,7 @@ void clsASP2HTML::protect() {
   if (about_file(names_.page, [&] { return starts_as_utf16(input); })) refuse_utf16(names_.page);
   refuse_folder(names_.html);
   refuse_folder(names_.script);
-  // Page and script file are one set.
+  // The page and the script file take their names together.
   auto run = about_file(names_.html, [&] { return std::make_unique<FolderRun>(names_.html); });
   PendingFile page = about_file(names_.html, [&] { return PendingFile(names_.html); });
   PendingFile script = about_file(names_.script, [&] { return PendingFile(names_.script); });
@@ -124,7 +124,7 @@ void clsASP2HTML::restore() {
   about_file(names_.page, [&] { page.commit(); });
 }
 
-// Fills in the warnings; true when script would be lost.
+// Collects the warnings. True when script would be lost.
 bool clsASP2HTML::find_gaps(const ScriptRestorer& restorer, ScriptFile& script) {
   const ScriptRestorer::Missing& missing = restorer.missing();
   const ScriptFile::Unused unused = about_file(names_.script, [&] { return script.unused(); });
@@ -139,8 +139,8 @@ bool clsASP2HTML::find_gaps(const ScriptRestorer& restorer, ScriptFile& script) 
   if (script.ends_inside_block()) warn(script_name + u" ends inside its last script: it is cut short");
   const bool lost = !warnings_.empty();
   if (script.repeated() != 0)
-    warn(u"Placeholders that stand more than once, so that their script does, too: " +
-         to_utf16(std::to_string(script.repeated())));
+    warn(u"Placeholders that stand more than once: " + to_utf16(std::to_string(script.repeated())) +
+         u"; their script is written at each place");
   return lost;
 }
 

@@ -23,14 +23,14 @@ class ScriptRestorer;
 
 class clsASP2HTML {
  public:
-  // Both return 0, or 1 with the reason in ErrorList(). What a Progress handler throws, and the user's interruption
-  // (`interruption`), passes through after everything new has been removed.
+  // Both return 0, or 1 with the reason in ErrorList(). They remove everything new and let pass what a Progress handler
+  // throws, and `interruption`.
   std::int32_t ASP2HTML();
   std::int32_t HTML2ASP();
 
   // Full paths. When HTMFile or SCRFile is empty at the start of a call, every empty name is made from the input's:
-  // index.asp goes with index_asp.htm and index_asp.scr. With both given ASPFile is not made up, deliberately: callers
-  // that name two files name the third.
+  // index.asp goes with index_asp.htm and index_asp.scr. When both are given, an empty ASPFile stays empty,
+  // deliberately: callers that name two files name the third.
   const std::u16string& ASPFile() const { return names_.page; }
   void ASPFile(std::u16string_view value) { names_.page = value; }
   const std::u16string& HTMFile() const { return names_.html; }
@@ -38,32 +38,32 @@ class clsASP2HTML {
   const std::u16string& SCRFile() const { return names_.script; }
   void SCRFile(std::u16string_view value) { names_.script = value; }
 
-  // Whether the page of the last ASP2HTML() ends inside a block whose closing delimiter never comes. Text that is
-  // written behind its placeholder is script as soon as the page is restored.
+  // Whether the page of the last ASP2HTML() ends inside a block whose closing delimiter never comes. Text written
+  // behind its placeholder becomes script when the page is restored.
   bool ends_in_script() const { return ends_in_script_; }
 
-  // What does not fit together in the files of the last HTML2ASP(): a placeholder for which the script file has no
-  // block (it is taken out), a block that no placeholder asks for (its script is lost), a script file that ends inside
-  // a block. Also a placeholder that stands twice, whose script is written at both places: a translation may need that.
-  // At most one message for each, naming the first place. Not in ErrorList when the call succeeded; empty when it
-  // failed for another reason.
+  // What did not fit together in the files of the last HTML2ASP(): a placeholder for which the script file has no block
+  // (it is taken out), a block that no placeholder names (its script is lost), a script file that ends inside a block.
+  // A placeholder that stands twice is reported, too; its script is written at both places, which a translation may
+  // need. At most one message for each kind, naming the first place. They are not in ErrorList() when the call
+  // succeeded. Empty when the call failed for another reason.
   const MessageList& warnings() const { return warnings_; }
-  // When set, an HTML2ASP() that would lose script fails with these warnings as its errors and writes nothing.
+  // When set, an HTML2ASP() that would lose script writes nothing and fails, with these warnings as its errors.
   void refuse_gaps(bool value) { refuse_gaps_ = value; }
 
-  // When set, ASP2HTML() writes down where the bytes of the page and of the script file come from, in empty trails that
-  // outlive it. They take memory for every script.
+  // When set, ASP2HTML() records where the bytes of the page and of the script file come from. The trails are borrowed,
+  // must be empty, and take memory for every script.
   void follow(CopyTrail* page, CopyTrail* script) {
     page_trail_ = page;
     script_trail_ = script;
   }
 
-  // Of the last call; the first entry says what was called.
+  // The messages of the last call; the first says which call it was.
   const MessageList& ErrorList() const { return messages_; }
-  // By a 1-based index; "" for an index that has no message.
+  // The message with this 1-based index; "" when there is none.
   std::u16string GetError(std::int32_t index) const;
 
-  // Raised with the percentage of the input read.
+  // The handler of the Progress event, raised with the percentage of the input read.
   void Progress(ProgressEvent::Handler handler) { progress_.handler(std::move(handler)); }
 
  private:

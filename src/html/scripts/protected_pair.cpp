@@ -17,7 +17,7 @@
 namespace kavo {
 namespace {
 
-// True for a file that holds more than blanks. A script file without scripts holds a line end, or a blank and one.
+// True for a file that holds more than white space. A script file without scripts holds a line end, or a blank and one.
 bool holds_something(const std::u16string& path) {
   const auto info = ports().files->info(path);
   if (!info || info->is_folder) return false;
@@ -37,8 +37,8 @@ bool is_same(std::u16string_view a, std::u16string_view b) {
 
 std::u16string compare_with_new_pair(const PageNames& names, bool has_html, bool has_script) {
   BlockReader page(names.page);
-  if (starts_as_utf16(page)) return has_html ? names.html : names.script;  // nothing is made of such a page
-  // Never committed: what is made here to compare with goes again, also when the program is killed.
+  if (starts_as_utf16(page)) return has_html ? names.html : names.script;  // UTF-16 pages are never protected
+  // Never committed: the files made here for comparison are removed again, also when the program is killed.
   const FolderRun scratch(names.html);
   PendingFile html(names.html);
   PendingFile script(names.script);

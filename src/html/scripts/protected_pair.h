@@ -7,10 +7,10 @@
 
 namespace kavo {
 
-// The first of names.html and names.script that may hold somebody's work, "" when neither does. What they may hold
-// without: nothing (no file, or blanks only), or byte for byte what is made of names.page as it is now, by protection
-// alone or by protection and repair with the default table. So a translated page counts as work, and so do files that
-// were made of an earlier state of the page: nothing in them says so.
+// The first of names.html and names.script that may hold somebody's work, "" when neither does. A file holds no work
+// when it is missing or blank, or when its bytes are those that protection, or protection and repair with the default
+// table, makes of names.page as it is now. So a translated page counts as work. So does a file made of an earlier state
+// of the page, since nothing in it says so.
 //
 // Reads the three files and writes scratch files beside the two, which are gone afterwards. Throws `failure`.
 std::u16string work_beside_page(const PageNames& names);

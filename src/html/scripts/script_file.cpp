@@ -9,16 +9,16 @@
 namespace kavo {
 namespace {
 
-// The text of a marker line by which blocks are looked up: through the first end of a comment. A line of which that
-// is not so, or which is too long, gives "": no placeholder fits it.
+// The part of a marker line by which its block is looked up: as far as the first end of a comment. "" for a line
+// without one, or with one too far behind: no placeholder fits it.
 std::string_view placeholder_in(std::string_view line) {
   line = line.substr(0, html::placeholder::kLongestPlaceholder);
   const auto end = line.find(html::placeholder::kMarkerEnd);
   return end == line.npos ? std::string_view() : line.substr(0, end + html::placeholder::kMarkerEnd.size());
 }
 
-// How many bytes of line end a block's text has at its end: CR LF as protection wrote it; CR or LF alone when a tool
-// has changed the line ends of the script file, so that it does not cost the text a byte.
+// The bytes of the line end behind a block's text. Protection writes CR LF. A tool that changed the line ends of the
+// script file leaves CR or LF alone, which must not cost the text a byte.
 std::size_t line_end_length(std::string_view text) {
   if (text.ends_with(html::placeholder::kLineEnd)) return 2;
   return !text.empty() && html::placeholder::is_line_end(text.back()) ? 1 : 0;
@@ -36,7 +36,7 @@ bool ScriptFile::find(std::string_view placeholder) {
   };
   if (is_it(reader_.position())) return true;
   if (!indexed_) build_index();
-  // Texts that share a key are told apart by reading them.
+  // Reading tells apart placeholders that share a hash.
   if (index_.find(fnv_hash(placeholder), reader_.position(), is_it)) return true;
   go_to(reader_.size());
   return false;
@@ -44,16 +44,16 @@ bool ScriptFile::find(std::string_view placeholder) {
 
 void ScriptFile::read_block(const Sink& sink) { pass_to_marker(sink); }
 
-// Passes the bytes up to the next line that begins with the marker, or to the end, less the line end before it.
+// Passes on the bytes up to the next line that begins with the marker, or to the end, without the line end before it.
 void ScriptFile::pass_to_marker(const Sink& sink) {
-  // What may be needed again: the line end that is not passed on, or that shows that a "<" begins a line.
+  // The line end that is not passed on may be needed again; it also shows that a "<" begins a line.
   constexpr std::size_t kHeld = 2;
   const auto pass = [&](std::size_t count) {
     if (count == 0) return;
     sink(reader_.window().substr(0, count));
     reader_.consume(count);
   };
-  std::size_t scanned = 0;  // of the window; its first byte begins a line as long as this is 0
+  std::size_t scanned = 0;  // bytes of the window; while it is 0, the window begins with a line
   for (;;) {
     const std::string_view window = reader_.window();
     const std::size_t at = std::min(window.find('<', scanned), window.size());
@@ -80,7 +80,7 @@ void ScriptFile::pass_to_marker(const Sink& sink) {
   }
 }
 
-// True, and goes behind the line, when it begins with the placeholder.
+// Goes behind the line and returns true when the line begins with the placeholder.
 bool ScriptFile::skip_line_of(std::string_view placeholder) {
   fill(placeholder.size());
   if (!reader_.window().starts_with(placeholder)) return false;

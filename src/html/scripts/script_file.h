@@ -1,12 +1,12 @@
 // The script side file of a page, from which HTML2ASP takes the blocks back.
 //
-// A block is looked up by its placeholder: the first line that begins with it, from where the last block ended, else
-// from the start of the file. Pages whose placeholders stand in their first order are served by reading on; the first
-// placeholder that is out of order makes an index of the whole file (16 bytes a block), so that no lookup ever scans.
-// Block texts are copied through a window: a block may be larger than memory.
+// A placeholder names its block: the first line that begins with it, from the end of the block before, else from the
+// start of the file. A page whose placeholders stand in their original order is served by reading on. The first
+// placeholder out of order builds an index of the whole file (16 bytes a block), so that no lookup scans. Block texts
+// are copied through a window: a block may be larger than memory.
 //
-// It also knows which blocks were asked for. While the blocks are read in order a count says that; with the index come
-// 8 bytes and a bit for each block.
+// It also knows which blocks were looked up. While they are read in order a count suffices; with the index each block
+// takes 8 bytes and a bit.
 #pragma once
 
 #include <cstdint>
@@ -23,35 +23,35 @@ namespace kavo {
 
 class ScriptFile {
  public:
-  // Opens for reading; throws `failure`, as do all operations.
+  // Opens the file for reading. Throws `failure`, as all operations do.
   explicit ScriptFile(std::u16string_view path) : reader_(path) {}
 
-  // Before the first find().
+  // To be called before the first find().
   bool is_utf16() { return starts_as_utf16(reader_); }
-  // Goes to the text of the block with this placeholder; false when there is none, and the next search is then one of
-  // the whole file.
+  // Goes to the text of the block with this placeholder. False when there is none; the next find() then searches the
+  // whole file.
   bool find(std::string_view placeholder);
   // After find(): hands the block's text piece by piece to `sink`, without the line end behind it.
   using Sink = std::function<void(std::string_view)>;
   void read_block(const Sink& sink);
 
-  // How often find() has found a block that it had found before.
+  // How often find() found a block that it had found before.
   std::uint64_t repeated() const { return repeated_; }
-  // Blocks that find() has not found. A line that begins as a placeholder and is none counts as well: no placeholder
+  // Blocks that find() never found. A line that begins like a placeholder but is none counts as well: no placeholder
   // fits it.
   struct Unused {
     std::uint64_t count = 0;
     std::uint64_t position = 0;  // of the first one's placeholder in the file, in bytes from 0
     std::string placeholder;     // its line
   };
-  // After the last find(); reads the file to its end.
+  // To be called after the last find(). Reads the file to its end.
   Unused unused();
-  // After unused(): whether the file ends before its last block does. Every block that protection writes ends with a
-  // line end; an editor that drops the last one of the file leaves at least the ">" of the script.
+  // After unused(): whether the file ends inside its last block. Every block that protection writes ends with a line
+  // end. An editor may drop the last line end of the file, but it leaves the ">" of the script.
   bool ends_inside_block() const { return ends_inside_block_; }
 
  private:
-  // Each starts at the beginning of a line and ends at that of another.
+  // Each starts at the beginning of a line and stops at the beginning of another.
   void pass_to_marker(const Sink& sink);
   bool skip_line_of(std::string_view placeholder);
   void skip_line();

@@ -93,11 +93,11 @@ const char* ScriptProtector::page_bracket(const char* p) {
 const char* ScriptProtector::page_escape(const char* p) {
   if (!begins_with_ignoring_case(p, end_, html::placeholder::kEscapedMarker)) return p + 1;
   begin_block(Block::kComment, p);
-  // Inside a comment the rest of the comment goes with it: a placeholder ends with the end of a comment.
+  // Inside a comment the block takes the rest of the comment too: a placeholder ends with the end of a comment.
   return in_comment_ ? p + 1 : end_block(p + html::placeholder::kEscapedMarker.size());
 }
 
-// The ">" that ends a comment inside a tag counts for the tag too, deliberately, as in pages prepared earlier.
+// A ">" that ends a comment inside a tag counts for the tag too, deliberately: earlier versions prepared pages so.
 void ScriptProtector::closing_bracket(const char* p) {
   if (in_comment_) in_comment_ = !ends_comment(p);
   if (!in_comment_ && in_tag_ && !in_quotes_ && --tag_depth_ == 0) in_tag_ = false;
@@ -138,7 +138,7 @@ const char* ScriptProtector::block_bracket(const char* p) {
   return starts_line_with_marker(p) ? split_block(p) : p + 1;
 }
 
-// The kind of block that the "<" at p opens, which inside an open one can only be another of the same kind.
+// The kind of block that the "<" at p opens. Inside an open block that can only be one of the same kind.
 ScriptProtector::Block ScriptProtector::block_opened_at(const char* p) const {
   if (end_ - p < 2) return Block::kNone;
   switch (p[1]) {
@@ -173,7 +173,7 @@ const char* ScriptProtector::begin_comment_block(const char* p) {
   return split_block(p);
 }
 
-// Goes on behind the "<" at p with a new block.
+// Begins a new block behind the "<" at p.
 const char* ScriptProtector::split_block(const char* p) {
   flush(p + 1);
   write(script_, html::placeholder::kLineEnd);
@@ -184,7 +184,7 @@ const char* ScriptProtector::split_block(const char* p) {
 const char* ScriptProtector::end_block(const char* p) {
   flush(p);
   write(script_, html::placeholder::kLineEnd);
-  // Deliberately leaves the tag depth as it is, as pages prepared earlier were.
+  // Leaves the tag depth as it is, deliberately: earlier versions prepared pages so.
   if (block_ == Block::kScript) in_quotes_ = in_tag_ = false;
   block_ = Block::kNone;
   return p;
@@ -212,13 +212,13 @@ void ScriptProtector::write_placeholder(const char* p) {
   write(script_, html::placeholder::kLineEnd);
 }
 
-// Whether a block at p, in a tag and outside quotes, stands where an attribute would and not where its value would.
+// Whether a block at p, in a tag and outside quotes, stands where an attribute would stand rather than its value.
 bool ScriptProtector::needs_attribute_name(const char* p) const {
   const auto back = [&](std::size_t count) {
     return std::string_view(p - std::min<std::size_t>(count, static_cast<std::size_t>(p - begin_)), p);
   };
   if (block_ == Block::kNone) {
-    // The page's own "ASP2HTML=" would be taken for the name that was added; a name of our own keeps it apart.
+    // Restoring would take the page's own "ASP2HTML=" for the added name. A name of our own keeps the two apart.
     if (back(html::placeholder::kAttributeName.size()) == html::placeholder::kAttributeName) return true;
     // Behind "&lt;!-- " the name would make an escaped placeholder.
     const std::string_view start = back(html::placeholder::kEscapedMarkerStart.size());

@@ -3,10 +3,10 @@
 // The page keeps a numbered placeholder for each block, the script file gets the placeholder and the block's text.
 // Everything else of the page passes through byte by byte.
 //
-// Restoring finds placeholders by their text alone, so text of the page that looks like one would be lost. It is
-// protected as well, in the same formats: a comment "<!-- ASP2HTML ..." of the page becomes blocks of its own, and so
-// do an escaped one ("&lt;!-- ASP2HTML") and a line of script that begins as a placeholder does. No block's text in the
-// script file therefore has a line that begins with the marker, which is what ends a block there.
+// Restoring finds placeholders by their text alone, so text of the page that looks like one would be lost. Such text is
+// protected as well, in the same formats. A comment "<!-- ASP2HTML ..." becomes blocks of its own, and so do its
+// escaped form ("&lt;!-- ASP2HTML") and a line of script that begins like a placeholder. The marker at the start of a
+// line ends a block of the script file, so no line of a block's text may begin with it.
 #pragma once
 
 #include <cstddef>
@@ -22,7 +22,7 @@ namespace kavo {
 
 class ScriptProtector {
  public:
-  // One of the two files that are made, both borrowed and not committed; `trail` may be missing.
+  // One of the two outputs. Both files are borrowed and not committed; `trail` may be null.
   struct Output {
     PendingFile& file;
     CopyTrail* trail;
@@ -30,17 +30,16 @@ class ScriptProtector {
   };
   ScriptProtector(Output page, Output script) : page_(page), script_(script) {}
 
-  // Scans the whole page. Throws FileTrouble; what the progress event throws passes through. `input_name` is the
-  // page's name for the former.
+  // Scans the whole page. Throws FileTrouble, which names the page `input_name`, and what the progress event throws.
   void run(BlockReader& input, std::u16string_view input_name, ProgressEvent& progress);
   // Whether the page that was scanned ends inside a block.
   bool ends_in_script() const { return block_ != Block::kNone; }
 
  private:
-  // The comment block is a page's own comment that looks like a placeholder.
+  // kComment: a comment of the page itself that looks like a placeholder.
   enum class Block { kNone, kAsp, kPhp, kScript, kComment };
 
-  // Each works on from a place in the window and returns the place to go on from.
+  // Each goes on from a place in the window and returns the place where the scan continues.
   const char* scan(const char* p);
   const char* next_event(const char* p) const;
   const char* page_event(const char* p);
@@ -69,7 +68,7 @@ class ScriptProtector {
   Output page_;
   Output script_;
 
-  // The window: bytes before the scanned place are kept as far as anything looks back.
+  // The window. Bytes before the scanned place are kept as far as any check looks back.
   const char* begin_ = nullptr;
   std::uint64_t begin_position_ = 0;  // of begin_ in the page
   const char* end_ = nullptr;
@@ -80,7 +79,7 @@ class ScriptProtector {
   bool in_comment_ = false;
   bool in_tag_ = false;
   bool in_quotes_ = false;
-  bool wrapped_ = false;        // the open block's placeholder stands for an attribute value
+  bool wrapped_ = false;        // the open block's placeholder was given quotes
   char quote_ = 0;              // stays set, deliberately, when a script element ends inside quotes
   char carried_non_blank_ = 0;  // last non-blank byte before begin_
   std::int64_t tag_depth_ = 0;  // wide, so that no page can make it overflow

@@ -18,7 +18,7 @@ void ScriptRestorer::run(BlockReader& input, std::u16string_view input_name, Pro
     end_ = begin_ + input.window().size();
     last_ = input.exhausted();
     const char* p = scan(begin_ + done);
-    // An attribute name or a quote may prove to belong to a placeholder that comes next.
+    // An attribute name or a quote at the end may belong to a placeholder that follows.
     const auto held = last_ ? 0 : static_cast<std::ptrdiff_t>(html::placeholder::kAttribute.size());
     if (p - run_ > held) flush(p - held);
     done = static_cast<std::size_t>(p - run_);
@@ -51,7 +51,7 @@ const char* ScriptRestorer::ampersand(const char* p) {
   if (begins_with_ignoring_case(p, end_, html::placeholder::kEscapedMarker)) {
     ++escapes_;
     const char* next = marker(p, html::placeholder::kEscapedMarker.size());
-    if (next == p) --escapes_;  // seen again with more bytes
+    if (next == p) --escapes_;  // this place is read again with more bytes
     return next;
   }
   if (escapes_ == 0 || !begins_with_ignoring_case(p, end_, html::placeholder::kEscapedBracket)) return p + 1;
@@ -62,7 +62,7 @@ const char* ScriptRestorer::ampersand(const char* p) {
   return run_ = p + html::placeholder::kEscapedBracket.size();
 }
 
-// A marker of this length, which is the longer one when it is escaped, stands at p.
+// A marker of this length stands at p. The escaped marker is the longer of the two.
 const char* ScriptRestorer::marker(const char* p, std::size_t length) {
   const std::size_t escapes = escapes_;
   text_ = html::placeholder::kMarker;
@@ -81,7 +81,7 @@ const char* ScriptRestorer::marker(const char* p, std::size_t length) {
   return p;
 }
 
-// The marker begins no placeholder: it stays, without its escaping.
+// The marker begins no placeholder. It stays, but loses its escaping.
 const char* ScriptRestorer::plain_marker(const char* p, std::size_t length) {
   if (length == html::placeholder::kMarker.size()) return p + length;
   flush(p);
@@ -114,7 +114,7 @@ ScriptRestorer::Found ScriptRestorer::read_placeholder(const char*& p) {
   return Found::kNone;
 }
 
-// Writes the block whose placeholder, in text_, stands from p to `behind`; what was added around a wrapped one goes.
+// Writes the block of the placeholder in text_, which stands from p to `behind`. Drops what protection added around it.
 void ScriptRestorer::restore(const char* p, const char* behind) {
   const std::string_view before(run_, p);
   if (std::string_view(text_).ends_with(html::placeholder::kWrappedEnd) && behind != end_ && *behind == '"') {

@@ -1,8 +1,7 @@
 // Puts script blocks back in the place of their placeholders: the scanner behind clsASP2HTML::HTML2ASP.
 //
-// What was restored is not searched for placeholders again: script may hold text that looks like one, even its own
-// placeholder. Nor is a comment a placeholder that does not end on its line or is longer than any placeholder; it
-// stays as it is.
+// Restored script is not searched for placeholders: it may hold text that looks like one, even its own placeholder. A
+// comment that does not end on its line, or is longer than any placeholder, is not a placeholder and stays as it is.
 #pragma once
 
 #include <cstddef>
@@ -19,30 +18,30 @@ namespace kavo {
 
 class ScriptRestorer {
  public:
-  // Both are borrowed; the output is not committed. `script_name` is the script file's name for FileTrouble.
+  // Borrows `script` and `page`; does not commit the page. `script_name` is the script file's name for FileTrouble.
   ScriptRestorer(ScriptFile& script, std::u16string_view script_name, PendingFile& page)
       : script_(script), script_name_(script_name), page_(page) {}
 
-  // Scans the whole page. Throws FileTrouble; what the progress event throws passes through.
+  // Scans the whole page. Throws FileTrouble and what the progress event throws.
   void run(BlockReader& input, std::u16string_view input_name, ProgressEvent& progress);
-  // Placeholders that went without a block, because the script file has none of their number.
+  // Placeholders that were taken out because the script file has no block of their number.
   struct Missing {
     std::uint64_t count = 0;
-    std::uint64_t position = 0;  // of the first in the page, in bytes from 0
-    std::string placeholder;     // its text
+    std::uint64_t position = 0;  // of the first one in the page, in bytes from 0
+    std::string placeholder;     // the text of the first one
   };
   const Missing& missing() const { return missing_; }
 
  private:
-  // Each works on from a place in the window and returns the place to go on from; the same place when the bytes there
-  // must be seen with those that follow.
+  // Each goes on from a place in the window and returns the place where the scan continues. It returns the same place
+  // when the bytes there can only be judged together with those that follow.
   const char* scan(const char* p);
   const char* ampersand(const char* p);
   const char* marker(const char* p, std::size_t length);
   const char* plain_marker(const char* p, std::size_t length);
 
   enum class Found { kPlaceholder, kNone, kCut };
-  // Reads on from `p` to the end of the comment whose start is in text_; `p` is then behind it.
+  // Reads from `p` to the end of the comment whose start is in text_, and moves `p` behind it.
   Found read_placeholder(const char*& p);
   void restore(const char* p, const char* behind);
 
@@ -56,7 +55,7 @@ class ScriptRestorer {
   std::u16string script_name_;
   PendingFile& page_;
 
-  // The window: what was scanned and not written yet is kept as far as a placeholder looks back.
+  // The window. Bytes that were scanned but not written yet are kept as far as a placeholder looks back.
   const char* begin_ = nullptr;
   std::uint64_t begin_position_ = 0;  // of begin_ in the page
   const char* end_ = nullptr;
