@@ -24,7 +24,7 @@ clsMIFUtilities::~clsMIFUtilities() {
   try {
     store_mif_settings({split_options_, process_objects_, markers_}, loaded_);
   } catch (const std::exception&) {
-    // Nobody is left to be told.
+    // A destructor has nobody to report to.
   }
 }
 
@@ -65,8 +65,8 @@ MifCounts clsMIFUtilities::counts() const {
   return counts;
 }
 
-// A name without a folder gets side files that begin with the whole name, so that they stay apart from those of other
-// files of the current folder.
+// Without a folder the names of the side files begin with the whole name of the document, so that they differ from
+// those of other documents of the current folder.
 void clsMIFUtilities::DefaultSideFileNames() {
   const std::u16string folder = folder_of(mif_file_);
   const std::u16string prefix = folder.empty() ? mif_file_ + u"_" : folder;
@@ -95,8 +95,8 @@ void clsMIFUtilities::add_message(TextRow name, std::u16string_view detail) {
   errors_.push_back(std::move(message));
 }
 
-// Names are drawn and not reserved: the exclusive create decides whether one is free. nullptr, with a message, when no
-// file can be made.
+// A name is drawn, not reserved: creating the file exclusively shows whether it is free. nullptr, with a message, when
+// no file can be made.
 std::unique_ptr<PendingFile> clsMIFUtilities::create_temporary_file() {
   constexpr int attempts = 100;
   clsGetTempFileName names;
@@ -112,8 +112,8 @@ std::unique_ptr<PendingFile> clsMIFUtilities::create_temporary_file() {
   }
 }
 
-// Puts the complete output in the place of MIFFile. When that fails the MIF file stays as it was and the output stays
-// under its temporary name, which the message tells.
+// Puts the complete output in the place of MIFFile. On failure the MIF file stays as it was, the output stays under its
+// temporary name, and a message gives that name.
 bool clsMIFUtilities::replace_mif_file(PendingFile& output, std::u16string_view failure_text) {
   output.finish();
   if (clsCommon().MoveFile(output.temporary_path(), mif_file_, &errors_)) return true;

@@ -1,15 +1,16 @@
-// FrameMaker interchange files (MIF): hidden texts go out into side files that a translation tool can read, come back
-// translated, and embedded objects go out of the way and return.
+// FrameMaker interchange files (MIF). Hidden texts go into side files that a translation tool can read, and come back
+// translated. Embedded objects go into an object file and come back unchanged. The format: the MIF Reference, a public
+// document.
 //
-// StartBatch, then Extract for each file, then EndBatch, which writes one index, one cross-reference and one variable
-// side file for all of them. After translation StartBatch, the side-file names if they are not the default ones, and
-// Merge for each file. All file contents are carried as bytes: escapes and UTF-8 come out as they went in, whatever the
-// system's code page. Only in a batch of files of several codings (versions before and from 8.0) the texts are
-// converted: to the coding of the side files, and on the way back to that of each file.
+// Call StartBatch, then Extract for each file, then EndBatch, which writes one index, one cross-reference and one
+// variable side file for all of them. After translation call StartBatch, set the names of the side files if they are
+// not the default ones, and call Merge for each file. Texts are carried as bytes: escapes and UTF-8 come out as they
+// went in, whatever the system's code page. Only when the files of a batch have several codings (versions before and
+// from 8.0) are texts converted, to the coding of the side files and back to that of each file.
 //
-// A file is only ever replaced by a complete new one: a call that fails leaves the MIF file and the side files as
-// they were. An interruption by the user (failure 18) is thrown on after cleaning up; every other failure is an entry
-// of the error list.
+// A file is only ever replaced by a complete new one: a call that fails leaves the MIF file and the side files as they
+// were. Every `failure` becomes an entry of the error list. An `interruption` by the user passes through after
+// everything new has been removed.
 #pragma once
 
 #include <cstdint>
@@ -32,13 +33,13 @@
 
 namespace kavo {
 
-// What happened since StartBatch, for reports.
+// Counts since StartBatch, for reports.
 struct MifCounts {
   std::int64_t index_rows = 0;
   std::int64_t xref_rows = 0;
   std::int64_t variable_rows = 0;
-  std::int64_t replaced = 0;   // values that Merge found a translation for
-  std::int64_t not_found = 0;  // values that it found none for
+  std::int64_t replaced = 0;   // texts that Merge found in the side files
+  std::int64_t not_found = 0;  // texts that it did not find there
   std::int64_t objects_removed = 0;
   std::int64_t objects_inserted = 0;
   std::int64_t objects_missing = 0;  // placeholders without an object in the object file
@@ -46,15 +47,16 @@ struct MifCounts {
 
 class clsMIFUtilities {
  public:
-  // Loads the options from the user's settings.
+  // Loads the options from the user's settings. Throws `failure` when they cannot be read.
   clsMIFUtilities();
-  // Saves the options unless they are temporary; a failure to save is dropped. One that is as it was loaded is written
-  // only where none is stored, so that what another program has stored since stays.
+  // Saves the options unless they are temporary; a failure to save is ignored. An option that has not changed since it
+  // was loaded is written only when none is stored, so that it does not overwrite what another program has stored
+  // since.
   ~clsMIFUtilities();
   clsMIFUtilities(const clsMIFUtilities&) = delete;
   clsMIFUtilities& operator=(const clsMIFUtilities&) = delete;
 
-  // Paths. Empty side-file and object-file paths are derived from MIFFile when they are needed.
+  // Paths. Empty paths of side files and of the object file are derived from MIFFile when they are needed.
   const std::u16string& MIFFile() const { return mif_file_; }
   void MIFFile(std::u16string_view value) { mif_file_ = value; }
   const std::u16string& IndexFile() const { return index_file_; }
@@ -66,60 +68,62 @@ class clsMIFUtilities {
   const std::u16string& ObjFile() const { return object_file_; }
   void ObjFile(std::u16string_view value) { object_file_ = value; }
 
-  // Options. No value is checked.
+  // Options. Their values are not checked.
   const std::u16string& Markers() const { return markers_; }  // marker type names, each followed by one TAB
   void Markers(std::u16string_view value) { markers_ = value; }
   std::int16_t SplitOptions() const { return split_options_; }  // 0: no split, 1: at ";", 2: at ";" and ":"
   void SplitOptions(std::int16_t value) { split_options_ = value; }
   bool ProcessObjects() const { return process_objects_; }  // whether callers should remove embedded objects
   void ProcessObjects(bool value) { process_objects_ = value; }
-  // Shows the options dialog modally and takes over what the user confirmed. The user's settings change when the object
-  // is destroyed.
+  // Shows the options in a modal dialog and takes over what the user confirms. The user's settings change when this
+  // object is destroyed.
   void DisplayOptions();
-  // From here on RemoveObjects replaces whatever lies under the name of ObjFile.
+  // From here on RemoveObjects replaces ObjFile whatever it holds.
   void overwrite_object_file() { overwrites_object_file_ = true; }
-  // From here on the options are this object's alone: destruction does not save them.
+  // From here on the options hold for this object alone: destruction does not save them.
   void options_are_temporary() { save_options_ = false; }
 
-  // Begins a batch: empties tables, header line, side-file paths, counts and the error list.
+  // Begins a batch: clears tables, header line, side-file paths, counts and the error list.
   void StartBatch();
-  // Collects the hidden texts of MIFFile. The number of rows added (at most 32,767 are told), which can be 1; so
-  // whether the file could be used is what extracted() tells. 1 with message 3026, 3027 or 3028 when it could not.
-  // 3033 to 3035 (a table is full, told once a batch) and 3042 (a statement was left out) are no failures of the file.
+  // Collects the hidden texts of MIFFile. Returns the number of rows added, at most 32,767; or 1 with message 3026,
+  // 3027 or 3028 when the file could not be used. A file may add exactly one row, so ask extracted() which it was.
+  // Messages 3033 to 3035 (a table is full, reported once a batch) and 3042 (a statement was left out) are not failures
+  // of the file.
   std::int16_t Extract();
-  // True when the last Extract could use its file, however many rows it added.
+  // True when the last Extract could use its file, whatever number of rows it added.
   bool extracted() const { return extracted_; }
-  // Writes the side files, unless no file of the batch could be opened. The number of files that could not be
-  // written (3020 to 3025, 3043). The tables stay: a second EndBatch writes the same.
+  // Writes the side files, unless no file of the batch could be opened. Returns how many could not be written (3020 to
+  // 3025, 3043). Keeps the tables: a second EndBatch writes the same.
   std::int16_t EndBatch();
 
-  // Puts the translations of the side files into MIFFile; the first Merge of a batch loads them. 0 when all went well,
-  // 1 when MIFFile cannot be opened (3026, 3027, 3028); else the number of failures: of the MIF file (3031, 3041, or
-  // that it could not be replaced; the file is then as it was), of side files that could not be read (3036 to 3038;
-  // their values stay as they are), and one when translations hold characters that MIFFile cannot hold (3044 for each;
-  // these values stay as they are). 3042 (a statement was left out) and 3045 (of doubled entries the first counts) are
-  // none. SplitOptions becomes the option that the index texts were extracted with, and is saved with the other
-  // options, deliberately: the side file tells how its texts belong together.
+  // Puts the translations of the side files into MIFFile; the first Merge of a batch loads them. Returns 0 when all
+  // went well, 1 when MIFFile cannot be opened (3026, 3027, 3028), else the number of failures:
+  // - one when MIFFile could not be processed or replaced (3031, 3041); it is then as it was
+  // - one for each side file that could not be read (3036 to 3038); its texts stay as they are
+  // - one when MIFFile cannot hold characters of some translations (3044 for each); these texts stay as they are.
+  // Messages 3042 (a statement was left out) and 3045 (two entries of one tag; the first counts) are not failures. Sets
+  // SplitOptions to the option that the index texts were extracted with, since the side file knows how its texts belong
+  // together. That value is saved with the other options, deliberately.
   std::int16_t Merge();
-  // From here on Merge leaves MIFFile as it is when a side file cannot be read.
+  // From here on Merge leaves MIFFile as it is when any side file cannot be read.
   void require_side_files() { requires_side_files_ = true; }
 
-  // Moves embedded objects into ObjFile and leaves numbered placeholders. 0, or 1 and a message (3026 to 3028, 3030 to
-  // 3032, 3039 to 3041) with everything as it was; only when the MIF file could not be replaced at the very end is
-  // ObjFile new already. A file without objects is not touched. An old ObjFile with other content (3032) stays: the
-  // objects of another document would be lost.
+  // Moves embedded objects into ObjFile and leaves numbered placeholders. Returns 0, or 1 with a message (3026 to 3028,
+  // 3030 to 3032, 3039 to 3041) and everything as it was, with one exception: when MIFFile cannot be replaced at the
+  // very end, ObjFile is the new one already. A file without objects is not touched. An old ObjFile with other content
+  // is kept (3032), since the objects of another document would be lost.
   std::int16_t RemoveObjects();
-  // Puts the objects back in the place of their placeholders. 0, or 1 and a message (3026 to 3029, 3031, 3041) with
-  // everything as it was. ObjFile stays.
+  // Puts the objects back in the place of their placeholders. Returns 0, or 1 with a message (3026 to 3029, 3031, 3041)
+  // and everything as it was. ObjFile stays.
   std::int16_t InsertObjects();
-  // From here on InsertObjects leaves the placeholder of an object that ObjFile lacks, or holds without its end: the
-  // others are put back, and it answers 1 with 3046 and the line of the first one. Otherwise such a place becomes the
-  // closing line of an object, without a message.
+  // Decides about placeholders whose object ObjFile lacks, or holds without its end. From here on InsertObjects leaves
+  // such placeholders, puts the other objects back, and returns 1 with message 3046 and the line of the first one.
+  // Without this call it writes the closing line of an object there, without a message.
   void keep_placeholders() { keeps_placeholders_ = true; }
 
   const MessageList& ErrorList() const { return errors_; }
   void ClearErrors() { errors_.clear(); }
-  // The handler of the Progress event: percent of MIFFile that has been read.
+  // The handler of the Progress event, raised with the percentage of MIFFile read.
   void Progress(ProgressEvent::Handler handler) { progress_.handler(std::move(handler)); }
   MifCounts counts() const;
 
@@ -141,10 +145,9 @@ class clsMIFUtilities {
   int AddIndexEntry(std::string_view piece, std::string_view text);
   int AddXRefEntry(std::string_view name, std::string_view definition);
   int AddVariableEntry(std::string_view name, std::string_view definition);
-  int add_entry(EntryTable& table, bool& full_told, TextRow full_message, std::string_view name,
-                std::string_view text);
+  int add_entry(EntryTable& table, bool& full_told, TextRow full_message, std::string_view name, std::string_view text);
 
-  // What the side files of the batch begin with, and the coding that their rows are converted to, if they must be.
+  // The beginning of the side files of a batch, and the coding that their rows are converted to, when they must be.
   struct SideFileHead {
     std::string lines;
     std::optional<MifCoding> coding;
@@ -176,7 +179,7 @@ class clsMIFUtilities {
   bool replace_mif_file(PendingFile& output, std::u16string_view failure_text);
 
   std::u16string mif_file_, index_file_, xref_file_, variable_file_, object_file_;
-  MifSettings loaded_;  // the user's, as they were at creation
+  MifSettings loaded_;  // the user's settings when this object was created
   std::u16string markers_;
   std::int16_t split_options_;
   bool process_objects_;
@@ -192,17 +195,17 @@ class clsMIFUtilities {
   bool xrefs_full_told_ = false;
   bool variables_full_told_ = false;
   std::string header_;              // the last MIFFile statement, byte for byte
-  std::vector<MifCoding> codings_;  // of the files extracted from, each once
-  std::uint8_t coding_ = 0;         // of the present one, its place in codings_
-  // Of the side files as they were loaded, and their values on the way into MIFFile.
+  std::vector<MifCoding> codings_;  // codings of the files of the batch, each once
+  std::uint8_t coding_ = 0;         // index of the current file's coding in codings_
+  // The codings of the side files as loaded, and the conversions of their values to MIFFile's coding.
   std::optional<MifCoding> index_coding_, xrefs_coding_, variables_coding_;
   std::optional<ValueConversion> index_values_, xrefs_values_, variables_values_;
-  std::set<std::u16string> misfits_;  // translations that do not fit into MIFFile, as they were reported
+  std::set<std::u16string> misfits_;  // reported translations that MIFFile cannot hold
   std::vector<std::u16string> sources_;
   bool has_data_ = false;
   bool extracted_ = false;
   bool side_files_loaded_ = false;
-  std::string key_;  // of the lookup being made
+  std::string key_;  // key of the current lookup
   MifCounts counts_;
 
   MessageList errors_;

@@ -1,6 +1,6 @@
-// The texts collected from, or brought back for, one side file: rows of two byte strings in the order first met.
+// The texts collected for one side file, or read back from it: rows of two byte strings in the order first met.
 //
-// Every answer is the one that a scan of all rows from row 0 would give; hash indexes give it in constant time.
+// Every answer is the one that a scan of all rows from row 0 would give. Hash indexes give it in constant time.
 #pragma once
 
 #include <cstddef>
@@ -21,10 +21,10 @@ class EntryTable {
 
   explicit EntryTable(Same same) : same_(same) {}
 
-  // Appends a row unless the entry is there already (kKnown, full or not) or the table is full. `coding` says which
-  // coding its bytes are in: the same bytes in two codings are two entries.
+  // Appends a row. Does nothing when the entry is there already (kKnown, even in a full table) or the table is full.
+  // `coding` numbers the coding of the bytes: the same bytes in two codings are two entries.
   Added add(std::string_view name, std::string_view text, std::uint8_t coding = 0);
-  // The text of the first row with this name (coding 0). Views of a table are valid until the next add() or clear().
+  // The text of the first row with this name (coding 0). A view stays valid until the next add() or clear().
   std::optional<std::string_view> find(std::string_view name) const;
 
   Same same() const { return same_; }
@@ -45,7 +45,7 @@ class EntryTable {
     std::size_t entry_hash;
     std::uint8_t coding;
   };
-  // Open addressing with linear probing; at most half full, grown with the rows.
+  // Open addressing with linear probing. At most half full; grows with the rows.
   using Index = std::vector<std::int32_t>;
   static constexpr std::int32_t kEmpty = -1;
 
@@ -59,7 +59,7 @@ class EntryTable {
   void grow();
 
   Same same_;
-  std::string bytes_;  // of all rows, one after the other
+  std::string bytes_;  // the strings of all rows, one after the other
   std::vector<Row> rows_;
   Index by_name_;   // first row of each name
   Index by_entry_;  // every row, when names alone do not tell entries apart

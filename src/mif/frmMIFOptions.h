@@ -1,5 +1,5 @@
-// The dialog of the options of MIF work: how index texts are split, which marker types are taken out, and whether
-// embedded objects are.
+// The dialog of the MIF options: how index texts are split, which marker types are extracted, and whether embedded
+// objects are taken out.
 #pragma once
 
 #include <cstdint>
@@ -14,7 +14,8 @@ class frmMIFOptions final : public QuestionForm {
  public:
   frmMIFOptions();
 
-  // Index of the selected item of `cmbSplit`: 0, 1 or 2. Another value selects none, which reads as -1.
+  // The index of the selected item of `cmbSplit`: 0, 1 or 2. Setting any other value selects no item, which reads as
+  // -1.
   std::int16_t SplitOptions() const { return static_cast<std::int16_t>(cmbSplit.ListIndex()); }
   void SplitOptions(std::int16_t value) { cmbSplit.ListIndex(value); }
   bool ProcessObjects() const { return chkProcessObjects.Value(); }

@@ -18,7 +18,7 @@ bool LinePieces::next(LinePiece& piece) {
   handed_out_ = 0;
   piece = {};
   piece.begins = !in_line_;
-  std::size_t plain = 0;  // bytes at the front of the window that are known to hold no line end
+  std::size_t plain = 0;  // bytes at the front of the window that hold no line end
   for (;;) {
     const std::string_view window = reader_.window();
     const char* const end = window.data() + window.size();

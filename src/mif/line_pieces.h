@@ -1,6 +1,6 @@
-// A file line by line as bytes, in bounded memory: a line is handed out whole unless it is longer than kWholeLine,
-// and then in pieces. CR LF, LF CR, CR and LF each end a line, wherever a block ends. Most lines need no look of their
-// own: lines_before() hands out many of them at once.
+// Reads a file line by line, as bytes and in bounded memory. A line longer than kWholeLine comes in pieces, any other
+// as a whole. CR LF, LF CR, CR and LF each end a line, wherever a block ends. Most lines need no closer look:
+// lines_before() hands out many of them at once.
 #pragma once
 
 #include <cstddef>
@@ -16,28 +16,29 @@ namespace kavo {
 // Valid until the next call of next() or seek().
 struct LinePiece {
   std::string_view text;        // without the line's terminator
-  std::string_view terminator;  // empty in a piece that does not end its line, and in a last line that has none
-  bool begins = false;          // this is the beginning of a line; it then holds at least kUncut bytes of a longer line
+  std::string_view terminator;  // empty when the piece does not end its line, or the last line has none
+  bool begins = false;          // the piece begins a line, and holds kUncut bytes of it when it has as many
   bool ends = false;
 };
 
 class LinePieces {
  public:
   static constexpr std::size_t kWholeLine = 64 * 1024;
-  // A text of up to this many bytes that begins with "<" is never cut in two, even in a long line.
+  // A text that begins with "<" and has at most this many bytes is never cut in two, even in a long line.
   static constexpr std::size_t kUncut = 64;
 
-  // Throws `failure` when the file cannot be opened, as next() does when it cannot be read. `progress` (not owned) may
-  // be nullptr.
+  // Opens the file. The constructor and next() throw `failure` when the file cannot be opened or read. `progress` is
+  // borrowed and may be nullptr.
   LinePieces(std::u16string_view path, ProgressEvent* progress) : reader_(path), progress_(progress) {}
 
-  // False at the end of the file.
+  // Fetches the next line or piece; false at the end of the file.
   bool next(LinePiece& piece);
-  // The whole lines that are at hand in front of the one with the place that `find_stop(begin, end)` answers (`end` for
-  // none), with their terminators. Empty when there are none, also in the middle of a line: next() then goes on.
+  // Hands out the whole lines of the window that stand before the place that `find_stop(begin, end)` returns (`end`
+  // when there is none), with their terminators. Empty when there are none, or in the middle of a line: next() then
+  // goes on.
   template <class FindStop>
   std::string_view lines_before(FindStop find_stop);
-  // Position of the first byte that was not handed out.
+  // The position of the first byte that was not handed out.
   std::uint64_t position() const { return reader_.position() + handed_out_; }
   void seek(std::uint64_t line_start);
 
@@ -46,13 +47,13 @@ class LinePieces {
 
   BlockReader reader_;
   ProgressEvent* progress_;
-  std::size_t handed_out_ = 0;  // bytes of the window that the last piece took
-  bool in_line_ = false;        // that piece did not end its line
+  std::size_t handed_out_ = 0;  // bytes of the last piece, at the front of the window
+  bool in_line_ = false;        // the last piece did not end its line
 };
 
 inline bool is_line_end(char c) { return c == '\r' || c == '\n'; }
 
-// Writes lines that all have their terminators, with CR LF instead; answers how many they are. Throws `failure`.
+// Writes whole lines with CR LF as their terminators. Returns how many lines they are. Throws `failure`.
 std::int64_t write_lines(PendingFile& file, std::string_view lines);
 
 template <class FindStop>

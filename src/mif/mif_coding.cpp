@@ -22,7 +22,8 @@ MifCoding MifCoding::of(std::string_view beginning) {
   return coding;
 }
 
-// A byte that is no lead byte ends a character, so the lead bytes before p pair up from there.
+// A byte that is not a lead byte ends a character. So the lead bytes behind it form pairs, and an odd number of them
+// before p makes p a trail byte.
 bool MifCoding::follows_lead_byte(const char* begin, const char* p) const {
   const char* first = p;
   while (first != begin && strings_->bytes().is_lead_byte(static_cast<unsigned char>(first[-1]))) --first;

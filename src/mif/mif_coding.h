@@ -1,8 +1,8 @@
-// How the bytes of a MIF file are to be read, told from its beginning: formats/mif/document_coding.h has the rules.
+// How to read the bytes of a MIF file, judged from its beginning. formats/mif/document_coding.h has the rules.
 //
-// Converters carry the values of one document as they stand. They are decoded for the names of marker types, and for
-// documents of another coding than their side files. The lead-byte rule of a double-byte code page (a backquote may be
-// the second byte of a character) holds in files before 8.0 only: in UTF-8 every backquote is one.
+// Converters carry the values of a document as bytes. They decode them only to compare the names of marker types, and
+// when the side files have another coding than the document. In a double-byte code page a backquote may be the second
+// byte of a character. That holds for files before 8.0 only: in UTF-8 every backquote is a backquote.
 #pragma once
 
 #include <cstddef>
@@ -17,10 +17,10 @@ namespace kavo {
 
 class MifCoding {
  public:
-  static constexpr std::size_t kHeaderSize = mif::kDeclarationReach;  // bytes of a file that of() wants to see
+  static constexpr std::size_t kHeaderSize = mif::kDeclarationReach;  // bytes of a file that of() looks at
 
-  // A file that begins so. Without a declaration a file before 8.0 is in the ANSI code page. Throws `failure` 5 for a
-  // code page that is not supported.
+  // The coding of a file that begins with `beginning`. A file before 8.0 without a declaration is in the ANSI code
+  // page. Throws `failure` 5 for a code page that is not supported.
   static MifCoding of(std::string_view beginning);
 
   const mif::DocumentCoding& document() const { return document_; }
@@ -30,11 +30,11 @@ class MifCoding {
   bool is_trail_byte(const char* begin, const char* p) const {
     return double_byte_ && p != begin && static_cast<unsigned char>(p[-1]) >= 0x80 && follows_lead_byte(begin, p);
   }
-  // How many bytes at the end of `bytes` are the beginning of a character that is cut off (0 or 1).
+  // How many bytes at the end of `bytes` begin a character that is cut off there (0 or 1).
   std::size_t incomplete_tail(std::string_view bytes) const {
     return is_trail_byte(bytes.data(), bytes.data() + bytes.size()) ? 1 : 0;
   }
-  // The text of a name, with its escapes resolved; what means no character stays as it is.
+  // The text of a name, its escapes resolved. What is not a character stays as it is written.
   std::u16string decode(std::string_view bytes) const;
 
  private:

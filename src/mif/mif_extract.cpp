@@ -1,4 +1,4 @@
-// Extract: collecting the hidden texts of one file into the tables.
+// Extract: collects the hidden texts of one file into the tables.
 #include <algorithm>
 
 #include "common/byte_scan.h"
@@ -10,7 +10,7 @@
 namespace kavo {
 namespace {
 
-// Whether the bytes of a value mean one thing in one coding and another in another.
+// Whether the same bytes may mean different characters in two codings.
 bool depends_on_coding(std::string_view value) {
   constexpr std::string_view kHighDigits = "89abcdefABCDEF";
   for (std::size_t i = 0; i < value.size(); ++i) {
@@ -69,7 +69,7 @@ std::int16_t clsMIFUtilities::Extract() {
   return static_cast<std::int16_t>(std::min<std::int64_t>(added, INT16_MAX));
 }
 
-// The entries that are added from here on are in this coding.
+// Sets the coding of the entries that are added from here on.
 void clsMIFUtilities::use_coding(const MifCoding& coding) {
   const auto found = std::ranges::find_if(
       codings_, [&](const MifCoding& known) { return known.document().reads_as(coding.document()); });
@@ -77,7 +77,7 @@ void clsMIFUtilities::use_coding(const MifCoding& coding) {
   if (found == codings_.end()) codings_.push_back(coding);
 }
 
-// Texts that a user expects in the side files and does not find there deserve a word.
+// A user would expect the texts of such a statement in the side files, so their absence is reported.
 void clsMIFUtilities::report_passed_statement(const StatementScanner& scanner, const std::u16string& path) {
   if (scanner.passed().count == 0) return;
   const std::string position = std::to_string(scanner.passed().first);
@@ -144,7 +144,7 @@ int clsMIFUtilities::AddVariableEntry(std::string_view name, std::string_view de
 
 int clsMIFUtilities::add_entry(EntryTable& table, bool& full_told, TextRow full_message, std::string_view name,
                                std::string_view text) {
-  // An entry that is the same in all codings is one entry.
+  // An entry that reads the same in all codings counts as one, under coding 0.
   const bool is_of_coding = coding_ != 0 && (depends_on_coding(name) || depends_on_coding(text));
   const EntryTable::Added added = table.add(name, text, is_of_coding ? coding_ : std::uint8_t{0});
   if (added == EntryTable::Added::kFull && !full_told) {

@@ -1,4 +1,4 @@
-// Merge: putting the translations of the side files into one MIF file. Only quoted values change; everything else is
+// Merge: puts the translations of the side files into one MIF file. Only quoted values change; everything else is
 // copied byte for byte.
 #include "common/byte_scan.h"
 #include "mif/clsMIFUtilities.h"
@@ -14,7 +14,7 @@ enum Opening : std::size_t { kXRefFormats, kMarker, kVariableFormats, kPgf };
 constexpr std::string_view kOpenings[] = {"<XRefFormats ", "<Marker ", "<VariableFormats ", "<Pgf "};
 constexpr StatementKeywords kKeywords{kOpenings, find_pair<'<', 'M', 'X', 'V', 'P'>};
 
-// Translation tools may return the tab of a number format in its hexadecimal form, which is not understood there.
+// Translation tools may write the tab of a number format as \x09, which FrameMaker does not understand there.
 void write_with_short_tabs(StatementScanner& scanner, std::string_view value) {
   constexpr std::string_view long_tab = "\\x09 ";
   std::size_t written = 0;
@@ -30,7 +30,8 @@ void write_with_short_tabs(StatementScanner& scanner, std::string_view value) {
   scanner.WriteThrough(value.substr(written));
 }
 
-// Writes the statement with the second value of every pair replaced by what `lookup` has for it, unless that is empty.
+// Writes the statement, replacing the second value of each pair by what `lookup` returns for the pair, unless that is
+// empty.
 template <class Lookup>
 void merge_pairs(StatementScanner& scanner, std::string_view name_label, std::string_view text_label, Lookup lookup) {
   const std::string_view statement = scanner.statement();
@@ -51,14 +52,14 @@ std::int16_t clsMIFUtilities::Merge() {
   if (!mif_file_exists()) return 1;
   const std::int16_t unreadable = load_side_files();
   if (requires_side_files_ && unreadable != 0) {
-    side_files_loaded_ = false;  // the next file is refused for the same reason
+    side_files_loaded_ = false;  // the next Merge reads them again and fails for the same reason
     return unreadable;
   }
   const auto failures = merge_file();
   return failures ? static_cast<std::int16_t>(*failures + unreadable) : std::int16_t{1};
 }
 
-// The number of failures; nothing when the file could not be opened.
+// Returns the number of failures, or nothing when the file could not be opened.
 std::optional<std::int16_t> clsMIFUtilities::merge_file() {
   progress_.restart();
   std::unique_ptr<PendingFile> output;
@@ -99,12 +100,12 @@ std::optional<std::int16_t> clsMIFUtilities::merge_file() {
   }
 }
 
-// The values that are looked up from here on are those of a document in this coding, which must outlive the merging.
+// Prepares the lookup of values from a document in this coding. `document` must outlive the merge.
 void clsMIFUtilities::use_values(const MifCoding& document) {
   misfits_.clear();
   for (const SideFile* side : {&SideFile::kIndex, &SideFile::kXrefs, &SideFile::kVariables}) {
     const std::optional<MifCoding>& coding = this->*side->coding;
-    (this->*side->values).emplace(coding ? *coding : document, document);  // a side file that is missing has no rows
+    (this->*side->values).emplace(coding ? *coding : document, document);  // a missing side file has no rows
   }
 }
 
@@ -171,8 +172,8 @@ std::string_view clsMIFUtilities::LookupVariableEntry(std::string_view name, std
   return lookup_pair(SideFile::kVariables, name, definition);
 }
 
-// Empty when there is no translation or an empty one: the value then stays as it is. " : " may stand in a name as well
-// as in a definition, so two values may have one tag: the first row serves both.
+// Returns an empty text when the translation is missing or empty; the value then stays as it is. Both a name and a
+// definition may hold " : ", so two pairs may read the same; the first row then serves both.
 std::string_view clsMIFUtilities::lookup_pair(const SideFile& side, std::string_view name,
                                               std::string_view definition) {
   ValueConversion& values = *(this->*side.values);
@@ -185,7 +186,7 @@ std::string_view clsMIFUtilities::lookup_pair(const SideFile& side, std::string_
   return *translation == text ? definition : translated(side, *translation, name, definition);
 }
 
-// The translation as MIFFile has it; the untranslated text when that cannot hold it.
+// The translation in MIFFile's coding, or the untranslated text when that coding lacks a character of it.
 std::string_view clsMIFUtilities::translated(const SideFile& side, std::string_view translation, std::string_view name,
                                              std::string_view untranslated) {
   ValueConversion& values = *(this->*side.values);

@@ -1,4 +1,4 @@
-// The details that follow the texts of messages about MIF files.
+// The file and the reason behind the text of a message about MIF files.
 #pragma once
 
 #include <string>

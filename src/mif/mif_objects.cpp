@@ -1,10 +1,10 @@
-// RemoveObjects and InsertObjects. An embedded object is facet data: lines from the first one that begins with "=" to
-// the one that begins with "=EndInset". A facet that follows another without "=EndInset" between belongs to the same
+// RemoveObjects and InsertObjects. An embedded object consists of facets: the lines from one that begins with "=" to
+// one that begins with "=EndInset". A facet that follows another without "=EndInset" between them belongs to the same
 // object.
 //
-// Lines come out with CR LF, whatever they ended with; only a file without any object or placeholder stays as it is.
-// A last line without terminator has none afterwards either. What a line holds behind "=EndInset" is kept in the
-// object file and returns with it.
+// All lines are written with CR LF, whatever they ended with, except a last line without a terminator. A file that has
+// neither objects nor placeholders stays as it is. Text behind "=EndInset" on its line goes into the object file and
+// comes back with the object.
 #include <string>
 
 #include "common/document_names.h"
@@ -33,7 +33,7 @@ void write_piece(PendingFile& file, const LinePiece& piece) {
   if (!piece.terminator.empty()) file.write(kLineEnd);
 }
 
-// Whether there is anything that the removal must look at more closely.
+// Whether the removal has anything to do or to refuse.
 bool holds_objects_or_placeholders(std::u16string_view path, ProgressEvent& progress) {
   LinePieces lines(path, &progress);
   for (LinePiece piece;;) {
@@ -43,11 +43,11 @@ bool holds_objects_or_placeholders(std::u16string_view path, ProgressEvent& prog
   }
 }
 
-// What came of dividing a file into text and objects.
+// The result of dividing a file into text and objects.
 struct Division {
   std::int32_t objects = 0;
-  TextRow refusal{};   // the message that says why the file must stay as it is
-  std::int64_t line = 0;  // where that was found
+  TextRow refusal{};      // why the file must stay as it is
+  std::int64_t line = 0;  // the line of the reason
 };
 
 Division divide(std::u16string_view path, ProgressEvent& progress, PendingFile& mif, PendingFile& objects) {
@@ -63,8 +63,8 @@ Division divide(std::u16string_view path, ProgressEvent& progress, PendingFile& 
     }
     if (!lines.next(piece)) break;
     if (piece.begins) ++line;
-    // Placeholders of an earlier removal: a second set of the same numbers could not be told apart from them. And an
-    // object's own line that begins as they do would end it on its way back.
+    // The placeholders are those of an earlier removal, and a second set would have the same numbers. A line of an
+    // object that begins like a placeholder would end the object on its way back.
     if (find_placeholder(piece.text) || (in_object && piece.begins && piece.text.starts_with(kPlaceholderStart)))
       return {result.objects, text::kHoldsPlaceholders, line};
     if (!in_object && begins_object(piece)) {
@@ -91,10 +91,10 @@ Division divide(std::u16string_view path, ProgressEvent& progress, PendingFile& 
   return result;
 }
 
-// Copies a file with its objects put back, each on lines of its own.
+// Copies a file and puts its objects back, each on lines of its own.
 class ObjectInserter {
  public:
-  enum class Missing { kClosingLine, kPlaceholder };  // what is written for an object that is not there
+  enum class Missing { kClosingLine, kPlaceholder };  // what to write for a missing object
 
   ObjectInserter(MifObjectFile& objects, Missing written, PendingFile& output)
       : objects_(objects), written_(written), output_(output) {}
@@ -134,7 +134,7 @@ class ObjectInserter {
   std::int64_t first_missing_line() const { return first_missing_line_; }
 
  private:
-  enum class Last { kNothing, kText, kObject };  // what was last written for the current line of the document
+  enum class Last { kNothing, kText, kObject };  // what was written last on the current line
 
   void write_text(std::string_view text) {
     if (text.empty()) return;
@@ -143,8 +143,8 @@ class ObjectInserter {
     last_ = Last::kText;
   }
 
-  // The object that was found. Without one the closing line alone, deliberately without an error: the place stays
-  // visible in the document.
+  // Writes the object that was found. When it is missing, writes its closing line alone, so that the place stays
+  // visible in the document; deliberately no error.
   void write_object(bool is_there) {
     if (last_ != Last::kNothing) output_.write(kLineEnd);
     if (is_there) {
@@ -183,7 +183,7 @@ std::int16_t clsMIFUtilities::RemoveObjects() {
   if (!mif_file_exists()) return 1;
   default_object_file_name();
   FileSystem& files = *ports().files;
-  TextRow step = text::kCannotReadMifFile;  // the message of what is being done
+  TextRow step = text::kCannotReadMifFile;  // the message for a failure of the current step
   try {
     if (is_same_file(object_file_, mif_file_)) {
       add_message(text::kCannotWriteObjects, object_file_);

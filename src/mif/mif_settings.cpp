@@ -11,7 +11,7 @@ constexpr std::u16string_view kSplit = u"Split";
 constexpr std::u16string_view kObjects = u"Objects";
 constexpr std::u16string_view kMarkers = u"Markers";
 
-// The decimal number that a setting begins with; 0 when it begins with none or with one that does not fit.
+// The decimal number at the start of a setting. 0 when there is none or it does not fit.
 std::int16_t number_of(std::u16string_view text) {
   const std::int32_t number = leading_number(text);
   return number < -INT16_MAX || number > INT16_MAX ? std::int16_t{0} : static_cast<std::int16_t>(number);

@@ -1,4 +1,4 @@
-// The options of MIF work as they are stored for the user, each a program setting of its own.
+// The MIF options as stored for the user, each as a program setting of its own.
 #pragma once
 
 #include <cstdint>
@@ -15,14 +15,13 @@ struct MifSettings {
   std::u16string markers;
 };
 
-// Each throws `failure` when the registry refuses. Reading gives the default of a value that is not stored.
+// All of these throw `failure` when the registry refuses. An option that is not stored has its default.
 MifSettings load_mif_settings();
 void store_mif_split(std::int16_t split);
 void store_mif_objects(bool objects);
 void store_mif_markers(std::u16string_view markers);
 
-// Stores all three, but leaves alone a stored value that `loaded` already has: another program may have changed it
-// since.
+// Stores all three. A stored value that `loaded` has as well is left alone: another program may have changed it since.
 void store_mif_settings(const MifSettings& now, const MifSettings& loaded);
 
 }  // namespace kavo

@@ -1,5 +1,5 @@
 // The side files: small MIF files of one text flow in which every table row is a paragraph. Its KAVOTag statement
-// carries the identity of the row, its String statement the text to translate.
+// identifies the row, its String statement holds the text to translate.
 #include <algorithm>
 #include <charconv>
 #include <optional>
@@ -43,8 +43,8 @@ std::int16_t clsMIFUtilities::EndBatch() {
   return failures;
 }
 
-// The header of the last file counts for all rows. Rows of another coding are converted; when that is one before 8.0
-// in which a file declares a coding, the side files declare it, too.
+// All rows get the coding of the last file's header; rows in other codings are converted. When that coding is older
+// than 8.0 and a file declares its coding, the side files repeat the declaration.
 clsMIFUtilities::SideFileHead clsMIFUtilities::side_file_head() const {
   SideFileHead head;
   head.lines = header_.empty() ? std::string("<MIFFile 5.50>") : header_;
@@ -59,7 +59,7 @@ clsMIFUtilities::SideFileHead clsMIFUtilities::side_file_head() const {
   return head;
 }
 
-// The rows of a table in another coding; what has become the same is one row.
+// The rows of a table, converted to another coding. Rows that become equal count once.
 EntryTable clsMIFUtilities::converted(const SideFile& side, const MifCoding& coding) const {
   std::vector<mif::StringConversion> conversions;
   conversions.reserve(codings_.size());
@@ -127,14 +127,14 @@ bool clsMIFUtilities::is_source(std::u16string_view path) const {
 
 namespace {
 
-// A translation tool may wrap the statements anew: any white space may stand behind the name.
+// A translation tool may wrap the statements anew, so any white space may follow the name.
 constexpr std::string_view kOpenings[] = {"<KAVOSeg ", "<KAVOSeg\t", "<KAVOSeg\r", "<KAVOSeg\n",
                                           "<Para ",    "<Para\t",    "<Para\r",    "<Para\n"};
 constexpr std::size_t kFirstPara = 4;
 constexpr StatementKeywords kKeywords{kOpenings, find_pair<'<', 'K', 'P'>};
 constexpr std::string_view kWhiteSpace = " \t\r\n";
 
-// The value of the first statement of this name (with its "<") at or behind `from`.
+// The value of the first statement with this name ("<" included) at or behind `from`.
 std::optional<QuotedValue> find_wrapped_value(std::string_view paragraph, std::string_view name, std::size_t from) {
   for (std::size_t at = from; (at = paragraph.find(name, at)) != std::string_view::npos; at += name.size()) {
     const std::size_t value = paragraph.find_first_not_of(kWhiteSpace, at + name.size());
@@ -161,7 +161,7 @@ std::int16_t clsMIFUtilities::LoadIndexSideFile() { return load_side_file(SideFi
 std::int16_t clsMIFUtilities::LoadXRefSideFile() { return load_side_file(SideFile::kXrefs); }
 std::int16_t clsMIFUtilities::LoadVariableSideFile() { return load_side_file(SideFile::kVariables); }
 
-// The number of side files that cannot be read. They are read once a batch.
+// Reads the side files, once a batch. Returns how many of them cannot be read.
 std::int16_t clsMIFUtilities::load_side_files() {
   if (side_files_loaded_) return 0;
   DefaultSideFileNames();
@@ -173,7 +173,7 @@ std::int16_t clsMIFUtilities::load_side_files() {
   return failures;
 }
 
-// The number of failures: 0 or 1.
+// Returns the number of failures: 0 or 1.
 std::int16_t clsMIFUtilities::load_side_file(const SideFile& side) {
   const std::u16string& path = this->*side.path;
   try {
@@ -201,7 +201,7 @@ std::int16_t clsMIFUtilities::load_side_file(const SideFile& side) {
     report_passed_statement(scanner, path);
     return 0;
   } catch (const failure& reason) {
-    (this->*side.table).clear();  // all of its values stay untranslated, not some
+    (this->*side.table).clear();  // no translation at all is better than some of them
     add_message(side.cannot_read, described(path, reason));
     return 1;
   }

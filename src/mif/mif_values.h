@@ -1,4 +1,4 @@
-// The values between ` and ' inside a MIF statement, and the pieces of an index text.
+// The values between ` and ' in a MIF statement, and the pieces of an index text.
 #pragma once
 
 #include <cstddef>
@@ -10,15 +10,16 @@
 
 namespace kavo {
 
-// The place of a value in a statement, without its quotes.
+// The place of a value in its statement, without the quotes.
 struct QuotedValue {
   std::size_t begin;
   std::size_t end;
   std::string_view of(std::string_view statement) const { return statement.substr(begin, end - begin); }
 };
 
-// The value after the first `label` (which ends with the backquote) at or behind `from`, up to the next "'". Nothing
-// when the label or the closing quote is missing. Neither "<" nor "'" is ever the second byte of a character.
+// The value behind the first `label` (which ends with the backquote) at or behind `from`, up to the next "'". Nothing
+// when the label or the closing quote is missing. A search by bytes is safe: neither "<" nor "'" is ever the second
+// byte of a character.
 inline std::optional<QuotedValue> find_value(std::string_view statement, std::string_view label, std::size_t from = 0) {
   const char* const end = statement.data() + statement.size();
   const char* const found = find_text(statement.data() + from, end, label);
@@ -30,14 +31,13 @@ inline std::optional<QuotedValue> find_value(std::string_view statement, std::st
                      static_cast<std::size_t>(quote - statement.data())};
 }
 
-// The name under which a paragraph number format is kept: the paragraph tag or, when it has none (an unquoted tag does
-// not count), the format itself.
+// The name of a paragraph number format: the paragraph tag, or the format itself when there is no quoted tag.
 inline std::string_view number_format_tag(std::string_view statement, const QuotedValue& format) {
   const auto tag = find_value(statement, "<PgfTag `");
   return tag && tag->begin != tag->end ? tag->of(statement) : format.of(statement);
 }
 
-// Calls visit(name, text) for every value after `name_label` with the value after the next `text_label` behind it.
+// Calls visit(name, text) for each value behind `name_label`, with the value behind the next `text_label`.
 template <class Visit>
 void for_each_pair(std::string_view statement, std::string_view name_label, std::string_view text_label, Visit visit) {
   std::size_t from = 0;
@@ -51,9 +51,9 @@ void for_each_pair(std::string_view statement, std::string_view name_label, std:
 
 inline bool is_blank(std::string_view value) { return value.find_first_not_of(' ') == std::string_view::npos; }
 
-// Calls visit(piece, separator) for every piece of an index text: 1 splits at ";", 2 at ";" and ":", any other option
-// below 1 not at all (above 2: as 1). The separator is the one that ended the piece, empty for the last; an empty last
-// piece does not count, an empty piece between separators does. Pieces keep their blanks.
+// Calls visit(piece, separator) for each piece of an index text. Option 1 splits at ";", 2 at ";" and ":"; any smaller
+// one does not split, any larger one counts as 1. `separator` is the one that ended the piece, empty for the last
+// piece. An empty piece between separators counts, an empty last one does not. Pieces keep their blanks.
 template <class Visit>
 void for_each_index_piece(std::string_view value, std::int16_t split_options, Visit visit) {
   constexpr std::int16_t both = 2;

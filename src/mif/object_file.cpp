@@ -11,7 +11,8 @@ namespace {
 
 constexpr std::uint64_t kFileEnd = std::numeric_limits<std::uint64_t>::max();
 
-// Calls visit(placeholder) for every place of the text where one begins, even inside another, until it answers true.
+// Calls visit(placeholder) at each place of the text where a placeholder begins, even inside another one, until it
+// returns true.
 template <class Visit>
 bool any_placeholder(std::string_view text, Visit visit) {
   std::size_t from = 0;
@@ -29,7 +30,7 @@ std::optional<Placeholder> find_placeholder(std::string_view text) {
   for (const char* p = text.data(); (p = find_pair<'<', 'K'>(p, end)) != end; ++p) {
     const std::string_view rest(p, std::min<std::size_t>(static_cast<std::size_t>(end - p), LinePieces::kUncut));
     if (!rest.starts_with(kPlaceholderStart)) continue;
-    // In a string ">" stands behind a backslash: such a text only looks like a placeholder.
+    // In a MIF string ">" stands behind a backslash: such a text only looks like a placeholder.
     const std::size_t close = rest.find('>');
     if (close == std::string_view::npos || rest[close - 1] == '\\') continue;
     const auto begin = static_cast<std::size_t>(p - text.data());
@@ -39,7 +40,7 @@ std::optional<Placeholder> find_placeholder(std::string_view text) {
 }
 
 const char* find_special(const char* begin, const char* end) {
-  // Neither byte is frequent in a document or in facet data.
+  // Both bytes are rare in documents and in facets.
   const char* p = find_any<'=', 'K'>(begin, end);
   while (p != end && !(*p == '=' ? p == begin || is_line_end(p[-1]) : p != begin && p[-1] == '<'))
     p = find_any<'=', 'K'>(p + 1, end);
@@ -100,9 +101,9 @@ bool MifObjectFile::is_complete() {
 void MifObjectFile::find_incomplete_objects() {
   incomplete_.emplace();
   LinePieces lines(path_, nullptr);
-  bool is_open = false;         // the end of the last object was not met
-  std::uint64_t begin = 0;      // of its lines
-  bool is_placeholder = false;  // in the line of one
+  bool is_open = false;         // the last object has not ended yet
+  std::uint64_t begin = 0;      // where its lines begin
+  bool is_placeholder = false;  // in the line of a placeholder
   for (LinePiece piece;;) {
     if (!lines.lines_before(find_special).empty()) continue;
     if (!lines.next(piece)) break;

@@ -1,6 +1,6 @@
-// The object side file: objects in order, each a placeholder line followed by the object's lines. Lookups answer what
-// reading forward from the current place, and then once more from the beginning, would find; placeholders in their
-// own order cost one pass, any other order an index that is built at the first lookup out of order.
+// The object file: objects in order, each behind the line of its placeholder. A lookup finds what reading on from the
+// current place, and then once more from the beginning, would find. Placeholders in the file's order cost one pass. The
+// first one out of order builds an index.
 #pragma once
 
 #include <cstddef>
@@ -21,33 +21,33 @@ inline constexpr std::string_view kObjectEnd = "=EndInset";
 inline constexpr std::string_view kPlaceholderStart = "<KAVOObj ";
 inline constexpr std::string_view kObjectsEnd = "<KAVOObj End>";
 
-// The place of the first placeholder, from its "<" to its ">", in a line or piece of a line. It is at most
-// LinePieces::kUncut bytes long: many more than any number has.
+// The place of the first placeholder in a line or piece of a line, from its "<" to its ">". A placeholder has at most
+// LinePieces::kUncut bytes, far more than any number needs.
 struct Placeholder {
   std::size_t begin;
   std::size_t end;
 };
 std::optional<Placeholder> find_placeholder(std::string_view text);
 
-// For LinePieces::lines_before(): the first place where a line may be more than plain text, because "=" begins it or
-// because it may hold a placeholder. [begin, end) begins with a line.
+// For LinePieces::lines_before(): the first place where a line may be more than plain text, because it begins with "="
+// or may hold a placeholder. [begin, end) begins with a line.
 const char* find_special(const char* begin, const char* end);
 
-// Whether the file holds a place that an object is to be put back to, as the insertion finds them. Throws `failure`
-// when it cannot be read. `progress` (not owned) may be nullptr.
+// Whether the file holds a place for an object, found as InsertObjects finds it. Throws `failure` when the file cannot
+// be read. `progress` is borrowed and may be nullptr.
 bool holds_object_placeholder(std::u16string_view mif_file, ProgressEvent* progress);
 
 class MifObjectFile {
  public:
-  // Throws `failure` when the file cannot be opened, as all operations do when it cannot be read.
+  // Opens the file. Throws `failure` when that fails, as every operation does when the file cannot be read.
   explicit MifObjectFile(std::u16string_view path) : path_(path), lines_(path, nullptr) {}
 
-  // Goes behind the next line that holds the placeholder; false, and to the end of the file, when there is none.
+  // Goes behind the next line that holds the placeholder. False, at the end of the file, when there is none.
   bool find(std::string_view placeholder);
-  // Whether the object that begins here is there with its closing line, which it is not where a file was cut. The first
-  // call reads the file once.
+  // Whether the object that begins here has its closing line; it has none where a file was cut. The first call reads
+  // the whole file.
   bool is_complete();
-  // Writes the object that begins here, its lines with CR LF, the closing one without a line end.
+  // Writes the object that begins here. Its lines get CR LF, the closing one no line end.
   void copy_object(PendingFile& output);
 
  private:

@@ -11,7 +11,7 @@ namespace {
 constexpr std::size_t kShortestOpening = 4;
 constexpr std::size_t kLongestOpening = 32;
 
-// A comment ends at the next control character; every one of them, as a line end or a tab does.
+// Any control character ends a comment; a line end or a tab is the usual one.
 const char* comment_end(const char* p, const char* end) noexcept {
   return std::find_if(p, end, [](char c) { return static_cast<unsigned char>(c) < ' '; });
 }
@@ -39,7 +39,7 @@ bool StatementScanner::ReadChunk() {
   return more;
 }
 
-// Moves the window to the next opening; false when the file has none left.
+// Moves the window to the next opening. False when the file holds no more.
 bool StatementScanner::find_opening() {
   for (;;) {
     const std::string_view window = reader_.window();
@@ -62,7 +62,7 @@ bool StatementScanner::find_opening() {
       pass_on(window.size());
       return false;
     }
-    // What may be the beginning of an opening stays in front of the next block.
+    // The tail may be the beginning of an opening, so it stays in front of the next block.
     const std::size_t kept = std::min(window.size(), kLongestOpening - 1);
     pass_on(std::min(static_cast<std::size_t>(p - window.data()), window.size() - kept));
     ReadChunk();
@@ -72,7 +72,7 @@ bool StatementScanner::find_opening() {
 bool StatementScanner::is_opening(std::string_view text) {
   for (opening_ = 0; opening_ < keywords_.openings.size(); ++opening_) {
     const std::string_view opening = keywords_.openings[opening_];
-    // Four bytes are compared without a call, and most candidates differ in them.
+    // Comparing four bytes needs no call, and most candidates differ in them.
     if (text.size() >= opening.size() && std::memcmp(text.data(), opening.data(), kShortestOpening) == 0 &&
         text.starts_with(opening))
       return true;
@@ -80,8 +80,8 @@ bool StatementScanner::is_opening(std::string_view text) {
   return false;
 }
 
-// Finds the end of the statement that the window begins with. False when it cannot be delivered: it has then been
-// passed on.
+// Finds the end of the statement at the front of the window. When the statement cannot be delivered, passes it on and
+// returns false.
 bool StatementScanner::find_end() {
   const std::uint64_t start = reader_.position();
   state_ = outside_ = State::kOpening;
@@ -112,7 +112,7 @@ bool StatementScanner::find_end() {
   return false;
 }
 
-// Goes on from window[at] to just behind the end of the statement, or to the end of the window.
+// Goes on from window[at]. Returns the place behind the end of the statement, or the end of the window.
 std::size_t StatementScanner::skip(std::string_view window, std::size_t at) {
   const char* const begin = window.data();
   const char* const end = begin + window.size();

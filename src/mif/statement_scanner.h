@@ -1,12 +1,12 @@
-// Finds the statements of a MIF file that begin with given keywords and passes everything between them on.
+// Finds the statements of a MIF file that begin with given keywords, and passes on everything between them.
 //
-// MIF is a nested text: `<Name value>`, strings between ` and ', comments from # to the end of the line. A statement
-// begins wherever one of the keywords stands, at any depth; its end is found by counting "<" and ">" outside strings
-// and comments. There is deliberately no handling of backslash escapes: ">" is harmless inside a string, and a string
-// may end in an escaped backslash (`\\'), so only the closing ' counts.
+// MIF is nested text: `<Name value>`, strings between ` and ', comments from # to the end of the line. A statement
+// begins wherever one of the keywords stands, at any depth. Counting "<" and ">" outside strings and comments finds its
+// end. Backslash escapes are deliberately not handled: ">" does no harm inside a string, and only the closing ' ends a
+// string, which may end in an escaped backslash (`\\').
 //
-// The document is read as a sliding window of bytes. What is carried from block to block is the tail that may hold
-// the beginning of a keyword, or the statement being read, up to kLongestStatement.
+// The file is read through a sliding window of bytes. From block to block the scanner keeps the tail that may begin a
+// keyword, or the statement being read, up to kLongestStatement.
 #pragma once
 
 #include <cstddef>
@@ -21,9 +21,9 @@
 
 namespace kavo {
 
-// The openings of statements to look for; each begins with "<" and is 4 to 32 bytes long. `candidate` finds the
-// first place in [p, end) where one may begin, quickly and perhaps in vain; a "<" that is the last byte does not
-// count.
+// The openings of the statements to look for; each begins with "<" and has 4 to 32 bytes. `candidate` returns the first
+// place in [p, end) where an opening may begin. It is quick, and may stop in vain. It ignores a "<" that is the last
+// byte.
 struct StatementKeywords {
   std::span<const std::string_view> openings;
   const char* (*candidate)(const char* p, const char* end) noexcept;
@@ -31,33 +31,33 @@ struct StatementKeywords {
 
 class StatementScanner {
  public:
-  // A longer statement is passed on unchanged and not delivered, so that a catalogue that never closes does not load
-  // its whole file: room for a catalogue that fills a table of 32,768 rows with 64 bytes each. The largest statement
-  // met in practice has 13 KB.
+  // A longer statement is passed on unchanged and not delivered: a catalogue that never closes must not load its whole
+  // file. The limit has room for a catalogue that fills a table of 32,768 rows with 64 bytes each. The largest
+  // statement met in practice has 13 KB.
   static constexpr std::size_t kLongestStatement = 2 * 1024 * 1024;
 
-  // A statement that was not delivered.
+  // The statements that were not delivered.
   struct Passed {
     std::uint64_t count = 0;
     std::uint64_t first = 0;       // byte position of the first one
     bool first_is_closed = false;  // false: the file ended inside it
   };
 
-  // Reads `path` from its beginning; `progress` may be nullptr. Throws `failure` when the file cannot be opened, as
-  // ReadNextStatement does when it cannot be read on. `progress` is not owned.
+  // Opens `path` at its beginning. The constructor and ReadNextStatement throw `failure` when the file cannot be opened
+  // or read. `progress` is borrowed and may be nullptr.
   StatementScanner(std::u16string_view path, const StatementKeywords& keywords, ProgressEvent* progress);
-  // What receives the text that is passed on; at first nothing does.
+  // Sets where text that is passed on goes. Before, it goes nowhere.
   void output(PendingFile& output) { output_ = &output; }
 
-  // Delivers the next complete statement; what stands before it is written through. False when the file is exhausted;
-  // a statement that the file ends inside of has then been written through as well.
+  // Delivers the next complete statement and writes through what stands before it. False at the end of the file; a
+  // statement that the file ends inside of has then been written through as well.
   bool ReadNextStatement();
 
-  // The statement just read, from its "<" to its ">". Valid until the next ReadNextStatement.
+  // The statement read last, from its "<" to its ">". Valid until the next ReadNextStatement.
   std::string_view statement() const { return reader_.window().substr(0, statement_size_); }
-  // Which of the keywords it begins with: an index into their openings.
+  // The index of the keyword that it begins with.
   std::size_t opening() const { return opening_; }
-  // Writes text, unchanged, to the output if there is one.
+  // Writes text unchanged to the output, if there is one.
   void WriteThrough(std::string_view text) {
     if (output_ != nullptr) output_->write(text);
   }

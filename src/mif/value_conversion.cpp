@@ -22,8 +22,8 @@ std::string_view ValueConversion::to_side_file(std::string_view value) {
 
 std::string_view ValueConversion::to_document(std::string_view value) {
   misfit_ = {};
-  // The one thing that may stand in a side file before 8.0 and not in a document before 8.0: a character that does not
-  // fit.
+  // Where both are before 8.0 and in the same coding, one thing may stand in the side file and not in the document: a
+  // character that the coding lacks, as an escape.
   const bool may_misfit = !document_.document().is_utf8 && value.find("\\u") != std::string_view::npos;
   if (is_same_ && !may_misfit) return value;
   const std::string& converted = to_document_.convert(value);

@@ -1,4 +1,4 @@
-// The values of a document on their way through a side file, which may be of another version than the document.
+// Converts values between a document and its side file, which may be of different versions.
 #pragma once
 
 #include <string_view>
@@ -16,12 +16,12 @@ class ValueConversion {
 
   const MifCoding& document() const { return document_; }
 
-  // A value of the document as the side file has it. Valid until the next call.
+  // A value of the document in the side file's coding. Valid until the next call.
   std::string_view to_side_file(std::string_view value);
-  // A value of the side file as the document has it. Valid until the next call.
+  // A value of the side file in the document's coding. Valid until the next call.
   std::string_view to_document(std::string_view value);
-  // Of the value that to_document() was asked for last: what the document cannot hold, a character (UTF-8) or a byte
-  // (as an escape); "" when it holds all.
+  // What the document cannot hold of the value that to_document() converted last: a character (UTF-8) or a byte (as an
+  // escape). "" when it holds all.
   std::string_view misfit() const { return misfit_; }
 
  private:
