@@ -1,4 +1,4 @@
-// The files beside a bilingual document without which its document comes back incomplete.
+// The files beside a bilingual document that its document cannot be rebuilt completely without.
 #pragma once
 
 #include <string>
@@ -8,17 +8,17 @@
 
 namespace kavo {
 
-// Full names: of a page's document that of its scripts, of a MIF document's those of its three side files, of a
-// presentation's or workbook's the file that it was made of. None for other documents.
+// Full names. For a page: the document of its scripts. For a MIF document: the documents of its three side files. For a
+// presentation or workbook: the file that it was made of. Other documents have none.
 std::vector<std::u16string> companions_of(const TudName& name);
-// Those of them that are not there.
+// The companions that are missing. Throws `failure` when that cannot be known.
 std::vector<std::u16string> missing_companions(const TudName& name);
-// True when the document's way back does more than the filter's part of it, which needs a language that the suite
-// knows: companions, embedded objects or a conversion.
+// True when the way back has steps behind the filter: companions, embedded objects or a conversion. These steps need a
+// language that the suite knows.
 bool has_way_back(const TudName& name);
 
-// Which bilingual documents the preparation of a document leads to, before anything is prepared: a page has two, a MIF
-// document four, any other one.
+// The bilingual documents that preparing a document would lead to: two for a page, four for a MIF document, one for any
+// other. Reads nothing but the name.
 std::vector<std::u16string> bilingual_documents_of(std::u16string_view document, std::u16string_view target_language);
 
 }  // namespace kavo

@@ -5,10 +5,10 @@
 
 namespace kavo {
 
-// True for a file, false for a folder and for nothing. Throws `failure` when that cannot be known.
+// True for a file, false for a folder or a name that is not there. Throws `failure` when the system does not say which.
 bool is_file(std::u16string_view path);
-// Throws `failure` 58 when the folder holds another file whose name differs in letter case only, as some systems allow:
-// to all that is named after the two they are one.
+// Throws `failure` 58 when the folder holds another file whose name differs only in letter case, as some systems allow.
+// Files named after the two would have the same names.
 void refuse_twin(std::u16string_view path);
 
 }  // namespace kavo

@@ -1,5 +1,5 @@
-// The filter run: what turns the files that a preparation produced into bilingual documents, with or without a dialog
-// before it.
+// The filter run: makes bilingual documents of the files that a preparation produced, with or without the wizard's
+// dialog.
 #pragma once
 
 #include <cstdint>
@@ -15,10 +15,10 @@ namespace kavo {
 struct RunLanguages {
   std::u16string source;  // the suite's codes: "EN-US", "FR"
   std::u16string target;
-  std::int32_t source_code_page = 0;  // 0: what the suite takes as usual
+  std::int32_t source_code_page = 0;  // 0: the suite's usual one
   std::int32_t target_code_page = 0;
   std::u16string filter_options{};  // for the filters: "name=value" on each line
-  bool replaces_objects = false;    // of an RTF document's object file that holds something else
+  bool replaces_objects = false;    // of an RTF document, even when the object file holds something else
 };
 
 struct FilterRun {
@@ -26,13 +26,13 @@ struct FilterRun {
   std::u16string reason;    // of a failure, for people
 };
 
-// Converts each produced file with the filter of its type and puts the bilingual document's name into the file's
+// Converts each produced file with the filter of its type and puts the name of the bilingual document into the file's
 // record. Stops at the first file that fails; the documents of those before it stay. An existing document and skeleton
-// of the same names make way first and come back when the file fails. Needs the thread's filter catalogue, that is, a
-// living K19FPWObj. Throws `interruption` when the user interrupts.
+// of the same names are moved away first, and are back when the file fails. Needs the thread's filter catalogue, that
+// is, a living K19FPWObj. Throws `interruption` when the user interrupts.
 //
-// The documents carry a common mark, and the name and checksum of `author_document`, of which the files were prepared
-// ("" when that is not known), where the suite can keep them: so a set that is mixed from two preparations can be
+// Where the suite can keep them, the documents carry a common mark and the name and checksum of `author_document`, the
+// document that the files were prepared from ("" when it is not known). So a set mixed from two preparations can be
 // recognised.
 FilterRun convert_produced_files(std::span<ProducedFile> files, const RunLanguages& languages,
                                  std::u16string_view author_document = {}, const RunObserver& observer = {});
@@ -40,8 +40,8 @@ FilterRun convert_produced_files(std::span<ProducedFile> files, const RunLanguag
 // True when the text holds two double quotes, or else two single ones.
 bool ContainsQuotedText(std::u16string_view text);
 
-// Marks the segments of a script file's bilingual document that hold no quoted text as needing no translation: status
-// 1, match 100. Throws `failure` when the document cannot be opened or written.
+// Marks the segments of a script file's bilingual document that hold no quoted text as needing no translation (status
+// 1, match 100). Throws `failure` when the document cannot be opened or written.
 void LockScriptSegments(std::u16string_view tud);
 
 }  // namespace kavo

@@ -23,7 +23,7 @@ ThreadState& thread_state() {
   return state;
 }
 
-// One answer of the catalogue; false past the last filter.
+// Reads one filter from the catalogue; false past the last one.
 bool enumerate(AutomationObject& catalogue, std::int32_t index, FilterInfo& info) {
   Argument arguments[] = {by_value(index), by_reference(std::u16string()), by_reference(std::u16string()),
                           by_reference(std::u16string()), by_reference(std::int32_t{0})};

@@ -1,4 +1,4 @@
-// The registry values that the filters of Word documents and RTF take their font map from, around one filter run.
+// The registry values that name the font map for the filters of Word and RTF documents, during one filter run.
 #pragma once
 
 #include <cstdint>
@@ -9,11 +9,11 @@ namespace kavo {
 
 class FontMapping {
  public:
-  // Names `map` as the font map and switches mapping on. Throws `failure` when the registry refuses and documents of
-  // this format (the extension of the source) need the map; no other filter asks for one.
+  // Names `map` as the font map and switches mapping on. When the registry refuses, throws `failure` for source formats
+  // (given as extensions) whose filters need the map, and ignores it for others.
   FontMapping(const std::u16string& map, std::u16string_view source_format);
-  // After a filter that succeeded: puts the switch back and, deliberately, leaves `map` as the font map, for filters
-  // that users start themselves afterwards. Throws as above.
+  // For a filter that succeeded: puts the switch back. Leaves `map` as the font map, deliberately, for filters that
+  // users start themselves afterwards. Throws like the constructor.
   void restore() const;
 
  private:

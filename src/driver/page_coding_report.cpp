@@ -14,10 +14,10 @@
 namespace kavo {
 namespace {
 
-// Bytes that are none in a coding.
+// Bytes that are not a character in the page's coding.
 struct InvalidBytes {
   std::uint64_t count = 0;
-  std::uint64_t first = 0;  // its position, from 0
+  std::uint64_t first = 0;  // position of the first one, in bytes from 0
 };
 
 InvalidBytes invalid_bytes(BlockReader& page, unsigned code_page) {

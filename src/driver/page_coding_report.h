@@ -7,8 +7,9 @@
 
 namespace kavo {
 
-// Reports declarations that disagree, a coding that is not supported, and the first bytes that the page's coding does
-// not have, with their place; of a page that cannot be read, why. `code_page` is that of a page that declares none.
+// Reports, with their place, the first bytes that are not valid in the page's coding; also declarations that disagree
+// and a coding that is not supported. When the page cannot be read, reports why. `code_page` is the coding of a page
+// that declares none.
 void report_page_coding(const std::u16string& page, unsigned code_page, const RunObserver& observer);
 
 }  // namespace kavo

@@ -1,4 +1,4 @@
-// Where the bytes of a prepared page come from in the page that its author has. Places are 0-based, in bytes.
+// Maps places of a prepared page to places of the author's page. Places count bytes from 0.
 #pragma once
 
 #include <algorithm>
@@ -9,19 +9,19 @@
 namespace kavo {
 
 struct PageOrigin {
-  CopyTrail protected_page;  // the page without its scripts, of the source
-  CopyTrail script;          // the script file, of the source
-  CopyTrail repair;          // the prepared page, of the protected one
+  CopyTrail protected_page;  // from the source to the page without its scripts
+  CopyTrail script;          // from the source to the script file
+  CopyTrail repair;          // from the page without its scripts to the prepared page
 
   std::uint64_t of_protected_page(std::uint64_t place) const { return protected_page.input_of(place); }
   std::uint64_t of_script(std::uint64_t place) const { return script.input_of(place); }
   std::uint64_t of_page(std::uint64_t place) const { return of_protected_page(repair.input_of(place)); }
-  // The prepared page with its scripts put back: it differs from the source by the repairs alone.
+  // For the prepared page with its scripts put back: it differs from the source by the repairs alone.
   std::uint64_t of_restored_page(std::uint64_t place) const {
     std::uint64_t origin = place;
     for (const CopyTrail::Run& run : repair.runs()) {
       const std::uint64_t begin = of_protected_page(run.input);
-      const std::uint64_t growth = run.output - run.input;  // negative when a repair took more than it gave: it wraps
+      const std::uint64_t growth = run.output - run.input;  // negative, by wrapping, when a repair shortened the page
       if (place < begin + growth) return std::min(origin, begin);
       origin = place - growth;
     }

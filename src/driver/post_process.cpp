@@ -27,7 +27,7 @@
 namespace kavo {
 namespace {
 
-// The converter's name of an Office file, "" when the bilingual document was not made of one.
+// The type of an Office file as its converter knows it; "" when the bilingual document was not made of one.
 std::u16string office_type(const TudName& name, bool has_language) {
   // A document named without a language is named after its presentation or workbook alone.
   const std::u16string& type = has_language ? name.prepared_type() : name.language();
@@ -35,7 +35,7 @@ std::u16string office_type(const TudName& name, bool has_language) {
   return known == u"PPT" || known == u"XLS" ? type : u"";
 }
 
-// Both converters of Office files work on a file of their own and name it after the XML file.
+// Both Office converters work on a file of their own, whose name they make from that of the XML file.
 bool import_presentation(const std::u16string& xml) {
   clsPPTUtil presentations;
   presentations.XMLFile(xml);
@@ -109,8 +109,8 @@ bool PostProcessing::RestoreScripts() {
 
 bool PostProcessing::MergeMIF() {
   const std::u16string objects = name_.file_name(1, u"obj", false);
-  // The preparation does not take objects out: without an object file there is nothing to put back, unless the document
-  // says that there was.
+  // The preparation does not take objects out, so without an object file there is nothing to put back, unless the
+  // document holds placeholders.
   const bool has_objects = is_file(objects) || holds_object_placeholder(result_, nullptr);
   bool merged = false;
   {
@@ -133,12 +133,12 @@ bool PostProcessing::MergeMIF() {
     observer_.tell_all(mif.ErrorList());
     if (const std::int64_t missing = mif.counts().not_found; merged && missing != 0)
       observer_.tell(
-          {u"Hidden texts (index entries, formats, variables) that are in none of the side files' documents and "
-           u"stay untranslated: " +
+          {u"Hidden texts (index entries, formats, variables) that no side file's document holds; they stay "
+           u"untranslated: " +
            to_utf16(std::to_string(missing))});
     part.commit();
   }
-  // Those that the preparation made have served their purpose; they are back when the run fails.
+  // The side files that the preparation made are not needed any more. They are back when the run fails.
   for (const std::u16string_view side : kMifSides)
     if (const std::u16string prepared = mif_side_file(name_.folder(), side);
         merged && !is_same_file(prepared, document_))
@@ -151,7 +151,7 @@ bool PostProcessing::RebuildDocument() {
   objects.Progress([&](std::int16_t percent) { observer_.tell_progress(document_, percent); });
   objects.RTFFile(result_);
   objects.ObjFile(name_.file_name(1, u"obj", false));
-  // Without an object file there is nothing to put back, unless the document says that there was.
+  // Without an object file there is nothing to put back, unless the document holds placeholders.
   if (is_file(objects.ObjFile()) || holds_object_markers(result_)) {
     const bool inserted = objects.InsertObjects() == 0;
     observer_.tell_all(objects.ErrorList());
@@ -177,7 +177,7 @@ bool PostProcessing::RebuildOfficeFile() {
   const std::u16string source = name_.file_name(has_language ? 1 : 2, type, false);
   if (is_same_file(document_, source))
     throw failure(FailureNumber::kInvalidCall, u"The target must be another file than " + source);
-  // The texts go into a copy of the source, from an XML file that is named after it.
+  // The texts go into a copy of the source. The XML file must be named after the copy.
   const std::u16string copy = run_.scratch_path(file_name_of(document_));
   const std::u16string xml = without_extension(copy) + u"_" + type + u".xml";
   copy_file(source, copy);
@@ -188,7 +188,7 @@ bool PostProcessing::RebuildOfficeFile() {
   return imported;
 }
 
-// Throws `failure` when that fails.
+// Makes a companion's `file` from its bilingual document. Throws `failure` when that fails.
 void PostProcessing::rebuild(const std::u16string& tud, const std::u16string& file) {
   TargetBuild build(tud, run_);
   const auto check = [&](bool done) {

@@ -1,4 +1,4 @@
-// What follows when the suite's filter has created a target: the steps that undo the preparation of its format.
+// Post-processing: undoes what the preparation did to a format, once the suite's filter has made the target.
 #pragma once
 
 #include <string>
@@ -11,22 +11,23 @@ namespace kavo {
 
 class FolderRun;
 
-// The document that post-processing ends with when the filter has created `target`; `language` as below.
+// The document that post-processing makes when the filter made `target`. `language` as below.
 std::u16string document_made_of(const TudName& name, std::u16string_view target, std::u16string_view language);
 
 class PostProcessing {
  public:
-  // `created` is the scratch file that the filter has made for the document `target`; `language` the code in the
-  // bilingual document's name, "" when the document is treated as one without; `mark` that of its preparation, which
-  // the documents of its other files must have. `refuses_gaps`: a page whose scripts and placeholders do not fit
-  // together fails. All references must outlive the object.
+  // `created`: the scratch file that the filter made for the document `target`. `language`: the code in the bilingual
+  // document's name, "" when the document counts as one without. `mark`: that of its preparation, which the documents
+  // of its other files must share. `refuses_gaps`: fail when the scripts and placeholders of a page do not fit
+  // together. All references must outlive the object.
   PostProcessing(const TudName& name, std::u16string target, std::u16string created, std::u16string language,
                  std::u16string mark, bool refuses_gaps, FolderRun& run, const RunObserver& observer);
 
-  // Takes the route that the target's extension asks for; true without work for one that asks for none. False when the
-  // route failed, the observer then knows why. Throws `interruption` when the user interrupts.
+  // Takes the steps that the target's extension asks for. True when they succeeded or there are none. After false the
+  // observer has been told why. Throws `failure` when a file cannot be read or written, and `interruption` when the
+  // user interrupts.
   bool PostProcess();
-  // The scratch file that the translation is in now, and the document that it is to become.
+  // The scratch file that now holds the translation, and the document that it is to become.
   const std::u16string& result() const { return result_; }
   const std::u16string& document() const { return document_; }
 

@@ -1,5 +1,5 @@
-// What makes a document ready for the suite's filters: scripts and hidden texts go into side files, the tags of a page
-// are repaired. post_process.h is the way back.
+// The preparation makes a document ready for the suite's filters: scripts and hidden texts go into side files, and the
+// tags of a page are repaired. post_process.h is the way back.
 #pragma once
 
 #include <cstdint>
@@ -14,17 +14,17 @@
 
 namespace kavo {
 
-// The documents that are prepared one after the other. MIF documents of one folder share its side files: the first of
-// them that can be prepared collects the hidden texts of all, the others produce themselves alone. Without documents
-// each preparation stands for itself.
+// The documents of one call. The MIF documents of a folder share its side files: the first one that can be prepared
+// collects the hidden texts of all, and the others produce only themselves. A batch without documents prepares each
+// document for itself.
 class PreparationBatch {
  public:
   PreparationBatch() = default;
   explicit PreparationBatch(std::vector<std::u16string> documents) : documents_(std::move(documents)) {}
 
-  // The MIF documents whose hidden texts the preparation of `document` collects; none when it only produces itself.
+  // The MIF documents whose hidden texts the preparation of `document` collects. Empty when it produces only itself.
   std::vector<std::u16string> book_of(const std::u16string& document) const;
-  // The side files of the folder of `document` hold the texts of its book.
+  // Records that the side files in the folder of `document` hold the texts of its MIF documents.
   void add_side_files_of(const std::u16string& document);
 
  private:
@@ -34,27 +34,28 @@ class PreparationBatch {
 
 struct PreparationRequest {
   std::u16string document;
-  std::optional<std::u16string> html_tags = {};  // the validator's table, its own without
-  std::optional<DocumentKind> kind = {};         // what FileTypeOf() says, without
-  bool repairs = true;                           // the tags of a page; never those of a fragment
+  std::optional<std::u16string> html_tags = {};  // the validator's table; without it the default one
+  std::optional<DocumentKind> kind = {};         // without it what FileTypeOf() says
+  bool repairs = true;                           // whether a page's tags are repaired; a fragment's never are
 };
 
-// For the command: any page that it knows, repaired when the user has it so.
+// The command's request for a document: pages of any name it knows, repaired unless the user has switched that off.
 PreparationRequest command_request(const std::u16string& document);
-// Whether pages are repaired, as stored. Writing throws `failure` when it cannot be stored.
+// Whether pages are repaired, as the user has stored it. Storing it throws `failure` when the registry refuses.
 bool repairs_pages();
 void store_repairs_pages(bool value);
 
 struct PreparationResult {
-  // 0 done; 3 when a page could not be prepared, 4 when a MIF document could not, or was in use. The observer knows
-  // why.
+  // 0 done, 3 when a page could not be prepared, 4 when a MIF document could not be prepared or was in use. The
+  // observer has been told why.
   std::int32_t result = 0;
   std::vector<ProducedFile> files;  // none after a failure; the document alone when its type needs no preparation
   PageOrigin origin;                // of a page
 };
 
-// Prepares one document as one run: a preparation that fails leaves every file as it was, but for the backup of a MIF
-// document. A type that needs no preparation is not even opened. Throws `interruption` when the user interrupts.
+// Prepares one document in a run of its own. A preparation that fails leaves every file as it was; only the backup of a
+// MIF document stays. A document whose type needs no preparation is not even opened. Throws `interruption` when the
+// user interrupts.
 PreparationResult prepare_document(const PreparationRequest& request, PreparationBatch& batch,
                                    const RunObserver& observer);
 

@@ -1,4 +1,4 @@
-// The whole way of a document into bilingual documents: its preparation, and the filters on what that produced.
+// Prepares a document and makes bilingual documents of the files produced.
 #pragma once
 
 #include "driver/filter_run.h"

@@ -1,5 +1,5 @@
-// What the filter of RTF documents gets to see: a copy without pictures and embedded objects, which have nothing to
-// translate and would fill the bilingual document's skeleton. They wait in the object file that the way back reads.
+// The filter of RTF documents reads a copy without pictures and embedded objects: they hold nothing to translate and
+// would fill the skeleton. The object file keeps them for the way back.
 #pragma once
 
 #include <string>
@@ -8,9 +8,9 @@ namespace kavo {
 
 class FolderRun;
 
-// The document itself when there is nothing to move, or its objects were moved before; else a scratch copy, and the
-// object file beside the document. The author's file is only read. Throws `failure` when either cannot be made, or the
-// object file holds anything else, unless `replaces_objects`.
+// The file for the filter to read. It is a scratch copy, with the object file beside the document; or the document
+// itself when it holds nothing to move, or its objects were moved before. The author's file is only read. Throws
+// `failure` when a file cannot be made, or when the object file holds anything else and not `replaces_objects`.
 std::u16string without_objects(const std::u16string& document, bool replaces_objects, FolderRun& run);
 
 }  // namespace kavo

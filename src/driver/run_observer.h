@@ -1,5 +1,5 @@
-// What a run tells while it works: percent of the whole, and each message of the converters (what failed, what was
-// repaired). Beside the contract: a host sees results only, the command shows progress and messages.
+// What a run reports while it works: its progress in percent, and each message of the converters (what failed, what was
+// repaired). It adds to the contract: a host sees results only, the command shows progress and messages.
 #pragma once
 
 #include <functional>
@@ -12,13 +12,14 @@
 namespace kavo {
 
 struct RunObserver {
-  // Any of them may be empty.
+  // Each of the three may be empty.
   std::function<void(std::u16string_view file, int percent)> progress;
   std::function<void(const Message& message)> message;
-  // A prepared file is handed to its filter now, at this percent of the whole; the filter itself tells nothing.
+  // Called when a prepared file goes to its filter, with the percentage of the whole run; a filter reports no progress
+  // itself.
   std::function<void(std::u16string_view file, int percent)> converting = {};
 
-  // Scratch files of the run go by the names that the user knows.
+  // Passes a message on. Names of scratch files in it become the names that the user knows.
   void tell(const Message& told) const {
     if (!message) return;
     Message known = told;
@@ -28,11 +29,11 @@ struct RunObserver {
   void tell_all(std::span<const Message> told) const {
     for (const Message& each : told) tell(each);
   }
-  // The lists of the page converters begin with an entry that only names the run.
+  // The message lists of the page converters begin with an entry that only names the run.
   void tell_all_after_heading(std::span<const Message> told) const {
     if (!told.empty()) tell_all(told.subspan(1));
   }
-  // What a FolderRun has to say. The observer must outlive it.
+  // Takes the messages of a FolderRun. The observer must outlive that run.
   FolderRun::Report report() const {
     return [this](const std::u16string& text) { tell({text}); };
   }

@@ -22,7 +22,7 @@ TargetBuild::~TargetBuild() {
   if (!skeleton_.path.empty() && !skeleton_.keep) clsCommon().DeleteFile(skeleton_.path);
 }
 
-// False, with the reason, when the step fails.
+// Runs a step. When it fails, keeps the reason and returns false.
 template <class Step>
 bool TargetBuild::can(Step&& step) {
   try {
@@ -53,11 +53,11 @@ bool TargetBuild::locate_skeleton() {
   return skeleton_.keep || can([&] { run_.note_temporary_file(skeleton_.path); });
 }
 
-// The names are compared without their folders: a document may name its skeleton with or without one.
+// Compares names without their folders, since a document may name its skeleton with or without one.
 bool TargetBuild::leaves_alone(std::u16string_view file) {
   const auto name_of = [](std::u16string_view path) { return file_name_of(path); };
   if (!equal_ignoring_case(name_of(file), name_of(open_tag_))) return true;
-  refusal_ = u"The OpenTag file " + std::exchange(open_tag_, u"") + u" would replace a file that is needed for it";
+  refusal_ = u"The OpenTag file " + std::exchange(open_tag_, u"") + u" would replace a file that it is made from";
   return false;
 }
 

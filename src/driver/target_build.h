@@ -1,5 +1,5 @@
-// The way of one bilingual document to its target: the document component writes an OpenTag file and finds the
-// skeleton, the filter catalogue makes the target of both. Side files of a document take the same way.
+// Builds the target of one bilingual document. The document component writes an OpenTag file and finds the skeleton,
+// and the filter catalogue makes the target of both. The documents of side files are built in the same way.
 #pragma once
 
 #include <optional>
@@ -14,35 +14,35 @@ class FolderRun;
 
 class TargetBuild {
  public:
-  // Throws what the creation of the suite's component raises, as every step throws what the component raises. What the
-  // build makes on its way (the OpenTag file, a skeleton that is not to be kept) goes with the run, which must outlive
-  // it.
+  // Throws what the creation of the suite's component raises; every step throws what the component raises. The run,
+  // which must outlive the build, removes what the build leaves on its way: the OpenTag file, and a skeleton that is
+  // not to be kept.
   TargetBuild(std::u16string_view tud, FolderRun& run);
   ~TargetBuild();
   TargetBuild(const TargetBuild&) = delete;
   TargetBuild& operator=(const TargetBuild&) = delete;
 
-  // The steps, in this order; false when one failed, reason() then tells why.
+  // The steps, in this order. After false, reason() says why the step failed.
   bool open();
   bool read_details();
   bool save_open_tag(const std::optional<StatusColours>& colours);
   bool locate_skeleton();
   std::u16string reason() const { return refusal_.empty() ? document_.reason() : refusal_; }
 
-  // Throws `failure` 5 for a target that is one of the files that it is made of, as far as the steps have told them.
+  // Throws `failure` 5 when `target` is one of the files that it is made of, as far as the steps so far know them.
   void refuse_own_file(const std::u16string& target) const;
   // The last step. `language` is the target language, "" for the document's own. Throws what the catalogue raises, and
-  // `failure` 53 when it made no file.
+  // `failure` 53 when the catalogue made no file.
   void create_target(const std::u16string& target, const std::u16string& language) const;
 
-  // Both ask the document that open() has opened.
+  // Both ask the document opened by open().
   std::u16string set_mark() { return document_.set_mark(); }
   bool has_source_changed() { return document_.has_source_changed(); }
   const MergeDetails& details() const { return details_; }
 
  private:
-  // False when `file`, which the build reads, has the name of the OpenTag file, which the build writes and deletes. It
-  // then does neither.
+  // False when `file`, which the build reads, has the name of the OpenTag file, which the build writes and deletes. The
+  // build then leaves that name alone.
   bool leaves_alone(std::u16string_view file);
   template <class Step>
   bool can(Step&& step);

@@ -29,12 +29,12 @@ namespace {
 
 constexpr std::u16string_view kOfficeFilters[] = {u"k19pptw.k19pptwobj.1", u"k19xlsw.k19xlswobj.1",
                                                   u"k19docw.k19docwobj.1"};
-// An Office program needs this long to let go of a file.
+// Some Office programs need this long to let go of a file.
 constexpr double kOfficeSeconds = 5;
 constexpr double kBetweenLooks = 0.05;  // seconds
 constexpr int kHighestShellFailure = 31;
 
-// The code as the suite writes it, "" for a text that is no language.
+// The language's code as the suite writes it; "" when the suite does not know it.
 std::u16string known_language(std::u16string_view code) {
   const clsLanguages languages;
   for (std::int32_t i = 0; i <= languages.LanguageCount(); ++i)
@@ -53,7 +53,7 @@ class Translation {
       : request_(request),
         observer_(observer),
         overwrites_(request.preview < 0),
-        // The remainder of a negative value is negative or 0 and asks for no preview.
+        // The remainder of a negative value is 0 or negative: no preview.
         preview_(overwrites_ ? request.preview % 256 : request.preview),
         name_(request.tud),
         target_(request.target) {}
@@ -72,7 +72,7 @@ class Translation {
     try {
       run.emplace(request_.tud, observer_.report());
       language_ = known_language(name_.language());
-      // Without the files that the way back needs, the document is rebuilt as it was converted.
+      // Without its companions the document is rebuilt as the filter made it, without post-processing.
       if (!language_.empty() && !missing_companions(name_).empty()) language_.clear();
     } catch (const failure& reason) {
       error_text_ = reason.description();
@@ -138,7 +138,7 @@ class Translation {
 
   bool has_output() const { return !request_.output.empty(); }
 
-  // The document that the run is asked for.
+  // The document that the caller asks for.
   const std::u16string& wanted() const { return has_output() ? request_.output : target_; }
 
   TranslationError check_target(TargetBuild& build) {
@@ -153,7 +153,7 @@ class Translation {
           error_text_ = document + u" exists already";
           return kTargetInTheWay;
         }
-        // An old document is replaced when the new one is whole; a folder cannot be.
+        // The run replaces an old document once the new one is complete, but cannot replace a folder.
         if (const auto old = ports().files->info(document); overwrites_ && old && old->is_folder) {
           observer_.tell({document + u" is a folder"});
           return kTargetInTheWay;
@@ -168,8 +168,8 @@ class Translation {
     return kNoError;
   }
 
-  // Scripts and hidden texts are found by the document's name. Throws `failure` 5 where gaps are refused, for a document
-  // that belongs to a set but has a name that does not tell to which.
+  // Scripts and hidden texts are found by the document's name. Where gaps are refused, throws `failure` 5 for a
+  // document of a set whose name does not say which set.
   void refuse_lost_name(TargetBuild& build) const {
     const std::u16string format = ascii_upper(build.details().source_format);
     if (!request_.refuses_gaps || !language_.empty() || (format != u"HTM" && format != u"MIF") ||
@@ -183,7 +183,7 @@ class Translation {
                       u"so nothing is written. Give it back its name, such as page_asp_htm_FR.tud");
   }
 
-  // Throws `failure` 5 for a target that is one of the files beside the document that its way back may read.
+  // Throws `failure` 5 when `target` is a file beside the document that its way back may read.
   void refuse_companion(const std::u16string& target) const {
     std::vector<std::u16string> tuds{name_.script_tud()};
     for (const std::u16string_view side : kMifSides)
@@ -221,7 +221,7 @@ class Translation {
     return !language_.empty() || (is_office_format(name_.language()) && ascii_upper(source_format) == u"XML");
   }
 
-  // Opens the result for viewing. The translation is there whatever becomes of this.
+  // Opens the result for viewing. The translation counts as done even when this fails.
   void show(const std::u16string& filter_identifier) {
     if (preview_ != 1 && preview_ != 2) return;
     const std::u16string filter = ascii_lower(filter_identifier);
@@ -245,8 +245,8 @@ class Translation {
 
   void tell_that_source_has_changed() const {
     observer_.tell(
-        {u"The document has changed since it was prepared: its translation is made of what it was then. Prepare "
-         u"it again to have all of it"});
+        {u"The document has changed since it was prepared: the translation is made from its old state. Prepare "
+         u"it again to translate its present state"});
   }
   void tell_progress(int percent) const { observer_.tell_progress(request_.tud, percent); }
 
@@ -256,7 +256,7 @@ class Translation {
   const std::int32_t preview_;
   const TudName name_;
   std::u16string target_;
-  std::u16string language_;  // "" when the name tells none that the suite knows, or companions are missing
+  std::u16string language_;  // "" when the suite does not know the name's, or companions are missing
   std::u16string error_text_;
 };
 
@@ -264,8 +264,8 @@ class Translation {
 
 std::u16string translation_error_text(const TranslationResult& result) {
   constexpr TextRow kTexts[] = {text::kTudNotOpened,   text::kOpenTagNotSaved,  text::kNoSkeleton,
-                                   text::kNoMergeDetails, text::kTargetNotCreated, text::kNotPostProcessed,
-                                   text::kTargetInTheWay};
+                                text::kNoMergeDetails, text::kTargetNotCreated, text::kNotPostProcessed,
+                                text::kTargetInTheWay};
   if (result.error == kNoError || !result.text.empty()) return result.text;
   return std::u16string(kTexts[result.error - 1].text);
 }

@@ -1,8 +1,8 @@
-// One run of CreateTranslation: from a translated bilingual document to the document in its source's format.
+// One run of CreateTranslation: rebuilds the document in its source's format from a translated bilingual document.
 //
-// A run that fails leaves every document as it was: an old target goes only when the new one is whole
-// (common/folder_run.h). The font settings outlive a failure, deliberately: they stay as they were set for the filter,
-// for users who look at what it worked with.
+// A run that fails leaves every document as it was: an old target is replaced only by a complete new one
+// (common/folder_run.h). The font settings outlive a failure, deliberately. They stay as they were set for the filter,
+// so that users can see what it worked with.
 #pragma once
 
 #include <cstdint>
@@ -26,27 +26,28 @@ enum TranslationError : std::int32_t {
 
 struct TranslationRequest {
   std::u16string tud;
-  std::u16string target{};     // "" for the name that the document tells
+  std::u16string target{};     // the file to create; "" for the name that the document gives
   std::int32_t preview = 0;    // 1 or 2 opens the result; negative: an old target is deleted before the filter runs
   std::int32_t highlight = 0;  // not 0: segments are coloured by their status
-  // Beside the contract, for the command.
-  std::u16string output{};        // the file that the finished document goes to, whatever is created on the way
+  // In addition to the contract, for the command.
+  std::u16string output{};        // where the finished document goes, whatever is created on the way
   bool keeps_existing = false;    // fail rather than replace a document that is there
   bool refuses_gaps = false;      // fail rather than make a document that lacks a script or hidden texts
-  StatusColours unset_colours{};  // of statuses that the user has stored no colour for
+  StatusColours unset_colours{};  // for statuses without a stored colour
 };
 
 struct TranslationResult {
   std::int32_t error = kNoError;
-  std::u16string text;    // of the error, "" for the usual text of its number
-  std::u16string target;  // the file that was really created
+  std::u16string text;    // describes the error; "" for the usual text of its number
+  std::u16string target;  // the file that was created
 };
 
-// What people are told of a failed run.
+// The text that reports a failed run to people; "" for one that succeeded.
 std::u16string translation_error_text(const TranslationResult& result);
 
-// Throws what the document component raises, and `interruption` when the user interrupts. Needs the thread's filter
-// catalogue, that is, a living K19FPWObj.
+// Rebuilds the document. A failure becomes an error in the result, and the observer is told the reason. Throws what the
+// document component raises, and `interruption` when the user interrupts. Needs the thread's filter catalogue, that is,
+// a living K19FPWObj.
 TranslationResult create_translation(const TranslationRequest& request, const RunObserver& observer);
 
 }  // namespace kavo

@@ -21,17 +21,17 @@ struct MergeDetails {
 
 struct LocatedSkeleton {
   std::u16string path;  // "" when there is none
-  bool keep = true;     // false for a scratch file that the run has to delete
+  bool keep = true;     // false for a scratch file, which the run deletes
 };
 
-// Every call throws what the component raises; an operation that answers another status than 0 has failed.
+// Every call throws what the component raises. An operation that returns another status than 0 has failed.
 class TudComponent {
  public:
   TudComponent();
 
   bool open(std::u16string_view name);
   std::optional<MergeDetails> merge_details();
-  // Coloured when colours are given.
+  // Writes the OpenTag file, coloured when colours are given.
   bool save_open_tag(std::u16string_view name, const std::optional<StatusColours>& colours);
   std::optional<LocatedSkeleton> locate_skeleton();
 
@@ -44,12 +44,12 @@ class TudComponent {
   bool set_segment(std::int32_t number, std::u16string_view target, std::int32_t status, std::int32_t match);
   bool close();
 
-  // The mark of the document's preparation, "" for none and from a component that keeps none.
+  // The mark of the document's preparation. "" when it has none or the component keeps none.
   std::u16string set_mark();
   // Whether the author's document is known to have changed since it was prepared.
   bool has_source_changed();
 
-  // Why the last operation failed, for people; the name of the operation when the component does not tell.
+  // Why the last operation failed, for people. The name of the operation when the component does not say.
   std::u16string reason() const;
 
  private:

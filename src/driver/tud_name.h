@@ -1,5 +1,5 @@
-// What the name of a bilingual document says: the document that it belongs to, the type of the prepared file and the
-// language, from which the names of all files around it follow.
+// The parts of a bilingual document's name: the document that it belongs to, the type of the prepared file, and the
+// language. The names of all files around it follow from them.
 #pragma once
 
 #include <array>
@@ -11,8 +11,8 @@ namespace kavo {
 
 class TudName {
  public:
-  // Splits the base name from the right at "_": page_asp_htm_FR.tud has the parts page, asp, htm, FR. A shorter name
-  // leaves the first parts empty, a longer one has its further "_" in part 0.
+  // Splits the base name from the right at "_": page_asp_htm_FR.tud has the parts page, asp, htm, FR. In a shorter name
+  // the first parts are empty; in a longer one part 0 holds the remaining "_".
   explicit TudName(std::u16string_view path);
 
   const std::u16string& folder() const { return folder_; }  // with its "\"
@@ -21,20 +21,20 @@ class TudName {
   const std::u16string& prepared_type() const { return parts_[2]; }
   const std::u16string& language() const { return parts_[3]; }
 
-  // A file beside the document: the parts from 0 to `last_part`, joined by "_" (without the missing ones), then "_"
-  // and the language when asked for, "." and the extension.
+  // A file beside the document. Its name joins the parts from 0 to `last_part` by "_", leaving out missing ones, adds
+  // "_" and the language when asked for, then "." and the extension.
   std::u16string file_name(std::size_t last_part, std::u16string_view extension, bool with_language) const;
-  // The script file's bilingual document, for the page's.
+  // For the document of a page: the bilingual document of its script file.
   std::u16string script_tud() const;
-  // True for the document of a script file whose page's document lies beside it, and of a MIF document's side file: the
-  // main document's way back takes it along.
+  // True for the document of a script file whose page's document lies beside it, and for that of a MIF document's side
+  // file. The way back of the main document takes them along.
   bool is_taken_along() const;
 
  private:
   std::u16string folder_;
   std::u16string base_;
   std::array<std::u16string, 4> parts_;
-  std::size_t first_part_ = 0;  // those before it are missing, not empty
+  std::size_t first_part_ = 0;  // the parts before it are missing, not empty
 };
 
 }  // namespace kavo

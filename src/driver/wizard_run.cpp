@@ -22,7 +22,7 @@ namespace {
 enum WizardBits : std::int32_t { kEditorButton = 1, kEditorAfterFailure = 2, kOfferLastMemory = 4 };
 enum WizardResult : std::int32_t { kDone = 0, kCancelled = 1, kUnknownType = 2, kPreparationFailed = 100 };
 
-// "" when there is no launcher.
+// The path of the editor launcher; "" when there is none.
 std::u16string launcher_name() {
   const std::u16string name = program_folder() + u"\\K19Subst.exe";
   return clsCommon().FileExists(name) ? name : u"";
@@ -43,7 +43,7 @@ class WizardRun {
       if (result == kDone)
         start_editor(in_quotes(tud_) + (memory_.empty() ? u"" : u" " + memory_switch(memory_)));
       else if (has(kEditorAfterFailure))
-        // Deliberately with an empty name too when no memory was ever used: the launcher takes that for none.
+        // Without a last memory the switch has an empty name, deliberately: the launcher takes that for no memory.
         start_editor(has(kOfferLastMemory) ? memory_switch(last_memory_) : u"");
     }
     return {result, std::move(files_)};
@@ -77,7 +77,7 @@ class WizardRun {
     return ending.result;
   }
 
-  // How a run ended, and what to tell when it failed.
+  // How a run ended, and what to report when it failed.
   struct Ending {
     std::int32_t result = kDone;
     TextRow what{};
@@ -99,7 +99,7 @@ class WizardRun {
       if (const std::int32_t preparation = document.preparation.result; preparation != 0)
         return {kPreparationFailed + preparation, text::kPreparationFailed, file, last_message_};
       const FilterRun& run = document.conversion;
-      // The button may have been pressed during the last file: a filter of another module does not see that.
+      // The user may have cancelled during the last file, which a filter in another module does not see.
       ports().desktop->process_messages();
       if (run.result != kDone) {
         const auto unconverted = std::ranges::find(produced, u"", &ProducedFile::tud_name);
@@ -113,7 +113,7 @@ class WizardRun {
     }
   }
 
-  // One half of the whole is the preparation, the other one the files that come of it.
+  // The preparation is the first half of the progress, the conversion the second.
   RunObserver observer_beside(frmProgress& progress) {
     RunObserver observer;
     observer.progress = [&](std::u16string_view name, int percent) {
@@ -127,13 +127,13 @@ class WizardRun {
     observer.converting = [&](std::u16string_view name, int percent) {
       progress.report(text::kConverting, name, 50 + percent / 2);
       observer_.tell_converting(name, 50 + percent / 2);
-      // So that it is seen, and the button answers.
+      // Lets the window be drawn and its button answer.
       ports().desktop->process_messages();
     };
     return observer;
   }
 
-  // What failed, where, why, and what to do.
+  // Reports what failed, where, why, and what to do.
   void tell(TextRow what, std::u16string_view where, std::u16string_view why, TextRow advice) const {
     std::u16string text(what.text);
     (text += u"\r\n") += to_utf16(path_to_host(where));
@@ -154,8 +154,8 @@ class WizardRun {
   const RunObserver& observer_;
   std::u16string launcher_;
   std::u16string memory_;       // chosen in the dialog, "" for none
-  std::u16string last_memory_;  // used last
-  std::u16string tud_;          // of the first produced file
+  std::u16string last_memory_;  // the one used last
+  std::u16string tud_;          // bilingual document of the first produced file
   std::u16string last_message_;
   std::optional<std::vector<ProducedFile>> files_;
 };

@@ -1,4 +1,4 @@
-// The wizard run: from the dialog to bilingual documents and the editor.
+// The wizard run: asks for a document in the dialog, makes its bilingual documents and starts the editor.
 #pragma once
 
 #include <cstdint>
@@ -15,20 +15,21 @@ struct WizardRequest {
   std::u16string file;    // offered in the dialog when it exists; blanks around the name do not count
   std::int32_t bits = 0;  // 1: the dialog can start the editor; 2: start the editor after a failure too; 4: offer the
                           // memory that was used last
-  bool quiet = false;     // no message box about a failure
+  bool quiet = false;     // show no message box about a failure
 };
 
 struct WizardOutcome {
   std::int32_t result = 0;
-  std::optional<std::vector<ProducedFile>> files = {};  // once a document was prepared, empty when that failed
+  std::optional<std::vector<ProducedFile>> files = {};  // nothing before a preparation; empty when that failed
 };
 
-// The result: 0 done, 1 cancelled (in the dialog, or beside the progress), 2 a file of no known type, 100 + the result
-// of the preparation, 200 + i when produced file i could not be converted; the documents of those before it stay.
+// The result is 0 when done, 1 when cancelled (in the dialog or beside the progress), 2 for a file of no known type,
+// 100 + the result of the preparation, or 200 + i when produced file i could not be converted; the documents of the
+// files before it stay.
 //
-// The editor launcher, "K19Subst.exe" in the library's folder, is started on the first bilingual document, with the
-// memory chosen. Without a launcher there, or when it cannot be started, the documents are there all the same and the
-// result is 0. The observer sees the progress and, at the end, why the run failed. Throws `interruption` when the user
+// The editor launcher, "K19Subst.exe" in the library's folder, is started on the first bilingual document with the
+// chosen memory. A missing launcher, or one that cannot be started, does not change the result: the documents are
+// there. The observer is told the progress and, at the end, why the run failed. Throws `interruption` when the user
 // interrupts the program.
 WizardOutcome run_single_file_wizard(const WizardRequest& request, const RunObserver& observer);
 
