@@ -18,7 +18,7 @@ std::vector<Attribute> sorted_attributes(std::string_view tag_text) {
                                         [](char x, char y) { return lower(x) < lower(y); });
   };
   const auto same_name = [&](const Attribute& a, const Attribute& b) { return !by_name(a, b) && !by_name(b, a); };
-  // Of attributes with one name the first counts.
+  // Where two attributes have one name, the first one counts.
   std::stable_sort(attributes.begin(), attributes.end(), by_name);
   attributes.erase(std::unique(attributes.begin(), attributes.end(), same_name), attributes.end());
   return attributes;
@@ -36,7 +36,7 @@ std::optional<Attribute> AttributeReader::next() {
   while (p_ != end_ && (is_blank(*p_) || *p_ == '/')) ++p_;
   if (p_ == end_) return std::nullopt;
   Attribute attribute;
-  const char* begin = p_++;  // a "=" here is part of the name
+  const char* begin = p_++;  // by the HTML standard a "=" here is part of the name
   while (p_ != end_ && !is_blank(*p_) && *p_ != '/' && *p_ != '=') ++p_;
   attribute.name = {begin, static_cast<std::size_t>(p_ - begin)};
   const char* after = p_;

@@ -11,7 +11,7 @@ struct Attribute {
   std::string_view value;  // as written, without its quotes; character references stay
 };
 
-// Walks over the attributes of "<name ...>".
+// Reads the attributes of "<name ...>" one by one.
 class AttributeReader {
  public:
   explicit AttributeReader(std::string_view tag_text);
@@ -24,11 +24,11 @@ class AttributeReader {
 
 bool equals_ignoring_case(std::string_view text, std::string_view lower) noexcept;
 
-// The first attribute of that name; nothing when the tag has none.
+// The value of the first attribute with that name; nothing when the tag has none.
 std::optional<std::string_view> attribute_value(std::string_view tag_text, std::string_view lower_name);
 
 // True when two tags have the same attributes with the same values, in any order. Character references are compared as
-// written: two ways to write one value count as different.
+// written, so two spellings of one value count as different.
 bool equal_attributes(std::string_view tag_a, std::string_view tag_b);
 
 }  // namespace kavo

@@ -17,8 +17,8 @@ struct Label {
   unsigned code_page;
 };
 
-// By the HTML Standard Latin-1 means Windows-1252 in a page, and a page that can be read so far is not in UTF-16. The
-// first name of a code page is the one that is written.
+// In a page Latin-1 means Windows-1252, by the HTML Standard. A page whose declaration could be read is not in UTF-16,
+// so such a name means UTF-8. Pages are written with the first name of their code page.
 constexpr Label kLabels[] = {
     {"utf-8", kUtf8CodePage},
     {"utf8", kUtf8CodePage},
@@ -92,7 +92,7 @@ bool is_label_character(char c) {
          c == '.' || c == ':' || c == '+';
 }
 
-// The value after `name`, "=" and perhaps a quote in [begin, end) of the bytes.
+// The place of the value behind `name`, "=" and an optional quote, within [begin, end) of the bytes.
 std::optional<Span> value_after(std::string_view bytes, std::size_t begin, std::size_t end, std::string_view name) {
   for (; begin + name.size() < end; ++begin) {
     if (!equal_name(bytes.substr(begin, name.size()), name)) continue;
@@ -109,9 +109,9 @@ std::optional<Span> value_after(std::string_view bytes, std::size_t begin, std::
   return std::nullopt;
 }
 
-// Tells in its markup: "<?xml ... ?>" and "<meta>".
+// Adds what the markup declares: "<?xml ... ?>" and "<meta>".
 void add_markup_declarations(std::string_view beginning, std::vector<CharsetDeclaration>& found) {
-  // Tags are cut by ASCII alone, so any coding without double bytes does here.
+  // Tags are found by ASCII alone, so any coding without double bytes will do.
   const TextCoding coding(kUtf8CodePage);
   PageInput input(beginning);
   TokenScanner scanner(input, coding);
@@ -127,7 +127,7 @@ void add_markup_declarations(std::string_view beginning, std::vector<CharsetDecl
   }
 }
 
-// The name of a charset, or the number of a code page as server pages write it.
+// The code page of a charset's name, or of the number that server pages write.
 std::optional<unsigned> code_page_of(std::string_view label) {
   constexpr Label kNumbers[] = {{"51932", kEucJapanese}, {"20932", kEucJapanese}, {"28591", 1252},
                                 {"20127", 1252},         {"28599", 1254},         {"54936", 936}};
@@ -141,9 +141,9 @@ std::optional<unsigned> code_page_of(std::string_view label) {
 }
 
 std::string_view name_of(CharsetSource source) {
-  constexpr std::string_view kNames[] = {"the byte order mark", "the page's directive", "the XML declaration",
-                                         "contentType",         "<meta>",               "Response.Charset",
-                                         "the Content-Type header"};
+  constexpr std::string_view kNames[] = {
+      "the byte order mark", "the page's directive",   "the XML declaration", "contentType", "<meta>",
+      "Response.Charset",    "the Content-Type header"};
   return kNames[static_cast<std::size_t>(source)];
 }
 
@@ -216,8 +216,8 @@ PageCoding coding_of(std::string_view beginning, script::Language server) {
     coding.code_page = code_page_of(taken.label);
     coding.is_unsupported = !coding.code_page && std::ranges::all_of(taken.label, is_label_character);
   }
-  coding.is_in_script = std::ranges::any_of(
-      found, [](const CharsetDeclaration& each) { return is_script_source(each.source); });
+  coding.is_in_script =
+      std::ranges::any_of(found, [](const CharsetDeclaration& each) { return is_script_source(each.source); });
   coding.remark = remark_on(found, coding);
   return coding;
 }

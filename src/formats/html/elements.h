@@ -1,4 +1,5 @@
-// What the filter knows about the elements and attributes of HTML.
+// The elements and attributes of HTML as a translator meets them: what breaks a text, what stands in it, what holds
+// text.
 #pragma once
 
 #include <string_view>
@@ -6,14 +7,14 @@
 namespace kavo::html {
 
 enum class ElementKind : char {
-  kInline,  // stands in a text, as a code
+  kInline,  // stands inside a text, where it becomes a code
   kBreak,   // ends the text before it
   kPreformatted,
   kPlainText,   // a break; holds text without tags, which no other markup may enter
   kTitle,       // the same, and a "<" is text there
   kTextArea,    // the same, preformatted
   kScript,      // a break; holds nothing to translate, up to its end tag
-  kRestOfPage,  // the same, up to the end of the page
+  kRestOfPage,  // a break; the rest of the page is nothing to translate
   kForeign,     // inline; holds another language of markup, which is left alone
 };
 
@@ -24,10 +25,10 @@ struct Element {
   std::string_view type;  // XLIFF ctype of an inline element's codes
 };
 
-// By name in any case; an unknown element is inline, as browsers take it.
+// Finds a row by name, in letters of any case. Browsers treat an unknown element as inline, and so does this.
 const Element& find_element(std::string_view name);
 
-// Equal when ASCII letters are compared without case.
+// True when the names are equal without regard to the case of ASCII letters.
 bool equal_name(std::string_view a, std::string_view b);
 
 inline bool is_html_space(char c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r' || c == '\f'; }

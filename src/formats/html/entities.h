@@ -8,18 +8,18 @@
 namespace kavo::html {
 
 struct Reference {
-  // Bytes of the reference; 0 when the "&" is just that.
+  // Bytes of the reference; 0 when the "&" begins none.
   std::size_t length = 0;
-  // The one or two characters that it means, UTF-8. "" for one that looks like a reference and means nothing here: a name of the
-  // document type's own, a number that no character has.
+  // The one or two characters that it means, UTF-8. "" when it looks like a reference but has no meaning here: a name
+  // that only the document type declares, or the number of no character.
   std::string text;
 };
 
-// No reference that means something is longer. What comes after "&" is looked at no further.
+// No reference with a meaning is longer, so no more bytes behind "&" are looked at.
 inline constexpr std::size_t kLongestReference = 40;  // bytes
 
 // Reads the reference at the start of `bytes`, which begins with "&". By the HTML Standard some names need no
-// semicolon, but in an attribute such a name is text when it goes on ("?a=1&copy=2").
+// semicolon. In an attribute such a name is text when a letter, a digit or "=" follows ("?a=1&copy=2").
 Reference read_reference(std::string_view bytes, bool in_attribute);
 
 }  // namespace kavo::html

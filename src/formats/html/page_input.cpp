@@ -32,7 +32,7 @@ bool PageInput::more() {
   return true;
 }
 
-// Takes every whole character of the document's window; false when there is none.
+// Decodes every whole character of the document's window. False when it holds none.
 bool PageInput::decode_units() {
   const std::string_view bytes = document_->window();
   const auto unit_at = [&](std::size_t at) {
@@ -69,7 +69,7 @@ std::string_view PageInput::original(std::string_view bytes) {
     original_ += is_big_endian_ ? low : high;
   };
   for (std::size_t at = 0; at < bytes.size();) {
-    // As append_utf8() wrote it, so that no byte needs checking.
+    // append_utf8() wrote these bytes, so they need no check.
     const auto lead = static_cast<unsigned char>(bytes[at]);
     const std::size_t length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
     const char32_t character = utf8_code_point(bytes.substr(at, length));

@@ -1,8 +1,8 @@
 // The bytes of a page as its scanner sees them: one byte for each ASCII character, whatever the page's coding.
 //
-// A page in an ANSI code page or in UTF-8 is seen as it is. One in UTF-16 is seen as UTF-8, in which an unpaired
-// surrogate keeps the three bytes of its number, so that the way back gives every byte of the page again: one scanner
-// serves all pages.
+// A page in an ANSI code page or in UTF-8 is read as it is. A page in UTF-16 is read as UTF-8, so that one scanner
+// serves all pages. An unpaired surrogate becomes the three bytes of its number, so that every byte of the page can be
+// written again.
 #pragma once
 
 #include <cstddef>
@@ -15,22 +15,22 @@ namespace kavo::html {
 
 class PageInput {
  public:
-  // The document must outlive the input. What its window holds is the beginning of the page.
+  // The document must outlive the input. Its window must begin with the page.
   PageInput(BlockReader& document, unsigned code_page);
-  // Bytes in memory, in any coding but UTF-16.
+  // Reads bytes in memory, in any coding but UTF-16.
   explicit PageInput(std::string_view bytes) : memory_(bytes) {}
 
-  // The bytes read and not consumed; valid until the next more() or consume().
+  // The bytes that were read and not consumed. Valid until the next more() or consume().
   std::string_view window() const;
   void consume(std::size_t count);
   // Appends to the window; false when nothing is left.
   bool more();
 
-  // The page's own bytes for bytes of the window; valid until the next call.
+  // The page's own bytes behind bytes of the window. Valid until the next call.
   std::string_view original(std::string_view bytes);
   // How many bytes of the page they are.
   std::size_t original_size(std::string_view bytes) const;
-  // Once more() has failed: the byte at the end of a page in UTF-16 that is half a unit.
+  // After more() has failed: the last byte of a page in UTF-16 with an odd number of bytes.
   std::string_view odd_byte() const { return is_utf16_ ? document_->window() : std::string_view(); }
 
  private:
@@ -41,7 +41,7 @@ class PageInput {
   bool is_utf16_ = false;
   bool is_big_endian_ = false;
   std::string decoded_;
-  std::size_t begin_ = 0;  // of the window in `decoded_`
+  std::size_t begin_ = 0;  // where the window begins in `decoded_`
   std::string original_;
 };
 

@@ -77,7 +77,7 @@ constexpr std::string_view kQuirksSystem = "http://www.ibm.com/data/dtd/v11/ibmx
 
 bool is_blank(char c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r' || c == '\f'; }
 
-// Walks over the declaration, already in lower case.
+// Reads the declaration, which is in lower case already.
 class Reader {
  public:
   explicit Reader(std::string_view text) : text_(text) {}

@@ -1,5 +1,5 @@
-// Whether a document type declaration puts a page into quirks mode, by the HTML standard's list of public identifiers.
-// The only effect here: in quirks mode a table does not end a paragraph.
+// Whether a document type declaration puts a page into quirks mode, by the list of public identifiers in the HTML
+// standard. Quirks mode matters here for one rule only: a table does not end a paragraph.
 #pragma once
 
 #include <string_view>

@@ -1,11 +1,11 @@
 // Cuts a page into the tokens of the HTML standard's tokenizer.
 //
-// Bytes are read through a BlockReader window; a token that a block cuts in two is read on from where the scan stood,
+// Bytes are read through a BlockReader window. A token that a block cuts in two is read on from where the scan stood,
 // so every byte is looked at once. Before the window moves on, everything up to the current token is released to the
-// listener, who writes it out. What can be long (comments, raw text, attribute values) is never held as a whole.
+// listener, which writes it out. What can be long (comments, raw text, attribute values) is never held as a whole.
 //
-// Bytes are enough: in the double-byte code pages a trail byte is 0x40 or more, so "<", ">", quotes, "=", "/", "!" and
-// "-" are always what they look like. Only letters of a tag name can be trail bytes, and those keep their case.
+// Working on bytes is safe: in a double-byte code page a trail byte is 0x40 or more, so "<", ">", quotes, "=", "/", "!"
+// and "-" are always what they look like. Only a letter of a tag name may be a trail byte; it keeps its case.
 #pragma once
 
 #include <cstddef>
@@ -21,15 +21,15 @@ namespace kavo {
 
 class ScannerListener {
  public:
-  // Everything before `position` will leave the window.
+  // Everything before `position` is about to leave the window.
   virtual void release(std::uint64_t position) = 0;
   // A block was read.
   virtual void block_read() = 0;
-  // "<%" or "<?" inside a start or end tag, within an attribute value that `quote` opened (0: none).
+  // "<%" or "<?" inside a start or end tag, in an attribute value that `quote` opened (0 when in none).
   virtual void server_code_in_tag(std::uint64_t position, char quote) = 0;
   // "<?" outside a tag.
   virtual void processing_instruction(std::uint64_t position) = 0;
-  // A "<" that begins no markup, or a ">" that ends none, in text that holds no tags (title, textarea).
+  // In text that holds no tags (title, textarea): a "<" that begins no markup (`less`) or a ">" that ends none.
   virtual void stray_in_text(std::uint64_t position, bool less) = 0;
 
  protected:
@@ -37,12 +37,12 @@ class ScannerListener {
 };
 
 enum class PageTokenKind : std::uint8_t {
-  kText,          // a run without "<" and ">", or the end of one that a block cut
+  kText,          // a run without "<" and ">", or what a block left of one
   kStrayLess,     // "<" that begins no markup
   kStrayGreater,  // ">" outside markup
   kStartTag,
   kEndTag,
-  kComment,  // also "<?...>", "<!...>", "</ ...>", all skipped to their end
+  kComment,  // also "<?...>", "<!...>", "</ ...>"; skipped to its end
   kDoctype,
   kCdata,  // the beginning of a CDATA section, skipped to its end
   kEnd,    // of the page
@@ -52,37 +52,37 @@ struct Token {
   PageTokenKind kind = PageTokenKind::kEnd;
   std::uint64_t begin = 0;  // bytes from the start of the page
   std::uint64_t end = 0;
-  std::uint64_t name = 0;  // tags: hash
+  std::uint64_t name = 0;  // of a tag: the hash of its name, see tag_names.h
   Tag tag = Tag::kOther;
   bool self_closing = false;
-  bool whole = true;  // tags: view() holds all of it
+  bool whole = true;  // of a tag: view() holds all of it
 };
 
 class HtmlScanner {
  public:
-  // Longest part of a tag that is held; a longer one is taken with the attributes up to here. Real tags are longer
-  // only through one attribute's value (a data: address), which no rule looks at.
+  // The longest part of a tag that is held. A longer tag is taken with the attributes up to here. Real tags are longer
+  // only by one attribute's value (a data: address), which no rule looks at.
   static constexpr std::size_t kLongestTag = 64 * 1024;
-  // A document type declaration's identifiers fit in here.
+  // The identifiers of a document type declaration lie within this size.
   static constexpr std::size_t kLongestDoctype = 4096;
 
   HtmlScanner(BlockReader& reader, ScannerListener& listener);
 
-  // The next token; the one before leaves the window when it must.
+  // Reads the next token. The one before leaves the window when the room is needed.
   const Token& next(bool cdata_allowed);
   const Token& token() const { return token_; }  // the last one
   // After the start tag of a raw-text element: skips its content and reads its end tag, which becomes the token (kEnd
-  // when the page ends before).
+  // when the page ends first).
   const Token& skip_raw_text(Content content, std::uint64_t name);
   // True when the page ended inside a tag, a comment, a raw-text element that no end tag can close, or "</".
   bool ended_inside() const { return ended_inside_; }
 
-  // Bytes of the page that are in the window, which reaches at least from the current token's begin.
+  // Bytes of the page that are in the window, which reaches back at least to the beginning of the current token.
   std::string_view view(std::uint64_t begin, std::uint64_t end) const {
     return reader_.window().substr(static_cast<std::size_t>(begin - reader_.position()),
                                    static_cast<std::size_t>(end - begin));
   }
-  // Makes [position, position + size) part of the window if the page is that long; answers what there is of it.
+  // Brings [position, position + size) into the window and returns those bytes, fewer when the page ends first.
   std::string_view look_ahead(std::uint64_t position, std::size_t size);
   // Passes over bytes of the window that belong to no token.
   void skip(std::size_t bytes) { p_ += bytes; }
@@ -104,14 +104,14 @@ class HtmlScanner {
   };
 
   bool refill(std::uint64_t keep);
-  // One byte at p_ + ahead, -1 at the end of the page.
+  // The byte at p_ + ahead; -1 at the end of the page. `keep`: where the window must go on beginning.
   int byte_at(std::size_t ahead, std::uint64_t keep) {
     const std::uint64_t left = reader_.bytes_read() - p_;
     if (ahead >= left) return byte_beyond(ahead, keep);
     const std::string_view window = reader_.window();
     return static_cast<unsigned char>(window[window.size() - static_cast<std::size_t>(left) + ahead]);
   }
-  int byte_beyond(std::size_t ahead, std::uint64_t keep);  // the window must grow for it
+  int byte_beyond(std::size_t ahead, std::uint64_t keep);  // the same, when the window must grow first
   const Token& markup(bool cdata_allowed);
   const Token& tag(PageTokenKind kind, std::size_t name_at);
   const Token& rest_of_tag();
@@ -132,7 +132,7 @@ class HtmlScanner {
   Token token_;
   std::uint64_t p_ = 0;  // next byte to scan
   TagState state_ = TagState::kName;
-  bool tag_goes_on_ = false;  // a long tag was handed out before its end
+  bool tag_goes_on_ = false;  // a long tag was handed out before its end was read
   bool ended_inside_ = false;
 };
 

@@ -12,7 +12,7 @@ using script::equal_word;
 
 bool is_label_byte(char c) { return script::is_letter(c) || script::is_digit(c) || c == '-' || c == '_'; }
 
-// "utf-8" in "text/html; charset=utf-8".
+// The value of the charset parameter: "utf-8" in "text/html; charset=utf-8".
 std::string_view charset_parameter(std::string_view text) {
   constexpr std::string_view kName = "charset";
   for (std::size_t at = 0; at + kName.size() < text.size(); ++at) {
@@ -37,7 +37,7 @@ void read_directive(std::string_view directive, std::vector<CharsetDeclaration>&
     add(CharsetSource::kContentType, charset_parameter(*value), found);
 }
 
-// The tokens of a block, of which the last few say what a value is for.
+// Reads the tokens of a block. The last four before a value say what the value is for.
 class Statements {
  public:
   explicit Statements(std::vector<CharsetDeclaration>& found) : found_(found) {}
@@ -85,7 +85,7 @@ bool is_script_source(CharsetSource source) {
 }
 
 void add_script_declarations(std::string_view page, script::Language server, std::vector<CharsetDeclaration>& found) {
-  // Statements are cut by ASCII alone, as tags are.
+  // Like tags, statements are found by ASCII alone.
   const TextCoding coding(kUtf8CodePage);
   script::ScriptReader reader(server, coding);
   for (std::size_t begin = script::find_server_block(page, 0); begin < page.size();) {
@@ -95,8 +95,7 @@ void add_script_declarations(std::string_view page, script::Language server, std
     reader.begin(block);
     Statements statements(found);
     for (script::ScriptReader::Read read; reader.next(read);)
-      if (!read.is_between)
-        statements.add_token(read.token, block.substr(read.token.begin, read.token.size()));
+      if (!read.is_between) statements.add_token(read.token, block.substr(read.token.begin, read.token.size()));
     begin = script::find_server_block(page, end);
   }
 }

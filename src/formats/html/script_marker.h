@@ -1,11 +1,12 @@
 // The placeholder of a script block and the texts that belong to it.
 //
 //   <!-- ASP2HTML 12 -->                  block 12
-//   "<!-- ASP2HTML 12 Q -->"              the same, given quotes because it stands where an attribute value stands
-//   ASP2HTML="<!-- ASP2HTML 12 Q -->"     the same, given an attribute name too
+//   "<!-- ASP2HTML 12 Q -->"              in quotes, where an attribute value stands
+//   ASP2HTML="<!-- ASP2HTML 12 Q -->"     with an attribute name too, where an attribute stands
 //
-// All of it is compared byte by byte in any ANSI code page: the first byte of each text ("<", "&", "-", "%", "?") is
-// below 0x40, where no trail byte of a double-byte character lies, and after an ASCII character a new one starts.
+// All of these are compared byte by byte in any ANSI code page. That is safe: the first byte of each text ("<", "&",
+// "-", "%", "?") is below 0x40, so it is never the trail byte of a double-byte character, and after an ASCII character
+// a new one begins.
 #pragma once
 
 #include <cstddef>
@@ -19,15 +20,15 @@ inline constexpr std::string_view kWrappedEnd = "Q -->";
 inline constexpr std::string_view kQuotedEnd = "-->\"";  // of one in quotes
 inline constexpr std::string_view kAttributeName = "ASP2HTML=";
 inline constexpr std::string_view kAttribute = "ASP2HTML=\"";
-// What editors and filters write for a marker and its end, in lower case; compared without regard to case.
+// What editors and filters write for a marker and its end, in lower case. Letter case does not count.
 inline constexpr std::string_view kEscapedMarker = "&lt;!-- asp2html";
 inline constexpr std::string_view kEscapedMarkerStart = "&lt;!-- ";
 inline constexpr std::string_view kEscapedBracket = "&gt;";
 inline constexpr std::string_view kLineEnd = "\r\n";
 
-// The longest text that must be seen whole to be recognised.
+// The longest text that must be in the window as a whole to be recognised.
 inline constexpr std::size_t kLongestToken = kEscapedMarker.size();
-// A comment that is longer is no placeholder: protection writes at most 38 bytes, an editor may add blanks.
+// A longer comment is not a placeholder. Protection writes at most 38 bytes, and an editor may add blanks.
 inline constexpr std::size_t kLongestPlaceholder = 256;
 
 inline bool is_line_end(char c) noexcept { return c == '\r' || c == '\n'; }

@@ -1,8 +1,8 @@
-// Where a page holds server code that was not taken out ("<% %>", "<?php ?>"), nothing may be written: an HTML parser
-// sees text and tags there, the server sees a program.
+// Follows server code that was not taken out of a page ("<% %>", "<?php ?>"). Nothing may be written there: an HTML
+// parser sees text and tags, the server sees a program.
 //
-// The bytes are followed from the opening on, in the server's view: a block ends with its own closing only, and a tag
-// with a block in an attribute value ends where it would end without the block.
+// The bytes are read from the opening on as the server reads them. Only its own closing ends a block, and a tag with a
+// block in an attribute value ends where it would end without the block.
 #pragma once
 
 #include <cstdint>
@@ -19,16 +19,16 @@ class ServerCode {
   std::uint64_t position() const { return position_; }  // of the next byte to feed
   // Enters at a "<" outside any tag.
   void enter(std::uint64_t position, bool php);
-  // Enters at a "<" inside a tag, in a value that `quote` opened (0: none).
+  // Enters at a "<" inside a tag, in a value that `quote` opened (0 when in none).
   void enter_in_tag(std::uint64_t position, bool php, char quote);
-  // Follows the next bytes while active.
+  // Follows the next bytes, while active.
   void feed(std::string_view bytes);
 
  private:
   bool active_ = false;
   bool in_block_ = false;
   bool in_tag_ = false;
-  char closer_ = '%';  // with ">" behind it ends the block
+  char closer_ = '%';  // ends the block when ">" follows
   char quote_ = 0;
   char last_ = 0;
   std::uint64_t position_ = 0;

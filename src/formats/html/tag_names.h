@@ -1,7 +1,7 @@
-// The element names that the HTML standard's tree construction treats in a way of their own (elements.inc).
+// The element names for which the tree construction of the HTML standard has rules of their own (elements.inc).
 //
-// A name is known by the 64-bit hash of its lower-case bytes, so that scanning a tag allocates nothing. Names that no
-// rule mentions are told apart by that hash alone.
+// A name is known by the 64-bit hash of its lower-case bytes, so that scanning a tag allocates nothing. Names without a
+// rule differ by their hash alone.
 #pragma once
 
 #include <array>
@@ -14,7 +14,7 @@
 namespace kavo {
 
 enum class Tag : std::uint8_t {
-  kOther,  // a name without a tag of its own
+  kOther,  // a name without a row
 #define KAVO_ELEMENT(tag, name, traits, kind, type) tag,
 #define KAVO_UNNAMED_ELEMENT(name, traits, kind, type)
 #include "formats/html/elements.inc"
@@ -48,7 +48,7 @@ extern const std::array<std::uint16_t, static_cast<std::size_t>(Tag::kCount)> kT
 inline std::uint16_t traits_of(Tag tag) noexcept { return kTagTraits[static_cast<std::size_t>(tag)]; }
 // Any of `traits`.
 inline bool has_trait(Tag tag, int traits) noexcept { return (traits_of(tag) & traits) != 0; }
-// Lower case; empty for kOther.
+// The name in lower case; "" for kOther.
 std::string_view name_of(Tag tag) noexcept;
 
 constexpr std::uint64_t kNameHashSeed = kFnvSeed;
@@ -56,7 +56,7 @@ constexpr std::uint64_t add_to_name_hash(std::uint64_t hash, char lower) noexcep
   return fnv_add(hash, static_cast<unsigned char>(lower));
 }
 constexpr std::uint64_t name_hash(std::string_view lower) noexcept { return fnv_hash(lower); }
-// kOther for a name that is in no row.
+// kOther for a name without a row.
 Tag tag_of(std::uint64_t name_hash) noexcept;
 
 }  // namespace kavo

@@ -4,17 +4,16 @@
 #include <utility>
 
 #include "common/byte_scan.h"
-#include "formats/html/script_marker.h"
 
 namespace kavo::html {
 namespace {
 
-// What begins with "<" and is neither text nor a tag, and how it ends; the first row that fits counts.
+// Markup that begins with "<" and is not a tag, with its end. The first row that fits counts.
 struct Enclosed {
   std::string_view opener;  // small letters
   std::string_view closer;
   TokenKind kind;
-  std::size_t inside;  // where its end may begin: "<!-->" is a whole comment
+  std::size_t inside;  // where its end may begin, since "<!-->" is a whole comment
 };
 constexpr Enclosed kEnclosed[] = {
     {"<!-- asp2html", "-->", TokenKind::kServerCode, 13},
@@ -101,7 +100,7 @@ bool TokenScanner::next(PageToken& token) {
 
 bool TokenScanner::text(PageToken& token) { return give(token, TokenKind::kText, find(input_.window(), 1, "<")); }
 
-// False when the raw text is over.
+// False at the end of the raw text.
 bool TokenScanner::raw_text(PageToken& token) {
   if (input_.window().front() == '<') {
     if (at_raw_end()) {
@@ -143,7 +142,7 @@ bool TokenScanner::enclosed(PageToken& token, TokenKind kind, std::string_view c
       const std::size_t size = end + closer.size();
       return give(token, size > kLongestToken ? TokenKind::kOverlong : kind, size);
     }
-    // The closer may have begun.
+    // The tail may be the beginning of the closer.
     if (window.size() >= closer.size()) from = std::max(from, window.size() - (closer.size() - 1));
     if (from > kLongestToken) {
       rest_ = Rest::kEnclosed;
@@ -157,7 +156,7 @@ bool TokenScanner::enclosed(PageToken& token, TokenKind kind, std::string_view c
   }
 }
 
-// In a tag only what certainly is server code counts; the placeholder of a script in quotes needs no help.
+// Inside a tag only certain server code counts. The placeholder of a script in quotes needs no special treatment.
 bool TokenScanner::at_server_code_in_tag() {
   has(at_ + kLongestOpener);
   const Enclosed* const row = find_enclosed(input_.window().substr(at_));
@@ -167,25 +166,27 @@ bool TokenScanner::at_server_code_in_tag() {
   return true;
 }
 
-// At a quote in an unquoted value: passes over the placeholder of a script that protection put right behind the value.
-// Its ">" does not end the tag.
+// At a quote in an unquoted value: skips the placeholder of a script that protection wrote right behind the value. Its
+// ">" does not end the tag.
 bool TokenScanner::skip_wrapped_placeholder() {
-  using namespace placeholder;
-  has(at_ + kLongestPlaceholder);
-  const std::string_view rest = input_.window().substr(at_, kLongestPlaceholder);
-  if (!rest.substr(1).starts_with(kMarker)) return false;
-  const std::size_t end = rest.find(kQuotedEnd);
+  constexpr std::string_view kBegin = "\"<!-- ASP2HTML";
+  constexpr std::string_view kEnd = "-->\"";
+  constexpr std::size_t kLongest = 256;  // protection writes at most 40 bytes
+  has(at_ + kLongest);
+  const std::string_view rest = input_.window().substr(at_, kLongest);
+  if (!rest.starts_with(kBegin)) return false;
+  const std::size_t end = rest.find(kEnd);
   if (end == std::string_view::npos) return false;
-  at_ += end + kQuotedEnd.size();
+  at_ += end + kEnd.size();
   return true;
 }
 
-// Reads on when everything there is of a tag has been looked at. True, with a piece of the tag, when it is too long to
-// be held or the page ends in it.
+// Reads on when all bytes of the tag so far have been looked at. Gives a piece of the tag and returns true when the tag
+// is too long to be held or the page ends in it.
 bool TokenScanner::tag_stops(PageToken& token) {
   if (at_ > kLongestToken || (rest_ == Rest::kTag && at_ != 0)) {
     rest_ = Rest::kTag;
-    // One attribute may go on: its quote tells where it ends.
+    // The last attribute may go on, and its quote decides where it ends.
     if (attributes_.size() > 1) attributes_.erase(attributes_.begin(), attributes_.end() - 1);
     return give(token, TokenKind::kOverlong, std::exchange(at_, 0));
   }
@@ -196,124 +197,119 @@ bool TokenScanner::tag_stops(PageToken& token) {
 
 bool TokenScanner::tag(PageToken& token, TokenKind kind) {
   for (;;) {
-    if (at_ == input_.window().size()) {
+    const std::string_view window = input_.window();
+    if (at_ == window.size()) {
       if (tag_stops(token)) return true;
       continue;
     }
-    const char c = input_.window()[at_];
-    if (state_ == TagState::kServerCode) {
-      if (!leave_server_code() && tag_stops(token)) return true;
-    } else if (c == '>' && state_ == TagState::kBeforeName) {
-      return tag_end(token, kind);
-    } else if (c != '<' || !enter_server_code()) {
-      step(c);
+    const char c = window[at_];
+    if (c == '<' && state_ != TagState::kName && state_ != TagState::kServerCode) {
+      const std::size_t begin = at_;
+      if (at_server_code_in_tag()) {
+        if (state_ == TagState::kBeforeName || state_ == TagState::kAfterName) {
+          attributes_.emplace_back().name = begin;
+          state_ = TagState::kAttributeName;
+        } else if (state_ == TagState::kBeforeValue) {
+          attributes_.back().value = begin;
+          state_ = TagState::kUnquoted;
+        }
+        outer_state_ = state_;
+        state_ = TagState::kServerCode;
+        continue;
+      }
     }
-  }
-}
-
-bool TokenScanner::tag_end(PageToken& token, TokenKind kind) {
-  const std::size_t size = at_ + 1;
-  const bool is_overlong = rest_ == Rest::kTag || size > kLongestToken;
-  rest_ = Rest::kNone;
-  token.name = is_overlong ? std::string_view() : input_.window().substr(name_, name_end_ - name_);
-  return give(token, is_overlong ? TokenKind::kOverlong : kind, size);
-}
-
-// At a "<": goes into the server code that begins there, if any; it may be a name or a value, or part of one.
-bool TokenScanner::enter_server_code() {
-  const std::size_t begin = at_;
-  if (state_ == TagState::kName || !at_server_code_in_tag()) return false;
-  if (state_ == TagState::kBeforeName || state_ == TagState::kAfterName) {
-    attributes_.emplace_back().name = begin;
-    state_ = TagState::kAttributeName;
-  } else if (state_ == TagState::kBeforeValue) {
-    attributes_.back().value = begin;
-    state_ = TagState::kUnquoted;
-  }
-  outer_state_ = state_;
-  state_ = TagState::kServerCode;
-  return true;
-}
-
-// False when the code goes on behind the window.
-bool TokenScanner::leave_server_code() {
-  const std::string_view window = input_.window();
-  const std::size_t end = find(window, at_, closer_);
-  if (end != window.size()) {
-    at_ = end + closer_.size();
-    state_ = outer_state_;
-    return true;
-  }
-  // The closer may have begun.
-  if (window.size() >= closer_.size()) at_ = std::max(at_, window.size() - (closer_.size() - 1));
-  return false;
-}
-
-// Takes the character at_, or leaves it to another state.
-void TokenScanner::step(char c) {
-  const bool ends_word = is_space(c) || c == '>' || c == '/';
-  switch (state_) {
-    case TagState::kName:
-      if (!ends_word) break;
-      name_end_ = at_;
-      state_ = TagState::kBeforeName;
-      return;
-    case TagState::kBeforeName:
-      if (ends_word) break;
-      attributes_.emplace_back().name = at_;
-      state_ = TagState::kAttributeName;
-      break;
-    case TagState::kAttributeName:
-      if (!ends_word && c != '=') break;
-      attributes_.back().name_end = at_;
-      state_ = TagState::kAfterName;
-      return;
-    case TagState::kAfterName:
-      if (c == '=') {
-        state_ = TagState::kBeforeValue;
-      } else if (!is_space(c)) {
+    const bool ends_word = is_space(c) || c == '>' || c == '/';
+    switch (state_) {
+      case TagState::kName:
+        if (!ends_word) {
+          ++at_;
+          continue;
+        }
+        name_end_ = at_;
         state_ = TagState::kBeforeName;
-        return;
+        continue;
+      case TagState::kBeforeName:
+        if (c == '>') break;
+        if (!ends_word) {
+          attributes_.emplace_back().name = at_;
+          state_ = TagState::kAttributeName;
+        }
+        ++at_;
+        continue;
+      case TagState::kAttributeName:
+        if (!ends_word && c != '=') {
+          ++at_;
+          continue;
+        }
+        attributes_.back().name_end = at_;
+        state_ = TagState::kAfterName;
+        continue;
+      case TagState::kAfterName:
+        if (c == '=') {
+          state_ = TagState::kBeforeValue;
+        } else if (!is_space(c)) {
+          state_ = TagState::kBeforeName;
+          continue;
+        }
+        ++at_;
+        continue;
+      case TagState::kBeforeValue:
+        if (is_space(c)) {
+          ++at_;
+        } else if (c == '>') {
+          state_ = TagState::kBeforeName;
+        } else if (c == '"' || c == '\'') {
+          attributes_.back().quote = c;
+          attributes_.back().value = ++at_;
+          state_ = TagState::kQuoted;
+        } else {
+          attributes_.back().value = at_;
+          state_ = TagState::kUnquoted;
+          ++at_;
+        }
+        continue;
+      case TagState::kQuoted: {
+        AttributeSpan& attribute = attributes_.back();
+        if (c == attribute.quote) {
+          attribute.value_end = at_;
+          state_ = TagState::kBeforeName;
+        }
+        ++at_;
+        const char* const end = window.data() + window.size();
+        if (state_ == TagState::kQuoted)
+          at_ = static_cast<std::size_t>((attribute.quote == '"' ? find_any<'"', '<'>(window.data() + at_, end)
+                                                                 : find_any<'\'', '<'>(window.data() + at_, end)) -
+                                         window.data());
+        continue;
       }
-      break;
-    case TagState::kBeforeValue:
-      if (is_space(c)) break;
-      if (c == '>') {
-        state_ = TagState::kBeforeName;
-        return;
+      case TagState::kUnquoted:
+        if (is_space(c) || c == '>') {
+          attributes_.back().value_end = at_;
+          state_ = TagState::kBeforeName;
+        } else if (c != '"' || !skip_wrapped_placeholder()) {
+          ++at_;
+        }
+        continue;
+      case TagState::kServerCode: {
+        const std::size_t end = find(window, at_, closer_);
+        if (end != window.size()) {
+          at_ = end + closer_.size();
+          state_ = outer_state_;
+          continue;
+        }
+        // The tail may be the beginning of the closer.
+        if (window.size() >= closer_.size()) at_ = std::max(at_, window.size() - (closer_.size() - 1));
+        if (tag_stops(token)) return true;
+        continue;
       }
-      if (c == '"' || c == '\'') attributes_.back().quote = c;
-      attributes_.back().value = attributes_.back().quote != 0 ? at_ + 1 : at_;
-      state_ = attributes_.back().quote != 0 ? TagState::kQuoted : TagState::kUnquoted;
-      break;
-    case TagState::kQuoted:
-      return quoted(c);
-    case TagState::kUnquoted:
-      if (is_space(c) || c == '>') {
-        attributes_.back().value_end = at_;
-        state_ = TagState::kBeforeName;
-        return;
-      }
-      if (c == '"' && skip_wrapped_placeholder()) return;
-      break;
-    case TagState::kServerCode:
-      return;
+    }
+    // The tag's end.
+    const std::size_t size = at_ + 1;
+    const bool is_overlong = rest_ == Rest::kTag || size > kLongestToken;
+    rest_ = Rest::kNone;
+    token.name = is_overlong ? std::string_view() : window.substr(name_, name_end_ - name_);
+    return give(token, is_overlong ? TokenKind::kOverlong : kind, size);
   }
-  ++at_;
-}
-
-void TokenScanner::quoted(char c) {
-  AttributeSpan& attribute = attributes_.back();
-  if (c == attribute.quote) {
-    attribute.value_end = at_++;
-    state_ = TagState::kBeforeName;
-    return;
-  }
-  const std::string_view window = input_.window();
-  const char* const end = window.data() + window.size();
-  const char* const from = window.data() + at_ + 1;
-  const char* const found = attribute.quote == '"' ? find_any<'"', '<'>(from, end) : find_any<'\'', '<'>(from, end);
-  at_ = static_cast<std::size_t>(found - window.data());
 }
 
 }  // namespace kavo::html

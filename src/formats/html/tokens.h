@@ -1,8 +1,8 @@
-// Cuts a page into texts, tags, comments and server code, by the rules of the HTML Standard's tokenizer and, inside
-// server code, by those of the server.
+// Cuts a page into texts, tags, comments and server code. Markup follows the tokenizer of the HTML Standard, server
+// code the rules of its server.
 //
-// A token is looked at where it stands in the window of the input, each byte once, wherever a block ends. The bytes of
-// all tokens, in order, are the page: nothing is ever left out, whatever the markup.
+// A token is read where it stands in the window of the input, each byte once, wherever a block ends. The bytes of all
+// tokens in order are the page; no markup, however broken, is left out.
 #pragma once
 
 #include <cstddef>
@@ -16,8 +16,8 @@
 
 namespace kavo::html {
 
-// A longer tag or comment is handed out in pieces that nobody looks into: no tag needs more but for data in an
-// attribute, and a quote that is never closed must not fill the memory.
+// A longer tag or comment is handed out in pieces that are not parsed. Only data in an attribute makes a tag so long,
+// and a quote that is never closed must not fill the memory.
 inline constexpr std::size_t kLongestToken = 256 * 1024;  // bytes
 
 enum class TokenKind : std::uint8_t {
@@ -25,18 +25,18 @@ enum class TokenKind : std::uint8_t {
   kRawText,  // any piece of what a script or a style sheet holds, whole characters
   kStartTag,
   kEndTag,
-  kComment,     // also what else begins with "<!" or "<?" or "</" and is no tag
+  kComment,     // also "<!...", "<?..." and "</..." that are not tags
   kServerCode,  // "<% %>", "<?php ?>", and the comment that stands for script taken out of the page
-  kOverlong,    // a piece of a tag or of another token that is too long or that the page's end cuts
+  kOverlong,    // a piece of a tag or other token that is too long or that the page's end cuts off
 };
 
-// An attribute, as places in its tag's bytes.
+// An attribute; its places count from the start of its tag's bytes.
 struct AttributeSpan {
   std::size_t name = 0;
   std::size_t name_end = 0;
   std::size_t value = 0;  // without quotes
   std::size_t value_end = 0;
-  char quote = 0;  // '"', '\'', 0 for a value without or for no value
+  char quote = 0;  // '"', '\'', or 0 when there is no quote or no value
 };
 
 struct PageToken {
@@ -45,20 +45,20 @@ struct PageToken {
   std::string_view name;  // of a tag, as written
 };
 
-// Server code that begins `bytes`: its length, 0 when there is none or it does not end there.
+// The length of the server code that begins `bytes`. 0 when there is none, or when it does not end there.
 std::size_t server_code_length(std::string_view bytes);
 
 class TokenScanner {
  public:
-  // Both must outlive the scanner; `coding` is that of the window's bytes.
+  // Both must outlive the scanner. `coding` is the coding of the window's bytes.
   TokenScanner(PageInput& input, const TextCoding& coding) : input_(input), coding_(coding) {}
 
-  // The next token, valid until the next call; false at the end of the page.
+  // Reads the next token, which is valid until the next call. False at the end of the page.
   bool next(PageToken& token);
-  // Of the start tag that next() gave last.
+  // The attributes of the start tag that next() gave last.
   const std::vector<AttributeSpan>& attributes() const { return attributes_; }
   // After the start tag of an element that holds no tags: everything up to its end tag is text (`has_references`) or
-  // raw text. `name` in small letters; "" for the rest of the page.
+  // raw text. `name` is in small letters, "" when it is the rest of the page.
   void enter_raw_text(std::string_view name, bool has_references);
 
  private:
@@ -94,7 +94,7 @@ class TokenScanner {
   const TextCoding& coding_;
   std::vector<AttributeSpan> attributes_;
   std::size_t taken_ = 0;  // bytes of the last token, still in the window
-  std::size_t at_ = 0;     // in the tag
+  std::size_t at_ = 0;     // the place reached in the tag
   TagState state_ = TagState::kName;
   TagState outer_state_ = TagState::kName;  // around server code in a tag
   std::string_view closer_;                 // of server code in a tag or of an overlong token

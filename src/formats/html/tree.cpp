@@ -1,5 +1,5 @@
-// The stack of open elements. The rules are in html_tree_modes.cpp, html_tree_body.cpp and html_tree_tables.cpp, the
-// formatting elements in html_tree_formatting.cpp.
+// The stack of open elements. The rules are in tree_modes.cpp, tree_body.cpp and tree_tables.cpp, the formatting
+// elements in tree_formatting.cpp.
 #include "formats/html/tree.h"
 
 #include <algorithm>
@@ -38,7 +38,7 @@ bool HtmlTree::is_special(const OpenElement& element) {
   return element.space == Space::kHtml ? has_trait(element.tag, kSpecial) : is_barrier(element);
 }
 
-// The special elements, and the others that are looked for in a scope.
+// The special elements, and all others that a search "in scope" may look for.
 bool HtmlTree::is_landmark(const OpenElement& element) {
   if (is_special(element)) return true;
   return element.space == Space::kHtml &&
@@ -106,7 +106,7 @@ void HtmlTree::pop() {
 void HtmlTree::close_from(Closing what) {
   observer_.closing(what);
   if (what.own_end_tag) closed_own_ = true;
-  // The observer may have closed everything down to what.first, or all of it.
+  // The observer may have closed all elements above what.first, or that one as well.
   if (stack_.size() > what.first + (what.own_end_tag ? 1 : 0)) closed_implied_ = true;
   while (stack_.size() > what.first) pop();
   note_closed();

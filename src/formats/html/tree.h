@@ -1,10 +1,10 @@
 // What an HTML parser has open at each place of a page: the tree construction of the HTML standard without the tree.
 //
 // It keeps the stack of open elements, the list of active formatting elements and the insertion mode exactly as the
-// standard's algorithm does (scripting off, as a translator sees the page), and tells its observer just before it
-// closes elements that the page does not close there and before it opens formatting elements again. That is all a
-// validator needs in order to write down what a parser would do anyway. Nodes are never built: memory is the depth of
-// the page.
+// standard's algorithm does (with scripting off, as a translator sees the page). It calls its observer just before it
+// closes elements that the page does not close there, and just before it reopens formatting elements. A validator needs
+// no more to write down what a parser would do anyway. No nodes are built, so memory grows only with the depth of the
+// page.
 #pragma once
 
 #include <array>
@@ -24,12 +24,12 @@ enum class Space : std::uint8_t { kHtml, kSvg, kMathMl };
 // How the scanner reads on after a start tag.
 enum class Content : std::uint8_t { kMarkup, kRcdata, kRawText, kScript, kPlainText };
 
-// What is known about an element from its start tag and needed again when it is closed or reopened.
+// The facts of a start tag that are needed again when its element is closed or reopened.
 struct ElementFacts {
   std::uint64_t name = 0;  // hash, see tag_names.h
   Tag tag = Tag::kOther;
   bool repairable = false;   // its opening text is kept whole and holds no server code
-  std::int16_t listed = -1;  // entry of the tag table
+  std::int16_t listed = -1;  // index in the table of checked elements, -1 for none
   PagePlace place;
 };
 
@@ -39,39 +39,40 @@ struct StartTag : ElementFacts {
 };
 
 struct OpenElement : ElementFacts {
-  std::uint64_t number = 0;  // identity, shared with the list of formatting elements
+  std::uint64_t number = 0;  // identity, also in the list of formatting elements
   Space space = Space::kHtml;
-  bool html_inside = false;  // an integration point: HTML rules apply to its content
-  bool has_tag = false;      // a start tag of the page opened it, it is not implied
+  bool html_inside = false;  // an integration point: its content follows HTML rules
+  bool has_tag = false;      // a start tag of the page opened it
 };
 
 struct FormattingEntry : ElementFacts {
   std::uint64_t number = 0;  // of the open element; 0: a marker
   bool open = false;         // the element is on the stack
-  // Closed by a written end tag: a parser of the repaired page does not have this entry.
+  // An end tag was written for it, so a parser of the repaired page does not have this entry.
   bool closed_early = false;
   std::size_t text_begin = 0;  // opening text, in HtmlTree::opening_text
   std::size_t text_size = 0;
 };
 
-// Elements that are about to be closed, see TreeObserver.
+// Elements about to be closed; see TreeObserver.
 struct Closing {
   std::size_t first = 0;      // these and all above on the stack
   bool own_end_tag = false;   // the first one is closed by its own end tag
-  bool order_only = false;    // that tag belongs to an inline element
-  bool reopening = false;     // formatting elements are reopened by the same tag
-  bool replaced = false;      // the first one by another element of its kind
+  bool order_only = false;    // that end tag belongs to an inline element
+  bool reopening = false;     // the same tag reopens formatting elements
+  bool replaced = false;      // another element of its kind replaces the first one
   bool forgets = false;       // formatting elements inside are never reopened
   bool checks_again = false;  // the tag would look for another element to close if the first were closed before
 };
 
 class TreeObserver {
  public:
-  // Just before elements are closed. The observer may close some of the topmost with HtmlTree::close_current().
+  // Called just before elements are closed. The observer may close topmost ones itself with HtmlTree::close_current().
   virtual void closing(const Closing& what) = 0;
-  // Just before the entries of formatting() from `first` on, none of which is open, are opened again.
+  // Called just before the entries of formatting() from `first` on, none of which is open, are reopened.
   virtual void reopening(std::size_t first) = 0;
-  // An end tag closes a formatting element around an open block: a parser rebuilds both, no tag can be written.
+  // Called when an end tag closes a formatting element around an open block. A parser rebuilds both; no tag can say
+  // that.
   virtual void crossing(const OpenElement& element, const OpenElement& block) = 0;
 
  protected:
@@ -82,7 +83,7 @@ class HtmlTree {
  public:
   explicit HtmlTree(TreeObserver& observer) : observer_(observer) {}
 
-  // Each takes one token; tokens of one page in order.
+  // Each takes one token. The tokens of a page come in order.
   Content start_tag(const StartTag& tag);
   void end_tag(std::uint64_t name, Tag tag);
   void blank();      // white space
@@ -91,11 +92,11 @@ class HtmlTree {
   void doctype(bool quirks);
   void end_of_raw_text();  // the end tag of a raw-text element
 
-  // True when text changes nothing: a scanner need not look at it.
+  // True when text changes nothing, so that a scanner need not look at it.
   bool ignores_text() const {
     return (mode_ == Mode::kInBody || mode_ == Mode::kInCell) && !frameset_ok_ && !has_closed_;
   }
-  // True when text stands directly inside a table: a run of it is taken as a whole, white space alone stays in place.
+  // True when text stands directly inside a table. A run of it is treated as one; a run of white space stays in place.
   bool in_table_text() const;
   // True when blank() would reopen formatting elements.
   bool blank_reopens() const;
@@ -116,39 +117,39 @@ class HtmlTree {
   }
   // HTML elements of a known name on the stack.
   std::size_t count(Tag tag) const { return counts_[static_cast<std::size_t>(tag)]; }
-  // Among the formatting elements since the last marker: entries that are not open and that a parser of the repaired
-  // page has too.
+  // Whether there is, among the formatting elements since the last marker, an entry that is not open and that a parser
+  // of the repaired page has as well.
   bool has_naturally_closed() const;
-  // The same of one name, anywhere since the last marker among the first `entries`.
+  // The same for one name: anywhere since the last marker among the first `entries`.
   bool has_naturally_closed(Tag tag, std::size_t entries) const;
-  // Index of the last marker among the first `entries`, 0 when there is none.
+  // The index of the last marker among the first `entries`; 0 when there is none.
   std::size_t last_marker(std::size_t entries) const;
-  // True when text here, at the end of the page, is the last of the document: not moved to before a table, nor in the
-  // head.
+  // True when text at this place, the end of the page, would be the last of the document. It is not when a parser moves
+  // it to before a table or into the head.
   bool text_stays_here() const;
-  // The same for white space, wherever the end tags of a page's end put it: it opens no element again.
+  // The same for white space, wherever the end tags of the page's end put it: it reopens no element.
   bool blank_stays_here() const;
   bool has_closed_early() const { return closed_early_ != 0; }
 
-  // For the observer, and at the end of the page: the current element gets an end tag of its own.
+  // For the observer, and at the end of the page: gives the current element an end tag of its own.
   void close_current(bool keep_for_reopening);
-  // The current element gets none: the end tag of an element around it comes next and closes it, too.
+  // Gives the current element none: the end tag of an element around it follows and closes it, too.
   void leave_current();
-  // Elements whose content has formatting elements of its own; the list is cleared when they end.
+  // Whether the element's content has formatting elements of its own. Their part of the list is cleared when it ends.
   static bool sets_marker(const OpenElement& element);
   void clear_to_marker();
-  // From an entry of formatting() on: those closed early are not reopened any more.
+  // From this entry of formatting() on, elements that were closed early are not reopened any more.
   void forget_closed_early(std::size_t first);
 
   bool last_tag_closed_own() const { return closed_own_; }     // the last end_tag() closed an element of its name
   bool closed_without_tag() const { return closed_implied_; }  // the last token closed elements without end tags
   bool reopened_by_token() const { return reopened_; }         // the last token opened formatting elements again
-  // The last token, a start tag, took an element of its name out of those to be reopened.
+  // The last token, a start tag, removed an element of its name from the entries to be reopened.
   bool forgot_by_token() const { return forgot_; }
-  bool scope_holds(Tag tag, std::size_t below) const;  // `tag` is in button scope of the elements below an index
+  bool scope_holds(Tag tag, std::size_t below) const;  // in button scope, among the elements below an index
   bool heading_in_scope(std::size_t below) const;
 
-  // Steps that searches took; what they stepped over, not what they found.
+  // The steps that searches took so far, not counting the one that found something.
   std::uint64_t steps() const { return steps_; }
 
  private:
@@ -203,7 +204,7 @@ class HtmlTree {
   void end_any_other(std::uint64_t name, Tag tag);
   static bool is_hidden_input(const StartTag& tag);
 
-  // Tables and select lists. What closes something says whether it was open.
+  // Tables and select lists. The functions that close something return whether it was open.
   void start_in_table(const StartTag& tag);
   void end_in_table(std::uint64_t name, Tag tag);
   void start_in_caption(const StartTag& tag);
@@ -227,11 +228,12 @@ class HtmlTree {
   void insert(const StartTag& tag, Space space = Space::kHtml);
   void insert_implied(Tag tag);
   void push(OpenElement element);
-  void pop();                     // without telling
+  void pop();                     // without calling the observer
   void take_out(std::size_t at);  // one element from under others, which stay open
   void put_in(std::size_t at, const OpenElement& element);
   void close_from(Closing what);
-  // These find what.first: the current element; an element in scope, false when there is none; the topmost of a name.
+  // These find what.first themselves. close_top: the current element. close_in_scope: an element in scope; false when
+  // there is none. close_until: the topmost element of a name.
   void close_top(Closing what = {});
   bool close_in_scope(Tag tag, Scope scope, Closing what);
   void close_until(Tag tag, Closing what);
@@ -254,7 +256,7 @@ class HtmlTree {
   // List of active formatting elements.
   void start_formatting(const StartTag& tag);
   void close_anchor(const StartTag& tag);
-  // `replaced`: a start tag of the same name asks for it, not an end tag.
+  // `replaced`: a start tag of the same name caused this, not an end tag.
   void end_formatting(std::uint64_t name, Tag tag, bool replaced);
   void push_formatting(const StartTag& tag);
   void add_marker();
@@ -267,8 +269,8 @@ class HtmlTree {
 
   TreeObserver& observer_;
   std::vector<OpenElement> stack_;
-  // Places on the stack where the search for a block, a scope or a mode may end. Inline elements that a page never
-  // closes pile up between them, and are not stepped over.
+  // Indexes into the stack at which the search for a block, a scope or a mode may end. The inline elements between
+  // them, which pile up when a page never closes them, are skipped.
   std::vector<std::size_t> landmarks_;
   std::vector<FormattingEntry> list_;
   std::string texts_;  // opening texts of the list's entries
@@ -285,7 +287,7 @@ class HtmlTree {
   bool closed_implied_ = false;
   bool reopened_ = false;
   bool forgot_ = false;
-  std::size_t closed_early_ = 0;  // entries of that kind in the list
+  std::size_t closed_early_ = 0;  // how many entries of the list are closed early
   std::uint64_t form_ = 0;        // number of the form element, 0 for none
   std::uint64_t next_number_ = 1;
   mutable std::uint64_t steps_ = 0;

@@ -27,7 +27,8 @@ void HtmlTree::start_in_body(const StartTag& tag) {
     case Tag::kH5:
     case Tag::kH6:
       close_p();
-      // Only the current element is looked at: closed by a tag of its own, it must not uncover another heading.
+      // Only the current element counts. Had it been closed by a tag of its own, this must not close another heading
+      // below it.
       if (stack_.back().space == Space::kHtml && has_trait(stack_.back().tag, kHeading))
         close_top({.checks_again = true});
       insert(tag);
@@ -181,7 +182,7 @@ void HtmlTree::end_in_body(std::uint64_t name, Tag tag) {
       mode_ = tag == Tag::kBody ? Mode::kAfterBody : Mode::kAfterAfterBody;
       return;
     case Tag::kP:
-      // Without an open one an empty paragraph comes and goes.
+      // Without an open paragraph, this tag makes an empty one and closes it.
       close_in_scope(Tag::kP, Scope::kButton, {.own_end_tag = true});
       return;
     case Tag::kLi:
@@ -199,7 +200,7 @@ void HtmlTree::end_in_body(std::uint64_t name, Tag tag) {
     case Tag::kH6: {
       const std::size_t heading = find_heading(stack_.size());
       if (heading == kNone) return;
-      // The end tag of one heading closes another.
+      // The end tag of one heading closes any other, too.
       const bool own = stack_[heading].tag == tag;
       close_from({.first = heading, .own_end_tag = own, .checks_again = !own});
       return;
@@ -266,7 +267,7 @@ void HtmlTree::end_form() {
     if (i + 1 == stack_.size()) {
       close_top({.own_end_tag = true});
     } else {
-      // Taken out from under what is open inside, which stays open.
+      // Elements inside it stay open.
       take_out(i);
       closed_own_ = true;
     }

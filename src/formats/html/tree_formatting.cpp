@@ -30,7 +30,7 @@ void HtmlTree::close_anchor(const StartTag& tag) {
   }
 }
 
-// The adoption agency algorithm. `replaced`: a start tag of the same name asks for it, not an end tag.
+// The adoption agency algorithm. `replaced`: a start tag of the same name caused this, not an end tag.
 void HtmlTree::end_formatting(std::uint64_t name, Tag tag, bool replaced) {
   if (current_is(tag) && find_entry(stack_.back().number) == kNone) {
     close_top({.own_end_tag = !replaced, .order_only = true});
@@ -67,7 +67,7 @@ void HtmlTree::end_formatting(std::uint64_t name, Tag tag, bool replaced) {
                   .order_only = true,
                   .reopening = replaced,
                   .replaced = replaced});
-      // When the observer closed it, its entry is already gone or marked.
+      // When the observer closed it, its entry is gone or marked already.
       const std::size_t left = find_entry(number);
       if (left != kNone) erase_entry(left);
       return;
@@ -76,7 +76,7 @@ void HtmlTree::end_formatting(std::uint64_t name, Tag tag, bool replaced) {
     closed_own_ = true;
     closed_implied_ = true;
 
-    // Elements between are opened again around the block, those beyond three or without an entry are not.
+    // A parser reopens the elements between around the block, except those beyond the third or without an entry.
     std::size_t bookmark = entry;
     bool bookmark_at_entry = true;
     int inner = 0;
@@ -174,7 +174,7 @@ std::size_t HtmlTree::last_marker(std::size_t entries) const {
 }
 
 void HtmlTree::push_formatting(const StartTag& tag) {
-  // Noah's ark: of elements with the same name and attributes only the last three are remembered.
+  // Of elements with the same name and attributes only the last three are kept (the standard's "Noah's Ark clause").
   std::size_t named = 0;
   for (std::size_t i = list_.size(); i-- > 0 && list_[i].number != 0; ++steps_)
     if (list_[i].name == tag.name) ++named;
@@ -230,13 +230,13 @@ void HtmlTree::reconstruct() {
   for (; first > 0 && list_[first - 1].number != 0 && !list_[first - 1].open; ++steps_) --first;
   observer_.reopening(first);
   reopened_ = true;
-  // The observer may have forgotten entries that it cannot write down.
+  // Entries that the observer cannot write down it may have forgotten by now.
   for (std::size_t i = first; i < list_.size(); ++i) {
     FormattingEntry& entry = list_[i];
     OpenElement element;
     static_cast<ElementFacts&>(element) = entry;
     element.has_tag = true;
-    entry.number = next_number_;  // the one that push() gives
+    entry.number = next_number_;  // the number that push() assigns
     entry.open = true;
     if (entry.closed_early) {
       entry.closed_early = false;

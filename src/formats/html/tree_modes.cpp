@@ -1,8 +1,8 @@
 // The insertion modes of the HTML standard's tree construction, as far as they open and close elements: which mode a
 // token meets, and the modes before, around and after the body.
 //
-// A mode either takes a token or ends, and the next mode looks at the same token: end_mode() is that step for all
-// kinds of tokens.
+// A mode either handles a token or ends, and then the next mode sees the same token. end_mode() is that step for tokens
+// of all kinds.
 #include "formats/html/attributes.h"
 #include "formats/html/tree.h"
 
@@ -51,7 +51,7 @@ void HtmlTree::blank() { text(Text::kBlank); }
 void HtmlTree::character() { text(Text::kOther); }
 void HtmlTree::null() { text(Text::kNull); }
 
-// What ends a mode is no token of its own.
+// Ends the current mode. The token that ended it has not been handled yet.
 void HtmlTree::end_mode() {
   switch (mode_) {
     case Mode::kInitial:
@@ -361,7 +361,7 @@ void HtmlTree::start_raw(const StartTag& tag, Content content) {
   mode_ = Mode::kText;
 }
 
-// Start tags that belong into the head wherever they stand; false for others.
+// Handles a start tag that belongs into the head wherever it stands. False for any other.
 bool HtmlTree::start_in_head(const StartTag& tag) {
   if (!has_trait(tag.tag, kHeadContent)) return false;
   switch (tag.tag) {

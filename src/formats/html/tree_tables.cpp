@@ -4,7 +4,7 @@
 namespace kavo {
 namespace {
 
-// What a start tag of a part of a table clears the stack back to.
+// The elements at which "clear the stack back to a table context" stops.
 constexpr std::initializer_list<Tag> kTableContext = {Tag::kTable, Tag::kTemplate, Tag::kHtml};
 constexpr std::initializer_list<Tag> kTableBodyContext = {Tag::kTbody, Tag::kTfoot, Tag::kThead, Tag::kTemplate,
                                                           Tag::kHtml};
@@ -151,7 +151,7 @@ void HtmlTree::end_in_table_body(std::uint64_t name, Tag tag) {
   }
 }
 
-// Without an end tag of its own.
+// Closes the open row group, which has no end tag here.
 bool HtmlTree::close_table_body() {
   if (!in_scope(Tag::kTbody, Scope::kTable) && !in_scope(Tag::kThead, Scope::kTable) &&
       !in_scope(Tag::kTfoot, Scope::kTable))
@@ -221,7 +221,7 @@ void HtmlTree::close_cell(std::size_t cell, bool own) {
   mode_ = Mode::kInRow;
 }
 
-// A part of a table ends a list that stands in the table.
+// Whether the tag ends a select list in a table: a part of the table does.
 bool HtmlTree::ends_select(Tag tag) const {
   return mode_ == Mode::kInSelectInTable &&
          (tag == Tag::kTable || (has_trait(tag, kTableChild) && tag != Tag::kCol && tag != Tag::kColgroup));

@@ -1,5 +1,5 @@
-// The characters that `\xNN ` escapes and `<Char NAME>` statements of MIF stand for. The table is made from
-// character_set.tsv, which says where it comes from.
+// The characters that `\xNN ` escapes and `<Char NAME>` statements of MIF mean. The rows come from character_set.tsv,
+// which names their source.
 #pragma once
 
 #include <span>
@@ -13,7 +13,7 @@ struct CodedCharacter {
   std::string_view name;  // in a `Char` statement; "" when it has none
 };
 
-// In the order of the codes.
+// Sorted by code.
 std::span<const CodedCharacter> character_set();
 
 }  // namespace kavo::mif

@@ -14,7 +14,7 @@ namespace {
 constexpr int kFirstUtf8Version = 8;
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 
-// What a MIFEncoding statement holds, in the coding that it stands for: "Japanese", "Chinese", "Korean".
+// The word in a MIFEncoding statement, written in the coding that it declares: "Japanese", "Chinese", "Korean".
 struct DeclaredCoding {
   std::string_view word;
   unsigned code_page;
@@ -24,7 +24,7 @@ constexpr DeclaredCoding kDeclaredCodings[] = {
     {"\xC7\xD1\xB1\xB9\xBE\xEE", 949}, {"\xC7\xD1\xB1\xDB", 949}, {"\xC6\xFC\xCB\xDC\xB8\xEC", kEucJapanese},
 };
 
-// What FEncoding calls the codings of fonts. FrameRoman is the format's own set, which stands in escapes.
+// FEncoding's names for the codings of fonts. FrameRoman is the format's own set, written as escapes.
 constexpr std::string_view kWesternFont = "FrameRoman";
 constexpr std::pair<std::string_view, unsigned> kFontCodings[] = {
     {"JISX0208.ShiftJIS", 932}, {"GB2312-80.EUC", 936}, {"KSC5601-1992", 949}, {"BIG5", 950}};
@@ -40,7 +40,7 @@ std::string unescaped(std::string_view value) {
   return bytes;
 }
 
-// Null when nothing is declared that is understood.
+// Null when the beginning declares nothing, or nothing that is known.
 const DeclaredCoding* find_declared_coding(std::string_view beginning) {
   constexpr std::string_view statement = "<MIFEncoding";
   const std::size_t at = beginning.find(statement);

@@ -1,11 +1,11 @@
 // Which coding a MIF document has.
 //
-// From version 8.0 on MIF is UTF-8: the version statement counts, not the program that wrote the document. Earlier
-// documents are ASCII with `\xNN ` escapes for the characters of the format's own set (that of the layout program's
-// Western fonts); Asian text stands there in a double-byte code page, as it is or, byte for byte, as such escapes.
-// Which one a MIFEncoding statement says by holding a word of its language. Without one each font may say which coding
-// its strings have (font_codings.h); what no font speaks of is in the code page that the user names. The format: the
-// MIF Reference, a public document.
+// From version 8.0 on MIF is UTF-8; the version statement decides, not the program that wrote the document. Earlier
+// documents are ASCII. The characters of the format's own set (that of the layout program's Western fonts) stand in
+// `\xNN ` escapes. Asian text is in a double-byte code page, either as it is or escaped byte by byte. A MIFEncoding
+// statement declares the code page: it holds a word of the language. Without one each font may declare the coding of
+// its strings (font_codings.h). Everything else is in the code page that the user names. The format: the MIF Reference,
+// a public document.
 #pragma once
 
 #include <cstddef>
@@ -22,16 +22,16 @@ struct DocumentCoding {
   unsigned code_page = kUtf8CodePage;  // of the bytes as they stand
   bool is_utf8 = true;                 // version 8.0 or later
   std::size_t mark_size = 0;           // of the byte order mark in front
-  std::string_view declared;           // before 8.0: the word of a MIFEncoding statement that is understood, else ""
+  std::string_view declared;           // before 8.0: the word of a known MIFEncoding statement, else ""
 
-  // What fonts say about their strings counts.
+  // Whether the declarations of fonts count.
   bool fonts_decide() const { return !is_utf8 && declared.empty(); }
   bool reads_as(const DocumentCoding& other) const { return is_utf8 == other.is_utf8 && code_page == other.code_page; }
 };
 
-// The coding of a document that begins so. One without a version is read like one before 8.0.
+// The coding of a document that begins with `beginning`. A document without a version is read like one before 8.0.
 DocumentCoding coding_of(std::string_view beginning, unsigned source_code_page);
-// The code page of a font with this `FEncoding`, in a document of that code page. 0 for a name that is not known.
+// The code page that `FEncoding` gives to a font in a document of `document_code_page`. 0 for an unknown name.
 unsigned code_page_of_font(std::string_view encoding, unsigned document_code_page);
 
 }  // namespace kavo::mif

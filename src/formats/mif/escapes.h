@@ -1,4 +1,4 @@
-// The escapes of MIF strings that stand for a byte: `\xNN`, with the blank behind it, which is a part of it.
+// The escapes of MIF strings that stand for one byte: `\xNN ` with the blank at its end.
 #pragma once
 
 #include <cstddef>
@@ -9,7 +9,7 @@ namespace kavo::mif {
 
 struct ByteEscape {
   unsigned char byte = 0;
-  std::size_t length = 0;  // in bytes; 0: the text begins with something else
+  std::size_t length = 0;  // in bytes; 0 when the text does not begin with an escape
 };
 ByteEscape byte_escape(std::string_view text);
 void append_byte_escape(unsigned char byte, std::string& value);

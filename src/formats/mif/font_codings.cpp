@@ -54,7 +54,7 @@ void FontCodings::follow(const MifToken& token) {
 }
 
 void FontCodings::open(Statement statement) {
-  // A paragraph ends where the next one begins even when it was never closed.
+  // A new paragraph ends the one before, even one that was never closed.
   if (statement == Statement::kParagraph || statement == Statement::kTextLine) {
     open_.clear();
     paragraph_ = current_ = document_code_page_;
@@ -85,7 +85,7 @@ void FontCodings::close(Statement statement) {
   if (statement == Statement::kParagraphFont) {
     format_ = font_.code_page;
   } else if (statement == Statement::kParagraphFormat && format_ != 0) {
-    // In a paragraph it is the paragraph's own, elsewhere one of the catalogue.
+    // The tag in a paragraph names its format; elsewhere it names the catalogue entry being read.
     if (is_inside(Statement::kParagraph))
       paragraph_ = current_ = format_;
     else

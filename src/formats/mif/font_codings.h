@@ -1,11 +1,11 @@
-// Which coding each string of a text has where the fonts say so.
+// The coding of each string of a text, where the fonts declare it.
 //
-// Before version 8.0 a document without MIFEncoding may name a coding in each font (`<FEncoding ...>`), and one
-// paragraph may mix fonts: English text in one, Japanese in the next. A font has the coding that its own statement
-// says, else that of the character format which its tag names, else that of its paragraph, whose format may have one,
-// too. The format: the MIF Reference, a public document.
+// Before version 8.0 a document without MIFEncoding may declare a coding in each font (`<FEncoding ...>`), and one
+// paragraph may mix fonts: English text in one, Japanese in the next. The coding of a font is that of its own
+// statement, else that of the character format named by its tag, else that of its paragraph, which may have it from the
+// paragraph's format. The format: the MIF Reference, a public document.
 //
-// This holds for the strings of lines. Texts without a font (markers, variables, formats, tags) have the document's
+// This holds for the strings of lines. Texts without a font (markers, variables, formats, tags) are in the document's
 // coding.
 #pragma once
 
@@ -27,16 +27,16 @@ class FontCodings {
   // Throws `failure` 5 for a document's code page that is not supported.
   explicit FontCodings(const DocumentCoding& document);
 
-  // Each token of the document, in order. The catalogues of formats stand before the texts.
+  // Takes every token of the document, in order. Catalogues of formats stand before the texts.
   void take(const MifToken& token) {
     if (follows_fonts_) follow(token);
   }
 
   const StringCoding& document() const { return of(document_code_page_); }
-  // Of a string that stands behind the tokens taken so far.
+  // The coding of a string that follows the tokens taken so far.
   const StringCoding& current() const { return of(current_); }
   unsigned current_code_page() const { return current_; }
-  // Valid as long as the object. Throws `failure` 5 for a code page that is not supported.
+  // The strings of a code page. Valid as long as this object. Throws `failure` 5 for a code page that is not supported.
   const StringCoding& of(unsigned code_page) const;
 
  private:
@@ -54,7 +54,7 @@ class FontCodings {
   };
   struct Font {
     std::string tag;
-    unsigned code_page = 0;  // 0 while it says none
+    unsigned code_page = 0;  // 0 while none is declared
   };
   using CodePages = std::map<std::string, unsigned, std::less<>>;
 
@@ -72,9 +72,9 @@ class FontCodings {
   unsigned paragraph_;  // of the paragraph's own font
   unsigned current_;
   std::vector<Statement> open_;
-  Font font_;            // being read
-  std::string tag_;      // of the paragraph format being read
-  unsigned format_ = 0;  // what it says, 0 for nothing
+  Font font_;            // the one being read
+  std::string tag_;      // tag of the paragraph format being read
+  unsigned format_ = 0;  // code page of that format, 0 for none
   CodePages paragraph_formats_;
   CodePages character_formats_;
   mutable std::map<unsigned, std::unique_ptr<const StringCoding>> codings_;

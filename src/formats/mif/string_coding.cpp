@@ -34,7 +34,7 @@ std::optional<unsigned> hexadecimal(std::string_view digits, std::size_t count) 
   return value;
 }
 
-// `\uNNNN`, two of them for a character beyond the first 65536.
+// Reads `\uNNNN`, or two of them for a character beyond U+FFFF.
 std::size_t unicode_escape(std::string_view text, std::string& utf8) {
   const auto unit_at = [&](std::size_t at) -> std::optional<unsigned> {
     if (!text.substr(std::min(at, text.size())).starts_with("\\u")) return std::nullopt;
@@ -52,7 +52,7 @@ std::size_t unicode_escape(std::string_view text, std::string& utf8) {
   return 12;
 }
 
-// UTF-8, "" for a code that is no character of the text.
+// The character in UTF-8; "" for a code that is not text.
 std::string character_of_byte(unsigned char byte) {
   static const auto characters = [] {
     std::array<char16_t, 256> all{};
@@ -65,7 +65,8 @@ std::string character_of_byte(unsigned char byte) {
   return text;
 }
 
-// The byte of a character in the format's own set, 0 for one that it lacks. Of two the later one is written.
+// The character's byte in the format's own set; 0 when the set lacks it. Of two bytes for one character the later
+// counts.
 unsigned char byte_of_character(std::string_view utf8) {
   static const auto bytes = [] {
     std::unordered_map<char32_t, unsigned char> map;
@@ -112,7 +113,7 @@ const NamedCharacter* find_named_character(std::string_view name) {
 }
 
 const NamedCharacter* find_special_character(std::string_view utf8) {
-  // All of them begin with one of these.
+  // Quick check: every special character begins with one of these.
   if (!utf8.starts_with('\xC2') && !utf8.starts_with("\xE2\x80")) return nullptr;
   for (const NamedCharacter& row : named_characters())
     if (!row.escape.empty() && row.text == utf8) return &row;
@@ -186,7 +187,7 @@ bool StringReader::next(StringPart& part) {
   return true;
 }
 
-// The first backslash or line end that is no part of a character.
+// The first backslash or line end that is not part of a character.
 std::size_t StringReader::find_special() const {
   const char* const begin = rest_.data();
   const char* const end = begin + rest_.size();
@@ -223,7 +224,7 @@ std::size_t StringReader::escape(StringPart& part) const {
   if (!part.text.empty()) return first.length;
   part.kind = first.length != 0 && first.byte == kAutomaticHyphen ? StringPart::Kind::kHyphen : StringPart::Kind::kCode;
   if (first.length != 0) return first.length;
-  // The backslash and what it stands before, which may be a character of several bytes.
+  // Takes the backslash and the character behind it, which may have several bytes.
   std::string ignored;
   bool is_valid = false;
   return 1 + coding_.bytes().decode_one(rest_.substr(1), ignored, is_valid);
@@ -251,7 +252,7 @@ bool is_blank_character(std::string_view utf8) {
 }
 
 bool is_visible_string(std::string_view value, const StringCoding& coding) {
-  // Nearly all begin with a letter.
+  // Quick check: nearly all values begin with a letter.
   if (!value.empty() && value.front() > ' ' && value.front() != '\\' && value.front() != '\x7F') return true;
   const std::string text = decode_string(value, coding);
   for (std::string_view rest = text; !rest.empty();) {

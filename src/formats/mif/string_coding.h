@@ -1,5 +1,5 @@
-// Strings of MIF documents as text, and text as strings. Which coding a document has: document_coding.h; which
-// characters its escapes and names stand for: character_set.h.
+// Converts strings of MIF documents to text and back. document_coding.h decides which coding a document has,
+// character_set.h which characters its escapes and names mean.
 #pragma once
 
 #include <cstddef>
@@ -14,29 +14,31 @@ namespace kavo::mif {
 struct NamedCharacter {
   std::string_view name;
   std::string text;    // UTF-8
-  std::string escape;  // in a string, for one that is always written by name or escape; "" for another
+  std::string escape;  // its form in a string when it is always escaped there, else ""
 };
-// Null for a name that is none, or that is no text (a line break, a mark for hyphenation).
+// Null for an unknown name, and for one that is not text (a line break, a mark for hyphenation).
 const NamedCharacter* find_named_character(std::string_view name);
 // Null for a character that is written as it is or has no name.
 const NamedCharacter* find_special_character(std::string_view utf8);
 
-// How the strings of a document are written. Made once for a document.
+// The way in which a document writes its strings. Costly to make: make one for each document.
 class StringCoding {
  public:
   // Throws `failure` 5 for a code page that is not supported.
   StringCoding(unsigned code_page, bool is_utf8);
 
-  const TextCoding& bytes() const { return bytes_; }  // of those that stand as they are
+  const TextCoding& bytes() const { return bytes_; }  // the coding of bytes that are not escaped
   bool is_utf8() const { return is_utf8_; }
   bool is_double_byte() const { return is_double_byte_; }
 
-  // One character (UTF-8) in a string, escaped where it must be. False, and nothing is appended, when the document
-  // cannot hold it.
+  // Appends one character (UTF-8), escaped where it must be. Returns false and appends nothing when the document cannot
+  // hold the character.
   bool append(std::string_view character, std::string& value) const;
-  // A character that the document cannot hold: as `\uNNNN`, which this program reads in documents of all versions.
+  // Appends a character that the document cannot hold as `\uNNNN`, which this program reads in documents of all
+  // versions.
   static void append_unicode_escape(std::string_view character, std::string& value);
-  // True when the escape that append() wrote and another one behind it would read as one character of two bytes.
+  // True when `written`, an escape that append() wrote, and a further escape behind it would read as one double-byte
+  // character.
   bool joins_escapes(std::string_view written) const;
 
  private:
@@ -50,9 +52,9 @@ struct StringPart {
   enum class Kind : unsigned char {
     kRun,     // text as it stands
     kText,    // one character in another form
-    kBreak,   // a line end, which is one of the file and not of the text
-    kHyphen,  // the hyphen of an automatic line break, which is not of the text either
-    kCode,    // an escape that means no character
+    kBreak,   // a line end of the file, not part of the text
+    kHyphen,  // the hyphen of an automatic line break, not part of the text
+    kCode,    // an escape that is not a character
   };
   Kind kind = Kind::kRun;
   std::string_view bytes;
@@ -73,9 +75,9 @@ class StringReader {
   const StringCoding& coding_;
 };
 
-// A value as people read it, UTF-8; what means no character is left out.
+// The value as people read it, in UTF-8. Leaves out what is not a character.
 std::string decode_string(std::string_view value, const StringCoding& coding);
-// True when it holds more than blanks of any kind.
+// True when the value holds more than blanks of any kind.
 bool is_visible_string(std::string_view value, const StringCoding& coding);
 bool is_blank_character(std::string_view utf8);
 

@@ -25,13 +25,13 @@ void StringConversion::convert_part(const StringPart& part) {
     case StringPart::Kind::kRun:
       return convert_run(part.bytes);
     case StringPart::Kind::kText: {
-      // `\t` and its like, and the codes below 80, mean the same in every version.
+      // `\t` and the like, and codes below 80, mean the same in every version.
       const ByteEscape escape = byte_escape(part.bytes);
       const bool is_common = part.bytes.size() <= 2 || (escape.length == part.bytes.size() && escape.byte < 0x80);
       return is_common ? keep(part.bytes) : write_text(part.text);
     }
     case StringPart::Kind::kCode:
-      // A backslash and what it stands before.
+      // Otherwise it is a backslash and the character behind it.
       if (byte_escape(part.bytes).length != 0) return keep(part.bytes);
       keep(part.bytes.substr(0, 1));
       return convert_run(part.bytes.substr(1));

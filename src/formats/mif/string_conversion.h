@@ -1,8 +1,8 @@
-// Strings of one MIF document as another document of another coding writes them.
+// Converts strings of a MIF document to the coding of another MIF document.
 //
-// Escapes that all versions understand, line ends and ASCII stay as they are; every other character is written in the
-// other document's way. So a value that is converted twice alike gives the same bytes twice, and two documents can be
-// compared by what their values are in a third.
+// Line ends, ASCII, and the escapes that all versions understand stay as they are. Every other character is written in
+// the other document's way. Equal values give equal bytes, so two documents can be compared by their values in the
+// coding of a third.
 #pragma once
 
 #include <string>
@@ -17,10 +17,10 @@ class StringConversion {
   // Both must outlive the conversion.
   StringConversion(const StringCoding& from, const StringCoding& to) : from_(from), to_(to) {}
 
-  // The converted value; valid until the next call. What the other document cannot hold is written as `\uNNNN`, a byte
-  // that is no character as `\xNN `.
+  // The converted value, valid until the next call. A character that the other document cannot hold becomes `\uNNNN`, a
+  // byte that is not a character `\xNN `.
   const std::string& convert(std::string_view value);
-  // Of the last value the first character (UTF-8) or byte (as an escape) that did not fit; "" when all did.
+  // The first character (UTF-8) or byte (as an escape) of the last value that did not fit; "" when all did.
   const std::string& misfit() const { return misfit_; }
 
  private:
@@ -37,7 +37,7 @@ class StringConversion {
   std::string result_;
   std::string misfit_;
   std::string written_;        // one character
-  bool joins_escape_ = false;  // the escape written last and another one would read as one character
+  bool joins_escape_ = false;  // the last escape and a further one would read as one character
 };
 
 }  // namespace kavo::mif

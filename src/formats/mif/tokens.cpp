@@ -5,14 +5,14 @@
 namespace kavo::mif {
 namespace {
 
-// No name of a statement is nearly so long.
+// Far longer than the name of any statement.
 constexpr std::size_t kLongestName = 64;  // bytes
 
 bool is_name_character(char c) {
   return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '_';
 }
 
-// The first of kBytes from `from` on, the size when there is none.
+// The index of the first of kBytes at or behind `from`; the size when there is none.
 template <char... kBytes>
 std::size_t find_first(std::string_view bytes, std::size_t from) {
   const char* const begin = bytes.data();
@@ -66,7 +66,7 @@ bool MifTokenScanner::string(std::string_view bytes, bool is_all, MifToken& toke
     return give(token, MifTokenKind::kRest, bytes, State::kLongString);
   }
   searched_ = 0;
-  // Long even if its end happens to be in sight, so that blocks of any size give the same.
+  // The string counts as long even when its end is in sight, so that blocks of any size give the same tokens.
   const MifTokenKind kind = end < kLongestString ? MifTokenKind::kString : MifTokenKind::kRest;
   return give(token, kind, bytes.substr(0, end + 1), State::kOpening);
 }

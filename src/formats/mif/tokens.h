@@ -1,11 +1,11 @@
-// Cuts MIF into openings of statements, their ends, strings and the rest.
+// Cuts MIF into openings and ends of statements, strings and the rest.
 //
-// MIF is a nested text: `<Name value>`, strings between ` and ', comments from # to the end of the line. A line that
-// begins with "&" or "=" is data of an imported object and holds anything. A backslash does not keep a string from
-// ending: a ' inside is always written as an escape, and a string may end in an escaped backslash (`\\'). "#" begins a
-// comment behind ">" and where nothing but blanks stands before it on its line; behind an opening it is a value.
+// MIF is nested text: `<Name value>`, strings between ` and ', comments from # to the end of the line. A line that
+// begins with "&" or "=" is data of an imported object and may hold anything. Only ' ends a string, whatever stands
+// before it: a ' inside is always written as an escape, and a string may end in an escaped backslash (`\\'). "#" begins
+// a comment behind ">" and where only blanks stand before it on its line; behind an opening it is part of a value.
 //
-// The bytes of all tokens, in order, are the document, whatever is wrong with it.
+// The bytes of all tokens in order are the document, however broken it is.
 #pragma once
 
 #include <cstddef>
@@ -14,8 +14,8 @@
 
 namespace kavo::mif {
 
-// A longer string is handed out in pieces that count as rest: no text needs more, and a string that is never closed
-// must not fill the memory.
+// A longer string is handed out in pieces of the kind kRest. No text is so long, and a string that is never closed must
+// not fill the memory.
 inline constexpr std::size_t kLongestString = 128 * 1024;  // bytes
 
 enum class MifTokenKind : std::uint8_t {
@@ -33,11 +33,11 @@ struct MifToken {
   std::string_view value() const { return bytes.substr(1, bytes.size() - 2); }  // of a string
 };
 
-// Begins at the beginning of a line.
+// The document must be given from the beginning of a line on.
 class MifTokenScanner {
  public:
-  // The token that begins `bytes` (not empty), which start where the last token ended. False when it takes more bytes
-  // to tell; never when these are all that there are (`is_all`).
+  // Reads the token at the start of `bytes` (not empty), which must begin where the last token ended. False when more
+  // bytes are needed to decide; never false when `is_all`: no bytes follow.
   bool next(std::string_view bytes, bool is_all, MifToken& token);
 
  private:
@@ -46,7 +46,7 @@ class MifTokenScanner {
     kBetween,     // a comment may begin
     kOpening,     // behind the name of a statement
     kLineRest,    // in a comment or in object data
-    kLongString,  // in one that is too long
+    kLongString,  // in a string that is too long
   };
 
   bool give(MifToken& token, MifTokenKind kind, std::string_view bytes, State next);
@@ -58,7 +58,7 @@ class MifTokenScanner {
   bool words(std::string_view bytes, MifToken& token);
 
   State state_ = State::kLineStart;
-  std::size_t searched_ = 0;  // how far a string has been looked through in vain
+  std::size_t searched_ = 0;  // how far the end of a string was searched for in vain
 };
 
 }  // namespace kavo::mif

@@ -1,4 +1,4 @@
-// Line and column of a document that passes by in pieces.
+// Counts line and column while a document passes by in pieces.
 #pragma once
 
 #include <cstdint>
@@ -8,7 +8,7 @@
 
 namespace kavo {
 
-// Lines end with LF, CR or both; a piece may end anywhere.
+// A line ends with LF, CR or CR LF. A piece may end anywhere.
 class DocumentPlace {
  public:
   std::int64_t line() const { return line_; }      // 1-based
@@ -17,14 +17,14 @@ class DocumentPlace {
   void advance(std::string_view bytes) {
     advance(bytes, [](std::string_view part) { return part.size(); });
   }
-  // The same for bytes that stand for others: `size_of` tells how many bytes of the document a part of a line is.
+  // The same for bytes that stand for others. `size_of` returns how many bytes of the document a part of a line takes.
   template <class SizeOf>
   void advance(std::string_view bytes, SizeOf&& size_of) {
     if (bytes.empty()) return;
     const char* const end = bytes.data() + bytes.size();
     const char* line = bytes.data();
     for (const char* p = bytes.data(); p != end;) {
-      // A line feed right after a return belongs to it.
+      // A line feed right behind a return belongs to the same line end.
       const bool joins = after_return_ && *p == '\n';
       after_return_ = false;
       if (!joins) {

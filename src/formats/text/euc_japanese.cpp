@@ -10,8 +10,7 @@ constexpr unsigned char kHalfWidth = 0x8E;  // leads a half-width katakana
 bool is_high(unsigned char byte) { return byte >= 0xA1 && byte <= 0xFE; }
 bool is_katakana(unsigned char byte) { return byte >= 0xA1 && byte <= 0xDF; }
 
-// Two bytes of EUC in Shift-JIS: both are row and cell of the same table, which Shift-JIS packs two rows to a lead
-// byte.
+// Two bytes of EUC as Shift-JIS. Both number row and cell of one table; Shift-JIS packs two rows into a lead byte.
 std::pair<unsigned char, unsigned char> to_shift_jis(unsigned char first, unsigned char second) {
   const unsigned row = first - 0xA1u, cell = second - 0xA1u;
   const unsigned lead = row / 2 + (row < 62 ? 0x81 : 0xC1);
@@ -51,7 +50,7 @@ class EucJapanese final : public CodePage {
   }
 
   std::string encode(std::u16string_view text) const override {
-    constexpr unsigned char kLastLead = 0xEF;  // users' own characters and doubled ones come behind it
+    constexpr unsigned char kLastLead = 0xEF;  // behind it are users' own characters and duplicates
     std::string bytes;
     const std::string shift_jis = page_->encode(text);
     for (std::size_t i = 0; i < shift_jis.size(); ++i) {

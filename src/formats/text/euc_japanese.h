@@ -1,7 +1,8 @@
-// Japanese EUC, the coding of many pages and UNIX documents from Japan. It is no ANSI code page, so no system is asked
-// for it: its characters of one and two bytes (JIS X 0201 and 0208) are those of code page 932 in other places.
+// Japanese EUC, the coding of many pages and UNIX documents from Japan. It is not an ANSI code page, so it is not taken
+// from the system: its characters of one and two bytes (JIS X 0201 and 0208) are those of code page 932 under other
+// bytes.
 //
-// The characters of three bytes (JIS X 0212, behind 0x8F) are not in that code page; they count as invalid bytes, which
+// The characters of three bytes (JIS X 0212, behind 0x8F) are not in that code page. They count as invalid bytes, which
 // documents keep as they are.
 #pragma once
 

@@ -1,5 +1,5 @@
-// Turns places of a document into line and column: lines end in CR LF, LF CR, CR or LF, as the line reader counts them;
-// columns count bytes. Line ends are found a block at a time, since a validator asks at every tag.
+// Turns places of a document into line and column. CR LF, LF CR, CR and LF each end a line, as for the line reader;
+// columns count bytes. Line ends are found a block at a time, because a validator asks at every tag.
 #pragma once
 
 #include <cstddef>
@@ -21,7 +21,7 @@ class LineCounter {
  public:
   std::uint64_t fed() const { return fed_; }  // bytes of the document seen so far
 
-  // The bytes that follow in the document.
+  // Takes the next bytes of the document.
   void feed(std::string_view bytes) {
     starts_.erase(starts_.begin(), starts_.begin() + static_cast<std::ptrdiff_t>(next_));
     next_ = 0;
@@ -41,7 +41,7 @@ class LineCounter {
     fed_ += bytes.size();
   }
 
-  // Of the byte at `position`, which is not beyond fed() and not before any asked for earlier.
+  // The place of the byte at `position`, which must lie neither beyond fed() nor before a position asked for earlier.
   PagePlace at(std::uint64_t position) {
     for (; next_ != starts_.size() && starts_[next_] <= position; ++next_) {
       line_begin_ = starts_[next_];
@@ -51,7 +51,7 @@ class LineCounter {
   }
 
  private:
-  std::vector<std::uint64_t> starts_;  // of lines, in order; those before next_ are behind the last place asked for
+  std::vector<std::uint64_t> starts_;  // where lines begin, in order; at() has passed those before next_
   std::size_t next_ = 0;
   std::uint64_t fed_ = 0;
   std::uint64_t last_start_ = 0;

@@ -13,10 +13,10 @@ namespace {
 
 constexpr char32_t kInvalid = 0xFFFFFFFF;
 
-// The first byte that is no plain ASCII: a control character other than tab and line ends stops too, since no text may
+// The first byte that is not plain ASCII. A control character other than tab and line ends counts as such: no text may
 // hold it.
 const char* skip_ascii(const char* p, const char* end) {
-  // Eight bytes a turn: none has its top bit, and none is below 0x20 when subtracting 0x20 borrows nowhere.
+  // Takes eight bytes at a time. Plain ones have no top bit, and subtracting 0x20 from them borrows nowhere.
   constexpr std::uint64_t tops = 0x8080808080808080;
   constexpr std::uint64_t blanks = 0x2020202020202020;
   for (;; ++p) {
@@ -49,13 +49,13 @@ void append_unit(std::string& bytes, unsigned unit, bool big_endian) {
 
 }  // namespace
 
-// Asked for when first needed: 0 stands for "not asked yet".
+// Characters of the code page, fetched when first needed; 0 stands for "not fetched yet".
 struct TextCoding::Tables {
   explicit Tables(std::unique_ptr<CodePage> used) : page(std::move(used)), bytes(0x10000) {
     for (unsigned byte = 0; byte < 256; ++byte) single[byte] = ask(std::string(1, static_cast<char>(byte)));
   }
 
-  // The character of these bytes when they are the bytes of that character.
+  // The character of these bytes, if it converts back to the same bytes.
   char32_t ask(const std::string& character) const {
     const std::u16string unit = page->decode(character);
     if (unit.size() != 1 || (unit[0] >= 0xD800 && unit[0] <= 0xDFFF)) return kInvalid;
@@ -70,7 +70,7 @@ struct TextCoding::Tables {
     return known;
   }
 
-  // The character's one or two bytes, kMissing when there are none.
+  // The one or two bytes of the character; kMissing when the code page lacks it.
   static constexpr std::uint32_t kMissing = 0xFFFFFFFF;
   std::uint32_t encoded(char32_t character) {
     if (character > 0xFFFF) return kMissing;
@@ -174,7 +174,7 @@ std::size_t TextCoding::incomplete_tail(std::string_view bytes) const {
     return odd + (cut ? 2 : 0);
   }
   if (tables_) return tables_->page->incomplete_tail(bytes);
-  // A character of up to four bytes: look for its first byte among the last three.
+  // A character has up to four bytes, so the first byte of one that is cut off is among the last three.
   for (std::size_t back = 1; back <= 3 && back <= bytes.size(); ++back) {
     const auto byte = static_cast<unsigned char>(bytes[bytes.size() - back]);
     if ((byte & 0xC0) == 0x80) continue;

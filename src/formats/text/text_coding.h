@@ -1,8 +1,8 @@
 // The coding of a document's bytes: an ANSI code page, Japanese EUC, UTF-8 or UTF-16.
 //
-// Unlike the code page port this tells which bytes are invalid and which characters are missing, the same way on every
-// system, so that filters can keep the one as codes and escape the other. It asks the port for every character once
-// and believes it only when the way back gives the same.
+// Unlike the code page port it reports invalid bytes and missing characters, in the same way on every system, so that
+// filters can keep the bytes as codes and escape the characters. It asks the port for each character once, and believes
+// it only when the way back gives the same bytes.
 #pragma once
 
 #include <cstddef>
@@ -23,7 +23,8 @@ inline constexpr unsigned kUtf8CodePage = 65001;
 
 class TextCoding {
  public:
-  // Throws `failure` 5 for a number that is not supported, with the supported ones in the description.
+  // `number` is the Windows number of a code page. Throws `failure` 5 for one that is not supported, with a list of
+  // those that are.
   explicit TextCoding(unsigned number);
   ~TextCoding();
   TextCoding(const TextCoding&) = delete;
@@ -31,22 +32,23 @@ class TextCoding {
 
   unsigned number() const { return number_; }
   bool is_utf16() const { return number_ == kUtf16LittleEndian || number_ == kUtf16BigEndian; }
-  // True when the byte begins a character of two in a double-byte code page: its trail byte may look like syntax.
+  // True for the first byte of a character of two bytes. Its second byte may look like syntax.
   bool is_lead_byte(unsigned char byte) const { return is_lead_[byte]; }
   // True in a double-byte code page.
   bool has_lead_bytes() const { return has_lead_bytes_; }
 
-  // The character that begins at `bytes` (not empty): its length in bytes, its UTF-8 form appended to `utf8`. When the
-  // bytes are invalid nothing is appended, `valid` is false and the length is that of the shortest invalid piece.
+  // Reads the character at the start of `bytes` (not empty), appends its UTF-8 form to `utf8` and returns its length in
+  // bytes. When the bytes are invalid, appends nothing, clears `valid` and returns the length of the shortest invalid
+  // piece.
   std::size_t decode_one(std::string_view bytes, std::string& utf8, bool& valid) const;
-  // As long a run from the start of `bytes` as is valid and of characters that XML has, appended to `utf8`; the number
-  // of bytes it took.
+  // Appends to `utf8` the longest run at the start of `bytes` that is valid and consists of characters allowed in XML.
+  // Returns how many bytes it took.
   std::size_t decode_run(std::string_view bytes, std::string& utf8) const;
-  // How many bytes at the end begin a character that is not complete yet; `bytes` must start at a character.
+  // How many bytes at the end begin a character that is not complete. `bytes` must begin at a character.
   std::size_t incomplete_tail(std::string_view bytes) const;
 
-  // Appends `utf8` in this coding. For a character that it lacks, `missing` is called with the character's UTF-8 form
-  // and appends what stands for it (bytes in this coding), or throws.
+  // Appends `utf8` in this coding. Calls `missing` with the UTF-8 form of each character that the coding lacks; it
+  // appends a replacement (bytes in this coding) or throws.
   using Missing = std::function<void(std::string_view character, std::string& bytes)>;
   void encode(std::string_view utf8, std::string& bytes, const Missing& missing) const;
 
@@ -58,12 +60,12 @@ class TextCoding {
   std::unique_ptr<Tables> tables_;
 };
 
-// Length of the well-formed UTF-8 character at the start of `bytes`, 0 when there is none (one cut short included).
+// The length of the well-formed UTF-8 character at the start of `bytes`. 0 when there is none, or when it is cut short.
 std::size_t utf8_character_length(std::string_view bytes);
 // The code point of a well-formed UTF-8 character.
 char32_t utf8_code_point(std::string_view character);
 void append_utf8(std::string& utf8, char32_t code_point);
-// Of the control characters XML 1.0 has tab, LF and CR only.
+// Whether XML 1.0 allows the character. Of the control characters it allows tab, LF and CR only.
 bool is_xml_character(char32_t code_point);
 
 }  // namespace kavo

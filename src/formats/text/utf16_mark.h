@@ -1,5 +1,5 @@
-// Recognises UTF-16 text, which the converters of this room do not read: they work on bytes in which every token is
-// one ASCII byte a character.
+// Recognises UTF-16 text. The page converters refuse it: they work on bytes and take every token as one ASCII byte a
+// character.
 #pragma once
 
 #include <string_view>
@@ -8,12 +8,12 @@
 
 namespace kavo {
 
-// The byte order mark of UTF-16, either order.
+// True when the bytes begin with a byte order mark of UTF-16, in either order.
 inline bool starts_as_utf16(std::string_view bytes) {
   return bytes.substr(0, 2) == "\xFF\xFE" || bytes.substr(0, 2) == "\xFE\xFF";
 }
 
-// The same for a file from which nothing has been consumed. Throws `failure`.
+// The same for a file of which nothing has been consumed. Throws `failure` when it cannot be read.
 inline bool starts_as_utf16(BlockReader& reader) {
   while (reader.window().size() < 2 && reader.more()) {
   }

@@ -14,7 +14,7 @@ namespace {
 
 constexpr XML_Char kSeparator = ' ';
 
-// The parser holds a tag as one piece until it ends; no tag that means anything is longer.
+// The parser holds a whole tag in memory until it ends. No real tag is longer.
 constexpr std::uint64_t kLongestTag = 16 * 1024 * 1024;
 
 bool is_named(const XML_Char* name, const char* lower) {
@@ -23,7 +23,7 @@ bool is_named(const XML_Char* name, const char* lower) {
   return *name == *lower;
 }
 
-// The map that the parser wants for a code page of one byte a character; false for any other.
+// Fills the parser's map for a code page of one byte a character; false for any other code page.
 bool fill_map(const CodePage& page, XML_Encoding& map) {
   for (unsigned byte = 0; byte < 256; ++byte) {
     if (page.is_lead_byte(static_cast<unsigned char>(byte))) return false;
@@ -72,7 +72,7 @@ struct XmlReader::State {
   }
   ~State() { XML_ParserFree(parser); }
 
-  // The parser is C: what a handler throws waits until it has returned.
+  // The parser is C code, so an exception of a handler is kept until the parser has returned.
   template <class Step>
   void guarded(Step&& step) {
     if (thrown) return;
@@ -163,7 +163,7 @@ void XmlReader::read(XmlHandler& handler, ProgressEvent* progress) {
   State& state = *state_;
   state.handler = &handler;
   std::uint64_t given = 0;
-  // A first block that ends inside the byte order mark or the declaration would tell too little.
+  // Four bytes are needed to recognise UTF-16, with or without a byte order mark.
   while (state.reader.window().size() < 4 && state.reader.more()) {
   }
   state.look_at_coding();
@@ -184,7 +184,7 @@ void XmlReader::read(XmlHandler& handler, ProgressEvent* progress) {
     if (progress) progress->report(state.reader.percent());
     if (is_last) return;
     if (given - static_cast<std::uint64_t>(XML_GetCurrentByteIndex(state.parser)) > kLongestTag)
-      refuse(u"a tag of more than 16 MB");
+      refuse(u"a tag is longer than 16 MB");
     state.reader.more();
   }
 }

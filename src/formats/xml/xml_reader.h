@@ -1,8 +1,8 @@
-// An XML document as a stream of events, with the byte place of each: what reads the bilingual documents.
+// Reads an XML document as a stream of events, each with its place in bytes. The bilingual documents are read by it.
 //
-// Nothing outside the document is ever fetched and no entity but the five of XML itself is ever expanded: a document
-// that declares or uses another one is refused, so that neither a bomb nor a reference to another file does anything.
-// Any coding that Expat knows, and the ANSI code pages of one byte.
+// It fetches nothing outside the document and expands only the five entities of XML itself. A document that declares or
+// uses another entity is refused, so neither an entity bomb nor a reference to another file does harm. It reads all
+// codings that Expat knows, and the ANSI code pages of one byte a character.
 #pragma once
 
 #include <cstdint>
@@ -21,11 +21,11 @@ struct XmlPlace {
   std::uint64_t end = 0;
 };
 
-// Attributes of a tag. Names in a namespace read "namespace local", others are the plain name.
+// The attributes of a tag. A name in a namespace reads "namespace local", any other is the plain name.
 class XmlAttributes {
  public:
   explicit XmlAttributes(const char** pairs) : pairs_(pairs) {}
-  // The value, null when there is no such attribute.
+  // The value; null when there is no such attribute.
   const char* find(std::string_view name) const;
   std::string_view text(std::string_view name) const;  // "" when there is none
 
@@ -36,15 +36,16 @@ class XmlAttributes {
 class XmlHandler {
  public:
   virtual ~XmlHandler() = default;
-  // `space` is the element's namespace, "" for none. The end of an empty element has the place of its own tag's end.
+  // `space` is the element's namespace, "" for none. The end of an empty element has an empty place,
+  // at the end of its tag.
   virtual void start(std::string_view space, std::string_view name, const XmlAttributes& attributes,
                      XmlPlace place) = 0;
   virtual void end(std::string_view space, std::string_view name, XmlPlace place) = 0;
-  // In pieces, UTF-8, line ends as XML normalises them.
+  // Called with pieces of text in UTF-8, with line ends normalised by XML's rules.
   virtual void text(std::string_view text) = 0;
 };
 
-// What the bytes of a document are written in.
+// How the bytes of a document are coded, as far as it matters for writing into it.
 enum class XmlCoding {
   kUtf8,
   kUtf16Little,
@@ -60,12 +61,12 @@ class XmlReader {
   XmlReader(const XmlReader&) = delete;
   XmlReader& operator=(const XmlReader&) = delete;
 
-  // Reads the whole document, once. Throws `failure` 5 "<path>, line 3, column 7: ..." for one that is not well-formed,
-  // cut short or refused, and what the handler throws.
+  // Reads the whole document; call it once. Throws `failure` 5 with "<path>, line 3, column 7: ..." when the document
+  // is not well-formed, is cut short or is refused, and what the handler throws.
   void read(XmlHandler& handler, ProgressEvent* progress = nullptr);
-  // For a handler: throws `failure` 5 with the current place in front of the reason.
+  // For a handler: throws `failure` 5 with the current place before the reason.
   [[noreturn]] void refuse(std::u16string_view reason) const;
-  // Known from the first event on.
+  // Known once the first event has come.
   XmlCoding coding() const;
 
  private:

@@ -52,7 +52,8 @@ void append_xml_attribute(std::string& xml, std::string_view text) {
   append_escaped<'&', '<', '>', '"', '\t', '\n', '\r'>(xml, text);
 }
 
-// RFC 5646: the language in small letters, a script of four letters with a capital, a region of two in capitals.
+// By RFC 5646: the language in small letters, a script of four letters with a capital, a region of two letters in
+// capitals.
 std::string bcp47_of(std::string_view suite_code) {
   std::string code;
   for (std::string_view rest = suite_code;;) {
