@@ -7,7 +7,8 @@
 
 namespace kavo {
 
-// Members: Enumerate, Convert, ConvertInSet, CreateTarget, Messages and Settings, as docs/suite-interface.md describes them.
+// Members: Enumerate, Convert, ConvertInSet, CreateTarget, Messages and Settings, as docs/suite-interface.md describes
+// them.
 class FilterCatalogue final : public TableObject {
  public:
   FilterCatalogue();
@@ -16,10 +17,10 @@ class FilterCatalogue final : public TableObject {
   Value convert(std::span<Argument> arguments);
   Value convert_in_set(std::span<Argument> arguments);
   Value create(std::span<Argument> arguments);
-  // Forgets what the conversion before has told, and takes what the next one tells.
+  // Forgets the messages of the last conversion and takes those of the next one.
   MessageTaker new_messages();
 
-  ProgressEvent progress_;  // without a handler: it only lets the host process its messages
+  ProgressEvent progress_;  // has no handler; it only lets the host process its messages
   std::u16string messages_;
 };
 

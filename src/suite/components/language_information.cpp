@@ -8,7 +8,7 @@ namespace {
 constexpr std::int32_t kFilled = 0;
 constexpr std::int32_t kRefused = 1;
 
-// The record's first field tells its layout; there is this one.
+// The first field of a record gives its layout. There is one layout so far.
 constexpr std::int32_t kLayout = 1;
 
 template <class Row>

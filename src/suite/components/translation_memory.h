@@ -1,5 +1,4 @@
-// K19Suite.TranslationMemory: which memory file (TMX) a user wants to work with. What a memory holds is the editor's
-// business.
+// K19Suite.TranslationMemory: lets the user choose a memory file (TMX). The editor deals with its contents.
 #pragma once
 
 #include "platform/automation.h"

@@ -19,12 +19,12 @@ std::size_t index_of(const Value& number) {
 TranslationStatus status_from(const Value& number) {
   const std::int32_t value = as_number(number);
   if (value < 0 || value > static_cast<std::int32_t>(TranslationStatus::kApproved))
-    throw failure(FailureNumber::kInvalidCall, u"There is no such status of a segment");
+    throw failure(FailureNumber::kInvalidCall, u"A segment's status must be 0 to 5");
   return static_cast<TranslationStatus>(value);
 }
 
-// Hosts recognise the texts of scripts by the quotes around them: they see every text between two, whatever its
-// delimiters are in the script, and may give it back with them or without.
+// Hosts recognise the texts of scripts by the quotes around them. So they get every such text in quotes, whatever its
+// delimiters in the script, and may return it with or without them.
 std::u16string with_quotes(const std::u16string& text) { return text.empty() ? text : u"\"" + text + u"\""; }
 
 std::u16string_view without_quotes(std::u16string_view text) {
@@ -82,7 +82,7 @@ Value TUDDocument::merge_details(std::span<Argument> arguments) {
   return status_of_step([&] {
     const TudHeader& header = document().header();
     if (header.filter.empty())
-      throw failure(FailureNumber::kInvalidCall, u"The document does not tell which filter made it");
+      throw failure(FailureNumber::kInvalidCall, u"The document does not say which filter made it");
     arguments[0].value = to_utf16(header.source_format);
     arguments[1].value = document().target_name();
     arguments[2].value = core_file_name(header.skeleton);

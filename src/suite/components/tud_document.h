@@ -10,8 +10,8 @@
 namespace kavo {
 
 // Members: Open, GetMergeDetails, SaveOpenTag, SaveColouredOpenTag, LocateSkeleton, SegmentCount, GetSegment,
-// SetSegment, Close and LastError, as docs/suite-interface.md describes them. Each operation answers 0 when it is done,
-// else 1, and LastError then holds the reason.
+// SetSegment, Close and LastError; docs/suite-interface.md describes them. An operation returns 0 on success, else 1
+// with the reason in LastError.
 class TUDDocument final : public TableObject {
  public:
   TUDDocument();

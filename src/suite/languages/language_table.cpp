@@ -7,7 +7,7 @@ constexpr LanguageRow kLanguages[] = {
 #include "language_rows.inc"
 };
 
-// All ANSI code pages, and UTF-8 for the languages that have none.
+// All ANSI code pages, and UTF-8 for the languages without one.
 constexpr CodePageRow kCodePages[] = {
     {u"Thai", u"windows-874", 874},
     {u"Japanese", u"shift_jis", 932},

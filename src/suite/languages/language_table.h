@@ -1,5 +1,5 @@
-// The languages and code pages that the suite knows. The languages stand in languages/languages.tsv, which says where
-// each column comes from.
+// The languages and code pages that the suite knows. The languages come from languages.tsv, which names the source of
+// each column.
 #pragma once
 
 #include <cstdint>
@@ -14,9 +14,9 @@ struct LanguageRow {
   std::int32_t lcid;           // Windows locale identifier, 0x1000 when there is none
   std::int32_t code_page;      // ANSI, 65001 when there is none
   std::u16string_view script;  // ISO 15924
-  std::u16string_view tags;    // further tags of the same language in capitals, with a blank between them
+  std::u16string_view tags;    // further tags of the language, in capitals, separated by blanks
 };
-// By name. Of one language the usual variant is the last of those that a picker preselects.
+// Sorted by name. Where several variants of a language may be preselected by a picker, the last one is the usual.
 std::span<const LanguageRow> language_rows();
 
 struct CodePageRow {

@@ -11,7 +11,7 @@ namespace kavo {
 namespace {
 
 constexpr std::size_t kMostNearest = 3;
-constexpr std::size_t kLongestName = 100;  // what is longer is no name, and would take long to compare
+constexpr std::size_t kLongestName = 100;  // a longer text is not a name, and would take long to compare
 constexpr std::int32_t kNoIdentifier = 0x1000;
 constexpr std::u16string_view kListSeparators = u",;+";
 
@@ -29,7 +29,7 @@ bool is_script(std::u16string_view subtag) {
   return subtag.size() == 4 && std::ranges::all_of(subtag, [](char16_t c) { return c >= u'A' && c <= u'Z'; });
 }
 
-// A row by its code or one of its tags, in capitals.
+// Finds a row by its code or one of its tags, which must be in capitals.
 const LanguageRow* row_of(std::u16string_view tag) {
   const auto rows = language_rows();
   if (const auto row = std::ranges::find(rows, tag, &LanguageRow::code); row != rows.end()) return &*row;
@@ -38,7 +38,7 @@ const LanguageRow* row_of(std::u16string_view tag) {
   return row != rows.end() ? &*row : nullptr;
 }
 
-// Rows that a tag without a script becomes by one: HA-LATN-NG for HA-NG.
+// The rows whose tag is this one with a script added: HA-LATN-NG for HA-NG.
 std::vector<const LanguageRow*> rows_with_any_script(std::u16string_view tag) {
   std::vector<const LanguageRow*> found;
   const std::size_t dash = tag.find(u'-');
@@ -52,27 +52,27 @@ std::vector<const LanguageRow*> rows_with_any_script(std::u16string_view tag) {
   return found;
 }
 
-// IW-IL becomes HE-IL.
+// Replaces an outdated language code: IW-IL becomes HE-IL.
 std::u16string with_known_language(std::u16string_view tag) {
   const std::size_t end = std::min(tag.find(u'-'), tag.size());
   const LanguageRow* const language = row_of(tag.substr(0, end));
   return std::u16string(language != nullptr ? language->code : tag.substr(0, end)) + std::u16string(tag.substr(end));
 }
 
-// A tag with "-" between its parts, as some systems' names of locales have "_".
+// Writes "-" between the parts of a tag, where the locale names of some systems have "_".
 std::u16string as_tag(std::u16string_view text) {
   std::u16string tag = ascii_upper(trimmed(text));
   std::ranges::replace(tag, u'_', u'-');
   return tag;
 }
 
-// "Germany" of "German (Germany)", "Latin, Serbia" of "Serbian (Latin, Serbia)".
+// The part in brackets: "Germany" of "German (Germany)", "Latin, Serbia" of "Serbian (Latin, Serbia)".
 std::u16string_view variant_of(const LanguageRow& row) {
   const std::size_t open = row.name.find(u'(');
   return open == row.name.npos ? u"" : row.name.substr(open + 1, row.name.size() - open - 2);
 }
 
-// Gathers each row once, in the order of their likelihood.
+// Collects rows in the order of their likelihood, each once.
 class Nearest {
  public:
   explicit Nearest(std::u16string_view text) : text_(trimmed(text)), tag_(as_tag(text)) {}
@@ -92,7 +92,7 @@ class Nearest {
     });
     if (text_.size() < 3) return std::move(found_);
     add_misspelt();
-    // "Austria", "Austrian German".
+    // By a region at the start of the text: "Austria", "Austrian German".
     add_spoken_where([&](const LanguageRow& row) {
       const std::u16string_view variant = variant_of(row);
       return variant.size() > 3 && equal_ignoring_case(variant, text_.substr(0, variant.size()));
@@ -111,7 +111,7 @@ class Nearest {
       if (condition(row)) add(&row);
   }
 
-  // A region's own languages first: Windows gives them an identifier (DE-AT, not EN-AT).
+  // A region's own languages come first. Windows gives them an identifier (to DE-AT, not to EN-AT).
   template <class Condition>
   void add_spoken_where(Condition condition) {
     add_if([&](const LanguageRow& row) { return row.lcid != kNoIdentifier && condition(row); });
@@ -122,7 +122,7 @@ class Nearest {
     return row.code.size() == region.size() + 3 && row.code[2] == u'-' && row.code.ends_with(region);
   }
 
-  // One letter may be wrong, two in a long name.
+  // Allows one wrong letter, in a long name two.
   void add_misspelt() {
     const std::string typed = to_utf8(text_);
     for (std::size_t distance = 1; distance <= (typed.size() < 8 ? 1u : 2u); ++distance)
@@ -132,7 +132,8 @@ class Nearest {
       });
   }
 
-  // The text's letters stand in the name, in this order, and begin it: JPN for Japanese.
+  // Whether the text abbreviates the name: its letters occur there in this order, and the first begins it (JPN for
+  // Japanese).
   bool abbreviates(const LanguageRow& row) const {
     if (!variant_of(row).empty() || upper_case(row.name.front()) != upper_case(text_.front())) return false;
     std::u16string_view rest = text_;

@@ -1,4 +1,4 @@
-// K19Subst: the library starts it with a bilingual document, and the user's editor opens.
+// K19Subst, the editor launcher. The library starts it with a bilingual document; it opens the user's editor.
 #include <exception>
 
 #include "platform/console.h"
