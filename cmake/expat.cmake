@@ -1,5 +1,5 @@
-# kavo_expat: the XML parser. The system's library natively; for Windows, compiled from Debian's source package, which
-# scripts/setup.sh unpacks into the user's cache.
+# kavo_expat: the XML parser. Native builds use the system's library. Windows builds compile Debian's source package,
+# which scripts/setup.sh unpacks in the user's cache.
 add_library(kavo_expat INTERFACE)
 if(NOT WIN32)
   find_package(EXPAT REQUIRED)
@@ -25,7 +25,7 @@ file(CONFIGURE OUTPUT ${CMAKE_BINARY_DIR}/expat/expat_config.h CONTENT
 ")
 add_library(kavo_expat_static STATIC
   ${KAVO_EXPAT_SOURCE}/lib/xmlparse.c ${KAVO_EXPAT_SOURCE}/lib/xmlrole.c ${KAVO_EXPAT_SOURCE}/lib/xmltok.c)
-# Places beyond 2 GiB, which a 32-bit "long" cannot tell.
+# 64-bit places: a 32-bit "long" ends at 2 GiB.
 target_compile_definitions(kavo_expat_static PUBLIC XML_STATIC XML_LARGE_SIZE)
 target_include_directories(kavo_expat_static PRIVATE ${CMAKE_BINARY_DIR}/expat)
 target_include_directories(kavo_expat_static SYSTEM PUBLIC ${KAVO_EXPAT_SOURCE}/lib)

@@ -5,14 +5,14 @@ target_include_directories(kavo_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
 # -Wno-restrict: g++ 12 warns falsely about text + std::string (GCC bug 105329).
 target_compile_options(kavo_options INTERFACE -Wall -Wextra -Wshadow -Werror $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
 if(KAVO_SANITIZE)
-  # Instrumented code makes g++ 12 see uninitialized variants and strings where there are none.
+  # On instrumented code g++ 12 warns falsely about uninitialized variants and strings.
   target_compile_options(kavo_options INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
   target_compile_options(kavo_options INTERFACE -fsanitize=${KAVO_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -g)
   target_link_options(kavo_options INTERFACE -fsanitize=${KAVO_SANITIZE})
 endif()
 if(WIN32)
   target_compile_definitions(kavo_options INTERFACE UNICODE _UNICODE _WIN32_WINNT=0x0601 NOMINMAX WIN32_LEAN_AND_MEAN)
-  # Nothing may have to be shipped beside the binaries: the compiler's run-time is linked in.
+  # The compiler's run-time is linked in, so that nothing must be shipped beside the binaries.
   target_link_options(kavo_options INTERFACE -static)
   if(CMAKE_SIZEOF_VOID_P EQUAL 4)
     target_compile_options(kavo_options INTERFACE -msse2 -mfpmath=sse)
@@ -26,8 +26,8 @@ function(kavo_may_include name)
 endfunction()
 
 # kavo_room(<name> [DEPENDS <room>...] [FOLDERS <folder>...] [LIBRARIES <library>...] [SOURCES <file>...])
-# A static library of every .cpp of the folder itself and of these of its sub-folders. Other sub-folders hold adapters,
-# which the caller adds as SOURCES.
+# Makes a static library of all .cpp files in the folder and in the sub-folders named by FOLDERS. Other sub-folders hold
+# adapters for one system; the caller adds those as SOURCES.
 function(kavo_room name)
   cmake_parse_arguments(ROOM "" "" "DEPENDS;FOLDERS;LIBRARIES;SOURCES" ${ARGN})
   set(patterns ${ROOM_FOLDERS})

@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
-"""Compares src/suite/languages/languages.tsv with what it was made of and reports every difference.
+"""Compares src/suite/languages/languages.tsv with its sources and reports every difference.
 
   scripts/check-languages.py [LOCALE.NLS [WINNT.H [ISO-CODES FOLDER]]]
 
-Needs the Debian packages wine, mingw-w64-common (or mingw-w64-x86-64-dev) and iso-codes. Nothing of the build runs it.
-Ends with 1 when something differs that is not listed below as decided.
+Needs the Debian packages wine, mingw-w64-common (or mingw-w64-x86-64-dev) and iso-codes. The build does not run it.
+The exit code is 1 when there is a difference that is not listed below as decided.
 """
 import json
 import re
@@ -17,14 +17,14 @@ TABLE = Path(__file__).resolve().parent.parent / "src/suite/languages/languages.
 NO_IDENTIFIER = 0x1000
 NO_CODE_PAGE = 65001
 
-# What Wine's table does not have, or has otherwise. The head of languages.tsv gives the reasons.
+# Where the table differs from Wine's. The head of languages.tsv gives the reasons.
 DECIDED_CODES = {"ES-ES_TRADNL": "ES-ES-TRADNL"}
 DECIDED_ROWS = {"SR-CYRL-CS", "SR-LATN-CS", "TZM-TFNG", "TZM-TFNG-MA"}
 DECIDED_NAMES = {"PRS", "PRS-AF", "CA-ES-VALENCIA", "ES-ES-TRADNL", "NB", "NB-NO", "NB-SJ", "NN", "NN-NO"}
 DECIDED_SCRIPTS = {"BM": "Latn", "CCP": "Cakm", "JA": "Jpan", "KO": "Kore", "SHI": "Tfng", "VAI": "Vaii", "YUE": "Hant"}
-# winnt.h: a Tibetan of Bhutan that Windows has given up (Dzongkha has an identifier of its own).
+# In winnt.h only: Tibetan as spoken in Bhutan, which Windows has given up for Dzongkha with its own identifier.
 DECIDED_IDENTIFIERS = {0x0851}
-# Languages and regions that Unicode names by another word than ISO: the same ones, looked at one by one.
+# Languages and regions that Unicode and ISO name by different words. Each was checked to be the same one.
 DECIDED_WORDS = {
     "BAS": "Basaa", "FF": "Fula", "KSH": "Colognian", "NAQ": "Nama", "OR": "Odia", "TO": "Tongan", "YRL": "Nheengatu",
     "YUE": "Cantonese", "-BQ": "Caribbean Netherlands", "-PS": "Palestinian Territories", "-RU": "Russia",
@@ -85,7 +85,7 @@ class Nls:
 
 
 def expected_code_page(row, rows):
-    """Of the nearest locale that has one and that the row is a variant of, in the same script."""
+    """That of the nearest locale which has one, which the row is a variant of, and which is in the same script."""
     return next(
         (
             rows[parent].code_page

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Compares two builds of the `kavo` command: what they write, say and return for real documents, and how long they take.
+"""Compares two builds of the `kavo` command on real documents: the files they write, messages, exit codes and times.
 
     scripts/compare-builds.py BEFORE AFTER [--corpus FOLDER] [--only WORD] [--times [MEGABYTES]]
 
@@ -26,7 +26,7 @@ PREPARE = ["prepare", "{file}", "--source", "EN-US", "--target", "FR"]
 
 
 GROUPS = ("html", "mif", "rtf")
-# Converters that begin with the document itself; the others go on in the folder of the step before.
+# These converters begin with the document itself; the others continue in the folder of the step before.
 FRESH = ("protect", "validate", "extract")
 
 
@@ -39,7 +39,7 @@ def steps(path):
     """The commands of one document, by its type. `{file}`, `{stem}` and `{ext}` stand for parts of its name."""
     extension = path.suffix.lower()[1:]
     if extension in ("asp", "jsp", "php"):
-        # What the suite's road refuses (a PHP page) is compared as a refusal.
+        # Where both programs refuse a document, their refusals are compared.
         return [["html", "protect", "{file}"], ["html", "restore", "{stem}_{ext}.htm"], *road(
             "{stem}_{ext}_htm_FR.tud", "{stem}_{ext}_scr_FR.tud")]
     if extension in ("htm", "html"):
@@ -54,13 +54,13 @@ def steps(path):
 
 
 def run_all(program, documents, folder):
-    """Takes each document through its commands in a folder of its own; returns what was said, by document and step."""
+    """Takes each document through its commands in a folder of its own; returns messages and exit codes by document and step."""
     said = {}
     for document in documents:
         place = folder / document.parent.name / document.name
         place.mkdir(parents=True)
         for number, step in enumerate(steps(document)):
-            # The converters work on a copy each: their outputs must not be in the way of the road.
+            # Each converter works on a copy of its own, so that its output is not in the way of the other commands.
             at = place / "road"
             if step[0] in GROUPS:
                 at = place / str(number if step[1] in FRESH else number - 1)
@@ -85,7 +85,7 @@ def compare_outputs(before, after, documents):
     top = pathlib.Path(tempfile.mkdtemp(prefix="kavo-compare-"))
     results = {}
     for name, program in (("before", before), ("after", after)):
-        work = top / "work"  # one name for both: paths stand in results and messages
+        work = top / "work"  # one name for both programs, since results and messages hold paths
         work.mkdir()
         results[name] = run_all(program, documents, work)
         work.rename(top / name)

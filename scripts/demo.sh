@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Builds the kavo command and shows what it does with the documents of samples/: a page, a MIF manual and a text take the
-# whole road into bilingual documents and back; then the parts of that road, one by one.
-# The samples themselves are not touched; quick when nothing has changed.
+# Builds the kavo command and shows it at work on the documents of samples/. A page, a MIF manual and a text become
+# bilingual documents and documents again; then the steps of that way are shown one by one. The script works on copies,
+# and is quick when nothing has changed.
 set -euo pipefail
 top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 

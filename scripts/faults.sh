@@ -14,9 +14,9 @@
 #   scripts/faults.sh show "rebuild page" rename 3 EIO                     one run, with its calls, messages and files
 #   scripts/faults.sh show "rebuild page, existing" rename 3 SIGKILL
 #
-# Without a part all are run, which takes an hour and a half on two cores; --quick takes a tenth of the runs and
-# --step 4 every fourth one. Each prints a table; each violation is a line of JSON in build/faults.jsonl, with what
-# `show` wants to know. The exit code is 0 when nothing was found.
+# Without the name of a part all parts run, which takes an hour and a half on two cores. --quick makes a tenth of the
+# runs, --step 4 every fourth one. Each part prints a table. Each violation is a line of JSON in build/faults.jsonl, with
+# the arguments for `show`. The exit code is 0 when there was no violation.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 case ${1:-} in -h | --help) sed -n '2,20s/^# \{0,1\}//p' "scripts/faults.sh"; exit 0 ;; esac

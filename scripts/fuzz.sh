@@ -17,7 +17,7 @@ for target in "${targets[@]}"; do
   echo "== fuzzing $target for $seconds s"
   found=build/fuzz/found/$target
   mkdir -p "$found"
-  # What it finds stays in the build folder; a finding that matters becomes a seed or a test by hand.
+  # Findings stay in the build folder. Make a seed or a test of each one that matters.
   "build/fuzz/fuzz/fuzz_$target" -max_total_time="$seconds" -timeout=20 -rss_limit_mb=2048 -max_len=65536 \
     -artifact_prefix="$found/" -print_final_stats=1 "$found" "fuzz/seeds/$target" 2>"build/fuzz/$target.log" || {
     tail -40 "build/fuzz/$target.log" >&2

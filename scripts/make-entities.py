@@ -2,7 +2,7 @@
 """Writes src/formats/html/entities.inc: the named character references of the HTML Standard, section 13.5.
 
   scripts/make-entities.py            writes the file
-  scripts/make-entities.py --check    reports a difference; ends with 1 when there is one
+  scripts/make-entities.py --check    reports a difference with exit code 1
 
 The names come from the table in Python's standard library (html.entities.html5), which holds all of the standard's.
 """
@@ -27,6 +27,6 @@ def rows():
 text = HEAD + "".join(sorted(rows(), key=lambda row: row.split('"')[1]))
 if "--check" in sys.argv[1:]:
     if FILE.read_text(encoding="ascii") != text:
-        sys.exit(f"{FILE.name} is not what make-entities.py writes: run it and look at the difference")
+        sys.exit(f"{FILE.name} differs from what make-entities.py writes: run it and see what changed")
 else:
     FILE.write_text(text, encoding="ascii")

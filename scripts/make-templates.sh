@@ -1,7 +1,10 @@
 #!/usr/bin/env bash
-# Builds the Excel template with its macros through LibreOffice: make-templates.sh [FOLDER [BUILD]], into build/templates
-# if no folder is named. BUILD is a configured build folder; if none, what is missing is installed and build/native made.
-# How the PowerPoint template is made by hand is told in docs/office-xml.md.
+# Builds the Excel template kavo.xls with its macros through LibreOffice.
+#
+#   scripts/make-templates.sh [FOLDER [BUILD]]   default folder: build/templates
+#
+# BUILD is a configured build folder. Without it the script installs what is missing and configures build/native.
+# The PowerPoint template is made by hand: docs/office-xml.md says how.
 set -euo pipefail
 top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 folder=${1:-$top/build/templates}

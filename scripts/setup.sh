@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Installs what building and testing need on Debian 12, by package name, and nothing that is there already.
+# Installs the Debian 12 packages that building and testing need, except those that are installed already.
 #
 #   scripts/setup.sh            everything that scripts/test.sh needs
 #   scripts/setup.sh --native   what the kavo command and its tests need
@@ -21,8 +21,8 @@ case ${1:-} in
   *) echo "usage: setup.sh [--native | --full]" >&2; exit 2 ;;
 esac
 
-# fetch_source PACKAGE: Debian's source of a package, unpacked in the user's cache for the Windows builds, which no
-# binary package serves. Where it comes from is what the machine's own package sources say.
+# fetch_source PACKAGE: unpacks Debian's source of a package in the user's cache. The Windows builds compile it, since no
+# binary package serves them. It is fetched from the package sources that the machine is set up with.
 fetch_source() {
   local package=$1 folder=${XDG_CACHE_HOME:-$HOME/.cache}/kavo-sources/$1 work version
   [ -f "$folder/complete" ] && return 0
@@ -38,9 +38,9 @@ fetch_source() {
   done
   local own=(-o Dir::Etc::SourceList="$work/sources.list" -o Dir::Etc::SourceParts="$work/parts"
     -o Dir::State::Lists="$work/lists" -o Dir::Cache="$work/cache" -o APT::Sandbox::User="$(id -un)")
-  # A source of the machine that has no source packages is no failure; a missing package is.
+  # Package sources without source packages may fail here. What counts is whether the package is found below.
   apt-get "${own[@]}" update >"$work/log" 2>&1 || true
-  # The newest version that is to be had: a mirror may list one that it does not carry.
+  # The newest version that can be fetched: a mirror may list one that it does not hold.
   for version in $(apt-cache "${own[@]}" showsrc --only-source "$package" | sed -n 's/^Version: //p' | sort -rV); do
     if (cd "$work" && apt-get "${own[@]}" source "$package=$version" >>"$work/log" 2>&1); then
       rm -rf "$folder"
@@ -53,13 +53,13 @@ fetch_source() {
   done
   tail -20 "$work/log" >&2
   rm -rf "$work"
-  echo "setup.sh: the source of $package could not be fetched" >&2
+  echo "setup.sh: the source of $package could not be fetched (see above); check the machine's package sources" >&2
   return 1
 }
 
 missing=()
 for package in "${wanted[@]}"; do
-  # Node may have been installed another way; what counts is the command.
+  # Node may have been installed in another way, so look for the command, not for the package.
   [ "$package" = nodejs ] && command -v node npm >/dev/null && continue
   dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'ok installed' || missing+=("$package")
 done

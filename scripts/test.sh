@@ -21,7 +21,7 @@ case ${1:-} in
   *) sed -n '2,10s/^# \{0,1\}//p' "$0" >&2; exit 2 ;;
 esac
 
-# What one clone has compiled serves the next: ccache sees paths below the top folder as relative ones.
+# Paths below the top folder count as relative ones for ccache, so that clones share what they compile.
 export CCACHE_BASEDIR=$top CCACHE_NOHASHDIR=1
 
 passed=0
@@ -56,7 +56,7 @@ for part in "${parts[@]}"; do
       build native && { step "native tests"; run_tests native -LE slow; }
       note $? "native"
       echo "   the Office engine runs with LibreOffice: its tests are skipped here and run with --full"
-      # The share of pages that mean the same to an HTML parser before and after their repair.
+      # How many pages mean the same to an HTML parser before and after their repair.
       grep -hE '^[a-z].* pages, .* equal ' build/native/Testing/Temporary/LastTest.log | sed 's/^/   /'
       ;;
     sanitizers)
@@ -66,20 +66,21 @@ for part in "${parts[@]}"; do
       note $? "address, undefined-behaviour and leak sanitizers"
       ;;
     windows)
-      # Once in some hundred runs a program hangs in Wine itself; a second time limit in a row is a failure.
+      # Once in some hundred runs Wine itself hangs, so a test that runs out of time is run once more.
       step "Windows x64 build"
       build windows-x64 &&
         { step "Windows tests under Wine"; run_tests windows-x64 --repeat after-timeout:2; }
       note $? "Windows x64 under Wine"
       step "Windows x86 build"
-      # Debian's 64-bit Wine runs no 32-bit program: the tables of the libraries are tested, scripts where it can be.
+      # Debian's 64-bit Wine runs no 32-bit programs. So the tables in the library files are tested everywhere, and
+      # script hosts only where Wine can run them.
       build windows-x86 K19FPW K19Suite &&
         { step "Windows x86 library tests"; run_tests windows-x86 -R '_tables|script_'; }
       note $? "Windows x86 library"
       scripts/wine-run.sh --stop
       ;;
     office)
-      # Configured again: LibreOffice may have been installed since.
+      # Configures again, because LibreOffice may have been installed since.
       step "the Office engine"
       cmake build/native >build/native.log && build native && run_tests native -L slow --no-tests=error
       note $? "the Office engine with LibreOffice"
