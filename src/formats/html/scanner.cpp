@@ -11,9 +11,6 @@ namespace {
 
 bool is_blank(int c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r' || c == '\f'; }
 bool is_letter(int c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
-// The end of a placeholder that was given quotes.
-constexpr std::string_view kWrappedPlaceholderEnd = "-->\"";
-
 char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
 
 }  // namespace
@@ -243,93 +240,78 @@ const Token& HtmlScanner::rest_of_tag() {
       token_.whole = false;
       return finish(kind);
     }
-    const std::string_view window = reader_.window();
-    const char* p = window.data() + (p_ - reader_.position());
-    const char* const end = window.data() + window.size();
-    const char* const begin = p;
-    const auto here = [&] { return p_ + static_cast<std::uint64_t>(p - begin); };
-    const auto server_code = [&](char quote) {
-      if (*p == '<' && p + 1 != end && (p[1] == '%' || p[1] == '?')) listener_.server_code_in_tag(here(), quote);
-    };
-    bool done = false;
-    std::size_t ahead = 1;  // how many bytes behind p decide what it is
-    while (p != end && !done) {
-      const char c = *p;
-      if (c == '<' && p + 1 == end && !reader_.exhausted()) break;  // the next byte decides whether it is server code
-      if (c == '"' && state_ == TagState::kUnquoted) {
-        // Protection writes the placeholder of a script right behind an unquoted value. Its ">" does not end the tag.
-        const std::string_view rest(p, static_cast<std::size_t>(end - p));
-        if (rest.size() < script::kLongestPlaceholder && !reader_.exhausted()) {
-          ahead = script::kLongestPlaceholder;
-          break;
-        }
-        if (rest.substr(1).starts_with(script::kMarker)) {
-          const std::size_t last = rest.substr(0, script::kLongestPlaceholder).find(kWrappedPlaceholderEnd);
-          if (last != std::string_view::npos) {
-            p += last + kWrappedPlaceholderEnd.size();
-            continue;
-          }
-        }
+    const std::size_t ahead = read_tag();
+    if (ahead == 0) return finish(kind);
+    if (p_ < reader_.bytes_read()) byte_at(ahead, keep);
+  }
+}
+
+// Takes bytes of the tag, up to its end or that of the window. Returns how many bytes behind the ones taken say what
+// comes next, 0 at the end of the tag.
+std::size_t HtmlScanner::read_tag() {
+  const std::string_view window = reader_.window();
+  const char* const begin = window.data() + (p_ - reader_.position());
+  const char* const end = window.data() + window.size();
+  const std::uint64_t from = p_;
+  const auto take_to = [&](const char* p) { p_ = from + static_cast<std::uint64_t>(p - begin); };
+  const auto report_server_code = [&](const char* p, char quote) {
+    if (p + 1 != end && (p[1] == '%' || p[1] == '?'))
+      listener_.server_code_in_tag(from + static_cast<std::uint64_t>(p - begin), quote);
+  };
+  const char* p = begin;
+  for (; p != end; ++p) {
+    if (*p == '<' && p + 1 == end && !reader_.exhausted()) break;  // what follows says whether it is server code
+    if (state_ == TagState::kDouble || state_ == TagState::kSingle) {
+      const char quote = state_ == TagState::kDouble ? '"' : '\'';
+      p = quote == '"' ? find_any<'"', '<'>(p, end) : find_any<'\'', '<'>(p, end);
+      if (p == end) break;
+      if (*p == quote)
+        state_ = TagState::kAfterQuoted;
+      else
+        report_server_code(p, quote);
+    } else if (*p == '>') {
+      token_.self_closing = state_ == TagState::kSlash;
+      take_to(p + 1);
+      return 0;
+    } else if (*p == '"' && state_ == TagState::kUnquoted) {
+      const std::optional<std::size_t> placeholder = quoted_placeholder({p, end});
+      if (!placeholder) {
+        take_to(p);
+        return html::placeholder::kLongestPlaceholder;
       }
-      switch (state_) {
-        case TagState::kDouble:
-        case TagState::kSingle: {
-          const char quote = state_ == TagState::kDouble ? '"' : '\'';
-          p = quote == '"' ? find_any<'"', '<'>(p, end) : find_any<'\'', '<'>(p, end);
-          if (p == end) continue;
-          if (*p == quote)
-            state_ = TagState::kAfterQuoted;
-          else
-            server_code(quote);
-          break;
-        }
-        case TagState::kUnquoted:
-          if (c == '>')
-            done = true;
-          else if (is_blank(c))
-            state_ = TagState::kBeforeName;
-          else if (c == '<')
-            server_code(0);
-          break;
-        case TagState::kBeforeValue:
-          if (c == '"')
-            state_ = TagState::kDouble;
-          else if (c == '\'')
-            state_ = TagState::kSingle;
-          else if (c == '>')
-            done = true;
-          else if (!is_blank(c)) {
-            state_ = TagState::kUnquoted;
-            if (c == '<') server_code(0);
-          }
-          break;
-        case TagState::kAttributeName:
-        case TagState::kAfterName:
-        case TagState::kBeforeName:
-        case TagState::kAfterQuoted:
-        case TagState::kName:
-        case TagState::kSlash:
-          if (c == '>') {
-            token_.self_closing = state_ == TagState::kSlash;
-            done = true;
-          } else if (c == '/') {
-            state_ = TagState::kSlash;
-          } else if (is_blank(c)) {
-            state_ = state_ == TagState::kAttributeName || state_ == TagState::kAfterName ? TagState::kAfterName
-                                                                                          : TagState::kBeforeName;
-          } else if (c == '=' && (state_ == TagState::kAttributeName || state_ == TagState::kAfterName)) {
-            state_ = TagState::kBeforeValue;
-          } else {
-            state_ = TagState::kAttributeName;
-            if (c == '<') server_code(0);
-          }
-          break;
-      }
-      ++p;
+      if (*placeholder != 0) p += *placeholder - 1;
+    } else {
+      step(*p);
+      if (*p == '<') report_server_code(p, 0);
     }
-    p_ = here();
-    if (done) return finish(kind);
-    if (p != end) byte_at(ahead, keep);
+  }
+  take_to(p);
+  return 1;
+}
+
+// Protection puts the placeholder of a script right behind an unquoted value; its ">" does not end the tag. The length
+// of one that begins `bytes`, which begin with a quote; 0 for none, nothing when more bytes must be seen.
+std::optional<std::size_t> HtmlScanner::quoted_placeholder(std::string_view bytes) const {
+  using namespace html::placeholder;
+  if (bytes.size() < kLongestPlaceholder && !reader_.exhausted()) return std::nullopt;
+  if (!bytes.substr(1).starts_with(kMarker)) return 0;
+  const std::size_t last = bytes.substr(0, kLongestPlaceholder).find(kQuotedEnd);
+  return last == std::string_view::npos ? 0 : last + kQuotedEnd.size();
+}
+
+// A character of a tag outside quotes that does not end it.
+void HtmlScanner::step(char c) {
+  const bool is_after_name = state_ == TagState::kAttributeName || state_ == TagState::kAfterName;
+  if (state_ == TagState::kUnquoted) {
+    if (is_blank(c)) state_ = TagState::kBeforeName;
+  } else if (state_ == TagState::kBeforeValue) {
+    if (!is_blank(c)) state_ = c == '"' ? TagState::kDouble : c == '\'' ? TagState::kSingle : TagState::kUnquoted;
+  } else if (c == '/') {
+    state_ = TagState::kSlash;
+  } else if (is_blank(c)) {
+    state_ = is_after_name ? TagState::kAfterName : TagState::kBeforeName;
+  } else {
+    state_ = c == '=' && is_after_name ? TagState::kBeforeValue : TagState::kAttributeName;
   }
 }
 

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "common/byte_scan.h"
+#include "formats/html/script_marker.h"
 
 namespace kavo::html {
 namespace {
@@ -169,15 +170,13 @@ bool TokenScanner::at_server_code_in_tag() {
 // At a quote in an unquoted value: skips the placeholder of a script that protection wrote right behind the value. Its
 // ">" does not end the tag.
 bool TokenScanner::skip_wrapped_placeholder() {
-  constexpr std::string_view kBegin = "\"<!-- ASP2HTML";
-  constexpr std::string_view kEnd = "-->\"";
-  constexpr std::size_t kLongest = 256;  // protection writes at most 40 bytes
-  has(at_ + kLongest);
-  const std::string_view rest = input_.window().substr(at_, kLongest);
-  if (!rest.starts_with(kBegin)) return false;
-  const std::size_t end = rest.find(kEnd);
+  using namespace placeholder;
+  has(at_ + kLongestPlaceholder);
+  const std::string_view rest = input_.window().substr(at_, kLongestPlaceholder);
+  if (!rest.substr(1).starts_with(kMarker)) return false;
+  const std::size_t end = rest.find(kQuotedEnd);
   if (end == std::string_view::npos) return false;
-  at_ += end + kEnd.size();
+  at_ += end + kQuotedEnd.size();
   return true;
 }
 
@@ -197,119 +196,124 @@ bool TokenScanner::tag_stops(PageToken& token) {
 
 bool TokenScanner::tag(PageToken& token, TokenKind kind) {
   for (;;) {
-    const std::string_view window = input_.window();
-    if (at_ == window.size()) {
+    if (at_ == input_.window().size()) {
       if (tag_stops(token)) return true;
       continue;
     }
-    const char c = window[at_];
-    if (c == '<' && state_ != TagState::kName && state_ != TagState::kServerCode) {
-      const std::size_t begin = at_;
-      if (at_server_code_in_tag()) {
-        if (state_ == TagState::kBeforeName || state_ == TagState::kAfterName) {
-          attributes_.emplace_back().name = begin;
-          state_ = TagState::kAttributeName;
-        } else if (state_ == TagState::kBeforeValue) {
-          attributes_.back().value = begin;
-          state_ = TagState::kUnquoted;
-        }
-        outer_state_ = state_;
-        state_ = TagState::kServerCode;
-        continue;
-      }
+    const char c = input_.window()[at_];
+    if (state_ == TagState::kServerCode) {
+      if (!leave_server_code() && tag_stops(token)) return true;
+    } else if (c == '>' && state_ == TagState::kBeforeName) {
+      return tag_end(token, kind);
+    } else if (c != '<' || !enter_server_code()) {
+      step(c);
     }
-    const bool ends_word = is_space(c) || c == '>' || c == '/';
-    switch (state_) {
-      case TagState::kName:
-        if (!ends_word) {
-          ++at_;
-          continue;
-        }
-        name_end_ = at_;
-        state_ = TagState::kBeforeName;
-        continue;
-      case TagState::kBeforeName:
-        if (c == '>') break;
-        if (!ends_word) {
-          attributes_.emplace_back().name = at_;
-          state_ = TagState::kAttributeName;
-        }
-        ++at_;
-        continue;
-      case TagState::kAttributeName:
-        if (!ends_word && c != '=') {
-          ++at_;
-          continue;
-        }
-        attributes_.back().name_end = at_;
-        state_ = TagState::kAfterName;
-        continue;
-      case TagState::kAfterName:
-        if (c == '=') {
-          state_ = TagState::kBeforeValue;
-        } else if (!is_space(c)) {
-          state_ = TagState::kBeforeName;
-          continue;
-        }
-        ++at_;
-        continue;
-      case TagState::kBeforeValue:
-        if (is_space(c)) {
-          ++at_;
-        } else if (c == '>') {
-          state_ = TagState::kBeforeName;
-        } else if (c == '"' || c == '\'') {
-          attributes_.back().quote = c;
-          attributes_.back().value = ++at_;
-          state_ = TagState::kQuoted;
-        } else {
-          attributes_.back().value = at_;
-          state_ = TagState::kUnquoted;
-          ++at_;
-        }
-        continue;
-      case TagState::kQuoted: {
-        AttributeSpan& attribute = attributes_.back();
-        if (c == attribute.quote) {
-          attribute.value_end = at_;
-          state_ = TagState::kBeforeName;
-        }
-        ++at_;
-        const char* const end = window.data() + window.size();
-        if (state_ == TagState::kQuoted)
-          at_ = static_cast<std::size_t>((attribute.quote == '"' ? find_any<'"', '<'>(window.data() + at_, end)
-                                                                 : find_any<'\'', '<'>(window.data() + at_, end)) -
-                                         window.data());
-        continue;
-      }
-      case TagState::kUnquoted:
-        if (is_space(c) || c == '>') {
-          attributes_.back().value_end = at_;
-          state_ = TagState::kBeforeName;
-        } else if (c != '"' || !skip_wrapped_placeholder()) {
-          ++at_;
-        }
-        continue;
-      case TagState::kServerCode: {
-        const std::size_t end = find(window, at_, closer_);
-        if (end != window.size()) {
-          at_ = end + closer_.size();
-          state_ = outer_state_;
-          continue;
-        }
-        // The tail may be the beginning of the closer.
-        if (window.size() >= closer_.size()) at_ = std::max(at_, window.size() - (closer_.size() - 1));
-        if (tag_stops(token)) return true;
-        continue;
-      }
-    }
-    // The tag's end.
-    const std::size_t size = at_ + 1;
-    const bool is_overlong = rest_ == Rest::kTag || size > kLongestToken;
-    rest_ = Rest::kNone;
-    token.name = is_overlong ? std::string_view() : window.substr(name_, name_end_ - name_);
-    return give(token, is_overlong ? TokenKind::kOverlong : kind, size);
   }
+}
+
+bool TokenScanner::tag_end(PageToken& token, TokenKind kind) {
+  const std::size_t size = at_ + 1;
+  const bool is_overlong = rest_ == Rest::kTag || size > kLongestToken;
+  rest_ = Rest::kNone;
+  token.name = is_overlong ? std::string_view() : input_.window().substr(name_, name_end_ - name_);
+  return give(token, is_overlong ? TokenKind::kOverlong : kind, size);
+}
+
+// At a "<": goes into the server code that begins there, if any; it may be a name or a value, or part of one.
+bool TokenScanner::enter_server_code() {
+  const std::size_t begin = at_;
+  if (state_ == TagState::kName || !at_server_code_in_tag()) return false;
+  if (state_ == TagState::kBeforeName || state_ == TagState::kAfterName) {
+    attributes_.emplace_back().name = begin;
+    state_ = TagState::kAttributeName;
+  } else if (state_ == TagState::kBeforeValue) {
+    attributes_.back().value = begin;
+    state_ = TagState::kUnquoted;
+  }
+  outer_state_ = state_;
+  state_ = TagState::kServerCode;
+  return true;
+}
+
+// False when the code goes on behind the window.
+bool TokenScanner::leave_server_code() {
+  const std::string_view window = input_.window();
+  const std::size_t end = find(window, at_, closer_);
+  if (end != window.size()) {
+    at_ = end + closer_.size();
+    state_ = outer_state_;
+    return true;
+  }
+  // The closer may have begun.
+  if (window.size() >= closer_.size()) at_ = std::max(at_, window.size() - (closer_.size() - 1));
+  return false;
+}
+
+// Takes the character at_, or leaves it to another state.
+void TokenScanner::step(char c) {
+  const bool ends_word = is_space(c) || c == '>' || c == '/';
+  switch (state_) {
+    case TagState::kName:
+      if (!ends_word) break;
+      name_end_ = at_;
+      state_ = TagState::kBeforeName;
+      return;
+    case TagState::kBeforeName:
+      if (ends_word) break;
+      attributes_.emplace_back().name = at_;
+      state_ = TagState::kAttributeName;
+      break;
+    case TagState::kAttributeName:
+      if (!ends_word && c != '=') break;
+      attributes_.back().name_end = at_;
+      state_ = TagState::kAfterName;
+      return;
+    case TagState::kAfterName:
+      if (c == '=') {
+        state_ = TagState::kBeforeValue;
+      } else if (!is_space(c)) {
+        state_ = TagState::kBeforeName;
+        return;
+      }
+      break;
+    case TagState::kBeforeValue:
+      if (is_space(c)) break;
+      if (c == '>') {
+        state_ = TagState::kBeforeName;
+        return;
+      }
+      if (c == '"' || c == '\'') attributes_.back().quote = c;
+      attributes_.back().value = attributes_.back().quote != 0 ? at_ + 1 : at_;
+      state_ = attributes_.back().quote != 0 ? TagState::kQuoted : TagState::kUnquoted;
+      break;
+    case TagState::kQuoted:
+      return quoted(c);
+    case TagState::kUnquoted:
+      if (is_space(c) || c == '>') {
+        attributes_.back().value_end = at_;
+        state_ = TagState::kBeforeName;
+        return;
+      }
+      if (c == '"' && skip_wrapped_placeholder()) return;
+      break;
+    case TagState::kServerCode:
+      return;
+  }
+  ++at_;
+}
+
+void TokenScanner::quoted(char c) {
+  AttributeSpan& attribute = attributes_.back();
+  if (c == attribute.quote) {
+    attribute.value_end = at_++;
+    state_ = TagState::kBeforeName;
+    return;
+  }
+  const std::string_view window = input_.window();
+  const char* const end = window.data() + window.size();
+  const char* const from = window.data() + at_ + 1;
+  const char* const found = attribute.quote == '"' ? find_any<'"', '<'>(from, end) : find_any<'\'', '<'>(from, end);
+  at_ = static_cast<std::size_t>(found - window.data());
 }
 
 }  // namespace kavo::html
