@@ -55,6 +55,17 @@ TEST_F(RebuildCommand, AnotherRunReplacesTheResultOnlyWhenAskedTo) {
   EXPECT_EQ(run_kavo({"rebuild", tud}).code, 1);
 }
 
+// Names that scratch files have had: beside a document that is not there, and of the page before its scripts return.
+TEST_F(RebuildCommand, FilesOfTheUsersThatAreNamedLikeScratchFilesStay) {
+  folder.write(u"nonexist.otf", "a font");
+  EXPECT_EQ(run_kavo({"rebuild", path(u"nonexist.tud")}).code, 1);
+  EXPECT_EQ(folder.read(u"nonexist.otf"), "a font");
+  prepare_page();
+  for (const char16_t* name : {u"index_asp_FR.htm", u"index_asp_htm_FR.otf"}) folder.write(name, "mine");
+  EXPECT_EQ(run_kavo({"rebuild", "--overwrite", path(u"index_asp_htm_FR.tud")}).code, 0);
+  for (const char16_t* name : {u"index_asp_FR.htm", u"index_asp_htm_FR.otf"}) EXPECT_EQ(folder.read(name), "mine");
+}
+
 TEST_F(RebuildCommand, AFileOfTheUsersThatIsInTheWayComesBackUnderItsOwnName) {
   prepare_page();
   // The script document has this name meanwhile, in other letter case.

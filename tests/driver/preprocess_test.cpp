@@ -152,6 +152,54 @@ TEST_F(PreProcess, FaultAnywhereLeavesTheSourceAndNoHalfWrittenFile) {
   EXPECT_EQ(result, 0);
 }
 
+// Somebody may have translated them by hand.
+TEST_F(PreProcess, FaultAnywhereBringsBackTheOlderPageAndScriptFile) {
+  FaultyFiles faulty(files);
+  const BlockSizeScope blocks(16);
+  std::int32_t result = -1;
+  std::size_t failed = 0;
+  for_each_fault(
+      faulty, {.partial_bytes = 3},
+      [&](std::size_t) {
+        ports().files = &files;
+        files.put(kPage, kPageText);
+        for (const std::u16string& name : kPageFiles) files.put(name, "older");
+        K19FPWObj object;
+        ports().files = &faulty;
+        result = pre_process(object, std::u16string(kPage));
+      },
+      [&](std::size_t number) {
+        for (const std::u16string& name : kPageFiles)
+          EXPECT_EQ(files.get(name) == "older", result != 0) << number << " gives " << result;
+        EXPECT_EQ(files.all_files().size(), 3u) << number;
+        failed += result != 0;
+      });
+  EXPECT_GT(failed, 15u);
+  EXPECT_EQ(result, 0);
+}
+
+TEST_F(PreProcess, InterruptionAnywhereBringsBackTheOlderPageAndScriptFile) {
+  std::string text;
+  for (int i = 0; i < 300; ++i) text += kPageText;
+  files.put(kPage, text);
+  const BlockSizeScope blocks(256);
+  K19FPWObj object;
+  ASSERT_EQ(pre_process(object, std::u16string(kPage)), 0);
+  const std::size_t events = desktop.process_messages_calls;
+  ASSERT_GT(events, 20u);
+  for (std::size_t stop = 1; stop <= events; stop += 7) {
+    for (const std::u16string& name : kPageFiles) files.put(name, "older");
+    desktop.process_messages_calls = 0;
+    desktop.on_process_messages = [&] {
+      if (desktop.process_messages_calls == stop) request_interrupt();
+    };
+    EXPECT_EQ(failure_number([&] { pre_process(object, std::u16string(kPage)); }), 18);
+    desktop.on_process_messages = {};
+    for (const std::u16string& name : kPageFiles) EXPECT_EQ(files.get(name), "older") << "stopped at event " << stop;
+    EXPECT_EQ(files.all_files().size(), 3u) << "stopped at event " << stop;
+  }
+}
+
 TEST_F(PreProcess, InterruptionAnywhereIsRaisedAndLeavesNothing) {
   std::string text;
   for (int i = 0; i < 300; ++i) text += kPageText;
