@@ -19,6 +19,7 @@
 #include "platform/adapters.h"
 #include "platform/case_fold.h"
 #include "platform/posix/host.h"
+#include "platform/posix/large_folders.h"
 #include "platform/posix/paths.h"
 #include "platform/wildcard.h"
 
@@ -123,6 +124,15 @@ bool is_untrusted_link(const struct stat& link, const std::string& path) {
          link.st_uid != parent->st_uid;
 }
 
+// The entries that are `name` when case does not count, where that is known without a look at every name.
+std::optional<std::vector<std::u16string>> find_in_large_folder(const std::string& folder, std::u16string_view name) {
+  const std::string host = path_to_host(name);
+  const std::optional<std::size_t> spellings = spellings_in_large_folder(folder, host);
+  if (spellings == std::size_t{0}) return std::vector<std::u16string>();
+  const bool is_only_one = spellings == std::size_t{1} && status_of(folder + "/" + host, false).has_value();
+  if (!is_only_one) return std::nullopt;
+  return std::vector<std::u16string>{std::u16string(name)};
+}
 
 class PosixFiles final : public FileSystem {
  public:
@@ -166,6 +176,10 @@ class PosixFiles final : public FileSystem {
     const std::size_t split = separator == std::u16string_view::npos ? 0 : separator + 1;
     const std::string folder = split == 0 ? "." : resolve(pattern.substr(0, split));
     const std::u16string_view wanted = pattern.substr(split);
+    if (wanted.find_first_of(u"*?") == std::u16string_view::npos) {
+      const std::optional<std::vector<std::u16string>> known = find_in_large_folder(folder, wanted);
+      if (known) return *known;
+    }
     std::vector<std::u16string> names;
     for_each_entry(folder, [&](const char* entry) {
       std::u16string name = path_from_host(entry);

@@ -12,6 +12,7 @@
 #include "platform/case_fold.h"
 #include "platform/files.h"
 #include "platform/posix/host.h"
+#include "platform/posix/large_folders.h"
 #include "platform/unicode.h"
 
 namespace kavo {
@@ -32,13 +33,20 @@ struct CloseFolder {
 
 // The first entry, in the order of bytes, that is `name` when case does not count.
 std::optional<std::string> find_ignoring_case(const std::string& folder, const std::string& name) {
+  const std::optional<std::size_t> spellings = spellings_in_large_folder(folder, name);
+  if (spellings == std::size_t{0}) return std::nullopt;
   const std::u16string wanted = to_utf16(name);
   std::optional<std::string> best;
-  for_each_entry(folder.empty() ? "." : folder, [&](const char* entry) {
+  std::size_t entries = 0;
+  for_each_entry(folder, [&](const char* entry) {
+    ++entries;
     if ((!best || entry < *best) && equal_ignoring_case(to_utf16(entry), wanted)) best = entry;
   });
+  if (!spellings && entries >= kLargeFolder) keep_large_folder(folder);
   return best;
 }
+
+std::string folder_or_current(const std::string& folder) { return folder.empty() ? "." : folder; }
 
 }  // namespace
 
@@ -90,14 +98,16 @@ std::string resolve(std::u16string_view path) {
   const std::string host = path_to_host(path);
   if (host.find('\0') != std::string::npos) throw host_failure(EINVAL);
   if (host.empty() || exists(host)) return host;
-  std::string resolved;
-  std::size_t at = 0;
+  // Mostly the folder is there and only the last name is not.
+  std::string resolved = split_host_path(host).folder;
+  if (!resolved.empty() && !exists(resolved)) resolved.clear();
+  std::size_t at = resolved.size();
   while (at < host.size()) {
     const std::size_t end = std::min(host.find('/', at), host.size());
     const std::string name = host.substr(at, end - at);
     if (!name.empty()) {
       if (!exists(resolved + name)) {
-        const std::optional<std::string> found = find_ignoring_case(resolved, name);
+        const std::optional<std::string> found = find_ignoring_case(folder_or_current(resolved), name);
         if (!found) return resolved + host.substr(at);
         resolved += *found;
       } else {
