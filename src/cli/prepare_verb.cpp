@@ -7,6 +7,7 @@
 #include "cli/verb.h"
 #include "common/document_names.h"
 #include "common/file_type.h"
+#include "common/folder_run.h"
 #include "common/path_parts.h"
 #include "driver/K19FPWObj.h"
 #include "driver/companions.h"
@@ -19,6 +20,7 @@
 #include "suite/document/bilingual_document.h"
 #include "suite/filters/filter_options.h"
 #include "workflow/page_guard.h"
+#include "workflow/set_update.h"
 
 namespace kavo {
 namespace {
@@ -43,9 +45,10 @@ class Prepare final : public Verb {
                    "Texts of scripts to offer: likely (those in doubt locked), all (those in doubt too) or none")
         ->type_name("WHICH")
         ->check(CLI::IsMember({"likely", "all", "none"}));
+    app.add_flag("--fresh", fresh_, "Start anew: take nothing over from bilingual documents that are there");
     app.add_flag("--overwrite", overwrite_,
-                 "Replace bilingual documents that hold translations, and what a resource script already has in the "
-                 "target language");
+                 "Replace files in the way that were not made of this document, and what a resource script already has "
+                 "in the target language");
     app.add_flag("--no-repair", no_repair_, "Leave the tags of pages as they are");
     app.add_option("--filter-option", filter_options_,
                    "What a filter is to do, such as rc.dialog-font=\"MS UI Gothic\" (docs/filter-options.md has all)")
@@ -65,53 +68,77 @@ class Prepare final : public Verb {
     if (overwrite_) options["overwrite"] = "on";
     if (!scripts_.empty()) options["scripts.offer"] = scripts_;
     for (const auto& [key, value] : options) languages_.filter_options += to_utf16(key + "=" + value + "\n");
-    languages_.replaces_objects = overwrite_;
     languages_.source = to_utf16(source_);
     languages_.target = to_utf16(target_);
+    std::vector<std::u16string> folders;
+    for (const std::u16string& file : files) folders.push_back(folder_of(ports().files->absolute(file)));
+    std::ranges::sort(folders, LessIgnoringCase());
+    const auto doubled = std::ranges::unique(folders, equal_ignoring_case);
+    folders.erase(doubled.begin(), doubled.end());
+    known_.emplace(languages_.source, languages_.target, std::move(folders));
   }
   std::u16string workplace(const std::u16string& file) const override { return file; }
   Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
     if (const auto left_out = outcome_of_side_file(file)) return *left_out;
     if (!overwrite_) {
-      for (const std::u16string& tud : bilingual_documents_of(file, languages_.target)) refuse_translated(tud);
       refuse_work_beside_prepared_page(file);
       refuse_others_side_files(file);
     }
     Outcome outcome;
     PreparationRequest request = command_request(file);
     request.repairs = request.repairs && !no_repair_;
+    SetUpdate update(*known_, file, overwrite_);
+    RunLanguages languages = languages_;
+    // What lies beside a document of ours was made of this source, too.
+    languages.replaces_objects = overwrite_ || update.has_documents();
+    FolderRun run(file);
     const ConvertedDocument converted =
-        prepare_and_convert(request, batch_, languages_, outcome_observer(outcome, progress));
+        prepare_and_convert(request, batch_, languages, outcome_observer(outcome, progress));
     outcome.result = converted.preparation.result != 0 ? converted.preparation.result : converted.conversion.result;
     if (!converted.is_done()) outcome.ending = Outcome::kFailed;
     for (const ProducedFile& produced : converted.preparation.files)
       if (!produced.tud_name.empty()) outcome.produced.push_back({produced.tud_name, kBilingualDocument});
     if (converted.conversion.result != 0) outcome.messages.push_back({converted.conversion.reason});
+    const bool is_unchanged = converted.is_done() && !fresh_ && !take_over(update, converted, outcome);
+    if (!is_unchanged) run.commit();
+    return outcome;
+  }
+  std::optional<Outcome> finish() override {
+    if (updated_ < 2) return std::nullopt;
+    Outcome outcome;
+    add_counts(outcome, total_, to_utf16(std::to_string(updated_)) + u" files updated: ");
+    outcome.details["update"]["files"] = updated_;
     return outcome;
   }
 
  private:
-  // Throws `failure` 58 for a bilingual document that would take somebody's work along.
-  static void refuse_translated(const std::u16string& tud) {
-    if (!ports().files->info(tud)) return;
-    std::size_t translated = 0;
-    try {
-      const BilingualDocument document(tud);
-      for (std::size_t i = 0; i < document.size(); ++i) {
-        const TranslationStatus status = document.segment(i).status;
-        if (status != TranslationStatus::kUntranslated && status != TranslationStatus::kLocked) ++translated;
-      }
-    } catch (const failure& reason) {
-      throw failure(FailureNumber::kFileAlreadyExists,
-                    path_text(tud) + u" is there and cannot be read: " + reason.description() + kOverwriteAdvice);
-    }
-    if (translated == 0) return;
-    throw failure(
-        FailureNumber::kFileAlreadyExists,
-        path_text(tud) + u" holds translated texts (" + to_utf16(std::to_string(translated)) + u")" + kOverwriteAdvice);
+  // False when everything is as it was.
+  bool take_over(SetUpdate& update, const ConvertedDocument& converted, Outcome& outcome) {
+    const SetUpdateReport report = update.apply(converted.preparation.files);
+    for (const Message& message : known_->take_messages()) outcome.messages.push_back(message);
+    if (!report.is_update) return true;
+    add_counts(outcome, report.counts, report.is_unchanged ? u"unchanged: " : u"");
+    outcome.details["update"]["unchanged"] = report.is_unchanged;
+    total_ += report.counts;
+    ++updated_;
+    return !report.is_unchanged;
   }
 
-  // The same for the side files' documents that another MIF document of the folder needs for its way back.
+  static void add_counts(Outcome& outcome, const UpdateCounts& counts, const std::u16string& heading) {
+    const std::pair<const char*, std::uint64_t> fields[] = {{"kept", counts.kept},
+                                                            {"moved", counts.moved},
+                                                            {"similar", counts.similar},
+                                                            {"new", counts.fresh},
+                                                            {"removed", counts.removed}};
+    std::string text;
+    for (const auto& [name, count] : fields) {
+      outcome.details["update"][name] = count;
+      text += (text.empty() ? "" : ", ") + std::to_string(count) + " " + name;
+    }
+    outcome.messages.push_back({heading + to_utf16(text)});
+  }
+
+  // Throws `failure` 58 for side files' documents that another MIF document of the folder needs for its way back.
   void refuse_others_side_files(const std::u16string& document) const {
     const std::vector<std::u16string> own = bilingual_documents_of(document, languages_.target);
     if (FileTypeOf(document) != kMifDocument || !ports().files->info(own[1])) return;
@@ -140,10 +167,14 @@ class Prepare final : public Verb {
   std::string scripts_;
   bool overwrite_ = false;
   bool no_repair_ = false;
+  bool fresh_ = false;
   std::vector<std::string> filter_options_;
   RunLanguages languages_;
   std::optional<K19FPWObj> driver_;  // keeps the suite's filters at hand
   PreparationBatch batch_;
+  std::optional<TranslatedFolders> known_;
+  UpdateCounts total_;
+  std::size_t updated_ = 0;  // files
 };
 
 constexpr VerbEntry kVerbs[] = {

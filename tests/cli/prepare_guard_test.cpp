@@ -30,7 +30,7 @@ class PrepareGuard : public testing::Test {
   TempFolder folder;
 };
 
-TEST_F(PrepareGuard, TranslationsAreReplacedOnlyWhenAskedTo) {
+TEST_F(PrepareGuard, TranslationsAreReplacedOnlyByAFreshStart) {
   const struct {
     const char* name;
     const char16_t* document;
@@ -49,12 +49,11 @@ TEST_F(PrepareGuard, TranslationsAreReplacedOnlyWhenAskedTo) {
     EXPECT_EQ(prepare({document}).code, 0) << "without a translation there is nothing to lose";
     ASSERT_EQ(run_kavo({"pseudo", path(c.translated)}).code, 0);
     const std::string translation = folder.read(c.translated);
-    const Ran refused = prepare({document});
-    EXPECT_EQ(refused.code, 1);
-    EXPECT_NE(refused.errors.find(path(c.translated) + " holds "), std::string::npos) << refused.errors;
-    EXPECT_NE(refused.errors.find("--overwrite"), std::string::npos);
-    EXPECT_EQ(folder.read(c.translated), translation);
-    EXPECT_EQ(prepare({document}, true).code, 0);
+    for (const bool overwrite : {false, true}) {
+      EXPECT_EQ(prepare({document}, overwrite).code, 0);
+      EXPECT_EQ(folder.read(c.translated), translation);
+    }
+    EXPECT_EQ(run_kavo({"prepare", document, "--source", "EN-US", "--target", "FR", "--fresh"}).code, 0);
     EXPECT_NE(folder.read(c.translated), translation);
   }
 }
@@ -62,8 +61,44 @@ TEST_F(PrepareGuard, TranslationsAreReplacedOnlyWhenAskedTo) {
 TEST_F(PrepareGuard, AFileThatIsNoBilingualDocumentIsNotReplaced) {
   const std::string document = put(u"a.txt", "One\n");
   put(u"a_txt_FR.tud", "my notes");
-  EXPECT_EQ(prepare({document}).code, 1);
-  EXPECT_EQ(folder.read(u"a_txt_FR.tud"), "my notes");
+  for (const char* const option : {"", "--fresh"}) {
+    std::vector<std::string> arguments{"prepare", document, "--source", "EN-US", "--target", "FR"};
+    if (*option) arguments.push_back(option);
+    const Ran ran = run_kavo(arguments);
+    EXPECT_EQ(ran.code, 1);
+    EXPECT_NE(ran.errors.find("--overwrite"), std::string::npos) << ran.errors;
+    EXPECT_EQ(folder.read(u"a_txt_FR.tud"), "my notes");
+  }
+  EXPECT_EQ(prepare({document}, true).code, 0);
+  EXPECT_NE(folder.read(u"a_txt_FR.tud"), "my notes");
+}
+
+TEST_F(PrepareGuard, ABilingualDocumentOfOtherThingsIsNotReplaced) {
+  const std::string document = put(u"a.txt", "One\n");
+  ASSERT_EQ(prepare({document}).code, 0);
+  const std::string own = folder.read(u"a_txt_FR.tud");
+  const struct {
+    const char* name;
+    const char* from;
+    const char* to;
+    const char* reason;
+  } cases[] = {
+      {"another document", "original=\"a.txt\"", "original=\"b.txt\"", "another document: b.txt"},
+      {"another source language", "source-language=EN-US", "source-language=DE", "translates from DE to FR"},
+      {"cut short", "</xliff>", "", "cannot be read"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    std::string changed = own;
+    changed.replace(changed.find(c.from), std::string(c.from).size(), c.to);
+    put(u"a_txt_FR.tud", changed);
+    const Ran ran = prepare({document});
+    EXPECT_EQ(ran.code, 1);
+    EXPECT_NE(ran.errors.find(c.reason), std::string::npos) << ran.errors;
+    EXPECT_EQ(folder.read(u"a_txt_FR.tud"), changed);
+    EXPECT_EQ(prepare({document}, true).code, 0);
+    EXPECT_EQ(folder.read(u"a_txt_FR.tud"), own);
+  }
 }
 
 TEST_F(PrepareGuard, ManualsOfOneCallShareTheirHiddenTexts) {

@@ -2,17 +2,10 @@
 
 #include "common/pending_file.h"
 #include "platform/ports.h"
+#include "suite/memory/tmx_file.h"
 
 namespace kavo {
 namespace {
-
-// A memory without a unit, for every language: what an editor opens at once.
-constexpr std::string_view kEmptyMemory =
-    "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-    "<tmx version=\"1.4\">\n"
-    "<header creationtool=\"K19Suite\" creationtoolversion=\"1\" segtype=\"paragraph\" o-tmf=\"K19Suite\" "
-    "adminlang=\"en\" srclang=\"*all*\" datatype=\"unknown\"/>\n"
-    "<body>\n</body>\n</tmx>\n";
 
 std::u16string ask(bool to_save, std::u16string_view title) {
   FileQuestion question;
@@ -27,7 +20,7 @@ Value create_new(std::span<Argument>) {
   std::u16string path = ask(true, u"New translation memory");
   if (!path.empty()) {
     PendingFile file(path);
-    file.write(kEmptyMemory);
+    file.write(empty_tmx());
     file.commit();
   }
   return path;

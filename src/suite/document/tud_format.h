@@ -50,9 +50,20 @@ struct TudNote {
 // Whether the suite wrote it when the document was made.
 bool is_own_note(const TudNote& note);
 
+// A translation that is offered beside a unit's own.
+struct TudAlternative {
+  std::optional<std::int16_t> match;  // percent
+  std::string source;                 // coded text; "" when it is not told
+  std::string target;
+  std::string origin;  // where it comes from, for people
+  bool operator==(const TudAlternative&) const = default;
+};
+
 // A unit as it was read. Places are those of the file's bytes.
 struct TudUnit {
   std::string id;
+  std::string name;     // of the text in its document, "" for none
+  std::string element;  // what it stands in (Segment::element), "" when unknown
   std::string source;  // coded text
   std::string target;
   bool has_target = false;
@@ -63,6 +74,7 @@ struct TudUnit {
   std::optional<std::int16_t> match;  // percent, of the first alternative translation that tells one
   std::string extra;                  // what we wrote as extradata: the place in the source document
   std::vector<TudNote> notes;
+  std::vector<TudAlternative> alternatives;
 
   // For rewriting.
   struct Inline {

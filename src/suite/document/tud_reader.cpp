@@ -65,9 +65,17 @@ class TudParser final : public XmlHandler {
       if (is_ours) start_inline(name, attributes, place);
       return;
     }
-    if (in_alternative_ != 0) return;
+    if (in_alternative_ != 0) {
+      if (is_ours && depth_ == in_alternative_ + 1) start_alternative_text(name);
+      return;
+    }
     if (!is_ours || in_unit_note_) {
       skip_depth_ = depth_;
+      return;
+    }
+    if (in_contexts_ != 0) {
+      in_element_ = name == "context" && attributes.text("context-type") == "element";
+      if (in_element_) unit_.element.clear();
       return;
     }
     if (in_unit_)
@@ -83,13 +91,16 @@ class TudParser final : public XmlHandler {
       return;
     }
     const bool is_ours = space == space_;
-    if (in_alternative_ != 0) {
-      if (in_alternative_ == depth) in_alternative_ = 0;
-    } else if (inline_depth_ != 0) {
+    if (inline_depth_ != 0) {
       if (inline_depth_ == depth)
         end_text(name, place);
       else if (is_ours)
         end_inline(name, place);
+    } else if (in_alternative_ != 0) {
+      if (in_alternative_ == depth) in_alternative_ = 0;
+    } else if (in_contexts_ != 0) {
+      if (in_contexts_ == depth) in_contexts_ = 0;
+      in_element_ = false;
     } else if (in_unit_note_) {
       in_unit_note_ = false;
     } else if (in_unit_ && name == "trans-unit") {
@@ -102,9 +113,13 @@ class TudParser final : public XmlHandler {
   }
 
   void text(std::string_view text) override {
-    if (skip_depth_ != 0 || in_alternative_ != 0) return;
+    if (skip_depth_ != 0) return;
     if (inline_depth_ != 0) {
       if (native_depth_ == 0 && text_) *text_ += text;
+    } else if (in_alternative_ != 0) {
+      return;
+    } else if (in_element_) {
+      unit_.element += text;
     } else if (in_unit_note_) {
       unit_.notes.back().text += text;
     } else if (in_note_) {
@@ -185,6 +200,7 @@ class TudParser final : public XmlHandler {
     tell_header();
     in_unit_ = true;
     unit_.id = attributes.text("id");
+    unit_.name = attributes.text("resname");
     unit_.translate = attributes.text("translate") != "no";
     unit_.approved = attributes.text("approved") == "yes";
     unit_.extra = attributes.text("extradata");
@@ -194,8 +210,10 @@ class TudParser final : public XmlHandler {
     unit_.state.clear();
     unit_.state_qualifier.clear();
     unit_.match.reset();
+    unit_.element.clear();
     unit_.inlines.clear();
     unit_.notes.clear();
+    unit_.alternatives.clear();
     unit_.whole = unit_.start_tag = place;
     unit_.source_tag = unit_.target_start = unit_.target_end = unit_.match_tag = {};
     unit_.source_end = place.end;
@@ -216,11 +234,14 @@ class TudParser final : public XmlHandler {
       take_match(attributes, place);
       in_alternative_ = depth_;
       return;
+    } else if (name == "context-group") {
+      in_contexts_ = depth_;
+      return;
     } else if (name == "note") {
       start_unit_note(attributes);
       return;
     } else if (name != "seg-source") {
-      // Contexts and counts.
+      // Counts and properties.
       skip_depth_ = depth_;
       return;
     }
@@ -249,17 +270,32 @@ class TudParser final : public XmlHandler {
 
   // "100", "100%", "99.5%"; some tools write a share of 1 instead.
   void take_match(const XmlAttributes& attributes, XmlPlace place) {
+    TudAlternative& alternative = unit_.alternatives.emplace_back();
+    alternative.origin = attributes.text("origin");
     const std::string_view quality = attributes.text("match-quality");
     double value = 0;
-    if (unit_.match || std::from_chars(quality.data(), quality.data() + quality.size(), value).ec != std::errc())
-      return;
+    if (std::from_chars(quality.data(), quality.data() + quality.size(), value).ec != std::errc()) return;
     if (value > 0 && value < 1) value *= 100;
-    unit_.match = static_cast<std::int16_t>(std::clamp(value, 0.0, 100.0));
+    alternative.match = static_cast<std::int16_t>(std::clamp(value, 0.0, 100.0));
+    if (unit_.match) return;
+    unit_.match = alternative.match;
     unit_.match_tag = place;
+  }
+
+  void start_alternative_text(std::string_view name) {
+    text_ = nullptr;
+    TudAlternative& alternative = unit_.alternatives.back();
+    if (name == "source") text_ = &alternative.source;
+    // Of several targets the first.
+    if (name == "target" && alternative.target.empty()) text_ = &alternative.target;
+    inline_depth_ = depth_;
+    native_depth_ = 0;
+    open_.clear();
   }
 
   void end_text(std::string_view name, XmlPlace place) {
     inline_depth_ = 0;
+    if (in_alternative_ != 0) return;
     if (name == "source" || name == "seg-source") unit_.source_end = place.end;
     if (name == "target") unit_.target_end = place;
   }
@@ -317,6 +353,7 @@ class TudParser final : public XmlHandler {
   int depth_ = 0;           // of open elements
   int skip_depth_ = 0;      // the depth of an element that is stepped over with all it holds, 0 for none
   int in_alternative_ = 0;  // the depth of an alternative translation
+  int in_contexts_ = 0;     // the depth of a unit's context group
   int inline_depth_ = 0;    // the depth of the source or target element
   int native_depth_ = 0;    // how many native codes are open
   std::string* text_ = nullptr;
@@ -325,6 +362,7 @@ class TudParser final : public XmlHandler {
   bool in_unit_ = false;
   bool in_note_ = false;
   bool in_unit_note_ = false;
+  bool in_element_ = false;
   bool in_skeleton_ = false;
   bool in_internal_file_ = false;
   bool seen_file_ = false;

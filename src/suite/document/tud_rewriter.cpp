@@ -177,6 +177,7 @@ class Rewriter final : public TudEvents {
     std::string result =
         start_tag + slice(unit.start_tag.end, target_begin) + target_tag + content + "</" + prefix + "target>";
     if (details) append_notes(result, form, prefix, details->notes, unit.notes);
+    if (details) append_alternatives(result, form, prefix, details->alternatives);
     if (unit.match && *unit.match != segment.match) {
       std::string match_tag = slice(unit.match_tag.begin, unit.match_tag.end);
       set_attribute(match_tag, "match-quality", std::to_string(segment.match));
@@ -201,6 +202,50 @@ class Rewriter final : public TudEvents {
       form.append_new_text(result, note.text);
       result += "</" + prefix + "note>";
     }
+  }
+
+  static void append_alternatives(std::string& result, const ByteForm& form, const std::string& prefix,
+                                  const std::vector<TudAlternative>& alternatives) {
+    for (const TudAlternative& alternative : alternatives) {
+      result += "<" + prefix + "alt-trans";
+      if (alternative.match) result += " match-quality=\"" + std::to_string(*alternative.match) + "\"";
+      if (!alternative.origin.empty()) {
+        std::string origin;
+        append_xml_attribute(origin, alternative.origin);
+        result += " origin=\"";
+        form.append_escaped(result, origin);
+        result += '"';
+      }
+      result += '>';
+      if (!alternative.source.empty()) append_alternative_text(result, form, prefix, "source", alternative.source);
+      append_alternative_text(result, form, prefix, "target", alternative.target);
+      result += "</" + prefix + "alt-trans>";
+    }
+  }
+
+  // Its codes are those of another text, which nobody has here: their ids are what is left of them.
+  static void append_alternative_text(std::string& result, const ByteForm& form, const std::string& prefix,
+                                      const char* name, std::string_view coded) {
+    result += "<" + prefix + name + ">";
+    // Crossing pairs have no elements.
+    const bool shows_codes = code_problem(coded, coded).empty();
+    CodedTextReader reader(coded);
+    for (CodedPart part; reader.next(part);) {
+      if (!part.is_code) {
+        form.append_new_text(result, part.text);
+      } else if (!shows_codes) {
+        continue;
+      } else if (part.kind == CodeKind::kClose) {
+        result += "</" + prefix + "g>";
+      } else {
+        std::string id;
+        append_xml_attribute(id, part.text);
+        result += "<" + prefix + (part.kind == CodeKind::kOpen ? "g id=\"" : "x id=\"");
+        form.append_escaped(result, id);
+        result += part.kind == CodeKind::kOpen ? "\">" : "\"/>";
+      }
+    }
+    result += std::string("</") + prefix + name + ">";
   }
 
   // A qualifier that no longer holds is taken out: no value of it says "none".

@@ -1,0 +1,15 @@
+// The texts in the lines of script that documents of earlier versions have for segments. Today's documents have a
+// segment for each text, so that is what an update can look for.
+#pragma once
+
+#include <functional>
+#include <string_view>
+
+namespace kavo {
+
+// Calls take(source, target) for each text between quotes of a line and its translation: each alone, and those that
+// only a code separates also together, as a script joins them. Nothing when the two lines differ in their quotes.
+void texts_of_line(std::string_view source, std::string_view target,
+                   const std::function<void(std::string_view source, std::string_view target)>& take);
+
+}  // namespace kavo

@@ -1,0 +1,158 @@
+#include "workflow/set_update.h"
+
+#include "common/checksum.h"
+#include "common/document_names.h"
+#include "common/file_type.h"
+#include "common/path_parts.h"
+#include "driver/companions.h"
+#include "platform/failure.h"
+#include "platform/ports.h"
+#include "platform/unicode.h"
+
+namespace kavo {
+namespace {
+
+std::u16string path_text(std::u16string_view path) { return to_utf16(path_to_host(path)); }
+
+std::u16string language_pair(std::string_view source, std::string_view target) {
+  return to_utf16(std::string(source) + " to " + std::string(target));
+}
+
+// What the preparation of a document writes beside its bilingual documents, and the document: a manual is changed by it.
+std::vector<std::u16string> files_made_of(const std::u16string& document) {
+  std::vector<std::u16string> files{document};
+  switch (file_type_row(FileTypeOf(document)).preparation) {
+    case Preparation::kScripts: {
+      PageNames page{.page = document, .html = {}, .script = {}};
+      complete_from_page(page);
+      files.insert(files.end(), {page.html, page.script});
+      break;
+    }
+    case Preparation::kHiddenTexts:
+      for (const std::u16string_view side : kMifSides) files.push_back(mif_side_file(folder_of(document), side));
+      break;
+    case Preparation::kNone:
+      files.push_back(object_file_of(document));
+      break;
+  }
+  return files;
+}
+
+}  // namespace
+
+TranslatedFolders::TranslatedFolders(std::u16string source_language, std::u16string target_language,
+                                     std::vector<std::u16string> folders)
+    : source_language_(std::move(source_language)),
+      target_language_(std::move(target_language)),
+      folders_(std::move(folders)) {}
+
+TextMemory& TranslatedFolders::documents() {
+  if (documents_) return *documents_;
+  documents_ = std::make_unique<TextMemory>(text_units_of(to_utf8(source_language_)));
+  for (const std::u16string& folder : folders_)
+    for (const std::u16string& name : ports().files->find(folder + u"*_" + target_language_ + u".tud"))
+      if (!current_ || !current_->contains(ports().files->absolute(folder + name))) add_document(folder + name);
+  if (current_)
+    for (const auto& [path, document] : *current_) add_translations(*documents_, document.units);
+  return *documents_;
+}
+
+void TranslatedFolders::add_document(const std::u16string& path) {
+  try {
+    const OldDocument document = read_old_document(path);
+    if (has_languages_of(document.header, to_utf8(source_language_), to_utf8(target_language_)))
+      add_translations(*documents_, document.units);
+  } catch (const failure& reason) {
+    messages_.push_back({path_text(path) + u" cannot be read, its translations are not looked up: " +
+                         reason.description()});
+  }
+}
+
+TextMemory& TranslatedFolders::removed() {
+  if (removed_) return *removed_;
+  auto removed = std::make_unique<TextMemory>(text_units_of(to_utf8(source_language_)));
+  for (const std::u16string& folder : folders_) {
+    const std::u16string file = folder + std::u16string(kRemovedTexts);
+    if (!ports().files->info(file)) continue;
+    try {
+      read_tmx(file, to_utf8(source_language_), to_utf8(target_language_),
+               [&](const TmxUnit& unit) { removed->add(unit.source, unit.target, unit.is_reviewed); });
+    } catch (const failure& reason) {
+      throw failure(reason.number(), path_text(file) + u" holds translations of earlier texts and cannot be read: " +
+                                         reason.description() +
+                                         u". Nothing is changed; repair it, or move it away to go on without it",
+                    reason.source());
+    }
+  }
+  removed_ = std::move(removed);
+  return *removed_;
+}
+
+void TranslatedFolders::keep_removed(const std::u16string& folder, std::vector<TmxUnit> units) {
+  if (units.empty()) return;
+  const TextMemory& known = removed();
+  std::erase_if(units, [&](const TmxUnit& unit) {
+    return known.has(unit.source, unit.target) || !removed_now_.emplace(unit.source, unit.target).second;
+  });
+  if (!units.empty())
+    append_to_tmx(folder + std::u16string(kRemovedTexts), to_utf8(source_language_), to_utf8(target_language_), units);
+}
+
+SetUpdate::SetUpdate(TranslatedFolders& known, const std::u16string& document, bool replaces_others)
+    : known_(known), made_files_(files_made_of(document)), sums_before_(sums()) {
+  const std::string source_language = to_utf8(known.source_language());
+  const std::string target_language = to_utf8(known.target_language());
+  for (const std::u16string& name : bilingual_documents_of(document, known.target_language())) {
+    const std::u16string tud = ports().files->absolute(name);
+    if (!ports().files->info(tud)) continue;
+    const auto refuse = [&](const std::u16string& reason) {
+      throw failure(FailureNumber::kFileAlreadyExists, path_text(tud) + u" is there and " + reason +
+                                                           u". Nothing is changed; --overwrite replaces it");
+    };
+    try {
+      OldDocument old = read_old_document(tud);
+      const TudHeader& header = old.header;
+      const std::u16string own_name =
+          tud_name_of(folder_of(tud) + core_file_name(header.original), known.target_language());
+      if (!equal_ignoring_case(own_name, tud)) {
+        if (!replaces_others) refuse(u"was made of another document: " + to_utf16(header.original));
+      } else if (!has_languages_of(header, source_language, target_language)) {
+        if (!replaces_others)
+          refuse(u"translates from " + language_pair(header.source_language, header.target_language));
+      } else {
+        old_.emplace(tud, std::move(old));
+      }
+    } catch (const failure& reason) {
+      if (reason.is(FailureNumber::kFileAlreadyExists)) throw;
+      if (!replaces_others) refuse(u"cannot be read: " + reason.description());
+    }
+  }
+  known_.current(&old_);
+}
+
+SetUpdate::Sums SetUpdate::sums() const {
+  Sums sums;
+  for (const std::u16string& file : made_files_) {
+    const auto info = ports().files->info(file);
+    sums.push_back(info && !info->is_folder ? std::optional(checksum_of_file(file)) : std::nullopt);
+  }
+  return sums;
+}
+
+SetUpdateReport SetUpdate::apply(std::span<const ProducedFile> produced) {
+  SetUpdateReport report;
+  report.is_unchanged = !produced.empty();
+  for (const ProducedFile& file : produced) {
+    const std::u16string tud = ports().files->absolute(file.tud_name);
+    const auto found = old_.find(tud);
+    DocumentUpdate update = update_document(tud, found == old_.end() ? nullptr : &found->second, known_);
+    report.counts += update.counts;
+    report.is_unchanged = report.is_unchanged && update.is_unchanged;
+    known_.keep_removed(folder_of(tud), std::move(update.removed));
+  }
+  report.is_update = !old_.empty() || report.counts.moved + report.counts.similar != 0;
+  report.is_unchanged = report.is_unchanged && sums() == sums_before_;
+  return report;
+}
+
+}  // namespace kavo

@@ -1,0 +1,101 @@
+// The update of all bilingual documents of a source that is prepared again: what was translated is kept.
+//
+// The documents are prepared anew, as if nothing had been there, and then filled with what the old ones hold. So a
+// document is the same whether its source was prepared once or ten times, and every reason to prepare it anew (another
+// source, other options, another version of this program) is served alike.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "common/messages.h"
+#include "driver/produced_file.h"
+#include "platform/case_fold.h"
+#include "suite/memory/document_update.h"
+
+namespace kavo {
+
+// The old documents of one source by their paths.
+using OldDocuments = std::map<std::u16string, OldDocument, LessIgnoringCase>;
+
+// Beside the documents: the translations of texts that no document of the folder holds any more.
+inline constexpr std::u16string_view kRemovedTexts = u"removed.tmx";
+
+// What was translated before a run began, in the folders that it works in. Read when the first text asks for it: the
+// documents of a run that changes nothing are not touched.
+class TranslatedFolders final : public KnownTexts {
+ public:
+  // Languages as the suite writes them; folders with their "\". Documents with other languages are not read.
+  TranslatedFolders(std::u16string source_language, std::u16string target_language,
+                    std::vector<std::u16string> folders);
+
+  const std::u16string& source_language() const { return source_language_; }
+  const std::u16string& target_language() const { return target_language_; }
+
+  // Read with the others in the place of the files of their names, which are new already. Not owned; nullptr for none.
+  void current(const OldDocuments* documents) { current_ = documents; }
+
+  // Throw `failure` for a memory that cannot be read. A document that cannot be read is left out, with a message.
+  TextMemory& documents() override;
+  TextMemory& removed() override;
+
+  // Puts translations into the folder's removed.tmx, those that are not there yet. Throws `failure` for a file that
+  // cannot be read or written: it is as it was then.
+  void keep_removed(const std::u16string& folder, std::vector<TmxUnit> units);
+
+  // Takes the messages since the last call.
+  MessageList take_messages() { return std::exchange(messages_, {}); }
+
+ private:
+  void add_document(const std::u16string& path);
+
+  std::u16string source_language_;
+  std::u16string target_language_;
+  std::vector<std::u16string> folders_;
+  const OldDocuments* current_ = nullptr;
+  std::unique_ptr<TextMemory> documents_;
+  std::unique_ptr<TextMemory> removed_;
+  std::set<std::pair<std::string, std::string>> removed_now_;  // by this run
+  MessageList messages_;
+};
+
+// What became of the documents of one source.
+struct SetUpdateReport {
+  UpdateCounts counts;
+  bool is_update = false;     // there was a document, or a translation was found
+  bool is_unchanged = false;  // every document is as it was; what was made anew need not take its name
+};
+
+class SetUpdate {
+ public:
+  // Before the preparation of `document`: reads its bilingual documents. Throws `failure` 58 for a file of such a name
+  // that is another document or cannot be read; with `replaces_others` it is not looked at.
+  SetUpdate(TranslatedFolders& known, const std::u16string& document, bool replaces_others);
+  ~SetUpdate() { known_.current(nullptr); }
+  SetUpdate(const SetUpdate&) = delete;
+  SetUpdate& operator=(const SetUpdate&) = delete;
+
+  bool has_documents() const { return !old_.empty(); }
+
+  // After it: fills the documents of the produced files, and keeps what no longer exists. Throws `failure`.
+  SetUpdateReport apply(std::span<const ProducedFile> produced);
+
+ private:
+  using Sums = std::vector<std::optional<std::uint64_t>>;
+  Sums sums() const;
+
+  TranslatedFolders& known_;
+  OldDocuments old_;
+  std::vector<std::u16string> made_files_;  // by the preparation beside the document, and the document itself
+  Sums sums_before_;
+};
+
+}  // namespace kavo
