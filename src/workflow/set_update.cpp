@@ -1,8 +1,8 @@
 #include "workflow/set_update.h"
 
 #include "common/checksum.h"
+#include "common/document_kind.h"
 #include "common/document_names.h"
-#include "common/file_type.h"
 #include "common/path_parts.h"
 #include "driver/companions.h"
 #include "platform/failure.h"
@@ -21,7 +21,7 @@ std::u16string language_pair(std::string_view source, std::string_view target) {
 // What the preparation of a document writes beside its bilingual documents, and the document: a manual is changed by it.
 std::vector<std::u16string> files_made_of(const std::u16string& document) {
   std::vector<std::u16string> files{document};
-  switch (file_type_row(FileTypeOf(document)).preparation) {
+  switch (file_type_row(kind_of_document(document).type).preparation) {
     case Preparation::kScripts: {
       PageNames page{.page = document, .html = {}, .script = {}};
       complete_from_page(page);
