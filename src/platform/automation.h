@@ -21,10 +21,10 @@ namespace kavo {
 class AutomationObject;
 using ObjectRef = std::shared_ptr<AutomationObject>;
 
-// libstdc++ 12 takes a std::variant for one that always holds something when each of its alternatives can be moved
-// without failing. When memory then fails while the copy of such a variant is made, it destroys the alternative that is
-// not there yet. An alternative whose copy is not trivial keeps it from this assumption; every variant that holds texts
-// has this one.
+// The copy operations are deliberately not trivial. libstdc++ 12 assumes that a std::variant never loses its value when
+// all of its alternatives can be moved without throwing. If memory runs out while such a variant is copied, it destroys
+// an alternative that was never constructed. One alternative with a copy of its own switches this assumption off, so
+// every variant that holds texts includes this one.
 struct Empty {
   Empty() = default;
   Empty(const Empty&) noexcept {}
@@ -38,7 +38,7 @@ struct Omitted {
 
 using Value = std::variant<Empty, Omitted, bool, std::int16_t, std::int32_t, double, std::u16string, ObjectRef>;
 
-// One positional argument. When it is passed by reference the callee's value stands in `value` after the call.
+// One positional argument. If it is passed by reference, `value` is what the callee left there once the call returns.
 struct Argument {
   Value value;
   bool by_reference = false;
@@ -48,11 +48,11 @@ inline Argument by_reference(Value value) { return {std::move(value), true}; }
 
 // Conversions as an automation host makes them (text "12" to number 12, number to text ...); throw `failure` 13 (or 6
 // when a number does not fit). Empty is 0, false, ""; true is -1; halves go to the even number. An omitted argument
-// converts to nothing (13).
+// cannot be converted (13).
 std::int32_t as_number(const Value& value);
 bool as_flag(const Value& value);
 std::u16string as_text(const Value& value);
-ObjectRef as_object(const Value& value);  // throws 91 for an object reference that is none
+ObjectRef as_object(const Value& value);  // never null; throws 91 for a null reference
 bool is_omitted(const Value& value);
 
 // A late-bound object. Member names ignore case. Each call throws `failure`: 438 for a member that does not exist, 450
@@ -64,7 +64,7 @@ class AutomationObject {
   virtual Value get(std::u16string_view member, std::span<Argument> arguments) = 0;
   virtual void put(std::u16string_view member, std::span<Argument> arguments, const Value& value) = 0;
   virtual Value invoke(std::u16string_view member, std::span<Argument> arguments) = 0;
-  // True when a member of that name exists, as far as this can be known without calling it.
+  // True when a member of that name exists, as far as that can be found out without calling it.
   virtual bool has_member(std::u16string_view member) const = 0;
 
   Value get(std::u16string_view member) { return get(member, std::span<Argument>{}); }
@@ -74,8 +74,9 @@ class AutomationObject {
 
 enum class MemberKind { kMethod, kPropertyGet, kPropertyPut };
 
-// One row of a TableObject's table. `call` gets exactly `parameter_count` arguments; those that the caller left out at
-// the end stand as Omitted when at least `required_count` were given. For kPropertyPut the new value is the last one.
+// One row of a TableObject's table. The caller must pass at least `required_count` arguments. `call` always gets
+// `parameter_count` of them: those that the caller left out at the end arrive as Omitted. For kPropertyPut the new
+// value is the last one.
 struct Member {
   std::u16string_view name;
   MemberKind kind;
@@ -84,9 +85,8 @@ struct Member {
   std::function<Value(std::span<Argument>)> call;
 };
 
-// An object written in C++: its members in one table, in the order that its documentation lists them. get() and
-// invoke() reach methods and readable properties alike: a late-bound host cannot tell which of them a name is, and asks
-// for both.
+// An object written in C++: its members in one table, in the order of its documentation. get() and invoke() both reach
+// methods and readable properties, because a late-bound host does not know which of the two a name stands for.
 class TableObject : public AutomationObject {
  public:
   using AutomationObject::get;
@@ -106,12 +106,15 @@ class TableObject : public AutomationObject {
   std::vector<Member> members_;
 };
 
+// Finds objects. No result is null; each failure names the identifier or the file.
 class Automation {
  public:
   virtual ~Automation() = default;
-  // Each throws `failure` 429 (or the system's number) with the identifier in the description.
+  // A new object (CoCreateInstance). Throws `failure` 429.
   virtual ObjectRef create(std::u16string_view programmatic_identifier) = 0;
+  // The object of that kind that is running already (GetActiveObject). Throws `failure` 429.
   virtual ObjectRef active_object(std::u16string_view programmatic_identifier) = 0;
+  // The object that opens a file (CoGetObject). Throws `failure` 432.
   virtual ObjectRef bind_to_file(std::u16string_view path) = 0;
 };
 
@@ -127,12 +130,12 @@ class AutomationSession {
 };
 
 using ObjectFactory = std::function<ObjectRef()>;
-// Makes an identifier known to the process's own table of factories, so that a program can bring components without
-// registering them. It is asked first: a program works with the components that it was built with, whatever the
-// machine has registered under their identifiers. The identifier ignores case; a second registration replaces the
-// first, an empty factory takes it away. For all threads.
+// Adds an identifier to this process's own table of factories, so that a program can bring components without
+// registering them with the system. Automation::create() asks this table first: a program works with the components
+// that it was built with, whatever the machine has registered under the same identifiers. The case of the identifier
+// does not matter. A second registration replaces the first; an empty factory removes it. All threads share the table.
 void register_factory(std::u16string_view programmatic_identifier, ObjectFactory factory);
-// The factory of an identifier, empty when there is none; for adapters.
+// The factory of an identifier, empty when it has none. For adapters.
 ObjectFactory find_factory(std::u16string_view programmatic_identifier);
 
 }  // namespace kavo

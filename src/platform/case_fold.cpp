@@ -1,5 +1,5 @@
-// The letters stand in a table of ours because the C library's own conversion depends on the locale of the process,
-// and a file must be found under the same names in each.
+// We keep our own table of letters because the C library's conversion depends on the locale of the process, and a file
+// must be found under the same names in every locale.
 #include "platform/case_fold.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// Comparing names as Windows compares those of files and registry keys: unit by unit, by their upper case.
+// Compares names as Windows compares those of files and registry keys: unit by unit, in upper case.
 #pragma once
 
 #include <string>
@@ -6,8 +6,8 @@
 
 namespace kavo {
 
-// Upper case of one UTF-16 unit where that is one unit too: Latin, Greek, Cyrillic, Armenian and full-width letters;
-// every other unit stays. Needs no locale.
+// The upper case of one UTF-16 unit, for Latin, Greek, Cyrillic, Armenian and full-width letters whose upper case is
+// one unit, too. Every other unit is returned as it is. Independent of the locale.
 char16_t upper_case(char16_t unit) noexcept;
 std::u16string upper_case(std::u16string_view text);
 

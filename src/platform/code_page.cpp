@@ -15,7 +15,7 @@ constexpr unsigned kUtf8 = 65001;
 constexpr std::array<unsigned, 15> kSupported = {874,  932,  936,  949,  950,  1250, 1251, 1252,
                                                  1253, 1254, 1255, 1256, 1257, 1258, kUtf8};
 
-// How long the UTF-8 sequence of this lead byte is, or 0 when it leads none.
+// The length in bytes of the UTF-8 sequence that a lead byte begins; 0 when the byte is no lead byte.
 std::size_t utf8_length(unsigned char lead) {
   if (lead >= 0xC2 && lead <= 0xDF) return 2;
   if (lead >= 0xE0 && lead <= 0xEF) return 3;
@@ -23,7 +23,8 @@ std::size_t utf8_length(unsigned char lead) {
   return 0;
 }
 
-// Second bytes that make the sequence too long, a surrogate or too large end it at once.
+// Whether a second byte may follow the lead byte. It must not make the sequence overlong, a surrogate or larger than
+// U+10FFFF.
 bool utf8_second_fits(unsigned char lead, unsigned char second) {
   const unsigned low = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
   const unsigned high = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
@@ -46,7 +47,8 @@ std::size_t utf8_incomplete_tail(std::string_view bytes) {
 
 std::size_t CodePage::incomplete_tail(std::string_view bytes) const {
   if (number() == kUtf8) return utf8_incomplete_tail(bytes);
-  // A byte that is no lead byte ends a character, as itself or as a trail byte. Those after it pair up.
+  // A byte that cannot be a lead byte always ends a character. The possible lead bytes behind it form pairs; when their
+  // number is odd, the last one waits for its trail byte.
   std::size_t run = 0;
   while (run < bytes.size() && is_lead_byte(static_cast<unsigned char>(bytes[bytes.size() - 1 - run]))) ++run;
   return run % 2;

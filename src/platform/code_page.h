@@ -23,8 +23,8 @@ class CodePage {
   // Characters that the code page lacks become "?" or the system's best fit.
   virtual std::string encode(std::u16string_view text) const = 0;
 
-  // How many bytes at the end of `bytes` begin a character that is not complete yet (0 when none); `bytes` must start
-  // at a character. Works for double-byte code pages and UTF-8 alike; never more than 3.
+  // How many bytes at the end of `bytes` belong to a character that is not complete yet: 0 to 3. `bytes` must start at
+  // the beginning of a character. Works for double-byte code pages and UTF-8 alike.
   std::size_t incomplete_tail(std::string_view bytes) const;
 };
 

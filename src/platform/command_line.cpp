@@ -43,7 +43,7 @@ std::u16string take_argument(std::u16string_view& line) {
   return argument;
 }
 
-// Whether every reader of a line takes the word as it stands.
+// Whether a word needs no quotes, be it read by a program or by the command interpreter.
 bool is_plain(std::u16string_view word) {
   return !word.empty() && std::ranges::none_of(word, [](char16_t unit) {
     return unit <= u' ' || std::u16string_view(u"\"&|<>^()%!,;=").find(unit) != std::u16string_view::npos;
@@ -54,7 +54,7 @@ std::u16string in_quotes(std::u16string_view argument) {
   std::u16string quoted = u"\"";
   std::size_t backslashes = 0;
   for (const char16_t unit : argument) {
-    // Those before a quote count half, and one more takes its meaning.
+    // Backslashes before a quote count half, so they are doubled; one more makes the quote an ordinary character.
     if (unit == u'"') quoted.append(backslashes + 1, u'\\');
     backslashes = unit == u'\\' ? backslashes + 1 : 0;
     quoted += unit;
@@ -92,13 +92,15 @@ std::vector<std::u16string> split_command_line(std::u16string_view line) {
 
 std::u16string joined_command_line(std::u16string_view program, std::span<const std::u16string> arguments) {
   if (program.find(u'"') != std::u16string_view::npos)
-    throw failure(FailureNumber::kInvalidCall, std::u16string(program) + u" cannot be the name of a program");
+    throw failure(FailureNumber::kInvalidCall,
+                  std::u16string(program) + u" cannot be the name of a program: it contains a quotation mark");
   const bool is_batch = is_batch_file(program);
   std::u16string line = u"\"";
   (line += program) += u'"';
   for (const std::u16string& argument : arguments) {
     if (is_batch && argument.find_first_of(u"\"%\r\n") != std::u16string::npos)
-      throw failure(FailureNumber::kInvalidCall, argument + u" cannot be handed to a batch file");
+      throw failure(FailureNumber::kInvalidCall,
+                    argument + u" cannot be passed to a batch file: it contains a quotation mark, \"%\" or a line end");
     (line += u' ') += is_plain(argument) ? argument : in_quotes(argument);
   }
   return line;

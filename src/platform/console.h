@@ -18,9 +18,9 @@ bool error_output_is_terminal();
 // Its width in columns, 80 when unknown.
 int error_output_width();
 
-// From now on Ctrl+C asks for an interruption (request_interrupt) instead of ending the program; natively SIGTERM and
-// SIGHUP do, too, and a pipe that nobody reads or a limit on a file's size is a write that fails, not a signal that ends
-// the program.
+// From now on Ctrl+C asks for an interruption (request_interrupt) instead of ending the program. Natively SIGTERM and
+// SIGHUP do the same, and writing to a pipe that nobody reads, or beyond the limit on a file's size, becomes a write
+// that fails instead of a signal that ends the program.
 void interrupt_on_control_c();
 
 }  // namespace kavo

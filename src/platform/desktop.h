@@ -1,5 +1,5 @@
-// Port: windows and messages of the desktop. Natively there is none: captions are absent, windows are never found,
-// message boxes go to standard error, and nobody answers a file dialog.
+// Port: windows and messages of the desktop. The native adapter has no desktop: there are no captions and no windows,
+// message boxes go to standard error, and file dialogs count as cancelled.
 #pragma once
 
 #include <cstdint>
@@ -16,11 +16,11 @@ enum class MessageIcon { kNone, kExclamation, kInformation };
 struct FileQuestion {
   bool operator==(const FileQuestion&) const = default;
 
-  bool to_save = false;  // a name to write to (asks before an existing file is taken), else an existing file
+  bool to_save = false;  // true: a name to write to, confirmed by the user if it exists; false: an existing file
   std::u16string title;  // "" for the system's own
   std::u16string filter;
   std::u16string folder;     // shown first; "" for the system's choice
-  std::u16string extension;  // added to a name typed without one, no dot; "" adds nothing
+  std::u16string extension;  // without dot, added to a name that is typed without one; "" adds nothing
 };
 
 class Desktop {
@@ -37,15 +37,15 @@ class Desktop {
   virtual void post_message(std::uintptr_t window, std::uint32_t message) = 0;  // both parameters 0
   // A box with an OK button; returns when it was closed.
   virtual void message_box(std::u16string_view text, std::u16string_view caption, MessageIcon icon) = 0;
-  // The system's open or save dialog; the chosen path, nothing when the user gave up or there is no screen.
+  // Shows the system's open or save dialog. The chosen path; nothing when the user cancelled or there is no screen.
   virtual std::optional<std::u16string> ask_file(const FileQuestion& question) = 0;
 };
 
-// The user's wish to stop. One flag a process; both are safe in a signal handler. The next process_messages() of any
-// thread takes the wish back and throws, so that one request ends one operation.
+// The user's request to stop: one flag for the whole process. Both functions are safe in a signal handler. The next
+// process_messages() of any thread clears the flag and throws, so that one request ends one operation.
 void request_interrupt() noexcept;
 bool interrupt_requested() noexcept;
-// Takes the wish back and throws `interruption` when there is one; for adapters.
+// Clears the flag and throws `interruption` if it was set. For adapters.
 void throw_if_interrupted();
 
 }  // namespace kavo

@@ -1,9 +1,9 @@
 // The one failure type of the system.
 //
-// What a contract calls "raised" is thrown as `failure`: ports throw it for every system error, converters turn it
-// into entries of their message lists at the edge of a public operation, the COM skin turns it into an HRESULT with
-// error info and the command into an exit code and a message. The numbers are the run-time error numbers that
-// automation hosts (VBA, VBScript) know, so that a host sees `Err.Number` 9, 53, 70 as it expects.
+// What a contract calls "raised" is thrown as `failure`. Ports throw it for every system error. At the edge of a public
+// operation, converters turn it into entries of their message lists, the COM skin into an HRESULT with error info, and
+// the command into an exit code and a message. The numbers are the run-time error numbers of automation hosts (VBA,
+// VBScript), so that a host sees `Err.Number` 9, 53, 70 as it expects.
 #pragma once
 
 #include <cstdint>
@@ -37,7 +37,7 @@ enum class FailureNumber : std::int32_t {
   kWrongArgumentCount = 450,
 };
 
-// What people are told when memory runs out: no failure has words for that then.
+// The message when memory runs out. It is a constant because there is no memory left to put a message together.
 inline constexpr char kNotEnoughMemory[] = "not enough memory";
 
 // Carries number, description and source. `what()` is the description in UTF-8.
@@ -60,13 +60,13 @@ class failure : public std::exception {
   std::string utf8_;
 };
 
-// The user's wish to stop. Deliberately no `failure`: a handler that turns failures into results, or goes on without
-// what failed, lets it pass. Hosts see it as number 18.
+// The user asked to stop. Deliberately not a `failure`, so that a handler that turns failures into results, or goes on
+// without what failed, lets it through. Hosts see it as number 18.
 class interruption : public std::exception {
  public:
   const char* what() const noexcept override { return "Interrupted by the user"; }
 };
-// How it is reported where only failures can be.
+// The interruption as a `failure`, for places that can only report failures.
 inline failure as_failure(const interruption&) { return {FailureNumber::kInterrupted, u"Interrupted by the user"}; }
 
 }  // namespace kavo

@@ -2,9 +2,10 @@
 //
 // Paths are Windows paths in the whole core: "\" separates, case does not matter. The native adapter maps them to the
 // host ("\" to "/", the exact name first, then a look in the folder that ignores case). Every operation that fails
-// throws `failure` with a run-time error number and the system's own description: 53 no such file, 58 name exists, 61
-// disk full, 67 too many open files, 70 refused (a read-only file is neither emptied nor removed nor replaced), 74
-// another volume, 75 a folder where a file is meant or a name that cannot be, 76 no such folder, 57 anything else.
+// throws `failure` with a run-time error number and the system's own description: 7 out of memory, 53 no such file, 58
+// name exists, 61 disk full, 67 too many open files, 70 refused (a read-only file is neither emptied nor removed nor
+// replaced), 74 another volume, 75 a folder in the place of a file or an impossible name, 76 no such folder, 57
+// anything else.
 #pragma once
 
 #include <cstddef>
@@ -28,11 +29,12 @@ struct FileInfo {
 
 // Which of another file's permissions a file gets.
 enum class Permissions {
-  kAll,          // those of the file that it replaces
-  kOfADocument,  // those of a document that it is made of: nobody may run it
+  kAll,          // all: the file replaces the other one
+  kOfADocument,  // all but the right to execute: the file is made from a document
 };
 
-// What tells two files apart, whatever names they have: volume and number on it (st_dev and st_ino, the file index).
+// Identifies a file whatever names it has: the volume and the file's number on it (st_dev and st_ino; volume serial
+// number and file index).
 struct FileIdentity {
   std::uint64_t volume = 0;
   std::uint64_t number = 0;
@@ -45,11 +47,11 @@ enum class Access {
   kCreateNew,  // for writing; fails with 58 when the name exists (no two callers can both succeed)
 };
 
-// An open file. Destruction closes it and drops a failing close: a writer that cares calls close().
+// An open file. The destructor closes it and ignores a failure to do so; a writer calls close() to hear of it.
 class File {
  public:
   virtual ~File() = default;
-  // Fills the buffer as far as the file goes; fewer bytes than asked for means that the end was reached.
+  // Fills the buffer as far as the file goes. A result that is smaller than the buffer means the end of the file.
   virtual std::size_t read(std::span<char> buffer) = 0;
   // Writes all bytes or throws.
   virtual void write(std::string_view bytes) = 0;
@@ -58,7 +60,7 @@ class File {
   virtual void close() = 0;
 };
 
-// Keeps a file or folder for one run until it is destroyed.
+// A lock on a file or folder, held until the object is destroyed.
 class FileLock {
  public:
   virtual ~FileLock() = default;
@@ -68,7 +70,7 @@ class FileSystem {
  public:
   virtual ~FileSystem() = default;
   virtual std::unique_ptr<File> open(std::u16string_view path, Access access) = 0;
-  // Nothing when no such entry exists. An entry that cannot be looked at is a failure like any other: it may be there.
+  // Nothing when no such entry exists. Throws when that cannot be found out: the entry may exist.
   virtual std::optional<FileInfo> info(std::u16string_view path) = 0;
   // The identity of the file or folder that the path leads to; nothing when there is none.
   virtual std::optional<FileIdentity> identity(std::u16string_view path) = 0;
@@ -80,8 +82,8 @@ class FileSystem {
   // Removes an empty folder.
   virtual void remove_folder(std::u16string_view path) = 0;
   virtual void remove_file(std::u16string_view path) = 0;
-  // Gives a file a second name on its volume (link(2), CreateHardLink). Throws 58 when that name is taken, and some
-  // number where the volume knows no second names.
+  // Gives a file a second name on its volume (link(2), CreateHardLink). Throws 58 when that name is taken, and another
+  // number, which depends on the system, where the volume does not support second names.
   virtual void link_file(std::u16string_view path, std::u16string_view second_name) = 0;
   // Forces what was written to a closed file onto the disk (fsync(2), FlushFileBuffers).
   virtual void flush(std::u16string_view path) = 0;
@@ -89,19 +91,20 @@ class FileSystem {
   // Throws 74 when the two names lie on different volumes, so that the caller can copy instead.
   virtual void rename_file(std::u16string_view from, std::u16string_view to) = 0;
   virtual void set_read_only(std::u16string_view path, bool read_only) = 0;
-  // Keeps other callers of lock() from an existing file or folder, by whatever name they call it; whoever does not ask
-  // is not kept. Throws 70 when another thread or process has it. Dropped by the thread that took it, and by the system
-  // when the process ends. Null where the volume has no locks.
+  // Locks an existing file or folder against other callers of lock(), whatever path they use; callers that take no lock
+  // are not stopped. Throws 70 when another thread or process holds the lock. The thread that took the lock must
+  // release it; the system does so when the process ends. Null where the volume has no locks.
   virtual std::unique_ptr<FileLock> lock(std::u16string_view path) = 0;
-  // Where a new file is to be put for `path`: what a symbolic link of that name leads to, whether it exists or not;
-  // else the path as it is. Throws 70 for a link that another user made in a folder where everybody may (a sticky one):
-  // it could lead anywhere.
+  // Where to write a new file for `path`: the target of a symbolic link of that name, whether or not the target exists,
+  // else `path` itself. Throws 70 for a link that another user made in a folder where everybody may (a sticky one),
+  // because it could lead anywhere, and 75 for links that lead in a circle.
   virtual std::u16string link_target(std::u16string_view path) = 0;
-  // Gives a file the permissions (chmod) and, where this user may, the owner (chown) of another one. The owner's right
-  // to write is not taken away. Nothing on Windows, where the folder hands rights down, and where `model` does not exist.
-  // A volume without permissions and an owner that this user may not give are no failures.
+  // Gives a file the permissions (chmod) and, where this user may, the owner (chown) of another one. The owner keeps
+  // the right to write. Does nothing on Windows, where a file inherits its rights from the folder, and when `model`
+  // does not exist. A volume without permissions, or an owner that this user may not set, is no failure.
   virtual void take_permissions(std::u16string_view path, std::u16string_view model, Permissions which) = 0;
-  virtual std::u16string temporary_folder() = 0;  // as GetTempPath answers; the trailing "\" is not promised
+  virtual std::u16string temporary_folder() = 0;  // as GetTempPath returns it, with or without a "\" at its end
+  // The full path, made from the text alone as GetFullPathName does: nothing need exist, links are not followed.
   virtual std::u16string absolute(std::u16string_view path) = 0;
 };
 

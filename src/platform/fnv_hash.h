@@ -1,5 +1,5 @@
-// FNV-1a with 64 bits: keys of look-ups, and checksums. Any change of one unit changes the value; nothing protects
-// against somebody who means to deceive.
+// FNV-1a with 64 bits, for look-up keys and checksums. It notices accidents (a change of one unit always changes the
+// value), not deliberate forgery.
 #pragma once
 
 #include <cstdint>

@@ -16,8 +16,9 @@ std::vector<std::u16string> components(Hive hive, std::u16string_view path) {
   return names;
 }
 
-[[noreturn]] void throw_missing() {
-  throw failure(FailureNumber::kFileNotFound, u"The registry key or value does not exist");
+[[noreturn]] void throw_missing(std::u16string_view path) {
+  throw failure(FailureNumber::kFileNotFound,
+                u"The registry key \"" + std::u16string(path) + u"\", or the value in it, does not exist");
 }
 
 }  // namespace
@@ -48,10 +49,11 @@ void RegistryTree::create_key(Hive hive, std::u16string_view path) { make(hive, 
 
 void RegistryTree::delete_key(Hive hive, std::u16string_view path) {
   const RegistryKey* key = find(hive, path);
-  if (!key) throw_missing();
+  if (!key) throw_missing(path);
   const std::vector<std::u16string> names = components(hive, path);
   if (components(hive, u"").size() == names.size() || !key->keys.empty())
-    throw failure(FailureNumber::kPermissionDenied, u"The registry key has keys below it");
+    throw failure(FailureNumber::kPermissionDenied,
+                  u"The registry key \"" + std::u16string(path) + u"\" has keys below it: delete those first");
   RegistryKey* parent = hive == Hive::kCurrentUser ? &current_user_ : &local_machine_;
   for (std::size_t i = 0; i + 1 < names.size(); ++i) parent = parent->keys.find(names[i])->second.get();
   parent->keys.erase(names.back());
@@ -59,7 +61,7 @@ void RegistryTree::delete_key(Hive hive, std::u16string_view path) {
 
 void RegistryTree::delete_value(Hive hive, std::u16string_view path, std::u16string_view name) {
   RegistryKey* key = find(hive, path);
-  if (!key || key->values.erase(std::u16string(name)) == 0) throw_missing();
+  if (!key || key->values.erase(std::u16string(name)) == 0) throw_missing(path);
 }
 
 std::optional<RegistryData> RegistryTree::read(Hive hive, std::u16string_view path, std::u16string_view name) {

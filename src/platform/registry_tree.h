@@ -15,7 +15,7 @@ struct RegistryKey {
   std::map<std::u16string, RegistryData, LessIgnoringCase> values;
 };
 
-// As on Windows a hive always exists and HKEY_CLASSES_ROOT shows "Software\Classes" of the machine.
+// As on Windows, a hive always exists, and HKEY_CLASSES_ROOT shows "Software\Classes" of the machine.
 class RegistryTree : public Registry {
  public:
   bool key_exists(Hive hive, std::u16string_view path) override;

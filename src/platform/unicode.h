@@ -1,7 +1,7 @@
 // UTF-8 to UTF-16 and back, without loss for any byte string.
 //
-// A byte that is no part of well-formed UTF-8 becomes the lone surrogate U+DC00 + byte and turns back into that byte,
-// so that a file name or a text that is not valid UTF-8 survives the trip (the scheme known as "surrogateescape").
+// A byte that is not part of well-formed UTF-8 becomes the lone surrogate U+DC00 + byte and turns back into that byte,
+// so that file names and texts that are not valid UTF-8 survive the round trip (known as "surrogateescape").
 #pragma once
 
 #include <string>

@@ -26,7 +26,7 @@ std::u16string_view trimmed(std::u16string_view text) {
 // A decimal number, with sign, fraction and exponent; nothing when the text is anything else.
 std::optional<double> parse_number(std::u16string_view text) {
   std::string ascii = to_utf8(trimmed(text));
-  if (ascii.find_first_not_of("0123456789+-.eE") != std::string::npos) return std::nullopt;  // nor "inf" and "nan"
+  if (ascii.find_first_not_of("0123456789+-.eE") != std::string::npos) return std::nullopt;  // also "inf" and "nan"
   std::string_view digits = ascii;
   if (digits.starts_with("+")) {
     digits.remove_prefix(1);

@@ -1,5 +1,5 @@
-// The pattern is a small automaton: one state before each of its units, all reachable states kept at once. So a pattern
-// of many stars costs name times pattern and never more.
+// The pattern is a small automaton with one state before each of its units. All reachable states are followed at once,
+// so the cost is at most the length of the name times that of the pattern, however many stars there are.
 #include "platform/wildcard.h"
 
 #include <cstddef>
@@ -33,7 +33,8 @@ std::vector<PatternUnit> parse(std::u16string_view pattern) {
   return units;
 }
 
-// Marks what can be reached without consuming a unit of the name; `next` is u'\0' at its end.
+// Marks the states that can be reached without consuming a unit of the name. `next` is the name's next unit, u'\0' at
+// its end.
 void follow_empty_moves(const std::vector<PatternUnit>& units, std::vector<bool>& reached, char16_t next) {
   const bool at_end = next == u'\0';
   for (std::size_t i = 0; i < units.size(); ++i) {

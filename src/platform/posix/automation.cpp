@@ -1,4 +1,4 @@
-// No automation system here: the program's own table is all there is.
+// This system has no automation, so only the program's own table of factories is asked.
 #include "platform/automation.h"
 
 #include "platform/adapters.h"

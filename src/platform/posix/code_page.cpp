@@ -1,5 +1,6 @@
-// Code pages through the C library's converter, asked once for every character and never again: its descriptors keep
-// state, cost a call for each block and disagree with Windows about invalid bytes, a table does none of that.
+// Code pages as tables, filled by asking the C library's converter once for every character. The converter itself is
+// not used on documents: its descriptors keep state, cost a call for each block and disagree with Windows about invalid
+// bytes.
 #include "platform/code_page.h"
 
 #include <iconv.h>
@@ -53,7 +54,8 @@ class Converter {
   Converter(const Converter&) = delete;
   Converter& operator=(const Converter&) = delete;
 
-  // The conversion of one character, at most 8 bytes; nothing when it has none or stands for another.
+  // One character in the other encoding, at most 8 bytes; nothing when it does not exist there or only a similar one
+  // does.
   std::optional<std::string> convert(std::string_view character) {
     ::iconv(descriptor_, nullptr, nullptr, nullptr, nullptr);
     std::array<char, 4> in{};
@@ -73,11 +75,12 @@ class Converter {
   iconv_t descriptor_;
 };
 
-// All characters of one code page. 0 in `units` and in `bytes` stands for none, but for the character 0 itself.
+// All characters of one code page. The code of a character is its byte, or lead byte * 256 + trail byte. An entry 0
+// means that there is no such character, except for the character 0 itself.
 struct Tables {
-  // By byte, and for lead bytes by lead byte times 256 plus trail byte.
+  // UTF-16 units by code.
   std::vector<char16_t> units = std::vector<char16_t>(0x10000);
-  // By unit: one byte, or lead byte times 256 plus trail byte.
+  // Codes by UTF-16 unit.
   std::vector<std::uint16_t> bytes = std::vector<std::uint16_t>(0x10000);
 };
 
@@ -123,7 +126,7 @@ Tables make_tables(unsigned number) {
   return tables;
 }
 
-// Made at the first use of each code page and kept: it takes some milliseconds.
+// Made at the first use of a code page and then kept, because it takes some milliseconds.
 const Tables& tables_of(unsigned number) {
   static std::mutex mutex;
   static std::map<unsigned, Tables> made;
@@ -182,7 +185,7 @@ class TableCodePage final : public CodePage {
 
 }  // namespace
 
-// The setting's default; the command puts the document's code page in its place.
+// Only the default: the command replaces it with the code page of the document.
 const CodePage& system_code_page() {
   static const Utf8CodePage code_page;
   return code_page;

@@ -26,13 +26,14 @@ void interrupt_on_control_c() {
   action.sa_handler = [](int) { request_interrupt(); };
   sigemptyset(&action.sa_mask);
   action.sa_flags = SA_RESTART;
-  // A closed terminal and a polite kill are the user's wish to stop, too.
+  // A closed terminal and `kill` are requests to stop, too.
   for (const int number : {SIGINT, SIGTERM}) sigaction(number, &action, nullptr);
   struct sigaction hangup {};
-  const bool hangup_counts = sigaction(SIGHUP, nullptr, &hangup) == 0 && hangup.sa_handler != SIG_IGN;  // no nohup
+  const bool hangup_counts =
+      sigaction(SIGHUP, nullptr, &hangup) == 0 && hangup.sa_handler != SIG_IGN;  // not under nohup
   if (hangup_counts) sigaction(SIGHUP, &action, nullptr);
-  // The write to a reader that has gone fails with EPIPE instead, that which meets a limit on a file's size with EFBIG.
-  // Programs that are started from here get the usual signals, which they would not if these were ignored.
+  // With a handler in place, a write to a closed pipe fails with EPIPE, and one beyond the limit on a file's size with
+  // EFBIG. Ignoring the signals would do the same here, but programs that we start would inherit that.
   action.sa_handler = [](int) {};
   for (const int number : {SIGPIPE, SIGXFSZ}) sigaction(number, &action, nullptr);
 }

@@ -26,7 +26,7 @@
 namespace kavo {
 namespace {
 
-// Nothing when there is no such entry; throws when that cannot be known.
+// Nothing when there is no such entry; throws when that cannot be found out.
 std::optional<struct stat> status_of(const std::string& path, bool follow_links = true) {
   struct stat status;
   if ((follow_links ? ::stat(path.c_str(), &status) : ::lstat(path.c_str(), &status)) == 0) return status;
@@ -37,7 +37,7 @@ std::optional<struct stat> status_of(const std::string& path, bool follow_links 
 bool is_folder(const std::optional<struct stat>& status) { return status && S_ISDIR(status->st_mode); }
 bool is_read_only(const std::optional<struct stat>& status) { return status && (status->st_mode & S_IWUSR) == 0; }
 
-// A missing file and a missing folder have one errno and two run-time error numbers.
+// A missing file and a missing folder share one errno but have different run-time error numbers.
 failure path_failure(const std::string& path, const failure& error) {
   const std::string folder = split_host_path(path).folder;
   if (!error.is(FailureNumber::kFileNotFound) || folder.empty() || is_folder(status_of(folder))) return error;
@@ -83,10 +83,10 @@ class PosixFile final : public File {
 // Network volumes of some systems have no flock(2).
 bool means_no_locks(int error) { return error == ENOLCK || error == EOPNOTSUPP || error == EBADF; }
 
-// flock(2) on the file or folder itself; nothing is left behind by a run that is killed.
+// flock(2) on the file or folder itself, so that a run that is killed leaves nothing behind.
 class PosixLock final : public FileLock {
  public:
-  // The lock; null where there are none.
+  // Null where the volume has no locks.
   static std::unique_ptr<PosixLock> take(const std::string& path) {
     for (;;) {
       Descriptor file = open_host(path, O_RDONLY | O_NONBLOCK);
@@ -97,7 +97,7 @@ class PosixLock final : public FileLock {
             ? failure(FailureNumber::kPermissionDenied, path_from_host(path) + u" is in use by another run")
             : host_failure(errno);
       }
-      // Whoever had the lock may have put another file in the place of this one.
+      // The last holder of the lock may have replaced the file. Then the new one must be locked.
       struct stat held;
       const std::optional<struct stat> named = status_of(path);
       if (::fstat(file.get(), &held) != 0) throw_errno();
@@ -106,7 +106,8 @@ class PosixLock final : public FileLock {
     }
   }
 
-  // A program that is being started has a copy of the descriptor for a moment, which would keep the lock.
+  // Closing is not enough: a program that is being started has a copy of the descriptor for a moment, and a copy keeps
+  // the lock.
   ~PosixLock() override { ::flock(file_.get(), LOCK_UN); }
 
  private:
@@ -114,8 +115,8 @@ class PosixLock final : public FileLock {
   Descriptor file_;
 };
 
-// A link of another user's in a folder where everybody may make one: the rule of fs.protected_symlinks, which not every
-// system has switched on.
+// Whether another user made this link in a folder where everybody may. It is the kernel's own rule
+// (fs.protected_symlinks), which is not switched on everywhere.
 bool is_untrusted_link(const struct stat& link, const std::string& path) {
   const std::string folder = split_host_path(path).folder;
   const std::optional<struct stat> parent = status_of(folder.empty() ? "." : folder);
@@ -147,7 +148,8 @@ class PosixFiles final : public FileSystem {
     if (access == Access::kCreate) flags = O_RDWR | O_CREAT | O_TRUNC;
     if (access == Access::kCreateNew) flags = O_RDWR | O_CREAT | O_EXCL;
     try {
-      // The object's memory is there before the file is, which nobody would remove otherwise.
+      // make_unique allocates before the constructor opens the file. The other way round, a lack of memory would leave
+      // a new file that nobody removes.
       return std::make_unique<PosixFile>(host, flags);
     } catch (const failure& error) {
       throw path_failure(host, error);
@@ -228,7 +230,7 @@ class PosixFiles final : public FileSystem {
     const std::string source = resolve(from);
     std::string target = resolve(to);
     if (target == source) {
-      // The same file, found without regard to case: the new spelling is what the caller wants.
+      // The names differ in case at most: the caller wants the new spelling.
       target = split_host_path(source).folder + split_host_path(path_to_host(to)).name;
     } else {
       const std::optional<struct stat> status = status_of(target);
@@ -249,9 +251,7 @@ class PosixFiles final : public FileSystem {
     if (::chmod(host.c_str(), read_only ? bits & ~kAllWrite : bits | S_IWUSR) != 0) throw_errno();
   }
 
-  std::unique_ptr<FileLock> lock(std::u16string_view path) override {
-    return PosixLock::take(resolve(path));
-  }
+  std::unique_ptr<FileLock> lock(std::u16string_view path) override { return PosixLock::take(resolve(path)); }
 
   std::u16string link_target(std::u16string_view path) override {
     constexpr int kMostLinks = 40;  // the system's own limit
@@ -276,7 +276,7 @@ class PosixFiles final : public FileSystem {
     if (!old || !now) return;
     const bool same_owner = old->st_uid == now->st_uid && old->st_gid == now->st_gid;
     if (!same_owner) static_cast<void>(::chown(host.c_str(), old->st_uid, old->st_gid) == 0);
-    // Behind chown(2), which takes bits away.
+    // After chown(2), because that clears bits.
     const mode_t wanted = (old->st_mode & (which == Permissions::kAll ? 07777 : 0666)) | S_IWUSR;
     if (same_owner && wanted == (now->st_mode & 07777)) return;
     if (::chmod(host.c_str(), wanted) != 0 && errno != EPERM && errno != EOPNOTSUPP) throw_errno();
@@ -296,7 +296,7 @@ class PosixFiles final : public FileSystem {
       if (!::getcwd(current.data(), current.size())) throw_errno();
       whole = path_from_host(current.data()) + u'\\' + whole;
     }
-    // By the letters alone, as GetFullPathName does: links are not followed.
+    // From the text alone, as GetFullPathName does: links are not followed.
     std::vector<std::u16string_view> names;
     std::u16string_view rest = whole;
     while (!rest.empty()) {

@@ -108,7 +108,7 @@ std::optional<std::string> read_host_file(const std::string& path) {
 void replace_host_file(const std::string& path, std::string_view bytes) {
   struct stat status;
   const bool exists = ::stat(path.c_str(), &status) == 0;
-  // A name that another process uses at the same moment is passed over.
+  // Skips the names of other processes that are doing the same at this moment.
   std::string temporary;
   std::optional<Descriptor> descriptor;
   for (int attempt = 0; !descriptor; ++attempt) {

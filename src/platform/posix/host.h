@@ -13,7 +13,7 @@ namespace kavo {
 // The failure for an errno value: its run-time error number and the system's text.
 failure host_failure(int error);
 [[noreturn]] void throw_errno();
-// Whether a failing look at a path means that nothing is there; any other error leaves that open.
+// Whether this errno of a failed look-up means that the path does not exist. After any other error it may exist.
 bool means_absent(int error);
 
 // Owns an open file descriptor, or none (-1).
@@ -38,7 +38,7 @@ void close_host(Descriptor descriptor);
 // The bytes of a file; nothing when there is no file of that name. Throws `failure` when it cannot be read.
 std::optional<std::string> read_host_file(const std::string& path);
 // Replaces a file in one step: the new content is written beside it, flushed to the disk and renamed over it. The
-// permission bits of an existing file stay. Throws `failure`; the old content is then still there.
+// permission bits of an existing file stay. Throws `failure` and then leaves the old content in place.
 void replace_host_file(const std::string& path, std::string_view bytes);
 
 // Where this user's settings lie: KAVO_CONFIG_FOLDER, else kavo below XDG_CONFIG_HOME or ~/.config. Ends without "/".

@@ -7,14 +7,14 @@
 
 namespace kavo {
 
-// The host path that a core path means: the name as it is where an entry of that name exists, else, component by
-// component, the entry whose name differs in case only; components that do not exist are taken as written, so that a
-// new file gets its name from the caller and its folder from the disk. Throws `failure` when a component cannot be
-// looked at, and 75 for a path that holds a zero character, which the system would silently cut.
+// The host path that a core path means. An existing path is taken as it is. Otherwise each component becomes the entry
+// whose name differs in case only; components that do not exist stay as written, so that a new file gets its name from
+// the caller and its folder from the disk. Throws `failure` when a component cannot be looked up, and 75 for a path
+// with a zero character, at which the system would silently cut it.
 std::string resolve(std::u16string_view path);
 
-// Calls `visit` with the name of each entry of a folder ("." and ".." too), in the system's order; with none when the
-// folder does not exist. Throws `failure` when it cannot be read to its end.
+// Calls `visit` with the name of each entry of a folder ("." and ".." too), in the system's order. Does nothing when
+// the folder does not exist. Throws `failure` when it cannot be read to its end.
 void for_each_entry(const std::string& folder, const std::function<void(const char* name)>& visit);
 
 // Splits a host path behind its last "/": "a/b" to "a/" and "b".

@@ -156,9 +156,9 @@ class PosixProfileFiles final : public ProfileFiles {
       if (const std::optional<std::string> bytes = read_host_file(profile_path(file)))
         value = Profile(*bytes).value(section, key);
     } catch (const failure&) {
-      // As good as missing.
+      // A file that cannot be read counts as missing.
     }
-    // Blanks at the end of the fallback go too: the system call behind this port takes them.
+    // GetPrivateProfileString removes the blanks at the end of its default, too.
     if (!value) value = fallback.substr(0, fallback.find_last_not_of(u' ') + 1);
     return value->substr(0, limit);
   }

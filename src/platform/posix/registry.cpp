@@ -1,8 +1,8 @@
 // The registry as one JSON file of the user's configuration folder.
 //
-// Every call reads the file again: calls are few, the file is small, and so a value that another process has written is
-// seen at once. A change holds a lock file from reading to renaming, so that no two processes lose each other's values.
-// A file that cannot be understood is never overwritten.
+// Every call reads the file again, so that a value that another process has written is seen at once; calls are few and
+// the file is small. A change holds a lock file from reading to renaming, so that no process loses another one's
+// values. A file that cannot be understood is never overwritten.
 #include "platform/registry.h"
 
 #include <fcntl.h>
@@ -39,9 +39,14 @@ std::string to_hex(std::string_view bytes) {
   return hex;
 }
 
-[[noreturn]] void throw_no_hex() {
-  throw failure(FailureNumber::kDeviceError, u"Not a hexadecimal value in the settings file");
+std::string registry_file() { return config_folder() + "/registry.json"; }
+
+[[noreturn]] void throw_damaged(const std::string& reason) {
+  throw failure(FailureNumber::kDeviceError, to_utf16("The settings in " + registry_file() + " are damaged (" + reason +
+                                                      "): repair the file, or move it away to start without settings"));
 }
+
+[[noreturn]] void throw_no_hex() { throw_damaged("a value is not hexadecimal"); }
 
 // Throws `failure` 57 for anything but pairs of digits.
 std::string from_hex(std::string_view hex) {
@@ -56,7 +61,8 @@ std::string from_hex(std::string_view hex) {
   return bytes;
 }
 
-// Text as the W calls store it, when UTF-8 can show it: whole units, one zero at the end and nowhere else.
+// The text of a value in UTF-8, if the stored bytes can be restored from it: whole units, well-formed UTF-16, and one
+// zero, at the end.
 std::optional<std::string> text_of(const RegistryData& data) {
   if (data.type != RegistryType::kString && data.type != RegistryType::kExpandableString) return std::nullopt;
   if (data.bytes.size() < 2 || data.bytes.size() % 2 != 0) return std::nullopt;
@@ -104,8 +110,8 @@ RegistryData data_from_json(const Json& json) {
 }
 
 Json to_json(const RegistryKey& key) {
-  // Objects from the start: a null value that becomes one, as operator[] lets it, is left half made when memory fails
-  // just then, and cannot be destroyed.
+  // Objects from the start, and no operator[], which turns a null value into an object: if memory runs out at that
+  // moment, the value is left half constructed and cannot be destroyed.
   Json keys = Json::object(), values = Json::object(), json = Json::object();
   for (const auto& [name, below] : key.keys) keys.emplace(to_utf8(name), to_json(*below));
   for (const auto& [name, data] : key.values) values.emplace(to_utf8(name), to_json(data));
@@ -114,7 +120,8 @@ Json to_json(const RegistryKey& key) {
   return json;
 }
 
-// The members of an object that must be one; none for a name that is missing. Throws Json::exception.
+// The members of the object that `json` has under this name; none when it has no such member. Throws Json::exception
+// when either of the two is not an object.
 const Json::object_t& members_of(const Json& json, const char* name) {
   static const Json::object_t none;
   const Json::object_t& members = json.get_ref<const Json::object_t&>();
@@ -134,9 +141,7 @@ void fill(RegistryKey& key, const Json& json) {
 constexpr const char* kCurrentUser = "HKEY_CURRENT_USER";
 constexpr const char* kLocalMachine = "HKEY_LOCAL_MACHINE";
 
-std::string registry_file() { return config_folder() + "/registry.json"; }
-
-// Runs what works on the settings' files and says so when it fails.
+// Runs `work`. Its failures say which file could not be read or changed.
 template <class Work>
 decltype(auto) about_settings(const char* what, Work&& work) {
   try {
@@ -148,12 +153,12 @@ decltype(auto) about_settings(const char* what, Work&& work) {
   }
 }
 
-// Waits for whoever changes the settings at this moment; a program that was stopped in the middle could keep them for
-// ever.
+// How long to wait for another program that is changing the settings. Not for ever: it may have been suspended in the
+// middle.
 constexpr double kLongestWait = 10;  // seconds
 constexpr double kBetweenAttempts = 0.01;
 
-// The lock that a change holds. Throws `interruption` when the user interrupts, and 70 when the wait is over.
+// Takes the lock that a change holds. Throws `interruption` when the user interrupts, and 70 when the wait is over.
 Descriptor lock_settings() {
   make_host_folder(config_folder());
   const std::string path = config_folder() + "/registry.lock";
@@ -181,12 +186,12 @@ RegistryTree load() {
     fill(tree.current_user(), json.at(kCurrentUser));
     fill(tree.local_machine(), json.at(kLocalMachine));
   } catch (const Json::exception& error) {
-    throw failure(FailureNumber::kDeviceError, to_utf16(path + " is damaged: " + error.what()));
+    throw_damaged(error.what());
   }
   return tree;
 }
 
-// What programs that were killed have left beside the file. The caller holds the lock: nobody else is writing.
+// Removes what killed programs left beside the file. The caller holds the lock, so nobody else is writing.
 void remove_leftovers() {
   const std::string start = split_host_path(registry_file()).name + ".kavo-";
   for_each_entry(config_folder(), [&](const char* name) {

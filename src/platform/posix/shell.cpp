@@ -1,4 +1,4 @@
-// Programs are started without a shell in between, so that no character of a file name has a meaning.
+// Programs are started without a shell in between, so that no character of a file name has a special meaning.
 #include "platform/shell.h"
 
 #include <spawn.h>
@@ -26,12 +26,12 @@ constexpr int kFileNotFound = 2;
 constexpr int kAccessDenied = 5;
 constexpr int kNoAssociation = 31;
 
-// A path of the core in the host's form; everything else (options, addresses) as it is.
+// An existing file's path in the host's form; everything else (options, addresses) as it is.
 std::string host_argument(const std::u16string& argument) {
   return system_files().info(argument) ? resolve(argument) : to_utf8(argument);
 }
 
-// Starts a program that is looked up in PATH; 0 or the errno value.
+// Looks a program up in PATH and starts it; 0 or the errno value.
 int spawn(std::vector<std::string> parts) {
   std::vector<char*> arguments;
   for (std::string& part : parts) arguments.push_back(part.data());
@@ -39,7 +39,7 @@ int spawn(std::vector<std::string> parts) {
   pid_t child = 0;
   const int error = ::posix_spawnp(&child, arguments[0], nullptr, nullptr, arguments.data(), environ);
   if (error != 0) return error;
-  // Nobody waits for the program, but a child that has ended must be collected.
+  // Nobody waits for the program, but a child that has ended stays a zombie until it is collected.
   std::thread([child] { ::waitpid(child, nullptr, 0); }).detach();
   return 0;
 }
@@ -51,7 +51,7 @@ class PosixShell final : public Shell {
     return result_of(spawn({"xdg-open", resolve(system_files().absolute(document))}), kNoAssociation);
   }
 
-  // The desktop knows a document by its content.
+  // This desktop goes by the content of a document, so the extension does not matter.
   int open_as(std::u16string_view document, std::u16string_view) override { return open(document); }
 
   int run(std::u16string_view program, std::u16string_view parameters) override {
@@ -71,7 +71,7 @@ class PosixShell final : public Shell {
   }
 
  private:
-  // `missing` is what a missing program means.
+  // ShellExecute's result for an errno value of spawn(); `missing` is the one for a program that is not found.
   static int result_of(int error, int missing) {
     if (error == 0) return kStarted;
     return error == ENOENT ? missing : kAccessDenied;

@@ -15,7 +15,7 @@
 namespace kavo {
 namespace {
 
-// 429 whatever the system's reason, which stands in the description: automation hosts know this number.
+// Always 429, the number that automation hosts know. The system's own reason is in the description.
 void check_created(HRESULT result, std::u16string_view name) {
   if (SUCCEEDED(result)) return;
   throw failure(FailureNumber::kCannotCreateObject,

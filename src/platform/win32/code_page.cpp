@@ -8,6 +8,7 @@
 
 #include "platform/adapters.h"
 #include "platform/failure.h"
+#include "platform/unicode.h"
 #include "platform/win32/system_error.h"
 #include "platform/win32/text.h"
 
@@ -17,7 +18,7 @@ namespace {
 class WindowsCodePage final : public CodePage {
  public:
   explicit WindowsCodePage(unsigned number) : number_(number) {
-    // Asked once: the scanners ask for every byte.
+    // Kept in a table, because the scanners ask for every byte.
     for (int byte = 0; byte < 256; ++byte)
       lead_bytes_[static_cast<std::size_t>(byte)] = IsDBCSLeadByteEx(number, static_cast<BYTE>(byte)) != 0;
   }
@@ -67,7 +68,9 @@ const CodePage& system_code_page() {
 std::unique_ptr<CodePage> make_code_page(std::string_view name) {
   const unsigned number = code_page_number(name);
   // A system may lack the tables of a code page that the program knows.
-  if (!IsValidCodePage(number)) throw failure(FailureNumber::kInvalidCall, system_text(ERROR_INVALID_PARAMETER));
+  if (!IsValidCodePage(number))
+    throw failure(FailureNumber::kInvalidCall,
+                  u"Code page " + to_utf16(std::to_string(number)) + u" is not installed on this system");
   return std::make_unique<WindowsCodePage>(number);
 }
 

@@ -23,7 +23,7 @@ class WindowsDesktop final : public Desktop {
     MSG message;
     while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
       if (message.message == WM_QUIT) {
-        // The host's own loop must see it.
+        // Put back: the host's own loop must see it.
         PostQuitMessage(static_cast<int>(message.wParam));
         break;
       }
@@ -78,7 +78,7 @@ class WindowsDesktop final : public Desktop {
     dialog.lpstrTitle = title.empty() ? nullptr : title.c_str();
     dialog.lpstrDefExt = extension.empty() ? nullptr : extension.c_str();
     dialog.Flags = OFN_EXPLORER | OFN_HIDEREADONLY | (question.to_save ? OFN_OVERWRITEPROMPT : OFN_FILEMUSTEXIST);
-    // The current folder is the host's, and OFN_NOCHANGEDIR has no effect in an open dialog.
+    // The dialog changes the current folder, which belongs to the host; OFN_NOCHANGEDIR has no effect when opening.
     std::vector<wchar_t> current(GetCurrentDirectoryW(0, nullptr) + 1);
     GetCurrentDirectoryW(static_cast<DWORD>(current.size()), current.data());
     const BOOL chosen = question.to_save ? GetSaveFileNameW(&dialog) : GetOpenFileNameW(&dialog);

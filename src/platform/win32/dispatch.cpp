@@ -1,4 +1,4 @@
-// DispatchAdapter lends a C++ object to automation clients, AutomationClient lends an automation object to C++.
+// DispatchAdapter offers a C++ object to automation clients; AutomationClient offers an automation object to C++.
 #include "platform/win32/dispatch.h"
 
 #include <algorithm>
@@ -68,7 +68,7 @@ class DispatchAdapter final : public ComObject<IDispatch> {
  private:
   ~DispatchAdapter() override { --live_objects; }
 
-  // Numbers are given in the order in which names are first asked for, and stay.
+  // Names get their numbers in the order in which they are first asked for, and keep them.
   DISPID id_of(const std::u16string& name) {
     const auto found = std::find_if(names_.begin(), names_.end(),
                                     [&](const std::u16string& known) { return equal_ignoring_case(known, name); });
@@ -80,7 +80,7 @@ class DispatchAdapter final : public ComObject<IDispatch> {
   // The name by value: the object may ask for further names while it is called.
   void call(std::u16string name, WORD flags, bool is_put, const DISPPARAMS& parameters, VARIANT* result,
             UINT* bad_argument) {
-    // Arguments come last first; a new value of a property comes before them all.
+    // Arguments arrive in reverse order; the new value of a property comes before them all.
     const UINT first = is_put ? 1 : 0;
     std::vector<Argument> arguments;
     for (UINT i = parameters.cArgs; i-- > first;) {
@@ -109,7 +109,7 @@ class AutomationClient final : public AutomationObject {
  public:
   explicit AutomationClient(IDispatch* dispatch) : dispatch_(dispatch) { dispatch->AddRef(); }
 
-  // "Method or property" both times, as script hosts ask: a server's own choice of kind does not matter then.
+  // Both ask for "method or property", as script hosts do, so it does not matter which of the two the server offers.
   Value get(std::u16string_view member, std::span<Argument> arguments) override {
     return call(member, DISPATCH_PROPERTYGET | DISPATCH_METHOD, arguments, nullptr);
   }
@@ -148,7 +148,7 @@ class AutomationClient final : public AutomationObject {
     std::u16string description;
     std::u16string source = u"K19FPW";
     if (result == DISP_E_EXCEPTION && info != nullptr) {
-      // A server may put off making the texts until they are wanted.
+      // A server may fill in the texts only when they are asked for.
       if (info->pfnDeferredFillIn != nullptr) info->pfnDeferredFillIn(info);
       description = from_bstr(info->bstrDescription);
       if (info->bstrSource != nullptr) source = from_bstr(info->bstrSource);
@@ -171,8 +171,8 @@ class AutomationClient final : public AutomationObject {
     const HRESULT found = find_id(member, id);
     if (FAILED(found)) raise(found, member, nullptr);
 
-    // Last first. A by-reference argument points into `storage`, typed as its value is, because a server with a
-    // typed parameter accepts only a reference to exactly that type; an empty one points to the whole variant.
+    // In reverse order. A by-reference argument points into `storage` with the type of its value, because a server with
+    // a typed parameter accepts only a reference to exactly that type; an empty one points to the whole variant.
     const std::size_t first = new_value != nullptr ? 1 : 0;
     const std::size_t count = arguments.size() + first;
     std::vector<unique_variant> storage(count);

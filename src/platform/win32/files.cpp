@@ -26,15 +26,15 @@ bool is_folder(const std::wstring& path) {
   return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
-// For a call that failed on `path`. The system answers "access denied" for a folder that is used as a file.
+// For a call that failed on `path`. The system reports "access denied" for a folder that is used as a file.
 [[noreturn]] void throw_file_error(const std::wstring& path) {
   const DWORD code = GetLastError();
   if (code == ERROR_ACCESS_DENIED && is_folder(path)) throw failure(FailureNumber::kPathFileAccess, system_text(code));
   throw system_failure(code);
 }
 
-// Whether a failing look at a path means that nothing is there, as under a name that cannot be; any other error leaves
-// that open.
+// Whether this error of a failed look-up means that the path does not exist, as with an impossible name. After any
+// other error it may exist.
 bool means_absent(DWORD code) {
   return code == ERROR_FILE_NOT_FOUND || code == ERROR_PATH_NOT_FOUND || code == ERROR_DIRECTORY ||
          code == ERROR_INVALID_NAME;
@@ -53,8 +53,8 @@ std::optional<FileIdentity> identity_of(const std::wstring& path) {
                       (static_cast<std::uint64_t>(data.nFileIndexHigh) << 32) | data.nFileIndexLow};
 }
 
-// A read-only file is neither emptied nor replaced. The system refuses that by itself, except where the rights of
-// another system's user decide (shared drives, Wine).
+// A read-only file is neither emptied nor replaced. Windows refuses that by itself, except where another system decides
+// about the rights (shared drives, Wine).
 void check_writable(const std::wstring& path) {
   const DWORD attributes = GetFileAttributesW(path.c_str());
   const bool is_read_only = attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0 &&
@@ -108,8 +108,8 @@ class WindowsFile final : public File {
   unique_handle handle_;
 };
 
-// A named mutex (CreateMutex): a lock on the file itself would go with the file that a run replaces. It is named after
-// the identity of the file or folder, so that every path to it means one lock.
+// A named mutex (CreateMutex), because a lock on the file itself would disappear when a run replaces the file. It is
+// named after the identity of the file or folder, so that every path to it means the same lock.
 class WindowsLock final : public FileLock {
  public:
   explicit WindowsLock(const std::wstring& path) {
@@ -238,7 +238,7 @@ class WindowsFileSystem final : public FileSystem {
         GetFinalPathNameByHandleW(target.get(), full.data(), static_cast<DWORD>(full.size()), FILE_NAME_NORMALIZED);
     if (size == 0 || size >= full.size()) return std::u16string(path);
     full.resize(size);
-    // The system answers with the form that may be longer than 260 characters; names go about without it.
+    // The system adds the prefix for paths of more than 260 characters. The rest of the program uses paths without it.
     constexpr std::wstring_view kShare = L"\\\\?\\UNC\\";
     constexpr std::wstring_view kLong = L"\\\\?\\";
     if (full.starts_with(kShare)) return u"\\\\" + from_wide(full.substr(kShare.size()));

@@ -61,7 +61,7 @@ void take_error_info(HRESULT result, EXCEPINFO& info) noexcept {
   try {
     info.bstrDescription = make_bstr(system_text(static_cast<DWORD>(result))).release();
   } catch (const std::bad_alloc&) {
-    // The number has to do.
+    // The caller gets the number alone.
   }
 }
 

@@ -14,8 +14,8 @@
 
 namespace kavo {
 
-// `Traits` says what the resource is (`value_type`), what stands for nothing (`none()`), how to tell it (`is_none()`)
-// and how a resource is let go (`close()`).
+// `Traits` says what the resource is (`value_type`), what stands for no resource (`none()`), how to recognise that
+// (`is_none()`) and how a resource is released (`close()`).
 template <typename Traits>
 class unique_owner {
  public:
@@ -59,7 +59,7 @@ struct HandleTraits {
   static void close(T value) noexcept { kClose(value); }
 };
 
-// A file-like handle: calls answer null or INVALID_HANDLE_VALUE for nothing.
+// A file-like handle: system calls return null or INVALID_HANDLE_VALUE for no handle.
 template <auto kClose>
 struct FileHandleTraits : HandleTraits<HANDLE, kClose> {
   static bool is_none(HANDLE value) noexcept { return value == nullptr || value == INVALID_HANDLE_VALUE; }

@@ -1,4 +1,4 @@
-// The registry through the W calls. A missing key or value is an answer, every other trouble a failure.
+// The registry through the W calls. A missing key or value is a result; every other error is a `failure`.
 #include "platform/registry.h"
 
 #include <windows.h>
@@ -54,7 +54,7 @@ unique_hkey make_key(Hive hive, std::u16string_view path, REGSAM access) {
   return key;
 }
 
-// Names by index until the call has no more; `next` is RegEnumKeyEx or RegEnumValue with its other results unasked.
+// Collects names by index. `next` calls RegEnumKeyEx or RegEnumValue and asks for the name only.
 template <typename Next>
 std::vector<std::u16string> list_names(Hive hive, std::u16string_view path, Next next) {
   std::vector<std::u16string> names;

@@ -24,7 +24,7 @@ class WindowsShell final : public Shell {
     const std::wstring file_class = to_wide(extension);
     SHELLEXECUTEINFOW request{};
     request.cbSize = sizeof request;
-    // The caller tells of a failure; the system's own box would come on top.
+    // The caller reports a failure; without this flag the system would show a box as well.
     request.fMask = SEE_MASK_CLASSNAME | SEE_MASK_FLAG_NO_UI;
     request.lpVerb = L"open";
     request.lpFile = name.c_str();
@@ -34,9 +34,7 @@ class WindowsShell final : public Shell {
     return static_cast<int>(reinterpret_cast<INT_PTR>(request.hInstApp));
   }
 
-  int run(std::u16string_view program, std::u16string_view parameters) override {
-    return execute(program, parameters);
-  }
+  int run(std::u16string_view program, std::u16string_view parameters) override { return execute(program, parameters); }
 
   void start(std::u16string_view program, const std::vector<std::u16string>& arguments) override {
     std::wstring line = to_wide(joined_command_line(program, arguments));  // CreateProcess writes into it

@@ -41,7 +41,7 @@ void change_type(VARIANT& variant, VARTYPE type) {
 
 Value value_of(const VARIANT& variant) {
   unique_variant copy;
-  // Follows every level of reference; for a plain value it is a copy.
+  // Follows references at every level; a plain value is copied.
   check_conversion(VariantCopyInd(copy.put(), const_cast<VARIANT*>(&variant)));
   VARIANT& v = *copy;
   switch (V_VT(&v)) {

@@ -6,9 +6,9 @@
 
 namespace kavo {
 
-// The value that a VARIANT stands for; one that points elsewhere (VT_BYREF) is followed. Whole numbers of 8 and 16
-// bits become 16-bit numbers, those that fit 32 bits become 32-bit numbers, all others, currency and dates double;
-// Null becomes Empty, IUnknown a late-bound object. Throws `failure` 13 for arrays, records and objects that offer no
+// The value that a VARIANT stands for; references (VT_BYREF) are followed. Whole numbers of 8 and 16 bits become 16-bit
+// numbers, others that fit become 32-bit numbers, and everything else that is a number, currency or date becomes
+// double. Null becomes Empty, IUnknown a late-bound object. Throws `failure` 13 for arrays, records and objects without
 // late binding.
 Value value_of(const VARIANT& variant);
 
