@@ -22,7 +22,7 @@ std::size_t block_size_for(std::uint64_t file_size) {
 }  // namespace
 
 BlockReader::BlockReader(std::u16string_view path) {
-  // Its size would be 0, and so the document that comes of it.
+  // A device reports size 0, so it would read as an empty document.
   if (const auto info = ports().files->info(path); info && info->is_special)
     throw failure(FailureNumber::kPathFileAccess,
                   std::u16string(path) + u" is a device or a pipe: write its text to a file first");

@@ -28,7 +28,7 @@ class BlockReader {
   // The bytes read and not consumed. Valid until the next more(), seek() or consume().
   std::string_view window() const { return {buffer_.data() + begin_, end_ - begin_}; }
   void consume(std::size_t count) { begin_ += count; }
-  // Appends the next block to the window; false, and nothing happens, when the file is exhausted.
+  // Appends the next block to the window; does nothing and returns false when the file is exhausted. Throws `failure`.
   bool more();
   // True when window() reaches to the end of the file.
   bool exhausted() const { return read_ == size_; }
@@ -51,7 +51,8 @@ class BlockReader {
   std::uint64_t read_ = 0;
 };
 
-// Makes every BlockReader of this thread read blocks of a given size while it lives: tests cut documents everywhere.
+// While it lives, every BlockReader of this thread reads blocks of a given size, so that tests can cut documents at any
+// byte.
 class BlockSizeScope {
  public:
   explicit BlockSizeScope(std::size_t bytes);

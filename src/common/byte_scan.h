@@ -1,7 +1,7 @@
 // Finding bytes fast: the helpers that skip the plain runs of a document.
 //
-// Each works on [p, end) and answers `end` when nothing is found. x86-64 always has SSE2, so that is the one vector
-// form; `simple` holds the plain twins, which other processors use and the tests compare with.
+// Each works on [p, end) and returns `end` when nothing is found. x86-64 always has SSE2, so that is the only vector
+// form; `simple` has the plain versions, which other processors use and the tests compare with.
 #pragma once
 
 #include <cstddef>
@@ -104,7 +104,7 @@ inline const char* find_text(const char* p, const char* end, std::string_view ne
     const auto* hit =
         static_cast<const char*>(std::memchr(p, needle[0], static_cast<std::size_t>(end - p - length + 1)));
     if (hit == nullptr) return end;
-    // The last byte tells most texts that merely begin alike apart without a call.
+    // Comparing the last byte first spares the call for most texts that merely begin alike.
     if (hit[length - 1] == needle.back() && std::memcmp(hit, needle.data(), needle.size()) == 0) return hit;
     p = hit + 1;
   }

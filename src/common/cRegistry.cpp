@@ -67,7 +67,7 @@ RegistryData stored_form(const cRegistry::Variant& value, RegistryType type) {
   throw failure(FailureNumber::kInvalidCall, u"Registry values of this type cannot be written");
 }
 
-// Nothing for a value that is damaged or of a type without a form here.
+// Nothing for a value that is damaged or of a type that Variant cannot express.
 std::optional<cRegistry::Variant> loaded_form(const RegistryData& data) {
   switch (data.type) {
     case RegistryType::kString:
@@ -109,7 +109,7 @@ cRegistry::Variant cRegistry::Value() const {
     if (const auto data = ports().registry->read(hive_, section_, name_))
       if (auto value = loaded_form(*data)) return *std::move(value);
   } catch (const failure&) {
-    // An unreadable value is as good as none.
+    // A value that cannot be read counts as missing.
   }
   return default_;
 }

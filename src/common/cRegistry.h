@@ -1,4 +1,4 @@
-// A property-driven cover over the registry: set the place, then read or write the value.
+// The registry through properties: set the place (ClassKey, SectionKey, ValueKey), then read or write the value.
 //
 // Reading never fails: a value that is missing, damaged or out of reach reads as `Default`. All other operations throw
 // the `failure` of the registry port; writing throws 13 for a value that does not suit `ValueType` and 5 for a type
@@ -31,6 +31,7 @@ class cRegistry {
   Variant Value() const;
   void SetValue(const Variant& value) const;
   void Value(const Variant& value) const { SetValue(value); }
+  // Each replaces `names`; `count` is their number. None for a missing key.
   void EnumerateValues(std::vector<std::u16string>& names, std::int32_t& count) const;
   void EnumerateSections(std::vector<std::u16string>& names, std::int32_t& count) const;
   // Registers a program for a file name extension (without its dot) under HKEY_CLASSES_ROOT and, for the whole
@@ -54,7 +55,7 @@ class cRegistry {
   void Default(Variant value) { default_ = std::move(value); }
 
  private:
-  // The default value of a class key, in both places where classes are registered.
+  // Writes the default value of a class key in both places where classes are registered.
   void SetClassValue(std::u16string_view key, std::u16string_view value) const;
 
   Hive hive_ = Hive::kCurrentUser;

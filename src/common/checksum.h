@@ -1,5 +1,5 @@
-// The checksum of a file, which shows whether documents belong together. It is stored in bilingual
-// documents and skeletons: its values must stay.
+// The checksum of a file, which shows whether documents belong together. It is stored in bilingual documents and
+// skeletons, so the checksum of a given file must never change.
 #pragma once
 
 #include <cstdint>

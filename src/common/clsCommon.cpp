@@ -24,14 +24,13 @@ void check_position(std::size_t position) {
   if (position > kHighestPosition) throw failure(FailureNumber::kOverflow, u"Overflow");
 }
 
-void add_file_error(MessageList* errors, TextRow name, std::u16string_view file_name,
-                    std::u16string_view description) {
+void add_file_error(MessageList* errors, TextRow row, std::u16string_view file_name, std::u16string_view description) {
   if (errors == nullptr) return;
-  std::u16string text(name.text);
+  std::u16string text(row.text);
   text += file_name;
   if (!description.empty()) text += u" - ";
   text += description;
-  errors->push_back({std::move(text), name.number});
+  errors->push_back({std::move(text), row.number});
 }
 
 // "&h1F" as a number; nothing for any other text.
@@ -79,7 +78,7 @@ void clsCommon::StartSysInfo() const {
       ports().shell->start(*program, {});
       return;
     } catch (const failure&) {
-      // Registered but not there: the same answer as when there is none.
+      // A program that is registered but missing counts as none.
     }
   }
   ports().desktop->message_box(u"System Information Is Unavailable At This Time", u"KAVO", MessageIcon::kNone);
@@ -108,7 +107,7 @@ std::u16string clsCommon::SandR(std::u16string_view text, std::u16string_view se
   std::size_t begin = 0;
   for (std::size_t match; (match = text.find(search, begin)) != std::u16string_view::npos;) {
     result += text.substr(begin, match - begin);
-    // The position counts in the text as it is by now, replacements included.
+    // The position counts in the text as it is now, with the replacements made so far.
     check_position(result.size() + 1);
     result += replacement;
     begin = match + search.size();
@@ -172,8 +171,8 @@ std::u16string clsCommon::FormatString(std::u16string_view format, std::span<con
   for (std::size_t n = 1; n <= 6; ++n) {
     const std::u16string placeholder{u'%', static_cast<char16_t>(u'0' + n), u'%'};
     const std::u16string value = n <= values.size() ? values[n - 1] : u"";
-    // Every round looks at the text from its start, so a value may form a new placeholder with its neighbours. A value
-    // that would go on doing so (not only one that holds the placeholder) is found out by the count of rounds.
+    // Every round searches from the start of the text, so a value may form a new placeholder together with its
+    // neighbours. That may never end, even if no value contains the placeholder itself: the rounds are limited.
     std::size_t rounds_left = 8 * (text.size() + value.size());
     for (std::size_t at; (at = text.find(placeholder)) != std::u16string::npos; --rounds_left) {
       if (rounds_left == 0 || value.find(placeholder) != std::u16string::npos)
@@ -191,7 +190,7 @@ void clsCommon::DeleteFile(std::u16string_view file_name) const {
     if (info && info->is_read_only) files.set_read_only(file_name, false);
     files.remove_file(file_name);
   } catch (const failure&) {
-    // Promised: no failure leaves this function.
+    // The contract: no failure leaves this function.
   }
 }
 

@@ -19,8 +19,8 @@ class clsCommon {
   // Moves the form to the middle of the screen.
   void CentreForm(FormFrame& form) const;
 
-  // Settings of an INI file; without a file name that of the library ("K19FPW.ini", where the system looks for such
-  // files). A missing key gives the default; a value is cut at 1023 characters.
+  // Settings of an INI file; without a file name, of the library's own ("K19FPW.ini", where the system looks for such
+  // files). A missing key gives the default; a value is cut at 1023 characters. A failure to write is ignored.
   std::u16string GetINISetting(std::u16string_view section, std::u16string_view key, std::u16string_view default_value,
                                std::optional<std::u16string_view> ini_file = std::nullopt) const;
   void SetINISetting(std::u16string_view section, std::u16string_view key, std::u16string_view value,
@@ -29,7 +29,7 @@ class clsCommon {
   // Selects the whole text of the box.
   void HighLight(TextBoxFrame& box) const;
 
-  // Starts the system's information program, or says that there is none.
+  // Starts the system's information program, or shows a message that there is none.
   void StartSysInfo() const;
 
   // A registry value as text; a value written as "&h1F" becomes the decimal text of that number. Nothing when the key
@@ -48,22 +48,23 @@ class clsCommon {
   // separator lies beyond position 32,767 (16-bit positions, as in SandR).
   std::u16string strParseFileName(std::u16string_view file_name, std::int16_t mode) const;
 
-  // Puts `source` in the place of `destination` without a moment at which neither is whole. False, with an entry in
-  // `errors` when given, when it failed; both files are then as they were. A source that was copied from another
-  // volume and cannot be removed is an entry, but no failure: the destination holds the document.
+  // Replaces `destination` by `source`; at every moment one of the two is whole. When that fails, the result is false,
+  // `errors` (if given) gets an entry, and both files are as they were. A source that was copied from another volume
+  // and cannot be removed also gives an entry, but the result is true: the document is in its place.
   bool MoveFile(std::u16string_view source, std::u16string_view destination, MessageList* errors = nullptr) const;
 
   // The text, shortened to `width` characters by putting "...." in place of its middle.
   std::u16string SetCaption(std::u16string_view text, std::size_t width) const;
 
-  // Puts values[n - 1] in the place of every %n% (n from 1 to 6), "" when there are fewer values. Throws `failure` 5
-  // when a value brings its own placeholder back, which would never end.
+  // Replaces every %n% (n from 1 to 6) by values[n - 1], or by "" when there are fewer values. Throws `failure` 5 when
+  // a value brings its own placeholder back, which would never end.
   std::u16string FormatString(std::u16string_view format, std::span<const std::u16string> values) const;
 
-  // Deletes a file, read-only or not; failures are ignored, the caller checks with FileExists where it matters.
+  // Deletes a file, read-only or not. Failures are ignored; where it matters, the caller checks with FileExists.
   void DeleteFile(std::u16string_view file_name) const;
 
-  // True when anything of that name, or matching its wildcards, is found: a folder counts too.
+  // True when anything matches the name, which may contain wildcards; a folder counts, too. False when the search
+  // fails.
   bool FileExists(std::u16string_view file_name) const;
 };
 

@@ -14,7 +14,7 @@ std::u16string system_temporary_folder() {
     try {
       folder = ports().files->temporary_folder();
     } catch (const failure&) {
-      // Asked again: a folder that is not known yet is no reason to fail.
+      // Ask again; the fallback below serves if there is never an answer.
     }
   }
   if (folder.empty()) folder = u"C:\\";
@@ -26,7 +26,7 @@ bool exists(std::u16string_view name) {
   try {
     return ports().files->info(name).has_value();
   } catch (const failure&) {
-    return true;  // nobody can say, so it is not free
+    return true;  // unknown, so treated as taken
   }
 }
 
@@ -41,7 +41,7 @@ std::u16string clsGetTempFileName::Filename() {
     std::u16string name = folder_ + u"MOR";
     for (int shift = 12; shift >= 0; shift -= 4) name += digits[(number >> shift) & 15];
     name += u".TMP";
-    // One name is asked for: FileExists reads the whole folder, which may be full of such names.
+    // Not FileExists, which reads the whole folder: it may be full of such names.
     if (!exists(name)) return name;
   }
   return folder_ + u"MOR0000.TMP";

@@ -61,9 +61,9 @@ bool clsRetrieveFile::read_chunk() {
   if (!holds(size)) size = reader.window().size();
   if (size == 0) return false;
   const CodePage& code_page = *ports().code_page;
-  // The contract takes one byte more after any byte that can be a lead byte, even where it stands as a trail byte...
+  // The contract asks for one more byte after any byte that can be a lead byte, even if it is a trail byte here.
   if (code_page.is_lead_byte(static_cast<unsigned char>(reader.window()[size - 1])) && holds(size + 1)) ++size;
-  // ... and no code page has its characters cut.
+  // Beyond that, no character of any code page may be cut in two.
   while (code_page.incomplete_tail(reader.window().substr(0, size)) != 0 && holds(size + 1)) ++size;
 
   pending_.erase(0, pending_begin_);

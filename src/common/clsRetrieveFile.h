@@ -18,15 +18,15 @@ class clsRetrieveFile {
   const std::u16string& Filename() const { return file_name_; }
   void Filename(std::u16string_view value) { file_name_ = value; }
 
-  // False when the name is empty or no such file exists (a hidden one counts as missing), and a file open before stays
-  // open then; false too, with that file closed, when the new one cannot be opened.
+  // False when the name is empty or no such file exists (a hidden one counts as missing); a file that was open before
+  // stays open. Also false when the file cannot be opened; the one that was open before is then closed.
   bool OpenFile();
-  // What was read and not handed out yet can still be had with GetLineFromFile.
+  // Text that was read but not handed out yet stays available to GetLineFromFile.
   void CloseFile();
   // The next line with its terminator (CR LF, LF CR, CR or LF); false with an empty line at the end of the file. A
-  // pair that a chunk cuts in two is handed out as two lines, deliberately: written out again they are the same bytes.
-  // Throws `failure` when the file cannot be read, 91 when none is open and the line is not among what was read of the
-  // last one.
+  // pair that a chunk cuts in two is deliberately handed out as two lines: written out again they are the same bytes.
+  // Throws `failure` when the file cannot be read, and 91 when no file is open and the text of the last one, which was
+  // not read to its end, is used up.
   bool GetLineFromFile(std::u16string& line);
 
   std::int16_t Progress() const { return progress_; }       // percent of the file read
@@ -38,7 +38,8 @@ class clsRetrieveFile {
   std::int32_t Position() const;
   void Position(std::int32_t value);
 
-  // The same file as bytes, from the current position. Mixing it with GetLineFromFile is a caller error.
+  // The same file as bytes, from the current position. Do not mix it with GetLineFromFile. Throws `failure` 91 when no
+  // file is open.
   BlockReader& blocks();
 
  private:
@@ -48,9 +49,9 @@ class clsRetrieveFile {
   std::u16string file_name_;
   std::optional<BlockReader> reader_;
   std::u16string pending_;
-  std::size_t pending_begin_ = 0;  // of the part of pending_ that was not handed out yet
-  std::size_t searched_ = 0;       // up to here no line ends: a long line is searched once, not once a chunk
-  bool is_read_to_end_ = false;    // the file that was closed last
+  std::size_t pending_begin_ = 0;  // where the part of pending_ begins that was not handed out yet
+  std::size_t searched_ = 0;       // no line ends before this: a long line is searched once, not once for each chunk
+  bool is_read_to_end_ = false;    // about the file that was closed last
   std::int16_t progress_ = 0;
   std::int32_t line_number_ = 0;
   std::int32_t chunk_size_ = 4096;

@@ -1,5 +1,5 @@
-// Which bytes of an output are copies of which bytes of the input that it was made of: what tells the place of a text
-// in the document that its author has.
+// Records which bytes of an output were copied from which bytes of its input, so that a place in the output can be
+// reported as a place in the document that the author has.
 #pragma once
 
 #include <algorithm>
@@ -10,8 +10,8 @@ namespace kavo {
 
 class CopyTrail {
  public:
-  // The next copied bytes: places ascend in the output, 0-based. Runs that go on where the last one ends take no
-  // memory.
+  // Adds a run of `size` copied bytes. Positions are 0-based and ascend in the output. A run that continues the last
+  // one takes no memory.
   void copied(std::uint64_t input, std::uint64_t output, std::uint64_t size) {
     if (size == 0) return;
     if (!runs_.empty() && runs_.back().input_end() == input && runs_.back().output_end() == output)
@@ -21,8 +21,8 @@ class CopyTrail {
   }
   void clear() { runs_.clear(); }
 
-  // The place in the input of the output's byte at `output`. Of a byte that is no copy, the place behind the last
-  // copied one before it; 0 when there is none.
+  // The position in the input of the byte at `output`. For a byte that is not a copy: the position behind the last
+  // copied byte before it, 0 when there is none.
   std::uint64_t input_of(std::uint64_t output) const {
     const auto behind = std::ranges::upper_bound(runs_, output, {}, &Run::output);
     if (behind == runs_.begin()) return 0;

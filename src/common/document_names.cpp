@@ -15,7 +15,7 @@ constexpr std::u16string_view kMif = u".mif";
 // "C:\web\index_asp"
 std::u16string marked(std::u16string_view path) { return without_extension(path) + u"_" + extension_of(path); }
 
-// index_asp names index.asp again; a base name without such an end gets ".asp".
+// "index_asp" gives "index.asp" back; a name without such an ending gets ".asp".
 std::u16string page_name(std::u16string_view html) {
   constexpr std::u16string_view kKinds[] = {u"_ASP", u"_JSP", u"_WSP", u"_HTM"};
   const std::u16string stem = stem_of(html);

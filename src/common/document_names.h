@@ -1,4 +1,4 @@
-// The names of all files around a document, the one place where they are made. Each stands beside its document.
+// The names of all files around a document. They are made here only. Each file lies beside its document.
 #pragma once
 
 #include <string>
@@ -25,7 +25,7 @@ struct PageNames {
   std::u16string html;
   std::u16string script;
 };
-// Fill in the names that are empty, when `html` or `script` is.
+// Both fill in the names that are empty; they do nothing when `html` and `script` are set already.
 void complete_from_page(PageNames& names);
 void complete_from_html(PageNames& names);
 
@@ -52,8 +52,8 @@ std::u16string rtf_name_of(std::u16string_view doc_file);
 std::u16string doc_name_of(std::u16string_view rtf_file);
 // "deck.ppt" gives "deck_ppt.xml".
 std::u16string xml_name_of(std::u16string_view office_file);
-// "deck_ppt.xml" gives "deck.ppt". Deliberately the fourth character from the end of the name becomes ".", whatever it
-// is: hosts rely on it. A name that has no such character stays.
+// "deck_ppt.xml" gives "deck.ppt". Deliberately, the fourth character from the end of the name becomes "." whatever it
+// is: hosts rely on it. A shorter name stays as it is.
 std::u16string office_name_of(std::u16string_view xml_file);
 
 // --- what a run had to put aside

@@ -13,7 +13,8 @@ namespace kavo {
 class error_state {
  public:
   std::int32_t number() const { return number_; }
-  // Of the first error since the last clearing: for people, since the later ones often follow from it.
+  // The description of the first error since clear(). People are shown this one, because later errors often follow from
+  // it.
   const std::u16string& first_description() const { return first_description_; }
   void clear() {
     number_ = 0;

@@ -28,7 +28,7 @@ std::optional<FileDifference> first_difference(std::u16string_view first, std::u
   BlockReader one(first);
   BlockReader two(second);
   FileDifference place;
-  std::string before;  // the end of what is equal, in this line
+  std::string before;  // the last equal bytes of this line
   for (;;) {
     const std::string_view a = at_least(one, 1);
     const std::string_view b = at_least(two, 1);

@@ -9,15 +9,16 @@
 namespace kavo {
 
 struct FileDifference {
-  std::int64_t line = 1;  // 1-based place of the first byte that differs, or of the shorter file's end
+  // The place of the first byte that differs, or of the shorter file's end. 1-based; the column counts bytes.
+  std::int64_t line = 1;
   std::int64_t column = 1;
-  std::uint64_t position = 0;  // the same, 0-based in bytes
-  // What each file holds there, from a little before the place to a little behind it, at most one line.
+  std::uint64_t position = 0;  // the same place, 0-based in bytes
+  // The bytes of each file around the place, at most to the ends of the line.
   std::string first;
   std::string second;
 };
 
-// Nothing when both hold the same bytes. Throws `failure`.
+// Nothing when both files have the same bytes. Throws `failure` when one cannot be read.
 std::optional<FileDifference> first_difference(std::u16string_view first, std::u16string_view second);
 
 }  // namespace kavo

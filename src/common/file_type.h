@@ -53,7 +53,7 @@ std::span<const FileTypeRow> file_types();
 // The row of a code; that of the unknown type for any other number.
 const FileTypeRow& file_type_row(std::int32_t code);
 
-// The code of a file name's last extension, ASCII case ignored; 0 for any other and for none. Never fails.
+// The code for the last extension of a file name, ASCII case ignored; 0 for an unknown extension or none. Never fails.
 std::int32_t FileTypeOf(std::u16string_view file_name);
 
 }  // namespace kavo

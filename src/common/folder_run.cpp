@@ -22,9 +22,9 @@ namespace {
 constexpr std::u16string_view kScratchFolder = u".kavo-run";
 constexpr double kLongestWait = 60;     // seconds for another run
 constexpr double kBetweenLooks = 0.02;  // seconds
-constexpr double kSilentWait = 1;       // seconds before the user hears of it
+constexpr double kSilentWait = 1;       // seconds before the wait is reported
 
-// The folder of a path, without "\" at its end but for that of a root.
+// The folder of a path, without "\" at its end unless it is a root.
 std::u16string parent_of(const std::u16string& path) {
   const std::size_t end = path.rfind(u'\\');
   const bool is_root = end == 0 || (end == 2 && path[1] == u':');
@@ -37,7 +37,7 @@ std::u16string in_folder(const std::u16string& folder, std::u16string_view name)
 
 std::u16string text_of(const std::u16string& path) { return to_utf16(path_to_host(path)); }
 
-// The name as the folder has it, which may differ in letter case.
+// The path with the name as it is on the disk, where its case may differ.
 std::u16string path_on_disk(FileSystem& files, const std::u16string& path) {
   const std::u16string name = file_name_of(path);
   std::optional<std::u16string> found;
@@ -52,7 +52,7 @@ void copy_real_file(FileSystem& files, const std::u16string& from, const std::u1
   copy_file(from, to);
 }
 
-// A second name of the file, or a copy where the volume has no second names.
+// Keeps the old file under a second name, or as a copy where the volume has no second names.
 void keep_aside(FileSystem& files, const std::u16string& path, const std::u16string& aside) {
   try {
     files.link_file(path, aside);
@@ -62,14 +62,14 @@ void keep_aside(FileSystem& files, const std::u16string& path, const std::u16str
   }
 }
 
-// Nothing but memory fails without words of ours.
+// std::bad_alloc is the only exception that has no message for people.
 std::u16string text_of(const std::exception& reason) {
   return to_utf16(dynamic_cast<const std::bad_alloc*>(&reason) ? kNotEnoughMemory : reason.what());
 }
 
-// What fails once may work at the second attempt.
+// Runs a step, a second time if it fails: the trouble may be over by then.
 template <class Step>
-void at_least_once(Step&& step) {
+void with_second_attempt(Step&& step) {
   try {
     step();
   } catch (const std::exception&) {
@@ -77,7 +77,7 @@ void at_least_once(Step&& step) {
   }
 }
 
-// A failure about a file says which.
+// Runs a step whose failures name the file.
 template <class Step>
 void about(const std::u16string& path, Step&& step) {
   try {
@@ -91,7 +91,7 @@ void about(const std::u16string& path, Step&& step) {
 std::unique_ptr<FileLock> lock_folder(FileSystem& files, const std::u16string& folder,
                                       const FolderRun::Report& report) {
   const double began = ports().clock->seconds();
-  for (bool told = false;;) {
+  for (bool reported = false;;) {
     try {
       return files.lock(folder);
     } catch (const failure& reason) {
@@ -101,9 +101,9 @@ std::unique_ptr<FileLock> lock_folder(FileSystem& files, const std::u16string& f
       const double waited = ports().clock->seconds() - began;
       if (waited > kLongestWait)
         throw failure(FailureNumber::kPermissionDenied,
-                      text_of(folder) + u": " + reason.description() +
-                          u". Another run may be working there: wait until it has finished, then try again");
-      if (waited > kSilentWait && !std::exchange(told, true) && report)
+                      text_of(folder) + u" cannot be locked (" + reason.description() +
+                          u"). If another run is working there, wait until it has finished; then try again");
+      if (waited > kSilentWait && !std::exchange(reported, true) && report)
         report(u"Waiting for another run that works in " + text_of(folder));
     }
     ports().desktop->process_messages();
@@ -111,7 +111,8 @@ std::unique_ptr<FileLock> lock_folder(FileSystem& files, const std::u16string& f
   }
 }
 
-// Whether a folder of the scratch folder's name, without a journal, may be somebody's own.
+// Whether a folder that has the scratch folder's name, but no journal, may be the user's own: it contains a file that
+// no run leaves there before its first journal.
 bool holds_documents(FileSystem& files, const std::u16string& folder) {
   return std::ranges::any_of(files.find(in_folder(folder, u"*")), [&](const std::u16string& name) {
     const std::u16string path = in_folder(folder, name);
@@ -120,7 +121,7 @@ bool holds_documents(FileSystem& files, const std::u16string& folder) {
   });
 }
 
-// What a killed run began, finished or undone; what became of it, for people.
+// Finishes or undoes what a killed run began. Returns what was done, as a clause for people.
 std::u16string complete(FileSystem& files, const RunJournal& journal) {
   std::u16string done = u"what it had written was removed, its documents are as they were before";
   if (journal.state == RunJournal::State::kPlacing) {
@@ -134,7 +135,7 @@ std::u16string complete(FileSystem& files, const RunJournal& journal) {
   return done;
 }
 
-// Finishes or undoes what a killed run began.
+// If a killed run left its scratch folder: finishes or undoes the run and removes the folder.
 void recover(FileSystem& files, const std::u16string& scratch, const FolderRun::Report& report) {
   if (!files.info(scratch)) return;
   std::optional<RunJournal> journal;
@@ -143,28 +144,29 @@ void recover(FileSystem& files, const std::u16string& scratch, const FolderRun::
   } catch (const failure& reason) {
     if (!reason.is(FailureNumber::kFileNotFound))
       throw failure(reason.number(),
-                    text_of(scratch) + u" was left by a run that was stopped, and what it did cannot be read (" +
+                    text_of(scratch) + u" was left by a run that was stopped, and its journal cannot be read (" +
                         reason.description() + u"). Move this folder away and try again",
                     reason.source());
   }
-  const std::u16string told = u"A run in " + text_of(parent_of(scratch)) + u" was stopped before its end: ";
+  const std::u16string stopped = u"A run in " + text_of(parent_of(scratch)) + u" was stopped before its end: ";
   bool is_ours = true;
   try {
     is_ours = journal || !holds_documents(files, scratch);
     if (is_ours) {
       const std::u16string done = complete(files, journal.value_or(RunJournal()));
       remove_tree(files, scratch);
-      if (report) report(told + done);
+      if (report) report(stopped + done);
     }
   } catch (const failure& reason) {
     throw failure(reason.number(),
-                  told + u"what it left could not be put in order (" + reason.description() +
+                  stopped + u"what it left could not be cleaned up (" + reason.description() +
                       u"). The next run there tries again",
                   reason.source());
   }
   if (!is_ours)
     throw failure(FailureNumber::kFileAlreadyExists,
-                  text_of(scratch) + u" is in the way: a folder of this name belongs to this program. Move it away");
+                  text_of(scratch) + u" is in the way: this program needs a folder of this name for its own files. " +
+                      u"Move or rename yours and try again");
 }
 
 }  // namespace
@@ -194,13 +196,13 @@ class FolderRun::Work {
   Work(const Work&) = delete;
   Work& operator=(const Work&) = delete;
 
-  // The thread's, while it has one.
+  // The work of this thread, while it has any.
   static std::weak_ptr<Work>& current() {
     thread_local std::weak_ptr<Work> work;
     return work;
   }
 
-  // Nobody else works in the folder from now on.
+  // Locks the folder until the run ends, and cleans up after a run that was killed there.
   void take_folder(const std::u16string& folder) {
     const auto is_it = [&](const Held& held) { return equal_ignoring_case(held.folder, folder); };
     if (std::ranges::any_of(held_, is_it)) return;
@@ -239,7 +241,7 @@ class FolderRun::Work {
     write_journal(files_, folder_, journal_);
   }
 
-  // Those from `first` on.
+  // Gives back the names borrowed since there were `first` of them, the last one first.
   void give_back_from(std::size_t first) {
     while (journal_.borrowed.size() > first) {
       const RunJournal::Borrowed last = journal_.borrowed.back();
@@ -268,7 +270,8 @@ class FolderRun::Work {
     std::unique_ptr<FileLock> lock;
   };
 
-  // Earlier versions set a document aside under this name while they replaced it; one that was killed left it there.
+  // Earlier versions set a document aside under this name while they replaced it, and left it there when they were
+  // killed.
   void bring_back_document() {
     const std::u16string aside = aside_name_of(document_, 1);
     if (files_.info(document_) || !files_.info(aside)) return;
@@ -293,10 +296,11 @@ class FolderRun::Work {
     }
   }
 
-  // The new file, complete, with its permissions, on the disk and on the volume of its name.
+  // Makes a new file ready to be renamed: with its permissions, forced onto the disk, on the volume of its final name.
+  // Returns its path.
   std::u16string ready_file(const StagedFiles::Entry& entry) {
     const bool replaces = files_.info(entry.path).has_value();
-    // What cannot be written cannot be forced onto the disk either.
+    // A read-only file cannot be opened for flush() everywhere.
     if (files_.info(entry.scratch)->is_read_only) files_.set_read_only(entry.scratch, false);
     files_.take_permissions(entry.scratch, replaces ? entry.path : document_,
                             replaces ? Permissions::kAll : Permissions::kOfADocument);
@@ -337,7 +341,7 @@ class FolderRun::Work {
     journal_.state = RunJournal::State::kWorking;
   }
 
-  // Beside the file where the scratch folder lies on another volume.
+  // Where the old file waits: in the scratch folder or, since other folders may lie on another volume, beside the file.
   std::u16string aside_for(const std::u16string& path) {
     if (equal_ignoring_case(parent_of(path), parent_of(folder_))) return staged_.scratch_path(file_name_of(path));
     std::u16string aside = aside_name_of(path, 1);
@@ -349,17 +353,18 @@ class FolderRun::Work {
   void undo_placing() {
     journal_.state = RunJournal::State::kUndoing;
     try {
-      at_least_once([&] {
+      with_second_attempt([&] {
         try {
           write_journal(files_, folder_, journal_);
         } catch (const failure&) {
-          // A full disk must not keep the old documents away. A run that is killed now is completed by the next one.
+          // The old documents must come back even if the disk is too full for the journal. If this run is killed now,
+          // the next one completes it.
         }
         for (const RunJournal::Change& change : journal_.changes) undo(files_, change);
       });
       journal_.state = RunJournal::State::kWorking;
     } catch (const std::exception& reason) {
-      // The folder stays, with the journal: the next run does what this one cannot.
+      // The folder stays with its journal, so that the next run can do what this one cannot.
       keeps_folder_ = true;
       if (report_)
         report_(u"The documents in " + text_of(parent_of(folder_)) + u" could not be put back as they were (" +
@@ -367,9 +372,9 @@ class FolderRun::Work {
     }
   }
 
-  // What cannot be removed stays with its journal for the next run.
+  // What cannot be removed stays, with its journal, for the next run.
   void clean_up() {
-    if (has_folder_ && !keeps_folder_) at_least_once([&] { remove_all(); });
+    if (has_folder_ && !keeps_folder_) with_second_attempt([&] { remove_all(); });
   }
 
   void remove_all() {
@@ -384,14 +389,14 @@ class FolderRun::Work {
         report_(text_of(folder_) + u" could not be removed (" + text_of(reason) +
                 u"). The next run in this folder tries again");
     } catch (const std::exception&) {
-      // Nobody is left to be told.
+      // There is no other way to report it.
     }
   }
 
   std::u16string document_;
   Report report_;
   FileSystem& files_;
-  std::u16string folder_;  // of the scratch files
+  std::u16string folder_;  // the scratch folder
   StagedFiles staged_;
   std::vector<Held> held_;
   RunJournal journal_;

@@ -1,12 +1,12 @@
-// One run's work on the documents of a folder: all of it takes place, or none.
+// One run's work on the documents of a folder: all of it takes effect, or nothing does.
 //
-// While a FolderRun lives, the thread's files port is a StagedFiles: the converters and filters below it write under the
-// names that they mean, and nothing real changes. commit() puts all of it in place; without it everything is as it was.
-// One run at a time works in a folder; another one waits. Scratch files lie in the sub-folder ".kavo-run", with a
-// journal: when a run is killed, the next one in that folder finishes what was being put in place, or removes what was
-// not, before it begins.
+// While a FolderRun lives, the thread's files port is a StagedFiles: converters and filters write under the final
+// names, but no real file changes. commit() puts everything in place; without it, everything stays as it was. Only one
+// run at a time works in a folder; others wait. Scratch files lie in the sub-folder ".kavo-run" with a journal. When a
+// run is killed, the next one in that folder first finishes what was being put in place, or removes what was not.
 //
-// A FolderRun inside another one of the thread is a part of it: what it commits takes place with the outer one.
+// A FolderRun within another one of the same thread is a part of it: what it commits takes effect when the outer one
+// commits.
 #pragma once
 
 #include <functional>
@@ -18,32 +18,34 @@ namespace kavo {
 
 class FolderRun {
  public:
-  // A sentence for the user: what a killed run left, that another run is waited for, what could not be cleaned up.
+  // Gets a sentence for the user: what became of a killed run, that this one waits for another, or what could not be
+  // cleaned up.
   using Report = std::function<void(const std::u16string& message)>;
 
-  // Works in the folder of `document`, whose permissions new files get (it need not exist). Throws `failure` 76 for a
-  // folder that does not exist, 70 when another run has it for longer than a minute, 18 when the user interrupts the
-  // waiting, and what the clean-up behind a killed run meets.
+  // Works in the folder of `document`. New files get the permissions of the document, which need not exist. Throws
+  // `failure` 76 for a folder that does not exist, 70 when another run keeps it for longer than a minute, and any
+  // number when the clean-up after a killed run fails; throws `interruption` when the user interrupts the wait.
   explicit FolderRun(std::u16string_view document, Report report = {});
-  // Without commit() before it: everything is as it was. Never throws; what cannot be cleaned up is reported.
+  // Drops what was not committed. Never throws; what cannot be cleaned up is reported.
   ~FolderRun();
   FolderRun(const FolderRun&) = delete;
   FolderRun& operator=(const FolderRun&) = delete;
 
-  // Puts everything in place. Throws `failure`, which names the file: everything is then as it was.
+  // Puts everything in place. Throws `failure`, which names the file, and then everything is as it was.
   void commit();
 
-  // For files that other modules and programs read or write, which know real files only; see StagedFiles.
+  // For files that other modules and programs read or write, because they see real files only; see StagedFiles.
   std::u16string path_to_read(std::u16string_view path) const;
   std::u16string path_to_write(std::u16string_view path);
   std::u16string scratch_path(std::u16string_view name);
-  // Frees a name for a real file that the run makes on its way, until the FolderRun is destroyed: then that file goes
-  // and one that was there before is back, whatever becomes of the run. Throws `failure` 75 for a folder and 70 for a name that the outer run has borrowed.
+  // Frees a name for a real file that the run needs on its way. When the FolderRun is destroyed, that file is removed
+  // and the one that had the name before is back, whatever becomes of the run. Throws `failure` 75 for a folder and 70
+  // for a name that an outer run has borrowed.
   void borrow(std::u16string_view path);
-  // A real file of the run's own, which others have made: it goes when the outermost run ends.
+  // Notes a real file that something else made for the run: it is removed when the outermost run ends.
   void note_temporary_file(std::u16string_view path);
 
-  // What a message says about scratch files, said about the files that the user knows.
+  // A message with the paths of scratch files replaced by those of the files that the user knows.
   static std::u16string without_scratch_folder(std::u16string_view text);
 
  private:

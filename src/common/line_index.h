@@ -1,4 +1,4 @@
-// Where the lines of a file begin: turns places in bytes into line and column and back.
+// Where the lines of a file begin: turns byte positions into line and column and back.
 #pragma once
 
 #include <cstdint>
@@ -13,7 +13,7 @@ struct LinePlace {
   std::int64_t column = 1;  // 1-based, in bytes
 };
 
-// Turns a place in bytes of a file into that of the document which the file was made of.
+// Turns a byte position in a file (0-based) into the place in the document from which the file was made.
 using PlaceOrigin = std::function<LinePlace(std::uint64_t position)>;
 
 class LineIndex {
@@ -21,9 +21,9 @@ class LineIndex {
   // Reads the file; lines end with CR LF, CR or LF. Takes 8 bytes of memory a line. Throws `failure`.
   explicit LineIndex(std::u16string_view path);
 
-  // Of the byte at `position`, 0-based.
+  // The place of the byte at a 0-based position.
   LinePlace place_of(std::uint64_t position) const;
-  // The byte at a place, 0-based; of a line that the file does not have, that behind its last line's beginning.
+  // The 0-based position of a place. A line behind the last one counts as the last one.
   std::uint64_t position_of(const LinePlace& place) const;
 
  private:

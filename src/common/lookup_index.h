@@ -1,8 +1,8 @@
-// Where the entries of a file that is read forward stand, by their keys: for "the next one from here, else the first
-// from the beginning".
+// Finds the places of a key in a file that is read forward: the next one from here on, else the first one from the
+// beginning.
 //
-// A sorted list and no map: it is built once, holds one entry in the size of its key and place, and a key may stand at
-// many places.
+// A sorted list rather than a map: it is built once, an entry takes no more memory than its key and place, and a key
+// may have many places.
 #pragma once
 
 #include <algorithm>
@@ -19,7 +19,7 @@ class LookupIndex {
   void sort() { std::sort(entries_.begin(), entries_.end()); }
 
   // Calls accept(place) for each place of the key at or behind `here`, then for each before it, until one is accepted;
-  // false when none is. Keys that are hashes are told apart so.
+  // false when none is. Where keys are hashes, `accept` tells different texts with the same hash apart.
   template <class Accept>
   bool find(const Key& key, const Place& here, Accept&& accept) const {
     const auto first = std::ranges::lower_bound(entries_, key, {}, &Entry::key);

@@ -1,4 +1,4 @@
-// Which known names somebody may have meant who typed one that is not known.
+// Which known names may have been meant by one that is not known.
 #pragma once
 
 #include <cstddef>
@@ -7,8 +7,8 @@
 
 namespace kavo {
 
-// How many letters must be inserted, removed or replaced to make one text of the other (Levenshtein). Counts bytes;
-// the case of the letters A to Z does not matter.
+// How many letters must be inserted, removed or replaced to turn one text into the other (Levenshtein distance). Counts
+// bytes; the case of the letters A to Z does not matter.
 std::size_t edit_distance(std::string_view a, std::string_view b);
 
 // At most `count` of the names, the nearest first; equally near ones in their own order.

@@ -70,7 +70,7 @@ PendingFile::PendingFile(std::u16string_view final_path, std::u16string_view tem
 PendingFile::~PendingFile() { discard(); }
 
 void PendingFile::open() {
-  // Before there is a file: what throws here is not followed by the destructor, which would remove it.
+  // Allocated before the file is made: when a constructor throws, no destructor follows that could remove the file.
   buffer_ = std::make_unique_for_overwrite<char[]>(kBufferSize);
   file_ = ports().files->open(temporary_path_, Access::kCreateNew);
   try {
@@ -123,7 +123,7 @@ void PendingFile::discard() noexcept {
   file_.reset();
   if (!discard_ || !buffer_) return;
   discard_ = false;
-  // One that cannot be removed is left behind; the failure being handled matters more.
+  // A file that cannot be removed stays; the failure being handled matters more.
   try_remove(temporary_path_);
 }
 
@@ -141,7 +141,7 @@ bool replace_file(std::u16string_view source, std::u16string_view wanted) {
     if (was_read_only) make_read_only_again(target);
     throw;
   }
-  // The new file is what the old one was.
+  // The new file becomes read-only as the old one was.
   if (was_read_only) make_read_only_again(target);
   return is_moved || try_remove(source);
 }

@@ -1,10 +1,9 @@
 // A new file that takes its final name only when it is complete.
 //
-// The bytes go to a temporary file; commit() writes the rest, closes and renames it over the final name in one step,
-// so that at every moment the final name holds the whole old or the whole new file. Without commit() the temporary
-// file is removed and the old file stays. Promised against a program or a write that fails, not against a power cut:
-// nothing is forced to the disk. A link stays a link: the file that it leads to is the one that is replaced. The new
-// file has the permissions of the old one.
+// The bytes go to a temporary file. commit() writes the rest, forces the file onto the disk and renames it over the
+// final name in one step, so that at every moment the final name has the whole old or the whole new file. Without
+// commit() the temporary file is removed and the old file stays. A link stays a link: the file that it leads to is
+// replaced. The new file has the permissions of the old one.
 #pragma once
 
 #include <cstddef>
@@ -37,15 +36,16 @@ class PendingFile {
   // Bytes written so far.
   std::uint64_t size() const { return written_ + used_; }
   // Writes what is buffered and closes: from now on the complete file can be read under temporary_path(). Without
-  // commit() it is removed as before. Nothing happens when it was called already.
+  // commit() it is still removed. A second call does nothing.
   void complete();
   // complete(), and the file stays under temporary_path() for the caller to move.
   void finish();
-  // complete(), then over the final name. When that fails the temporary file is removed and the old file stays.
+  // complete(), then the file takes its final name. When that fails, the old file stays and the destructor removes the
+  // temporary file.
   void commit();
 
   const std::u16string& temporary_path() const { return temporary_path_; }
-  const std::u16string& final_path() const { return final_path_; }  // behind a link
+  const std::u16string& final_path() const { return final_path_; }  // what a link leads to
 
  private:
   static constexpr std::size_t kBufferSize = 256 * 1024;
@@ -63,14 +63,14 @@ class PendingFile {
   bool discard_ = true;
 };
 
-// Puts a complete file in the place of another (which may be missing or read-only): by renaming, or, between volumes,
-// by a copy made beside the target and renamed over it. There is no moment at which neither file is whole; when it
-// throws, both are as they were. False when the source, copied from another volume, could not be removed and stays.
-// The target is followed by file_to_replace().
+// Puts a complete file in the place of another, which may be missing or read-only: by renaming or, between volumes, by
+// a copy that is made beside the target and renamed over it. At every moment one of the two files is whole; when it
+// throws `failure`, both are as they were. False when the source was copied from another volume and could not be
+// removed. The file that is replaced is file_to_replace(target).
 bool replace_file(std::u16string_view source, std::u16string_view target);
 
-// The file that a link leads to, or the path itself. Throws `failure` 75 for a device or a pipe: a file that replaced
-// it would take it from every program.
+// The file that a link leads to, or the path itself. Throws `failure` 75 for a device or a pipe: replacing it would
+// take it away from every program.
 std::u16string file_to_replace(std::u16string_view path);
 
 // Copies through a PendingFile, so that an interrupted copy leaves no half file. An existing target is replaced.

@@ -12,7 +12,7 @@ std::string_view without_end(std::string_view text, std::string_view ignored) {
   return text.substr(0, text.find_last_not_of(ignored) + 1);
 }
 
-// A device has its name in every folder, with any extension and with blanks behind the name.
+// The name of a device is reserved in every folder, with any extension and with blanks behind it.
 bool is_device(std::string_view name) {
   std::string base(without_end(name.substr(0, name.find('.')), " "));
   std::ranges::transform(base, base.begin(),
@@ -36,7 +36,7 @@ std::string_view plain_name_problem(std::string_view name) {
   // Some systems drop dots and blanks at the end, so that ".. " means "..".
   if (without_end(name, ". ").empty()) return "it names a folder";
   if (std::ranges::any_of(name, [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; }))
-    return "it holds a control character";
+    return "it contains a control character";
   if (is_device(name)) return "it names a device";
   return {};
 }

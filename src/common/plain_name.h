@@ -5,9 +5,9 @@
 
 namespace kavo {
 
-// Why a name (UTF-8, invalid bytes allowed) is not one plain file name, "" when it is. The same on every system, so
-// that a document that one refuses is not one that another opens: no separator of folders, no drive or stream, no
-// ".." and nothing that is taken for it, no name of a device, no control character, not empty.
+// Why a name (UTF-8, invalid bytes allowed) is not one plain file name; "" when it is. The rules are the same on every
+// system, so that a document is refused everywhere or nowhere: no separator of folders, no drive or stream, no ".." or
+// anything that counts as "..", no name of a device, no control character, not empty.
 std::string_view plain_name_problem(std::string_view name);
 
 }  // namespace kavo

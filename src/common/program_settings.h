@@ -12,7 +12,8 @@ struct SettingsSection {
   std::u16string_view application;
   std::u16string_view name;
 
-  // The default for a setting that is not there, or is no text.
+  // The value; the default when the setting is missing or not a text. Throws `failure` when the registry cannot be
+  // read, as does has().
   std::u16string get(std::u16string_view key, std::u16string_view default_value = {}) const;
   // Throws `failure` when the registry refuses.
   void save(std::u16string_view key, std::u16string_view value) const;

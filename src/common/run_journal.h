@@ -1,8 +1,9 @@
 // What a run is about to do to real files, written down before it does it, so that the next run can finish or undo what
 // a killed one began.
 //
-// The journal lies in the run's scratch folder and is replaced as a whole: it is there in one of its states or not at
-// all. Promised against a run that is killed, not against a power cut. Paths are absolute.
+// The journal lies in the run's scratch folder and is replaced as a whole, so that a reader finds a complete one or
+// none. It protects the documents from a run that is killed. Against a power cut it helps in part: the journal is on
+// the disk before the changes that it covers, but nobody forces their renames onto the disk. Paths are absolute.
 #pragma once
 
 #include <string>
@@ -17,18 +18,18 @@ struct RunJournal {
   enum class State {
     kWorking,  // nothing has taken its final name
     kPlacing,  // all new files are complete and take their names
-    kUndoing,  // one could not: the old files come back
+    kUndoing,  // a new file could not take its name, so the old files come back
   };
   // A name that the run uses for a file of its own while it works.
   struct Borrowed {
     std::u16string path;
-    std::u16string aside;  // where the file of that name waits, "" when there was none
+    std::u16string aside;  // where the user's file of that name waits, "" when there was none
   };
   // A name whose file the run replaces or removes.
   struct Change {
     std::u16string path;
-    std::u16string scratch;  // the new file, "" for none
-    std::u16string aside;    // a second name of the old file, "" when there was none
+    std::u16string scratch;  // the new file, "" when the name is only removed
+    std::u16string aside;    // a second name of the old file, "" when there is no old file
   };
 
   State state = State::kWorking;
@@ -37,17 +38,23 @@ struct RunJournal {
   std::vector<std::u16string> temporary_files;  // of the run's own, outside of its scratch folder
 };
 
-// Throws `failure`: the old journal is then still there.
+// Replaces the journal in the scratch folder `folder`. Throws `failure` and then leaves the old journal in place.
 void write_journal(FileSystem& files, const std::u16string& folder, const RunJournal& journal);
 // Throws `failure` when it cannot be read, 5 when it is damaged, 53 when there is none.
 RunJournal read_journal(FileSystem& files, const std::u16string& folder);
 
-// The steps that both a run and the one that cleans up behind it take. Each can be taken again after it was broken off.
+// The steps that a run takes, and that the next run takes when it cleans up after it. Each can be repeated after it was
+// interrupted. All throw `failure`.
+//
+// Gives the new file its name, or removes the name.
 void place(FileSystem& files, const RunJournal::Change& change);
+// Brings the old file back, or removes the new one.
 void undo(FileSystem& files, const RunJournal::Change& change);
+// Removes the run's file and gives the user's file its name back.
 void give_back(FileSystem& files, const RunJournal::Borrowed& borrowed);
+// Removes a file, read-only or not, if it exists.
 void remove_if_there(FileSystem& files, const std::u16string& path);
-// Removes a folder with all that it holds; nothing when there is none.
+// Removes a folder with everything in it, if it exists.
 void remove_tree(FileSystem& files, const std::u16string& folder);
 
 }  // namespace kavo

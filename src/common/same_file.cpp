@@ -13,7 +13,7 @@ bool is_same_file(std::u16string_view a, std::u16string_view b) {
   const auto second = files.identity(b);
   if (first && second) return *first == *second;
   if (first || second) return false;
-  // Neither is there yet: links that lead nowhere count as what they lead to.
+  // Neither file exists yet. A link to a missing file counts as that file.
   const std::u16string first_path = files.absolute(files.link_target(a));
   const std::u16string second_path = files.absolute(files.link_target(b));
   if (equal_ignoring_case(first_path, second_path)) return true;

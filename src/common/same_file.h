@@ -5,8 +5,8 @@
 
 namespace kavo {
 
-// Compares identities where both names exist; else the identities of their folders, and the names without case. Throws
-// `failure` when the files cannot be looked at, or for a name that cannot be.
+// Compares identities when either file exists; otherwise the identities of the folders, and the names without case.
+// Throws `failure` when the files cannot be looked up, or for an impossible name.
 bool is_same_file(std::u16string_view a, std::u16string_view b);
 
 }  // namespace kavo

@@ -35,7 +35,7 @@ StagedFiles::StagedFiles(FileSystem& real, std::u16string folder, Needs needs)
   if (temporary_folder_.empty()) return;
   temporary_folder_ = real_.absolute(temporary_folder_);
   if (!temporary_folder_.ends_with(u'\\')) temporary_folder_ += u'\\';
-  // A document that lies there itself is a document like any other.
+  // Documents that lie in the temporary folder themselves are staged like any others.
   if (equal_ignoring_case(folder_part(folder_), temporary_folder_)) temporary_folder_.clear();
 }
 
@@ -43,8 +43,8 @@ bool StagedFiles::is_temporary(const std::u16string& path) const {
   return !temporary_folder_.empty() && equal_ignoring_case(folder_part(path), temporary_folder_);
 }
 
-// A work folder of the command's own goes with all that it holds. One that the run itself works in is a folder like any
-// other.
+// The command removes its work folders with everything in them, so their files need no staging. The one that the run
+// works in is staged like any other folder.
 bool StagedFiles::is_in_work_folder(const std::u16string& path) const {
   if (temporary_folder_.empty() || path.size() <= temporary_folder_.size() ||
       !equal_ignoring_case(path.substr(0, temporary_folder_.size()), temporary_folder_))
@@ -112,7 +112,7 @@ void StagedFiles::set(const std::u16string& path, std::u16string scratch) {
   view_.read_only.erase(path);
 }
 
-// As the system refuses to empty or replace a folder and a read-only file.
+// Refuses what the system would refuse: to empty or replace a folder or a read-only file.
 void StagedFiles::check_replaceable(const std::u16string& path) {
   const auto old = info(path);
   if (!old) {
@@ -134,8 +134,7 @@ std::unique_ptr<File> StagedFiles::open(std::u16string_view path, Access access)
   }
   const auto old = info(whole);
   if (old && old->is_special) return real_.open(path, access);
-  if (old && access == Access::kCreateNew)
-    throw failure(FailureNumber::kFileAlreadyExists, whole + u" exists already");
+  if (old && access == Access::kCreateNew) throw failure(FailureNumber::kFileAlreadyExists, whole + u" exists already");
   check_replaceable(whole);
   std::u16string place = scratch_path(name_part(whole));
   auto file = real_.open(place, Access::kCreateNew);
@@ -169,8 +168,8 @@ std::vector<std::u16string> StagedFiles::find(std::u16string_view pattern) {
   const std::size_t separator = pattern.find_last_of(u"\\/");
   const std::size_t split = separator == std::u16string_view::npos ? 0 : separator + 1;
   const std::u16string folder = real_.absolute(split == 0 ? u"." : pattern.substr(0, split));
-  const std::u16string_view bare = folder.ends_with(u'\\') ? std::u16string_view(folder).substr(0, folder.size() - 1)
-                                                           : std::u16string_view(folder);
+  const std::u16string_view bare =
+      folder.ends_with(u'\\') ? std::u16string_view(folder).substr(0, folder.size() - 1) : std::u16string_view(folder);
   for (const auto& [path, entry] : view_.entries) {
     const std::u16string_view parent = folder_part(path);
     if (!equal_ignoring_case(parent.substr(0, parent.size() - 1), bare)) continue;
@@ -182,7 +181,8 @@ std::vector<std::u16string> StagedFiles::find(std::u16string_view pattern) {
       names.push_back(name);
   }
   std::erase_if(names, [&](const std::u16string& name) {
-    return equal_ignoring_case(name, name_part(folder_)) && equal_ignoring_case(bare, folder_part(folder_).substr(0, bare.size()));
+    return equal_ignoring_case(name, name_part(folder_)) &&
+           equal_ignoring_case(bare, folder_part(folder_).substr(0, bare.size()));
   });
   std::sort(names.begin(), names.end(), LessIgnoringCase{});
   return names;

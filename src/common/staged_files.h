@@ -1,11 +1,11 @@
-// The file system as a run sees it: what the run writes, renames and removes shows at once to the run itself, while the
-// real files stay as they are.
+// The file system as a run sees it: the run itself sees at once what it writes, renames and removes, while the real
+// files stay as they are.
 //
-// A file that is written lies in the run's scratch folder, in a numbered folder there and under the last component of
-// its own name, so that other programs that read it learn the right name from it. A later write makes another scratch
-// file and never touches an older one: a copy of the view is all that it takes to go back to an earlier state. Four
-// kinds of names pass straight through: what lies in the scratch folder, files directly in the temporary folder (they
-// are noted), what lies in a work folder there, and names that the run has borrowed.
+// Each written file lies in a numbered folder below the run's scratch folder and keeps its own name there, so that
+// other programs that read it see the right name. A later write makes another scratch file and never touches an older
+// one, so a copy of the view is all it takes to go back to an earlier state. Four kinds of paths go straight to the
+// real files: those in the scratch folder, files directly in the temporary folder (they are noted), files in a work
+// folder there, and names that the run has borrowed.
 #pragma once
 
 #include <cstddef>
@@ -34,7 +34,7 @@ class StagedFiles final : public FileSystem {
   };
   struct Needs {
     std::function<void()> scratch_folder;                          // makes it, before the first file is put there
-    std::function<void(std::u16string_view path)> temporary_file;  // notes a file in the temporary folder, before it is
+    std::function<void(std::u16string_view path)> temporary_file;  // notes a temporary file before it is made
   };
 
   // `folder` is the scratch folder, absolute and without "\" at its end. The real file system must outlive the object.
@@ -46,13 +46,13 @@ class StagedFiles final : public FileSystem {
 
   // The real path under which other modules and programs read a file of the view; the path itself for a real one.
   std::u16string path_to_read(std::u16string_view path) const;
-  // The same for a file that they are to write: what they put there is the new file of that name. Throws `failure` 75
-  // for a folder.
+  // The same for a file that they write: what they put there becomes the new file of that name. Throws `failure` 75 for
+  // a folder.
   std::u16string path_to_write(std::u16string_view path);
-  // A free place in the scratch folder with this last component.
+  // A path in the scratch folder that is free and ends with this name.
   std::u16string scratch_path(std::u16string_view name);
 
-  // While borrowed, a name means the real file.
+  // While a name is borrowed, it means the real file.
   void borrow(std::u16string_view path);
   void give_back(std::u16string_view path);
 

@@ -234,7 +234,7 @@ TEST_F(RtfExtractionTest, AnObjectFileThatHoldsAnythingElseIsReplacedOnlyOnReque
         EXPECT_EQ(util.ExtractObjects(), 1);
         ASSERT_EQ(util.ErrorList().size(), 1u);
         EXPECT_TRUE(util.ErrorList()[0].text.starts_with(u"The object file " + to_utf16(path_to_host(kObjects)) +
-                                                         u" is not replaced. It holds something else"));
+                                                         u" is not replaced. It contains something other"));
         EXPECT_EQ(outcome(1), (RtfOutcome{1, std::string(document), c.old, 2}));
         util.overwrite_object_file();
       }
