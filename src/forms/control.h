@@ -1,6 +1,6 @@
 // The controls of a form, as portable models: what they show, what a person does to them, and what follows from it. A
-// renderer draws them; a test works them directly. As on every form designer's canvas, setting a value from the program
-// raises the same event as a person's hand, and only when the value changes.
+// renderer draws them; a test operates them directly. A value that the program sets raises the same event as one that a
+// person sets, and only if it changes.
 #pragma once
 
 #include <cstdint>
@@ -44,8 +44,8 @@ enum class ControlKind { kLabel, kFrame, kTextBox, kButton, kCheckBox, kOptionBu
 
 class Control {
  public:
-  // The control belongs to the form's list of controls, whose order is the tab order, as long as both live. `name` is
-  // that of the member, with its index where there are several: u"optOrder(0)".
+  // Adds the control to the form's list, whose order is the tab order. The form must outlive it. `name` is that of the
+  // member, with its index where there are several: u"optOrder(0)".
   Control(Form& form, ControlKind kind, std::u16string_view name, const Place& place);
   virtual ~Control();
   Control(const Control&) = delete;
@@ -70,7 +70,7 @@ class Control {
   void SetFocus();
 
  protected:
-  void shown_state_changed();  // tells the view, if there is one
+  void shown_state_changed();  // informs the view, if there is one
 
  private:
   Form& form_;

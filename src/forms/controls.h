@@ -11,7 +11,7 @@ class Label final : public Control {
   Label(Form& form, std::u16string_view name, const Place& place) : Control(form, ControlKind::kLabel, name, place) {}
 };
 
-// A box with a caption around other controls. Drawn only: what lies inside it is placed on the form.
+// A box with a caption around other controls. It does not own them: they are placed on the form.
 class Frame final : public Control {
  public:
   Frame(Form& form, std::u16string_view name, const Place& place) : Control(form, ControlKind::kFrame, name, place) {}
@@ -34,7 +34,7 @@ class TextBox final : public Control, public TextBoxFrame {
   std::function<void()> on_change;
   const std::u16string& Text() const { return text_; }
   void Text(std::u16string_view text);
-  // A box that shows and lets copy, but not type.
+  // A locked box shows its text and lets people copy it, but not change it.
   bool Locked() const { return locked_; }
   void Locked(bool locked);
   // The text is a file's path, in the core's form; a terminal takes and shows it as the system writes paths.
@@ -61,7 +61,7 @@ class CheckBox final : public Control {
   bool value_ = false;
 };
 
-// Of the option buttons that share a group one at most is selected: selecting one takes it from the others.
+// Of the option buttons that share a group, at most one is selected: selecting one deselects the others.
 class OptionButton final : public Control {
  public:
   OptionButton(Form& form, std::u16string_view name, const Place& place, const Frame& group)
@@ -123,12 +123,12 @@ class ComboBox final : public ItemControl {
       : ItemControl(form, ControlKind::kComboBox, name, place) {}
 };
 
-// A bar that fills as work is done. A person can do nothing to it.
+// A bar that fills as work is done. People cannot operate it.
 class Gauge final : public Control {
  public:
   Gauge(Form& form, std::u16string_view name, const Place& place) : Control(form, ControlKind::kGauge, name, place) {}
 
-  std::int32_t Value() const { return value_; }
+  std::int32_t Value() const { return value_; }  // percent, 0 to 100
   void Value(std::int32_t percent);
 
  private:

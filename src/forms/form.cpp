@@ -41,7 +41,7 @@ void Form::tab_order(std::initializer_list<Control*> controls) {
 void Form::show() {
   shown_ = true;
   if (presenter_in_use == nullptr) return close_box();
-  // A presenter that fails leaves a hidden form behind.
+  // When the presenter fails, the form is hidden, too.
   struct Hidden {
     bool& shown;
     ~Hidden() { shown = false; }

@@ -1,5 +1,5 @@
-// A form: its controls in tab order, and how it is shown. Its rules need no screen; whoever shows it (a window, a
-// terminal, a test) works the models and is told what changed.
+// A form: its controls in tab order, and how it is shown. Its rules need no screen: whoever shows it (a window, a
+// terminal, a test) operates the models and is notified of their changes.
 #pragma once
 
 #include <functional>
@@ -46,26 +46,29 @@ class Form : public FormFrame {
   // they are. For forms that hold their controls in arrays. Before the form is shown.
   void tab_order(std::initializer_list<Control*> controls);
 
-  Button* default_button = nullptr;  // answers Enter
-  Button* cancel_button = nullptr;   // answers Escape and the title bar
-  Control* first_focus = nullptr;    // null: the first that can have it
+  // Not owned.
+  Button* default_button = nullptr;  // pressed by Enter
+  Button* cancel_button = nullptr;   // pressed by Escape and the title bar
+  Control* first_focus = nullptr;    // null: the first control that can have the focus
 
   // A file was dropped onto the form: its path. A form without a handler takes no files.
   std::function<void(std::u16string_view path)> on_drop;
 
-  // Shows the form by the presenter in use and returns when it was hidden. It stays loaded.
+  // Shows the form with the presenter in use and returns when it is hidden. It stays loaded. Throws what the presenter
+  // throws.
   void show();
-  // Shows it beside what runs on and returns at once; a presenter that cannot leaves it hidden.
+  // Shows the form while the program runs on, and returns at once. With a presenter that cannot do this it stays
+  // hidden.
   void show_beside();
   void hide();
   bool shown() const { return shown_; }
-  // The title bar's close box: what the cancel button does, and hidden whatever that did.
+  // What the close box of the title bar does: presses the cancel button, then hides the form in any case.
   void close_box();
 
   FormView* view() const { return view_; }
   void view(FormView* view) { view_ = view; }  // set by whoever shows it; not owned
 
-  // Of the window that shows it, in pixels; nothing while it is not shown.
+  // Of the window that shows the form, in pixels. While there is none, extents are 0 and move() does nothing.
   Extent extent() const override;
   Extent screen_extent() const override;
   void move(std::int32_t left, std::int32_t top) override;
@@ -85,8 +88,9 @@ class FormPresenter {
   virtual ~FormPresenter() = default;
   // Shows the form and returns when form.shown() is false. Throws `failure` when it cannot be shown.
   virtual void show(Form& form) = 0;
-  // Shows the form beside what runs on and returns at once: its events come while the program processes messages, the
-  // thread's other windows take no input, and FormView::close() ends it. False when this presenter has no such thing.
+  // Shows the form while the program runs on, and returns at once: its events come while the program processes
+  // messages, the thread's other windows take no input, and FormView::close() ends it. False when this presenter cannot
+  // do this.
   virtual bool open(Form& form) {
     static_cast<void>(form);
     return false;

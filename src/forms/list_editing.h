@@ -9,8 +9,8 @@
 namespace kavo {
 
 // Adds a name that was typed in `box` to the end of the list; the box is then empty and has the focus, so that several
-// can be typed in a row. A name that is "" is ignored; one that the list holds already (exactly) stays in the box,
-// selected. True when it was added.
+// names can be typed in a row. "" is ignored; a name that is in the list already (exactly) stays in the box, selected.
+// True when the name was added.
 bool add_typed_name(ItemControl& list, std::u16string_view name, TextBox& box);
 
 // Removes the selected item and selects the one that is now in its place, the last one when there is none.

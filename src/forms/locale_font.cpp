@@ -10,7 +10,7 @@ namespace {
 struct Script {
   unsigned code_page;
   std::int32_t character_set;  // as LOGFONT numbers them
-  std::u16string_view face;    // "" where any face holds the script
+  std::u16string_view face;    // "" where any face has the script
 };
 
 constexpr std::int32_t kSymbolSet = 2;

@@ -5,9 +5,9 @@
 
 namespace kavo {
 
-// The font that shows the script of an ANSI code page: its character set, for the East Asian code pages the face that
-// Windows ships for them, and never below 9 points. A symbol font, the code page 1252 and a code page that is none of
-// the ANSI ones leave the font as it is; so does a size of 0, which is the system's own choice.
+// The font that shows the script of an ANSI code page: with its character set, at least 9 points and, for the East
+// Asian code pages, the face that Windows ships for them. A size of 0, the system's own choice, stays 0. Symbol fonts,
+// code page 1252 and code pages that are not ANSI leave the font as it is.
 ControlFont locale_font(ControlFont font, unsigned code_page);
 
 // The same for the labels and boxes of a form, by the system's ANSI code page.

@@ -38,12 +38,12 @@ frmProgress::~frmProgress() {
   try {
     throw_if_interrupted();
   } catch (const std::exception&) {
-    // The wish.
+    // Only the flag had to be cleared: the run is over.
   }
 }
 
 void frmProgress::report(TextRow step, std::u16string_view file, int percent) {
-  // A "&" of the name is no access key.
+  // A "&" in the name must not become an access key.
   lblFile.Caption(clsCommon().SandR(clsCommon().SetCaption(file, kLongestName), u"&", u"&&"));
   lblStep.Caption(std::u16string(step.text) + u": " + to_utf16(std::to_string(percent) + " %"));
   prgDone.Value(percent);

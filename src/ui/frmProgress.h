@@ -1,4 +1,4 @@
-// What is shown beside a long run: the file, what is done to it and how far, and a button to stop it.
+// Shown during a long run: the file, what is being done to it, how far that is, and a button to stop the run.
 #pragma once
 
 #include <cstdint>
@@ -12,12 +12,12 @@ namespace kavo {
 class frmProgress final : public Form {
  public:
   frmProgress();
-  // Hides it. A wish to stop that came too late to be noticed is taken back, so that it ends nothing else.
+  // Hides the form. Clears a request to stop that came too late for this run, so that it does not end something else.
   ~frmProgress() override;
   // Percent of the whole run.
   void report(TextRow step, std::u16string_view file, int percent);
-  // The user asked to stop, by the button or the title bar: the next time the program processes messages it is
-  // interrupted (failure 18).
+  // The user asked to stop, by the button or the title bar: the next time that the program processes messages it throws
+  // `interruption`.
   bool Cancelled() const { return cancelled_; }
 
   Label lblFile;

@@ -1,5 +1,5 @@
-// The dialog that changes one language of the wizard. Its character set row is shown on demand; whether it is, is
-// remembered for the user.
+// The dialog that changes one language of the wizard. The user can show or hide the row of the character set; the
+// choice is remembered.
 #pragma once
 
 #include "forms/question_form.h"

@@ -49,7 +49,7 @@ std::int32_t read_number(std::u16string_view name, std::int32_t fallback) {
   return number != nullptr ? *number : fallback;
 }
 
-// For what is written to be found again next time.
+// Runs a step that stores something for the next time.
 template <class Step>
 void remember(Step&& step) {
   try {
@@ -59,7 +59,7 @@ void remember(Step&& step) {
   }
 }
 
-// What stands between double quotes behind `marker`.
+// The text between the double quotes behind `marker`, "" when there is none.
 std::u16string quoted_part(std::u16string_view description, std::u16string_view marker) {
   const std::size_t at = description.find(std::u16string(marker) + u"\"");
   if (at == std::u16string_view::npos) return {};
@@ -67,7 +67,7 @@ std::u16string quoted_part(std::u16string_view description, std::u16string_view 
   return std::u16string(description.substr(0, description.find(u'"')));
 }
 
-// From the root, because whoever reads the name may work in another folder; a name that cannot be one stays.
+// The absolute path, because whoever reads it may work in another folder. An impossible name stays as it is.
 std::u16string whole_path(const std::u16string& name) {
   try {
     return ports().files->absolute(name);

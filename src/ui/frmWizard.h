@@ -1,7 +1,7 @@
 // The dialog that starts the translation of one file: the file, a translation memory if wanted, the two languages, and
 // the options of the file's type.
 //
-// After OK the file is named from the root, whatever folder its name was typed from, and so is a memory that is a file.
+// After OK the path of the file is absolute, and so is that of a memory that is a file.
 //
 // It remembers the folder of the last file, the last languages and the last memory for the user. What cannot be
 // remembered (no access to the settings) is dropped: it must not keep anyone from working.
@@ -24,8 +24,8 @@ class frmWizard final : public QuestionForm {
 
   // The memory that was used last, described as SetLastTM takes it; "" for none.
   std::u16string LastTM() const;
-  // Offers a memory by its description: its name stands behind name= between double quotes, its type behind type=. A
-  // description without a name changes nothing.
+  // Offers a memory by its description, which has the form: name="..." type="...". A description without a name changes
+  // nothing.
   void SetLastTM(std::u16string_view description);
   static std::u16string NameOfTM(std::u16string_view description);
 
@@ -48,7 +48,7 @@ class frmWizard final : public QuestionForm {
   Button cmdClear, cmdNew, cmdOpen;
   Button cmdKAVO;
   Button cmdOK, cmdCancel;
-  morLanguage morLang[2];  // never seen: they hold the choices
+  morLanguage morLang[2];  // never shown: they only hold the choices
 
  private:
   void set_captions();

@@ -24,8 +24,8 @@ std::u16string variant_text(std::u16string_view text) {
 
 bool is_letter(char16_t c) { return (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z'); }
 
-// True when the description begins with the base name. "French Canadian" belongs to "French"; "Malayalam" does not
-// belong to "Malay", whose letters it goes on with.
+// True when the description begins with the base name as a whole word. "French Canadian" belongs to "French";
+// "Malayalam" does not belong to "Malay".
 bool belongs_to(std::u16string_view description, std::u16string_view base) {
   if (base.empty() || !description.starts_with(base)) return false;
   return description.size() == base.size() || !is_letter(base.back()) || !is_letter(description[base.size()]);
@@ -138,7 +138,7 @@ void morLanguage::CharSetNumber(std::int32_t number) {
   }
 }
 
-// The list of variants is made anew even when the language is the one that is chosen already.
+// Also fills the list of variants anew when the language is selected already, which raises no event.
 void morLanguage::choose_base(std::int32_t index) {
   if (cmbLanguage.ListIndex() == index)
     base_chosen();
@@ -154,7 +154,7 @@ void morLanguage::base_chosen() {
     if (!belongs_to(description, base)) continue;
     const std::u16string variant = variant_text(std::u16string_view(description).substr(base.size()));
     cmbVariant.AddItem(variant, i);
-    // Of several usual variants the last one stays selected.
+    // If several variants are usual, the last one stays selected.
     if (is_usual_variant(languages_.LanguageCode(i), variant)) cmbVariant.ListIndex(cmbVariant.ListCount() - 1);
   }
   if (cmbVariant.ListIndex() < 0) cmbVariant.ListIndex(0);

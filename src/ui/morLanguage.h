@@ -39,7 +39,7 @@ class morLanguage {
   void ShowLabels(bool show);
   bool Enabled() const { return enabled_; }
   void Enabled(bool enabled);
-  // A picker that is not visible holds a choice all the same.
+  // A picker that is not visible still holds its choice.
   bool Visible() const { return visible_; }
   void Visible(bool visible);
 

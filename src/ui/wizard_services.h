@@ -1,4 +1,4 @@
-// What the wizard has to ask of the program that shows it: the kinds of files and the filters for them are not its own.
+// What the wizard asks of the program that shows it, because it does not know the types of files and their filters.
 #pragma once
 
 #include <cstdint>

@@ -14,7 +14,7 @@ std::optional<std::u16string> TerminalDesktop::ask_file(const FileQuestion& ques
     output_ << (question.to_save ? "New file" : "File");
     if (!kind.empty()) output_ << " (" << to_utf8(kind) << ")";
     if (!question.folder.empty()) output_ << ", last time in " << path_to_host(question.folder);
-    output_ << ", empty to give up: " << std::flush;
+    output_ << ", empty line to cancel: " << std::flush;
     const std::optional<std::string> answer = input_.line();
     if (!answer || answer->empty()) return std::nullopt;
     std::u16string path = path_from_terminal(*answer);
@@ -32,6 +32,8 @@ std::optional<std::u16string> TerminalDesktop::ask_file(const FileQuestion& ques
       const std::optional<std::string> replace = input_.line();
       if (!replace) return std::nullopt;
       if (*replace == "y" || *replace == "Y") return path;
+    } else {
+      output_ << path_to_host(path) << " is a folder; name a file in it\n";
     }
   }
 }

@@ -22,7 +22,7 @@ class TerminalDesktop final : public Desktop {
   void message_box(std::u16string_view text, std::u16string_view caption, MessageIcon icon) override {
     other_.message_box(text, caption, icon);
   }
-  // Asks for the name of a file until it will do; an empty line gives up.
+  // Asks for the name of a file until it can be used; an empty line cancels.
   std::optional<std::u16string> ask_file(const FileQuestion& question) override;
 
  private:
@@ -31,7 +31,8 @@ class TerminalDesktop final : public Desktop {
   std::ostream& output_;
 };
 
-// A full path in the core's form, from one as a person of this system writes it.
+// The full path, in the core's form, of a path as people write it on this system. Throws `failure` for an impossible
+// one.
 std::u16string path_from_terminal(std::string_view line);
 
 }  // namespace kavo

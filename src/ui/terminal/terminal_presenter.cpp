@@ -32,7 +32,7 @@ bool is_box(const Control& control) {
 
 bool is_shown(const Control& control) { return control.Visible() && control.Enabled(); }
 
-// "&Add" as "[A]dd": brackets tell the letter that ":a" goes to.
+// "&Add" as "[A]dd": the brackets mark the letter for ":a".
 std::string readable(std::u16string_view caption) {
   std::u16string text;
   for (std::size_t i = 0; i < caption.size(); ++i) {
@@ -44,7 +44,7 @@ std::string readable(std::u16string_view caption) {
       ((text += u'[') += caption[i]) += u']';
     }
   }
-  // What ends a caption on a screen would stand before a question's own end here.
+  // The question gets an ending of its own.
   for (const std::u16string_view end : {std::u16string_view(u":"), std::u16string_view(u"...")})
     if (text.ends_with(end)) text.resize(text.size() - end.size());
   return to_utf8(text);
@@ -60,7 +60,7 @@ char16_t access_key(std::u16string_view caption) {
 bool means_yes(std::string_view answer) { return answer == "y" || answer == "Y"; }
 bool means_no(std::string_view answer) { return answer == "n" || answer == "N"; }
 
-// One form being asked.
+// A form while its questions are asked.
 class TerminalForm final : public FormView {
  public:
   TerminalForm(Form& form, TerminalInput& input, std::ostream& output) : form_(form), input_(input), output_(output) {
@@ -181,7 +181,7 @@ class TerminalForm final : public FormView {
       return ask_again("");
     }
     const std::int32_t index = find_item(list, *answer);
-    if (index < 0) return ask_again("no item, or more than one, begins so");
+    if (index < 0) return ask_again("no item, or more than one, begins with that; :list shows them");
     list.ListIndex(index);
   }
 
@@ -190,7 +190,7 @@ class TerminalForm final : public FormView {
       output_ << (i == list.ListIndex() ? "* " : "  ") << i + 1 << ' ' << to_utf8(list.List(i)) << '\n';
   }
 
-  // By its number, its text, or the beginning of it that no other shares.
+  // The index of the item with that number, that text, or a text that alone begins with it; -1 when there is none.
   static std::int32_t find_item(const ItemControl& list, const std::string& answer) {
     const std::u16string wanted = upper_case(to_utf16(answer));
     if (std::ranges::all_of(answer, [](char c) { return c >= '0' && c <= '9'; })) {

@@ -1,7 +1,7 @@
 // Shows forms as questions, line by line: over a remote shell, in a pipe, for a screen reader.
 //
-// The questions follow the tab order; an empty line goes on to the next one, and at the default button it presses that.
-// The end of the input counts as Cancel. Nothing is drawn, so that nothing has to be drawn anew.
+// The questions follow the tab order. An empty line goes on to the next question; at the default button it presses the
+// button. The end of the input counts as Cancel. Changes of a control need no redrawing: each question shows its state.
 #pragma once
 
 #include <ostream>

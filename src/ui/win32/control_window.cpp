@@ -17,7 +17,7 @@ struct Look {
   DWORD extended_style;
 };
 
-// The class of a gauge, the only one here that not every program has.
+// The window class of a gauge. Unlike the others it exists only after the system was asked for it.
 const wchar_t* gauge_class() {
   constexpr INITCOMMONCONTROLSEX kWanted{sizeof kWanted, ICC_PROGRESS_CLASS};
   static const bool is_there = InitCommonControlsEx(&kWanted) != FALSE;
@@ -89,7 +89,7 @@ HWND make_window(const Look& look, HWND dialog, int id) {
   return window;
 }
 
-// A list box scrolls sideways only as far as it is told to.
+// A list box does not scroll sideways by itself: it must be given the width of its items.
 void set_scroll_width(HWND list, const std::vector<ListItem>& items) {
   constexpr LONG kMargin = 4;
   const HDC context = GetDC(list);
@@ -208,7 +208,7 @@ void ControlWindow::react(WORD notification) {
             static_cast<std::int32_t>(SendMessageW(window_, LB_GETCURSEL, 0, 0)));
       break;
     case ControlKind::kComboBox:
-      // Escape in the open list puts the old selection back and says only that it closed.
+      // Escape in the open list restores the old selection, and the only notification is that the list closed.
       if (notification == CBN_SELCHANGE || notification == CBN_CLOSEUP)
         static_cast<ItemControl&>(control_).ListIndex(
             static_cast<std::int32_t>(SendMessageW(window_, CB_GETCURSEL, 0, 0)));
@@ -269,7 +269,7 @@ void ControlWindow::update_text(const std::u16string& text) {
   SendMessageW(window_, EM_SETSEL, place, static_cast<LPARAM>(place));
 }
 
-// Replaces the items between those that both have at the beginning and those that both have at the end.
+// Replaces only the items that differ, between the common beginning and the common end of the two lists.
 void ControlWindow::update_items(const ItemControl& model) {
   const ItemMessages& messages = messages_of(control_.kind());
   const std::vector<ListItem>& wanted = model.items();

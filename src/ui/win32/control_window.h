@@ -11,7 +11,7 @@
 
 namespace kavo {
 
-// Both windows belong to the dialog and end with it; the control must outlive this.
+// Its windows belong to the dialog and end with it. The control must outlive this object.
 class ControlWindow {
  public:
   // Throws `failure` when the system makes no window.
@@ -20,8 +20,8 @@ class ControlWindow {
   Control& control() const { return control_; }
   HWND window() const { return window_; }
 
-  // Shows the model's state. Touches only what differs, so that a caret, a scroll position and what a person is typing
-  // stay, and nothing is echoed back to the model.
+  // Shows the model's state. Changes only what differs, so that the caret, the scroll position and what a person is
+  // typing stay, and no change is reported back to the model.
   void update(DialogFonts& fonts);
   // Hands over what a person did, by the notification code of WM_COMMAND.
   void react(WORD notification);
@@ -35,7 +35,7 @@ class ControlWindow {
 
   Control& control_;
   HWND window_;
-  HWND name_ = nullptr;          // unseen label in front of a box: what a screen reader calls the box
+  HWND name_ = nullptr;          // hidden label in front of a box, from which a screen reader takes its name
   std::vector<ListItem> items_;  // as last shown
 };
 

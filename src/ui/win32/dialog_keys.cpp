@@ -16,12 +16,13 @@ struct ThreadDialogs {
 };
 thread_local ThreadDialogs of_thread;
 
-// Sees every message as it leaves the queue, for whatever loop; what a dialog takes as its key becomes nothing.
+// Sees every message that leaves the queue, whichever loop takes it. A key that a dialog uses becomes WM_NULL, so that
+// the loop ignores it.
 LRESULT CALLBACK look_at(int code, WPARAM removal, LPARAM parameter) {
   auto& message = *reinterpret_cast<MSG*>(parameter);
   const bool key = message.message >= WM_KEYFIRST && message.message <= WM_KEYLAST;
   if (code == HC_ACTION && removal == PM_REMOVE && key) {
-    // By handle: a key may end its dialog.
+    // A copy, because a key may end its dialog.
     const std::vector<HWND> dialogs = of_thread.dialogs;
     for (const HWND dialog : dialogs) {
       if (!IsDialogMessageW(dialog, &message)) continue;

@@ -1,4 +1,4 @@
-// The dialog keyboard for windows that live beside what runs on.
+// The dialog keyboard for windows that are open while the program runs on.
 #pragma once
 
 #include <windows.h>

@@ -5,8 +5,9 @@
 
 namespace kavo {
 
-// Top windows made by the calling thread as long as it lives are drawn for the screen that they are on, however their
-// process has its own drawn; before Windows 10 (1703) there is no such thing, and the process decides.
+// While it lives, top-level windows that the calling thread makes are drawn for the resolution of the screen that they
+// are on, whatever the process has chosen for its own windows. Before Windows 10 (1703) the choice of the process
+// holds.
 class ScalingScope {
  public:
   ScalingScope();
@@ -19,10 +20,10 @@ class ScalingScope {
   HANDLE(WINAPI* restore_)(HANDLE) = nullptr;
 };
 
-// Dots per inch of the screen that a window is on, as far as the window sees them.
+// Dots per inch of the screen that a window is on, as the system reports them to that window.
 UINT dpi_of(HWND window);
 
-// The system's message font for a number of dots per inch. Throws `failure` when the system does not tell.
+// The system's message font for a number of dots per inch. Throws `failure` when the system does not provide it.
 LOGFONTW message_font(UINT dpi);
 
 }  // namespace kavo

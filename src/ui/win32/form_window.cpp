@@ -102,7 +102,7 @@ void FormWindow::open(std::unique_ptr<FormWindow> window) {
   window->appear();
   add_dialog_keys(window->window_);
   window->keeps_itself_ = true;
-  static_cast<void>(window.release());  // ends in close() or with the message that led to it
+  static_cast<void>(window.release());  // deleted by close(), or after the message that led to it
 }
 
 void FormWindow::appear() {
@@ -112,7 +112,7 @@ void FormWindow::appear() {
   SetForegroundWindow(window_);
 }
 
-// The owner can have the focus again before the window goes, or another program would get it.
+// Enables the owner before the window disappears; otherwise another program would get the focus.
 void FormWindow::vanish() {
   modal_.reset();
   ShowWindow(window_, SW_HIDE);
@@ -155,13 +155,13 @@ void FormWindow::select_text(TextBox& box, std::int32_t start, std::int32_t leng
 
 void FormWindow::close() {
   if (!keeps_itself_) {
-    // The wish may come by a message that was sent, which ends no wait for one.
+    // Wakes pump(): the form may be hidden during a sent message, which does not end the wait for a posted one.
     PostMessageW(window_, WM_NULL, 0, 0);
     return;
   }
   remove_dialog_keys(window_);
   form_.view(nullptr);
-  ++messages_;  // the messages that vanishing brings must not end this
+  ++messages_;  // the messages that vanish() causes must not delete this
   vanish();
   if (--messages_ == 0) delete this;
 }
@@ -205,7 +205,7 @@ INT_PTR CALLBACK FormWindow::dialog_procedure(HWND window, UINT message, WPARAM 
 }
 
 bool FormWindow::handle(UINT message, WPARAM wide, LPARAM length) {
-  // Before the form knows its view the windows only come into being, afterwards they only go.
+  // Without this view in the form, the windows are still being made or already being destroyed.
   if (form_.view() != this) return false;
   switch (message) {
     case WM_COMMAND:

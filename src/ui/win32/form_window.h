@@ -24,7 +24,7 @@ int control_id(const Control& control);
 
 class FormWindow final : public FormView {
  public:
-  // Makes the window, unseen, in the middle of its screen. `dpi` as in WindowPresenter. Throws `failure` when the
+  // Makes the window, hidden, in the middle of its screen. `dpi` as in WindowPresenter. Throws `failure` when the
   // system makes no window.
   FormWindow(Form& form, UINT dpi);
   ~FormWindow() override;
@@ -33,7 +33,8 @@ class FormWindow final : public FormView {
 
   // Shows it and returns when the form is hidden; throws what one of the form's handlers threw.
   void run();
-  // Shows it and lets it live until the form is hidden; whoever processes the thread's messages works it.
+  // Shows the window, which then owns itself: it is deleted when the form is hidden. It works while the thread's
+  // messages are processed.
   static void open(std::unique_ptr<FormWindow> window);
 
   void control_changed(Control& control) override;
@@ -42,8 +43,8 @@ class FormWindow final : public FormView {
   void select_text(TextBox& box, std::int32_t start, std::int32_t length) override;
   void close() override;
   Extent extent() const override;
-  // Of the owner's window when there is one, and move() counts from it: a form that centres itself on its screen stands
-  // over the window that the person is looking at. It stays wholly on the real screen.
+  // The extent of the owner's window when there is one; move() counts from it, too. So a form that centres itself on
+  // its "screen" appears over the window that the person is looking at. It stays wholly on the real screen.
   Extent screen_extent() const override;
   void move(std::int32_t left, std::int32_t top) override;
 
@@ -71,10 +72,10 @@ class FormWindow final : public FormView {
   HWND window_ = nullptr;
   std::unique_ptr<DialogFonts> fonts_;
   std::vector<ControlWindow> controls_;  // in tab order
-  std::optional<ModalScope> modal_;      // while it is seen
+  std::optional<ModalScope> modal_;      // while the window is shown
   std::exception_ptr error_;
-  bool keeps_itself_ = false;  // lives beside what runs on, until the form is hidden
-  int messages_ = 0;           // that are being handled, one inside the other
+  bool keeps_itself_ = false;  // made by open(): owns itself
+  int messages_ = 0;           // how many are being handled, one inside the other
 };
 
 }  // namespace kavo

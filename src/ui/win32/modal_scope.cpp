@@ -29,7 +29,7 @@ ModalScope::ModalScope(HWND owner, HWND dialog) {
   EnumThreadWindows(GetCurrentThreadId(), collect, reinterpret_cast<LPARAM>(&disabled_));
   std::erase(disabled_, dialog);
   for (const HWND window : disabled_) EnableWindow(window, FALSE);
-  // The host's window may be another thread's.
+  // The host's window may belong to another thread.
   if (owner != nullptr && answers(owner)) {
     EnableWindow(owner, FALSE);
     disabled_.push_back(owner);

@@ -1,4 +1,4 @@
-// Which windows a modal dialog belongs to, and that they answer nothing while it is there.
+// Which window a modal dialog belongs to, and the disabling of other windows while it is shown.
 #pragma once
 
 #include <windows.h>
@@ -11,8 +11,9 @@ namespace kavo {
 // it is one of this process; null when the host has no window.
 HWND dialog_owner();
 
-// Disables `owner` and every window on the desktop of the calling thread, but `dialog`; enables again what it disabled.
-// It has to end before the dialog's window does: the system activates another program while the owner is disabled.
+// Disables `owner` and every top-level window of the calling thread except `dialog`; at its end it enables them again.
+// It must end before the dialog's window does: with the owner still disabled, the system would activate another
+// program.
 class ModalScope {
  public:
   ModalScope(HWND owner, HWND dialog);

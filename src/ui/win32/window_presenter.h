@@ -9,15 +9,15 @@ namespace kavo {
 
 class WindowPresenter final : public FormPresenter {
  public:
-  // With 0 a dialog is drawn for the screen it is on, in dots per inch; another number draws all of them for that.
+  // `dpi` is the resolution for all dialogs, in dots per inch; 0 takes that of the screen that a dialog is on.
   explicit WindowPresenter(UINT dpi = 0) : dpi_(dpi) {}
 
   // Modal to every window of the calling thread and to the host's foreground window. An exception of one of the form's
-  // handlers hides the form and comes out of here once the window is gone. When the host's message loop is told to
-  // quit, the form is closed as by its title bar and the host's loop is told again.
+  // handlers hides the form and is thrown from here. On WM_QUIT the form is closed as by its title bar, and the message
+  // is posted again for the host's own loop.
   void show(Form& form) override;
-  // The window ends when the form is hidden. An exception of one of its handlers hides it, and no more comes of it:
-  // there is no call that it could come out of.
+  // The window ends when the form is hidden. An exception of one of the form's handlers hides it and is then dropped,
+  // because there is no caller that could catch it.
   bool open(Form& form) override;
 
  private:

@@ -77,7 +77,7 @@ TEST_F(TerminalTest, AWrongItemIsAskedAgain) {
   form.SplitOptions(0);
   const std::string output = type(form, "9\nsplit\n:list\n2\n:ok\n");
   EXPECT_EQ(form.SplitOptions(), 1);
-  EXPECT_NE(output.find("no item, or more than one, begins so"), std::string::npos);
+  EXPECT_NE(output.find("no item, or more than one, begins with that"), std::string::npos);
   EXPECT_NE(output.find("* 1 Don't split"), std::string::npos);
 }
 
