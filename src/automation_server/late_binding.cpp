@@ -36,7 +36,7 @@ void set_argument_error(UINT* bad_argument, UINT index) {
   if (bad_argument != nullptr) *bad_argument = index;
 }
 
-// Which of the given arguments (last first, the named ones before all others) stands for which parameter.
+// Finds the argument for each parameter. The given arguments come in reverse order, the named ones before all others.
 HRESULT place_arguments(const DISPPARAMS& given, std::size_t input_count, std::vector<const VARIANT*>& arguments,
                         UINT* bad_argument) {
   if (given.cArgs != input_count) return DISP_E_BADPARAMCOUNT;

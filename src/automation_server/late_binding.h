@@ -19,12 +19,12 @@ class LateBinding {
   // The description as IDispatch::GetTypeInfo hands it out.
   ITypeInfo* type_info() const noexcept { return dispatch_info_.get(); }
 
-  // Member name first, then names of its parameters.
+  // The member's name first, then names of its parameters; results as of IDispatch::GetIDsOfNames.
   HRESULT ids_of_names(LPOLESTR* names, UINT count, DISPID* ids) const noexcept;
 
   // IDispatch::Invoke on `object`, whose function table is the described one. Every parameter must be given, by place
   // or by name: DISP_E_BADPARAMCOUNT for too few or too many arguments, DISP_E_PARAMNOTOPTIONAL for one marked as
-  // omitted, DISP_E_PARAMNOTFOUND for a name that is none, DISP_E_TYPEMISMATCH or DISP_E_OVERFLOW for one that does
+  // omitted, DISP_E_PARAMNOTFOUND for an unknown name, DISP_E_TYPEMISMATCH or DISP_E_OVERFLOW for an argument that does
   // not convert (with its place in `bad_argument`), DISP_E_EXCEPTION with all of `info` when the function failed.
   // Throws std::bad_alloc.
   HRESULT invoke(IDispatch* object, DISPID id, WORD flags, const DISPPARAMS& given, VARIANT* result, EXCEPINFO* info,

@@ -7,10 +7,10 @@
 
 namespace kavo {
 
-// Full path of the module's file.
+// Full path of the module's file. Throws `failure`.
 std::wstring module_path();
 
-// Whether somebody still needs the module: living objects and locks are counted together.
+// Whether the module is still needed: living objects and locks of the server are counted together.
 void add_module_reference() noexcept;
 void release_module_reference() noexcept;
 bool module_in_use() noexcept;

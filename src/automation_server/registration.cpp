@@ -8,7 +8,7 @@
 #include "platform/win32/system_error.h"
 #include "platform/win32/text.h"
 
-// The import library has them, the headers lack them.
+// These two are in the import library but missing in the headers.
 extern "C" HRESULT WINAPI RegisterTypeLibForUser(ITypeLib* library, OLECHAR* path, OLECHAR* help_folder);
 extern "C" HRESULT WINAPI UnRegisterTypeLibForUser(REFGUID library_id, WORD major, WORD minor, LCID locale,
                                                    SYSKIND system);
@@ -53,7 +53,7 @@ RegistryData string_data(std::u16string_view text) {
 void delete_tree(Hive hive, const std::u16string& key) {
   Registry& registry = *ports().registry;
   if (!registry.key_exists(hive, key)) return;
-  // As deep as the entries above: three levels.
+  // The recursion is at most as deep as the keys that register_class() writes: three levels.
   for (const std::u16string& name : registry.sub_keys(hive, key)) delete_tree(hive, key + u"\\" + name);
   registry.delete_key(hive, key);
 }
@@ -104,12 +104,13 @@ void unregister_type_library(const GUID& id, RegistrationScope scope) {
       scope == RegistrationScope::kMachine
           ? UnRegisterTypeLib(id, kTypeLibraryMajor, kTypeLibraryMinor, kTypeLibraryLocale, kSystem)
           : UnRegisterTypeLibForUser(id, kTypeLibraryMajor, kTypeLibraryMinor, kTypeLibraryLocale, kSystem);
-  // The calls' results for a library that is not registered differ; what counts is that it is not.
+  // For a library that was not registered the two calls report different results. It is a failure only if the library
+  // is still registered.
   const std::u16string key = std::u16string(kClasses) + u"TypeLib\\" + text_of(id);
   if (FAILED(result) && ports().registry->key_exists(hive_of(scope), key)) check(result);
 }
 
-// A user without any class of his own has no such key.
+// A user who never registered a class has no such key, so an empty one would be a trace of us.
 void delete_empty_class_list(RegistrationScope scope) {
   Registry& registry = *ports().registry;
   const Hive hive = hive_of(scope);
@@ -130,7 +131,7 @@ void register_library(RegistrationScope scope) {
     try {
       unregister_library(scope);
     } catch (const failure&) {
-      // The reason for the failure says more than what became of the clearing up.
+      // The first failure says more than this one.
     }
     throw reason;
   }

@@ -11,8 +11,8 @@ enum class RegistrationScope {
 // Writes the entries of every class and of the type library. When it throws `failure` nothing is left registered.
 void register_library(RegistrationScope scope);
 
-// Takes them away again, without a trace; entries that are not there are no error. An identifier that another library
-// has taken over since is left to it. Throws `failure` for entries that cannot be removed.
+// Removes the entries again without a trace; missing entries are no error. An identifier that another library has taken
+// over since then stays. Throws `failure` for entries that cannot be removed.
 void unregister_library(RegistrationScope scope);
 
 }  // namespace kavo
