@@ -64,7 +64,7 @@ void clsDOC2RTF::EndBatch() {
 }
 
 bool clsDOC2RTF::prepare(const std::u16string& source, const std::u16string& target) {
-  bool is_itself = true;  // unless it is known that they are two
+  bool is_itself = true;  // until they are known to be two files
   errors_.clear();
   errors_.run([&] { is_itself = is_same_file(source, target); });
   if (is_itself) return false;
@@ -73,7 +73,7 @@ bool clsDOC2RTF::prepare(const std::u16string& source, const std::u16string& tar
   return true;
 }
 
-// A running word processor first, then a new one, then whatever program the file itself belongs to.
+// Tries a running word processor, then a new one, then whatever program the file is registered for.
 ObjectRef clsDOC2RTF::open(const std::u16string& source) {
   Automation& automation = *ports().automation;
   ObjectRef document;
@@ -141,8 +141,8 @@ void clsDOC2RTF::close(const ObjectRef& document) {
   errors_.run([&] { call_member(document, u"Close", {by_value(kDoNotSaveChanges)}); });
 }
 
-// started_by_us_ outlives the quit, deliberately: hosts know that a later conversion quits a word processor that it
-// found running, too.
+// started_by_us_ deliberately stays set after the quit: hosts rely on a later conversion quitting a word processor that
+// it found running, too.
 void clsDOC2RTF::quit_if_started() {
   if (started_by_us_ && quit_after_each_) quit();
 }

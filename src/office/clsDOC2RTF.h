@@ -1,7 +1,7 @@
 // Converts Word documents to RTF and back by driving the word processor ("Word.Application") through automation.
 //
-// Every step runs whatever the one before it did; what counts is the last error number (error_state.h). The calls,
-// their order and the types of their arguments are a contract with the object model and are tested one by one.
+// Every step runs even if the one before it failed; the last error number counts (error_state.h). The calls, their
+// order and the types of their arguments are a contract with the object model and are tested one by one.
 #pragma once
 
 #include <cstdint>
@@ -22,14 +22,14 @@ class clsDOC2RTF {
 
   // 0, or 1 when the source is missing, the word processor cannot be reached or does not save. An empty target name is
   // derived from the source's ("report.doc" and "report_doc.rtf") and stays set. An existing target is deleted before
-  // the word processor is asked for, so it is gone after most failures; a target that is the source itself is refused.
+  // the word processor is started, so it is gone after most failures. A target that is the source itself is refused.
   std::int32_t DOC2RTF();
   std::int32_t RTF2DOC();
 
-  // The errors since the last clearing: why the last conversion answered 1, where an error is why.
+  // Why the last conversion returned 1, if an error was the reason.
   const error_state& errors() const { return errors_; }
 
-  // Between these calls the word processor that a conversion started stays open for the next one.
+  // Between these two calls, a word processor that a conversion started stays open for the next one.
   void StartBatch() { quit_after_each_ = false; }
   void EndBatch();
 

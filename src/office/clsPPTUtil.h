@@ -30,7 +30,7 @@ class clsPPTUtil {
   std::int32_t PPT2XML();
   std::int32_t XML2PPT();
 
-  // The errors since the last clearing: why the last conversion answered 1, where an error is why.
+  // Why the last conversion returned 1, if an error was the reason.
   const error_state& errors() const { return session_.errors(); }
 
  private:

@@ -33,14 +33,15 @@ std::int32_t clsRTFUtil::run(const std::function<bool(const std::u16string&)>& w
   object_count_ = 0;
   progress_.restart();
   if (rtf_file_.empty()) {
-    errors_.push_back({u"No RTF file was given"});
+    errors_.push_back({u"No RTF file was given: set RTFFile first"});
     return 1;
   }
   try {
     make_object_file_name();
     const std::u16string temporary_file = rtf_file_ + u".kavo.tmp";
     if (is_same_file(rtf_file_, obj_file_) || is_same_file(temporary_file, obj_file_))
-      throw failure(FailureNumber::kInvalidCall, u"The object file must not be the document itself");
+      throw failure(FailureNumber::kInvalidCall,
+                    u"The object file must not be the document itself: give it another name");
     // Document and object file are one set, and the temporary file has one name for all runs.
     FolderRun run(rtf_file_);
     clsCommon().DeleteFile(temporary_file);

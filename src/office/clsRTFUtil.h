@@ -19,20 +19,24 @@ class clsRTFUtil {
  public:
   const std::u16string& RTFFile() const { return rtf_file_; }
   void RTFFile(std::u16string_view value) { rtf_file_ = value; }
-  // Empty: both operations set it to the document's name with the extension "obj" in place of its own. It then stays,
-  // also for another RTFFile.
+  // While it is empty, both operations set it to the document's name with the extension "obj". It then stays, also for
+  // another RTFFile.
   const std::u16string& ObjFile() const { return obj_file_; }
   void ObjFile(std::u16string_view value) { obj_file_ = value; }
 
   // From here on ExtractObjects replaces whatever lies under the name of ObjFile.
   void overwrite_object_file() { overwrites_object_file_ = true; }
 
-  // Each rewrites RTFFile through the temporary file RTFFile & ".kavo.tmp" and answers 0, or 1 with the reason in
-  // ErrorList(). After a 1 of ExtractObjects both files are as they were: a file could not be read or written, the
-  // document is not RTF or already holds markers, the old ObjFile has other content, or the two names mean one file.
-  // After a 1 of InsertObjects the document is as it was, or all of it was rewritten and those markers stayed whose
-  // objects are missing; a 0 may come with a message about objects that have no marker any more. An interruption by the
-  // user is thrown (`interruption`) and leaves both files as they were.
+  // Each rewrites RTFFile through the temporary file RTFFile & ".kavo.tmp" and returns 0, or 1 with the reason in
+  // ErrorList().
+  //
+  // ExtractObjects returns 1 when a file cannot be read or written, the document is not RTF or already contains
+  // markers, the old ObjFile has other content, or the two names mean one file. Both files are then as they were.
+  //
+  // InsertObjects returns 1 when the document could not be rewritten and is as it was, or when objects were missing and
+  // their markers stayed in the new document. With 0 there may be a message about objects that have no marker any more.
+  //
+  // When the user interrupts, both throw `interruption` and leave both files as they were.
   std::int32_t ExtractObjects();
   std::int32_t InsertObjects();
 
@@ -41,7 +45,7 @@ class clsRTFUtil {
   std::uint64_t object_count() const { return object_count_; }  // moved by the last call
 
  private:
-  // The frame of both operations; `work` gets the temporary name and answers whether all is done.
+  // What both operations share. `work` gets the name of the temporary file and returns whether everything was done.
   std::int32_t run(const std::function<bool(const std::u16string& temporary_file)>& work);
   void make_object_file_name();
 

@@ -54,7 +54,7 @@ std::int32_t clsXLSUtil::XML2XLS() {
   session_.put(session_.application(), kSecurity, kMacrosDisabled);
   const ObjectRef workbook = session_.open({by_value(xls_file_)});
   session_.put(session_.application(), kSecurity, kMacrosEnabled);
-  // An error of the opening is not counted, deliberately: a workbook that is none makes Save fail.
+  // A failure to open is deliberately not counted here: without a workbook, Save fails.
   session_.errors().clear();
   session_.run_macro(u"KAVO.XLS!ImportWorkbook", xls_file_ + u".kavo", workbook);
   session_.call(workbook, u"Save");

@@ -1,8 +1,8 @@
 // Turns a workbook into XML that can be translated, and the translated XML back into the workbook.
 //
 // Two macros of the template "kavo.xls" in the program's folder do the work inside the spreadsheet program
-// ("Excel.Application"); this class opens the workbook for them and waits (office_session.h). What the export takes in
-// is set by excel_options.h. Macros of the workbook itself are kept from running while it is opened.
+// ("Excel.Application"); this class opens the workbook for them and waits (office_session.h). excel_options.h says what
+// the export includes. Macros of the workbook itself cannot run while it is opened.
 #pragma once
 
 #include <cstdint>
@@ -33,7 +33,7 @@ class clsXLSUtil {
   // Shows the options dialog modally; OK stores what it shows.
   void DisplayOptions();
 
-  // The errors since the last clearing: why the last conversion answered 1, where an error is why.
+  // Why the last conversion returned 1, if an error was the reason.
   const error_state& errors() const { return session_.errors(); }
 
  private:

@@ -1,5 +1,5 @@
-// What the export of workbooks takes in: per-user program settings ("KAVO", "Excel"), read by the export macro with
-// GetSetting and therefore kept as the texts that it compares with.
+// What the export of workbooks includes: per-user program settings ("KAVO", "Excel"). The export macro reads them with
+// GetSetting, so they are stored as the texts that it compares with.
 #pragma once
 
 #include <cstdint>
@@ -7,7 +7,7 @@
 
 namespace kavo {
 
-// What is stored is neither order: the export goes along the rows, and storing it gives 1.
+// The stored text is neither "0" nor "1". The export then goes along the rows; saving the options stores "1".
 inline constexpr std::int32_t kUnknownOrder = -1;
 
 struct ExcelOptions {

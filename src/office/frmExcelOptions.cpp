@@ -28,8 +28,7 @@ frmExcelOptions::frmExcelOptions()
   set_captions();
   chkUngroupObjects.on_click = [this] {
     if (!loading_ && chkUngroupObjects.Value())
-      ports().desktop->message_box(excel_options_text::kUngroupWarning.text, u"",
-                                   MessageIcon::kInformation);
+      ports().desktop->message_box(excel_options_text::kUngroupWarning.text, u"", MessageIcon::kInformation);
   };
   txtBlankCellTolerance.on_change = [this] {
     if (!loading_) keep_digits();
@@ -62,7 +61,7 @@ void frmExcelOptions::load() {
   loading_ = false;
 }
 
-// Settings that cannot be written stay as they are, and the user is told.
+// If the settings cannot be written, they stay as they are and the user sees a message.
 void frmExcelOptions::save() const {
   ExcelOptions options;
   options.order = optOrder[0].Value() ? 0 : 1;

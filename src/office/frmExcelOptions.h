@@ -1,5 +1,5 @@
-// The dialog of what the export of workbooks takes in. OK stores the options (excel_options.h); nothing else of the
-// library reads them, the export macro does.
+// The dialog for what the export of workbooks includes. OK stores the options (excel_options.h), which the export macro
+// reads; nothing else in the library does.
 #pragma once
 
 #include "forms/question_form.h"

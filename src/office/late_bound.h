@@ -1,4 +1,4 @@
-// Calls on Office objects by member name. A reference that is none raises 91, as a late-bound host raises it.
+// Calls on Office objects by member name. A null reference throws `failure` 91, as in a late-bound host.
 #pragma once
 
 #include <initializer_list>

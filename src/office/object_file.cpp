@@ -31,7 +31,7 @@ RtfObjectFile::RtfObjectFile(std::u16string_view path) : reader_(path) {
 
 void RtfObjectFile::find_marker_lines() {
   ProgressEvent no_progress;
-  // An object ends at the next marker line: what follows the last one is none.
+  // An object ends at the next marker line, so nothing behind the last marker line is an object.
   std::optional<std::uint32_t> open;
   for_each_pass(reader_, no_progress, [this, &open](const char* p, const char* limit, const char* end) {
     const char* const begin = p;
@@ -44,7 +44,8 @@ void RtfObjectFile::find_marker_lines() {
       }
     };
     if (begin_position == 0) add(p);
-    // The token is the line with the CR LF before it, so that it may be known wherever a block ends.
+    // A marker line begins behind a CR LF. The search is for that line end and not for the brace, so that both are in
+    // the window wherever a block ends.
     const char* const search_end = ahead(limit, kLineEnd.size(), end);
     while ((p = find_pair<'\n', '{'>(p, search_end)) != search_end) {
       ++p;
@@ -68,7 +69,7 @@ bool RtfObjectFile::copy(std::uint64_t number, PendingFile& target) {
     is_copied_[place] = true;
     return true;
   };
-  // No larger number is in the index, and none may be taken for a smaller one.
+  // The index has no larger number; cut to 32 bits, it could find another object.
   if (number > std::numeric_limits<std::uint32_t>::max()) return false;
   if (!index_.find(static_cast<std::uint32_t>(number), next_, take)) return false;
   const std::uint64_t begin = starts_[next_ - 1] + marker_line_length(number);

@@ -4,9 +4,9 @@
 //   {\pict ... }          the object, any bytes; CR LF
 //   {\v\mor OBJ 2 }       the closing marker line; CR LF
 //
-// An object reaches to the next marker line. The file is read once to find those lines; after that each object is one
-// seek away (none at all when they are asked for in the order of the file). Memory: 17 bytes an object, of which each
-// takes 17 bytes or more in the file; objects themselves are never held whole.
+// An object reaches to the next marker line. The file is read once to find those lines; after that each object takes
+// one seek, or none when objects are asked for in the order of the file. Memory: 17 bytes for each object, which is no
+// more than its marker line takes in the file. No object is ever in memory as a whole.
 #pragma once
 
 #include <algorithm>
@@ -29,6 +29,7 @@ class RtfObjectFile {
   // Copies the object of that number: the next one from where the last copy ended, else the first from the start of
   // the file. False, and nothing is written, when there is none. Throws `failure`.
   bool copy(std::uint64_t number, PendingFile& target);
+  // How many objects no copy() has asked for.
   std::size_t never_copied() const { return static_cast<std::size_t>(std::ranges::count(is_copied_, false)); }
 
  private:

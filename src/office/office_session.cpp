@@ -13,8 +13,8 @@ namespace kavo {
 namespace {
 
 constexpr std::uint32_t kQuitMessage = 18;        // WM_QUIT
-constexpr double kPollSeconds = 0.01;             // short beside any macro, long beside a look at a file
-constexpr std::u16string_view kRelease97 = u"8";  // the one whose main window is told to quit
+constexpr double kPollSeconds = 0.01;             // shorter than any macro, much longer than one look-up of a file
+constexpr std::u16string_view kRelease97 = u"8";  // the release whose main window is quit by a message
 
 std::u16string_view before_dot(std::u16string_view version) {
   const std::size_t dot = version.find(u'.');
@@ -27,7 +27,7 @@ OfficeSession::~OfficeSession() {
   try {
     if (initialised_) shut_down();
   } catch (const std::exception&) {
-    // A failure or an interruption while shutting down: the program stays open, nobody is left to tell.
+    // The program stays open; a destructor cannot report it.
   }
 }
 
@@ -36,7 +36,7 @@ bool OfficeSession::reach() {
   return initialised_;
 }
 
-// A running program first, then a new one, then whatever program the template itself belongs to.
+// Tries a running program, then a new one, then whatever program the template is registered for.
 void OfficeSession::start_up() {
   Automation& automation = *ports().automation;
   const std::u16string template_file = program_folder() + u"\\" + std::u16string(program_.template_name);

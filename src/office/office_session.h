@@ -19,7 +19,7 @@ namespace kavo {
 struct OfficeProgram {
   std::u16string_view identifier;     // "PowerPoint.Application"
   std::u16string_view collection;     // "Presentations", whose Open opens a document
-  std::u16string_view window_class;   // of the main window of release 97 ("8"), which is told to quit by message
+  std::u16string_view window_class;   // of the main window of release 97 ("8"), which is quit by a message to it
   std::u16string_view template_name;  // of the document with the macros, in this program's folder
   bool open_takes_update_links;       // Open(FileName, UpdateLinks, ReadOnly) instead of Open(FileName, ReadOnly)
   bool quit_asks;                     // whether Quit asks about changes unless alerts are off
@@ -42,17 +42,17 @@ class OfficeSession {
   error_state& errors() { return errors_; }
   const error_state& errors() const { return errors_; }
 
-  // Each is one trapped step. open() answers none when it failed.
+  // Each is one trapped step. open() returns null when it failed.
   ObjectRef open(std::initializer_list<Argument> arguments);
   void put(const ObjectRef& object, std::u16string_view member, const Value& value);
   void call(const ObjectRef& object, std::u16string_view member);
 
-  // Open's arguments for a file that must be read-only or not.
+  // open() with the arguments that this program's Open takes.
   ObjectRef open_file(Argument file_name, bool read_only);
 
   // Makes the flag file, runs the macro and waits until the flag file is gone. A macro that could not be run, or has no
-  // document because that could not be opened, will never delete it, so it is deleted here and nothing is waited for.
-  // When the user interrupts, the flag file is deleted, `document` closed unsaved and `interruption` thrown.
+  // document because that could not be opened, will never delete the flag file: it is deleted here without waiting.
+  // When the user interrupts, deletes the flag file, closes `document` unsaved and throws `interruption`.
   void run_macro(std::u16string_view macro, const std::u16string& flag_file, const ObjectRef& document);
 
  private:

@@ -37,7 +37,7 @@ struct DataWord {
   std::uint64_t data_size;  // bytes
 };
 
-// "\binN" at p. A number of more than ten digits is none that any RTF could mean, and the word then announces nothing.
+// "\binN" at p. No RTF can mean a number of more than ten digits; the word then announces no data.
 std::optional<DataWord> read_data_word(const char* p, const char* end) {
   constexpr std::string_view word = "\\bin";
   constexpr std::ptrdiff_t kMostDigits = 10;
@@ -50,7 +50,7 @@ std::optional<DataWord> read_data_word(const char* p, const char* end) {
   return DataWord{static_cast<std::size_t>(after - p), size};
 }
 
-// The object file; a failure says so, for by itself it would seem to tell of the document.
+// Opens the object file. Its failure names the object file, because otherwise it would seem to be about the document.
 PendingFile open_object_file(std::u16string_view path) {
   try {
     return PendingFile(path);
@@ -59,7 +59,7 @@ PendingFile open_object_file(std::u16string_view path) {
   }
 }
 
-// The old file of the name would be lost; a failure says which one that is.
+// The same check for old objects; its failure names the file.
 void refuse_to_lose_old_objects(PendingFile& objects) {
   try {
     refuse_to_lose_objects(objects);
@@ -80,7 +80,7 @@ RtfExtraction::RtfExtraction(std::u16string_view rtf_file, std::u16string_view t
 void RtfExtraction::run(ProgressEvent& progress, bool overwrites_objects) {
   for_each_pass(reader_, progress,
                 [this](const char* p, const char* limit, const char* end) { return scan(p, limit, end); });
-  // The document ended inside a group: the closing marker gets a line of its own all the same.
+  // The document ended inside a group: the closing marker still needs a line of its own.
   if (state_ == State::kGroup || state_ == State::kData) objects_.write(kLineEnd);
   write_marker_line(count_ + 1);
   objects_.complete();
@@ -149,7 +149,7 @@ const char* RtfExtraction::scan_group(const char* p, const char* limit, const ch
       state_ = State::kData;
       return p;
     } else {
-      // An escaped backslash goes as a pair, so that the second one begins no control word.
+      // An escaped backslash is skipped as a pair, so that the second one does not begin a control word.
       p += begins_with(p, end, "\\\\") ? 2 : 1;
     }
   }

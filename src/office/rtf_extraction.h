@@ -1,10 +1,11 @@
 // Moves the picture and object groups of an RTF document into its object side file.
 //
-// One pass over the bytes in three states: text, a group being moved, and raw data inside such a group. Outside of
-// groups only the start texts are looked for, as bytes: raw data that stands there is not known as such, which can at
-// worst move more than a picture and never loses a byte. Inside a group braces are counted as they stand, escaped ones
-// too, deliberately: hosts rely on where a group ends. Only the N bytes behind "\binN " are stepped over, for a brace
-// there is data: counting it would move the rest of the document out of the translator's sight.
+// One pass over the bytes in three states: text, a group being moved, and raw data inside such a group.
+//
+// In text only the bytes that start a group are searched. Raw data there is not recognised: at worst something that is
+// no picture moves, too, and no byte is lost. Inside a group all braces count, deliberately also escaped ones: hosts
+// rely on where a group ends. Only the N bytes behind "\binN " are skipped, because a brace there is data: counting it
+// could move the rest of the document out of the translator's sight.
 #pragma once
 
 #include <cstdint>
@@ -18,12 +19,12 @@ namespace kavo {
 
 class RtfExtraction {
  public:
-  // Opens the files; throws `failure`, as does run(), also for a document that is not RTF. Nothing has a final name
+  // Opens the files; throws `failure`, as does run(), also for a document that is not RTF. No file has its final name
   // before run() ends.
   RtfExtraction(std::u16string_view rtf_file, std::u16string_view temporary_file, std::u16string_view object_file);
-  // The whole document, and both files take their names. Refuses a document that already holds the text of a marker:
-  // its own objects would be lost with the side file that is replaced, or come back in the wrong place. Refuses to
-  // replace a side file that holds anything else, unless `overwrites_objects`.
+  // Reads the whole document and gives both files their names. Refuses a document that already contains the text of a
+  // marker: its objects would be lost with the side file that is replaced, or come back in the wrong place. Refuses to
+  // replace a side file with other content, unless `overwrites_objects`.
   void run(ProgressEvent& progress, bool overwrites_objects);
   std::uint64_t count() const { return count_; }  // groups moved
 
@@ -45,7 +46,7 @@ class RtfExtraction {
   std::uint64_t data_left_ = 0;  // bytes
 };
 
-// Whether the file holds a group that the extraction would move, or a marker. Throws `failure`.
+// Whether the file contains a group that the extraction would move, or a marker. Throws `failure`.
 bool holds_objects(std::u16string_view path);
 
 }  // namespace kavo

@@ -32,7 +32,8 @@ void RtfInsertion::run(ProgressEvent& progress, MessageList& messages) {
                 [&](const char* p, const char* limit, const char* end) { return scan(p, limit, end, messages); });
   if (objects_ && missing_ != 0)
     messages.push_back({u"The object file lacks " + to_utf16(std::to_string(missing_)) +
-                        u" of the document's objects; the first is that of the marker " + first_missing_});
+                        u" of the document's objects, the first at the marker " + first_missing_ +
+                        u": name the object file that was made from this document"});
   if (missing_ == 0) report_unused_objects(messages);
   reader_ = BlockReader();  // Windows replaces no file that is open
   text_.commit();

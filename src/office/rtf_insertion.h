@@ -1,8 +1,8 @@
 // Puts the objects of the side file back where their markers stand.
 //
-// A document without markers needs no side file. A marker whose object cannot be had stays as it is, so that nothing is
-// lost and the call can be repeated with the right side file. An object whose marker was deleted is left out, with a
-// message: a translator may have meant that, or a program may have dropped hidden text.
+// A document without markers needs no side file. A marker whose object is missing stays as it is, so that nothing is
+// lost and the call can be repeated with the right side file. An object whose marker was deleted is left out with a
+// message: the translator may have meant it, or a program may have dropped hidden text.
 #pragma once
 
 #include <cstdint>
@@ -21,9 +21,9 @@ namespace kavo {
 class RtfInsertion {
  public:
   // Opens the document; throws `failure`, as does run(), also for a document that is not RTF. The document keeps its
-  // content before run() ends.
+  // content until run() ends.
   RtfInsertion(std::u16string_view rtf_file, std::u16string_view temporary_file, std::u16string_view object_file);
-  // The whole document. Adds to `messages` what kept markers from being replaced, or that objects have no marker.
+  // Rewrites the whole document. Adds messages about markers that were not replaced and objects that have no marker.
   void run(ProgressEvent& progress, MessageList& messages);
   std::uint64_t count() const { return count_; }      // objects put back
   std::uint64_t missing() const { return missing_; }  // markers that stayed
@@ -43,7 +43,7 @@ class RtfInsertion {
   std::u16string first_missing_;
 };
 
-// Whether the file holds the text of a marker. Throws `failure`.
+// Whether the file contains the text of a marker. Throws `failure`.
 bool holds_object_markers(std::u16string_view path);
 
 }  // namespace kavo

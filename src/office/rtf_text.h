@@ -1,7 +1,7 @@
 // What both RTF operations read alike: the texts they look for, and the document pass by pass.
 //
-// Documents are read as bytes. RTF's own syntax is seven-bit, and the marker and start texts cannot begin inside one
-// another, so no knowledge of the code page is needed to give every byte back.
+// Documents are read as bytes. RTF's syntax is seven-bit, and no marker or start text can begin inside another one, so
+// every byte can be given back without knowing the code page.
 #pragma once
 
 #include <algorithm>
@@ -15,8 +15,8 @@
 
 namespace kavo {
 
-// Bytes that are known behind every place where a token may begin, unless the file ends before: the longest token is a
-// marker line with the line end before it (28 bytes).
+// How many bytes the window has behind every place where a token may begin, unless the file ends earlier. The longest
+// token is a marker line with the line end before it (28 bytes).
 inline constexpr std::size_t kLookAhead = 32;
 
 inline constexpr std::string_view kLineEnd = "\r\n";
@@ -37,7 +37,8 @@ inline const char* ahead(const char* p, std::ptrdiff_t count, const char* end) {
 BlockReader open_rtf(std::u16string_view path);
 
 // Reads the file to its end. scan(p, limit, end) gets the bytes not consumed yet, handles every token that begins
-// before `limit` and answers where it stopped, which must not lie before `limit`. In the last call `limit` is `end`.
+// before `limit` and returns where it stopped: at `limit` or behind it. In the last call `limit` is `end`. Throws
+// `failure`, and `interruption` when the user interrupts.
 template <class Scan>
 void for_each_pass(BlockReader& reader, ProgressEvent& progress, Scan scan) {
   do {

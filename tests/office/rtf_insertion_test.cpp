@@ -179,7 +179,8 @@ TEST_F(RtfInsertionTest, OneMessageTellsHowManyObjectsAreMissing) {
   EXPECT_EQ(util.object_count(), 1u);
   ASSERT_EQ(util.ErrorList().size(), 1u);
   EXPECT_EQ(util.ErrorList()[0].text,
-            u"The object file lacks 2 of the document's objects; the first is that of the marker {\\v\\mor OBJ 7 }");
+            u"The object file lacks 2 of the document's objects, the first at the marker {\\v\\mor OBJ 7 }: name the "
+            u"object file that was made from this document");
 }
 
 TEST_F(RtfInsertionTest, AMarkerSplitByABlockBoundaryIsStillFound) {

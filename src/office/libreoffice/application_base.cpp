@@ -46,8 +46,8 @@ std::vector<Member> application_members(const std::shared_ptr<ApplicationState>&
          return Empty{};
        }},
       {u"Version", MemberKind::kPropertyGet, 0, 0, [state](auto) -> Value { return office_version(*state->listener); }},
-      // SaveChanges, OriginalFormat, RouteDocument: nothing is ever saved by quitting. LibreOffice itself goes on,
-      // it serves other applications too.
+      // SaveChanges, OriginalFormat and RouteDocument are ignored: quitting never saves. LibreOffice itself goes on,
+      // because it serves other applications, too.
       {u"Quit", MemberKind::kMethod, 0, 3, [state](auto) -> Value {
          state->close_all();
          return Empty{};

@@ -15,9 +15,10 @@ std::u16string office_version(OfficeListener& listener);
 // One application object's state; its documents hold it too, so that it lives as long as any of them.
 struct ApplicationState {
   std::shared_ptr<OfficeListener> listener;
-  bool is_visible = false;  // nothing is ever seen, whatever is said
+  bool is_visible = false;  // without effect: LibreOffice runs without a screen
   std::vector<std::weak_ptr<OfficeDocument>> documents;
 
+  // Opens a document as OfficeDocument does and remembers it for close_all(). Never null.
   std::shared_ptr<OfficeDocument> open(OfficeKind kind, std::u16string_view path);
   // Closes every document that is still open, unsaved.
   void close_all();

@@ -19,7 +19,7 @@ namespace {
 namespace chart = com::sun::star::chart;
 using com::sun::star::beans::XPropertySet;
 using com::sun::star::container::XIndexAccess;
-using com::sun::star::drawing::XShape;
+
 using com::sun::star::uno::Any;
 using com::sun::star::uno::Reference;
 using com::sun::star::uno::UNO_QUERY;
@@ -55,7 +55,7 @@ class ChartWalk {
   }
 
  private:
-  // A title that a chart does not have would be made by asking for it.
+  // Asks for a title only if the chart has it: asking for a missing title would create it.
   template <class Title>
   void visit(const Reference<XPropertySet>& owner, const char* flag, Title&& title_of, const char* place) {
     const rtl::OUString flag_name = rtl::OUString::createFromAscii(flag);

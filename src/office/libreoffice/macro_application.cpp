@@ -22,8 +22,8 @@ struct MacroState : ApplicationState {
   OfficeKind kind = OfficeKind::kPresentation;
   std::vector<std::shared_ptr<OpenDocument>> open_documents;
   std::u16string refusal;                // why the last document could not be opened
-  std::int16_t automation_security = 1;  // macros never run, whatever is said
-  bool display_alerts = true;            // there are none
+  std::int16_t automation_security = 1;  // without effect: macros never run
+  bool display_alerts = true;            // without effect: there are no alerts
 };
 using StateRef = std::shared_ptr<MacroState>;
 
@@ -41,7 +41,7 @@ void save(const OpenDocument& open) {
 // The handshake with the caller, who makes this file and waits until it is gone.
 std::u16string flag_of(const OpenDocument& open) { return open.document->path() + u".kavo"; }
 
-// The one that the caller waits for, and no other, as in the macros of the templates.
+// The document whose flag file exists: the caller waits for this one. The macros of the templates go by it, too.
 OpenDocument& flagged_document(const MacroState& state) {
   const auto has_flag = [](const auto& open) { return clsCommon().FileExists(flag_of(*open)); };
   const auto found = std::ranges::find_if(state.open_documents, has_flag);
@@ -65,7 +65,7 @@ class MacroDocument final : public TableObject {
   MacroDocument(ObjectRef application, const StateRef& state, std::shared_ptr<OpenDocument> open)
       : TableObject(
             {{u"application", MemberKind::kPropertyGet, 0, 0, [application](auto) -> Value { return application; }},
-             // Says whether closing would ask; it never does.
+             // Would decide whether Close asks about changes; here it never asks.
              {u"Saved", MemberKind::kPropertyPut, 1, 1, [](auto) -> Value { return Empty{}; }},
              {u"Save", MemberKind::kMethod, 0, 0,
               [open](auto) -> Value {

@@ -30,12 +30,12 @@ class Export final : public TextVisitor {
   OfficeXmlWriter writer_;
 };
 
-// Finds the translation of each text by its place, and that the text there is still the one that was exported.
+// Finds the translation of each text by its place, and refuses a text that is no longer the one that was exported.
 class Import final : public TextVisitor {
  public:
   Import(const OfficeDocument& document, std::string_view kind)
       : xml_name_(xml_name_of(document.path())), xml_(read_office_xml(xml_name_)) {
-    if (xml_.kind != kind) throw office_failure(xml_name_ + u": this is not the XML of such a document");
+    if (xml_.kind != kind) throw office_failure(xml_name_ + u": this is not the XML of a " + to_utf16(kind));
   }
   const ExcelOptions& options() const { return xml_.options; }
 
@@ -58,7 +58,7 @@ class Import final : public TextVisitor {
                          u"; export it again");
   }
 
-  // The runs of the document may be cut differently by now; what counts is the text of each exported one.
+  // The document may be cut into other runs by now, so the texts of the exported runs are compared.
   static bool is_unchanged(const TranslatedText& translation, std::span<const TextRun> runs) {
     std::size_t next = 0, at = 0;
     const std::u16string text = joined_text(runs);

@@ -1,4 +1,4 @@
-// The macros that the templates hold, as the engine runs them.
+// The macros of the templates, as the engine runs them.
 #pragma once
 
 #include <string_view>

@@ -41,8 +41,8 @@ using com::sun::star::uno::UNO_QUERY_THROW;
 struct Kind {
   std::u16string_view name;
   std::u16string_view service;  // the component that reads it
-  // How the names of LibreOffice's types begin that belong to the kind. Others, such as plain text behind a ".doc",
-  // are refused: what LibreOffice made of them would be no document of that program any more.
+  // How LibreOffice's names for the types of this kind begin. Other types, such as plain text in a ".doc", are refused:
+  // saved by LibreOffice, they would not be what they were.
   std::vector<std::u16string_view> types;
   std::string_view filter;      // of release 97
   std::string_view xml_filter;  // of the XML format
@@ -67,7 +67,8 @@ const Kind& kind_of(OfficeKind kind) {
   return kinds[static_cast<std::size_t>(kind)];
 }
 
-// Answers whatever LibreOffice asks while it opens a document with "no", and remembers why.
+// Answers "no" to everything that LibreOffice asks while it opens a document, and remembers what the question says
+// about the document.
 class Refusal final : public cppu::WeakImplHelper1<task::XInteractionHandler> {
  public:
   void SAL_CALL handle(const Reference<task::XInteractionRequest>& request) override {
@@ -106,7 +107,7 @@ rtl::OUString preferred_filter(const Reference<document::XTypeDetection>& detect
   return filter;
 }
 
-// Where a document is written before it takes its name; nobody else uses a name with our process number.
+// Where a document is written before it takes its name. The process number of our LibreOffice makes the name unique.
 std::u16string temporary_name(const std::u16string& target, pid_t office) {
   return target + u".kavo-" + to_utf16(std::to_string(office));
 }
@@ -151,7 +152,7 @@ void OfficeDocument::load() {
     refuse(u"it is damaged or of another kind");
   filter_ = type_name.find(u"2007") == std::u16string::npos ? kind.filter : kind.xml_filter;
   add(description, property("FilterName", preferred_filter(detection, type)));
-  // Without a frame and a view, which cost time and want the dialogs of an installation with a user interface.
+  // Loaded without a frame and a view, which take time and need the dialogs of an installation with a user interface.
   const Reference<XLoadable> loadable(create(to_uno(kind.service)), UNO_QUERY_THROW);
   model_.set(loadable, UNO_QUERY_THROW);
   try {

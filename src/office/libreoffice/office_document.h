@@ -14,8 +14,8 @@ enum class OfficeKind { kText, kPresentation, kWorkbook };
 
 class OfficeDocument {
  public:
-  // Opens a file in place; nothing beside it is written and no macro of it runs. Throws `failure` 53 when there is
-  // none, 1004 for one that is of another kind, protected, damaged or refused.
+  // Opens a file in place, writes nothing beside it and runs none of its macros. Throws `failure` 53 when there is no
+  // file, and 1004 when it is of another kind, protected, damaged or refused.
   OfficeDocument(std::shared_ptr<OfficeListener> listener, OfficeKind kind, std::u16string_view path);
   // Closes it unsaved.
   ~OfficeDocument();
@@ -27,13 +27,13 @@ class OfficeDocument {
   // Absolute.
   const std::u16string& path() const { return path_; }
 
-  // Writes the document through one of LibreOffice's filters: beside the target, and renames it over that when it is
-  // complete. Throws `failure`; the target is then as it was.
+  // Writes the document through one of LibreOffice's filters, beside the target, and renames the complete file over the
+  // target. Throws `failure`; the target is then as it was.
   void save_as(std::u16string_view path, std::string_view filter);
   // The same over the document's own file, in the release 97 format of its kind, or in the XML format when it came in
   // that.
   void save();
-  // Nothing happens when it is closed already.
+  // Unsaved. A second call does nothing.
   void close();
 
  private:

@@ -11,7 +11,7 @@
 namespace kavo {
 namespace {
 
-// Automation is a matter of one thread, as on the other system; so is this.
+// Not locked: only one thread uses automation, as on Windows.
 std::shared_ptr<OfficeListener>& current() {
   static std::shared_ptr<OfficeListener> listener;
   return listener;
@@ -25,7 +25,7 @@ std::shared_ptr<OfficeListener> office_listener() {
   return current();
 }
 
-// The libraries that this code is linked with tell it.
+// The folder of one of LibreOffice's libraries that this code is linked with.
 std::filesystem::path office_program_folder() {
   Dl_info library;
   if (::dladdr(reinterpret_cast<const void*>(&rtl_uString_acquire), &library) == 0) throw_errno();

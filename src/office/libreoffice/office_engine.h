@@ -15,7 +15,7 @@ void register_office_engine();
 // Ends LibreOffice when it runs. Objects that still live fail from then on.
 void end_office_engine() noexcept;
 
-// The LibreOffice that serves this process, started when there is none or the last one is gone.
+// The LibreOffice that serves this process, started when there is none or the last one is gone. Throws `failure` 429.
 std::shared_ptr<OfficeListener> office_listener();
 
 // Where LibreOffice's own libraries and programs lie.

@@ -22,12 +22,12 @@ using com::sun::star::uno::UNO_QUERY_THROW;
 using com::sun::star::uno::XComponentContext;
 
 constexpr double kLongestStart = 60;    // seconds; 1 to 3 are usual
-constexpr double kLongestEnd = 5;       // seconds for an orderly end; nothing is lost when it is killed after them
+constexpr double kLongestEnd = 5;       // seconds for an orderly end; then it is killed, and nothing is lost
 constexpr double kLookAgain = 0.02;     // seconds between two attempts to connect
 constexpr double kWatchInterval = 0.1;  // seconds
-constexpr double kPatience = 0.5;       // seconds that a call may take to end by itself once the user wants to stop
+constexpr double kPatience = 0.5;       // seconds that a call has to end by itself once the user asked to stop
 
-// Always the system's clock: what is watched is another process, whatever clock a test has in place.
+// Always the system's clock, also in tests with a clock of their own: it measures another process.
 double now() { return system_clock().seconds(); }
 
 // The UNO components of this process. The connection needs to know all types that may come through it.
@@ -109,7 +109,7 @@ void OfficeListener::end_watch() {
 
 void OfficeListener::watch() {
   std::unique_lock lock(mutex_);
-  double wanted_since = 0;  // when the wish to stop was first seen, 0 for none
+  double wanted_since = 0;  // when the request to stop was first seen, 0 for none
   while (!ending_) {
     if (watched_ == 0) {
       wanted_since = 0;
@@ -137,7 +137,7 @@ void OfficeListener::throw_as_failure(const Exception& exception, bool was_gone)
     return killed_;
   }();
   if (killed == Killed::kInterrupted) throw_if_interrupted();
-  if (killed == Killed::kHung) throw office_failure(u"LibreOffice did not answer any more and was ended");
+  if (killed == Killed::kHung) throw office_failure(u"LibreOffice stopped answering and was ended");
   if (killed == Killed::kInterrupted || !is_alive()) throw office_failure(u"LibreOffice ended unexpectedly");
   throw office_failure(exception.Message.isEmpty() ? std::u16string(u"LibreOffice refused a call")
                                                    : from_uno(exception.Message));

@@ -1,7 +1,7 @@
 // The connection to one running LibreOffice.
 //
-// Every call to it may block for as long as LibreOffice likes, and no call can be taken back. So a watching thread ends
-// LibreOffice when it gives no sign of life for too long or the user wants to stop; the call that waits then fails.
+// A call to LibreOffice may block for any time, and it cannot be cancelled. So a watching thread kills LibreOffice when
+// there is no sign of life for too long or the user asks to stop; the call that waits then fails.
 #pragma once
 
 #include <com/sun/star/frame/XDesktop2.hpp>
@@ -33,7 +33,7 @@ class OfficeListener {
   static constexpr double kLongestCall = 200;
 
   // Starts LibreOffice from the folder of its programs and waits until it serves. Throws `failure` 429 when it is not
-  // there or does not come up, 18 when the user interrupts.
+  // there or does not start, and `interruption` when the user interrupts.
   explicit OfficeListener(const std::filesystem::path& program_folder, double longest_call = kLongestCall);
   // Ends it.
   ~OfficeListener();
@@ -46,8 +46,9 @@ class OfficeListener {
   // False once it has ended or was found gone.
   bool is_alive() { return !is_gone_ && process_.is_running(); }
 
-  // Runs calls to LibreOffice under watch; whatever it raises is thrown as `failure`: 1004 with its own description or
-  // that it crashed or hung, 18 for an interruption. May be nested.
+  // Runs calls to LibreOffice under watch. Whatever LibreOffice raises is thrown as `failure` 1004, with its own
+  // description or with the message that it crashed or hung. Throws `interruption` when the user interrupts. May be
+  // nested.
   template <class Step>
   auto run(Step&& step) {
     const Watched watched(*this);
@@ -60,7 +61,7 @@ class OfficeListener {
     }
   }
 
-  // For long work between calls: says that it goes on. Throws `interruption` when the user wants to stop.
+  // A sign of life, for long work between calls. Throws `interruption` when the user asks to stop.
   void step();
 
  private:

@@ -39,7 +39,7 @@ constexpr std::string_view kSettings =
 </oor:items>
 )";
 
-// The exit code by which LibreOffice asks to be started again: it does so once in a new profile.
+// The exit code with which LibreOffice asks to be started again, as it does once for a new profile.
 constexpr int kStartAgain = 81;
 
 std::filesystem::path make_folder() {
@@ -48,7 +48,7 @@ std::filesystem::path make_folder() {
   return name;
 }
 
-// The environment of ours with some variables set.
+// Our environment with some variables set.
 std::vector<std::string> environment_with(const std::vector<std::string>& settings) {
   std::vector<std::string> all;
   for (char** variable = environ; *variable; ++variable) {
@@ -69,7 +69,7 @@ std::vector<char*> pointers_to(std::vector<std::string>& texts) {
   return pointers;
 }
 
-// Nothing but system calls: another thread may have held any lock when the process was copied.
+// Only system calls, because another thread may have held any lock when fork() copied the process.
 [[noreturn]] void become(const char* program, char* const* arguments, char* const* environment, pid_t parent) {
   ::setsid();
   ::prctl(PR_SET_PDEATHSIG, SIGKILL);
@@ -144,7 +144,8 @@ bool OfficeProcess::is_running() {
 }
 
 void OfficeProcess::note_sockets() {
-  // "socket:[12345]" behind its descriptors; the number is the seventh word of a line, a name the eighth.
+  // The link of a socket's descriptor reads "socket:[12345]". In /proc/net/unix this number is the seventh word of a
+  // line, and the socket's name the eighth.
   std::set<std::string> own;
   std::error_code ignored;
   for (const auto& entry : std::filesystem::directory_iterator("/proc/" + std::to_string(id_) + "/fd", ignored)) {
@@ -160,7 +161,7 @@ void OfficeProcess::note_sockets() {
   }
 }
 
-// The whole group, which setsid() made: printing and thumbnail helpers go with it.
+// Kills the whole process group that setsid() made, with LibreOffice's helpers for printing and thumbnails.
 void OfficeProcess::kill() noexcept {
   if (!ended_) ::kill(-id_, SIGKILL);
 }

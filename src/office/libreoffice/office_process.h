@@ -1,7 +1,7 @@
 // LibreOffice running beside us without a screen, in a process group, with a profile and a temporary folder of its own.
 //
-// It is started directly and not through its start script, so that its process number is known: it dies with us, a
-// Ctrl+C of the terminal does not reach it, and nothing of the user's own LibreOffice is touched.
+// It is started directly and not through its start script, so that its process number is known. It dies with us, Ctrl+C
+// in the terminal does not reach it, and the user's own LibreOffice is not touched.
 #pragma once
 
 #include <sys/types.h>
@@ -26,10 +26,10 @@ class OfficeProcess {
   std::string connection() const { return "pipe,name=" + folder_.filename().string(); }
   const std::filesystem::path& folder() const { return folder_; }
   pid_t id() const { return id_; }
-  // Starts it again when it ended because it wants to be started again.
+  // Starts LibreOffice again if it ended in order to be started again.
   bool is_running();
-  // Notes the sockets that it serves at, which stay in the system's temporary folder when it is killed and are removed
-  // with it. To be called once it serves.
+  // Notes the sockets at which LibreOffice serves, so that the destructor can remove them from the system's temporary
+  // folder: a LibreOffice that is killed leaves them there. Call it when LibreOffice serves.
   void note_sockets();
   // Safe from any thread, any number of times.
   void kill() noexcept;

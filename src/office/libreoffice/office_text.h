@@ -10,7 +10,7 @@
 
 namespace kavo {
 
-// A run is one inline code of a translation when a text has more than one.
+// If a text has more than one run, each run is one inline code in the translation.
 struct TextRun {
   enum class Kind {
     kText,
@@ -29,11 +29,11 @@ struct TextPiece {
   std::u16string text;
 };
 
-// How much room a run takes in its document, in UTF-16 units.
+// The length of a run in its document, in UTF-16 units.
 std::size_t run_length(const TextRun& run);
 // All texts of the runs, U+FFFC for each field.
 std::u16string joined_text(std::span<const TextRun> runs);
-// Nothing but white space and fields: nothing to translate.
+// Whether there is nothing to translate: only white space and fields.
 bool is_blank(std::span<const TextRun> runs);
 
 // Eight hexadecimal digits that change when a text does: two sums over its UTF-16 units, each modulo 65,521, the first

@@ -14,7 +14,7 @@
 namespace kavo {
 namespace {
 
-// What XML cannot hold as it stands: most control characters, lone surrogates and two of the last places.
+// Whether XML can hold a unit as it is. It cannot hold most control characters, lone surrogates, U+FFFE and U+FFFF.
 bool is_xml_character(std::u16string_view text, std::size_t i) {
   const char16_t unit = text[i];
   if (unit < 0x20) return unit == u'\t';
@@ -107,7 +107,7 @@ class Reader {
                       reason);
   }
 
-  // The parser is C: what is thrown waits until it has returned.
+  // The parser is written in C, so an exception must wait until it has returned.
   template <class Step>
   static void guarded(void* self, Step&& step) {
     Reader& reader = *static_cast<Reader*>(self);
@@ -152,7 +152,8 @@ class Reader {
       append(u"\n");
     } else if (segment_ && name == "char") {
       std::size_t code = 0;
-      if (!parse_number(attribute(attributes, "code"), code) || code > 0xFFFF) refuse(u"a character that cannot be");
+      if (!parse_number(attribute(attributes, "code"), code) || code > 0xFFFF)
+        refuse(u"the code of a character is not a number from 0 to 65535");
       append(std::u16string(1, static_cast<char16_t>(code)));
     } else if (segment_) {
       refuse(u"the element \"" + to_utf16(name) + u"\" cannot stand in a text");
@@ -177,7 +178,7 @@ class Reader {
   void start_segment(const XML_Char** attributes) {
     const std::string place(attribute(attributes, "place"));
     const auto [entry, is_new] = result_.texts.try_emplace(place);
-    if (place.empty() || !is_new) refuse(u"a text whose place is missing or was there before");
+    if (place.empty() || !is_new) refuse(u"a text has no place, or the place of an earlier text");
     segment_ = &entry->second;
     segment_->check = attribute(attributes, "check");
     std::string_view list = attribute(attributes, "runs");
@@ -191,18 +192,18 @@ class Reader {
       else if (word == "field")
         run.kind = TextRun::Kind::kField;
       else if (!parse_number(word, run.length))
-        refuse(u"runs that cannot be read");
+        refuse(u"the list of a text's runs cannot be read");
       segment_->runs.push_back(run);
       list.remove_prefix(std::min(end + 1, list.size()));
     }
-    if (segment_->runs.empty()) refuse(u"a text that does not tell its runs");
+    if (segment_->runs.empty()) refuse(u"a text has no list of its runs");
     run_ = 0;
   }
 
   void start_code(const XML_Char** attributes) {
     std::size_t id = 0;
     if (!parse_number(attribute(attributes, "id"), id) || id < 1 || id > segment_->runs.size())
-      refuse(u"an inline code that the exported text did not have");
+      refuse(u"the exported text did not have this inline code");
     run_ = id - 1;
     segment_->pieces.push_back({run_, u""});
     is_new_piece_ = false;
@@ -211,13 +212,13 @@ class Reader {
   void end(std::string_view name) {
     --depth_;
     if (name == "seg") segment_ = nullptr;
-    // Text behind a code goes on in the formatting of the code.
+    // Text behind a code keeps the formatting of the code.
     if (name == "g" || name == "x") is_new_piece_ = true;
   }
 
   void text(std::string_view text) {
     if (!segment_) return;
-    // A line break of the text is an element; one of the file is what an editor wrapped.
+    // A line break of the text is an element; a line break of the file was made by an editor.
     std::u16string content = to_utf16(text);
     std::ranges::replace(content, u'\n', u' ');
     append(content);
@@ -227,7 +228,7 @@ class Reader {
     std::vector<TextPiece>& pieces = segment_->pieces;
     const bool can_hold_text = segment_->runs[run_].kind != TextRun::Kind::kField;
     if (pieces.empty() || !can_hold_text || (is_new_piece_ && segment_->runs[run_].kind == TextRun::Kind::kLink)) {
-      // Behind a field or a link: the text run that is nearest.
+      // A field or link cannot take this text, so the nearest text run gets it.
       run_ = text_run_near(run_);
       pieces.push_back({run_, u""});
     }
@@ -243,7 +244,7 @@ class Reader {
       if (is_text(run + distance)) return run + distance;
       if (distance <= run && is_text(run - distance)) return run - distance;
     }
-    refuse(u"text where the exported text had none");
+    refuse(u"there is text, but the exported text consisted of links and fields only");
   }
 
   std::u16string path_;

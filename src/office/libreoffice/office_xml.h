@@ -20,9 +20,9 @@ class OfficeXmlWriter {
   // `failure`, as all operations do.
   OfficeXmlWriter(std::u16string_view path, std::string_view kind, const ExcelOptions* options);
   void add_text(std::string_view place, std::span<const TextRun> runs);
-  // For reading along only.
+  // Formulas are for information only; they never come back.
   void add_formula(std::string_view place, std::u16string_view formula);
-  // A number of texts that the options kept out.
+  // How many texts at a place the options left out.
   void add_left_out(std::string_view place, std::size_t count);
   void commit();
 

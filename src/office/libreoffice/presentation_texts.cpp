@@ -29,7 +29,7 @@ using com::sun::star::uno::Reference;
 using com::sun::star::uno::UNO_QUERY;
 using com::sun::star::uno::UNO_QUERY_THROW;
 
-// Header and footer of a page are properties of it.
+// The header and footer of a page are properties of the page.
 void visit_property(const Reference<XPropertySet>& page, const char* property_name, const std::string& place,
                     TextVisitor& visitor) {
   const rtl::OUString name = rtl::OUString::createFromAscii(property_name);

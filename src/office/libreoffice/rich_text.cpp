@@ -32,8 +32,8 @@ using uno::Sequence;
 using uno::UNO_QUERY;
 using uno::UNO_QUERY_THROW;
 
-// What makes two runs look different. Others, such as the language, differ from word to word in real documents and
-// would cut texts to pieces that nobody can translate.
+// The properties that make two runs look different. Others, such as the language, differ from word to word in real
+// documents: by them, texts would be cut into pieces that nobody can translate.
 constexpr const char* kFormatting[] = {"CharWeight",    "CharPosture",  "CharUnderline", "CharStrikeout",
                                        "CharColor",     "CharHeight",   "CharFontName",  "CharEscapement",
                                        "CharContoured", "CharShadowed", "CharRelief",    "CharUnderlineColor",
@@ -75,7 +75,7 @@ Part part_of(const Reference<text::XTextRange>& portion) {
   return part;
 }
 
-// Appends a part, or its text to the one before when both look the same.
+// Appends a part; if it looks the same as the part before, appends its text to that.
 void append(std::vector<Part>& parts, Part part) {
   if (part.run.kind == TextRun::Kind::kText && part.run.text.empty()) return;
   const auto is_text = [](const Part& p) { return p.run.kind == TextRun::Kind::kText; };
@@ -109,7 +109,7 @@ std::vector<TextRun> runs_of(const std::vector<Part>& parts) {
   return runs;
 }
 
-// A cursor over [begin, end) of what starts at a place.
+// A cursor over [begin, end), in UTF-16 units from `start`.
 Reference<text::XTextCursor> cursor_over(const Reference<text::XText>& whole, const Reference<text::XTextRange>& start,
                                          std::size_t begin, std::size_t end) {
   const Reference<text::XTextCursor> cursor = whole->createTextCursorByRange(start);
@@ -123,7 +123,7 @@ Reference<text::XTextCursor> cursor_over(const Reference<text::XText>& whole, co
   return cursor;
 }
 
-// Writes over what the cursor covers; it then covers nothing, at the end of what was written.
+// Replaces what the cursor covers. The cursor is then empty and behind the new text.
 void write_text(const Reference<text::XText>& whole, const Reference<text::XTextCursor>& cursor,
                 std::u16string_view content, LineBreaks line_breaks) {
   if (line_breaks == LineBreaks::kParagraphs || content.find(u'\n') == std::u16string_view::npos) {
@@ -149,8 +149,8 @@ void write_text(const Reference<text::XText>& whole, const Reference<text::XText
   }
 }
 
-// Writes over one run among others. The new text goes behind the first character of the old one: in the place of all of
-// it, it would take the formatting of the run in front.
+// Replaces one run among others. The new text is inserted behind the first character of the old one: if it replaced all
+// of it at once, it would take the formatting of the run in front.
 void write_run(const Reference<text::XText>& whole, const Reference<text::XTextRange>& start, std::size_t begin,
                std::size_t end, std::u16string_view content, LineBreaks line_breaks) {
   write_text(whole, cursor_over(whole, start, begin + 1, begin + 1), content, line_breaks);
@@ -159,7 +159,7 @@ void write_run(const Reference<text::XText>& whole, const Reference<text::XTextR
   cursor_over(whole, start, begin, begin + 1)->setString(rtl::OUString());
 }
 
-// The formatting of runs, by the character properties that any of them sets itself.
+// The formatting of runs: the values of all character properties that at least one of them sets itself.
 class RunFormats {
  public:
   RunFormats(const Reference<text::XText>& whole, const Reference<text::XTextRange>& start,
@@ -206,7 +206,8 @@ class RunFormats {
   std::vector<Formatting> values_;
 };
 
-// Puts a link with another text in the place of one: the link itself is a copy, and changing it changes nothing.
+// Replaces a link by one with another text. Changing the link itself has no effect, because LibreOffice hands out a
+// copy.
 void write_link(OfficeDocument& document, const Reference<text::XText>& whole,
                 const Reference<text::XTextCursor>& cursor, const Reference<XPropertySet>& link,
                 std::u16string_view content) {
@@ -229,15 +230,15 @@ void write_link(OfficeDocument& document, const Reference<text::XText>& whole,
                        u": the links and fields of the translation are not those of the document, in its order");
 }
 
-// The runs of text between two links or fields, and what the translation has for them. Places are those of the text
-// that is replaced.
+// The runs of text between two links or fields, and the pieces of the translation for them. Positions count in the text
+// that is replaced, in UTF-16 units.
 struct Stretch {
   std::size_t begin, end;
   std::vector<std::size_t> runs;
   std::vector<TextPiece> pieces;
 };
 
-// A translation, cut at its links and fields: one stretch more than there are of these.
+// A translation, cut at its links and fields. There is one stretch more than links and fields.
 struct CutTranslation {
   std::vector<Stretch> stretches;
   std::vector<std::size_t> fixed;  // the runs that are links and fields
@@ -272,8 +273,8 @@ CutTranslation cut_at_fixed_runs(const TranslatedText& translation, std::string_
   return cut;
 }
 
-// Writes a translation in the place of a text that begins at `start`. Links and fields stay where they are between the
-// texts, which are written from the last to the first, so that places in front of them stay what they are.
+// Replaces a text that begins at `start` by its translation. Links and fields stay where they are, between stretches of
+// text. The stretches are written from the last to the first, so that positions in front of them stay valid.
 class TranslationWriter {
  public:
   // All must outlive the object.
@@ -372,7 +373,7 @@ void visit_text(OfficeDocument& document, const Reference<text::XText>& whole, L
     std::vector<Part> parts;
     for (const auto& paragraph : paragraphs) {
       if (&paragraph != &paragraphs.front()) {
-        // The end of a paragraph looks as what stands before it.
+        // The end of a paragraph has the formatting of what comes before it.
         if (parts.empty() || parts.back().run.kind != TextRun::Kind::kText)
           append(parts, {{TextRun::Kind::kText, u"\n"}, {}, {}, Reference<XPropertySet>(paragraph, UNO_QUERY_THROW)});
         else

@@ -58,8 +58,8 @@ void visit_shape(OfficeDocument& document, const Reference<XShape>& shape, Shape
     visit_text(document, text, LineBreaks::kInParagraph, own_place, visitor);
 }
 
-// The shapes of a group, of the groups in it too, in one count: groups in groups are nothing that Office's own macros
-// see.
+// The shapes of a group and of the groups in it, numbered in one sequence, because Office's own macros do not see
+// groups within groups.
 void visit_group(OfficeDocument& document, const Reference<XShapes>& group, ShapeFilter filter,
                  const std::string& own_place, int& count, TextVisitor& visitor) {
   const Reference<XIndexAccess> members(group, UNO_QUERY_THROW);

@@ -13,12 +13,11 @@ namespace kavo {
 
 enum class ShapeFilter {
   kAll,
-  kNoPlaceholders,  // of a master: the texts of its placeholders only prompt who writes a slide
+  kNoPlaceholders,  // for a master, whose placeholders only prompt the author of a slide
 };
 
-// Shows a visitor the texts of a page's shapes, those in groups ("shape:3.1") and the cells of tables
-// ("shape:4/cell:B2") among them, but for those in `passed_over`, which are not counted either. `place` is what stands
-// before "/shape:".
+// Shows a visitor the texts of a page's shapes, including those in groups ("shape:3.1") and the cells of tables
+// ("shape:4/cell:B2"). Shapes in `passed_over` are skipped and not numbered. `place` is what comes before "/shape:".
 void visit_shapes(OfficeDocument& document,
                   const com::sun::star::uno::Reference<com::sun::star::container::XIndexAccess>& shapes,
                   ShapeFilter filter, const std::string& place, TextVisitor& visitor,

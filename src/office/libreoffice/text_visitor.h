@@ -1,4 +1,4 @@
-// What goes through the texts of a document: the walks over presentations and workbooks show it every text.
+// What sees the texts of a document: the walks over presentations and workbooks show it every text.
 #pragma once
 
 #include <optional>
@@ -14,11 +14,12 @@ namespace kavo {
 class TextVisitor {
  public:
   virtual ~TextVisitor() = default;
-  // One text at its place ("slide:1/shape:2/paragraph:1"). Null leaves it as it is; else the translation that is to be
-  // put in its place, valid until the next visit.
+  // One text at its place ("slide:1/shape:2/paragraph:1"). Returns null to leave it as it is, or the translation that
+  // replaces it, valid until the next visit.
   virtual const TranslatedText* visit(std::string_view place, std::span<const TextRun> runs) = 0;
   // A formula at its place, which is never changed.
   virtual void visit_formula(std::string_view, std::u16string_view) {}
+  // How many texts at a place were not shown because the options leave them out.
   virtual void left_out(std::string_view, std::size_t) {}
 };
 

@@ -14,7 +14,7 @@ namespace kavo {
 rtl::OUString to_uno(std::u16string_view text);
 std::u16string from_uno(const rtl::OUString& text);
 
-// The file URL of a core path: of the file as it lies on the disk, every byte beyond the plain letters escaped.
+// The file URL of a core path, with the name as it is on the disk and every byte beyond the plain letters escaped.
 rtl::OUString url_of(std::u16string_view path);
 // The same for a path of the host.
 rtl::OUString url_of_host(std::string_view host_path);

@@ -35,7 +35,7 @@ Reference<XNameAccess> embedded_objects(const OfficeDocument& document) {
   return supplier->getEmbeddedObjects();
 }
 
-// True when the object comes to life: its own program is there and can read it.
+// True when the object can be activated: its own program is there and can read it.
 bool update(const Reference<XTextContent>& object) {
   const Reference<XEmbeddedObjectSupplier2> supplier(object, UNO_QUERY);
   if (!supplier.is()) return false;
@@ -52,7 +52,7 @@ bool update(const Reference<XTextContent>& object) {
   }
 }
 
-// Puts the picture that the object showed last in its place.
+// Replaces the object by the picture that it showed last.
 void unlink(const OfficeDocument& document, const Reference<XTextContent>& object) {
   const Reference<XEmbeddedObjectSupplier2> supplier(object, UNO_QUERY_THROW);
   const Reference<com::sun::star::graphic::XGraphic> picture = supplier->getReplacementGraphic();
@@ -133,7 +133,7 @@ class WordDocument final : public TableObject {
                 save_as(*document, as_text(arguments[0].value), as_number(arguments[1].value));
                 return Empty{};
               }},
-             // SaveChanges: nothing but "do not" is ever asked for.
+             // SaveChanges is ignored: callers only ever ask not to save.
              {u"Close", MemberKind::kMethod, 0, 1, [document](auto) -> Value {
                 document->close();
                 return Empty{};
@@ -143,7 +143,8 @@ class WordDocument final : public TableObject {
 class WordDocuments final : public TableObject {
  public:
   WordDocuments(ObjectRef application, std::shared_ptr<ApplicationState> state)
-      // FileName, ConfirmConversions, ReadOnly, AddToRecentFiles; SaveAs writes elsewhere in any case.
+      // FileName, ConfirmConversions, ReadOnly, AddToRecentFiles. Only the first one matters: SaveAs writes another
+      // file.
       : TableObject({{u"Open", MemberKind::kMethod, 1, 4, [application, state](std::span<Argument> arguments) -> Value {
                         return std::make_shared<WordDocument>(
                             application, state->open(OfficeKind::kText, as_text(arguments[0].value)));

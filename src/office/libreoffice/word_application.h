@@ -1,7 +1,7 @@
 // "Word.Application", served by LibreOffice: the members that the conversion between Word documents and RTF calls.
 //
-// Its Fields are the embedded objects of a document. Hyperlinks, page numbers and the like are none here: LibreOffice
-// keeps them as part of the text and up to date by itself, so that there is nothing to update.
+// Its Fields are the embedded objects of a document, but not hyperlinks, page numbers and the like: LibreOffice keeps
+// those as part of the text and up to date by itself.
 #pragma once
 
 #include <memory>

@@ -50,7 +50,7 @@ using com::sun::star::uno::UNO_QUERY;
 using com::sun::star::uno::UNO_QUERY_THROW;
 namespace CellFlags = com::sun::star::sheet::CellFlags;
 
-// A cell that holds a text or formula. `line` and `place_in_line` follow the order of the export.
+// A cell with a text or formula. `line` and `place_in_line` give its place in the order of the export.
 struct TextCell {
   enum class Kind { kPlain, kFormatted, kFormula };
   sal_Int32 line;
@@ -90,7 +90,7 @@ class SheetWalk {
  private:
   using Ranges = Sequence<CellRangeAddress>;
 
-  // What the walk may see of the sheet.
+  // The cells that the options allow the walk to see.
   Reference<sheet::XCellRangesQuery> visible() const {
     const Reference<sheet::XCellRangesQuery> all(sheet_, UNO_QUERY_THROW);
     return options_.hidden ? all : Reference<sheet::XCellRangesQuery>(all->queryVisibleCells(), UNO_QUERY_THROW);
@@ -146,8 +146,8 @@ class SheetWalk {
     return from_uno(text);
   }
 
-  // Takes out the cells of a row behind more blank ones in succession than the tolerance allows, in either order: which
-  // texts are exported does not depend on the order that they are exported in. Returns how many texts that were.
+  // Removes the cells of a row that lie behind more successive blank cells than the tolerance allows. It goes by rows
+  // for both orders, so that the order does not decide which texts are exported. Returns how many texts it removed.
   std::size_t leave_out_behind_gaps(std::vector<TextCell>& cells) const {
     const sal_Int32 tolerance = as_number(options_.tolerance);
     const Reference<sheet::XCellRangesQuery> all(sheet_, UNO_QUERY_THROW);
@@ -156,7 +156,7 @@ class SheetWalk {
     for (const CellRangeAddress& range : all->queryContentCells(static_cast<sal_Int16>(filled))->getRangeAddresses())
       for (sal_Int32 row = range.StartRow; row <= range.EndRow; ++row)
         rows[row].emplace_back(range.StartColumn, range.EndColumn);
-    std::map<sal_Int32, sal_Int32> ends;  // of a row: the first column that is left out
+    std::map<sal_Int32, sal_Int32> ends;  // by row: the first column that is left out
     for (auto& [row, stretches] : rows) {
       std::ranges::sort(stretches);
       sal_Int32 next = 0;
@@ -223,7 +223,7 @@ class SheetWalk {
                  comment_shapes_);
   }
 
-  // Until no group is left: a group may hold others.
+  // Until no group is left, because a group may contain others.
   void ungroup(const Reference<com::sun::star::drawing::XDrawPage>& page) const {
     const Reference<com::sun::star::drawing::XShapeGrouper> grouper(page, UNO_QUERY);
     if (!grouper.is()) return;
@@ -238,7 +238,8 @@ class SheetWalk {
     }
   }
 
-  // The three parts of each header and footer of the sheet's page style, which the first sheet shows that uses it.
+  // The three parts of each header and footer of the sheet's page style. They are shown with the first sheet that uses
+  // the style.
   void walk_headers() {
     rtl::OUString name;
     Reference<XPropertySet>(sheet_, UNO_QUERY_THROW)->getPropertyValue("PageStyle") >>= name;
@@ -261,18 +262,18 @@ class SheetWalk {
       visit_text(document_, content->getLeftText(), LineBreaks::kParagraphs, place + "left", visitor_);
       visit_text(document_, content->getCenterText(), LineBreaks::kParagraphs, place + "center", visitor_);
       visit_text(document_, content->getRightText(), LineBreaks::kParagraphs, place + "right", visitor_);
-      // What was changed is a copy until it is put back.
+      // `content` is a copy: changes count only when it is put back.
       style->setPropertyValue(property, Any(content));
     }
   }
 
-  // Last of a sheet, so that a new name is in nobody's way.
+  // Called last, so that nothing else of the sheet meets the new name.
   void walk_name() {
     const Reference<XNamed> named(sheet_, UNO_QUERY_THROW);
     const auto name = visit_plain(from_uno(named->getName()), place_ + "/name", visitor_);
     if (!name) return;
     named->setName(to_uno(*name));
-    // A name that cannot be is passed over without a word.
+    // LibreOffice silently ignores an invalid name.
     if (from_uno(named->getName()) != *name)
       throw office_failure(to_utf16(place_) + u": \"" + *name + u"\" cannot be the name of a sheet");
   }

@@ -7,11 +7,11 @@
 
 namespace kavo {
 
-// Shows a visitor every text, sheet by sheet: its cells in the order of the options, comments, shapes, titles of charts
-// and their axes, headers and footers, at last the sheet's name. Numbers and formulas are no texts; formulas are shown
-// to read along when the options ask for them. The options also say whether hidden sheets, rows and columns take part,
-// whether groups of shapes are dissolved first, and after how many blank cells in succession the rest of a row is left
-// out.
+// Shows a visitor every text, sheet by sheet: cells in the order of the options, comments, shapes, titles of charts and
+// their axes, headers and footers, and last the sheet's name. Numbers and formulas are not texts; formulas are shown
+// for information when the options ask for them. The options also say whether hidden sheets, rows and columns are
+// included, whether groups of shapes are dissolved first, and after how many successive blank cells the rest of a row
+// is left out.
 void visit_workbook(OfficeDocument& document, const ExcelOptions& options, TextVisitor& visitor);
 
 }  // namespace kavo

@@ -329,7 +329,7 @@ TEST_F(OfficeEngine, ALibreOfficeThatHangsIsEnded) {
     document.save();
     ADD_FAILURE() << "saved";
   } catch (const failure& reason) {
-    EXPECT_EQ(reason.description(), u"LibreOffice did not answer any more and was ended");
+    EXPECT_EQ(reason.description(), u"LibreOffice stopped answering and was ended");
   }
   EXPECT_EQ(read_file(path), before);
 }
