@@ -125,7 +125,7 @@ bool is_untrusted_link(const struct stat& link, const std::string& path) {
          link.st_uid != parent->st_uid;
 }
 
-// The entries that are `name` when case does not count, where that is known without a look at every name.
+// The entries whose name is `name` apart from case; nothing when only a look at every name can find them.
 std::optional<std::vector<std::u16string>> find_in_large_folder(const std::string& folder, std::u16string_view name) {
   const std::string host = path_to_host(name);
   const std::optional<std::size_t> spellings = spellings_in_large_folder(folder, host);

@@ -1,5 +1,5 @@
-// A folder is known by its volume and number, so that one that was moved or replaced is not taken for another. When
-// notes were lost, or cannot be read, everything is forgotten and folders are listed again.
+// A folder is identified by its volume and number, so that one that was moved or replaced is not mistaken for another.
+// When notes (inotify's events) were lost or cannot be read, everything is forgotten and folders are listed again.
 #include "platform/posix/large_folders.h"
 
 #include <sys/inotify.h>
@@ -11,7 +11,6 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstring>
-#include <exception>
 #include <exception>
 #include <iterator>
 #include <mutex>
@@ -30,7 +29,7 @@ constexpr std::size_t kMostFolders = 16;
 constexpr std::uint32_t kAppears = IN_CREATE | IN_MOVED_TO;
 constexpr std::uint32_t kGoes = IN_DELETE | IN_MOVED_FROM;
 
-// ext2 to ext4, XFS, Btrfs, F2FS, ZFS, tmpfs, overlay: what statfs(2) says of volumes that only this machine changes.
+// The types of statfs(2) that only this machine changes: ext2 to ext4, XFS, Btrfs, F2FS, ZFS, tmpfs, overlay.
 constexpr std::uint32_t kLocalVolumes[] = {0xEF53,     0x58465342, 0x9123683E, 0xF2F52010,
                                            0x2FC12FC1, 0x01021994, 0x794C7630};
 
@@ -49,7 +48,7 @@ class Folder {
   std::size_t spellings_of(const std::string& name) const { return names_.count(spelling_hash(name)); }
 
   void add(const std::string& name) {
-    remove(name);  // what is renamed over a name does not remove it
+    remove(name);  // a file renamed over this name brings no note that the old one is gone
     names_.emplace(spelling_hash(name), fnv_hash(name));
   }
   void remove(const std::string& name) {
@@ -68,7 +67,7 @@ class Folder {
   int watch_;
   dev_t volume_;
   ino_t number_;
-  std::unordered_multimap<std::uint64_t, std::uint64_t> names_;  // the name's own hash by that of all its spellings
+  std::unordered_multimap<std::uint64_t, std::uint64_t> names_;  // the hash of the name, by the hash of its upper case
 };
 
 class LargeFolders {
@@ -92,8 +91,8 @@ class LargeFolders {
     struct stat status;
     if (::stat(folder.c_str(), &status) != 0) return forget();
     std::erase_if(folders_, [&](const Folder& each) { return each.watch() == watch; });
-    // What changes from here on is noted, and a note says how a name ends, so that it does not matter whether the
-    // listing has seen the change.
+    // Changes from here on are noted. A note says whether the name is there or gone in the end, so it does not matter
+    // whether the listing has seen the change.
     Folder& kept = folders_.emplace_back(watch, status);
     for_each_entry(folder, [&](const std::string& name) {
       if (name != "." && name != "..") kept.add(name);
@@ -149,7 +148,7 @@ Shared& shared() {
   return object;
 }
 
-// What a step could not finish is forgotten: its notes are read already.
+// When a step fails, everything is forgotten: the notes that it read will not come again.
 template <class Step>
 auto on_large_folders(Step&& step) noexcept {
   const std::lock_guard guard(shared().mutex);

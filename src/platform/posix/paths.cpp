@@ -98,7 +98,7 @@ std::string resolve(std::u16string_view path) {
   const std::string host = path_to_host(path);
   if (host.find('\0') != std::string::npos) throw host_failure(EINVAL);
   if (host.empty() || exists(host)) return host;
-  // Mostly the folder is there and only the last name is not.
+  // Usually the folder exists and only the last name does not.
   std::string resolved = split_host_path(host).folder;
   if (!resolved.empty() && !exists(resolved)) resolved.clear();
   std::size_t at = resolved.size();
