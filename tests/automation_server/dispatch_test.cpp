@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <functional>
+#include <optional>
 
 #include "automation_server/host.h"
 #include "platform/failure.h"
@@ -12,6 +14,7 @@
 #include "platform/unicode.h"
 #include "platform/win32/variants.h"
 #include "suite/suite.h"
+#include "support/failures.h"
 #include "support/fake_automation.h"
 
 namespace kavo::test {
@@ -40,14 +43,11 @@ ObjectRef round_trip(std::vector<Member> members) {
   return std::make_shared<Relay>(std::make_shared<FakeObject>(std::move(members)));
 }
 
-failure failure_of(const std::function<void()>& call) {
-  try {
-    call();
-  } catch (const failure& error) {
-    return error;
-  }
-  ADD_FAILURE() << "nothing was thrown";
-  return failure(0, u"", u"");
+// The failure that the call must throw.
+failure thrown_failure(const std::function<void()>& call) {
+  const std::optional<failure> error = failure_of(call);
+  if (!error) ADD_FAILURE() << "nothing was thrown";
+  return error.value_or(failure(0, u"", u""));
 }
 
 TEST(DispatchRoundTrip, CarriesEveryKindOfValue) {
@@ -128,7 +128,7 @@ TEST(DispatchRoundTrip, ObjectsGoAndComeBack) {
   object->put(u"Child", Value(inner));
   ASSERT_TRUE(given);
   EXPECT_EQ(given->get(u"Name"), Value(u"inner"));
-  EXPECT_EQ(failure_of([&] { as_object(object->get(u"Nothing")); }).number(), 91);
+  EXPECT_EQ(thrown_failure([&] { as_object(object->get(u"Nothing")); }).number(), 91);
 }
 
 TEST(DispatchRoundTrip, FailuresKeepNumberSourceAndDescription) {
@@ -139,14 +139,14 @@ TEST(DispatchRoundTrip, FailuresKeepNumberSourceAndDescription) {
        [](std::span<Argument>) -> Value { throw failure(E_ABORT, u"Stopped", u"Suite.Part"); }},
       {u"One", MemberKind::kMethod, 1, 1, [](std::span<Argument>) { return Value(); }},
   });
-  const failure own = failure_of([&] { object->invoke(u"Own"); });
+  const failure own = thrown_failure([&] { object->invoke(u"Own"); });
   EXPECT_EQ(own.number(), 1234);
   EXPECT_EQ(own.source(), u"Suite.Part");
   EXPECT_EQ(own.description(), u"Something broke (Own)");
-  EXPECT_EQ(failure_of([&] { object->invoke(u"System"); }).number(), E_ABORT);
-  EXPECT_EQ(failure_of([&] { object->invoke(u"Missing"); }).number(), 438);
-  EXPECT_EQ(failure_of([&] { object->invoke(u"One"); }).number(), 450);
-  EXPECT_EQ(failure_of([&] { object->put(u"One", Value(u"x")); }).number(), 438);
+  EXPECT_EQ(thrown_failure([&] { object->invoke(u"System"); }).number(), E_ABORT);
+  EXPECT_EQ(thrown_failure([&] { object->invoke(u"Missing"); }).number(), 438);
+  EXPECT_EQ(thrown_failure([&] { object->invoke(u"One"); }).number(), 450);
+  EXPECT_EQ(thrown_failure([&] { object->put(u"One", Value(u"x")); }).number(), 438);
 }
 
 HRESULT WINAPI fill_in(EXCEPINFO* late) {
@@ -197,7 +197,7 @@ class ForeignServer final : public IDispatch {
 TEST(AutomationClient, AsksForAnErrorsTextsThatWerePutOff) {
   ForeignServer server;
   server.deferred = true;
-  const failure error = failure_of([&] { make_object(&server)->invoke(u"Save"); });
+  const failure error = thrown_failure([&] { make_object(&server)->invoke(u"Save"); });
   EXPECT_EQ(error.number(), 1017);
   EXPECT_EQ(error.source(), u"Foreign");
   EXPECT_EQ(error.description(), u"Late text (Save)");
@@ -243,7 +243,7 @@ TEST(AutomationClient, AnswersWithoutErrorTextsGetTheSystems) {
                               {HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND), 53},
                               {E_ABORT, E_ABORT}}) {
     server.answer = trouble.answer;
-    const failure error = failure_of([&] { make_object(&server)->invoke(u"Save"); });
+    const failure error = thrown_failure([&] { make_object(&server)->invoke(u"Save"); });
     EXPECT_EQ(error.number(), trouble.number);
     EXPECT_NE(error.description(), u" (Save)");
   }
@@ -346,11 +346,11 @@ TEST(SystemAutomation, CreatesEveryComponentOfTheSuite) {
 TEST(SystemAutomation, MissingComponentsAre429WithTheirName) {
   for (const auto& call : {std::function<void()>([] { ports().automation->create(u"No.SuchComponent"); }),
                            std::function<void()>([] { ports().automation->active_object(u"No.SuchComponent"); })}) {
-    const failure error = failure_of(call);
+    const failure error = thrown_failure(call);
     EXPECT_EQ(error.number(), 429);
     EXPECT_NE(error.description().find(u"No.SuchComponent"), std::u16string::npos);
   }
-  const failure error = failure_of([] { ports().automation->bind_to_file(u"C:\\no\\such\\file.xyz"); });
+  const failure error = thrown_failure([] { ports().automation->bind_to_file(u"C:\\no\\such\\file.xyz"); });
   EXPECT_EQ(error.number(), 432);
   EXPECT_NE(error.description().find(u"file.xyz"), std::u16string::npos);
 }
@@ -365,7 +365,7 @@ TEST(SystemAutomation, FindsARunningObject) {
   ASSERT_EQ(RegisterActiveObject(running.get(), id, ACTIVEOBJECT_WEAK, &registration), S_OK);
   EXPECT_TRUE(ports().automation->active_object(u"K19Suite.FilterCatalogue")->has_member(u"Running"));
   EXPECT_EQ(RevokeActiveObject(registration, nullptr), S_OK);
-  EXPECT_EQ(failure_of([] { ports().automation->active_object(u"K19Suite.FilterCatalogue"); }).number(), 429);
+  EXPECT_EQ(thrown_failure([] { ports().automation->active_object(u"K19Suite.FilterCatalogue"); }).number(), 429);
 }
 
 }  // namespace

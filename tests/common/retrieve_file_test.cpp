@@ -254,7 +254,7 @@ TEST_F(RetrieveFile, ReadingWithoutOpenFileIsAnError) {
   EXPECT_EQ(failure_number([&] { reader.ChunkSize(0); }), 5);
 }
 
-TEST_F(RetrieveFile, LongLineIsReadInLinearTime) {
+TEST_F(RetrieveFile, ALineOfManyBlocksIsReadWhole) {
   reader.ChunkSize(16);
   ASSERT_TRUE(open(std::string(1 << 20, 'x') + "\nend"));
   const std::vector<Line> result = lines();

@@ -35,6 +35,7 @@ TEST(HtmlFilterCorpus, RealPagesSurvive) {
       right += broken.empty() ? 1 : 0;
       texts += text_count;
     }
+    EXPECT_GT(texts, 0u) << to_utf8(kind);
     std::printf("%s: %zu of %zu pages, %zu texts\n", to_utf8(kind).c_str(), right, count, texts);
   }
 }

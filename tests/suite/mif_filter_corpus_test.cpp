@@ -32,6 +32,7 @@ TEST(MifFilterCorpus, RealDocumentsSurvive) {
     right += broken.empty() ? 1 : 0;
     texts += text_count;
   }
+  EXPECT_GT(texts, 0u);
   std::printf("%zu of %zu documents, %zu texts\n", right, documents.size(), texts);
 }
 

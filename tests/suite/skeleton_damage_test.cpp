@@ -45,6 +45,7 @@ TEST_F(SkeletonDamage, ACutOrLengthenedSkeletonIsNoticed) {
   put(u"a.txt", "One\n");
   const std::u16string tud = convert(u"a.txt"), skeleton = skeleton_name_of(tud);
   const std::string whole = files.get(skeleton);
+  ASSERT_FALSE(whole.empty());
   for (std::size_t length = 0; length < whole.size(); ++length) {
     files.put(skeleton, whole.substr(0, length));
     EXPECT_THROW(SkeletonReader reader(skeleton), failure) << length;

@@ -64,6 +64,7 @@ TEST(FilterCatalogue, WrongArgumentsAreRaised) {
 TEST(Suite, EveryComponentIsCreatedThroughTheAutomationPort) {
   const AutomationSession session;
   register_suite_factories();
+  ASSERT_FALSE(suite_classes().empty());
   for (const SuiteClass& known : suite_classes()) {
     EXPECT_TRUE(ports().automation->create(known.programmatic_identifier));
     EXPECT_FALSE(known.description.empty());

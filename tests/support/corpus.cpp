@@ -1,11 +1,14 @@
 #include "support/corpus.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 
 #include "platform/case_fold.h"
 #include "platform/files.h"
+#include "platform/unicode.h"
 #include "support/system.h"
 
 namespace kavo::test {
@@ -36,6 +39,7 @@ std::vector<std::u16string> corpus_files(std::u16string_view kind,
         });
     if (wanted) paths.push_back(folder + u'\\' + entry.path().filename().u16string());
   }
+  if (paths.empty()) ADD_FAILURE() << "the corpus has no such documents: " << to_utf8(folder);
   std::sort(paths.begin(), paths.end());
   return paths;
 }

@@ -1,5 +1,5 @@
-// Real documents for tests, where there are any. A test that needs them skips itself with a message when there are
-// none.
+// Real documents for tests, where there are any. A test that needs them skips itself with a message when there is no
+// corpus. A corpus that lacks them is a failure, so that a loop over them cannot pass without having looked at one.
 #pragma once
 
 #include <initializer_list>
@@ -14,7 +14,8 @@ namespace kavo::test {
 std::optional<std::u16string> corpus_folder();
 
 // Full paths of the files in the corpus' sub-folder `kind` ("html", "mif" ...) that have one of the extensions
-// (without ".", any case; none given: every file), sorted by name. Empty when there is no corpus.
+// (without ".", any case; none given: every file), sorted by name. Empty when there is no corpus. A corpus without such
+// files fails the test.
 std::vector<std::u16string> corpus_files(std::u16string_view kind,
                                          std::initializer_list<std::u16string_view> extensions);
 
