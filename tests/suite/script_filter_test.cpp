@@ -187,6 +187,29 @@ TEST_F(ScriptFilterTest, LinesOfEarlierVersions) {
   EXPECT_EQ(pseudo_translate(tud, progress), 2u);
 }
 
+// Of a language that is not known only quotes are: what they hold is locked, and comes back as it was typed.
+TEST_F(ScriptFilterTest, LanguagesThatAreNotKnown) {
+  const std::string file =
+      "\r\n<!-- ASP2HTML 1 -->\r\n<%@ language=PerlScript %>\r\n<!-- ASP2HTML 2 -->\r\n"
+      "<% print \"Hello there, $name\\n\"; $x{'key'} = 1; %>\r\n";
+  put(u"a_asp.scr", file);
+  const std::u16string tud = convert(u"a_asp.scr");
+  EXPECT_EQ(rebuild(tud), file);
+  BilingualDocument document(tud);
+  ASSERT_EQ(document.size(), 1u);
+  EXPECT_EQ(document.segment(0).source, "Hello there, $name\\n");
+  EXPECT_EQ(document.segment(0).status, TranslationStatus::kLocked);
+  document.set_segment(0, "Bonjour, $name\\n", TranslationStatus::kTranslated, 0);
+  document.save();
+  EXPECT_NE(rebuild(tud).find("print \"Bonjour, $name\\n\"; $x{'key'} = 1;"), std::string::npos);
+  for (const std::string_view broken : {"a \" b", "a %> b", "a\nb"}) {
+    BilingualDocument again(tud);
+    again.set_segment(0, broken, TranslationStatus::kTranslated, 0);
+    again.save();
+    EXPECT_NE(reason_of([&] { rebuild(tud); }).find(u"segment 1 (line "), std::u16string::npos) << broken;
+  }
+}
+
 // Hostile texts in every text of every script file: values and the rest of the scripts stay as they are.
 TEST_F(ScriptFilterTest, HostileTranslationsLeaveScriptsAsTheyAre) {
   std::mt19937 random(1913);

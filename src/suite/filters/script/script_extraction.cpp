@@ -29,9 +29,12 @@ ScriptExtraction::ScriptExtraction(std::string_view file, Language server, const
       builder_(coding),
       page_language_(server) {}
 
-// Each block stands between the line of its marker and that of the next one.
-void ScriptExtraction::find_blocks() {
+// Each block stands between the line of its marker and that of the next one. Nothing of a block is kept from walk to
+// walk: a page may have a million of them.
+template <class Action>
+void ScriptExtraction::each_block(Action&& action) {
   PageScripts scripts(page_language_);
+  std::vector<Piece> pieces;
   const auto next_marker = [&](std::size_t from) {
     for (std::size_t at = file_.find(html::placeholder::kMarker, from); at != std::string_view::npos;
          at = file_.find(html::placeholder::kMarker, at + 1))
@@ -44,25 +47,16 @@ void ScriptExtraction::find_blocks() {
     while (begin < next && ends_line(file_[begin])) ++begin;
     std::size_t end = next;
     while (end > begin && ends_line(file_[end - 1])) --end;
-    if (end > begin) {
-      scripts.add_block(file_, begin, end, pieces_);
-      block_ends_.push_back(pieces_.size());
-    }
+    pieces.clear();
+    if (end > begin) scripts.add_block(file_, begin, end, pieces);
+    if (!pieces.empty()) action(std::span<const Piece>(pieces));
     marker = next;
   }
 }
 
 void ScriptExtraction::run(ProgressEvent& progress) {
   std::vector<Unit> units;
-  const auto each_block = [&](auto&& action) {
-    std::size_t first = 0;
-    for (const std::size_t last : block_ends_) {
-      action(std::span<const Piece>(pieces_).subspan(first, last - first));
-      first = last;
-    }
-  };
   if (offer_ != Offer::kNone) {
-    find_blocks();
     each_block([&](std::span<const Piece> pieces) { finder_.follow(pieces); });
     finder_.turn();
     progress.report(50);

@@ -27,7 +27,8 @@ class ScriptExtraction {
     std::uint32_t number = 0;
   };
 
-  void find_blocks();
+  template <class Action>
+  void each_block(Action&& action);
   void emit(const std::vector<Unit>& units);
   void finish_unit();
   const Segment& segment_of(const Unit& unit, const std::vector<Nested>& nested);
@@ -43,8 +44,6 @@ class ScriptExtraction {
   ScriptUnits finder_;
   SegmentBuilder builder_;
   Language page_language_;
-  std::vector<Piece> pieces_;
-  std::vector<std::size_t> block_ends_;  // in pieces_
 
   // Units that lie in one another, the outermost first, each with the segments that lie in it.
   struct Open {

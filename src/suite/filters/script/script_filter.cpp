@@ -29,8 +29,14 @@ class ScriptFilter final : public Filter {
 
 void ScriptFilter::extract(BlockReader& document, const ConversionSettings& settings, ExtractionSink& sink,
                            ProgressEvent& progress) {
-  while (document.more()) progress.report(static_cast<std::int16_t>(document.percent() / 2));
-  std::string_view file = document.window();
+  std::string text;
+  text.reserve(document.size());
+  do {
+    progress.report(static_cast<std::int16_t>(document.percent() / 2));
+    text += document.window();
+    document.consume(document.window().size());
+  } while (document.more());
+  std::string_view file = text;
   DocumentFacts facts;
   const std::string extension = extension_of_page(settings);
   const html::PageCoding page = page_coding_of(settings, file);
@@ -56,7 +62,6 @@ void ScriptFilter::extract(BlockReader& document, const ConversionSettings& sett
   if (extraction.unknown() != 0 && scripts.offer != ScriptSettings::Offer::kAll && settings.tell)
     settings.tell({u"Texts of scripts in a language that is not known here, which are locked (--scripts all opens them): " +
                    to_utf16(std::to_string(extraction.unknown()))});
-  document.consume(document.window().size());
 }
 
 // Documents of the first versions do not say what page they belong to; nothing is proved of those.

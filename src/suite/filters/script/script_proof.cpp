@@ -58,11 +58,12 @@ bool is_one_of(const Token& token, std::string_view bytes, std::string_view brac
   return token.kind == TokenKind::kOperator && bytes.size() == 1 && brackets.find(bytes[0]) != std::string_view::npos;
 }
 
-// The operands of an expression that joins texts, each as its tokens with a line end behind each.
-class Operands {
+}  // namespace
+
+// The operands of an expression that joins texts.
+class ScriptProof::Operands {
  public:
-  // Where segments stand in operands, those are no longer the same: then each token counts for itself.
-  Operands(const TextCoding& coding, bool holds_segments) : coding_(coding), is_loose_(holds_segments) {}
+  explicit Operands(const TextCoding& coding) : coding_(coding) {}
 
   void add(const ScriptReader::Read& read, std::string_view bytes) {
     const Token& token = read.token;
@@ -70,57 +71,74 @@ class Operands {
     if (token.kind == TokenKind::kBlank || token.kind == TokenKind::kLineEnd || token.kind == TokenKind::kComment)
       return;
     if (token.kind == TokenKind::kLiteral) return literal(token, bytes);
-    if ((depth_ == 0 || is_loose_) && bytes == text_operator_of(read.language).substr(1, 1)) return flush();
+    if (bytes == text_operator_of(read.language).substr(1, 1)) return text(bytes);
     if (is_one_of(token, bytes, "([{")) ++depth_;
     if (is_one_of(token, bytes, ")]}") && depth_ > 0) --depth_;
-    append(bytes);
+    // What a text of PHP inserts is one token, and three as soon as it gets braces.
+    const std::size_t arrow = token.kind == TokenKind::kName ? bytes.find("->") : bytes.npos;
+    if (arrow == bytes.npos) return append(bytes, false);
+    const std::size_t name_end = arrow - (arrow > 0 && bytes[arrow - 1] == '?' ? 1 : 0);
+    append(bytes.substr(0, name_end), false);
+    append(bytes.substr(name_end, arrow + 2 - name_end), false);
+    append(bytes.substr(arrow + 2), false);
   }
 
-  std::vector<std::string> sorted() {
-    flush();
-    std::sort(operands_.begin(), operands_.end());
-    return std::move(operands_);
+  // Each operand as its tokens with a line end behind each. Where segments stand in operands, those are no longer the
+  // same: then each token that is no text counts for itself.
+  std::vector<std::string> sorted(bool holds_segments) const {
+    std::vector<std::string> result;
+    for (const std::vector<Part>& operand : operands_) {
+      if (!holds_segments && !operand.empty()) result.emplace_back();
+      for (const Part& part : operand) {
+        if (!holds_segments)
+          result.back() += part.bytes;
+        else if (!part.is_text)
+          result.push_back(part.bytes);
+      }
+    }
+    std::ranges::sort(result);
+    return result;
   }
 
  private:
+  struct Part {
+    std::string bytes;
+    bool is_text = false;  // a literal, or what joins two
+  };
+
   // The delimiters of a server block in a client script, which is an operand or a part of one.
   void between(const ScriptReader::Read& read, std::string_view bytes) {
     if (read.leaves_block && depth_ > 0) --depth_;
-    append(bytes);
+    append(bytes, false);
     if (read.enters_block) ++depth_;
   }
 
   // A value that interrupts a literal is an operand, too.
   void literal(const Token& token, std::string_view bytes) {
     if (!token.begins && depth_ > 0) --depth_;
-    if (depth_ == 0 || is_loose_)
-      flush();
-    else
-      append(bytes);
+    text(bytes);
     if (!token.ends) ++depth_;
   }
 
-  void append(std::string_view bytes) {
-    append_decoded(bytes, coding_, current_);
-    current_ += '\n';
-    if (is_loose_) flush();
+  // Between operands, or in one.
+  void text(std::string_view bytes) {
+    if (depth_ != 0) return append(bytes, true);
+    if (!operands_.back().empty()) operands_.emplace_back();
   }
-  void flush() {
-    if (!current_.empty()) operands_.push_back(std::move(current_));
-    current_.clear();
+
+  void append(std::string_view bytes, bool is_text) {
+    operands_.back().push_back({"", is_text});
+    append_decoded(bytes, coding_, operands_.back().back().bytes);
+    operands_.back().back().bytes += '\n';
   }
 
   const TextCoding& coding_;
-  bool is_loose_;
   std::size_t depth_ = 0;
-  std::string current_;
-  std::vector<std::string> operands_;
+  std::vector<std::vector<Part>> operands_{1};
 };
 
-}  // namespace
-
 ScriptProof::ScriptProof(Language server, const TextCoding& source, const TextCoding& target)
-    : source_(server, source), target_(server, target) {}
+    : source_(&Change::source, server, source), target_(&Change::target, server, target) {}
 
 void ScriptProof::Side::begin(std::size_t from, std::size_t to) {
   // Without the line of the marker and the line ends around the block.
@@ -142,10 +160,8 @@ void ScriptProof::add(const WrittenPart& part) {
     change.place.line = part.hole->line;
     change.place.column = part.hole->column;
     change.holds_segments = part.holds_segments;
-    change.source_begin = source_begin;
-    change.source_end = source_.text.size();
-    change.target_begin = target_begin;
-    change.target_end = target_.text.size();
+    change.source = {source_begin, source_.text.size()};
+    change.target = {target_begin, target_.text.size()};
     changes_.push_back(std::move(change));
   }
   prove_blocks(false);
@@ -167,13 +183,13 @@ void ScriptProof::prove_blocks(bool is_end) {
     }
     const std::size_t target_next = find_marker(target_.text, target_begin + 1);
     std::size_t behind = change;
-    while (behind < changes_.size() && changes_[behind].source_begin < next) ++behind;
+    while (behind < changes_.size() && changes_[behind].source.begin < next) ++behind;
     // Only a translation can bring a marker along.
     const bool is_last = next >= source_.text.size();
     if (is_last != (target_next >= target_.text.size()) && !changes_.empty())
       refuse(behind - (behind > change ? 1 : 0));
     if (source_.bytes(source_begin, next).starts_with(html::placeholder::kMarker))
-      prove_block(source_begin, next, target_begin, target_next, change, behind);
+      prove_block({source_begin, next}, {target_begin, target_next}, {change, behind});
     source_begin = searched_ = next;
     target_begin = target_next;
     change = behind;
@@ -186,89 +202,86 @@ void ScriptProof::prove_blocks(bool is_end) {
   searched_ -= std::min(searched_, source_begin);
   changes_.erase(changes_.begin(), changes_.begin() + static_cast<std::ptrdiff_t>(change));
   for (Change& later : changes_) {
-    later.source_begin -= source_begin;
-    later.source_end -= source_begin;
-    later.target_begin -= target_begin;
-    later.target_end -= target_begin;
+    later.source = {later.source.begin - source_begin, later.source.end - source_begin};
+    later.target = {later.target.begin - target_begin, later.target.end - target_begin};
   }
 }
 
-void ScriptProof::prove_block(std::size_t source_begin, std::size_t source_end, std::size_t target_begin,
-                              std::size_t target_end, std::size_t change, std::size_t last_change) {
-  source_.begin(source_begin, source_end);
-  target_.begin(target_begin, target_end);
-  const std::size_t first = change;
+void ScriptProof::prove_block(Range source, Range target, Range changes) {
+  source_.begin(source.begin, source.end);
+  target_.begin(target.begin, target.end);
+  std::size_t change = changes.begin;
   // What is not as it was is the work of the last translation before it.
   const auto expect = [&](bool holds) {
-    if (!holds) refuse(change > first ? change - 1 : first);
+    if (!holds) refuse(change > changes.begin ? change - 1 : change);
   };
   source_.next();
   target_.next();
   while (source_.has || target_.has) {
     expect(source_.has && target_.has);
-    if (change < last_change && source_.token_end() >= changes_[change].source_begin) {
-      prove_expression(change, last_change);
+    if (change < changes.end && source_.token_end() >= changes_[change].source.begin) {
+      change = prove_expression({change, changes.end});
       continue;
     }
     expect(source_.read.token.kind == target_.read.token.kind && is_same(source_.token(), target_.token()));
     source_.next();
     target_.next();
   }
-  expect(change == last_change);
+  expect(change == changes.end);
 }
 
-// The tokens that a translation touches, in both files: `change` is the first that stands in them, afterwards the first
-// that does not. A literal may hold several.
-void ScriptProof::prove_expression(std::size_t& change, std::size_t last_change) {
-  const std::size_t first = change;
-  const Change& begins = changes_[first];
-  const std::size_t source_begin = source_.token_begin();
-  const std::size_t target_begin = target_.token_begin();
-  const bool in_element = source_.read.in_element;
+// The first change that is not in the expression with the first of `changes`.
+std::size_t ScriptProof::prove_expression(Range changes) {
+  Operands old_operands(source_.coding);
+  Operands new_operands(target_.coding);
+  const Expression before = read_expression(source_, changes, old_operands);
+  const Expression after = read_expression(target_, changes, new_operands);
+  const Change& first = changes_[changes.begin];
+  const Change& last = changes_[before.last_change];
+  const auto expect = [&](bool holds) {
+    if (!holds) refuse(before.last_change);
+  };
   const auto is_like = [](const ScriptReader::Read& a, const ScriptReader::Read& b) {
     return a.is_between == b.is_between && a.token.kind == b.token.kind;
   };
-  if (!is_like(source_.read, target_.read) || target_begin > begins.target_begin ||
-      target_.token_end() < begins.target_begin ||
-      !is_same(source_.bytes(source_begin, begins.source_begin), target_.bytes(target_begin, begins.target_begin)))
-    refuse(first);
-  bool holds_segments = false;
-  std::size_t source_end = 0;
-  std::size_t last = first;
-  ScriptReader::Read last_read;
-  for (std::size_t i = first; i < last_change; ++i) holds_segments = holds_segments || changes_[i].holds_segments;
-  Operands operands(source_.coding, holds_segments);
-  for (; source_.has && source_.token_begin() <= changes_[last].source_end; source_.next()) {
-    operands.add(source_.read, source_.token());
-    source_end = source_.token_end();
-    last_read = source_.read;
-    while (last + 1 < last_change && changes_[last + 1].source_begin <= source_end) ++last;
-  }
-  Operands found(target_.coding, holds_segments);
-  std::size_t target_end = 0;
-  bool ends_alike = false;
-  for (; target_.has && target_.token_begin() <= changes_[last].target_end; target_.next()) {
-    found.add(target_.read, target_.token());
-    target_end = target_.token_end();
-    ends_alike = is_like(last_read, target_.read);
-  }
-  const Change& ends = changes_[last];
-  change = last + 1;
-  if (!ends_alike || source_end < ends.source_end || target_end < ends.target_end ||
-      !is_same(source_.bytes(ends.source_end, source_end), target_.bytes(ends.target_end, target_end)))
-    refuse(last);
-  const std::string_view before = source_.bytes(source_begin, source_end);
-  const std::string_view after = target_.bytes(target_begin, target_end);
-  const auto brings = [&](std::string_view what) { return count(after, what) > count(before, what); };
-  if (std::ranges::any_of(kDelimiters, brings) || (in_element && std::ranges::any_of(kDelimitersInElement, brings)))
-    refuse(last);
-  const std::vector<std::string> expected = operands.sorted();
-  const std::vector<std::string> given = found.sorted();
+  expect(before.last_change == after.last_change && is_like(before.first, after.first) &&
+         is_like(before.last, after.last));
+  expect(after.place.begin <= first.target.begin && after.place.end >= last.target.end);
+  expect(is_same(source_.bytes(before.place.begin, first.source.begin),
+                 target_.bytes(after.place.begin, first.target.begin)) &&
+         is_same(source_.bytes(last.source.end, before.place.end), target_.bytes(last.target.end, after.place.end)));
+  const std::string_view old_bytes = source_.bytes(before.place.begin, before.place.end);
+  const std::string_view new_bytes = target_.bytes(after.place.begin, after.place.end);
+  const auto brings = [&](std::string_view what) { return count(new_bytes, what) > count(old_bytes, what); };
+  expect(std::ranges::none_of(kDelimiters, brings));
+  expect(!before.first.in_element || std::ranges::none_of(kDelimitersInElement, brings));
   std::vector<std::string> lost;
   std::vector<std::string> added;
+  const bool holds_segments =
+      std::any_of(&first, &last + 1, [](const Change& change) { return change.holds_segments; });
+  const std::vector<std::string> expected = old_operands.sorted(holds_segments);
+  const std::vector<std::string> given = new_operands.sorted(holds_segments);
   std::ranges::set_difference(expected, given, std::back_inserter(lost));
   std::ranges::set_difference(given, expected, std::back_inserter(added));
-  if (!lost.empty() || !std::ranges::all_of(added, holds_segments ? is_token_of_escape : is_escape)) refuse(last);
+  expect(lost.empty() && std::ranges::all_of(added, holds_segments ? is_token_of_escape : is_escape));
+  return before.last_change + 1;
+}
+
+ScriptProof::Expression ScriptProof::read_expression(Side& side, Range changes, Operands& operands) const {
+  Expression expression;
+  if (!side.has) refuse(changes.begin);
+  expression.place = {side.token_begin(), side.token_end()};
+  expression.first = side.read;
+  expression.last_change = changes.begin;
+  const auto range = [&](std::size_t change) { return changes_[change].*side.range; };
+  for (; side.has && side.token_begin() <= range(expression.last_change).end; side.next()) {
+    operands.add(side.read, side.token());
+    expression.place.end = side.token_end();
+    expression.last = side.read;
+    while (expression.last_change + 1 < changes.end && range(expression.last_change + 1).begin <= expression.place.end)
+      ++expression.last_change;
+  }
+  return expression;
 }
 
 bool ScriptProof::is_same(std::string_view source, std::string_view target) const {

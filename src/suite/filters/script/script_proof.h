@@ -29,18 +29,21 @@ class ScriptProof {
   void finish() { prove_blocks(true); }
 
  private:
-  // A segment that was written anew. Places in source_ and target_.
+  struct Range {
+    std::size_t begin = 0;
+    std::size_t end = 0;
+  };
+  // A segment that was written anew. Places in the text of either side.
   struct Change {
     Hole place;  // its number, line and column
     bool holds_segments = false;
-    std::size_t source_begin = 0;
-    std::size_t source_end = 0;
-    std::size_t target_begin = 0;
-    std::size_t target_end = 0;
+    Range source;
+    Range target;
   };
   // One of the two files.
   struct Side {
-    Side(Language server, const TextCoding& of_file) : coding(of_file), reader(server, of_file) {}
+    Side(Range Change::*of_change, Language server, const TextCoding& of_file)
+        : range(of_change), coding(of_file), reader(server, of_file) {}
     // Goes to the block whose marker stands at the beginning of [from, to).
     void begin(std::size_t from, std::size_t to);
     void next() { has = reader.next(read); }
@@ -51,6 +54,7 @@ class ScriptProof {
     std::size_t token_end() const { return block + read.token.end; }
     std::string_view token() const { return bytes(token_begin(), token_end()); }
 
+    Range Change::*range;
     const TextCoding& coding;
     ScriptReader reader;
     std::string text;       // from the marker of the first block that is not complete
@@ -59,10 +63,19 @@ class ScriptProof {
     bool has = false;
   };
 
+  class Operands;
+  // The tokens that changes touch, which a literal may hold several of.
+  struct Expression {
+    Range place;
+    ScriptReader::Read first;
+    ScriptReader::Read last;
+    std::size_t last_change = 0;
+  };
+
   void prove_blocks(bool is_end);
-  void prove_block(std::size_t source_begin, std::size_t source_end, std::size_t target_begin, std::size_t target_end,
-                   std::size_t change, std::size_t last_change);
-  void prove_expression(std::size_t& change, std::size_t last_change);
+  void prove_block(Range source, Range target, Range changes);
+  std::size_t prove_expression(Range changes);
+  Expression read_expression(Side& side, Range changes, Operands& operands) const;
   bool is_same(std::string_view source, std::string_view target) const;
   [[noreturn]] void refuse(std::size_t change) const;
 

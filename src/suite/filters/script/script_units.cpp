@@ -107,6 +107,7 @@ void ScriptUnits::walk(std::span<const Piece> pieces) {
 // Each literal is a join of its own in a language of which nothing else is known.
 void ScriptUnits::plain_literals(const Piece& piece, Lexer& lexer) {
   lexer.begin(text_.substr(piece.begin, piece.end - piece.begin));
+  const Place place;
   for (Token token; lexer.next(token);) {
     if (token.kind != TokenKind::kLiteral) continue;
     const Item item{.is_literal = true,
@@ -115,7 +116,7 @@ void ScriptUnits::plain_literals(const Piece& piece, Lexer& lexer) {
                     .form = token.form,
                     .open = token.open,
                     .close = token.close};
-    join(piece.language, {.items = {&item, 1}, .places = {}, .has_literal = true});
+    join(piece.language, {.items = {&item, 1}, .places = {&place, 1}, .has_literal = true});
   }
 }
 
