@@ -5,10 +5,13 @@
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <string_view>
+#include <utility>
 
 #include "suite/mif_filter_property.h"
 #include "suite/rc_filter_property.h"
 #include "suite/rtf_filter_property.h"
+#include "suite/script_filter_property.h"
 #include "suite/text_filter_property.h"
 #include "suite/tud_property.h"
 
@@ -35,6 +38,18 @@ TEST(SuiteSeeds, BilingualDocuments) { replay(KAVO_SUITE_SEEDS "/tud", 8, broken
 TEST(SuiteSeeds, RtfDocuments) { replay(KAVO_SUITE_SEEDS "/rtf_filter", 8, broken_rtf_filter_property); }
 TEST(SuiteSeeds, MifDocuments) { replay(KAVO_SUITE_SEEDS "/mif_filter", 10, broken_mif_filter_property); }
 TEST(SuiteSeeds, ResourceScripts) { replay(KAVO_SUITE_SEEDS "/rc_filter", 8, broken_rc_filter_property); }
+TEST(SuiteSeeds, ScriptFiles) { replay(KAVO_SUITE_SEEDS "/script_filter", 8, broken_script_filter_property); }
+TEST(SuiteSeeds, Lexers) {
+  using script::Language;
+  const std::pair<const char*, Language> lexers[] = {{"vbscript", Language::kVbScript},
+                                                     {"javascript", Language::kJavaScript},
+                                                     {"java", Language::kJava},
+                                                     {"php", Language::kPhp},
+                                                     {"plain", Language::kUnknown}};
+  for (const auto& [name, language] : lexers)
+    replay(KAVO_SUITE_SEEDS "/" + std::string(name) + "_lexer", 2,
+           [=](std::string_view input) { return broken_lexer_property(language, input); });
+}
 TEST(SuiteSeeds, Texts) { replay(KAVO_SUITE_SEEDS "/text_filter", 8, broken_text_filter_property); }
 
 }  // namespace
