@@ -10,7 +10,7 @@ native=(g++ cmake ninja-build ccache libgtest-dev libgmock-dev nlohmann-json3-de
 windows=(g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools googletest wine wine64 locales dpkg-dev
   fonts-dejavu-core fonts-ipafont-gothic)  # what dialogs are drawn and measured with
 judge=(nodejs unrtf)
-full=(clang libclang-rt-14-dev clang-tidy libbenchmark-dev strace python3 tidy libxml2-utils php-symfony-translation perl
+full=(clang libclang-rt-14-dev clang-tidy libbenchmark-dev strace python3 tidy libxml2-utils php-symfony-translation php-cli perl
   translate-toolkit po4a omegat
   libreoffice-dev libreoffice-core-nogui libreoffice-writer-nogui libreoffice-calc-nogui libreoffice-impress-nogui)
 
@@ -81,3 +81,14 @@ if [ ${#missing[@]} -gt 0 ]; then
 fi
 
 case " ${wanted[*]} " in *" dpkg-dev "*) fetch_source expat ;; esac
+
+# What judges rebuilt scripts of Java (tests/cli/check_scripts.py).
+parsers=${XDG_CACHE_HOME:-$HOME/.cache}/kavo-npm
+case " ${wanted[*]} " in
+  *" php-cli "*)
+    [ -d "$parsers/node_modules/java-parser" ] || {
+      mkdir -p "$parsers"
+      npm install --silent --prefix "$parsers" java-parser@3.0.1
+    }
+    ;;
+esac

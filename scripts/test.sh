@@ -6,7 +6,7 @@
 #   scripts/test.sh --sanitizers    the native tests under address, undefined-behaviour and leak sanitizers only
 #   scripts/test.sh --windows       the Windows tests only
 #   scripts/test.sh --full          also fuzzing for a minute a target, clang-tidy, the Office programs with LibreOffice,
-#                                   and the command disturbed from outside (scripts/faults.sh)
+#                                   scripts judged by their own parsers, and the command disturbed from outside (scripts/faults.sh)
 set -uo pipefail
 top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 cd "$top" || exit 1
@@ -17,7 +17,7 @@ case ${1:-} in
   --native) parts=(native) ;;
   --sanitizers) parts=(sanitizers) ;;
   --windows) parts=(windows) ;;
-  --full) parts=(native sanitizers windows fuzz tidy office faults) ;;
+  --full) parts=(native sanitizers windows fuzz tidy office scripts faults) ;;
   *) sed -n '2,10s/^# \{0,1\}//p' "$0" >&2; exit 2 ;;
 esac
 
@@ -84,6 +84,13 @@ for part in "${parts[@]}"; do
       step "the Office engine"
       cmake build/native >build/native.log && build native && run_tests native -L slow --no-tests=error
       note $? "the Office engine with LibreOffice"
+      ;;
+    scripts)
+      step "scripts after a translation, by their own parsers"
+      python3 tests/cli/check_scripts.py build/native/src/cli/kavo ../shared/corpus
+      result=$?
+      [ "$result" = 77 ] && result=0
+      note $result "scripts after a translation"
       ;;
     fuzz)
       step "fuzz targets"
