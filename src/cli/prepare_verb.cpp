@@ -17,7 +17,6 @@
 #include "platform/files.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"
-#include "suite/document/bilingual_document.h"
 #include "suite/filters/filter_options.h"
 #include "workflow/page_guard.h"
 #include "workflow/set_update.h"

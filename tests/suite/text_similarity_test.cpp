@@ -105,7 +105,7 @@ TEST(TextMemory, OffersTheMostSimilarTextAndOfEquallySimilarOnesTheFirst) {
   ASSERT_TRUE(best);
   EXPECT_EQ(best->translations.front().target, "1");
   EXPECT_EQ(best->percent, 90);
-  EXPECT_EQ(memory.similar("You can delete the file as often as you like")->translations.front().target, "3");
+  EXPECT_EQ(memory.similar("You can delete the file as often as they want")->translations.front().target, "3");
   EXPECT_FALSE(memory.similar("Nothing like the others"));
   EXPECT_FALSE(memory.similar(""));
   const auto other_case = memory.similar("you can save the file as often as you like");

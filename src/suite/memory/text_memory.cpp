@@ -8,6 +8,7 @@ namespace {
 // Bounds of one question, so that a memory of a million texts made of the same few words answers as fast as others.
 constexpr std::size_t kMostFeatures = 24;       // rarest words that are looked up
 constexpr std::size_t kLongestList = 2000;      // texts taken from the list of one word
+constexpr std::size_t kEnoughPostings = 3000;   // of all lists; further ones only as far as they are needed
 constexpr std::size_t kMostCandidates = 24;     // texts compared
 constexpr std::uint64_t kMostSteps = 4'000'000; // of all comparisons
 
@@ -111,14 +112,20 @@ std::vector<std::uint32_t> TextMemory::candidates(std::span<const TextToken> tok
   std::vector<std::span<const Posting>> lists;
   for (const std::uint32_t feature : features) {
     const auto list = std::ranges::equal_range(postings_, feature, {}, &Posting::feature);
-    if (!list.empty()) lists.emplace_back(list.begin(), list.end());
+    lists.emplace_back(list.begin(), std::min<std::size_t>(list.size(), kLongestList));
   }
   std::ranges::stable_sort(lists, {}, &std::span<const Posting>::size);
-  if (lists.size() > kMostFeatures) lists.resize(kMostFeatures);
+  // An edit that leaves three quarters of the weight changes at most a third of the words, and two pairs for each
+  // character: of one list more at least one holds the text that is looked for. Others help to find the best.
+  const std::size_t needed = (units_ == TextUnits::kWords ? 1 : 2) * lists.size() / 3 + 1;
+  lists.resize(std::min(lists.size(), kMostFeatures));
+  std::size_t scanned = 0, used = 0;
+  while (used < lists.size() && (used < needed || scanned < kEnoughPostings)) scanned += lists[used++].size();
+  lists.resize(used);
 
   std::vector<std::uint32_t> found;
   for (const std::span<const Posting> list : lists)
-    for (const Posting& posting : list.first(std::min(list.size(), kLongestList))) {
+    for (const Posting& posting : list) {
       if (votes_[posting.text]++ != 0) continue;
       const std::uint64_t other = texts_[posting.text].weight;
       if (std::min(weight, other) * 100 >= std::max(weight, other) * kLeastSimilarity) found.push_back(posting.text);
@@ -128,7 +135,7 @@ std::vector<std::uint32_t> TextMemory::candidates(std::span<const TextToken> tok
   });
   if (found.size() > kMostCandidates) found.resize(kMostCandidates);
   for (const std::span<const Posting> list : lists)
-    for (const Posting& posting : list.first(std::min(list.size(), kLongestList))) votes_[posting.text] = 0;
+    for (const Posting& posting : list) votes_[posting.text] = 0;
   return found;
 }
 
