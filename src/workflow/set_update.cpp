@@ -1,5 +1,7 @@
 #include "workflow/set_update.h"
 
+#include <algorithm>
+
 #include "common/checksum.h"
 #include "common/document_kind.h"
 #include "common/document_names.h"
@@ -49,9 +51,13 @@ TranslatedFolders::TranslatedFolders(std::u16string source_language, std::u16str
 TextMemory& TranslatedFolders::documents() {
   if (documents_) return *documents_;
   documents_ = std::make_unique<TextMemory>(text_units_of(to_utf8(source_language_)));
-  for (const std::u16string& folder : folders_)
-    for (const std::u16string& name : ports().files->find(folder + u"*_" + target_language_ + u".tud"))
+  for (const std::u16string& folder : folders_) {
+    // In one order on every system: of equally good translations the first is taken.
+    std::vector<std::u16string> names = ports().files->find(folder + u"*_" + target_language_ + u".tud");
+    std::ranges::sort(names);
+    for (const std::u16string& name : names)
       if (!current_ || !current_->contains(ports().files->absolute(folder + name))) add_document(folder + name);
+  }
   if (current_)
     for (const auto& [path, document] : *current_) add_translations(*documents_, document.units);
   return *documents_;

@@ -91,6 +91,25 @@ TEST_F(XliffSamples, WithNotesAndStatesOfAnEditor) {
   EXPECT_EQ(BilingualDocument(tud).segment(1).status, TranslationStatus::kApproved);
 }
 
+TEST_F(XliffSamples, WithAlternatives) {
+  BilingualDocument document(sample(u"offered.txt", "One\nTwo\n"));
+  document.set_segment(0, "Un", TranslationStatus::kFuzzy, 0);
+  XliffDetails details{"needs-review-translation", "exact-match", false, {{"n", ""}}};
+  details.alternatives = {{std::int16_t{80}, from_host_text(u"One <1>x</1><2/> <<"), from_host_text(u"<2/>U <1>x</1>"), "a & b"},
+                          {std::nullopt, "", "Uno", ""}};
+  document.set_details(0, details);
+  document.save();
+  struct Reader final : TudEvents {
+    void unit(const TudUnit& unit) override {
+      if (unit.id == "1") alternatives = unit.alternatives;
+    }
+    std::vector<TudAlternative> alternatives;
+  };
+  Reader reader;
+  read_tud(document.path(), reader);
+  EXPECT_EQ(reader.alternatives, details.alternatives) << "what is written is read";
+}
+
 TEST_F(XliffSamples, InASet) {
   write_file(path(u"set.txt"), kText);
   ConversionRequest request{path(u"set.txt"), path(u"set.tud"), u"", u"EN-US", u"FR", 65001, 0, u"K19TXT", "m1",

@@ -130,10 +130,12 @@ std::vector<std::uint32_t> TextMemory::candidates(std::span<const TextToken> tok
       const std::uint64_t other = texts_[posting.text].weight;
       if (std::min(weight, other) * 100 >= std::max(weight, other) * kLeastSimilarity) found.push_back(posting.text);
     }
-  std::ranges::sort(found, [&](std::uint32_t a, std::uint32_t b) {
-    return votes_[a] != votes_[b] ? votes_[a] > votes_[b] : a < b;
-  });
-  if (found.size() > kMostCandidates) found.resize(kMostCandidates);
+  const std::size_t compared = std::min(found.size(), kMostCandidates);
+  std::ranges::partial_sort(found, found.begin() + static_cast<std::ptrdiff_t>(compared),
+                            [&](std::uint32_t a, std::uint32_t b) {
+                              return votes_[a] != votes_[b] ? votes_[a] > votes_[b] : a < b;
+                            });
+  found.resize(compared);
   for (const std::span<const Posting> list : lists)
     for (const Posting& posting : list) votes_[posting.text] = 0;
   return found;
