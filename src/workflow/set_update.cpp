@@ -20,7 +20,8 @@ std::u16string language_pair(std::string_view source, std::string_view target) {
   return to_utf16(std::string(source) + " to " + std::string(target));
 }
 
-// What the preparation of a document writes beside its bilingual documents, and the document: a manual is changed by it.
+// What the preparation of a document writes beside its bilingual documents, and the document: a manual is changed by
+// it.
 std::vector<std::u16string> files_made_of(const std::u16string& document) {
   std::vector<std::u16string> files{document};
   switch (file_type_row(kind_of_document(document).type).preparation) {
@@ -69,8 +70,8 @@ void TranslatedFolders::add_document(const std::u16string& path) {
     if (has_languages_of(document.header, to_utf8(source_language_), to_utf8(target_language_)))
       add_translations(*documents_, document.units);
   } catch (const failure& reason) {
-    messages_.push_back({path_text(path) + u" cannot be read, its translations are not looked up: " +
-                         reason.description()});
+    messages_.push_back(
+        {path_text(path) + u" cannot be read, its translations are not looked up: " + reason.description()});
   }
 }
 
@@ -84,9 +85,9 @@ TextMemory& TranslatedFolders::removed() {
       read_tmx(file, to_utf8(source_language_), to_utf8(target_language_),
                [&](const TmxUnit& unit) { removed->add(unit.source, unit.target, unit.is_reviewed); });
     } catch (const failure& reason) {
-      throw failure(reason.number(), path_text(file) + u" holds translations of earlier texts and cannot be read: " +
-                                         reason.description() +
-                                         u". Nothing is changed; repair it, or move it away to go on without it",
+      throw failure(reason.number(),
+                    path_text(file) + u" holds translations of earlier texts and cannot be read: " +
+                        reason.description() + u". Nothing is changed; repair it, or move it away to go on without it",
                     reason.source());
     }
   }
@@ -112,8 +113,8 @@ SetUpdate::SetUpdate(TranslatedFolders& known, const std::u16string& document, b
     const std::u16string tud = ports().files->absolute(name);
     if (!ports().files->info(tud)) continue;
     const auto refuse = [&](const std::u16string& reason) {
-      throw failure(FailureNumber::kFileAlreadyExists, path_text(tud) + u" is there and " + reason +
-                                                           u". Nothing is changed; --overwrite replaces it");
+      throw failure(FailureNumber::kFileAlreadyExists,
+                    path_text(tud) + u" is there and " + reason + u". Nothing is changed; --overwrite replaces it");
     };
     try {
       OldDocument old = read_old_document(tud);

@@ -39,7 +39,8 @@ TEST_F(PrepareGuard, TranslationsAreReplacedOnlyByAFreshStart) {
   } cases[] = {
       {"text", u"a.txt", "One\nTwo\n", u"a_txt_FR.tud"},
       {"page", u"p.asp", "<html><body><p>Hello</p><% MsgBox \"Hi\" %></body></html>\r\n", u"p_asp_htm_FR.tud"},
-      {"script of a page", u"q.asp", "<html><body><p>Hello</p><% MsgBox \"Hi\" %></body></html>\r\n", u"q_asp_scr_FR.tud"},
+      {"script of a page", u"q.asp", "<html><body><p>Hello</p><% MsgBox \"Hi\" %></body></html>\r\n",
+       u"q_asp_scr_FR.tud"},
       {"side file of a manual", u"m.mif", manual("Apple"), u"KAVO_va_mif_FR.tud"},
   };
   for (const auto& c : cases) {

@@ -90,8 +90,8 @@ TEST_F(UpdateCommand, AFileThatIsMissingIsMadeAgain) {
 }
 
 TEST_F(UpdateCommand, ASetIsUpdatedAsOne) {
-  const std::string page = path_to_host(
-      folder.write(u"p.asp", "<html><body><p>Hello</p><% MsgBox \"Good morning\" %></body></html>\r\n"));
+  const std::string page =
+      path_to_host(folder.write(u"p.asp", "<html><body><p>Hello</p><% MsgBox \"Good morning\" %></body></html>\r\n"));
   ASSERT_EQ(prepare({page}).code, 0);
   translate(u"p_asp_htm_FR.tud", "Hello", "Salut", TranslationStatus::kApproved);
   translate(u"p_asp_scr_FR.tud", "Good morning", "Bonjour", TranslationStatus::kApproved);
@@ -105,8 +105,7 @@ TEST_F(UpdateCommand, ASetIsUpdatedAsOne) {
   EXPECT_EQ(target_of(u"p_asp_scr_FR.tud", "Good morning"), "5Bonjour");
   const Ran rebuilt = run_kavo({"rebuild", path(u"p_asp_htm_FR.tud")});
   EXPECT_EQ(rebuilt.code, 0) << rebuilt.errors;
-  EXPECT_EQ(folder.read(u"p_FR.asp"),
-            "<html><body><p>New</p><p>Salut</p><% MsgBox \"Bonjour\" %></body></html>\r\n");
+  EXPECT_EQ(folder.read(u"p_FR.asp"), "<html><body><p>New</p><p>Salut</p><% MsgBox \"Bonjour\" %></body></html>\r\n");
 }
 
 TEST_F(UpdateCommand, AFileThatMovedFindsItsTranslations) {

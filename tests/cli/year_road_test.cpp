@@ -21,9 +21,9 @@ namespace fs = std::filesystem;
 
 // Texts that are told apart by their words, the same for each number.
 std::string sentence(int number) {
-  static constexpr const char* kWords[] = {"river", "mountain", "window", "garden", "letter", "engine", "market",
-                                           "forest", "silver", "candle", "bridge", "harbour", "planet", "winter",
-                                           "circle", "danger", "method", "number", "orange", "pencil"};
+  static constexpr const char* kWords[] = {"river",  "mountain", "window", "garden", "letter",  "engine", "market",
+                                           "forest", "silver",   "candle", "bridge", "harbour", "planet", "winter",
+                                           "circle", "danger",   "method", "number", "orange",  "pencil"};
   std::string text = "Text";
   for (int i = 0, value = number * 7919 + 13; i < 9; ++i, value = value * 31 + 7)
     (text += ' ') += kWords[static_cast<unsigned>(value) / 16 % 20];
@@ -51,8 +51,7 @@ std::string manual(const std::vector<std::string>& texts) {
   std::string mif =
       "<MIFFile 7.00>\r\n<VariableFormats \r\n <VariableFormat \r\n  <VariableName `Product'>\r\n  <VariableDef `The "
       "product name'>\r\n >\r\n>\r\n<TextFlow \r\n";
-  for (const std::string& text : texts)
-    mif += " <Para \r\n  <ParaLine \r\n   <String `" + text + "'>\r\n  >\r\n >\r\n";
+  for (const std::string& text : texts) mif += " <Para \r\n  <ParaLine \r\n   <String `" + text + "'>\r\n  >\r\n >\r\n";
   return mif + ">\r\n";
 }
 
@@ -93,8 +92,10 @@ class YearRoad : public testing::Test {
     for (int i = 0; i < pages_; ++i) {
       if (second && i % 10 == 7) continue;  // deleted
       const bool is_moved = second && i % 10 == 4;
-      const std::string name = (is_moved ? "moved" : i % 2 == 0 ? "even" : "odd") + std::string("/page") +
-                               std::to_string(i) + (i % 2 == 0 ? ".asp" : ".htm");
+      const std::string name = (is_moved     ? "moved"
+                                : i % 2 == 0 ? "even"
+                                             : "odd") +
+                               std::string("/page") + std::to_string(i) + (i % 2 == 0 ? ".asp" : ".htm");
       site.files[name] = page(texts_of(i, kTextsOfPage), i);
     }
     for (int i = 0; i < manuals_; ++i)
@@ -166,8 +167,10 @@ class YearRoad : public testing::Test {
         bool keeps_codes = !drops;
         if (has_codes && keeps_codes) {
           for (const TudUnit::Inline& code : unit.inlines)
-            if (code.kind == CodeKind::kOpen) target += "<g id='" + code.id + "'>x</g>";
-            else if (code.kind == CodeKind::kStandalone) target += "<x id='" + code.id + "'/>";
+            if (code.kind == CodeKind::kOpen)
+              target += "<g id='" + code.id + "'>x</g>";
+            else if (code.kind == CodeKind::kStandalone)
+              target += "<x id='" + code.id + "'/>";
         }
         const char* const states[] = {"translated", "signed-off", "needs-review-translation", "final"};
         const bool approved = number % 4 == 1;
@@ -206,9 +209,11 @@ class YearRoad : public testing::Test {
     const std::u16string path = path_from_host(tud.string());
     const TudHeader header = header_of(path);
     read_tud(path, editor);
-    std::string xml = "<?xml version='1.0'?>\n<xliff version='1.2' xmlns='urn:oasis:names:tc:xliff:document:1.2'><file "
-                      "original='" + header.original + "' source-language='en-US' target-language='" + language +
-                      "' datatype='x'><body>\n" + editor.units + "</body></file></xliff>\n";
+    std::string xml =
+        "<?xml version='1.0'?>\n<xliff version='1.2' xmlns='urn:oasis:names:tc:xliff:document:1.2'><file "
+        "original='" +
+        header.original + "' source-language='en-US' target-language='" + language + "' datatype='x'><body>\n" +
+        editor.units + "</body></file></xliff>\n";
     if (editor.drops) {  // UTF-16 with its mark
       std::string wide = "\xFF\xFE";
       xml.replace(xml.find("?>"), 0, " encoding='UTF-16'");
@@ -224,8 +229,8 @@ class YearRoad : public testing::Test {
     std::vector<std::string> files;
     for (const fs::path& tud : documents(language)) {
       const std::string name = tud.filename().string();
-      const bool is_taken_along = name.find("_asp_scr_") != name.npos || name.find("_htm_scr_") != name.npos ||
-                                  name.starts_with("KAVO_");
+      const bool is_taken_along =
+          name.find("_asp_scr_") != name.npos || name.find("_htm_scr_") != name.npos || name.starts_with("KAVO_");
       if (!is_taken_along) files.push_back(tud.string());
     }
     run({"rebuild", "--overwrite"}, files);

@@ -197,7 +197,8 @@ TEST_F(DocumentUpdateTest, AdaptsCodes) {
 
 TEST_F(DocumentUpdateTest, ACodeThatMustComeBackIsPutBehindTheText) {
   // A script's placeholder is required.
-  translate("<p>Dear customer, you have ordered today</p>", {{u"Dear customer, you have ordered today", u"Cher client"}});
+  translate("<p>Dear customer, you have ordered today</p>",
+            {{u"Dear customer, you have ordered today", u"Cher client"}});
   update("<p>Dear customer, you have <KAVOObj1 /> ordered today</p>");
   EXPECT_NO_THROW(rebuild(tud, road));
   EXPECT_EQ(rebuild(tud, road).find("<p>Cher client"), 0u) << rebuild(tud, road);
@@ -257,10 +258,11 @@ TEST_F(DocumentUpdateTest, DocumentsOfEditorsAreUpdated) {
   std::string xml = files.get(tud);
   const std::size_t begin = xml.find("<trans-unit id=\"1\"");
   const std::size_t end = xml.find("</trans-unit>", begin);
-  xml.replace(begin, end - begin,
-              "<trans-unit id='1' approved='yes'><source>Press <g id='1'>this</g> now</source><seg-source><mrk mtype='seg' "
-              "mid='0'>Press <g id='1'>this</g> now</mrk></seg-source><target state='final'><mrk mtype='seg' mid='0'>"
-              "<g id='1'>Ceci</g>!</mrk></target><note from='E'>n</note>");
+  xml.replace(
+      begin, end - begin,
+      "<trans-unit id='1' approved='yes'><source>Press <g id='1'>this</g> now</source><seg-source><mrk mtype='seg' "
+      "mid='0'>Press <g id='1'>this</g> now</mrk></seg-source><target state='final'><mrk mtype='seg' mid='0'>"
+      "<g id='1'>Ceci</g>!</mrk></target><note from='E'>n</note>");
   files.put(tud, xml);
   update("<p>New</p><p>Press <b>this</b> now</p><p>Two</p>");
   EXPECT_EQ(units(), u"n New\nA <1>Ceci</1>!\nt [Two]\n");

@@ -119,7 +119,8 @@ TEST(TextMemory, FindsWhatItsIndexHolds) {
     const auto text = [&](int number, bool changed) {
       std::string result;
       for (int word = 0; word < 8; ++word) {
-        const int value = (number * 31 + word * word * 7 + number * word) % 97 + (changed && word == number % 8 ? 500 : 0);
+        const int value =
+            (number * 31 + word * word * 7 + number * word) % 97 + (changed && word == number % 8 ? 500 : 0);
         if (units == TextUnits::kWords)
           result += "w" + std::string(1, static_cast<char>('a' + value % 26)) + std::to_string(value) + " ";
         else

@@ -16,13 +16,14 @@ class TmxFile : public SuiteTest {
   std::string read(std::string_view source = "EN-US", std::string_view target = "FR") {
     std::string all;
     read_tmx(file, source, target, [&](const TmxUnit& unit) {
-      all += to_utf8(to_host_text(unit.source) + u"=" + to_host_text(unit.target)) + (unit.is_reviewed ? "" : "?") + "\n";
+      all +=
+          to_utf8(to_host_text(unit.source) + u"=" + to_host_text(unit.target)) + (unit.is_reviewed ? "" : "?") + "\n";
     });
     return all;
   }
   void put_memory(std::string_view body) {
-    put(u"removed.tmx", "<?xml version=\"1.0\"?><tmx version=\"1.4\"><header/><body>" + std::string(body) +
-                            "</body></tmx>");
+    put(u"removed.tmx",
+        "<?xml version=\"1.0\"?><tmx version=\"1.4\"><header/><body>" + std::string(body) + "</body></tmx>");
   }
   static std::string coded(std::u16string_view text) { return from_host_text(text); }
 };
@@ -50,18 +51,22 @@ TEST_F(TmxFile, ReadsWhatOtherProgramsWrite) {
   } cases[] = {
       {"languages in any case, any order",
        "<tu><tuv xml:lang='FR'><seg>Un</seg></tuv><tuv xml:lang='EN-us'><seg>One</seg></tuv></tu>", "One=Un\n"},
-      {"the attribute of earlier versions", "<tu><tuv lang='en-US'><seg>One</seg></tuv><tuv lang='fr'><seg>Un</seg></tuv></tu>",
-       "One=Un\n"},
+      {"the attribute of earlier versions",
+       "<tu><tuv lang='en-US'><seg>One</seg></tuv><tuv lang='fr'><seg>Un</seg></tuv></tu>", "One=Un\n"},
       {"codes with content",
-       "<tu><tuv xml:lang='en-US'><seg><bpt i='4' x='1'>&lt;b></bpt>A<ept i='4'>&lt;/b></ept> <ph x='9'>&lt;br></ph></seg></tuv>"
+       "<tu><tuv xml:lang='en-US'><seg><bpt i='4' x='1'>&lt;b></bpt>A<ept i='4'>&lt;/b></ept> <ph "
+       "x='9'>&lt;br></ph></seg></tuv>"
        "<tuv xml:lang='fr'><seg><ph x='9'/><bpt i='4'>&lt;b></bpt>B<ept i='4'/></seg></tuv></tu>",
        "<1>A</1> <2/>=<2/><1>B</1>\n"},
-      {"codes that cross", "<tu><tuv xml:lang='en-US'><seg><bpt i='1'/><bpt i='2'/>A<ept i='1'/><ept i='2'/></seg></tuv>"
+      {"codes that cross",
+       "<tu><tuv xml:lang='en-US'><seg><bpt i='1'/><bpt i='2'/>A<ept i='1'/><ept i='2'/></seg></tuv>"
        "<tuv xml:lang='fr'><seg><bpt i='1'/><bpt i='2'/>B<ept i='1'/><ept i='2'/></seg></tuv></tu>",
        "<1><2>A</1></2>=B\n"},
-      {"highlights", "<tu><tuv xml:lang='en-US'><seg>A <hi>b</hi></seg></tuv><tuv xml:lang='fr'><seg>C</seg></tuv></tu>", "A b=C\n"},
+      {"highlights",
+       "<tu><tuv xml:lang='en-US'><seg>A <hi>b</hi></seg></tuv><tuv xml:lang='fr'><seg>C</seg></tuv></tu>", "A b=C\n"},
       {"without one of the two", "<tu><tuv xml:lang='en-US'><seg>One</seg></tuv></tu>", ""},
-      {"an empty translation", "<tu><tuv xml:lang='en-US'><seg>One</seg></tuv><tuv xml:lang='fr'><seg/></tuv></tu>", ""},
+      {"an empty translation", "<tu><tuv xml:lang='en-US'><seg>One</seg></tuv><tuv xml:lang='fr'><seg/></tuv></tu>",
+       ""},
       {"notes and properties",
        "<tu><note>n</note><prop type='x'>p</prop><tuv xml:lang='en-US'><seg>One</seg></tuv>"
        "<tuv xml:lang='fr'><prop type='x-status'>needs-review</prop><seg>Un</seg></tuv></tu>",

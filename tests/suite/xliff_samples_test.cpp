@@ -95,8 +95,9 @@ TEST_F(XliffSamples, WithAlternatives) {
   BilingualDocument document(sample(u"offered.txt", "One\nTwo\n"));
   document.set_segment(0, "Un", TranslationStatus::kFuzzy, 0);
   XliffDetails details{"needs-review-translation", "exact-match", false, {{"n", ""}}};
-  details.alternatives = {{std::int16_t{80}, from_host_text(u"One <1>x</1><2/> <<"), from_host_text(u"<2/>U <1>x</1>"), "a & b"},
-                          {std::nullopt, "", "Uno", ""}};
+  details.alternatives = {
+      {std::int16_t{80}, from_host_text(u"One <1>x</1><2/> <<"), from_host_text(u"<2/>U <1>x</1>"), "a & b"},
+      {std::nullopt, "", "Uno", ""}};
   document.set_details(0, details);
   document.save();
   struct Reader final : TudEvents {

@@ -64,7 +64,7 @@ struct TudUnit {
   std::string id;
   std::string name;     // of the text in its document, "" for none
   std::string element;  // what it stands in (Segment::element), "" when unknown
-  std::string source;  // coded text
+  std::string source;   // coded text
   std::string target;
   bool has_target = false;
   bool translate = true;

@@ -128,8 +128,8 @@ class Update {
   void put_up_for_review(std::size_t i, const Hole& hole) {
     UnitDecision& decision = decisions_[i];
     if (decision.fate != UnitFate::kSimilar)
-      decision.alternatives.insert(decision.alternatives.begin(), {100, document_.units[i].plain, decision.plain_target,
-                                                                   std::string(kToolId)});
+      decision.alternatives.insert(decision.alternatives.begin(),
+                                   {100, document_.units[i].plain, decision.plain_target, std::string(kToolId)});
     decision.fate = UnitFate::kSimilar;
     decision.status = TranslationStatus::kFuzzy;
     targets_[i] = plain_text(targets_[i]);

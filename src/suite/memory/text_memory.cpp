@@ -6,11 +6,11 @@ namespace kavo {
 namespace {
 
 // Bounds of one question, so that a memory of a million texts made of the same few words answers as fast as others.
-constexpr std::size_t kMostFeatures = 24;       // rarest words that are looked up
-constexpr std::size_t kLongestList = 2000;      // texts taken from the list of one word
-constexpr std::size_t kEnoughPostings = 3000;   // of all lists; further ones only as far as they are needed
-constexpr std::size_t kMostCandidates = 24;     // texts compared
-constexpr std::uint64_t kMostSteps = 4'000'000; // of all comparisons
+constexpr std::size_t kMostFeatures = 24;        // rarest words that are looked up
+constexpr std::size_t kLongestList = 2000;       // texts taken from the list of one word
+constexpr std::size_t kEnoughPostings = 3000;    // of all lists; further ones only as far as they are needed
+constexpr std::size_t kMostCandidates = 24;      // texts compared
+constexpr std::uint64_t kMostSteps = 4'000'000;  // of all comparisons
 
 std::uint32_t pair_feature(const TextToken& a, const TextToken& b) { return a.value() * 0x9E3779B1U ^ b.value(); }
 
@@ -131,10 +131,9 @@ std::vector<std::uint32_t> TextMemory::candidates(std::span<const TextToken> tok
       if (std::min(weight, other) * 100 >= std::max(weight, other) * kLeastSimilarity) found.push_back(posting.text);
     }
   const std::size_t compared = std::min(found.size(), kMostCandidates);
-  std::ranges::partial_sort(found, found.begin() + static_cast<std::ptrdiff_t>(compared),
-                            [&](std::uint32_t a, std::uint32_t b) {
-                              return votes_[a] != votes_[b] ? votes_[a] > votes_[b] : a < b;
-                            });
+  std::ranges::partial_sort(
+      found, found.begin() + static_cast<std::ptrdiff_t>(compared),
+      [&](std::uint32_t a, std::uint32_t b) { return votes_[a] != votes_[b] ? votes_[a] > votes_[b] : a < b; });
   found.resize(compared);
   for (const std::span<const Posting> list : lists)
     for (const Posting& posting : list) votes_[posting.text] = 0;

@@ -41,8 +41,7 @@ class RunTokens {
       tokens_.emplace_back(TextToken::kSign, fnv_hash(character));
       return;
     }
-    const bool stands_alone =
-        is_word_of_its_own(c) || (units_ == TextUnits::kCharacters && !is_word_digit(c));
+    const bool stands_alone = is_word_of_its_own(c) || (units_ == TextUnits::kCharacters && !is_word_digit(c));
     if (stands_alone || (separator_ != 0 && !is_word_digit(c))) finish_word();
     separator_ = 0;
     is_number_ = is_word_digit(c) && (length_ == 0 || is_number_);
@@ -53,8 +52,7 @@ class RunTokens {
   }
 
   void finish_word() {
-    if (length_ != 0)
-      tokens_.emplace_back(is_number_ ? TextToken::kNumber : TextToken::kWord, is_number_ ? 0 : hash_);
+    if (length_ != 0) tokens_.emplace_back(is_number_ ? TextToken::kNumber : TextToken::kWord, is_number_ ? 0 : hash_);
     if (separator_ != 0) tokens_.emplace_back(TextToken::kSign, fnv_hash(std::string_view(&separator_, 1)));
     hash_ = kFnvSeed;
     length_ = 0;
@@ -80,8 +78,7 @@ std::uint64_t edit_weight(std::span<const TextToken> a, std::span<const TextToke
     row[0] += token.weight();
     std::uint64_t least = row[0];
     for (std::size_t j = 0; j < b.size(); ++j) {
-      const std::uint64_t replaced =
-          diagonal + (token == b[j] ? 0 : std::max(token.weight(), b[j].weight()));
+      const std::uint64_t replaced = diagonal + (token == b[j] ? 0 : std::max(token.weight(), b[j].weight()));
       diagonal = row[j + 1];
       row[j + 1] = std::min({replaced, diagonal + token.weight(), row[j] + b[j].weight()});
       least = std::min(least, row[j + 1]);
@@ -123,8 +120,7 @@ int similarity(std::span<const TextToken> a, std::span<const TextToken> b, std::
   if (!std::ranges::any_of(a, is_word) || !std::ranges::any_of(b, is_word)) return 0;
   // What both begin and end with costs nothing.
   while (!a.empty() && !b.empty() && a.front() == b.front()) a = a.subspan(1), b = b.subspan(1);
-  while (!a.empty() && !b.empty() && a.back() == b.back())
-    a = a.first(a.size() - 1), b = b.first(b.size() - 1);
+  while (!a.empty() && !b.empty() && a.back() == b.back()) a = a.first(a.size() - 1), b = b.first(b.size() - 1);
   const std::uint64_t steps = (a.size() + 1) * static_cast<std::uint64_t>(b.size() + 1);
   if (steps > budget) return 0;
   budget -= steps;

@@ -157,7 +157,8 @@ std::string units_text(std::string_view source_language, std::string_view target
   std::string xml;
   for (const TmxUnit& unit : units) {
     xml += "<tu srclang=\"" + bcp47_of(source_language) + "\">";
-    if (!unit.is_reviewed) ((xml += "<prop type=\"") += kReviewProperty) += "\">" + std::string(kNeedsReview) + "</prop>";
+    if (!unit.is_reviewed)
+      ((xml += "<prop type=\"") += kReviewProperty) += "\">" + std::string(kNeedsReview) + "</prop>";
     append_segment(xml, source_language, unit.source);
     append_segment(xml, target_language, unit.target);
     xml += "</tu>\n";

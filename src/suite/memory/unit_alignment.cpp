@@ -44,8 +44,11 @@ class Alignment {
   }
 
   std::vector<std::uint32_t> run() {
-    pair([](const Unit& unit) { return Key{unit.name, unit.text}; },
-         [](const Unit& unit) { return unit.name != kNothing; });
+    pair(
+        [](const Unit& unit) {
+          return Key{unit.name, unit.text};
+        },
+        [](const Unit& unit) { return unit.name != kNothing; });
     pair([](const Unit& unit) { return Key{unit.text, unit.element, unit.before, unit.behind}; });
     pair([](const Unit& unit) { return Key{unit.text, unit.leaf, unit.before, unit.behind}; });
     pair([](const Unit& unit) { return Key{unit.text, unit.element, unit.before}; });

@@ -11,7 +11,7 @@ namespace {
 constexpr std::uint64_t kMostStepsInPlace = 1'000'000;  // for comparing a text with the one that stood in its place
 
 template <class Unit>
-std::vector<PlacedText> placed(std::span<const Unit> units, std::string Unit::* text) {
+std::vector<PlacedText> placed(std::span<const Unit> units, std::string Unit::*text) {
   std::vector<PlacedText> result;
   result.reserve(units.size());
   for (const Unit& unit : units) result.push_back({unit.*text, unit.name, unit.element});
@@ -118,8 +118,8 @@ class UpdateDecisions {
   static void offer(UnitDecision& decision, std::string_view source, const std::vector<KnownTranslation>& translations,
                     int percent) {
     for (const KnownTranslation& each : translations)
-      decision.alternatives.push_back({static_cast<std::int16_t>(percent), std::string(source),
-                                       std::string(each.target), std::string(kToolId)});
+      decision.alternatives.push_back(
+          {static_cast<std::int16_t>(percent), std::string(source), std::string(each.target), std::string(kToolId)});
   }
 
   std::span<const OldUnit> old_;
