@@ -3,8 +3,8 @@
 //
 // A program works in the run's scratch folder, on copies of the documents that it changes, so that a conversion that
 // fails leaves an older result and the document as they were.
-#include <initializer_list>
 #include <utility>
+#include <vector>
 
 #include "cli/verb.h"
 #include "common/clsCommon.h"
@@ -47,9 +47,9 @@ struct Made {
 
 // Nothing of the user's has changed until here: when the program failed, the older files stay. The first one is the
 // result.
-Outcome outcome_of(std::int32_t result, std::initializer_list<Made> made, const error_state& errors,
+Outcome outcome_of(std::int32_t result, const std::vector<Made>& made, const error_state& errors,
                    std::u16string_view program) {
-  const Made& produced = *made.begin();
+  const Made& produced = made.front();
   const bool is_made = result == 0 && ports().files->info(produced.scratch);
   Outcome outcome;
   if (is_made) {
@@ -61,6 +61,18 @@ Outcome outcome_of(std::int32_t result, std::initializer_list<Made> made, const 
     outcome.messages = {{reason_of(errors, program)}};
   }
   return outcome;
+}
+
+bool is_read_only(const std::u16string& file) {
+  const auto info = ports().files->info(file);
+  return info && info->is_read_only;
+}
+
+// What an export makes: its result, and the document as the program has saved it before.
+std::vector<Made> exported(Made result, Made document) {
+  std::vector<Made> made{std::move(result)};
+  if (!is_read_only(document.path)) made.push_back(std::move(document));
+  return made;
 }
 
 std::u16string scratch_copy(const std::u16string& file, FolderRun& run) {
@@ -158,14 +170,13 @@ class WordToDoc final : public WordVerb {
   }
 };
 
-// The program saves the document before it exports it.
 class PresentationToXml final : public NewFileVerb {
   std::u16string target_of(const std::u16string& file) const override { return xml_name_of(file); }
   Outcome convert_to(const std::u16string& target, const std::u16string& file, FolderRun& run) override {
     converter_.PPTFile(scratch_copy(file, run));
     const std::int32_t result = converter_.PPT2XML();
-    return outcome_of(result, {{converter_.XMLFile(), target}, {converter_.PPTFile(), file}}, converter_.errors(),
-                      kPowerPoint);
+    return outcome_of(result, exported({converter_.XMLFile(), target}, {converter_.PPTFile(), file}),
+                      converter_.errors(), kPowerPoint);
   }
 
   clsPPTUtil converter_;
@@ -176,8 +187,8 @@ class WorkbookToXml final : public NewFileVerb {
   Outcome convert_to(const std::u16string& target, const std::u16string& file, FolderRun& run) override {
     converter_.XLSFile(scratch_copy(file, run));
     const std::int32_t result = converter_.XLS2XML();
-    return outcome_of(result, {{converter_.XMLFile(), target}, {converter_.XLSFile(), file}}, converter_.errors(),
-                      kExcel);
+    return outcome_of(result, exported({converter_.XMLFile(), target}, {converter_.XLSFile(), file}),
+                      converter_.errors(), kExcel);
   }
 
   clsXLSUtil converter_;
@@ -194,6 +205,8 @@ class ImportVerb : public OfficeVerb {
     const std::u16string document = office_name_of(file);
     if (!clsCommon().FileExists(document))
       return failed(u"There is no " + to_utf16(path_to_host(document)) + u" for these texts");
+    if (is_read_only(document))
+      return failed(to_utf16(path_to_host(document)) + u" is read-only: allow that it is written, then import again");
     const Made made{scratch_copy(document, run), document};
     const std::u16string xml = folder_of(made.scratch) + file_name_of(file);
     copy_file(file, xml);
