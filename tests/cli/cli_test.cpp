@@ -77,7 +77,7 @@ TEST_F(Command, ProtectAndRestoreGiveThePageBack) {
   EXPECT_EQ(folder.read(u"shop_php.htm").find("<%"), std::string::npos);
   ran = run_kavo({"html", "restore", path(u"shop_php.htm"), "--output", path(u"back.php")});
   EXPECT_EQ(ran.code, 0) << ran.errors;
-  EXPECT_EQ(ran.output, path(u"back.php") + "\t0\tunknown\n");
+  EXPECT_EQ(ran.output, path(u"back.php") + "\t4\tserver page\n");
   EXPECT_EQ(folder.read(u"back.php"), kServerPage);
 }
 
