@@ -1,0 +1,123 @@
+// Only the depth of constructs is followed: a block in which it falls below zero, or which leaves it above zero, shares
+// a construct with others.
+#include "formats/script/control_flow.h"
+
+#include <algorithm>
+#include <memory>
+
+#include "formats/script/lexer.h"
+
+namespace kavo::script {
+namespace {
+
+template <std::size_t kSize>
+bool is_one_of(std::string_view word, const std::string_view (&words)[kSize]) {
+  return std::any_of(std::begin(words), std::end(words), [&](std::string_view row) { return equal_word(word, row); });
+}
+
+bool is_blank_token(const Token& token) { return token.kind == TokenKind::kBlank || token.kind == TokenKind::kComment; }
+
+// One statement after the other: a line, or what a ":" ends.
+class BasicFlow {
+ public:
+  void token(const Token& token, std::string_view word) {
+    if (is_blank_token(token)) return;
+    if (token.kind == TokenKind::kLineEnd || word == ":") {
+      // "If a Then b : c" is one statement on its line.
+      if (token.kind == TokenKind::kLineEnd || !is_if_ || last_is_then_) end_statement();
+      return;
+    }
+    if (is_first_) first(word);
+    if (!is_first_ && is_end_) closes_ = closes_ || is_one_of(word, kEnded);
+    last_is_then_ = equal_word(word, "then");
+    is_first_ = is_first_ && is_one_of(word, kBefore);
+  }
+  bool divides() {
+    end_statement();
+    return divides_ || depth_ > 0;
+  }
+
+ private:
+  static constexpr std::string_view kBefore[] = {"public", "private", "default"};
+  static constexpr std::string_view kOpening[] = {"for",      "do",    "while", "select",  "sub",
+                                                  "function", "class", "with",  "property"};
+  static constexpr std::string_view kClosing[] = {"next", "loop", "wend"};
+  static constexpr std::string_view kBetween[] = {"else", "elseif", "case"};
+  static constexpr std::string_view kEnded[] = {"if", "select", "sub", "function", "class", "with", "property"};
+
+  void first(std::string_view word) {
+    is_if_ = equal_word(word, "if");
+    is_end_ = equal_word(word, "end");
+    opens_ = is_one_of(word, kOpening);
+    closes_ = is_one_of(word, kClosing);
+    divides_ = divides_ || (depth_ == 0 && is_one_of(word, kBetween));
+  }
+  void end_statement() {
+    if (opens_ || (is_if_ && last_is_then_)) ++depth_;
+    if (closes_ && depth_-- == 0) {
+      divides_ = true;
+      depth_ = 0;
+    }
+    opens_ = closes_ = is_if_ = is_end_ = last_is_then_ = false;
+    is_first_ = true;
+  }
+
+  int depth_ = 0;
+  bool divides_ = false;
+  bool is_first_ = true;
+  bool is_if_ = false;
+  bool is_end_ = false;
+  bool opens_ = false;
+  bool closes_ = false;
+  bool last_is_then_ = false;
+};
+
+// Braces, PHP's words for them, and statements that end behind the block.
+class BraceFlow {
+ public:
+  void token(const Token& token, std::string_view word) {
+    if (is_blank_token(token) || token.kind == TokenKind::kLineEnd || token.kind == TokenKind::kBlockEnd) return;
+    if (token.kind == TokenKind::kOperator && word == "{") ++depth_;
+    if (token.kind == TokenKind::kOperator && word == "}" && depth_-- == 0) {
+      divides_ = true;
+      depth_ = 0;
+    }
+    if (token.kind == TokenKind::kName && starts_) {
+      divides_ = divides_ || is_one_of(word, kEnding) || (depth_ == 0 && is_one_of(word, kBetween));
+      is_head_ = is_one_of(word, kHead);
+    }
+    starts_ = token.kind == TokenKind::kOperator && (word == ";" || word == "{" || word == "}");
+    if (starts_) is_head_ = false;
+  }
+  bool divides() const { return divides_ || depth_ > 0 || is_head_; }
+
+ private:
+  static constexpr std::string_view kHead[] = {"if", "else", "elseif", "for", "foreach", "while", "do", "switch"};
+  static constexpr std::string_view kBetween[] = {"else", "elseif", "case", "default"};
+  static constexpr std::string_view kEnding[] = {"endif", "endforeach", "endfor", "endwhile", "endswitch"};
+
+  int depth_ = 0;
+  bool divides_ = false;
+  bool starts_ = true;    // the next word begins a statement
+  bool is_head_ = false;  // of a construct whose statement has not ended
+};
+
+template <class Flow>
+bool divides(Lexer& lexer, std::string_view code) {
+  Flow flow;
+  lexer.begin(code);
+  for (Token token; lexer.next(token);) flow.token(token, code.substr(token.begin, token.size()));
+  return flow.divides();
+}
+
+}  // namespace
+
+bool divides_page(std::string_view text, const Piece& piece) {
+  if (piece.kind != PieceKind::kStatements || piece.element != 0) return false;
+  const std::unique_ptr<Lexer> lexer = make_lexer(piece.language, nullptr);
+  if (!lexer) return false;
+  const std::string_view code = text.substr(piece.begin, piece.end - piece.begin);
+  return piece.language == Language::kVbScript ? divides<BasicFlow>(*lexer, code) : divides<BraceFlow>(*lexer, code);
+}
+
+}  // namespace kavo::script
