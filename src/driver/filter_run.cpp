@@ -46,7 +46,18 @@ std::u16string mark_of(std::span<const ProducedFile> files) {
 struct DocumentSet {
   std::u16string mark;
   std::u16string author_document;  // full path
+  std::span<const ProducedFile> files;
 };
+
+// What the filter cannot see in the file itself: where the author finds its lines, and for a page and its script file
+// the other one of the two. "name=value" on each line.
+std::u16string facts_of(const ProducedFile& file, const DocumentSet& set, const FolderRun& run) {
+  std::u16string facts;
+  if (!file.author_lines.empty()) facts += u"author-lines=" + to_utf16(file.author_lines) + u"\n";
+  if (set.files.size() != 2 || set.files[0].file_type != kHtmlPage) return facts;
+  const ProducedFile& other = set.files[&file == &set.files[0] ? 1 : 0];
+  return facts + u"companion=" + run.path_to_read(other.file_name) + u"\n";
+}
 
 void convert(ProducedFile& file, const RunLanguages& languages, const DocumentSet& set, const RunObserver& observer) {
   const FilterInfo& filter = filter_table(file.file_type);
@@ -77,7 +88,8 @@ void convert(ProducedFile& file, const RunLanguages& languages, const DocumentSe
     // What the filter reads of an RTF document may differ from what its author has.
     const bool is_own = is_rtf && set.author_document.empty();
     arguments.push_back(by_value(is_own ? ports().files->absolute(file.file_name) : set.author_document));
-    if (!languages.filter_options.empty()) arguments.push_back(by_value(languages.filter_options));
+    const std::u16string options = facts_of(file, set, run) + languages.filter_options;
+    if (!options.empty()) arguments.push_back(by_value(options));
   }
   filter_catalogue().invoke(keeps_set ? u"ConvertInSet" : u"Convert", arguments);
   observer.tell_all(filter_messages());
@@ -102,7 +114,8 @@ FilterRun convert_produced_files(std::span<ProducedFile> files, const RunLanguag
     // The documents take their names together; those of the files before one that fails do, too.
     FolderRun run(files.empty() ? u"." : files[0].file_name, observer.report());
     try {
-      const DocumentSet set{mark_of(files), author_document.empty() ? u"" : ports().files->absolute(author_document)};
+      const DocumentSet set{mark_of(files), author_document.empty() ? u"" : ports().files->absolute(author_document),
+                            files};
       for (; i < files.size(); ++i) {
         observer.tell_converting(files[i].file_name, static_cast<int>(100 * i / files.size()));
         convert(files[i], languages, set, observer);

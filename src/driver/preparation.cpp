@@ -6,6 +6,7 @@
 #include "common/file_type.h"
 #include "common/folder_run.h"
 #include "common/line_index.h"
+#include "common/line_map.h"
 #include "common/path_parts.h"
 #include "common/pending_file.h"
 #include "common/program_settings.h"
@@ -102,7 +103,7 @@ class PreparationRun {
     validation.Filename(scripts.HTMFile());
     if (html_tags_) validation.Tags(*html_tags_);
     validation.ends_in_script(scripts.ends_in_script());
-    std::optional<LineIndex> lines;  // of the source, which is read for it when there is something to report
+    std::optional<LineIndex> lines;  // of the source
     validation.origin([&](std::uint64_t place) {
       if (!lines) lines.emplace(source_);
       return lines->place_of(result_.origin.of_protected_page(place));
@@ -110,6 +111,11 @@ class PreparationRun {
     validation.follow(&result_.origin.repair);
     const std::int32_t repair = validation.HTMLValidate();
     observer_.tell_all_after_heading(validation.ErrorList());
+    if (!lines) lines.emplace(source_);
+    const PageOrigin& origin = result_.origin;
+    const CopyTrail page = trail_of_both(origin.protected_page, origin.repair);
+    result_.files[0].author_lines = LineMap(scripts.HTMFile(), page, *lines).text();
+    result_.files[1].author_lines = LineMap(scripts.SCRFile(), origin.script, *lines).text();
     return repair <= 0;
   }
 

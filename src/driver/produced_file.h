@@ -10,6 +10,7 @@ struct ProducedFile {
   std::u16string file_name;    // full path
   std::int32_t file_type = 0;  // file type code (common/file_type.h); selects the filter
   std::u16string tud_name;     // the bilingual document that the filter run wrote, "" before
+  std::string author_lines{};  // where its lines stand in the author's file (LineMap); "" when that is the file itself
 };
 
 }  // namespace kavo

@@ -5,6 +5,7 @@
 #include "platform/failure.h"
 #include "platform/unicode.h"
 #include "suite/document/conversion.h"
+#include "suite/filters/document_facts.h"
 #include "suite/filters/filter.h"
 
 namespace kavo {
@@ -125,7 +126,12 @@ Value FilterCatalogue::convert_in_set(std::span<Argument> arguments) {
   ConversionRequest request = conversion_from(arguments);
   request.mark = to_utf8(as_text(arguments[9].value));
   request.author_document = as_text(arguments[10].value);
-  choose_options(request, is_omitted(arguments[11].value) ? FilterOptions() : options_from(arguments[11].value));
+  FilterOptions options = is_omitted(arguments[11].value) ? FilterOptions() : options_from(arguments[11].value);
+  FilterOptions facts;
+  for (const std::string_view name : {kCompanion, kAuthorLines})
+    if (auto fact = options.extract(std::string(name))) facts.insert(std::move(fact));
+  choose_options(request, std::move(options));
+  request.options.merge(facts);
   request.tell = new_messages();
   return static_cast<std::int32_t>(convert_document(request, progress_));
 }

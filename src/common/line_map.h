@@ -1,0 +1,41 @@
+// Which line of its author's file stands where in a file that was made of it: a page without its scripts, a file of the
+// scripts. Handed from the library to a suite as text.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "common/copy_trail.h"
+#include "common/line_index.h"
+
+namespace kavo {
+
+class LineMap {
+ public:
+  LineMap() = default;
+  // What text() gave. What is no entry is left out.
+  explicit LineMap(std::string_view text);
+  // Of the file `made`, whose bytes `trail` tells. Reads it. Throws `failure`.
+  LineMap(const std::u16string& made, const CopyTrail& trail, const LineIndex& source);
+
+  // The author's line at a place; 0 before the first entry.
+  std::int64_t line_of(const LinePlace& place) const;
+  // "1:1=1 7:19=9": from line 7, column 19 on it is line 9, and the lines behind it go on from there.
+  std::string text() const;
+
+ private:
+  struct Entry {
+    LinePlace place;
+    std::int64_t author_line = 0;
+  };
+  void add(const Entry& entry);
+
+  std::vector<Entry> entries_;  // places ascend
+};
+
+// The trail of what was made in two steps, from the first step's input to the second one's output.
+CopyTrail trail_of_both(const CopyTrail& first, const CopyTrail& second);
+
+}  // namespace kavo
