@@ -87,7 +87,7 @@ const Case kParagraphs[] = {
      {u"x"},
      {},
      "<!DOCTYPE html><?xml version='1.0'?><?import x><!-- x --><p>X"},
-    {"conditional comment", "<!--[if IE]><p>x</p><![endif]-->x", {u"x"}, {}, "<!--[if IE]><p>x</p><![endif]-->X"},
+    {"conditional comment", "<!--[if IE]><p>x</p><![endif]-->x", {u"x", u"x"}, {}, "<!--[if IE]><p>X</p><![endif]-->X"},
     {"the shortest comment", "<!-->x<!--->x", {u"x<1/>x"}, {}, "<!-->X<!--->X"},
 };
 
@@ -178,12 +178,12 @@ const Case kInline[] = {
      {},
      "<p>a X<i translate=no>x<p>X"},
     {"translate=no on an image", "<p>a<img alt=x translate=no>x", {u"a<1/>x"}, {}, "<p>a<img alt=x translate=no>X"},
-    {"a picture that is not closed", "<p>x<svg><title>x<p>x", {u"x", u"x"}, {}, "<p>X<svg><title>x<p>X"},
+    {"a picture that is not closed", "<p>x<svg><title>x<p>x", {u"x", u"x", u"x"}, {}, "<p>X<svg><title>X<p>X"},
     {"pictures and formulas",
      "<p><svg><title>x</title></svg>x<svg><path/></svg>y <svg a/>z",
-     {u"x<1/>y <2/>z"},
+     {u"x", u"x<1/>y <2/>z"},
      {},
-     "<p><svg><title>x</title></svg>X<svg><path/></svg>y <svg a/>z"},
+     "<p><svg><title>X</title></svg>X<svg><path/></svg>y <svg a/>z"},
 };
 
 const Case kReferences[] = {
@@ -250,14 +250,14 @@ const Case kAttributes[] = {
      "<table summary=\"X\" title=' y X '><td abbr=x>X"},
     {"of form fields",
      "<input placeholder=x value=x><textarea placeholder='x'></textarea><option label=x>",
-     {u"x", u"x", u"x"},
+     {u"x", u"x", u"x", u"x"},
      {},
-     "<input placeholder=\"X\" value=x><textarea placeholder='X'></textarea><option label=\"X\">"},
+     "<input placeholder=\"X\" value=\"X\"><textarea placeholder='X'></textarea><option label=\"X\">"},
     {"of buttons",
      "<input type=SUBMIT value='x'><input value='x' type=text><input type=button value='y x'>",
-     {u"x", u"y x"},
+     {u"x", u"x", u"y x"},
      {},
-     "<input type=SUBMIT value='X'><input value='x' type=text><input type=button value='y X'>"},
+     "<input type=SUBMIT value='X'><input value='X' type=text><input type=button value='y X'>"},
     {"of meta",
      "<meta name=Description content='x'><meta content='x, y' name=keywords><meta name=a content='x'>",
      {u"x", u"x, y"},

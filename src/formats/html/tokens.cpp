@@ -94,9 +94,30 @@ bool TokenScanner::next(PageToken& token) {
     at_ = name_ = is_end_tag ? 2 : 1;
     return tag(token, is_end_tag ? TokenKind::kEndTag : TokenKind::kStartTag);
   }
-  if (const Enclosed* const row = find_enclosed(window)) return enclosed(token, row->kind, row->closer, row->inside);
+  if (const std::size_t size = condition_size()) return give(token, TokenKind::kComment, size);
+  if (const Enclosed* const row = find_enclosed(input_.window()))
+    return enclosed(token, row->kind, row->closer, row->inside);
   if (is_end_tag && third != '\0') return enclosed(token, TokenKind::kComment, ">", 2);
   return text(token);
+}
+
+// The comment "<!--[if lt IE 9]>" ends behind its condition: what follows is a page to some browsers. 0 for any other,
+// also for the conditions of word processors, behind which stand data.
+std::size_t TokenScanner::condition_size() {
+  constexpr std::size_t kLongestCondition = 128;
+  constexpr std::string_view kOpener = "<!--[if";
+  const auto begins = [&] {
+    const std::string_view window = input_.window();
+    return begins_with_ignoring_case(window.data(), window.data() + window.size(), kOpener);
+  };
+  if (!begins()) return 0;
+  has(kLongestCondition);
+  const std::string_view near = input_.window().substr(0, kLongestCondition);
+  const std::size_t end = near.find("]>");
+  if (end == std::string_view::npos || near.find("-->") < end) return 0;
+  const std::string_view condition = near.substr(0, end);
+  if (condition.find("IE") == std::string_view::npos && condition.find("ie") == std::string_view::npos) return 0;
+  return end + 2;
 }
 
 bool TokenScanner::text(PageToken& token) { return give(token, TokenKind::kText, find(input_.window(), 1, "<")); }

@@ -76,6 +76,7 @@ class TokenScanner {
 
   bool has(std::size_t size);
   bool give(PageToken& token, TokenKind kind, std::size_t size);
+  std::size_t condition_size();
   bool text(PageToken& token);
   bool raw_text(PageToken& token);
   bool at_raw_end();

@@ -17,6 +17,16 @@ constexpr FilterOption kOptions[] = {
     {"overwrite", kSwitch, "off",
      "Replaces what a document already has in the target language. `--overwrite` sets it for a run", "on"},
 
+    {"html.code-patterns", kPatterns, "",
+     "What is a code in a text beside places for values and addresses: a text in which `*` stands for one or more "
+     "characters",
+     "[[*]]"},
+    {"html.excluded-elements", kWords, "", "Elements of pages whose content is left alone", "code, kbd"},
+    {"html.inline-elements", kWords, "", "Elements that do not end a text", "div, caption"},
+    {"html.open-codes", kSwitch, "off",
+     "Opens texts that hold only codes, numbers or signs, which are locked otherwise", "on"},
+    {"html.text-attributes", kWords, "", "Attributes of any element whose values are offered", "data-title, data-hint"},
+
     {"rc.dialog-charset", kNumber, "",
      "The character set of the fonts of translated dialogs, a number of the Windows API; without it that of the source",
      "128"},
@@ -79,8 +89,7 @@ bool can_be(const FilterOption& option, std::string_view value) {
 
 const FilterOption& row_of(std::string_view key) {
   const FilterOption* const row = find_filter_option(key);
-  if (!row)
-    throw failure(FailureNumber::kInternal, u"a filter reads an option that is in no table: " + to_utf16(key));
+  if (!row) throw failure(FailureNumber::kInternal, u"a filter reads an option that is in no table: " + to_utf16(key));
   return *row;
 }
 

@@ -1,57 +1,37 @@
 #include "suite/filters/html/html_extraction.h"
 
 #include <algorithm>
-#include <iterator>
 
 #include "common/byte_scan.h"
 #include "formats/html/charset.h"
 #include "formats/html/entities.h"
+#include "suite/filters/document_facts.h"
 
 namespace kavo::html {
 namespace {
 
-// The type of "br".
-constexpr std::string_view kLineBreak = "lb";
-
 // Where a paragraph that is too long is cut: behind the last blank that lies so near to its end.
 constexpr std::size_t kCutReach = 4096;  // bytes
 
-// Attributes that people read, and the element that they count in ("" for any).
-struct ReadAttribute {
-  std::string_view name;
-  std::string_view element;
-};
-constexpr ReadAttribute kReadAttributes[] = {
-    {"alt", ""},
-    {"title", ""},
-    {"placeholder", ""},
-    {"aria-label", ""},
-    {"aria-description", ""},
-    {"aria-placeholder", ""},
-    {"aria-roledescription", ""},
-    {"aria-valuetext", ""},
-    {"label", "option"},
-    {"label", "optgroup"},
-    {"label", "track"},
-    {"label", "menu"},
-    {"label", "menuitem"},
-    {"summary", "table"},
-    {"abbr", "th"},
-    {"standby", "object"},
-};
-constexpr std::string_view kButtonTypes[] = {"submit", "button", "reset"};
-// Values of "name" or "property" of a tag "meta" whose content people read.
-constexpr std::string_view kReadMeta[] = {"description",    "keywords",      "og:title",
-                                          "og:description", "twitter:title", "twitter:description"};
+// Nobody reads a longer comment as a note.
+constexpr std::size_t kLongestNote = 1024;  // bytes
 
-template <std::size_t kSize>
-const std::string_view* find_name(const std::string_view (&names)[kSize], std::string_view name) {
-  const auto* const found =
-      std::find_if(std::begin(names), std::end(names), [&](std::string_view row) { return equal_name(row, name); });
-  return found == std::end(names) ? nullptr : found;
+// Elements of a drawing whose text people read.
+constexpr std::string_view kForeignTexts[] = {"text", "tspan", "textpath", "title", "desc"};
+
+bool is_named(const std::vector<std::string>& names, std::string_view name) {
+  return std::ranges::any_of(names, [&](const std::string& row) { return equal_name(row, name); });
 }
 
-bool has_line_end(std::string_view bytes) { return bytes.find_first_of("\r\n") != std::string_view::npos; }
+// Whether a value of "class" holds a word.
+bool has_class(std::string_view value, std::string_view name) {
+  while (!value.empty()) {
+    const std::size_t end = std::min(value.find_first_of(" \t\r\n\f"), value.size());
+    if (equal_name(value.substr(0, end), name)) return true;
+    value.remove_prefix(std::min(end + 1, value.size()));
+  }
+  return false;
+}
 
 bool breaks_text(const Element& element) {
   return element.kind != ElementKind::kInline && element.kind != ElementKind::kForeign;
@@ -62,22 +42,26 @@ bool has_content(const PageToken& tag, const Element& element) {
   return !element.is_void && !(element.kind == ElementKind::kForeign && tag.bytes.ends_with("/>"));
 }
 
-bool is_ascii(std::string_view bytes) {
-  return std::all_of(bytes.begin(), bytes.end(), [](char byte) { return static_cast<unsigned char>(byte) < 0x80; });
-}
-
 }  // namespace
 
-PageExtraction::PageExtraction(BlockReader& document, unsigned code_page, ExtractionSink& sink)
+PageExtraction::PageExtraction(BlockReader& document, unsigned code_page, const ConversionSettings& settings,
+                               ExtractionSink& sink)
     : document_(document),
       input_(document, code_page),
       coding_(code_page),
       window_coding_(coding_.is_utf16() ? kUtf8CodePage : code_page),
+      patterns_(option_items(settings.options, "html.code-patterns")),
       scanner_(input_, window_coding_),
-      text_(input_, window_coding_),
+      scripts_(settings, window_coding_),
+      text_(input_, window_coding_, scripts_, patterns_),
       sink_(sink),
       builder_(coding_),
-      value_builder_(coding_) {}
+      value_builder_(coding_),
+      attributes_(settings.options),
+      author_lines_(fact(settings.options, kAuthorLines)),
+      inline_elements_(option_items(settings.options, "html.inline-elements")),
+      excluded_elements_(option_items(settings.options, "html.excluded-elements")),
+      opens_codes_(is_on(settings.options, "html.open-codes")) {}
 
 void PageExtraction::run(ProgressEvent& progress) {
   std::uint64_t reported = 0;
@@ -86,6 +70,7 @@ void PageExtraction::run(ProgressEvent& progress) {
       reported = document_.bytes_read();
       progress.report(document_.percent());
     }
+    if (items_.empty()) scripts_.forget();
     switch (token.kind) {
       case TokenKind::kStartTag:
         start_tag(token);
@@ -99,20 +84,23 @@ void PageExtraction::run(ProgressEvent& progress) {
         break;
       default:
         if (protection_.is_active) {
-          protected_bytes(token.bytes);
+          if (token.kind == TokenKind::kText && in_foreign_text_)
+            foreign_text(token.bytes);
+          else
+            protected_bytes(token.bytes);
         } else if (token.kind == TokenKind::kText) {
           add_split(ItemKind::kText, token.bytes);
         } else if (token.kind == TokenKind::kRawText) {
           raw_text(token.bytes);
         } else if (token.kind == TokenKind::kServerCode) {
-          add_item(ItemKind::kContent, token.bytes).is_server_code = true;
+          server_code(token.bytes);
         } else if (const auto charset = charset_in_xml(token.bytes)) {
           flush();
           values_.push_back({charset->begin, charset->end, PlaceKind::kDouble, kCharset, ""});
           write_tag_outside(token.bytes, 0, 1);
           values_.clear();
         } else {
-          add_item(ItemKind::kCode, token.bytes).type = "x-comment";
+          comment(token);
         }
     }
   }
@@ -121,9 +109,36 @@ void PageExtraction::run(ProgressEvent& progress) {
   progress.report(100);
 }
 
+// No translation may carry a text into another branch of a condition.
+void PageExtraction::server_code(std::string_view bytes) {
+  if (!scripts_.divides(bytes)) {
+    add_item(ItemKind::kContent, bytes).is_server_code = true;
+    return;
+  }
+  flush();
+  outside(bytes);
+}
+
+void PageExtraction::comment(const PageToken& token) {
+  add_item(ItemKind::kCode, token.bytes).type = "x-comment";
+  surroundings_.comment(text_.decoded(token.bytes.substr(0, kLongestNote)));
+}
+
+// A user's choice goes before what the element is.
+const Element& PageExtraction::element_of(std::string_view name) const {
+  return is_named(inline_elements_, name) ? find_element("") : find_element(name);
+}
+
 void PageExtraction::start_tag(const PageToken& token) {
-  const Element& element = find_element(token.name);
+  const Element& element = element_of(token.name);
+  const StartTag tag = start_tag_of(token, element);
+  if (protection_.is_active && suspends_protection(tag)) {
+    suspended_.push_back({protection_, std::string(token.name), 0});
+    protection_.is_active = false;
+  }
   if (protection_.is_active) {
+    in_foreign_text_ = protection_.is_foreign && !token.bytes.ends_with("/>") &&
+                       std::ranges::any_of(kForeignTexts, [&](auto row) { return equal_name(row, token.name); });
     if (!ends_protection(element)) {
       if (equal_name(token.name, protection_.name) && has_content(token, element)) ++protection_.depth;
       protected_bytes(token.bytes);
@@ -132,16 +147,21 @@ void PageExtraction::start_tag(const PageToken& token) {
     }
     protection_.is_active = false;
   }
-  if (has_content(token, element) && (element.kind == ElementKind::kForeign || is_left_alone(token)))
+  const bool holds_content = has_content(token, element);
+  if (holds_content && (element.kind == ElementKind::kForeign || is_left_alone(tag))) {
     protect(token, element);
-  else if (breaks_text(element))
+    return;
+  }
+  if (!suspended_.empty() && holds_content && equal_name(token.name, suspended_.back().name)) ++suspended_.back().depth;
+  if (breaks_text(element))
     break_tag(token, element, true);
   else
     inline_tag(token, element, true);
 }
 
 void PageExtraction::end_tag(const PageToken& token) {
-  const Element& element = find_element(token.name);
+  const Element& element = element_of(token.name);
+  in_foreign_text_ = false;
   if (protection_.is_active) {
     const bool is_its_own = equal_name(token.name, protection_.name);
     if (is_its_own || !ends_protection(element)) {
@@ -155,11 +175,18 @@ void PageExtraction::end_tag(const PageToken& token) {
     break_tag(token, element, false);
   else
     inline_tag(token, element, false);
+  return_to_protection(token);
 }
 
 void PageExtraction::break_tag(const PageToken& token, const Element& element, bool is_start) {
-  flush();
-  if (is_start) find_values(token, element);
+  flush(is_start ? nullptr : &element);
+  if (is_start) {
+    const StartTag tag = start_tag_of(token, element);
+    surroundings_.start(element, text_.decoded(tag.value("id")));
+    find_values(tag);
+  } else {
+    surroundings_.end(element);
+  }
   write_tag_outside(token.bytes, 0, values_.size());
   values_.clear();
   is_in_text_area_ = is_start && element.kind == ElementKind::kTextArea;
@@ -192,13 +219,13 @@ void PageExtraction::inline_tag(const PageToken& token, const Element& element, 
   item.name_size = token.name.size();
   item.is_server_code = token.bytes.find('<', 1) != std::string_view::npos;
   item.first_value = values_.size();
-  if (is_start) find_values(token, element);
+  if (!is_start) return;
+  const StartTag tag = start_tag_of(token, element);
+  find_values(tag);
   item.value_count = values_.size() - item.first_value;
+  if (const AttributeSpan* const id = tag.find("id")) item.id = {id->value, id->value_end};
   if (element.type != "link") return;
-  const AttributeSpan* const address = attribute(token, "href");
-  if (!is_start || !address) return;
-  item.link = address->value;
-  item.link_end = address->value_end;
+  if (const AttributeSpan* const address = tag.find("href")) item.link = {address->value, address->value_end};
 }
 
 void PageExtraction::protect(const PageToken& token, const Element& element) {
@@ -226,24 +253,52 @@ void PageExtraction::protected_bytes(std::string_view bytes) {
     outside(bytes);
 }
 
-bool PageExtraction::is_left_alone(const PageToken& token) const {
-  return equal_name(attribute_value(token, "translate"), "no");
+// The attribute "translate" of the HTML Standard, and the class that machine translation services honour.
+bool PageExtraction::is_left_alone(const StartTag& tag) const {
+  const std::string_view translate = tag.value("translate");
+  if (equal_name(translate, "no") || is_named(excluded_elements_, tag.token.name)) return true;
+  return !equal_name(translate, "yes") && has_class(tag.value("class"), "notranslate");
 }
 
-const AttributeSpan* PageExtraction::attribute(const PageToken& token, std::string_view name) const {
-  for (const AttributeSpan& attribute : scanner_.attributes())
-    if (equal_name(token.bytes.substr(attribute.name, attribute.name_end - attribute.name), name)) return &attribute;
-  return nullptr;
+// An element that says of itself that it is translated, inside one that is not.
+bool PageExtraction::suspends_protection(const StartTag& tag) const {
+  constexpr std::size_t kMostSuspended = 64;
+  return !protection_.is_foreign && has_content(tag.token, tag.element) && equal_name(tag.value("translate"), "yes") &&
+         suspended_.size() < kMostSuspended && !is_named(excluded_elements_, tag.token.name);
 }
 
-std::string_view PageExtraction::attribute_value(const PageToken& token, std::string_view name) const {
-  const AttributeSpan* const found = attribute(token, name);
-  return found ? token.bytes.substr(found->value, found->value_end - found->value) : std::string_view();
+// Behind the end tag of an element that is translated again.
+void PageExtraction::return_to_protection(const PageToken& token) {
+  if (suspended_.empty() || !equal_name(token.name, suspended_.back().name)) return;
+  if (--suspended_.back().depth != 0) return;
+  if (!suspended_.back().protection.is_inline) flush();
+  protection_ = std::move(suspended_.back().protection);
+  suspended_.pop_back();
 }
 
-void PageExtraction::find_values(const PageToken& token, const Element& element) {
-  if (is_left_alone(token)) return;
-  for (const AttributeSpan& attribute : scanner_.attributes()) {
+// A text of a drawing lies in its code, as an attribute's value lies in a tag.
+void PageExtraction::foreign_text(std::string_view bytes) {
+  const bool fits = paragraph_.size() + bytes.size() <= kLongestParagraph;
+  protected_bytes(bytes);
+  if (!fits || !protection_.is_inline || items_.empty()) return;
+  Item& item = items_.back();
+  const std::size_t end = item.end - item.begin;
+  const std::size_t begin = end - bytes.size();
+  // The text may come in several pieces.
+  if (item.value_count != 0 && values_.back().end == begin) {
+    values_.back().end = end;
+    return;
+  }
+  if (item.value_count == 0) item.first_value = values_.size();
+  values_.push_back({begin, end, PlaceKind::kContent, 0, {}});
+  ++item.value_count;
+}
+
+void PageExtraction::find_values(const StartTag& tag) {
+  if (is_left_alone(tag)) return;
+  const PageToken& token = tag.token;
+  const std::string_view element = tag.element.name;
+  for (const AttributeSpan& attribute : tag.attributes) {
     const std::string_view name = token.bytes.substr(attribute.name, attribute.name_end - attribute.name);
     const Span span = trimmed(token.bytes, attribute.value, attribute.value_end);
     Value value;
@@ -252,25 +307,16 @@ void PageExtraction::find_values(const PageToken& token, const Element& element)
     value.place = attribute.quote == '"'    ? PlaceKind::kDouble
                   : attribute.quote == '\'' ? PlaceKind::kSingle
                                             : PlaceKind::kUnquoted;
-    for (const ReadAttribute& row : kReadAttributes)
-      if (equal_name(name, row.name) && (row.element.empty() || row.element == element.name))
-        value.attribute = row.name;
-    if (element.name == "input" && equal_name(name, "value") && find_name(kButtonTypes, attribute_value(token, "type")))
-      value.attribute = "value";
-    if (element.name == "meta" && equal_name(name, "content")) {
-      if (find_name(kReadMeta, attribute_value(token, "name")) ||
-          find_name(kReadMeta, attribute_value(token, "property")))
-        value.attribute = "content";
-      if (equal_name(attribute_value(token, "http-equiv"), "content-language")) value.computed = kLanguage;
-    }
-    if (element.name == "html" && (equal_name(name, "lang") || equal_name(name, "xml:lang")))
+    value.attribute = attributes_.read_name(tag, attribute);
+    if (element == "meta" && equal_name(name, "content") && equal_name(tag.value("http-equiv"), "content-language"))
       value.computed = kLanguage;
+    if (element == "html" && (equal_name(name, "lang") || equal_name(name, "xml:lang"))) value.computed = kLanguage;
     const bool is_text =
         !value.attribute.empty() && text_.is_visible_value(token.bytes.substr(value.begin, value.end - value.begin));
     if (is_text || value.computed != 0) values_.push_back(value);
   }
-  if (element.name != "meta") return;
-  if (const auto charset = charset_in_meta(token, scanner_.attributes()))
+  if (element != "meta") return;
+  if (const auto charset = charset_in_meta(token, tag.attributes))
     values_.push_back({charset->begin, charset->end, PlaceKind::kDouble, kCharset, ""});
 }
 
@@ -320,198 +366,6 @@ void PageExtraction::add_split(ItemKind kind, std::string_view bytes) {
     flush();
     if (!rest.empty()) add_item(kind, rest);
   }
-}
-
-void PageExtraction::flush() {
-  if (items_.empty()) return;
-  pair_tags();
-  std::size_t first = 0;
-  std::size_t last = 0;
-  const bool has_text = find_core(first, last);
-  const std::size_t core = has_text ? first : items_.size();
-  for (std::size_t i = 0; i < core; ++i) write_outside(items_[i]);
-  if (has_text) {
-    write_segment(first, last);
-    for (std::size_t i = last + 1; i < items_.size(); ++i) write_outside(items_[i]);
-  }
-  paragraph_.clear();
-  items_.clear();
-  values_.clear();
-}
-
-bool PageExtraction::same_name(const Item& a, const Item& b) const {
-  if (a.element != b.element || !a.element->name.empty()) return a.element == b.element;
-  return equal_name(std::string_view(paragraph_).substr(a.begin + 1, a.name_size),
-                    std::string_view(paragraph_).substr(b.begin + 2, b.name_size));
-}
-
-void PageExtraction::pair_tags() {
-  pair_codes(items_, open_tags_, [this](const Item& open, const Item& close) { return same_name(open, close); });
-  for (Item& item : items_)
-    if ((item.kind == ItemKind::kOpen || item.kind == ItemKind::kClose) && item.partner == kNoPartner)
-      item.kind = ItemKind::kCode;
-}
-
-// The items of the segment; false when there is no text.
-bool PageExtraction::find_core(std::size_t& first, std::size_t& last) const {
-  const auto is_text = [&](const Item& item) {
-    return item.kind == ItemKind::kText && text_.is_visible(bytes_of(item), false);
-  };
-  first = 0;
-  while (first < items_.size() && !is_text(items_[first])) ++first;
-  if (first == items_.size()) return false;
-  last = items_.size() - 1;
-  while (!is_text(items_[last])) --last;
-
-  // Server code on the line of the text is a part of the sentence ("<%=n%> files"); on a line of its own it controls
-  // what the page shows.
-  const std::string_view first_text = bytes_of(items_[first]);
-  if (!has_line_end(first_text.substr(0, leading_space(first_text)))) {
-    for (std::size_t i = first; i-- > 0;) {
-      if (has_line_end(bytes_of(items_[i])) || items_[i].type == kLineBreak) break;
-      if (items_[i].kind == ItemKind::kContent) first = i;
-    }
-  }
-  const std::string_view last_text = bytes_of(items_[last]);
-  if (!has_line_end(last_text.substr(last_text.size() - trailing_space(last_text)))) {
-    for (std::size_t i = last + 1; i < items_.size(); ++i) {
-      if (has_line_end(bytes_of(items_[i])) || items_[i].type == kLineBreak) break;
-      if (items_[i].kind == ItemKind::kContent) last = i;
-    }
-  }
-
-  include_partners(items_, first, last);
-  return true;
-}
-
-void PageExtraction::write_segment(std::size_t first, std::size_t last) {
-  std::size_t leading = 0;
-  std::size_t trailing = 0;
-  if (items_[first].kind == ItemKind::kText) leading = leading_space(bytes_of(items_[first]));
-  if (items_[last].kind == ItemKind::kText) trailing = trailing_space(bytes_of(items_[last]));
-  const std::size_t begin = items_[first].begin + leading;
-  const std::size_t end = items_[last].end - trailing;
-  const std::string_view all = paragraph_;
-  outside(all.substr(items_[first].begin, leading));
-  const TextPlace place = place_of_text(all.substr(begin, end - begin));
-  builder_.start(position_.line(), position_.column());
-  builder_.context(to_context(place));
-  for (std::size_t i = first; i <= last; ++i) {
-    const Item& item = items_[i];
-    if (item.kind != ItemKind::kText) {
-      write_code(item);
-      continue;
-    }
-    const std::size_t from = std::max(item.begin, begin);
-    const std::string_view text = all.substr(from, std::min(item.end, end) - from);
-    text_.add(builder_, text, place);
-    advance(text);
-  }
-  sink_.segment(builder_.finish());
-  outside(all.substr(end, trailing));
-}
-
-void PageExtraction::write_code(const Item& item) {
-  const std::string_view bytes = bytes_of(item);
-  if (item.kind == ItemKind::kContent && item.is_server_code) {
-    text_.add_server_code(builder_, bytes);
-    advance(bytes);
-    return;
-  }
-  const CodeKind kind = item.kind == ItemKind::kOpen    ? CodeKind::kOpen
-                        : item.kind == ItemKind::kClose ? CodeKind::kClose
-                                                        : CodeKind::kStandalone;
-  const bool is_content = item.kind == ItemKind::kContent;
-  std::string_view type = item.type;
-  if (is_content) type = "x-untranslated";
-  if (item.kind == ItemKind::kForeign) type = "x-foreign";
-  // XLIFF calls only a pair bold or a link.
-  if (item.element && !item.element->is_void && kind == CodeKind::kStandalone) type = "x-html-tag";
-  const std::string shown = kind == CodeKind::kStandalone ? text_.shown(bytes) : std::string();
-  builder_.begin_code(kind, type, shown, is_content || item.is_server_code);
-  if (kind == CodeKind::kOpen) builder_.equivalent(meaning_of(item));
-  std::size_t at = 0;
-  const auto code_bytes = [&](std::size_t end) {
-    builder_.code_bytes(input_.original(bytes.substr(at, end - at)));
-    advance(bytes.substr(at, end - at));
-    at = end;
-  };
-  for (std::size_t i = 0; i < item.value_count; ++i) {
-    const Value& value = values_[item.first_value + i];
-    code_bytes(value.begin);
-    const std::string_view text = bytes.substr(value.begin, value.end - value.begin);
-    value_builder_.start(position_.line(), position_.column());
-    value_builder_.context(to_context({value.place, {}}));
-    value_builder_.note(value.attribute);
-    text_.add_value(value_builder_, text, {value.place, {}});
-    builder_.nested(sink_.nested_segment(value_builder_.finish()), input_.original(text));
-    advance(text);
-    at = value.end;
-  }
-  code_bytes(bytes.size());
-  builder_.end_code();
-}
-
-// A link is its address, any other tag its name.
-std::string PageExtraction::meaning_of(const Item& item) const {
-  if (item.link_end != 0) return text_.shown(bytes_of(item).substr(item.link, item.link_end - item.link));
-  return "<" + text_.shown(bytes_of(item).substr(1, item.name_size)) + ">";
-}
-
-void PageExtraction::write_outside(const Item& item) {
-  write_tag_outside(bytes_of(item), item.first_value, item.value_count);
-}
-
-void PageExtraction::write_tag_outside(std::string_view tag, std::size_t first_value, std::size_t value_count) {
-  std::size_t at = 0;
-  for (std::size_t i = first_value; i < first_value + value_count; ++i) {
-    const Value& value = values_[i];
-    if (value.begin < at) continue;  // one attribute that declares the coding and is read, too
-    outside(tag.substr(at, value.begin - at));
-    const std::string_view bytes = tag.substr(value.begin, value.end - value.begin);
-    if (value.computed != 0) {
-      sink_.computed(value.computed, input_.original(bytes));
-    } else {
-      value_builder_.start(position_.line(), position_.column());
-      value_builder_.context(to_context({value.place, {}}));
-      value_builder_.note(value.attribute);
-      text_.add_value(value_builder_, bytes, {value.place, {}});
-      sink_.segment(value_builder_.finish());
-    }
-    advance(bytes);
-    at = value.end;
-  }
-  outside(tag.substr(at));
-}
-
-TextPlace PageExtraction::place_of_text(std::string_view bytes) const {
-  TextPlace place{place_, {}};
-  if (!is_in_text_area_ && preformatted_depth_ == 0) return place;
-  const std::size_t line_end = bytes.find_first_of("\r\n");
-  if (line_end == std::string_view::npos || bytes[line_end] == '\n')
-    place.line_end = "\n";
-  else
-    place.line_end = bytes.substr(line_end).starts_with("\r\n") ? "\r\n" : "\r";
-  return place;
-}
-
-void PageExtraction::outside(std::string_view bytes) {
-  if (bytes.empty()) return;
-  sink_.skeleton(input_.original(bytes));
-  advance(bytes);
-}
-
-void PageExtraction::raw_text(std::string_view bytes) {
-  if (is_ascii(bytes)) {
-    outside(bytes);
-    return;
-  }
-  sink_.computed(kRawText, input_.original(bytes));
-  advance(bytes);
-}
-
-void PageExtraction::advance(std::string_view bytes) {
-  position_.advance(bytes, [this](std::string_view part) { return input_.original_size(part); });
 }
 
 }  // namespace kavo::html

@@ -11,7 +11,9 @@
 #include <string_view>
 #include <vector>
 
+#include "common/line_map.h"
 #include "common/progress_event.h"
+#include "formats/html/charset.h"
 #include "formats/html/elements.h"
 #include "formats/html/page_input.h"
 #include "formats/html/tokens.h"
@@ -21,6 +23,8 @@
 #include "suite/filters/filter.h"
 #include "suite/filters/html/html_page_text.h"
 #include "suite/filters/html/html_text_place.h"
+#include "suite/filters/html/text_attributes.h"
+#include "suite/filters/html/text_surroundings.h"
 
 namespace kavo::html {
 
@@ -31,7 +35,7 @@ inline constexpr std::size_t kLongestParagraph = 256 * 1024;  // bytes
 class PageExtraction {
  public:
   // All must outlive the object; `code_page` is the page's.
-  PageExtraction(BlockReader& document, unsigned code_page, ExtractionSink& sink);
+  PageExtraction(BlockReader& document, unsigned code_page, const ConversionSettings& settings, ExtractionSink& sink);
 
   void run(ProgressEvent& progress);
 
@@ -55,8 +59,8 @@ class PageExtraction {
     std::size_t partner = kNoPartner;  // of an opening and its closing tag
     std::size_t first_value = 0;       // in `values_`
     std::size_t value_count = 0;
-    std::size_t link = 0;         // the address in a tag's bytes
-    std::size_t link_end = 0;     // 0 for no link
+    Span link;                    // the address in a tag's bytes, empty for none
+    Span id;                      // the value of "id", likewise
     bool is_server_code = false;  // or holds some
   };
   // A place in a tag that is translated or computed.
@@ -65,7 +69,7 @@ class PageExtraction {
     std::size_t end = 0;
     PlaceKind place = PlaceKind::kDouble;
     unsigned computed = 0;       // its kind, 0 for a text
-    std::string_view attribute;  // of a text, a literal
+    std::string_view attribute;  // of a text: the attribute's name, "" in a drawing
   };
   // Content that is left alone up to the end tag of its element.
   struct Protection {
@@ -76,8 +80,10 @@ class PageExtraction {
     std::size_t depth = 0;  // of elements of that name
   };
 
+  void server_code(std::string_view bytes);
   void start_tag(const PageToken& token);
   void end_tag(const PageToken& token);
+  void comment(const PageToken& token);
   void break_tag(const PageToken& token, const Element& element, bool is_start);
   void inline_tag(const PageToken& token, const Element& element, bool is_start);
   void enter_element(const Element& element);
@@ -85,19 +91,29 @@ class PageExtraction {
   bool ends_protection(const Element& element) const;
   void protected_bytes(std::string_view bytes);
 
-  bool is_left_alone(const PageToken& token) const;
-  void find_values(const PageToken& token, const Element& element);
-  // The first attribute of the start tag with a name, null for none.
-  const AttributeSpan* attribute(const PageToken& token, std::string_view name) const;
-  std::string_view attribute_value(const PageToken& token, std::string_view name) const;
+  const Element& element_of(std::string_view name) const;
+  StartTag start_tag_of(const PageToken& token, const Element& element) const {
+    return {token, element, scanner_.attributes()};
+  }
+  bool is_left_alone(const StartTag& tag) const;
+  bool suspends_protection(const StartTag& tag) const;
+  void return_to_protection(const PageToken& token);
+  void foreign_text(std::string_view bytes);
+  void find_values(const StartTag& tag);
 
   void add_split(ItemKind kind, std::string_view bytes);
   Item& add_item(ItemKind kind, std::string_view bytes);
-  void flush();
+  // Ends the paragraph. `ends_at` is the element whose end tag does, null for anything else.
+  void flush(const Element* ends_at = nullptr);
   void pair_tags();
   bool same_name(const Item& a, const Item& b) const;
   bool find_core(std::size_t& first, std::size_t& last) const;
-  void write_segment(std::size_t first, std::size_t last);
+  void write_segment(std::size_t first, std::size_t last, std::string_view name);
+  std::string name_around(std::size_t first, std::size_t last) const;
+  bool has_text(Value& value, std::string_view bytes) const;
+  // The segment of an attribute's value, or of a text in a drawing; `tag` is all of it.
+  const Segment& segment_of(const Value& value, std::string_view tag);
+  void lock_without_words(SegmentBuilder& builder, std::string_view note);
   void write_code(const Item& item);
   std::string meaning_of(const Item& item) const;
   void write_outside(const Item& item);
@@ -117,7 +133,9 @@ class PageExtraction {
   PageInput input_;
   TextCoding coding_;         // of the page
   TextCoding window_coding_;  // of the input's window
+  TextPatterns patterns_;
   TokenScanner scanner_;
+  PlaceholderScripts scripts_;
   PageText text_;
   ExtractionSink& sink_;
   SegmentBuilder builder_;
@@ -131,6 +149,21 @@ class PageExtraction {
   bool is_in_text_area_ = false;
   std::size_t preformatted_depth_ = 0;
   Protection protection_;
+  // What lies around an element that is translated again inside it, the innermost last.
+  struct Suspended {
+    Protection protection;
+    std::string name;  // of the element that is translated again
+    std::size_t depth = 0;
+  };
+  std::vector<Suspended> suspended_;
+  bool in_foreign_text_ = false;  // in an element of a drawing whose text people read
+
+  TextAttributes attributes_;
+  TextSurroundings surroundings_;
+  LineMap author_lines_;
+  std::vector<std::string> inline_elements_;    // what a user takes for a part of the text
+  std::vector<std::string> excluded_elements_;  // what a user leaves alone
+  bool opens_codes_;                            // a text of codes and numbers is open, too
 
   DocumentPlace position_;
 };

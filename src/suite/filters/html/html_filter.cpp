@@ -43,7 +43,7 @@ void HtmlFilter::extract(BlockReader& document, const ConversionSettings& settin
   sink.begin(facts);
   sink.skeleton(document.window().substr(0, coding.mark_size));
   document.consume(coding.mark_size);
-  html::PageExtraction(document, facts.code_page, sink).run(progress);
+  html::PageExtraction(document, facts.code_page, settings, sink).run(progress);
 }
 
 void HtmlFilter::write_segment(const Hole& hole, std::string_view translation, std::string& bytes) {

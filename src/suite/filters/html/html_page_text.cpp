@@ -66,10 +66,33 @@ std::size_t trailing_space(std::string_view text) {
 }
 
 void PageText::add(SegmentBuilder& builder, std::string_view bytes, const TextPlace& place) {
+  std::size_t done = 0;
+  for (std::size_t from = 0;;) {
+    const TextPattern next = patterns_.find(bytes, from);
+    if (next.size == 0) break;
+    from = next.begin + 1;
+    // A sign that is the second byte of a character begins nothing.
+    if (coding_.incomplete_tail(bytes.substr(done, next.begin - done)) != 0) continue;
+    if (next.begin > done) add_plain(builder, bytes.substr(done, next.begin - done), place);
+    from = done = next.begin + next.size;
+    const std::string_view code = bytes.substr(next.begin, next.size);
+    builder.add_code(CodeKind::kStandalone, next.type, shown(code), input_.original(code));
+  }
+  if (done < bytes.size()) add_plain(builder, bytes.substr(done), place);
+}
+
+void PageText::look_for_words(std::string_view bytes) {
+  const auto is_letter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); };
+  has_words_ = has_words_ || std::ranges::any_of(bytes, is_letter) || has_letter(decoded(bytes));
+}
+
+void PageText::add_plain(SegmentBuilder& builder, std::string_view bytes, const TextPlace& place) {
   std::size_t plain = 0;  // where the run begins that needs no change
   std::size_t at = 0;
   const auto flush = [&] {
-    if (at > plain) builder.add_text(input_.original(bytes.substr(plain, at - plain)));
+    if (at == plain) return;
+    look_for_words(bytes.substr(plain, at - plain));
+    builder.add_text(input_.original(bytes.substr(plain, at - plain)));
   };
   while (at < bytes.size()) {
     const char c = bytes[at];
@@ -130,6 +153,7 @@ void PageText::add_reference(SegmentBuilder& builder, std::string_view bytes, co
     builder.add_code(CodeKind::kStandalone, "x-entity", bytes, input_.original(bytes));
   else
     builder.add_text(text, input_.original(bytes));
+  has_words_ = has_words_ || has_letter(text);
 }
 
 void PageText::add_value(SegmentBuilder& builder, std::string_view bytes, const TextPlace& place) {
@@ -140,17 +164,30 @@ void PageText::add_value(SegmentBuilder& builder, std::string_view bytes, const 
 
 void PageText::add_server_code(SegmentBuilder& builder, std::string_view bytes) {
   builder.add_code(CodeKind::kStandalone, "x-script", shown(bytes), input_.original(bytes), true);
+  builder.equivalent(shown(scripts_.meaning(bytes)));
 }
 
-std::string PageText::shown(std::string_view bytes) const {
+std::string PageText::shown(std::string_view bytes) const { return decoded(bytes.substr(0, kMostShown)); }
+
+std::string PageText::decoded(std::string_view bytes) const {
   std::string text;
-  bytes = bytes.substr(0, kMostShown);
   while (!bytes.empty()) {
     bytes.remove_prefix(coding_.decode_run(bytes, text));
     if (bytes.empty()) break;
     text += '?';
     bytes.remove_prefix(1);
   }
+  return text;
+}
+
+std::string PageText::shown_value(std::string_view bytes) const {
+  std::string text;
+  for_each_part(
+      bytes, [&](std::string_view part) { text += shown(part); },
+      [&](std::string_view code) {
+        const std::string meaning = scripts_.meaning(code);
+        text += shown(meaning.empty() ? code : meaning);
+      });
   return text;
 }
 

@@ -8,6 +8,8 @@
 #include "formats/text/text_coding.h"
 #include "suite/document/segment.h"
 #include "suite/filters/html/html_text_place.h"
+#include "suite/filters/html/placeholder_scripts.h"
+#include "suite/filters/text_patterns.h"
 
 namespace kavo::html {
 
@@ -18,25 +20,40 @@ std::size_t trailing_space(std::string_view text);
 class PageText {
  public:
   // All must outlive the object. `coding` is that of the window's bytes.
-  PageText(PageInput& input, const TextCoding& coding) : input_(input), coding_(coding) {}
+  PageText(PageInput& input, const TextCoding& coding, PlaceholderScripts& scripts, const TextPatterns& patterns)
+      : input_(input), coding_(coding), scripts_(scripts), patterns_(patterns) {}
 
   // Adds a text without tags. In preformatted text each line end becomes LF, elsewhere each run of white space a blank.
+  // Patterns become codes.
   void add(SegmentBuilder& builder, std::string_view bytes, const TextPlace& place);
   // The same, with server code in it as codes.
   void add_value(SegmentBuilder& builder, std::string_view bytes, const TextPlace& place);
   void add_server_code(SegmentBuilder& builder, std::string_view bytes);
+  // In UTF-8; "?" stands for what is invalid.
+  std::string decoded(std::string_view bytes) const;
   // What a translator sees of a code.
   std::string shown(std::string_view bytes) const;
+  // The same of a value, with the scripts that stand in it.
+  std::string shown_value(std::string_view bytes) const;
+
+  // Whether what was added since the last call of the other one holds a letter.
+  bool has_words() const { return has_words_; }
+  void has_words(bool value) { has_words_ = value; }
 
   // Whether people see any of it: the same as SegmentBuilder::has_text() after add() or add_value().
   bool is_visible(std::string_view bytes, bool is_attribute) const;
   bool is_visible_value(std::string_view bytes) const;
 
  private:
+  void add_plain(SegmentBuilder& builder, std::string_view bytes, const TextPlace& place);
+  void look_for_words(std::string_view bytes);
   void add_reference(SegmentBuilder& builder, std::string_view bytes, const std::string& text);
 
   PageInput& input_;
   const TextCoding& coding_;
+  PlaceholderScripts& scripts_;
+  const TextPatterns& patterns_;
+  bool has_words_ = false;
 };
 
 }  // namespace kavo::html

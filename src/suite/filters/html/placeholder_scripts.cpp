@@ -1,0 +1,182 @@
+#include "suite/filters/html/placeholder_scripts.h"
+
+#include <algorithm>
+#include <charconv>
+
+#include "common/document_names.h"
+#include "common/path_parts.h"
+#include "formats/html/elements.h"
+#include "formats/html/script_marker.h"
+#include "formats/script/control_flow.h"
+#include "platform/case_fold.h"
+#include "platform/ports.h"
+#include "platform/unicode.h"
+#include "suite/filters/document_facts.h"
+
+namespace kavo::html {
+namespace {
+
+// A longer block is not looked into.
+constexpr std::size_t kLongestBlock = 256 * 1024;  // bytes
+
+// Enough of a script to recognise it.
+constexpr std::size_t kLongestMeaning = 80;  // bytes
+
+// The number in a placeholder, 0 for anything else.
+std::uint64_t number_of(std::string_view marker) {
+  if (!marker.starts_with(placeholder::kMarker)) return 0;
+  marker.remove_prefix(placeholder::kMarker.size());
+  if (marker.empty() || marker.front() != ' ') return 0;
+  std::uint64_t number = 0;
+  std::from_chars(marker.data() + 1, marker.data() + marker.size(), number);
+  return number;
+}
+
+script::Language language_of_page(const ConversionSettings& settings) {
+  PageNames names;
+  names.html = settings.document;
+  complete_from_html(names);
+  const std::u16string page = settings.author_document.empty() ? names.page : settings.author_document;
+  const script::Language language = script::language_of_extension(to_utf8(ascii_lower(extension_of(page))));
+  // A page of any other name is most likely one of ASP.
+  return language == script::Language::kUnknown ? script::Language::kVbScript : language;
+}
+
+// On one line, the end kept: "<% If a Then ... %>".
+std::string shortened(std::string_view script, const TextCoding& coding) {
+  std::string line;
+  for (const char c : script) {
+    if (line.size() > 4 * kLongestMeaning) break;
+    if (!is_html_space(c))
+      line += c;
+    else if (!line.ends_with(' '))
+      line += ' ';
+  }
+  if (line.size() <= kLongestMeaning) return line;
+  line.resize(kLongestMeaning);
+  line.resize(line.size() - coding.incomplete_tail(line));
+  line += "...";
+  if (script.ends_with("%>") || script.ends_with("?>")) (line += ' ') += script.substr(script.size() - 2);
+  return line;
+}
+
+}  // namespace
+
+std::uint64_t MarkerReader::next(std::string* before) {
+  constexpr std::size_t kMostDigits = 24;
+  for (;;) {
+    const std::string_view window = file_.window();
+    const std::size_t place = window.find(placeholder::kMarker);
+    const std::size_t needed = place + placeholder::kMarker.size() + kMostDigits;
+    if (place == std::string_view::npos || (needed > window.size() && !file_.exhausted())) {
+      const std::size_t kept = std::min(window.size(), placeholder::kMarker.size() - 1);
+      consume(std::min(place, window.size() - kept), before);
+      if (file_.more()) continue;
+      if (place == std::string_view::npos) {
+        consume(file_.window().size(), before);
+        return 0;
+      }
+      continue;
+    }
+    const bool begins_line = script::ends_line(place == 0 ? last_ : window[place - 1]);
+    const std::uint64_t number = is_script_file_ && !begins_line ? 0 : number_of(window.substr(place));
+    consume(place, before);
+    if (number == 0) {
+      consume(1, before);
+      continue;
+    }
+    consume(placeholder::kMarker.size(), nullptr);
+    return number;
+  }
+}
+
+void MarkerReader::consume(std::size_t size, std::string* before) {
+  if (size == 0) return;
+  const std::string_view bytes = file_.window().substr(0, size);
+  last_ = bytes.back();
+  if (before && before->size() <= kLongestBlock) *before += bytes;
+  file_.consume(size);
+}
+
+PlaceholderScripts::PlaceholderScripts(const ConversionSettings& settings, const TextCoding& coding)
+    : coding_(coding), languages_(language_of_page(settings)) {
+  open(settings);
+}
+
+void PlaceholderScripts::open(const ConversionSettings& settings) {
+  std::u16string script_file = to_utf16(fact(settings.options, kCompanion));
+  if (script_file.empty()) {
+    PageNames names;
+    names.html = settings.document;
+    complete_from_html(names);
+    script_file = names.script;
+  }
+  MarkerReader page(settings.document, false);
+  const auto info = ports().files->info(script_file);
+  std::u16string problem;
+  if (info && !info->is_folder) {
+    MarkerReader scripts(script_file, true);
+    for (std::uint64_t number = 1;; ++number) {
+      const std::uint64_t in_page = page.next();
+      const std::uint64_t in_scripts = scripts.next();
+      if (in_page == 0 && in_scripts == 0) {
+        file_.emplace(script_file, true);
+        file_->next();
+        return;
+      }
+      if (in_page == number && in_scripts == number) continue;
+      problem = file_name_of(script_file) + u" does not hold the scripts of " + file_name_of(settings.document);
+      break;
+    }
+  } else if (page.next() != 0) {
+    problem = u"there is no " + file_name_of(script_file) + u" with the scripts of " + file_name_of(settings.document);
+  }
+  if (!problem.empty() && settings.tell)
+    settings.tell({problem + u": its placeholders are shown as numbers, and conditions do not end a text. Prepare the "
+                             u"page anew"});
+}
+
+std::string PlaceholderScripts::meaning(std::string_view server_code) {
+  if (number_of(server_code) == 0)
+    return server_code.starts_with(placeholder::kMarker) ? std::string() : shortened(server_code, coding_);
+  const Script* const script = find(server_code);
+  return script ? script->meaning : std::string();
+}
+
+bool PlaceholderScripts::divides(std::string_view server_code) {
+  if (server_code.starts_with(placeholder::kMarker)) {
+    const Script* const script = find(server_code);
+    return script && script->divides;
+  }
+  return server_code.size() <= kLongestBlock && script_of(server_code).divides;
+}
+
+const PlaceholderScripts::Script* PlaceholderScripts::find(std::string_view marker) {
+  const std::uint64_t number = number_of(marker);
+  if (!file_ || number < first_) return nullptr;
+  while (first_ + read_.size() <= number) {
+    block_.clear();
+    const bool is_last = file_->next(&block_) == 0;
+    if (is_last && block_.empty()) return nullptr;
+    std::string_view block = block_;
+    // What is left of the placeholder's line.
+    block.remove_prefix(std::min(block.find_first_of("\r\n"), block.size()));
+    while (!block.empty() && script::ends_line(block.front())) block.remove_prefix(1);
+    while (!block.empty() && script::ends_line(block.back())) block.remove_suffix(1);
+    read_.push_back(script_of(block));
+  }
+  return &read_[static_cast<std::size_t>(number - first_)];
+}
+
+PlaceholderScripts::Script PlaceholderScripts::script_of(std::string_view block) {
+  Script script;
+  script.meaning = shortened(block, coding_);
+  if (block.size() > kLongestBlock) return script;
+  pieces_.clear();
+  languages_.add_block(block, 0, block.size(), pieces_);
+  script.divides =
+      std::ranges::any_of(pieces_, [&](const script::Piece& piece) { return script::divides_page(block, piece); });
+  return script;
+}
+
+}  // namespace kavo::html

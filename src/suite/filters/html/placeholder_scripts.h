@@ -1,0 +1,72 @@
+// The scripts that the placeholders of a page stand for, read from the script file that was made with the page.
+//
+// Both files hold the same placeholders in the same order, so the script file is read alongside the page, block by
+// block: memory holds the scripts of one paragraph. Where the two do not agree nothing is known of any placeholder:
+// a wrong script beside a text is worse than none.
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "common/block_reader.h"
+#include "formats/script/page_scripts.h"
+#include "formats/text/text_coding.h"
+#include "suite/filters/filter.h"
+
+namespace kavo::html {
+
+// Finds placeholders in a file, one after the other.
+class MarkerReader {
+ public:
+  // `is_script_file`: there a placeholder begins a line. Throws `failure`.
+  MarkerReader(std::u16string_view path, bool is_script_file) : file_(path), is_script_file_(is_script_file) {}
+  // The number of the next one, 0 at the end. What stands before it is appended to `before` up to a few hundred KB,
+  // nowhere when that is null.
+  std::uint64_t next(std::string* before = nullptr);
+
+ private:
+  void consume(std::size_t size, std::string* before);
+
+  BlockReader file_;
+  bool is_script_file_;
+  char last_ = '\n';  // before the window
+};
+
+class PlaceholderScripts {
+ public:
+  // Of the page that is converted, whose bytes are in `coding`; it must outlive the object. The script file is the
+  // companion, else the one beside the page.
+  PlaceholderScripts(const ConversionSettings& settings, const TextCoding& coding);
+
+  // What a placeholder or server code stands for, in short, in the page's coding; "" when it is not known.
+  std::string meaning(std::string_view server_code);
+  // Whether it decides which part of the page is sent: the text behind it does not go on with the one before it.
+  bool divides(std::string_view server_code);
+  // What was read so far is not asked for again.
+  void forget() {
+    first_ += read_.size();
+    read_.clear();
+  }
+
+ private:
+  struct Script {
+    std::string meaning;
+    bool divides = false;
+  };
+  void open(const ConversionSettings& settings);
+  const Script* find(std::string_view marker);
+  Script script_of(std::string_view block);
+
+  const TextCoding& coding_;
+  script::PageScripts languages_;
+  std::vector<script::Piece> pieces_;
+  std::optional<MarkerReader> file_;
+  std::uint64_t first_ = 1;  // number of the first script in read_
+  std::deque<Script> read_;
+  std::string block_;
+};
+
+}  // namespace kavo::html
