@@ -125,16 +125,6 @@ bool is_untrusted_link(const struct stat& link, const std::string& path) {
          link.st_uid != parent->st_uid;
 }
 
-// The entries whose name is `name` apart from case; nothing when only a look at every name can find them.
-std::optional<std::vector<std::u16string>> find_in_large_folder(const std::string& folder, std::u16string_view name) {
-  const std::string host = path_to_host(name);
-  const std::optional<std::size_t> spellings = spellings_in_large_folder(folder, host);
-  if (spellings == std::size_t{0}) return std::vector<std::u16string>();
-  const bool is_only_one = spellings == std::size_t{1} && status_of(folder + "/" + host, false).has_value();
-  if (!is_only_one) return std::nullopt;
-  return std::vector<std::u16string>{std::u16string(name)};
-}
-
 class PosixFiles final : public FileSystem {
  public:
   std::unique_ptr<File> open(std::u16string_view path, Access access) override {
@@ -178,11 +168,12 @@ class PosixFiles final : public FileSystem {
     const std::size_t split = separator == std::u16string_view::npos ? 0 : separator + 1;
     const std::string folder = split == 0 ? "." : resolve(pattern.substr(0, split));
     const std::u16string_view wanted = pattern.substr(split);
-    if (wanted.find_first_of(u"*?") == std::u16string_view::npos) {
-      const std::optional<std::vector<std::u16string>> known = find_in_large_folder(folder, wanted);
-      if (known) return *known;
-    }
     std::vector<std::u16string> names;
+    const bool is_one_name = wanted.find_first_of(u"*?") == std::u16string_view::npos;
+    if (const auto kept = is_one_name ? spellings_in_large_folder(folder, path_to_host(wanted)) : std::nullopt) {
+      for (const std::string& name : *kept) names.push_back(path_from_host(name));
+      return names;
+    }
     for_each_entry(folder, [&](const char* entry) {
       std::u16string name = path_from_host(entry);
       if (name != u"." && name != u".." && matches_wildcard(name, wanted)) names.push_back(std::move(name));

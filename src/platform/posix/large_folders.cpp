@@ -1,5 +1,5 @@
-// A folder is identified by its volume and number, so that one that was moved or replaced is not mistaken for another.
-// When notes (inotify's events) were lost or cannot be read, everything is forgotten and folders are listed again.
+// A folder is known by its volume and number, so that one that was moved or replaced is not taken for another. When
+// notes were lost, or cannot be read, everything is forgotten and folders are listed again.
 #include "platform/posix/large_folders.h"
 
 #include <sys/inotify.h>
@@ -11,6 +11,7 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstring>
+#include <exception>
 #include <exception>
 #include <iterator>
 #include <mutex>
@@ -29,7 +30,7 @@ constexpr std::size_t kMostFolders = 16;
 constexpr std::uint32_t kAppears = IN_CREATE | IN_MOVED_TO;
 constexpr std::uint32_t kGoes = IN_DELETE | IN_MOVED_FROM;
 
-// The types of statfs(2) that only this machine changes: ext2 to ext4, XFS, Btrfs, F2FS, ZFS, tmpfs, overlay.
+// ext2 to ext4, XFS, Btrfs, F2FS, ZFS, tmpfs, overlay: what statfs(2) says of volumes that only this machine changes.
 constexpr std::uint32_t kLocalVolumes[] = {0xEF53,     0x58465342, 0x9123683E, 0xF2F52010,
                                            0x2FC12FC1, 0x01021994, 0x794C7630};
 
@@ -45,15 +46,23 @@ class Folder {
 
   int watch() const { return watch_; }
   bool is(const struct stat& status) const { return status.st_dev == volume_ && status.st_ino == number_; }
-  std::size_t spellings_of(const std::string& name) const { return names_.count(spelling_hash(name)); }
+  std::vector<std::string> spellings_of(const std::string& name) const {
+    const std::u16string wanted = to_utf16(name);
+    std::vector<std::string> found;
+    const auto [begin, end] = names_.equal_range(spelling_hash(name));
+    for (auto entry = begin; entry != end; ++entry)
+      if (equal_ignoring_case(to_utf16(entry->second), wanted)) found.push_back(entry->second);
+    std::ranges::sort(found);
+    return found;
+  }
 
   void add(const std::string& name) {
-    remove(name);  // a file renamed over this name brings no note that the old one is gone
-    names_.emplace(spelling_hash(name), fnv_hash(name));
+    remove(name);  // what is renamed over a name does not remove it
+    names_.emplace(spelling_hash(name), name);
   }
   void remove(const std::string& name) {
     const auto [begin, end] = names_.equal_range(spelling_hash(name));
-    const auto found = std::find_if(begin, end, [&](const auto& entry) { return entry.second == fnv_hash(name); });
+    const auto found = std::find_if(begin, end, [&](const auto& entry) { return entry.second == name; });
     if (found != end) names_.erase(found);
   }
 
@@ -67,12 +76,12 @@ class Folder {
   int watch_;
   dev_t volume_;
   ino_t number_;
-  std::unordered_multimap<std::uint64_t, std::uint64_t> names_;  // the hash of the name, by the hash of its upper case
+  std::unordered_multimap<std::uint64_t, std::string> names_;  // by the hash that all spellings have
 };
 
 class LargeFolders {
  public:
-  std::optional<std::size_t> spellings(const std::string& folder, const std::string& name) {
+  std::optional<std::vector<std::string>> spellings(const std::string& folder, const std::string& name) {
     if (folders_.empty()) return std::nullopt;
     struct stat status;
     if (::stat(folder.c_str(), &status) != 0) return std::nullopt;
@@ -91,8 +100,8 @@ class LargeFolders {
     struct stat status;
     if (::stat(folder.c_str(), &status) != 0) return forget();
     std::erase_if(folders_, [&](const Folder& each) { return each.watch() == watch; });
-    // Changes from here on are noted. A note says whether the name is there or gone in the end, so it does not matter
-    // whether the listing has seen the change.
+    // What changes from here on is noted, and a note says how a name ends, so that it does not matter whether the
+    // listing has seen the change.
     Folder& kept = folders_.emplace_back(watch, status);
     for_each_entry(folder, [&](const std::string& name) {
       if (name != "." && name != "..") kept.add(name);
@@ -148,7 +157,7 @@ Shared& shared() {
   return object;
 }
 
-// When a step fails, everything is forgotten: the notes that it read will not come again.
+// What a step could not finish is forgotten: its notes are read already.
 template <class Step>
 auto on_large_folders(Step&& step) noexcept {
   const std::lock_guard guard(shared().mutex);
@@ -162,7 +171,8 @@ auto on_large_folders(Step&& step) noexcept {
 
 }  // namespace
 
-std::optional<std::size_t> spellings_in_large_folder(const std::string& folder, const std::string& name) noexcept {
+std::optional<std::vector<std::string>> spellings_in_large_folder(const std::string& folder,
+                                                                  const std::string& name) noexcept {
   return on_large_folders([&](LargeFolders& folders) { return folders.spellings(folder, name); });
 }
 

@@ -1,25 +1,26 @@
-// Remembers the names in large folders, to find a name whose case does not matter.
+// Which names the large folders of this host hold when case does not count.
 //
-// Only a look at every name of a folder shows that no spelling of a name exists, and a run needs to know that a hundred
-// times for each document. So the names of a large folder are kept as hashes. inotify(7) keeps them current: it reports
-// a change before the call that changed the folder returns, whichever process made the call. Folders on volumes that
-// other machines can change are not kept, because inotify does not report those changes.
+// Nothing but a look at every name says that no spelling of a name exists, and a run asks that a hundred times for each
+// document. So the names of a large folder are kept, and the system's own notes (inotify(7)) keep them current: a note is
+// there before the call that changed the folder returns, whichever process made it. A folder on a volume that other
+// machines change without such notes is not kept.
 #pragma once
 
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace kavo {
 
-// With fewer names, listing a folder is as fast as keeping it.
+// Folders with fewer names are listed as fast as they are kept.
 inline constexpr std::size_t kLargeFolder = 64;
 
-// How many names in the folder are `name` or differ from it in case only; nothing for a folder that is not kept. Never
-// throws.
-std::optional<std::size_t> spellings_in_large_folder(const std::string& folder, const std::string& name) noexcept;
+// The names of the folder that are `name` when case does not count, in the order of bytes; nothing for a folder that is
+// not kept. Never throws.
+std::optional<std::vector<std::string>> spellings_in_large_folder(const std::string& folder, const std::string& name) noexcept;
 
-// Keeps the names of a folder from now on, if possible. Never throws.
+// Keeps the names of a folder from now on, where that can be done. Never throws.
 void keep_large_folder(const std::string& folder) noexcept;
 
 }  // namespace kavo

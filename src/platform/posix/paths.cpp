@@ -33,8 +33,8 @@ struct CloseFolder {
 
 // The first entry, in the order of bytes, that is `name` when case does not count.
 std::optional<std::string> find_ignoring_case(const std::string& folder, const std::string& name) {
-  const std::optional<std::size_t> spellings = spellings_in_large_folder(folder, name);
-  if (spellings == std::size_t{0}) return std::nullopt;
+  if (const auto kept = spellings_in_large_folder(folder, name))
+    return kept->empty() ? std::nullopt : std::optional(kept->front());
   const std::u16string wanted = to_utf16(name);
   std::optional<std::string> best;
   std::size_t entries = 0;
@@ -42,7 +42,7 @@ std::optional<std::string> find_ignoring_case(const std::string& folder, const s
     ++entries;
     if ((!best || entry < *best) && equal_ignoring_case(to_utf16(entry), wanted)) best = entry;
   });
-  if (!spellings && entries >= kLargeFolder) keep_large_folder(folder);
+  if (entries >= kLargeFolder) keep_large_folder(folder);
   return best;
 }
 
