@@ -45,6 +45,11 @@ class Prepare final : public Verb {
         ->type_name("WHICH")
         ->check(CLI::IsMember({"likely", "all", "none"}));
     app.add_flag("--fresh", fresh_, "Start anew: take nothing over from bilingual documents that are there");
+    app.add_option("--paragraphs", paragraphs_,
+                   "What is one text of a text file: a line (lines), what stands between empty lines (blank), or what "
+                   "its lines look like (auto)")
+        ->type_name("WHICH")
+        ->check(CLI::IsMember({"lines", "blank", "auto"}));
     app.add_flag("--overwrite", overwrite_,
                  "Replace files in the way that were not made of this document, and what a resource script already has "
                  "in the target language");
@@ -66,6 +71,7 @@ class Prepare final : public Verb {
     }
     if (overwrite_) options["overwrite"] = "on";
     if (!scripts_.empty()) options["scripts.offer"] = scripts_;
+    if (!paragraphs_.empty()) options["text.paragraphs"] = paragraphs_;
     for (const auto& [key, value] : options) languages_.filter_options += to_utf16(key + "=" + value + "\n");
     languages_.source = to_utf16(source_);
     languages_.target = to_utf16(target_);
@@ -164,6 +170,7 @@ class Prepare final : public Verb {
   std::string target_;
   std::string target_code_page_;
   std::string scripts_;
+  std::string paragraphs_;
   bool overwrite_ = false;
   bool no_repair_ = false;
   bool fresh_ = false;

@@ -12,6 +12,7 @@
 #include "common/same_file.h"
 #include "driver/document_files.h"
 #include "driver/target_build.h"
+#include "driver/utf16_page.h"
 #include "html/scripts/clsASP2HTML.h"
 #include "mif/clsMIFUtilities.h"
 #include "mif/object_file.h"
@@ -92,9 +93,15 @@ bool PostProcessing::RestoreScripts() {
   part.borrow(script);
   rebuild(name_.script_tud(), script);
 
+  std::u16string page = result_;
+  unsigned utf16 = 0;
+  if (is_utf16_page(result_)) {
+    page = run_.scratch_path(u"utf8-" + std::u16string(file_name_of(result_)));
+    utf16 = write_as_utf8(result_, page);
+  }
   clsASP2HTML scripts;
   scripts.Progress([&](std::int16_t percent) { observer_.tell_progress(document_, percent); });
-  scripts.HTMFile(result_);
+  scripts.HTMFile(page);
   scripts.SCRFile(script);
   scripts.ASPFile(run_.scratch_path(file_name_of(document_)));
   scripts.refuse_gaps(refuses_gaps_);
@@ -103,6 +110,7 @@ bool PostProcessing::RestoreScripts() {
   if (restored)
     for (const Message& warning : scripts.warnings()) observer_.tell(warning);
   result_ = scripts.ASPFile();
+  if (restored && utf16 != 0) turn_into_utf16(result_, utf16);
   part.commit();
   return restored;
 }

@@ -11,6 +11,7 @@
 #include "common/pending_file.h"
 #include "common/program_settings.h"
 #include "driver/document_files.h"
+#include "driver/utf16_page.h"
 #include "html/repair/clsHTMLValidate.h"
 #include "html/scripts/clsASP2HTML.h"
 #include "mif/clsMIFUtilities.h"
@@ -68,6 +69,7 @@ class PreparationRun {
       refuse_twin(source_);
       if (failure_code == kMifFailed) keep_backup();
       FolderRun run(source_, observer_.report());
+      run_ = &run;
       is_prepared = (this->*step)();
       if (is_prepared) run.commit();
     } catch (const failure& reason) {
@@ -87,9 +89,26 @@ class PreparationRun {
   }
 
   bool PrepareHTML() {
+    if (!is_utf16_page(source_)) return prepare_page(source_);
+    const std::u16string copy = run_->scratch_path(file_name_of(source_));
+    const unsigned code_page = write_as_utf8(source_, copy);
+    if (!prepare_page(copy)) return false;
+    turn_into_utf16(result_.files[0].file_name, code_page);
+    mark_as_utf8(result_.files[1].file_name);
+    result_.origin = {};  // its places are those of the copy
+    return true;
+  }
+
+  // `page` is the source, or what stands for it.
+  bool prepare_page(const std::u16string& page) {
+    PageNames names;
+    names.page = source_;
+    complete_from_page(names);
     clsASP2HTML scripts;
     scripts.Progress([&](std::int16_t percent) { observer_.tell_progress(source_, percent / 2); });
-    scripts.ASPFile(source_);
+    scripts.ASPFile(page);
+    scripts.HTMFile(names.html);
+    scripts.SCRFile(names.script);
     scripts.follow(&result_.origin.protected_page, &result_.origin.script);
     const std::int32_t protection = scripts.ASP2HTML();
     observer_.tell_all_after_heading(scripts.ErrorList());
@@ -103,18 +122,18 @@ class PreparationRun {
     validation.Filename(scripts.HTMFile());
     if (html_tags_) validation.Tags(*html_tags_);
     validation.ends_in_script(scripts.ends_in_script());
-    std::optional<LineIndex> lines;  // of the source
+    std::optional<LineIndex> lines;  // of the page, which is read for it when there is something to report
     validation.origin([&](std::uint64_t place) {
-      if (!lines) lines.emplace(source_);
+      if (!lines) lines.emplace(page);
       return lines->place_of(result_.origin.of_protected_page(place));
     });
     validation.follow(&result_.origin.repair);
     const std::int32_t repair = validation.HTMLValidate();
     observer_.tell_all_after_heading(validation.ErrorList());
-    if (!lines) lines.emplace(source_);
+    if (!lines) lines.emplace(page);
     const PageOrigin& origin = result_.origin;
-    const CopyTrail page = trail_of_both(origin.protected_page, origin.repair);
-    result_.files[0].author_lines = LineMap(scripts.HTMFile(), page, *lines).text();
+    const CopyTrail both = trail_of_both(origin.protected_page, origin.repair);
+    result_.files[0].author_lines = LineMap(scripts.HTMFile(), both, *lines).text();
     result_.files[1].author_lines = LineMap(scripts.SCRFile(), origin.script, *lines).text();
     return repair <= 0;
   }
@@ -153,6 +172,7 @@ class PreparationRun {
   const bool repairs_;
   PreparationBatch& batch_;
   const RunObserver& observer_;
+  FolderRun* run_ = nullptr;  // that the step is in
   PreparationResult result_;
 };
 

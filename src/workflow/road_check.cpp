@@ -8,6 +8,7 @@
 #include "common/path_parts.h"
 #include "common/pending_file.h"
 #include "driver/filter_run.h"
+#include "driver/utf16_page.h"
 #include "html/scripts/clsASP2HTML.h"
 #include "platform/failure.h"
 #include "platform/ports.h"
@@ -126,8 +127,15 @@ class RoadCheck {
       copy_file(file, copy);
       return copy;
     };
+    std::u16string page = copied(produced[0].file_name);
+    unsigned utf16 = 0;
+    if (is_utf16_page(page)) {
+      const std::u16string utf8 = folder + u"\\utf8-" + file_name_of(page);
+      utf16 = write_as_utf8(page, utf8);
+      page = utf8;
+    }
     clsASP2HTML scripts;
-    scripts.HTMFile(copied(produced[0].file_name));
+    scripts.HTMFile(page);
     scripts.SCRFile(copied(produced[1].file_name));
     scripts.ASPFile(folder + u"\\" + file_name_of(plain.path));
     if (scripts.HTML2ASP() != 0) {
@@ -136,6 +144,7 @@ class RoadCheck {
       throw failure(FailureNumber::kInvalidCall,
                     to_utf16("The scripts cannot be restored: " + message_text(reason, path_to_host(document_))));
     }
+    if (utf16 != 0) turn_into_utf16(scripts.ASPFile(), utf16);
     return scripts.ASPFile();
   }
 

@@ -35,13 +35,55 @@ TEST_F(TudCommand, PrepareConvertsEveryProducedFile) {
   EXPECT_EQ(ran.output, path(u"index_asp_htm_FR.tud") + "\n" + path(u"index_asp_scr_FR.tud") + "\n");
 }
 
+TEST_F(TudCommand, PrepareTakesTheParagraphsOfATextAsItIsTold) {
+  const auto segments = [&](const std::vector<std::string>& more) {
+    std::vector<std::string> arguments{"prepare", put(u"a.txt", "One\ntwo\n\nThree\n"), "--source", "EN-US", "--target",
+                                       "FR"};
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    EXPECT_EQ(run_kavo(arguments).code, 0);
+    return nlohmann::json::parse(run_kavo({"stats", "--json", path(u"a_txt_FR.tud")}).output)["segments"].get<int>();
+  };
+  EXPECT_EQ(segments({"--paragraphs", "lines"}), 3);
+  EXPECT_EQ(segments({"--paragraphs", "blank"}), 2);
+  EXPECT_EQ(segments({"--filter-option", "text.paragraphs=blank"}), 2);
+  EXPECT_EQ(segments({}), 3) << "nothing says that these lines were filled";
+  EXPECT_EQ(run_kavo({"prepare", path(u"a.txt"), "--source", "EN", "--target", "FR", "--paragraphs", "pages"}).code, 2);
+}
+
+TEST_F(TudCommand, APageInUtf16WalksTheWholeWay) {
+  const std::string page("\xFF\xFE<\0p\0>\0H\0i\0<\0/\0p\0>\0\n\0", 22);
+  ASSERT_EQ(prepare(put(u"index.asp", page)).code, 0);
+  ASSERT_EQ(run_kavo({"rebuild", path(u"index_asp_htm_FR.tud")}).code, 0);
+  EXPECT_EQ(folder.read(u"index_FR.asp"), page);
+}
+
+TEST_F(TudCommand, OptionsOfFiltersReachMifAndRtf) {
+  const auto locked = [&](const std::vector<std::string>& more) {
+    std::vector<std::string> arguments{
+        "prepare",
+        put(u"a.mif", "<MIFFile 9.00>\n<Page <PageType ReferencePage> <TextLine <String `a'>>>\n"),
+        "--source", "EN-US", "--target", "FR", "--overwrite"};
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    EXPECT_EQ(run_kavo(arguments).code, 0);
+    return nlohmann::json::parse(run_kavo({"stats", "--json", path(u"a_mif_FR.tud")}).output)["locked"].get<int>();
+  };
+  EXPECT_EQ(locked({}), 1);
+  EXPECT_EQ(locked({"--filter-option", "mif.page-types=body, reference"}), 0);
+  const std::string letter = put(u"a.rtf", "{\\rtf1{\\stylesheet{\\s15 Code;}}\\pard\\s15 x\\par\\pard y\\par}");
+  ASSERT_EQ(run_kavo({"prepare", letter, "--source", "EN-US", "--target", "FR", "--filter-option",
+                      "rtf.excluded-styles=Code"})
+                .code,
+            0);
+  EXPECT_EQ(nlohmann::json::parse(run_kavo({"stats", "--json", path(u"a_rtf_FR.tud")}).output)["segments"], 1);
+}
+
 TEST_F(TudCommand, PrepareNamesWhatIsMissing) {
   EXPECT_EQ(run_kavo({"prepare", put(u"a.txt", "One\n")}).code, 2);
   const Ran ran = prepare(path(u"missing.txt"));
   EXPECT_EQ(ran.code, 1);
   EXPECT_EQ(ran.output, "");
   EXPECT_NE(ran.errors.find("missing.txt"), std::string::npos);
-  EXPECT_EQ(run_kavo({"prepare", path(u"a.txt"), "--source", "EN", "--target", "FR", "--target-code-page", "437"}).code,
+  EXPECT_EQ(run_kavo({"prepare", path(u"a.txt"), "--source", "EN", "--target", "FR", "--target-code-page", "438"}).code,
             2);
 }
 

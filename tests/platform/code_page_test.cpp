@@ -31,7 +31,7 @@ TEST(CodePageTest, NamesOfCodePages) {
 }
 
 TEST(CodePageTest, UnknownCodePageIsRefusedWithTheSupportedOnes) {
-  for (const char* name : {"", "0", "437", "99999999999", "latin1", "932x", "cp", "-932"}) {
+  for (const char* name : {"", "0", "438", "99999999999", "latin1", "932x", "cp", "-932"}) {
     const std::optional<failure> error = failure_of([&] { make_code_page(name); });
     ASSERT_TRUE(error) << name;
     EXPECT_TRUE(error->is(FailureNumber::kInvalidCall)) << name;
@@ -54,6 +54,12 @@ TEST(CodePageTest, KnownCharacters) {
   const Case cases[] = {
       {"1252", "\x80\xE4\x99", u"\u20AC\u00E4\u2122"},
       {"1251", "\xCF\xF0", u"\u041F\u0440"},
+      {"437", "\x82\xE1", u"\u00E9\u00DF"},
+      {"850", "\x82\x9D", u"\u00E9\u00D8"},
+      {"866", "\x8F\xE0", u"\u041F\u0440"},
+      {"10000", "\x8E\xA7", u"\u00E9\u00DF"},
+      {"10007", "\x8F\xF0", u"\u041F\u0440"},
+      {"10029", "\x8E\x8B", u"\u00E9\u010D"},
       {"874", "\xA1\x80", u"\u0E01\u20AC"},
       {"932", "\x83\x5C\x95\x5C\xB1\\", u"\u30BD\u8868\uFF71\\"},
       {"932", "\x81\x60", u"\uFF5E"},

@@ -121,6 +121,24 @@ const Case kCodes[] = {
      para("<String `a '><Font <FTag `Bold'>><String `x'><Font <FTag `'>><String ` b'>"),
      {u"a <1>x</1> b"},
      para("<String `a '><Font <FTag `Bold'>><String `X'><Font <FTag `'>><String ` b'>")},
+    {"fonts that differ in spacing, kerning and language alone are one run",
+     para("<String `Do'><Font <FTag `'> <FSpread 1> <FLocked No>><String ` not'><Font <FTag `'> <FPairKern No>>"
+          "<String ` spray'><Font <FTag `'> <FLanguage NoLanguage>><String ` x'>"),
+     {u"Do not spray x"},
+     para("<String `Do not spray X'>")},
+    {"so are those of a format",
+     para("<String `a '><Font <FTag `B'>><String `x'><Font <FTag `B'><FDW 2%>><String `y'><Font <FTag `'><FDX 1>>"
+          "<String ` b'>"),
+     {u"a <1>xy</1> b"},
+     para("<String `a '><Font <FTag `B'>><String `Xy'><Font <FTag `'><FDX 1>><String ` b'>")},
+    {"a spacing in front of the text stays there",
+     para("<Font <FTag `'><FDW 2%>><String `x'>"),
+     {u"x"},
+     para("<Font <FTag `'><FDW 2%>><String `X'>")},
+    {"fonts that differ in what a reader sees are several",
+     para("<Font <FTag `B'>><String `a'><Font <FTag `B'><FAngle `Italic'>><String `b'><Font <FTag `B'>><String `x'>"),
+     {u"a<1/>b<2/>x"},
+     para("<Font <FTag `B'>><String `a'><Font <FTag `B'><FAngle `Italic'>><String `b'><Font <FTag `B'>><String `X'>")},
     {"a font that begins a paragraph and ends in it",
      para("<Font <FTag `'> <FAngle `Italic'>><String `a'><Font <FTag `'>><String ` x'>"),
      {u"<1>a</1> x"},
@@ -437,16 +455,64 @@ TEST_F(MifFilterTest, SideTextsShowTheirTagAndStayOneString) {
       "\r\n   <String `x\\x11 <$pagenum\\>'>\r\n  >\r\n >\r\n>\r\n";
   put(u"KAVO_xr.mif", document);
   const std::u16string tud = convert(u"KAVO_xr.mif", mif_road());
-  EXPECT_EQ(sources(tud), std::vector<std::u16string>{u"x\u00A0<<$pagenum>"});
+  EXPECT_EQ(sources(tud), std::vector<std::u16string>{u"x\u00A0<1/>"});
   EXPECT_NE(files.get(tud).find("<note>page : x &lt;$pagenum&gt;</note>"), std::string::npos);
   EXPECT_EQ(rebuild(tud, mif_road()), document);
 
+  // A building block that is typed, or stands in a translation of earlier versions, is written as it is.
   BilingualDocument bilingual(tud);
   bilingual.set_segment(0, "\xC2\xA0\xE2\x80\x91X\n<$pagenum>", TranslationStatus::kTranslated, 0);
   bilingual.save();
   std::string expected(document);
   expected.replace(expected.find("x\\x11 "), 6, "\\x11 \\x15 X ");
   EXPECT_EQ(rebuild(tud, mif_road()), expected);
+}
+
+TEST_F(MifFilterTest, BuildingBlocksOfSideTextsAreCodes) {
+  const struct {
+    const char* name;
+    std::string value;
+    std::u16string text;  // "" for no segment
+    std::string reversed;
+  } cases[] = {
+      {"of a reference", "see <$paratext\\> on page <$pagenum\\>", u"see <1/> on page <2/>",
+       "<$pagenum\\><$paratext\\>see  on page "},
+      {"of a number format, with a tab", "S:Step <n+\\>.\\t", u"S:Step <1/>.\t", "<n+\\>S:Step .\\t"},
+      {"a counter that shows nothing", "A< =0\\>b", u"A<1/>b", "< =0\\>Ab"},
+      {"a character format of several words, an end without its escape", "<Default Font>x<Bold\\>", u"<1/>x<2/>",
+       "<Bold\\><Default Font>x"},
+      {"alone", "<$lastpagenum\\>", u"", "<$lastpagenum\\>"},
+      {"signs of comparison", "a < b \\> c", u"a << b > c", "a < b \\> c"},
+      {"behind a backslash it means itself", "a \\\\<b\\>", u"a \\<<b>", "a \\\\<b\\>"},
+      {"without an end", "a <b", u"a <<b", "a <b"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    const std::string head = "<MIFFile 9.00>\n<TextFlow <Para <KAVOTag `t'> <ParaLine <String `";
+    const auto texts = same_for_every_block_size(head.size() + c.value.size(), [&](std::size_t block) {
+      const BlockSizeScope scope(block);
+      return checked_texts_of(head + c.value + "'>>>>");
+    });
+    EXPECT_EQ(texts, c.text.empty() ? std::vector<std::u16string>() : std::vector<std::u16string>{c.text});
+    const auto codes_first = [](std::u16string text) {
+      std::u16string codes, rest;
+      for (std::size_t at = 0; at < text.size();) {
+        const bool is_code = text[at] == u'<' && text[at + 1] != u'<';
+        const std::size_t size = is_code ? text.find(u'>', at) + 1 - at : text[at] == u'<' ? 2 : 1;
+        (is_code ? codes.insert(0, text.substr(at, size)) : rest.append(text, at, size));
+        at += size;
+      }
+      return codes + rest;
+    };
+    EXPECT_EQ(translated_document(head + c.value + "'>>>>", codes_first), head + c.reversed + "'>>>>");
+  }
+}
+
+TEST_F(MifFilterTest, BuildingBlocksAreShownAndTextsOfTheDocumentHoldNone) {
+  put(u"KAVO_va.mif", "<MIFFile 9.00>\n<Para <KAVOTag `t'> <ParaLine <String `of <$lastpagenum\\>'>>>");
+  EXPECT_NE(files.get(convert(u"KAVO_va.mif", mif_road())).find(">&lt;$lastpagenum&gt;</ph>"), std::string::npos);
+  EXPECT_EQ(checked_texts_of("<MIFFile 9.00>\n" + para("<String `of <$lastpagenum\\>'>")),
+            std::vector<std::u16string>{u"of <<$lastpagenum>"});
 }
 
 TEST_F(MifFilterTest, ASideTextOfAnOldVersionHoldsCharactersThatOnlyNewDocumentsHave) {

@@ -107,5 +107,14 @@ TEST_F(RcFilterTextTest, FindsTextsAndComesBackUnchangedAtEverySplit) {
   }
 }
 
+TEST_F(RcFilterTest, ASegmentTellsTheStatementThatItStandsIn) {
+  put(u"a.rc",
+      "STRINGTABLE BEGIN 1 \"a\" END\n1 DIALOGEX 0, 0, 1, 1\nCAPTION \"b\"\nBEGIN\n PUSHBUTTON \"c\", 2, 0, 0, 1, "
+      "1\nEND\n1 MENU BEGIN POPUP \"d\" BEGIN MENUITEM \"e\", 3 END END\n");
+  const std::string tud = files.get(convert(u"a.rc", road()));
+  for (const char* element : {"STRINGTABLE", "DIALOGEX/CAPTION", "DIALOGEX/PUSHBUTTON", "MENU/POPUP", "MENU/MENUITEM"})
+    EXPECT_NE(tud.find("\"element\">" + std::string(element) + "</context>"), std::string::npos) << element << tud;
+}
+
 }  // namespace
 }  // namespace kavo::test

@@ -202,7 +202,7 @@ TEST_F(RtfFilterTest, TheCodePageIsTheDocumentsThenTheUsers) {
 }
 
 TEST_F(RtfFilterTest, ACodePageThatIsNotSupportedLeavesItsBytesAsCodes) {
-  EXPECT_EQ(checked_texts_of("{\\rtf1\\mac caf\\'8e x}"), std::vector<std::u16string>{u"caf<1/> x"});
+  EXPECT_EQ(checked_texts_of("{\\rtf1\\ansicpg1361 caf\\'8e x}"), std::vector<std::u16string>{u"caf<1/> x"});
 }
 
 // What a translator does to codes never unbalances a document.

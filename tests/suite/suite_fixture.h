@@ -26,7 +26,8 @@ class SuiteTest : public PortsFixture {
     std::u16string filter = u"K19TXT";
     unsigned source_code_page = 65001;
     unsigned target_code_page = 0;
-    std::optional<SegmentColours> colours;
+    std::optional<SegmentColours> colours = {};
+    FilterOptions options = {};
   };
 
   std::u16string convert(std::u16string_view name, const Road& road) {
@@ -38,6 +39,7 @@ class SuiteTest : public PortsFixture {
     request.source_code_page = road.source_code_page;
     request.target_code_page = road.target_code_page;
     request.filter = road.filter;
+    request.options = road.options;
     ProgressEvent progress;
     convert_document(request, progress);
     return request.tud;

@@ -39,9 +39,9 @@ constexpr Row kRows[] = {
     {"propname", kData},        {"result", kData},        {"revtbl", kData},       {"revtim", kData},
     {"rxe", kData},             {"shp", kText},           {"shpgrp", kText},       {"shpinst", kText},
     {"shppict", kData},         {"shprslt", kData},       {"shptxt", kStory},      {"sn", kData},
-    {"sp", kData},              {"staticval", kData},     {"stylesheet", kData},   {"subject", kStory},
+    {"sp", kData},              {"staticval", kData},     {"stylesheet", kStyleSheet},   {"subject", kStory},
     {"sv", kData},              {"tc", kEntry},           {"tcn", kEntry},         {"template", kData},
-    {"title", kStory},          {"txe", kData},           {"ud", kText},           {"upr", kData},
+    {"title", kStory},          {"txe", kData},           {"ud", kText},           {"upr", kVariants},
     {"userprops", kData},       {"xe", kEntry},
 };
 

@@ -16,9 +16,11 @@ enum class Destination : std::uint8_t {
   kResult,       // what a field shows
   kFontTable,
   kColourTable,
+  kStyleSheet,
   kMarker,   // our own, for a picture or an object
   kPicture,  // a picture or an object
-  kNote,     // a footnote, an endnote or an annotation: a story that its reference needs
+  kVariants,  // two forms of one text: for programs that know no Unicode, and, in \ud, for the others
+  kNote,      // a footnote, an endnote or an annotation: a story that its reference needs
   kData,     // everything else, as every unknown \* destination
 };
 

@@ -71,11 +71,18 @@ bool TextReader::control(TextUnit& unit) {
 
 // Gathers bytes until they are a character.
 bool TextReader::coded(TextUnit& unit) {
+  if (is_pair_with_syntax(at_)) {
+    bool is_valid = false;
+    coding_->decode_one(bytes_.substr(at_, 2), unit.text, is_valid);
+    return give(unit, TextUnit::Kind::kCharacter, at_ + 2);
+  }
   const std::size_t most = !coding_ ? 0 : coding_->number() == kUtf8CodePage ? 4 : coding_->has_lead_bytes() ? 2 : 1;
   const std::size_t first_end = at_ + byte_at(at_).size;
   std::string gathered;
   std::size_t place = at_;
   while (gathered.size() < most) {
+    // Behind a byte in hexadecimal a raw one may begin a character of its own.
+    if (place != at_ && bytes_[at_] == '\\' && is_pair_with_syntax(place)) break;
     // A raw first byte may have a raw backslash for its second one.
     const Byte byte = byte_at(place, place == at_ + 1);
     if (byte.value < 0) break;
@@ -125,12 +132,28 @@ std::size_t TextReader::behind_line_ends(std::size_t place) const {
   return place;
 }
 
+bool TextReader::is_pair_with_syntax(std::size_t place) const {
+  const std::string_view pair = bytes_.substr(place, 2);
+  if (pair.size() < 2 || !coding_ || !coding_->is_lead_byte(static_cast<unsigned char>(pair[0]))) return false;
+  if (pair[1] != '\\' && pair[1] != '{' && pair[1] != '}') return false;
+  if (byte_value(bytes_.substr(place + 1)) >= 0) return false;
+  std::string character;
+  bool is_valid = false;
+  return coding_->decode_one(pair, character, is_valid) == 2 && is_valid;
+}
+
 // What older programs show instead: bytes, or characters with names.
 std::size_t TextReader::behind_fallback(std::size_t place) const {
   for (unsigned left = fallback_; left > 0; --left) {
     const std::size_t next = behind_line_ends(place);
     const std::string_view rest = bytes_.substr(next);
     if (rest.empty()) return place;
+    // A raw character whose second byte is a brace or a backslash is read as one, however many bytes are to be left out.
+    if (is_pair_with_syntax(next)) {
+      place = next + 2;
+      if (left > 1) --left;
+      continue;
+    }
     if (const Byte byte = byte_at(next); byte.value >= 0) {
       place = next + byte.size;
       continue;

@@ -40,6 +40,7 @@ class TextReader {
   Byte byte_at(std::size_t place, bool is_second = false) const;
   std::size_t behind_line_ends(std::size_t place) const;
   std::size_t behind_fallback(std::size_t place) const;
+  bool is_pair_with_syntax(std::size_t place) const;
   bool give(TextUnit& unit, TextUnit::Kind kind, std::size_t end);
   bool plain(TextUnit& unit);
   bool control(TextUnit& unit);

@@ -98,9 +98,22 @@ void add_decoded(Converter& converter, std::string_view bytes, Tables& tables) {
   tables.units[code_of(bytes)] = static_cast<char16_t>(high << 8 | low);
 }
 
+std::string converter_name(unsigned number) {
+  switch (number) {
+    case 10000:
+      return "MACINTOSH";
+    case 10007:
+      return "MAC-CYRILLIC";
+    case 10029:
+      return "MAC-CENTRALEUROPE";
+    default:
+      return "CP" + std::to_string(number);
+  }
+}
+
 Tables make_tables(unsigned number) {
   Tables tables;
-  const std::string name = "CP" + std::to_string(number);
+  const std::string name = converter_name(number);
   Converter decoder("UTF-16LE", name.c_str());
   for (int first = 0; first < 256; ++first) {
     const std::array<char, 2> lead = {static_cast<char>(first), 0};

@@ -26,6 +26,9 @@ constexpr FilterOption kOptions[] = {
     {"html.open-codes", kSwitch, "off",
      "Opens texts that hold only codes, numbers or signs, which are locked otherwise", "on"},
     {"html.text-attributes", kWords, "", "Attributes of any element whose values are offered", "data-title, data-hint"},
+    {"mif.page-types", kWords, "body, master",
+     "The kinds of pages whose texts are translated: body, master, reference and hidden. Texts of the others are locked",
+     "body, master, reference"},
 
     {"rc.dialog-charset", kNumber, "",
      "The character set of the fonts of translated dialogs, a number of the Windows API; without it that of the source",
@@ -33,12 +36,20 @@ constexpr FilterOption kOptions[] = {
     {"rc.dialog-font", kText, "", "The font of translated dialogs; without it that of the source", "MS UI Gothic"},
     {"rc.dialog-font-size", kNumber, "", "Its size in points; without it that of the source", "9"},
 
+    {"rtf.excluded-styles", kNames, "", "Styles of paragraphs and characters whose texts are not offered",
+     "Code, HTML Preformatted"},
+
     {"scripts.never", kWords, "", "Functions of scripts whose arguments are never offered", "Log, Trace"},
     {"scripts.offer", kChoice, "likely",
      "The texts of scripts to offer: those that are likely read by people, with those in doubt locked; those in doubt, "
      "too; or none",
      "all", "likely all none"},
     {"scripts.texts", kWords, "", "Functions of scripts whose arguments are always offered", "Translate, Say"},
+
+    {"text.paragraphs", kChoice, "auto",
+     "What is one text of a text file: a line; what stands between empty lines; or what the lines look like, see "
+     "[text.md](text.md). `--paragraphs` sets it for a run",
+     "blank", "lines blank auto"},
 };
 
 constexpr std::string_view kBlanks = " \t";

@@ -2,24 +2,20 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
-#include "formats/mif/escapes.h"
+#include "suite/filters/mif/mif_statement.h"
 #include "suite/filters/mif/mif_text_place.h"
 
 namespace kavo::mif {
 namespace {
 
-// A longer font is not set again behind a coloured text.
-constexpr std::size_t kLongestFont = 4096;  // bytes
-
-// What is shown of a code: its name and so many of its strings, cut behind so many bytes.
-constexpr std::size_t kMostStrings = 2;
-constexpr std::size_t kMostShown = 200;
-
 // Of a string that names the entry of a side text.
 constexpr std::string_view kSideTextTag = "KAVOTag";
 
-constexpr std::string_view kFont = "Font";
+// Parts of a table, as the place of a text names them.
+constexpr std::pair<std::string_view, std::string_view> kTableParts[] = {
+    {"TblTitle", "title/"}, {"TblH", "heading/"}, {"TblBody", "cell/"}, {"TblF", "footing/"}};
 
 // Never inside a paragraph: one that is still open was not closed.
 constexpr std::string_view kOuterStatements[] = {"Para", "TextLine", "TextFlow", "Tbl", "Page"};
@@ -31,20 +27,6 @@ bool is_one_of(const std::string_view (&names)[kSize], std::string_view name) {
   return std::find(std::begin(names), std::end(names), name) != std::end(names);
 }
 
-bool is_blank(char c) { return c == ' ' || c == '\t'; }
-bool is_line_end(char c) { return c == '\n' || c == '\r'; }
-
-std::string_view trimmed(std::string_view text) {
-  while (!text.empty() && (is_blank(text.front()) || is_line_end(text.front()))) text.remove_prefix(1);
-  while (!text.empty() && (is_blank(text.back()) || is_line_end(text.back()))) text.remove_suffix(1);
-  return text;
-}
-
-// What stands between the name of a statement and its end.
-std::string_view word_of(std::string_view statement, std::string_view name) {
-  return trimmed(statement.substr(1 + name.size(), statement.size() - name.size() - 2));
-}
-
 }  // namespace
 
 // Anchors must come back, since what they anchor (a table, a footnote) would be lost with them.
@@ -53,8 +35,8 @@ const MifExtraction::Statement MifExtraction::kStatements[] = {
     {"Char", ItemKind::kCharacter, "x-char", false},
     {kFont, ItemKind::kOpen, "x-font", false},
     {"Variable", ItemKind::kVariable, "x-variable", false},
-    {"XRef", ItemKind::kOpen, "x-xref", false},
-    {"XRefEnd", ItemKind::kClose, "x-xref", false},
+    {"XRef", ItemKind::kOpen, kReference, false},
+    {"XRefEnd", ItemKind::kClose, kReference, false},
     {"Conditional", ItemKind::kOpen, "x-condition", false},
     {"Unconditional", ItemKind::kClose, "x-condition", false},
     {"ElementBegin", ItemKind::kOpen, "x-element", true},
@@ -74,17 +56,29 @@ const MifExtraction::Statement& MifExtraction::find_statement(std::string_view n
                        [&](const Statement& row) { return row.name == name; });
 }
 
+MifExtraction::FontPart MifExtraction::find_font_part(std::string_view name) {
+  // The spread of letters under its names in all versions, moves of single letters, pairs that stand closer, narrower
+  // Asian punctuation; the language that words are divided and checked in.
+  constexpr std::string_view spacing[] = {"FDW", "FSpread", "FDX", "FPairKern", "FTsume", "FLanguage"};
+  if (name == "FLocked") return FontPart::kNone;
+  if (name == "FTag") return FontPart::kTag;
+  return is_one_of(spacing, name) ? FontPart::kSpacing : FontPart::kLook;
+}
+
 void MifExtraction::run(ProgressEvent& progress) {
+  const MifPageSurvey pages(document_, progress);
   MifToken token;
   for (;;) {
     const std::string_view window = document_.window();
     if (!window.empty() && scanner_.next(window, document_.exhausted(), token)) {
+      outline_.take(token);
+      page_ = pages.kind_of(outline_.number());
       take(token);
       document_.consume(token.bytes.size());
       continue;
     }
     if (!document_.more()) break;
-    progress.report(document_.percent());
+    progress.report(static_cast<std::int16_t>(50 + document_.percent() / 2));
   }
   flush();
   progress.report(100);
@@ -134,6 +128,9 @@ void MifExtraction::take_outside(const MifToken& token) {
   } else {
     outside(token.bytes);
   }
+  if (name == "Tbl") table_part_ = {};
+  for (const auto& [statement, part] : kTableParts)
+    if (name == statement) table_part_ = part;
   is_text_line_ = name == "TextLine";
   if (is_text_line_)
     place_ = Place::kLine;
@@ -142,7 +139,9 @@ void MifExtraction::take_outside(const MifToken& token) {
   if (place_ == Place::kOutside) return;
   is_side_text_ = false;
   tag_.clear();
+  paragraph_tag_.clear();
   font_.clear();
+  look_.clear();
   blanks_.clear();
 }
 
@@ -161,13 +160,16 @@ void MifExtraction::take_in_paragraph(const MifToken& token) {
   place_ = token.kind == MifTokenKind::kClose ? Place::kOutside : Place::kParagraphStatement;
   depth_ = 1;
   is_tag_ = token.kind == MifTokenKind::kOpen && token.name() == kSideTextTag;
+  is_paragraph_tag_ = token.kind == MifTokenKind::kOpen && token.name() == "PgfTag";
 }
 
 void MifExtraction::take_about_paragraph(const MifToken& token) {
   outside(token.bytes);
   if (token.kind == MifTokenKind::kOpen) ++depth_;
   if (token.kind == MifTokenKind::kClose && --depth_ == 0) place_ = Place::kParagraph;
-  if (token.kind != MifTokenKind::kString || !is_tag_ || depth_ != 1) return;
+  if (token.kind != MifTokenKind::kString || depth_ != 1) return;
+  if (is_paragraph_tag_) paragraph_tag_ = decode_string(token.value(), coding_);
+  if (!is_tag_) return;
   is_side_text_ = true;
   tag_ = decode_string(token.value(), coding_);
 }
@@ -212,10 +214,6 @@ void MifExtraction::take_in_statement(const MifToken& token) {
     case MifTokenKind::kOpen:
       ++reading_.depth;
       reading_.has_more = true;
-      if (reading_.depth != 2) break;
-      reading_.is_font_tag = token.name() == "FTag";
-      // The lock says nothing about how the text looks.
-      if (!reading_.is_font_tag && token.name() != "FLocked") reading_.has_font = true;
       break;
     case MifTokenKind::kClose:
       if (--reading_.depth != 0) break;
@@ -226,12 +224,27 @@ void MifExtraction::take_in_statement(const MifToken& token) {
       ++reading_.string_count;
       reading_.value_end = paragraph_.size() - 1;
       reading_.value = paragraph_.size() + 1 - token.bytes.size();
-      if (reading_.depth == 2 && reading_.is_font_tag && !token.value().empty()) reading_.has_font = true;
       break;
     case MifTokenKind::kRest:
       if (!trimmed(token.bytes).empty()) reading_.has_more = true;
       break;
   }
+  if (reading_.statement->name == kFont) read_font(token);
+}
+
+// Collects what a font sets. The document's end of a line is none of it.
+void MifExtraction::read_font(const MifToken& token) {
+  if (token.kind == MifTokenKind::kOpen && reading_.depth == 2) {
+    reading_.font_part = find_font_part(token.name());
+    if (reading_.font_part > FontPart::kTag) reading_.has_font = true;
+  }
+  const bool is_tag = reading_.font_part == FontPart::kTag;
+  if (is_tag && token.kind == MifTokenKind::kString && !token.value().empty()) {
+    reading_.has_font = true;
+    reading_.look += token.bytes;
+  }
+  const bool is_part = reading_.font_part == FontPart::kLook && reading_.depth >= 2;
+  if (is_part && (token.kind != MifTokenKind::kRest || !trimmed(token.bytes).empty())) reading_.look += token.bytes;
 }
 
 void MifExtraction::finish_statement() {
@@ -239,10 +252,10 @@ void MifExtraction::finish_statement() {
   items_.push_back(item);
   has_text_ = has_text_ || item.is_visible;
   // Above all the statement that tells which frame the text begins in must not move into the text.
-  if (item.kind == ItemKind::kHidden && !has_text_) flush();
+  if (item.kind == ItemKind::kHidden && !has_text_ && item.statement->name != kFont) flush();
 }
 
-MifExtraction::Item MifExtraction::finished_item() const {
+MifExtraction::Item MifExtraction::finished_item() {
   Item item;
   item.statement = reading_.statement;
   item.kind = item.statement->kind;
@@ -272,12 +285,21 @@ MifExtraction::Item MifExtraction::finished_item() const {
       break;
     }
     case ItemKind::kOpen:
-      if (item.statement->name == kFont && !reading_.has_font) item.kind = ItemKind::kClose;
+      if (item.statement->name == kFont) finish_font(item);
       break;
     default:
       break;
   }
   return item;
+}
+
+void MifExtraction::finish_font(Item& item) {
+  item.sets_font = reading_.has_font;
+  if (reading_.look == look_ && item.code_page == item.code_page_before)
+    item.kind = ItemKind::kHidden;
+  else if (reading_.look.empty())
+    item.kind = ItemKind::kClose;
+  look_ = reading_.look;
 }
 
 // What stands in front of any text of the paragraph is no part of a segment.
@@ -295,167 +317,6 @@ void MifExtraction::hidden(std::string_view bytes) {
   }
   paragraph_ += bytes;
   items_.back().end = paragraph_.size();
-}
-
-void MifExtraction::flush() {
-  if (paragraph_.empty()) return;
-  std::size_t first = 0;
-  std::size_t last = 0;
-  pair_codes(items_, open_codes_,
-             [](const Item& open, const Item& close) { return open.statement->type == close.statement->type; });
-  std::size_t written = 0;
-  const std::string_view all = paragraph_;
-  if (find_core(first, last)) {
-    outside(all.substr(0, items_[first].begin));
-    follow_fonts(0, first);
-    write_segment(first, last);
-    written = items_[last].end;
-    follow_fonts(first, items_.size());
-  } else {
-    follow_fonts(0, items_.size());
-  }
-  outside(all.substr(written));
-  blanks_ = blanks_before(paragraph_.size());
-  paragraph_.clear();
-  items_.clear();
-  has_text_ = false;
-}
-
-// The items of the segment; false when there is no text.
-bool MifExtraction::find_core(std::size_t& first, std::size_t& last) const {
-  first = 0;
-  while (first < items_.size() && !items_[first].is_visible) ++first;
-  if (first == items_.size()) return false;
-  last = items_.size() - 1;
-  while (!items_[last].is_visible) --last;
-  for (std::size_t i = first; i-- > 0;)
-    if (items_[i].kind == ItemKind::kVariable) first = i;
-  for (std::size_t i = last + 1; i < items_.size(); ++i)
-    if (items_[i].kind == ItemKind::kVariable) last = i;
-
-  include_partners(items_, first, last);
-  return true;
-}
-
-void MifExtraction::write_segment(std::size_t first, std::size_t last) {
-  builder_.start(position_.line(), position_.column());
-  builder_.context(to_context({is_side_text_, blanks_before(items_[first].begin), font_, code_pages(first, last)}));
-  if (is_side_text_) builder_.note(tag_);
-  for (std::size_t i = first; i <= last; ++i) {
-    const Item& item = items_[i];
-    switch (item.kind) {
-      case ItemKind::kHidden:
-        builder_.add_hidden(bytes_of(item));
-        break;
-      case ItemKind::kString:
-        write_string(item);
-        break;
-      case ItemKind::kCharacter:
-        builder_.add_text(item.text, bytes_of(item));
-        break;
-      default:
-        write_code(item);
-        break;
-    }
-  }
-  position_.advance(std::string_view(paragraph_).substr(items_[first].begin, items_[last].end - items_[first].begin));
-  sink_.segment(builder_.finish());
-}
-
-void MifExtraction::write_string(const Item& item) {
-  const std::string_view all = paragraph_;
-  builder_.add_hidden(all.substr(item.begin, item.value - item.begin));
-  const StringCoding& coding = codings_.of(item.code_page);
-  StringReader reader(all.substr(item.value, item.value_end - item.value), coding);
-  for (StringPart part; reader.next(part);) {
-    switch (part.kind) {
-      case StringPart::Kind::kRun:
-        write_run(part.bytes, coding);
-        break;
-      case StringPart::Kind::kText:
-        builder_.add_text(part.text, part.bytes);
-        break;
-      case StringPart::Kind::kBreak:
-        builder_.add_text(" ", part.bytes);
-        break;
-      case StringPart::Kind::kHyphen:
-        builder_.add_hidden(part.bytes);
-        break;
-      case StringPart::Kind::kCode:
-        builder_.add_code(CodeKind::kStandalone, "x-escape", part.bytes, part.bytes);
-        break;
-    }
-  }
-  builder_.add_hidden(all.substr(item.value_end, item.end - item.value_end));
-}
-
-void MifExtraction::write_run(std::string_view run, const StringCoding& coding) {
-  if (&coding == &coding_) return builder_.add_text(run);
-  while (!run.empty()) {
-    std::string character;
-    bool is_valid = false;
-    const std::string_view bytes = run.substr(0, coding.bytes().decode_one(run, character, is_valid));
-    if (is_valid) {
-      builder_.add_text(character, bytes);
-    } else {
-      std::string shown;
-      for (const char byte : bytes) append_byte_escape(static_cast<unsigned char>(byte), shown);
-      builder_.add_code(CodeKind::kStandalone, "x-byte", shown, bytes);
-    }
-    run.remove_prefix(bytes.size());
-  }
-}
-
-// At the beginning of a segment and behind each font of it; none when all are the document's.
-std::vector<unsigned> MifExtraction::code_pages(std::size_t first, std::size_t last) const {
-  std::vector<unsigned> pages{items_[first].code_page_before};
-  for (std::size_t i = first; i <= last; ++i)
-    if (items_[i].statement && items_[i].statement->name == kFont) pages.push_back(items_[i].code_page);
-  const auto is_other = [&](unsigned page) { return &codings_.of(page) != &coding_; };
-  if (std::ranges::none_of(pages, is_other)) pages.clear();
-  return pages;
-}
-
-void MifExtraction::write_code(const Item& item) {
-  CodeKind kind = CodeKind::kStandalone;
-  if (item.partner != kNoPartner) kind = item.kind == ItemKind::kOpen ? CodeKind::kOpen : CodeKind::kClose;
-  const std::string_view bytes = bytes_of(item);
-  std::string_view type = item.statement->type;
-  if (item.statement->name == "Char" && word_of(bytes, "Char") == "HardReturn") type = "lb";
-  builder_.add_code(kind, type, kind == CodeKind::kStandalone ? shown(item) : std::string(), bytes,
-                    item.statement->is_required);
-}
-
-// "Page Count" for a variable, "Marker: Index, lexical parsing", "ATbl 5".
-std::string MifExtraction::shown(const Item& item) const {
-  const std::string_view bytes = bytes_of(item);
-  std::string text;
-  std::size_t strings = 0;
-  MifTokenScanner scanner;
-  MifToken token;
-  for (std::size_t at = 0; at < bytes.size() && strings < kMostStrings; at += token.bytes.size()) {
-    scanner.next(bytes.substr(at), true, token);
-    if (token.kind != MifTokenKind::kString) continue;
-    const std::string string = decode_string(token.value(), coding_);
-    if (string.empty()) continue;
-    if (strings++ != 0) text += ", ";
-    text += string;
-  }
-  if (strings == 0) return std::string(trimmed(bytes.substr(1, std::min(bytes.size() - 2, kMostShown))));
-  if (item.kind == ItemKind::kVariable) return text;
-  std::string name;
-  for (std::size_t at = 1; at < bytes.size() && !is_blank(bytes[at]) && !is_line_end(bytes[at]); ++at)
-    name += bytes[at];
-  return name + ": " + text;
-}
-
-void MifExtraction::follow_fonts(std::size_t first, std::size_t last) {
-  for (std::size_t i = first; i < last; ++i) {
-    const Item& item = items_[i];
-    if (!item.statement || item.statement->name != kFont) continue;
-    font_.clear();
-    if (item.kind == ItemKind::kOpen && item.end - item.begin <= kLongestFont) font_ = bytes_of(item);
-  }
 }
 
 // Keeps the line end and the indentation in front of what comes next.

@@ -6,6 +6,10 @@
 // from the first text (or variable) to the last one, with the codes between them and the partners of those codes; what
 // lies around it (the font of a whole paragraph, a marker before the text) goes into the skeleton.
 //
+// Fonts that a reader cannot tell from the one before them (another spacing, another language of hyphenation) belong to
+// the lines, like a line end. Texts of other pages than the wanted kinds are locked; a text of a master page that is the
+// same as one before it is a computed place and no segment.
+//
 // A paragraph ends where another one begins even when it was never closed, so that a broken statement costs its own
 // paragraph and no more.
 #pragma once
@@ -25,6 +29,8 @@
 #include "suite/document/code_pairs.h"
 #include "suite/document/segment.h"
 #include "suite/filters/filter.h"
+#include "suite/filters/mif/mif_master_texts.h"
+#include "suite/filters/mif/mif_pages.h"
 
 namespace kavo::mif {
 
@@ -36,10 +42,16 @@ inline constexpr std::size_t kLongestStatement = 256 * 1024;  // bytes
 
 class MifExtraction {
  public:
-  // All must outlive the object.
-  MifExtraction(BlockReader& document, FontCodings& codings, ExtractionSink& sink)
-      : document_(document), codings_(codings), coding_(codings.document()), sink_(sink), builder_(coding_.bytes()) {}
+  // All must outlive the object. Texts of other pages than `wanted` are locked.
+  MifExtraction(BlockReader& document, FontCodings& codings, const PageKinds& wanted, ExtractionSink& sink)
+      : document_(document),
+        codings_(codings),
+        coding_(codings.document()),
+        wanted_(wanted),
+        sink_(sink),
+        builder_(coding_.bytes()) {}
 
+  // Reads the document twice, from where it stands.
   void run(ProgressEvent& progress);
 
  private:
@@ -77,12 +89,20 @@ class MifExtraction {
     std::size_t value = 0;  // of a string
     std::size_t value_end = 0;
     const Statement* statement = nullptr;  // of a code
+    bool sets_font = false;                // a font that is not the paragraph's own
     std::string_view text;                 // of a character
     unsigned code_page_before = 0;         // of strings there
     unsigned code_page = 0;                // of the string itself, of strings behind a font
     bool is_visible = false;
     std::size_t partner = kNoPartner;  // of an opening and its closing code
   };
+  enum class FontPart : std::uint8_t {
+    kNone,     // the lock, which says nothing about the text
+    kTag,      // the name of a character format
+    kSpacing,  // and what else a reader does not see
+    kLook,
+  };
+  static FontPart find_font_part(std::string_view name);
   // What finish_statement() must know of the statement being read.
   struct Reading {
     const Statement* statement = nullptr;
@@ -93,9 +113,10 @@ class MifExtraction {
     std::size_t value_end = 0;
     std::size_t string_count = 0;
     bool has_more = false;  // than strings and blanks
-    // Of a font: the statement inside is its name; something is set.
-    bool is_font_tag = false;
+    // Of a font: what the statement inside sets; something is set, and all of it that a reader sees.
+    FontPart font_part = FontPart::kNone;
     bool has_font = false;
+    std::string look;
     bool is_too_long = false;  // and goes into the skeleton
   };
 
@@ -108,17 +129,21 @@ class MifExtraction {
   void take_in_statement(const MifToken& token);
   void begin_statement(const MifToken& token);
   void finish_statement();
-  Item finished_item() const;
+  Item finished_item();
+  void finish_font(Item& item);
+  void read_font(const MifToken& token);
 
   void hidden(std::string_view bytes);
   void flush();
   bool find_core(std::size_t& first, std::size_t& last) const;
   void write_segment(std::size_t first, std::size_t last);
+  std::string element() const;
+  void write_items(std::size_t first, std::size_t last);
   void write_string(const Item& item);
+  std::size_t write_value(std::string_view value, const StringCoding& coding);
   void write_run(std::string_view run, const StringCoding& coding);
   std::vector<unsigned> code_pages(std::size_t first, std::size_t last) const;
   void write_code(const Item& item);
-  std::string shown(const Item& item) const;
   void follow_fonts(std::size_t first, std::size_t last);
   void follow_blanks(std::string_view bytes);
   std::string_view blanks_before(std::size_t place) const;
@@ -132,18 +157,26 @@ class MifExtraction {
   BlockReader& document_;
   FontCodings& codings_;
   const StringCoding& coding_;  // the document's
+  const PageKinds& wanted_;
   ExtractionSink& sink_;
   SegmentBuilder builder_;
   MifTokenScanner scanner_;
+  MifOutline outline_;
+  MifMasterTexts master_texts_;
 
   Place place_ = Place::kOutside;
   bool is_text_line_ = false;
   bool has_colours_ = false;  // the place for the colours of highlighting has been found
   std::string tag_;           // of a side text, decoded
   bool is_side_text_ = false;
+  PageKind page_ = PageKind::kBody;
+  std::string_view table_part_;
+  std::string paragraph_tag_;  // decoded
   std::size_t depth_ = 0;  // in a statement about the paragraph
   bool is_tag_ = false;    // which is the tag of a side text
+  bool is_paragraph_tag_ = false;
   Reading reading_;
+  std::string look_;  // of the font in effect, what a reader sees; "" for the paragraph's own
   std::string paragraph_;
   std::vector<Item> items_;
   bool has_text_ = false;  // one of them is visible

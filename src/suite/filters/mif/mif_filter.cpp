@@ -12,6 +12,8 @@
 #include "platform/unicode.h"
 #include "suite/filters/mif/mif_colours.h"
 #include "suite/filters/mif/mif_extraction.h"
+#include "suite/filters/mif/mif_master_texts.h"
+#include "suite/filters/mif/mif_pages.h"
 #include "suite/filters/mif/mif_text_place.h"
 
 namespace kavo {
@@ -25,12 +27,14 @@ class MifFilter final : public Filter {
   void extract(BlockReader& document, const ConversionSettings& settings, ExtractionSink& sink,
                ProgressEvent& progress) override;
   void begin_rebuild(const RebuildSettings& settings) override;
+  void check(const Hole& hole, std::string_view translation) override;
   void write_segment(const Hole& hole, std::string_view translation, std::string& bytes) override;
   void highlight(const Hole& hole, std::string_view segment, std::uint32_t colour, std::string& bytes) override;
   void write_computed(std::uint32_t kind, std::string_view original, std::string& bytes) override;
 
  private:
   std::unique_ptr<mif::FontCodings> codings_;
+  mif::MifMasterTranslations master_texts_;
 };
 
 // Writes a segment as a row of statements.
@@ -38,6 +42,7 @@ class SegmentWriter {
  public:
   SegmentWriter(const Hole& hole, const mif::FontCodings& codings, std::string& bytes)
       : hole_(hole), place_(mif::to_place(hole.context)), codings_(codings), bytes_(bytes) {
+    if (place_.is_side_text && !hole.codes.empty()) find_statements();
     if (place_.code_pages.empty()) return;
     coding_ = &codings_.of(place_.code_pages.front());
     for (const Hole::Code& code : hole_.codes)
@@ -66,10 +71,10 @@ class SegmentWriter {
     }
   }
 
-  // A code that is a statement stands between strings, any other (an escape, a byte) in one.
+  // A code that is a statement stands between strings, any other (an escape, a byte, a building block) in one.
   void code(const CodedPart& reference) {
     const std::string_view code = hole_.bytes_of(reference);
-    if (code.starts_with('<')) {
+    if (code.starts_with('<') && is_statement(code)) {
       statement(code);
       follow_font(hole_.find(reference));
       return;
@@ -118,6 +123,23 @@ class SegmentWriter {
       (bytes_ += place_.separator) += "<ParaLine ";
       (bytes_ += place_.separator) += original.substr(frame, at + 1 - frame);
       frame = original.size();
+    }
+  }
+
+  // In a side text a building block begins like a statement.
+  bool is_statement(std::string_view code) const {
+    return !place_.is_side_text || std::ranges::binary_search(statements_, code.data() - hole_.original.data());
+  }
+
+  void find_statements() {
+    const std::string_view original = hole_.original;
+    int depth = 0;
+    mif::MifTokenScanner scanner;
+    mif::MifToken token;
+    for (std::size_t at = 0; at < original.size(); at += token.bytes.size()) {
+      scanner.next(original.substr(at), true, token);
+      if (token.kind == mif::MifTokenKind::kOpen && ++depth == 1) statements_.push_back(static_cast<std::ptrdiff_t>(at));
+      if (token.kind == mif::MifTokenKind::kClose) --depth;
     }
   }
 
@@ -188,6 +210,7 @@ class SegmentWriter {
   const mif::StringCoding* coding_ = &codings_.document();
   std::vector<const Hole::Code*> fonts_;  // those of the segment, where they decide on the coding
   std::string& bytes_;
+  std::vector<std::ptrdiff_t> statements_;  // of a side text, where they begin in the original
   std::string written_;
   bool is_empty_ = true;  // nothing has been written
   bool is_in_string_ = false;
@@ -207,7 +230,8 @@ void MifFilter::extract(BlockReader& document, const ConversionSettings& setting
   sink.skeleton(document.window().substr(0, found.mark_size));
   document.consume(found.mark_size);
   mif::FontCodings codings(found);
-  mif::MifExtraction(document, codings, sink).run(progress);
+  const mif::PageKinds wanted(option_items(settings.options, "mif.page-types"));
+  mif::MifExtraction(document, codings, wanted, sink).run(progress);
 }
 
 void MifFilter::begin_rebuild(const RebuildSettings& settings) {
@@ -218,7 +242,12 @@ void MifFilter::begin_rebuild(const RebuildSettings& settings) {
   codings_ = std::make_unique<mif::FontCodings>(coding);
 }
 
+void MifFilter::check(const Hole& hole, std::string_view) {
+  if (mif::to_place(hole.context).is_repeated) master_texts_.begin(hole.original);
+}
+
 void MifFilter::write_segment(const Hole& hole, std::string_view translation, std::string& bytes) {
+  const std::size_t begin = bytes.size();
   SegmentWriter writer(hole, *codings_, bytes);
   CodedTextReader reader(translation);
   for (CodedPart part; reader.next(part);) {
@@ -228,6 +257,7 @@ void MifFilter::write_segment(const Hole& hole, std::string_view translation, st
       writer.text(part.text);
   }
   writer.finish();
+  if (mif::to_place(hole.context).is_repeated) master_texts_.written(std::string_view(bytes).substr(begin));
 }
 
 void MifFilter::highlight(const Hole& hole, std::string_view segment, std::uint32_t colour, std::string& bytes) {
@@ -237,12 +267,16 @@ void MifFilter::highlight(const Hole& hole, std::string_view segment, std::uint3
     bytes += segment;
     return;
   }
+  const std::size_t begin = bytes.size();
   mif::append_coloured(segment, static_cast<std::size_t>(found - settings().colours), place.font, place.separator,
                        bytes);
+  if (place.is_repeated) master_texts_.written(std::string_view(bytes).substr(begin));
 }
 
-void MifFilter::write_computed(std::uint32_t, std::string_view original, std::string& bytes) {
-  if (settings().highlights)
+void MifFilter::write_computed(std::uint32_t kind, std::string_view original, std::string& bytes) {
+  if (kind >= mif::kRepeatedText)
+    master_texts_.append_again(kind - mif::kRepeatedText, original, bytes);
+  else if (settings().highlights)
     mif::append_colour_definitions(original, settings().colours, bytes);
   else
     bytes += original;

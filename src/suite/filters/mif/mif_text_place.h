@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,6 +17,8 @@ inline constexpr std::size_t kLongestSeparator = 64;  // bytes
 struct MifTextPlace {
   // A side text is looked for as one string: nothing else may stand beside it.
   bool is_side_text = false;
+  // A text of a master page, whose translation also goes where the same text stands again (kRepeatedText).
+  bool is_repeated = false;
   // What stands in front of a statement: a line end and the indentation. At most kLongestSeparator bytes.
   std::string_view separator;
   std::string_view font;  // in effect there: its statement, "" for the paragraph's own
@@ -25,7 +28,7 @@ struct MifTextPlace {
 };
 
 inline std::string to_context(const MifTextPlace& place) {
-  std::string context(place.is_side_text ? "s" : place.code_pages.empty() ? "p" : "f");
+  std::string context(place.is_side_text ? "s" : place.is_repeated ? "m" : place.code_pages.empty() ? "p" : "f");
   context += static_cast<char>(place.separator.size());
   context.append(place.separator);
   for (const unsigned code_page : place.code_pages) (context += std::to_string(code_page)) += ',';
@@ -37,7 +40,7 @@ inline std::string to_context(const MifTextPlace& place) {
 inline MifTextPlace to_place(std::string_view context) {
   if (context.size() < 2) return {};
   const std::size_t size = std::min<std::size_t>(static_cast<unsigned char>(context[1]), context.size() - 2);
-  MifTextPlace place{context[0] == 's', context.substr(2, size), context.substr(2 + size), {}};
+  MifTextPlace place{context[0] == 's', context[0] == 'm', context.substr(2, size), context.substr(2 + size), {}};
   while (context[0] == 'f' && !place.font.empty()) {
     unsigned code_page = 0;
     const char* const end = place.font.data() + place.font.size();
@@ -50,9 +53,15 @@ inline MifTextPlace to_place(std::string_view context) {
   return place;
 }
 
-// What filter and skeleton call the place where the colours of highlighting are defined: the opening of the document's
-// catalogue of colours or, without one, of the first statement that shows any text.
-enum ComputedKind : unsigned { kColours = 1 };
+// What filter and skeleton call places that are written anew.
+enum ComputedKind : std::uint32_t {
+  // Where the colours of highlighting are defined: the opening of the document's catalogue of colours or, without one,
+  // of the first statement that shows any text.
+  kColours = 1,
+  // A text of a master page that is the same as one before it. This one is the first of those texts again, the next
+  // number the second, and so on.
+  kRepeatedText = 2,
+};
 inline constexpr std::string_view kColourCatalogue = "<ColorCatalog";
 
 }  // namespace kavo::mif

@@ -12,6 +12,16 @@ std::string_view tail_of(std::string_view literal) {
   return literal.substr(text.size(), literal.size() - 1 - text.size());
 }
 
+// "DIALOGEX/PUSHBUTTON", "MENU/POPUP", "STRINGTABLE".
+std::string element_of(const RcStatement& statement, const RcText& text) {
+  std::string path = statement.resource ? statement.resource->type_name : std::string();
+  // The statement of a caption is the whole head of its dialog.
+  if (text.kind == RcText::kCaption) return path + "/CAPTION";
+  if (text.kind == RcText::kString || statement.items.front().kind == RcTokenKind::kLiteral) return path;
+  (path += '/') += statement.text(statement.items.front());
+  return path;
+}
+
 }  // namespace
 
 void RcExtraction::run(ProgressEvent& progress) {
@@ -173,6 +183,7 @@ bool RcExtraction::segment(const RcStatement& statement, const RcText& text) {
   segment.name(name);
   if (text.kind == RcText::kControl || text.kind == RcText::kMenuItem)
     segment.note(statement.resource->type_name + " " + statement.resource->name);
+  segment.element(element_of(statement, text));
   segment.locked(text.is_fixed);
   for (std::size_t item = text.run.first; item <= text.run.last; ++item) {
     const RcStatement::Item& one = statement.items[item];

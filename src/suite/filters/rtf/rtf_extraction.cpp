@@ -5,13 +5,9 @@
 #include <utility>
 
 #include "formats/rtf/characters.h"
-#include "suite/filters/rtf/rtf_computed.h"
 
 namespace kavo::rtf {
 namespace {
-
-// Enough of an instruction to tell its field.
-constexpr std::size_t kLongestFieldType = 64;  // bytes
 
 constexpr std::string_view kBreaks[] = {"par", "cell", "row", "sect", "page", "column", "nestcell", "nestrow"};
 
@@ -74,23 +70,17 @@ bool same_font(const void* table, std::int32_t first, std::int32_t second) {
   return one && two && one->same_as == two->same_as;
 }
 
-// "HYPERLINK" of " HYPERLINK \"http...".
-std::string first_word(std::string_view text) {
-  const std::size_t begin = std::min(text.find_first_not_of(" \t"), text.size());
-  const std::size_t end = std::min(text.find_first_of(" \t\"\\", begin), text.size());
-  return std::string(text.substr(begin, end - begin));
-}
-
 }  // namespace
 
 RtfExtraction::RtfExtraction(BlockReader& document, const DocumentFormat& format, const ExtractionLanguages& languages,
-                             ExtractionSink& sink)
+                             std::vector<std::string> excluded_styles, ExtractionSink& sink)
     : document_(document),
       format_(format),
       languages_(languages),
       sink_(sink),
       maker_(&fonts_, same_font),
-      stories_(1) {}
+      stories_(1),
+      excluded_(std::move(excluded_styles)) {}
 
 void RtfExtraction::run(ProgressEvent& progress) {
   Token token;
@@ -153,6 +143,7 @@ void RtfExtraction::open_group(const Token& token) {
     const Group& outer = group();
     inner.is_silent = outer.is_silent;
     inner.fallback = outer.fallback;
+    inner.style = outer.style;
     inner.coding = outer.coding;
     inner.look = outer.look;
   }
@@ -167,9 +158,12 @@ void RtfExtraction::open_group(const Token& token) {
     outside(token.bytes);
     return;
   }
+  // The first of two variants is for programs that do not know the second.
+  const bool is_older_variant =
+      group().destination == Destination::kVariants && !std::exchange(group().has_result, true);
   add(ItemKind::kHidden, token);
   groups_.push_back(std::move(inner));
-  if (groups_.size() > kDeepestGroup) begin_data("x-rtf", false, {}, {TokenKind::kText, {}, {}, false, 0});
+  if (groups_.size() > kDeepestGroup || is_older_variant) begin_data("x-rtf", false, {}, {TokenKind::kText, {}, {}, false, 0});
 }
 
 void RtfExtraction::close_group(const Token& token) {
@@ -214,22 +208,6 @@ void RtfExtraction::close_group(const Token& token) {
   items.back().has_look = true;
 }
 
-void RtfExtraction::close_field(const Group& closed, const Token& token) {
-  if (closed.has_result) {
-    hidden(token);
-    if (has_item(closed, closed.close_item)) collapse(closed.close_item, ItemKind::kClose, "link", {}, false);
-    return;
-  }
-  text_count_ = std::min(text_count_, closed.text_count);
-  add(ItemKind::kHidden, token);
-  if (has_item(closed, closed.item)) {
-    collapse(closed.item, ItemKind::kCode, "x-field", first_word(field_type_), false);
-    paragraph_.items.back().is_required = false;
-    ++code_count_;
-  }
-  drop_leading();
-}
-
 void RtfExtraction::take_word(const Token& token) {
   Group& current = group();
   if (current.may_begin && groups_.size() > 1) {
@@ -245,194 +223,6 @@ void RtfExtraction::take_word(const Token& token) {
       if (known.word == token.name) return code(token, known.type, true, known.shown);
   }
   hidden(token);
-}
-
-bool RtfExtraction::begin_destination(const Token& token) {
-  const std::optional<Destination> destination = destination_of(token.name);
-  if (!destination) return false;
-  Group& current = group();
-  current.has_star = false;
-  switch (*destination) {
-    case Destination::kText:
-      current.may_begin = false;
-      hidden(token);
-      return true;
-    case Destination::kStory:
-    case Destination::kNote:
-    case Destination::kEntry:
-      begin_story(*destination, token);
-      return true;
-    case Destination::kField:
-      current.may_begin = false;
-      begin_field(token);
-      return true;
-    case Destination::kInstruction:
-      current.may_begin = false;
-      current.destination = Destination::kInstruction;
-      current.is_silent = true;
-      hidden(token);
-      return true;
-    case Destination::kResult:
-      begin_result(token);
-      return true;
-    case Destination::kFontTable:
-      begin_table(Table::kFonts, token);
-      return true;
-    case Destination::kColourTable:
-      begin_table(Table::kColours, token);
-      return true;
-    case Destination::kMarker:
-      begin_data("x-object", true, "object", token);
-      return true;
-    case Destination::kPicture:
-      begin_data("x-object", true, "object", token);
-      return true;
-    case Destination::kData:
-      begin_data("x-rtf", false, {}, token);
-      return true;
-  }
-  return false;
-}
-
-void RtfExtraction::begin_field(const Token& token) {
-  Group& current = group();
-  if (current.is_silent) return hidden(token);
-  current.destination = Destination::kField;
-  current.is_silent = true;
-  field_type_.clear();
-  ++text_count_;
-  add(ItemKind::kHidden, token);
-}
-
-void RtfExtraction::begin_result(const Token& token) {
-  Group& current = group();
-  current.may_begin = false;
-  Group& field = groups_[groups_.size() - 2];
-  if (field.destination != Destination::kField || field.has_result) return hidden(token);
-  const std::string type = first_word(field_type_);
-  if (!has_readable_result(type)) return begin_data("x-field", false, type, token);
-  current.destination = Destination::kResult;
-  current.is_silent = false;
-  field.has_result = true;
-  add(ItemKind::kHidden, token);
-  if (has_item(field, field.item)) collapse(field.item, ItemKind::kOpen, "link", {}, false);
-}
-
-void RtfExtraction::begin_story(Destination destination, const Token& token) {
-  if (stories_.size() == kMostStories) return begin_data("x-rtf", false, {}, token);
-  Group& current = group();
-  current.may_begin = false;
-  current.is_silent = false;
-  add(ItemKind::kHidden, token);
-  if (!is_waiting()) flush();
-  Story inner;
-  inner.group = groups_.size();
-  inner.first_item = paragraph_.items.size();
-  inner.generation = ++last_generation_;
-  inner.text_count = text_count_;
-  inner.code_count = code_count_;
-  inner.is_note = destination == Destination::kNote;
-  // The parts of a document's information stand in a group of their own kind.
-  constexpr std::string_view information[] = {"title", "subject", "keywords", "doccomm"};
-  inner.is_plain = destination == Destination::kEntry || is_one_of(information, token.name);
-  inner.type = destination == Destination::kNote ? "x-note" : "x-text";
-  stories_.push_back(inner);
-}
-
-void RtfExtraction::end_story(const Group& closed, const Token& token) {
-  end_paragraph();
-  const Story ended = story();
-  stories_.pop_back();
-  add(ItemKind::kHidden, token);
-  if (!is_waiting()) return drop_leading();
-  if (!has_item(closed, closed.item)) return;
-  collapse(closed.item, ItemKind::kCode, ended.type, ended.is_note ? "note" : "text", ended.is_note);
-  // It begins as the text around it looks.
-  paragraph_.items.back().has_look = true;
-  ++code_count_;
-}
-
-void RtfExtraction::begin_data(std::string_view type, bool is_required, std::string shown, const Token& token) {
-  data_depth_ = 1;
-  is_streaming_ = !is_waiting();
-  if (is_streaming_) {
-    hidden(token);
-    drop_leading();
-    return;
-  }
-  has_data_brace_ = has_item(group(), group().item);
-  const std::size_t item = has_data_brace_ ? group().item : paragraph_.items.size();
-  add(ItemKind::kHidden, token);
-  collapse(item, ItemKind::kCode, type, std::move(shown), is_required);
-  ++code_count_;
-}
-
-void RtfExtraction::take_data(const Token& token) {
-  if (token.kind == TokenKind::kOpen) ++data_depth_;
-  if (token.kind == TokenKind::kClose) --data_depth_;
-  const bool is_over = data_depth_ == 0;
-  if (is_streaming_) {
-    outside(token.bytes);
-  } else if (is_over && !has_data_brace_) {
-    add(ItemKind::kHidden, token);
-  } else {
-    paragraph_.bytes += token.bytes;
-    paragraph_.items.back().end = paragraph_.bytes.size();
-    data_size_ += token.bytes.size();
-  }
-  if (!is_over) return;
-  groups_.pop_back();
-  group().may_begin = false;
-  is_new_look_ = true;
-  if (!is_streaming_ && has_data_brace_) join_codes();
-}
-
-// Data beside data is one code.
-void RtfExtraction::join_codes() {
-  std::vector<Item>& items = paragraph_.items;
-  const auto is_data = [](const Item& item) {
-    return item.kind == ItemKind::kCode && item.type == "x-rtf" && item.shown.empty() && !item.is_required;
-  };
-  if (!is_data(items.back())) return;
-  const std::size_t before = items.size() - 1;
-  if (before == story().first_item || !is_data(items[before - 1]) || items[before - 1].end != items.back().begin) return;
-  items[before - 1].end = paragraph_.bytes.size();
-  items.pop_back();
-  --code_count_;
-}
-
-void RtfExtraction::begin_table(Table table, const Token& token) {
-  if (is_waiting()) return begin_data("x-rtf", false, {}, token);
-  hidden(token);
-  drop_leading();
-  table_ = table;
-  table_depth_ = 1;
-  table_bytes_.clear();
-  is_long_table_ = false;
-  if (table == Table::kColours) has_colours_ = true;
-}
-
-void RtfExtraction::take_table(const Token& token) {
-  if (token.kind == TokenKind::kOpen) ++table_depth_;
-  if (token.kind == TokenKind::kClose) --table_depth_;
-  if (table_depth_ != 0) {
-    if (table_ == Table::kFonts) font_reader_.take(token);
-    table_bytes_ += token.bytes;
-    if (is_long_table_ || table_bytes_.size() > kLongestTable) {
-      is_long_table_ = true;
-      outside(table_bytes_);
-      table_bytes_.clear();
-    }
-    return;
-  }
-  if (table_ == Table::kFonts) font_reader_.finish();
-  if (!is_long_table_) sink_.computed(table_ == Table::kFonts ? kFonts : kColours, table_bytes_);
-  table_ = Table::kNone;
-  groups_.pop_back();
-  group().may_begin = false;
-  // The fonts of the groups around it are known now.
-  for (Group& each : groups_) set_font(each);
-  outside(token.bytes);
 }
 
 void RtfExtraction::take_text(const Token& token) {
@@ -457,6 +247,7 @@ void RtfExtraction::add_text(const Token& token) {
   const Group& current = group();
   const Font* const font = fonts_.find(current.look.get(Property::kFont));
   if (current.look.get(Property::kDeleted) != 0) return code(token, "x-deleted", true, "deleted");
+  if (is_excluded(current)) return code(token, "x-excluded", true, "not to be translated");
   if (font && font->charset == kSymbolCharset) return code(token, "x-symbol", true, "symbol");
   if (joins_last(ItemKind::kText, {})) {
     paragraph_.bytes += token.bytes;
@@ -467,14 +258,6 @@ void RtfExtraction::add_text(const Token& token) {
   }
   Item& item = paragraph_.items.back();
   item.is_visible = item.is_visible || is_visible(token);
-}
-
-// What a field does is read for its first word.
-void RtfExtraction::take_silent_text(const Token& token) {
-  group().may_begin = false;
-  if (token.kind == TokenKind::kText && group().destination != Destination::kField)
-    field_type_ += token.bytes.substr(0, kLongestFieldType - std::min(kLongestFieldType, field_type_.size()));
-  code(token, "x-field", false, {});
 }
 
 void RtfExtraction::take_break(const Token& token) {
@@ -494,10 +277,16 @@ bool RtfExtraction::take_property(const Token& token) {
   } else if (current.look.apply(token)) {
     if (token.name == "f") set_font(current);
   } else {
+    if (token.name == "pard") current.style = 0;
+    if (token.name == "s" && token.has_number) current.style = token.number;
     return false;
   }
   is_new_look_ = true;
   return true;
+}
+
+bool RtfExtraction::is_excluded(const Group& group) const {
+  return excluded_.has_paragraph_style(group.style) || excluded_.has_character_style(group.look.get(Property::kStyle));
 }
 
 void RtfExtraction::set_font(Group& group) {
@@ -557,211 +346,6 @@ bool RtfExtraction::joins_last(ItemKind kind, std::string_view type) const {
   const Group& current = groups_.back();
   if (is_new_look_ && paragraph_.looks[last.look] != current.look) return false;
   return kind == ItemKind::kText ? last.coding == current.coding && last.fallback == current.fallback : true;
-}
-
-// Makes one item of those from `item` on.
-void RtfExtraction::collapse(std::size_t item, ItemKind kind, std::string_view type, std::string shown,
-                             bool is_required) {
-  std::vector<Item>& items = paragraph_.items;
-  items.resize(item + 1);
-  Item& whole = items.back();
-  whole.kind = kind;
-  whole.type = type;
-  whole.shown = std::move(shown);
-  whole.is_required = is_required;
-  whole.is_visible = false;
-  whole.has_look = false;
-  whole.end = paragraph_.bytes.size();
-}
-
-// What stands in front of any text of a paragraph is no part of a segment.
-void RtfExtraction::drop_leading() {
-  if (!is_waiting() && !paragraph_.items.empty()) flush();
-}
-
-std::size_t RtfExtraction::waiting_text_size() const {
-  return paragraph_.bytes.size() - std::min(data_size_, paragraph_.bytes.size());
-}
-
-// Takes the part of a long text that ends a paragraph which has become too long; what is left of it afterwards. Where
-// that is depends on nothing but the document.
-std::string_view RtfExtraction::take_long_text(const Token& token) {
-  std::string_view rest = token.bytes;
-  for (;;) {
-    const std::size_t size = waiting_text_size();
-    if (size + rest.size() <= kLongestParagraph) return rest;
-    const std::size_t longest = std::max(2 * kLongestParagraph, size + 1) - size;
-    const std::size_t blank = rest.find(' ', kLongestParagraph - std::min(size, kLongestParagraph));
-    const std::size_t cut = std::min(blank, longest);
-    if (cut >= rest.size()) return rest;
-    Token part = token;
-    part.bytes = rest.substr(0, cut);
-    if (cut != 0) add_text(part);
-    flush();
-    pass(part.bytes);
-    rest.remove_prefix(cut);
-    part.bytes = rest.substr(0, std::min(rest.find_first_not_of(' '), rest.size()));
-    hidden(part);
-    pass(part.bytes);
-    rest.remove_prefix(part.bytes.size());
-  }
-}
-
-// Moves the place behind bytes of a token that has not been taken whole.
-void RtfExtraction::pass(std::string_view bytes) {
-  place_.advance(bytes);
-  advanced_ += bytes.size();
-}
-
-// A document without ends must not become one segment that fills the memory.
-void RtfExtraction::keep_within_limits(const Token& token) {
-  const std::size_t text_size = waiting_text_size();
-  if (text_size <= kLongestParagraph && data_size_ <= kLongestData) return;
-  // Texts are cut at a blank; a character in another form should not be cut either.
-  if (token.kind == TokenKind::kText && data_depth_ == 0) return;
-  const bool may_cut = token.kind == TokenKind::kOpen || token.kind == TokenKind::kClose || data_depth_ != 0;
-  if (!may_cut && text_size <= 2 * kLongestParagraph) return;
-  flush();
-  if (data_depth_ != 0) is_streaming_ = true;
-}
-
-void RtfExtraction::end_paragraph() {
-  if (story().first_item == 0) return flush();
-  keep_segments();
-  paragraph_.items.resize(story().first_item);
-  story().generation = ++last_generation_;
-  text_count_ = story().text_count;
-  code_count_ = story().code_count;
-}
-
-// Makes the segments of a story inside another's line; they wait for that one.
-void RtfExtraction::keep_segments() {
-  const bool is_plain = story().is_plain;
-  for (const Core& core : find_cores(paragraph_, story().first_item, paragraph_.items.size())) {
-    const std::size_t begin = paragraph_.items[core.first].begin;
-    const std::size_t end = paragraph_.items[core.last].end;
-    if (Segment* const segment = maker_.make(paragraph_, core, is_plain))
-      paragraph_.inner.push_back({std::move(*segment), begin, end, 0, false});
-  }
-}
-
-void RtfExtraction::flush() {
-  // Stories that are still being read are cut, too; the innermost one comes first.
-  const std::size_t depth = stories_.size();
-  std::vector<Story> outer;
-  while (stories_.size() > 1 && story().first_item != 0) {
-    keep_segments();
-    paragraph_.sort_inner();
-    paragraph_.items.resize(story().first_item);
-    outer.push_back(story());
-    stories_.pop_back();
-  }
-  const bool is_plain = story().is_plain;
-  while (stories_.size() < depth) {
-    stories_.push_back(outer.back());
-    outer.pop_back();
-  }
-  emitted_ = 0;
-  next_inner_ = 0;
-  std::size_t next_item = 0;
-  for (const Core& core : find_cores(paragraph_, 0, paragraph_.items.size())) {
-    emit_hidden(next_item, core.first, paragraph_.items[core.first].begin);
-    next_item = core.first;
-    Segment* const segment = maker_.make(paragraph_, core, is_plain);
-    if (!segment) continue;
-    if (!is_plain) before_first_segment();
-    const std::size_t end = paragraph_.items[core.last].end;
-    for (; next_inner_ < paragraph_.inner.size() && paragraph_.inner[next_inner_].end <= end; ++next_inner_) {
-      InnerSegment& inner = paragraph_.inner[next_inner_];
-      if (!inner.is_nested) continue;
-      number_nested(inner.segment);
-      inner.number = sink_.nested_segment(inner.segment);
-    }
-    number_nested(*segment);
-    sink_.segment(*segment);
-    emitted_ = end;
-    next_item = core.last + 1;
-  }
-  emit_hidden(next_item, paragraph_.items.size(), paragraph_.bytes.size());
-  paragraph_.clear();
-  text_count_ = 0;
-  code_count_ = 0;
-  data_size_ = 0;
-  is_new_look_ = true;
-  for (Story& each : stories_) {
-    each.first_item = 0;
-    each.text_count = 0;
-    each.code_count = 0;
-    each.generation = ++last_generation_;
-  }
-}
-
-// Gives out items [first, last) and the bytes up to `end` as skeleton.
-void RtfExtraction::emit_hidden(std::size_t first, std::size_t last, std::size_t end) {
-  for (std::size_t i = first; i < last; ++i) {
-    const Item& item = paragraph_.items[i];
-    const std::string_view bytes = paragraph_.bytes_of(item);
-    emit_bytes(item.begin);
-    if (item.kind == ItemKind::kHidden && bytes.size() > 1 && bytes[0] == '\\' && bytes[1] >= 'a' && bytes[1] <= 'z') {
-      outside_word(word_at(bytes));
-      emitted_ = item.end;
-    } else {
-      emit_bytes(item.end);
-    }
-  }
-  emit_bytes(end);
-}
-
-// The same for bytes, with the segments that wait among them.
-void RtfExtraction::emit_bytes(std::size_t end) {
-  const std::string_view all = paragraph_.bytes;
-  for (; next_inner_ < paragraph_.inner.size() && paragraph_.inner[next_inner_].end <= end; ++next_inner_) {
-    InnerSegment& inner = paragraph_.inner[next_inner_];
-    if (!inner.is_nested && inner.begin < emitted_) continue;
-    number_nested(inner.segment);
-    if (inner.is_nested) {
-      inner.number = sink_.nested_segment(inner.segment);
-      continue;
-    }
-    outside(all.substr(emitted_, inner.begin - emitted_));
-    sink_.segment(inner.segment);
-    emitted_ = inner.end;
-  }
-  if (end <= emitted_) return;
-  outside(all.substr(emitted_, end - emitted_));
-  emitted_ = end;
-}
-
-void RtfExtraction::number_nested(Segment& segment) const {
-  for (NestedPlace& place : segment.nested) place.segment = paragraph_.inner[place.segment].number;
-}
-
-// Where a document has no colours or tells no direction, this is the last place for it.
-void RtfExtraction::before_first_segment() {
-  if (std::exchange(has_segment_, true)) return;
-  if (!has_colours_) sink_.computed(kColours, {});
-  if (!has_direction_ && languages_.target && is_right_to_left(*languages_.target)) sink_.computed(kDirection, {});
-}
-
-void RtfExtraction::outside(std::string_view bytes) {
-  if (!bytes.empty()) sink_.skeleton(bytes);
-}
-
-void RtfExtraction::outside_word(const Token& word) {
-  const LanguageRow* const target = languages_.target;
-  if (target && target != languages_.source) {
-    const bool is_right = is_right_to_left(*target);
-    if (is_right && tells_direction(word)) {
-      has_direction_ = true;
-      sink_.computed(kDirection, word.bytes);
-      return;
-    }
-    if (tells_language(word, *target)) {
-      sink_.computed(kLanguage, word.bytes);
-      return;
-    }
-  }
-  outside(word.bytes);
 }
 
 }  // namespace kavo::rtf

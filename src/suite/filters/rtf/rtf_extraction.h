@@ -19,6 +19,7 @@
 #include "formats/rtf/character_look.h"
 #include "formats/rtf/destinations.h"
 #include "formats/rtf/font_table.h"
+#include "formats/rtf/style_sheet.h"
 #include "formats/rtf/token_scanner.h"
 #include "formats/text/document_place.h"
 #include "suite/filters/filter.h"
@@ -48,8 +49,9 @@ struct ExtractionLanguages {
 class RtfExtraction {
  public:
   // All references must outlive the object.
+  // Texts in the excluded styles are not offered.
   RtfExtraction(BlockReader& document, const DocumentFormat& format, const ExtractionLanguages& languages,
-                ExtractionSink& sink);
+                std::vector<std::string> excluded_styles, ExtractionSink& sink);
   void run(ProgressEvent& progress);
 
  private:
@@ -69,6 +71,7 @@ class RtfExtraction {
     std::size_t generation = 0;   // of that story's paragraph
     std::size_t text_count = 0;   // when it began
     std::size_t code_count = 0;
+    std::int32_t style = 0;       // of the paragraph
     const TextCoding* coding = nullptr;
     Look look;
   };
@@ -82,8 +85,9 @@ class RtfExtraction {
     bool is_plain = false;
     bool is_note = false;
     std::string_view type;
+    std::string element;  // the destination's word: "footnote", "title"; "" for the body
   };
-  enum class Table : std::uint8_t { kNone, kFonts, kColours };
+  enum class Table : std::uint8_t { kNone, kFonts, kColours, kStyles };
 
   void take(const Token& token);
   void open_group(const Token& token);
@@ -117,6 +121,7 @@ class RtfExtraction {
   // Whether something waits that a text may need.
   bool is_waiting() const { return text_count_ != 0; }
   void set_font(Group& group);
+  bool is_excluded(const Group& group) const;
   void hidden(const Token& token);
   void code(const Token& token, std::string_view type, bool has_look, std::string_view shown);
   Item& add(ItemKind kind, const Token& token);
@@ -163,6 +168,7 @@ class RtfExtraction {
   std::string table_bytes_;
   bool is_long_table_ = false;
   FontTableReader font_reader_{fonts_};
+  StylesNamed excluded_;
   std::string field_type_;
 
   bool has_begun_ = false;  // the first group

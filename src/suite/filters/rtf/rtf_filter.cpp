@@ -87,7 +87,8 @@ void RtfFilter::extract(BlockReader& document, const ConversionSettings& setting
   sink.begin(facts);
   const rtf::ExtractionLanguages languages{rtf::language_row(settings.source_language),
                                            rtf::language_row(settings.target_language)};
-  rtf::RtfExtraction(document, format, languages, sink).run(progress);
+  rtf::RtfExtraction(document, format, languages, option_items(settings.options, "rtf.excluded-styles"), sink)
+      .run(progress);
 }
 
 void RtfFilter::begin_rebuild(const RebuildSettings& settings) {

@@ -95,6 +95,8 @@ void SegmentWriter::write(std::string_view translation) {
   look({});
   ends_in_code_ = false;
   verbatim(context_.rest);
+  // What stood behind the text of a group must not begin the group as its destination.
+  if (context_.rest.ends_with('{')) bytes_ += "{}";
   if (ends_in_byte_ || ends_in_word_) before(' ');
 }
 

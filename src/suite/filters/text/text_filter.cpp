@@ -1,58 +1,18 @@
 #include "suite/filters/text/text_filter.h"
 
-#include <algorithm>
-
-#include "common/byte_scan.h"
+#include "platform/failure.h"
 #include "platform/unicode.h"
+#include "suite/document/blank_text.h"
 #include "suite/filters/script/script_filter.h"
+#include "suite/filters/text/text_extraction.h"
+#include "suite/filters/text/wrapping.h"
 
 namespace kavo {
 namespace {
 
-// A longer line is cut into several segments: no paragraph is longer, and a file without line ends must not become one
-// segment that fills the memory.
-constexpr std::size_t kLongestLine = 256 * 1024;  // bytes
-
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 constexpr std::string_view kLittleEndianMark = "\xFF\xFE";
 constexpr std::string_view kBigEndianMark = "\xFE\xFF";
-
-// Looks for characters of ASCII in bytes of any coding, places counted in bytes. In an 8-bit coding no other character
-// holds these bytes: trail bytes begin at 0x40.
-class UnitScan {
- public:
-  explicit UnitScan(const TextCoding& coding)
-      : width_(coding.is_utf16() ? 2 : 1), low_(coding.number() == kUtf16BigEndian ? 1 : 0) {}
-
-  std::size_t width() const { return width_; }
-
-  // The unit at a place when it is ASCII, else 0.
-  char at(std::string_view bytes, std::size_t place) const {
-    if (width_ == 1) return bytes[place];
-    if (place + 2 > bytes.size() || bytes[place + 1 - low_] != 0) return 0;
-    return bytes[place + low_];
-  }
-
-  // The first LF or CR from `from` on, the size of `bytes` when there is none.
-  std::size_t line_end(std::string_view bytes, std::size_t from) const {
-    if (width_ == 1) {
-      const char* const end = bytes.data() + bytes.size();
-      return static_cast<std::size_t>(find_any<'\n', '\r'>(bytes.data() + from, end) - bytes.data());
-    }
-    for (; from + 2 <= bytes.size(); from += 2)
-      if (at(bytes, from) == '\n' || at(bytes, from) == '\r') return from;
-    return bytes.size();
-  }
-
-  bool is_blank(std::string_view bytes, std::size_t place) const {
-    const char c = at(bytes, place);
-    return c == ' ' || c == '\t';
-  }
-
- private:
-  std::size_t width_;
-  std::size_t low_;  // of the two bytes of a unit, which is the low one
-};
 
 class TextFilter final : public Filter {
  public:
@@ -65,79 +25,28 @@ class TextFilter final : public Filter {
   void end_rebuild() override;
 
  private:
+  std::string source_text(const Hole& hole) const;
+
   std::unique_ptr<Filter> scripts_;  // of a script file; those of earlier versions are lines like other texts
 };
 
-class LineExtraction {
- public:
-  LineExtraction(const TextCoding& coding, ExtractionSink& sink)
-      : scan_(coding), coding_(coding), sink_(sink), builder_(coding) {}
+Paragraphs paragraphs_of(const ConversionSettings& settings, BlockReader& document, const TextCoding& coding,
+                         ProgressEvent& progress) {
+  const std::string_view word = option_text(settings.options, "text.paragraphs");
+  if (word == "lines") return Paragraphs::kLines;
+  if (word == "blank") return Paragraphs::kBlank;
+  if (word == "auto") return find_paragraphs(document, coding, progress);
+  throw failure(FailureNumber::kInvalidCall,
+                u"\"" + to_utf16(word) + u"\" says nothing about the paragraphs of texts: lines, blank or auto");
+}
 
-  void run(BlockReader& document, ProgressEvent& progress) {
-    std::size_t searched = 0;
-    for (;;) {
-      const std::string_view window = document.window();
-      // Whole units only: a block may end in the middle of one.
-      const std::string_view units = window.substr(0, window.size() - window.size() % scan_.width());
-      const std::size_t end = scan_.line_end(units, searched);
-      const bool may_be_pair = end + scan_.width() >= units.size() && !document.exhausted();
-      if (end < units.size() && !(may_be_pair && scan_.at(units, end) == '\r')) {
-        std::size_t next = end + scan_.width();
-        if (scan_.at(units, end) == '\r' && next < units.size() && scan_.at(units, next) == '\n') next += scan_.width();
-        line(units.substr(0, end));
-        sink_.skeleton(units.substr(end, next - end));
-        document.consume(next);
-        ++line_;
-        column_ = 1;
-        searched = 0;
-      } else if (end >= kLongestLine) {
-        std::string_view piece = units.substr(0, kLongestLine);
-        piece.remove_suffix(coding_.incomplete_tail(piece));
-        line(piece);
-        column_ += static_cast<std::int64_t>(piece.size());
-        document.consume(piece.size());
-        searched = 0;
-      } else if (searched = end; !document.more()) {
-        line(units);
-        sink_.skeleton(window.substr(units.size()));
-        document.consume(window.size());
-        progress.report(100);
-        return;
-      } else {
-        progress.report(document.percent());
-      }
-    }
-  }
-
- private:
-  void line(std::string_view bytes) {
-    std::size_t begin = 0;
-    while (begin < bytes.size() && scan_.is_blank(bytes, begin)) begin += scan_.width();
-    std::size_t end = bytes.size();
-    while (end >= begin + scan_.width() && scan_.is_blank(bytes, end - scan_.width())) end -= scan_.width();
-    if (begin >= end) {
-      sink_.skeleton(bytes);
-      return;
-    }
-    const std::string_view text = bytes.substr(begin, end - begin);
-    builder_.start(line_, column_ + static_cast<std::int64_t>(begin));
-    builder_.add_text(text);
-    if (!builder_.has_text()) {
-      sink_.skeleton(bytes);
-      return;
-    }
-    sink_.skeleton(bytes.substr(0, begin));
-    sink_.segment(builder_.finish());
-    sink_.skeleton(bytes.substr(end));
-  }
-
-  UnitScan scan_;
-  const TextCoding& coding_;
-  ExtractionSink& sink_;
-  SegmentBuilder builder_;
-  std::int64_t line_ = 1;
-  std::int64_t column_ = 1;
-};
+// A text without what differs when its lines are joined and broken anew.
+std::string without_blanks(std::string_view text) {
+  std::string rest;
+  for (const char c : text)
+    if (kBlanks.find(c) == kBlanks.npos) rest += c;
+  return rest;
+}
 
 void TextFilter::extract(BlockReader& document, const ConversionSettings& settings, ExtractionSink& sink,
                          ProgressEvent& progress) {
@@ -157,11 +66,13 @@ void TextFilter::extract(BlockReader& document, const ConversionSettings& settin
   take_mark(kUtf8Mark, kUtf8CodePage);
   take_mark(kLittleEndianMark, kUtf16LittleEndian);
   take_mark(kBigEndianMark, kUtf16BigEndian);
-  sink.begin(facts);
-  sink.skeleton(document.window().substr(0, mark));
-  document.consume(mark);
   const TextCoding coding(facts.code_page);
-  LineExtraction(coding, sink).run(document, progress);
+  const std::string mark_bytes(document.window().substr(0, mark));
+  document.consume(mark);
+  const Paragraphs paragraphs = paragraphs_of(settings, document, coding, progress);
+  sink.begin(facts);
+  sink.skeleton(mark_bytes);
+  TextExtraction(document, coding, paragraphs, sink).run(progress);
 }
 
 void TextFilter::begin_rebuild(const RebuildSettings& settings) {
@@ -173,7 +84,38 @@ void TextFilter::begin_rebuild(const RebuildSettings& settings) {
 
 void TextFilter::write_segment(const Hole& hole, std::string_view translation, std::string& bytes) {
   if (scripts_) return scripts_->write_segment(hole, translation, bytes);
-  Filter::write_segment(hole, translation, bytes);
+  ParagraphShape shape;
+  if (!to_shape(hole.context, shape)) return Filter::write_segment(hole, translation, bytes);
+  // What is written only because the code page changes keeps its lines.
+  if (is_recoded(hole) && without_blanks(plain_text(translation)) == without_blanks(source_text(hole)))
+    return recode(hole.original, bytes);
+  const std::string lines = wrapped(translation, shape);
+  CodedTextReader reader(lines);
+  for (CodedPart part; reader.next(part);) {
+    if (part.is_code)
+      bytes += hole.bytes_of(part);
+    else
+      Filter::write_text(hole, part.text, bytes);
+  }
+}
+
+// What the hole's bytes say, without its codes.
+std::string TextFilter::source_text(const Hole& hole) const {
+  std::string text;
+  std::size_t at = 0;
+  const auto append = [&](std::size_t end) {
+    for (std::string_view rest = std::string_view(hole.original).substr(at, end - at); !rest.empty();) {
+      const std::size_t length = source_coding().decode_run(rest, text);
+      if (length == 0) break;
+      rest.remove_prefix(length);
+    }
+  };
+  for (const Hole::Code& code : hole.codes) {
+    append(code.begin);
+    at = code.end;
+  }
+  append(hole.original.size());
+  return text;
 }
 
 void TextFilter::written(const WrittenPart& part) {

@@ -1,0 +1,22 @@
+// Server pages in UTF-16. Script protection and tag repair work on bytes in which a token is one ASCII byte a
+// character, so such a page goes through them in UTF-8. The prepared page is in the author's coding again: its own byte
+// order mark tells the way back what to make of it.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace kavo {
+
+// True for a file that begins with the byte order mark of UTF-16; false for one that cannot be read: who reads it next
+// says so.
+bool is_utf16_page(std::u16string_view path);
+// Writes the UTF-8 form of a UTF-16 file, with its mark, to `target`; its code page. Throws `failure` 5, with the place,
+// for bytes that are no UTF-16: they could not come back.
+unsigned write_as_utf8(std::u16string_view utf16, std::u16string_view target);
+// Replaces a UTF-8 file by its UTF-16 form in the byte order of `code_page`. Throws `failure`.
+void turn_into_utf16(std::u16string_view path, unsigned code_page);
+// Puts the mark of UTF-8 in front of a file.
+void mark_as_utf8(std::u16string_view path);
+
+}  // namespace kavo

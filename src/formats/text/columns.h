@@ -1,0 +1,21 @@
+// How wide a text is in columns of a fixed-width font, and where its lines may end.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+namespace kavo {
+
+// 0 for a mark on the character before it, 2 for an East Asian wide one (Unicode Standard Annex #11), else 1. A tab
+// counts as 1 here: what it takes depends on its place.
+std::size_t columns_of(char32_t code_point);
+// Of a UTF-8 text that begins at a column; a tab goes to the next multiple of 8. A byte that is no UTF-8 counts as 1.
+std::size_t columns_of(std::string_view utf8, std::size_t column = 0);
+
+// True for writing without blanks between words, which may break between any two characters: Chinese, Japanese.
+bool is_unspaced(char32_t code_point);
+// Punctuation that never begins a line there, and punctuation that never ends one.
+bool is_closing(char32_t code_point);
+bool is_opening(char32_t code_point);
+
+}  // namespace kavo

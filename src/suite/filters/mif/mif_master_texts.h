@@ -1,0 +1,54 @@
+// Texts that stand on several master pages: offered once, written in every place.
+//
+// Two are the same when their texts, their codes and the fonts in front of them are, but for the numbers that the layout
+// program gives to its objects (`<Unique 322384>`): each place keeps its own.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "suite/document/segment.h"
+
+namespace kavo::mif {
+
+// On the way in.
+class MifMasterTexts {
+ public:
+  struct Entry {
+    std::uint32_t number = 0;  // of the noted texts, from 0
+    bool is_noted = false;     // the text is new, and comes back under this number
+    bool is_again = false;     // it was noted under this number
+  };
+
+  // `font` is in effect in front of the text.
+  Entry take(const Segment& segment, std::string_view font);
+
+ private:
+  std::unordered_map<std::string, std::uint32_t> numbers_;
+  std::size_t size_ = 0;  // of the keys, in bytes
+};
+
+// On the way back.
+class MifMasterTranslations {
+ public:
+  // For each noted text in order.
+  void begin(std::string_view original);
+  // What is written for the text that began last; not called for one that keeps its bytes.
+  void written(std::string_view bytes) { texts_.back().written = bytes; }
+  // The bytes for a place where a text stands again.
+  void append_again(std::uint32_t number, std::string_view original, std::string& bytes) const;
+
+ private:
+  struct Text {
+    std::string original;
+    std::optional<std::string> written;
+  };
+  std::vector<Text> texts_;
+};
+
+}  // namespace kavo::mif

@@ -1,0 +1,96 @@
+// On which kind of page the texts of a MIF document stand.
+//
+// A document holds its anchored frames and tables first, then its pages with their text frames, then its text flows. A
+// flow names the text frame that it begins in; a table or an anchored frame stands where a text refers to it by number.
+// So it takes a first reading to know it of a table's text (MifPageSurvey); the second one counts the same containers
+// of texts as it passes them (MifOutline).
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "common/block_reader.h"
+#include "common/progress_event.h"
+#include "formats/mif/tokens.h"
+
+namespace kavo::mif {
+
+enum class PageKind : std::uint8_t { kBody, kMaster, kReference, kHidden };
+
+// The kinds that words such as "body" name; throws `failure` 5 for a word that names none.
+class PageKinds {
+ public:
+  explicit PageKinds(std::span<const std::string> words);
+  bool has(PageKind kind) const { return (bits_ >> static_cast<unsigned>(kind) & 1) != 0; }
+
+ private:
+  unsigned bits_ = 0;
+};
+
+// Its word: "reference".
+std::string_view name_of(PageKind kind);
+
+// Counts containers of texts: pages, tables, text flows and the outermost frames among the anchored ones.
+class MifOutline {
+ public:
+  enum class Kind : std::uint8_t { kNone, kPage, kTable, kFlow, kFrame };
+
+  void take(const MifToken& token);
+
+  // Of the container that the last token is in or began.
+  std::uint32_t number() const { return number_; }  // from 1; 0 for none
+  Kind kind() const { return kind_; }
+
+ private:
+  void begin(Kind kind);
+
+  Kind kind_ = Kind::kNone;
+  std::uint32_t number_ = 0;
+  bool is_among_frames_ = false;
+  std::uint32_t depth_ = 0;  // of statements in a frame
+};
+
+class MifPageSurvey {
+ public:
+  // Reads the document from where it stands to its end, and goes back there. Percent of the reading, up to 50, go to
+  // `progress`.
+  MifPageSurvey(BlockReader& document, ProgressEvent& progress);
+
+  // The kind of page that a container (MifOutline::number) stands on. A container that nothing places, as in a book or
+  // a damaged document, counts as the body's.
+  PageKind kind_of(std::uint32_t container) const {
+    return container < kinds_.size() ? kinds_[container] : PageKind::kBody;
+  }
+
+ private:
+  struct Container {
+    MifOutline::Kind kind = MifOutline::Kind::kNone;
+    PageKind page = PageKind::kBody;  // of a page
+    std::uint32_t id = 0;             // of a table or a frame; of a flow the text frame that it begins in
+  };
+  // Numbers of objects with the containers that they stand in, sorted by number.
+  using Places = std::vector<std::pair<std::uint32_t, std::uint32_t>>;
+  enum class Value : std::uint8_t { kNone, kId, kPageType, kTableId, kFlowFrame, kTableAnchor, kFrameAnchor };
+
+  void take(const MifToken& token);
+  void open(std::string_view name);
+  void note(std::string_view word);
+  void resolve();
+  static std::uint32_t container_of(const Places& places, std::uint32_t id);
+
+  MifOutline outline_;
+  Value value_ = Value::kNone;  // what is being read
+  bool is_text_frame_ = false;  // the number that comes next is one's
+  std::string word_;
+  std::vector<Container> containers_;
+  Places text_frames_;
+  Places table_anchors_;
+  Places frame_anchors_;
+  std::vector<PageKind> kinds_;
+};
+
+}  // namespace kavo::mif

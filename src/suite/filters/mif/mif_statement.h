@@ -1,0 +1,25 @@
+// Parts of MIF statements as the filter looks at them.
+#pragma once
+
+#include <string_view>
+
+namespace kavo::mif {
+
+inline constexpr std::string_view kFont = "Font";
+inline constexpr std::string_view kReference = "x-xref";  // the type of a cross-reference's codes
+
+inline bool is_blank(char c) { return c == ' ' || c == '\t'; }
+inline bool is_line_end(char c) { return c == '\n' || c == '\r'; }
+
+inline std::string_view trimmed(std::string_view text) {
+  while (!text.empty() && (is_blank(text.front()) || is_line_end(text.front()))) text.remove_prefix(1);
+  while (!text.empty() && (is_blank(text.back()) || is_line_end(text.back()))) text.remove_suffix(1);
+  return text;
+}
+
+// What stands between the name of a statement and its end.
+inline std::string_view word_of(std::string_view statement, std::string_view name) {
+  return trimmed(statement.substr(1 + name.size(), statement.size() - name.size() - 2));
+}
+
+}  // namespace kavo::mif

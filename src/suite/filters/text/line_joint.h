@@ -1,0 +1,16 @@
+// Where the lines of a paragraph meet: what stands there when they are joined, and where a translation may be broken so
+// that joining its lines gives it back.
+#pragma once
+
+#include <string_view>
+
+namespace kavo {
+
+// True when a line that ends in `before` and one that begins with `after` (code points) join without a blank: Chinese
+// and Japanese, and a word that was broken behind its own hyphen.
+bool joins_without_blank(char32_t before_last, char32_t last, char32_t after);
+
+// The bytes of what begins a list's entry, with the blanks behind it ("- ", "12. ", "(b) "); 0 for none. UTF-8.
+std::size_t bullet_length(std::string_view text);
+
+}  // namespace kavo
