@@ -113,9 +113,8 @@ bool divides(Lexer& lexer, std::string_view code) {
 }  // namespace
 
 bool divides_page(std::string_view text, const Piece& piece) {
-  if (piece.kind != PieceKind::kStatements || piece.element != 0) return false;
+  if (piece.kind != PieceKind::kStatements || piece.element != 0 || piece.language == Language::kUnknown) return false;
   const std::unique_ptr<Lexer> lexer = make_lexer(piece.language, nullptr);
-  if (!lexer) return false;
   const std::string_view code = text.substr(piece.begin, piece.end - piece.begin);
   return piece.language == Language::kVbScript ? divides<BasicFlow>(*lexer, code) : divides<BraceFlow>(*lexer, code);
 }

@@ -9,7 +9,7 @@ namespace kavo::script {
 
 // Whether a block opens, divides or ends a construct that reaches beyond it, so that the page behind it is not the
 // continuation of the page before it. `text` is that of all blocks. False for a value, for declarations, for a client's
-// script, and for a language without a lexer.
+// script, and for a language that is not known.
 bool divides_page(std::string_view text, const Piece& piece);
 
 }  // namespace kavo::script
