@@ -65,6 +65,7 @@ constexpr Case kCases[] = {
     {"several texts in one literal", Language::kPhp, "<?php echo '<p>[[a=>b]]</p><p>[[c=>\\'d\\'. \\'e\\']]</p>'; ?>"},
     {"a literal that is cut between two texts", Language::kPhp, "<?php echo '<p>[[a=>b' . 'c]]</p><p>[[d=>e]]</p>'; ?>"},
     {"a value in braces", Language::kPhp, R"(<?php echo "[[Hi $you, yes=>{$you}r]]"; ?>)"},
+    {"two values side by side", Language::kPhp, R"(<?php echo "[[$a and $b too=>$b$a]]"; ?>)"},
     {"a member in braces", Language::kPhp, R"(<?php echo "[[Hi $a->b, yes=>{$a->b}r]]"; ?>)"},
     {"a value that a text inserts", Language::kPhp, R"(<?php echo "[[Hi you=>Hi $you]]"; ?>)", "segment 1"},
     {"a value that comes first", Language::kPhp, R"(<?php echo "[[$you said=>dit $you]]"; ?>)"},

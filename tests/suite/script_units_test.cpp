@@ -104,7 +104,7 @@ const Case kCases[] = {
     // Languages.
     {"declared by the page", "asp", "<%@ language=JScript %><% Response.Write('Hello you') %>", "Hello you"},
     {"of an element", "asp", "<script language=vbscript>MsgBox \"Hello \" & _\n\"you\"</script>", "Hello you"},
-    {"without a lexer", "asp", "<%@ language=PerlScript %><% print 'Hello you' %>", ""},
+    {"without a lexer", "asp", "<%@ language=PerlScript %><% print 'Hello you' %>", "? Hello you"},
     {"data", "htm", "<script type='application/json'>{\"a\": \"Hello you\"}</script>", ""},
 };
 

@@ -66,6 +66,7 @@ class ScriptProof::Operands {
 
   void add(const ScriptReader::Read& read, std::string_view bytes) {
     const Token& token = read.token;
+    if (token.kind != TokenKind::kName) after_value_ = false;
     if (read.is_between) return between(read, bytes);
     if (token.kind == TokenKind::kBlank || token.kind == TokenKind::kLineEnd || token.kind == TokenKind::kComment)
       return;
@@ -73,6 +74,10 @@ class ScriptProof::Operands {
     if (bytes == text_operator_of(read.language).substr(1, 1)) return text(bytes);
     if (is_one_of(token, bytes, "([{")) ++depth_;
     if (is_one_of(token, bytes, ")]}") && depth_ > 0) --depth_;
+    // Two values that a text of PHP inserts may stand side by side.
+    const bool is_value = token.kind == TokenKind::kName && bytes.starts_with("$");
+    if (is_value && after_value_ && depth_ == 1) operands_.emplace_back();
+    after_value_ = is_value;
     // What a text of PHP inserts is one token, and three as soon as it gets braces.
     const std::size_t arrow = token.kind == TokenKind::kName ? bytes.find("->") : bytes.npos;
     if (arrow == bytes.npos) return append(bytes, false);
@@ -133,6 +138,7 @@ class ScriptProof::Operands {
 
   const TextCoding& coding_;
   std::size_t depth_ = 0;
+  bool after_value_ = false;
   std::vector<std::vector<Part>> operands_{1};
 };
 
