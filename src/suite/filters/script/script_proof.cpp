@@ -11,7 +11,7 @@ namespace {
 
 // The first line from `from` on that begins as a marker does; the size of the text when there is none.
 std::size_t find_marker(std::string_view text, std::size_t from) {
-  for (std::size_t at = text.find(kMarker, from); at != std::string_view::npos; at = text.find(kMarker, at + 1))
+  for (std::size_t at = text.find(html::placeholder::kMarker, from); at != std::string_view::npos; at = text.find(html::placeholder::kMarker, at + 1))
     if (at == 0 || ends_line(text[at - 1])) return at;
   return text.size();
 }
@@ -182,7 +182,7 @@ void ScriptProof::prove_blocks(bool is_end) {
     const std::size_t next = find_marker(source_.text, std::max(searched_, source_begin + 1));
     if (next >= source_.text.size() && !is_end) {
       // A marker may be cut.
-      searched_ = std::max(source_begin, next > kMarker.size() ? next - kMarker.size() : 0);
+      searched_ = std::max(source_begin, next > html::placeholder::kMarker.size() ? next - html::placeholder::kMarker.size() : 0);
       break;
     }
     const std::size_t target_next = find_marker(target_.text, target_begin + 1);
@@ -191,7 +191,7 @@ void ScriptProof::prove_blocks(bool is_end) {
     // Only a translation can bring a marker along.
     const bool is_last = next >= source_.text.size();
     if (is_last != (target_next >= target_.text.size()) && !changes_.empty()) refuse(behind - (behind > change ? 1 : 0));
-    if (source_.bytes(source_begin, next).starts_with(kMarker))
+    if (source_.bytes(source_begin, next).starts_with(html::placeholder::kMarker))
       prove_block({source_begin, next}, {target_begin, target_next}, {change, behind});
     source_begin = searched_ = next;
     target_begin = target_next;
