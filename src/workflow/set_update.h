@@ -91,6 +91,7 @@ class SetUpdate {
  private:
   using Sums = std::vector<std::optional<std::uint64_t>>;
   Sums sums() const;
+  bool is_unchanged(std::span<const ProducedFile> produced) const;
 
   TranslatedFolders& known_;
   OldDocuments old_;

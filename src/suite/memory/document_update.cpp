@@ -39,11 +39,6 @@ class Update {
       : tud_(tud), old_(old), known_(known), document_(tud) {}
 
   DocumentUpdate run() {
-    if (is_as_before()) {
-      result_.is_unchanged = true;
-      result_.counts.kept = document_.units.size();
-      return std::move(result_);
-    }
     const TextUnits units = text_units_of(document_.facts.source_language);
     decisions_ = decide_update(old_units(), document_.units, units, known_);
     targets_.resize(decisions_.size());
@@ -58,23 +53,6 @@ class Update {
  private:
   std::span<const OldUnit> old_units() const {
     return old_ ? std::span<const OldUnit>(old_->units) : std::span<const OldUnit>();
-  }
-
-  // The same source, taken apart in the same way: the skeletons say so byte for byte. What a skeleton does not hold
-  // are the locks; one that is new shall take effect where nothing was translated.
-  bool is_as_before() const {
-    if (!old_ || old_->holds_lines || old_->skeleton_checksum == 0) return false;
-    const TudHeader &was = old_->header, &is = document_.facts;
-    if (was.original != is.original || was.target_code_page != is.target_code_page ||
-        old_->units.size() != document_.units.size())
-      return false;
-    if (old_->skeleton_checksum != checksum_of_file(skeleton_name_of(tud_))) return false;
-    for (std::size_t i = 0; i < old_->units.size(); ++i) {
-      const OldUnit& unit = old_->units[i];
-      if (unit.source != document_.units[i].plain) return false;
-      if (document_.units[i].is_locked && unit.status == TranslationStatus::kUntranslated) return false;
-    }
-    return true;
   }
 
   void fill(std::size_t i) {
@@ -246,6 +224,24 @@ UpdateCounts& UpdateCounts::operator+=(const UpdateCounts& other) {
   fresh += other.fresh;
   removed += other.removed;
   return *this;
+}
+
+// The skeletons say so byte for byte. What a skeleton does not hold are the locks: one that is new shall take effect
+// where nothing was translated.
+bool says_the_same(std::u16string_view tud, const OldDocument& old) {
+  if (old.holds_lines || old.skeleton_checksum == 0) return false;
+  const NewDocument document(tud);
+  const TudHeader &was = old.header, &is = document.facts;
+  if (was.original != is.original || was.target_code_page != is.target_code_page ||
+      old.units.size() != document.units.size())
+    return false;
+  if (old.skeleton_checksum != checksum_of_file(skeleton_name_of(tud))) return false;
+  for (std::size_t i = 0; i < old.units.size(); ++i) {
+    const OldUnit& unit = old.units[i];
+    if (unit.source != document.units[i].plain) return false;
+    if (document.units[i].is_locked && unit.status == TranslationStatus::kUntranslated) return false;
+  }
+  return true;
 }
 
 DocumentUpdate update_document(std::u16string_view tud, const OldDocument* old, KnownTexts& known) {

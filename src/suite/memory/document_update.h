@@ -24,11 +24,14 @@ struct UpdateCounts {
 
 struct DocumentUpdate {
   UpdateCounts counts;
-  bool is_unchanged = false;     // nothing was written: the old files say all that the new ones would
   std::vector<TmxUnit> removed;  // translations that the new document does not hold any more
 };
 
-// Writes into the new document, which was just made and is untranslated. A translation that rebuilding the document
+// Whether the new document, which was just made, would say after its update what the old one says: its source was taken
+// apart in the same way, byte for byte. Throws `failure` when it cannot be read.
+bool says_the_same(std::u16string_view tud, const OldDocument& old);
+
+// Writes into the new document, untranslated as it is. A translation that rebuilding the document
 // would refuse is taken for review, without its optional codes; where that is refused, too, it is only offered. `old`
 // is nullptr where there was no document. Throws `failure`: the new document is then as it was.
 DocumentUpdate update_document(std::u16string_view tud, const OldDocument* old, KnownTexts& known);
