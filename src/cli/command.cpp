@@ -116,8 +116,15 @@ void refuse_folder(const std::u16string& file) {
 }
 
 ExitCode run_verb(Verb& verb, const VerbEntry& entry, const Options& options, WatchedFiles& watched) {
-  const std::vector<std::string> no_file{""};
-  const std::vector<std::string>& files = options.files.empty() ? no_file : options.files;
+  std::vector<std::string> files = options.files;
+  for (const std::string& file : files) verb.files.push_back(path_from_host(file));
+  const std::vector<std::u16string> given = verb.files;
+  verb.find_files();
+  if (verb.files != given) {
+    files.clear();
+    for (const std::u16string& file : verb.files) files.push_back(path_to_host(file));
+  }
+  if (!entry.takes_files) files.push_back("");
   ProgressBar bar(options.quiet ? ProgressBar::Mode::kNone : options.progress, files.size());
   Report report(full_name(entry), options.json, options.quiet);
   const auto add = [&](const std::string& file, Outcome outcome, double started) {
@@ -125,13 +132,12 @@ ExitCode run_verb(Verb& verb, const VerbEntry& entry, const Options& options, Wa
       message.text = watched.in_host_form(FolderRun::without_scratch_folder(message.text));
     report.add(file, outcome, ports().clock->seconds() - started);
   };
-  if (!options.files.empty()) working_on(files.front().c_str());
+  if (entry.takes_files && !files.empty()) working_on(files.front().c_str());
   verb.tell_step = [&bar](std::string step) { bar.rename(std::move(step)); };
   verb.in_host_form = [&watched](std::u16string text) { return watched.in_host_form(std::move(text)); };
-  for (const std::string& file : options.files) verb.files.push_back(path_from_host(file));
   verb.start();
   for (const std::string& file : files) {
-    if (!options.files.empty()) working_on(file.c_str());
+    if (entry.takes_files) working_on(file.c_str());
     try {
       throw_if_interrupted();
       throw_if_memory_ran_out();
@@ -163,7 +169,8 @@ ExitCode run_verb(Verb& verb, const VerbEntry& entry, const Options& options, Wa
     has_outcome = last.has_value();
     return last.value_or(Outcome());
   });
-  name_place(outcome, workplace.empty() ? path_from_host(files.back()) : workplace);
+  if (!workplace.empty() || !files.empty())
+    name_place(outcome, workplace.empty() ? path_from_host(files.back()) : workplace);
   if (has_outcome || outcome.ending != Outcome::kDone || !outcome.messages.empty()) add("", outcome, started);
   return report.finish();
 }

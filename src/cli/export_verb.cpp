@@ -1,6 +1,7 @@
 // kavo export: bilingual documents for XLIFF editors.
 #include <memory>
 
+#include "cli/folder_options.h"
 #include "cli/verb.h"
 #include "common/clsCommon.h"
 #include "common/path_parts.h"
@@ -25,6 +26,12 @@ class Export final : public Verb {
     app.add_flag("--with-skeleton", with_skeleton_,
                  "Put the skeletons inside, with the documents that belong to it: the one file can be rebuilt");
     app.add_flag("--overwrite", overwrite_, "Replace a file that is there");
+    folders_.add_to(app);
+  }
+  void find_files() override {
+    files = paths_of(folders_.bilingual_documents(files));
+    if (!to_.empty() && files.size() > 1)
+      throw failure(FailureNumber::kInvalidCall, u"--to names one file, but there are several to write");
   }
   void check_usage(std::size_t file_count) override {
     if (!to_.empty() && file_count > 1) throw CLI::ValidationError("--to", "goes with one FILE only");
@@ -78,6 +85,7 @@ class Export final : public Verb {
     return segments;
   }
 
+  FolderOptions folders_;
   std::string to_;
   bool with_skeleton_ = false;
   bool overwrite_ = false;

@@ -1,5 +1,8 @@
 #include "cli/option_values.h"
 
+#include <algorithm>
+#include <sstream>
+
 #include "platform/code_page.h"
 #include "platform/failure.h"
 #include "platform/unicode.h"
@@ -13,6 +16,30 @@ CLI::Validator language_value() {
             const LanguageRow* const language = find_language(to_utf16(text));
             if (language == nullptr) return to_utf8(unknown_language_text(to_utf16(text)));
             text = to_utf8(language->code);
+            return std::string();
+          },
+          ""};
+}
+
+std::vector<std::string> listed_languages(const std::string& list) {
+  std::vector<std::string> languages;
+  std::stringstream words(list);
+  for (std::string word; std::getline(words, word, ',');)
+    if (std::ranges::find(languages, word) == languages.end()) languages.push_back(word);
+  return languages;
+}
+
+CLI::Validator language_list_value() {
+  return {[](std::string& text) {
+            std::string codes;
+            for (std::string& language : listed_languages(text)) {
+              const auto first = language.find_first_not_of(' '), last = language.find_last_not_of(' ');
+              language = first == std::string::npos ? "" : language.substr(first, last - first + 1);
+              const LanguageRow* const row = find_language(to_utf16(language));
+              if (row == nullptr) return to_utf8(unknown_language_text(to_utf16(language)));
+              codes += (codes.empty() ? "" : ",") + to_utf8(row->code);
+            }
+            text = codes;
             return std::string();
           },
           ""};

@@ -2,11 +2,16 @@
 #pragma once
 
 #include <CLI/App.hpp>
+#include <string>
+#include <vector>
 
 namespace kavo {
 
 // For Option::transform: a code of the suite or a BCP 47 tag becomes the suite's code.
 CLI::Validator language_value();
+// The same for several of them with commas between.
+CLI::Validator language_list_value();
+std::vector<std::string> listed_languages(const std::string& list);
 // For Option::check: a name or number that code_page_number() knows.
 CLI::Validator code_page_value();
 // For Option::check: "key=value" with a filter option and one of its values.

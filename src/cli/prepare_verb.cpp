@@ -1,6 +1,10 @@
 // kavo prepare: documents prepared for translation and turned into bilingual documents.
 #include <algorithm>
+#include <deque>
+#include <map>
 
+#include "cli/counted.h"
+#include "cli/folder_options.h"
 #include "cli/option_values.h"
 #include "cli/outcome_observer.h"
 #include "cli/prepared_documents.h"
@@ -11,6 +15,7 @@
 #include "common/path_parts.h"
 #include "driver/K19FPWObj.h"
 #include "driver/companions.h"
+#include "driver/document_files.h"
 #include "driver/prepare_and_convert.h"
 #include "platform/case_fold.h"
 #include "platform/failure.h"
@@ -19,6 +24,7 @@
 #include "platform/unicode.h"
 #include "suite/filters/filter_options.h"
 #include "workflow/page_guard.h"
+#include "workflow/preparation_plan.h"
 #include "workflow/set_update.h"
 
 namespace kavo {
@@ -32,10 +38,14 @@ class Prepare final : public Verb {
         ->required()
         ->type_name("CODE")
         ->transform(language_value());
-    app.add_option("--target", target_, "Language to translate them into, such as FR, DE-AT or zh-Hant-TW")
+    app.add_option("--target", target_, "Languages to translate them into, such as FR, DE-AT or zh-Hant-TW: FR,DE")
         ->required()
-        ->type_name("CODE")
-        ->transform(language_value());
+        ->type_name("CODE,...")
+        ->transform(language_list_value());
+    folders_.add_to(app);
+    app.add_option("--output-dir", output_folder_,
+                   "Prepare copies in this folder, in the folders that the documents have in theirs")
+        ->type_name("FOLDER");
     app.add_option("--target-code-page", target_code_page_,
                    "Code page of the rebuilt documents (else that of the source)")
         ->type_name("N")
@@ -57,11 +67,36 @@ class Prepare final : public Verb {
     app.add_option("--filter-option", filter_options_,
                    "What a filter is to do, such as rc.dialog-font=\"MS UI Gothic\" (docs/filter-options.md has all)")
         ->type_name("NAME=VALUE")
+        ->allow_extra_args(false)
         ->check(filter_option_value());
+  }
+  void find_files() override {
+    for (const std::string& language : listed_languages(target_)) targets_.push_back(to_utf16(language));
+    const bool has_folder = std::ranges::any_of(files, [](const std::u16string& file) {
+      const auto info = ports().files->info(file);
+      return info && info->is_folder;
+    });
+    if (!has_folder && output_folder_.empty()) return;
+    FolderSelection selection = folders_.selection();
+    if (!output_folder_.empty()) selection.leave_out = path_from_host(output_folder_);
+    std::vector<PlannedDocument> plan =
+        plan_preparation(sources_meant(files, selection), path_from_host(output_folder_), targets_);
+    const std::size_t all = plan.size();
+    if (!overwrite_ && !fresh_) leave_out_up_to_date(plan, targets_);
+    up_to_date_ = all - plan.size();
+    files.clear();
+    for (PlannedDocument& planned : plan) {
+      if (!output_folder_.empty()) make_folders(folder_of(planned.document));
+      files.push_back(planned.source);
+      plan_.emplace(planned.source, std::move(planned));
+    }
+    is_project_ = true;
   }
   void start() override {
     driver_.emplace();
-    batch_ = PreparationBatch(documents_among(files));
+    std::vector<std::u16string> documents;
+    for (const std::u16string& file : files) documents.push_back(planned(file).document);
+    batch_ = PreparationBatch(documents_among(documents));
     if (!target_code_page_.empty())
       languages_.target_code_page = static_cast<std::int32_t>(code_page_number(target_code_page_));
     FilterOptions options;
@@ -74,59 +109,90 @@ class Prepare final : public Verb {
     if (!paragraphs_.empty()) options["text.paragraphs"] = paragraphs_;
     for (const auto& [key, value] : options) languages_.filter_options += to_utf16(key + "=" + value + "\n");
     languages_.source = to_utf16(source_);
-    languages_.target = to_utf16(target_);
     std::vector<std::u16string> folders;
-    for (const std::u16string& file : files) folders.push_back(folder_of(ports().files->absolute(file)));
+    for (const std::u16string& document : documents) folders.push_back(folder_of(ports().files->absolute(document)));
     std::ranges::sort(folders, LessIgnoringCase());
     const auto doubled = std::ranges::unique(folders, equal_ignoring_case);
     folders.erase(doubled.begin(), doubled.end());
-    known_.emplace(languages_.source, languages_.target, std::move(folders));
+    for (const std::u16string& target : targets_) known_.emplace_back(languages_.source, target, folders);
   }
-  std::u16string workplace(const std::u16string& file) const override { return file; }
+  std::u16string workplace(const std::u16string& file) const override {
+    return file.empty() ? u"" : planned(file).document;
+  }
   Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
     if (const auto left_out = outcome_of_side_file(file)) return *left_out;
+    const std::u16string document = planned(file).document;
+    // What stands beside a copy is compared with the state that the copy has now.
+    const bool is_there = is_file(document);
     if (!overwrite_) {
-      refuse_work_beside_prepared_page(file);
-      refuse_others_side_files(file);
+      for (const std::u16string& target : targets_) refuse_others_side_files(document, target);
+      if (is_there) refuse_work_beside_prepared_page(document);
     }
-    Outcome outcome;
-    PreparationRequest request = command_request(file);
+    std::deque<SetUpdate> updates;  // one for each language
+    std::vector<RunLanguages> languages;
+    for (TranslatedFolders& known : known_) {
+      const SetUpdate& update = updates.emplace_back(known, document, overwrite_);
+      languages.push_back(languages_);
+      languages.back().target = known.target_language();
+      // What lies beside a document of ours was made of this source, too.
+      languages.back().replaces_objects = overwrite_ || update.has_documents();
+    }
+    FolderRun run(document);
+    bring_sources(file);
+    if (!overwrite_ && !is_there) refuse_work_beside_prepared_page(document);
+    PreparationRequest request = command_request(document);
     request.repairs = request.repairs && !no_repair_;
-    SetUpdate update(*known_, file, overwrite_);
-    RunLanguages languages = languages_;
-    // What lies beside a document of ours was made of this source, too.
-    languages.replaces_objects = overwrite_ || update.has_documents();
-    FolderRun run(file);
-    const ConvertedDocument converted =
+    Outcome outcome;
+    const std::vector<ConvertedDocument> converted =
         prepare_and_convert(request, batch_, languages, outcome_observer(outcome, progress));
-    outcome.result = converted.preparation.result != 0 ? converted.preparation.result : converted.conversion.result;
-    if (!converted.is_done()) outcome.ending = Outcome::kFailed;
-    for (const ProducedFile& produced : converted.preparation.files)
-      if (!produced.tud_name.empty()) outcome.produced.push_back({produced.tud_name, kBilingualDocument});
-    if (converted.conversion.result != 0) outcome.messages.push_back({converted.conversion.reason});
-    const bool is_unchanged = converted.is_done() && !fresh_ && !take_over(update, converted, outcome);
+    for (const ConvertedDocument& each : converted) {
+      outcome.result = each.preparation.result != 0 ? each.preparation.result : each.conversion.result;
+      if (!each.is_done()) outcome.ending = Outcome::kFailed;
+      for (const ProducedFile& produced : each.preparation.files)
+        if (!produced.tud_name.empty()) outcome.produced.push_back({produced.tud_name, kBilingualDocument});
+      if (each.conversion.result != 0) outcome.messages.push_back({each.conversion.reason});
+    }
+    const bool is_done = outcome.ending != Outcome::kFailed;
+    const bool is_unchanged = is_done && !fresh_ && !take_over(updates, converted, outcome);
     if (!is_unchanged) run.commit();
     return outcome;
   }
   std::optional<Outcome> finish() override {
-    if (updated_ < 2) return std::nullopt;
     Outcome outcome;
-    add_counts(outcome, total_, to_utf16(std::to_string(updated_)) + u" files updated: ");
-    outcome.details["update"]["files"] = updated_;
-    return outcome;
+    if (updated_ > 1) {
+      add_counts(outcome, total_, to_utf16(std::to_string(updated_)) + u" files updated: ");
+      outcome.details["update"]["files"] = updated_;
+    }
+    if (is_project_) {
+      outcome.lines.push_back(counted(files.size(), "document") + " prepared, " + std::to_string(up_to_date_) +
+                              " up to date");
+      outcome.details["prepared"] = files.size();
+      outcome.details["up_to_date"] = up_to_date_;
+    }
+    return is_project_ || updated_ > 1 ? std::optional(outcome) : std::nullopt;
   }
 
  private:
-  // False when everything is as it was.
-  bool take_over(SetUpdate& update, const ConvertedDocument& converted, Outcome& outcome) {
-    const SetUpdateReport report = update.apply(converted.preparation.files);
-    for (const Message& message : known_->take_messages()) outcome.messages.push_back(message);
-    if (!report.is_update) return true;
-    add_counts(outcome, report.counts, report.is_unchanged ? u"unchanged: " : u"");
-    outcome.details["update"]["unchanged"] = report.is_unchanged;
-    total_ += report.counts;
+  // False when everything is as it was, in all languages: their documents come from one preparation.
+  bool take_over(std::deque<SetUpdate>& updates, const std::vector<ConvertedDocument>& converted, Outcome& outcome) {
+    bool is_unchanged = true;
+    for (std::size_t i = 0; i < updates.size(); ++i)
+      is_unchanged = is_unchanged && updates[i].is_unchanged(converted[i].preparation.files);
+    UpdateCounts counts;
+    bool is_update = false;
+    for (std::size_t i = 0; i < updates.size(); ++i) {
+      const SetUpdateReport report =
+          is_unchanged ? updates[i].kept() : updates[i].apply(converted[i].preparation.files);
+      for (const Message& message : known_[i].take_messages()) outcome.messages.push_back(message);
+      is_update = is_update || report.is_update;
+      counts += report.counts;
+    }
+    if (!is_update) return true;
+    add_counts(outcome, counts, is_unchanged ? u"unchanged: " : u"");
+    outcome.details["update"]["unchanged"] = is_unchanged;
+    total_ += counts;
     ++updated_;
-    return !report.is_unchanged;
+    return !is_unchanged;
   }
 
   static void add_counts(Outcome& outcome, const UpdateCounts& counts, const std::u16string& heading) {
@@ -143,20 +209,35 @@ class Prepare final : public Verb {
     outcome.messages.push_back({heading + to_utf16(text)});
   }
 
+  PlannedDocument planned(const std::u16string& file) const {
+    const auto found = plan_.find(file);
+    return found == plan_.end() ? PlannedDocument{file, file} : found->second;
+  }
+
+  // The first MIF document of a folder needs them all.
+  void bring_sources(const std::u16string& file) {
+    const PlannedDocument own = planned(file);
+    for (const std::u16string& other : batch_.book_of(own.document))
+      if (other != own.document && FileTypeOf(other) == kMifDocument)
+        for (const auto& [source, each] : plan_)
+          if (each.document == other) bring_source(each, true);
+    bring_source(own, overwrite_);
+  }
+
   // Throws `failure` 58 for side files' documents that another MIF document of the folder needs for its way back.
-  void refuse_others_side_files(const std::u16string& document) const {
-    const std::vector<std::u16string> own = bilingual_documents_of(document, languages_.target);
+  void refuse_others_side_files(const std::u16string& document, const std::u16string& target) const {
+    const std::vector<std::u16string> own = bilingual_documents_of(document, target);
     if (FileTypeOf(document) != kMifDocument || !ports().files->info(own[1])) return;
     const std::u16string folder = folder_of(document);
-    for (const std::u16string& name : ports().files->find(folder + u"*_mif_" + languages_.target + u".tud")) {
+    for (const std::u16string& name : ports().files->find(folder + u"*_mif_" + target + u".tud")) {
       const std::u16string other = folder + name;
       const auto is_other = [&](const std::u16string& known) { return equal_ignoring_case(known, other); };
       if (std::ranges::any_of(own, is_other) || std::ranges::any_of(files, [&](const std::u16string& file) {
-            return is_other(tud_name_of(file, languages_.target));
+            return is_other(tud_name_of(planned(file).document, target));
           }))
         continue;
       throw failure(FailureNumber::kFileAlreadyExists,
-                    path_text(other) + u" shares the documents of its hidden texts (KAVO_..._mif_" + languages_.target +
+                    path_text(other) + u" shares the documents of its hidden texts (KAVO_..._mif_" + target +
                         u".tud) with this one: prepare all MIF documents of a folder with one command" +
                         kOverwriteAdvice);
     }
@@ -167,7 +248,9 @@ class Prepare final : public Verb {
   static constexpr char16_t kOverwriteAdvice[] = u". Nothing is changed; --overwrite replaces it";
 
   std::string source_;
-  std::string target_;
+  std::string target_;  // with commas between
+  FolderOptions folders_;
+  std::string output_folder_;
   std::string target_code_page_;
   std::string scripts_;
   std::string paragraphs_;
@@ -178,14 +261,20 @@ class Prepare final : public Verb {
   RunLanguages languages_;
   std::optional<K19FPWObj> driver_;  // keeps the suite's filters at hand
   PreparationBatch batch_;
-  std::optional<TranslatedFolders> known_;
+  std::vector<std::u16string> targets_;
+  std::map<std::u16string, PlannedDocument> plan_;  // by source
+  bool is_project_ = false;                         // folders were named, or an output folder
+  std::size_t up_to_date_ = 0;
+  std::deque<TranslatedFolders> known_;  // of each language
   UpdateCounts total_;
   std::size_t updated_ = 0;  // files
 };
 
 constexpr VerbEntry kVerbs[] = {
     {"", "prepare", "Prepare documents and turn them into bilingual documents",
-     "kavo prepare index.asp --source EN-US --target FR", make_verb<Prepare>},
+     "kavo prepare index.asp --source EN-US --target FR\n"
+     "  kavo prepare site/ --recursive --output-dir work/ --source EN-US --target FR,DE,JA",
+     make_verb<Prepare>},
 };
 
 }  // namespace

@@ -1,4 +1,5 @@
 // kavo pseudo: a readable test translation.
+#include "cli/folder_options.h"
 #include "cli/verb.h"
 #include "suite/document/pseudo_translation.h"
 
@@ -8,6 +9,8 @@ namespace {
 // Fills every open segment with its own text in brackets and with accents.
 class Pseudo final : public Verb {
  public:
+  void add_options(CLI::App& app) override { folders_.add_to(app); }
+  void find_files() override { files = paths_of(folders_.bilingual_documents(files)); }
   std::u16string workplace(const std::u16string& file) const override { return file; }
   Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
     ProgressEvent event;
@@ -17,6 +20,9 @@ class Pseudo final : public Verb {
     outcome.produced.push_back({file, kBilingualDocument});
     return outcome;
   }
+
+ private:
+  FolderOptions folders_;
 };
 
 constexpr VerbEntry kVerbs[] = {

@@ -1,5 +1,9 @@
 // kavo rebuild: the translated document of a bilingual one.
+#include <map>
+
 #include "cli/colours.h"
+#include "cli/folder_options.h"
+#include "cli/option_values.h"
 #include "cli/outcome_observer.h"
 #include "cli/verb.h"
 #include "common/clsCommon.h"
@@ -12,10 +16,12 @@
 #include "driver/companions.h"
 #include "driver/translation.h"
 #include "driver/tud_name.h"
+#include "platform/case_fold.h"
 #include "platform/failure.h"
 #include "platform/files.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"
+#include "suite/document/tud_format.h"
 #include "suite/document/xliff_package.h"
 #include "suite/languages/language_tags.h"
 #include "workflow/scratch_registry.h"
@@ -85,20 +91,64 @@ class Rebuild final : public Verb {
   void add_options(CLI::App& app) override {
     app.add_option("--output", output_, "The document to write (else SOURCE_LANGUAGE.EXTENSION beside the source)")
         ->type_name("FILE");
+    app.add_option("--output-dir", output_folder_,
+                   "The folder to write to; {lang} in it becomes the language. Documents keep the names of their sources")
+        ->type_name("FOLDER")
+        ->excludes("--output");
+    app.add_option("--target", target_, "Of a folder, only the documents of these languages: FR,DE")
+        ->type_name("CODE,...")
+        ->transform(language_list_value());
+    folders_.add_to(app);
     app.add_flag("--overwrite", overwrite_, "Replace a document that is there");
     app.add_flag("--highlight", highlight_, "Colour the texts by their status: untranslated, fuzzy, 100 %, translated");
   }
   void check_usage(std::size_t file_count) override {
     if (!output_.empty() && file_count > 1) throw CLI::ValidationError("--output", "goes with one FILE only");
   }
+  void find_files() override {
+    const std::vector<FolderFile> found = folders_.bilingual_documents(files, listed_languages(target_));
+    files = paths_of(found);
+    if (files.size() > 1 && !output_.empty())
+      throw failure(FailureNumber::kInvalidCall, u"--output names one document, but there are several to rebuild");
+    if (!output_folder_.empty()) plan_outputs(found);
+  }
   void start() override { driver_.emplace(); }
   std::u16string workplace(const std::u16string& file) const override { return file; }
   Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
     if (is_package(file)) return rebuild_package(file, progress);
-    return rebuild(file, path_from_host(output_), progress);
+    const auto planned = outputs_.find(file);
+    if (planned == outputs_.end()) return rebuild(file, path_from_host(output_), progress);
+    make_folders(folder_of(planned->second));
+    return rebuild(file, planned->second, progress);
   }
 
  private:
+  // Each document under the name of its source, in the folder that it has in its tree. Throws `failure` 58 when two
+  // would have one name: nothing is written then.
+  void plan_outputs(const std::vector<FolderFile>& documents) {
+    std::map<std::u16string, std::u16string, LessIgnoringCase> makers;
+    for (const FolderFile& document : documents) {
+      const TudName name(document.path);
+      if (is_package(document.path) || name.is_taken_along()) continue;
+      std::string folder = output_folder_;
+      for (std::size_t at; (at = folder.find("{lang}")) != std::string::npos;)
+        folder.replace(at, 6, to_utf8(name.language()));
+      const std::string source = header_of(document.path).set.author_document;
+      if (source.empty())
+        throw failure(FailureNumber::kInvalidCall,
+                      to_utf16(path_to_host(document.path) +
+                               " does not say what it was made of: prepare it again, or rebuild it with --output"));
+      const std::u16string output =
+          path_in(path_from_host(folder), folder_of(document.relative) + core_file_name(source));
+      if (const auto [maker, is_new] = makers.try_emplace(output, document.path); !is_new)
+        throw failure(FailureNumber::kFileAlreadyExists,
+                      to_utf16(path_to_host(maker->second) + " and " + path_to_host(document.path) +
+                               " would both become " + path_to_host(output) +
+                               ". Nothing is written: put {lang} into --output-dir, or choose with --target"));
+      outputs_.emplace(document.path, output);
+    }
+  }
+
   // Each document of a package by itself, in a scratch folder; what was made goes beside the package.
   Outcome rebuild_package(const std::u16string& file, const ProgressEvent::Handler& progress) {
     const UnpackedPackage package(file);
@@ -171,13 +221,18 @@ class Rebuild final : public Verb {
   }
 
   std::string output_;
+  std::string output_folder_;
+  std::string target_;
+  FolderOptions folders_;
+  std::map<std::u16string, std::u16string> outputs_;  // by bilingual document
   bool overwrite_ = false;
   bool highlight_ = false;
   std::optional<K19FPWObj> driver_;  // for the suite's filters
 };
 
 constexpr VerbEntry kVerbs[] = {
-    {"", "rebuild", "Rebuild the translated documents of bilingual documents", "kavo rebuild index_asp_htm_FR.tud",
+    {"", "rebuild", "Rebuild the translated documents of bilingual documents", "kavo rebuild index_asp_htm_FR.tud\n"
+     "  kavo rebuild work/ --recursive --output-dir 'site-{lang}/'",
      make_verb<Rebuild>},
 };
 

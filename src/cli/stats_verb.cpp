@@ -1,6 +1,7 @@
 // kavo stats: how much there is to do, and how much is done.
 #include <algorithm>
 
+#include "cli/folder_options.h"
 #include "cli/verb.h"
 #include "common/path_parts.h"
 #include "platform/unicode.h"
@@ -53,6 +54,8 @@ struct Counts {
 
 class Stats final : public Verb {
  public:
+  void add_options(CLI::App& app) override { folders_.add_to(app); }
+  void find_files() override { files = paths_of(folders_.bilingual_documents(files)); }
   Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
     ProgressEvent event;
     event.handler(progress);
@@ -90,6 +93,7 @@ class Stats final : public Verb {
     return outcome;
   }
 
+  FolderOptions folders_;
   Counts total_;
   std::size_t files_ = 0;
 };

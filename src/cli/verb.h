@@ -47,6 +47,8 @@ class Verb {
   virtual void add_options(CLI::App&) {}
   // Throws CLI::ValidationError for options that do not go together.
   virtual void check_usage(std::size_t file_count) { static_cast<void>(file_count); }
+  // Puts the files that folders stand for into the place of the folders, in `files`; before start().
+  virtual void find_files() {}
   virtual void start() {}
   // A file in the folder that run() for this file writes to, finish() for "": what is written there is written as a
   // whole or not at all (FolderRun). "" for a step that writes no documents, or has other programs write them.
@@ -63,7 +65,7 @@ class Verb {
   // Puts the paths of this run that stand in a message into the host's own form; set by whoever runs the verb. Messages
   // of an outcome need it only where they become lines or details.
   std::function<std::u16string(std::u16string)> in_host_form;
-  // All files of the command line, set before start(): for a verb whose files belong together.
+  // All files to work on, set before find_files(): for a verb whose files belong together.
   std::vector<std::u16string> files;
 };
 

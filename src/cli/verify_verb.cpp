@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "cli/counted.h"
+#include "cli/folder_options.h"
 #include "cli/option_values.h"
 #include "cli/report.h"
 #include "cli/verb.h"
@@ -195,7 +196,9 @@ class Verify final : public Verb {
         ->capture_default_str()
         ->transform(language_value());
     app.add_flag("--strict", strict_, "A page that needs repair does not pass either");
+    folders_.add_to(app);
   }
+  void find_files() override { files = paths_of(sources_meant(files, folders_.selection())); }
   void start() override {
     driver_.emplace();
     driver_->QuietMode(1);
@@ -260,6 +263,7 @@ class Verify final : public Verb {
     return book.get();
   }
 
+  FolderOptions folders_;
   std::string source_ = "EN-US";
   std::string target_ = "FR";
   bool strict_ = false;

@@ -146,31 +146,31 @@ SetUpdate::Sums SetUpdate::sums() const {
   return sums;
 }
 
-SetUpdateReport SetUpdate::apply(std::span<const ProducedFile> produced) {
-  SetUpdateReport report;
-  report.is_unchanged = is_unchanged(produced);
-  report.is_update = !old_.empty();
-  for (const ProducedFile& file : produced) {
-    const std::u16string tud = ports().files->absolute(file.tud_name);
-    const auto found = old_.find(tud);
-    if (report.is_unchanged) {
-      report.counts.kept += found->second.units.size();
-      continue;
-    }
-    DocumentUpdate update = update_document(tud, found == old_.end() ? nullptr : &found->second, known_);
-    report.counts += update.counts;
-    known_.keep_removed(folder_of(tud), std::move(update.removed));
-  }
-  report.is_update = report.is_update || report.counts.moved + report.counts.similar != 0;
-  return report;
-}
-
-// All of the set or none: what is made anew is untranslated, and may be left behind only together.
 bool SetUpdate::is_unchanged(std::span<const ProducedFile> produced) const {
   return !produced.empty() && sums() == sums_before_ && std::ranges::all_of(produced, [&](const ProducedFile& file) {
     const auto found = old_.find(ports().files->absolute(file.tud_name));
     return found != old_.end() && says_the_same(found->first, found->second);
   });
+}
+
+SetUpdateReport SetUpdate::kept() const {
+  SetUpdateReport report;
+  report.is_update = true;
+  for (const auto& [tud, document] : old_) report.counts.kept += document.units.size();
+  return report;
+}
+
+SetUpdateReport SetUpdate::apply(std::span<const ProducedFile> produced) {
+  SetUpdateReport report;
+  for (const ProducedFile& file : produced) {
+    const std::u16string tud = ports().files->absolute(file.tud_name);
+    const auto found = old_.find(tud);
+    DocumentUpdate update = update_document(tud, found == old_.end() ? nullptr : &found->second, known_);
+    report.counts += update.counts;
+    known_.keep_removed(folder_of(tud), std::move(update.removed));
+  }
+  report.is_update = !old_.empty() || report.counts.moved + report.counts.similar != 0;
+  return report;
 }
 
 }  // namespace kavo

@@ -70,8 +70,7 @@ class TranslatedFolders final : public KnownTexts {
 // What became of the documents of one source.
 struct SetUpdateReport {
   UpdateCounts counts;
-  bool is_update = false;     // there was a document, or a translation was found
-  bool is_unchanged = false;  // every document is as it was; what was made anew need not take its name
+  bool is_update = false;  // there was a document, or a translation was found
 };
 
 class SetUpdate {
@@ -85,13 +84,17 @@ class SetUpdate {
 
   bool has_documents() const { return !old_.empty(); }
 
-  // After it: fills the documents of the produced files, and keeps what no longer exists. Throws `failure`.
+  // After it: whether every document says what it said, so that what was made anew need not take its name. All of the
+  // set or none: what is made anew is untranslated, and may be left behind only together.
+  bool is_unchanged(std::span<const ProducedFile> produced) const;
+  // What an unchanged set has.
+  SetUpdateReport kept() const;
+  // Fills the documents of the produced files, and keeps what no longer exists. Throws `failure`.
   SetUpdateReport apply(std::span<const ProducedFile> produced);
 
  private:
   using Sums = std::vector<std::optional<std::uint64_t>>;
   Sums sums() const;
-  bool is_unchanged(std::span<const ProducedFile> produced) const;
 
   TranslatedFolders& known_;
   OldDocuments old_;

@@ -76,10 +76,17 @@ TEST_F(CommandWordsOnFiles, AnOptionOfAFilterIsCheckedBeforeAnythingIsDone) {
 
 TEST_F(CommandWordsOnFiles, AFolderIsSaidToBeOne) {
   folder.make_folder(u"pages.asp");
-  for (const char* verb : {"preprocess", "stats", "rebuild", "verify"}) {
+  for (const char* verb : {"preprocess", "edit"}) {
     const Ran ran = run_kavo({verb, "pages.asp"}, &folder);
     EXPECT_EQ(ran.code, 1) << verb;
     EXPECT_EQ(ran.errors, "pages.asp: this is a folder; name the files in it\n") << verb;
+  }
+  for (const char* verb : {"stats", "rebuild", "verify", "export", "pseudo"}) {
+    const Ran ran = run_kavo({verb, "pages.asp"}, &folder);
+    EXPECT_EQ(ran.code, 1) << verb;
+    EXPECT_EQ(ran.errors, "kavo: pages.asp: there is nothing to work on in this folder; --recursive looks into its "
+                          "folders, too\n")
+        << verb;
   }
 }
 

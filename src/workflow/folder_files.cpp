@@ -1,0 +1,170 @@
+#include "workflow/folder_files.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <set>
+
+#include "common/document_names.h"
+#include "common/file_type.h"
+#include "common/path_parts.h"
+#include "driver/tud_name.h"
+#include "platform/case_fold.h"
+#include "platform/failure.h"
+#include "platform/files.h"
+#include "platform/ports.h"
+#include "platform/unicode.h"
+#include "suite/filters/filter.h"
+#include "workflow/path_pattern.h"
+
+namespace kavo {
+namespace {
+
+bool is_selected(const FolderSelection& selection, const std::u16string& relative) {
+  const auto fits = [&](const std::u16string& pattern) { return selects(pattern, relative); };
+  return (selection.include.empty() || std::ranges::any_of(selection.include, fits)) &&
+         std::ranges::none_of(selection.exclude, fits);
+}
+
+class Walk {
+ public:
+  Walk(std::u16string_view top, const FolderSelection& selection) : top_(top), selection_(selection) {}
+
+  std::vector<FolderFile> files() {
+    std::vector<std::u16string> folders{u""};  // from the top; a stack
+    while (!folders.empty()) {
+      const std::u16string folder = std::move(folders.back());
+      folders.pop_back();
+      if (is_new(path_in(top_, folder))) list(folder, folders);
+    }
+    return std::move(files_);
+  }
+
+ private:
+  bool is_new(const std::u16string& folder) {
+    const auto identity = ports().files->identity(folder);
+    if (identity && !selection_.leave_out.empty() && identity == ports().files->identity(selection_.leave_out))
+      return false;
+    return !identity || seen_.emplace(identity->volume, identity->number).second;
+  }
+
+  void list(const std::u16string& folder, std::vector<std::u16string>& folders) {
+    std::vector<std::u16string> below;
+    for (const std::u16string& name : ports().files->find(path_in(path_in(top_, folder), u"*"))) {
+      if (name.starts_with(u'.')) continue;
+      const std::u16string relative = folder.empty() ? name : path_in(folder, name);
+      const auto info = ports().files->info(path_in(top_, relative));
+      if (!info || info->is_special) continue;
+      if (info->is_folder)
+        below.push_back(relative);
+      else if (is_selected(selection_, relative))
+        files_.push_back({path_in(top_, relative), relative});
+    }
+    if (selection_.recursive) folders.insert(folders.end(), below.rbegin(), below.rend());
+  }
+
+  std::u16string top_;
+  const FolderSelection& selection_;
+  std::set<std::pair<std::uint64_t, std::uint64_t>> seen_;
+  std::vector<FolderFile> files_;
+};
+
+bool can_be_prepared(const std::u16string& path) {
+  const FileTypeRow& row = file_type_row(FileTypeOf(path));
+  // A server page goes to its filter as the page that its preparation makes.
+  const bool is_page = row.preparation == Preparation::kScripts;
+  const std::u16string_view tag = is_page ? file_type_row(kHtmlPage).filter_tag : row.filter_tag;
+  return !tag.empty() && std::ranges::any_of(all_filters(), [&](const FilterEntry& filter) {
+    return filter.tag == tag && filter.make != nullptr;
+  });
+}
+
+// What preparing and rebuilding made, by the names that stand beside a file.
+class OwnOutputs {
+ public:
+  explicit OwnOutputs(const std::vector<FolderFile>& files) {
+    for (const FolderFile& file : files) names_.insert(file.path);
+    for (const FolderFile& file : files) {
+      if (is_bilingual_name(file.path)) add_translation_of(TudName(file.path));
+      if (file_type_row(FileTypeOf(file.path)).preparation == Preparation::kScripts) add_parts_of(file.path);
+      if (FileTypeOf(file.path) == kWordDocument) made_.insert(rtf_name_of(file.path));
+    }
+  }
+  bool contains(const std::u16string& path) const { return is_mif_side_file(path) || made_.contains(path); }
+
+ private:
+  using Names = std::set<std::u16string, LessIgnoringCase>;
+
+  void add_translation_of(const TudName& tud) {
+    // A page of the name "my_page.htm" and a text of the name "my_page.txt" have as many parts: both are meant.
+    for (const std::u16string& document : {tud.file_name(0, tud.part(1), false), tud.file_name(1, tud.part(2), false)})
+      made_.insert(target_name_of(tud.folder(), document, tud.language()));
+  }
+  // A page of the author's own that has the name of a protected page has no script file beside it.
+  void add_parts_of(const std::u16string& path) {
+    PageNames page{.page = path, .html = {}, .script = {}};
+    complete_from_page(page);
+    if (names_.contains(page.script)) made_.insert({page.script, page.html});
+  }
+
+  Names names_;
+  Names made_;
+};
+
+}  // namespace
+
+bool is_bilingual_name(std::u16string_view path) { return ascii_lower(extension_of(path)) == u"tud"; }
+
+std::u16string path_in(std::u16string_view folder, std::u16string_view relative) {
+  std::u16string path(folder);
+  if (!path.empty() && path.back() != u'\\') path += u'\\';
+  return path += relative;
+}
+
+std::vector<FolderFile> files_of_folder(std::u16string_view folder, const FolderSelection& selection) {
+  return Walk(folder, selection).files();
+}
+
+std::vector<FolderFile> files_meant(const std::vector<std::u16string>& given, const FolderSelection& selection,
+                                    const Accepts& accepts) {
+  std::vector<FolderFile> files;
+  for (const std::u16string& path : given) {
+    const auto info = ports().files->info(path);
+    if (!info || !info->is_folder) {
+      files.push_back({path, file_name_of(path)});
+      continue;
+    }
+    std::vector<FolderFile> found = files_of_folder(path, selection);
+    std::erase_if(found, [&](const FolderFile& file) { return !accepts(file.path); });
+    if (found.empty())
+      throw failure(FailureNumber::kFileNotFound,
+                    to_utf16(path_to_host(path)) + u": there is nothing to work on in this folder" +
+                        (selection.recursive ? u"" : u"; --recursive looks into its folders, too"));
+    files.insert(files.end(), found.begin(), found.end());
+  }
+  return files;
+}
+
+std::vector<FolderFile> sources_meant(const std::vector<std::u16string>& given, const FolderSelection& selection) {
+  // What belongs to a document is seen only among all files of its folder.
+  std::set<std::u16string, LessIgnoringCase> own;
+  for (const std::u16string& path : given) {
+    const auto info = ports().files->info(path);
+    if (!info || !info->is_folder) continue;
+    const std::vector<FolderFile> all = files_of_folder(path, {.recursive = selection.recursive, .include = {}, .exclude = {}, .leave_out = selection.leave_out});
+    const OwnOutputs outputs(all);
+    for (const FolderFile& file : all)
+      if (outputs.contains(file.path)) own.insert(file.path);
+  }
+  return files_meant(given, selection,
+                     [&](const std::u16string& path) { return can_be_prepared(path) && !own.contains(path); });
+}
+
+void make_folders(std::u16string_view folder) {
+  const std::string host = path_to_host(folder);
+  std::error_code error;
+  std::filesystem::create_directories(std::u8string(host.begin(), host.end()), error);
+  if (error)
+    throw failure(FailureNumber::kPathFileAccess, to_utf16(host + ": the folder cannot be made: " + error.message()));
+}
+
+}  // namespace kavo

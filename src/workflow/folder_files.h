@@ -1,0 +1,47 @@
+// The files of a folder tree that a person means when naming the folder.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kavo {
+
+struct FolderFile {
+  std::u16string path;
+  std::u16string relative;  // from the folder that was named; the name alone of a file that was named itself
+};
+
+struct FolderSelection {
+  bool recursive = false;               // folders in folders, too
+  std::vector<std::u16string> include;  // patterns (path_pattern.h); none for all files
+  std::vector<std::u16string> exclude;
+  std::u16string leave_out{};  // a folder, whatever its name: that of the outputs
+};
+
+// The files of a folder in the order of their names, those of its sub-folders behind them. Names that begin with a dot
+// are left out, and a folder that was seen already (a link that leads back). Throws `failure` for a folder that cannot
+// be read.
+std::vector<FolderFile> files_of_folder(std::u16string_view folder, const FolderSelection& selection);
+
+// The files that the given ones stand for: each folder's files that `accepts` takes, and files as they are. Throws
+// `failure` 53 for a folder in which there is nothing to do.
+using Accepts = std::function<bool(const std::u16string& path)>;
+std::vector<FolderFile> files_meant(const std::vector<std::u16string>& given, const FolderSelection& selection,
+                                    const Accepts& accepts);
+
+// The documents of a tree that can be prepared: of a type that the suite filters, and none that was made by preparing
+// or rebuilding another one.
+std::vector<FolderFile> sources_meant(const std::vector<std::u16string>& given, const FolderSelection& selection);
+
+// Whether a name is that of a bilingual document.
+bool is_bilingual_name(std::u16string_view path);
+
+// Makes a folder and those above it, as every new folder is. Throws `failure`.
+void make_folders(std::u16string_view folder);
+
+// "folder" and "a\b" give "folder\a\b".
+std::u16string path_in(std::u16string_view folder, std::u16string_view relative);
+
+}  // namespace kavo

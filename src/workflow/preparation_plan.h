@@ -1,0 +1,34 @@
+// What a preparation of many documents does: which source becomes which document, in which languages.
+//
+// Without an output folder documents are prepared where they are. With one they are copied there first, in the folders
+// that they have in the source tree, and the source tree stays as it is.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "workflow/folder_files.h"
+
+namespace kavo {
+
+struct PlannedDocument {
+  std::u16string source;
+  std::u16string document;  // the source itself, or its copy
+};
+
+// Throws `failure` 58 when two sources would become one document, or leave files of one name, which the message names:
+// nothing is written then.
+std::vector<PlannedDocument> plan_preparation(const std::vector<FolderFile>& sources, std::u16string_view output_folder,
+                                              const std::vector<std::u16string>& languages);
+
+// Whether all documents of the languages are there and were made of the source as it is now.
+bool is_up_to_date(const PlannedDocument& planned, const std::vector<std::u16string>& languages);
+
+// Takes away what is up to date. The MIF documents of a folder share their hidden texts: they all stay when one does.
+void leave_out_up_to_date(std::vector<PlannedDocument>& plan, const std::vector<std::u16string>& languages);
+
+// Puts the source in the place of its copy. Throws `failure` 58 for another file there that no bilingual document was
+// made of, unless it may be replaced.
+void bring_source(const PlannedDocument& planned, bool may_replace);
+
+}  // namespace kavo
