@@ -32,6 +32,7 @@ std::vector<std::string> listed_languages(const std::string& list) {
 CLI::Validator language_list_value() {
   return {[](std::string& text) {
             std::string codes;
+            if (text.empty()) return to_utf8(unknown_language_text(u""));
             for (std::string& language : listed_languages(text)) {
               const auto first = language.find_first_not_of(' '), last = language.find_last_not_of(' ');
               language = first == std::string::npos ? "" : language.substr(first, last - first + 1);
