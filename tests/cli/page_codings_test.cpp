@@ -182,7 +182,7 @@ TEST_F(PageCodings, WhatIsWrongIsToldWithItsPlace) {
   };
   for (const auto& row : cases) {
     const Ran ran = run_kavo({"prepare", path_to_host(folder.write(u"a.asp", row.page)), "--source", "EN-US",
-                              "--target", "FR", "--overwrite"});
+                              "--target", "FR", "--overwrite", "--fresh"});
     EXPECT_EQ(ran.code, 0) << row.name;
     if (row.told != nullptr)
       EXPECT_NE(ran.errors.find(row.told), std::string::npos) << row.name << ": " << ran.errors;

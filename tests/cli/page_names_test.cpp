@@ -35,7 +35,7 @@ TEST_F(PageNamesCommand, PagesKeepTheirNames) {
       ASSERT_EQ(run_kavo({"pseudo", path_to_host(folder.path(u"x_" + extension + std::u16string(kind)))}).code, 0);
     const Ran rebuilt = run_kavo({"rebuild", tud, "--overwrite"});
     ASSERT_EQ(rebuilt.code, 0) << rebuilt.errors;
-    EXPECT_EQ(rebuilt.output, path_to_host(folder.path(u"x_FR." + extension)) + "\n");
+    EXPECT_EQ(rebuilt.output, path_to_host(folder.path(u"x_FR." + extension)) + "\t4\tserver page\n");
     const std::string page_text = folder.read(u"x_FR." + extension);
     EXPECT_TRUE(page_text.starts_with("<p>[") && page_text.find("<?php echo '[") != std::string::npos) << page_text;
     EXPECT_EQ(run_kavo({"verify", page}).code, 0);
@@ -57,10 +57,10 @@ TEST_F(PageNamesCommand, FragmentsAreNeverRepaired) {
 TEST_F(PageNamesCommand, PagesAreLeftAsTheyAreWhenTheUserWantsIt) {
   const std::string page = put(u"x.php", kOpen);
   ASSERT_EQ(prepare(page).code, 0);
-  EXPECT_NE(folder.read(u"x_php.htm").find("</b>"), std::string::npos);
+  EXPECT_NE(folder.read(u"x_php.htm").find("</B>"), std::string::npos);
   const Ran left = prepare(page, "--no-repair");
   ASSERT_EQ(left.code, 0) << left.errors;
-  EXPECT_EQ(folder.read(u"x_php.htm").find("</b>"), std::string::npos);
+  EXPECT_EQ(folder.read(u"x_php.htm").find("</B>"), std::string::npos);
 }
 
 TEST_F(PageNamesCommand, OtherNamesAreUnknown) {

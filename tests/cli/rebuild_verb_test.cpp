@@ -97,7 +97,7 @@ TEST_F(RebuildCommand, OutputNamesTheDocument) {
   const std::string tud = path(u"index_asp_htm_FR.tud"), output = path(u"out\\page.php");
   const Ran ran = run_kavo({"rebuild", tud, "--output", output});
   EXPECT_EQ(ran.code, 0) << ran.errors;
-  EXPECT_EQ(ran.output, output + "\t0\tunknown\n");
+  EXPECT_EQ(ran.output, output + "\t4\tserver page\n");
   EXPECT_NE(folder.read(u"out\\page.php").find("<%= name %>"), std::string::npos);
   EXPECT_EQ(folder.read(u"index_FR.asp"), "mine") << "no other document is touched";
 

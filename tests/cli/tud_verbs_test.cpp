@@ -62,7 +62,7 @@ TEST_F(TudCommand, OptionsOfFiltersReachMifAndRtf) {
     std::vector<std::string> arguments{
         "prepare",
         put(u"a.mif", "<MIFFile 9.00>\n<Page <PageType ReferencePage> <TextLine <String `a'>>>\n"),
-        "--source", "EN-US", "--target", "FR", "--overwrite"};
+        "--source", "EN-US", "--target", "FR", "--fresh"};
     arguments.insert(arguments.end(), more.begin(), more.end());
     EXPECT_EQ(run_kavo(arguments).code, 0);
     return nlohmann::json::parse(run_kavo({"stats", "--json", path(u"a_mif_FR.tud")}).output)["locked"].get<int>();

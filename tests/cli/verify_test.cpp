@@ -114,8 +114,9 @@ TEST_F(VerifyCommand, PlacesAreThoseOfTheDocument) {
   const auto& stray = told["repairs"][1];
   EXPECT_EQ(stray["line"], 6);
   EXPECT_EQ(stray["column"], 19);
-  ASSERT_EQ(told["notes"].size(), 1u) << told;  // the </i>
+  ASSERT_EQ(told["notes"].size(), 2u) << told;  // the </i>, and the broken character
   EXPECT_EQ(told["notes"][0]["column"], 18);
+  EXPECT_EQ(told["notes"][1]["column"], 13);
   // The text with the broken character, behind repairs and scripts.
   ASSERT_EQ(told["findings"].size(), 1u) << told;
   EXPECT_EQ(told["findings"][0]["line"], 6);

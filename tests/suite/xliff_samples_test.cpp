@@ -51,8 +51,9 @@ class XliffSamples : public testing::Test {
     pseudo_translate(tud, progress);
     const BilingualDocument translated(tud);
     for (std::size_t i = 0; i < translated.size(); ++i) {
-      if (translated.segment(i).status != TranslationStatus::kLocked)
+      if (translated.segment(i).status != TranslationStatus::kLocked) {
         EXPECT_NE(translated.segment(i).target, translated.segment(i).source);
+      }
       EXPECT_EQ(code_problem(translated.segment(i).source, translated.segment(i).target), "");
     }
   }

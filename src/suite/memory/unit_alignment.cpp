@@ -48,13 +48,19 @@ class Alignment {
         [](const Unit& unit) {
           return Key{unit.name, unit.text};
         },
-        [](const Unit& unit) { return unit.name != kNothing; });
+        [](const Unit& unit) { return unit.name != kNothing; }, [](const Unit& unit) { return unit.name != kNothing; });
     pair([](const Unit& unit) { return Key{unit.text, unit.element, unit.before, unit.behind}; });
     pair([](const Unit& unit) { return Key{unit.text, unit.leaf, unit.before, unit.behind}; });
     pair([](const Unit& unit) { return Key{unit.text, unit.element, unit.before}; });
     pair([](const Unit& unit) { return Key{unit.text, unit.element, unit.behind}; });
     number_gaps();
     pair([](const Unit& unit) { return Key{unit.text, unit.element, unit.gap}; });
+    // An editor may have dropped what an old text stands in.
+    pair(
+        [](const Unit& unit) {
+          return Key{unit.text, unit.gap};
+        },
+        [](const Unit& unit) { return unit.element == kNothing; }, [](const Unit&) { return true; });
     std::vector<std::uint32_t> partners;
     partners.reserve(new_.size());
     for (const Unit& unit : new_) partners.push_back(unit.partner);
@@ -85,18 +91,18 @@ class Alignment {
   }
 
   // Pairs what has no partner yet by equal keys, in order.
-  template <class KeyOf, class Accept>
-  void pair(const KeyOf& key_of, const Accept& accept) {
-    const auto keyed = [&](const std::vector<Unit>& units) {
+  template <class KeyOf, class AcceptOld, class AcceptNew>
+  void pair(const KeyOf& key_of, const AcceptOld& accept_old, const AcceptNew& accept_new) {
+    const auto keyed = [&](const std::vector<Unit>& units, const auto& accept) {
       std::vector<Keyed> list;
       for (std::uint32_t i = 0; i < units.size(); ++i)
         if (units[i].partner == kNoUnit && accept(units[i])) list.push_back({key_of(units[i]), i});
       std::sort(list.begin(), list.end());
       return list;
     };
-    const std::vector<Keyed> news = keyed(new_);
+    const std::vector<Keyed> news = keyed(new_, accept_new);
     if (news.empty()) return;
-    const std::vector<Keyed> olds = keyed(old_);
+    const std::vector<Keyed> olds = keyed(old_, accept_old);
     for (auto a = olds.begin(), b = news.begin(); a != olds.end() && b != news.end();) {
       if (a->key < b->key) {
         ++a;
@@ -111,7 +117,8 @@ class Alignment {
   }
   template <class KeyOf>
   void pair(const KeyOf& key_of) {
-    pair(key_of, [](const Unit&) { return true; });
+    const auto all = [](const Unit&) { return true; };
+    pair(key_of, all, all);
   }
 
   // The pairs that stand in the same order on both sides, as many as possible, cut both documents into gaps.
