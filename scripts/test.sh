@@ -62,14 +62,14 @@ for part in "${parts[@]}"; do
     sanitizers)
       step "sanitizer build"
       build sanitizers &&
-        { step "tests under sanitizers"; ASAN_OPTIONS=detect_leaks=1 run_tests sanitizers; }
+        { step "tests under sanitizers"; ASAN_OPTIONS=detect_leaks=1 run_tests sanitizers -LE slow; }
       note $? "address, undefined-behaviour and leak sanitizers"
       ;;
     windows)
       # Once in some hundred runs Wine itself hangs, so a test that runs out of time is run once more.
       step "Windows x64 build"
       build windows-x64 &&
-        { step "Windows tests under Wine"; run_tests windows-x64 --repeat after-timeout:2; }
+        { step "Windows tests under Wine"; run_tests windows-x64 -LE slow --repeat after-timeout:2; }
       note $? "Windows x64 under Wine"
       step "Windows x86 build"
       # Debian's 64-bit Wine runs no 32-bit programs. So the tables in the library files are tested everywhere, and
