@@ -260,7 +260,7 @@ class YearRoad : public testing::Test {
     };
     Units all;
     for (const fs::path& tud : documents(language)) {
-      Reader reader(all, fs::relative(tud, root_).string());
+      Reader reader(all, fs::relative(tud, root_).generic_string());
       read_tud(path_from_host(tud.string()), reader);
     }
     return all;
