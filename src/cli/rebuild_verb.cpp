@@ -7,8 +7,8 @@
 #include "cli/outcome_observer.h"
 #include "cli/verb.h"
 #include "common/clsCommon.h"
-#include "common/document_names.h"
 #include "common/document_kind.h"
+#include "common/document_names.h"
 #include "common/path_parts.h"
 #include "common/pending_file.h"
 #include "common/same_file.h"
@@ -91,8 +91,9 @@ class Rebuild final : public Verb {
   void add_options(CLI::App& app) override {
     app.add_option("--output", output_, "The document to write (else SOURCE_LANGUAGE.EXTENSION beside the source)")
         ->type_name("FILE");
-    app.add_option("--output-dir", output_folder_,
-                   "The folder to write to; {lang} in it becomes the language. Documents keep the names of their sources")
+    app.add_option(
+           "--output-dir", output_folder_,
+           "The folder to write to; {lang} in it becomes the language. Documents keep the names of their sources")
         ->type_name("FOLDER")
         ->excludes("--output");
     app.add_option("--target", target_, "Of a folder, only the documents of these languages: FR,DE")
@@ -231,7 +232,8 @@ class Rebuild final : public Verb {
 };
 
 constexpr VerbEntry kVerbs[] = {
-    {"", "rebuild", "Rebuild the translated documents of bilingual documents", "kavo rebuild index_asp_htm_FR.tud\n"
+    {"", "rebuild", "Rebuild the translated documents of bilingual documents",
+     "kavo rebuild index_asp_htm_FR.tud\n"
      "  kavo rebuild work/ --recursive --output-dir 'site-{lang}/'",
      make_verb<Rebuild>},
 };

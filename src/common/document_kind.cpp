@@ -37,8 +37,6 @@ DocumentKind kind_of_document(std::u16string_view file_name) {
 std::u16string added_page_extensions() { return kPageSettings.get(kAddedPages); }
 void store_page_extensions(std::u16string_view value) { kPageSettings.save(kAddedPages, value); }
 std::u16string added_fragment_extensions() { return kPageSettings.get(kAddedFragments); }
-void store_fragment_extensions(std::u16string_view value) {
-  kPageSettings.save(kAddedFragments, value);
-}
+void store_fragment_extensions(std::u16string_view value) { kPageSettings.save(kAddedFragments, value); }
 
 }  // namespace kavo

@@ -1,5 +1,5 @@
-// What a document is to the command: the types that hosts know, and pages of other names. Hosts of the automation object
-// go by FileTypeOf() alone, whose table is part of the contract.
+// What a document is to the command: the types that hosts know, and pages of other names. Hosts of the automation
+// object go by FileTypeOf() alone, whose table is part of the contract.
 #pragma once
 
 #include <cstdint>

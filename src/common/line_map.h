@@ -15,9 +15,10 @@ namespace kavo {
 class LineMap {
  public:
   LineMap() = default;
-  // What text() gave. What is no entry is left out.
+  // Reads what text() wrote. Skips anything else.
   explicit LineMap(std::string_view text);
-  // Of the file `made`, whose bytes `trail` tells. Reads it. Throws `failure`.
+  // Maps the lines of the file `made`; `trail` says where its bytes come from. Throws `failure` when the file cannot be
+  // read.
   LineMap(const std::u16string& made, const CopyTrail& trail, const LineIndex& source);
 
   // The author's line at a place; 0 before the first entry.

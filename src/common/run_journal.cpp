@@ -29,9 +29,7 @@ class Fields {
     return field;
   }
   std::u16string next_path() { return path_from_host(next()); }
-  [[noreturn]] void throw_damaged() const {
-    throw failure(FailureNumber::kInvalidCall, path_ + u" is damaged");
-  }
+  [[noreturn]] void throw_damaged() const { throw failure(FailureNumber::kInvalidCall, path_ + u" is damaged"); }
 
  private:
   std::string bytes_;

@@ -45,9 +45,9 @@ struct TranslationResult {
 // The text that reports a failed run to people; "" for one that succeeded.
 std::u16string translation_error_text(const TranslationResult& result);
 
-// Rebuilds the document. A failure becomes an error in the result, and the observer is told the reason. Throws what the
-// document component raises, and `interruption` when the user interrupts. Needs the thread's filter catalogue, that is,
-// a living K19FPWObj.
+// Rebuilds the document. A failure sets the error of the result, and the observer receives the reason. Throws what the
+// document component raises, and `interruption` when the user interrupts. The thread needs a living K19FPWObj, which
+// owns its filter catalogue.
 TranslationResult create_translation(const TranslationRequest& request, const RunObserver& observer);
 
 }  // namespace kavo

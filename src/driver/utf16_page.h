@@ -11,8 +11,8 @@ namespace kavo {
 // True for a file that begins with the byte order mark of UTF-16; false for one that cannot be read: who reads it next
 // says so.
 bool is_utf16_page(std::u16string_view path);
-// Writes the UTF-8 form of a UTF-16 file, with its mark, to `target`; its code page. Throws `failure` 5, with the place,
-// for bytes that are no UTF-16: they could not come back.
+// Writes the UTF-8 form of a UTF-16 file, with its mark, to `target`; its code page. Throws `failure` 5, with the
+// place, for bytes that are no UTF-16: they could not come back.
 unsigned write_as_utf8(std::u16string_view utf16, std::u16string_view target);
 // Replaces a UTF-8 file by its UTF-16 form in the byte order of `code_page`. Throws `failure`.
 void turn_into_utf16(std::u16string_view path, unsigned code_page);

@@ -29,7 +29,7 @@ struct WizardOutcome {
 //
 // The editor launcher, "K19Subst.exe" in the library's folder, is started on the first bilingual document with the
 // chosen memory. A missing launcher, or one that cannot be started, does not change the result: the documents are
-// there. The observer is told the progress and, at the end, why the run failed. Throws `interruption` when the user
+// there. The observer receives the progress and, when the run fails, the reason. Throws `interruption` when the user
 // interrupts the program.
 WizardOutcome run_single_file_wizard(const WizardRequest& request, const RunObserver& observer);
 

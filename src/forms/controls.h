@@ -61,7 +61,7 @@ class CheckBox final : public Control {
   bool value_ = false;
 };
 
-// Of the option buttons that share a group, at most one is selected: selecting one deselects the others.
+// At most one option button of a group is selected. Selecting one deselects the others.
 class OptionButton final : public Control {
  public:
   OptionButton(Form& form, std::u16string_view name, const Place& place, const Frame& group)

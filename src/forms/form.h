@@ -68,7 +68,7 @@ class Form : public FormFrame {
   FormView* view() const { return view_; }
   void view(FormView* view) { view_ = view; }  // set by whoever shows it; not owned
 
-  // Of the window that shows the form, in pixels. While there is none, extents are 0 and move() does nothing.
+  // These refer to the window that shows the form, in pixels. Without a window, extents are 0 and move() does nothing.
   Extent extent() const override;
   Extent screen_extent() const override;
   void move(std::int32_t left, std::int32_t top) override;

@@ -15,14 +15,16 @@ struct TextRow {
 };
 
 namespace text {
-inline constexpr TextRow kFileFilter{111, u"Translatable files|*.doc;*.rtf;*.htm;*.html;*.asp;*.jsp;*.mif;*.rc;*.txt;*.ppt;*.xls||"};
+inline constexpr TextRow kFileFilter{
+    111, u"Translatable files|*.doc;*.rtf;*.htm;*.html;*.asp;*.jsp;*.mif;*.rc;*.txt;*.ppt;*.xls||"};
 inline constexpr TextRow kTudNotOpened{501, u"Failed to open TUD file"};
 inline constexpr TextRow kOpenTagNotSaved{502, u"Failed to save OpenTag file"};
 inline constexpr TextRow kNoSkeleton{503, u"Failed to locate SKL file"};
 inline constexpr TextRow kNoMergeDetails{504, u"Failed to retrieve merge file details"};
 inline constexpr TextRow kTargetNotCreated{505, u"Failed to create the translation file"};
 inline constexpr TextRow kNotPostProcessed{506, u"Failed to post-process the file"};
-inline constexpr TextRow kTargetInTheWay{507, u"Unable to delete the target file - check that it is not already in use"};
+inline constexpr TextRow kTargetInTheWay{507,
+                                         u"Unable to delete the target file - check that it is not already in use"};
 inline constexpr TextRow kNoMemory{508, u"<none>"};
 inline constexpr TextRow kLanguage{2000, u"Language"};
 inline constexpr TextRow kCharacterSet{2001, u"Character set"};
@@ -49,16 +51,23 @@ inline constexpr TextRow kIndexFull{3033, u"The index table is full; further ind
 inline constexpr TextRow kXrefsFull{3034, u"The cross-reference table is full; further formats were left out"};
 inline constexpr TextRow kVariablesFull{3035, u"The variable table is full; further definitions were left out"};
 inline constexpr TextRow kCannotReadIndex{3036, u"The index file could not be read; index entries stay untranslated"};
-inline constexpr TextRow kCannotReadXrefs{3037, u"The cross-reference file could not be read; cross-reference formats stay untranslated"};
-inline constexpr TextRow kCannotReadVariables{3038, u"The variable file could not be read; variables and number formats stay untranslated"};
+inline constexpr TextRow kCannotReadXrefs{
+    3037, u"The cross-reference file could not be read; cross-reference formats stay untranslated"};
+inline constexpr TextRow kCannotReadVariables{
+    3038, u"The variable file could not be read; variables and number formats stay untranslated"};
 inline constexpr TextRow kEndsInObject{3039, u"The MIF file ends inside an embedded object and was left as it is"};
-inline constexpr TextRow kHoldsPlaceholders{3040, u"The MIF file already holds placeholders of removed objects and was left as it is"};
+inline constexpr TextRow kHoldsPlaceholders{
+    3040, u"The MIF file already holds placeholders of removed objects and was left as it is"};
 inline constexpr TextRow kCannotProcess{3041, u"The MIF file could not be processed and was left as it is"};
-inline constexpr TextRow kStatementLeftOut{3042, u"A statement that is never closed, or is far too long, was left as it is"};
+inline constexpr TextRow kStatementLeftOut{3042,
+                                           u"A statement that is never closed, or is far too long, was left as it is"};
 inline constexpr TextRow kSideFileIsSource{3043, u"A side file must not replace a MIF file of its own batch"};
-inline constexpr TextRow kTranslationDoesNotFit{3044, u"A translation holds a character that the MIF file cannot hold; its text stays untranslated"};
-inline constexpr TextRow kTwoOfOneTag{3045, u"Entries of a side file have one tag and several translations; the first one counts"};
-inline constexpr TextRow kObjectsMissing{3046, u"The object file lacks objects of the MIF file; their placeholders stay"};
+inline constexpr TextRow kTranslationDoesNotFit{
+    3044, u"A translation holds a character that the MIF file cannot hold; its text stays untranslated"};
+inline constexpr TextRow kTwoOfOneTag{
+    3045, u"Entries of a side file have one tag and several translations; the first one counts"};
+inline constexpr TextRow kObjectsMissing{3046,
+                                         u"The object file lacks objects of the MIF file; their placeholders stay"};
 inline constexpr TextRow kWizard{4000, u"Start translation"};
 inline constexpr TextRow kWizardFile{4001, u"Please select the &file you wish to translate:"};
 inline constexpr TextRow kWizardSource{4002, u"&Source language"};
@@ -76,9 +85,11 @@ inline constexpr TextRow kChangeTarget{4013, u"Chan&ge..."};
 inline constexpr TextRow kStartEditor{4014, u"Start &editor"};
 inline constexpr TextRow kUnrecognisedType{4015, u"Unrecognised file type"};
 inline constexpr TextRow kUnknownTypeText{4020, u"Nothing was prepared, because the type of this file is not known"};
-inline constexpr TextRow kUnknownTypeAdvice{4021, u"Please choose a file of one of the kinds that the file dialog lists."};
+inline constexpr TextRow kUnknownTypeAdvice{4021,
+                                            u"Please choose a file of one of the kinds that the file dialog lists."};
 inline constexpr TextRow kPreparationFailed{4022, u"This document could not be prepared for translation"};
-inline constexpr TextRow kFileAdvice{4023, u"Please make sure that it is whole and not open in another program, and start again."};
+inline constexpr TextRow kFileAdvice{
+    4023, u"Please make sure that it is whole and not open in another program, and start again."};
 inline constexpr TextRow kConversionFailed{4024, u"No bilingual document could be made of this file"};
 inline constexpr TextRow kEditorFailed{4025, u"The translation editor could not be started"};
 inline constexpr TextRow kEditorAdvice{4026, u"Please open the bilingual document in the editor yourself."};
@@ -122,7 +133,9 @@ inline constexpr TextRow kCancel{5005, u"Cancel"};
 inline constexpr TextRow kHidden{5006, u"Export &hidden content"};
 inline constexpr TextRow kFormulas{5007, u"Export &formulas"};
 inline constexpr TextRow kUngroup{5008, u"&Ungroup objects before the export"};
-inline constexpr TextRow kUngroupWarning{5009, u"Objects are taken out of their groups in the workbook itself, and the translated workbook "
+inline constexpr TextRow kUngroupWarning{
+    5009,
+    u"Objects are taken out of their groups in the workbook itself, and the translated workbook "
     u"comes back without the groups."};
 inline constexpr TextRow kBlankCells{5010, u"&Blank cells to step over:"};
 }  // namespace excel_options_text
@@ -133,19 +146,31 @@ inline constexpr TextRow kFileNotOpened{3001, u"The file could not be opened: "}
 inline constexpr TextRow kHeading{3006, u"HTML validation of "};
 inline constexpr TextRow kNoBackup{3007, u"The backup copy could not be made: "};
 inline constexpr TextRow kGluePage{3008, u"Line %2%, column %3%: the page begins with %1% and was left as it is"};
-inline constexpr TextRow kLessSignWritten{3009, u"Line %2%, column %3%: a \"%1%\" that begins no tag was written as \"&lt;\""};
-inline constexpr TextRow kClosedBefore{3010, u"Line %2%, column %3%: %1% was still open at %4% and was closed before it"};
-inline constexpr TextRow kGreaterSignWritten{3011, u"Line %2%, column %3%: a \"%1%\" outside any tag was written as \"&gt;\""};
-inline constexpr TextRow kClosedAndReopened{3012, u"Line %2%, column %3%: %1% was closed early and was opened again where its text goes on"};
+inline constexpr TextRow kLessSignWritten{
+    3009, u"Line %2%, column %3%: a \"%1%\" that begins no tag was written as \"&lt;\""};
+inline constexpr TextRow kClosedBefore{3010,
+                                       u"Line %2%, column %3%: %1% was still open at %4% and was closed before it"};
+inline constexpr TextRow kGreaterSignWritten{
+    3011, u"Line %2%, column %3%: a \"%1%\" outside any tag was written as \"&gt;\""};
+inline constexpr TextRow kClosedAndReopened{
+    3012, u"Line %2%, column %3%: %1% was closed early and was opened again where its text goes on"};
 inline constexpr TextRow kClosedWhereItEnds{3013, u"Line %2%, column %3%: %1% ends at %4% and was closed there"};
-inline constexpr TextRow kEndTagLeft{3014, u"Line %2%, column %3%: the closing tag of %1% matches no open element and was left as it is"};
-inline constexpr TextRow kParagraphClosed{3015, u"Line %2%, column %3%: the paragraph %1% ends at %4% and was closed there"};
-inline constexpr TextRow kClosedAtEnd{3016, u"Line %2%, column %3%: %1% was never closed and was closed at the end of the page"};
-inline constexpr TextRow kOverlapLeft{3017, u"Line %2%, column %3%: %1% ends inside %4%, which began in it; both were left as they are, "
+inline constexpr TextRow kEndTagLeft{
+    3014, u"Line %2%, column %3%: the closing tag of %1% matches no open element and was left as it is"};
+inline constexpr TextRow kParagraphClosed{3015,
+                                          u"Line %2%, column %3%: the paragraph %1% ends at %4% and was closed there"};
+inline constexpr TextRow kClosedAtEnd{
+    3016, u"Line %2%, column %3%: %1% was never closed and was closed at the end of the page"};
+inline constexpr TextRow kOverlapLeft{
+    3017,
+    u"Line %2%, column %3%: %1% ends inside %4%, which began in it; both were left as they are, "
     u"because no closing tag can say what a browser makes of it"};
-inline constexpr TextRow kOpenElementLeft{3018, u"Line %2%, column %3%: %1% is open at %4% and was left as it is, because a closing tag there "
+inline constexpr TextRow kOpenElementLeft{
+    3018,
+    u"Line %2%, column %3%: %1% is open at %4% and was left as it is, because a closing tag there "
     u"would change the page"};
-inline constexpr TextRow kNotRepaired{3019, u"Line %2%, column %3%: %1% could not be repaired; the page may look different there"};
+inline constexpr TextRow kNotRepaired{
+    3019, u"Line %2%, column %3%: %1% could not be repaired; the page may look different there"};
 }  // namespace html_validate_text
 
 }  // namespace kavo

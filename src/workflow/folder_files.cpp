@@ -150,7 +150,8 @@ std::vector<FolderFile> sources_meant(const std::vector<std::u16string>& given, 
   for (const std::u16string& path : given) {
     const auto info = ports().files->info(path);
     if (!info || !info->is_folder) continue;
-    const std::vector<FolderFile> all = files_of_folder(path, {.recursive = selection.recursive, .include = {}, .exclude = {}, .leave_out = selection.leave_out});
+    const std::vector<FolderFile> all = files_of_folder(
+        path, {.recursive = selection.recursive, .include = {}, .exclude = {}, .leave_out = selection.leave_out});
     const OwnOutputs outputs(all);
     for (const FolderFile& file : all)
       if (outputs.contains(file.path)) own.insert(file.path);

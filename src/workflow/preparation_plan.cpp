@@ -60,8 +60,7 @@ std::vector<PlannedDocument> plan_preparation(const std::vector<FolderFile>& sou
   std::vector<PlannedDocument> plan;
   std::map<std::u16string, std::u16string, LessIgnoringCase> takers;  // by name
   for (const FolderFile& source : sources) {
-    PlannedDocument planned{source.path,
-                            output_folder.empty() ? source.path : path_in(output_folder, source.relative)};
+    PlannedDocument planned{source.path, output_folder.empty() ? source.path : path_in(output_folder, source.relative)};
     for (const std::u16string& name : names_taken_by(planned.document, languages)) {
       const auto [taker, is_new] = takers.try_emplace(name, source.path);
       if (!is_new && taker->second != source.path)
@@ -113,8 +112,8 @@ void bring_source(const PlannedDocument& planned, bool may_replace) {
                     text_of(copy) + u" is the source itself: the output folder must be another one");
     if (checksum_of_file(planned.source) == checksum_of_file(copy)) return;
     const std::vector<std::u16string> tuds = ports().files->find(bilingual_documents_of(copy, u"*").front());
-    const bool is_ours = std::ranges::any_of(
-        tuds, [&](const std::u16string& name) { return is_made_of(folder_of(copy) + name, copy); });
+    const bool is_ours =
+        std::ranges::any_of(tuds, [&](const std::u16string& name) { return is_made_of(folder_of(copy) + name, copy); });
     if (!is_ours && !may_replace)
       throw failure(FailureNumber::kFileAlreadyExists,
                     text_of(copy) + u" is there and was not made by this command: --overwrite replaces it");

@@ -84,8 +84,9 @@ TEST_F(CommandWordsOnFiles, AFolderIsSaidToBeOne) {
   for (const char* verb : {"stats", "rebuild", "verify", "export", "pseudo"}) {
     const Ran ran = run_kavo({verb, "pages.asp"}, &folder);
     EXPECT_EQ(ran.code, 1) << verb;
-    EXPECT_EQ(ran.errors, "kavo: pages.asp: there is nothing to work on in this folder; --recursive looks into its "
-                          "folders, too\n")
+    EXPECT_EQ(ran.errors,
+              "kavo: pages.asp: there is nothing to work on in this folder; --recursive looks into its "
+              "folders, too\n")
         << verb;
   }
 }

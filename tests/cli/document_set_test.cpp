@@ -36,8 +36,7 @@ TEST_F(DocumentSetCommand, DocumentsOfTwoPreparationsAreNotRebuilt) {
   folder.write(u"index_asp_scr_FR.tud.skl", skeleton);
   const Ran refused = run_kavo({"rebuild", path(u"index_asp_htm_FR.tud")});
   EXPECT_EQ(refused.code, 1);
-  EXPECT_NE(refused.errors.find("_FR.tud does not come from the same preparation"),
-            std::string::npos)
+  EXPECT_NE(refused.errors.find("_FR.tud does not come from the same preparation"), std::string::npos)
       << refused.errors;
   EXPECT_FALSE(folder.exists(u"index_FR.asp"));
 }

@@ -40,7 +40,8 @@ class Folders : public testing::Test {
   }
   Ran kavo(const std::vector<std::string>& arguments) const { return run_kavo(arguments, &folder); }
   Ran prepare(std::vector<std::string> more = {}, const std::string& languages = "FR,DE") const {
-    more.insert(more.begin(), {"prepare", "site", "-r", "--output-dir", "work", "--source", "EN-US", "--target", languages});
+    more.insert(more.begin(),
+                {"prepare", "site", "-r", "--output-dir", "work", "--source", "EN-US", "--target", languages});
     return kavo(more);
   }
   static std::string page(const std::string& text) {
@@ -48,7 +49,9 @@ class Folders : public testing::Test {
   }
   static std::string manual(const std::string& text) {
     return "<MIFFile 7.00>\r\n<VariableFormats \r\n <VariableFormat \r\n  <VariableName `Product'>\r\n"
-           "  <VariableDef `" + text + "'>\r\n >\r\n>\r\n<TextFlow \r\n <Para \r\n  <ParaLine \r\n   <String `Text'>\r\n"
+           "  <VariableDef `" +
+           text +
+           "'>\r\n >\r\n>\r\n<TextFlow \r\n <Para \r\n  <ParaLine \r\n   <String `Text'>\r\n"
            "  >\r\n >\r\n>\r\n";
   }
   void put_site() const {
@@ -69,9 +72,9 @@ TEST_F(Folders, ATreeIsPreparedOnCopiesAndRebuiltUnderTheNamesOfItsSources) {
   EXPECT_EQ(prepared.code, 0) << prepared.errors;
   EXPECT_TRUE(holds(prepared.output, "5 documents prepared, 0 up to date")) << prepared.output;
   EXPECT_EQ(tree("site"), source) << "the source tree stays as it is";
-  for (const char* const tud : {"index_asp_htm_FR.tud", "index_asp_scr_DE.tud", "shop/index_asp_htm_DE.tud",
-                                "shop/notes_txt_FR.tud", "books/ch1_mif_FR.tud", "books/ch2_mif_DE.tud",
-                                "books/KAVO_va_mif_FR.tud", "books/KAVO_va_mif_DE.tud"})
+  for (const char* const tud :
+       {"index_asp_htm_FR.tud", "index_asp_scr_DE.tud", "shop/index_asp_htm_DE.tud", "shop/notes_txt_FR.tud",
+        "books/ch1_mif_FR.tud", "books/ch2_mif_DE.tud", "books/KAVO_va_mif_FR.tud", "books/KAVO_va_mif_DE.tud"})
     EXPECT_TRUE(has(std::string("work/") + tud)) << tud;
   EXPECT_FALSE(has("work/shop/logo.gif"));
 
@@ -123,7 +126,8 @@ TEST_F(Folders, PatternsSayWhichFilesAreMeant) {
   put_site();
   put("site/.hidden/a.txt", "One\n");
   put("site/old/a.txt", "One\n");
-  const Ran ran = prepare({"--include", "*.txt", "--include", "index.asp", "--exclude", "shop/*.asp", "--exclude", "old"});
+  const Ran ran =
+      prepare({"--include", "*.txt", "--include", "index.asp", "--exclude", "shop/*.asp", "--exclude", "old"});
   EXPECT_EQ(ran.code, 0) << ran.errors;
   EXPECT_TRUE(holds(ran.output, "2 documents prepared")) << ran.output;
   EXPECT_TRUE(has("work/index_asp_htm_FR.tud"));
@@ -136,9 +140,7 @@ TEST_F(Folders, PatternsSayWhichFilesAreMeant) {
 
 TEST_F(Folders, WhatPreparingAndRebuildingMadeIsNoSource) {
   put_site();
-  const auto prepare_in_place = [&] {
-    return kavo({"prepare", "site", "-r", "--source", "EN-US", "--target", "FR"});
-  };
+  const auto prepare_in_place = [&] { return kavo({"prepare", "site", "-r", "--source", "EN-US", "--target", "FR"}); };
   const Ran first = prepare_in_place();
   EXPECT_EQ(first.code, 0) << first.errors;
   ASSERT_EQ(kavo({"rebuild", "site", "-r"}).code, 0);

@@ -74,10 +74,11 @@ TEST_F(MifCommand, StoredOptionsAreUsed) {
   EXPECT_EQ(run_kavo({"settings", "mif.split=both", "mif.markers=Index,Heading", "mif.objects=off"}).output,
             "mif.split=both\nmif.markers=Index,Heading\nmif.objects=off\n");
   const std::string all = run_kavo({"settings"}).output;
-  EXPECT_TRUE(all.starts_with("mif.split=both\nmif.objects=off\nmif.markers=Index,Heading\neditor.command=\n"
-                              "pages.repair=on\npages.extensions=\npages.fragments=\n"
-                              "highlight.untranslated=#C00000\nhighlight.fuzzy=#C06000\nhighlight.match=#0000C0\n"
-                              "highlight.translated=#007000\n"))
+  EXPECT_TRUE(
+      all.starts_with("mif.split=both\nmif.objects=off\nmif.markers=Index,Heading\neditor.command=\n"
+                      "pages.repair=on\npages.extensions=\npages.fragments=\n"
+                      "highlight.untranslated=#C00000\nhighlight.fuzzy=#C06000\nhighlight.match=#0000C0\n"
+                      "highlight.translated=#007000\n"))
       << all;
   EXPECT_NE(all.find("scripts.offer=likely\n"), std::string::npos) << "the options of the filters follow";
   const std::string a = put(u"a.mif", marker("a:b;c") + marker("x", "Heading"));

@@ -53,7 +53,8 @@ const Way kWays[] = {
      [](const Coding& c) { return in("<%@ Language=VBScript CodePage=\"", c.number, "\" %>\r\n"); }},
     {"pageEncoding", u"a.jsp", [](const Coding& c) { return in("<%@page pageEncoding='", c.name, "'%>\n"); }},
     {"declare", u"a.php", [](const Coding& c) { return in("<?php declare(encoding='", c.name, "'); ?>\n"); }},
-    {"XML declaration", u"a.asp", [](const Coding& c) { return in("<?xml version=\"1.0\" encoding=\"", c.name, "\"?>\n"); }},
+    {"XML declaration", u"a.asp",
+     [](const Coding& c) { return in("<?xml version=\"1.0\" encoding=\"", c.name, "\"?>\n"); }},
     {"contentType", u"a.jsp",
      [](const Coding& c) { return in("<%@ page contentType=\"text/html;charset=", c.name, "\" %>\n"); }},
     {"meta charset", u"a.asp", [](const Coding& c) { return in("<meta charset=", c.name, ">\n"); }},
@@ -127,8 +128,7 @@ TEST_F(PageCodings, EveryCodingByEveryWayOfDeclaringIt) {
       for (std::size_t way = 0; way < std::size(kWays); ++way) {
         if (kWays[way].needs_option != needs_option) continue;
         const std::u16string name = stem_of(way) + std::u16string(kWays[way].page).substr(1);
-        prepare.push_back(
-            path_to_host(folder.write(name, encoded(coding, page(kWays[way], coding, coding.source)))));
+        prepare.push_back(path_to_host(folder.write(name, encoded(coding, page(kWays[way], coding, coding.source)))));
         rebuild.push_back(path_to_host(folder.path(tud_of(way, u"_htm_FR.tud"))));
       }
       const Ran prepared = run_kavo(prepare);
@@ -207,7 +207,8 @@ TEST_F(PageCodings, CharactersThatTheCodingLacks) {
   for (const auto& row : cases) {
     const std::string head = "<meta charset=windows-1252><p>Hello you</p>";
     const std::string page = path_to_host(folder.write(row.page, head + row.script));
-    ASSERT_EQ(run_kavo({"prepare", page, "--source", "EN-US", "--target", "FR", "--overwrite", "--scripts", "all"}).code, 0);
+    ASSERT_EQ(
+        run_kavo({"prepare", page, "--source", "EN-US", "--target", "FR", "--overwrite", "--scripts", "all"}).code, 0);
     const std::u16string stem = u"a_" + std::u16string(row.page).substr(2);
     for (const std::u16string_view kind : {u"_htm_FR.tud", u"_scr_FR.tud"}) {
       BilingualDocument document(folder.path(stem + std::u16string(kind)));

@@ -60,9 +60,10 @@ TEST_F(TudCommand, APageInUtf16WalksTheWholeWay) {
 TEST_F(TudCommand, OptionsOfFiltersReachMifAndRtf) {
   const auto locked = [&](const std::vector<std::string>& more) {
     std::vector<std::string> arguments{
-        "prepare",
-        put(u"a.mif", "<MIFFile 9.00>\n<Page <PageType ReferencePage> <TextLine <String `a'>>>\n"),
-        "--source", "EN-US", "--target", "FR", "--fresh"};
+        "prepare",  put(u"a.mif", "<MIFFile 9.00>\n<Page <PageType ReferencePage> <TextLine <String `a'>>>\n"),
+        "--source", "EN-US",
+        "--target", "FR",
+        "--fresh"};
     arguments.insert(arguments.end(), more.begin(), more.end());
     EXPECT_EQ(run_kavo(arguments).code, 0);
     return nlohmann::json::parse(run_kavo({"stats", "--json", path(u"a_mif_FR.tud")}).output)["locked"].get<int>();

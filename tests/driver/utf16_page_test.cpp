@@ -17,7 +17,8 @@ class Utf16Page : public RoadFixture {
 };
 
 constexpr std::string_view kPage =
-    "<html><body>\r\n<p>Gr\xC3\xBC\xC3\x9F Gott \xE6\x9D\xB1</p>\r\n<% MsgBox \"Sch\xC3\xB6n\" %>\r\n</body></html>\r\n";
+    "<html><body>\r\n<p>Gr\xC3\xBC\xC3\x9F Gott \xE6\x9D\xB1</p>\r\n<% MsgBox \"Sch\xC3\xB6n\" "
+    "%>\r\n</body></html>\r\n";
 
 TEST_F(Utf16Page, ComesBackByteForByteAndTranslatedInItsCoding) {
   for (const unsigned code_page : {kUtf16LittleEndian, kUtf16BigEndian}) {

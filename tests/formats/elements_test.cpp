@@ -25,9 +25,9 @@ TEST(ElementsTest, AnUnknownElementIsInline) {
 }
 
 TEST(ElementsTest, VoidElementsAreThoseOfTheStandardAndOfOldPages) {
-  for (const char* const name : {"area", "base", "br", "col", "embed", "hr", "img", "input", "link", "meta", "source",
-                                 "track", "wbr", "basefont", "bgsound", "frame", "image", "isindex", "keygen", "param",
-                                 "spacer"})
+  for (const char* const name :
+       {"area",  "base", "br",       "col",     "embed", "hr",    "img",     "input",  "link",  "meta",  "source",
+        "track", "wbr",  "basefont", "bgsound", "frame", "image", "isindex", "keygen", "param", "spacer"})
     EXPECT_TRUE(find_element(name).is_void) << name;
   for (const char* const name : {"a", "p", "option", "noscript", "svg"})
     EXPECT_FALSE(find_element(name).is_void) << name;

@@ -1,8 +1,7 @@
-#include "formats/rtf/font_table.h"
-
 #include <gtest/gtest.h>
 
 #include "formats/rtf/character_look.h"
+#include "formats/rtf/font_table.h"
 
 namespace kavo::rtf {
 namespace {
@@ -39,7 +38,8 @@ TEST(RtfFontTable, FontsInGroupsAndWithout) {
 }
 
 TEST(RtfFontTable, FontsOfOneNameLookAlike) {
-  const FontTable table = table_of("{\\f0 Arial;}{\\f1 Times;}{\\f36\\fcharset238 Arial CE;}{\\f37\\fcharset204 Arial Cyr;}");
+  const FontTable table =
+      table_of("{\\f0 Arial;}{\\f1 Times;}{\\f36\\fcharset238 Arial CE;}{\\f37\\fcharset204 Arial Cyr;}");
   EXPECT_EQ(table.fonts()[2].same_as, 0u);
   EXPECT_EQ(table.fonts()[3].same_as, 0u);
   EXPECT_EQ(table.fonts()[1].same_as, 1u);

@@ -1,6 +1,6 @@
-#include "formats/rtf/text_reader.h"
-
 #include <gtest/gtest.h>
+
+#include "formats/rtf/text_reader.h"
 
 namespace kavo::rtf {
 namespace {
@@ -32,8 +32,14 @@ const Case kCases[] = {
     {"a pair in hexadecimal", "\\'93\\'fa", "\u65E5", 932},
     {"a pair whose second byte is a backslash", "\\'95\\'5c\\'95\\\\", "\u8868\u8868", 932},
     {"a pair whose second byte is a brace", "\\'83\\'7b\\'83\\{", "\u30DC\u30DC", 932},
-    {"a pair whose second byte is a letter", "\\'83\\'41\\'83" "A", "\u30A2\u30A2", 932},
-    {"raw pairs", "\x95\x5C\x83\x7B\x83" "A", "\u8868\u30DC\u30A2", 932},
+    {"a pair whose second byte is a letter",
+     "\\'83\\'41\\'83"
+     "A",
+     "\u30A2\u30A2", 932},
+    {"raw pairs",
+     "\x95\x5C\x83\x7B\x83"
+     "A",
+     "\u8868\u30DC\u30A2", 932},
     {"a raw byte and one in hexadecimal", "\x95\\'5c", "\u8868", 932},
     {"a pair that a line end parts", "\\'93\r\n\\'fa", "\u65E5", 932},
     {"a first byte without a second one", "\\'93", "[\\'93]", 932},

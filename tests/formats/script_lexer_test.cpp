@@ -192,7 +192,7 @@ TEST(ScriptLexer, EveryByteOfRealPagesIsInOneToken) {
   std::vector<std::u16string> files;
   for (const std::u16string_view kind : {u"asp", u"jsp", u"php", u"html"})
     for (const std::u16string& file : corpus_files(kind, {})) files.push_back(file);
-  if (files.empty()) GTEST_SKIP() << "the folder of real documents is not here";
+  if (files.empty()) GTEST_SKIP() << kNoCorpus;
   for (const std::u16string& file : files) {
     const std::string text = read_file(file);
     for (const Language language : kAll) lex(*script::make_lexer(language, nullptr), text);

@@ -160,7 +160,7 @@ TEST(RestoreTranslatedTest, GeneratedTranslationsMatchTheTwin) {
 }
 
 TEST(RoundTripCorpusTest, RealPagesComeBackAndMatchTheTwins) {
-  if (!corpus_folder()) GTEST_SKIP() << "no corpus: set KAVO_CORPUS";
+  if (!corpus_folder()) GTEST_SKIP() << kNoCorpus;
   int pages = 0, refused = 0;
   for (const std::u16string_view kind : {u"asp", u"jsp", u"php", u"html"}) {
     for (const std::u16string& path : corpus_files(kind, {})) {

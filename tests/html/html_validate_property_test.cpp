@@ -109,7 +109,7 @@ TEST(HtmlValidateProperty, GeneratedPagesGiveTheSameForEveryBlockSize) {
 }
 
 TEST(HtmlValidateProperty, HoldsForTheCorpus) {
-  if (!corpus_folder()) GTEST_SKIP() << "no corpus";
+  if (!corpus_folder()) GTEST_SKIP() << kNoCorpus;
   for (const std::u16string_view kind : {u"html", u"asp", u"jsp", u"php"}) {
     for (const auto& path : corpus_files(kind, {})) {
       BlockReader reader(path);

@@ -126,7 +126,7 @@ class MifCorpusTest : public MifTest {
   }
   static void TearDownTestSuite() { documents.clear(); }
   void SetUp() override {
-    if (documents.empty()) GTEST_SKIP() << "no corpus";
+    if (documents.empty()) GTEST_SKIP() << kNoCorpus;
   }
   void extract_all() {
     utilities.StartBatch();

@@ -169,7 +169,7 @@ TEST_F(StatementScannerTest, AnswersAsTheTwinOnGeneratedFiles) {
 
 TEST_F(StatementScannerTest, AnswersAsTheTwinOnRealFiles) {
   const auto paths = corpus_files(u"mif", {u"mif"});
-  if (paths.empty()) GTEST_SKIP() << "no corpus";
+  if (paths.empty()) GTEST_SKIP() << kNoCorpus;
   for (const std::u16string& path : paths) {
     const std::string document = read_file(path);
     EXPECT_EQ(scan(document, 4096), twin(document)) << path_to_host(path);

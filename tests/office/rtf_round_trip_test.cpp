@@ -137,7 +137,7 @@ TEST_F(RtfRoundTripTest, LargeDocumentWithStartsAtEveryBlockBoundary) {
 
 TEST_F(RtfRoundTripTest, RealDocumentsComeBackByteForByte) {
   const auto documents = corpus_files(u"rtf", {u"rtf"});
-  if (documents.empty()) GTEST_SKIP() << "no corpus: set KAVO_CORPUS to its folder";
+  if (documents.empty()) GTEST_SKIP() << kNoCorpus;
   std::size_t moved = 0;
   for (const std::u16string& path : documents) {
     const std::string document = read_file(path);
@@ -174,7 +174,7 @@ TEST(RtfOnTheSystemsFiles, ComesBackByteForByte) {
 
 TEST_F(RtfRoundTripTest, RealDocumentsComeBackFromEveryBlockSize) {
   const auto documents = corpus_files(u"rtf", {u"rtf"});
-  if (documents.empty()) GTEST_SKIP() << "no corpus: set KAVO_CORPUS to its folder";
+  if (documents.empty()) GTEST_SKIP() << kNoCorpus;
   std::size_t small_documents = 0;
   for (const std::u16string& path : documents) {
     const std::string document = read_file(path);

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <optional>
 
 #include "platform/failure.h"
@@ -10,33 +9,10 @@
 #include "platform/ports.h"
 #include "platform/unicode.h"
 #include "support/failures.h"
-#include "support/system.h"
 #include "support/temp_folder.h"
 
 namespace kavo::test {
 namespace {
-
-// A program of the native host that leaves its arguments, one a line, in a file beside it.
-class ScriptFolder {
- public:
-  ScriptFolder() {
-    const std::u16string script = temp.write(
-        u"script", "#!/bin/sh\ncd \"$(dirname \"$0\")\"\nprintf '<%s>\\n' \"$@\" > unfinished\nmv unfinished out\n");
-    std::filesystem::permissions(to_filesystem_path(script), std::filesystem::perms::owner_exec,
-                                 std::filesystem::perm_options::add);
-  }
-
-  // Started programs are not waited for, so what they leave is.
-  std::string output() const {
-    for (int i = 0; i < 1000; ++i) {
-      if (temp.exists(u"out")) return temp.read(u"out");
-      ports().clock->sleep(0.01);
-    }
-    return "nothing was started";
-  }
-
-  TempFolder temp;
-};
 
 TEST(ShellTest, MissingProgramCannotBeStartedAndIsNamed) {
   for (const std::u16string_view program : {u"kavo-test-no-such-program", u"\\nowhere\\kavo-test-no-such-program"}) {
@@ -55,46 +31,6 @@ TEST(ShellTest, MissingFileCannotBeOpened) {
     EXPECT_GE(result, 0);
     EXPECT_LE(result, 31);
   }
-}
-
-TEST(ShellTest, ProgramIsStartedWithItsArgumentsAsTheyAre) {
-  if (!is_native())
-    GTEST_SKIP() << "this test starts a shell script; on Windows the launcher's tests start a real editor";
-  const ScriptFolder folder;
-  folder.temp.write(u"a document.txt", "content");
-  ports().shell->start(folder.temp.path(u"SCRIPT"), {u"a b", u"", u"a\" -c \"b", u"\\", u"back\\slash",
-                                                     folder.temp.path(u"A Document.txt"), u"$HOME"});
-  EXPECT_EQ(folder.output(), "<a b>\n<>\n<a\" -c \"b>\n<\\>\n<back\\slash>\n<" +
-                                 to_utf8(folder.temp.path(u"A Document.txt")) + ">\n<$HOME>\n");
-}
-
-TEST(ShellTest, ProgramIsRunWithTheLineOfItsParameters) {
-  if (!is_native())
-    GTEST_SKIP() << "this test starts a shell script; on Windows the launcher's tests start a real editor";
-  const struct {
-    const char* name;
-    std::u16string_view parameters;
-    std::string_view expected;
-  } cases[] = {
-      {"plain", u" a  b\t-c ", "<a>\n<b>\n<-c>\n"},
-      {"quotes keep blanks", u" \"a b\" c", "<a b>\n<c>\n"},
-      {"a switch before the quotes", u"\"a b\" /t\"c d\"", "<a b>\n</tc d>\n"},
-      {"nothing has a meaning to a shell", u" $HOME `id` * ; 'x y'", "<$HOME>\n<`id`>\n<*>\n<;>\n<'x>\n<y'>\n"},
-  };
-  for (const auto& c : cases) {
-    const ScriptFolder folder;
-    EXPECT_GT(ports().shell->run(folder.temp.path(u"script"), c.parameters), 31) << c.name;
-    EXPECT_EQ(folder.output(), c.expected) << c.name;
-  }
-}
-
-TEST(ShellTest, ExistingFileIsHandedOverInTheHostsForm) {
-  if (!is_native())
-    GTEST_SKIP() << "this test starts a shell script; on Windows the launcher's tests start a real editor";
-  const ScriptFolder folder;
-  const std::u16string file = folder.temp.write(u"A Document.txt", "content");
-  ports().shell->run(folder.temp.path(u"SCRIPT"), u"\"" + folder.temp.path(u"a document.TXT") + u"\"");
-  EXPECT_EQ(folder.output(), "<" + path_to_host(file) + ">\n");
 }
 
 }  // namespace

@@ -122,7 +122,7 @@ TEST(TempFolderTest, IsRemovedWithAllItHolds) {
 }
 
 TEST(CorpusTest, FilesAreRealAndSorted) {
-  if (!corpus_folder()) GTEST_SKIP() << "no corpus: set KAVO_CORPUS to its folder";
+  if (!corpus_folder()) GTEST_SKIP() << kNoCorpus;
   const std::vector<std::u16string> pages = corpus_files(u"html", {u"htm", u"html"});
   ASSERT_FALSE(pages.empty());
   EXPECT_TRUE(std::is_sorted(pages.begin(), pages.end()));

@@ -34,8 +34,8 @@ TEST(FilterOptionTable, TheDocumentationHasTheSameRows) {
     if (line.starts_with("| `")) documented += line + "\n";
   for (const FilterOption& option : filter_options())
     expected += "| `" + std::string(option.key) + "` | " + values_of(option) + " | " +
-                       (option.usual.empty() ? "" : "`" + std::string(option.usual) + "` ") + "| " +
-                       std::string(option.summary) + " | `" + std::string(option.example) + "` |\n";
+                (option.usual.empty() ? "" : "`" + std::string(option.usual) + "` ") + "| " +
+                std::string(option.summary) + " | `" + std::string(option.example) + "` |\n";
   EXPECT_EQ(documented, expected);
 }
 

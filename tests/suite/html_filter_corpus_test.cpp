@@ -20,7 +20,7 @@ std::string read_whole(std::u16string_view path) {
 }
 
 TEST(HtmlFilterCorpus, RealPagesSurvive) {
-  if (!corpus_folder()) GTEST_SKIP() << "there is no corpus";
+  if (!corpus_folder()) GTEST_SKIP() << kNoCorpus;
   for (const std::u16string_view kind : {u"html", u"asp", u"jsp", u"php"}) {
     std::size_t count = 0;
     std::size_t right = 0;

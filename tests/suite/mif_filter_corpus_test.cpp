@@ -21,7 +21,7 @@ TEST(MifFilterCorpus, RealDocumentsSurvive) {
   std::vector<std::u16string> documents = corpus_files(u"mif", {u"mif"});
   // What has the name and is something else.
   for (const std::u16string& path : corpus_files(u"mif\\negative", {})) documents.push_back(path);
-  if (documents.empty()) GTEST_SKIP() << "there is no corpus";
+  if (documents.empty()) GTEST_SKIP() << kNoCorpus;
   std::size_t right = 0;
   std::size_t texts = 0;
   for (const std::u16string& path : documents) {

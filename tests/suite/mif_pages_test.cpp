@@ -1,8 +1,9 @@
 // Which texts of a MIF document are offered, by the pages that they stand on.
+#include "suite/filters/mif/mif_pages.h"
+
 #include <gtest/gtest.h>
 
 #include "common/block_reader.h"
-#include "suite/filters/mif/mif_pages.h"
 #include "suite/suite_fixture.h"
 #include "support/splits.h"
 
@@ -48,14 +49,14 @@ class MifPagesTest : public SuiteTest {
 
 using Texts = std::vector<std::u16string>;
 
-const std::string kDocument =
-    "<MIFFile 9.00>\n<AFrames <Frame <ID 3> <Frame <ID 4> <TextRect <ID 41>>> <TextLine " + text("in a frame") +
-    ">> <Frame <ID 5> <TextLine " + text("in a reference frame") + ">>>\n<Tbls <Tbl <TblID 1> " +
-    para(text("table") + "<AFrame 5>") + "> <Tbl <TblID 2> " + para(text("reference table") + "<AFrame 5>") + ">>\n" +
-    page("LeftMasterPage", "11") + page("ReferencePage", "12", "<TextLine " + text("drawn") + ">") +
-    page("HiddenPage", "13") + page("BodyPage", "14") + flow("11", text("header")) +
-    flow("12", text("reference") + "<ATbl 2>") + flow("13", text("hidden")) + flow("41", text("framed")) +
-    flow("14", "<ATbl 1><AFrame 3>" + text("body"));
+const std::string kDocument = "<MIFFile 9.00>\n<AFrames <Frame <ID 3> <Frame <ID 4> <TextRect <ID 41>>> <TextLine " +
+                              text("in a frame") + ">> <Frame <ID 5> <TextLine " + text("in a reference frame") +
+                              ">>>\n<Tbls <Tbl <TblID 1> " + para(text("table") + "<AFrame 5>") + "> <Tbl <TblID 2> " +
+                              para(text("reference table") + "<AFrame 5>") + ">>\n" + page("LeftMasterPage", "11") +
+                              page("ReferencePage", "12", "<TextLine " + text("drawn") + ">") +
+                              page("HiddenPage", "13") + page("BodyPage", "14") + flow("11", text("header")) +
+                              flow("12", text("reference") + "<ATbl 2>") + flow("13", text("hidden")) +
+                              flow("41", text("framed")) + flow("14", "<ATbl 1><AFrame 3>" + text("body"));
 
 TEST_F(MifPagesTest, TextsOfReferenceAndHiddenPagesAreLocked) {
   // The frame 5 stands in both tables: the first place counts.

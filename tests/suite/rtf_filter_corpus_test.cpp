@@ -19,7 +19,7 @@ std::string read_whole(std::u16string_view path) {
 
 TEST(RtfFilterCorpus, RealDocumentsSurvive) {
   const std::vector<std::u16string> documents = corpus_files(u"rtf", {u"rtf"});
-  if (documents.empty()) GTEST_SKIP() << "the folder of real documents is not here";
+  if (documents.empty()) GTEST_SKIP() << kNoCorpus;
   std::size_t right = 0;
   std::size_t texts = 0;
   for (const std::u16string& path : documents) {

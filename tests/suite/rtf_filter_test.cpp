@@ -36,7 +36,8 @@ std::u16string to_x(std::u16string text) {
 
 constexpr std::string_view kHead =
     "{\\rtf1\\ansi\\ansicpg1252\\deff0{\\fonttbl{\\f0\\froman\\fcharset0 Times;}{\\f1\\fcharset2 Symbol;}"
-    "{\\f2\\fcharset0 Arial;}{\\f36\\fcharset238 Times CE;}{\\f40\\fcharset128 Gothic;}}{\\colortbl;\\red0\\green0\\blue0;}";
+    "{\\f2\\fcharset0 Arial;}{\\f36\\fcharset238 Times CE;}{\\f40\\fcharset128 "
+    "Gothic;}}{\\colortbl;\\red0\\green0\\blue0;}";
 
 struct Case {
   const char* name;
@@ -54,10 +55,7 @@ const Case kStructure[] = {
      "a\\cell b\\row c\\sect d\\page e\\\nf X\\nestcell}"},
     {"blanks in front stay outside", "\\par   x \\par}", {u"x "}, "\\par   X \\par}"},
     {"line ends in a text", "a\r\n x\\par}", {u"a x"}, "a X\\par}"},
-    {"a line break and a tab are codes",
-     "a\\line b\\tab x\\par}",
-     {u"a<1/>b<2/>x"},
-     "a\\line b\\tab X\\par}"},
+    {"a line break and a tab are codes", "a\\line b\\tab x\\par}", {u"a<1/>b<2/>x"}, "a\\line b\\tab X\\par}"},
     {"destinations of data",
      "{\\stylesheet{x;}}{\\*\\unknown x}{\\*\\generator x;}{\\info{\\author x}}{\\listtext x}{\\pict x}"
      "{\\nonesttables x}{\\generator x}a x\\par}",
@@ -91,10 +89,7 @@ const Case kFormatting[] = {
      "a {\\b b {\\i c} x} d\\par}",
      {u"a <1>b <2>c</2> x</1> d"},
      "a {\\b b }{\\b\\i c}{\\b  X} d\\par}"},
-    {"behind one another",
-     "a {\\b b}{\\i x} c\\par}",
-     {u"a <1>b</1><2>x</2> c"},
-     "a {\\b b}{\\i X} c\\par}"},
+    {"behind one another", "a {\\b b}{\\i x} c\\par}", {u"a <1>b</1><2>x</2> c"}, "a {\\b b}{\\i X} c\\par}"},
     {"groups that replace one another",
      "{\\insrsid1 a }{\\b\\insrsid2 x}{\\insrsid3  b}\\par}",
      {u"a <1>x</1> b"},
@@ -117,7 +112,10 @@ const Case kCodes[] = {
      "{\\pict x}{\\*\\bkmkstart x}\\tab a x\\tab\\par}",
      {u"a x"},
      "{\\pict x}{\\*\\bkmkstart x}\\tab a X\\tab\\par}"},
-    {"bookmarks", "a {\\*\\bkmkstart x}x{\\*\\bkmkend x}\\par}", {u"a <1/>x"}, "a {\\*\\bkmkstart x}X{\\*\\bkmkend x}\\par}"},
+    {"bookmarks",
+     "a {\\*\\bkmkstart x}x{\\*\\bkmkend x}\\par}",
+     {u"a <1/>x"},
+     "a {\\*\\bkmkstart x}X{\\*\\bkmkend x}\\par}"},
     {"a link",
      "a {\\field{\\*\\fldinst{HYPERLINK \"x\"}}{\\fldrslt{\\ul x}}} b\\par}",
      {u"a <1><2>x</2></1> b"},
@@ -148,18 +146,22 @@ const Case kCodes[] = {
      {u"x", u"a<1/><2/> b"},
      "a{\\*\\atnid x}{\\*\\annotation{\\*\\atndate x}X} b\\par}"},
     {"a text box, once",
-     "{\\shp{\\*\\shpinst{\\sp{\\sn x}{\\sv x}}{\\shptxt \\pard x\\par b\\par}}{\\shprslt{\\*\\do{\\dptxbxtext x}}}}a\\par}",
+     "{\\shp{\\*\\shpinst{\\sp{\\sn x}{\\sv x}}{\\shptxt \\pard x\\par b\\par}}{\\shprslt{\\*\\do{\\dptxbxtext "
+     "x}}}}a\\par}",
      {u"x", u"b", u"a"},
-     "{\\shp{\\*\\shpinst{\\sp{\\sn x}{\\sv x}}{\\shptxt \\pard X\\par b\\par}}{\\shprslt{\\*\\do{\\dptxbxtext x}}}}a\\par}"},
-    {"a text box of an older program", "{\\*\\do{\\dptxbx{\\dptxbxtext x}}}\\par}", {u"x"}, "{\\*\\do{\\dptxbx{\\dptxbxtext X}}}\\par}"},
-    {"index entries",
-     "a {\\v{\\xe{x\\:y}}}x\\par}",
-     {u"x<1/>y", u"a <1/>x"},
-     "a {\\v{\\xe{X\\:y}}}X\\par}"},
+     "{\\shp{\\*\\shpinst{\\sp{\\sn x}{\\sv x}}{\\shptxt \\pard X\\par b\\par}}{\\shprslt{\\*\\do{\\dptxbxtext "
+     "x}}}}a\\par}"},
+    {"a text box of an older program",
+     "{\\*\\do{\\dptxbx{\\dptxbxtext x}}}\\par}",
+     {u"x"},
+     "{\\*\\do{\\dptxbx{\\dptxbxtext X}}}\\par}"},
+    {"index entries", "a {\\v{\\xe{x\\:y}}}x\\par}", {u"x<1/>y", u"a <1/>x"}, "a {\\v{\\xe{X\\:y}}}X\\par}"},
     {"form fields",
-     "a {\\field{\\*\\fldinst FORMTEXT{\\*\\formfield{\\*\\ffname x}{\\*\\ffdeftext x}{\\*\\ffl b}}}{\\fldrslt x}}\\par}",
+     "a {\\field{\\*\\fldinst FORMTEXT{\\*\\formfield{\\*\\ffname x}{\\*\\ffdeftext x}{\\*\\ffl b}}}{\\fldrslt "
+     "x}}\\par}",
      {u"x", u"b", u"a <1>x</1>"},
-     "a {\\field{\\*\\fldinst FORMTEXT{\\*\\formfield{\\*\\ffname x}{\\*\\ffdeftext X}{\\*\\ffl b}}}{\\fldrslt X}}\\par}"},
+     "a {\\field{\\*\\fldinst FORMTEXT{\\*\\formfield{\\*\\ffname x}{\\*\\ffdeftext X}{\\*\\ffl b}}}{\\fldrslt "
+     "X}}\\par}"},
 };
 
 class RtfFilterCases : public RtfFilterTest {
@@ -207,8 +209,9 @@ TEST_F(RtfFilterTest, ACodePageThatIsNotSupportedLeavesItsBytesAsCodes) {
 
 // What a translator does to codes never unbalances a document.
 TEST_F(RtfFilterTest, CodesInAnyOrderKeepTheBracesBalanced) {
-  const std::string document = std::string(kHead) +
-                               "{\\insrsid1 a }{\\b b}{\\field{\\*\\fldinst HYPERLINK y}{\\fldrslt{\\ul c}}}{\\i\\tab d}\\par}";
+  const std::string document =
+      std::string(kHead) +
+      "{\\insrsid1 a }{\\b b}{\\field{\\*\\fldinst HYPERLINK y}{\\fldrslt{\\ul c}}}{\\i\\tab d}\\par}";
   ASSERT_EQ(checked_texts_of(document), std::vector<std::u16string>{u"a <1>b</1><2><3>c</3></2><4/><5>d</5>"});
   const auto written = [&](std::u16string_view text) {
     const std::string result =
@@ -216,8 +219,7 @@ TEST_F(RtfFilterTest, CodesInAnyOrderKeepTheBracesBalanced) {
     return result.substr(kHead.size(), result.size() - kHead.size());
   };
   EXPECT_EQ(written(u"z"), "{\\insrsid1 z}\\par}") << "no codes";
-  EXPECT_EQ(written(u"<2>z</2><1>y</1>"),
-            "{\\insrsid1 {\\field{\\*\\fldinst HYPERLINK y}{\\fldrslt z}}{\\b y}}\\par}");
+  EXPECT_EQ(written(u"<2>z</2><1>y</1>"), "{\\insrsid1 {\\field{\\*\\fldinst HYPERLINK y}{\\fldrslt z}}{\\b y}}\\par}");
   EXPECT_EQ(written(u"<1>y<2>z</2></1><4/>"),
             "{\\insrsid1 {\\b y}{\\field{\\*\\fldinst HYPERLINK y}{\\fldrslt{\\b z}}}{\\i\\tab }}\\par}");
 }

@@ -30,7 +30,8 @@ class RtfStylesTest : public SuiteTest {
 };
 
 const std::string kStyles =
-    "{\\rtf1\\ansi\\ansicpg1252{\\stylesheet{\\ql Normal;}{\\s1\\b heading 1,h1;}{\\s15\\f1 Code;}{\\*\\cs16 \\i Key\\'20Word;}"
+    "{\\rtf1\\ansi\\ansicpg1252{\\stylesheet{\\ql Normal;}{\\s1\\b heading 1,h1;}{\\s15\\f1 Code;}{\\*\\cs16 \\i "
+    "Key\\'20Word;}"
     "{\\*\\ts11 Code;}}";
 
 TEST_F(RtfStylesTest, TextsInExcludedStylesAreNotOffered) {
@@ -45,8 +46,9 @@ TEST_F(RtfStylesTest, TextsInExcludedStylesAreNotOffered) {
 }
 
 TEST_F(RtfStylesTest, AnExcludedTextInALineComesBackInATranslation) {
-  EXPECT_EQ(translated(u"a.rtf", kStyles + "\\pard Press {\\cs16 Enter} now\\par}",
-                       [](std::u16string) { return u"Jetzt <1/>!"; }, rtf_road("Key Word")),
+  EXPECT_EQ(translated(
+                u"a.rtf", kStyles + "\\pard Press {\\cs16 Enter} now\\par}",
+                [](std::u16string) { return u"Jetzt <1/>!"; }, rtf_road("Key Word")),
             kStyles + "\\pard Jetzt {\\cs16 Enter}!\\par}");
 }
 
@@ -59,7 +61,8 @@ TEST_F(RtfStylesTest, ASegmentTellsTheDestinationThatItStandsIn) {
 
 TEST_F(RtfStylesTest, OfTwoVariantsTheUnicodeOneIsOffered) {
   const std::string document =
-      "{\\rtf1\\ansi{\\info{\\upr{\\title ?x}{\\*\\ud{\\title \\u1046?x}}}}\\pard {\\upr{\\xe{a}}{\\*\\ud{\\xe{b}}}}c\\par}";
+      "{\\rtf1\\ansi{\\info{\\upr{\\title ?x}{\\*\\ud{\\title \\u1046?x}}}}\\pard "
+      "{\\upr{\\xe{a}}{\\*\\ud{\\xe{b}}}}c\\par}";
   EXPECT_EQ(texts_of(document, rtf_road()), (Texts{u"\u0416x", u"b", u"c"}));
 }
 
@@ -74,14 +77,15 @@ TEST_F(RtfStylesTest, CodePagesOfDosAndOfTheMacintosh) {
       {"DOS, Western", "{\\rtf1\\pca{\\fonttbl{\\f0 Times;}}\\pard caf\\'82 \\'9d\\par}", u"caf\u00E9 \u00D8"},
       {"a font of the Macintosh", "{\\rtf1\\ansi{\\fonttbl{\\f0\\fcharset77 Times;}}\\pard\\f0 caf\\'8e\\par}",
        u"caf\u00E9"},
-      {"a font of Central Europe",
-       "{\\rtf1\\ansi{\\fonttbl{\\f0\\fcharset88 Times;}}\\pard\\f0 \\'8b\\par}", u"\u010D"},
+      {"a font of Central Europe", "{\\rtf1\\ansi{\\fonttbl{\\f0\\fcharset88 Times;}}\\pard\\f0 \\'8b\\par}",
+       u"\u010D"},
       {"a font of DOS", "{\\rtf1\\ansi{\\fonttbl{\\f0\\fcharset255 Terminal;}}\\pard\\f0 \\'9d\\par}", u"\u00D8"},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
     EXPECT_EQ(texts_of(c.document, rtf_road()), Texts{c.text});
-    EXPECT_EQ(translated(u"a.rtf", c.document, [](std::u16string text) { return text + text; }, rtf_road())
+    EXPECT_EQ(translated(
+                  u"a.rtf", c.document, [](std::u16string text) { return text + text; }, rtf_road())
                   .find("\\u"),
               std::string::npos)
         << "what the code page has is written in it";

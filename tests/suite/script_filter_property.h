@@ -40,9 +40,9 @@ inline std::string broken_lexer_property(script::Language language, std::string_
   return {};
 }
 
-// "" when a script file comes back to the byte, and with every text translated in a way that the proof of its rebuilding
-// takes. The first byte of the input chooses the block size, the second the coding and the type of the page; the rest
-// is one block, or several when it holds markers.
+// "" when a script file comes back to the byte, and with every text translated in a way that the proof of its
+// rebuilding takes. The first byte of the input chooses the block size, the second the coding and the type of the page;
+// the rest is one block, or several when it holds markers.
 inline std::string broken_script_filter_property(std::string_view input) {
   if (input.size() < 2) return {};
   const BlockSizeScope blocks(static_cast<unsigned char>(input[0]) % 64 + 1u);

@@ -257,7 +257,7 @@ TEST(ScriptFilterCorpus, ComesBack) {
   std::vector<std::u16string> pages;
   for (const std::u16string_view kind : {u"asp", u"jsp", u"php"})
     for (const std::u16string& page : corpus_files(kind, {})) pages.push_back(page);
-  if (pages.empty()) GTEST_SKIP() << "the folder of real documents is not here";
+  if (pages.empty()) GTEST_SKIP() << kNoCorpus;
   const TempFolder folder;
   for (const std::u16string& page : pages) {
     // As a script file of one block, which is as hard as many.

@@ -134,7 +134,7 @@ TEST_F(TextFilterTest, AnyBytesComeBackUnchanged) {
 
 TEST(TextFilterCorpus, ComesBackUnchanged) {
   const std::vector<std::u16string> documents = corpus_files(u"txt", {u"txt"});
-  if (documents.empty()) GTEST_SKIP() << "no corpus";
+  if (documents.empty()) GTEST_SKIP() << kNoCorpus;
   const TempFolder folder;
   for (const std::u16string& document : documents) {
     const std::string bytes = read_file(document);

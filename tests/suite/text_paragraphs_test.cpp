@@ -60,17 +60,26 @@ TEST_F(TextParagraphsTest, EmptyLinesPartParagraphs) {
        {u"One two", u"Three", u"Four", u"Five six", u"Seven", u"Eight"}},
       {"a first line that stands further in", "  One\ntwo\nthree\n  Four\nfive\n", {u"One two three", u"Four five"}},
       {"a line that stands further in than the text before it begins a paragraph",
-       "One\ntwo\n    Three\n    four\n", {u"One two", u"Three four"}},
-      {"titles that are centred are several", "                         One two\n                    Three\n", {u"One two", u"Three"}},
+       "One\ntwo\n    Three\n    four\n",
+       {u"One two", u"Three four"}},
+      {"titles that are centred are several",
+       "                         One two\n                    Three\n",
+       {u"One two", u"Three"}},
       {"a word that is broken behind its hyphen", "a well-\nknown word\n", {u"a well-known word"}},
       {"a dash is no hyphen", "a word -\nknown\n", {u"a word - known"}},
       {"blanks between the words of a paragraph count as one", "One   two.  Three\nfour\n", {u"One two. Three four"}},
       {"Chinese joins without a blank, Korean does not",
        "\xE4\xB8\xAD\xE6\x96\x87\n\xE4\xB8\xAD\n\n\xED\x95\x9C\n\xEA\xB8\x80\n",
        {u"\u4E2D\u6587\u4E2D", u"\uD55C \uAE00"}},
-      {"UTF-16, a bullet that is not ASCII", "\xFF\xFE" "a\0\r\0\n\0b\0\n\0\n\0\x22\x20\x20\0c\0\n\0"sv, {u"a b", u"c"}},
+      {"UTF-16, a bullet that is not ASCII",
+       "\xFF\xFE"
+       "a\0\r\0\n\0b\0\n\0\n\0\x22\x20\x20\0c\0\n\0"sv,
+       {u"a b", u"c"}},
       {"UTF-16 big endian", "\xFE\xFF\0a\0\n\0b\0\n\0\n\x20\x22\0\x20\0c\0\n\0d"sv, {u"a b", u"c d"}},
-      {"invalid bytes", "a\xFF\n\xFE" "b\n", {u"a<1/> <2/>b"}},
+      {"invalid bytes",
+       "a\xFF\n\xFE"
+       "b\n",
+       {u"a<1/> <2/>b"}},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
@@ -89,11 +98,13 @@ TEST_F(TextParagraphsTest, ATranslationIsWrappedAtTheWidthOfItsParagraph) {
       {"shorter", "One two\nthree\n", u"Eins", "Eins\n"},
       {"the bullet, the indentation and the line end stay", "- One two\r\n  three\r\n", u"eins zwei drei",
        "- eins\r\n  zwei\r\n  drei\r\n"},
-      {"the first line stands further in", "    One\ntwo three\nfour\n", u"Eins zwei drei vier", "    Eins\nzwei drei\nvier\n"},
+      {"the first line stands further in", "    One\ntwo three\nfour\n", u"Eins zwei drei vier",
+       "    Eins\nzwei drei\nvier\n"},
       {"a word longer than the line has a line of its own", "One\ntwo\n", u"a Donaudampfschiff b",
        "a\nDonaudampfschiff\nb\n"},
       {"line ends of the translation are blanks", "One two\nthree\n", u"a\r\nb c", "a  b c\n"},
-      {"nothing that would be taken for a bullet begins a line", "One two\nthree\n", u"one two - tree", "one two -\ntree\n"},
+      {"nothing that would be taken for a bullet begins a line", "One two\nthree\n", u"one two - tree",
+       "one two -\ntree\n"},
       {"a hyphen is a place to break", "One two\nthree\n", u"well-known is", "well-\nknown\nis\n"},
       {"wide characters count twice, and closing ones begin no line",
        "\xE4\xB8\xAD\xE6\x96\x87\xE4\xB8\xAD\n\xE6\x96\x87\n", u"\u4E2D\u6587\u4E2D\u3002\u6587\u4E2D",
@@ -101,7 +112,8 @@ TEST_F(TextParagraphsTest, ATranslationIsWrappedAtTheWidthOfItsParagraph) {
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
-    EXPECT_EQ(translated(u"a.txt", c.document, [&](std::u16string) { return c.translation; }, text_road("blank")),
+    EXPECT_EQ(translated(
+                  u"a.txt", c.document, [&](std::u16string) { return c.translation; }, text_road("blank")),
               c.expected);
   }
 }
@@ -112,7 +124,8 @@ TEST_F(TextParagraphsTest, AnotherCodePageLeavesTheLinesOfAnUnchangedParagraph) 
   road.target_code_page = 65001;
   put(u"a.txt", "caf\xE9  au\nlait longer line\nb\n");
   EXPECT_EQ(rebuild(convert(u"a.txt", road), road), "caf\xC3\xA9  au\nlait longer line\nb\n");
-  EXPECT_EQ(translated(u"a.txt", "caf\xE9\nlait\n", [](std::u16string) { return u"th\u00E9 \u0416 x"; }, road),
+  EXPECT_EQ(translated(
+                u"a.txt", "caf\xE9\nlait\n", [](std::u16string) { return u"th\u00E9 \u0416 x"; }, road),
             "th\xC3\xA9\n\xD0\x96 x\n");
 }
 
@@ -123,15 +136,16 @@ TEST_F(TextParagraphsTest, FilledLinesAreFoundByThemselves) {
       u"Whoever is the last to leave puts out the lights.";
   EXPECT_EQ(texts_of(prose, "auto"), Texts{text});
   EXPECT_EQ(texts_of(prose, "lines").size(), 3u);
-  EXPECT_EQ(texts_of(prose + "\n| a | b |\n| c | d |\n\nName      Price\nApple     1\n-------\nTitle\n=====\n", "auto"),
-            (Texts{text, u"| a | b |", u"| c | d |", u"Name      Price", u"Apple     1", u"-------", u"Title",
-                   u"====="}))
+  EXPECT_EQ(
+      texts_of(prose + "\n| a | b |\n| c | d |\n\nName      Price\nApple     1\n-------\nTitle\n=====\n", "auto"),
+      (Texts{text, u"| a | b |", u"| c | d |", u"Name      Price", u"Apple     1", u"-------", u"Title", u"====="}))
       << "tables, rules and titles";
   EXPECT_EQ(texts_of(prose + "\nThe House\n12 Main Street\nSpringfield\n", "auto"),
             (Texts{text, u"The House", u"12 Main Street", u"Springfield"}))
       << "an address";
-  EXPECT_EQ(texts_of(prose + "\n> What they wrote was quoted here, and it went on for more than a line of\n> this\n", "auto"),
-            (Texts{text, u"What they wrote was quoted here, and it went on for more than a line of", u"this"}))
+  EXPECT_EQ(
+      texts_of(prose + "\n> What they wrote was quoted here, and it went on for more than a line of\n> this\n", "auto"),
+      (Texts{text, u"What they wrote was quoted here, and it went on for more than a line of", u"this"}))
       << "a quoted mail";
   EXPECT_EQ(texts_of(prose + "\nint main() {\n  return a_function_with_a_long_name_and_one_argument(1);\n}\n", "auto"),
             (Texts{text, u"int main() {", u"return a_function_with_a_long_name_and_one_argument(1);", u"}"}))
@@ -141,7 +155,8 @@ TEST_F(TextParagraphsTest, FilledLinesAreFoundByThemselves) {
 TEST_F(TextParagraphsTest, LinesThatNobodyFilledStayLines) {
   for (const std::string_view document :
        {"Field one,Field two,Field three,Field four,Field five\nValue one,Value,Value,Value,Value\n"sv,
-        "The quick brown fox jumps over the lazy dog at noon.\nThen it sleeps.\nThe dog is not amused, but says nothing "
+        "The quick brown fox jumps over the lazy dog at noon.\nThen it sleeps.\nThe dog is not amused, but says "
+        "nothing "
         "of it.\nEnd.\n"sv,
         "Roses are red,\nviolets are blue,\nsugar is sweet\nand so are you.\n"sv,
         "A paragraph that is one line, as editors that wrap lines for themselves write it, and that goes on and on and "
@@ -158,7 +173,7 @@ TEST_F(TextParagraphsTest, AWordThatIsNoneIsRefused) {
 
 TEST(TextParagraphsCorpus, RealTextsComeBackAndKeepTheirTextsTranslated) {
   std::vector<std::u16string> documents = corpus_files(u"txt", {u"txt"});
-  if (documents.empty()) GTEST_SKIP() << "there is no corpus";
+  if (documents.empty()) GTEST_SKIP() << kNoCorpus;
   for (const std::u16string& path : documents) {
     SCOPED_TRACE(to_utf8(path));
     std::string bytes;

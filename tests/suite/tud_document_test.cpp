@@ -43,8 +43,7 @@ TEST_F(TudTest, ANewDocumentIsWrittenLikeThis) {
   const auto location = [](int line) {
     return "<context-group purpose=\"location\"><context context-type=\"sourcefile\">page one.txt</context>"
            "<context context-type=\"linenumber\">" +
-           std::to_string(line) +
-           "</context><context context-type=\"element\">line</context></context-group>";
+           std::to_string(line) + "</context><context context-type=\"element\">line</context></context-group>";
   };
   EXPECT_EQ(files.get(tud),
             "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"

@@ -39,7 +39,8 @@ TEST_F(TudWriter, TellsWhereItsAuthorFindsAText) {
       {"no author known", "a.htm", "", 0, "sourcefile\">a.htm</context><context context-type=\"linenumber\">7<"},
       {"prepared, line known", "a_asp.htm", "a.asp", 5,
        "sourcefile\">a.asp</context><context context-type=\"linenumber\">5<"},
-      {"prepared, line unknown", "a_asp.htm", "a.asp", 0, "sourcefile\">a.asp</context><context context-type=\"element"},
+      {"prepared, line unknown", "a_asp.htm", "a.asp", 0,
+       "sourcefile\">a.asp</context><context context-type=\"element"},
       {"a name that XML escapes", "a&b.htm", "", 0, "sourcefile\">a&amp;b.htm</context>"},
   };
   for (const Case& c : cases) {

@@ -10,6 +10,9 @@
 
 namespace kavo::test {
 
+// Why a test that needs real documents is skipped.
+inline constexpr std::string_view kNoCorpus = "there are no real documents here: set KAVO_CORPUS to their folder";
+
 // The folder that KAVO_CORPUS names (in the host's form), else the one beside the project; nothing when neither exists.
 std::optional<std::u16string> corpus_folder();
 

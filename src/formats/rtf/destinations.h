@@ -17,11 +17,11 @@ enum class Destination : std::uint8_t {
   kFontTable,
   kColourTable,
   kStyleSheet,
-  kMarker,   // our own, for a picture or an object
-  kPicture,  // a picture or an object
+  kMarker,    // our own, for a picture or an object
+  kPicture,   // a picture or an object
   kVariants,  // two forms of one text: for programs that know no Unicode, and, in \ud, for the others
   kNote,      // a footnote, an endnote or an annotation: a story that its reference needs
-  kData,     // everything else, as every unknown \* destination
+  kData,      // everything else, as every unknown \* destination
 };
 
 // The destination that a control word begins; nothing for a word that begins none. A group of \* whose word begins none

@@ -15,11 +15,11 @@ struct Charset {
 constexpr Charset kCharsets[] = {
     {0, 1252},   {128, 932},  {129, 949},  {134, 936},  {136, 950},  {161, 1253}, {162, 1254},
     {163, 1258}, {177, 1255}, {178, 1256}, {186, 1257}, {204, 1251}, {222, 874},  {238, 1250},
-    {77, 10000}, {88, 10029}, {89, 10007}, {254, 437}, {255, 850},
+    {77, 10000}, {88, 10029}, {89, 10007}, {254, 437},  {255, 850},
 };
 
 // What the names of fonts for other scripts end in.
-constexpr std::string_view kScripts[] = {" CE",        " Cyr",      " Greek",       " Tur",   " Baltic",
+constexpr std::string_view kScripts[] = {" CE",       " Cyr",      " Greek",        " Tur",   " Baltic",
                                          " (Hebrew)", " (Arabic)", " (Vietnamese)", " (Thai)"};
 
 constexpr std::size_t kLongestFontName = 256;  // bytes

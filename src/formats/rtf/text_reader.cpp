@@ -14,9 +14,7 @@ bool is_low_half(char32_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
 
 // A number of sixteen bits is written with a sign; programs that do not know that write it without, and some write a
 // whole code point.
-char32_t unit_of(std::int32_t number) {
-  return static_cast<char32_t>(number < 0 ? number & 0xFFFF : number);
-}
+char32_t unit_of(std::int32_t number) { return static_cast<char32_t>(number < 0 ? number & 0xFFFF : number); }
 
 bool is_unicode_word(const Token& token) { return token.name == "u" && token.has_number; }
 
@@ -63,8 +61,7 @@ bool TextReader::control(TextUnit& unit) {
   // A character below 0x80 in hexadecimal is itself.
   if (const Byte byte = byte_at(at_); byte.value >= 0 && unit.text.empty()) {
     size = byte.size;
-    if (is_xml_character(static_cast<char32_t>(byte.value)))
-      append_utf8(unit.text, static_cast<char32_t>(byte.value));
+    if (is_xml_character(static_cast<char32_t>(byte.value))) append_utf8(unit.text, static_cast<char32_t>(byte.value));
   }
   return give(unit, unit.text.empty() ? TextUnit::Kind::kInvalid : TextUnit::Kind::kCharacter, at_ + size);
 }
@@ -91,7 +88,8 @@ bool TextReader::coded(TextUnit& unit) {
     bool valid = false;
     unit.text.clear();
     const std::size_t length = coding_->decode_one(gathered, unit.text, valid);
-    if (valid && length == gathered.size() && is_xml_character(utf8_code_point(unit.text))) return give(unit, TextUnit::Kind::kCharacter, place);
+    if (valid && length == gathered.size() && is_xml_character(utf8_code_point(unit.text)))
+      return give(unit, TextUnit::Kind::kCharacter, place);
     place = behind_line_ends(place);
   }
   unit.text.clear();
@@ -148,7 +146,8 @@ std::size_t TextReader::behind_fallback(std::size_t place) const {
     const std::size_t next = behind_line_ends(place);
     const std::string_view rest = bytes_.substr(next);
     if (rest.empty()) return place;
-    // A raw character whose second byte is a brace or a backslash is read as one, however many bytes are to be left out.
+    // A raw character whose second byte is a brace or a backslash is read as one, however many bytes are to be left
+    // out.
     if (is_pair_with_syntax(next)) {
       place = next + 2;
       if (left > 1) --left;

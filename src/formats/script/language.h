@@ -19,12 +19,12 @@ Language language_of_extension(std::string_view extension);
 // The same for a page of any name: VBScript in others.
 Language language_of_page(std::string_view extension);
 
-// The value of the first attribute of a tag or a directive ("<%@ ... %>", "<script ...>") that is called so, in any case;
-// `name` in small letters.
+// The value of the first attribute of a tag or a directive ("<%@ ... %>", "<script ...>") that is called so, in any
+// case; `name` in small letters.
 std::optional<std::string_view> attribute_of(std::string_view tag, std::string_view name);
 
-// The language that a page directive names: <%@ page language="java" %>, with or without "<%@". `otherwise` when it names
-// none.
+// The language that a page directive names: <%@ page language="java" %>, with or without "<%@". `otherwise` when it
+// names none.
 Language language_of_directive(std::string_view directive, Language otherwise);
 
 // What the start tag of a <script> element says about its content.

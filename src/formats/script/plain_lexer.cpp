@@ -1,5 +1,5 @@
-// Scripts in a language that nothing is known of (PerlScript, Python ...): what stands between two quotes on one line is
-// a literal, where a backslash takes the character behind it along.
+// Scripts in a language that nothing is known of (PerlScript, Python ...): what stands between two quotes on one line
+// is a literal, where a backslash takes the character behind it along.
 #include "formats/script/lexer.h"
 
 namespace kavo::script {

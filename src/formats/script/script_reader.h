@@ -1,6 +1,6 @@
-// Reads the blocks of a page's scripts as one row of tokens: what a language carries from block to block is carried, and
-// what stands between two scripts (the tag of an element, the "<%=" of a block inside of it) is a token of its own, so
-// that every byte of a block belongs to one.
+// Reads the blocks of a page's scripts as one row of tokens: what a language carries from block to block is carried,
+// and what stands between two scripts (the tag of an element, the "<%=" of a block inside of it) is a token of its own,
+// so that every byte of a block belongs to one.
 #pragma once
 
 #include <cstddef>
@@ -47,9 +47,9 @@ class ScriptReader {
   Program element_;
   std::string_view block_;
   std::vector<Piece> pieces_;
-  std::size_t piece_ = 0;     // the one being read, or the next one
-  Lexer* lexer_ = nullptr;    // of the one being read
-  std::size_t read_ = 0;      // of the block
+  std::size_t piece_ = 0;   // the one being read, or the next one
+  Lexer* lexer_ = nullptr;  // of the one being read
+  std::size_t read_ = 0;    // of the block
 };
 
 }  // namespace kavo::script

@@ -6,10 +6,11 @@
 
 namespace kavo {
 
-// 0 for a mark on the character before it, 2 for an East Asian wide one (Unicode Standard Annex #11), else 1. A tab
-// counts as 1 here: what it takes depends on its place.
+// The width of one character: 0 for a combining mark, 2 for an East Asian wide character (Unicode Standard Annex #11),
+// otherwise 1. A tab counts as 1 here, because its width depends on its place.
 std::size_t columns_of(char32_t code_point);
-// Of a UTF-8 text that begins at a column; a tab goes to the next multiple of 8. A byte that is no UTF-8 counts as 1.
+// The width of a UTF-8 text that begins at `column` (from 0). A tab reaches the next multiple of 8. An invalid byte
+// counts as 1.
 std::size_t columns_of(std::string_view utf8, std::size_t column = 0);
 
 // True for writing without blanks between words, which may break between any two characters: Chinese, Japanese.

@@ -1,7 +1,7 @@
 // The connection to one running LibreOffice.
 //
 // A call to LibreOffice may block for any time, and it cannot be cancelled. So a watching thread kills LibreOffice when
-// there is no sign of life for too long or the user asks to stop; the call that waits then fails.
+// it shows no progress for too long, or when the user asks to stop. The blocked call then fails.
 #pragma once
 
 #include <com/sun/star/frame/XDesktop2.hpp>

@@ -12,7 +12,6 @@
 #include <cstdint>
 #include <cstring>
 #include <exception>
-#include <exception>
 #include <iterator>
 #include <mutex>
 #include <unordered_map>

@@ -37,7 +37,7 @@ struct XliffDetails {
   std::string state;  // "" for that of the status
   std::string state_qualifier;
   bool approved = false;
-  std::vector<TudNote> notes;  // to be there; those that are there already stay
+  std::vector<TudNote> notes;                  // to be there; those that are there already stay
   std::vector<TudAlternative> alternatives{};  // to be added
 };
 

@@ -200,7 +200,7 @@ class TargetBuilder {
   OpenTagSegment segment_;
   std::uint32_t count_ = 0;
   std::unordered_map<std::uint32_t, std::string> waiting_;  // nested segments until their own segment comes
-  std::string original_;  // the bytes of the last segment, as the document has them
+  std::string original_;                                    // the bytes of the last segment, as the document has them
   std::string out_;
   std::string plain_;
   std::string tail_;

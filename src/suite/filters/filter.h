@@ -30,9 +30,9 @@ namespace kavo {
 using MessageTaker = std::function<void(const Message&)>;
 
 struct ConversionSettings {
-  std::u16string document;      // the document's path, for what its name tells
+  std::u16string document;         // the document's path, for what its name tells
   std::u16string author_document;  // that of the document that its author has, for what it holds; "" when unknown
-  std::string source_language;  // as the suite writes it: "EN-US", "FR"
+  std::string source_language;     // as the suite writes it: "EN-US", "FR"
   std::string target_language;
   unsigned source_code_page = kUtf8CodePage;  // what the user says; a document's own declaration goes before it
   unsigned target_code_page = 0;              // what the user says; 0 for nothing
@@ -153,8 +153,8 @@ class Filter {
   // anew, with invalid bytes as they are and a failure for a character that the target's code page lacks.
   virtual void recode(std::string_view original, std::string& bytes);
 
-  // Everything that was written, in order, then end_rebuild(): for a proof of the whole document. Both throw `failure` 5
-  // that names the place when the document must not be made. Here: nothing.
+  // Everything that was written, in order, then end_rebuild(): for a proof of the whole document. Both throw `failure`
+  // 5 that names the place when the document must not be made. Here: nothing.
   virtual void written(const WrittenPart& part);
   virtual void end_rebuild();
 

@@ -27,7 +27,8 @@ constexpr FilterOption kOptions[] = {
      "Opens texts that hold only codes, numbers or signs, which are locked otherwise", "on"},
     {"html.text-attributes", kWords, "", "Attributes of any element whose values are offered", "data-title, data-hint"},
     {"mif.page-types", kWords, "body, master",
-     "The kinds of pages whose texts are translated: body, master, reference and hidden. Texts of the others are locked",
+     "The kinds of pages whose texts are translated: body, master, reference and hidden. Texts of the others are "
+     "locked",
      "body, master, reference"},
 
     {"rc.dialog-charset", kNumber, "",

@@ -27,9 +27,9 @@ enum class OptionKind : std::uint8_t {
 struct FilterOption {
   std::string_view key;  // the filter, a dot, the option: "rc.dialog-font"; without a dot it belongs to one run only
   OptionKind kind;
-  std::string_view usual;    // what holds when nobody chooses
-  std::string_view summary;  // what it does
-  std::string_view example;  // a value
+  std::string_view usual;         // what holds when nobody chooses
+  std::string_view summary;       // what it does
+  std::string_view example;       // a value
   std::string_view choices = {};  // the words of a kChoice, with blanks between
 };
 

@@ -80,7 +80,7 @@ class CorpusRoundTrip : public OfficeFixture {
 };
 
 TEST_F(CorpusRoundTrip, EveryTextOfPresentationsChangesAndNothingElse) {
-  if (!corpus_folder()) GTEST_SKIP() << "no corpus";
+  if (!corpus_folder()) GTEST_SKIP() << kNoCorpus;
   for (const auto& name : openable(u"ppt", OfficeKind::kPresentation))
     go_round<clsPPTUtil>(name, OfficeKind::kPresentation, &clsPPTUtil::PPT2XML, &clsPPTUtil::XML2PPT,
                          &clsPPTUtil::PPTFile, &clsPPTUtil::XMLFile);
@@ -88,7 +88,7 @@ TEST_F(CorpusRoundTrip, EveryTextOfPresentationsChangesAndNothingElse) {
 }
 
 TEST_F(CorpusRoundTrip, EveryTextOfWorkbooksChangesAndNothingElse) {
-  if (!corpus_folder()) GTEST_SKIP() << "no corpus";
+  if (!corpus_folder()) GTEST_SKIP() << kNoCorpus;
   for (const auto& name : openable(u"xls", OfficeKind::kWorkbook))
     go_round<clsXLSUtil>(name, OfficeKind::kWorkbook, &clsXLSUtil::XLS2XML, &clsXLSUtil::XML2XLS, &clsXLSUtil::XLSFile,
                          &clsXLSUtil::XMLFile);
@@ -129,7 +129,7 @@ std::string changed_rtf(const std::string& rtf) {
 }
 
 TEST_F(CorpusRoundTrip, WordDocumentsGoToRtfHaveTheirTextsChangedAndComeBack) {
-  if (!corpus_folder()) GTEST_SKIP() << "no corpus";
+  if (!corpus_folder()) GTEST_SKIP() << kNoCorpus;
   for (const auto& name : openable(u"doc", OfficeKind::kText)) {
     SCOPED_TRACE(to_utf8(name));
     clsDOC2RTF converter;

@@ -7,8 +7,8 @@
 // lies around it (the font of a whole paragraph, a marker before the text) goes into the skeleton.
 //
 // Fonts that a reader cannot tell from the one before them (another spacing, another language of hyphenation) belong to
-// the lines, like a line end. Texts of other pages than the wanted kinds are locked; a text of a master page that is the
-// same as one before it is a computed place and no segment.
+// the lines, like a line end. Texts of other pages than the wanted kinds are locked; a text of a master page that is
+// the same as one before it is a computed place and no segment.
 //
 // A paragraph ends where another one begins even when it was never closed, so that a broken statement costs its own
 // paragraph and no more.
@@ -172,8 +172,8 @@ class MifExtraction {
   PageKind page_ = PageKind::kBody;
   std::string_view table_part_;
   std::string paragraph_tag_;  // decoded
-  std::size_t depth_ = 0;  // in a statement about the paragraph
-  bool is_tag_ = false;    // which is the tag of a side text
+  std::size_t depth_ = 0;      // in a statement about the paragraph
+  bool is_tag_ = false;        // which is the tag of a side text
   bool is_paragraph_tag_ = false;
   Reading reading_;
   std::string look_;  // of the font in effect, what a reader sees; "" for the paragraph's own

@@ -138,7 +138,8 @@ class SegmentWriter {
     mif::MifToken token;
     for (std::size_t at = 0; at < original.size(); at += token.bytes.size()) {
       scanner.next(original.substr(at), true, token);
-      if (token.kind == mif::MifTokenKind::kOpen && ++depth == 1) statements_.push_back(static_cast<std::ptrdiff_t>(at));
+      if (token.kind == mif::MifTokenKind::kOpen && ++depth == 1)
+        statements_.push_back(static_cast<std::ptrdiff_t>(at));
       if (token.kind == mif::MifTokenKind::kClose) --depth;
     }
   }

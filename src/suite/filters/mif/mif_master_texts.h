@@ -1,7 +1,7 @@
 // Texts that stand on several master pages: offered once, written in every place.
 //
-// Two are the same when their texts, their codes and the fonts in front of them are, but for the numbers that the layout
-// program gives to its objects (`<Unique 322384>`): each place keeps its own.
+// Two are the same when their texts, their codes and the fonts in front of them are, but for the numbers that the
+// layout program gives to its objects (`<Unique 322384>`): each place keeps its own.
 #pragma once
 
 #include <cstddef>

@@ -32,10 +32,10 @@ std::string shown_of_code(std::string_view statement, bool is_variable, const St
   std::string text;
   for (const std::string& string : first_strings(statement, kMostStrings, coding))
     text += (text.empty() ? "" : ", ") + string;
-  if (text.empty())
-    return std::string(trimmed(statement.substr(1, std::min(statement.size() - 2, kMostShown))));
+  if (text.empty()) return std::string(trimmed(statement.substr(1, std::min(statement.size() - 2, kMostShown))));
   if (is_variable) return text;
-  const auto* const name_end = std::find_if(statement.begin() + 1, statement.end(), [](char c) { return is_blank(c) || is_line_end(c); });
+  const auto* const name_end =
+      std::find_if(statement.begin() + 1, statement.end(), [](char c) { return is_blank(c) || is_line_end(c); });
   return std::string(statement.begin() + 1, name_end) + ": " + text;
 }
 

@@ -135,7 +135,8 @@ void RtfExtraction::begin_story(Destination destination, const Token& token) {
   inner.is_note = destination == Destination::kNote;
   // The parts of a document's information stand in a group of their own kind.
   constexpr std::string_view information[] = {"title", "subject", "keywords", "doccomm"};
-  inner.is_plain = destination == Destination::kEntry || std::ranges::find(information, token.name) != std::end(information);
+  inner.is_plain =
+      destination == Destination::kEntry || std::ranges::find(information, token.name) != std::end(information);
   inner.type = destination == Destination::kNote ? "x-note" : "x-text";
   inner.element = token.name;
   stories_.push_back(std::move(inner));
@@ -197,7 +198,8 @@ void RtfExtraction::join_codes() {
   };
   if (!is_data(items.back())) return;
   const std::size_t before = items.size() - 1;
-  if (before == story().first_item || !is_data(items[before - 1]) || items[before - 1].end != items.back().begin) return;
+  if (before == story().first_item || !is_data(items[before - 1]) || items[before - 1].end != items.back().begin)
+    return;
   items[before - 1].end = paragraph_.bytes.size();
   items.pop_back();
   --code_count_;

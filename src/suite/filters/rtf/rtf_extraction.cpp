@@ -18,9 +18,12 @@ struct ShownWord {
   std::string_view shown;
 };
 constexpr ShownWord kShownWords[] = {
-    {"tab", "x-tab", {}},          {"line", "lb", {}},           {"softline", "lb", {}},      {"lbr", "lb", {}},
-    {"chpgn", "x-field", "page"},  {"chdate", "x-field", "date"}, {"chdpl", "x-field", "date"}, {"chdpa", "x-field", "date"},
-    {"chtime", "x-field", "time"}, {"chatn", "x-note", {}},      {"chftn", "x-note", {}},     {"sectnum", "x-field", "section"},
+    {"tab", "x-tab", {}},          {"line", "lb", {}},
+    {"softline", "lb", {}},        {"lbr", "lb", {}},
+    {"chpgn", "x-field", "page"},  {"chdate", "x-field", "date"},
+    {"chdpl", "x-field", "date"},  {"chdpa", "x-field", "date"},
+    {"chtime", "x-field", "time"}, {"chatn", "x-note", {}},
+    {"chftn", "x-note", {}},       {"sectnum", "x-field", "section"},
     {"chftnsep", "x-rtf", {}},     {"chftnsepc", "x-rtf", {}},
 };
 
@@ -163,7 +166,8 @@ void RtfExtraction::open_group(const Token& token) {
       group().destination == Destination::kVariants && !std::exchange(group().has_result, true);
   add(ItemKind::kHidden, token);
   groups_.push_back(std::move(inner));
-  if (groups_.size() > kDeepestGroup || is_older_variant) begin_data("x-rtf", false, {}, {TokenKind::kText, {}, {}, false, 0});
+  if (groups_.size() > kDeepestGroup || is_older_variant)
+    begin_data("x-rtf", false, {}, {TokenKind::kText, {}, {}, false, 0});
 }
 
 void RtfExtraction::close_group(const Token& token) {

@@ -65,19 +65,19 @@ class RtfExtraction {
     bool is_silent = false;   // text in it is none: what a field does
     bool has_result = false;  // of a field
     unsigned fallback = 1;
-    std::size_t item = kNowhere;  // of its brace
+    std::size_t item = kNowhere;        // of its brace
     std::size_t close_item = kNowhere;  // of a field: where its end begins
-    std::size_t story = 0;        // that both stand in
-    std::size_t generation = 0;   // of that story's paragraph
-    std::size_t text_count = 0;   // when it began
+    std::size_t story = 0;              // that both stand in
+    std::size_t generation = 0;         // of that story's paragraph
+    std::size_t text_count = 0;         // when it began
     std::size_t code_count = 0;
-    std::int32_t style = 0;       // of the paragraph
+    std::int32_t style = 0;  // of the paragraph
     const TextCoding* coding = nullptr;
     Look look;
   };
   // A text of its own that is being read; the first one is the document's body.
   struct Story {
-    std::size_t group = 0;        // the number of groups with its own
+    std::size_t group = 0;  // the number of groups with its own
     std::size_t first_item = 0;
     std::size_t generation = 0;  // another number for each paragraph
     std::size_t text_count = 0;  // when its paragraph began
@@ -159,10 +159,10 @@ class RtfExtraction {
   std::size_t emitted_ = 0;  // bytes of the paragraph that were given out, while it is
   std::size_t next_inner_ = 0;
 
-  std::size_t data_depth_ = 0;    // of braces in data; 0: there is none
-  bool has_data_brace_ = false;   // the code that holds it has its brace
-  bool is_streaming_ = false;     // it goes straight into the skeleton
-  std::size_t data_size_ = 0;     // of what waits
+  std::size_t data_depth_ = 0;   // of braces in data; 0: there is none
+  bool has_data_brace_ = false;  // the code that holds it has its brace
+  bool is_streaming_ = false;    // it goes straight into the skeleton
+  std::size_t data_size_ = 0;    // of what waits
   Table table_ = Table::kNone;
   std::size_t table_depth_ = 0;
   std::string table_bytes_;

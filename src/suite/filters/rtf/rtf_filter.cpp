@@ -147,8 +147,7 @@ void RtfFilter::write_language(std::string_view original, std::string& bytes) co
   const rtf::Token word = rtf::word_at(original);
   const bool is_source = (source_ && rtf::are_of_one_language(word.number, source_->lcid)) ||
                          (format_.language != 0 && rtf::are_of_one_language(word.number, format_.language));
-  const std::optional<std::int32_t> locale =
-      target_ && target_ != source_ ? rtf::locale_of(*target_) : std::nullopt;
+  const std::optional<std::int32_t> locale = target_ && target_ != source_ ? rtf::locale_of(*target_) : std::nullopt;
   if (!locale || !is_source) {
     bytes += original;
     return;

@@ -12,9 +12,7 @@ namespace {
 // More bytes behind each \uN are told anew.
 constexpr unsigned kMostFallback = 2;
 
-bool is_letter_or_digit(char c) {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
-}
+bool is_letter_or_digit(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9'); }
 
 // Whether the last control word of the bytes could swallow what comes next.
 bool ends_in_open_word(std::string_view bytes) {
@@ -69,7 +67,8 @@ std::size_t count_of_known(std::string_view text, const TextCoding* coding) {
     const std::size_t length = std::max<std::size_t>(utf8_character_length(text), 1);
     bool is_known = length > 1;
     bytes.clear();
-    if (is_known) coding->encode(text.substr(0, length), bytes, [&](std::string_view, std::string&) { is_known = false; });
+    if (is_known)
+      coding->encode(text.substr(0, length), bytes, [&](std::string_view, std::string&) { is_known = false; });
     known += is_known ? 1 : 0;
     text.remove_prefix(length);
   }

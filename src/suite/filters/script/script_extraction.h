@@ -14,8 +14,8 @@ class ScriptExtraction {
  public:
   // `file` is the whole script file without a byte order mark, in the bytes of `coding`; `server` is the language
   // of the page's server blocks until it declares another one. All must outlive the object.
-  ScriptExtraction(std::string_view file, Language server, const TextCoding& coding,
-                   const ScriptSettings& settings, ExtractionSink& sink);
+  ScriptExtraction(std::string_view file, Language server, const TextCoding& coding, const ScriptSettings& settings,
+                   ExtractionSink& sink);
   void run(ProgressEvent& progress);
   // After run(): how many texts are in doubt because nothing is known of their language.
   std::uint32_t unknown() const { return unknown_; }

@@ -60,8 +60,9 @@ void ScriptFilter::extract(BlockReader& document, const ConversionSettings& sett
   script::ScriptExtraction extraction(file, server, coding, scripts, sink);
   extraction.run(progress);
   if (extraction.unknown() != 0 && scripts.offer != ScriptSettings::Offer::kAll && settings.tell)
-    settings.tell({u"Texts of scripts in a language that is not known here, which are locked (--scripts all opens them): " +
-                   to_utf16(std::to_string(extraction.unknown()))});
+    settings.tell(
+        {u"Texts of scripts in a language that is not known here, which are locked (--scripts all opens them): " +
+         to_utf16(std::to_string(extraction.unknown()))});
 }
 
 // Documents of the first versions do not say what page they belong to; nothing is proved of those.

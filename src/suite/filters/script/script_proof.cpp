@@ -11,7 +11,8 @@ namespace {
 
 // The first line from `from` on that begins as a marker does; the size of the text when there is none.
 std::size_t find_marker(std::string_view text, std::size_t from) {
-  for (std::size_t at = text.find(html::placeholder::kMarker, from); at != std::string_view::npos; at = text.find(html::placeholder::kMarker, at + 1))
+  for (std::size_t at = text.find(html::placeholder::kMarker, from); at != std::string_view::npos;
+       at = text.find(html::placeholder::kMarker, at + 1))
     if (at == 0 || ends_line(text[at - 1])) return at;
   return text.size();
 }
@@ -182,7 +183,8 @@ void ScriptProof::prove_blocks(bool is_end) {
     const std::size_t next = find_marker(source_.text, std::max(searched_, source_begin + 1));
     if (next >= source_.text.size() && !is_end) {
       // A marker may be cut.
-      searched_ = std::max(source_begin, next > html::placeholder::kMarker.size() ? next - html::placeholder::kMarker.size() : 0);
+      searched_ = std::max(source_begin,
+                           next > html::placeholder::kMarker.size() ? next - html::placeholder::kMarker.size() : 0);
       break;
     }
     const std::size_t target_next = find_marker(target_.text, target_begin + 1);
@@ -190,7 +192,8 @@ void ScriptProof::prove_blocks(bool is_end) {
     while (behind < changes_.size() && changes_[behind].source.begin < next) ++behind;
     // Only a translation can bring a marker along.
     const bool is_last = next >= source_.text.size();
-    if (is_last != (target_next >= target_.text.size()) && !changes_.empty()) refuse(behind - (behind > change ? 1 : 0));
+    if (is_last != (target_next >= target_.text.size()) && !changes_.empty())
+      refuse(behind - (behind > change ? 1 : 0));
     if (source_.bytes(source_begin, next).starts_with(html::placeholder::kMarker))
       prove_block({source_begin, next}, {target_begin, target_next}, {change, behind});
     source_begin = searched_ = next;
@@ -260,7 +263,8 @@ std::size_t ScriptProof::prove_expression(Range changes) {
   expect(!before.first.in_element || std::ranges::none_of(kDelimitersInElement, brings));
   std::vector<std::string> lost;
   std::vector<std::string> added;
-  const bool holds_segments = std::any_of(&first, &last + 1, [](const Change& change) { return change.holds_segments; });
+  const bool holds_segments =
+      std::any_of(&first, &last + 1, [](const Change& change) { return change.holds_segments; });
   const std::vector<std::string> expected = old_operands.sorted(holds_segments);
   const std::vector<std::string> given = new_operands.sorted(holds_segments);
   std::ranges::set_difference(expected, given, std::back_inserter(lost));
@@ -280,8 +284,7 @@ ScriptProof::Expression ScriptProof::read_expression(Side& side, Range changes, 
     operands.add(side.read, side.token());
     expression.place.end = side.token_end();
     expression.last = side.read;
-    while (expression.last_change + 1 < changes.end &&
-           range(expression.last_change + 1).begin <= expression.place.end)
+    while (expression.last_change + 1 < changes.end && range(expression.last_change + 1).begin <= expression.place.end)
       ++expression.last_change;
   }
   return expression;

@@ -35,8 +35,8 @@ std::size_t number_length(std::string_view text) {
 
 std::size_t mark_length(std::string_view text) {
   // Of a quoted mail's lines each is a line of its own, too.
-  constexpr std::string_view marks[] = {"-",            "*",            "+",            ">",           "\xE2\x80\xA2",
-                                        "\xE2\x80\x93", "\xE2\x80\x94", "\xE2\x97\x8F", "\xE3\x83\xBB"};
+  constexpr std::string_view marks[] = {
+      "-", "*", "+", ">", "\xE2\x80\xA2", "\xE2\x80\x93", "\xE2\x80\x94", "\xE2\x97\x8F", "\xE3\x83\xBB"};
   for (const std::string_view mark : marks)
     if (text.starts_with(mark)) return mark.size();
   if (text.starts_with('(')) {
@@ -45,8 +45,9 @@ std::size_t mark_length(std::string_view text) {
     const std::string_view inside = text.substr(1, end - 1);
     const bool is_number = std::all_of(inside.begin(), inside.end(), is_digit);
     const bool is_letters = std::all_of(inside.begin(), inside.end(), [](char c) { return c >= 'a' && c <= 'z'; });
-    return is_number || (is_letters && (end == 2 || inside.find_first_not_of("ivx") == std::string_view::npos)) ? end + 1
-                                                                                                               : 0;
+    return is_number || (is_letters && (end == 2 || inside.find_first_not_of("ivx") == std::string_view::npos))
+               ? end + 1
+               : 0;
   }
   // A capital with a dot may be an initial.
   if (text.size() > 1 && is_letter(text[0]) && (text[1] == ')' || (text[1] == '.' && text[0] >= 'a'))) return 2;

@@ -190,8 +190,7 @@ std::string TextExtraction::separator() const {
 std::size_t TextExtraction::bullet_bytes(std::size_t line) const {
   if (looks_[line].bullet == 0) return 0;
   const Place& place = places_[line];
-  const std::string bullet =
-      decoded(piece(place.text, place.text_end), coding_).substr(0, looks_[line].bullet);
+  const std::string bullet = decoded(piece(place.text, place.text_end), coding_).substr(0, looks_[line].bullet);
   std::string bytes;
   coding_.encode(bullet, bytes, [](std::string_view, std::string&) {});
   return bytes.size();

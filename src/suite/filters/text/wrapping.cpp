@@ -21,8 +21,8 @@ class Wrapping {
   explicit Wrapping(const ParagraphShape& shape)
       : shape_(shape),
         column_(shape.column),
-        indentation_(columns_of(shape.separator.substr(std::min(shape.separator.find_first_of(" \t"),
-                                                                shape.separator.size())))) {}
+        indentation_(columns_of(
+            shape.separator.substr(std::min(shape.separator.find_first_of(" \t"), shape.separator.size())))) {}
 
   void character(std::string_view bytes, char32_t code_point) {
     if (code_point == U'\n' || code_point == U'\r') code_point = U' ';
@@ -54,8 +54,8 @@ class Wrapping {
     const bool begins_line = result_.empty();
     // A break must come back as what stood there: one blank, or nothing where lines join without one.
     const bool joins = joins_without_blank(line_before_last_, line_last_, after_);
-    const bool may_break = !begins_line && (blanks_.empty() ? joins : blanks_.size() == 1 && !joins) &&
-                           bullet_length(word_ + ' ') == 0;
+    const bool may_break =
+        !begins_line && (blanks_.empty() ? joins : blanks_.size() == 1 && !joins) && bullet_length(word_ + ' ') == 0;
     if (may_break && column_ + blanks_.size() + width_ > shape_.width && column_ > indentation_) {
       result_ += shape_.separator;
       column_ = indentation_;
@@ -117,7 +117,8 @@ std::string wrapped(std::string_view coded, const ParagraphShape& shape) {
     for (std::string_view rest = part.text; !rest.empty();) {
       const std::size_t length = std::max<std::size_t>(utf8_character_length(rest), 1);
       const std::string_view character = rest.substr(0, length);
-      wrapping.character(character, length == 1 ? static_cast<unsigned char>(rest.front()) : utf8_code_point(character));
+      wrapping.character(character,
+                         length == 1 ? static_cast<unsigned char>(rest.front()) : utf8_code_point(character));
       rest.remove_prefix(length);
     }
   }
