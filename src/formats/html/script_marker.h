@@ -33,4 +33,11 @@ inline constexpr std::size_t kLongestPlaceholder = 256;
 
 inline bool is_line_end(char c) noexcept { return c == '\r' || c == '\n'; }
 
+// The first line of a script file at or behind `from` that begins with the marker; the size of the text without one.
+inline std::size_t find_marker_line(std::string_view text, std::size_t from) noexcept {
+  for (std::size_t at = text.find(kMarker, from); at != std::string_view::npos; at = text.find(kMarker, at + 1))
+    if (at == 0 || is_line_end(text[at - 1])) return at;
+  return text.size();
+}
+
 }  // namespace kavo::html::placeholder

@@ -35,12 +35,7 @@ template <class Action>
 void ScriptExtraction::each_block(Action&& action) {
   PageScripts scripts(page_language_);
   std::vector<Piece> pieces;
-  const auto next_marker = [&](std::size_t from) {
-    for (std::size_t at = file_.find(html::placeholder::kMarker, from); at != std::string_view::npos;
-         at = file_.find(html::placeholder::kMarker, at + 1))
-      if (at == 0 || ends_line(file_[at - 1])) return at;
-    return file_.size();
-  };
+  const auto next_marker = [&](std::size_t from) { return html::placeholder::find_marker_line(file_, from); };
   for (std::size_t marker = next_marker(0); marker < file_.size();) {
     const std::size_t next = next_marker(marker + html::placeholder::kMarker.size());
     std::size_t begin = std::min(file_.find_first_of("\r\n", marker), next);

@@ -9,14 +9,6 @@
 namespace kavo::script {
 namespace {
 
-// The first line from `from` on that begins as a marker does; the size of the text when there is none.
-std::size_t find_marker(std::string_view text, std::size_t from) {
-  for (std::size_t at = text.find(html::placeholder::kMarker, from); at != std::string_view::npos;
-       at = text.find(html::placeholder::kMarker, at + 1))
-    if (at == 0 || ends_line(text[at - 1])) return at;
-  return text.size();
-}
-
 void append_decoded(std::string_view bytes, const TextCoding& coding, std::string& utf8) {
   while (!bytes.empty()) {
     bytes.remove_prefix(coding.decode_run(bytes, utf8));
@@ -180,14 +172,14 @@ void ScriptProof::prove_blocks(bool is_end) {
   std::size_t target_begin = 0;
   std::size_t change = 0;
   for (;;) {
-    const std::size_t next = find_marker(source_.text, std::max(searched_, source_begin + 1));
+    const std::size_t next = html::placeholder::find_marker_line(source_.text, std::max(searched_, source_begin + 1));
     if (next >= source_.text.size() && !is_end) {
       // A marker may be cut.
       searched_ = std::max(source_begin,
                            next > html::placeholder::kMarker.size() ? next - html::placeholder::kMarker.size() : 0);
       break;
     }
-    const std::size_t target_next = find_marker(target_.text, target_begin + 1);
+    const std::size_t target_next = html::placeholder::find_marker_line(target_.text, target_begin + 1);
     std::size_t behind = change;
     while (behind < changes_.size() && changes_[behind].source.begin < next) ++behind;
     // Only a translation can bring a marker along.
