@@ -25,8 +25,8 @@ std::string sentence(int number) {
                                            "forest", "silver",   "candle", "bridge", "harbour", "planet", "winter",
                                            "circle", "danger",   "method", "number", "orange",  "pencil"};
   std::string text = "Text";
-  for (int i = 0, value = number * 7919 + 13; i < 9; ++i, value = value * 31 + 7)
-    (text += ' ') += kWords[static_cast<unsigned>(value) / 16 % 20];
+  unsigned value = static_cast<unsigned>(number) * 7919 + 13;  // unsigned, because it wraps around
+  for (int i = 0; i < 9; ++i, value = value * 31 + 7) (text += ' ') += kWords[value / 16 % 20];
   return text + " end" + std::string(1, static_cast<char>('a' + number % 26)) +
          std::string(1, static_cast<char>('a' + number / 26 % 26)) +
          std::string(1, static_cast<char>('a' + number / 676 % 26));
