@@ -1,9 +1,9 @@
-# kavo_expat: the XML parser. Native builds use the system's library. Windows builds compile Debian's source package,
-# which scripts/setup.sh unpacks in the user's cache.
+# kavo_expat: the XML parser, linked in statically. Native builds use the system's archive. Windows builds compile Debian's
+# source package, which scripts/setup.sh unpacks in the user's cache.
 add_library(kavo_expat INTERFACE)
 if(NOT WIN32)
-  find_package(EXPAT REQUIRED)
-  target_link_libraries(kavo_expat INTERFACE EXPAT::EXPAT)
+  find_library(KAVO_EXPAT_ARCHIVE libexpat.a REQUIRED)
+  target_link_libraries(kavo_expat INTERFACE ${KAVO_EXPAT_ARCHIVE})
   return()
 endif()
 

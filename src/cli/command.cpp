@@ -8,6 +8,7 @@
 #include <new>
 #include <sstream>
 
+#include "cli/command_description.h"
 #include "cli/memory_reserve.h"
 #include "cli/output.h"
 #include "cli/progress_bar.h"
@@ -58,7 +59,7 @@ void add_common_options(CLI::App& app, const VerbEntry& entry, Options& options)
       {"auto", ProgressBar::Mode::kAuto}, {"bar", ProgressBar::Mode::kBar}, {"none", ProgressBar::Mode::kNone}};
   app.add_option("--progress", options.progress, "auto (a bar on a terminal), bar or none")
       ->type_name("WHEN")
-      ->transform(CLI::CheckedTransformer(modes, CLI::ignore_case).description(""));
+      ->transform(CLI::CheckedTransformer(modes, CLI::ignore_case).description("{auto,bar,none}"));
   app.footer("Example:\n  " + std::string(entry.example));
 }
 
@@ -232,6 +233,10 @@ ExitCode run_command(std::vector<std::string> arguments) {
     add_common_options(*verb_app, entry, options);
   }
 
+  if (arguments == std::vector<std::string>{"help", "--json"}) {
+    print_output(description_of(app).dump(2) + "\n");
+    return ExitCode::kDone;
+  }
   try {
     arguments = with_verb_first(app, std::move(arguments));
     std::reverse(arguments.begin(), arguments.end());

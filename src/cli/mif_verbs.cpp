@@ -43,9 +43,9 @@ class BatchVerb : public MifVerb {
  public:
   void add_options(CLI::App& app) override {
     app.add_option("--markers", markers_, "Marker types, for this run: names with commas between")->type_name("NAMES");
-    app.add_option("--split", split_, "Where to split index texts, for this run: none, semicolon or both")
+    app.add_option("--split", split_, "Where to split index texts, for this run")
         ->type_name("WHERE")
-        ->transform(CLI::CheckedTransformer(split_option_names(), CLI::ignore_case).description(""));
+        ->transform(CLI::CheckedTransformer(split_option_names(), CLI::ignore_case).description("{none,semicolon,both}"));
     app.add_option("--side-files", folder_, "Folder of the side files (else that of the first FILE)")
         ->type_name("FOLDER");
   }

@@ -3,6 +3,8 @@
 #include <dlfcn.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <iterator>
 #include <string>
 
 #include "platform/automation.h"
@@ -15,7 +17,8 @@ namespace kavo {
 namespace {
 
 constexpr const char16_t* kIdentifiers[] = {u"Word.Application", u"PowerPoint.Application", u"Excel.Application"};
-constexpr char kEngine[] = "libkavo_office_engine.so";
+// The engine, below the folder of the command: as it is built, and as it is installed.
+constexpr const char* kEnginePlaces[] = {"/libkavo_office_engine.so", "/../lib/kavo/libkavo_office_engine.so"};
 
 [[noreturn]] void throw_not_there(std::u16string_view identifier, const std::u16string& what_to_do) {
   throw failure(FailureNumber::kCannotCreateObject,
@@ -26,11 +29,15 @@ void* loaded_engine = nullptr;  // for good: LibreOffice's libraries cannot be u
 
 // The engine registers its own factories in the place of ours.
 void load_engine(std::u16string_view identifier) {
-  const std::string path = path_to_host(program_folder()) + "/" + kEngine;
-  if (::access(path.c_str(), F_OK) != 0)
+  const std::string folder = path_to_host(program_folder());
+  const auto is_there = [&](const char* place) { return ::access((folder + place).c_str(), F_OK) == 0; };
+  const auto place = std::ranges::find_if(kEnginePlaces, is_there);
+  if (place == std::end(kEnginePlaces))
     throw_not_there(identifier,
-                    u"this kavo was built without it; install libreoffice-dev, libreoffice-writer-nogui, "
-                    u"libreoffice-impress-nogui and libreoffice-calc-nogui and build it again");
+                    u"the engine is not there; install the package kavo-office, or, where kavo was built from its source, "
+                    u"libreoffice-dev, libreoffice-writer-nogui, libreoffice-impress-nogui and libreoffice-calc-nogui, "
+                    u"and build it again");
+  const std::string path = folder + *place;
   void* const engine = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (!engine)
     throw_not_there(identifier,
