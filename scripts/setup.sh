@@ -3,22 +3,25 @@
 #
 #   scripts/setup.sh            everything that scripts/test.sh needs
 #   scripts/setup.sh --native   what the kavo command and its tests need
+#   scripts/setup.sh --release  what scripts/release.sh needs
 #   scripts/setup.sh --full     also what scripts/test.sh --full and the benchmarks need
 set -euo pipefail
 
 native=(g++ cmake ninja-build ccache libgtest-dev libgmock-dev nlohmann-json3-dev libcli11-dev libexpat1-dev)
 windows=(g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools googletest wine wine64 locales dpkg-dev
   fonts-dejavu-core fonts-ipafont-gothic)  # what dialogs are drawn and measured with
+release=(nsis zip unzip python3)
 judge=(nodejs unrtf)
-full=(clang libclang-rt-14-dev clang-tidy libbenchmark-dev strace python3 tidy libxml2-utils php-symfony-translation php-cli perl
+full=(debootstrap man-db fish zsh clang libclang-rt-14-dev clang-tidy libbenchmark-dev strace python3 tidy libxml2-utils php-symfony-translation php-cli perl
   translate-toolkit po4a omegat
   libreoffice-dev libreoffice-core-nogui libreoffice-writer-nogui libreoffice-calc-nogui libreoffice-impress-nogui)
 
 case ${1:-} in
   --native) wanted=("${native[@]}") ;;
   "") wanted=("${native[@]}" "${windows[@]}" "${judge[@]}") ;;
-  --full) wanted=("${native[@]}" "${windows[@]}" "${judge[@]}" "${full[@]}") ;;
-  *) echo "usage: setup.sh [--native | --full]" >&2; exit 2 ;;
+  --release) wanted=("${native[@]}" "${windows[@]}" "${release[@]}") ;;
+  --full) wanted=("${native[@]}" "${windows[@]}" "${release[@]}" "${judge[@]}" "${full[@]}") ;;
+  *) echo "usage: setup.sh [--native | --release | --full]" >&2; exit 2 ;;
 esac
 
 # fetch_source PACKAGE: unpacks Debian's source of a package in the user's cache. The Windows builds compile it, since no
