@@ -2,8 +2,8 @@
 ;
 ;   makensis -DVERSION=1.0.0 -DFILES=<folder with x64, x86, docs and samples> -DREMOVE=<what is removed of the last two> -DOUTPUT=<file> setup.nsi
 ;
-; Switches of the installer: /S (no questions), /AllUsers or /CurrentUser, /PATH (the command on the PATH), /SUITE (the
-; reference suite for all hosts), /NOX86 (no library for 32-bit hosts), /D=FOLDER (last, without quotes).
+; Switches of the installer: /S (no questions), /AllUsers or /CurrentUser, /PATH (the command on the PATH), /SUITE or
+; /NOSUITE (the reference suite for all hosts; without either where no suite is there yet), /NOX86 (no library for 32-bit hosts), /D=FOLDER (last, without quotes).
 ; Exit codes: 0 installed; 2 failed or ended by the user; 3 installed, but a file is in use and is replaced when Windows starts
 ; next; 4 installed, but something that was wanted could not be done. install.log in the folder names it.
 Unicode true
@@ -35,6 +35,7 @@ VIAddVersionKey LegalCopyright ""
 !include MultiUser.nsh
 !include MUI2.nsh
 !include LogicLib.nsh
+!include Sections.nsh
 !include FileFunc.nsh
 !include WordFunc.nsh
 !include WinMessages.nsh
@@ -180,9 +181,6 @@ Section "The library and the kavo command" main
   ${Place} "${FILES}\x64\K19Subst.exe" K19Subst.exe
   ${Library} K19FPW "${FILES}\x64" "${REGSVR_X64}"
   ${Place} "${FILES}\x64\K19FPW.manifest" K19FPW.manifest
-  ; The suite's library is there for the wizard; hosts find it only where it is registered.
-  ${Place} "${FILES}\x64\K19Suite.dll" K19Suite.dll
-  ${Place} "${FILES}\x64\K19Suite.manifest" K19Suite.manifest
   File "${FILES}\README.md" "${FILES}\CHANGELOG.md" "${FILES}\NOTICES.txt"
   SetOutPath "$INSTDIR\docs"
   File /r "${FILES}/docs/*"
@@ -209,8 +207,6 @@ Section "The library for 32-bit hosts" x86
   SetOutPath "$INSTDIR\x86"
   ${Library} K19FPW "${FILES}\x86" "${REGSVR_X86}"
   ${Place} "${FILES}\x86\K19FPW.manifest" K19FPW.manifest
-  ${Place} "${FILES}\x86\K19Suite.dll" K19Suite.dll
-  ${Place} "${FILES}\x86\K19Suite.manifest" K19Suite.manifest
   SetOutPath "$INSTDIR"
 SectionEnd
 
@@ -218,15 +214,17 @@ Section /o "The command on the PATH" path
   !insertmacro OnPath AddToPath
 SectionEnd
 
-; Where a translation suite is installed, it has registered components of the same names.
-Section /o "The reference suite for all hosts" suite
+; The library asks a suite for its filters. Where a translation suite is installed, it has registered components of the same
+; names, and hosts go on with those.
+Section "The reference suite for all hosts" suite
   SetOutPath "$INSTDIR"
-  ${Register} "" "${REGSVR_X64}" "$INSTDIR\K19Suite.dll"
-  ${If} $0 <> 0
-    ${Fault} "$INSTDIR\K19Suite.dll could not be registered (regsvr32: $0)."
-  ${Else}
-    WriteRegDWORD SHCTX "${UNINSTALL_KEY}" Suite 1
+  ${Library} K19Suite "${FILES}\x64" "${REGSVR_X64}"
+  ${If} ${SectionIsSelected} ${x86}
+    SetOutPath "$INSTDIR\x86"
+    ${Library} K19Suite "${FILES}\x86" "${REGSVR_X86}"
+    SetOutPath "$INSTDIR"
   ${EndIf}
+  WriteRegDWORD SHCTX "${UNINSTALL_KEY}" Suite 1
 SectionEnd
 
 Section -end
@@ -240,7 +238,7 @@ SectionEnd
 LangString text_main ${LANG_ENGLISH} "K19FPW.dll for hosts, the kavo command with its wizard, documents and samples."
 LangString text_x86 ${LANG_ENGLISH} "The same library for hosts of 32 bits."
 LangString text_path ${LANG_ENGLISH} "Makes $\"kavo$\" known to the command line."
-LangString text_suite ${LANG_ENGLISH} "Registers K19Suite.dll. Not where a translation suite is installed: its components have the same names."
+LangString text_suite ${LANG_ENGLISH} "Registers K19Suite.dll. Without a suite the library cannot work. Where a translation suite is installed, leave it out: its components have the same names."
 !insertmacro MUI_FUNCTION_DESCRIPTION_BEGIN
   !insertmacro MUI_DESCRIPTION_TEXT ${main} $(text_main)
   !insertmacro MUI_DESCRIPTION_TEXT ${x86} $(text_x86)
@@ -262,7 +260,14 @@ Function .onInit
   !insertmacro MULTIUSER_INIT
   ${GetParameters} $R0
   !insertmacro Switch /PATH ${path} 1
+  ReadRegDWORD $0 SHCTX "${UNINSTALL_KEY}" Suite
+  ReadRegStr $1 HKCR "K19Suite.FilterCatalogue\CLSID" ""
+  ${If} $0 <> 1
+  ${AndIf} $1 != ""
+    SectionSetFlags ${suite} 0 ; the suite of somebody else
+  ${EndIf}
   !insertmacro Switch /SUITE ${suite} 1
+  !insertmacro Switch /NOSUITE ${suite} 0
   !insertmacro Switch /NOX86 ${x86} 0
 FunctionEnd
 
@@ -286,6 +291,9 @@ Section Uninstall
   ${Register} /u "${REGSVR_X64}" "$INSTDIR\K19FPW.dll"
   ${If} $3 = 1
     ${Register} /u "${REGSVR_X64}" "$INSTDIR\K19Suite.dll"
+    ${If} ${FileExists} "$INSTDIR\x86\K19Suite.dll"
+      ${Register} /u "${REGSVR_X86}" "$INSTDIR\x86\K19Suite.dll"
+    ${EndIf}
   ${EndIf}
   ${If} ${FileExists} "$INSTDIR\x86\K19FPW.dll"
     ${Register} /u "${REGSVR_X86}" "$INSTDIR\x86\K19FPW.dll"
@@ -296,11 +304,9 @@ Section Uninstall
   !insertmacro un.File K19FPW.dll
   !insertmacro un.File K19FPW.manifest
   !insertmacro un.File K19Suite.dll
-  !insertmacro un.File K19Suite.manifest
   !insertmacro un.File x86\K19FPW.dll
   !insertmacro un.File x86\K19FPW.manifest
   !insertmacro un.File x86\K19Suite.dll
-  !insertmacro un.File x86\K19Suite.manifest
   !insertmacro un.File README.md
   !insertmacro un.File CHANGELOG.md
   !insertmacro un.File NOTICES.txt
