@@ -10,7 +10,7 @@ set -euo pipefail
 native=(g++ cmake ninja-build ccache libgtest-dev libgmock-dev nlohmann-json3-dev libcli11-dev libexpat1-dev)
 windows=(g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools googletest wine wine64 locales dpkg-dev
   fonts-dejavu-core fonts-ipafont-gothic)  # what dialogs are drawn and measured with
-release=(nsis zip unzip python3)
+release=(nsis zip unzip python3 faketime)
 judge=(nodejs unrtf)
 full=(debootstrap man-db fish zsh clang libclang-rt-14-dev clang-tidy libbenchmark-dev strace python3 tidy libxml2-utils php-symfony-translation php-cli perl
   translate-toolkit po4a omegat
