@@ -4,6 +4,8 @@
 #include <vector>
 
 #include "automation_server/component_library.h"
+#include "interchange/office_interchange.h"
+#include "office/office_converter.h"
 #include "platform/failure.h"
 #include "platform/win32/dispatch.h"
 #include "suite/suite.h"
@@ -48,7 +50,11 @@ std::vector<ComponentClass> component_classes() {
 }  // namespace
 
 const ComponentLibrary& component_library() {
-  static const std::vector<ComponentClass> classes = component_classes();
+  static const std::vector<ComponentClass> classes = [] {
+    // A host may hand an Office document to a filter itself.
+    bring_office_interchange(make_office_converter);
+    return component_classes();
+  }();
   static const ComponentLibrary library{classes, nullptr};
   return library;
 }

@@ -17,27 +17,13 @@
 #include "office/clsDOC2RTF.h"
 #include "office/clsPPTUtil.h"
 #include "office/clsXLSUtil.h"
+#include "office/office_converter.h"
 #include "platform/failure.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"
 
 namespace kavo {
 namespace {
-
-constexpr std::u16string_view kWord = u"Word.Application";
-constexpr std::u16string_view kPowerPoint = u"PowerPoint.Application";
-constexpr std::u16string_view kExcel = u"Excel.Application";
-
-// Why a conversion failed, as far as it can be told: the classes answer 0 or 1 and keep the errors of their calls.
-std::u16string reason_of(const error_state& errors, std::u16string_view program) {
-  try {
-    ports().automation->create(program);
-  } catch (const failure& reason) {
-    return reason.description();
-  }
-  if (errors.number() != 0) return errors.first_description();
-  return std::u16string(program) + u" refused the file";
-}
 
 // A file that a program has written in the run's scratch folder, and the file whose place it takes.
 struct Made {
@@ -58,7 +44,7 @@ Outcome outcome_of(std::int32_t result, const std::vector<Made>& made, const err
   } else {
     outcome.result = result == 0 ? 1 : result;
     outcome.ending = Outcome::kFailed;
-    outcome.messages = {{reason_of(errors, program)}};
+    outcome.messages = {{reason_of_failure(errors, program)}};
   }
   return outcome;
 }
@@ -155,7 +141,7 @@ class WordToRtf final : public WordVerb {
     word.DOCFile(file);
     word.RTFFile(run.scratch_path(file_name_of(target)));
     const std::int32_t result = word.DOC2RTF();
-    return outcome_of(result, {{word.RTFFile(), target}}, word.errors(), kWord);
+    return outcome_of(result, {{word.RTFFile(), target}}, word.errors(), kWordProgram);
   }
 };
 
@@ -166,7 +152,7 @@ class WordToDoc final : public WordVerb {
     word.RTFFile(file);
     word.DOCFile(run.scratch_path(file_name_of(target)));
     const std::int32_t result = word.RTF2DOC();
-    return outcome_of(result, {{word.DOCFile(), target}}, word.errors(), kWord);
+    return outcome_of(result, {{word.DOCFile(), target}}, word.errors(), kWordProgram);
   }
 };
 
@@ -176,7 +162,7 @@ class PresentationToXml final : public NewFileVerb {
     converter_.PPTFile(scratch_copy(file, run));
     const std::int32_t result = converter_.PPT2XML();
     return outcome_of(result, exported({converter_.XMLFile(), target}, {converter_.PPTFile(), file}),
-                      converter_.errors(), kPowerPoint);
+                      converter_.errors(), kPresentationProgram);
   }
 
   clsPPTUtil converter_;
@@ -188,7 +174,7 @@ class WorkbookToXml final : public NewFileVerb {
     converter_.XLSFile(scratch_copy(file, run));
     const std::int32_t result = converter_.XLS2XML();
     return outcome_of(result, exported({converter_.XMLFile(), target}, {converter_.XLSFile(), file}),
-                      converter_.errors(), kExcel);
+                      converter_.errors(), kWorkbookProgram);
   }
 
   clsXLSUtil converter_;
@@ -218,7 +204,7 @@ class XmlToPresentation final : public ImportVerb {
   Outcome import(const std::u16string& xml, const Made& made) override {
     converter_.XMLFile(xml);
     const std::int32_t result = converter_.XML2PPT();
-    return outcome_of(result, {made}, converter_.errors(), kPowerPoint);
+    return outcome_of(result, {made}, converter_.errors(), kPresentationProgram);
   }
 
   clsPPTUtil converter_;
@@ -228,7 +214,7 @@ class XmlToWorkbook final : public ImportVerb {
   Outcome import(const std::u16string& xml, const Made& made) override {
     converter_.XMLFile(xml);
     const std::int32_t result = converter_.XML2XLS();
-    return outcome_of(result, {made}, converter_.errors(), kExcel);
+    return outcome_of(result, {made}, converter_.errors(), kWorkbookProgram);
   }
 
   clsXLSUtil converter_;

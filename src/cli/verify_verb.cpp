@@ -99,8 +99,11 @@ class Story {
     if (result_.unchanged_failure) {
       add("unchanged: not rebuilt: " + message_text(*result_.unchanged_failure, file_));
     } else if (!result_.difference) {
-      add(result_.was_repaired ? "unchanged: the repaired page came back, byte for byte"
-                               : "unchanged: came back, byte for byte");
+      if (result_.has_form)
+        add("unchanged: what the Office program wrote went back to it, byte for byte");
+      else
+        add(result_.was_repaired ? "unchanged: the repaired page came back, byte for byte"
+                                 : "unchanged: came back, byte for byte");
     } else {
       tell(*result_.difference,
            std::string("unchanged: differs from the ") + (result_.was_repaired ? "repaired page" : "source"));

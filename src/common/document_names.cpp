@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "common/file_type.h"
 #include "common/path_parts.h"
 #include "platform/case_fold.h"
 #include "platform/unicode.h"
@@ -25,6 +26,12 @@ std::u16string page_name(std::u16string_view html) {
   return folder_of(html) + stem + u".asp";
 }
 
+// "deck_ppt.xml", which is named after its document already.
+bool is_office_xml(std::u16string_view path) {
+  const std::u16string stem = ascii_upper(stem_of(path));
+  return ascii_upper(extension_of(path)) == u"XML" && (stem.ends_with(u"_PPT") || stem.ends_with(u"_XLS"));
+}
+
 void complete(PageNames& names, const std::u16string& base, bool script_has_extension) {
   if (!names.html.empty() && !names.script.empty()) return;
   if (names.script.empty()) names.script = (script_has_extension ? marked(base) : without_extension(base)) + u".scr";
@@ -35,7 +42,20 @@ void complete(PageNames& names, const std::u16string& base, bool script_has_exte
 }  // namespace
 
 std::u16string tud_name_of(std::u16string_view document, std::u16string_view target_language) {
-  return (marked(document) + u"_").append(target_language).append(kBilingualDocument);
+  std::u16string base = is_office_xml(document) ? without_extension(document) : marked(document);
+  if (FileTypeOf(document) == kWordDocument) base = marked(rtf_name_of(document));
+  return (base + u"_").append(target_language).append(kBilingualDocument);
+}
+
+std::u16string translated_form_of(std::u16string_view document) {
+  switch (file_type_row(FileTypeOf(document)).form) {
+    case TranslatedForm::kRtf:
+      return rtf_name_of(document);
+    case TranslatedForm::kXml:
+      return xml_name_of(document);
+    default:
+      return u"";
+  }
 }
 
 std::u16string skeleton_name_of(std::u16string_view tud) { return std::u16string(tud) + u".skl"; }

@@ -8,7 +8,8 @@ namespace kavo {
 
 // --- a document in translation
 
-// The bilingual document: "C:\web\page_asp.htm" for FR gives "C:\web\page_asp_htm_FR.tud".
+// The bilingual document: "C:\web\page_asp.htm" for FR gives "C:\web\page_asp_htm_FR.tud". That of an Office document
+// and of its translated form is one: "report_doc_rtf_FR.tud", "deck_ppt_FR.tud".
 std::u16string tud_name_of(std::u16string_view document, std::u16string_view target_language);
 // Its skeleton: its own name and ".skl".
 std::u16string skeleton_name_of(std::u16string_view tud);
@@ -17,6 +18,9 @@ std::u16string target_name_of(std::u16string_view folder, std::u16string_view do
                               std::u16string_view target_language);
 // The scratch file with its translated segments: "page_asp_htm_FR.otf".
 std::u16string open_tag_name_of(std::u16string_view tud);
+
+// The file that a filter reads of an Office document, beside it: "report_doc.rtf", "deck_ppt.xml". "" for any other.
+std::u16string translated_form_of(std::u16string_view document);
 
 // --- a server page: "index.asp", its protected page "index_asp.htm", its script file "index_asp.scr"
 

@@ -15,15 +15,15 @@ constexpr Names kDoc = {u"DOC"}, kRtf = {u"RTF"}, kHtml = {u"HTM", u"HTML"}, kSe
 // Server pages have no filter: their preparation turns them into a page and a text before any filter sees them.
 constexpr FileTypeRow kRows[] = {
     {kUnknownFile, "unknown", {}, u"", Preparation::kNone, WayBack::kNone},
-    {kWordDocument, "Word document", kDoc, u"K19DOCW", Preparation::kNone, WayBack::kObjects},
+    {kWordDocument, "Word document", kDoc, u"K19DOCW", Preparation::kNone, WayBack::kObjects, TranslatedForm::kRtf},
     {kRtfDocument, "RTF document", kRtf, u"K19RTF", Preparation::kNone, WayBack::kObjects},
     {kHtmlPage, "HTML page", kHtml, u"K19HTM", Preparation::kScripts, WayBack::kScripts},
     {kServerPage, "server page", kServer, u"", Preparation::kScripts, WayBack::kScripts},
     {kMifDocument, "MIF document", kMif, u"K19MIF", Preparation::kHiddenTexts, WayBack::kHiddenTexts},
     {kResourceScript, "resource script", kRc, u"K19GCP", Preparation::kNone, WayBack::kNone},
     {kPlainText, "plain text", kText, u"K19TXT", Preparation::kNone, WayBack::kNone},
-    {kPresentation, "presentation", kPpt, u"K19PPTW", Preparation::kNone, WayBack::kOfficeFile},
-    {kWorkbook, "workbook", kXls, u"K19XLSW", Preparation::kNone, WayBack::kOfficeFile},
+    {kPresentation, "presentation", kPpt, u"K19PPTW", Preparation::kNone, WayBack::kOfficeFile, TranslatedForm::kXml},
+    {kWorkbook, "workbook", kXls, u"K19XLSW", Preparation::kNone, WayBack::kOfficeFile, TranslatedForm::kXml},
 };
 
 }  // namespace

@@ -38,6 +38,13 @@ enum class WayBack {
   kOfficeFile,   // the texts go into a copy of the file that they come from
 };
 
+// What a filter reads in the place of a document that only an Office program can read (interchange/).
+enum class TranslatedForm {
+  kItself,
+  kRtf,
+  kXml,  // docs/office-xml.md
+};
+
 struct FileTypeRow {
   FileType code;
   std::string_view label;                           // as the command shows it
@@ -45,6 +52,7 @@ struct FileTypeRow {
   std::u16string_view filter_tag;                   // in the name of a filter that takes it; "" when none ever does
   Preparation preparation;
   WayBack way_back;
+  TranslatedForm form = TranslatedForm::kItself;
 };
 
 // The rows in the order of their codes, the unknown type first.

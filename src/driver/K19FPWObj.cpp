@@ -4,6 +4,8 @@
 
 #include "driver/filter_table.h"
 #include "driver/translation.h"
+#include "interchange/office_interchange.h"
+#include "office/office_converter.h"
 #include "driver/wizard_run.h"
 #include "platform/failure.h"
 #include "platform/ports.h"
@@ -11,6 +13,7 @@
 namespace kavo {
 
 K19FPWObj::K19FPWObj() {
+  if (!has_office_interchange()) bring_office_interchange(make_office_converter);
   create_filter_catalogue();
   try {
     BuildFilterTable();
@@ -20,7 +23,10 @@ K19FPWObj::K19FPWObj() {
   }
 }
 
-K19FPWObj::~K19FPWObj() { release_filter_catalogue(); }
+K19FPWObj::~K19FPWObj() {
+  release_office_interchange();
+  release_filter_catalogue();
+}
 
 std::int32_t K19FPWObj::SingleFileWizard(std::u16string& sFilename, std::int32_t& nKAVO) {
   WizardOutcome outcome = run_single_file_wizard({sFilename, nKAVO, quiet_ != 0}, observer_);

@@ -8,8 +8,10 @@
 #include "common/file_type.h"
 #include "common/folder_run.h"
 #include "common/path_parts.h"
+#include "common/pending_file.h"
 #include "driver/document_files.h"
 #include "driver/filter_table.h"
+#include "driver/office_preparation.h"
 #include "driver/rtf_preparation.h"
 #include "driver/tud_component.h"
 #include "driver/tud_name.h"
@@ -59,6 +61,22 @@ std::u16string facts_of(const ProducedFile& file, const DocumentSet& set, const 
   return facts + u"companion=" + run.path_to_read(other.file_name) + u"\n";
 }
 
+bool is_read_as_copy(std::int32_t type) {
+  return type == kRtfDocument || file_type_row(type).form != TranslatedForm::kItself;
+}
+
+// The file that the filter reads in the place of a produced file.
+std::u16string what_is_read(const ProducedFile& file, const RunLanguages& languages, FolderRun& run) {
+  const std::u16string form = in_translated_form(file.file_name, run);
+  const bool is_form = form != file.file_name;
+  if (is_form && languages.keeps_form) copy_file(form, translated_form_of(file.file_name));
+  const bool is_rtf =
+      file.file_type == kRtfDocument || file_type_row(file.file_type).form == TranslatedForm::kRtf;
+  if (!is_rtf) return is_form ? form : run.path_to_read(form);
+  const std::u16string own = is_form ? translated_form_of(file.file_name) : file.file_name;
+  return without_objects(form, object_file_of(own), languages.replaces_objects, run);
+}
+
 void convert(ProducedFile& file, const RunLanguages& languages, const DocumentSet& set, const RunObserver& observer) {
   const FilterInfo& filter = filter_table(file.file_type);
   if (filter.filter_name.empty())
@@ -70,9 +88,7 @@ void convert(ProducedFile& file, const RunLanguages& languages, const DocumentSe
   // Filters know real files only.
   FolderRun run(file.file_name);
   const std::u16string made = run.path_to_write(tud);
-  const bool is_rtf = file.file_type == kRtfDocument;
-  const std::u16string read =
-      is_rtf ? without_objects(file.file_name, languages.replaces_objects, run) : run.path_to_read(file.file_name);
+  const std::u16string read = what_is_read(file, languages, run);
   std::vector<Argument> arguments{by_value(read),
                                   by_value(made),
                                   by_value(run.path_to_write(skeleton)),
@@ -85,8 +101,8 @@ void convert(ProducedFile& file, const RunLanguages& languages, const DocumentSe
   const bool keeps_set = filter_catalogue().has_member(u"ConvertInSet");
   if (keeps_set) {
     arguments.push_back(by_value(set.mark));
-    // What the filter reads of an RTF document may differ from what its author has.
-    const bool is_own = is_rtf && set.author_document.empty();
+    // The filter may read something else than what its author has.
+    const bool is_own = set.author_document.empty() && is_read_as_copy(file.file_type);
     arguments.push_back(by_value(is_own ? ports().files->absolute(file.file_name) : set.author_document));
     const std::u16string options = facts_of(file, set, run) + languages.filter_options;
     if (!options.empty()) arguments.push_back(by_value(options));

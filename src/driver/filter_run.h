@@ -19,6 +19,7 @@ struct RunLanguages {
   std::int32_t target_code_page = 0;
   std::u16string filter_options{};  // for the filters: "name=value" on each line
   bool replaces_objects = false;    // of an RTF document, even when the object file holds something else
+  bool keeps_form = false;          // of an Office document: what its filter reads stays beside it, with its objects
 };
 
 struct FilterRun {

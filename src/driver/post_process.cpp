@@ -20,6 +20,7 @@
 #include "office/clsPPTUtil.h"
 #include "office/clsRTFUtil.h"
 #include "office/clsXLSUtil.h"
+#include "office/office_converter.h"
 #include "office/rtf_insertion.h"
 #include "platform/failure.h"
 #include "platform/ports.h"
@@ -36,16 +37,17 @@ std::u16string office_type(const TudName& name, bool has_language) {
   return known == u"PPT" || known == u"XLS" ? type : u"";
 }
 
-// Both Office converters work on a file of their own, whose name they make from that of the XML file.
-bool import_presentation(const std::u16string& xml) {
+// Both Office converters work on a file of their own, whose name they make from that of the XML file. Each returns why
+// it failed, "" when it did not.
+std::u16string import_presentation(const std::u16string& xml) {
   clsPPTUtil presentations;
   presentations.XMLFile(xml);
-  return presentations.XML2PPT() == 0;
+  return presentations.XML2PPT() == 0 ? u"" : reason_of_failure(presentations.errors(), kPresentationProgram);
 }
-bool import_workbook(const std::u16string& xml) {
+std::u16string import_workbook(const std::u16string& xml) {
   clsXLSUtil workbooks;
   workbooks.XMLFile(xml);
-  return workbooks.XML2XLS() == 0;
+  return workbooks.XML2XLS() == 0 ? u"" : reason_of_failure(workbooks.errors(), kWorkbookProgram);
 }
 
 }  // namespace
@@ -167,11 +169,13 @@ bool PostProcessing::RebuildDocument() {
   }
   if (ascii_upper(name_.part(1)) != u"DOC") return true;
 
+  form_ = result_;
   clsDOC2RTF word;
   word.RTFFile(result_);
   word.DOCFile(run_.scratch_path(file_name_of(document_)));
   if (word.RTF2DOC() != 0 || !is_file(word.DOCFile())) {
-    observer_.tell({u"The word processor could not convert " + result_});
+    observer_.tell({u"The word processor could not convert " + result_ + u": " +
+                    reason_of_failure(word.errors(), kWordProgram)});
     return false;
   }
   result_ = word.DOCFile();
@@ -190,10 +194,11 @@ bool PostProcessing::RebuildOfficeFile() {
   const std::u16string xml = without_extension(copy) + u"_" + type + u".xml";
   copy_file(source, copy);
   if (!is_same_file(xml, result_)) replace_file(result_, xml);
-  const bool imported = ascii_upper(type) == u"PPT" ? import_presentation(xml) : import_workbook(xml);
-  if (!imported) observer_.tell({u"The texts could not be put into " + document_});
+  form_ = xml;
+  const std::u16string problem = ascii_upper(type) == u"PPT" ? import_presentation(xml) : import_workbook(xml);
+  if (!problem.empty()) observer_.tell({u"The texts could not be put into " + document_ + u": " + problem});
   result_ = copy;
-  return imported;
+  return problem.empty();
 }
 
 // Makes a companion's `file` from its bilingual document. Throws `failure` when that fails.

@@ -30,6 +30,8 @@ class PostProcessing {
   // The scratch file that now holds the translation, and the document that it is to become.
   const std::u16string& result() const { return result_; }
   const std::u16string& document() const { return document_; }
+  // Of an Office document: the scratch file that its program reads, as long as the program succeeds; else "".
+  const std::u16string& form() const { return form_; }
 
  private:
   bool RestoreScripts();
@@ -41,6 +43,7 @@ class PostProcessing {
   const TudName& name_;
   std::u16string document_;
   std::u16string result_;
+  std::u16string form_;
   std::u16string language_;
   std::u16string mark_;
   bool refuses_gaps_;

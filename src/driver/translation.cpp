@@ -124,6 +124,8 @@ class Translation {
                             last_fifth);
       if (!routes.PostProcess()) return kNotPostProcessed;
       result = routes.result();
+      if (request_.keeps_form && !routes.form().empty())
+        copy_file(routes.form(), translated_form_of(routes.document()));
       target_ = routes.document();
     }
     target_ = wanted();

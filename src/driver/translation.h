@@ -31,6 +31,7 @@ struct TranslationRequest {
   std::int32_t highlight = 0;  // not 0: segments are coloured by their status
   // In addition to the contract, for the command.
   std::u16string output{};        // where the finished document goes, whatever is created on the way
+  bool keeps_form = false;        // of an Office document: what is handed to the Office program stays beside it
   bool keeps_existing = false;    // fail rather than replace a document that is there
   bool refuses_gaps = false;      // fail rather than make a document that lacks a script or hidden texts
   StatusColours unset_colours{};  // for statuses without a stored colour

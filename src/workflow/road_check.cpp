@@ -1,10 +1,12 @@
 #include "workflow/road_check.h"
 
 #include <algorithm>
+#include <deque>
 #include <memory>
 
 #include "common/clsCommon.h"
 #include "common/document_kind.h"
+#include "common/document_names.h"
 #include "common/path_parts.h"
 #include "common/pending_file.h"
 #include "driver/filter_run.h"
@@ -16,6 +18,7 @@
 #include "suite/document/bilingual_document.h"
 #include "suite/document/coded_text.h"
 #include "suite/document/pseudo_translation.h"
+#include "workflow/form_check.h"
 #include "workflow/message_text.h"
 #include "workflow/scratch_registry.h"
 #include "workflow/work_folder.h"
@@ -44,11 +47,13 @@ class RoadCheck {
     ports().registry = &registry;
     const std::int32_t type = kind_of_document(document_).type;
     if (type == kUnknownFile) throw failure(FailureNumber::kInvalidCall, u"This type of file is not known");
+    result_.has_form = !translated_form_of(document_).empty();
     result_.is_page = type == kHtmlPage || type == kServerPage;
     progress(0);
     const Copy plain = copy_to("plain", document_);
     // The page's language follows the target language, so that nothing changes only when both are the same.
-    const std::vector<ProducedFile> produced = prepare(plain.path, {languages_.source, languages_.source});
+    const std::vector<ProducedFile> produced =
+        prepare(plain.path, {.source = languages_.source, .target = languages_.source, .keeps_form = true});
     progress(25);
     check_unchanged(plain, produced);
     progress(40);
@@ -106,6 +111,10 @@ class RoadCheck {
 
   void check_unchanged(const Copy& plain, const std::vector<ProducedFile>& produced) {
     guarded(result_.unchanged_failure, [&] {
+      if (result_.has_form) {
+        result_.difference = form_difference(plain.path, produced[0].tud_name);
+        return;
+      }
       const std::u16string repaired = result_.is_page ? repaired_page(plain, produced) : u"";
       const std::u16string rebuilt = rebuild_document(driver_, produced[0].tud_name);
       result_.difference = first_difference(document_, rebuilt);
@@ -183,6 +192,10 @@ class RoadCheck {
     std::vector<std::string_view> found(given.size());
     for (std::size_t i = 0; i < found.size(); ++i) found[i] = given.segment(i).source;
     std::optional<LineIndex> lines;  // of the prepared page or script file
+    if (result_.has_form) {
+      keep_plain(expected);
+      keep_plain(found);
+    }
     for (const TextFinding& difference : compare_texts(expected, found)) {
       RoadFinding finding;
       finding.change = difference.change;
@@ -206,6 +219,11 @@ class RoadCheck {
     }
   }
 
+  // An Office program cuts a text into runs as it likes.
+  void keep_plain(std::vector<std::string_view>& texts) {
+    for (std::string_view& text : texts) text = plain_texts_.emplace_back(plain_text(text));
+  }
+
   LinePlace source_place(std::uint64_t position) {
     if (!source_lines_) source_lines_.emplace(document_);
     return source_lines_->place_of(position);
@@ -221,6 +239,7 @@ class RoadCheck {
   WorkFolder folder_;
   std::vector<std::u16string> folders_;  // of the copies
   std::optional<LineIndex> source_lines_;
+  std::deque<std::string> plain_texts_;
 };
 
 }  // namespace

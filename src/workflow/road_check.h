@@ -3,7 +3,8 @@
 // Two runs: one without a translation, whose result must be the document byte for byte (or the document as its repair
 // left it), and one with every text pseudo-translated, whose result is prepared once more and must give these texts,
 // all of them, in order. MIF documents of one folder share side files: each must come out of their common ones as it
-// does alone, byte for byte. Everything happens in a scratch folder; the document is only read.
+// does alone, byte for byte. Of an Office document what goes back to the Office program must be what came from it, byte
+// for byte. Everything happens in a scratch folder; the document is only read.
 #pragma once
 
 #include <cstdint>
@@ -34,6 +35,7 @@ struct RoadFinding {
 struct RoadResult {
   MessageList messages;  // of the converters: of a page what was repaired
   bool is_page = false;
+  bool has_form = false;  // an Office document: what goes back to its program is compared, and texts without codes
   std::uint64_t texts = 0;
   std::uint64_t documents = 0;  // bilingual documents
 

@@ -19,7 +19,7 @@ class RtfPreparation : public DriverFixture {
   // What the filter reads, with everything put in place.
   std::string seen(bool replaces_objects = false) {
     FolderRun run(kLetter);
-    const std::u16string path = without_objects(std::u16string(kLetter), replaces_objects, run);
+    const std::u16string path = without_objects(std::u16string(kLetter), std::u16string(kObjects), replaces_objects, run);
     const std::string bytes = files.get(path);
     run.commit();
     return bytes;

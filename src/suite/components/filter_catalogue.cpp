@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "interchange/office_interchange.h"
 #include "platform/failure.h"
 #include "platform/unicode.h"
 #include "suite/document/conversion.h"
@@ -106,6 +107,8 @@ FilterCatalogue::FilterCatalogue()
           {u"Messages", MemberKind::kPropertyGet, 0, 0, [this](auto) { return Value(messages_); }},
           {u"Settings", MemberKind::kMethod, 1, 1, settings},
       }) {}
+
+FilterCatalogue::~FilterCatalogue() { release_office_interchange(); }
 
 MessageTaker FilterCatalogue::new_messages() {
   messages_.clear();

@@ -12,6 +12,8 @@ namespace kavo {
 class FilterCatalogue final : public TableObject {
  public:
   FilterCatalogue();
+  // Ends the Office programs that its conversions have started.
+  ~FilterCatalogue() override;
 
  private:
   Value convert(std::span<Argument> arguments);

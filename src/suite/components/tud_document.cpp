@@ -2,6 +2,7 @@
 
 #include "platform/failure.h"
 #include "platform/unicode.h"
+#include "suite/filters/filter.h"
 
 namespace kavo {
 namespace {
@@ -21,6 +22,13 @@ TranslationStatus status_from(const Value& number) {
   if (value < 0 || value > static_cast<std::int32_t>(TranslationStatus::kApproved))
     throw failure(FailureNumber::kInvalidCall, u"A segment's status must be 0 to 5");
   return static_cast<TranslationStatus>(value);
+}
+
+// A filter that the suite does not have keeps its name.
+std::u16string identifier_of(std::string_view tag) {
+  for (const FilterEntry& filter : all_filters())
+    if (to_utf8(filter.tag) == tag && !filter.identifier.empty()) return std::u16string(filter.identifier);
+  return to_utf16(tag);
 }
 
 // Hosts recognise the texts of scripts by the quotes around them. So they get every such text in quotes, whatever its
@@ -86,7 +94,7 @@ Value TUDDocument::merge_details(std::span<Argument> arguments) {
     arguments[0].value = to_utf16(header.source_format);
     arguments[1].value = document().target_name();
     arguments[2].value = core_file_name(header.skeleton);
-    arguments[3].value = to_utf16(header.filter);
+    arguments[3].value = identifier_of(header.filter);
   });
 }
 

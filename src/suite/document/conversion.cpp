@@ -3,9 +3,11 @@
 #include "common/checksum.h"
 #include "common/clsCommon.h"
 #include "common/document_names.h"
+#include "common/folder_run.h"
 #include "common/path_parts.h"
 #include "common/pending_file.h"
 #include "common/plain_name.h"
+#include "interchange/office_interchange.h"
 #include "platform/failure.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"
@@ -124,7 +126,9 @@ class ConversionSink final : public ExtractionSink {
 
 }  // namespace
 
-std::uint32_t convert_document(const ConversionRequest& request, ProgressEvent& progress) {
+namespace {
+
+std::uint32_t convert_form(const ConversionRequest& request, ProgressEvent& progress) {
   const FilterEntry& entry = find_filter(request.filter);
   const std::unique_ptr<Filter> filter = entry.make();
   ConversionSettings settings;
@@ -142,6 +146,23 @@ std::uint32_t convert_document(const ConversionRequest& request, ProgressEvent& 
   progress.restart();
   filter->extract(document, settings, sink, progress);
   return sink.commit();
+}
+
+}  // namespace
+
+std::uint32_t convert_document(const ConversionRequest& request, ProgressEvent& progress) {
+  if (translated_form_of(request.document).empty()) return convert_form(request, progress);
+  // An Office document itself: the library hands over its translated form, other hosts may not.
+  FolderRun run(request.tud);
+  ConversionRequest form = request;
+  const std::u16string copy = run.scratch_path(file_name_of(request.document));
+  copy_file(request.document, copy);
+  office_interchange().write_form(copy);
+  form.document = translated_form_of(copy);
+  if (form.author_document.empty()) form.author_document = ports().files->absolute(request.document);
+  const std::uint32_t count = convert_form(form, progress);
+  run.commit();
+  return count;
 }
 
 }  // namespace kavo

@@ -37,7 +37,7 @@ class Changes final : public TudChanges {
   std::optional<BilingualSegment> change(std::size_t, const TudUnit& unit) override {
     if (status_of(unit) == TranslationStatus::kLocked) return std::nullopt;
     ++count_;
-    target_ = pseudo_->of(unit.source);
+    target_ = unit.element.ends_with("/name") ? pseudo_->name(unit.source) : pseudo_->of(unit.source);
     BilingualSegment segment;
     segment.source = unit.source;
     segment.target = target_;
@@ -70,6 +70,18 @@ PseudoTranslation::PseudoTranslation(const TudHeader& header)
                         is_script_name(header.original) && header.datatype != kScriptDatatype) {}
 
 std::string PseudoTranslation::of(std::string_view coded) const { return is_script_ ? script(coded) : text(coded); }
+
+std::string PseudoTranslation::name(std::string_view coded) const {
+  std::string result;
+  CodedTextReader reader(coded);
+  for (CodedPart part; reader.next(part);) {
+    if (part.is_code)
+      append_code(result, part.kind, part.text);
+    else
+      append_letters(result, part.text);
+  }
+  return result;
+}
 
 std::string PseudoTranslation::script(std::string_view coded) const {
   std::string result;

@@ -21,6 +21,8 @@ class PseudoTranslation {
   // The coded text with accents, its words in brackets; codes and the blanks of the edges stay where they are. In a
   // script each text between quotes gets brackets of its own, so that it is still a script.
   std::string of(std::string_view coded) const;
+  // The same without brackets, for a name that cannot hold them (Segment::element).
+  std::string name(std::string_view coded) const;
 
  private:
   std::string script(std::string_view coded) const;

@@ -42,6 +42,7 @@ struct Segment {
   std::string note;     // for the translator, UTF-8; "" for none
   std::string comment;  // what the author wrote about it in the document, UTF-8; "" for none
   // What it stands in, as a path without numbers ("table/tr/td", "img@alt", "alert()"), UTF-8; "" when nothing tells.
+  // It ends in "/name" for a name that cannot hold every character ("sheet/name").
   std::string element;
   std::int64_t line = 0;         // 1-based place in the document
   std::int64_t column = 0;       // 1-based, in bytes

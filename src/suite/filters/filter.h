@@ -175,14 +175,15 @@ struct FilterEntry {
   std::u16string_view pattern;  // their names
   std::u16string_view tag;      // "K19HTM"; what the library knows it by, and what a TUD document and a skeleton name
   std::string_view datatype;    // XLIFF datatype of its documents
-  std::unique_ptr<Filter> (*make)();  // null for a format that the suite lists but cannot filter yet
+  std::unique_ptr<Filter> (*make)();
+  std::u16string_view identifier = {};  // what the library gets told of a document's filter; "" for the tag
 };
 
 // All filters, one for each tag that the library knows (filter_list.cpp).
 std::span<const FilterEntry> all_filters();
 
 // The filter of a name that holds its tag in any case of letters, as the library writes it; throws `failure` 5 when
-// there is none or it cannot filter yet.
+// there is none.
 const FilterEntry& find_filter(std::u16string_view name);
 
 }  // namespace kavo

@@ -140,12 +140,12 @@ TEST(WizardTerminal, ControlCInTheRunInterruptsAndLeavesNothingHalfWritten) {
 
 TEST(WizardTerminal, AFailureTellsWhatWhereAndWhatToDo) {
   const TempFolder folder;
-  folder.write(u"letter.doc", "a document");
-  Terminal terminal({"wizard", "letter.doc"}, folder);
-  terminal.wait_for("/letter.doc]: ");
+  folder.write(u"letter.rtf", "a document");
+  Terminal terminal({"wizard", "letter.rtf"}, folder);
+  terminal.wait_for("/letter.rtf]: ");
   terminal.type(":ok\n");
-  terminal.wait_for("No bilingual document could be made of this file: " + path_to_host(folder.path(u"letter.doc")));
-  terminal.wait_for("not part of this suite yet");
+  terminal.wait_for("No bilingual document could be made of this file: " + path_to_host(folder.path(u"letter.rtf")));
+  terminal.wait_for("This is not an RTF document");
   terminal.wait_for("Please make sure that it is whole");
   EXPECT_EQ(terminal.end(), 1) << terminal.shown();
 }

@@ -1,0 +1,166 @@
+// The filter of presentations and workbooks, over the XML that an Office program writes of them.
+#include <gtest/gtest.h>
+
+#include "common/block_reader.h"
+#include "platform/unicode.h"
+#include "suite/document/coded_text.h"
+#include "suite/filters/office/sheet_name.h"
+#include "suite/suite_fixture.h"
+#include "support/failures.h"
+
+namespace kavo::test {
+namespace {
+
+constexpr std::string_view kStart =
+    "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<kavo-office version=\"1\" kind=\"workbook\" order=\"0\" hidden=\"1\" "
+    "formulas=\"1\" ungroup=\"0\" tolerance=\"255\" xml:space=\"preserve\">\n";
+
+std::string document(std::string_view content) { return std::string(kStart).append(content) + "</kavo-office>\n"; }
+
+std::string seg(std::string_view content, std::string_view runs = "4", std::string_view place = "sheet:1/cell:A1") {
+  return "<seg place=\"" + std::string(place) + "\" check=\"00000000\" runs=\"" + std::string(runs) + "\">" +
+         std::string(content) + "</seg>\n";
+}
+
+class OfficeXmlFilter : public SuiteTest {
+ protected:
+  static Road road() { return {.filter = u"K19XLSW"}; }
+  std::u16string take_apart(std::string_view xml) {
+    put(u"book_xls.xml", xml);
+    return convert(u"book_xls.xml", road());
+  }
+  std::u16string translate(std::string_view xml, const Translate& translation) {
+    return to_utf16(translated(u"book_xls.xml", xml, translation, road()));
+  }
+};
+
+TEST_F(OfficeXmlFilter, TextsAreSegmentsAndRunsAreCodes) {
+  const struct {
+    const char* name;
+    std::string xml;
+    std::vector<std::u16string> sources;
+  } cases[] = {
+      {"one run", seg("Here is some text"), {u"Here is some text"}},
+      {"characters as references", seg("a &amp; b &lt;c&gt; &quot;d&quot;&#9;e"), {u"a & b << c> \"d\"\te"}},
+      {"two runs", seg("<g id=\"1\">plain </g><g id=\"2\">strong</g>", "6 6"), {u"<1>plain </1><2>strong</2>"}},
+      {"line break", seg("one<br/>two"), {u"one<1/>two"}},
+      {"character that XML lacks", seg("one<char code=\"1\"/>two"), {u"one<1/>two"}},
+      {"field", seg("<g id=\"1\">Page </g><x id=\"2\"/>", "5 field"), {u"<1>Page </1><2/>"}},
+      {"link", seg("<g id=\"1\">See </g><g id=\"2\">there</g>", "4 link"), {u"<1>See </1><2>there</2>"}},
+      {"field alone", seg("<x id=\"1\"/>", "field"), {}},
+      {"blanks alone", seg("  "), {}},
+      {"nothing", seg(""), {}},
+      {"formula", "<formula place=\"sheet:1/cell:B2\">=\"constant\"&amp;B1</formula>\n", {}},
+      {"in the document's order", seg("b") + seg("a", "1", "sheet:1/cell:B1"), {u"b", u"a"}},
+      {"line of an editor", seg("one\ntwo"), {u"one two"}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    std::vector<std::u16string> expected = c.sources;
+    // Hosts double the "<" of a text.
+    for (std::u16string& text : expected)
+      if (const std::size_t at = text.find(u"<< c"); at != text.npos) text.replace(at, 4, u"<<c");
+    EXPECT_EQ(sources(take_apart(document(c.xml))), expected);
+  }
+}
+
+TEST_F(OfficeXmlFilter, EachTextHasItsPlaceAsItsName) {
+  take_apart(document(seg("Total", "5", "sheet:2/cell:C7")));
+  const std::string tud = files.get(in_folder(u"book_xls_FR.tud"));
+  EXPECT_NE(tud.find("resname=\"sheet:2/cell:C7\""), std::string::npos);
+  EXPECT_NE(tud.find("<context context-type=\"element\">sheet/cell</context>"), std::string::npos);
+  EXPECT_NE(tud.find("original=\"book_xls.xml\""), std::string::npos);
+}
+
+TEST_F(OfficeXmlFilter, UnchangedDocumentsComeBackByteForByteWhereverTheyAreCut) {
+  const std::string texts = seg("<g id=\"1\">Page </g><x id=\"2\"/><g id=\"3\"> of &amp;</g>", "5 field 5") +
+                            "<!-- <seg> -->\n<formula place=\"a\">=&quot;x&quot;</formula>\n" + seg("caf\u00E9<br/>b") +
+                            seg("Sheet1", "6", "sheet:1/name");
+  for (std::string xml : {document(texts), document("")})
+    for (const std::string_view line_end : {"\n", "\r\n", "\r"}) {
+      std::string lines;
+      for (const char c : xml) c == '\n' ? lines += line_end : lines += c;
+      for (std::size_t block = 1; block < 40; ++block) {
+        const BlockSizeScope scope(block);
+        const std::u16string tud = take_apart(lines);
+        ASSERT_EQ(rebuild(tud, road()), lines) << block;
+      }
+    }
+}
+
+TEST_F(OfficeXmlFilter, TranslationsAreWrittenAsTheFormatWantsThem) {
+  const auto content = [](const std::u16string& xml) {
+    const std::size_t begin = xml.find(u'>', xml.find(u"<seg ")) + 1;
+    return xml.substr(begin, xml.find(u"</seg>") - begin);
+  };
+  const struct {
+    const char* name;
+    std::string xml;
+    std::u16string translation;
+    std::u16string written;
+  } cases[] = {
+      {"special characters", seg("a"), u"\"a\" & <<b>", u"\"a\" &amp; &lt;b&gt;"},
+      {"line break typed by a translator", seg("a"), u"a\nb", u"a<br/>b"},
+      {"codes in another order", seg("<g id=\"1\">red </g><g id=\"2\">house</g>", "4 5"), u"<2>maison</2> <1>rouge</1>",
+       u"<g id=\"2\">maison</g> <g id=\"1\">rouge</g>"},
+      {"a format that is not needed", seg("<g id=\"1\">red </g><g id=\"2\">house</g>", "4 5"), u"<2>maison</2>",
+       u"<g id=\"2\">maison</g>"},
+      {"sheet name with what it cannot hold", seg("Data", "4", "sheet:1/name"), u"[a/b]", u"(a-b)"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    const std::u16string xml =
+        translate(document(c.xml), [&](const std::u16string&) { return c.translation; });
+    EXPECT_EQ(content(xml), c.written);
+  }
+}
+
+TEST_F(OfficeXmlFilter, LinksAndFieldsMustStay) {
+  const std::string xml = document(seg("<g id=\"1\">Page </g><x id=\"2\"/><g id=\"3\">x</g>", "5 field link"));
+  for (const std::u16string translation : {u"<1>Page</1><3>x</3>", u"<1>Page</1><2/>"})
+    EXPECT_NE(reason_of([&] { translate(xml, [&](const std::u16string&) { return translation; }); })
+                  .find(u" is missing"),
+              std::u16string::npos);
+}
+
+TEST_F(OfficeXmlFilter, WhatIsNotThisXmlIsRefusedWithItsPlace) {
+  const struct {
+    const char* name;
+    std::string xml;
+    std::u16string reason;
+  } cases[] = {
+      {"empty", "", u"Line 1, column 1: this is not the XML"},
+      {"another XML", "<?xml version=\"1.0\"?>\n<html/>", u"Line 2, column 1: this is not the XML"},
+      {"another version", "<kavo-office version=\"2\">", u"Line 1, column 1: this is not the XML"},
+      {"text without an end", document("") + "<seg place=\"a\" runs=\"1\">a", u"a text does not end"},
+      {"tag without an end", std::string(kStart) + "<seg place=\"a", u"Line 3, column 1: a tag does not end"},
+      {"entity", document(seg("&eacute;")), u"a text holds a reference that is not known"},
+      {"code that the list lacks", document(seg("<g id=\"2\">a</g>", "1")), u"its list of runs does not have"},
+      {"end of a code alone", document(seg("a</g>")), u"ends that has not begun"},
+      {"other element", document(seg("<b>a</b>")), u"the element \"b\" cannot stand in a text"},
+      {"document type", "<!DOCTYPE kavo-office>" + document(""), u"a document type"},
+  };
+  for (const auto& c : cases)
+    EXPECT_NE(reason_of([&] { take_apart(c.xml); }).find(c.reason), std::u16string::npos)
+        << c.name << ": " << to_utf8(reason_of([&] { take_apart(c.xml); }));
+}
+
+TEST(SheetNames, BecomeWhatASheetCanBeCalled) {
+  const struct {
+    std::string_view name;
+    std::string_view valid;
+  } cases[] = {{"Data", "Data"},
+               {"\u00DCbersicht 'a'b", "\u00DCbersicht 'a'b"},
+               {"[Data]", "(Data)"},
+               {"a:b\\c/d?e*f", "a-b-c-d-e-f"},
+               {"'quoted'", "quoted"},
+               {"", "Sheet"},
+               {"''", "Sheet"},
+               {"1234567890123456789012345678901", "1234567890123456789012345678901"},
+               {"12345678901234567890123456789012", "1234567890123456789012345678901"},
+               {"123456789012345678901234567890\U0001F600", "123456789012345678901234567890"}};
+  for (const auto& c : cases) EXPECT_EQ(office::valid_sheet_name(c.name), c.valid);
+}
+
+}  // namespace
+}  // namespace kavo::test
