@@ -152,10 +152,17 @@ void OfficeDocument::load() {
     refuse(u"it is damaged or of another kind");
   filter_ = type_name.find(u"2007") == std::u16string::npos ? kind.filter : kind.xml_filter;
   add(description, property("FilterName", preferred_filter(detection, type)));
-  // Loaded without a frame and a view, which take time and need the dialogs of an installation with a user interface.
-  const Reference<XLoadable> loadable(create(to_uno(kind.service)), UNO_QUERY_THROW);
-  model_.set(loadable, UNO_QUERY_THROW);
   try {
+    if (type_name.starts_with(u"writer_Rich_Text_Format")) {
+      // Without a layout, and so without a view, the texts in its frames would not be written into a Word document.
+      add(description, property("Hidden", true));
+      model_.set(listener_->desktop()->loadComponentFromURL(url_of(path_), "_blank", 0, description), UNO_QUERY);
+      if (!model_.is()) refuse(refusal->reason().empty() ? u"it is damaged or protected" : refusal->reason());
+      return;
+    }
+    // Loaded without a frame and a view, which take time.
+    const Reference<XLoadable> loadable(create(to_uno(kind.service)), UNO_QUERY_THROW);
+    model_.set(loadable, UNO_QUERY_THROW);
     loadable->load(description);
   } catch (const com::sun::star::lang::DisposedException&) {
     throw;

@@ -40,14 +40,19 @@ void visit_property(const Reference<XPropertySet>& page, const char* property_na
     page->setPropertyValue(name, Any(to_uno(*translation)));
 }
 
+// A comment has no formatting. Its text is replaced as a whole: the file would be written with as many characters as it
+// had before if a cursor replaced them.
 void visit_comments(OfficeDocument& document, const Reference<XAnnotationAccess>& page, const std::string& place,
                     TextVisitor& visitor) {
   if (!page.is()) return;
   const auto comments = page->createAnnotationEnumeration();
   for (int number = 1; comments.is() && comments->hasMoreElements(); ++number) {
     const Reference<XText> text(comments->nextElement()->getTextRange(), UNO_QUERY);
-    if (text.is())
-      visit_text(document, text, LineBreaks::kParagraphs, place + "/comment:" + std::to_string(number), visitor);
+    if (!text.is()) continue;
+    document.listener().step();
+    const std::string own_place = place + "/comment:" + std::to_string(number);
+    if (const auto translation = visit_plain(from_uno(text->getString()), own_place, visitor))
+      text->setString(to_uno(*translation));
   }
 }
 
