@@ -19,6 +19,7 @@
 #include <utility>
 #include <vector>
 
+#include "office/libreoffice/rtf_frames.h"
 #include "office/libreoffice/uno_text.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"
@@ -153,14 +154,13 @@ void OfficeDocument::load() {
   filter_ = type_name.find(u"2007") == std::u16string::npos ? kind.filter : kind.xml_filter;
   add(description, property("FilterName", preferred_filter(detection, type)));
   try {
-    if (type_name.starts_with(u"writer_Rich_Text_Format")) {
-      // Without a layout, and so without a view, the texts in its frames would not be written into a Word document.
+    if (type_name.starts_with(u"writer_Rich_Text_Format") && needs_view(path_)) {
       add(description, property("Hidden", true));
       model_.set(listener_->desktop()->loadComponentFromURL(url_of(path_), "_blank", 0, description), UNO_QUERY);
       if (!model_.is()) refuse(refusal->reason().empty() ? u"it is damaged or protected" : refusal->reason());
       return;
     }
-    // Loaded without a frame and a view, which take time.
+    // Loaded without a frame and a view, which take time and need the dialogs of an installation with a user interface.
     const Reference<XLoadable> loadable(create(to_uno(kind.service)), UNO_QUERY_THROW);
     model_.set(loadable, UNO_QUERY_THROW);
     loadable->load(description);

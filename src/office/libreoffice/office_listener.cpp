@@ -3,7 +3,9 @@
 #include <com/sun/star/bridge/UnoUrlResolver.hpp>
 #include <com/sun/star/connection/NoConnectException.hpp>
 #include <com/sun/star/frame/Desktop.hpp>
+#include <com/sun/star/frame/TerminationVetoException.hpp>
 #include <cppuhelper/bootstrap.hxx>
+#include <cppuhelper/implbase1.hxx>
 #include <rtl/bootstrap.hxx>
 
 #include "office/libreoffice/uno_text.h"
@@ -40,6 +42,16 @@ Reference<XComponentContext> local_context(const std::filesystem::path& program_
   return context;
 }
 
+// LibreOffice ends when its last frame is closed, unless somebody objects.
+class Objection final : public cppu::WeakImplHelper1<com::sun::star::frame::XTerminateListener> {
+ public:
+  void SAL_CALL queryTermination(const com::sun::star::lang::EventObject&) override {
+    throw com::sun::star::frame::TerminationVetoException();
+  }
+  void SAL_CALL notifyTermination(const com::sun::star::lang::EventObject&) override {}
+  void SAL_CALL disposing(const com::sun::star::lang::EventObject&) override {}
+};
+
 }  // namespace
 
 OfficeListener::OfficeListener(const std::filesystem::path& program_folder, double longest_call)
@@ -55,7 +67,10 @@ OfficeListener::OfficeListener(const std::filesystem::path& program_folder, doub
 OfficeListener::~OfficeListener() {
   try {
     longest_call_ = kLongestEnd;
-    run([&] { desktop_->terminate(); });
+    run([&] {
+      desktop_->removeTerminateListener(objection_);
+      desktop_->terminate();
+    });
     const double give_up = now() + kLongestEnd;
     while (process_.is_running() && now() < give_up) system_clock().sleep(kLookAgain);
   } catch (const std::exception&) {
@@ -86,6 +101,8 @@ void OfficeListener::connect() {
     }
   }
   desktop_ = com::sun::star::frame::Desktop::create(context_);
+  objection_ = new Objection;
+  desktop_->addTerminateListener(objection_);
   process_.note_sockets();
 }
 

@@ -89,6 +89,7 @@ class OfficeListener {
   OfficeProcess process_;
   com::sun::star::uno::Reference<com::sun::star::uno::XComponentContext> context_;
   com::sun::star::uno::Reference<com::sun::star::frame::XDesktop2> desktop_;
+  com::sun::star::uno::Reference<com::sun::star::frame::XTerminateListener> objection_;  // to its own end
 
   std::mutex mutex_;
   std::condition_variable changed_;

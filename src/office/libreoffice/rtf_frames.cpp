@@ -1,0 +1,23 @@
+#include "office/libreoffice/rtf_frames.h"
+
+#include <algorithm>
+
+#include "common/block_reader.h"
+
+namespace kavo {
+
+bool needs_view(std::u16string_view rtf) {
+  constexpr std::string_view kFrame = "\\shptxt", kComment = "\\annotation";
+  bool has_frame = false, has_comment = false;
+  BlockReader document(rtf);
+  while (document.more()) {
+    const std::string_view window = document.window();
+    has_frame = has_frame || window.find(kFrame) != window.npos;
+    has_comment = has_comment || window.find(kComment) != window.npos;
+    // A word that the block cut stays for the next one.
+    document.consume(window.size() - std::min(window.size(), kComment.size() - 1));
+  }
+  return has_frame && !has_comment;
+}
+
+}  // namespace kavo
