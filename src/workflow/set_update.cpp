@@ -34,9 +34,11 @@ std::vector<std::u16string> files_made_of(const std::u16string& document) {
     case Preparation::kHiddenTexts:
       for (const std::u16string_view side : kMifSides) files.push_back(mif_side_file(folder_of(document), side));
       break;
-    case Preparation::kNone:
-      files.push_back(object_file_of(document));
+    case Preparation::kNone: {
+      const std::u16string form = translated_form_of(document);
+      files.push_back(object_file_of(form.empty() ? document : form));
       break;
+    }
   }
   return files;
 }
