@@ -447,6 +447,14 @@ void FolderRun::borrow(std::u16string_view path) { work_->borrow(path); }
 
 void FolderRun::note_temporary_file(std::u16string_view path) { work_->note_temporary_file(path); }
 
+void FolderRun::settle(std::u16string_view folder, const Report& report) {
+  FileSystem& files = *ports().files;
+  const std::u16string scratch = in_folder(files.absolute(folder), kScratchFolder);
+  if (!files.info(scratch)) return;
+  const auto lock = lock_folder(files, parent_of(scratch), report);
+  recover(files, scratch, report);
+}
+
 std::u16string FolderRun::without_scratch_folder(std::u16string_view message) {
   std::u16string text(message);
   for (std::size_t at = 0; (at = text.find(kScratchFolder, at)) != std::u16string::npos;) {

@@ -45,6 +45,11 @@ class FolderRun {
   // Notes a real file that something else made for the run: it is removed when the outermost run ends.
   void note_temporary_file(std::u16string_view path);
 
+  // Waits for a run that works in a folder, and cleans up after one that was stopped there: until then its files may
+  // not belong together. For a step that decides by them what there is to do; a folder that is not there is none of its
+  // trouble. Throws as the constructor does.
+  static void settle(std::u16string_view folder, const Report& report);
+
   // A message with the paths of scratch files replaced by those of the files that the user knows.
   static std::u16string without_scratch_folder(std::u16string_view text);
 

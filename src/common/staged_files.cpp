@@ -43,20 +43,31 @@ bool StagedFiles::is_temporary(const std::u16string& path) const {
   return !temporary_folder_.empty() && equal_ignoring_case(folder_part(path), temporary_folder_);
 }
 
-// The command removes its work folders with everything in them, so their files need no staging. The one that the run
-// works in is staged like any other folder.
-bool StagedFiles::is_in_work_folder(const std::u16string& path) const {
+// The work folder of the command that a path lies in, "" for none.
+std::u16string StagedFiles::work_folder_of(const std::u16string& path) const {
   if (temporary_folder_.empty() || path.size() <= temporary_folder_.size() ||
       !equal_ignoring_case(path.substr(0, temporary_folder_.size()), temporary_folder_))
-    return false;
+    return u"";
   const std::size_t end = path.find(u'\\', temporary_folder_.size());
-  if (end == std::u16string::npos) return false;
-  const std::u16string folder = path.substr(0, end);
-  return is_work_folder_name(std::u16string_view(folder).substr(temporary_folder_.size())) && !lies_in(folder_, folder);
+  if (end == std::u16string::npos) return u"";
+  std::u16string folder = path.substr(0, end);
+  return is_work_folder_name(std::u16string_view(folder).substr(temporary_folder_.size())) ? folder : u"";
+}
+
+// The command removes its work folders with everything in them, so their files need no staging. The one that the run
+// works in is staged like any other folder.
+bool StagedFiles::is_in_other_work_folder(const std::u16string& path) const {
+  const std::u16string folder = work_folder_of(path);
+  return !folder.empty() && !lies_in(folder_, folder);
+}
+
+std::u16string StagedFiles::temporary_folder() {
+  const std::u16string own = work_folder_of(folder_);
+  return own.empty() ? real_.temporary_folder() : own;
 }
 
 bool StagedFiles::passes_through(const std::u16string& path) const {
-  return lies_in(path, folder_) || is_temporary(path) || is_in_work_folder(path) ||
+  return lies_in(path, folder_) || is_temporary(path) || is_in_other_work_folder(path) ||
          std::ranges::any_of(borrowed_, [&](const std::u16string& name) { return equal_ignoring_case(name, path); });
 }
 

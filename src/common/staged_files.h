@@ -72,7 +72,8 @@ class StagedFiles final : public FileSystem {
   std::unique_ptr<FileLock> lock(std::u16string_view path) override { return real_.lock(path); }
   std::u16string link_target(std::u16string_view path) override;
   void take_permissions(std::u16string_view path, std::u16string_view model, Permissions which) override;
-  std::u16string temporary_folder() override { return real_.temporary_folder(); }
+  // Of a run in a work folder, that folder: whatever becomes of the run, its temporary files go with the folder.
+  std::u16string temporary_folder() override;
   std::u16string absolute(std::u16string_view path) override { return real_.absolute(path); }
 
  private:
@@ -80,7 +81,8 @@ class StagedFiles final : public FileSystem {
 
   bool passes_through(const std::u16string& path) const;
   bool is_temporary(const std::u16string& path) const;
-  bool is_in_work_folder(const std::u16string& path) const;
+  std::u16string work_folder_of(const std::u16string& path) const;
+  bool is_in_other_work_folder(const std::u16string& path) const;
   // The path behind a view's name for reading: a scratch file, or the real one. Throws 53 for a name that is gone.
   std::u16string existing(std::u16string_view path) const;
   void check_replaceable(const std::u16string& path);

@@ -1,11 +1,13 @@
 #include "workflow/folder_files.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <filesystem>
 #include <set>
 
 #include "common/document_names.h"
 #include "common/file_type.h"
+#include "common/folder_run.h"
 #include "common/path_parts.h"
 #include "driver/tud_name.h"
 #include "platform/case_fold.h"
@@ -34,7 +36,9 @@ class Walk {
     while (!folders.empty()) {
       const std::u16string folder = std::move(folders.back());
       folders.pop_back();
-      if (is_new(path_in(top_, folder))) list(folder, folders);
+      if (!is_new(path_in(top_, folder))) continue;
+      settle_folder(path_in(top_, folder));
+      list(folder, folders);
     }
     return std::move(files_);
   }
@@ -118,6 +122,12 @@ std::u16string path_in(std::u16string_view folder, std::u16string_view relative)
   std::u16string path(folder);
   if (!path.empty() && path.back() != u'\\') path += u'\\';
   return path += relative;
+}
+
+void settle_folder(std::u16string_view folder) {
+  FolderRun::settle(folder, [](const std::u16string& message) {
+    std::fprintf(stderr, "kavo: %s\n", to_utf8(message).c_str());
+  });
 }
 
 std::vector<FolderFile> files_of_folder(std::u16string_view folder, const FolderSelection& selection) {

@@ -20,9 +20,13 @@ struct FolderSelection {
   std::u16string leave_out{};  // a folder, whatever its name: that of the outputs
 };
 
+// Waits for a run that works in the folder, and cleans up after one that was stopped there, with a word on standard
+// error. Throws `failure`.
+void settle_folder(std::u16string_view folder);
+
 // The files of a folder in the order of their names, those of its sub-folders behind them. Names that begin with a dot
 // are left out, and a folder that was seen already (a link that leads back). Throws `failure` for a folder that cannot
-// be read.
+// be read. Each folder is settled first.
 std::vector<FolderFile> files_of_folder(std::u16string_view folder, const FolderSelection& selection);
 
 // The files that the given ones stand for: each folder's files that `accepts` takes, and files as they are. Throws

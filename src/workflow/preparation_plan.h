@@ -24,7 +24,8 @@ std::vector<PlannedDocument> plan_preparation(const std::vector<FolderFile>& sou
 // Whether all documents of the languages are there and were made of the source as it is now.
 bool is_up_to_date(const PlannedDocument& planned, const std::vector<std::u16string>& languages);
 
-// Takes away what is up to date. The MIF documents of a folder share their hidden texts: they all stay when one does.
+// Takes away what is up to date; the folders of the documents are settled first. The MIF documents of a folder share
+// their hidden texts: they all stay when one does.
 void leave_out_up_to_date(std::vector<PlannedDocument>& plan, const std::vector<std::u16string>& languages);
 
 // Puts the source in the place of its copy. Throws `failure` 58 for another file there that no bilingual document was

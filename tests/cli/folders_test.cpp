@@ -111,6 +111,70 @@ TEST_F(Folders, ARepeatedRunDoesOnlyWhatIsMissingOrChanged) {
   EXPECT_TRUE(holds(get("work/books/KAVO_va_mif_FR.tud"), "Cherry"));
 }
 
+// What a run leaves that is killed while its files take their names: new ones in its own folder, and a journal of them.
+class StoppedRun : public Folders {
+ protected:
+  // Takes the files of a folder back to the old ones, "" for none.
+  void take_back(const std::string& where, const std::map<std::string, std::string>& old_files) const {
+    std::string journal("KAVO run 1\0placing\0", 19);
+    const auto add = [&](const std::string& field) { journal += field + '\0'; };
+    for (const auto& [name, old] : old_files) {
+      const std::string scratch = where + "/.kavo-run/1/" + name;
+      put(scratch, get(where + "/" + name));
+      if (old.empty())
+        fs::remove(path(where + "/" + name));
+      else
+        put(where + "/" + name, old);
+      add("change");
+      add(path(where + "/" + name).make_preferred().string());
+      add(path(scratch).make_preferred().string());
+      add("");
+    }
+    add("end");
+    put(where + "/.kavo-run/journal", journal);
+  }
+};
+
+TEST_F(StoppedRun, IsCompletedBeforeItsDocumentsCountAsUpToDate) {
+  put("site/index.asp", page("Welcome"));
+  ASSERT_EQ(prepare().code, 0);
+  const std::string old = get("work/index_asp_scr_FR.tud");
+  put("site/index.asp", page("Welcome to <%= city %> all"));
+  ASSERT_EQ(prepare().code, 0);
+  const auto whole = tree("work");
+  take_back("work", {{"index_asp_scr_FR.tud", old}});
+  const Ran next = prepare();
+  EXPECT_EQ(next.code, 0) << next.errors;
+  EXPECT_TRUE(holds(next.output, "0 documents prepared, 1 up to date")) << next.output;
+  EXPECT_TRUE(holds(next.errors, "was stopped before its end")) << next.errors;
+  EXPECT_EQ(tree("work"), whole);
+}
+
+TEST_F(StoppedRun, IsCompletedBeforeAFolderIsListed) {
+  put("site/index.asp", page("Welcome"));
+  const std::vector<std::string> in_place{"prepare", "site", "--source", "EN-US", "--target", "FR"};
+  ASSERT_EQ(kavo(in_place).code, 0);
+  const auto whole = tree("site");
+  const std::map<std::string, std::string> all{{"index_asp.scr", ""},
+                                               {"index_asp_htm_FR.tud", ""},
+                                               {"index_asp_htm_FR.tud.skl", ""},
+                                               {"index_asp_scr_FR.tud", ""},
+                                               {"index_asp_scr_FR.tud.skl", ""}};
+  // Without its script file the protected page looks like a page of the author's.
+  take_back("site", all);
+  Ran next = kavo(in_place);
+  EXPECT_EQ(next.code, 0) << next.errors;
+  EXPECT_TRUE(holds(next.output, "0 documents prepared, 1 up to date")) << next.output;
+  EXPECT_EQ(tree("site"), whole);
+  // And without the bilingual documents there would be nothing to rebuild.
+  take_back("site", all);
+  next = kavo({"rebuild", "site", "--output-dir", "out"});
+  EXPECT_EQ(next.code, 0) << next.errors;
+  EXPECT_TRUE(holds(next.errors, "was stopped before its end")) << next.errors;
+  EXPECT_TRUE(has("out/index.asp"));
+  EXPECT_EQ(tree("site"), whole);
+}
+
 TEST_F(Folders, AnotherLanguageLeavesThoseThatAreThere) {
   put_site();
   ASSERT_EQ(prepare({}, "FR").code, 0);

@@ -25,6 +25,10 @@ Ran run_kavo(const std::vector<std::string>& arguments, const TempFolder* workin
 Ran run_kavo_typing(const std::vector<std::string>& arguments, std::string_view lines,
                     const TempFolder& working_folder);
 
+// The same, with another temporary folder of the system's for the command alone. Natively only.
+Ran run_kavo_with_temporary_folder(const std::vector<std::string>& arguments, const std::string& temporary_folder,
+                                   const TempFolder& working_folder);
+
 // The same, and presses Ctrl+C when `wait` returns. Nothing where a test cannot do that.
 std::optional<Ran> run_kavo_interrupted(const std::vector<std::string>& arguments, const std::function<void()>& wait);
 

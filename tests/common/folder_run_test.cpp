@@ -5,8 +5,10 @@
 #include <algorithm>
 
 #include "common/clsCommon.h"
+#include "common/clsGetTempFileName.h"
 #include "common/pending_file.h"
 #include "platform/failure.h"
+#include "platform/unicode.h"
 #include "support/failures.h"
 #include "support/faulty_files.h"
 #include "support/ports_fixture.h"
@@ -174,6 +176,26 @@ TEST_F(FolderRunTest, FilesInTheTemporaryFolderGoWithTheRun) {
   EXPECT_EQ(files.all_files().size(), 1u);
 }
 
+// A killed run's work folder is removed by the next one, with the journal that would know of temporary files.
+TEST_F(FolderRunTest, ARunInAWorkFolderHasItsTemporaryFilesThere) {
+  const std::u16string page = u"C:\\TEMP\\kavo-0123abcd\\plain\\page.htm";
+  files.put(page, "a copy");
+  {
+    FolderRun run(page);
+    const std::u16string name = clsGetTempFileName().Filename();
+    EXPECT_TRUE(name.starts_with(u"C:\\TEMP\\kavo-0123abcd\\MOR")) << to_utf8(name);
+    PendingFile file(page, name);
+    file.write("repaired");
+    file.finish();
+    for (const std::u16string& each : files.all_files())
+      EXPECT_TRUE(each == kPage || each.starts_with(u"C:\\TEMP\\kavo-0123abcd\\")) << to_utf8(each);
+    ASSERT_TRUE(clsCommon().MoveFile(name, page));
+    run.commit();
+  }
+  EXPECT_EQ(files.get(page), "repaired");
+  EXPECT_EQ(files.all_files(), (Names{page, std::u16string(kPage)}));
+}
+
 TEST_F(FolderRunTest, ADocumentThatWasSetAsideAndNeverReplacedComesBack) {
   files.remove_file(kPage);
   files.put(u"C:\\WORK\\page.htm.kavo-old", "the only copy");
@@ -188,6 +210,12 @@ TEST_F(FolderRunTest, ADocumentThatWasSetAsideAndNeverReplacedComesBack) {
 
 TEST_F(FolderRunTest, AFolderThatIsNotThere) {
   EXPECT_EQ(failure_number([] { FolderRun run(u"C:\\nowhere\\page.htm"); }), 76);
+}
+
+TEST_F(FolderRunTest, AFolderWithoutARunIsSettled) {
+  FolderRun::settle(u"C:\\WORK", report());
+  FolderRun::settle(u"C:\\nowhere", report());
+  EXPECT_TRUE(reports.empty());
 }
 
 TEST_F(FolderRunTest, AFolderOfTheScratchFoldersNameIsLeftAlone) {
@@ -298,9 +326,14 @@ TEST_F(BrokenRun, TheNextRunFinishesOrUndoesWhatAKilledOneBegan) {
     }
     ports().files = &files;
     const bool happened = faulty.fault_happened();
+    const bool is_left = files.info(u"C:\\WORK\\.kavo-run").has_value();
     reports.clear();
-    { FolderRun next(kPage, report()); }
+    if (number % 2 == 0)
+      FolderRun::settle(u"C:\\WORK\\", report());
+    else
+      FolderRun next(kPage, report());
     EXPECT_TRUE(is_old() || is_new()) << number;
+    EXPECT_EQ(reports.size(), is_left ? 1u : 0u) << number;
     (is_new() ? finished : undone) += 1;
     if (!happened) break;
     EXPECT_FALSE(files.info(u"C:\\WORK\\.kavo-run")) << number;

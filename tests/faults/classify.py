@@ -72,17 +72,33 @@ def differences(wanted, now):
     return found
 
 
+def sets_wanted(before, after, left):
+    """Of several sets of documents, a folder each, those that were done before a failure are the new ones."""
+    def of_set(snapshot, name):
+        return {path: entry for path, entry in snapshot.items()
+                if name == (path if entry.is_folder else os.path.dirname(path) + "/*")}
+    wanted = {}
+    for path, entry in {**before, **after}.items():
+        name = path if entry.is_folder else os.path.dirname(path) + "/*"
+        new = of_set(after, name)
+        wanted.update(new if contents(of_set(left, name)) == contents(new) else of_set(before, name))
+    return wanted
+
+
 def state_faults(stage, now, succeeded, errors):
     """Faults of the files that a run left. Its messages may name what stays behind, or what lost its permissions."""
     owns_home = stage.scenario.owns_home
     before, after = files(stage.before, owns_home), files(stage.after, owns_home)
     extra = leftovers(stage, now)
     left = without(files(now, owns_home), extra)
+    if stage.scenario.is_tree and not succeeded:
+        wanted = sets_wanted(before, after, left)
+    else:
+        wanted = after if succeeded or contents(left) == contents(after) else before
     faults = []
     unnamed = [path for path in extra if not any(name in errors for name in names_of(path))]
     if unnamed:
         faults.append(("leftover", ", ".join(unnamed)))
-    wanted = after if succeeded or contents(left) == contents(after) else before
     wrong = differences(wanted, left)
     by_mode = [f"{path}: {how}" for path, how in wrong if how.startswith("mode") and
                not (succeeded and os.path.basename(path) in errors)]
@@ -125,7 +141,8 @@ def message_faults(stage, run, error, call=None):
     if not run.errors.strip():
         return [("silent", f"exit code {run.code}")]
     faults = []
-    if not any(name in run.errors for name in _known_names(stage, call)):
+    # Names match without regard to case, and some are told as they were put together.
+    if not any(name.lower() in run.errors.lower() for name in _known_names(stage, call)):
         faults.append(("unnamed", run.errors.strip()))
     if error and _CAUSES[error] not in run.errors and not (call and call.descriptor == 1):
         faults.append(("no cause", run.errors.strip()))

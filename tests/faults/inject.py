@@ -1,7 +1,8 @@
 """Every file-related call of every verb, failing once.
 
 A call that changes something fails with each error that it can give. Most calls only look or read, dozens of times at
-the same file; they take their errors in turn (with --all each fails with every one).
+the same file; they take their errors in turn (with --all each fails with every one). Of verbs with very many calls, two
+of each call site fail (trace.calls_to_disturb).
 """
 import classify
 import trace
@@ -9,21 +10,14 @@ from scenarios import all_scenarios
 
 COLUMNS = ("calls", "runs", "survived", "failed, whole", *classify.CLASSES)
 
-# A run with many calls is slow, since each call of the failing one's name stops it. Verbs that work on copies make
-# thousands of calls; of theirs, so many evenly spread ones fail (--all lifts this).
-MANY_CALLS = 6000
-MOST = 600
-
 
 def scenarios():
     return all_scenarios()
 
 
 def jobs(stage, calls, options):
-    everything = [(call, error) for call in calls for error in _errors_of(call, options)]
-    if len(calls) > MANY_CALLS and not options.all:
-        everything = [everything[i * len(everything) // MOST] for i in range(MOST)]
-    return everything[::options.step]
+    chosen = trace.calls_to_disturb(stage, calls, options)
+    return [(call, error) for call in chosen for error in _errors_of(call, options)][::options.step]
 
 
 def _errors_of(call, options):

@@ -94,6 +94,7 @@ def run_part(part, pool, options, results):
     slices = 1 if part in ("pairs", "disk") or options.quick else SLICES
     tasks = [(part, name, index, slices) for name in names for index in range(slices)]
     rows, call_counts, troubles, violation_count = {}, {}, [], 0
+    left, runs = collections.Counter({name: slices for name in names}), collections.Counter()
     for name in names:
         rows.setdefault(row_of(part, name), collections.Counter())
     started = time.monotonic()
@@ -107,6 +108,10 @@ def run_part(part, pool, options, results):
             results.write(json.dumps(violation, ensure_ascii=False) + "\n")
         results.flush()
         violation_count += len(violations)
+        left[name] -= 1
+        runs[name] += counts["runs"]
+        if left[name] == 0 and not sys.stderr.isatty():  # a log, which is of use when the rest is stopped
+            print(f"{part}: {name}: {runs[name]} runs, {violation_count} violations so far", file=sys.stderr, flush=True)
         if sys.stderr.isatty():
             print(f"\r{part}: {done} of {len(tasks)}, {violation_count} violations ", end="", file=sys.stderr)
     if sys.stderr.isatty():

@@ -104,6 +104,7 @@ class Sandbox:
     def write(self, name, content, mode=0o640):
         """A document of the user's. Its permissions are not the usual ones, so that their loss is seen."""
         path = f"{self.folders['docs']}/{name}"
+        os.makedirs(os.path.dirname(path), exist_ok=True)
         with open(path, "wb") as file:
             file.write(content)
         os.chmod(path, mode)
@@ -124,9 +125,9 @@ class Sandbox:
         return os.posix_spawnp(command[0], command, self.environment, file_actions=files,
                                setsigdef=[signal.SIGPIPE, signal.SIGINT, signal.SIGTERM])
 
-    def finish(self, process, outputs=None):
+    def finish(self, process, outputs=None, seconds=HANG_SECONDS):
         """Waits for a run that start() began."""
-        is_hanging = not wait_at_most(process, HANG_SECONDS)
+        is_hanging = not wait_at_most(process, seconds)
         if is_hanging:
             # strace takes the program with it only when it is asked politely; a child that is left is killed, too.
             for child in children_of(process):
@@ -141,8 +142,8 @@ class Sandbox:
                 texts.append(file.read().decode("utf-8", "replace"))
         return Run(code, texts[0], texts[1], is_hanging)
 
-    def run(self, arguments, prefix=()):
-        return self.finish(self.start(arguments, prefix))
+    def run(self, arguments, prefix=(), seconds=HANG_SECONDS):
+        return self.finish(self.start(arguments, prefix), seconds=seconds)
 
 
 def wait_at_most(process, seconds):

@@ -1,6 +1,6 @@
 """What is run: every verb that reads or writes files, on new and on existing results.
 
-A scenario prepares its folder with the command itself and names the command line whose calls then fail. Each works on
+A scenario prepares its folder with the command itself and names the command line whose calls then fail. Most work on
 one FILE: of several, those that were done before a failure rightly stay done.
 """
 import functools
@@ -23,6 +23,7 @@ class Scenario:
     owns_home: bool = False  # the user's settings are what it writes
     options_if_known: tuple = field(default=())  # taken along where the verb has them
     reader: tuple = field(default=())  # a command that works on what this one wrote
+    is_tree: bool = False  # works on several documents, each in a folder of its own
 
     @property
     def writes(self):
@@ -230,8 +231,51 @@ def _settings():
                    ("mif.split=both",), owns_home=True)
 
 
+def _updates():
+    """A changed source, whose bilingual documents are translated."""
+    page2, tud = _source("page.asp", documents.page), PAGE_TUDS[0]
+    both = (*LANGUAGES[:-1], "FR,DE")
+    german = [name.replace("FR", "DE") for name in PAGE_TUDS]
+    there_and_back = _then(page_tuds, page2, _run("prepare", "page.asp", *LANGUAGES), _run("pseudo", *PAGE_TUDS),
+                           _source("page.asp", documents.page, 1))
+    in_both = _then(_source("page.asp", documents.page, 1), _run("prepare", "page.asp", *both),
+                    _run("pseudo", *PAGE_TUDS, *german), page2)
+    for name, setup, arguments, reads in (
+            ("update page", _then(page_tuds, page2), ("page.asp", *LANGUAGES), tud),
+            ("update page, more removed", there_and_back, ("page.asp", *LANGUAGES), tud),
+            ("update page, fresh", _then(page_tuds, page2), ("--fresh", "page.asp", *LANGUAGES), tud),
+            ("update page, two languages", in_both, ("page.asp", *both), german[0]),
+            ("update MIF", _then(mif_tuds, _source("book.mif", documents.mif)), ("book.mif", *LANGUAGES), MIF_TUDS[0])):
+        yield Scenario(name, "prepare", "existing", setup, arguments, reader=("rebuild", reads))
+
+
+def site(edition):
+    def setup(sandbox):
+        sandbox.write("site/a/page.asp", documents.page(edition))
+        sandbox.write("site/b/note.txt", documents.text(edition))
+    return setup
+
+
+TO_WORK = ("site", "--recursive", "--output-dir", "work", *LANGUAGES[:-1], "FR,DE")
+TO_SITES = ("work", "--recursive", "--output-dir", "out-{lang}")
+site_prepared = _then(site(1), _run("prepare", *TO_WORK), _run("pseudo", "work", "--recursive"))
+
+
+def _folders():
+    """Trees of documents, in two languages, with folders of their own for what is made."""
+    older = lambda sandbox: [sandbox.write(f"out-{language}/{name}", b"an older translation\r\n")
+                             for language in ("DE", "FR") for name in ("a/page.asp", "b/note.txt")]
+    yield Scenario("prepare folder", "prepare", "new", site(1), TO_WORK, is_tree=True)
+    yield Scenario("update folder", "prepare", "existing", _then(site_prepared, site(2)), TO_WORK, is_tree=True,
+                   reader=("rebuild", *TO_SITES))
+    yield Scenario("rebuild folder", "rebuild", "new", site_prepared, TO_SITES, is_tree=True)
+    yield Scenario("rebuild folder, existing", "rebuild", "existing", _then(site_prepared, older),
+                   ("--overwrite", *TO_SITES), is_tree=True)
+
+
 def all_scenarios():
-    return [scenario for group in (_prepare, _rebuild, _bilingual_verbs, _preprocess, _html, _mif, _rtf, _settings)
+    return [scenario for group in (_prepare, _rebuild, _bilingual_verbs, _preprocess, _html, _mif, _rtf, _settings,
+                                   _updates, _folders)
             for scenario in group()]
 
 

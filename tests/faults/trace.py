@@ -35,6 +35,13 @@ _CHANGING = {"creat", "write", "pwrite64", "writev", "copy_file_range", "sendfil
 _FIRST_OF_MAIN = "rt_sigaction"
 
 _LINE = re.compile(r"^(\d+) +([a-z_0-9]+)\((.*)$")
+_FRAME = re.compile(r"^ > (.*?)\(.*\[(0x[0-9a-f]+)\]$")
+
+# Verbs that work on copies make thousands of calls, and a run with many calls is slow, since each call of the failing
+# one's name stops it. Of calls that come from one place in the program, the first and the last one stand for all.
+MANY_CALLS = 3000
+SITE_DEPTH = 6  # functions of the program: the adapter to the system, what stages files, and who wants what
+_STACKS_SECONDS = 600  # a run takes a minute or two when each call's stack is read
 
 
 @dataclass
@@ -44,6 +51,7 @@ class Call:
     name: str
     nth: int
     text: str  # as strace shows it, with the paths of descriptors
+    site: tuple = ()  # where it comes from: addresses in the program, where stacks were read
 
     def errors(self):
         errors = ERRORS[self.name]
@@ -81,20 +89,41 @@ def strace(log, *options):
     return ["strace", "-f", "-qq", "-o", log, "-e", "signal=none", *options, "--"]
 
 
-def watch(sandbox, arguments):
+def watch(sandbox, arguments, with_stacks=False):
     """Runs the command undisturbed; its Run, and the file-related calls that main() makes."""
     names = ",".join(f"?{name}" for name in (*ERRORS, _FIRST_OF_MAIN))
-    run = sandbox.run(arguments, strace(sandbox.log, "-y", "-s", "80", "-e", f"trace={names}"))
+    stacks = ("-k",) if with_stacks else ()
+    run = sandbox.run(arguments, strace(sandbox.log, *stacks, "-y", "-s", "80", "-e", f"trace={names}"),
+                      seconds=_STACKS_SECONDS)
     with open(sandbox.log, encoding="utf-8", errors="replace") as file:
-        return run, calls_in(file.read())
+        return run, calls_in(file.read(), os.path.basename(sandbox.kavo))
 
 
-def calls_in(log):
-    counts, calls, first_process, in_main = {}, [], None, False
+def calls_to_disturb(stage, calls, options):
+    """All calls, or of very many the first and the last one of each site (--all takes all)."""
+    if len(calls) <= MANY_CALLS or options.all:
+        return calls
+    if not hasattr(stage, "call_of_each_site"):
+        stage.sandbox.restore(stage.before)
+        sites = {}
+        for call in watch(stage.sandbox, stage.arguments, with_stacks=True)[1]:
+            sites.setdefault((call.name, call.site), []).append(call.number)
+        numbers = {number for found in sites.values() for number in (found[0], found[-1])}
+        stage.call_of_each_site = [call for call in calls if call.number in numbers]
+        stage.sites = len(sites)
+    return stage.call_of_each_site
+
+
+def calls_in(log, program=""):
+    counts, calls, first_process, in_main, traced = {}, [], None, False, None
     for line in log.splitlines():
+        frame = _FRAME.match(line)
+        if frame and traced and os.path.basename(frame.group(1)) == program and len(traced.site) < SITE_DEPTH:
+            traced.site += (frame.group(2),)
         found = _LINE.match(line)
         if not found:
             continue
+        traced = None
         process, name, _ = found.groups()
         first_process = first_process or process
         if process != first_process:
@@ -104,7 +133,8 @@ def calls_in(log):
             continue
         counts[name] = counts.get(name, 0) + 1
         if in_main:
-            calls.append(Call(len(calls) + 1, name, counts[name], line.split(" ", 1)[1].strip()))
+            traced = Call(len(calls) + 1, name, counts[name], line.split(" ", 1)[1].strip())
+            calls.append(traced)
     if not in_main:
         raise RuntimeError("the beginning of main() was not found")
     return calls

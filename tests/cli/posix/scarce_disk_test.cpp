@@ -162,6 +162,38 @@ TEST_F(ScarceDisk, NothingIsLostOnAFullDiskAndNoPartIsLeft) {
   }
 }
 
+// The document lies elsewhere; only the copies that are checked are made on the disk, and nobody knows of them.
+TEST_F(ScarceDisk, VerifyNamesTheDocumentWhenTheTemporaryFolderIsFull) {
+  const TempFolder folder;
+  std::string page = "<html><body>\r\n";
+  for (int i = 0; i < 200; ++i) page += "<p>Hello <%= name %>, this is <b>paragraph " + std::to_string(i) + "</p>\r\n";
+  folder.write(u"index.asp", page + "</body></html>\r\n");
+  folder.write(u"note.txt", "Some text\r\n");
+  folder.write(u"book.mif",
+               "<MIFFile 7.00>\r\n<TextFlow \r\n <Para \r\n  <ParaLine \r\n   <String `Text'>\r\n  >\r\n >\r\n>\r\n");
+  for (const std::string name : {"index.asp", "note.txt", "book.mif"}) {
+    int code = 1;
+    std::size_t failures = 0;
+    for (std::size_t pages = 0; code != 0 && pages < 200; ++pages) {
+      SCOPED_TRACE(testing::Message() << name << " with " << pages << " pages");
+      fs::remove(disk / "filler");
+      leave_free(pages);
+      const Ran ran = run_kavo_with_temporary_folder({"verify", name}, work(), folder);
+      code = ran.code;
+      EXPECT_TRUE(all_files().empty());
+      if (code == 0) break;
+      ++failures;
+      EXPECT_EQ(code, 1) << ran.output;
+      EXPECT_NE(ran.errors.find(name), std::string::npos) << ran.errors;
+      EXPECT_NE(ran.errors.find("No space left on device"), std::string::npos) << ran.errors;
+      for (const char* unknown : {"<<", "\\", ".kavo-run"})
+        EXPECT_EQ(ran.errors.find(unknown), std::string::npos) << ran.errors;
+    }
+    EXPECT_EQ(code, 0) << name;
+    EXPECT_GT(failures, 1u) << name;
+  }
+}
+
 TEST_F(ScarceDisk, AReadOnlyFolderIsToldAndStaysAsItIs) {
   for (const Step& step : road()) {
     SCOPED_TRACE(step.verb);
