@@ -19,7 +19,6 @@
 namespace kavo {
 namespace {
 
-constexpr std::u16string_view kScratchFolder = u".kavo-run";
 constexpr double kLongestWait = 60;     // seconds for another run
 constexpr double kBetweenLooks = 0.02;  // seconds
 constexpr double kSilentWait = 1;       // seconds before the wait is reported

@@ -7,6 +7,7 @@
 #include "common/clsCommon.h"
 #include "common/document_kind.h"
 #include "common/document_names.h"
+#include "common/folder_run.h"
 #include "common/path_parts.h"
 #include "common/pending_file.h"
 #include "driver/filter_run.h"
@@ -92,10 +93,14 @@ class RoadCheck {
     return std::move(converted.preparation.files);
   }
 
-  // The user knows the document, not its copies.
+  // The user knows the document, not its copies. What is put together here is no path that the run has used, so the
+  // command would not know that it must take the host's form.
   std::u16string with_own_folder(std::u16string text) const {
-    for (const std::u16string& folder : folders_) text = clsCommon().SandR(text, folder + u"\\", folder_of(document_));
-    return text;
+    const auto host = [](std::u16string_view path) { return to_utf16(path_to_host(path)); };
+    for (const std::u16string& folder : folders_)
+      text = clsCommon().SandR(text, folder + u"\\", host(folder_of(document_)));
+    const std::u16string scratch = std::u16string(FolderRun::kScratchFolder) + u"\\";
+    return clsCommon().SandR(text, scratch, host(scratch));
   }
 
   // What a step of the check fails with is a result of the check.
