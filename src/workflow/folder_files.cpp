@@ -125,9 +125,8 @@ std::u16string path_in(std::u16string_view folder, std::u16string_view relative)
 }
 
 void settle_folder(std::u16string_view folder) {
-  FolderRun::settle(folder, [](const std::u16string& message) {
-    std::fprintf(stderr, "kavo: %s\n", to_utf8(message).c_str());
-  });
+  FolderRun::settle(
+      folder, [](const std::u16string& message) { std::fprintf(stderr, "kavo: %s\n", to_utf8(message).c_str()); });
 }
 
 std::vector<FolderFile> files_of_folder(std::u16string_view folder, const FolderSelection& selection) {

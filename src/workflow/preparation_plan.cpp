@@ -92,7 +92,8 @@ bool is_up_to_date(const PlannedDocument& planned, const std::vector<std::u16str
 void leave_out_up_to_date(std::vector<PlannedDocument>& plan, const std::vector<std::u16string>& languages) {
   std::set<std::u16string, LessIgnoringCase> folders;
   for (const PlannedDocument& planned : plan)
-    if (const std::u16string folder = folder_of(ports().files->absolute(planned.document)); folders.insert(folder).second)
+    if (const std::u16string folder = folder_of(ports().files->absolute(planned.document));
+        folders.insert(folder).second)
       settle_folder(folder);
   std::vector<bool> is_due;
   std::set<std::u16string, LessIgnoringCase> due_books;  // folders

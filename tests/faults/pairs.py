@@ -190,7 +190,7 @@ def _is_right(stage, codes, state):
     right = stage.right["both"]
     if (codes, state) in right or not stage.scenario.is_tree:
         return (codes, state) in right
-    folders = {os.path.dirname(path) for _, wanted in right for path in wanted} | {os.path.dirname(path) for path in state}
+    folders = {os.path.dirname(path) for known in (state, *(wanted for _, wanted in right)) for path in known}
     def of_folder(snapshot, folder):
         return {path: entry for path, entry in snapshot.items() if os.path.dirname(path) == folder}
     return codes in [wanted for wanted, _ in right] and all(

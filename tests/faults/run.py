@@ -111,7 +111,8 @@ def run_part(part, pool, options, results):
         left[name] -= 1
         runs[name] += counts["runs"]
         if left[name] == 0 and not sys.stderr.isatty():  # a log, which is of use when the rest is stopped
-            print(f"{part}: {name}: {runs[name]} runs, {violation_count} violations so far", file=sys.stderr, flush=True)
+            print(f"{part}: {name}: {runs[name]} runs, {violation_count} violations so far", file=sys.stderr,
+                  flush=True)
         if sys.stderr.isatty():
             print(f"\r{part}: {done} of {len(tasks)}, {violation_count} violations ", end="", file=sys.stderr)
     if sys.stderr.isatty():

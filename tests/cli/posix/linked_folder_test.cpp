@@ -21,8 +21,9 @@ class LinkedFolder : public testing::Test {
     fs::create_directory_symlink(top, top / "link");
     folder.write(u"index.asp", "<html><body><p>Hello <%= name %></p></body></html>\r\n");
     folder.write(u"letter.rtf", "{\\rtf1\\ansi Dear {\\pict\\wmetafile8 0102}\\par}\r\n");
-    folder.write(u"book.mif", "<MIFFile 7.00>\r\n<AFrames \r\n <Frame \r\n  <ID 1>\r\n  <ImportObject \r\n=FrameVector\r\n"
-                              "&%v\r\n=EndInset\r\n  >\r\n >\r\n>\r\n");
+    folder.write(u"book.mif",
+                 "<MIFFile 7.00>\r\n<AFrames \r\n <Frame \r\n  <ID 1>\r\n  <ImportObject \r\n=FrameVector\r\n"
+                 "&%v\r\n=EndInset\r\n  >\r\n >\r\n>\r\n");
   }
   std::map<std::string, std::string> all_files() const {
     std::map<std::string, std::string> files;

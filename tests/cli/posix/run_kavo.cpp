@@ -50,8 +50,8 @@ Ran run(const std::vector<std::string>& arguments, const TempFolder* working_fol
   const std::string folder = working_folder != nullptr ? path_to_host(working_folder->path()) : "";
   if (working_folder != nullptr) posix_spawn_file_actions_addchdir_np(&actions, folder.c_str());
   pid_t child = 0;
-  const int error = posix_spawn(&child, KAVO_PROGRAM, &actions, nullptr, pointers_to(words).data(),
-                                pointers_to(variables).data());
+  const int error =
+      posix_spawn(&child, KAVO_PROGRAM, &actions, nullptr, pointers_to(words).data(), pointers_to(variables).data());
   posix_spawn_file_actions_destroy(&actions);
   if (error != 0) throw std::runtime_error("the command cannot be started");
 
