@@ -446,12 +446,13 @@ void FolderRun::borrow(std::u16string_view path) { work_->borrow(path); }
 
 void FolderRun::note_temporary_file(std::u16string_view path) { work_->note_temporary_file(path); }
 
-void FolderRun::settle(std::u16string_view folder, const Report& report) {
+std::unique_ptr<FileLock> FolderRun::settle(std::u16string_view folder, const Report& report) {
   FileSystem& files = *ports().files;
   const std::u16string scratch = in_folder(files.absolute(folder), kScratchFolder);
-  if (!files.info(scratch)) return;
-  const auto lock = lock_folder(files, parent_of(scratch), report);
+  if (!files.info(parent_of(scratch))) return nullptr;
+  auto lock = lock_folder(files, parent_of(scratch), report);
   recover(files, scratch, report);
+  return lock;
 }
 
 std::u16string FolderRun::without_scratch_folder(std::u16string_view message) {

@@ -16,6 +16,8 @@
 
 namespace kavo {
 
+class FileLock;
+
 class FolderRun {
  public:
   // Where scratch files lie, in the folder of the run.
@@ -48,9 +50,9 @@ class FolderRun {
   void note_temporary_file(std::u16string_view path);
 
   // Waits for a run that works in a folder, and cleans up after one that was stopped there: until then its files may
-  // not belong together. For a step that decides by them what there is to do; a folder that is not there is none of its
-  // trouble. Throws as the constructor does.
-  static void settle(std::u16string_view folder, const Report& report);
+  // not belong together. For a step that decides by them what there is to do; no run begins while it keeps the lock.
+  // nullptr for a folder that is not there. Throws as the constructor does.
+  [[nodiscard]] static std::unique_ptr<FileLock> settle(std::u16string_view folder, const Report& report);
 
   // A message with the paths of scratch files replaced by those of the files that the user knows.
   static std::u16string without_scratch_folder(std::u16string_view text);

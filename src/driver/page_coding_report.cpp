@@ -65,7 +65,7 @@ void report_page_coding(const std::u16string& page, unsigned code_page, const Ru
   try {
     report(page, code_page, observer);
   } catch (const failure& reason) {
-    observer.tell({reason.description()});
+    observer.tell({u"Whether its characters fit its coding could not be checked: " + reason.description()});
   }
 }
 

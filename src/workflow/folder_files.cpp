@@ -37,7 +37,7 @@ class Walk {
       const std::u16string folder = std::move(folders.back());
       folders.pop_back();
       if (!is_new(path_in(top_, folder))) continue;
-      settle_folder(path_in(top_, folder));
+      const auto lock = settle_folder(path_in(top_, folder));
       list(folder, folders);
     }
     return std::move(files_);
@@ -114,6 +114,26 @@ class OwnOutputs {
   Names made_;
 };
 
+// Folders become what `listed` says of each, other files stay.
+std::vector<FolderFile> expanded(const std::vector<std::u16string>& given, const FolderSelection& selection,
+                                 const std::function<std::vector<FolderFile>(const std::u16string& folder)>& listed) {
+  std::vector<FolderFile> files;
+  for (const std::u16string& path : given) {
+    const auto info = ports().files->info(path);
+    if (!info || !info->is_folder) {
+      files.push_back({path, file_name_of(path)});
+      continue;
+    }
+    const std::vector<FolderFile> found = listed(path);
+    if (found.empty())
+      throw failure(FailureNumber::kFileNotFound,
+                    to_utf16(path_to_host(path)) + u": there is nothing to work on in this folder" +
+                        (selection.recursive ? u"" : u"; --recursive looks into its folders, too"));
+    files.insert(files.end(), found.begin(), found.end());
+  }
+  return files;
+}
+
 }  // namespace
 
 bool is_bilingual_name(std::u16string_view path) { return ascii_lower(extension_of(path)) == u"tud"; }
@@ -124,8 +144,8 @@ std::u16string path_in(std::u16string_view folder, std::u16string_view relative)
   return path += relative;
 }
 
-void settle_folder(std::u16string_view folder) {
-  FolderRun::settle(
+std::unique_ptr<FileLock> settle_folder(std::u16string_view folder) {
+  return FolderRun::settle(
       folder, [](const std::u16string& message) { std::fprintf(stderr, "kavo: %s\n", to_utf8(message).c_str()); });
 }
 
@@ -135,38 +155,25 @@ std::vector<FolderFile> files_of_folder(std::u16string_view folder, const Folder
 
 std::vector<FolderFile> files_meant(const std::vector<std::u16string>& given, const FolderSelection& selection,
                                     const Accepts& accepts) {
-  std::vector<FolderFile> files;
-  for (const std::u16string& path : given) {
-    const auto info = ports().files->info(path);
-    if (!info || !info->is_folder) {
-      files.push_back({path, file_name_of(path)});
-      continue;
-    }
-    std::vector<FolderFile> found = files_of_folder(path, selection);
+  return expanded(given, selection, [&](const std::u16string& folder) {
+    std::vector<FolderFile> found = files_of_folder(folder, selection);
     std::erase_if(found, [&](const FolderFile& file) { return !accepts(file.path); });
-    if (found.empty())
-      throw failure(FailureNumber::kFileNotFound,
-                    to_utf16(path_to_host(path)) + u": there is nothing to work on in this folder" +
-                        (selection.recursive ? u"" : u"; --recursive looks into its folders, too"));
-    files.insert(files.end(), found.begin(), found.end());
-  }
-  return files;
+    return found;
+  });
 }
 
 std::vector<FolderFile> sources_meant(const std::vector<std::u16string>& given, const FolderSelection& selection) {
-  // What belongs to a document is seen only among all files of its folder.
-  std::set<std::u16string, LessIgnoringCase> own;
-  for (const std::u16string& path : given) {
-    const auto info = ports().files->info(path);
-    if (!info || !info->is_folder) continue;
-    const std::vector<FolderFile> all = files_of_folder(
-        path, {.recursive = selection.recursive, .include = {}, .exclude = {}, .leave_out = selection.leave_out});
-    const OwnOutputs outputs(all);
-    for (const FolderFile& file : all)
-      if (outputs.contains(file.path)) own.insert(file.path);
-  }
-  return files_meant(given, selection,
-                     [&](const std::u16string& path) { return can_be_prepared(path) && !own.contains(path); });
+  return expanded(given, selection, [&](const std::u16string& folder) {
+    // What belongs to a document is seen only among all files of its folder, and in one listing: other runs make some
+    // between two.
+    std::vector<FolderFile> found = files_of_folder(
+        folder, {.recursive = selection.recursive, .include = {}, .exclude = {}, .leave_out = selection.leave_out});
+    const OwnOutputs outputs(found);
+    std::erase_if(found, [&](const FolderFile& file) {
+      return !is_selected(selection, file.relative) || !can_be_prepared(file.path) || outputs.contains(file.path);
+    });
+    return found;
+  });
 }
 
 void make_folders(std::u16string_view folder) {

@@ -2,9 +2,12 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "platform/files.h"
 
 namespace kavo {
 
@@ -21,8 +24,8 @@ struct FolderSelection {
 };
 
 // Waits for a run that works in the folder, and cleans up after one that was stopped there, with a word on standard
-// error. Throws `failure`.
-void settle_folder(std::u16string_view folder);
+// error. No run begins there while the lock lives. Throws `failure`.
+[[nodiscard]] std::unique_ptr<FileLock> settle_folder(std::u16string_view folder);
 
 // The files of a folder in the order of their names, those of its sub-folders behind them. Names that begin with a dot
 // are left out, and a folder that was seen already (a link that leads back). Throws `failure` for a folder that cannot

@@ -91,10 +91,9 @@ bool is_up_to_date(const PlannedDocument& planned, const std::vector<std::u16str
 
 void leave_out_up_to_date(std::vector<PlannedDocument>& plan, const std::vector<std::u16string>& languages) {
   std::set<std::u16string, LessIgnoringCase> folders;
-  for (const PlannedDocument& planned : plan)
-    if (const std::u16string folder = folder_of(ports().files->absolute(planned.document));
-        folders.insert(folder).second)
-      settle_folder(folder);
+  for (const PlannedDocument& planned : plan) folders.insert(folder_of(ports().files->absolute(planned.document)));
+  // One after the other: who keeps several may wait for a run that waits for one of them.
+  for (const std::u16string& folder : folders) settle_folder(folder).reset();
   std::vector<bool> is_due;
   std::set<std::u16string, LessIgnoringCase> due_books;  // folders
   for (const PlannedDocument& planned : plan) {

@@ -213,8 +213,7 @@ TEST_F(FolderRunTest, AFolderThatIsNotThere) {
 }
 
 TEST_F(FolderRunTest, AFolderWithoutARunIsSettled) {
-  FolderRun::settle(u"C:\\WORK", report());
-  FolderRun::settle(u"C:\\nowhere", report());
+  for (const auto* folder : {u"C:\\WORK", u"C:\\nowhere"}) FolderRun::settle(folder, report()).reset();
   EXPECT_TRUE(reports.empty());
 }
 
@@ -329,7 +328,7 @@ TEST_F(BrokenRun, TheNextRunFinishesOrUndoesWhatAKilledOneBegan) {
     const bool is_left = files.info(u"C:\\WORK\\.kavo-run").has_value();
     reports.clear();
     if (number % 2 == 0)
-      FolderRun::settle(u"C:\\WORK\\", report());
+      FolderRun::settle(u"C:\\WORK\\", report()).reset();
     else
       FolderRun next(kPage, report());
     EXPECT_TRUE(is_old() || is_new()) << number;

@@ -170,7 +170,8 @@ def faults_of(stage, run, now, error=None, call=None):
     succeeded = run.code == stage.undisturbed.code
     faults = state_faults(stage, now, succeeded, run.errors)
     if succeeded:
-        if run.output != stage.undisturbed.output and not any(kind == "incomplete" for kind, _ in faults):
+        is_told = error and _CAUSES[error] in run.output
+        if run.output != stage.undisturbed.output and not is_told and not any(kind == "incomplete" for kind, _ in faults):
             faults.append(("incomplete", "the output is another one: " + run.output))
         return faults
     return faults + message_faults(stage, run, error, call)

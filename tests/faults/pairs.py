@@ -73,6 +73,11 @@ def _two_documents(sandbox):
             kavo(sandbox, "pseudo", ".")
 
 
+def _sources(sandbox):
+    sandbox.write("page.asp", documents.page(1))
+    sandbox.write("note.txt", documents.text(1))
+
+
 def _changed_site(sandbox):
     site_prepared(sandbox)
     site(2)(sandbox)
@@ -98,6 +103,7 @@ def _languages(*words):
 TREES = (
     ("two documents", _two_documents, {**_languages("prepare", "page.asp", "note.txt"),
                                        "a folder": ("prepare", ".", *LANGUAGES)}),
+    ("new in its folder", _sources, _languages("prepare", ".", *LANGUAGES[:-1], "FR,DE")),
     ("new folder", site(1), _languages("prepare", *TO_WORK)),
     ("changed folder", _changed_site, {**_languages("prepare", *TO_WORK), "rebuild": ("rebuild", "--overwrite", *TO_SITES)}),
 )
