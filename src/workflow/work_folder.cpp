@@ -51,6 +51,18 @@ std::set<std::u16string>& folders_in_use() {
   return folders;
 }
 
+// What a run leaves that is killed before it has made its mark.
+bool is_empty_folder(const fs::path& path) {
+  std::error_code error;
+  return fs::is_directory(path, error) && fs::is_empty(path, error);
+}
+
+// Whether another run took a folder that had no mark yet for an abandoned one.
+bool was_cleared_up(const failure& reason) {
+  return reason.is(FailureNumber::kFileNotFound) || reason.is(FailureNumber::kPathNotFound) ||
+         reason.is(FailureNumber::kPermissionDenied);
+}
+
 // Removes what killed runs of this user have left. What cannot be looked at or removed stays.
 void remove_abandoned_folders(const fs::path& parent) {
   FileSystem& files = *ports().files;
@@ -58,9 +70,10 @@ void remove_abandoned_folders(const fs::path& parent) {
   if (!folder.ends_with(u'\\')) folder += u'\\';
   try {
     for (const std::u16string& name : files.find(folder + std::u16string(kWorkFolderStart) + u"*")) {
+      if (!is_work_folder_name(name) || folders_in_use().contains(name)) continue;
       const std::u16string path = folder + name;
-      if (!is_work_folder_name(name) || folders_in_use().contains(name) || !files.info(path + u"\\" + to_utf16(kMark)))
-        continue;
+      const bool has_mark = files.info(path + u"\\" + to_utf16(kMark)).has_value();
+      if (!has_mark && !is_empty_folder(to_filesystem(path))) continue;
       std::unique_ptr<FileLock> lock;
       try {
         lock = files.lock(path);
@@ -68,7 +81,10 @@ void remove_abandoned_folders(const fs::path& parent) {
         continue;  // its run is at work
       }
       std::error_code error;
-      fs::remove_all(to_filesystem(path), error);
+      if (has_mark)
+        fs::remove_all(to_filesystem(path), error);
+      else
+        fs::remove(to_filesystem(path), error);  // it may be empty no more
       if (!error)
         std::fprintf(stderr, "kavo: removed %s, which a run that was stopped had left\n", path_to_host(path).c_str());
     }
@@ -97,6 +113,10 @@ WorkFolder::WorkFolder() {
       lock_ = ports().files->lock(from_filesystem(path_));
       ports().files->open(from_filesystem(path_ / kMark), Access::kCreate)->close();
       folders_in_use().insert(from_filesystem(path_.filename()));
+    } catch (const failure& reason) {
+      remove_folder(path_);
+      if (attempt > 0 || !was_cleared_up(reason)) throw;
+      continue;
     } catch (...) {
       remove_folder(path_);
       throw;

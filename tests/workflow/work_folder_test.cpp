@@ -35,12 +35,14 @@ TEST(WorkFolderTest, WhatAKilledRunLeftGoesWithAWordAndNothingElse) {
   files.folder.write(u"kavo-0123abcd\\kavo.work", "");
   files.folder.write(u"kavo-0123abcd\\plain\\page.htm", "a copy");
   files.folder.write(u"kavo-0123abcd\\MOR1234.TMP", "half repaired");
+  files.folder.make_folder(u"kavo-00000000");  // killed before its mark was made
   files.folder.write(u"kavo-89abcdef\\letter.txt", "somebody's, without the mark");
   files.folder.write(u"kavo-letters\\kavo.work", "somebody's, of another name");
   testing::internal::CaptureStderr();
   const WorkFolder in_use;
   const std::string told = testing::internal::GetCapturedStderr();
   EXPECT_NE(told.find("kavo-0123abcd, which a run that was stopped had left\n"), std::string::npos) << told;
+  EXPECT_NE(told.find("kavo-00000000, which"), std::string::npos) << told;
   EXPECT_EQ(told.find("kavo-89abcdef"), std::string::npos) << told;
   { const WorkFolder other; }
   EXPECT_EQ(files.folder.entry_count(), 3u) << "the user's two, and the one in use";
