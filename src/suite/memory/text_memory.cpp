@@ -111,8 +111,9 @@ std::vector<std::uint32_t> TextMemory::candidates(std::span<const TextToken> tok
   append_features(features, tokens);
   std::vector<std::span<const Posting>> lists;
   for (const std::uint32_t feature : features) {
-    const auto list = std::ranges::equal_range(postings_, feature, {}, &Posting::feature);
-    lists.emplace_back(list.begin(), std::min<std::size_t>(list.size(), kLongestList));
+    const auto first = std::ranges::lower_bound(postings_, feature, {}, &Posting::feature);
+    const auto last = std::ranges::upper_bound(postings_, feature, {}, &Posting::feature);
+    lists.emplace_back(first, std::min(static_cast<std::size_t>(last - first), kLongestList));
   }
   std::ranges::stable_sort(lists, {}, &std::span<const Posting>::size);
   // An edit that leaves three quarters of the weight changes at most a third of the words, and two pairs for each
