@@ -1,46 +1,72 @@
 // Records which bytes of an output were copied from which bytes of its input, so that a place in the output can be
 // reported as a place in the document that the author has.
+//
+// A page of a million placeholders has a million runs. They are kept as differences, a few bytes each, with every 64th
+// one as it is to begin reading at.
 #pragma once
 
-#include <algorithm>
+#include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <vector>
 
 namespace kavo {
 
 class CopyTrail {
  public:
-  // Adds a run of `size` copied bytes. Positions are 0-based and ascend in the output. A run that continues the last
-  // one takes no memory.
-  void copied(std::uint64_t input, std::uint64_t output, std::uint64_t size) {
-    if (size == 0) return;
-    if (!runs_.empty() && runs_.back().input_end() == input && runs_.back().output_end() == output)
-      runs_.back().size += size;
-    else
-      runs_.push_back({input, output, size});
-  }
-  void clear() { runs_.clear(); }
-
-  // The position in the input of the byte at `output`. For a byte that is not a copy: the position behind the last
-  // copied byte before it, 0 when there is none.
-  std::uint64_t input_of(std::uint64_t output) const {
-    const auto behind = std::ranges::upper_bound(runs_, output, {}, &Run::output);
-    if (behind == runs_.begin()) return 0;
-    const Run& run = *(behind - 1);
-    return run.input + std::min(output - run.output, run.size);
-  }
-
   struct Run {
-    std::uint64_t input;
-    std::uint64_t output;
-    std::uint64_t size;
+    std::uint64_t input = 0;
+    std::uint64_t output = 0;
+    std::uint64_t size = 0;
     std::uint64_t input_end() const { return input + size; }
     std::uint64_t output_end() const { return output + size; }
   };
-  const std::vector<Run>& runs() const { return runs_; }
+
+  // Adds a run of `size` copied bytes. Positions are 0-based and ascend in the output. A run that continues the last
+  // one takes no memory.
+  void copied(std::uint64_t input, std::uint64_t output, std::uint64_t size);
+  void clear() { *this = CopyTrail(); }
+  std::size_t size() const { return count_; }  // runs
+
+  // The position in the input of the byte at `output`. For a byte that is not a copy: the position behind the last
+  // copied byte before it, 0 when there is none.
+  std::uint64_t input_of(std::uint64_t output) const;
+
+  // Goes from run to run; the trail must stay as it is.
+  class Reader {
+   public:
+    // From the first run on.
+    explicit Reader(const CopyTrail& trail) : trail_(trail) {}
+    // The next run; false behind the last one.
+    bool next(Run& run);
+    // Goes to a run that begins at or before `output`, at most 64 runs before it.
+    void go_near(std::uint64_t output);
+
+   private:
+    std::uint64_t number();
+
+    const CopyTrail& trail_;
+    std::size_t run_ = 0;  // that next() reads
+    std::size_t at_ = 0;   // in coded_
+    Run last_;
+  };
 
  private:
-  std::vector<Run> runs_;
+  static constexpr std::size_t kRunsOfAnchor = 64;
+  // Where the runs from a certain one on are read.
+  struct Anchor {
+    Run before;           // the run before it
+    std::size_t at = 0;   // in coded_
+    std::uint64_t output = 0;
+  };
+  void code_last();
+  void code(std::uint64_t number);
+
+  std::vector<Anchor> anchors_;
+  std::deque<unsigned char> coded_;  // of every run but the last one
+  std::size_t count_ = 0;
+  Run last_;    // may still grow
+  Run before_;  // the run before it
 };
 
 }  // namespace kavo

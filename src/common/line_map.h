@@ -17,9 +17,9 @@ class LineMap {
   LineMap() = default;
   // Reads what text() wrote. Skips anything else.
   explicit LineMap(std::string_view text);
-  // Maps the lines of the file `made`; `trail` says where its bytes come from. Throws `failure` when the file cannot be
-  // read.
-  LineMap(const std::u16string& made, const CopyTrail& trail, const LineIndex& source);
+  // Maps the lines of the file `made`; `trail` says which bytes of `source` its own are, in order. Throws `failure` when
+  // a file cannot be read.
+  LineMap(const std::u16string& made, const CopyTrail& trail, const std::u16string& source);
 
   // The author's line at a place; 0 before the first entry.
   std::int64_t line_of(const LinePlace& place) const;

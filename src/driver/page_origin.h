@@ -19,7 +19,8 @@ struct PageOrigin {
   // For the prepared page with its scripts put back: it differs from the source by the repairs alone.
   std::uint64_t of_restored_page(std::uint64_t place) const {
     std::uint64_t origin = place;
-    for (const CopyTrail::Run& run : repair.runs()) {
+    CopyTrail::Reader repairs(repair);
+    for (CopyTrail::Run run; repairs.next(run);) {
       const std::uint64_t begin = of_protected_page(run.input);
       const std::uint64_t growth = run.output - run.input;  // negative, by wrapping, when a repair shortened the page
       if (place < begin + growth) return std::min(origin, begin);

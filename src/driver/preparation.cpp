@@ -12,12 +12,14 @@
 #include "common/program_settings.h"
 #include "driver/document_files.h"
 #include "driver/utf16_page.h"
+#include "formats/script/language.h"
 #include "html/repair/clsHTMLValidate.h"
 #include "html/scripts/clsASP2HTML.h"
 #include "mif/clsMIFUtilities.h"
 #include "platform/case_fold.h"
 #include "platform/failure.h"
 #include "platform/ports.h"
+#include "platform/unicode.h"
 
 namespace kavo {
 namespace {
@@ -44,6 +46,7 @@ class PreparationRun {
         html_tags_(request.html_tags),
         kind_(request.kind.value_or(DocumentKind{FileTypeOf(source_)})),
         repairs_(request.repairs && !kind_.is_fragment),
+        keeps_branches_(request.keeps_branches),
         batch_(batch),
         observer_(observer) {}
 
@@ -115,13 +118,18 @@ class PreparationRun {
     if (protection != 0) return false;
     fill_empty_script_file(scripts.SCRFile());
     result_.files = {{scripts.HTMFile(), kHtmlPage, u""}, {scripts.SCRFile(), kPlainText, u""}};
-    if (!repairs_) return true;
+    if (!repairs_) {
+      result_.files[0].author_lines = LineMap(scripts.HTMFile(), result_.origin.protected_page, page).text();
+      return true;
+    }
 
     clsHTMLValidate validation;
     validation.Progress([&](std::int16_t percent) { observer_.tell_progress(source_, 50 + percent / 2); });
     validation.Filename(scripts.HTMFile());
     if (html_tags_) validation.Tags(*html_tags_);
     validation.ends_in_script(scripts.ends_in_script());
+    if (keeps_branches_)
+      validation.scripts(scripts.SCRFile(), script::language_of_page(to_utf8(ascii_lower(extension_of(source_)))));
     std::optional<LineIndex> lines;  // of the page, which is read for it when there is something to report
     validation.origin([&](std::uint64_t place) {
       if (!lines) lines.emplace(page);
@@ -130,11 +138,9 @@ class PreparationRun {
     validation.follow(&result_.origin.repair);
     const std::int32_t repair = validation.HTMLValidate();
     observer_.tell_all_after_heading(validation.ErrorList());
-    if (!lines) lines.emplace(page);
     const PageOrigin& origin = result_.origin;
     const CopyTrail both = trail_of_both(origin.protected_page, origin.repair);
-    result_.files[0].author_lines = LineMap(scripts.HTMFile(), both, *lines).text();
-    result_.files[1].author_lines = LineMap(scripts.SCRFile(), origin.script, *lines).text();
+    result_.files[0].author_lines = LineMap(scripts.HTMFile(), both, page).text();
     return repair <= 0;
   }
 
@@ -170,6 +176,7 @@ class PreparationRun {
   const std::optional<std::u16string>& html_tags_;
   const DocumentKind kind_;
   const bool repairs_;
+  const bool keeps_branches_;
   PreparationBatch& batch_;
   const RunObserver& observer_;
   FolderRun* run_ = nullptr;  // that the step is in
@@ -181,7 +188,7 @@ constexpr std::u16string_view kRepair = u"Repair";
 }  // namespace
 
 PreparationRequest command_request(const std::u16string& document) {
-  return {.document = document, .kind = kind_of_document(document), .repairs = repairs_pages()};
+  return {.document = document, .kind = kind_of_document(document), .repairs = repairs_pages(), .keeps_branches = true};
 }
 
 bool repairs_pages() { return kPageSettings.get(kRepair, u"1") != u"0"; }

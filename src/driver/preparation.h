@@ -37,6 +37,7 @@ struct PreparationRequest {
   std::optional<std::u16string> html_tags = {};  // the validator's table; without it the default one
   std::optional<DocumentKind> kind = {};         // without it what FileTypeOf() says
   bool repairs = true;                           // whether a page's tags are repaired; a fragment's never are
+  bool keeps_branches = false;                   // whether repairs stay in their branch of a script's condition
 };
 
 // The command's request for a document: pages of any name it knows, repaired unless the user has switched that off.

@@ -169,6 +169,11 @@ inline constexpr TextRow kOpenElementLeft{
     3018,
     u"Line %2%, column %3%: %1% is open at %4% and was left as it is, because a closing tag there "
     u"would change the page"};
+// The same to whoever asks for the number.
+inline constexpr TextRow kOtherBranch{
+    3018,
+    u"Line %2%, column %3%: %1% is open at %4% and was left as it is, because that is in another branch of a "
+    u"script's condition. Close it in the page"};
 inline constexpr TextRow kNotRepaired{
     3019, u"Line %2%, column %3%: %1% could not be repaired; the page may look different there"};
 }  // namespace html_validate_text

@@ -48,10 +48,40 @@ TEST(CopyTrailTest, TellsWhereBytesComeFrom) {
   trail.copied(5, 13, 2);   // goes on
   trail.copied(20, 30, 1);  // 15 to 29 are no copies
   trail.copied(21, 31, 0);
-  EXPECT_EQ(trail.runs().size(), 2u);
+  EXPECT_EQ(trail.size(), 2u);
   const std::pair<std::uint64_t, std::uint64_t> places[] = {{0, 0},  {10, 2},  {14, 6},  {15, 7},
                                                             {29, 7}, {30, 20}, {31, 21}, {99, 21}};
   for (const auto& [output, input] : places) EXPECT_EQ(trail.input_of(output), input) << output;
+}
+
+TEST(CopyTrailTest, HoldsManyRuns) {
+  CopyTrail trail;
+  std::vector<CopyTrail::Run> runs;
+  std::uint64_t input = 1'000'000;
+  std::uint64_t output = 0;
+  for (std::uint64_t i = 0; i < 1000; ++i) {
+    // Now and then the input steps back.
+    input = i % 97 == 0 ? input - 900'000 / (i + 1) : input + i % 300;
+    output += 1 + i * i % 70'000;
+    runs.push_back({input, output, 1 + i % 200});
+    trail.copied(input, output, runs.back().size);
+    input += runs.back().size;
+    output += runs.back().size;
+  }
+  ASSERT_EQ(trail.size(), runs.size());
+  CopyTrail::Reader reader(trail);
+  for (const CopyTrail::Run& expected : runs) {
+    CopyTrail::Run run;
+    ASSERT_TRUE(reader.next(run));
+    EXPECT_EQ(run.input, expected.input);
+    EXPECT_EQ(run.output, expected.output);
+    EXPECT_EQ(run.size, expected.size);
+    EXPECT_EQ(trail.input_of(expected.output), expected.input);
+    EXPECT_EQ(trail.input_of(expected.output_end() - 1), expected.input_end() - 1);
+    EXPECT_EQ(trail.input_of(expected.output_end()), expected.input_end());
+  }
+  CopyTrail::Run run;
+  EXPECT_FALSE(reader.next(run));
 }
 
 }  // namespace

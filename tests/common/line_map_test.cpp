@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "common/block_reader.h"
 #include "support/ports_fixture.h"
 
 namespace kavo::test {
@@ -15,13 +16,33 @@ TEST_F(LineMapTest, FollowsCopiedLines) {
   CopyTrail trail;
   trail.copied(0, 0, 4);
   trail.copied(10, 14, 10);
-  const LineMap map(u"C:\\a.htm", trail, LineIndex(u"C:\\a.asp"));
+  const LineMap map(u"C:\\a.htm", trail, u"C:\\a.asp");
   EXPECT_EQ(map.text(), "1:1=1 2:11=4");
   for (const LineMap& each : {map, LineMap(map.text())}) {
     EXPECT_EQ(each.line_of({1, 2}), 1);
     EXPECT_EQ(each.line_of({2, 1}), 2);
     EXPECT_EQ(each.line_of({2, 11}), 4);
     EXPECT_EQ(each.line_of({3, 1}), 5);
+  }
+}
+
+TEST_F(LineMapTest, KnowsEveryKindOfLineEndAtEverySplit) {
+  const std::string source = "a\r\nb\rc\n\n\r\rd\r\n\r\ne";
+  std::string made;
+  CopyTrail trail;
+  // Each byte on a line of its own.
+  for (std::size_t i = 0; i < source.size(); ++i) {
+    made += "<\n";
+    trail.copied(i, made.size() - 1, 1);
+  }
+  files.put(u"C:\\a.asp", source);
+  files.put(u"C:\\a.htm", made);
+  const LineIndex expected(u"C:\\a.asp");
+  for (const std::size_t size : {1, 2, 3, 64}) {
+    const BlockSizeScope scope(size);
+    const LineMap map(u"C:\\a.htm", trail, u"C:\\a.asp");
+    for (std::size_t i = 0; i < source.size(); ++i)
+      EXPECT_EQ(map.line_of({static_cast<std::int64_t>(i) + 1, 2}), expected.place_of(i).line) << i;
   }
 }
 

@@ -9,7 +9,7 @@ bool divides(std::string_view block, Language server) {
   PageScripts scripts(server);
   std::vector<Piece> pieces;
   scripts.add_block(block, 0, block.size(), pieces);
-  return !pieces.empty() && divides_page(block, pieces.front());
+  return !pieces.empty() && flow_of(block, pieces.front()).divides();
 }
 
 struct Case {
@@ -109,6 +109,40 @@ TEST(ControlFlow, OfALanguageThatNobodyReadsIsNotKnown) {
 
 TEST(ControlFlow, ClientScriptsDivideNothing) {
   EXPECT_FALSE(divides("<script>if (a) {</script>", Language::kVbScript));
+}
+
+TEST(ControlFlow, TellsHowManyConstructsEndAndBegin) {
+  const struct {
+    const char* block;
+    Language server;
+    std::size_t closes;
+    bool parts;
+    std::size_t opens;
+  } cases[] = {
+      {"<% If a Then\nIf b Then %>", Language::kVbScript, 0, false, 2},
+      {"<% If a Then\nFor Each b In c %>", Language::kVbScript, 0, false, 2},
+      {"<% ElseIf b Then %>", Language::kVbScript, 0, true, 0},
+      {"<% End If\nNext %>", Language::kVbScript, 2, false, 0},
+      {"<% End If\nIf b Then %>", Language::kVbScript, 1, false, 1},
+      {"<% } else { %>", Language::kJava, 1, false, 1},
+      {"<% }} for (;;) { %>", Language::kJava, 2, false, 1},
+      {"<?php if ($a): ?>", Language::kPhp, 0, false, 1},
+      {"<?php else: ?>", Language::kPhp, 0, true, 0},
+      {"<?php elseif ($b): ?>", Language::kPhp, 0, true, 0},
+      {"<?php endforeach; endif ?>", Language::kPhp, 2, false, 0},
+      {"<?php switch ($a): case 1: ?>", Language::kPhp, 0, false, 1},
+  };
+  for (const auto& c : cases) {
+    PageScripts scripts(c.server);
+    std::vector<Piece> pieces;
+    const std::string_view block = c.block;
+    scripts.add_block(block, 0, block.size(), pieces);
+    ASSERT_EQ(pieces.size(), 1u) << c.block;
+    const Flow flow = flow_of(block, pieces.front());
+    EXPECT_EQ(flow.closes, c.closes) << c.block;
+    EXPECT_EQ(flow.parts, c.parts) << c.block;
+    EXPECT_EQ(flow.opens, c.opens) << c.block;
+  }
 }
 
 }  // namespace

@@ -86,6 +86,7 @@ const Token& HtmlScanner::markup(bool cdata_allowed) {
   }
   if (second == '!') {
     if (byte_at(2, p_) == '-' && byte_at(3, p_) == '-') {
+      listener_.comment(p_);
       p_ += 4;
       skip_comment();
       return finish(PageTokenKind::kComment);

@@ -27,6 +27,8 @@ class ScannerListener {
   virtual void block_read() = 0;
   // "<%" or "<?" inside a start or end tag, in an attribute value that `quote` opened (0 when in none).
   virtual void server_code_in_tag(std::uint64_t position, char quote) = 0;
+  // "<!--" outside a tag.
+  virtual void comment(std::uint64_t position) = 0;
   // "<?" outside a tag.
   virtual void processing_instruction(std::uint64_t position) = 0;
   // In text that holds no tags (title, textarea): a "<" that begins no markup (`less`) or a ">" that ends none.

@@ -17,6 +17,13 @@ bool is_one_of(std::string_view word, const std::string_view (&words)[kSize]) {
 
 bool is_blank_token(const Token& token) { return token.kind == TokenKind::kBlank || token.kind == TokenKind::kComment; }
 
+void close(Flow& flow) {
+  if (flow.opens != 0)
+    --flow.opens;
+  else
+    ++flow.closes;
+}
+
 // One statement after the other: a line, or what a ":" ends.
 class BasicFlow {
  public:
@@ -32,9 +39,9 @@ class BasicFlow {
     last_is_then_ = equal_word(word, "then");
     is_first_ = is_first_ && is_one_of(word, kBefore);
   }
-  bool divides() {
+  Flow flow() {
     end_statement();
-    return divides_ || depth_ > 0;
+    return flow_;
   }
 
  private:
@@ -50,20 +57,16 @@ class BasicFlow {
     is_end_ = equal_word(word, "end");
     opens_ = is_one_of(word, kOpening);
     closes_ = is_one_of(word, kClosing);
-    divides_ = divides_ || (depth_ == 0 && is_one_of(word, kBetween));
+    if (flow_.opens == 0 && is_one_of(word, kBetween)) flow_.parts = true;
   }
   void end_statement() {
-    if (opens_ || (is_if_ && last_is_then_)) ++depth_;
-    if (closes_ && depth_-- == 0) {
-      divides_ = true;
-      depth_ = 0;
-    }
+    if (opens_ || (is_if_ && last_is_then_)) ++flow_.opens;
+    if (closes_) close(flow_);
     opens_ = closes_ = is_if_ = is_end_ = last_is_then_ = false;
     is_first_ = true;
   }
 
-  int depth_ = 0;
-  bool divides_ = false;
+  Flow flow_;
   bool is_first_ = true;
   bool is_if_ = false;
   bool is_end_ = false;
@@ -77,46 +80,59 @@ class BraceFlow {
  public:
   void token(const Token& token, std::string_view word) {
     if (is_blank_token(token) || token.kind == TokenKind::kLineEnd || token.kind == TokenKind::kBlockEnd) return;
-    if (token.kind == TokenKind::kOperator && word == "{") ++depth_;
-    if (token.kind == TokenKind::kOperator && word == "}" && depth_-- == 0) {
-      divides_ = true;
-      depth_ = 0;
-    }
+    is_colon_ = word == ":";
+    if (token.kind == TokenKind::kOperator && word == "{") ++flow_.opens;
+    if (token.kind == TokenKind::kOperator && word == "}") close(flow_);
     if (token.kind == TokenKind::kName && starts_) {
-      divides_ = divides_ || is_one_of(word, kEnding) || (depth_ == 0 && is_one_of(word, kBetween));
+      if (is_one_of(word, kEnding)) close(flow_);
+      // "} else {" ends one construct and begins another one.
+      if (flow_.opens == 0 && !after_close_ && is_one_of(word, kBetween)) flow_.parts = true;
       is_head_ = is_one_of(word, kHead);
+      begins_ = is_head_ && !is_one_of(word, kBetween);
     }
+    after_close_ = token.kind == TokenKind::kOperator && word == "}";
     starts_ = token.kind == TokenKind::kOperator && (word == ";" || word == "{" || word == "}");
     if (starts_) is_head_ = false;
   }
-  bool divides() const { return divides_ || depth_ > 0 || is_head_; }
+  // "if ($a):" goes on to "endif"; a head without a body has the page up to the next block as its statement.
+  Flow flow() const {
+    Flow flow = flow_;
+    if (is_head_ && begins_ && is_colon_)
+      ++flow.opens;
+    else if (is_head_)
+      flow.parts = true;
+    return flow;
+  }
 
  private:
   static constexpr std::string_view kHead[] = {"if", "else", "elseif", "for", "foreach", "while", "do", "switch"};
   static constexpr std::string_view kBetween[] = {"else", "elseif", "case", "default"};
   static constexpr std::string_view kEnding[] = {"endif", "endforeach", "endfor", "endwhile", "endswitch"};
 
-  int depth_ = 0;
-  bool divides_ = false;
+  Flow flow_;
   bool starts_ = true;    // the next word begins a statement
   bool is_head_ = false;  // of a construct whose statement has not ended
+  bool begins_ = false;   // which is not the next branch of another one
+  bool is_colon_ = false;
+  bool after_close_ = false;
 };
 
-template <class Flow>
-bool divides(Lexer& lexer, std::string_view code) {
-  Flow flow;
+template <class Reader>
+Flow read_flow(Lexer& lexer, std::string_view code) {
+  Reader reader;
   lexer.begin(code);
-  for (Token token; lexer.next(token);) flow.token(token, code.substr(token.begin, token.size()));
-  return flow.divides();
+  for (Token token; lexer.next(token);) reader.token(token, code.substr(token.begin, token.size()));
+  return reader.flow();
 }
 
 }  // namespace
 
-bool divides_page(std::string_view text, const Piece& piece) {
-  if (piece.kind != PieceKind::kStatements || piece.element != 0 || piece.language == Language::kUnknown) return false;
+Flow flow_of(std::string_view text, const Piece& piece) {
+  if (piece.kind != PieceKind::kStatements || piece.element != 0 || piece.language == Language::kUnknown) return {};
   const std::unique_ptr<Lexer> lexer = make_lexer(piece.language, nullptr);
   const std::string_view code = text.substr(piece.begin, piece.end - piece.begin);
-  return piece.language == Language::kVbScript ? divides<BasicFlow>(*lexer, code) : divides<BraceFlow>(*lexer, code);
+  return piece.language == Language::kVbScript ? read_flow<BasicFlow>(*lexer, code)
+                                               : read_flow<BraceFlow>(*lexer, code);
 }
 
 }  // namespace kavo::script

@@ -126,6 +126,8 @@ std::int32_t clsHTMLValidate::HTMLValidate() {
   HtmlRepair repair(*reader, tags_, output ? &*output : nullptr, messages_, trail_, progress_);
   repair.origin(origin_);
   repair.ends_in_script(ends_in_script_);
+  std::optional<ScriptBranches> branches;
+  if (!script_file_.empty()) repair.branches(&branches.emplace(script_file_, server_language_));
   repair.run();
   repairs_ = repair.repairs();
   // A page without a repair is not written: writing the same bytes again could only lose them.

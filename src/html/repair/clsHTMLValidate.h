@@ -23,6 +23,7 @@
 #include "common/line_index.h"
 #include "common/messages.h"
 #include "common/progress_event.h"
+#include "formats/script/token.h"
 #include "html/repair/tag_table.h"
 
 namespace kavo {
@@ -59,6 +60,12 @@ class clsHTMLValidate {
   // To be set when the page ends at the placeholder of a script that never ends. What is open there is reported and
   // stays open, since end tags would be script in the restored page.
   void ends_in_script(bool value) { ends_in_script_ = value; }
+  // The script file made with the page, and the language of its server blocks until it declares another one. When set,
+  // no end tag is written into another branch of a script's condition than that of its start tag.
+  void scripts(std::u16string file, script::Language server) {
+    script_file_ = std::move(file);
+    server_language_ = server;
+  }
   // Maps places of the page to places of the document that it was made of. Messages then name the latter.
   void origin(PlaceOrigin origin) { origin_ = std::move(origin); }
   // When set, HTMLValidate() records where the bytes of the repaired page come from. The trail is borrowed and must be
@@ -80,6 +87,8 @@ class clsHTMLValidate {
   PlaceOrigin origin_;
   CopyTrail* trail_ = nullptr;
   bool ends_in_script_ = false;
+  std::u16string script_file_;
+  script::Language server_language_ = script::Language::kUnknown;
   MessageList messages_;
   ProgressEvent progress_;
   std::uint64_t repairs_ = 0;

@@ -413,12 +413,15 @@ void HtmlRepair::closing(const Closing& what) {
       }
     }
     if (all && lowest != what.first) lowest = stack.size();
+    // All of them or none: an outer end tag would close the elements inside it, too.
+    if (std::any_of(stack.begin() + static_cast<std::ptrdiff_t>(lowest), stack.end(),
+                    [this](const OpenElement& element) { return is_in_other_branch(element); }))
+      lowest = stack.size();
   }
 
   if (edit_allowed_) {
     for (std::size_t i = stack.size(); i-- > what.first + (what.own_end_tag ? 1 : 0);)
-      if (i < lowest && must_close(stack[i]))
-        report(html_validate_text::kOpenElementLeft, stack[i].place, name_of_element(stack[i]), current_tag_name());
+      if (i < lowest && must_close(stack[i])) report_left(stack[i], current_tag_name());
   }
   if (lowest == stack.size()) return;
   const std::vector<bool> left =
@@ -444,7 +447,9 @@ void HtmlRepair::reopening(std::size_t first) {
   const auto& list = tree_.formatting();
   while (first < list.size() && !list[first].closed_early) ++first;
   if (first == list.size()) return;
-  const bool possible = edit_allowed_ && !tree_.closed_without_tag();
+  const bool possible = edit_allowed_ && !tree_.closed_without_tag() &&
+                        std::none_of(list.begin() + static_cast<std::ptrdiff_t>(first), list.end(),
+                                     [this](const FormattingEntry& entry) { return is_in_other_branch(entry); });
   // The opening texts come before the tag. Without this end tag they would reopen the element that the tag replaces.
   if (possible && tree_.forgot_by_token()) insert("</" + upper(name_of(token_.tag)) + ">");
   for (std::size_t i = first; i < list.size(); ++i) {
@@ -496,6 +501,7 @@ void HtmlRepair::close_all(Rest rest) {
     // The parser is about to reopen another element of this name, and would take the end tag for that one's.
     if (has_trait(element.tag, kFormatting) && tree_.has_naturally_closed(element.tag, entries)) blocked = true;
     if (HtmlTree::sets_marker(element)) entries = tree_.last_marker(entries);
+    if (element.has_tag && is_in_other_branch(element)) blocked = true;
     if (!wanted(element)) continue;
     if (blocked)
       complete = false;
@@ -505,8 +511,7 @@ void HtmlRepair::close_all(Rest rest) {
   if (!at_end && !complete) return;
   if (at_end) {
     for (std::size_t i = lowest; i-- > bottom;)
-      if (wanted(stack[i]))
-        report(html_validate_text::kOpenElementLeft, stack[i].place, name_of_element(stack[i]), "the end of the page");
+      if (wanted(stack[i])) report_left(stack[i], "the end of the page");
   }
   const std::vector<bool> left = without_end_tag(lowest, rest != Rest::kBlankEnd, wanted);
   while (stack.size() > lowest) {
@@ -555,6 +560,14 @@ void HtmlRepair::server_code_in_tag(std::uint64_t position, char quote) {
   const std::string_view text = scanner_.view(position, std::min<std::uint64_t>(position + 5, reader_.bytes_read()));
   server_code_in_token_ = true;
   server_.enter_in_tag(position, text[1] == '?', quote);
+}
+
+// A placeholder may begin or end a branch.
+void HtmlRepair::comment(std::uint64_t position) {
+  constexpr std::size_t kLongestNumber = 24;
+  if (branches_ == nullptr) return;
+  const std::size_t longest = html::placeholder::kMarker.size() + kLongestNumber;
+  branches_->placeholder(scanner_.look_ahead(position, longest), position);
 }
 
 void HtmlRepair::processing_instruction(std::uint64_t position) {
@@ -623,6 +636,11 @@ std::string HtmlRepair::current_tag_name() const {
   const int listed = table_.find(token_.name);
   const std::string name = listed >= 0 ? table_.name(listed) : upper(name_of(token_.tag));
   return (end ? "</" : "<") + name + ">";
+}
+
+void HtmlRepair::report_left(const OpenElement& element, std::string_view where) {
+  report(is_in_other_branch(element) ? html_validate_text::kOtherBranch : html_validate_text::kOpenElementLeft,
+         element.place, name_of_element(element), where);
 }
 
 void HtmlRepair::report(TextRow name, const PagePlace& place, std::string_view element, std::string_view other) {

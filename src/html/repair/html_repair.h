@@ -27,6 +27,7 @@
 #include "formats/html/server_code.h"
 #include "formats/html/tree.h"
 #include "formats/text/line_counter.h"
+#include "html/repair/script_branches.h"
 #include "html/repair/tag_table.h"
 #include "resources/string_table.h"
 
@@ -42,6 +43,8 @@ class HtmlRepair final : private TreeObserver, private ScannerListener {
 
   // When set, nothing is written behind the page's last byte.
   void ends_in_script(bool value) { ends_in_script_ = value; }
+  // Borrowed. When set, no end tag is written into another branch than that of its start tag.
+  void branches(ScriptBranches* value) { branches_ = value; }
   // Reads to the end of the page. A byte order mark must be in the window already. Throws what reading, writing and the
   // progress event throw.
   void run();
@@ -57,6 +60,7 @@ class HtmlRepair final : private TreeObserver, private ScannerListener {
   void release(std::uint64_t position) override;
   void block_read() override;
   void server_code_in_tag(std::uint64_t position, char quote) override;
+  void comment(std::uint64_t position) override;
   void processing_instruction(std::uint64_t position) override;
   void stray_in_text(std::uint64_t position, bool less) override;
 
@@ -82,6 +86,10 @@ class HtmlRepair final : private TreeObserver, private ScannerListener {
   std::size_t first_to_close(std::size_t from, const Closing& what) const;
   bool is_sole_of_its_name(std::size_t index, std::size_t first, const Closing& what) const;
   bool too_much() const;
+  bool is_in_other_branch(const ElementFacts& element) const {
+    return branches_ != nullptr && branches_->at(element.place.position) != branches_->current();
+  }
+  void report_left(const OpenElement& element, std::string_view where);
 
   bool protected_at(std::uint64_t position);
   void follow_server_code(std::uint64_t position);
@@ -113,6 +121,7 @@ class HtmlRepair final : private TreeObserver, private ScannerListener {
   std::uint64_t edit_at_ = 0;           // where text may be inserted
   bool edit_allowed_ = true;
   bool ends_in_script_ = false;
+  ScriptBranches* branches_ = nullptr;
   bool server_code_in_token_ = false;
   std::uint64_t copied_ = 0;    // bytes of the page in the output, once there is a repair
   std::uint64_t inserted_ = 0;  // bytes that are in the output only

@@ -5,7 +5,9 @@
 #include "common/block_reader.h"
 #include "common/file_comparison.h"
 #include "common/folder_run.h"
+#include "common/path_parts.h"
 #include "common/pending_file.h"
+#include "formats/script/language.h"
 #include "formats/text/utf16_mark.h"
 #include "html/file_trouble.h"
 #include "html/repair/clsHTMLValidate.h"
@@ -29,6 +31,10 @@ bool holds_something(const std::u16string& path) {
   return false;
 }
 
+script::Language language_of_page(const std::u16string& page) {
+  return script::language_of_page(to_utf8(ascii_lower(extension_of(page))));
+}
+
 bool is_same(std::u16string_view a, std::u16string_view b) {
   const auto one = ports().files->info(a);
   const auto other = ports().files->info(b);
@@ -39,7 +45,7 @@ std::u16string compare_with_new_pair(const PageNames& names, bool has_html, bool
   BlockReader page(names.page);
   if (starts_as_utf16(page)) return has_html ? names.html : names.script;  // UTF-16 pages are never protected
   // Never committed: the files made here for comparison are removed again, also when the program is killed.
-  const FolderRun scratch(names.html);
+  FolderRun scratch(names.html);
   PendingFile html(names.html);
   PendingFile script(names.script);
   ScriptProtector protector({html, nullptr}, {script, nullptr});
@@ -49,10 +55,16 @@ std::u16string compare_with_new_pair(const PageNames& names, bool has_html, bool
   script.complete();
   if (has_script && !is_same(script.temporary_path(), names.script)) return names.script;
   if (!has_html || is_same(html.temporary_path(), names.html)) return {};
-  clsHTMLValidate repair;
-  repair.Filename(html.temporary_path());
-  repair.ends_in_script(protector.ends_in_script());
-  if (repair.HTMLValidate() == 0 && is_same(html.temporary_path(), names.html)) return {};
+  // The command keeps repairs in their branches, the automation object does not.
+  for (const bool keeps_branches : {false, true}) {
+    const std::u16string copy = scratch.scratch_path(file_name_of(names.html));
+    copy_file(html.temporary_path(), copy);
+    clsHTMLValidate repair;
+    repair.Filename(copy);
+    repair.ends_in_script(protector.ends_in_script());
+    if (keeps_branches) repair.scripts(script.temporary_path(), language_of_page(names.page));
+    if (repair.HTMLValidate() == 0 && is_same(copy, names.html)) return {};
+  }
   return names.html;
 }
 

@@ -1,12 +1,10 @@
 #include "suite/filters/html/placeholder_scripts.h"
 
 #include <algorithm>
-#include <charconv>
 
 #include "common/document_names.h"
 #include "common/path_parts.h"
 #include "formats/html/elements.h"
-#include "formats/html/script_marker.h"
 #include "formats/script/control_flow.h"
 #include "platform/case_fold.h"
 #include "platform/ports.h"
@@ -16,21 +14,8 @@
 namespace kavo::html {
 namespace {
 
-// A longer block is not looked into.
-constexpr std::size_t kLongestBlock = 256 * 1024;  // bytes
-
 // Enough of a script to recognise it.
 constexpr std::size_t kLongestMeaning = 80;  // bytes
-
-// The number in a placeholder, 0 for anything else.
-std::uint64_t number_of(std::string_view marker) {
-  if (!marker.starts_with(placeholder::kMarker)) return 0;
-  marker.remove_prefix(placeholder::kMarker.size());
-  if (marker.empty() || marker.front() != ' ') return 0;
-  std::uint64_t number = 0;
-  std::from_chars(marker.data() + 1, marker.data() + marker.size(), number);
-  return number;
-}
 
 script::Language language_of_page(const ConversionSettings& settings) {
   PageNames names;
@@ -61,42 +46,6 @@ std::string shortened(std::string_view script, const TextCoding& coding) {
 }
 
 }  // namespace
-
-std::uint64_t MarkerReader::next(std::string* before) {
-  constexpr std::size_t kMostDigits = 24;
-  for (;;) {
-    const std::string_view window = file_.window();
-    const std::size_t place = window.find(placeholder::kMarker);
-    const std::size_t needed = place + placeholder::kMarker.size() + kMostDigits;
-    if (place == std::string_view::npos || (needed > window.size() && !file_.exhausted())) {
-      const std::size_t kept = std::min(window.size(), placeholder::kMarker.size() - 1);
-      consume(std::min(place, window.size() - kept), before);
-      if (file_.more()) continue;
-      if (place == std::string_view::npos) {
-        consume(file_.window().size(), before);
-        return 0;
-      }
-      continue;
-    }
-    const bool begins_line = script::ends_line(place == 0 ? last_ : window[place - 1]);
-    const std::uint64_t number = is_script_file_ && !begins_line ? 0 : number_of(window.substr(place));
-    consume(place, before);
-    if (number == 0) {
-      consume(1, before);
-      continue;
-    }
-    consume(placeholder::kMarker.size(), nullptr);
-    return number;
-  }
-}
-
-void MarkerReader::consume(std::size_t size, std::string* before) {
-  if (size == 0) return;
-  const std::string_view bytes = file_.window().substr(0, size);
-  last_ = bytes.back();
-  if (before && before->size() <= kLongestBlock) *before += bytes;
-  file_.consume(size);
-}
 
 PlaceholderScripts::PlaceholderScripts(const ConversionSettings& settings, const TextCoding& coding)
     : coding_(coding), languages_(language_of_page(settings)) {
@@ -137,7 +86,7 @@ void PlaceholderScripts::open(const ConversionSettings& settings) {
 }
 
 std::string PlaceholderScripts::meaning(std::string_view server_code) {
-  if (number_of(server_code) == 0)
+  if (placeholder_number(server_code) == 0)
     return server_code.starts_with(placeholder::kMarker) ? std::string() : shortened(server_code, coding_);
   const Script* const script = find(server_code);
   return script ? script->meaning : std::string();
@@ -152,18 +101,13 @@ bool PlaceholderScripts::divides(std::string_view server_code) {
 }
 
 const PlaceholderScripts::Script* PlaceholderScripts::find(std::string_view marker) {
-  const std::uint64_t number = number_of(marker);
+  const std::uint64_t number = placeholder_number(marker);
   if (!file_ || number < first_) return nullptr;
   while (first_ + read_.size() <= number) {
     block_.clear();
     const bool is_last = file_->next(&block_) == 0;
     if (is_last && block_.empty()) return nullptr;
-    std::string_view block = block_;
-    // What is left of the placeholder's line.
-    block.remove_prefix(std::min(block.find_first_of("\r\n"), block.size()));
-    while (!block.empty() && script::ends_line(block.front())) block.remove_prefix(1);
-    while (!block.empty() && script::ends_line(block.back())) block.remove_suffix(1);
-    read_.push_back(script_of(block));
+    read_.push_back(script_of(text_of_block(block_)));
   }
   return &read_[static_cast<std::size_t>(number - first_)];
 }
@@ -175,7 +119,7 @@ PlaceholderScripts::Script PlaceholderScripts::script_of(std::string_view block)
   pieces_.clear();
   languages_.add_block(block, 0, block.size(), pieces_);
   script.divides =
-      std::ranges::any_of(pieces_, [&](const script::Piece& piece) { return script::divides_page(block, piece); });
+      std::ranges::any_of(pieces_, [&](const script::Piece& piece) { return script::flow_of(block, piece).divides(); });
   return script;
 }
 

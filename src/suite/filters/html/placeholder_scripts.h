@@ -11,29 +11,12 @@
 #include <string>
 #include <string_view>
 
-#include "common/block_reader.h"
+#include "formats/html/marker_reader.h"
 #include "formats/script/page_scripts.h"
 #include "formats/text/text_coding.h"
 #include "suite/filters/filter.h"
 
 namespace kavo::html {
-
-// Finds placeholders in a file, one after the other.
-class MarkerReader {
- public:
-  // `is_script_file`: there a placeholder begins a line. Throws `failure`.
-  MarkerReader(std::u16string_view path, bool is_script_file) : file_(path), is_script_file_(is_script_file) {}
-  // The number of the next one, 0 at the end. What stands before it is appended to `before` up to a few hundred KB,
-  // nowhere when that is null.
-  std::uint64_t next(std::string* before = nullptr);
-
- private:
-  void consume(std::size_t size, std::string* before);
-
-  BlockReader file_;
-  bool is_script_file_;
-  char last_ = '\n';  // before the window
-};
 
 class PlaceholderScripts {
  public:
