@@ -66,6 +66,14 @@ const Case kCases[] = {
      ": Response.Redirect \"Next page\" %>",
      ""},
     {"compared", "asp", "<% If a = \"Adv Options\" Then b = InStr(c, \"some words\") %>", ""},
+    {"into a tag", "asp",
+     "<% Response.Write \"<tr class='\" & IIf(a, \"odd\", \"even\") & \"'><td title='\" & IIf(a, \"first\", \"last\") "
+     "& \"'>\" & IIf(a, \"many\", \"few\") %>",
+     "first|last|many|few"},
+    {"filled in", "php", "<?php printf('<tr class=\"%s\">%s', $a ? 'odd' : 'even', 'Well done'); ?>",
+     "? odd|? even|Well done"},
+    {"logs", "php", "<?php debug_log('Comparing the entries'); writeLog('Comparing more'); ?>", ""},
+    {"the server's output", "jsp", "<% System.out.println(\"Well done\"); out.println(\"Well done\"); %>", "Well done"},
     {"by way of a variable", "asp", "<% s = \"Approved\" : Response.Write s %>", "Approved"},
     {"by way of a parameter", "asp", "<% Sub Show(text) : Response.Write text : End Sub : Show \"Approved\" %>",
      "Approved"},
@@ -91,6 +99,7 @@ const Case kCases[] = {
      "<?php $a = 'inc/page.php'; $b = 'http://a.b/c_d'; $c = 'yyyy-MM-dd'; $d = 'me@host.org'; $e = 'text/html; "
      "charset=utf-8'; ?>",
      ""},
+    {"languages and scripts", "php", "<?php $a = 'en-US'; $b['x'] = sprintf('javascript:go(%s)', $c); ?>", ""},
     {"styles", "htm", "<script>a.innerHTML = 'color: red; width: 10px'; b('toolbar=no,width=300')</script>", ""},
     {"names", "htm", "<script>a.innerHTML = 'myVariable' + 'some_name' + 'a.b.c'</script>", ""},
     {"other scripts", "php", "<?php echo 'Привет', '注意'; ?>", "Привет|注意"},

@@ -5,6 +5,7 @@
 #include "common/byte_scan.h"
 #include "formats/html/charset.h"
 #include "formats/html/entities.h"
+#include "formats/script/language.h"
 #include "suite/filters/document_facts.h"
 
 namespace kavo::html {
@@ -58,6 +59,7 @@ PageExtraction::PageExtraction(BlockReader& document, unsigned code_page, const 
       builder_(coding_),
       value_builder_(coding_),
       attributes_(settings.options),
+      embedded_(settings, window_coding_),
       author_lines_(fact(settings.options, kAuthorLines)),
       inline_elements_(option_items(settings.options, "html.inline-elements")),
       excluded_elements_(option_items(settings.options, "html.excluded-elements")),
@@ -111,12 +113,28 @@ void PageExtraction::run(ProgressEvent& progress) {
 
 // No translation may carry a text into another branch of a condition.
 void PageExtraction::server_code(std::string_view bytes) {
-  if (!scripts_.divides(bytes)) {
-    add_item(ItemKind::kContent, bytes).is_server_code = true;
+  if (scripts_.divides(bytes)) {
+    flush();
+    add_embedded(embedded_.of_server_code(bytes));
+    write_tag_outside(bytes, 0, values_.size());
+    values_.clear();
     return;
   }
-  flush();
-  outside(bytes);
+  Item& item = add_item(ItemKind::kContent, bytes);
+  item.is_server_code = true;
+  item.first_value = values_.size();
+  add_embedded(embedded_.of_server_code(bytes));
+  item.value_count = values_.size() - item.first_value;
+}
+
+void PageExtraction::add_embedded(std::vector<EmbeddedText> texts) {
+  for (EmbeddedText& text : texts) {
+    Value value;
+    value.begin = text.unit.begin;
+    value.end = text.unit.end;
+    value.embedded = std::make_shared<const EmbeddedText>(std::move(text));
+    values_.push_back(std::move(value));
+  }
 }
 
 void PageExtraction::comment(const PageToken& token) {
@@ -298,6 +316,7 @@ void PageExtraction::find_values(const StartTag& tag) {
   if (is_left_alone(tag)) return;
   const PageToken& token = tag.token;
   const std::string_view element = tag.element.name;
+  const bool is_basic = script::language_of_name(tag.value("language")) == script::Language::kVbScript;
   for (const AttributeSpan& attribute : tag.attributes) {
     const std::string_view name = token.bytes.substr(attribute.name, attribute.name_end - attribute.name);
     const Span span = trimmed(token.bytes, attribute.value, attribute.value_end);
@@ -313,7 +332,10 @@ void PageExtraction::find_values(const StartTag& tag) {
     if (element == "html" && (equal_name(name, "lang") || equal_name(name, "xml:lang"))) value.computed = kLanguage;
     const bool is_text =
         !value.attribute.empty() && text_.is_visible_value(token.bytes.substr(value.begin, value.end - value.begin));
-    if (is_text || value.computed != 0) values_.push_back(value);
+    if (is_text || value.computed != 0)
+      values_.push_back(value);
+    else
+      add_embedded(embedded_.of_attribute(token.bytes, attribute, is_basic));
   }
   if (element != "meta") return;
   if (const auto charset = charset_in_meta(token, tag.attributes))

@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,6 +22,7 @@
 #include "suite/document/code_pairs.h"
 #include "suite/document/segment.h"
 #include "suite/filters/filter.h"
+#include "suite/filters/html/embedded_text.h"
 #include "suite/filters/html/html_page_text.h"
 #include "suite/filters/html/html_text_place.h"
 #include "suite/filters/html/text_attributes.h"
@@ -70,6 +72,7 @@ class PageExtraction {
     PlaceKind place = PlaceKind::kDouble;
     unsigned computed = 0;       // its kind, 0 for a text
     std::string_view attribute;  // of a text: the attribute's name, "" in a drawing
+    std::shared_ptr<const EmbeddedText> embedded = {};  // of a text in a script or a page of its own
   };
   // Content that is left alone up to the end tag of its element.
   struct Protection {
@@ -113,6 +116,9 @@ class PageExtraction {
   bool has_text(Value& value, std::string_view bytes) const;
   // The segment of an attribute's value, or of a text in a drawing; `tag` is all of it.
   const Segment& segment_of(const Value& value, std::string_view tag);
+  std::string element_of_value(std::string_view tag, std::string_view attribute) const;
+  const Segment& embedded_segment(const EmbeddedText& text, std::string_view tag);
+  void add_embedded(std::vector<EmbeddedText> texts);
   void lock_without_words(SegmentBuilder& builder, std::string_view note);
   void write_code(const Item& item);
   std::string meaning_of(const Item& item) const;
@@ -159,6 +165,7 @@ class PageExtraction {
   bool in_foreign_text_ = false;  // in an element of a drawing whose text people read
 
   TextAttributes attributes_;
+  EmbeddedTexts embedded_;
   TextSurroundings surroundings_;
   LineMap author_lines_;
   std::vector<std::string> inline_elements_;    // what a user takes for a part of the text

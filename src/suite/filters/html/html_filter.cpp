@@ -5,9 +5,13 @@
 
 #include "formats/html/charset.h"
 #include "formats/xml/xml_text.h"
+#include "platform/failure.h"
+#include "platform/unicode.h"
+#include "suite/filters/html/embedded_writing.h"
 #include "suite/filters/html/html_extraction.h"
 #include "suite/filters/html/html_text_place.h"
 #include "suite/filters/page_coding.h"
+#include "suite/filters/script/script_place.h"
 
 namespace kavo {
 namespace {
@@ -27,6 +31,8 @@ class HtmlFilter final : public Filter {
 
  private:
   void encode(std::string_view text, std::string& bytes) const;
+  void write_embedded(const Hole& hole, const html::EmbeddedPlace& place, std::string_view translation,
+                      std::string& bytes);
 
   std::string written_;
 };
@@ -40,13 +46,35 @@ void HtmlFilter::extract(BlockReader& document, const ConversionSettings& settin
   facts.code_page = coding.code_page.value_or(settings.source_code_page);
   facts.keeps_code_page = coding.has_mark || coding.is_unsupported || coding.is_in_script;
   if (coding.is_unsupported) facts.data = kAsciiOnly;
+  if (coding.is_in_script && settings.target_code_page != 0 && settings.target_code_page != facts.code_page &&
+      settings.tell)
+    settings.tell({u"A script of the page declares the coding " + to_utf16(html::charset_name(facts.code_page)) +
+                   u", so the translated page keeps it and the chosen one, " +
+                   to_utf16(html::charset_name(settings.target_code_page)) +
+                   u", is left aside. Change the declaration in the page first"});
   sink.begin(facts);
   sink.skeleton(document.window().substr(0, coding.mark_size));
   document.consume(coding.mark_size);
   html::PageExtraction(document, facts.code_page, settings, sink).run(progress);
 }
 
+void HtmlFilter::write_embedded(const Hole& hole, const html::EmbeddedPlace& place, std::string_view translation,
+                                std::string& bytes) {
+  const bool knows_references =
+      place.embedding != html::Embedding::kServer || script::place_from(place.script).has_markup;
+  const auto encode_text = [&](std::string_view text, std::string& result) {
+    if (knows_references) return encode(text, result);
+    target_coding().encode(text, result, [&](std::string_view character, std::string&) {
+      throw failure(FailureNumber::kInvalidCall, place_of(hole) + u": \"" + to_utf16(character) +
+                                                     u"\" is no character of the page's coding");
+    });
+  };
+  html::EmbeddedWriting(hole, place, target_coding(), encode_text).write(translation, bytes);
+}
+
 void HtmlFilter::write_segment(const Hole& hole, std::string_view translation, std::string& bytes) {
+  html::EmbeddedPlace embedded;
+  if (html::read_context(hole.context, embedded)) return write_embedded(hole, embedded, translation, bytes);
   const bool needs_quotes = html::to_place(hole.context).kind == html::PlaceKind::kUnquoted;
   if (needs_quotes) encode("\"", bytes);
   Filter::write_segment(hole, translation, bytes);

@@ -3,6 +3,7 @@
 
 #include "formats/html/entities.h"
 #include "suite/filters/html/html_extraction.h"
+#include "suite/filters/script/script_place.h"
 
 namespace kavo::html {
 namespace {
@@ -138,7 +139,7 @@ void PageExtraction::write_segment(std::size_t first, std::size_t last, std::str
 
 void PageExtraction::write_code(const Item& item) {
   const std::string_view bytes = bytes_of(item);
-  if (item.kind == ItemKind::kContent && item.is_server_code) {
+  if (item.kind == ItemKind::kContent && item.is_server_code && item.value_count == 0) {
     text_.add_server_code(builder_, bytes);
     advance(bytes);
     return;
@@ -193,20 +194,49 @@ bool PageExtraction::has_text(Value& value, std::string_view bytes) const {
   return true;
 }
 
+std::string PageExtraction::element_of_value(std::string_view tag, std::string_view attribute) const {
+  const std::size_t name_end = std::min(tag.find_first_of(" \t\r\n\f/>", 1), tag.size());
+  std::string element = for_xml(text_.decoded(tag.substr(1, name_end - 1)));
+  for (char& c : element) c = script::lower(c);
+  return element + "@" + std::string(attribute);
+}
+
+// A message in a script, or a text of a page, that stands in the tag (or in PHP).
+const Segment& PageExtraction::embedded_segment(const EmbeddedText& text, std::string_view tag) {
+  const script::Unit& unit = text.unit;
+  value_builder_.start(position_.line(), position_.column());
+  value_builder_.author_line(author_lines_.line_of({position_.line(), position_.column()}));
+  value_builder_.context(to_context({text.embedding, text.quote, script::context_of(script::place_of_unit(unit))}));
+  std::string element = text.attribute.empty() ? std::string() : element_of_value(tag, text.attribute);
+  if (!element.empty() && !unit.element.empty()) element += ' ';
+  value_builder_.element(element + unit.element);
+  for (const script::UnitPart& part : unit.parts) {
+    const std::string_view bytes = tag.substr(part.begin, part.end - part.begin);
+    if (!part.is_code) {
+      value_builder_.add_text(part.text, input_.original(bytes));
+      continue;
+    }
+    const CodeKind kind = part.kind == 'o'   ? CodeKind::kOpen
+                          : part.kind == 'c' ? CodeKind::kClose
+                                             : CodeKind::kStandalone;
+    value_builder_.add_code(kind, part.type.empty() ? "x-script" : part.type, text_.shown_value(bytes),
+                            input_.original(bytes), part.is_operand || part.type == "x-placeholder");
+  }
+  if (unit.verdict == script::Verdict::kDoubt) {
+    value_builder_.locked(!embedded_.opens_doubts());
+    value_builder_.note(script::doubt_of(unit));
+  }
+  return value_builder_.finish();
+}
+
 const Segment& PageExtraction::segment_of(const Value& value, std::string_view tag) {
+  if (value.embedded) return embedded_segment(*value.embedded, tag);
   const bool had_words = text_.has_words();  // of the text around it
   text_.has_words(false);
   value_builder_.start(position_.line(), position_.column());
   value_builder_.author_line(author_lines_.line_of({position_.line(), position_.column()}));
   value_builder_.context(to_context({value.place, {}}));
-  if (value.attribute.empty()) {
-    value_builder_.element("svg");
-  } else {
-    const std::size_t name_end = std::min(tag.find_first_of(" \t\r\n\f/>", 1), tag.size());
-    std::string element = for_xml(text_.decoded(tag.substr(1, name_end - 1)));
-    for (char& c : element) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
-    value_builder_.element(element + "@" + std::string(value.attribute));
-  }
+  value_builder_.element(value.attribute.empty() ? "svg" : element_of_value(tag, value.attribute));
   text_.add_value(value_builder_, tag.substr(value.begin, value.end - value.begin), {value.place, {}});
   lock_without_words(value_builder_, value.attribute);
   text_.has_words(had_words);

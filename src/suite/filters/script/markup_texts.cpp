@@ -254,7 +254,36 @@ void trim(ReadText& read, std::string_view text) {
   }
 }
 
+// The name of the attribute whose value goes on at `place`, "" for none.
+std::string_view attribute_at(std::string_view text, std::size_t tag, std::size_t place) {
+  const std::size_t equals = text.substr(0, place).rfind('=');
+  if (equals == std::string_view::npos || equals < tag) return {};
+  std::size_t end = equals;
+  while (end > tag && is_space(text[end - 1])) --end;
+  std::size_t begin = end;
+  while (begin > tag && is_tag_letter(text[begin - 1])) --begin;
+  return text.substr(begin, end - begin);
+}
+
 }  // namespace
+
+std::vector<std::size_t> operands_in_tags(const JoinedText& joined) {
+  std::vector<std::size_t> places;
+  const std::string_view text = joined.text;
+  constexpr std::size_t kNoTag = std::string_view::npos;
+  std::size_t tag = kNoTag;
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    if (text[at] == '<' && at + 1 < text.size() && is_letter(text[at + 1])) {
+      tag = at;
+    } else if (text[at] == '>') {
+      tag = kNoTag;
+    } else if (text[at] == kOperandMark && tag != kNoTag) {
+      const std::string_view name = attribute_at(text, tag, at);
+      if (!holds(kReadAttributes, name) && !equal_name(name, "value")) places.push_back(at);
+    }
+  }
+  return places;
+}
 
 std::vector<ReadText> read_texts(const JoinedText& joined, bool is_page) {
   std::vector<ReadText> texts = Reading(joined, is_page).run();

@@ -32,4 +32,8 @@ struct ReadText {
 // In order. `is_page`: the text goes into a page, so that a tag may begin or end in another literal.
 std::vector<ReadText> read_texts(const JoinedText& joined, bool is_page);
 
+// The marks of operands that stand in a tag, but for those in an attribute that people read, as places in
+// JoinedText::text: "<tr class='" & IIf(a, "odd", "even") & "'>".
+std::vector<std::size_t> operands_in_tags(const JoinedText& joined);
+
 }  // namespace kavo::script

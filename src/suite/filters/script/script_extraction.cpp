@@ -19,12 +19,13 @@ constexpr std::size_t kMostShown = 200;  // bytes
 }  // namespace
 
 ScriptExtraction::ScriptExtraction(std::string_view file, Language server, const TextCoding& coding,
-                                   const ScriptSettings& settings, ExtractionSink& sink)
+                                   const ConversionSettings& settings, ExtractionSink& sink)
     : file_(file),
       coding_(coding),
-      offer_(settings.offer),
+      offer_(settings.scripts.offer),
       sink_(sink),
-      rules_({settings.texts, settings.never}),
+      author_(settings),
+      rules_({settings.scripts.texts, settings.scripts.never}),
       finder_(file, coding, rules_),
       builder_(coding),
       page_language_(server) {}
@@ -44,7 +45,7 @@ void ScriptExtraction::each_block(Action&& action) {
     while (end > begin && ends_line(file_[end - 1])) --end;
     pieces.clear();
     if (end > begin) scripts.add_block(file_, begin, end, pieces);
-    if (!pieces.empty()) action(std::span<const Piece>(pieces));
+    action(begin, end, std::span<const Piece>(pieces));
     marker = next;
   }
 }
@@ -52,17 +53,39 @@ void ScriptExtraction::each_block(Action&& action) {
 void ScriptExtraction::run(ProgressEvent& progress) {
   std::vector<Unit> units;
   if (offer_ != Offer::kNone) {
-    each_block([&](std::span<const Piece> pieces) { finder_.follow(pieces); });
+    each_block([&](std::size_t, std::size_t, std::span<const Piece> pieces) { finder_.follow(pieces); });
     finder_.turn();
     progress.report(50);
-    each_block([&](std::span<const Piece> pieces) {
+    each_block([&](std::size_t begin, std::size_t end, std::span<const Piece> pieces) {
       units.clear();
-      finder_.units(pieces, units);
+      if (!pieces.empty()) finder_.units(pieces, units);
+      enter_block(begin, end);
       emit(units);
     });
   }
   skeleton_up_to(file_.size());
   progress.report(100);
+}
+
+// Blocks come in order. A line begins behind each CR LF, LF or CR.
+void ScriptExtraction::enter_block(std::size_t begin, std::size_t end) {
+  // What lies between the last block and this one, that one's last line included.
+  if (!lines_.empty()) line_ += static_cast<std::int64_t>(lines_.size()) - 1;
+  const auto each_line_end = [&](std::size_t from, std::size_t to, auto&& action) {
+    for (std::size_t at = from; at < to; ++at) {
+      const bool is_pair = file_[at] == '\r' && at + 1 < file_.size() && file_[at + 1] == '\n';
+      if (ends_line(file_[at]) && !is_pair) action(at + 1);
+    }
+  };
+  std::size_t line_begin = lines_.empty() ? 0 : lines_.back();
+  each_line_end(block_end_, begin, [&](std::size_t place) {
+    ++line_;
+    line_begin = place;
+  });
+  lines_.assign(1, line_begin);
+  each_line_end(begin, end, [&](std::size_t place) { lines_.push_back(place); });
+  block_end_ = end;
+  author_line_ = author_.line_of(file_.substr(begin, end - begin));
 }
 
 // Units come in the order of their beginnings, each before those in it. A segment must come behind those in it.
@@ -100,38 +123,23 @@ void ScriptExtraction::skeleton_up_to(std::size_t place) {
 }
 
 const Segment& ScriptExtraction::segment_of(const Unit& unit, const std::vector<Nested>& nested) {
-  if (unit.begin < counted_) {
-    line_ = 1;
-    line_begin_ = counted_ = 0;
-  }
-  for (; counted_ < unit.begin; ++counted_) {
-    const bool is_pair = file_[counted_] == '\r' && counted_ + 1 < file_.size() && file_[counted_ + 1] == '\n';
-    if (!ends_line(file_[counted_]) || is_pair) continue;
-    ++line_;
-    line_begin_ = counted_ + 1;
-  }
-  builder_.start(line_, static_cast<std::int64_t>(unit.begin - line_begin_) + 1);
-  SegmentPlace place{.language = unit.language,
-                     .in_element = unit.in_element,
-                     .has_markup = unit.has_markup,
-                     .is_attribute = !unit.attribute.empty(),
-                     .quote = unit.quote,
-                     .first = unit.first,
-                     .last = unit.last,
-                     .codes = {}};
+  const auto behind = std::ranges::upper_bound(lines_, unit.begin);
+  const std::int64_t line = behind - lines_.begin() - 1;  // of the block
+  builder_.start(line_ + line, static_cast<std::int64_t>(unit.begin - *(behind - 1)) + 1);
+  if (author_line_ != 0) builder_.author_line(author_line_ + line);
+  builder_.element(unit.element);
   for (const UnitPart& part : unit.parts) {
     if (!part.is_code) {
       builder_.add_text(part.text, file_.substr(part.begin, part.end - part.begin));
       continue;
     }
     add_code(part, nested);
-    place.codes.push_back({part.before, part.after, part.is_ordered});
   }
-  builder_.context(context_of(place));
+  builder_.context(context_of(place_of_unit(unit)));
   const bool is_doubtful = unit.verdict == Verdict::kDoubt;
   builder_.locked(is_doubtful && offer_ != Offer::kAll);
   if (unit.language == Language::kUnknown) ++unknown_;
-  if (is_doubtful) builder_.note("Is this read by people? " + std::string(unit.reason));
+  if (is_doubtful) builder_.note(doubt_of(unit));
   return builder_.finish();
 }
 

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "suite/filters/filter.h"
+#include "suite/filters/script/author_blocks.h"
 #include "suite/filters/script/script_units.h"
 
 namespace kavo::script {
@@ -14,8 +15,8 @@ class ScriptExtraction {
  public:
   // `file` is the whole script file without a byte order mark, in the bytes of `coding`; `server` is the language
   // of the page's server blocks until it declares another one. All must outlive the object.
-  ScriptExtraction(std::string_view file, Language server, const TextCoding& coding, const ScriptSettings& settings,
-                   ExtractionSink& sink);
+  ScriptExtraction(std::string_view file, Language server, const TextCoding& coding,
+                   const ConversionSettings& settings, ExtractionSink& sink);
   void run(ProgressEvent& progress);
   // After run(): how many texts are in doubt because nothing is known of their language.
   std::uint32_t unknown() const { return unknown_; }
@@ -29,6 +30,7 @@ class ScriptExtraction {
 
   template <class Action>
   void each_block(Action&& action);
+  void enter_block(std::size_t begin, std::size_t end);
   void emit(const std::vector<Unit>& units);
   void finish_unit();
   const Segment& segment_of(const Unit& unit, const std::vector<Nested>& nested);
@@ -40,6 +42,7 @@ class ScriptExtraction {
   using Offer = ScriptSettings::Offer;
   Offer offer_;
   ExtractionSink& sink_;
+  AuthorBlocks author_;
   DestinationRules rules_;
   ScriptUnits finder_;
   SegmentBuilder builder_;
@@ -52,9 +55,11 @@ class ScriptExtraction {
   };
   std::vector<Open> open_;
   std::size_t written_ = 0;  // bytes of the file that went to the sink
-  std::int64_t line_ = 1;    // of counted_
-  std::size_t line_begin_ = 0;
-  std::size_t counted_ = 0;
+  // Of the block whose units are written.
+  std::vector<std::size_t> lines_;  // where each of its lines begins in the file
+  std::int64_t line_ = 1;           // of the first one
+  std::size_t block_end_ = 0;
+  std::int64_t author_line_ = 0;    // the same in the author's page, 0 when unknown
   std::uint32_t unknown_ = 0;
 };
 

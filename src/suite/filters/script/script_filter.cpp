@@ -49,17 +49,17 @@ void ScriptFilter::extract(BlockReader& document, const ConversionSettings& sett
     facts.code_page = kUtf8CodePage;
     facts.keeps_code_page = true;
   }
-  ScriptSettings scripts = settings.scripts;
+  ConversionSettings choices = settings;
   // Nothing beyond ASCII could be read or written.
-  if (page.is_unsupported) scripts.offer = ScriptSettings::Offer::kNone;
+  if (page.is_unsupported) choices.scripts.offer = ScriptSettings::Offer::kNone;
   sink.begin(facts);
   sink.skeleton(file.substr(0, mark));
   file.remove_prefix(mark);
   const TextCoding coding(facts.code_page);
   const script::Language server = script::language_of_page(extension);
-  script::ScriptExtraction extraction(file, server, coding, scripts, sink);
+  script::ScriptExtraction extraction(file, server, coding, choices, sink);
   extraction.run(progress);
-  if (extraction.unknown() != 0 && scripts.offer != ScriptSettings::Offer::kAll && settings.tell)
+  if (extraction.unknown() != 0 && choices.scripts.offer != ScriptSettings::Offer::kAll && settings.tell)
     settings.tell(
         {u"Texts of scripts in a language that is not known here, which are locked (--scripts all opens them): " +
          to_utf16(std::to_string(extraction.unknown()))});

@@ -277,9 +277,18 @@ std::string with_plain_marks(std::string_view text) {
   return result;
 }
 
+// "en-US"
+bool is_language(std::string_view text) {
+  return text.size() == 5 && text[2] == '-' && is_letter(text[0]) && is_letter(text[1]) && is_large(text[3]) &&
+         is_large(text[4]) && is_small(text[0]) == is_small(text[1]);
+}
+
 Looks look_at_plain(std::string_view text) {
   text = trimmed(text);
   if (std::none_of(text.begin(), text.end(), is_word_letter)) return {Look::kEmpty, {}};
+  if (is_language(text)) return {Look::kMachine, "a language"};
+  for (const std::string_view scheme : {"javascript:", "vbscript:"})
+    if (small(text.substr(0, scheme.size())) == scheme) return {Look::kMachine, "an address"};
   if (is_query(text)) return {Look::kMachine, "a query"};
   if (is_style(text)) return {Look::kMachine, "a style"};
   if (is_format(text)) return {Look::kMachine, "a format"};

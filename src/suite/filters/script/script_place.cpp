@@ -25,6 +25,20 @@ LiteralForm form_of(char c) { return static_cast<LiteralForm>(value_of(c, kMostF
 
 }  // namespace
 
+SegmentPlace place_of_unit(const Unit& unit) {
+  SegmentPlace place{.language = unit.language,
+                     .in_element = unit.in_element,
+                     .has_markup = unit.has_markup,
+                     .is_attribute = !unit.attribute.empty(),
+                     .quote = unit.quote,
+                     .first = unit.first,
+                     .last = unit.last,
+                     .codes = {}};
+  for (const UnitPart& part : unit.parts)
+    if (part.is_code) place.codes.push_back({part.before, part.after, part.is_ordered});
+  return place;
+}
+
 std::string context_of(const SegmentPlace& place) {
   std::string context;
   context += letter(static_cast<int>(place.language));

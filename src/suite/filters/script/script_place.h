@@ -30,6 +30,7 @@ struct SegmentPlace {
   Quoting quoting(LiteralForm form) const { return {language, form, in_element}; }
 };
 
+SegmentPlace place_of_unit(const Unit& unit);
 std::string context_of(const SegmentPlace& place);
 // Throws `failure` 5 for a context that is none.
 SegmentPlace place_from(std::string_view context);

@@ -1,5 +1,8 @@
 #include "suite/filters/script/script_rules.h"
 
+#include <algorithm>
+#include <span>
+
 namespace kavo::script {
 namespace {
 
@@ -11,7 +14,9 @@ constexpr auto kPasses = Effect::kPasses;
 
 constexpr DestinationRow kRows[] = {
     // Shown.
-    {kArgument, "write writeln print println printf vprintf echo <%=", kAny, kUse, Use::kPage, "output of the page"},
+    {kArgument, "write writeln print println echo <%=", kAny, kUse, Use::kPage, "output of the page"},
+    {kArgument, "printf vprintf", 0, kUse, Use::kPage, "output of the page"},
+    {kArgument, "printf vprintf", kAny, kUse, Use::kFilled, "filled into the page"},
     {kArgument, "die exit trigger_error wp_die", 0, kUse, Use::kPage, "output of the page"},
     {kArgument, "insertadjacenthtml", 1, kUse, Use::kPage, "output of the page"},
     {kArgument, "html", 0, kUse, Use::kPage, "content of an element"},
@@ -44,7 +49,7 @@ constexpr DestinationRow kRows[] = {
      "stripslashes addslashes utf8_encode utf8_decode concat wordwrap str_pad left mid",
      0, kPasses, Use::kNone, "text that is changed"},
     {kArgument, "sprintf vsprintf format", 0, kPasses, Use::kNone, "text that is filled in"},
-    {kArgument, "sprintf vsprintf format", kAny, kPasses, Use::kNone, "text that is filled in"},
+    {kArgument, "sprintf vsprintf format", kAny, kUse, Use::kFilled, "filled into a text"},
     {kReceiver,
      "replace replaceall concat touppercase tolowercase trim tostring fontcolor fontsize bold italics link "
      "format formatted",
@@ -139,11 +144,39 @@ constexpr std::string_view kUnlikelyWords[] = {
     "ext",      "extension", "host",  "domain", "server",  "user",     "password", "pwd",        "mode",   "event",
     "selector", "icon",      "img",   "image",  "keywords"};
 
+// Words of a function's name that nobody has given a row.
+constexpr std::string_view kLogWords[] = {"log", "logger", "debug", "trace"};
+constexpr DestinationRow kLog = {kArgument, "", kAny, kUse, Use::kInternal, "a log for developers"};
+
 std::string small(std::string_view text) {
   std::string result(text);
   for (char& c : result) c = lower(c);
   while (result.size() > 1 && (result.front() == '$' || result.front() == '\\')) result.erase(0, 1);
   return result;
+}
+
+// Hands out each word of "strErrorMessage", "error_message", in small letters.
+template <class Action>
+void each_word(std::string_view name, Action&& action) {
+  std::string word;
+  for (std::size_t i = 0; i < name.size(); ++i) {
+    const char c = name[i];
+    const bool is_large = c >= 'A' && c <= 'Z';
+    const bool after_small = i > 0 && name[i - 1] >= 'a' && name[i - 1] <= 'z';
+    const bool before_small = i + 1 < name.size() && name[i + 1] >= 'a' && name[i + 1] <= 'z';
+    if (!is_letter(c) || (is_large && (after_small || before_small))) {
+      action(word);
+      word.clear();
+    }
+    if (is_letter(c)) word += lower(c);
+  }
+  action(word);
+}
+
+bool has_word(std::string_view name, std::span<const std::string_view> words) {
+  bool has = false;
+  each_word(name, [&](std::string_view word) { has = has || std::ranges::find(words, word) != words.end(); });
+  return has;
 }
 
 }  // namespace
@@ -174,8 +207,10 @@ const DestinationRow* DestinationRules::find(const Place& place, Language langua
   const PlaceKind kind = place.kind == PlaceKind::kEntry ? kAssigned : place.kind;
   if (kind != kArgument && kind != kAssigned && kind != kReceiver) return nullptr;
   const std::string_view last = !place.key.empty() ? unquoted(place.key) : unquoted(place.last);
+  // Not the page's output, but the server's.
+  if (kind == kArgument && (place.name.starts_with("System.out.") || place.name.starts_with("System.err."))) return &kLog;
   const auto found = rows_.find(small(last));
-  if (found == rows_.end()) return nullptr;
+  if (found == rows_.end()) return kind == kArgument && has_word(last, kLogWords) ? &kLog : nullptr;
   // A variable of that name is another thing than the member of an object.
   const bool is_variable = place.kind == kAssigned && !place.is_member && place.key.empty();
   // But for those that every page of a browser has.
@@ -195,26 +230,10 @@ const DestinationRow* DestinationRules::find(const Place& place, Language langua
 }
 
 Use use_by_name(std::string_view name) {
-  // Words of "strErrorMessage", "error_message".
-  std::string word;
-  Use use = Use::kNone;
-  const auto take = [&] {
-    for (const std::string_view likely : kLikelyWords)
-      if (word == likely) use = use | Use::kLikely;
-    for (const std::string_view unlikely : kUnlikelyWords)
-      if (word == unlikely) use = use | Use::kUnlikely;
-    word.clear();
-  };
   name = unquoted(name);
-  for (std::size_t i = 0; i < name.size(); ++i) {
-    const char c = name[i];
-    const bool is_large = c >= 'A' && c <= 'Z';
-    const bool after_small = i > 0 && name[i - 1] >= 'a' && name[i - 1] <= 'z';
-    const bool before_small = i + 1 < name.size() && name[i + 1] >= 'a' && name[i + 1] <= 'z';
-    if (!is_letter(c) || (is_large && (after_small || before_small))) take();
-    if (is_letter(c)) word += lower(c);
-  }
-  take();
+  Use use = Use::kNone;
+  if (has_word(name, kLikelyWords)) use = use | Use::kLikely;
+  if (has_word(name, kUnlikelyWords)) use = use | Use::kUnlikely;
   return use;
 }
 
@@ -238,6 +257,7 @@ Decision decide(Use use, const Looks& looks, bool in_markup) {
       if (is_shown) return {Verdict::kText, "shown"};
       if (is_internal || (has(use, Use::kUnlikely) && !in_markup)) return {Verdict::kNone, "read by programs"};
       if (in_markup) return {Verdict::kText, "stands between tags"};
+      if (has(use, Use::kFilled)) return {Verdict::kDoubt, "one word that is filled in, maybe into a tag"};
       if (has(use, Use::kLikely) && looks.look == Look::kWord)
         return {Verdict::kText, "its name says that people read it"};
       if (looks.look == Look::kSmall) return {Verdict::kNone, "one word, and nothing tells that it is shown"};

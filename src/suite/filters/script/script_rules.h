@@ -22,6 +22,7 @@ enum class Use : std::uint8_t {
   kInternal = 4,   // read by programs
   kLikely = 8,     // its name says that people read it
   kUnlikely = 16,  // its name says that they do not
+  kFilled = 32,    // fills a place in a text or in a tag
 };
 constexpr Use operator|(Use a, Use b) { return static_cast<Use>(static_cast<int>(a) | static_cast<int>(b)); }
 constexpr Use operator&(Use a, Use b) { return static_cast<Use>(static_cast<int>(a) & static_cast<int>(b)); }

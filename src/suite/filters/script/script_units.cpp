@@ -38,6 +38,8 @@ struct ScriptUnits::Program {
   ExpressionScanner scanner;
 };
 
+std::string doubt_of(const Unit& unit) { return "Is this read by people? " + std::string(unit.reason); }
+
 ScriptUnits::ScriptUnits(std::string_view text, const TextCoding& coding, const DestinationRules& rules)
     : text_(text), coding_(coding), flow_(rules) {}
 
@@ -64,6 +66,21 @@ void ScriptUnits::units(std::span<const Piece> pieces, std::vector<Unit>& units)
   for (const auto& program : servers_) program->scanner.end_statement();
   std::sort(units.begin() + static_cast<std::ptrdiff_t>(first), units.end(),
             [](const Unit& a, const Unit& b) { return a.begin != b.begin ? a.begin < b.begin : a.end > b.end; });
+  leave_out_of_tags(units, first);
+}
+
+// What an operand writes into a tag is read by programs, unless it brings markup of its own.
+void ScriptUnits::leave_out_of_tags(std::vector<Unit>& units, std::size_t first) {
+  std::ranges::sort(in_tags_, {}, &Range::begin);
+  std::size_t next = 0;
+  std::size_t end = 0;  // of the operands that begin before the unit
+  const auto is_in_tag = [&](const Unit& unit) {
+    for (; next < in_tags_.size() && in_tags_[next].begin <= unit.begin; ++next) end = std::max(end, in_tags_[next].end);
+    return unit.end <= end && !unit.has_markup;
+  };
+  const auto from = units.begin() + static_cast<std::ptrdiff_t>(first);
+  units.erase(std::remove_if(from, units.end(), is_in_tag), units.end());
+  in_tags_.clear();
 }
 
 ScriptUnits::Program& ScriptUnits::program_of(const Piece& piece) {
@@ -120,6 +137,19 @@ void ScriptUnits::plain_literals(const Piece& piece, Lexer& lexer) {
   }
 }
 
+void ScriptUnits::markup(std::span<const Item> items, std::vector<Unit>& units) {
+  if (items.empty() || items.size() > kMostItems || items.back().end - items.front().begin > kLongestJoin) return;
+  units_ = &units;
+  in_element_ = false;
+  const Join join{.items = items, .places = {}, .has_literal = true, .can_move = true};
+  const JoinedText joined = joined_text(items, text_, Language::kUnknown, coding_);
+  for (ReadText& read : read_texts(joined, true)) {
+    read.has_markup = true;
+    if (look_at(shown_text(joined, read)).look != Look::kEmpty)
+      add_unit(Language::kUnknown, join, joined, read, {Verdict::kText, ""});
+  }
+}
+
 // As people see it: with a mark for operands, without tags, references as the characters that they mean.
 std::string ScriptUnits::shown_text(const JoinedText& joined, const ReadText& read) {
   std::string text;
@@ -153,6 +183,7 @@ void ScriptUnits::join(Language language, const Join& join) {
   if (!joined.is_whole || std::none_of(joined.text.begin(), joined.text.end(), is_name_start)) return;
   const ScriptFlow::Destination destination = flow_.destination(language, join);
   const bool is_page = has(destination.use, Use::kPage);
+  for (const std::size_t place : operands_in_tags(joined)) in_tags_.push_back({joined.begin[place], joined.end[place]});
   for (ReadText& read : read_texts(joined, is_page)) {
     read.has_markup = read.has_markup || (is_page && joined.text.find('&') != std::string::npos);
     Decision decision = decide(destination.use, look_at(shown_text(joined, read)), read.in_markup);
@@ -164,6 +195,21 @@ void ScriptUnits::join(Language language, const Join& join) {
 }
 
 namespace {
+
+// What takes a text, as its author wrote it.
+std::string taker_of(std::span<const Place> places, std::string_view attribute) {
+  constexpr std::size_t kLongest = 60;  // bytes
+  std::string taker;
+  for (const Place& place : places) {
+    if (place.name.empty() || place.name.size() > kLongest || place.kind == PlaceKind::kGroup) continue;
+    taker = place.name;
+    if (place.kind == PlaceKind::kArgument && is_name_start(taker.back())) taker += "()";
+    break;
+  }
+  if (!std::all_of(taker.begin(), taker.end(), [](char c) { return c >= ' ' && c < 0x7F; })) taker.clear();
+  if (!attribute.empty()) taker += "@" + std::string(attribute);
+  return taker;
+}
 
 // The literal of a join that a byte stands in.
 const Item& literal_at(std::span<const Item> items, std::size_t place) {
@@ -258,6 +304,7 @@ void ScriptUnits::add_unit(Language language, const Join& join, const JoinedText
   unit.can_move = join.can_move;
   unit.attribute = read.attribute;
   unit.quote = read.quote;
+  unit.element = taker_of(join.places, read.attribute);
   std::size_t place = read.begin;
   for (const TextCode& code : read.codes) {
     if (code.begin > place) add_run(unit, join, joined, place, code.begin);

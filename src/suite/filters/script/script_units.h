@@ -41,8 +41,12 @@ struct Unit {
   bool has_markup = false;
   bool can_move = false;  // its operands may change places
   std::string_view attribute;
-  char quote = 0;  // of an attribute's value; 0 for one without
+  char quote = 0;       // of an attribute's value; 0 for one without
+  std::string element;  // what takes it ("alert()", "document.title"), "" when nothing does
 };
+
+// What a translator is asked about a text in doubt.
+std::string doubt_of(const Unit& unit);
 
 class ScriptUnits {
  public:
@@ -56,6 +60,10 @@ class ScriptUnits {
   void turn();
   void units(std::span<const Piece> pieces, std::vector<Unit>& units);
 
+  // The texts of markup that stands in no literal, each of them one that people read. `items`: its runs as literals,
+  // and what scripts write into it.
+  void markup(std::span<const Item> items, std::vector<Unit>& units);
+
  private:
   class Sink;
   struct Program;
@@ -64,6 +72,7 @@ class ScriptUnits {
   Program& program_of(const Piece& piece);
   void plain_literals(const Piece& piece, Lexer& lexer);
   void join(Language language, const Join& join);
+  void leave_out_of_tags(std::vector<Unit>& units, std::size_t first);
   static std::string shown_text(const JoinedText& joined, const ReadText& read);
   void add_run(Unit& unit, const Join& join, const JoinedText& joined, std::size_t begin, std::size_t end);
   void add_code(Unit& unit, const Join& join, const JoinedText& joined, const TextCode& code);
@@ -79,6 +88,11 @@ class ScriptUnits {
   bool is_second_ = false;
   bool in_element_ = false;
   std::vector<Unit>* units_ = nullptr;
+  struct Range {
+    std::size_t begin = 0;
+    std::size_t end = 0;
+  };
+  std::vector<Range> in_tags_;  // operands of the block's joins
 };
 
 }  // namespace kavo::script

@@ -152,6 +152,9 @@ void ScriptWriting::code(const Part& part, const Part* next, std::string& bytes)
   }
   bool is_whole = true;
   add_tokens(place.before, code, place.after, expected_, is_whole);
+  if (code == bytes_of(*part.code))
+    written_codes_.push_back(
+        {static_cast<std::size_t>(part.code - hole_.codes.data()), bytes.size(), bytes.size() + code.size()});
   bytes += code;
   form_ = place.after;
 }

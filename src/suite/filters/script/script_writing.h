@@ -19,6 +19,14 @@ class ScriptWriting {
   // a character can be written in no way, and when the result would not be read as it is meant.
   void write(std::string_view translation, std::string& bytes);
 
+  // A code that write() put out as it was; places in what it appended.
+  struct WrittenCode {
+    std::size_t number = 0;  // in Hole::codes
+    std::size_t begin = 0;
+    std::size_t end = 0;
+  };
+  const std::vector<WrittenCode>& codes() const { return written_codes_; }
+
  private:
   struct Part {
     std::string_view text;  // of a run
@@ -41,6 +49,7 @@ class ScriptWriting {
   SegmentPlace place_;
   LiteralForm form_ = LiteralForm::kDouble;  // of the literal being written
   std::string expected_;                     // the tokens outside of literals
+  std::vector<WrittenCode> written_codes_;
 };
 
 }  // namespace kavo::script
