@@ -91,6 +91,12 @@ for part in "${parts[@]}"; do
       result=$?
       [ "$result" = 77 ] && result=0
       note $result "scripts after a translation"
+      step "texts of scripts that were labelled by hand"
+      python3 tests/cli/check_labels.py build/native/src/cli/kavo ../shared/corpus \
+        "${XDG_CACHE_HOME:-$HOME/.cache}/kavo-pages"
+      result=$?
+      [ "$result" = 77 ] && result=0
+      note $result "texts of scripts"
       ;;
     fuzz)
       step "fuzz targets"

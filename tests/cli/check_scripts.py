@@ -5,8 +5,8 @@
 
 Prepares every page below the folders, translates it in two ways (kavo pseudo; texts full of what may not stand in a
 script) and rebuilds it. Each script of the page that its own parser takes must be taken in the rebuilt page, too: client
-scripts by Node, PHP pages by `php -l`, scriptlets of JSP by java-parser. A parser that is not there is named and left
-out. Exit code 77 where there is no page or no parser at all.
+scripts by Node, PHP pages by `php -l`, scriptlets of JSP by java-parser, VBScript by Wine's script host. A parser that
+is not there is named and left out. Exit code 77 where there is no page or no parser at all.
 """
 import html
 import json
@@ -25,6 +25,8 @@ PLAIN = "\"a\" 'b' \\ %> ?> </script> $c ${e} `f`"
 BLOCK = re.compile(r"<%.*?%>|<\?(?:php\b|=|\s).*?(?:\?>|\Z)", re.S | re.I)
 ELEMENT = re.compile(r"<script\b([^>]*)>(.*?)</script\s*>", re.S | re.I)
 JAVA_PARSER = pathlib.Path(os.environ.get("XDG_CACHE_HOME", pathlib.Path.home() / ".cache")) / "kavo-npm"
+
+WINE_RUN = pathlib.Path(__file__).resolve().parents[2] / "scripts" / "wine-run.sh"
 
 NODE_PROGRAM = """
 const vm = require('vm');
@@ -75,6 +77,30 @@ def java_unit(page):
     return "class Page {\n" + "\n".join(members) + "\nvoid run() {\n" + "\n".join(statements) + "\n}\n}\n"
 
 
+def basic_scripts(page, is_asp):
+    """The server's blocks as one script, and each element's."""
+    page = re.sub(r"<%--.*?--%>", "", page, flags=re.S)
+    declared = re.search(r"<%@[^%]*language\s*=\s*[\"']?(\w+)", page, re.I)
+    if is_asp and (declared is None or declared[1].lower() == "vbscript"):
+        blocks = re.findall(r"<%(?!@)(.*?)%>", re.sub(r"<script\b.*?</script\s*>", "", page, flags=re.S | re.I), re.S)
+        if blocks:
+            yield "\n".join("Response.Write " + block[1:] if block.startswith("=") else block for block in blocks)
+    for attributes, content in ELEMENT.findall(page):
+        if re.search(r"(?:type|language)\s*=\s*[\"']?(?:text/)?vbs", attributes, re.I):
+            yield BLOCK.sub("0", content).replace("<!--", "'", 1).replace("-->", "'-->")
+
+
+def basic_parses(text, work):
+    """The host says nothing of a syntax error, but runs nothing of such a script either."""
+    path = pathlib.Path(work) / "judged.vbs"
+    text = re.sub(r"(?im)^\s*option\s+explicit\s*$", "", text)
+    path.write_bytes(('WScript.Echo "parsed"\nWScript.Quit\n' + text + "\n").replace("\r\n", "\n").replace("\n", "\r\n")
+                     .encode("cp1252", "replace"))
+    ran = subprocess.run([str(WINE_RUN), "cscript.exe", "//nologo", "Z:" + str(path).replace("/", "\\")],
+                         capture_output=True, timeout=120)
+    return b"parsed" in ran.stdout
+
+
 def judged(program, arguments, texts):
     if not texts:
         return []
@@ -91,7 +117,8 @@ class Check:
         self.kavo = kavo
         self.has_php = shutil.which("php") is not None
         self.has_java = (JAVA_PARSER / "node_modules" / "java-parser").is_dir()
-        self.counts = {"javascript": [0, 0], "php": [0, 0], "java": [0, 0]}
+        self.has_basic = shutil.which("wine") is not None
+        self.counts = {"javascript": [0, 0], "php": [0, 0], "java": [0, 0], "vbscript": [0, 0]}
         self.failures = []
         self.refused = 0
         self.rebuilt = 0
@@ -108,6 +135,9 @@ class Check:
             program = JAVA_PARSER / "judge.mjs"
             program.write_text(JAVA_PROGRAM)
             found += [("java", ok) for ok in judged(["node"], [str(program)], [java_unit(page)])]
+        if self.has_basic:
+            found += [("vbscript", basic_parses(text, self.work))
+                      for text in basic_scripts(page, path.suffix.lower() == ".asp")]
         return found
 
     def translate(self, tud, way):
@@ -185,7 +215,8 @@ class Check:
         with tempfile.TemporaryDirectory() as self.work:
             for page in pages:
                 self.page(page)
-        for name, there in (("php", self.has_php), ("java-parser", self.has_java)):
+        for name, there in (("php", self.has_php), ("java-parser", self.has_java),
+                            ("wine", self.has_basic)):
             if not there:
                 print(f"left out: {name} is not there (scripts/setup.sh --full installs it)")
         for language, (before, after) in self.counts.items():
