@@ -6,6 +6,7 @@
 #include <fstream>
 #include <random>
 
+#include "common/block_reader.h"
 #include "platform/unicode.h"
 #include "suite/components/tud_document.h"
 #include "suite/document/pseudo_translation.h"
@@ -56,6 +57,48 @@ TEST_F(ScriptFilterTest, TextsOfAFile) {
   const std::string xml = get(u"a_asp_scr_FR.tud");
   EXPECT_NE(xml.find("Is this read by people? one word"), std::string::npos) << xml;
   EXPECT_NE(xml.find("extradata=\"3:20\""), std::string::npos) << xml;
+}
+
+TEST_F(ScriptFilterTest, WhatABlockWritesIntoATagIsNoText) {
+  put(u"a_asp.scr",
+      "\r\n<!-- ASP2HTML 1 Q -->\r\n<%= IIf(a, \"odd\", \"even\") %>\r\n<!-- ASP2HTML 2 -->\r\n<%= IIf(a, \"first\", "
+      "\"last\") %>\r\n<!-- ASP2HTML 3 -->\r\n<%= IIf(a, \"many\", \"few\") %>\r\n<!-- ASP2HTML 4 -->\r\n"
+      "<% If a Then Response.Write \"none\" %>\r\n");
+  put(u"a_asp.htm",
+      "<tr class=\"<!-- ASP2HTML 1 Q -->\"><td title='<!-- ASP2HTML 2 -->'><!-- ASP2HTML 3 --><a <!-- ASP2HTML 4 -->>");
+  const Road alone;
+  EXPECT_EQ(sources(convert(u"a_asp.scr", alone)).size(), 7u);
+  const Road beside{.options = {{"companion", "C:\\work\\a_asp.htm"}}};
+  for (const std::size_t size : {1, 7, 4096}) {
+    const BlockSizeScope scope(size);
+    EXPECT_EQ(sources(convert(u"a_asp.scr", beside)),
+              (std::vector<std::u16string>{u"first", u"last", u"many", u"few", u"none"}))
+        << size;
+  }
+}
+
+TEST_F(ScriptFilterTest, UnitsHaveTheirPlaceInTheAuthorsPage) {
+  put(u"a.asp", "one\r\n<%= a %>\r\rtwo\n<% b\n\n  MsgBox \"Well done\"\n%>\n<%= a %><% MsgBox \"Again, friend\" %>");
+  put(u"a_asp.scr",
+      "\r\n<!-- ASP2HTML 1 -->\r\n<%= a %>\r\n<!-- ASP2HTML 2 -->\r\n<% b\n\n  MsgBox \"Well done\"\n%>\r\n"
+      "<!-- ASP2HTML 3 -->\r\n<%= a %>\r\n<!-- ASP2HTML 4 -->\r\n<% MsgBox \"Again, friend\" %>\r\n");
+  ConversionRequest request;
+  request.document = in_folder(u"a_asp.scr");
+  request.author_document = in_folder(u"a.asp");
+  request.tud = tud_name_of(request.document, u"FR");
+  request.source_language = u"EN-US";
+  request.target_language = u"FR";
+  request.filter = u"K19TXT";
+  for (const std::size_t size : {1, 3, 4096}) {
+    const BlockSizeScope scope(size);
+    ProgressEvent progress;
+    convert_document(request, progress);
+    const std::string xml = files.get(request.tud);
+    EXPECT_NE(xml.find("\"linenumber\">7<"), std::string::npos) << xml;
+    EXPECT_NE(xml.find("\"linenumber\">9<"), std::string::npos) << xml;
+    EXPECT_NE(xml.find("\"element\">MsgBox()<"), std::string::npos) << xml;
+    EXPECT_NE(xml.find("extradata=\"7:11\""), std::string::npos) << xml;
+  }
 }
 
 TEST_F(ScriptFilterTest, TranslationsAreWrittenInTheirLanguage) {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "formats/html/script_marker.h"
+#include "formats/html/marker_reader.h"
 #include "formats/script/page_scripts.h"
 #include "suite/filters/script/script_place.h"
 
@@ -25,6 +25,7 @@ ScriptExtraction::ScriptExtraction(std::string_view file, Language server, const
       offer_(settings.scripts.offer),
       sink_(sink),
       author_(settings),
+      tags_(settings, coding),
       rules_({settings.scripts.texts, settings.scripts.never}),
       finder_(file, coding, rules_),
       builder_(coding),
@@ -45,7 +46,7 @@ void ScriptExtraction::each_block(Action&& action) {
     while (end > begin && ends_line(file_[end - 1])) --end;
     pieces.clear();
     if (end > begin) scripts.add_block(file_, begin, end, pieces);
-    action(begin, end, std::span<const Piece>(pieces));
+    action(Block{html::placeholder_number(file_.substr(marker)), begin, end, pieces});
     marker = next;
   }
 }
@@ -53,13 +54,16 @@ void ScriptExtraction::each_block(Action&& action) {
 void ScriptExtraction::run(ProgressEvent& progress) {
   std::vector<Unit> units;
   if (offer_ != Offer::kNone) {
-    each_block([&](std::size_t, std::size_t, std::span<const Piece> pieces) { finder_.follow(pieces); });
+    each_block([&](const Block& block) { finder_.follow(block.pieces); });
     finder_.turn();
     progress.report(50);
-    each_block([&](std::size_t begin, std::size_t end, std::span<const Piece> pieces) {
+    each_block([&](const Block& block) {
       units.clear();
-      if (!pieces.empty()) finder_.units(pieces, units);
-      enter_block(begin, end);
+      if (!block.pieces.empty()) finder_.units(block.pieces, units);
+      const bool is_value = !block.pieces.empty() && block.pieces.front().kind == PieceKind::kValue;
+      if (is_value && !units.empty() && tags_.holds(block.number))
+        std::erase_if(units, [](const Unit& unit) { return !unit.has_markup; });
+      enter_block(block.begin, block.end);
       emit(units);
     });
   }

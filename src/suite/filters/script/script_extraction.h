@@ -8,6 +8,7 @@
 #include "suite/filters/filter.h"
 #include "suite/filters/script/author_blocks.h"
 #include "suite/filters/script/script_units.h"
+#include "suite/filters/script/tag_placeholders.h"
 
 namespace kavo::script {
 
@@ -28,6 +29,13 @@ class ScriptExtraction {
     std::uint32_t number = 0;
   };
 
+  // Places in the file.
+  struct Block {
+    std::uint64_t number = 0;  // of its placeholder
+    std::size_t begin = 0;
+    std::size_t end = 0;
+    std::span<const Piece> pieces;
+  };
   template <class Action>
   void each_block(Action&& action);
   void enter_block(std::size_t begin, std::size_t end);
@@ -43,6 +51,7 @@ class ScriptExtraction {
   Offer offer_;
   ExtractionSink& sink_;
   AuthorBlocks author_;
+  TagPlaceholders tags_;
   DestinationRules rules_;
   ScriptUnits finder_;
   SegmentBuilder builder_;
