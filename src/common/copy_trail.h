@@ -55,8 +55,8 @@ class CopyTrail {
   static constexpr std::size_t kRunsOfAnchor = 64;
   // Where the runs from a certain one on are read.
   struct Anchor {
-    Run before;           // the run before it
-    std::size_t at = 0;   // in coded_
+    Run before;          // the run before it
+    std::size_t at = 0;  // in coded_
     std::uint64_t output = 0;
   };
   void code_last();

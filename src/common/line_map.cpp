@@ -88,8 +88,7 @@ LineMap::LineMap(const std::u16string& made, const CopyTrail& trail, const std::
   LineWalk lines(made);
   LineWalk source_lines(source);
   CopyTrail::Reader reader(trail);
-  for (CopyTrail::Run run; reader.next(run);)
-    add({lines.place_of(run.output), source_lines.place_of(run.input).line});
+  for (CopyTrail::Run run; reader.next(run);) add({lines.place_of(run.output), source_lines.place_of(run.input).line});
 }
 
 // What the last entry says already takes no room.

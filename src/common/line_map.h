@@ -17,8 +17,8 @@ class LineMap {
   LineMap() = default;
   // Reads what text() wrote. Skips anything else.
   explicit LineMap(std::string_view text);
-  // Maps the lines of the file `made`; `trail` says which bytes of `source` its own are, in order. Throws `failure` when
-  // a file cannot be read.
+  // Maps the lines of the file `made`; `trail` says which bytes of `source` its own are, in order. Throws `failure`
+  // when a file cannot be read.
   LineMap(const std::u16string& made, const CopyTrail& trail, const std::u16string& source);
 
   // The author's line at a place; 0 before the first entry.

@@ -42,7 +42,8 @@ TEST(BranchRepair, WritesNoEndTagIntoAnotherBranch) {
     std::size_t left;
     script::Language language = script::Language::kVbScript;
   } cases[] = {
-      {"same branch", "<div><% If a Then %><b>x</div><% End If %>", "<div><% If a Then %><b>x</B></div><% End If %>", 0},
+      {"same branch", "<div><% If a Then %><b>x</div><% End If %>", "<div><% If a Then %><b>x</B></div><% End If %>",
+       0},
       {"ends in the condition", "<div><b>x<% If a Then %></div><% End If %>",
        "<div><b>x<% If a Then %></div><% End If %>", 1},
       {"began in the other branch", "<div><% If a Then %><i>x<% Else %><b>y</div><% End If %>",
@@ -76,8 +77,7 @@ TEST(BranchRepair, IsTheSameHoweverThePageIsCut) {
 }
 
 TEST(BranchRepair, AnyRepairWithoutTheScripts) {
-  const Repaired result =
-      repaired("<div><b>x<% If a Then %></div><% End If %>", script::Language::kVbScript, false);
+  const Repaired result = repaired("<div><b>x<% If a Then %></div><% End If %>", script::Language::kVbScript, false);
   EXPECT_TRUE(result.page.starts_with("<div><b>x<% If a Then %></B></div>")) << result.page;
 }
 

@@ -24,22 +24,27 @@ TEST_F(EmbeddedTexts, AreOffered) {
       {"no quotes around it", R"x(<a onclick=alert('Well&#32;done')>)x", {u"Well done"}},
       {"joined", R"x(<a onclick="alert('Hello ' + name + ', welcome')">)x", {u"Hello <1/>, welcome"}},
       {"server code in it", R"x(<a onclick="alert('Hello <!-- ASP2HTML 1 -->, welcome')">)x", {u"Hello <1/>, welcome"}},
-      {"in a paragraph", R"x(<p>See <a onclick="alert('Well done')">this</a> now</p>)x",
+      {"in a paragraph",
+       R"x(<p>See <a onclick="alert('Well done')">this</a> now</p>)x",
        {u"Well done", u"See <1>this</1> now"}},
-      {"several", R"x(<a onclick="alert('First text'); alert('Second text')" title="Third">)x",
+      {"several",
+       R"x(<a onclick="alert('First text'); alert('Second text')" title="Third">)x",
        {u"First text", u"Second text", u"Third"}},
-      {"basic", R"x(<a language="VBScript" onclick="MsgBox &quot;Say &quot;&quot;yes&quot;&quot;&quot;">)x",
+      {"basic",
+       R"x(<a language="VBScript" onclick="MsgBox &quot;Say &quot;&quot;yes&quot;&quot;&quot;">)x",
        {u"Say \"yes\""}},
       {"address", R"x(<a href="javascript:alert('Well done')">)x", {u"Well done"}},
       {"escaped address", R"x(<a href="javascript:alert('Well%20done')">)x", {}},
       {"another address", R"x(<a href="/say.asp?a='Well done'">)x", {}},
       {"names only", R"x(<a onclick="go('index.asp', 'main'); x['key'] = 'value_a'">)x", {}},
       {"left alone", R"x(<a translate="no" onclick="alert('Well done')"></a>)x", {}},
-      {"page", R"x(<iframe srcdoc="<p>Dear &quot;friend&quot; &amp;amp; co</p><p>Bye <b>now</b>">)x",
+      {"page",
+       R"x(<iframe srcdoc="<p>Dear &quot;friend&quot; &amp;amp; co</p><p>Bye <b>now</b>">)x",
        {u"Dear \"friend\" & co", u"Bye <1>now</1>"}},
       {"words of a page", R"x(<iframe srcdoc="<img alt='a cat'>">)x", {u"a cat"}},
       {"value of PHP", R"x(<p><?= "Hello $name, welcome" ?></p>)x", {u"Hello <1/>, welcome"}},
-      {"value in a text", R"x(<p>You are <?= $in ? 'logged in now' : 'logged out now' ?>, friend</p>)x",
+      {"value in a text",
+       R"x(<p>You are <?= $in ? 'logged in now' : 'logged out now' ?>, friend</p>)x",
        {u"logged in now", u"logged out now", u"You are <1/>, friend"}},
       {"condition", R"x(<? if ($a) { echo 'Well done, friend'; ?>x<? } ?>)x", {u"Well done, friend", u"x"}},
   };
@@ -80,8 +85,7 @@ TEST_F(EmbeddedTexts, AreEscapedForTheScriptThenForTheTag) {
 
 TEST_F(EmbeddedTexts, ValuesMoveAndStay) {
   const std::string page = translated_page(
-      R"x(<a onclick="alert('Hello ' + name + ', from <!-- ASP2HTML 1 --> now')">)x",
-      [](const std::u16string& text) {
+      R"x(<a onclick="alert('Hello ' + name + ', from <!-- ASP2HTML 1 --> now')">)x", [](const std::u16string& text) {
         EXPECT_EQ(text, u"Hello <1/>, from <2/> now");
         return std::u16string(u"De <2/> à <1/>");
       });
@@ -108,8 +112,7 @@ TEST_F(EmbeddedTexts, CharactersThatTheCodingLacks) {
   Road road = html_road();
   road.source_code_page = 1252;
   const auto translate = [](const std::u16string&) { return std::u16string(u"Ж"); };
-  EXPECT_EQ(translated_page("<a onclick=\"alert('Well done')\">", translate, road),
-            "<a onclick=\"alert('&#1046;')\">");
+  EXPECT_EQ(translated_page("<a onclick=\"alert('Well done')\">", translate, road), "<a onclick=\"alert('&#1046;')\">");
   EXPECT_THROW(translated_page("<p><?= strtolower('Well done, friend') ?>", translate, road), failure);
 }
 

@@ -139,8 +139,7 @@ void append_embedded(std::string_view script, const EmbeddedPlace& place, std::s
 }
 
 // Reads a value that is one piece of script but for what the server writes into it.
-std::vector<script::Unit> EmbeddedTexts::units_of_script(const EmbeddedValue& value,
-                                                         const script::Piece& all) const {
+std::vector<script::Unit> EmbeddedTexts::units_of_script(const EmbeddedValue& value, const script::Piece& all) const {
   std::vector<script::Piece> pieces;
   script::Piece piece = all;
   for (const auto& code : value.server_code) {

@@ -66,9 +66,7 @@ class EmbeddedTexts {
  public:
   // `coding`, that of the page's bytes, must outlive the object.
   EmbeddedTexts(const ConversionSettings& settings, const TextCoding& coding)
-      : coding_(coding),
-        offer_(settings.scripts.offer),
-        rules_({settings.scripts.texts, settings.scripts.never}) {}
+      : coding_(coding), offer_(settings.scripts.offer), rules_({settings.scripts.texts, settings.scripts.never}) {}
 
   // The texts in the value of an attribute, none for most.
   std::vector<EmbeddedText> of_attribute(std::string_view tag, const AttributeSpan& attribute, bool is_basic) const;

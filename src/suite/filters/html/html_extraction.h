@@ -70,8 +70,8 @@ class PageExtraction {
     std::size_t begin = 0;  // in the tag's bytes
     std::size_t end = 0;
     PlaceKind place = PlaceKind::kDouble;
-    unsigned computed = 0;       // its kind, 0 for a text
-    std::string_view attribute;  // of a text: the attribute's name, "" in a drawing
+    unsigned computed = 0;                              // its kind, 0 for a text
+    std::string_view attribute;                         // of a text: the attribute's name, "" in a drawing
     std::shared_ptr<const EmbeddedText> embedded = {};  // of a text in a script or a page of its own
   };
   // Content that is left alone up to the end tag of its element.

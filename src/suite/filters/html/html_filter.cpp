@@ -65,8 +65,8 @@ void HtmlFilter::write_embedded(const Hole& hole, const html::EmbeddedPlace& pla
   const auto encode_text = [&](std::string_view text, std::string& result) {
     if (knows_references) return encode(text, result);
     target_coding().encode(text, result, [&](std::string_view character, std::string&) {
-      throw failure(FailureNumber::kInvalidCall, place_of(hole) + u": \"" + to_utf16(character) +
-                                                     u"\" is no character of the page's coding");
+      throw failure(FailureNumber::kInvalidCall,
+                    place_of(hole) + u": \"" + to_utf16(character) + u"\" is no character of the page's coding");
     });
   };
   html::EmbeddedWriting(hole, place, target_coding(), encode_text).write(translation, bytes);

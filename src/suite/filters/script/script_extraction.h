@@ -16,8 +16,8 @@ class ScriptExtraction {
  public:
   // `file` is the whole script file without a byte order mark, in the bytes of `coding`; `server` is the language
   // of the page's server blocks until it declares another one. All must outlive the object.
-  ScriptExtraction(std::string_view file, Language server, const TextCoding& coding,
-                   const ConversionSettings& settings, ExtractionSink& sink);
+  ScriptExtraction(std::string_view file, Language server, const TextCoding& coding, const ConversionSettings& settings,
+                   ExtractionSink& sink);
   void run(ProgressEvent& progress);
   // After run(): how many texts are in doubt because nothing is known of their language.
   std::uint32_t unknown() const { return unknown_; }
@@ -68,7 +68,7 @@ class ScriptExtraction {
   std::vector<std::size_t> lines_;  // where each of its lines begins in the file
   std::int64_t line_ = 1;           // of the first one
   std::size_t block_end_ = 0;
-  std::int64_t author_line_ = 0;    // the same in the author's page, 0 when unknown
+  std::int64_t author_line_ = 0;  // the same in the author's page, 0 when unknown
   std::uint32_t unknown_ = 0;
 };
 

@@ -208,7 +208,8 @@ const DestinationRow* DestinationRules::find(const Place& place, Language langua
   if (kind != kArgument && kind != kAssigned && kind != kReceiver) return nullptr;
   const std::string_view last = !place.key.empty() ? unquoted(place.key) : unquoted(place.last);
   // Not the page's output, but the server's.
-  if (kind == kArgument && (place.name.starts_with("System.out.") || place.name.starts_with("System.err."))) return &kLog;
+  if (kind == kArgument && (place.name.starts_with("System.out.") || place.name.starts_with("System.err.")))
+    return &kLog;
   const auto found = rows_.find(small(last));
   if (found == rows_.end()) return kind == kArgument && has_word(last, kLogWords) ? &kLog : nullptr;
   // A variable of that name is another thing than the member of an object.

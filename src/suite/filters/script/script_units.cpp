@@ -75,7 +75,8 @@ void ScriptUnits::leave_out_of_tags(std::vector<Unit>& units, std::size_t first)
   std::size_t next = 0;
   std::size_t end = 0;  // of the operands that begin before the unit
   const auto is_in_tag = [&](const Unit& unit) {
-    for (; next < in_tags_.size() && in_tags_[next].begin <= unit.begin; ++next) end = std::max(end, in_tags_[next].end);
+    for (; next < in_tags_.size() && in_tags_[next].begin <= unit.begin; ++next)
+      end = std::max(end, in_tags_[next].end);
     return unit.end <= end && !unit.has_markup;
   };
   const auto from = units.begin() + static_cast<std::ptrdiff_t>(first);

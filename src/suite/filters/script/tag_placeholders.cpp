@@ -36,11 +36,11 @@ void TagPlaceholders::add(const html::PageToken& token) {
     const std::uint64_t number = html::placeholder_number(token.bytes.substr(at));
     if (number == 0) continue;
     reached_ = std::max(reached_, number);
-    const bool is_read = token.kind != html::TokenKind::kStartTag ||
-                         std::ranges::any_of(tag.attributes, [&](const html::AttributeSpan& attribute) {
-                           return attribute.value <= at && at < attribute.value_end &&
-                                  !attributes_.read_name(tag, attribute).empty();
-                         });
+    const bool is_read =
+        token.kind != html::TokenKind::kStartTag ||
+        std::ranges::any_of(tag.attributes, [&](const html::AttributeSpan& attribute) {
+          return attribute.value <= at && at < attribute.value_end && !attributes_.read_name(tag, attribute).empty();
+        });
     if (!is_read) in_tags_.insert(number);
   }
 }
