@@ -9,15 +9,16 @@
 #include <sstream>
 
 #include "cli/command_description.h"
+#include "cli/folder_options.h"
 #include "cli/memory_reserve.h"
 #include "cli/output.h"
 #include "cli/progress_bar.h"
-#include "cli/report.h"
-#include "cli/run_in_folder.h"
+#include "cli/project_file.h"
+#include "cli/project_registry.h"
 #include "cli/verb.h"
 #include "cli/verb_names.h"
+#include "cli/verb_run.h"
 #include "cli/watched_files.h"
-#include "common/folder_run.h"
 #include "platform/console.h"
 #include "platform/failure.h"
 #include "platform/ports.h"
@@ -27,14 +28,6 @@
 namespace kavo {
 namespace {
 
-struct Options {
-  std::vector<std::string> files;
-  std::string code_page;
-  bool json = false;
-  bool quiet = false;
-  ProgressBar::Mode progress = ProgressBar::Mode::kAuto;
-};
-
 // One verb's part of the command line.
 struct Command {
   VerbEntry entry;
@@ -42,13 +35,7 @@ struct Command {
   CLI::App* app;
 };
 
-std::string full_name(const VerbEntry& entry) {
-  std::string name(entry.group);
-  if (!name.empty()) name += ' ';
-  return name += entry.name;
-}
-
-void add_common_options(CLI::App& app, const VerbEntry& entry, Options& options) {
+void add_common_options(CLI::App& app, const VerbEntry& entry, RunOptions& options) {
   if (entry.takes_files) app.add_option("FILE", options.files, "The files to work on")->required()->type_name("");
   app.add_option("--code-page", options.code_page,
                  "ANSI code page of the documents: a number or utf-8 (else the system's, UTF-8 where it has none)")
@@ -60,126 +47,31 @@ void add_common_options(CLI::App& app, const VerbEntry& entry, Options& options)
   app.add_option("--progress", options.progress, "auto (a bar on a terminal), bar or none")
       ->type_name("WHEN")
       ->transform(CLI::CheckedTransformer(modes, CLI::ignore_case).description("{auto,bar,none}"));
+  if (entry.can_share) {
+    app.add_option("-j,--jobs", options.jobs,
+                   "Processes that work side by side, each on other folders (else one for each core)")
+        ->type_name("N")
+        ->check(CLI::Range(1, 256));
+    app.add_flag("--worker", options.is_worker, "")->group("");
+  }
+  if (uses_project(full_name(entry)))
+    app.add_flag("--no-project", options.no_project, "Leave the project file (kavo.json) alone");
   app.footer("Example:\n  " + std::string(entry.example));
 }
 
-Outcome outcome_of(const failure& reason) {
-  Outcome outcome;
-  outcome.ending = Outcome::kFailed;
-  outcome.result = 1;
-  outcome.messages.push_back({reason.description()});
-  outcome.details["error"] = reason.number();
-  return outcome;
-}
-
-// Runs one step of a verb as one run in its folder; whatever ends it but an interruption is its outcome, so that other
-// files follow.
-Outcome outcome_from(const std::u16string& workplace, const std::function<Outcome()>& step) {
-  MessageList reports;
-  const auto with_reports = [&](Outcome outcome) {
-    outcome.messages.insert(outcome.messages.begin(), reports.begin(), reports.end());
-    return outcome;
-  };
-  try {
-    return with_reports(run_in_folder(workplace, reports, step));
-  } catch (const interruption&) {
-    for (const Message& report : reports) std::fprintf(stderr, "kavo: %s\n", to_utf8(report.text).c_str());
-    throw;
-  } catch (const failure& reason) {
-    return with_reports(outcome_of(reason));
-  } catch (const std::bad_alloc&) {
-    return with_reports(outcome_of(failure(FailureNumber::kOutOfMemory, to_utf16(kNotEnoughMemory))));
-  } catch (const std::exception&) {
-    // A defect of this program, whose own text says nothing to anybody but its makers.
-    return with_reports(
-        outcome_of(failure(FailureNumber::kInternal,
-                           u"this file brought an internal error to light; please report it together with the file")));
-  }
-}
-
-// The last step of a batch belongs to no single file. A failure there that names no file gets `place`, the file or
-// folder that the step worked on.
-void name_place(Outcome& outcome, const std::u16string& place) {
-  if (place.empty() || outcome.ending != Outcome::kFailed) return;
-  const std::size_t folder_end = place.rfind(u'\\');
-  const std::u16string known = folder_end == std::u16string::npos ? place : place.substr(0, folder_end);
-  for (Message& message : outcome.messages) {
-    const bool names_file = message.text.find(known) != std::u16string::npos ||
-                            message.text.find(to_utf16(path_to_host(known))) != std::u16string::npos;
-    if (!names_file) message.text = to_utf16(path_to_host(place)) + u": " + message.text;
-  }
-}
-
-// People name a folder when they mean all files in it.
-void refuse_folder(const std::u16string& file) {
-  const std::optional<FileInfo> info = ports().files->info(file);
-  if (info && info->is_folder) throw failure(FailureNumber::kPathFileAccess, u"this is a folder; name the files in it");
-}
-
-ExitCode run_verb(Verb& verb, const VerbEntry& entry, const Options& options, WatchedFiles& watched) {
-  std::vector<std::string> files = options.files;
-  for (const std::string& file : files) verb.files.push_back(path_from_host(file));
-  const std::vector<std::u16string> given = verb.files;
-  verb.find_files();
-  if (verb.files != given) {
-    files.clear();
-    for (const std::u16string& file : verb.files) files.push_back(path_to_host(file));
-  }
-  if (!entry.takes_files) files.push_back("");
-  ProgressBar bar(options.quiet ? ProgressBar::Mode::kNone : options.progress, files.size());
-  Report report(full_name(entry), options.json, options.quiet);
-  const auto add = [&](const std::string& file, Outcome outcome, double started) {
-    for (Message& message : outcome.messages)
-      message.text = watched.in_host_form(FolderRun::without_scratch_folder(message.text));
-    report.add(file, outcome, ports().clock->seconds() - started);
-  };
-  if (entry.takes_files && !files.empty()) working_on(files.front().c_str());
-  verb.tell_step = [&bar](std::string step) { bar.rename(std::move(step)); };
-  verb.in_host_form = [&watched](std::u16string text) { return watched.in_host_form(std::move(text)); };
-  verb.start();
-  for (const std::string& file : files) {
-    if (entry.takes_files) working_on(file.c_str());
-    try {
-      throw_if_interrupted();
-      throw_if_memory_ran_out();
-      watched.forget();
-      const double started = ports().clock->seconds();
-      bar.next_file(file);
-      const std::u16string path = path_from_host(file);
-      const Outcome outcome = outcome_from(verb.workplace(path), [&] {
-        if (entry.takes_files) refuse_folder(path);
-        return verb.run(path, [&](std::int16_t percent) {
-          throw_if_memory_ran_out();
-          bar.report(percent);
-        });
-      });
-      bar.hide();
-      add(file, outcome, started);
-    } catch (const std::bad_alloc&) {
-      // Not even enough for the report.
-      tell_no_memory();
-      report.add_failed();
-    }
-    keep_memory_back();
-  }
-  const double started = ports().clock->seconds();
-  bool has_outcome = false;
-  const std::u16string workplace = verb.workplace(u"");
-  Outcome outcome = outcome_from(workplace, [&] {
-    const std::optional<Outcome> last = verb.finish();
-    has_outcome = last.has_value();
-    return last.value_or(Outcome());
-  });
-  if (!workplace.empty() || !files.empty())
-    name_place(outcome, workplace.empty() ? path_from_host(files.back()) : workplace);
-  if (has_outcome || outcome.ending != Outcome::kDone || !outcome.messages.empty()) add("", outcome, started);
-  return report.finish();
-}
-
-ExitCode run_parsed(const Command& command, const Options& options) {
+// Runs a verb with what the command line and the project say.
+ExitCode run_parsed(const Command& command, const RunOptions& options, const std::optional<ProjectFile>& project) {
   WatchedFiles watched(*ports().files);
+  ProjectRegistry registry(*ports().registry);
   PortsScope scope;
   ports().files = &watched;
+  if (project) {
+    ports().registry = &registry;
+    project->store_settings();
+    registry.close();
+    if (FolderOptions* const folders = command.verb->folder_options())
+      folders->project_folders(project->folders(command.entry.name));
+  }
   std::unique_ptr<CodePage> code_page;
   if (!options.code_page.empty()) {
     try {
@@ -192,9 +84,10 @@ ExitCode run_parsed(const Command& command, const Options& options) {
   command.verb->check_usage(options.files.size());
   ExitCode code = ExitCode::kFailed;
   try {
-    code = run_verb(*command.verb, command.entry, options, watched);
+    code = options.is_worker ? run_share(*command.verb, command.entry, watched)
+                             : run_verb(*command.verb, command.entry, options, watched);
   } catch (const interruption&) {
-    std::fputs("kavo: interrupted\n", stderr);
+    if (!options.is_worker) std::fputs("kavo: interrupted\n", stderr);
     code = ExitCode::kInterrupted;
   } catch (const failure& reason) {
     std::fprintf(stderr, "kavo: %s\n", to_utf8(watched.in_host_form(reason.description())).c_str());
@@ -203,6 +96,50 @@ ExitCode run_parsed(const Command& command, const Options& options) {
   }
   working_on("");
   return code;
+}
+
+// What must be given, on the command line or in the project: the parser knows only the first.
+class NeededOptions {
+ public:
+  explicit NeededOptions(const std::vector<Command>& commands) {
+    for (const Command& command : commands)
+      for (CLI::Option* const option : command.app->get_options())
+        if (uses_project(full_name(command.entry)) && option->get_required()) options_.emplace_back(command.app, option);
+    require(false);
+  }
+  ~NeededOptions() { require(true); }
+  NeededOptions(const NeededOptions&) = delete;
+  NeededOptions& operator=(const NeededOptions&) = delete;
+
+  // Throws CLI::RequiredError.
+  void check(const CLI::App* app) const {
+    for (const auto& [owner, option] : options_)
+      if (owner == app && option->empty()) throw CLI::RequiredError(option->get_name());
+  }
+
+ private:
+  void require(bool is_required) {
+    for (const auto& [owner, option] : options_) option->required(is_required);
+  }
+
+  std::vector<std::pair<const CLI::App*, CLI::Option*>> options_;
+};
+
+// Throws CLI::ParseError, and `failure` for what is wrong in the project file.
+ExitCode parse_and_run(CLI::App& app, std::vector<std::string> arguments, const std::vector<Command>& commands,
+                       const RunOptions& options) {
+  const NeededOptions needed(commands);
+  app.parse(std::move(arguments));
+  const Command& command = *std::ranges::find_if(commands, [](const Command& c) { return c.app->parsed(); });
+  std::optional<ProjectFile> project;
+  if (uses_project(full_name(command.entry)) && !options.no_project) project = ProjectFile::find();
+  if (project) {
+    project->complete(*command.app, command.entry.name);
+    if (project->name() != kProjectFile && !options.quiet && !options.is_worker)
+      std::fprintf(stderr, "kavo: works in the project %s\n", project->name().c_str());
+  }
+  needed.check(command.app);
+  return run_parsed(command, options, project);
 }
 
 }  // namespace
@@ -218,7 +155,8 @@ ExitCode run_command(std::vector<std::string> arguments) {
       "Exit codes: 0 done, 1 failed, 2 wrong usage, 3 a check found a difference, 130 interrupted.\n"
       "kavo help VERB says more about each verb.");
 
-  Options options;
+  RunOptions options;
+  options.arguments = arguments;
   std::map<std::string_view, CLI::App*> groups{{"", &app}};
   for (const VerbGroup& group : verb_groups())
     groups[group.name] =
@@ -240,8 +178,10 @@ ExitCode run_command(std::vector<std::string> arguments) {
   try {
     arguments = with_verb_first(app, std::move(arguments));
     std::reverse(arguments.begin(), arguments.end());
-    app.parse(std::move(arguments));
-    return run_parsed(*std::ranges::find_if(commands, [](const Command& c) { return c.app->parsed(); }), options);
+    return parse_and_run(app, std::move(arguments), commands, options);
+  } catch (const failure& reason) {
+    std::fprintf(stderr, "kavo: %s\n", reason.what());
+    return ExitCode::kWrongUsage;
   } catch (const CLI::ParseError& error) {
     std::ostringstream help, complaint;
     const bool is_done = app.exit(error, help, complaint) == 0;

@@ -36,6 +36,7 @@ class Export final : public Verb {
   void check_usage(std::size_t file_count) override {
     if (!to_.empty() && file_count > 1) throw CLI::ValidationError("--to", "goes with one FILE only");
   }
+  FolderOptions* folder_options() override { return &folders_; }
   std::u16string workplace(const std::u16string& file) const override { return file; }
   Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
     Outcome outcome;

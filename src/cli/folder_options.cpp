@@ -20,6 +20,8 @@ void FolderOptions::add_to(CLI::App& app) {
 
 FolderSelection FolderOptions::selection() const {
   FolderSelection selection{.recursive = recursive_, .include = {}, .exclude = {}};
+  selection.leave_out = project_.outputs;
+  selection.trees = project_.trees;
   for (const std::string& pattern : include_) selection.include.push_back(to_utf16(pattern));
   for (const std::string& pattern : exclude_) selection.exclude.push_back(to_utf16(pattern));
   return selection;
@@ -34,6 +36,13 @@ std::vector<FolderFile> FolderOptions::bilingual_documents(const std::vector<std
             }));
   };
   return files_meant(given, selection(), is_wanted);
+}
+
+std::string for_language(std::string folder, const std::string& language) {
+  constexpr std::string_view kLanguage = "{lang}";
+  for (std::size_t at; (at = folder.find(kLanguage)) != std::string::npos;)
+    folder.replace(at, kLanguage.size(), language);
+  return folder;
 }
 
 std::vector<std::u16string> paths_of(const std::vector<FolderFile>& files) {

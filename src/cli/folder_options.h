@@ -9,9 +9,17 @@
 
 namespace kavo {
 
+// The folders of the project that the command works in, if any (core paths).
+struct ProjectFolders {
+  std::vector<std::u16string> trees;    // with the files that the verb works on
+  std::vector<std::u16string> outputs;  // with what preparing and rebuilding make
+};
+
 class FolderOptions {
  public:
   void add_to(CLI::App& app);
+  // What the project adds, before selection() is asked: its folders (see FolderSelection).
+  void project_folders(ProjectFolders folders) { project_ = std::move(folders); }
   FolderSelection selection() const;
   // The bilingual documents that the given files and folders stand for, in one of these languages (none: in any).
   std::vector<FolderFile> bilingual_documents(const std::vector<std::u16string>& given,
@@ -21,7 +29,11 @@ class FolderOptions {
   bool recursive_ = false;
   std::vector<std::string> include_;
   std::vector<std::string> exclude_;
+  ProjectFolders project_;
 };
+
+// A folder's name with the language in the place of "{lang}".
+std::string for_language(std::string folder, const std::string& language);
 
 std::vector<std::u16string> paths_of(const std::vector<FolderFile>& files);
 

@@ -1,27 +1,63 @@
 // kavo import: the translations that an editor handed back.
+#include <map>
+
 #include "cli/counted.h"
+#include "cli/folder_options.h"
 #include "cli/verb.h"
+#include "common/document_names.h"
+#include "common/path_parts.h"
+#include "platform/case_fold.h"
 #include "platform/failure.h"
 #include "platform/files.h"
+#include "platform/ports.h"
 #include "platform/unicode.h"
+#include "suite/document/tud_format.h"
 #include "suite/document/xliff_package.h"
+#include "workflow/folder_files.h"
 #include "workflow/translation_import.h"
 #include "workflow/work_folder.h"
 
 namespace kavo {
 namespace {
 
+bool may_be_translation(const std::u16string& path) {
+  const std::u16string extension = ascii_lower(extension_of(path));
+  return extension == u"xlf" || extension == u"xliff" || extension == u"xml" || extension == u"tud";
+}
+
 // Takes translations over from what an editor handed back.
 class Import final : public Verb {
  public:
   void add_options(CLI::App& app) override {
-    app.add_option("--to", to_, "The bilingual document that takes the translations")->required()->type_name("TUD");
+    app.add_option("--to", to_, "The bilingual document that takes the translations, or a folder of documents")
+        ->required()
+        ->type_name("TUD");
+    folders_.add_to(app);
   }
-  void start() override { import_.emplace(path_from_host(to_)); }
+  FolderOptions* folder_options() override { return &folders_; }
+  void find_files() override {
+    const std::vector<FolderFile> found = files_meant(files, folders_.selection(), may_be_translation);
+    files = paths_of(found);
+    const std::u16string to = path_from_host(to_);
+    const auto info = ports().files->info(to);
+    if (!info || !info->is_folder) {
+      for (const std::u16string& file : files) takers_.emplace(file, Taker{to, {}});
+      return;
+    }
+    const Documents documents = documents_of(to);
+    for (const FolderFile& file : found) takers_.emplace(file.path, taker_of(file, documents));
+  }
   std::u16string workplace(const std::u16string& file) const override {
-    return file.empty() ? u"" : path_from_host(to_);
+    return file.empty() ? u"" : takers_.at(file).document;
   }
   Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
+    const Taker& taker = takers_.at(file);
+    if (!taker.problem.empty()) throw failure(FailureNumber::kInvalidCall, taker.problem);
+    if (!import_ || document_ != taker.document) {
+      import_.reset();
+      document_ = taker.document;
+      import_.emplace(document_);
+    }
     ProgressEvent event;
     event.handler(progress);
     Outcome outcome;
@@ -36,6 +72,41 @@ class Import final : public Verb {
   }
 
  private:
+  // By name; documents of one name lie in several folders.
+  using Documents = std::multimap<std::u16string, FolderFile, LessIgnoringCase>;
+  struct Taker {
+    std::u16string document;
+    std::u16string problem;  // why there is none
+  };
+
+  static Documents documents_of(const std::u16string& folder) {
+    Documents documents;
+    for (FolderFile& file : files_of_folder(folder, {.recursive = true, .include = {}, .exclude = {}}))
+      if (is_bilingual_name(file.path)) documents.emplace(file_name_of(file.path), std::move(file));
+    return documents;
+  }
+
+  // The document made of the source and for the language that the file names.
+  Taker taker_of(const FolderFile& file, const Documents& documents) const {
+    if (is_package(file.path)) return {{}, u"a package does not say which document takes it: name it with --to"};
+    try {
+      const TudHeader header = header_of(file.path);
+      const std::u16string name =
+          file_name_of(tud_name_of(core_file_name(header.original), to_utf16(header.target_language)));
+      const auto [first, last] = documents.equal_range(name);
+      const std::u16string in_folder = to_utf16(" in " + to_);
+      if (first == last) return {{}, u"there is no " + name + in_folder + u", the document that it belongs to"};
+      if (std::next(first) == last) return {first->second.path, {}};
+      for (auto each = first; each != last; ++each)
+        if (equal_ignoring_case(folder_of(each->second.relative), folder_of(file.relative)))
+          return {each->second.path, {}};
+      return {{}, u"several documents of the name " + name + u" are" + in_folder +
+                      u", none of them in the folder that the file has: name the right one with --to"};
+    } catch (const failure& reason) {
+      return {{}, reason.description()};
+    }
+  }
+
   TranslationImport::Counts take(const std::u16string& file, MessageList& messages, ProgressEvent& progress) {
     if (!is_package(file)) return import_->take(file, messages, &progress);
     const WorkFolder folder;
@@ -46,12 +117,17 @@ class Import final : public Verb {
   }
 
   std::string to_;
+  FolderOptions folders_;
+  std::map<std::u16string, Taker> takers_;  // by file
+  std::u16string document_;                 // that import_ has open
   std::optional<TranslationImport> import_;
 };
 
 constexpr VerbEntry kVerbs[] = {
     {"", "import", "Take translations over from what an editor handed back",
-     "kavo import index.fr.xlf --to index_asp_htm_FR.tud", make_verb<Import>},
+     "kavo import index.fr.xlf --to index_asp_htm_FR.tud\n"
+     "  kavo import returned/ --recursive --to work/",
+     make_verb<Import>},
 };
 
 }  // namespace

@@ -58,6 +58,20 @@ CLI::Validator code_page_value() {
           ""};
 }
 
+CLI::Validator language_code_page_value() {
+  return {[](std::string& text) {
+            const std::size_t equals = text.find('=');
+            std::string language = text.substr(0, equals == std::string::npos ? 0 : equals);
+            std::string code_page = equals == std::string::npos ? text : text.substr(equals + 1);
+            if (equals != std::string::npos)
+              if (std::string problem = language_value()(language); !problem.empty()) return problem;
+            if (std::string problem = code_page_value()(code_page); !problem.empty()) return problem;
+            text = equals == std::string::npos ? code_page : language + "=" + code_page;
+            return std::string();
+          },
+          ""};
+}
+
 CLI::Validator filter_option_value() {
   return {[](std::string& text) {
             const std::size_t equals = text.find('=');

@@ -14,6 +14,8 @@ CLI::Validator language_list_value();
 std::vector<std::string> listed_languages(const std::string& list);
 // For Option::check: a name or number that code_page_number() knows.
 CLI::Validator code_page_value();
+// The same, of all languages or with a language before it: "932", "JA=932".
+CLI::Validator language_code_page_value();
 // For Option::check: "key=value" with a filter option and one of its values.
 CLI::Validator filter_option_value();
 

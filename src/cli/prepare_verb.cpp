@@ -2,13 +2,16 @@
 #include <algorithm>
 #include <deque>
 #include <map>
+#include <sstream>
 
 #include "cli/counted.h"
 #include "cli/folder_options.h"
 #include "cli/option_values.h"
 #include "cli/outcome_observer.h"
 #include "cli/prepared_documents.h"
+#include "cli/setting_table.h"
 #include "cli/verb.h"
+#include "cli/workers.h"
 #include "common/document_names.h"
 #include "common/file_type.h"
 #include "common/folder_run.h"
@@ -20,9 +23,11 @@
 #include "platform/case_fold.h"
 #include "platform/failure.h"
 #include "platform/files.h"
+#include "platform/fnv_hash.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"
 #include "suite/filters/filter_options.h"
+#include "workflow/manifest.h"
 #include "workflow/page_guard.h"
 #include "workflow/preparation_plan.h"
 #include "workflow/set_update.h"
@@ -46,10 +51,11 @@ class Prepare final : public Verb {
     app.add_option("--output-dir", output_folder_,
                    "Prepare copies in this folder, in the folders that the documents have in theirs")
         ->type_name("FOLDER");
-    app.add_option("--target-code-page", target_code_page_,
-                   "Code page of the rebuilt documents (else that of the source)")
+    app.add_option("--target-code-page", target_code_pages_,
+                   "Code page of the rebuilt documents (else that of the source); JA=932 for one language")
         ->type_name("N")
-        ->check(code_page_value());
+        ->allow_extra_args(false)
+        ->transform(language_code_page_value());
     app.add_option("--scripts", scripts_,
                    "Texts of scripts to offer: likely (those in doubt locked), all (those in doubt too) or none")
         ->type_name("WHICH")
@@ -71,19 +77,25 @@ class Prepare final : public Verb {
         ->check(filter_option_value());
   }
   void find_files() override {
-    for (const std::string& language : listed_languages(target_)) targets_.push_back(to_utf16(language));
+    name_targets();
     const bool has_folder = std::ranges::any_of(files, [](const std::u16string& file) {
       const auto info = ports().files->info(file);
       return info && info->is_folder;
     });
     if (!has_folder && output_folder_.empty()) return;
     FolderSelection selection = folders_.selection();
-    if (!output_folder_.empty()) selection.leave_out = path_from_host(output_folder_);
+    if (!output_folder_.empty()) selection.leave_out.push_back(path_from_host(output_folder_));
     std::vector<PlannedDocument> plan =
         plan_preparation(sources_meant(files, selection), path_from_host(output_folder_), targets_);
-    const std::size_t all = plan.size();
-    if (!overwrite_ && !fresh_) leave_out_up_to_date(plan, targets_);
-    up_to_date_ = all - plan.size();
+    choose_options();
+    if (!output_folder_.empty()) manifest_.emplace(path_from_host(output_folder_));
+    if (!overwrite_ && !fresh_)
+      up_to_date_ = leave_out_up_to_date(plan, targets_, [&](const PlannedDocument& document) {
+        return std::ranges::any_of(targets_, [&](const std::u16string& target) {
+          return manifest_ &&
+                 manifest_->has_other_options(to_utf16(place_of(document.document)), target, options_of(target));
+        });
+      });
     files.clear();
     for (PlannedDocument& planned : plan) {
       if (!output_folder_.empty()) make_folders(folder_of(planned.document));
@@ -92,32 +104,50 @@ class Prepare final : public Verb {
     }
     is_project_ = true;
   }
+  FolderOptions* folder_options() override { return &folders_; }
   void start() override {
     driver_.emplace();
     std::vector<std::u16string> documents;
     for (const std::u16string& file : files) documents.push_back(planned(file).document);
     batch_ = PreparationBatch(documents_among(documents));
-    if (!target_code_page_.empty())
-      languages_.target_code_page = static_cast<std::int32_t>(code_page_number(target_code_page_));
-    FilterOptions options;
-    for (const std::string& option : filter_options_) {
-      const std::size_t equals = option.find('=');
-      choose(options, option.substr(0, equals), option.substr(equals + 1));
+    choose_options();
+    if (run_folders_.empty()) run_folders_ = folders_among(documents);
+    for (const std::u16string& target : targets_) known_.emplace_back(languages_.source, target, run_folders_);
+  }
+  std::vector<std::vector<std::size_t>> jobs() const override {
+    std::vector<std::u16string> documents;
+    std::vector<bool> is_office;
+    for (const std::u16string& file : files) {
+      documents.push_back(planned(file).document);
+      is_office.push_back(file_type_row(FileTypeOf(file)).way_back == WayBack::kOfficeFile ||
+                          FileTypeOf(file) == kWordDocument);
     }
-    if (overwrite_) options["overwrite"] = "on";
-    if (!scripts_.empty()) options["scripts.offer"] = scripts_;
-    if (!paragraphs_.empty()) options["text.paragraphs"] = paragraphs_;
-    for (const auto& [key, value] : options) languages_.filter_options += to_utf16(key + "=" + value + "\n");
-    languages_.source = to_utf16(source_);
-    std::vector<std::u16string> folders;
-    for (const std::u16string& document : documents) folders.push_back(folder_of(ports().files->absolute(document)));
-    std::ranges::sort(folders, LessIgnoringCase());
-    const auto doubled = std::ranges::unique(folders, equal_ignoring_case);
-    folders.erase(doubled.begin(), doubled.end());
-    for (const std::u16string& target : targets_) known_.emplace_back(languages_.source, target, folders);
+    return jobs_by_folder(documents, is_office);
+  }
+  nlohmann::ordered_json share(const std::vector<std::u16string>& files_of_worker) const override {
+    std::vector<std::u16string> documents;
+    for (const std::u16string& file : files_of_worker) documents.push_back(planned(file).document);
+    return {{"files", path_list(files_of_worker)}, {"documents", path_list(documents)}, {"folders", path_list(run_folders_)}};
+  }
+  void take_share(const nlohmann::ordered_json& share) override {
+    name_targets();
+    files = paths_in(share.at("files"));
+    const std::vector<std::u16string> documents = paths_in(share.at("documents"));
+    for (std::size_t i = 0; i < files.size(); ++i) plan_.emplace(files[i], PlannedDocument{files[i], documents[i]});
+    run_folders_ = paths_in(share.at("folders"));
+  }
+  void add_up(const Outcome& outcome) override {
+    if (outcome.details.contains("languages")) done_.push_back(outcome.details);
+    if (!outcome.details.contains("update")) return;
+    const nlohmann::ordered_json& update = outcome.details["update"];
+    UpdateCounts counts;
+    for (const auto& [name, member] : kCounts) counts.*member = update.value(name, std::uint64_t{0});
+    total_ += counts;
+    ++updated_;
   }
   std::u16string workplace(const std::u16string& file) const override {
-    return file.empty() ? u"" : planned(file).document;
+    if (file.empty()) return manifest_ ? Manifest::path_in_folder(path_from_host(output_folder_)) : u"";
+    return planned(file).document;
   }
   Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
     if (const auto left_out = outcome_of_side_file(file)) return *left_out;
@@ -134,6 +164,7 @@ class Prepare final : public Verb {
       const SetUpdate& update = updates.emplace_back(known, document, overwrite_);
       languages.push_back(languages_);
       languages.back().target = known.target_language();
+      languages.back().target_code_page = target_code_page(known.target_language());
       // What lies beside a document of ours was made of this source, too.
       languages.back().replaces_objects = overwrite_ || update.has_documents();
     }
@@ -154,20 +185,34 @@ class Prepare final : public Verb {
     }
     const bool is_done = outcome.ending != Outcome::kFailed;
     const bool is_unchanged = is_done && !fresh_ && !take_over(updates, converted, outcome);
+    if (is_done && !output_folder_.empty()) {
+      outcome.details["source"] = place_of(document);
+      for (const std::u16string& target : targets_)
+        outcome.details["languages"][to_utf8(target)] = manifest_entry(document, target);
+    }
     if (!is_unchanged) run.commit();
     return outcome;
   }
   std::optional<Outcome> finish() override {
     Outcome outcome;
+    if (manifest_) {
+      // Another run may have written it meanwhile.
+      manifest_.emplace(path_from_host(output_folder_));
+      for (const nlohmann::ordered_json& each : done_)
+        for (const auto& [language, entry] : each["languages"].items())
+          manifest_->note(to_utf16(each["source"].get<std::string>()), to_utf16(language), entry);
+      complete_manifest();
+      manifest_->save();
+    }
     if (updated_ > 1) {
       add_counts(outcome, total_, to_utf16(std::to_string(updated_)) + u" files updated: ");
       outcome.details["update"]["files"] = updated_;
     }
     if (is_project_) {
-      outcome.lines.push_back(counted(files.size(), "document") + " prepared, " + std::to_string(up_to_date_) +
+      outcome.lines.push_back(counted(files.size(), "document") + " prepared, " + std::to_string(up_to_date_.size()) +
                               " up to date");
       outcome.details["prepared"] = files.size();
-      outcome.details["up_to_date"] = up_to_date_;
+      outcome.details["up_to_date"] = up_to_date_.size();
     }
     return is_project_ || updated_ > 1 ? std::optional(outcome) : std::nullopt;
   }
@@ -190,23 +235,108 @@ class Prepare final : public Verb {
     if (!is_update) return true;
     add_counts(outcome, counts, is_unchanged ? u"unchanged: " : u"");
     outcome.details["update"]["unchanged"] = is_unchanged;
-    total_ += counts;
-    ++updated_;
     return !is_unchanged;
   }
 
+  void choose_options() {
+    FilterOptions options;
+    for (const std::string& option : filter_options_) {
+      const std::size_t equals = option.find('=');
+      choose(options, option.substr(0, equals), option.substr(equals + 1));
+    }
+    if (overwrite_) options["overwrite"] = "on";
+    if (!scripts_.empty()) options["scripts.offer"] = scripts_;
+    if (!paragraphs_.empty()) options["text.paragraphs"] = paragraphs_;
+    languages_.filter_options.clear();
+    for (const auto& [key, value] : options) languages_.filter_options += to_utf16(key + "=" + value + "\n");
+    languages_.source = to_utf16(source_);
+  }
+
+  // A checksum of everything but the document that its bilingual documents depend on: a change of it is noticed.
+  std::string options_of(const std::u16string& target) const {
+    std::map<std::string, std::string> all;
+    for (const Setting& setting : known_settings())
+      if (setting.shapes_documents) all[setting.name] = setting.read();
+    for (const std::string& option : listed_lines(to_utf8(languages_.filter_options))) {
+      const std::size_t equals = option.find('=');
+      all[option.substr(0, equals)] = option.substr(equals + 1);
+    }
+    all.erase("overwrite");  // says what may be replaced
+    if (no_repair_) all["pages.repair"] = "off";
+    all["source"] = to_utf8(languages_.source);
+    all["code-page"] = std::to_string(ports().code_page->number());
+    all["target-code-page"] = std::to_string(target_code_page(target));
+    std::uint64_t hash = kFnvSeed;
+    for (const auto& [name, value] : all) hash = fnv_add(hash, name + "=" + value + "\n");
+    return checksum_text(hash);
+  }
+
+  static std::vector<std::string> listed_lines(const std::string& text) {
+    std::vector<std::string> lines;
+    std::stringstream stream(text);
+    for (std::string line; std::getline(stream, line);) lines.push_back(line);
+    return lines;
+  }
+
+  std::string place_of(const std::u16string& document) const {
+    return place_below(path_from_host(output_folder_), document);
+  }
+
+  // MIF documents of a folder share documents: each of them names these.
+  nlohmann::json manifest_entry(const std::u16string& document, const std::u16string& target) const {
+    std::vector<std::u16string> documents = bilingual_documents_of(document, target);
+    std::erase_if(documents, [](const std::u16string& tud) { return !is_file(tud); });
+    return Manifest::entry_of(path_from_host(output_folder_), documents, options_of(target));
+  }
+
+  // Of what was made by a run that came to no end, or by an earlier version.
+  void complete_manifest() {
+    for (const PlannedDocument& planned : up_to_date_)
+      for (const std::u16string& target : targets_) {
+        const std::u16string source = to_utf16(place_of(planned.document));
+        if (!manifest_->knows(source, target))
+          manifest_->note(source, target, manifest_entry(planned.document, target));
+      }
+  }
+
+  void name_targets() {
+    for (const std::string& language : listed_languages(target_)) targets_.push_back(to_utf16(language));
+  }
+
+  static std::vector<std::u16string> folders_among(const std::vector<std::u16string>& documents) {
+    std::vector<std::u16string> folders;
+    for (const std::u16string& document : documents) folders.push_back(folder_of(ports().files->absolute(document)));
+    std::ranges::sort(folders, LessIgnoringCase());
+    const auto doubled = std::ranges::unique(folders, equal_ignoring_case);
+    folders.erase(doubled.begin(), doubled.end());
+    return folders;
+  }
+
+  static constexpr std::pair<const char*, std::uint64_t UpdateCounts::*> kCounts[] = {
+      {"kept", &UpdateCounts::kept},
+      {"moved", &UpdateCounts::moved},
+      {"similar", &UpdateCounts::similar},
+      {"new", &UpdateCounts::fresh},
+      {"removed", &UpdateCounts::removed}};
+
   static void add_counts(Outcome& outcome, const UpdateCounts& counts, const std::u16string& heading) {
-    const std::pair<const char*, std::uint64_t> fields[] = {{"kept", counts.kept},
-                                                            {"moved", counts.moved},
-                                                            {"similar", counts.similar},
-                                                            {"new", counts.fresh},
-                                                            {"removed", counts.removed}};
     std::string text;
-    for (const auto& [name, count] : fields) {
-      outcome.details["update"][name] = count;
-      text += (text.empty() ? "" : ", ") + std::to_string(count) + " " + name;
+    for (const auto& [name, member] : kCounts) {
+      outcome.details["update"][name] = counts.*member;
+      text += (text.empty() ? "" : ", ") + std::to_string(counts.*member) + " " + name;
     }
     outcome.messages.push_back({heading + to_utf16(text)});
+  }
+
+  // 0 for the usual one. What was said of the language goes before what was said of all.
+  std::int32_t target_code_page(const std::u16string& language) const {
+    std::string chosen;
+    for (const std::string& each : target_code_pages_) {
+      const std::size_t equals = each.find('=');
+      if (equals == std::string::npos && chosen.empty()) chosen = each;
+      if (equals != std::string::npos && to_utf16(each.substr(0, equals)) == language) chosen = each.substr(equals + 1);
+    }
+    return chosen.empty() ? 0 : static_cast<std::int32_t>(code_page_number(chosen));
   }
 
   PlannedDocument planned(const std::u16string& file) const {
@@ -251,7 +381,7 @@ class Prepare final : public Verb {
   std::string target_;  // with commas between
   FolderOptions folders_;
   std::string output_folder_;
-  std::string target_code_page_;
+  std::vector<std::string> target_code_pages_;  // "932", "JA=932"
   std::string scripts_;
   std::string paragraphs_;
   bool overwrite_ = false;
@@ -263,8 +393,11 @@ class Prepare final : public Verb {
   PreparationBatch batch_;
   std::vector<std::u16string> targets_;
   std::map<std::u16string, PlannedDocument> plan_;  // by source
+  std::vector<std::u16string> run_folders_;         // of all documents, in order
   bool is_project_ = false;                         // folders were named, or an output folder
-  std::size_t up_to_date_ = 0;
+  std::vector<PlannedDocument> up_to_date_;         // left out
+  std::optional<Manifest> manifest_;                // of the output folder
+  std::vector<nlohmann::ordered_json> done_;        // for it, of each file
   std::deque<TranslatedFolders> known_;  // of each language
   UpdateCounts total_;
   std::size_t updated_ = 0;  // files

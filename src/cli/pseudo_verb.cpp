@@ -11,6 +11,7 @@ class Pseudo final : public Verb {
  public:
   void add_options(CLI::App& app) override { folders_.add_to(app); }
   void find_files() override { files = paths_of(folders_.bilingual_documents(files)); }
+  FolderOptions* folder_options() override { return &folders_; }
   std::u16string workplace(const std::u16string& file) const override { return file; }
   Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
     ProgressEvent event;

@@ -1,19 +1,25 @@
 // kavo rebuild: the translated document of a bilingual one.
 #include <map>
+#include <set>
 
 #include "cli/colours.h"
+#include "cli/counted.h"
 #include "cli/folder_options.h"
 #include "cli/option_values.h"
 #include "cli/outcome_observer.h"
 #include "cli/verb.h"
+#include "cli/workers.h"
+#include "common/checksum.h"
 #include "common/clsCommon.h"
 #include "common/document_kind.h"
 #include "common/document_names.h"
+#include "common/file_type.h"
 #include "common/path_parts.h"
 #include "common/pending_file.h"
 #include "common/same_file.h"
 #include "driver/K19FPWObj.h"
 #include "driver/companions.h"
+#include "driver/document_files.h"
 #include "driver/translation.h"
 #include "driver/tud_name.h"
 #include "platform/case_fold.h"
@@ -75,6 +81,11 @@ void refuse_unknown_language(const std::u16string& tud) {
                     listed(documents_and_skeletons(tud)) + u", and inside the .tud files in target-language");
 }
 
+bool is_made_by_office(const TudName& name) {
+  const std::int32_t type = FileTypeOf(u"." + name.part(1));
+  return type == kWordDocument || file_type_row(type).way_back == WayBack::kOfficeFile;
+}
+
 // Throws `failure` 53.
 void refuse_missing_companions(const std::u16string& tud) {
   std::vector<std::u16string> missing = missing_companions(TudName(tud));
@@ -99,11 +110,17 @@ class Rebuild final : public Verb {
     app.add_option("--target", target_, "Of a folder, only the documents of these languages: FR,DE")
         ->type_name("CODE,...")
         ->transform(language_list_value());
+    app.add_option("--copy-rest", rest_folders_,
+                   "With --output-dir: copy the files of this folder that are no documents to it, for each language")
+        ->type_name("FOLDER")
+        ->allow_extra_args(false);
     folders_.add_to(app);
     app.add_flag("--overwrite", overwrite_, "Replace a document that is there");
     app.add_flag("--highlight", highlight_, "Colour the texts by their status: untranslated, fuzzy, 100 %, translated");
   }
   void check_usage(std::size_t file_count) override {
+    if (!rest_folders_.empty() && output_folder_.empty())
+      throw CLI::ValidationError("--copy-rest", "goes with --output-dir only");
     if (!output_.empty() && file_count > 1) throw CLI::ValidationError("--output", "goes with one FILE only");
   }
   void find_files() override {
@@ -112,6 +129,27 @@ class Rebuild final : public Verb {
     if (files.size() > 1 && !output_.empty())
       throw failure(FailureNumber::kInvalidCall, u"--output names one document, but there are several to rebuild");
     if (!output_folder_.empty()) plan_outputs(found);
+  }
+  FolderOptions* folder_options() override { return &folders_; }
+  std::vector<std::vector<std::size_t>> jobs() const override {
+    std::vector<bool> is_office;
+    for (const std::u16string& file : files)
+      is_office.push_back(!is_package(file) && is_made_by_office(TudName(file)));
+    return jobs_by_folder(files, is_office);
+  }
+  nlohmann::ordered_json share(const std::vector<std::u16string>& files_of_worker) const override {
+    nlohmann::ordered_json outputs = nlohmann::ordered_json::array();
+    for (const std::u16string& file : files_of_worker) {
+      const auto planned = outputs_.find(file);
+      outputs.push_back(planned == outputs_.end() ? "" : to_utf8(planned->second));
+    }
+    return {{"files", path_list(files_of_worker)}, {"outputs", std::move(outputs)}};
+  }
+  void take_share(const nlohmann::ordered_json& share) override {
+    files = paths_in(share.at("files"));
+    const std::vector<std::u16string> outputs = paths_in(share.at("outputs"));
+    for (std::size_t i = 0; i < files.size(); ++i)
+      if (!outputs[i].empty()) outputs_.emplace(files[i], outputs[i]);
   }
   void start() override { driver_.emplace(); }
   std::u16string workplace(const std::u16string& file) const override { return file; }
@@ -123,7 +161,41 @@ class Rebuild final : public Verb {
     return rebuild(file, planned->second, progress);
   }
 
+  std::optional<Outcome> finish() override {
+    if (rest_folders_.empty()) return std::nullopt;
+    Outcome outcome;
+    std::size_t copied = 0, there = 0;
+    FolderSelection selection = folders_.selection();
+    selection.leave_out.insert(selection.leave_out.end(), output_folders_.begin(), output_folders_.end());
+    for (const std::string& folder : rest_folders_)
+      for (const FolderFile& file : rest_of_folder(path_from_host(folder), selection))
+        for (const std::u16string& output : output_folders_)
+          (copy_rest(file, path_in(output, file.relative), outcome) ? copied : there) += 1;
+    outcome.lines.push_back(counted(copied, "other file") + " copied, " + std::to_string(there) + " left as they are");
+    outcome.details["copied"] = copied;
+    outcome.details["left"] = there;
+    return outcome;
+  }
+
  private:
+  // False for a file that is there; another one of its name fails, unless it may be replaced.
+  bool copy_rest(const FolderFile& file, const std::u16string& target, Outcome& outcome) const {
+    throw_if_interrupted();
+    if (is_file(target)) {
+      if (checksum_of_file(target) == checksum_of_file(file.path)) return false;
+      if (!overwrite_) {
+        outcome.ending = Outcome::kFailed;
+        outcome.result = 1;
+        outcome.messages.push_back({to_utf16(path_to_host(target)) + u" is there and differs from " +
+                                    to_utf16(path_to_host(file.path)) + u": --overwrite replaces it"});
+        return false;
+      }
+    }
+    make_folders(folder_of(target));
+    copy_file(file.path, target);
+    return true;
+  }
+
   // Each document under the name of its source, in the folder that it has in its tree. Throws `failure` 58 when two
   // would have one name: nothing is written then.
   void plan_outputs(const std::vector<FolderFile>& documents) {
@@ -131,9 +203,7 @@ class Rebuild final : public Verb {
     for (const FolderFile& document : documents) {
       const TudName name(document.path);
       if (is_package(document.path) || name.is_taken_along()) continue;
-      std::string folder = output_folder_;
-      for (std::size_t at; (at = folder.find("{lang}")) != std::string::npos;)
-        folder.replace(at, 6, to_utf8(name.language()));
+      const std::string folder = for_language(output_folder_, to_utf8(name.language()));
       const std::string source = header_of(document.path).set.author_document;
       if (source.empty())
         throw failure(FailureNumber::kInvalidCall,
@@ -147,6 +217,7 @@ class Rebuild final : public Verb {
                                " would both become " + path_to_host(output) +
                                ". Nothing is written: put {lang} into --output-dir, or choose with --target"));
       outputs_.emplace(document.path, output);
+      output_folders_.insert(path_from_host(folder));
     }
   }
 
@@ -226,6 +297,8 @@ class Rebuild final : public Verb {
   std::string target_;
   FolderOptions folders_;
   std::map<std::u16string, std::u16string> outputs_;  // by bilingual document
+  std::set<std::u16string> output_folders_;           // of all languages
+  std::vector<std::string> rest_folders_;
   bool overwrite_ = false;
   bool highlight_ = false;
   std::optional<K19FPWObj> driver_;  // for the suite's filters

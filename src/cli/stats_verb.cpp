@@ -56,6 +56,7 @@ class Stats final : public Verb {
  public:
   void add_options(CLI::App& app) override { folders_.add_to(app); }
   void find_files() override { files = paths_of(folders_.bilingual_documents(files)); }
+  FolderOptions* folder_options() override { return &folders_; }
   Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
     ProgressEvent event;
     event.handler(progress);

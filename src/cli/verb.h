@@ -18,6 +18,8 @@
 
 namespace kavo {
 
+class FolderOptions;
+
 // The type of a produced file that is a bilingual document: no file type code stands for one.
 inline constexpr std::int32_t kBilingualDocument = -1;
 
@@ -47,6 +49,8 @@ class Verb {
   virtual void add_options(CLI::App&) {}
   // Throws CLI::ValidationError for options that do not go together.
   virtual void check_usage(std::size_t file_count) { static_cast<void>(file_count); }
+  // Its options for folders, if it takes any.
+  virtual FolderOptions* folder_options() { return nullptr; }
   // Puts the files that folders stand for into the place of the folders, in `files`; before start().
   virtual void find_files() {}
   virtual void start() {}
@@ -60,6 +64,17 @@ class Verb {
   virtual Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) = 0;
   // After the last file, whatever failed; an outcome is reported as one more, without a file.
   virtual std::optional<Outcome> finish() { return std::nullopt; }
+  // For runs in several processes (workers.h): groups of places in `files` that can be worked on side by side, none for
+  // a verb that takes one file after the other. A worker gets what share() of its files says in the place of
+  // find_files(), and sets `files`.
+  virtual std::vector<std::vector<std::size_t>> jobs() const { return {}; }
+  virtual nlohmann::ordered_json share(const std::vector<std::u16string>& files_of_worker) const {
+    static_cast<void>(files_of_worker);
+    return {};
+  }
+  virtual void take_share(const nlohmann::ordered_json& share) { static_cast<void>(share); }
+  // Each file's outcome in the order of the files, for the totals that finish() reports; whichever process ran it.
+  virtual void add_up(const Outcome&) {}
   // What the progress bar tells in the place of the file's name; set by whoever runs the verb.
   std::function<void(std::string)> tell_step;
   // Puts the paths of this run that stand in a message into the host's own form; set by whoever runs the verb. Messages
@@ -76,7 +91,8 @@ struct VerbEntry {
   std::string_view example;  // a command line to show in the help
   std::unique_ptr<Verb> (*make)();
   bool takes_files = true;
-  bool is_listed = true;  // in the help; not what only programs call
+  bool is_listed = true;   // in the help; not what only programs call
+  bool can_share = false;  // Verb::jobs() tells how
 };
 
 template <class Kind>
@@ -99,6 +115,7 @@ std::span<const VerbEntry> mif_verbs();
 std::span<const VerbEntry> rtf_verbs();
 std::span<const VerbEntry> office_verbs();
 std::span<const VerbEntry> settings_verbs();
+std::span<const VerbEntry> init_verbs();
 std::span<const VerbEntry> wizard_verbs();
 std::span<const VerbEntry> prepare_verbs();
 std::span<const VerbEntry> export_verbs();

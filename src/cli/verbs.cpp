@@ -20,7 +20,7 @@ std::vector<VerbEntry> all_verbs() {
   std::vector<VerbEntry> verbs;
   for (const auto& table : {preprocess_verbs(), wizard_verbs(), prepare_verbs(), export_verbs(), import_verbs(),
                             pseudo_verbs(), stats_verbs(), edit_verbs(), rebuild_verbs(), verify_verbs(), html_verbs(),
-                            mif_verbs(), rtf_verbs(), office_verbs(), settings_verbs()})
+                            mif_verbs(), rtf_verbs(), office_verbs(), init_verbs(), settings_verbs()})
     verbs.insert(verbs.end(), table.begin(), table.end());
   return verbs;
 }

@@ -9,6 +9,7 @@
 #include "cli/option_values.h"
 #include "cli/report.h"
 #include "cli/verb.h"
+#include "cli/workers.h"
 #include "common/file_type.h"
 #include "common/path_parts.h"
 #include "platform/failure.h"
@@ -202,6 +203,7 @@ class Verify final : public Verb {
     folders_.add_to(app);
   }
   void find_files() override { files = paths_of(sources_meant(files, folders_.selection())); }
+  FolderOptions* folder_options() override { return &folders_; }
   void start() override {
     driver_.emplace();
     driver_->QuietMode(1);
@@ -210,7 +212,6 @@ class Verify final : public Verb {
   Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
     Outcome outcome;
     RoadResult result;
-    ++files_;
     try {
       check_road(*driver_, file, book_of(file), languages_, progress, result);
     } catch (const failure& reason) {
@@ -225,8 +226,6 @@ class Verify final : public Verb {
     // A step that could not be done says nothing about the document.
     if (result.unchanged_failure || result.translated_failure) outcome.ending = Outcome::kFailed;
     outcome.result = passes ? 0 : 1;
-    survived_ += passes ? 1 : 0;
-    texts_ += result.texts;
     for (Message& message : result.messages) message.text = in_host_form(std::move(message.text));
     for (std::optional<Message>* reason : {&result.unchanged_failure, &result.translated_failure})
       if (*reason) {
@@ -238,6 +237,27 @@ class Verify final : public Verb {
     outcome.details = details_of(result, name);
     return outcome;
   }
+  void add_up(const Outcome& outcome) override {
+    ++files_;
+    survived_ += outcome.ending == Outcome::kDone ? 1 : 0;
+    texts_ += outcome.details.value("texts", std::uint64_t{0});
+  }
+  // The MIF documents of a folder are tried together, too.
+  std::vector<std::vector<std::size_t>> jobs() const override {
+    std::vector<Job> all;
+    std::map<std::u16string, Job> books;
+    for (std::size_t i = 0; i < files.size(); ++i)
+      if (FileTypeOf(files[i]) == kMifDocument)
+        books[folder_of(files[i])].push_back(i);
+      else
+        all.push_back({i});
+    for (auto& [folder, book] : books) all.push_back(std::move(book));
+    return all;
+  }
+  nlohmann::ordered_json share(const std::vector<std::u16string>& files_of_worker) const override {
+    return path_list(files_of_worker);
+  }
+  void take_share(const nlohmann::ordered_json& share) override { files = paths_in(share); }
   std::optional<Outcome> finish() override {
     if (files_ < 2) return std::nullopt;
     Outcome outcome;

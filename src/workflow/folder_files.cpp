@@ -46,8 +46,8 @@ class Walk {
  private:
   bool is_new(const std::u16string& folder) {
     const auto identity = ports().files->identity(folder);
-    if (identity && !selection_.leave_out.empty() && identity == ports().files->identity(selection_.leave_out))
-      return false;
+    const auto is_it = [&](const std::u16string& other) { return identity == ports().files->identity(other); };
+    if (identity && std::ranges::any_of(selection_.leave_out, is_it)) return false;
     return !identity || seen_.emplace(identity->volume, identity->number).second;
   }
 
@@ -80,6 +80,16 @@ bool can_be_prepared(const std::u16string& path) {
   return !tag.empty() && std::ranges::any_of(all_filters(), [&](const FilterEntry& filter) {
     return filter.tag == tag && filter.make != nullptr;
   });
+}
+
+std::u16string place_in_tree(const std::u16string& file, const std::vector<std::u16string>& trees) {
+  const std::u16string whole = ports().files->absolute(file);
+  for (const std::u16string& tree : trees) {
+    const std::u16string top = path_in(ports().files->absolute(tree), u"");
+    if (whole.size() > top.size() && equal_ignoring_case(whole.substr(0, top.size()), top))
+      return whole.substr(top.size());
+  }
+  return file_name_of(file);
 }
 
 // What preparing and rebuilding made, by the names that stand beside a file.
@@ -121,7 +131,7 @@ std::vector<FolderFile> expanded(const std::vector<std::u16string>& given, const
   for (const std::u16string& path : given) {
     const auto info = ports().files->info(path);
     if (!info || !info->is_folder) {
-      files.push_back({path, file_name_of(path)});
+      files.push_back({path, place_in_tree(path, selection.trees)});
       continue;
     }
     const std::vector<FolderFile> found = listed(path);
@@ -166,14 +176,31 @@ std::vector<FolderFile> sources_meant(const std::vector<std::u16string>& given, 
   return expanded(given, selection, [&](const std::u16string& folder) {
     // What belongs to a document is seen only among all files of its folder, and in one listing: other runs make some
     // between two.
-    std::vector<FolderFile> found = files_of_folder(
-        folder, {.recursive = selection.recursive, .include = {}, .exclude = {}, .leave_out = selection.leave_out});
+    FolderSelection everything = selection;
+    everything.include.clear();
+    everything.exclude.clear();
+    std::vector<FolderFile> found = files_of_folder(folder, everything);
     const OwnOutputs outputs(found);
     std::erase_if(found, [&](const FolderFile& file) {
       return !is_selected(selection, file.relative) || !can_be_prepared(file.path) || outputs.contains(file.path);
     });
     return found;
   });
+}
+
+std::vector<FolderFile> rest_of_folder(std::u16string_view folder, const FolderSelection& selection) {
+  FolderSelection everything = selection;
+  everything.recursive = true;
+  everything.include.clear();
+  everything.exclude.clear();
+  std::vector<FolderFile> files = files_of_folder(folder, everything);
+  const OwnOutputs outputs(files);
+  std::erase_if(files, [&](const FolderFile& file) {
+    const std::u16string name = ascii_lower(file_name_of(file.path));
+    const bool is_ours = name == u"kavo.json" || name == u"removed.tmx" || name.ends_with(u".tud.skl");
+    return is_ours || is_bilingual_name(file.path) || can_be_prepared(file.path) || outputs.contains(file.path);
+  });
+  return files;
 }
 
 void make_folders(std::u16string_view folder) {

@@ -13,14 +13,17 @@ namespace kavo {
 
 struct FolderFile {
   std::u16string path;
-  std::u16string relative;  // from the folder that was named; the name alone of a file that was named itself
+  // From the folder that was named. Of a file that was named itself, from the tree that it lies in, else its name.
+  std::u16string relative;
 };
 
 struct FolderSelection {
   bool recursive = false;               // folders in folders, too
   std::vector<std::u16string> include;  // patterns (path_pattern.h); none for all files
   std::vector<std::u16string> exclude;
-  std::u16string leave_out{};  // a folder, whatever its name: that of the outputs
+  std::vector<std::u16string> leave_out{};  // folders, whatever their names: those of the outputs
+  // Folders whose files have their place in the tree even when they are named one by one.
+  std::vector<std::u16string> trees{};
 };
 
 // Waits for a run that works in the folder, and cleans up after one that was stopped there, with a word on standard
@@ -41,6 +44,9 @@ std::vector<FolderFile> files_meant(const std::vector<std::u16string>& given, co
 // The documents of a tree that can be prepared: of a type that the suite filters, and none that was made by preparing
 // or rebuilding another one.
 std::vector<FolderFile> sources_meant(const std::vector<std::u16string>& given, const FolderSelection& selection);
+
+// The other files of a folder and its folders: no document, nothing that this command made or reads.
+std::vector<FolderFile> rest_of_folder(std::u16string_view folder, const FolderSelection& selection);
 
 // Whether a name is that of a bilingual document.
 bool is_bilingual_name(std::u16string_view path);

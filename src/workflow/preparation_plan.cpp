@@ -89,7 +89,9 @@ bool is_up_to_date(const PlannedDocument& planned, const std::vector<std::u16str
   return true;
 }
 
-void leave_out_up_to_date(std::vector<PlannedDocument>& plan, const std::vector<std::u16string>& languages) {
+std::vector<PlannedDocument> leave_out_up_to_date(std::vector<PlannedDocument>& plan,
+                                                  const std::vector<std::u16string>& languages,
+                                                  const IsOutdated& is_outdated) {
   std::set<std::u16string, LessIgnoringCase> folders;
   for (const PlannedDocument& planned : plan) folders.insert(folder_of(ports().files->absolute(planned.document)));
   // One after the other: who keeps several may wait for a run that waits for one of them.
@@ -97,14 +99,17 @@ void leave_out_up_to_date(std::vector<PlannedDocument>& plan, const std::vector<
   std::vector<bool> is_due;
   std::set<std::u16string, LessIgnoringCase> due_books;  // folders
   for (const PlannedDocument& planned : plan) {
-    is_due.push_back(!is_up_to_date(planned, languages));
+    is_due.push_back(is_outdated(planned) || !is_up_to_date(planned, languages));
     if (is_due.back() && FileTypeOf(planned.document) == kMifDocument) due_books.insert(folder_of(planned.document));
   }
-  std::vector<PlannedDocument> due;
-  for (std::size_t i = 0; i < plan.size(); ++i)
-    if (is_due[i] || (FileTypeOf(plan[i].document) == kMifDocument && due_books.contains(folder_of(plan[i].document))))
-      due.push_back(std::move(plan[i]));
+  std::vector<PlannedDocument> due, up_to_date;
+  for (std::size_t i = 0; i < plan.size(); ++i) {
+    const bool is_of_due_book =
+        FileTypeOf(plan[i].document) == kMifDocument && due_books.contains(folder_of(plan[i].document));
+    (is_due[i] || is_of_due_book ? due : up_to_date).push_back(std::move(plan[i]));
+  }
   plan = std::move(due);
+  return up_to_date;
 }
 
 void bring_source(const PlannedDocument& planned, bool may_replace) {

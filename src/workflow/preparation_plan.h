@@ -4,6 +4,7 @@
 // that they have in the source tree, and the source tree stays as it is.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -24,9 +25,12 @@ std::vector<PlannedDocument> plan_preparation(const std::vector<FolderFile>& sou
 // Whether all documents of the languages are there and were made of the source as it is now.
 bool is_up_to_date(const PlannedDocument& planned, const std::vector<std::u16string>& languages);
 
-// Takes away what is up to date; the folders of the documents are settled first. The MIF documents of a folder share
-// their hidden texts: they all stay when one does.
-void leave_out_up_to_date(std::vector<PlannedDocument>& plan, const std::vector<std::u16string>& languages);
+// Takes away what is up to date and not outdated by anything else, and returns it; the folders of the documents are settled
+// first. The MIF documents of a folder share their hidden texts: they all stay when one does.
+using IsOutdated = std::function<bool(const PlannedDocument&)>;
+std::vector<PlannedDocument> leave_out_up_to_date(std::vector<PlannedDocument>& plan,
+                                                  const std::vector<std::u16string>& languages,
+                                                  const IsOutdated& is_outdated);
 
 // Puts the source in the place of its copy. Throws `failure` 58 for another file there that no bilingual document was
 // made of, unless it may be replaced.

@@ -4,6 +4,7 @@
 
 #include <cerrno>
 #include <climits>
+#include <cstdlib>
 
 #include "platform/files.h"
 #include "platform/posix/host.h"
@@ -21,6 +22,13 @@ std::u16string program_folder() {
   }
   const std::u16string program = path_from_host({path, static_cast<std::size_t>(length)});
   return program.substr(0, program.rfind(u'\\'));
+}
+
+std::u16string home_folder() {
+  const char* const home = std::getenv("HOME");
+  std::u16string folder = path_from_host(home ? home : "");
+  while (folder.ends_with(u'\\')) folder.pop_back();
+  return folder;
 }
 
 }  // namespace kavo

@@ -33,4 +33,11 @@ std::u16string program_folder() {
   }
 }
 
+std::u16string home_folder() {
+  std::wstring folder(GetEnvironmentVariableW(L"USERPROFILE", nullptr, 0), L'\0');
+  folder.resize(GetEnvironmentVariableW(L"USERPROFILE", folder.data(), static_cast<DWORD>(folder.size())));
+  while (folder.ends_with(L'\\')) folder.pop_back();
+  return from_wide(folder);
+}
+
 }  // namespace kavo

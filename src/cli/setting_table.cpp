@@ -1,0 +1,139 @@
+#include "cli/setting_table.h"
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+#include "cli/colours.h"
+#include "cli/mif_options.h"
+#include "common/document_kind.h"
+#include "common/nearest.h"
+#include "driver/preparation.h"
+#include "driver/status_colours.h"
+#include "mif/mif_settings.h"
+#include "platform/failure.h"
+#include "platform/unicode.h"
+#include "suite/components/editor_launcher.h"
+#include "suite/filters/filter_options.h"
+
+namespace kavo {
+namespace {
+
+// Takes a stored colour away.
+constexpr std::string_view kDefault = "default";
+
+std::string mif_split() { return split_option_name(load_mif_settings().split); }
+bool set_mif_split(const std::string& value) {
+  const auto found = split_option_names().find(value);
+  if (found == split_option_names().end()) return false;
+  store_mif_split(found->second);
+  return true;
+}
+
+std::string mif_markers() { return marker_names_of(load_mif_settings().markers); }
+bool set_mif_markers(const std::string& value) {
+  store_mif_markers(marker_list_of(value));
+  return true;
+}
+
+Setting switch_setting(std::string name, const std::string& what_for, bool (*read)(), void (*write)(bool)) {
+  return {std::move(name), "on or off" + what_for, [read] { return read() ? "on" : "off"; },
+          [write](const std::string& value) {
+            if (value != "on" && value != "off") return false;
+            write(value == "on");
+            return true;
+          }};
+}
+
+// One that can be any text.
+Setting text_setting(std::string name, std::string values, std::u16string (*read)(),
+                     void (*write)(std::u16string_view), bool starts_program = false) {
+  return {std::move(name), std::move(values), [read] { return to_utf8(read()); },
+          [write](const std::string& value) {
+            write(to_utf16(value));
+            return true;
+          },
+          starts_program};
+}
+
+template <std::size_t Status>
+std::string status_colour() {
+  return colour_text(stored_status_colours(kUsualStatusColours)[Status]);
+}
+template <std::size_t Status>
+bool set_status_colour(const std::string& value) {
+  const std::optional<std::int32_t> colour = colour_of(value);
+  if (!colour && value != kDefault) return false;
+  store_status_colour(Status, colour);
+  return true;
+}
+
+constexpr const char* kColour =
+    "a colour by its name (red, blue, green, orange ...), #RRGGBB, or default: for rebuild --highlight";
+
+// The lasting options of the filters.
+Setting setting_of(const FilterOption& option) {
+  const std::string key(option.key);
+  return {key, values_of(option) + ", or default",
+          [key] { return std::string(option_text(stored_filter_options(), key)); },
+          [key](const std::string& value) {
+            const bool is_default = value == kDefault;
+            if (!is_default && !option_problem(key, value).empty()) return false;
+            store_filter_option(key, is_default ? "" : value);
+            return true;
+          },
+          false,
+          option.kind == OptionKind::kPatterns                                        ? '\t'
+          : option.kind == OptionKind::kWords || option.kind == OptionKind::kNames ? ','
+                                                                                      : '\0'};
+}
+
+std::vector<Setting> all_settings() {
+  std::vector<Setting> settings{
+      {"mif.split", "none, semicolon or both", mif_split, set_mif_split},
+      switch_setting(
+          "mif.objects", "", [] { return load_mif_settings().objects; }, store_mif_objects),
+      {"mif.markers", "marker types with commas between", mif_markers, set_mif_markers, false, ','},
+      text_setting("editor.command", "the editor's command line, %1 for the document and %2 for the memory",
+                   editor_command, editor_command, true),
+      switch_setting("pages.repair", ": whether prepare mends the tags of pages", repairs_pages, store_repairs_pages),
+      text_setting("pages.extensions", "extensions of further server pages, with blanks between", added_page_extensions,
+                   store_page_extensions),
+      text_setting("pages.fragments", "extensions of further parts of pages, with blanks between",
+                   added_fragment_extensions, store_fragment_extensions),
+      {"highlight.untranslated", kColour, status_colour<0>, set_status_colour<0>},
+      {"highlight.fuzzy", kColour, status_colour<1>, set_status_colour<1>},
+      {"highlight.match", kColour, status_colour<2>, set_status_colour<2>},
+      {"highlight.translated", kColour, status_colour<3>, set_status_colour<3>},
+  };
+  for (Setting& setting : settings)
+    setting.shapes_documents = !setting.starts_program && !setting.name.starts_with("highlight.");
+  for (const FilterOption& option : filter_options())
+    if (is_lasting(option)) settings.push_back(setting_of(option));
+  return settings;
+}
+
+}  // namespace
+
+const std::vector<Setting>& known_settings() {
+  static const std::vector<Setting> settings = all_settings();
+  return settings;
+}
+
+const Setting* find_setting(std::string_view name) {
+  const auto found = std::ranges::find(known_settings(), name, &Setting::name);
+  return found == known_settings().end() ? nullptr : &*found;
+}
+
+std::string nearest_setting(std::string_view name) {
+  std::vector<std::string_view> names;
+  for (const Setting& setting : known_settings()) names.push_back(setting.name);
+  return std::string(nearest(name, std::move(names)).front());
+}
+
+void change_setting(const Setting& setting, const std::string& value) {
+  if (!setting.write(value))
+    throw failure(FailureNumber::kInvalidCall, to_utf16(setting.name + " can be " + setting.values));
+}
+
+}  // namespace kavo

@@ -1,0 +1,51 @@
+// manifest.json in the folder of the bilingual documents: what was prepared, from what, with which options.
+//
+// It is made for version control: in one order, without times, and nothing in it changes while people translate. A run
+// that changes nothing leaves the file alone.
+#pragma once
+
+#include <cstdint>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kavo {
+
+class Manifest {
+ public:
+  // Reads that of a folder; an empty one when there is none. Throws `failure` 58 for a file of this name that is
+  // something else, and for one that cannot be read.
+  explicit Manifest(std::u16string_view folder);
+
+  static std::u16string path_in_folder(std::u16string_view folder);
+
+  // A source by its path in the tree.
+  bool knows(std::u16string_view source, std::u16string_view language) const;
+  // Whether the options that it was prepared with are known to be others.
+  bool has_other_options(std::u16string_view source, std::u16string_view language, std::string_view options) const;
+  // Puts an entry in the place of the old one.
+  void note(std::u16string_view source, std::u16string_view language, nlohmann::json entry);
+  // Writes it if that changes a byte. Throws `failure`.
+  void save() const;
+
+  // The entry for the bilingual documents of one language, which are in `folder` or below. Throws `failure` for one that
+  // cannot be read.
+  static nlohmann::json entry_of(std::u16string_view folder, const std::vector<std::u16string>& documents,
+                                 std::string_view options);
+
+ private:
+  const nlohmann::json* find(std::u16string_view source, std::u16string_view language) const;
+
+  std::u16string path_;
+  std::string text_;  // as it was read
+  nlohmann::json value_;
+};
+
+// The path of a file from a folder, with "/" between names; "" for a file elsewhere.
+std::string place_below(std::u16string_view folder, std::u16string_view file);
+
+// 16 hexadecimal digits.
+std::string checksum_text(std::uint64_t checksum);
+
+}  // namespace kavo

@@ -1,0 +1,169 @@
+// Whole sites: the manifest of a run, other options, the files that are no documents, and what translators return.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <nlohmann/json.hpp>
+
+#include "cli/run_kavo.h"
+#include "platform/files.h"
+#include "support/temp_folder.h"
+
+namespace kavo::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+bool holds(const std::string& text, std::string_view part) { return text.find(part) != std::string::npos; }
+
+class Sites : public testing::Test {
+ protected:
+  void SetUp() override {
+    put("site/index.htm", "<html><body><p data-x=\"A hint\">Welcome here</p></body></html>\r\n");
+    put("site/shop/notes.txt", "One thing\nTwo\n");
+    put("site/shop/logo.gif", "GIF89a");
+    put("site/style.css", "p {}");
+  }
+  fs::path path(const std::string& name) const { return fs::path(path_to_host(folder.path(u""))) / name; }
+  void put(const std::string& name, const std::string& bytes) const {
+    fs::create_directories(path(name).parent_path());
+    std::ofstream(path(name), std::ios::binary) << bytes;
+  }
+  std::string get(const std::string& name) const {
+    std::ifstream file(path(name), std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+  }
+  bool has(const std::string& name) const { return fs::exists(path(name)); }
+  Ran kavo(const std::vector<std::string>& arguments) const { return run_kavo(arguments, &folder); }
+  Ran prepare(std::vector<std::string> more = {}, const std::string& languages = "FR,DE") const {
+    more.insert(more.begin(),
+                {"prepare", "site", "-r", "--output-dir", "work", "--source", "EN-US", "--target", languages});
+    return kavo(more);
+  }
+  TempFolder folder;
+};
+
+TEST_F(Sites, TheManifestSaysWhatWasPreparedAndARunWithoutAChangeLeavesIt) {
+  ASSERT_EQ(prepare().code, 0);
+  const std::string text = get("work/manifest.json");
+  const nlohmann::json manifest = nlohmann::json::parse(text);
+  EXPECT_EQ(manifest["version"], 1);
+  ASSERT_EQ(manifest["files"].size(), 2u);
+  const nlohmann::json& notes = manifest["files"]["shop/notes.txt"];
+  ASSERT_EQ(notes.size(), 2u);
+  const nlohmann::json& document = notes["FR"]["documents"]["shop/notes_txt_FR.tud"];
+  EXPECT_EQ(document["segments"], 2);
+  EXPECT_EQ(document["words"], 3);
+  EXPECT_EQ(notes["FR"]["checksum"].get<std::string>().size(), 16u);
+  EXPECT_EQ(notes["FR"]["checksum"], notes["DE"]["checksum"]);
+
+  const auto written = fs::last_write_time(path("work/manifest.json"));
+  ASSERT_EQ(kavo({"pseudo", "work", "-r"}).code, 0);
+  EXPECT_EQ(prepare().output, "0 documents prepared, 2 up to date\n");
+  EXPECT_EQ(prepare({"--overwrite"}).code, 0);
+  EXPECT_EQ(get("work/manifest.json"), text);
+  EXPECT_EQ(fs::last_write_time(path("work/manifest.json")), written);
+
+  ASSERT_EQ(prepare({}, "JA").code, 0);
+  const nlohmann::json more = nlohmann::json::parse(get("work/manifest.json"));
+  EXPECT_EQ(more["files"]["shop/notes.txt"]["FR"], notes["FR"]) << "languages that are not named stay";
+  EXPECT_TRUE(more["files"]["shop/notes.txt"].contains("JA"));
+
+  fs::remove(path("work/manifest.json"));
+  EXPECT_EQ(prepare().output, "0 documents prepared, 2 up to date\n");
+  EXPECT_EQ(get("work/manifest.json"), text) << "made again of the documents that are there";
+}
+
+TEST_F(Sites, AnotherFileOfThatNameIsNotReplaced) {
+  put("work/manifest.json", "{\"name\": \"An app\"}");
+  const Ran ran = prepare();
+  EXPECT_EQ(ran.code, 1);
+  EXPECT_TRUE(holds(ran.errors, "manifest.json is no manifest of this command")) << ran.errors;
+  EXPECT_EQ(get("work/manifest.json"), "{\"name\": \"An app\"}");
+  EXPECT_FALSE(has("work/index.htm"));
+}
+
+TEST_F(Sites, OtherOptionsAreNoticedAndTranslationsKept) {
+  ASSERT_EQ(prepare().code, 0);
+  ASSERT_EQ(kavo({"pseudo", "work", "-r", "-q"}).code, 0);
+  const std::string notes = get("work/shop/notes_txt_FR.tud");
+  const Ran other = prepare({"--filter-option", "html.text-attributes=data-x"});
+  EXPECT_EQ(other.code, 0) << other.errors;
+  EXPECT_TRUE(holds(other.output, "2 documents prepared, 0 up to date")) << other.output;
+  EXPECT_TRUE(holds(get("work/index_htm_htm_FR.tud"), "A hint"));
+  EXPECT_TRUE(holds(get("work/index_htm_htm_FR.tud"), "<target")) << "translations stay";
+  EXPECT_EQ(get("work/shop/notes_txt_FR.tud"), notes) << "nothing is different in it";
+  EXPECT_EQ(prepare({"--filter-option", "html.text-attributes=data-x"}).output,
+            "0 documents prepared, 2 up to date\n");
+  EXPECT_TRUE(holds(prepare({"--target-code-page", "65001"}).output, "2 documents prepared"));
+}
+
+TEST_F(Sites, TheOtherFilesAreCopiedOnce) {
+  ASSERT_EQ(prepare().code, 0);
+  const std::vector<std::string> command{"rebuild", "work", "-r", "--output-dir", "out-{lang}", "--copy-rest", "site"};
+  const Ran first = kavo(command);
+  EXPECT_EQ(first.code, 0) << first.errors;
+  EXPECT_TRUE(holds(first.output, "4 other files copied, 0 left as they are")) << first.output;
+  for (const char* const language : {"out-FR", "out-DE"}) {
+    EXPECT_EQ(get(std::string(language) + "/shop/logo.gif"), "GIF89a");
+    EXPECT_EQ(get(std::string(language) + "/style.css"), "p {}");
+    EXPECT_EQ(get(std::string(language) + "/shop/notes.txt"), "One thing\nTwo\n");
+  }
+  put("out-FR/style.css", "mine");
+  std::vector<std::string> again = command;
+  again.insert(again.end(), {"--target", "FR", "--overwrite"});
+  std::vector<std::string> refused = command;
+  refused.insert(refused.end(), {"--target", "FR"});
+  const Ran kept = kavo(refused);
+  EXPECT_EQ(kept.code, 1);
+  EXPECT_TRUE(holds(kept.errors, "style.css is there and differs from")) << kept.errors;
+  EXPECT_EQ(get("out-FR/style.css"), "mine");
+  EXPECT_EQ(kavo(again).code, 0);
+  EXPECT_EQ(get("out-FR/style.css"), "p {}");
+  EXPECT_EQ(kavo({"rebuild", "work", "-r", "--copy-rest", "site"}).code, 2);
+}
+
+TEST_F(Sites, NothingThatTheCommandMadeIsARest) {
+  ASSERT_EQ(kavo({"prepare", "site", "-r", "--source", "EN-US", "--target", "FR"}).code, 0);
+  const Ran ran = kavo({"rebuild", "site", "-r", "--output-dir", "site/fr", "--copy-rest", "site"});
+  EXPECT_EQ(ran.code, 0) << ran.errors;
+  std::vector<std::string> names;
+  for (const auto& entry : fs::recursive_directory_iterator(path("site/fr")))
+    if (entry.is_regular_file()) names.push_back(entry.path().filename().string());
+  std::ranges::sort(names);
+  EXPECT_EQ(names, (std::vector<std::string>{"index.htm", "logo.gif", "notes.txt", "style.css"}));
+}
+
+TEST_F(Sites, EachReturnedFileFindsItsDocument) {
+  put("site/notes.txt", "Another text\n");
+  ASSERT_EQ(prepare().code, 0);
+  ASSERT_EQ(kavo({"pseudo", "work", "-r", "-q"}).code, 0);
+  // As translators return them: beside each other under names of their own, or in the folders that they came in.
+  fs::create_directories(path("returned/shop"));
+  fs::rename(path("work/index_htm_htm_FR.tud"), path("returned/done by Anne.xlf"));
+  fs::rename(path("work/notes_txt_FR.tud"), path("returned/a.xlf"));
+  fs::rename(path("work/shop/notes_txt_FR.tud"), path("returned/shop/b.xliff"));
+  put("returned/readme.txt", "Hello");
+  ASSERT_EQ(prepare({"--fresh"}).code, 0);
+  const Ran ran = kavo({"import", "returned", "-r", "--to", "work"});
+  EXPECT_EQ(ran.code, 0) << ran.errors;
+  for (const char* const tud : {"work/index_htm_htm_FR.tud", "work/notes_txt_FR.tud", "work/shop/notes_txt_FR.tud"})
+    EXPECT_TRUE(holds(get(tud), "state=\"translated\"")) << tud;
+  EXPECT_FALSE(holds(get("work/shop/notes_txt_DE.tud"), "state=\"translated\""));
+
+  fs::create_directories(path("elsewhere"));
+  fs::rename(path("returned/a.xlf"), path("elsewhere/deep.xlf"));
+  fs::create_directories(path("returned/unknown"));
+  fs::copy(path("elsewhere/deep.xlf"), path("returned/unknown/c.xlf"));
+  const Ran several = kavo({"import", "returned", "-r", "--to", "work"});
+  EXPECT_EQ(several.code, 1);
+  EXPECT_TRUE(holds(several.errors, "several documents of the name notes_txt_FR.tud are in work")) << several.errors;
+  fs::remove(path("work/index_htm_htm_FR.tud"));
+  const Ran none = kavo({"import", "returned/done by Anne.xlf", "--to", "work"});
+  EXPECT_EQ(none.code, 1);
+  EXPECT_TRUE(holds(none.errors, "there is no index_htm_htm_FR.tud in work")) << none.errors;
+}
+
+}  // namespace
+}  // namespace kavo::test
