@@ -258,7 +258,7 @@ TEST_F(Project, EachKeyOfTheProfileChangesWhatItSays) {
        "Hello there my friend", true},
       {"scripts.offer", R"("none")", "a.asp", page("<% MsgBox \"Hello there my friend\" %>"), "a_asp_scr_FR.tud",
        "Hello there my friend", true},
-      {"scripts.texts", R"(["Tell"])", "a.asp", page("<% Tell \"abc_def\" %>"), "a_asp_scr_FR.tud", "abc_def"},
+      {"scripts.texts", R"(["Tell"])", "a.asp", page("<% Tell(\"welcome\") %>"), "a_asp_scr_FR.tud", "welcome"},
       {"text.paragraphs", R"("blank")", "a.txt", "One line\nand two\n\nThree\n", "a_txt_FR.tud",
        "<source>One line</source>", true},
   };
