@@ -11,7 +11,6 @@
 #include "cli/prepared_documents.h"
 #include "cli/setting_table.h"
 #include "cli/verb.h"
-#include "cli/workers.h"
 #include "common/document_names.h"
 #include "common/file_type.h"
 #include "common/folder_run.h"
@@ -111,30 +110,8 @@ class Prepare final : public Verb {
     for (const std::u16string& file : files) documents.push_back(planned(file).document);
     batch_ = PreparationBatch(documents_among(documents));
     choose_options();
-    if (run_folders_.empty()) run_folders_ = folders_among(documents);
-    for (const std::u16string& target : targets_) known_.emplace_back(languages_.source, target, run_folders_);
-  }
-  std::vector<std::vector<std::size_t>> jobs() const override {
-    std::vector<std::u16string> documents;
-    std::vector<bool> is_office;
-    for (const std::u16string& file : files) {
-      documents.push_back(planned(file).document);
-      is_office.push_back(file_type_row(FileTypeOf(file)).way_back == WayBack::kOfficeFile ||
-                          FileTypeOf(file) == kWordDocument);
-    }
-    return jobs_by_folder(documents, is_office);
-  }
-  nlohmann::ordered_json share(const std::vector<std::u16string>& files_of_worker) const override {
-    std::vector<std::u16string> documents;
-    for (const std::u16string& file : files_of_worker) documents.push_back(planned(file).document);
-    return {{"files", path_list(files_of_worker)}, {"documents", path_list(documents)}, {"folders", path_list(run_folders_)}};
-  }
-  void take_share(const nlohmann::ordered_json& share) override {
-    name_targets();
-    files = paths_in(share.at("files"));
-    const std::vector<std::u16string> documents = paths_in(share.at("documents"));
-    for (std::size_t i = 0; i < files.size(); ++i) plan_.emplace(files[i], PlannedDocument{files[i], documents[i]});
-    run_folders_ = paths_in(share.at("folders"));
+    const std::vector<std::u16string> run_folders = folders_among(documents);
+    for (const std::u16string& target : targets_) known_.emplace_back(languages_.source, target, run_folders);
   }
   void add_up(const Outcome& outcome) override {
     if (outcome.details.contains("languages")) done_.push_back(outcome.details);
@@ -393,7 +370,6 @@ class Prepare final : public Verb {
   PreparationBatch batch_;
   std::vector<std::u16string> targets_;
   std::map<std::u16string, PlannedDocument> plan_;  // by source
-  std::vector<std::u16string> run_folders_;         // of all documents, in order
   bool is_project_ = false;                         // folders were named, or an output folder
   std::vector<PlannedDocument> up_to_date_;         // left out
   std::optional<Manifest> manifest_;                // of the output folder

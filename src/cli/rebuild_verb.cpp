@@ -8,7 +8,6 @@
 #include "cli/option_values.h"
 #include "cli/outcome_observer.h"
 #include "cli/verb.h"
-#include "cli/workers.h"
 #include "common/checksum.h"
 #include "common/clsCommon.h"
 #include "common/document_kind.h"
@@ -81,11 +80,6 @@ void refuse_unknown_language(const std::u16string& tud) {
                     listed(documents_and_skeletons(tud)) + u", and inside the .tud files in target-language");
 }
 
-bool is_made_by_office(const TudName& name) {
-  const std::int32_t type = FileTypeOf(u"." + name.part(1));
-  return type == kWordDocument || file_type_row(type).way_back == WayBack::kOfficeFile;
-}
-
 // Throws `failure` 53.
 void refuse_missing_companions(const std::u16string& tud) {
   std::vector<std::u16string> missing = missing_companions(TudName(tud));
@@ -131,26 +125,6 @@ class Rebuild final : public Verb {
     if (!output_folder_.empty()) plan_outputs(found);
   }
   FolderOptions* folder_options() override { return &folders_; }
-  std::vector<std::vector<std::size_t>> jobs() const override {
-    std::vector<bool> is_office;
-    for (const std::u16string& file : files)
-      is_office.push_back(!is_package(file) && is_made_by_office(TudName(file)));
-    return jobs_by_folder(files, is_office);
-  }
-  nlohmann::ordered_json share(const std::vector<std::u16string>& files_of_worker) const override {
-    nlohmann::ordered_json outputs = nlohmann::ordered_json::array();
-    for (const std::u16string& file : files_of_worker) {
-      const auto planned = outputs_.find(file);
-      outputs.push_back(planned == outputs_.end() ? "" : to_utf8(planned->second));
-    }
-    return {{"files", path_list(files_of_worker)}, {"outputs", std::move(outputs)}};
-  }
-  void take_share(const nlohmann::ordered_json& share) override {
-    files = paths_in(share.at("files"));
-    const std::vector<std::u16string> outputs = paths_in(share.at("outputs"));
-    for (std::size_t i = 0; i < files.size(); ++i)
-      if (!outputs[i].empty()) outputs_.emplace(files[i], outputs[i]);
-  }
   void start() override { driver_.emplace(); }
   std::u16string workplace(const std::u16string& file) const override { return file; }
   Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {

@@ -9,7 +9,6 @@
 #include "cli/option_values.h"
 #include "cli/report.h"
 #include "cli/verb.h"
-#include "cli/workers.h"
 #include "common/file_type.h"
 #include "common/path_parts.h"
 #include "platform/failure.h"
@@ -242,22 +241,6 @@ class Verify final : public Verb {
     survived_ += outcome.ending == Outcome::kDone ? 1 : 0;
     texts_ += outcome.details.value("texts", std::uint64_t{0});
   }
-  // The MIF documents of a folder are tried together, too.
-  std::vector<std::vector<std::size_t>> jobs() const override {
-    std::vector<Job> all;
-    std::map<std::u16string, Job> books;
-    for (std::size_t i = 0; i < files.size(); ++i)
-      if (FileTypeOf(files[i]) == kMifDocument)
-        books[folder_of(files[i])].push_back(i);
-      else
-        all.push_back({i});
-    for (auto& [folder, book] : books) all.push_back(std::move(book));
-    return all;
-  }
-  nlohmann::ordered_json share(const std::vector<std::u16string>& files_of_worker) const override {
-    return path_list(files_of_worker);
-  }
-  void take_share(const nlohmann::ordered_json& share) override { files = paths_in(share); }
   std::optional<Outcome> finish() override {
     if (files_ < 2) return std::nullopt;
     Outcome outcome;

@@ -37,9 +37,10 @@ class OfficeEngine : public testing::Test {
 TEST_F(OfficeEngine, ACommandWithoutTheEngineSaysWhatToInstallAndThatItMustBeBuiltAgain) {
   const Ran ran = convert();
   EXPECT_EQ(ran.code, 1);
-  EXPECT_NE(ran.errors.find("Word.Application is served by LibreOffice: the engine is not there; install "
-                            "libreoffice-dev, libreoffice-writer-nogui, libreoffice-impress-nogui and "
-                            "libreoffice-calc-nogui and build it again"),
+  EXPECT_NE(ran.errors.find("Word.Application is served by LibreOffice: the engine is not there; install the package "
+                            "kavo-office, or, where kavo was built from its source, libreoffice-dev, "
+                            "libreoffice-writer-nogui, libreoffice-impress-nogui and libreoffice-calc-nogui, and build "
+                            "it again"),
             std::string::npos)
       << ran.errors;
   EXPECT_EQ(folder.read(u"a.doc"), "any");
