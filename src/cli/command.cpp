@@ -123,6 +123,7 @@ ExitCode parse_and_run(CLI::App& app, std::vector<std::string> arguments, const 
   const NeededOptions needed(commands);
   app.parse(std::move(arguments));
   const Command& command = *std::ranges::find_if(commands, [](const Command& c) { return c.app->parsed(); });
+  if (!options.files.empty()) working_on(options.files.front().c_str());
   std::optional<ProjectFile> project;
   if (uses_project(full_name(command.entry)) && !options.no_project) project = ProjectFile::find();
   if (project) {
