@@ -153,18 +153,14 @@ bool ContainsQuotedText(std::u16string_view text) {
 
 void LockScriptSegments(std::u16string_view tud) {
   TudComponent document;
-  const auto check = [&](bool done) {
-    if (!done) throw failure(FailureNumber::kInvalidCall, document.reason());
-  };
-  check(document.open(tud));
+  document.open(tud);
   const std::int32_t count = document.segment_count();
   for (std::int32_t number = 1; number <= count; ++number) {
     const auto segment = document.segment(number);
-    check(segment.has_value());
-    if (ContainsQuotedText(segment->source)) continue;
-    check(document.set_segment(number, segment->target, kNeedsNoTranslation, kWholeMatch));
+    if (ContainsQuotedText(segment.source)) continue;
+    document.set_segment(number, segment.target, kNeedsNoTranslation, kWholeMatch);
   }
-  check(document.close());
+  document.close();
 }
 
 }  // namespace kavo

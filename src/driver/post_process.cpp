@@ -11,6 +11,7 @@
 #include "common/run_journal.h"
 #include "common/same_file.h"
 #include "driver/document_files.h"
+#include "driver/step_failures.h"
 #include "driver/target_build.h"
 #include "driver/utf16_page.h"
 #include "html/scripts/clsASP2HTML.h"
@@ -75,21 +76,22 @@ PostProcessing::PostProcessing(const TudName& name, std::u16string target, std::
       run_(run),
       observer_(observer) {}
 
-bool PostProcessing::PostProcess() {
+void PostProcessing::PostProcess() {
   const std::u16string extension = ascii_upper(extension_of(result_));
   try {
     if (extension == u"HTM") return RestoreScripts();
     if (extension == u"MIF") return MergeMIF();
     if (extension == u"RTF") return RebuildDocument();
     if (extension == u"XML") return RebuildOfficeFile();
-    return true;
+  } catch (const reported_failure&) {
+    throw;
   } catch (const failure& reason) {
     observer_.tell({reason.description()});
-    return false;
+    throw reported_failure();
   }
 }
 
-bool PostProcessing::RestoreScripts() {
+void PostProcessing::RestoreScripts() {
   const std::u16string script = name_.file_name(1, u"SCR", true);
   FolderRun part(script);
   part.borrow(script);
@@ -114,10 +116,10 @@ bool PostProcessing::RestoreScripts() {
   result_ = scripts.ASPFile();
   if (restored && utf16 != 0) turn_into_utf16(result_, utf16);
   part.commit();
-  return restored;
+  if (!restored) throw reported_failure();
 }
 
-bool PostProcessing::MergeMIF() {
+void PostProcessing::MergeMIF() {
   const std::u16string objects = name_.file_name(1, u"obj", false);
   // The preparation does not take objects out, so without an object file there is nothing to put back, unless the
   // document holds placeholders.
@@ -148,15 +150,14 @@ bool PostProcessing::MergeMIF() {
            to_utf16(std::to_string(missing))});
     part.commit();
   }
+  if (!merged) throw reported_failure();
   // The side files that the preparation made are not needed any more. They are back when the run fails.
   for (const std::u16string_view side : kMifSides)
-    if (const std::u16string prepared = mif_side_file(name_.folder(), side);
-        merged && !is_same_file(prepared, document_))
+    if (const std::u16string prepared = mif_side_file(name_.folder(), side); !is_same_file(prepared, document_))
       remove_if_there(*ports().files, prepared);
-  return merged;
 }
 
-bool PostProcessing::RebuildDocument() {
+void PostProcessing::RebuildDocument() {
   clsRTFUtil objects;
   objects.Progress([&](std::int16_t percent) { observer_.tell_progress(document_, percent); });
   objects.RTFFile(result_);
@@ -165,27 +166,24 @@ bool PostProcessing::RebuildDocument() {
   if (is_file(objects.ObjFile()) || holds_object_markers(result_)) {
     const bool inserted = objects.InsertObjects() == 0;
     observer_.tell_all(objects.ErrorList());
-    if (!inserted) return false;
+    if (!inserted) throw reported_failure();
   }
-  if (ascii_upper(name_.part(1)) != u"DOC") return true;
+  if (ascii_upper(name_.part(1)) != u"DOC") return;
 
   form_ = result_;
   clsDOC2RTF word;
   word.RTFFile(result_);
   word.DOCFile(run_.scratch_path(file_name_of(document_)));
-  if (word.RTF2DOC() != 0 || !is_file(word.DOCFile())) {
-    observer_.tell({u"The word processor could not convert " + result_ + u": " +
-                    reason_of_failure(word.errors(), kWordProgram)});
-    return false;
-  }
+  if (word.RTF2DOC() != 0 || !is_file(word.DOCFile()))
+    throw failure(FailureNumber::kInvalidCall, u"The word processor could not convert " + result_ + u": " +
+                                                   reason_of_failure(word.errors(), kWordProgram));
   result_ = word.DOCFile();
-  return true;
 }
 
-bool PostProcessing::RebuildOfficeFile() {
+void PostProcessing::RebuildOfficeFile() {
   const bool has_language = !language_.empty();
   const std::u16string type = office_type(name_, has_language);
-  if (type.empty()) return true;  // any other XML document
+  if (type.empty()) return;  // any other XML document
   const std::u16string source = name_.file_name(has_language ? 1 : 2, type, false);
   if (is_same_file(document_, source))
     throw failure(FailureNumber::kInvalidCall, u"The target must be another file than " + source);
@@ -196,27 +194,33 @@ bool PostProcessing::RebuildOfficeFile() {
   if (!is_same_file(xml, result_)) replace_file(result_, xml);
   form_ = xml;
   const std::u16string problem = ascii_upper(type) == u"PPT" ? import_presentation(xml) : import_workbook(xml);
-  if (!problem.empty()) observer_.tell({u"The texts could not be put into " + document_ + u": " + problem});
+  if (!problem.empty())
+    throw failure(FailureNumber::kInvalidCall, u"The texts could not be put into " + document_ + u": " + problem);
   result_ = copy;
-  return problem.empty();
 }
 
 // Makes a companion's `file` from its bilingual document. Throws `failure` when that fails.
 void PostProcessing::rebuild(const std::u16string& tud, const std::u16string& file) {
   TargetBuild build(tud, run_);
-  const auto check = [&](bool done) {
-    if (!done) throw failure(FailureNumber::kInvalidCall, tud + u": " + build.reason());
+  const auto take = [&](auto&& step) {
+    try {
+      step();
+    } catch (const refusal& reason) {
+      throw failure(FailureNumber::kInvalidCall, tud + u": " + reason.description());
+    }
   };
-  check(build.open());
+  take([&] { build.open(); });
   if (build.set_mark() != mark_)
     throw failure(FailureNumber::kInvalidCall,
                   tud +
                       u" does not come from the same preparation as the document that it belongs to: their texts would "
                       u"come into the wrong places. Prepare the document again, or put the documents of one "
                       u"preparation together");
-  check(build.read_details());
-  check(build.save_open_tag(std::nullopt));
-  check(build.locate_skeleton());
+  take([&] {
+    build.read_details();
+    build.save_open_tag(std::nullopt);
+    build.locate_skeleton();
+  });
   build.create_target(file, language_);
 }
 

@@ -23,10 +23,9 @@ class PostProcessing {
   PostProcessing(const TudName& name, std::u16string target, std::u16string created, std::u16string language,
                  std::u16string mark, bool refuses_gaps, FolderRun& run, const RunObserver& observer);
 
-  // Takes the steps that the target's extension asks for. True when they succeeded or there are none. After false the
-  // observer has been told why. Throws `failure` when a file cannot be read or written, and `interruption` when the
-  // user interrupts.
-  bool PostProcess();
+  // Takes the steps that the target's extension asks for, if any. Throws `reported_failure` (step_failures.h) when one
+  // fails, and `interruption` when the user interrupts.
+  void PostProcess();
   // The scratch file that now holds the translation, and the document that it is to become.
   const std::u16string& result() const { return result_; }
   const std::u16string& document() const { return document_; }
@@ -34,10 +33,10 @@ class PostProcessing {
   const std::u16string& form() const { return form_; }
 
  private:
-  bool RestoreScripts();
-  bool MergeMIF();
-  bool RebuildDocument();
-  bool RebuildOfficeFile();
+  void RestoreScripts();
+  void MergeMIF();
+  void RebuildDocument();
+  void RebuildOfficeFile();
   void rebuild(const std::u16string& tud, const std::u16string& file);
 
   const TudName& name_;

@@ -11,6 +11,7 @@
 #include "common/pending_file.h"
 #include "common/program_settings.h"
 #include "driver/document_files.h"
+#include "driver/step_failures.h"
 #include "driver/utf16_page.h"
 #include "formats/script/language.h"
 #include "html/repair/clsHTMLValidate.h"
@@ -66,20 +67,20 @@ class PreparationRun {
   }
 
  private:
-  void run_step(std::int32_t failure_code, bool (PreparationRun::*step)()) {
-    bool is_prepared = false;
+  void run_step(std::int32_t failure_code, void (PreparationRun::*step)()) {
     try {
       refuse_twin(source_);
       if (failure_code == kMifFailed) keep_backup();
       FolderRun run(source_, observer_.report());
       run_ = &run;
-      is_prepared = (this->*step)();
-      if (is_prepared) run.commit();
+      (this->*step)();
+      run.commit();
+      return;
+    } catch (const reported_failure&) {
+      // The observer knows the reasons.
     } catch (const failure& reason) {
-      is_prepared = false;
       observer_.tell({reason.description()});
     }
-    if (is_prepared) return;
     result_.result = failure_code;
     result_.files.clear();
   }
@@ -91,19 +92,18 @@ class PreparationRun {
     run.commit();
   }
 
-  bool PrepareHTML() {
+  void PrepareHTML() {
     if (!is_utf16_page(source_)) return prepare_page(source_);
     const std::u16string copy = run_->scratch_path(file_name_of(source_));
     const unsigned code_page = write_as_utf8(source_, copy);
-    if (!prepare_page(copy)) return false;
+    prepare_page(copy);
     turn_into_utf16(result_.files[0].file_name, code_page);
     mark_as_utf8(result_.files[1].file_name);
     result_.origin = {};  // its places are those of the copy
-    return true;
   }
 
   // `page` is the source, or what stands for it.
-  bool prepare_page(const std::u16string& page) {
+  void prepare_page(const std::u16string& page) {
     PageNames names;
     names.page = source_;
     complete_from_page(names);
@@ -115,12 +115,12 @@ class PreparationRun {
     scripts.follow(&result_.origin.protected_page, &result_.origin.script);
     const std::int32_t protection = scripts.ASP2HTML();
     observer_.tell_all_after_heading(scripts.ErrorList());
-    if (protection != 0) return false;
+    if (protection != 0) throw reported_failure();
     fill_empty_script_file(scripts.SCRFile());
     result_.files = {{scripts.HTMFile(), kHtmlPage, u""}, {scripts.SCRFile(), kPlainText, u""}};
     if (!repairs_) {
       result_.files[0].author_lines = LineMap(scripts.HTMFile(), result_.origin.protected_page, page).text();
-      return true;
+      return;
     }
 
     clsHTMLValidate validation;
@@ -141,10 +141,10 @@ class PreparationRun {
     const PageOrigin& origin = result_.origin;
     const CopyTrail both = trail_of_both(origin.protected_page, origin.repair);
     result_.files[0].author_lines = LineMap(scripts.HTMFile(), both, page).text();
-    return repair <= 0;
+    if (repair > 0) throw reported_failure();
   }
 
-  bool PrepareMIF() {
+  void PrepareMIF() {
     clsMIFUtilities mif;
     mif.Progress([&](std::int16_t percent) { observer_.tell_progress(source_, percent); });
     mif.StartBatch();
@@ -165,11 +165,10 @@ class PreparationRun {
     }
     const bool is_written = is_extracted && (!collects || mif.EndBatch() == 0);
     observer_.tell_all(mif.ErrorList());
-    if (!is_written) return false;
-    if (!collects) return true;
+    if (!is_written) throw reported_failure();
+    if (!collects) return;
     for (const std::u16string& side : sides) result_.files.push_back({side, kMifDocument, u""});
     batch_.add_side_files_of(source_);
-    return true;
   }
 
   const std::u16string source_;

@@ -1,7 +1,5 @@
 #include "driver/target_build.h"
 
-#include <utility>
-
 #include "common/clsCommon.h"
 #include "common/document_names.h"
 #include "common/folder_run.h"
@@ -9,11 +7,25 @@
 #include "common/same_file.h"
 #include "driver/document_files.h"
 #include "driver/filter_table.h"
+#include "driver/step_failures.h"
 #include "driver/tud_name.h"
 #include "platform/case_fold.h"
 #include "platform/failure.h"
 
 namespace kavo {
+namespace {
+
+// What keeps the run from noting a file counts as the refusal of the step.
+template <class Action>
+void or_refuse(Action&& action) {
+  try {
+    action();
+  } catch (const failure& reason) {
+    throw refusal(reason.description());
+  }
+}
+
+}  // namespace
 
 TargetBuild::TargetBuild(std::u16string_view tud, FolderRun& run)
     : tud_(tud), open_tag_(open_tag_name_of(tud)), run_(run) {}
@@ -22,43 +34,30 @@ TargetBuild::~TargetBuild() {
   if (!skeleton_.path.empty() && !skeleton_.keep) clsCommon().DeleteFile(skeleton_.path);
 }
 
-// Runs a step. When it fails, keeps the reason and returns false.
-template <class Step>
-bool TargetBuild::can(Step&& step) {
-  try {
-    step();
-    return true;
-  } catch (const failure& reason) {
-    refusal_ = reason.description();
-    return false;
-  }
+void TargetBuild::open() {
+  refuse_open_tag_name(tud_);
+  document_.open(tud_);
 }
 
-bool TargetBuild::open() { return leaves_alone(tud_) && document_.open(tud_); }
-
-bool TargetBuild::read_details() {
-  auto details = document_.merge_details();
-  if (details) details_ = std::move(*details);
-  return details && leaves_alone(details_.skeleton_name);
+void TargetBuild::read_details() {
+  details_ = document_.merge_details();
+  refuse_open_tag_name(details_.skeleton_name);
 }
 
-bool TargetBuild::save_open_tag(const std::optional<StatusColours>& colours) {
-  return can([&] { run_.borrow(open_tag_); }) && document_.save_open_tag(open_tag_, colours);
+void TargetBuild::save_open_tag(const std::optional<StatusColours>& colours) {
+  or_refuse([&] { run_.borrow(open_tag_); });
+  document_.save_open_tag(open_tag_, colours);
 }
 
-bool TargetBuild::locate_skeleton() {
-  auto skeleton = document_.locate_skeleton();
-  if (skeleton) skeleton_ = std::move(*skeleton);
-  if (skeleton_.path.empty()) return false;
-  return skeleton_.keep || can([&] { run_.note_temporary_file(skeleton_.path); });
+void TargetBuild::locate_skeleton() {
+  skeleton_ = document_.locate_skeleton();
+  if (!skeleton_.keep) or_refuse([&] { run_.note_temporary_file(skeleton_.path); });
 }
 
 // Compares names without their folders, since a document may name its skeleton with or without one.
-bool TargetBuild::leaves_alone(std::u16string_view file) {
-  const auto name_of = [](std::u16string_view path) { return file_name_of(path); };
-  if (!equal_ignoring_case(name_of(file), name_of(open_tag_))) return true;
-  refusal_ = u"The OpenTag file " + std::exchange(open_tag_, u"") + u" would replace a file that it is made from";
-  return false;
+void TargetBuild::refuse_open_tag_name(std::u16string_view file) const {
+  if (equal_ignoring_case(file_name_of(file), file_name_of(open_tag_)))
+    throw refusal(u"The OpenTag file " + open_tag_ + u" would replace a file that it is made from");
 }
 
 void TargetBuild::refuse_own_file(const std::u16string& target) const {

@@ -22,12 +22,11 @@ class TargetBuild {
   TargetBuild(const TargetBuild&) = delete;
   TargetBuild& operator=(const TargetBuild&) = delete;
 
-  // The steps, in this order. After false, reason() says why the step failed.
-  bool open();
-  bool read_details();
-  bool save_open_tag(const std::optional<StatusColours>& colours);
-  bool locate_skeleton();
-  std::u16string reason() const { return refusal_.empty() ? document_.reason() : refusal_; }
+  // The steps, in this order. Each throws `refusal` (step_failures.h) when it cannot be taken.
+  void open();
+  void read_details();
+  void save_open_tag(const std::optional<StatusColours>& colours);
+  void locate_skeleton();
 
   // Throws `failure` 5 when `target` is one of the files that it is made of, as far as the steps so far know them.
   void refuse_own_file(const std::u16string& target) const;
@@ -41,15 +40,12 @@ class TargetBuild {
   const MergeDetails& details() const { return details_; }
 
  private:
-  // False when `file`, which the build reads, has the name of the OpenTag file, which the build writes and deletes. The
-  // build then leaves that name alone.
-  bool leaves_alone(std::u16string_view file);
-  template <class Step>
-  bool can(Step&& step);
+  // Throws `refusal` when `file`, which the build reads, has the name of the OpenTag file, which the build would write
+  // and delete.
+  void refuse_open_tag_name(std::u16string_view file) const;
 
   std::u16string tud_;
   std::u16string open_tag_;
-  std::u16string refusal_;
   FolderRun& run_;
   TudComponent document_;
   MergeDetails details_;

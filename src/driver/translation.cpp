@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "common/document_names.h"
@@ -16,6 +17,7 @@
 #include "driver/font_mapping.h"
 #include "driver/post_process.h"
 #include "driver/status_colours.h"
+#include "driver/step_failures.h"
 #include "driver/target_build.h"
 #include "driver/tud_name.h"
 #include "platform/failure.h"
@@ -47,6 +49,29 @@ bool is_office_format(std::u16string_view format) {
   return upper == u"PPT" || upper == u"XLS";
 }
 
+// Ends a translation with an error of the contract. The description is "" where the usual text of its number says it.
+class translation_failure : public failure {
+ public:
+  explicit translation_failure(TranslationError error, std::u16string description = {})
+      : failure(FailureNumber::kInvalidCall, std::move(description)), error_(error) {}
+  TranslationError error() const noexcept { return error_; }
+
+ private:
+  TranslationError error_;
+};
+
+// Takes a step and returns its result. Its failure becomes `error`, with the failure's own description.
+template <class Step>
+auto described_as(TranslationError error, Step&& step) {
+  try {
+    return step();
+  } catch (const translation_failure&) {
+    throw;
+  } catch (const failure& reason) {
+    throw translation_failure(error, reason.description());
+  }
+}
+
 class Translation {
  public:
   Translation(const TranslationRequest& request, const RunObserver& observer)
@@ -60,82 +85,84 @@ class Translation {
 
   TranslationResult run() {
     std::u16string filter;
-    if (const TranslationError error = create(filter); error != kNoError)
-      return {error, FolderRun::without_scratch_folder(error_text_), u""};
+    try {
+      filter = create();
+    } catch (const translation_failure& reason) {
+      return {reason.error(), FolderRun::without_scratch_folder(reason.description()), u""};
+    }
     show(filter);
     return {kNoError, u"", target_};
   }
 
  private:
-  TranslationError create(std::u16string& filter) {
+  // Returns the filter's identifier.
+  std::u16string create() {
     std::optional<FolderRun> run;
-    try {
+    described_as(kTudNotOpened, [&] {
       run.emplace(request_.tud, observer_.report());
       language_ = known_language(name_.language());
       // Without its companions the document is rebuilt as the filter made it, without post-processing.
       if (!language_.empty() && !missing_companions(name_).empty()) language_.clear();
-    } catch (const failure& reason) {
-      error_text_ = reason.description();
-      return kTudNotOpened;
-    }
+    });
     TargetBuild build(request_.tud, *run);
-    const TranslationError error = build_target(build, *run);
-    if (error != kNoError) return error;
-    filter = build.details().filter_identifier;
+    build_target(build, *run);
     try {
       run->commit();
     } catch (const failure& reason) {
       observer_.tell({reason.description()});
-      error_text_ = overwrites_ ? u"" : reason.description();
-      return overwrites_ ? kTargetInTheWay : kTargetNotCreated;
+      if (overwrites_) throw translation_failure(kTargetInTheWay);
+      throw translation_failure(kTargetNotCreated, reason.description());
     }
     tell_progress(100);
-    return kNoError;
+    return build.details().filter_identifier;
   }
 
-  TranslationError build_target(TargetBuild& build, FolderRun& run) {
-    const auto failed = [&](TranslationError error) {
-      observer_.tell({build.reason()});
-      return error;
-    };
-    if (!build.open()) return failed(kTudNotOpened);
+  // Takes a step of the build. When the suite refuses it, the observer receives the reason.
+  template <class Step>
+  void take(TranslationError error, Step&& step) const {
     try {
-      if (build.has_source_changed()) tell_that_source_has_changed();
-    } catch (const failure& reason) {
-      error_text_ = reason.description();
-      return kTudNotOpened;
+      step();
+    } catch (const refusal& reason) {
+      observer_.tell({reason.description()});
+      throw translation_failure(error);
     }
+  }
+
+  void build_target(TargetBuild& build, FolderRun& run) {
+    take(kTudNotOpened, [&] { build.open(); });
+    described_as(kTudNotOpened, [&] {
+      if (build.has_source_changed()) tell_that_source_has_changed();
+    });
     tell_progress(15);
-    if (!build.read_details()) return failed(kNoMergeDetails);
+    take(kNoMergeDetails, [&] { build.read_details(); });
     const std::u16string& source_format = build.details().source_format;
     if (target_.empty()) target_ = build.details().target_name;
-    if (const auto error = check_target(build); error != kNoError) return error;
-    if (!build.save_open_tag(colours(source_format))) return failed(kOpenTagNotSaved);
+    described_as(kTargetNotCreated, [&] { check_target(build); });
+    take(kOpenTagNotSaved, [&] { build.save_open_tag(colours(source_format)); });
     tell_progress(30);
-    if (!build.locate_skeleton()) return failed(kNoSkeleton);
-    std::u16string created;
-    if (!create_target(build, run, created)) return kTargetNotCreated;
+    take(kNoSkeleton, [&] { build.locate_skeleton(); });
+    const std::u16string created = described_as(kTargetNotCreated, [&] { return create_target(build, run); });
     tell_progress(80);
+    std::u16string result = created;
+    if (is_post_processed(source_format)) result = post_process(build, created, run);
+    target_ = wanted();
+    described_as(kTargetNotCreated, [&] { replace_file(result, target_); });
+  }
+
+  // Returns the scratch file that holds the translation.
+  std::u16string post_process(TargetBuild& build, const std::u16string& created, FolderRun& run) {
     const RunObserver last_fifth{[this](std::u16string_view, int percent) { tell_progress(80 + percent / 5); },
                                  observer_.message};
-    std::u16string result = created;
-    if (is_post_processed(source_format)) {
-      PostProcessing routes(name_, target_, created, language_, build.set_mark(), request_.refuses_gaps, run,
-                            last_fifth);
-      if (!routes.PostProcess()) return kNotPostProcessed;
-      result = routes.result();
-      if (request_.keeps_form && !routes.form().empty())
-        copy_file(routes.form(), translated_form_of(routes.document()));
-      target_ = routes.document();
-    }
-    target_ = wanted();
+    PostProcessing routes(name_, target_, created, language_, build.set_mark(), request_.refuses_gaps, run, last_fifth);
     try {
-      replace_file(result, target_);
-    } catch (const failure& reason) {
-      error_text_ = reason.description();
-      return kTargetNotCreated;
+      routes.PostProcess();
+    } catch (const reported_failure&) {
+      throw translation_failure(kNotPostProcessed);
     }
-    return kNoError;
+    if (request_.keeps_form && !routes.form().empty())
+      copy_file(routes.form(), translated_form_of(routes.document()));
+    target_ = routes.document();
+    return routes.result();
   }
 
   bool has_output() const { return !request_.output.empty(); }
@@ -143,31 +170,22 @@ class Translation {
   // The document that the caller asks for.
   const std::u16string& wanted() const { return has_output() ? request_.output : target_; }
 
-  TranslationError check_target(TargetBuild& build) {
-    const std::u16string& source_format = build.details().source_format;
-    try {
-      refuse_lost_name(build);
-      std::vector<std::u16string> documents{wanted()};
-      if (!has_output() && is_post_processed(source_format))
-        documents.push_back(document_made_of(name_, target_, language_));
-      for (const std::u16string& document : documents) {
-        if (request_.keeps_existing && is_file(document)) {
-          error_text_ = document + u" exists already";
-          return kTargetInTheWay;
-        }
-        // The run replaces an old document once the new one is complete, but cannot replace a folder.
-        if (const auto old = ports().files->info(document); overwrites_ && old && old->is_folder) {
-          observer_.tell({document + u" is a folder"});
-          return kTargetInTheWay;
-        }
+  void check_target(TargetBuild& build) {
+    refuse_lost_name(build);
+    std::vector<std::u16string> documents{wanted()};
+    if (!has_output() && is_post_processed(build.details().source_format))
+      documents.push_back(document_made_of(name_, target_, language_));
+    for (const std::u16string& document : documents) {
+      if (request_.keeps_existing && is_file(document))
+        throw translation_failure(kTargetInTheWay, document + u" exists already");
+      // The run replaces an old document once the new one is complete, but cannot replace a folder.
+      if (const auto old = ports().files->info(document); overwrites_ && old && old->is_folder) {
+        observer_.tell({document + u" is a folder"});
+        throw translation_failure(kTargetInTheWay);
       }
-      build.refuse_own_file(wanted());
-      refuse_companion(wanted());
-    } catch (const failure& reason) {
-      error_text_ = reason.description();
-      return kTargetNotCreated;
     }
-    return kNoError;
+    build.refuse_own_file(wanted());
+    refuse_companion(wanted());
   }
 
   // Scripts and hidden texts are found by the document's name. Where gaps are refused, throws `failure` 5 for a
@@ -203,20 +221,16 @@ class Translation {
     return stored_status_colours(request_.unset_colours);
   }
 
-  bool create_target(const TargetBuild& build, FolderRun& run, std::u16string& created) {
-    try {
-      build.refuse_own_file(wanted());
-      created = run.scratch_path(file_name_of(target_));
-      const FontMapping font_mapping(ports().files->absolute(name_.folder() + u"KAVO.FMP"),
-                                     build.details().source_format);
-      build.create_target(created, language_);
-      observer_.tell_all(filter_messages());
-      font_mapping.restore();
-      return true;
-    } catch (const failure& reason) {
-      error_text_ = reason.description();
-      return false;
-    }
+  // Returns the scratch file that the filter made.
+  std::u16string create_target(const TargetBuild& build, FolderRun& run) const {
+    build.refuse_own_file(wanted());
+    const std::u16string created = run.scratch_path(file_name_of(target_));
+    const FontMapping font_mapping(ports().files->absolute(name_.folder() + u"KAVO.FMP"),
+                                   build.details().source_format);
+    build.create_target(created, language_);
+    observer_.tell_all(filter_messages());
+    font_mapping.restore();
+    return created;
   }
 
   bool is_post_processed(const std::u16string& source_format) const {
@@ -259,7 +273,6 @@ class Translation {
   const TudName name_;
   std::u16string target_;
   std::u16string language_;  // "" when the suite does not know the name's, or companions are missing
-  std::u16string error_text_;
 };
 
 }  // namespace

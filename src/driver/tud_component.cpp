@@ -1,5 +1,6 @@
 #include "driver/tud_component.h"
 
+#include "driver/step_failures.h"
 #include "platform/ports.h"
 
 namespace kavo {
@@ -14,47 +15,49 @@ Argument text_back() { return by_reference(std::u16string()); }
 
 TudComponent::TudComponent() : document_(ports().automation->create(u"K19Suite.TUDDocument")) {}
 
-bool TudComponent::open(std::u16string_view name) {
+void TudComponent::open(std::u16string_view name) {
   Argument arguments[] = {text(name)};
-  return call(u"Open", arguments);
+  call(u"Open", arguments);
 }
 
-std::optional<MergeDetails> TudComponent::merge_details() {
+MergeDetails TudComponent::merge_details() {
   Argument arguments[] = {text_back(), text_back(), text_back(), text_back()};
-  if (!call(u"GetMergeDetails", arguments)) return std::nullopt;
+  call(u"GetMergeDetails", arguments);
   return MergeDetails{as_text(arguments[0].value), as_text(arguments[1].value), as_text(arguments[2].value),
                       as_text(arguments[3].value)};
 }
 
-bool TudComponent::save_open_tag(std::u16string_view name, const std::optional<StatusColours>& colours) {
+void TudComponent::save_open_tag(std::u16string_view name, const std::optional<StatusColours>& colours) {
   if (!colours) {
     Argument arguments[] = {text(name)};
     return call(u"SaveOpenTag", arguments);
   }
   Argument arguments[] = {text(name), by_value((*colours)[0]), by_value((*colours)[1]), by_value((*colours)[2]),
                           by_value((*colours)[3])};
-  return call(u"SaveColouredOpenTag", arguments);
+  call(u"SaveColouredOpenTag", arguments);
 }
 
-std::optional<LocatedSkeleton> TudComponent::locate_skeleton() {
+LocatedSkeleton TudComponent::locate_skeleton() {
   Argument arguments[] = {text_back(), by_reference(true)};
-  if (!call(u"LocateSkeleton", arguments)) return std::nullopt;
-  return LocatedSkeleton{as_text(arguments[0].value), as_flag(arguments[1].value)};
+  call(u"LocateSkeleton", arguments);
+  LocatedSkeleton skeleton{as_text(arguments[0].value), as_flag(arguments[1].value)};
+  if (skeleton.path.empty()) refuse(u"LocateSkeleton");
+  return skeleton;
 }
 
 std::int32_t TudComponent::segment_count() { return as_number(document_->get(u"SegmentCount")); }
 
-std::optional<TudComponent::SegmentTexts> TudComponent::segment(std::int32_t number) {
+TudComponent::SegmentTexts TudComponent::segment(std::int32_t number) {
   Argument arguments[] = {by_value(number), text_back(), text_back(), by_reference(std::int32_t{0}),
                           by_reference(std::int32_t{0})};
-  if (!call(u"GetSegment", arguments)) return std::nullopt;
+  call(u"GetSegment", arguments);
   return SegmentTexts{as_text(arguments[1].value), as_text(arguments[2].value)};
 }
 
-bool TudComponent::set_segment(std::int32_t number, std::u16string_view target, std::int32_t status,
+void TudComponent::set_segment(std::int32_t number, std::u16string_view target, std::int32_t status,
                                std::int32_t match) {
   Argument arguments[] = {by_value(number), text(target), by_value(status), by_value(match)};
-  return call(u"SetSegment", arguments);
+  call(u"SetSegment", arguments);
 }
 
 std::u16string TudComponent::set_mark() {
@@ -65,17 +68,16 @@ bool TudComponent::has_source_changed() {
   return document_->has_member(u"SourceChanged") && as_flag(document_->get(u"SourceChanged"));
 }
 
-bool TudComponent::close() { return call(u"Close", {}); }
+void TudComponent::close() { call(u"Close", {}); }
 
-std::u16string TudComponent::reason() const {
-  std::u16string told;
-  if (document_->has_member(u"LastError")) told = as_text(document_->get(u"LastError"));
-  return told.empty() ? std::u16string(last_member_) : told;
+void TudComponent::refuse(std::u16string_view member) const {
+  std::u16string reason;
+  if (document_->has_member(u"LastError")) reason = as_text(document_->get(u"LastError"));
+  throw refusal(reason.empty() ? std::u16string(member) : reason);
 }
 
-bool TudComponent::call(std::u16string_view member, std::span<Argument> arguments) {
-  last_member_ = member;
-  return as_number(document_->invoke(member, arguments)) == kDone;
+void TudComponent::call(std::u16string_view member, std::span<Argument> arguments) {
+  if (as_number(document_->invoke(member, arguments)) != kDone) refuse(member);
 }
 
 }  // namespace kavo

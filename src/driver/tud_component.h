@@ -20,43 +20,42 @@ struct MergeDetails {
 };
 
 struct LocatedSkeleton {
-  std::u16string path;  // "" when there is none
+  std::u16string path;
   bool keep = true;     // false for a scratch file, which the run deletes
 };
 
-// Every call throws what the component raises. An operation that returns another status than 0 has failed.
+// Every call throws what the component raises, and `refusal` when an operation returns another status than 0.
 class TudComponent {
  public:
   TudComponent();
 
-  bool open(std::u16string_view name);
-  std::optional<MergeDetails> merge_details();
+  void open(std::u16string_view name);
+  MergeDetails merge_details();
   // Writes the OpenTag file, coloured when colours are given.
-  bool save_open_tag(std::u16string_view name, const std::optional<StatusColours>& colours);
-  std::optional<LocatedSkeleton> locate_skeleton();
+  void save_open_tag(std::u16string_view name, const std::optional<StatusColours>& colours);
+  // Throws `refusal` also when there is none.
+  LocatedSkeleton locate_skeleton();
 
   std::int32_t segment_count();
   struct SegmentTexts {
     std::u16string source;
     std::u16string target;
   };
-  std::optional<SegmentTexts> segment(std::int32_t number);  // from 1
-  bool set_segment(std::int32_t number, std::u16string_view target, std::int32_t status, std::int32_t match);
-  bool close();
+  SegmentTexts segment(std::int32_t number);  // from 1
+  void set_segment(std::int32_t number, std::u16string_view target, std::int32_t status, std::int32_t match);
+  void close();
 
   // The mark of the document's preparation. "" when it has none or the component keeps none.
   std::u16string set_mark();
   // Whether the author's document is known to have changed since it was prepared.
   bool has_source_changed();
 
-  // Why the last operation failed, for people. The name of the operation when the component does not say.
-  std::u16string reason() const;
-
  private:
-  bool call(std::u16string_view member, std::span<Argument> arguments);
+  void call(std::u16string_view member, std::span<Argument> arguments);
+  // Throws `refusal` with the component's own words; with the name of the operation when it does not say why.
+  [[noreturn]] void refuse(std::u16string_view member) const;
 
   ObjectRef document_;
-  std::u16string_view last_member_;
 };
 
 }  // namespace kavo

@@ -4,24 +4,33 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "platform/failure.h"
 
 namespace kavo {
 
-struct FileTrouble {
-  std::u16string path;
-  std::u16string description;  // as the system words it
+class file_failure : public failure {
+ public:
+  // `description`: as the system words it.
+  file_failure(std::u16string_view path, std::u16string description)
+      : failure(FailureNumber::kPathFileAccess, std::move(description)), path_(path) {}
+  const std::u16string& path() const noexcept { return path_; }
+
+ private:
+  std::u16string path_;
 };
 
-// Runs `action` and returns its result. Rethrows its `failure` as FileTrouble about `path`; an `interruption` passes
-// through.
+// Runs `action` and returns its result. Rethrows its `failure` as file_failure about `path`. What is known to concern
+// another file already, and an `interruption`, pass through.
 template <class Action>
 decltype(auto) about_file(std::u16string_view path, Action&& action) {
   try {
     return action();
+  } catch (const file_failure&) {
+    throw;
   } catch (const failure& reason) {
-    throw FileTrouble{std::u16string(path), reason.description()};
+    throw file_failure(path, reason.description());
   }
 }
 

@@ -24,15 +24,14 @@ constexpr TextRow kNoFileName = text::kMore;
 constexpr TextRow kFileFailed = text::kLess;
 
 [[noreturn]] void refuse_utf16(std::u16string_view path) {
-  throw FileTrouble{std::u16string(path),
-                    u"The file is UTF-16 text. Save it as UTF-8 or in the system's code page and try again."};
+  throw file_failure(path, u"The file is UTF-16 text. Save it as UTF-8 or in the system's code page and try again.");
 }
 
 // Were an output the input or the other output, one document would end with the bytes of another.
 void refuse_shared_names(const PageNames& names) {
   const auto check = [](const std::u16string& a, const std::u16string& b) {
     if (!a.empty() && !b.empty() && about_file(b, [&] { return is_same_file(a, b); }))
-      throw FileTrouble{b, u"The file is already open"};
+      throw file_failure(b, u"The file is already open");
   };
   check(names.page, names.html);
   check(names.page, names.script);
@@ -41,11 +40,8 @@ void refuse_shared_names(const PageNames& names) {
 
 void refuse_folder(const std::u16string& path) {
   const auto info = about_file(path, [&] { return ports().files->info(path); });
-  if (info && info->is_folder) throw FileTrouble{path, u"There is a folder of this name"};
+  if (info && info->is_folder) throw file_failure(path, u"There is a folder of this name");
 }
-
-// Ends a run whose reasons are in the list of warnings.
-struct Refusal {};
 
 std::u16string shown_path(std::u16string_view path) { return to_utf16(path_to_host(path)); }
 
@@ -81,21 +77,17 @@ std::int32_t clsASP2HTML::run(std::u16string_view what, const std::u16string& in
   try {
     about_file(input, [&] { complete(names_); });
     refuse_shared_names(names_);
-    (this->*operation)();
-    return 0;
-  } catch (const Refusal&) {
-    messages_.insert(messages_.end(), warnings_.begin(), warnings_.end());
-    return 1;
-  } catch (const FileTrouble& trouble) {
+    return (this->*operation)();
+  } catch (const file_failure& reason) {
     warnings_.clear();
     std::u16string text(kFileFailed.text);
-    text += trouble.path + u"\r\n" + trouble.description;
+    text += reason.path() + u"\r\n" + reason.description();
     messages_.push_back({std::move(text), kFileFailed.number});
     return 1;
   }
 }
 
-void clsASP2HTML::protect() {
+std::int32_t clsASP2HTML::protect() {
   auto input = about_file(names_.page, [&] { return BlockReader(names_.page); });
   if (about_file(names_.page, [&] { return starts_as_utf16(input); })) refuse_utf16(names_.page);
   refuse_folder(names_.html);
@@ -110,9 +102,10 @@ void clsASP2HTML::protect() {
   about_file(names_.script, [&] { script.commit(); });
   about_file(names_.html, [&] { page.commit(); });
   about_file(names_.html, [&] { run->commit(); });
+  return 0;
 }
 
-void clsASP2HTML::restore() {
+std::int32_t clsASP2HTML::restore() {
   auto input = about_file(names_.html, [&] { return BlockReader(names_.html); });
   if (about_file(names_.html, [&] { return starts_as_utf16(input); })) refuse_utf16(names_.html);
   PendingFile page = about_file(names_.page, [&] { return PendingFile(names_.page); });
@@ -120,8 +113,12 @@ void clsASP2HTML::restore() {
   if (about_file(names_.script, [&] { return script.is_utf16(); })) refuse_utf16(names_.script);
   ScriptRestorer restorer(script, names_.script, page);
   restorer.run(input, names_.html, progress_);
-  if (find_gaps(restorer, script) && refuse_gaps_) throw Refusal{};
+  if (find_gaps(restorer, script) && refuse_gaps_) {
+    messages_.insert(messages_.end(), warnings_.begin(), warnings_.end());
+    return 1;
+  }
   about_file(names_.page, [&] { page.commit(); });
+  return 0;
 }
 
 // Collects the warnings. True when script would be lost.

@@ -68,10 +68,10 @@ class clsASP2HTML {
 
  private:
   using CompleteNames = void(PageNames&);
-  using Operation = void (clsASP2HTML::*)();
+  using Operation = std::int32_t (clsASP2HTML::*)();
   std::int32_t run(std::u16string_view what, const std::u16string& input, CompleteNames complete, Operation operation);
-  void protect();
-  void restore();
+  std::int32_t protect();
+  std::int32_t restore();
   bool find_gaps(const ScriptRestorer& restorer, ScriptFile& script);
 
   PageNames names_;

@@ -76,8 +76,8 @@ std::u16string work_beside_page(const PageNames& names) {
   if (!has_html && !has_script) return {};
   try {
     return compare_with_new_pair(names, has_html, has_script);
-  } catch (const FileTrouble& trouble) {
-    throw failure(FailureNumber::kPathFileAccess, to_utf16(path_to_host(trouble.path)) + u": " + trouble.description);
+  } catch (const file_failure& reason) {
+    throw failure(FailureNumber::kPathFileAccess, to_utf16(path_to_host(reason.path())) + u": " + reason.description());
   }
 }
 

@@ -30,7 +30,7 @@ class ScriptProtector {
   };
   ScriptProtector(Output page, Output script) : page_(page), script_(script) {}
 
-  // Scans the whole page. Throws FileTrouble, which names the page `input_name`, and what the progress event throws.
+  // Scans the whole page. Throws file_failure, which names the page `input_name`, and what the progress event throws.
   void run(BlockReader& input, std::u16string_view input_name, ProgressEvent& progress);
   // Whether the page that was scanned ends inside a block.
   bool ends_in_script() const { return block_ != Block::kNone; }

@@ -18,11 +18,11 @@ namespace kavo {
 
 class ScriptRestorer {
  public:
-  // Borrows `script` and `page`; does not commit the page. `script_name` is the script file's name for FileTrouble.
+  // Borrows `script` and `page`; does not commit the page. `script_name` is the script file's name for file_failure.
   ScriptRestorer(ScriptFile& script, std::u16string_view script_name, PendingFile& page)
       : script_(script), script_name_(script_name), page_(page) {}
 
-  // Scans the whole page. Throws FileTrouble and what the progress event throws.
+  // Scans the whole page. Throws file_failure and what the progress event throws.
   void run(BlockReader& input, std::u16string_view input_name, ProgressEvent& progress);
   // Placeholders that were taken out because the script file has no block of their number.
   struct Missing {
