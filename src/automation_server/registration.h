@@ -11,8 +11,8 @@ enum class RegistrationScope {
 // Writes the entries of every class and of the type library. When it throws `failure` nothing is left registered.
 void register_library(RegistrationScope scope);
 
-// Removes the entries again without a trace; missing entries are no error. An identifier that another library has taken
-// over since then stays. Throws `failure` for entries that cannot be removed.
+// Removes the entries again without a trace; missing entries are not an error. An identifier that another library has
+// taken over since then stays. Throws `failure` for entries that cannot be removed.
 void unregister_library(RegistrationScope scope);
 
 }  // namespace kavo

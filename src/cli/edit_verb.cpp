@@ -13,7 +13,7 @@ class Edit final : public Verb {
     app.add_option("--memory", memory_, "Translation memory (TMX) for the editor")->type_name("FILE");
   }
   Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
-    // Better told here than by an editor that has started already.
+    // Reported here, before the editor starts.
     ProgressEvent event;
     event.handler(progress);
     const BilingualDocument document(file, &event);

@@ -2,7 +2,7 @@
 
 namespace kavo {
 
-// What the command ends with. docs/command.md and the help of the command list the same numbers.
+// The exit codes of the command. docs/command.md and the help of the command list the same numbers.
 enum class ExitCode {
   kDone = 0,
   kFailed = 1,

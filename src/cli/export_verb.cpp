@@ -18,7 +18,7 @@
 namespace kavo {
 namespace {
 
-// A bilingual document is an XLIFF document already: the copy carries the name that editors look for.
+// A bilingual document is already XLIFF. The copy gets the name that editors expect.
 class Export final : public Verb {
  public:
   void add_options(CLI::App& app) override {

@@ -1,4 +1,4 @@
-// The options of every verb that takes folders: which of their files are meant.
+// The options of every verb that takes folders: which of their files count.
 #pragma once
 
 #include <CLI/App.hpp>
@@ -21,7 +21,8 @@ class FolderOptions {
   // What the project adds, before selection() is asked: its folders (see FolderSelection).
   void project_folders(ProjectFolders folders) { project_ = std::move(folders); }
   FolderSelection selection() const;
-  // The bilingual documents that the given files and folders stand for, in one of these languages (none: in any).
+  // The bilingual documents among the given files and in the given folders, in one of these languages (none given: in
+  // any).
   std::vector<FolderFile> bilingual_documents(const std::vector<std::u16string>& given,
                                               const std::vector<std::string>& languages = {}) const;
 

@@ -17,7 +17,7 @@ std::atomic<void*> reserve{nullptr};
 std::atomic<bool> ran_out{false};
 std::atomic<const char*> current_file{""};
 
-// The system's new-handler: asked whenever an allocation fails, which is tried again when this returns.
+// The new-handler. It is called when an allocation fails; the allocation is tried again when it returns.
 void give_up_reserve() {
   ran_out = true;
   void* const kept = reserve.exchange(nullptr);
@@ -43,7 +43,7 @@ void tell(const char* reason) noexcept {
   std::_Exit(1);
 }
 
-// In place before any other object of the program is made, some of which allocate.
+// Set up before any other object of the program, because some of them allocate.
 struct Prepared {
   Prepared() noexcept {
     keep_memory_back();

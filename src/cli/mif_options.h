@@ -1,4 +1,4 @@
-// The options of MIF work as a command line writes them.
+// The MIF options as a command line writes them.
 #pragma once
 
 #include <cstdint>
@@ -10,7 +10,7 @@ namespace kavo {
 
 // The values of SplitOptions by name.
 const std::map<std::string, std::int16_t>& split_option_names();
-// The name of a value; its decimal text when it has none.
+// The name of a value, or its decimal text.
 std::string split_option_name(std::int16_t value);
 
 // "Index, Heading" as the Markers property wants it, every name with a TAB behind it, and back.

@@ -1,7 +1,7 @@
-// kavo mif ...: hidden texts of MIF files out and back, embedded objects out and back.
+// kavo mif ...: takes hidden texts and embedded objects out of MIF files and puts them back.
 //
-// Extraction and merging treat all files of a command line as one batch. What --markers and --split say holds for the
-// run and is not stored; `kavo settings` changes the stored options.
+// Extraction and merging treat all files of a command line as one batch. --markers and --split apply to this run and
+// are not stored; `kavo settings` changes the stored options.
 #include "cli/mif_options.h"
 #include "cli/verb.h"
 #include "common/document_names.h"

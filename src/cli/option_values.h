@@ -1,4 +1,4 @@
-// Values of options that are wrong usage when they mean nothing.
+// Checks of option values: a value without a meaning is wrong usage.
 #pragma once
 
 #include <CLI/App.hpp>
@@ -9,7 +9,7 @@ namespace kavo {
 
 // For Option::transform: a code of the suite or a BCP 47 tag becomes the suite's code.
 CLI::Validator language_value();
-// The same for several of them with commas between.
+// The same for several, with commas between them.
 CLI::Validator language_list_value();
 std::vector<std::string> listed_languages(const std::string& list);
 // For Option::check: a name or number that code_page_number() knows.

@@ -19,7 +19,7 @@ void print_output(std::string_view text) {
     has_reader = false;
   else
     is_complete = false;
-  // What is left in the buffer would fail once more.
+  // Otherwise the rest of the buffer would fail again.
   std::clearerr(stdout);
 }
 

@@ -5,8 +5,8 @@
 
 namespace kavo {
 
-// Writes the text at once. Once nobody reads it any more (the command stood before "| head"), nothing is written and
-// nothing is wrong: the work on the files goes on.
+// Writes the text at once. When nobody reads the output any more ("| head"), nothing is written, and that is not an
+// error: the work on the files goes on.
 void print_output(std::string_view text);
 // False when a text could not be written for any other reason.
 bool output_is_complete();

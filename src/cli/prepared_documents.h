@@ -9,9 +9,9 @@
 
 namespace kavo {
 
-// The files without the side files of MIF documents: "*.mif" names those, too, once the documents were prepared.
+// The files without the side files of MIF documents. "*.mif" names these, too, once the documents are prepared.
 std::vector<std::u16string> documents_among(const std::vector<std::u16string>& files);
-// The outcome of a side file: it is left out, with a message. Nothing for a document.
+// The outcome of a side file, which is left out with a message. Nothing for a document.
 std::optional<Outcome> outcome_of_side_file(const std::u16string& file);
 
 }  // namespace kavo

@@ -1,5 +1,5 @@
-// kavo preprocess: what a host does with the automation object, one document after the other. The MIF documents of a
-// folder are one batch, as their side files are.
+// kavo preprocess: does what a host does with the automation object, document by document. The MIF documents of a
+// folder are one batch, because they share their side files.
 #include "cli/outcome_observer.h"
 #include "cli/prepared_documents.h"
 #include "cli/verb.h"

@@ -44,7 +44,7 @@ void ProgressBar::draw(int percent) {
   line.append(static_cast<std::size_t>(percent * kBarWidth / 100), '#');
   line.resize(kBarWidth + 1, '.');
   line += "] " + std::to_string(percent) + " % ";
-  // Characters of the name, so that the line neither wraps nor is cut inside one.
+  // The name is cut between characters, so that the line does not wrap.
   std::u16string name = to_utf16(name_);
   const std::size_t columns = static_cast<std::size_t>(error_output_width());
   const std::size_t room = columns > line.size() + 1 ? columns - line.size() - 1 : 0;

@@ -17,7 +17,7 @@ class ProgressBar {
 
   // The next file (its name as the user wrote it) begins at 0 percent.
   void next_file(std::string name);
-  // Another text in the place of its name.
+  // Shows another text instead of the file's name.
   void rename(std::string name);
   // Percent of the current file; the bar shows the share of all files.
   void report(std::int16_t percent);

@@ -6,7 +6,7 @@
 namespace kavo {
 namespace {
 
-// Fills every open segment with its own text in brackets and with accents.
+// Fills every open segment with its own text, with accents and in brackets.
 class Pseudo final : public Verb {
  public:
   void add_options(CLI::App& app) override { folders_.add_to(app); }

@@ -1,4 +1,4 @@
-// kavo rebuild: the translated document of a bilingual one.
+// kavo rebuild: makes the translated document of a bilingual one.
 #include <map>
 #include <set>
 
@@ -46,7 +46,7 @@ std::u16string listed(const std::vector<std::u16string>& names) {
   return list;
 }
 
-// The document, its companions and their skeletons, as their folder names them; those that are there.
+// Those of the document, its companions and their skeletons that exist, named as in their folder.
 std::vector<std::u16string> documents_and_skeletons(const std::u16string& tud) {
   std::vector<std::u16string> documents = companions_of(TudName(tud));
   documents.insert(documents.begin(), tud);
@@ -57,14 +57,14 @@ std::vector<std::u16string> documents_and_skeletons(const std::u16string& tud) {
   return names;
 }
 
-// Names have codes of the suite: a tag that means the same is none to the way back.
+// Names hold the suite's codes. Rebuilding does not know other tags for the same language.
 bool is_code(std::u16string_view text) {
   const LanguageRow* const language = find_language(text);
   return language != nullptr && equal_ignoring_ascii_case(language->code, text);
 }
 
-// Without a language that the suite knows, no scripts, hidden texts or objects are put back. Documents that were
-// prepared before the command refused such languages are still about. Throws `failure` 5.
+// Throws `failure` 5 for a language that the suite does not know: scripts, hidden texts and objects would not be put
+// back. Such documents exist from before the command refused to prepare them.
 void refuse_unknown_language(const std::u16string& tud) {
   const TudName name(tud);
   const std::u16string& code = name.language();
@@ -80,7 +80,7 @@ void refuse_unknown_language(const std::u16string& tud) {
                     listed(documents_and_skeletons(tud)) + u", and inside the .tud files in target-language");
 }
 
-// Throws `failure` 53.
+// Throws `failure` 53 when a companion is missing.
 void refuse_missing_companions(const std::u16string& tud) {
   std::vector<std::u16string> missing = missing_companions(TudName(tud));
   if (missing.empty()) return;
@@ -195,7 +195,7 @@ class Rebuild final : public Verb {
     }
   }
 
-  // Each document of a package by itself, in a scratch folder; what was made goes beside the package.
+  // Rebuilds each document of a package in a scratch folder, and puts the results beside the package.
   Outcome rebuild_package(const std::u16string& file, const ProgressEvent::Handler& progress) {
     const UnpackedPackage package(file);
     const std::u16string output = path_from_host(output_);

@@ -1,4 +1,4 @@
-// What a run tells: results on standard output, messages on standard error, the failed files at the end.
+// What a run reports: results on standard output, messages on standard error, the failed files at the end.
 #pragma once
 
 #include <string>
@@ -13,10 +13,10 @@ namespace kavo {
 // Messages as a list of `line`, `column` and `text`; `file` as above.
 nlohmann::ordered_json listed(const MessageList& messages, const std::string& file);
 
-// What the repair of a page told.
+// The messages of a page's repair.
 struct PageMessages {
   MessageList repairs;
-  MessageList notes;  // what was left as it is
+  MessageList notes;  // about what was left as it is
 };
 PageMessages sorted_page_messages(const MessageList& messages);
 // The fields `repairs` and `repair_count`, which every verb that repairs pages has.
@@ -27,7 +27,7 @@ class Report {
   Report(std::string verb, bool json, bool quiet) : verb_(std::move(verb)), json_(json), quiet_(quiet) {}
   // `file` as the user wrote it, "" for an outcome of the whole run.
   void add(const std::string& file, const Outcome& outcome, double seconds);
-  // A file that failed in a way that nothing could be reported of.
+  // Notes a file whose failure could not be reported.
   void add_failed() noexcept { any_failed_ = true; }
   // Lists the failures of a run over several files. The exit code: 0 done, 1 failed, 3 a check found a difference.
   ExitCode finish();

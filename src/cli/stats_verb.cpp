@@ -1,4 +1,4 @@
-// kavo stats: how much there is to do, and how much is done.
+// kavo stats: counts what is translated and what is left to do.
 #include <algorithm>
 
 #include "cli/folder_options.h"
@@ -11,7 +11,7 @@
 namespace kavo {
 namespace {
 
-// What there is to do, and what is done.
+// Segments and words by their state.
 struct Counts {
   std::uint64_t segments = 0;
   std::uint64_t words = 0;

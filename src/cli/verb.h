@@ -40,8 +40,8 @@ struct Outcome {
   nlohmann::ordered_json details = nlohmann::ordered_json::object();
 };
 
-// One run of a verb over the files of a command line. It is made to state its options; work begins with start(). Every
-// member may throw `failure`; 18 ends the whole run.
+// One run of a verb over the files of a command line. It is also made only to state its options; work begins with
+// start(). Every member may throw `failure`. An `interruption` ends the whole run.
 class Verb {
  public:
   virtual ~Verb() = default;
@@ -54,24 +54,25 @@ class Verb {
   // Puts the files that folders stand for into the place of the folders, in `files`; before start().
   virtual void find_files() {}
   virtual void start() {}
-  // A file in the folder that run() for this file writes to, finish() for "": what is written there is written as a
-  // whole or not at all (FolderRun). "" for a step that writes no documents, or has other programs write them.
+  // Names a file in the folder that run() writes to for this file, or finish() for "". All files there are written, or
+  // none (FolderRun). "" for a step that writes no documents, or lets other programs write them.
   virtual std::u16string workplace(const std::u16string& file) const {
     static_cast<void>(file);
     return u"";
   }
-  // For each file in turn (a core path); once with "" for a verb that takes none. Other files follow a failed one.
+  // Called for each file in turn (a core path), or once with "" when the verb takes none. The files behind a failed one
+  // follow.
   virtual Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) = 0;
-  // After the last file, whatever failed; an outcome is reported as one more, without a file.
+  // Called after the last file, whatever failed. An outcome is reported as another one, without a file.
   virtual std::optional<Outcome> finish() { return std::nullopt; }
   // Each file's outcome in the order of the files, for the totals that finish() reports.
   virtual void add_up(const Outcome&) {}
   // What the progress bar tells in the place of the file's name; set by whoever runs the verb.
   std::function<void(std::string)> tell_step;
-  // Puts the paths of this run that stand in a message into the host's own form; set by whoever runs the verb. Messages
-  // of an outcome need it only where they become lines or details.
+  // Writes the paths of this run in a message as the host does. Set by whoever runs the verb. Messages of an outcome
+  // need it only where they become lines or details.
   std::function<std::u16string(std::u16string)> in_host_form;
-  // All files to work on, set before find_files(): for a verb whose files belong together.
+  // All files to work on, set before find_files(), for verbs whose files belong together.
   std::vector<std::u16string> files;
 };
 

@@ -21,7 +21,7 @@ const CLI::App* verb_of(const CLI::App& app, const std::string& name) {
 
 bool is_group(const CLI::App& app) { return !verbs_of(app).empty(); }
 
-// Whether the option's value is the next argument. Not known which verb is meant, any verb's option counts.
+// Whether the option's value is the next argument. The verb is not known yet, so the options of all verbs count.
 bool takes_next(const CLI::App& app, const std::string& option) {
   if (option.find('=') != std::string::npos) return false;
   const auto* const known = app.get_option_no_throw(option);
@@ -30,7 +30,7 @@ bool takes_next(const CLI::App& app, const std::string& option) {
                              [&](const CLI::App* verb) { return takes_next(*verb, option); });
 }
 
-// Names that a mistyped verb is compared with, and beside each what to write instead.
+// Names to compare a mistyped verb with, each with what to write instead.
 void collect_names(const CLI::App& app, const std::string& before, std::vector<std::string>& names,
                    std::vector<std::string>& full_names) {
   for (const CLI::App* verb : verbs_of(app)) {

@@ -1,5 +1,5 @@
 // What the first words of a command line mean: options may stand before the verb, "help" stands for the option of that
-// name, and a verb that is not known is met with the nearest one.
+// name, and an unknown verb gets the nearest known one as advice.
 #pragma once
 
 #include <CLI/App.hpp>

@@ -1,4 +1,4 @@
-// kavo verify: whether documents survive the way into bilingual documents and back, told file by file.
+// kavo verify: reports for each document whether it survives the way into bilingual documents and back.
 #include <algorithm>
 #include <array>
 #include <map>
@@ -19,7 +19,7 @@
 namespace kavo {
 namespace {
 
-// Of each kind of lines that a person reads; --json tells all.
+// Lines of each kind that are shown to people; --json lists all.
 constexpr std::size_t kMostShown = 12;
 // Characters of a text.
 constexpr std::size_t kLongestShown = 72;
@@ -43,7 +43,7 @@ std::string in_quotes(std::string_view text) {
   const std::u16string characters = to_utf16(text);
   std::u16string shown;
   for (const char16_t c : characters.substr(0, kLongestShown)) shown += c < 0x20 || c == 0x7F ? u'\u00B7' : c;
-  // Not the first half of a pair.
+  // Does not leave half of a surrogate pair.
   if (!shown.empty() && (shown.back() & 0xFC00) == 0xD800) shown.pop_back();
   return "\"" + to_utf8(shown) + (characters.size() > kLongestShown ? "...\"" : "\"");
 }
@@ -222,7 +222,7 @@ class Verify final : public Verb {
     }
     const bool passes = result.survives() && !(strict_ && result.was_repaired);
     if (!passes) outcome.ending = Outcome::kDifference;
-    // A step that could not be done says nothing about the document.
+    // A step that could not be taken says nothing about the document.
     if (result.unchanged_failure || result.translated_failure) outcome.ending = Outcome::kFailed;
     outcome.result = passes ? 0 : 1;
     for (Message& message : result.messages) message.text = in_host_form(std::move(message.text));
@@ -253,7 +253,7 @@ class Verify final : public Verb {
   }
 
  private:
-  // The MIF documents of the file's folder; nullptr for a file that is none, or that is alone.
+  // The MIF documents of the file's folder; null for any other file, and for a MIF document that is alone.
   MifBook* book_of(const std::u16string& file) {
     if (FileTypeOf(file) != kMifDocument) return nullptr;
     const std::u16string folder = folder_of(file);

@@ -69,7 +69,7 @@ std::u16string WatchedFiles::in_host_form(std::u16string text) const {
   std::vector<const std::u16string*> named;
   for (const std::u16string& path : paths_)
     if (text.find(path) != std::u16string::npos) named.push_back(&path);
-  // A path that begins with another one comes first.
+  // A longer path comes before one that it begins with.
   std::ranges::stable_sort(named, std::ranges::greater(), [](const std::u16string* path) { return path->size(); });
   for (const std::u16string* path : named) {
     const std::u16string once = *path + u": ";
@@ -91,7 +91,7 @@ void WatchedFiles::remember(std::u16string_view path) {
 std::unique_ptr<File> WatchedFiles::open(std::u16string_view path, Access access) {
   throw_if_memory_ran_out();
   remember(path);
-  // Made before the file is, which nobody would remove if the memory for this were missing then.
+  // Allocated before the file is created: if memory ran out afterwards, nobody would remove the file.
   auto file = std::make_unique<WatchedFile>(path);
   file->watch(about(path, [&] { return inner_.open(path, access); }));
   return file;

@@ -1,8 +1,8 @@
 // The files of a run as the command sees them: every failure says which file it is about, paths that stand in messages
 // are shown as the user writes them, and work ends at the next use of a file when memory has run out.
 //
-// Messages are made all over the converters, with the core's paths in them. Here is every path that a run touches, so
-// this is the one place that can find them in a text without guessing.
+// Converters make messages in many places, with the core's paths in them. Every path of a run comes through here, so
+// only this class can find them in a text without guessing.
 #pragma once
 
 #include <set>
@@ -21,7 +21,7 @@ class WatchedFiles final : public FileSystem {
   // stands there once.
   std::u16string in_host_form(std::u16string text) const;
 
-  // Messages from here on name no path of before.
+  // Forgets the paths: later messages do not name them.
   void forget() { paths_.clear(); }
 
   std::unique_ptr<File> open(std::u16string_view path, Access access) override;

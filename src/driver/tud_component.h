@@ -21,7 +21,7 @@ struct MergeDetails {
 
 struct LocatedSkeleton {
   std::u16string path;
-  bool keep = true;     // false for a scratch file, which the run deletes
+  bool keep = true;  // false for a scratch file, which the run deletes
 };
 
 // Every call throws what the component raises, and `refusal` when an operation returns another status than 0.

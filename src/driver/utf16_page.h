@@ -1,6 +1,6 @@
 // Server pages in UTF-16. Script protection and tag repair work on bytes in which a token is one ASCII byte a
 // character, so such a page goes through them in UTF-8. The prepared page is in the author's coding again: its own byte
-// order mark tells the way back what to make of it.
+// order mark tells the rebuild what to make of it.
 #pragma once
 
 #include <string>

@@ -16,17 +16,17 @@
 namespace kavo {
 namespace {
 
-// Whether they are there or not.
+// Names all of them, whether they exist or not.
 std::vector<std::u16string> companion_names(const std::u16string& tud) {
   const TudName name(tud);
   if (name.is_taken_along()) return {};
   std::vector<std::u16string> companions = companions_of(name);
-  // The source of an Office document is no bilingual document.
+  // The source of an Office document is a companion, too, but not a bilingual document.
   std::erase_if(companions, [](const std::u16string& file) { return !ascii_lower(file).ends_with(u".tud"); });
   return companions;
 }
 
-// What a document says of the files that it was made of.
+// The files that a document says it was made of.
 std::vector<std::u16string> files_of(const std::u16string& tud) {
   std::vector<std::u16string> files{tud, skeleton_name_of(tud)};
   if (!is_file(tud)) return files;
@@ -63,7 +63,7 @@ void refuse_file_of_set(const std::u16string& target, const std::u16string& tud)
   for (const std::u16string& document : documents)
     for (const std::u16string& file : files_of(document))
       if (is_same_file(target, file)) refuse(file);
-  // By its name, too: an older document does not say what its author has.
+  // Its name says more: documents of older versions do not name their source.
   const TudName name(tud);
   for (const std::u16string& file : {object_file_beside(tud), name.file_name(0, name.part(1), false)})
     if (!file.empty() && is_same_file(target, file)) refuse(file);

@@ -7,15 +7,15 @@
 
 namespace kavo {
 
-// The documents that the way back of a bilingual document takes along, by its name: of a page that of its scripts, of a
-// MIF document those of its side files. Throws `failure` 53 for one that is missing.
+// The documents that are rebuilt together with a bilingual document, found by its name: for a page that of its scripts,
+// for a MIF document those of its side files. Throws `failure` 53 when one is missing.
 std::vector<std::u16string> companion_documents(const std::u16string& tud);
 
-// The file that holds the objects of the source document, "" when there is none beside the document.
+// The file with the objects of the source document; "" when none lies beside the document.
 std::u16string object_file_beside(const std::u16string& tud);
 
-// Throws `failure` 5 for a file to be written that is one of the files that belong to a bilingual document: itself, its
-// source, its skeleton, its companions and theirs, or that is any other skeleton.
+// Throws `failure` 5 when `target` must not be overwritten: when it is the bilingual document, its source, its
+// skeleton, one of its companions or their files, or any other skeleton.
 void refuse_file_of_set(const std::u16string& target, const std::u16string& tud);
 
 }  // namespace kavo

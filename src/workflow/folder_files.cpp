@@ -74,7 +74,7 @@ class Walk {
 
 bool can_be_prepared(const std::u16string& path) {
   const FileTypeRow& row = file_type_row(FileTypeOf(path));
-  // A server page goes to its filter as the page that its preparation makes.
+  // The filter gets a server page as the page that the preparation makes.
   const bool is_page = row.preparation == Preparation::kScripts;
   const std::u16string_view tag = is_page ? file_type_row(kHtmlPage).filter_tag : row.filter_tag;
   return !tag.empty() && std::ranges::any_of(all_filters(), [&](const FilterEntry& filter) {
@@ -109,11 +109,11 @@ class OwnOutputs {
   using Names = std::set<std::u16string, LessIgnoringCase>;
 
   void add_translation_of(const TudName& tud) {
-    // A page of the name "my_page.htm" and a text of the name "my_page.txt" have as many parts: both are meant.
+    // "my_page.htm" and "my_page.txt" have equally many parts, so both may be meant.
     for (const std::u16string& document : {tud.file_name(0, tud.part(1), false), tud.file_name(1, tud.part(2), false)})
       made_.insert(target_name_of(tud.folder(), document, tud.language()));
   }
-  // A page of the author's own that has the name of a protected page has no script file beside it.
+  // An author's page that is named like a protected page has no script file beside it.
   void add_parts_of(const std::u16string& path) {
     PageNames page{.page = path, .html = {}, .script = {}};
     complete_from_page(page);

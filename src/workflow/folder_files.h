@@ -35,14 +35,14 @@ struct FolderSelection {
 // be read. Each folder is settled first.
 std::vector<FolderFile> files_of_folder(std::u16string_view folder, const FolderSelection& selection);
 
-// The files that the given ones stand for: each folder's files that `accepts` takes, and files as they are. Throws
-// `failure` 53 for a folder in which there is nothing to do.
+// Replaces each given folder by its files that `accepts` takes; given files stay. Throws `failure` 53 for a folder in
+// which there is nothing to do.
 using Accepts = std::function<bool(const std::u16string& path)>;
 std::vector<FolderFile> files_meant(const std::vector<std::u16string>& given, const FolderSelection& selection,
                                     const Accepts& accepts);
 
-// The documents of a tree that can be prepared: of a type that the suite filters, and none that was made by preparing
-// or rebuilding another one.
+// The documents of a tree that can be prepared: their type has a filter, and they were not made by preparing or
+// rebuilding another one.
 std::vector<FolderFile> sources_meant(const std::vector<std::u16string>& given, const FolderSelection& selection);
 
 // The other files of a folder and its folders: no document, nothing that this command made or reads.

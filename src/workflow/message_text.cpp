@@ -12,8 +12,9 @@ constexpr TextRow kFileNotOpened = text::kLess;  // of clsASP2HTML, which says w
 
 }  // namespace
 
-// The message of a file that could not be opened begins with a text that hosts know by its number and people cannot
-// make sense of. It is left out here: the system's reason follows it, with the name of the file when it is another one.
+// The message of a file that could not be opened begins with a text that hosts recognise and people would not
+// understand. It is left out here, because the system's reason follows, with the name of the file if that is another
+// one.
 std::string whole_message_text(const Message& message, const std::string& file) {
   const std::u16string_view prefix = kFileNotOpened.text;
   std::u16string_view text = message.text;

@@ -40,7 +40,7 @@ void MifBook::prepare(const RunLanguages& languages) {
 
 namespace {
 
-// Keeps what the driver tells: of a failure the cause.
+// Keeps the driver's messages: they name the cause of a failure.
 class Listener {
  public:
   explicit Listener(K19FPWObj& driver) : driver_(driver) {
@@ -65,7 +65,7 @@ std::u16string rebuild_document(K19FPWObj& driver, const std::u16string& bilingu
   std::int32_t highlight = 0;
   const Listener listener(driver);
   if (driver.CreateTranslation(name, target, preview, highlight) != 0) {
-    // Some failures are their own cause.
+    // The messages may begin with the error already.
     const std::u16string error = u": " + driver.LastError();
     std::u16string text = listener.told().starts_with(error) ? listener.told() : error + listener.told();
     throw failure(FailureNumber::kInvalidCall, text.erase(0, 2));

@@ -36,7 +36,7 @@ bool is_as_prepared(const std::u16string& file) {
     try {
       if (BilingualDocument(folder + tud).header().checksum == checksum) return true;
     } catch (const failure&) {
-      // Not one of ours, or damaged: it vouches for nothing.
+      // A damaged document, or another program's, proves nothing.
     }
   }
   return false;

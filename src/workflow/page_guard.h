@@ -1,15 +1,15 @@
-// What every verb asks before it writes the protected page and the script file of a page.
+// The check before any verb writes the protected page and the script file of a page.
 #pragma once
 
 #include <string>
 
 namespace kavo {
 
-// Throws `failure` 58, with the advice to name --overwrite, when a file that protecting `page` would replace is not one
-// that was made of this page as it is now: it may hold somebody's work.
+// Throws `failure` 58, with the advice to use --overwrite, when protecting `page` would replace a file that was not
+// made of the page as it is now: the file may hold somebody's work.
 void refuse_work_beside_page(const std::u16string& page);
-// The same, but files of which a bilingual document beside them was made, and that are still what they were then, may
-// be replaced, too: the page has changed since, and nobody has worked on them. Nothing for a document that is no page.
+// The same, but files that are still as they were when a bilingual document was made of them may be replaced, too: the
+// page has changed since, and nobody has worked on them. Does nothing for a document that is not a page.
 void refuse_work_beside_prepared_page(const std::u16string& page);
 
 }  // namespace kavo

@@ -1,5 +1,5 @@
-// One state before each unit of the pattern, all reachable ones kept at once: a pattern costs its length times that of
-// the path, whatever stars it has.
+// Keeps all reachable places in the pattern at once. So matching takes the pattern's length times the path's, however
+// many stars there are.
 #include "workflow/path_pattern.h"
 
 #include <algorithm>

@@ -5,10 +5,11 @@
 
 namespace kavo {
 
-// Whether a pattern selects a file by its path from the top of the tree. "*" stands for any characters of one name, "?"
-// for one of them, "**" for any characters, folders too; "**/" for no folder as well. A pattern without "/" is compared
-// with the name of the file and of each folder above it, one with "/" with the path and with each folder above. So a
-// folder's name selects all that is in it. A "/" at the end means folders only. "\" is "/"; case does not matter.
+// True when a pattern selects a file, given its path from the top of the tree. "*" stands for any characters of one
+// name, "?" for one of them, "**" for any characters, also across folders; "**/" also for no folder. A pattern without
+// "/" is compared with the name of the file and of each folder above it, one with "/" with the path and with each
+// folder above. So a folder's name selects all that is in it. A "/" at the end means folders only. "\" is "/"; case
+// does not matter.
 bool selects(std::u16string_view pattern, std::u16string_view path);
 
 }  // namespace kavo

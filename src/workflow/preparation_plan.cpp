@@ -23,7 +23,8 @@
 namespace kavo {
 namespace {
 
-// The names that a document takes for itself in its folder. The side files of MIF documents belong to all of them.
+// The names that a document needs for itself in its folder. Side files are not among them: all MIF documents of a
+// folder share them.
 std::vector<std::u16string> names_taken_by(const std::u16string& document,
                                            const std::vector<std::u16string>& languages) {
   std::vector<std::u16string> names{document};
@@ -38,7 +39,7 @@ std::vector<std::u16string> names_taken_by(const std::u16string& document,
 
 std::u16string text_of(std::u16string_view path) { return to_utf16(path_to_host(path)); }
 
-// The preparation of a MIF document works on the document itself and keeps it as it was beside it.
+// The preparation changes a MIF document itself and keeps a backup beside it.
 std::u16string as_it_came(const PlannedDocument& planned) {
   const bool is_changed = FileTypeOf(planned.document) == kMifDocument && planned.document != planned.source;
   return is_changed ? backup_name_of(planned.document) : planned.document;
@@ -49,7 +50,7 @@ bool is_made_of(const std::u16string& tud, const std::u16string& document) {
     const TudHeader header = header_of(tud);
     return equal_ignoring_case(core_file_name(header.set.author_document), file_name_of(document));
   } catch (const failure&) {
-    return false;  // damaged, or none of ours: it vouches for nothing
+    return false;  // a damaged document, or another program's, proves nothing
   }
 }
 

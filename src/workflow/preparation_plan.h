@@ -1,4 +1,4 @@
-// What a preparation of many documents does: which source becomes which document, in which languages.
+// The plan for preparing many documents: which source becomes which document, in which languages.
 //
 // Without an output folder documents are prepared where they are. With one they are copied there first, in the folders
 // that they have in the source tree, and the source tree stays as it is.
@@ -17,8 +17,8 @@ struct PlannedDocument {
   std::u16string document;  // the source itself, or its copy
 };
 
-// Throws `failure` 58 when two sources would become one document, or leave files of one name, which the message names:
-// nothing is written then.
+// Throws `failure` 58 when two sources would become one document or produce files of one name. The message names them,
+// and nothing is written.
 std::vector<PlannedDocument> plan_preparation(const std::vector<FolderFile>& sources, std::u16string_view output_folder,
                                               const std::vector<std::u16string>& languages);
 
@@ -32,8 +32,8 @@ std::vector<PlannedDocument> leave_out_up_to_date(std::vector<PlannedDocument>& 
                                                   const std::vector<std::u16string>& languages,
                                                   const IsOutdated& is_outdated);
 
-// Puts the source in the place of its copy. Throws `failure` 58 for another file there that no bilingual document was
-// made of, unless it may be replaced.
+// Copies the source to its place. Throws `failure` 58 when another file lies there of which no bilingual document was
+// made, unless it may be replaced.
 void bring_source(const PlannedDocument& planned, bool may_replace);
 
 }  // namespace kavo

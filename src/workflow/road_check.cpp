@@ -84,7 +84,7 @@ class RoadCheck {
                                }};
     PreparationBatch batch;
     ConvertedDocument converted = prepare_and_convert(command_request(document), batch, languages, observer);
-    // A converter that gave its reason has said more.
+    // The converter has given a better reason already.
     if (converted.preparation.result != 0)
       throw failure(FailureNumber::kInvalidCall, result_.messages.empty() ? u"The document cannot be prepared" : u"");
     if (converted.conversion.result != 0)
@@ -103,7 +103,7 @@ class RoadCheck {
     return clsCommon().SandR(text, scratch, host(scratch));
   }
 
-  // What a step of the check fails with is a result of the check.
+  // The failure of a step is a result of the check.
   template <class Step>
   void guarded(std::optional<Message>& reason, Step&& step) const {
     try {
@@ -170,7 +170,7 @@ class RoadCheck {
       const PageOrigin origin = origin_;  // the next preparation has another one
       ProgressEvent progress;
       for (const ProducedFile& file : first) pseudo_translate(file.tud_name, progress);
-      // The documents are read before they are rebuilt: nothing says that the rebuilding keeps them.
+      // The documents are read before the rebuild, which need not keep them.
       std::vector<std::unique_ptr<BilingualDocument>> wanted;
       for (const ProducedFile& file : first) {
         wanted.push_back(std::make_unique<BilingualDocument>(file.tud_name));
@@ -186,7 +186,7 @@ class RoadCheck {
       for (std::size_t i = 0; i < first.size() && i < second.size(); ++i)
         compare(first[i], *wanted[i], BilingualDocument(second[i].tud_name), origin);
     });
-    // They were told for the untranslated document already.
+    // The same messages came for the untranslated document already.
     result_.messages.resize(std::min(message_count, result_.messages.size()));
   }
 

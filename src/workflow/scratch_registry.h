@@ -1,11 +1,11 @@
-// A registry for work on copies: it shows the user's settings, and what is written stays in memory.
+// A registry for work on copies: it shows the user's settings and keeps changes in memory.
 #pragma once
 
 #include "platform/registry_tree.h"
 
 namespace kavo {
 
-// Only what was written here can be deleted; lists of keys and values are those written here, too.
+// Only values that were written here can be deleted or listed.
 class ScratchRegistry final : public RegistryTree {
  public:
   // The user's registry must outlive the object.

@@ -20,8 +20,8 @@ std::u16string language_pair(std::string_view source, std::string_view target) {
   return to_utf16(std::string(source) + " to " + std::string(target));
 }
 
-// What the preparation of a document writes beside its bilingual documents, and the document: a manual is changed by
-// it.
+// The files that the preparation writes besides bilingual documents. The document is one of them, because preparation
+// changes a MIF document.
 std::vector<std::u16string> files_made_of(const std::u16string& document) {
   std::vector<std::u16string> files{document};
   switch (file_type_row(kind_of_document(document).type).preparation) {
@@ -55,7 +55,7 @@ TextMemory& TranslatedFolders::documents() {
   if (documents_) return *documents_;
   documents_ = std::make_unique<TextMemory>(text_units_of(to_utf8(source_language_)));
   for (const std::u16string& folder : folders_) {
-    // In one order on every system: of equally good translations the first is taken.
+    // Sorted, because the first of equally good translations is taken, on every system the same.
     std::vector<std::u16string> names = ports().files->find(folder + u"*_" + target_language_ + u".tud");
     std::ranges::sort(names);
     for (const std::u16string& name : names)

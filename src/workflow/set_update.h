@@ -1,8 +1,8 @@
 // The update of all bilingual documents of a source that is prepared again: what was translated is kept.
 //
-// The documents are prepared anew, as if nothing had been there, and then filled with what the old ones hold. So a
-// document is the same whether its source was prepared once or ten times, and every reason to prepare it anew (another
-// source, other options, another version of this program) is served alike.
+// The documents are prepared anew, as if there had been none, and then filled from the old ones. So a document is the
+// same whether its source was prepared once or ten times, and the reason for preparing it again (a new source, other
+// options, a new version of this program) makes no difference.
 #pragma once
 
 #include <cstdint>
@@ -26,11 +26,11 @@ namespace kavo {
 // The old documents of one source by their paths.
 using OldDocuments = std::map<std::u16string, OldDocument, LessIgnoringCase>;
 
-// Beside the documents: the translations of texts that no document of the folder holds any more.
+// This file beside the documents keeps the translations of texts that no document of the folder holds any more.
 inline constexpr std::u16string_view kRemovedTexts = u"removed.tmx";
 
-// What was translated before a run began, in the folders that it works in. Read when the first text asks for it: the
-// documents of a run that changes nothing are not touched.
+// The translations that the folders of a run held when it began. They are read when the first text asks for them, so a
+// run without changes does not read them.
 class TranslatedFolders final : public KnownTexts {
  public:
   // Languages as the suite writes them; folders with their "\". Documents with other languages are not read.
@@ -40,7 +40,7 @@ class TranslatedFolders final : public KnownTexts {
   const std::u16string& source_language() const { return source_language_; }
   const std::u16string& target_language() const { return target_language_; }
 
-  // Read with the others in the place of the files of their names, which are new already. Not owned; nullptr for none.
+  // Documents to read instead of the files of the same names, which are new already. Not owned; null for none.
   void current(const OldDocuments* documents) { current_ = documents; }
 
   // Throw `failure` for a memory that cannot be read. A document that cannot be read is left out, with a message.
@@ -48,7 +48,7 @@ class TranslatedFolders final : public KnownTexts {
   TextMemory& removed() override;
 
   // Puts translations into the folder's removed.tmx, those that are not there yet. Throws `failure` for a file that
-  // cannot be read or written: it is as it was then.
+  // cannot be read or written: the file then stays as it was.
   void keep_removed(const std::u16string& folder, std::vector<TmxUnit> units);
 
   // Takes the messages since the last call.
@@ -84,12 +84,13 @@ class SetUpdate {
 
   bool has_documents() const { return !old_.empty(); }
 
-  // After it: whether every document says what it said, so that what was made anew need not take its name. All of the
-  // set or none: what is made anew is untranslated, and may be left behind only together.
+  // Call it after the preparation. True when every document of the set says the same as before, so that the new ones
+  // can be dropped. It is all or none, because the new documents are untranslated.
   bool is_unchanged(std::span<const ProducedFile> produced) const;
-  // What an unchanged set has.
+  // The report on an unchanged set.
   SetUpdateReport kept() const;
-  // Fills the documents of the produced files, and keeps what no longer exists. Throws `failure`.
+  // Fills the documents of the produced files, and keeps the translations of texts that no longer exist. Throws
+  // `failure`.
   SetUpdateReport apply(std::span<const ProducedFile> produced);
 
  private:

@@ -11,11 +11,11 @@
 namespace kavo {
 namespace {
 
-// How many texts of both sequences together are looked through for the next two that are equal.
+// Within so many texts of both sequences the next two equal texts are looked for.
 constexpr std::size_t kWindow = 32;
 
-// A shorter text ends where its author ended it. The filters cut at 256 KB of markup; character references take up to
-// eight times the room of what they stand for.
+// A shorter text was not cut by a filter. The filters cut at 256 KB of markup; character references take up to eight
+// times the room of what they stand for.
 constexpr std::size_t kShortestPiece = 32 * 1024;  // bytes
 
 class Comparison {
@@ -51,8 +51,8 @@ class Comparison {
   }
 
  private:
-  // How many texts of both sequences are the same words cut at other places, none when they are not. Only the words are
-  // compared: the codes of a piece are numbered anew.
+  // How many texts of each sequence hold the same words, cut at different places; 0 and 0 when they do not. Only the
+  // words are compared: the codes of a piece are numbered anew.
   std::pair<std::size_t, std::size_t> same_text_in_pieces(std::size_t i, std::size_t j) const {
     Pieces expected(expected_.subspan(i));
     Pieces found(found_.subspan(j));
@@ -64,7 +64,7 @@ class Comparison {
         return {0, 0};
       compared = common;
       if (found.count == 0 || expected.text.size() != found.text.size()) continue;
-      // Two whole texts of the same words are not cut at all: their codes differ.
+      // Two whole texts with the same words were not cut: only their codes differ.
       if (found.count == 1 && expected.count == 1) return {0, 0};
       return {expected.count, found.count};
     }
@@ -77,7 +77,7 @@ class Comparison {
     bool add() {
       if (count == texts.size() || (count != 0 && texts[count - 1].size() < kShortestPiece)) return false;
       std::string words = plain_text(texts[count++]);
-      // The blank where a text is cut is in neither piece.
+      // Neither piece holds the blank where a text was cut.
       std::erase_if(words, [](char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; });
       text += words;
       return true;
@@ -92,7 +92,7 @@ class Comparison {
     const std::size_t expected_left = expected_.size() - i;
     const std::size_t found_left = found_.size() - j;
     for (std::size_t sum = 1; sum <= kWindow; ++sum) {
-      // Balanced gaps first: a changed text is likelier than one lost and another added.
+      // Balanced gaps first: a changed text is likelier than a lost one and an added one.
       std::optional<std::pair<std::size_t, std::size_t>> best;
       for (std::size_t lost = 0; lost <= sum; ++lost) {
         const std::size_t extra = sum - lost;

@@ -1,4 +1,4 @@
-// Which texts of a document went astray on its way: two sequences that should be equal, compared as people would.
+// Compares two sequences of texts that should be equal, and reports the differences as a person would.
 #pragma once
 
 #include <cstddef>
@@ -9,9 +9,9 @@
 namespace kavo {
 
 enum class TextChange {
-  kLost,         // expected and not there
-  kDoubled,      // there once more than expected
-  kAdded,        // there, and nowhere expected
+  kLost,         // expected, but missing
+  kDoubled,      // found once more than expected
+  kAdded,        // found, but expected nowhere
   kChanged,      // another text in its place
   kBrokenCodes,  // the text is right, its inline codes are not
 };
@@ -21,15 +21,14 @@ struct TextFinding {
   TextChange change = TextChange::kChanged;
   std::size_t expected = kNone;  // index; none for a text that is too much
   std::size_t found = kNone;     // none for a lost one
-  // What tells the place among the expected texts: the text itself, the one before a text too much; none at the start.
+  // The place among the expected texts: the text itself, or the one before a surplus text; none at the start.
   std::size_t place = kNone;
   bool operator==(const TextFinding&) const = default;
 };
 
 // Compares coded texts in order; empty when they are equal. A text too long for one segment is the same text wherever
 // it was cut. Linear in time: where the sequences differ they are brought together again at the nearest equal texts
-// within a window of a few dozen, so that a long piece which went missing is told text by text and may be told as
-// changed texts.
+// within a window of a few dozen, so a long missing piece is reported text by text, perhaps as changed texts.
 std::vector<TextFinding> compare_texts(std::span<const std::string_view> expected,
                                        std::span<const std::string_view> found);
 

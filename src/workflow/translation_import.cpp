@@ -15,7 +15,7 @@
 namespace kavo {
 namespace {
 
-// Without what the suite says of the unit's codes: that is true of the document it stands in.
+// Leaves out the suite's own facts about the unit's codes, which hold only for the document that they stand in.
 XliffDetails details_of(const TudUnit& unit) {
   XliffDetails details{unit.state, unit.state_qualifier, unit.approved, unit.notes};
   std::erase_if(details.notes, is_own_note);
@@ -49,7 +49,7 @@ class TranslationImport::OwnReader final : public TudEvents {
   std::size_t index_ = 0;
 };
 
-// How often each unit is there.
+// Counts how often each unit occurs.
 class TranslationImport::GivenIds final : public TudEvents {
  public:
   explicit GivenIds(const TranslationImport& import) : import_(import) {}
@@ -64,7 +64,7 @@ class TranslationImport::GivenIds final : public TudEvents {
   const TranslationImport& import_;
 };
 
-// What there is to take; nothing is changed yet.
+// Collects the translations to take. Nothing is changed yet.
 class TranslationImport::GivenUnits final : public TudEvents {
  public:
   struct Translation {
@@ -80,7 +80,7 @@ class TranslationImport::GivenUnits final : public TudEvents {
   GivenUnits(const TranslationImport& import, const GivenIds& ids) : import_(import), ids_(ids) {}
 
   void unit(const TudUnit& unit) override {
-    // Named once, with those that are missing.
+    // Reported once, together with missing units.
     if (ids_.counts.at(unit.id) > 1) return;
     const auto found = import_.units_.find(unit.id);
     if (found == import_.units_.end()) return refuse(unit.id, "the document has no such unit");
@@ -120,7 +120,7 @@ class TranslationImport::GivenUnits final : public TudEvents {
   const GivenIds& ids_;
 };
 
-// The document's skeleton; one that was unpacked goes again.
+// The document's skeleton. An unpacked one is removed again.
 class TranslationImport::SkeletonFile {
  public:
   explicit SkeletonFile(const BilingualDocument& document) : skeleton_(document.locate_skeleton()) {}
@@ -168,7 +168,7 @@ TranslationImport::Counts TranslationImport::take(std::u16string_view xliff, Mes
   GivenUnits given(*this, ids);
   read_tud(xliff, given);
 
-  // What building the target would refuse is refused here, where the translator's file is still at hand.
+  // Translations that the rebuild would refuse are refused here, while the translator's file is at hand.
   std::map<std::uint32_t, std::string> changed;
   for (const GivenUnits::Translation& next : given.translations)
     if (const BilingualSegment own = document_.segment(next.index); next.target != own.source)

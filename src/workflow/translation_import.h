@@ -1,4 +1,4 @@
-// What an editor handed back, taken over into a bilingual document text by text.
+// Takes the translations in a file that an editor wrote over into a bilingual document, text by text.
 #pragma once
 
 #include <cstdint>
@@ -18,17 +18,18 @@ class TranslationImport {
   explicit TranslationImport(std::u16string_view tud);
 
   const BilingualDocument& document() const { return document_; }
-  // Whether a document with this header is one of the same source document and languages: "" when it is, or why not.
-  // What it does not say is not compared.
+  // "" when a document with this header has the same source document and languages, otherwise the difference. Facts
+  // that it does not state are not compared.
   std::string difference(const TudHeader& given) const;
 
   struct Counts {
-    std::uint64_t taken = 0;    // texts or statuses that are other ones now
+    std::uint64_t taken = 0;    // texts and statuses that changed
     std::uint64_t refused = 0;  // units, each with a message
   };
   // Takes the translations of an XLIFF document over and saves. A unit that does not fit is named in a message and left
   // alone: one that does not exist, is missing, appears twice, has another source text, or that cannot be rebuilt.
-  // Throws `failure` for a document that cannot be read, or that is another one: nothing is changed then.
+  // Throws `failure` for a document that cannot be read, or that has another source or other languages; then nothing is
+  // changed.
   Counts take(std::u16string_view xliff, MessageList& messages, ProgressEvent* progress = nullptr);
 
  private:

@@ -18,8 +18,8 @@ UnpackedPackage::UnpackedPackage(const std::u16string& package)
     : scratch_(folder_.make("package")), own_(folder_of(package)) {
   for (const std::u16string& document : unpack_documents(package, scratch_)) documents_.push_back(document);
   std::erase_if(documents_, [](const std::u16string& document) { return TudName(document).is_taken_along(); });
-  // Objects are no texts: their file travels beside the package. So do the companions of a document that was exported
-  // without them.
+  // Packages hold no objects: their file travels beside the package. So do the companions of a document that was
+  // exported without them.
   for (const std::u16string& document : documents_) {
     const std::u16string own = own_ + document.substr(scratch_.size() + 1);
     std::vector<std::u16string> files{object_file_beside(own)};

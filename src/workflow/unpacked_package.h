@@ -13,9 +13,9 @@ class UnpackedPackage {
   // Throws `failure` as unpack_documents() does, and when a scratch file cannot be written.
   explicit UnpackedPackage(const std::u16string& package);
 
-  // The documents that are rebuilt by themselves; the others are taken along.
+  // The documents to rebuild; the others are their companions.
   const std::vector<std::u16string>& documents() const { return documents_; }
-  // The name that people know for a scratch file in a message: beside the package.
+  // Replaces scratch files in a message by the names that people know, beside the package.
   std::u16string with_own_folder(const std::u16string& text) const;
 
  private:

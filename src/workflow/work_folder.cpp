@@ -31,7 +31,7 @@ std::u16string from_filesystem(const fs::path& path) {
                     to_utf16(error ? error.message() : "every name is taken"));
 }
 
-// What fails once may work at the second attempt.
+// Tries twice: the second attempt may succeed.
 void remove_folder(const fs::path& folder) {
   std::error_code error;
   fs::remove_all(folder, error);
@@ -41,11 +41,11 @@ void remove_folder(const fs::path& folder) {
                  error.message().c_str());
 }
 
-// The folder's own mark: what has it, and nobody's lock, was left by a run that was killed.
+// The mark of such a folder. A marked folder that nobody locks was left by a killed run.
 constexpr char kMark[] = "kavo.work";
 
-// The folders of this process that are in use. A lock does not tell: the thread that has it gets it once more on
-// Windows.
+// The folders of this process that are in use. A lock cannot show it: on Windows the thread that holds the lock gets it
+// again.
 std::set<std::u16string>& folders_in_use() {
   static std::set<std::u16string> folders;
   return folders;
@@ -89,7 +89,7 @@ void remove_abandoned_folders(const fs::path& parent) {
         std::fprintf(stderr, "kavo: removed %s, which a run that was stopped had left\n", path_to_host(path).c_str());
     }
   } catch (const failure&) {
-    // The temporary folder cannot be listed: nothing of ours depends on it.
+    // The temporary folder cannot be listed. Then old folders stay.
   }
 }
 

@@ -12,10 +12,10 @@ namespace kavo {
 
 class WorkFolder {
  public:
-  // A new folder in the user's temporary one, for this user only where the system tells users apart. What killed runs
-  // have left there goes first, with a word on standard error. Throws `failure`.
+  // Makes a new folder in the user's temporary folder, accessible only to this user where the system supports that.
+  // First removes what killed runs have left, and reports it on standard error. Throws `failure`.
   WorkFolder();
-  // Tells on standard error what cannot be removed.
+  // Reports on standard error what cannot be removed.
   ~WorkFolder();
   WorkFolder(const WorkFolder&) = delete;
   WorkFolder& operator=(const WorkFolder&) = delete;

@@ -25,9 +25,9 @@ constexpr const char* kEnginePlaces[] = {"/libkavo_office_engine.so", "/../lib/k
                 std::u16string(identifier) + u" is served by LibreOffice: " + what_to_do);
 }
 
-void* loaded_engine = nullptr;  // for good: LibreOffice's libraries cannot be unloaded
+void* loaded_engine = nullptr;  // never unloaded, because LibreOffice's libraries cannot be
 
-// The engine registers its own factories in the place of ours.
+// The engine replaces our factories by its own.
 void load_engine(std::u16string_view identifier) {
   const std::string folder = path_to_host(program_folder());
   const auto is_there = [&](const char* place) { return ::access((folder + place).c_str(), F_OK) == 0; };

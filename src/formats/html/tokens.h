@@ -1,5 +1,5 @@
 // Cuts a page into texts, tags, comments and server code. Markup follows the tokenizer of the HTML Standard, server
-// code the rules of its server.
+// code the rules of its server. scanner.h says why the repair of pages has a scanner of its own.
 //
 // A token is read where it stands in the window of the input, each byte once, wherever a block ends. The bytes of all
 // tokens in order are the page; no markup, however broken, is left out.

@@ -18,10 +18,10 @@ constexpr LanguageId sublanguage_of(LanguageId id) { return static_cast<Language
 std::optional<std::uint32_t> number_of(std::string_view word);
 
 // The language that the two values of a LANGUAGE statement name. Each is a number or a name ("LANG_FRENCH",
-// "SUBLANG_FRENCH"). Nothing when one is something else, such as a macro of the script.
+// "SUBLANG_FRENCH"). Nothing when either is something else, such as a macro of the script.
 std::optional<LanguageId> language_of(std::string_view primary, std::string_view sublanguage);
 
-// The two values for a language, with ", " between them; by name where both have one that compilers know.
+// The two values for a language, with ", " between them; by name when compilers know both names.
 std::string language_words(LanguageId id, bool by_name);
 
 }  // namespace kavo::rc

@@ -23,17 +23,18 @@ struct RcPiece {
     kLineBreak,  // \n, \r\n, a line end
     kTab,
     kMarker,  // of printf or FormatMessage: "%d", "%1!s!"
-    kOther,   // an escape that stands for no character that XML has
+    kOther,   // an escape for a character that XML cannot hold
   };
   Kind kind = kText;
   std::string_view bytes;
   std::string text;
 };
 
-// Reads literals that are one text, with what stands between them: give each in its turn to start().
+// Reads the literals of one text. Give each of them to start() in turn.
 class RcLiteralReader {
  public:
-  // `coding` is that of the bytes, `numbers` that of numbers in "...", null for none. Both must outlive the reader.
+  // `coding` is the coding of the bytes. `numbers` is the coding of numbers in "...", or null. Both must outlive the
+  // reader.
   RcLiteralReader(const TextCoding& coding, const TextCoding* numbers) : coding_(coding), numbers_(numbers) {}
 
   // A literal without the quote that closes it.
@@ -56,8 +57,8 @@ class RcLiteralReader {
   char before_ = 0;  // the byte in front of `rest_`
 };
 
-// The length of the printf marker or FormatMessage insert that begins `text`; 0 when it is none. A percent sign behind
-// a digit and in front of a word ("50%discount") is none, which `before`, the byte in front of it, tells.
+// The length of the printf marker or FormatMessage insert that begins `text`; 0 when it is none. A percent sign between
+// a digit and a word ("50%discount") is not a marker; `before` is the byte in front of `text`.
 std::size_t marker_length(std::string_view text, char before);
 
 // How a text is written as a literal.
@@ -83,7 +84,7 @@ class RcLiteralWriter {
     bool is_code;
     std::string text;
   };
-  // False for a character that only a number can stand for.
+  // False for a character that must be written as a number.
   bool fits(std::string_view character) const;
   void append(std::string_view utf8, std::string& bytes) const;
 

@@ -9,7 +9,7 @@ namespace {
 // A longer statement is cut. No header and no entry is nearly so long.
 constexpr std::size_t kLongestStatement = 256 * 1024;  // bytes
 constexpr std::size_t kMostItems = 8192;
-// Deeper conditions are counted only.
+// Deeper conditions are only counted.
 constexpr std::size_t kDeepestCondition = 200;
 
 char capital(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c; }
@@ -44,7 +44,7 @@ const TypeName* find_type(std::string_view word) {
   return found == std::end(kTypes) ? nullptr : found;
 }
 
-// A resource that begins where the header before it has no block: its condition has several.
+// Resources that may begin where the header before them has no block yet: a condition may hold several headers.
 constexpr std::string_view kRestarts[] = {"STRINGTABLE", "DIALOG",  "DIALOGEX", "MENUEX",
                                           "VERSIONINFO", "TOOLBAR", "DLGINIT",  "ACCELERATORS"};
 constexpr std::string_view kMemoryFlags[] = {"PRELOAD", "LOADONCALL", "FIXED",  "MOVEABLE", "DISCARDABLE",
@@ -262,7 +262,7 @@ bool RcParser::is_file_name(const RcToken& token) {
   return awaited_values_ == 0 && !is_one_of(token.bytes, kMemoryFlags);
 }
 
-// A header may state a language of its own, in front of its texts or behind them.
+// A header may set its own language, before or behind its texts.
 void RcParser::close_header() {
   for (std::size_t item = statement_.significant(0); item < statement_.items.size();
        item = statement_.significant(item + 1)) {
@@ -363,7 +363,7 @@ void RcParser::emit(RcStatement::Kind kind) {
   has_literal_ = false;
 }
 
-// Gives what stands in front of an item; the item and what follows it begin the next statement.
+// Gives out the statement up to an item. The item and what follows it begin the next statement.
 void RcParser::cut_at(std::size_t item) {
   const std::size_t begin = statement_.items[item].begin;
   const std::string rest = statement_.bytes.substr(begin);

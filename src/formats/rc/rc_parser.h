@@ -2,7 +2,7 @@
 //
 // Resources are recognised by their keywords, BEGIN and END (or braces) and what follows them, not by lines. The
 // branches of a preprocessor condition are alternatives: behind #else and #elif the script continues as it stood at
-// #if, so that a block that each branch opens is opened once. Which condition holds is nobody's business here.
+// #if, so that a block that each branch opens is opened once. The conditions themselves are not evaluated.
 //
 // The bytes of all statements, in order, are the script. What is read is linear, without recursion, and bounded: one
 // statement is kept, and a stack of conditions.
@@ -27,10 +27,10 @@ bool is_keyword(std::string_view word, std::string_view keyword);
 
 enum class RcType : std::uint8_t { kStrings, kDialog, kMenu, kVersion, kOther };
 
-// The language of what follows a LANGUAGE statement.
+// The language that a LANGUAGE statement sets.
 struct RcLanguage {
   bool is_stated = false;           // false ahead of the first statement
-  std::optional<LanguageId> id;     // nothing for values that no one here knows
+  std::optional<LanguageId> id;     // nothing for unknown values
   bool operator==(const RcLanguage&) const = default;
 };
 
@@ -67,13 +67,14 @@ struct RcStatement {
   std::vector<Item> items;
   std::shared_ptr<const RcResource> resource;  // null outside
   RcLanguage language;                         // of the resource or, outside, of the block, this statement included
-  unsigned code_page = 0;                      // declared for it and what follows; 0 for none
+  unsigned code_page = 0;                      // declared for it and for what follows; 0 for none
   std::uint32_t depth = 0;                     // of blocks around it
 
   std::string_view text(const Item& item) const {
     return std::string_view(bytes).substr(item.begin, item.end - item.begin);
   }
-  // The place of the first item from `from` on that is no blank, comment or preprocessor line; the count when none is.
+  // The place of the first item from `from` on that is not a blank, a comment or a preprocessor line; the number of
+  // items when there is none.
   std::size_t significant(std::size_t from) const;
   bool is_word(std::size_t item, std::string_view keyword) const;
 };
@@ -84,7 +85,7 @@ struct RcTextRun {
   std::size_t last = 0;
 };
 
-// The run that begins with an item, nothing when that is no literal.
+// The run that begins with an item; nothing when the item is not a literal.
 std::optional<RcTextRun> text_at(const RcStatement& statement, std::size_t item);
 
 // The run whose first literal is at `item` or behind it, nothing when there is none.
@@ -98,7 +99,7 @@ class RcParser {
   void take(const RcToken& token);
   // Behind the last token.
   void finish() { flush(); }
-  // That #pragma code_page declares for the next token; 0 for none or the default.
+  // The code page that #pragma code_page declares for the next token; 0 for none or the default.
   unsigned code_page() const { return context_.code_page; }
 
  private:

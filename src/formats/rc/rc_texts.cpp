@@ -10,7 +10,7 @@ constexpr std::string_view kWithoutText[] = {"ICON",      "EDITTEXT", "COMBOBOX"
                                              "SCROLLBAR", "BEDIT",    "HEDIT",    "IEDIT"};
 // Styles of static controls whose text names a picture.
 constexpr std::string_view kPictureStyles[] = {"SS_ICON", "SS_BITMAP", "SS_ENHMETAFILE"};
-// Values that programs compare: a name or a number that is not that of the file is a fault.
+// Values that programs compare with the file's own name or number, so they must not change.
 constexpr std::string_view kFixedValues[] = {"InternalName", "OriginalFilename", "FileVersion", "ProductVersion"};
 
 bool is_one_of(std::string_view word, std::span<const std::string_view> words) {
@@ -47,7 +47,7 @@ std::string name_behind(const RcStatement& statement, const RcTextRun& run) {
   return is_comma(statement, comma) ? words_from(statement, comma + 1) : std::string();
 }
 
-// A string is named by the last words before it: those of their line, up to a comma.
+// A string's name is the words before it on the same line, up to a comma.
 void add_string(const RcStatement& statement, std::vector<RcText>& texts) {
   std::string name;
   bool is_complete = false;      // the next word begins another name

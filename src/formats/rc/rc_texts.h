@@ -1,4 +1,4 @@
-// Which literals of a statement people read, and what they are called.
+// Which literals of a statement people read, and the names of these texts.
 #pragma once
 
 #include <cstdint>
@@ -14,12 +14,12 @@ struct RcText {
 
   Kind kind = kString;
   RcTextRun run;
-  std::string name;           // the control's identifier, the string's, the key of a version's value
+  std::string name;           // the identifier of the control or string, or the key of the version value
   bool has_access_key = true;  // "&" marks one
   bool is_fixed = false;       // names a file or a version: to be shown, not to be translated
 };
 
-// Empty literals are none. Left out are names of classes, fonts and pictures, and keys.
+// Without empty literals, names of classes, fonts and pictures, and keys.
 std::vector<RcText> texts_of(const RcStatement& statement);
 
 }  // namespace kavo::rc

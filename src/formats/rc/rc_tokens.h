@@ -22,7 +22,7 @@ inline constexpr std::size_t kLongestLiteral = 64 * 1024;  // bytes
 
 enum class RcTokenKind : std::uint8_t {
   kBlank,      // blanks, line ends, joined lines
-  kComment,    // a piece of one
+  kComment,    // a piece of a comment
   kDirective,  // a preprocessor line from its "#" to its end, or to a comment in it
   kLiteral,    // with its quotes and the L
   kWord,       // a name, a keyword, a number, a file name without quotes
@@ -38,15 +38,15 @@ struct RcToken {
   std::string_view bytes;
 };
 
-// Begins at the beginning of a line.
+// Expects to begin at the start of a line.
 class RcTokenScanner {
  public:
-  // The coding of what follows, which tells the bytes that begin a character of two; null for UTF-8. It must outlive
+  // The coding of the next bytes, which knows the lead bytes of two-byte characters; null for UTF-8. It must outlive
   // its use.
   void coding(const TextCoding* coding) { coding_ = coding; }
 
-  // The token that begins `bytes` (not empty), which start where the last token ended. False when it takes more bytes
-  // to tell; never when these are all that there are (`is_all`).
+  // The token that begins `bytes` (not empty), which start where the last token ended. False when more bytes are
+  // needed, which never happens when these are the last ones (`is_all`).
   bool next(std::string_view bytes, bool is_all, RcToken& token);
 
  private:
@@ -67,7 +67,7 @@ class RcTokenScanner {
   bool literal(std::string_view bytes, std::size_t prefix, bool is_all, RcToken& token);
   bool long_literal(std::string_view bytes, bool is_all, RcToken& token);
   bool word(std::string_view bytes, bool is_all, RcToken& token);
-  // Moves `at` through a literal; true behind its closing quote, false where it takes more bytes.
+  // Moves `at` through a literal. True behind its closing quote, false where more bytes are needed.
   bool find_literal_end(std::string_view bytes, bool is_all, std::size_t& at) const;
   bool is_lead(char c) const { return coding_ && coding_->is_lead_byte(static_cast<unsigned char>(c)); }
   bool is_pair(char first, char second) const { return is_lead(first) && is_trail_byte(second); }
@@ -75,7 +75,7 @@ class RcTokenScanner {
   const TextCoding* coding_ = nullptr;
   State state_ = State::kBetween;
   bool is_line_start_ = true;    // a preprocessor line may begin
-  bool is_in_directive_ = false;  // a comment that ends goes on with one
+  bool is_in_directive_ = false;  // a preprocessor line goes on behind the comment
   std::size_t searched_ = 0;      // how far a literal has been looked through in vain
 };
 

@@ -18,11 +18,11 @@ struct Row {
   std::string_view word;
   Property property;
   Form form;
-  std::int32_t usual = 0;  // the number of a word without one
+  std::int32_t usual = 0;  // the number that counts when the word has none
 };
 using enum Property;
 using enum Form;
-// The first row of a property says how it is written; a choice is known by its place.
+// The first row of a property says how the property is written. A choice is recognised by the place of its row.
 constexpr Row kRows[] = {
     {"accnone", kAccent, kOff},
     {"acccircle", kAccent, kChoice},

@@ -1,5 +1,6 @@
-// How RTF text looks: the character properties of RTF 1.9 that a reader sees. What only programs see (languages,
-// revision numbers, spelling marks) and what nobody would call another formatting (kerning, spread) is left out.
+// How RTF text looks: the character properties of RTF 1.9 that a reader sees. Left out are properties that only
+// programs see (languages, revision numbers, spelling marks) and those that nobody would call a formatting (kerning,
+// spread).
 #pragma once
 
 #include <array>
@@ -14,7 +15,7 @@
 namespace kavo::rtf {
 
 enum class Property : std::uint8_t {
-  kFont,      // number; which numbers look alike is for the font table to say
+  kFont,      // number; the font table knows which numbers look alike
   kSize,      // half points
   kBold,
   kItalic,
@@ -48,9 +49,9 @@ class Look {
   std::int32_t get(Property property) const { return values_[static_cast<std::size_t>(property)]; }
   void set(Property property, std::int32_t value) { values_[static_cast<std::size_t>(property)] = value; }
 
-  // \plain: everything as at the beginning, in this font.
+  // \plain: resets every property, in this font.
   void reset(std::int32_t font);
-  // Follows a control word; false for one that is no property.
+  // Applies a control word. False when it does not set a character property.
   bool apply(const Token& word);
   bool operator==(const Look&) const = default;
 

@@ -13,7 +13,7 @@ struct Row {
   Destination destination;
 };
 using enum Destination;
-// Destinations of data that stand without \* are listed, too. The words that only \* destinations use need no row.
+// Data needs a row only where its destination stands without \*.
 constexpr Row kRows[] = {
     {"annotation", kNote},
     {"atnauthor", kData},
@@ -127,7 +127,7 @@ constexpr Row kRows[] = {
     {"xe", kEntry},
 };
 
-// Destinations that should stand behind \*; programs forget it.
+// Destinations that belong behind \*, which some programs forget.
 constexpr std::string_view kStarred[] = {
     "aftncn",
     "aftnsep",
@@ -172,7 +172,7 @@ constexpr std::string_view kStarred[] = {
     "xmlnstbl",
 };
 
-// What the word processor computes; what it shows is none of the author's text.
+// Fields that the word processor computes: their results are not the author's text.
 constexpr std::string_view kComputedFields[] = {
     "=",
     "ADVANCE",

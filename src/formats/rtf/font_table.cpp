@@ -18,7 +18,7 @@ constexpr Charset kCharsets[] = {
     {77, 10000}, {88, 10029}, {89, 10007}, {254, 437},  {255, 850},
 };
 
-// What the names of fonts for other scripts end in.
+// Endings in the names of fonts for other scripts.
 constexpr std::string_view kScripts[] = {" CE",       " Cyr",      " Greek",        " Tur",   " Baltic",
                                          " (Hebrew)", " (Arabic)", " (Vietnamese)", " (Thai)"};
 

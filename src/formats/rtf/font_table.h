@@ -13,13 +13,13 @@
 
 namespace kavo::rtf {
 
-// Of fonts whose bytes are pictures.
+// The character set of fonts whose bytes are pictures.
 inline constexpr std::int32_t kSymbolCharset = 2;
 inline constexpr std::int32_t kNoCharset = -1;  // not declared
 
-// The Windows code page of a character set (\fcharset), 0 for one of no code page of its own: the document's is meant.
+// The Windows code page of a character set (\fcharset). 0 for a set that means the document's code page.
 unsigned code_page_of_charset(std::int32_t charset);
-// The character set of a Windows code page, kNoCharset for one that has none.
+// The character set of a Windows code page, or kNoCharset.
 std::int32_t charset_of_code_page(unsigned code_page);
 
 struct Font {
@@ -30,8 +30,8 @@ struct Font {
   // Bytes of the entry between its number and its name, without groups, the character set and the code page: the
   // family, the pitch.
   std::string look;
-  // The first font of the same name, but for what names of fonts for other scripts end in (" CE", " Cyr"): what people
-  // see as one font.
+  // The first font of the same name, not counting endings for other scripts (" CE", " Cyr"): people see these as one
+  // font.
   std::size_t same_as = 0;
 };
 
@@ -41,7 +41,7 @@ class FontTable {
   const Font* find(std::int32_t number) const;
   const std::vector<Font>& fonts() const { return fonts_; }
   std::int32_t highest_number() const { return highest_; }
-  // Completes `same_as`. Of two fonts of one number the last counts.
+  // Completes `same_as`. When two fonts have one number, the last counts.
   void add(Font font);
 
  private:
@@ -56,7 +56,7 @@ class FontTableReader {
  public:
   explicit FontTableReader(FontTable& table) : table_(table) {}
   void take(const Token& token);
-  // Behind the last token.
+  // Call it behind the last token.
   void finish();
   // True while the bytes of the next text belong to a name.
   bool is_in_name() const { return depth_ == entry_depth_; }
@@ -71,7 +71,7 @@ class FontTableReader {
   std::size_t entry_depth_ = 0;  // where the font's number stands
 };
 
-// The codings of a document's text, each made when it is first asked for.
+// The codings of a document's text. Each is made when it is first asked for.
 class CodingSet {
  public:
   // Null for a code page that is not supported.
@@ -81,7 +81,7 @@ class CodingSet {
   std::unordered_map<unsigned, std::unique_ptr<TextCoding>> codings_;
 };
 
-// The code page of text in a font (null: none is known); `document` is that of the document.
+// The code page of text in a font, which may be null (unknown). `document` is the document's code page.
 unsigned code_page_of(const Font* font, unsigned document);
 
 }  // namespace kavo::rtf

@@ -10,7 +10,7 @@
 
 namespace kavo::rtf {
 
-// The control word of the marker, which no program knows.
+// The control word of the marker. No program knows it.
 inline constexpr std::string_view kMarkerWord = "mor";
 inline constexpr std::string_view kMarkerStart = "{\\v\\mor OBJ ";
 inline constexpr std::string_view kMarkerEnd = " }";
@@ -21,7 +21,7 @@ struct Marker {
   std::uint64_t number;
   std::size_t length;  // bytes of the whole marker
 };
-// The marker that [p, end) begins with, exactly as marker_text() writes it; nothing for any other spelling.
+// The marker at the start of [p, end), which must be spelled exactly as marker_text() writes it.
 std::optional<Marker> read_marker(const char* p, const char* end);
 
 }  // namespace kavo::rtf

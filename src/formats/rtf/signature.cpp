@@ -21,7 +21,7 @@ void refuse_other_formats(BlockReader& document) {
     return document.window().starts_with(text);
   };
   if (begins_with(kByteOrderMark)) document.consume(kByteOrderMark.size());
-  // White space goes window by window: there may be more of it than memory.
+  // White space is skipped window by window, because there may be more of it than memory.
   do {
     document.consume(std::min(document.window().find_first_not_of(kWhiteSpace), document.window().size()));
   } while (document.window().empty() && document.more());

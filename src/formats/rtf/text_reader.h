@@ -1,5 +1,5 @@
 // Reads the text of a run of RTF without braces and formatting: bytes in a font's coding, raw or in hexadecimal, \uN
-// with what stands behind it for older programs, and characters with names.
+// with its fallback for older programs, and characters with names.
 #pragma once
 
 #include <cstddef>
@@ -15,7 +15,7 @@ struct TextUnit {
   enum class Kind : std::uint8_t {
     kPlain,      // a run of characters that stand for themselves
     kCharacter,  // one character in another form
-    kInvalid,    // bytes that are no character in the run's coding
+    kInvalid,    // bytes that are not valid in the run's coding
     kNothing,    // line ends
   };
   Kind kind = Kind::kNothing;
@@ -25,8 +25,8 @@ struct TextUnit {
 
 class TextReader {
  public:
-  // `coding` is nullptr when it is not known: only ASCII is valid then. `fallback` is the number in effect of bytes
-  // behind each \uN (\ucN). Both must outlive the reader, as must `bytes`.
+  // `coding` is null when it is not known; then only ASCII is valid. `fallback` is the number of bytes behind each \uN
+  // (\ucN in effect). Both must outlive the reader, as must `bytes`.
   TextReader(std::string_view bytes, const TextCoding* coding, unsigned fallback)
       : bytes_(bytes), coding_(coding), fallback_(fallback) {}
   // False at the end.

@@ -13,7 +13,7 @@
 
 namespace kavo::rtf {
 
-// A longer name is no control word of any program; the scanner ends it here.
+// No program has a longer control word; the scanner cuts the name here.
 inline constexpr std::size_t kLongestName = 64;  // bytes
 inline constexpr std::size_t kMostDigits = 10;
 
@@ -33,7 +33,7 @@ struct Token {
   std::string_view bytes;
   std::string_view name;  // of a control word, without the backslash
   bool has_number = false;
-  std::int32_t number = 0;  // of a control word; the nearest that fits
+  std::int32_t number = 0;  // of a control word; clamped to what fits
 
   bool is_word(std::string_view word) const { return kind == TokenKind::kWord && name == word; }
   char symbol() const { return bytes.size() > 1 ? bytes[1] : '\0'; }
@@ -47,9 +47,8 @@ Token word_at(std::string_view bytes);
 
 class TokenScanner {
  public:
-  // The token that begins `bytes` (not empty), which start where the last token ended; `coding` is that of the text
-  // there, nullptr for one that is not known. False when it takes more bytes to tell; never when these are all that
-  // there are (`is_all`).
+  // The token that begins `bytes` (not empty), which start where the last token ended; `coding` is the coding of the
+  // text there, or null. False when more bytes are needed, which never happens when these are the last ones (`is_all`).
   bool next(std::string_view bytes, bool is_all, const TextCoding* coding, Token& token);
 
  private:

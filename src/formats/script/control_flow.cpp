@@ -1,5 +1,5 @@
-// Only the depth of constructs is followed: a block in which it falls below zero, or which leaves it above zero, shares
-// a construct with others.
+// Only the depth of constructs is counted. A block shares a construct with others when the depth falls below zero in
+// it, or is above zero at its end.
 #include "formats/script/control_flow.h"
 
 #include <algorithm>

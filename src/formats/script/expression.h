@@ -1,4 +1,4 @@
-// What the expressions of a script say about its literals: which are joined to one text, and where they go.
+// What a script does with its literals: which of them it joins to one text, and where the text goes.
 #pragma once
 
 #include <cstddef>
@@ -27,24 +27,24 @@ struct Item {
   bool is_called = false;      // ends with a call
   bool is_member = false;      // names a member of something
   bool is_simple = false;      // one name, number, call or group: no operator in it
-  std::string_view name = {};  // "a.b" in "a.b(1).c", also of a literal that something is asked of
+  std::string_view name = {};  // "a.b" in "a.b(1).c"; also set when a method is called on a literal
   std::string_view last = {};  // "c"
   std::string_view key = {};   // the last subscript when it is a literal, with its quotes
 };
 
 enum class PlaceKind : std::uint8_t {
-  kNowhere,    // a statement of its own, or a place that is none of the others
+  kNowhere,    // the whole statement, or none of the places below
   kArgument,   // of a call or of a statement's word ("echo")
   kAssigned,   // to a variable or a member
   kEntry,      // the value of a key: {key: "..."}, 'key' => "..."
   kReturned,   // from the function that it stands in
   kElement,    // of a list
-  kGroup,      // in parentheses: where those go
-  kCompared,   // with something, or the case of a choice
+  kGroup,      // inside parentheses; the next place says where those go
+  kCompared,   // with another value, or in a case of a choice
   kCondition,  // decides which way a script goes
   kSubscript,  // [ ]
   kKey,        // of an entry
-  kReceiver,   // something is asked of it: "a,b".split(",")
+  kReceiver,   // a method is called on it: "a,b".split(",")
   kOperand,    // of an operator that joins no text
 };
 
@@ -61,9 +61,10 @@ struct Place {
 // Literals and operands that the language's text operator joins, or a single one of either.
 struct Join {
   std::span<const Item> items;
-  std::span<const Place> places;  // where it goes: the nearest first, then where that goes; at most kMostPlaces
+  std::span<const Place>
+      places;  // where the text goes, the nearest place first; at most kMostPlaces
   bool has_literal = false;
-  bool can_move = false;  // every operator between them joins text, whatever the order
+  bool can_move = false;  // every operator between them joins text, so the parts may change their order
 };
 inline constexpr std::size_t kMostPlaces = 8;
 
@@ -72,7 +73,7 @@ class ExpressionSink {
   virtual ~ExpressionSink() = default;
   // Valid during the call.
   virtual void joined(const Join& join) = 0;
-  // What comes until function_ends() is the body; `name` may be "".
+  // Everything until function_ends() is the body. `name` is "" for a function without a name.
   virtual void function_begins(std::string_view name, std::span<const std::string_view> parameters) = 0;
   virtual void function_ends() = 0;
   // A variable of the function that it stands in.

@@ -1,4 +1,4 @@
-// Values: what is joined, and what goes out at the end of an expression.
+// Values: what is joined, and what is reported at the end of an expression.
 #include "formats/script/expression_scanner.h"
 
 #include <algorithm>
@@ -9,7 +9,7 @@ ExpressionScanner::ExpressionScanner(Language language, std::string_view text, E
     : language_(language), text_(text), sink_(sink), frames_(1) {}
 
 void ExpressionScanner::token(const Token& token) {
-  // A string that nobody closed: what comes is a statement of its own.
+  // The string was never closed: the next token begins a new statement.
   if (top().kind == FrameKind::kInserted && top().after_value && token.kind != TokenKind::kLiteral &&
       language_ != Language::kPhp && text_[top().begin - 1] != '{')
     end_statement();
@@ -59,8 +59,8 @@ void ExpressionScanner::finish() {
 
 // ---- Values
 
-// A value behind another one, with no operator between: the start of a statement, of arguments, or a type before a
-// name.
+// A value follows another one without an operator between them. It begins a statement or arguments, or the first one
+// was the type of a name.
 void ExpressionScanner::before_value() {
   Frame& frame = top();
   if (!frame.after_value) return;
@@ -136,7 +136,7 @@ void ExpressionScanner::add_literal(const Token& token) {
   if (!token.ends) open_literal(token.end);
 }
 
-// What stands in a literal: up to its next piece.
+// Begins the code inside a literal, which ends with the literal's next piece.
 void ExpressionScanner::open_literal(std::size_t begin) {
   Frame& frame = open(FrameKind::kInserted, begin);
   frame.parens = frame.brackets = 0;
@@ -156,7 +156,7 @@ void ExpressionScanner::literal_goes_on(const Token& token) {
   add_literal(token);
 }
 
-// A literal of which something is asked is one of its own, inside an operand.
+// A literal whose method is called is reported on its own. For the expression around it the call is an operand.
 void ExpressionScanner::receiver_of(std::string_view member) {
   Item& item = *last_item();
   const Item alone = item;
@@ -289,12 +289,12 @@ void ExpressionScanner::emit(std::span<const Item> items, const Place& place) {
   Place places[kMostPlaces];
   std::size_t count = 0;
   places[count++] = place;
-  // Outwards, as long as what is in the bracket may be what comes out of it.
+  // Goes outwards as long as the value in the bracket may be the value of the bracket.
   const auto goes_on = [](PlaceKind kind) {
     return kind == PlaceKind::kGroup || kind == PlaceKind::kArgument || kind == PlaceKind::kElement ||
            kind == PlaceKind::kEntry || kind == PlaceKind::kReceiver || kind == PlaceKind::kOperand;
   };
-  // `place` is that of the innermost frame, or of an operand in it.
+  // `place` is the place of the innermost frame, or of an operand in it.
   std::size_t frame = frames_.size();
   if (place.kind != PlaceKind::kReceiver && place.kind != PlaceKind::kOperand) --frame;
   while (count < kMostPlaces && frame > 0 && goes_on(places[count - 1].kind)) {

@@ -1,7 +1,7 @@
 // Follows the expressions of one program from token to token.
 //
 // No tree is built: a stack of open brackets holds what is joined so far in each, so that brackets may nest as deep as
-// they like. Where a token cannot be understood the statement is given up, never the program.
+// they like. A token that is not understood ends the statement; the scan goes on with the next one.
 #pragma once
 
 #include <memory>
@@ -21,12 +21,12 @@ class ExpressionScanner {
 
   // The next token of the program; its place is in the text of all blocks.
   void token(const Token& token);
-  // Something of another language that stands where an operand or a part of a literal stands.
+  // Code of another language in the place of an operand or of a part of a literal.
   void foreign(std::size_t begin, std::size_t end);
-  // A block "<%= value %>": between these two stands one argument of a call of `name`.
+  // For a block "<%= value %>": what comes between these two calls is one argument of a call of `name`.
   void begin_value(std::string_view name);
   void end_value() { end_statement(); }
-  // The end of a statement, and of the program: what is open goes out.
+  // The end of a statement or of the program. Reports every open expression.
   void end_statement();
   void finish();
 
@@ -53,7 +53,7 @@ class ExpressionScanner {
     bool all_typed = true;        // and each has its type before it
     bool begins_function = false;
 
-    PlaceKind base = PlaceKind::kNowhere;  // where the expression goes, when the bracket does not say it
+    PlaceKind base = PlaceKind::kNowhere;  // where the expression goes, unless the bracket decides it
     Place target;
     bool has_key = false;  // the value of an entry
     bool in_condition = false;
@@ -62,7 +62,7 @@ class ExpressionScanner {
     bool after_value = false;  // an operator may follow
     bool absorbs = false;      // the next value belongs to the operand before it
     bool plus = false;         // the same, unless it is a literal
-    bool is_fixed = false;     // an operator joins no text, or may not
+    bool is_fixed = false;     // holds an operator that does not, or may not, join text
     bool is_compared = false;
     std::size_t unary = kNone;  // where an operator before the next value begins
   };

@@ -205,7 +205,7 @@ void ExpressionScanner::tight_operator(const Token& token, bool is_plus) {
     return;
   }
   frame.after_value = false;
-  // Minus stands on the same level as the operators that join, plus of PHP in its old versions.
+  // Minus binds as tightly as the operators that join text. So does plus in old versions of PHP.
   if (is_plus || text == "-" || text == "+") frame.is_fixed = true;
   if (is_plus && item.is_literal) return;
   if (item.is_literal) {
@@ -284,7 +284,7 @@ void ExpressionScanner::comma() {
     frame.base = PlaceKind::kNowhere;
 }
 
-// At the end of an argument: it may be a parameter.
+// At the end of an argument, which may be a parameter instead.
 void ExpressionScanner::parameter() {
   Frame& frame = top();
   std::string_view name;

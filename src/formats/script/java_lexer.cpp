@@ -80,8 +80,8 @@ void JavaLexer::scan(Token& token) {
   operator_of(kOperators);
 }
 
-// "\u0022" is the character before anything else looks at it, unless its backslash is escaped itself; the callers step
-// over both bytes of "\\", so that an escaped one is never seen here.
+// Java reads "\u0022" as the character before it looks for tokens, unless the backslash is itself escaped. The callers
+// skip both bytes of "\\", so an escaped backslash never comes here.
 JavaLexer::Character JavaLexer::character(std::size_t place) const {
   if (place >= text_.size()) return {};
   if (text_[place] != '\\' || at(place + 1) != 'u') return {text_[place], 1};
@@ -103,7 +103,8 @@ void JavaLexer::skip(const Character& c) {
     at_ += c.length;
 }
 
-// From behind the opening quote, or from the start of a piece that carries it on. It ends with its line at the latest.
+// Reads on behind the opening quote, or from the start of a piece that continues the literal. The end of the line ends
+// it at the latest.
 void JavaLexer::literal(Token& token) {
   token.kind = TokenKind::kLiteral;
   token.form = LiteralForm::kDouble;
@@ -121,7 +122,7 @@ void JavaLexer::literal(Token& token) {
       in_literal_ = false;
       return;
     }
-    // What a backslash stands before is skipped with it, itself an escape or not.
+    // The character behind a backslash is skipped too, whether or not it is an escape itself.
     if (c.byte == '\\' && !done() && !ends_line(current())) skip(character(at_));
   }
   if (at_ != token.begin || done()) return;
@@ -147,14 +148,14 @@ void JavaLexer::text_block(Token& token) {
   }
 }
 
-// 'c', '\n', '\'', '\u0027'. A quote that begins no character stands alone.
+// 'c', '\n', '\'', '\u0027'. A quote that does not begin a character is a token of its own.
 void JavaLexer::single(Token& token) {
   token.kind = TokenKind::kUnknown;
   skip(character(at_));
   const std::size_t behind_quote = at_;
   Character c = character(at_);
   if (c.length == 0 || ends_line(c.byte) || c.byte == '\'') return;
-  // Two bytes of UTF-16, or of any other coding: up to the closing quote, which is near.
+  // The character may have several bytes, so the closing quote is looked for nearby.
   constexpr std::size_t kLongestCharacter = 24;  // bytes, of two "\uXXXX" escapes with some room
   while (at_ - behind_quote < kLongestCharacter && c.length != 0 && !ends_line(c.byte)) {
     skip(c);
@@ -179,7 +180,7 @@ void JavaLexer::comment(Token& token) {
       in_line_comment_ = false;
       break;
     }
-    // Nothing is escaped in a comment, but of two backslashes the second begins no "\u0022".
+    // A comment has no escapes, but the second of two backslashes does not begin a "\u0022".
     skip(c);
     if (c.byte == '\\' && current() == '\\') ++at_;
   }

@@ -12,11 +12,11 @@ namespace kavo::script {
 // "java", "php". kUnknown for another one.
 Language language_of_name(std::string_view name);
 
-// What server blocks of a page hold that does not declare it, by the extension of its name (without "."): VBScript in
-// "asp", Java in "jsp", PHP in "php" and its kin; kUnknown for others.
+// The language of the server blocks in a page that does not declare one, by the extension of the page's name (without
+// "."): VBScript for "asp", Java for "jsp", PHP for "php" and its kin; kUnknown for others.
 Language language_of_extension(std::string_view extension);
 
-// The same for a page of any name: VBScript in others.
+// The same, with VBScript for other extensions.
 Language language_of_page(std::string_view extension);
 
 // The value of the first attribute of a tag or a directive ("<%@ ... %>", "<script ...>") that is called so, in any
@@ -30,10 +30,10 @@ Language language_of_directive(std::string_view directive, Language otherwise);
 // What the start tag of a <script> element says about its content.
 struct ScriptTag {
   Language language = Language::kUnknown;
-  bool is_script = true;   // false for data and templates, which are no program: type="application/json"
+  bool is_script = true;   // false for data and templates: type="application/json"
   bool on_server = false;  // runat="server"
 };
-// `client` is the language of a tag that names none, `server` the same for one that runs on the server.
+// The language of a tag that names none is `client`, or `server` when the script runs on the server.
 ScriptTag read_script_tag(std::string_view tag, Language client, Language server);
 
 }  // namespace kavo::script

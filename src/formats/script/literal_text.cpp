@@ -46,7 +46,7 @@ std::string unit_escape(char32_t unit) { return "\\u" + number_text(unit, 16, 4)
 std::string byte_escape(char32_t byte) { return "\\x" + number_text(byte, 16, 2); }
 std::string wide_call(char32_t unit) { return "ChrW(" + number_text(unit, 10, 1) + ")"; }
 
-// Writes one text, and remembers what it wrote last: some pairs of characters may not stand side by side.
+// Writes one text. It remembers the last character, because some pairs of characters must not stand side by side.
 class TextWriter {
  public:
   TextWriter(const Quoting& quoting, const TextCoding& coding, std::string& bytes)
@@ -126,7 +126,7 @@ class TextWriter {
 
   void line_break(char c) {
     if (quoting_.language == Language::kVbScript) {
-      // Of a CR LF the CR is written as both.
+      // A CR LF was written completely at its CR.
       if (c == '\n' && last_ == '\r') return;
       return interrupt("vbCrLf");
     }
@@ -160,7 +160,7 @@ class TextWriter {
         if (is_wide) return plain(unit_escape(high) + unit_escape(low));
         return plain(unit_escape(c));
       case Language::kPhp:
-        // "\u{e9}" means its bytes in UTF-8, which are wrong in another coding.
+        // "\u{e9}" would produce UTF-8 bytes, which are wrong in any other coding.
         if (c < 0x20 && quoting_.form != LiteralForm::kSingle && quoting_.form != LiteralForm::kNowdoc)
           return plain(byte_escape(c));
         if (c < 0x20) return plain(static_cast<char>(c));

@@ -22,7 +22,7 @@ const Escape* find(const Escape (&rows)[kCount], char letter) {
   return nullptr;
 }
 
-// Nothing is known of the escapes of an unknown language: they stay as they are, on both ways.
+// The escapes of an unknown language are not interpreted, neither on reading nor on writing.
 bool is_raw(const Quoting& quoting) {
   return quoting.form == LiteralForm::kNowdoc || quoting.language == Language::kUnknown;
 }
@@ -63,7 +63,7 @@ void LiteralReader::take(char32_t value, std::size_t end, Character& character) 
   at_ = end;
 }
 
-// At a backslash; false when it is one of the text.
+// At a backslash. False when it is an ordinary character.
 bool LiteralReader::escape(Character& character) {
   const char letter = at(at_ + 1);
   const std::size_t behind = at_ + 2;
@@ -140,7 +140,8 @@ bool LiteralReader::unicode(std::size_t begin, Character& character) {
   if (quoting_.language == Language::kJava)
     while (at(begin) == 'u') ++begin;
   if (!number(begin, 4, 4, 16, value, end)) return false;
-  // An escaped backslash of Java escapes in turn; nobody writes that, and it is no text here.
+  // In Java, a backslash written as "\u005c" begins an escape in turn. Nobody writes that, so it does not count as
+  // text.
   if (quoting_.language == Language::kJava && value == '\\') {
     character.is_text = false;
     at_ = end;

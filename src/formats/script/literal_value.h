@@ -10,11 +10,11 @@
 
 namespace kavo::script {
 
-// How a text is written: in which language and quotes, and what else must not be written there.
+// How a text is written: its language, its quotes, and what must not stand in it.
 struct Quoting {
   Language language = Language::kUnknown;
   LiteralForm form = LiteralForm::kDouble;
-  // In a <script> element its end tag ends the script whatever the quotes.
+  // In a <script> element: the end tag ends the script even inside quotes.
   bool in_element = false;
 };
 
@@ -51,7 +51,7 @@ class LiteralReader {
 
 // Appends `utf8` as it stands between the quotes, in the bytes of `coding`. What would end the literal, its script or
 // its line is escaped; where the language has no escape, the literal is interrupted ("" & vbCrLf & ""). Throws
-// `failure` 5 for a character that can be written in no way.
+// `failure` 5 for a character that cannot be written at all.
 void append_literal_text(std::string_view utf8, const Quoting& quoting, const TextCoding& coding, std::string& bytes);
 
 // `<operator>` that joins two texts in the language, with blanks around it.

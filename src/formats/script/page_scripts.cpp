@@ -9,7 +9,7 @@ bool begins_with(std::string_view text, std::size_t at, std::string_view lower_c
   return text.size() - at >= lower_case.size() && equal_word(text.substr(at, lower_case.size()), lower_case);
 }
 
-// Behind the ">" of the tag at `begin`: outside of quotes and of server blocks.
+// The place behind the ">" that ends the tag at `begin`. A ">" in quotes or in a server block does not count.
 std::size_t tag_end(std::string_view text, std::size_t begin, std::size_t end) {
   char quote = '\0';
   for (std::size_t at = begin; at < end;) {

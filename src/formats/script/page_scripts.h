@@ -1,4 +1,5 @@
-// The scripts of a page, one block after the other: what of a block is code, in which language, and what carries on.
+// The scripts of a page, block by block: which bytes are code, in which language, and which earlier piece they
+// continue.
 //
 //   <% statements %>   <%= value %>   <%! declarations %>   <%@ directive %>   <%-- comment --%>
 //   <?php statements ?>   <?= value ?>   <? statements ?>
@@ -23,7 +24,8 @@ struct Piece {
   Language language = Language::kUnknown;
   PieceKind kind = PieceKind::kStatements;
   bool on_server = true;
-  // A client's element: pieces with one number are one program. 0 for the server's, which is one for the whole page.
+  // The number of the client script's element. Pieces with the same number are one program. All server code of a page
+  // is one program and has the number 0.
   std::size_t element = 0;
   bool goes_on = false;   // a server block stood between the element's last piece and this one
   std::size_t begin = 0;  // in the text of all blocks, in bytes
@@ -36,7 +38,7 @@ class PageScripts {
   explicit PageScripts(Language server) : server_(server) {}
 
   // Appends the pieces of a block that stands at [begin, end) of `text`, server blocks inside an element in their
-  // place. A block that begins as none of the above holds none.
+  // place. A block that begins in another way gives no pieces.
   void add_block(std::string_view text, std::size_t begin, std::size_t end, std::vector<Piece>& pieces);
 
   Language server() const { return server_; }

@@ -1,6 +1,6 @@
-// Reads the blocks of a page's scripts as one row of tokens: what a language carries from block to block is carried,
-// and what stands between two scripts (the tag of an element, the "<%=" of a block inside of it) is a token of its own,
-// so that every byte of a block belongs to one.
+// Reads the blocks of a page's scripts as one row of tokens. A literal or comment goes on in the next block where the
+// language says so. What stands between two scripts (the tag of an element, the "<%=" of a block inside it) is a token
+// too, so every byte of a block belongs to a token.
 #pragma once
 
 #include <cstddef>
@@ -16,7 +16,7 @@ namespace kavo::script {
 class ScriptReader {
  public:
   struct Read {
-    Token token;  // places in the block; of what stands between two scripts the kind says nothing
+    Token token;  // its places count from the block's start; its kind means nothing between two scripts
     Language language = Language::kUnknown;
     bool in_element = false;  // of a script in an element, whose end tag ends it
     bool is_between = false;

@@ -31,7 +31,8 @@ constexpr Word kVbScript[] = {
     {"with", WordRole::kStatement},    {"xor", WordRole::kLogic},
 };
 
-// Words that JavaScript, Java and PHP share, or that are names in none of them.
+// Words of JavaScript, Java and PHP. One table serves all three: hardly a script uses a word of another language as a
+// name.
 constexpr Word kCurly[] = {
     {"as", WordRole::kSeparator},         {"async", WordRole::kSkipped},
     {"await", WordRole::kSkipped},        {"case", WordRole::kCase},
@@ -53,7 +54,7 @@ constexpr Word kCurly[] = {
     {"while", WordRole::kControl},        {"with", WordRole::kControl},
 };
 
-// And those of PHP alone.
+// Words of PHP alone.
 constexpr Word kPhp[] = {
     {"and", WordRole::kLogic},       {"clone", WordRole::kSkipped},        {"die", WordRole::kName},
     {"echo", WordRole::kCommand},    {"endif", WordRole::kStatement},      {"global", WordRole::kSkipped},

@@ -10,7 +10,7 @@ namespace kavo::script {
 
 enum class WordRole : std::uint8_t {
   kName,       // any name: a value
-  kSkipped,    // says nothing here: "new", "public"
+  kSkipped,    // has no effect here: "new", "public"
   kDeclares,   // "var": the name behind it belongs to the function
   kReturns,    // "return"
   kCommand,    // takes what follows as its argument: "echo"
@@ -18,8 +18,8 @@ enum class WordRole : std::uint8_t {
   kCase,       // what follows is compared
   kStatement,  // ends the statement before it and begins another one: "else", "Then"
   kFunction,   // begins a function
-  kEnd,        // "End": the next word says of what
-  kExit,       // "Exit": the same, and nothing ends
+  kEnd,        // "End": the next word says what ends
+  kExit,       // "Exit": the next word names a construct, which does not end here
   kSeparator,  // stands between two expressions: "in", "To"
   kLogic,      // "And"
   kTight,      // an operator that binds tighter than the text operator: "Mod", "typeof"
@@ -30,7 +30,7 @@ enum class OperatorRole : std::uint8_t {
   kText,      // joins texts
   kPlus,      // "+" of VBScript: adds, or joins texts
   kTight,     // binds tighter
-  kLoose,     // binds looser: its operands are no text that it joins
+  kLoose,     // binds less tightly, and joins no text
   kCompares,  // the same, and compares them
   kLogic,     // either side is the value: "||"
   kAssigns,
@@ -51,7 +51,7 @@ enum class OperatorRole : std::uint8_t {
 // "=" of VBScript assigns or compares: kAssigns.
 OperatorRole role_of_operator(Language language, std::string_view text);
 
-// How a name is told from another one: without case where the language compares so.
+// True for a language in which names that differ in case only are the same.
 bool ignores_case(Language language);
 
 }  // namespace kavo::script

@@ -69,7 +69,7 @@ const Kind& kind_of(OfficeKind kind) {
 }
 
 // Answers "no" to everything that LibreOffice asks while it opens a document, and remembers what the question says
-// about the document.
+// about the document. LibreOffice calls it from its own code, which no exception of ours may pass through.
 class Refusal final : public cppu::WeakImplHelper1<task::XInteractionHandler> {
  public:
   void SAL_CALL handle(const Reference<task::XInteractionRequest>& request) override {

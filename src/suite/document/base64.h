@@ -17,7 +17,7 @@ class Base64Encoder {
   int count_ = 0;  // of bytes in bits_
 };
 
-// Steps over line ends, padding and everything else that is no digit.
+// Skips line ends, padding and everything else that is not a digit.
 class Base64Decoder {
  public:
   void decode(std::string_view text, std::string& bytes);

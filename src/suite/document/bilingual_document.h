@@ -22,7 +22,7 @@ namespace kavo {
 
 // A segment as users of a document see it; the views are valid until the document is closed.
 struct BilingualSegment {
-  std::uint32_t number = 0;  // the unit's id in our own documents, 0 for an id that is no number
+  std::uint32_t number = 0;  // the unit's id in our own documents, 0 for an id that is not a number
   std::string_view source;   // coded text
   std::string_view target;
   TranslationStatus status = TranslationStatus::kUntranslated;

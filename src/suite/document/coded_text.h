@@ -1,7 +1,7 @@
 // Coded text: the text of a segment in UTF-8 with references to its inline codes.
 //
-// A reference is one control byte that tells the kind, the code's id, and a closing control byte. XML has no character
-// for these bytes, so no text that passes through a bilingual document can hold one by chance: a document's own control
+// A reference is one control byte for the kind, the code's id, and a closing control byte. XML has no character for
+// these bytes, so no text that passes through a bilingual document can hold one by chance: a document's own control
 // characters become inline codes too. One flat string keeps a segment in one piece of memory and makes comparing two
 // texts, codes included, a comparison of bytes.
 #pragma once

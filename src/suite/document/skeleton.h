@@ -63,8 +63,8 @@ struct SkeletonRecord {
 
 class SkeletonReader {
  public:
-  // Reads the whole file once and checks it. Throws `failure` 5 for a file that is no skeleton, is damaged or was cut;
-  // in a skeleton of the first format, which has no checksum, next() finds what of this can be found.
+  // Reads the whole file once and checks it. Throws `failure` 5 for a file that is not a skeleton, is damaged or was
+  // cut; in a skeleton of the first format, which has no checksum, next() finds what of this can be found.
   explicit SkeletonReader(std::u16string_view path);
   const SkeletonHeader& header() const { return header_; }
   // The end is a record too; do not go past it.

@@ -21,7 +21,7 @@ inline constexpr std::string_view kToolId = "K19Suite";
 // XLIFF's word for a script file whose segments are texts. Those of earlier versions are lines, with code and quotes.
 inline constexpr std::string_view kScriptDatatype = "x-script";
 
-// What the document's header tells. Languages are the suite's own codes ("EN-US").
+// The facts in the document's header. Languages are the suite's own codes ("EN-US").
 struct TudHeader {
   // File names without folder, in the system's own form: any bytes, of which the format escapes what XML lacks.
   std::string original;       // of the source document
@@ -33,7 +33,7 @@ struct TudHeader {
   std::string target_language;
   unsigned source_code_page = 0;
   unsigned target_code_page = 0;
-  std::uint64_t checksum = 0;  // of the source document, 0 when it is not told
+  std::uint64_t checksum = 0;  // of the source document, 0 when it is not stated
   SetMark set;
   std::string datatype;  // XLIFF's word for the format
 };
@@ -53,7 +53,7 @@ bool is_own_note(const TudNote& note);
 // A translation that is offered beside a unit's own.
 struct TudAlternative {
   std::optional<std::int16_t> match;  // percent
-  std::string source;                 // coded text; "" when it is not told
+  std::string source;                 // coded text; "" when it is not stated
   std::string target;
   std::string origin;  // where it comes from, for people
   bool operator==(const TudAlternative&) const = default;
@@ -71,7 +71,7 @@ struct TudUnit {
   bool approved = false;
   std::string state;
   std::string state_qualifier;
-  std::optional<std::int16_t> match;  // percent, of the first alternative translation that tells one
+  std::optional<std::int16_t> match;  // percent, of the first alternative translation that has one
   std::string extra;                  // what we wrote as extradata: the place in the source document
   std::vector<TudNote> notes;
   std::vector<TudAlternative> alternatives;
@@ -89,12 +89,12 @@ struct TudUnit {
   std::uint64_t source_end = 0;  // end of </source>, or of </seg-source> where there is one
   XmlPlace target_start;         // the start tag (all of it when empty)
   XmlPlace target_end;           // the end tag, nothing long when empty
-  XmlPlace match_tag;            // the start tag that tells the match; nothing long when none does
+  XmlPlace match_tag;            // the start tag with the match; empty when there is none
 };
 
 // Its translation: the source text for a target that nobody has written yet (missing, or empty and not approved).
 std::string_view translation_of(const TudUnit& unit);
-// A state that says that there is no translation yet.
+// True for a state that means: not translated yet.
 bool is_new_state(std::string_view state);
 // Its status by XLIFF's attributes, as tools set them.
 TranslationStatus status_of(const TudUnit& unit);

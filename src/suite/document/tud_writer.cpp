@@ -108,7 +108,7 @@ void append_context(std::string& xml, std::string_view type, std::string_view va
   xml += "</context>";
 }
 
-// Where its author finds the text. The line is not told of a document that was prepared from another one, unless the
+// Where its author finds the text. The line is left out for a document that was prepared from another one, unless the
 // filter knows it: there it would be a wrong one.
 void append_location(std::string& xml, const Segment& segment, const TudHeader& header) {
   const bool is_author_document = header.set.author_document.empty() || header.set.author_document == header.original;

@@ -26,7 +26,7 @@
 
 namespace kavo {
 
-// Takes what a person should know and what is no failure; may be empty.
+// Takes messages that are not failures. May be empty.
 using MessageTaker = std::function<void(const Message&)>;
 
 struct ConversionSettings {

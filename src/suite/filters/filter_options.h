@@ -35,7 +35,7 @@ struct FilterOption {
 
 // All options, by filter.
 std::span<const FilterOption> filter_options();
-// Null for a key that is no option.
+// Null for an unknown key.
 const FilterOption* find_filter_option(std::string_view key);
 // Whether it can be stored for the user and stand in a project: it belongs to a filter, not to one run.
 bool is_lasting(const FilterOption& option);

@@ -26,7 +26,7 @@ class TextToken {
   bool operator==(const TextToken&) const = default;
 
  private:
-  std::uint32_t value_;  // a hash: equal texts are told from others before a translation is attached
+  std::uint32_t value_;  // a hash: texts are compared whole before a translation is attached
 };
 
 // Appends the tokens of a coded text.

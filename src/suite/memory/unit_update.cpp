@@ -39,7 +39,7 @@ class UpdateDecisions {
   void decide(std::uint32_t i) {
     UnitDecision& decision = decisions_[i];
     if (partners_[i] != kNoUnit) return keep(decision, old_[partners_[i]], partners_[i]);
-    // What is locked is locked for a reason, which another place does not tell.
+    // A text is locked for a reason that holds only in its own place.
     if (new_[i].is_locked) return;
     for (TextMemory* memory : {&known_.documents(), &known_.removed()})
       if (const auto translations = memory->exact(new_[i].plain); !translations.empty())

@@ -9,7 +9,7 @@
 namespace kavo::html {
 namespace {
 
-// Enough bytes of a code for what a segment shows of it.
+// So many bytes of a code are enough to show it.
 constexpr std::size_t kMostShown = 240;
 
 bool is_space_text(std::string_view text) { return text.size() == 1 && is_html_space(text.front()); }
@@ -71,7 +71,7 @@ void PageText::add(SegmentBuilder& builder, std::string_view bytes, const TextPl
     const TextPattern next = patterns_.find(bytes, from);
     if (next.size == 0) break;
     from = next.begin + 1;
-    // A sign that is the second byte of a character begins nothing.
+    // A sign that is the second byte of a character does not begin a pattern.
     if (coding_.incomplete_tail(bytes.substr(done, next.begin - done)) != 0) continue;
     if (next.begin > done) add_plain(builder, bytes.substr(done, next.begin - done), place);
     from = done = next.begin + next.size;
@@ -108,7 +108,8 @@ void PageText::add_plain(SegmentBuilder& builder, std::string_view bytes, const 
         continue;
       }
     }
-    // A line end that an attribute writes as a reference is meant as one; elsewhere it is white space like any other.
+    // In an attribute, a line end written as a reference is a real line end. Elsewhere it is white space like any
+    // other.
     const bool is_space = is_html_space(c) || (is_space_text(reference.text) && !place.is_attribute());
     if (!is_space || place.keeps_space()) {
       const std::size_t length = c != '&' ? 1 : reference.length;

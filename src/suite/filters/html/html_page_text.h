@@ -40,7 +40,7 @@ class PageText {
   bool has_words() const { return has_words_; }
   void has_words(bool value) { has_words_ = value; }
 
-  // Whether people see any of it: the same as SegmentBuilder::has_text() after add() or add_value().
+  // Whether people see any of the bytes: SegmentBuilder::has_text() would be true after add() or add_value().
   bool is_visible(std::string_view bytes, bool is_attribute) const;
   bool is_visible_value(std::string_view bytes) const;
 

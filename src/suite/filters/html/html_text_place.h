@@ -17,7 +17,7 @@ enum class PlaceKind : char {
 
 struct TextPlace {
   PlaceKind kind = PlaceKind::kFlow;
-  // Of preformatted text, which keeps its white space: how its lines end in the page. "" for other text.
+  // The line end that the page uses, for preformatted text, which keeps its white space. "" for other text.
   std::string_view line_end;
 
   bool is_attribute() const { return kind != PlaceKind::kFlow && kind != PlaceKind::kContent; }
@@ -34,7 +34,7 @@ inline TextPlace to_place(std::string_view context) {
   return {static_cast<PlaceKind>(context.front()), context.substr(1)};
 }
 
-// What filter and skeleton call the places that are written anew when the page's coding or language changes.
+// The computed places of a page's skeleton: they are written anew when the page's coding or language changes.
 enum ComputedKind : unsigned {
   kCharset = 1,   // the name of the coding
   kLanguage = 2,  // of the page, BCP 47

@@ -36,7 +36,8 @@ constexpr std::string_view kReadTypes[] = {"submit", "button", "reset", "text", 
 // Values of "name" or "property" of a tag "meta" whose content people read.
 constexpr std::string_view kReadMeta[] = {"description",    "keywords",      "og:title",
                                           "og:description", "twitter:title", "twitter:description"};
-// Of the tags of a library, whose names hold a colon, when the value is words: many are keys of messages.
+// Attributes of tag library tags, whose names hold a colon. Only values that are words count: many are keys of
+// messages.
 constexpr std::string_view kLibraryAttributes[] = {"label",   "caption", "header",   "heading", "tooltip",
                                                    "summary", "message", "confirm",  "text",    "description",
                                                    "default", "footer",  "emptytext"};
@@ -54,7 +55,8 @@ std::string_view same_of(const std::string_view (&names)[kSize], std::string_vie
   return {};
 }
 
-// In a library's tag: the words of a person, not the key of a message or the name of a property.
+// Accepts an attribute of a library's tag if its value is meant for people, not the key of a message or the name of a
+// property.
 std::string_view read_in_library(const StartTag& tag, std::string_view name, std::string_view value) {
   const std::size_t colon = tag.token.name.find(':');
   if (colon == std::string_view::npos || value.find('<') != std::string_view::npos) return {};

@@ -9,12 +9,13 @@
 namespace kavo::html {
 namespace {
 
-// Deeper elements are not noted, and an end tag looks no further: a page may open thousands and close others.
+// Deeper elements are not noted, and the search for an end tag goes no further: a page may open thousands and close
+// others.
 constexpr std::size_t kMostOpen = 256;
 constexpr std::size_t kDeepestSearch = 64;
-// Elements of a path: the nearest ones.
+// A path shows at most so many elements, the nearest ones.
 constexpr std::size_t kLongestPath = 4;
-// A longer comment is a licence or markup put aside.
+// A longer comment is a licence or commented-out markup.
 constexpr std::size_t kLongestComment = 500;  // bytes
 
 // A start tag that ends elements whose end tags may be missing, up to the element that they belong to.
@@ -92,7 +93,7 @@ void TextSurroundings::end(const Element& element) {
     }
 }
 
-// Prose only: no markup put aside, no condition, no command to a server or an editor.
+// Notes only prose: no commented-out markup, no condition, no command to a server or an editor.
 void TextSurroundings::comment(std::string_view bytes) {
   comment_.clear();
   if (!bytes.starts_with("<!--") || !bytes.ends_with("-->") || bytes.size() < 7) return;

@@ -1,5 +1,5 @@
-// What stands around a text of a page and helps to translate it: the elements it stands in, the "id" of the one that
-// holds nothing else, the author's comment before it.
+// The surroundings of a text that help to translate it: the elements around it, the "id" of an element that holds only
+// this text, the author's comment before it.
 #pragma once
 
 #include <string>
@@ -18,10 +18,10 @@ class TextSurroundings {
   void end(const Element& element);
   // ... comments, whole, in UTF-8 ...
   void comment(std::string_view bytes);
-  // ... and texts. A text that the end of its element ends may have its "id". Call it before start() or end() of the
-  // tag that ends the text.
+  // ... and texts. A text that ends with its element may take the element's "id" as its name. Call it before start() or
+  // end() of the tag that ends the text.
   std::string_view name_of_text(const Element* ends_at) const;
-  // Tells a segment its path and the comment, which is told once.
+  // Adds the path to a segment, and the comment to the first segment behind it.
   void tell(SegmentBuilder& builder);
   // A segment of the paragraph was written.
   void wrote_text() { holds_one_text_ = false; }
@@ -36,7 +36,7 @@ class TextSurroundings {
   int tags_since_comment_ = 0;
 };
 
-// Without characters that XML lacks: "?" stands for each.
+// Replaces each character that XML cannot hold by "?".
 std::string for_xml(std::string text);
 
 }  // namespace kavo::html

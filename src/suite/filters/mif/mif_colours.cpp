@@ -13,8 +13,8 @@ constexpr std::string_view kOwnFont = "<Font <FTag `'> <FLocked No>>";
 
 std::string colour_statement(std::size_t colour) { return "<FColor `" + std::string(kNames[colour]) + "'>"; }
 
-// Writes statements with a colour in each font among them, instead of its own. Answers the last of these fonts as it
-// was, "" for none.
+// Writes statements and sets the colour in each font among them. Returns the last of these fonts as it was, "" for
+// none.
 std::string_view append_with_colour(std::string_view statements, const std::string& colour, std::string& bytes) {
   std::string_view last_font;
   int depth = 0;

@@ -10,16 +10,16 @@
 namespace kavo::mif {
 namespace {
 
-// Of a string that names the entry of a side text.
+// The tag of a string that names the entry of a side text.
 constexpr std::string_view kSideTextTag = "KAVOTag";
 
 // Parts of a table, as the place of a text names them.
 constexpr std::pair<std::string_view, std::string_view> kTableParts[] = {
     {"TblTitle", "title/"}, {"TblH", "heading/"}, {"TblBody", "cell/"}, {"TblF", "footing/"}};
 
-// Never inside a paragraph: one that is still open was not closed.
+// These never stand inside a paragraph: one that is still open was not closed.
 constexpr std::string_view kOuterStatements[] = {"Para", "TextLine", "TextFlow", "Tbl", "Page"};
-// The first of these that a document holds comes behind all its catalogues.
+// The first of these in a document stands behind all its catalogues.
 constexpr std::string_view kShownStatements[] = {"Para", "TextLine", "TextFlow", "Tbls", "AFrames", "Page"};
 
 template <std::size_t kSize>
@@ -232,7 +232,7 @@ void MifExtraction::take_in_statement(const MifToken& token) {
   if (reading_.statement->name == kFont) read_font(token);
 }
 
-// Collects what a font sets. The document's end of a line is none of it.
+// Collects what a font sets. The line ends of the document do not belong to it.
 void MifExtraction::read_font(const MifToken& token) {
   if (token.kind == MifTokenKind::kOpen && reading_.depth == 2) {
     reading_.font_part = find_font_part(token.name());
@@ -251,7 +251,7 @@ void MifExtraction::finish_statement() {
   const Item item = finished_item();
   items_.push_back(item);
   has_text_ = has_text_ || item.is_visible;
-  // Above all the statement that tells which frame the text begins in must not move into the text.
+  // In particular, the statement that names the text's first frame must not move into the text.
   if (item.kind == ItemKind::kHidden && !has_text_ && item.statement->name != kFont) flush();
 }
 
@@ -302,7 +302,7 @@ void MifExtraction::finish_font(Item& item) {
   look_ = reading_.look;
 }
 
-// What stands in front of any text of the paragraph is no part of a segment.
+// Statements before the paragraph's first text do not belong to a segment.
 void MifExtraction::hidden(std::string_view bytes) {
   if (items_.empty() || paragraph_.size() >= kLongestParagraph) {
     flush();

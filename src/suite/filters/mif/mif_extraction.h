@@ -2,16 +2,15 @@
 //
 // Every `Para` and `TextLine` counts, wherever it stands: text flows of body, master and reference pages, table cells
 // and titles, footnotes, text on drawings. The strings and named characters of its lines are joined, since lines end
-// where the layout program broke them last; other statements among them are the segment's codes. A segment reaches
-// from the first text (or variable) to the last one, with the codes between them and the partners of those codes; what
-// lies around it (the font of a whole paragraph, a marker before the text) goes into the skeleton.
+// where the layout program broke them last; other statements among them are the segment's codes. A segment reaches from
+// the first text (or variable) to the last one, with the codes between them and the partners of those codes; what lies
+// around it (the font of a whole paragraph, a marker before the text) goes into the skeleton.
 //
 // Fonts that a reader cannot tell from the one before them (another spacing, another language of hyphenation) belong to
-// the lines, like a line end. Texts of other pages than the wanted kinds are locked; a text of a master page that is
-// the same as one before it is a computed place and no segment.
+// the lines, like a line end. Texts of other pages than the wanted kinds are locked; a text of a master page that
+// equals an earlier one is a computed place instead of a segment.
 //
-// A paragraph ends where another one begins even when it was never closed, so that a broken statement costs its own
-// paragraph and no more.
+// A paragraph that was never closed ends where the next one begins, so a broken statement costs only its own paragraph.
 #pragma once
 
 #include <cstddef>
@@ -58,7 +57,7 @@ class MifExtraction {
   enum class Place : std::uint8_t {
     kOutside,
     kParagraph,           // between its lines
-    kParagraphStatement,  // in a statement that tells about it
+    kParagraphStatement,  // in a statement about it
     kLine,                // in a line of it, or in a text line
     kStatement,           // in a statement of a line
   };
@@ -69,9 +68,9 @@ class MifExtraction {
     kOpen,
     kClose,
     kCode,
-    kVariable,  // a code that people will see text for
+    kVariable,  // a code in whose place readers see text
   };
-  // What statements of a line are. A row each for those that the filter knows.
+  // What the statements of a line are: one row for each that the filter knows.
   struct Statement {
     std::string_view name;
     ItemKind kind = ItemKind::kCode;
@@ -97,9 +96,9 @@ class MifExtraction {
     std::size_t partner = kNoPartner;  // of an opening and its closing code
   };
   enum class FontPart : std::uint8_t {
-    kNone,     // the lock, which says nothing about the text
+    kNone,     // the lock, which does not concern the text
     kTag,      // the name of a character format
-    kSpacing,  // and what else a reader does not see
+    kSpacing,  // and other things that a reader does not see
     kLook,
   };
   static FontPart find_font_part(std::string_view name);
@@ -113,7 +112,7 @@ class MifExtraction {
     std::size_t value_end = 0;
     std::size_t string_count = 0;
     bool has_more = false;  // than strings and blanks
-    // Of a font: what the statement inside sets; something is set, and all of it that a reader sees.
+    // Of a font: what the inner statement sets, whether anything is set, and the parts that a reader sees.
     FontPart font_part = FontPart::kNone;
     bool has_font = false;
     std::string look;

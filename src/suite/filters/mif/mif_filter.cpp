@@ -71,7 +71,8 @@ class SegmentWriter {
     }
   }
 
-  // A code that is a statement stands between strings, any other (an escape, a byte, a building block) in one.
+  // A code that is a statement stands between strings. Any other code (an escape, a byte, a building block) stands in a
+  // string.
   void code(const CodedPart& reference) {
     const std::string_view code = hole_.bytes_of(reference);
     if (code.starts_with('<') && is_statement(code)) {
@@ -98,7 +99,7 @@ class SegmentWriter {
     return mif::MifTokenScanner().next(code, true, token) && token.bytes == "<Font";
   }
 
-  // A font may say which coding the strings behind it have.
+  // A font may decide which coding the strings behind it have.
   void follow_font(const Hole::Code* code) {
     const auto found = std::find(fonts_.begin(), fonts_.end(), code);
     const auto place = static_cast<std::size_t>(found - fonts_.begin()) + 1;
@@ -106,7 +107,7 @@ class SegmentWriter {
   }
 
   // A paragraph that ran over into other text frames has lines that say so. The translation stands in the first line;
-  // the others follow without a text, because the paragraphs behind begin in the last of these frames.
+  // the others follow without text, because the next paragraph begins in the last of these frames.
   void keep_frames() {
     constexpr std::string_view kFrame = "<TextRectID";
     const std::string_view original = hole_.original;
@@ -144,7 +145,7 @@ class SegmentWriter {
     }
   }
 
-  // What would become one character with what was written last, in the same string.
+  // What must not follow in the same string, because it would become one character with the last byte written.
   enum class Joins : std::uint8_t { kNothing, kEscapes, kAnything };
 
   // How many bytes stand in a string as they are, whatever the coding.
@@ -209,7 +210,7 @@ class SegmentWriter {
   mif::MifTextPlace place_;
   const mif::FontCodings& codings_;
   const mif::StringCoding* coding_ = &codings_.document();
-  std::vector<const Hole::Code*> fonts_;  // those of the segment, where they decide on the coding
+  std::vector<const Hole::Code*> fonts_;  // the fonts of the segment, where they decide on the coding
   std::string& bytes_;
   std::vector<std::ptrdiff_t> statements_;  // of a side text, where they begin in the original
   std::string written_;

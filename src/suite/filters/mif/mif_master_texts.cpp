@@ -5,7 +5,8 @@
 namespace kavo::mif {
 namespace {
 
-// Texts beyond are offered each time: master pages hold few, and what is none must not fill the memory.
+// Texts beyond this are offered every time. Master pages hold few texts, and a damaged document must not fill the
+// memory.
 constexpr std::size_t kMostBytes = 256 * 1024;
 
 constexpr std::string_view kUnique = "<Unique";
@@ -44,7 +45,7 @@ void append_with_uniques(std::string_view bytes, Replacement&& replacement, std:
 }  // namespace
 
 MifMasterTexts::Entry MifMasterTexts::take(const Segment& segment, std::string_view font) {
-  // What says where the text of a frame begins belongs to its own place.
+  // A statement that says where the text of a frame begins differs from place to place.
   if (segment.original.find("<TextRectID") != std::string::npos) return {};
   std::string key = segment.text;
   for (const InlineCode& code : segment.codes)

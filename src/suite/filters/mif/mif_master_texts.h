@@ -1,7 +1,7 @@
-// Texts that stand on several master pages: offered once, written in every place.
+// Texts that stand on several master pages are offered once and written in every place.
 //
-// Two are the same when their texts, their codes and the fonts in front of them are, but for the numbers that the
-// layout program gives to its objects (`<Unique 322384>`): each place keeps its own.
+// Two texts are the same when their words, their codes and the fonts in front of them are the same. The numbers that
+// the layout program gives to its objects (`<Unique 322384>`) may differ; each place keeps its own.
 #pragma once
 
 #include <cstddef>
@@ -16,7 +16,7 @@
 
 namespace kavo::mif {
 
-// On the way in.
+// Used when the document is taken apart.
 class MifMasterTexts {
  public:
   struct Entry {
@@ -33,7 +33,7 @@ class MifMasterTexts {
   std::size_t size_ = 0;  // of the keys, in bytes
 };
 
-// On the way back.
+// Used when the document is rebuilt.
 class MifMasterTranslations {
  public:
   // For each noted text in order.

@@ -12,14 +12,14 @@ namespace {
 
 constexpr std::string_view kKindNames[] = {"body", "master", "reference", "hidden"};
 
-// More containers, or more objects of a kind, are not noted: a document of nothing else must not fill the memory. Texts
-// in the rest count as the body's.
+// More containers, or more objects of a kind, are not noted, so that no document can fill the memory with them. Texts
+// in the rest count as part of the body.
 constexpr std::size_t kMostPlaces = 1 << 20;
 
 // No number and no kind of page is longer.
 constexpr std::size_t kLongestWord = 32;  // bytes
 
-// A table in a table in a frame ...: deeper than any document nests them, and an end for those that hold each other.
+// A table in a table in a frame ...: no document nests them deeper, and objects that contain each other come to an end.
 constexpr int kDeepest = 32;
 
 }  // namespace

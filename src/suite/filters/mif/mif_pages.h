@@ -2,8 +2,8 @@
 //
 // A document holds its anchored frames and tables first, then its pages with their text frames, then its text flows. A
 // flow names the text frame that it begins in; a table or an anchored frame stands where a text refers to it by number.
-// So it takes a first reading to know it of a table's text (MifPageSurvey); the second one counts the same containers
-// of texts as it passes them (MifOutline).
+// So the page of a table's text is known only after a first reading (MifPageSurvey); the second one counts the same
+// containers of texts as it passes them (MifOutline).
 #pragma once
 
 #include <cstdint>
@@ -31,7 +31,7 @@ class PageKinds {
   unsigned bits_ = 0;
 };
 
-// Its word: "reference".
+// For example "reference".
 std::string_view name_of(PageKind kind);
 
 // Counts containers of texts: pages, tables, text flows and the outermost frames among the anchored ones.
@@ -41,7 +41,7 @@ class MifOutline {
 
   void take(const MifToken& token);
 
-  // Of the container that the last token is in or began.
+  // The number of the container that the last token is in, or that it begins.
   std::uint32_t number() const { return number_; }  // from 1; 0 for none
   Kind kind() const { return kind_; }
 
@@ -60,8 +60,8 @@ class MifPageSurvey {
   // `progress`.
   MifPageSurvey(BlockReader& document, ProgressEvent& progress);
 
-  // The kind of page that a container (MifOutline::number) stands on. A container that nothing places, as in a book or
-  // a damaged document, counts as the body's.
+  // The kind of page that a container (MifOutline::number) stands on. A container without a page, as in a book or a
+  // damaged document, counts as part of the body.
   PageKind kind_of(std::uint32_t container) const {
     return container < kinds_.size() ? kinds_[container] : PageKind::kBody;
   }

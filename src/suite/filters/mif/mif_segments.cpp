@@ -1,4 +1,4 @@
-// The end of a MIF paragraph: what was gathered becomes a segment, or what stands in its place, and skeleton.
+// The end of a MIF paragraph: the gathered bytes become a segment (or the place of an earlier one) and skeleton.
 #include <algorithm>
 
 #include "formats/mif/building_block.h"
@@ -11,7 +11,7 @@
 namespace kavo::mif {
 namespace {
 
-// A longer font is not set again behind a coloured text.
+// A longer font statement is not restored behind a coloured text.
 constexpr std::size_t kLongestFont = 4096;  // bytes
 
 // The first building block of a value that begins in [from, end); `end` when there is none.
@@ -75,7 +75,7 @@ void MifExtraction::write_segment(std::size_t first, std::size_t last) {
   }
   const std::string_view original =
       std::string_view(paragraph_).substr(items_[first].begin, items_[last].end - items_[first].begin);
-  // A format of building blocks alone.
+  // The format consists of building blocks only.
   if (is_side_text_ && !builder_.has_text()) return outside(original);
   const Segment& segment = builder_.finish();
   MifTextPlace place{is_side_text_, false, blanks_before(items_[first].begin), font_, code_pages(first, last)};
@@ -132,8 +132,8 @@ void MifExtraction::write_string(const Item& item) {
   builder_.add_hidden(all.substr(item.value_end, item.end - item.value_end));
 }
 
-// Writes a value up to its end or to the end of the first building block, and answers how many bytes that is. The texts
-// of the document itself hold no building blocks, but anything that looks like one.
+// Writes a value up to its end or to the end of the first building block, and returns the number of bytes. Only side
+// texts hold building blocks; in the document's own texts the same characters are text.
 std::size_t MifExtraction::write_value(std::string_view value, const StringCoding& coding) {
   StringReader reader(value, coding);
   bool is_literal = false;  // a backslash stands in front

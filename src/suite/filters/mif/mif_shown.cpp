@@ -9,7 +9,7 @@
 namespace kavo::mif {
 namespace {
 
-// What is shown of a code: its name and so many of its strings, cut behind so many bytes.
+// A code is shown as its name and this many of its strings, cut to this many bytes.
 constexpr std::size_t kMostStrings = 2;
 constexpr std::size_t kMostShown = 200;
 

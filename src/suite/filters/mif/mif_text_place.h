@@ -15,11 +15,11 @@ namespace kavo::mif {
 inline constexpr std::size_t kLongestSeparator = 64;  // bytes
 
 struct MifTextPlace {
-  // A side text is looked for as one string: nothing else may stand beside it.
+  // The library looks for a side text as one string, so nothing else may stand beside it.
   bool is_side_text = false;
   // A text of a master page, whose translation also goes where the same text stands again (kRepeatedText).
   bool is_repeated = false;
-  // What stands in front of a statement: a line end and the indentation. At most kLongestSeparator bytes.
+  // The line end and the indentation in front of a statement. At most kLongestSeparator bytes.
   std::string_view separator;
   std::string_view font;  // in effect there: its statement, "" for the paragraph's own
   // Where fonts decide on the coding: the code page at the beginning of the text, then that behind each font of it.
@@ -53,13 +53,13 @@ inline MifTextPlace to_place(std::string_view context) {
   return place;
 }
 
-// What filter and skeleton call places that are written anew.
+// The computed places of a MIF skeleton.
 enum ComputedKind : std::uint32_t {
   // Where the colours of highlighting are defined: the opening of the document's catalogue of colours or, without one,
   // of the first statement that shows any text.
   kColours = 1,
-  // A text of a master page that is the same as one before it. This one is the first of those texts again, the next
-  // number the second, and so on.
+  // A text of a master page that is the same as one before it. This number stands for the first of those texts, the
+  // next number for the second, and so on.
   kRepeatedText = 2,
 };
 inline constexpr std::string_view kColourCatalogue = "<ColorCatalog";

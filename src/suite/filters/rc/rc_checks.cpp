@@ -8,7 +8,7 @@
 namespace kavo::rc {
 namespace {
 
-// Markers that somebody wrote as text.
+// Finds markers that were typed as text.
 void add_markers(std::string_view text, std::vector<std::string>& markers) {
   for (std::size_t at = text.find('%'); at < text.size(); at = text.find('%', at)) {
     const std::size_t length = marker_length(text.substr(at), at == 0 ? '\0' : text[at - 1]);
@@ -78,7 +78,7 @@ void RcChecks::check_key(const Hole& hole, const RcTextPlace& place, std::string
   }
   if (place.dialog == 0 || key.empty()) return;
   const auto [other, is_first] = keys_.try_emplace(key, Key{place.key, place_of(hole)});
-  // The author's own.
+  // The source has the same conflict.
   if (is_first || (!place.key.empty() && place.key == other->second.in_source)) return;
   tell(hole, "the access key " + key + " is that of another control of the dialog, " + to_utf8(other->second.place));
 }

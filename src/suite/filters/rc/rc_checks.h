@@ -1,4 +1,4 @@
-// What is worth a message about the translation of a resource script: access keys and printf markers.
+// Checks the translation of a resource script for conflicts of access keys and of printf markers, and reports them.
 #pragma once
 
 #include <cstdint>
@@ -15,7 +15,7 @@ namespace kavo::rc {
 class RcChecks {
  public:
   explicit RcChecks(MessageTaker tell) : tell_(std::move(tell)) {}
-  // The segments in the order of the script, changed or not. `coding` is that of the segment's own bytes.
+  // Takes the segments in the order of the script, changed or not. `coding` is the coding of the segment's own bytes.
   void see(const Hole& hole, std::string_view translation, const TextCoding& coding);
 
  private:

@@ -5,7 +5,7 @@
 namespace kavo::rc {
 namespace {
 
-// The zero characters that a literal ends in, as it writes them: old resource editors put them behind every value.
+// The zero characters at the end of a literal, as written. Old resource editors put them behind every value.
 std::string_view tail_of(std::string_view literal) {
   std::string_view text = literal.substr(0, literal.size() - 1);
   while (text.ends_with("\\0") && !text.ends_with("\\\\0")) text.remove_suffix(2);
@@ -72,7 +72,7 @@ void RcExtraction::code_page(const RcStatement& statement) {
   const std::string_view bytes = statement.bytes;
   const std::size_t begin = bytes.find('(') + 1;
   const std::size_t end = std::min(bytes.find(')', begin), bytes.size());
-  // A script in UTF-8 stays in it.
+  // A script in UTF-8 stays in UTF-8.
   if (!is_translated_ || statement.code_page == kUtf8CodePage) {
     is_foreign_page_ = false;
     has_code_page_ = is_translated_;
@@ -84,7 +84,7 @@ void RcExtraction::code_page(const RcStatement& statement) {
   has_code_page_ = true;
 }
 
-// In front of a resource: what the translation must declare, or must take back.
+// Writes what the translation must declare in front of a resource, or take back.
 void RcExtraction::begin_resource(const RcStatement& statement) {
   last_resource_ = statement.resource->number;
   is_translated_ = survey_.is_chosen(statement.language);
@@ -164,7 +164,7 @@ RcExtraction::Builder& RcExtraction::builder(unsigned code_page) {
   return builders_.try_emplace(code_page, script_.coding(code_page)).first->second;
 }
 
-// False when nobody would read it; nothing is written then.
+// False for a text that nobody reads; then nothing is written.
 bool RcExtraction::segment(const RcStatement& statement, const RcText& text) {
   const std::string_view first = statement.text(statement.items[text.run.first]);
   const std::string_view last = statement.text(statement.items[text.run.last]);
@@ -204,7 +204,7 @@ bool RcExtraction::segment(const RcStatement& statement, const RcText& text) {
 }
 
 void RcExtraction::literal(const RcStatement& statement, std::string_view bytes, std::string_view tail) {
-  // A number in "..." is a byte of the declared code page, in a script in Unicode of no one's.
+  // A number in "..." is a byte of the declared code page. A script in Unicode declares none.
   const unsigned numbers = statement.code_page != 0 ? statement.code_page : script_.code_page(0);
   const bool has_numbers = numbers != kUtf8CodePage && numbers != kUtf16LittleEndian && numbers != kUtf16BigEndian;
   RcLiteralReader reader(builder_->coding, has_numbers ? &script_.coding(numbers) : nullptr);
@@ -237,7 +237,7 @@ void RcExtraction::piece(const RcPiece& piece) {
   }
 }
 
-// A translation that declares another code page takes along what is not ASCII.
+// What is not ASCII is converted when the translation declares another code page.
 void RcExtraction::items(const RcStatement& statement, std::size_t from, std::size_t to) {
   if (from >= to) return;
   const auto bytes_between = [&](std::size_t begin, std::size_t end) {

@@ -32,7 +32,7 @@ class RcFilter final : public Filter {
 
  private:
   const TextCoding& coding(unsigned code_page);
-  // That of a translated text in whose place bytes of `code_page` stand.
+  // The code page of a translation whose source bytes are in `code_page`.
   unsigned target_of(unsigned code_page) const;
   void write_literal(std::string_view original, unsigned code_page, std::string& bytes);
   void write_comment(std::string_view original, unsigned code_page, std::string& bytes);
@@ -139,7 +139,7 @@ void RcFilter::write_segment(const Hole& hole, std::string_view translation, std
     const std::string_view code = hole.bytes_of(part);
     shown.clear();
     coding(place.code_page).decode_run(code, shown);
-    // A line end that stands as it is takes the blanks behind it along.
+    // The blanks behind a real line end belong to it.
     if (shown.starts_with('\n') || shown.starts_with('\r'))
       writer.text("\n");
     else
@@ -148,7 +148,7 @@ void RcFilter::write_segment(const Hole& hole, std::string_view translation, std
   std::string tail;
   target.encode(place.tail, tail, {});
   writer.code(tail);
-  // The L would become a part of the word.
+  // Without a blank the L would become part of the word.
   if (place.is_glued && writer.is_wide()) target.encode(" ", bytes, {});
   writer.finish(bytes);
 }

@@ -58,7 +58,7 @@ const TextCoding& RcScript::coding(unsigned code_page) {
   return *coding;
 }
 
-// What the scanner asks is which bytes begin a character of two: of a code page that is not known, none.
+// The scanner asks only for lead bytes. An unknown code page counts as having none.
 const TextCoding* RcScript::scanner_coding(unsigned declared) {
   const unsigned number = code_page(declared);
   if (number == kUtf8CodePage || number == kUtf16LittleEndian || number == kUtf16BigEndian) return nullptr;

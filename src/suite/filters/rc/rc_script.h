@@ -1,8 +1,8 @@
 // A resource script as its filter reads it: statement by statement, with the coding of each.
 //
-// A byte order mark tells the coding of the whole script. Without one, #pragma code_page tells that of what follows,
-// and in front of the first one the code page that the user names counts. When that is UTF-8 and the script is not, it
-// is the Windows code page of the source language: compilers take that of their system.
+// A byte order mark gives the coding of the whole script. Without one, #pragma code_page gives the coding of what
+// follows, and the user's code page counts in front of the first pragma. If that is UTF-8 but the script is not, the
+// Windows code page of the source language counts, because compilers take that of their system.
 #pragma once
 
 #include <map>
@@ -25,9 +25,9 @@ class RcScript {
   std::string_view mark() const { return mark_; }
   // True when the whole script has one coding, whatever it declares.
   bool is_marked() const { return !mark_.empty(); }
-  // Of the bytes behind a declaration (0 for none).
+  // The code page of the bytes behind a declaration (0 for none).
   unsigned code_page(unsigned declared) const;
-  // Throws `failure` 5 for one that is not known.
+  // Throws `failure` 5 for an unknown code page.
   const TextCoding& coding(unsigned code_page);
 
   // Reads it from behind its mark to its end.

@@ -10,7 +10,7 @@
 namespace kavo::rc {
 namespace {
 
-// What a report names; a script may hold as many as it likes.
+// A report names at most so many; a script may hold any number.
 constexpr std::size_t kMostBlocks = 256;
 constexpr std::size_t kMostTypes = 32;
 

@@ -1,5 +1,5 @@
-// What a resource script holds: found out by a first reading, because the language of a block that follows decides
-// about the ones before it.
+// What a resource script holds. It takes a first reading, because a later block may decide what is done with the
+// earlier ones.
 #pragma once
 
 #include <cstdint>
@@ -16,8 +16,8 @@ class RcSurvey {
  public:
   explicit RcSurvey(RcScript& script);
 
-  // Chooses what is translated: texts in `source`, or in another region's variant of it when there are none, and texts
-  // in front of any LANGUAGE statement; only without those, texts of neutral language. Throws `failure` 5 when all
+  // Chooses what is translated: texts in `source` (or, without any, in the variant of another region) and texts in
+  // front of any LANGUAGE statement. Without all of these, texts in the neutral language. Throws `failure` 5 when all
   // texts are in other languages.
   void choose(LanguageId source, const std::string& source_name);
   bool is_chosen(const RcLanguage& language) const;
@@ -27,7 +27,7 @@ class RcSurvey {
   // The declared code page of the first text that is translated, 0 for none.
   unsigned declared_code_page() const { return declared_code_page_; }
   bool has_cr_lf() const { return has_cr_lf_; }
-  // Resources of types that are not translated, and texts in other languages, for people; "" when there are none.
+  // Names the resources of other types and the texts in other languages, for people; "" when there are none.
   std::string left_alone() const;
 
  private:

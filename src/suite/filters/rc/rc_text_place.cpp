@@ -32,7 +32,7 @@ unsigned to_number(std::string_view text) {
   return number;
 }
 
-// Identifiers of languages without region that are not their primary language alone.
+// Identifiers of languages without a region that have a sublanguage all the same.
 struct UsualRegion {
   LanguageId id;
   LanguageId usual;
@@ -123,7 +123,7 @@ std::string language_text(const std::optional<LanguageId>& id) {
   const LanguageRow* found = nullptr;
   for (const LanguageRow& row : language_rows()) {
     if (row.lcid > 0xFFFF || with_usual_region(static_cast<LanguageId>(row.lcid)) != with_usual_region(*id)) continue;
-    // The code without a region is the one that people name.
+    // People use the code without a region.
     if (!found || row.code.size() < found->code.size()) found = &row;
   }
   return found ? to_utf8(found->code) : "language " + language_words(*id, false);

@@ -1,4 +1,4 @@
-// What the filter of resource scripts wants to know again about a text or a computed place when it rebuilds a script.
+// What the filter of resource scripts must remember about a text or a computed place until it rebuilds the script.
 #pragma once
 
 #include <cstdint>
@@ -41,7 +41,7 @@ enum ComputedKind : std::uint32_t {
   kOldCodePage,         // an empty place for the one that was declared, which the translation has replaced
   kRemoved,             // of a resource that the translation replaces
   kFont,                // FONT and its values
-  kLiteral,             // a literal that is no text, not ASCII
+  kLiteral,             // a literal that is not a text and not ASCII
   kComment,             // not ASCII
 };
 constexpr std::uint32_t computed_kind(ComputedKind kind, unsigned code_page) { return kind | code_page << 8; }
@@ -67,11 +67,11 @@ std::string to_data(const RcFacts& facts);
 RcFacts to_facts(std::string_view data);
 
 // The language of the Windows API for one of the suite's codes; a language without region is that of its usual region,
-// as resource editors write it (FR: French in France). Nothing for one that has no number.
+// as resource editors write it (FR: French in France). Nothing for a language without a number.
 std::optional<LanguageId> resource_language(std::string_view suite_code);
 // A sublanguage of 0 stands for the usual one.
 LanguageId with_usual_region(LanguageId id);
-// "DE", or "language 7, 1" for one that the suite does not know.
+// "DE", or "language 7, 1" for a language that the suite does not know.
 std::string language_text(const std::optional<LanguageId>& id);
 
 }  // namespace kavo::rc

@@ -28,7 +28,7 @@ std::string_view formatting_type(Property property) {
   }
 }
 
-// A word that began nothing, because it stood behind text, would do so without the text.
+// A control word behind text begins no destination, but would begin one without the text.
 bool may_begin_destination(std::string_view token) {
   if (token.size() < 2 || token[0] != '\\') return false;
   const bool is_word = (token[1] >= 'a' && token[1] <= 'z') || (token[1] >= 'A' && token[1] <= 'Z');
@@ -37,7 +37,7 @@ bool may_begin_destination(std::string_view token) {
 
 std::string in_hexadecimal(std::string_view bytes) { return "[" + std::string(bytes) + "]"; }
 
-// Lets a core reach to the ends of the groups that begin in it, where nothing else stands before them.
+// Extends a core to the ends of the groups that begin in it, if nothing else stands before those ends.
 void include_ends(const Paragraph& paragraph, std::size_t last, Core& core) {
   std::size_t open = 0;
   for (std::size_t i = core.first; i <= core.last; ++i) {
@@ -185,7 +185,7 @@ Segment* SegmentMaker::make(Paragraph& paragraph, const Core& core, bool is_plai
   return &segment_;
 }
 
-// What the first text looks like is no formatting; a link at the beginning looks like one.
+// The look of the first text does not count as formatting. A link at the beginning has a look of its own.
 void SegmentMaker::choose_text_look(const Core& core) {
   text_look_ = next_text_look(core.first, core.last);
   std::size_t fields = 0;
@@ -222,7 +222,7 @@ void SegmentMaker::add_text(const Item& item) {
         builder_.add_text(unit.text, unit.bytes);
         break;
       case TextUnit::Kind::kInvalid:
-        // In another font, or with another number of bytes behind \uN, these might be a character.
+        // In another font, or with another number of bytes behind \uN, these bytes might be a character.
         if (item.look != first_look_) code_words_[next_id_] = words_for(item.look);
         if (item.fallback != fallback_)
           code_words_[next_id_].append("\\uc").append(std::to_string(item.fallback));
@@ -277,7 +277,7 @@ void SegmentMaker::change_look(std::size_t look) {
   builder_.add_code(CodeKind::kOpen, type, {}, {});
 }
 
-// Closes the formatting that a text of this look does not have. What a field stands in stays.
+// Closes the formatting that a text of this look does not have. Formatting around a field stays.
 void SegmentMaker::close_other_looks(std::size_t look) {
   while (!open_.empty() && !open_.back().is_field && !fits_in(open_.back().look, look)) close_top();
 }
@@ -302,7 +302,7 @@ bool SegmentMaker::look_alike(std::size_t first, std::size_t second) const {
   return one == two;
 }
 
-// Whether all that tells `outer` from the look of the text is true of `inner`, too.
+// Whether `inner` has every property in which `outer` differs from the look of the text.
 bool SegmentMaker::fits_in(std::size_t outer, std::size_t inner) const {
   const Look& base = paragraph_->looks[text_look_];
   const Look& one = paragraph_->looks[outer];

@@ -1,7 +1,7 @@
-// A paragraph of an RTF document that is being read: its bytes, and what they are.
+// A paragraph of an RTF document that is being read: its bytes and their meaning.
 //
 // A paragraph may hold others: a footnote or a text box stands in the middle of a line. Their segments are made before
-// the line's and wait here until it is known whether that one will hold their bytes in a code.
+// the line's own segment. They wait here until it is known whether that segment will hold their bytes in a code.
 #pragma once
 
 #include <cstddef>
@@ -73,19 +73,19 @@ struct Core {
   std::size_t first = 0;
   std::size_t last = 0;
 };
-// Looks for one behind each other in items [first, last): from the first text to the last one, with the codes between
-// them and the fields that reach into it. A field that begins or ends outside of the range parts it.
+// Finds the cores in items [first, last). A core reaches from its first text to its last one, with the codes between
+// them and the fields that reach into it. A field that begins or ends outside the range separates two cores.
 std::vector<Core> find_cores(Paragraph& paragraph, std::size_t first, std::size_t last);
 
 // Makes segments of the items of a paragraph.
 class SegmentMaker {
  public:
-  // Which numbers of fonts look alike: `same_look(a, b)`.
+  // Says whether two font numbers look alike.
   using SameFont = bool (*)(const void* fonts, std::int32_t first, std::int32_t second);
   SegmentMaker(const void* fonts, SameFont same_font) : fonts_(fonts), same_font_(same_font), builder_(utf8_) {}
 
-  // The segment of a core, null when it has no text after all. Valid until the next one. In its `nested` stand places
-  // of `paragraph.inner`, which are marked.
+  // Makes the segment of a core; null when it has no text. Valid until the next call. `nested` of the segment holds
+  // places in `paragraph.inner`, which are marked.
   Segment* make(Paragraph& paragraph, const Core& core, bool is_plain);
 
  private:
@@ -119,7 +119,7 @@ class SegmentMaker {
   Paragraph* paragraph_ = nullptr;
   std::size_t first_look_ = 0;
   unsigned fallback_ = 1;  // of the first item
-  std::size_t text_look_ = 0;  // of what is no formatting
+  std::size_t text_look_ = 0;  // the look that does not count as formatting
   std::vector<Open> open_;
   std::uint32_t next_id_ = 1;
   std::size_t next_inner_ = 0;

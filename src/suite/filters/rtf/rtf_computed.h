@@ -14,23 +14,22 @@ namespace kavo::rtf {
 enum ComputedKind : std::uint32_t {
   kFonts = 1,      // what stands in the braces of the font table behind its control word
   kColours = 2,    // the same of the colour table; "" where the document has none
-  kLanguage = 3,   // a control word that tells the language of text
-  kDirection = 4,  // one that sets or forgets the direction of paragraphs; "" where the document tells none
+  kLanguage = 3,   // a control word that sets the language of text
+  kDirection = 4,  // a control word that sets or resets the direction of paragraphs; "" where the document has none
 };
 
-// The row of one of the suite's codes, null for one that it does not know.
+// The row of a language code of the suite, or null.
 const LanguageRow* language_row(std::string_view code);
 bool is_right_to_left(const LanguageRow& language);
 
-// Whether a control word tells the language of text in Western scripts (or, for documents in East Asian or
-// right-to-left languages, in theirs).
+// Whether a control word sets the language of text in the script of `language`: Western, East Asian or right-to-left.
 bool tells_language(const Token& word, const LanguageRow& language);
 bool tells_direction(const Token& word);
 // Writes a computed place of kDirection.
 void append_direction(std::string_view original, bool is_right_to_left, std::string& bytes);
 
-// The locale identifier that RTF has for a language, that of its usual country when it names none; nothing for a
-// language that Windows has none for.
+// The locale identifier of a language, with its usual country when it names none; nothing for a language that Windows
+// does not know.
 std::optional<std::int32_t> locale_of(const LanguageRow& language);
 // Two locale identifiers of one language, whatever the country.
 bool are_of_one_language(std::int32_t first, std::int32_t second);

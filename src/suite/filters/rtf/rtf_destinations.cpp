@@ -1,4 +1,4 @@
-// The groups of an RTF document that are no running text: fields, texts of their own, data and tables.
+// The groups of an RTF document that are not running text: fields, separate texts, data and tables.
 #include <algorithm>
 #include <iterator>
 #include <utility>
@@ -9,7 +9,7 @@
 namespace kavo::rtf {
 namespace {
 
-// Enough of an instruction to tell its field.
+// This much of an instruction names its field.
 constexpr std::size_t kLongestFieldType = 64;  // bytes
 
 // "HYPERLINK" of " HYPERLINK \"http...".
@@ -150,7 +150,7 @@ void RtfExtraction::end_story(const Group& closed, const Token& token) {
   if (!is_waiting()) return drop_leading();
   if (!has_item(closed, closed.item)) return;
   collapse(closed.item, ItemKind::kCode, ended.type, ended.is_note ? "note" : "text", ended.is_note);
-  // It begins as the text around it looks.
+  // It begins with the look of the text around it.
   paragraph_.items.back().has_look = true;
   ++code_count_;
 }
@@ -243,7 +243,7 @@ void RtfExtraction::take_table(const Token& token) {
   outside(token.bytes);
 }
 
-// What a field does is read for its first word.
+// Takes the instruction of a field, whose first word decides.
 void RtfExtraction::take_silent_text(const Token& token) {
   group().may_begin = false;
   if (token.kind == TokenKind::kText && group().destination != Destination::kField)

@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::string_view kBreaks[] = {"par", "cell", "row", "sect", "page", "column", "nestcell", "nestrow"};
 
-// Words that show something in their place.
+// Control words in whose place something is shown.
 struct ShownWord {
   std::string_view word;
   std::string_view type;
@@ -186,7 +186,7 @@ void RtfExtraction::close_group(const Token& token) {
   Group& outer = group();
   if (closed.destination == Destination::kResult && outer.has_result) {
     outer.close_item = paragraph_.items.size();
-    // A flushed paragraph takes the places of its items along.
+    // The places of items are void once their paragraph was flushed.
     outer.story = stories_.size() - 1;
     outer.generation = story().generation;
     add(ItemKind::kClose, token).type = "link";
@@ -195,7 +195,7 @@ void RtfExtraction::close_group(const Token& token) {
   const bool is_code = !outer.is_silent && text_count_ == closed.text_count && code_count_ > closed.code_count;
   hidden(token);
   if (!is_code || !has_item(closed, closed.item)) return;
-  // A group that holds codes and no text is one code.
+  // A group with codes and without text becomes one code.
   std::vector<Item>& items = paragraph_.items;
   const bool is_single = code_count_ == closed.code_count + 1;
   std::string_view type = "x-rtf";
@@ -234,7 +234,7 @@ void RtfExtraction::take_text(const Token& token) {
   Token rest = token;
   if (token.kind == TokenKind::kText) {
     if (!is_waiting()) {
-      // Blanks in front of all text of a paragraph are no part of it.
+      // Blanks before the first text of a paragraph do not belong to the text.
       rest.bytes = token.bytes.substr(0, std::min(token.bytes.find_first_not_of(' '), token.bytes.size()));
       if (!rest.bytes.empty()) hidden(rest);
       pass(rest.bytes);

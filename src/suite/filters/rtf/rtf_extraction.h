@@ -2,10 +2,10 @@
 //
 // Text counts in the body, headers, footers, notes, annotations, text boxes, index entries, form fields and the
 // document's information. A segment reaches from the first text of a paragraph to the last one, with the codes between
-// them. A text inside another's line (a footnote, a text box, an index entry) is a nested segment of it.
+// them. A text inside another text's line (a footnote, a text box, an index entry) is a nested segment of that one.
 //
-// A paragraph is kept until it ends, up to a limit; behind that it is cut. A picture, an object or other data in front
-// of any text goes straight into the skeleton. What follows the end of the document's outermost group is no document.
+// A paragraph is kept until it ends, up to a limit where it is cut. A picture, an object or other data in front of any
+// text goes straight into the skeleton. Bytes behind the document's outermost group do not belong to the document.
 #pragma once
 
 #include <cstddef>
@@ -34,11 +34,11 @@ inline constexpr std::size_t kLongestTable = 256 * 1024;      // of fonts or col
 inline constexpr std::size_t kDeepestGroup = 10'000;          // what lies deeper is data
 inline constexpr std::size_t kMostStories = 64;               // inside one another; the same
 
-// What the beginning of a document tells of all of it.
+// Facts from the beginning of a document that hold for all of it.
 struct DocumentFormat {
-  unsigned code_page = 1252;  // of text in fonts without a character set; may be none that is supported
+  unsigned code_page = 1252;  // of text in fonts without a character set; may be unsupported
   std::int32_t font = 0;      // of text without one
-  std::int32_t language = 0;  // locale identifier, 0 when it tells none
+  std::int32_t language = 0;  // locale identifier, 0 when none is stated
 };
 
 struct ExtractionLanguages {
@@ -62,7 +62,7 @@ class RtfExtraction {
     bool is_new = true;       // nothing stands in it yet
     bool has_star = false;    // it began with \*
     bool may_begin = true;    // a destination: there is no text in it yet
-    bool is_silent = false;   // text in it is none: what a field does
+    bool is_silent = false;   // its text is not shown: the instruction of a field
     bool has_result = false;  // of a field
     unsigned fallback = 1;
     std::size_t item = kNowhere;        // of its brace

@@ -16,12 +16,12 @@
 namespace kavo {
 namespace {
 
-// A document tells its format within so many bytes.
+// The facts about a document stand within this many bytes.
 constexpr std::size_t kFormatReach = 4096;
 constexpr unsigned kWestern = 1252;
 constexpr unsigned kMacintosh = 10000;
 
-// What the control words before the second group tell.
+// Reads the control words before the second group.
 rtf::DocumentFormat format_of(std::string_view beginning, unsigned usual_code_page) {
   rtf::DocumentFormat format;
   format.code_page = usual_code_page == kUtf8CodePage ? kWestern : usual_code_page;
@@ -77,7 +77,7 @@ void RtfFilter::extract(BlockReader& document, const ConversionSettings& setting
   rtf::refuse_other_formats(document);
   while (document.window().size() < kFormatReach && document.more()) {
   }
-  // Not more than that: what stands behind it must not depend on the size of a block.
+  // Exactly this much, so that the result does not depend on the size of a block.
   const std::string_view beginning = document.window().substr(0, kFormatReach);
   const rtf::DocumentFormat format = format_of(beginning, settings.source_code_page);
   DocumentFacts facts;
@@ -142,7 +142,7 @@ void RtfFilter::write_computed(std::uint32_t kind, std::string_view original, st
   }
 }
 
-// Text in other languages than the document's keeps its own.
+// Text in a language other than the document's keeps its language.
 void RtfFilter::write_language(std::string_view original, std::string& bytes) const {
   const rtf::Token word = rtf::word_at(original);
   const bool is_source = (source_ && rtf::are_of_one_language(word.number, source_->lcid)) ||

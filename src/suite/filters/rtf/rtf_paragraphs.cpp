@@ -7,7 +7,7 @@
 
 namespace kavo::rtf {
 
-// Makes one item of those from `item` on.
+// Joins the items from `item` on into one.
 void RtfExtraction::collapse(std::size_t item, ItemKind kind, std::string_view type, std::string shown,
                              bool is_required) {
   std::vector<Item>& items = paragraph_.items;
@@ -22,7 +22,7 @@ void RtfExtraction::collapse(std::size_t item, ItemKind kind, std::string_view t
   whole.end = paragraph_.bytes.size();
 }
 
-// What stands in front of any text of a paragraph is no part of a segment.
+// Items before the first text of a paragraph do not belong to a segment.
 void RtfExtraction::drop_leading() {
   if (!is_waiting() && !paragraph_.items.empty()) flush();
 }
@@ -31,8 +31,8 @@ std::size_t RtfExtraction::waiting_text_size() const {
   return paragraph_.bytes.size() - std::min(data_size_, paragraph_.bytes.size());
 }
 
-// Takes the part of a long text that ends a paragraph which has become too long; what is left of it afterwards. Where
-// that is depends on nothing but the document.
+// If the paragraph has become too long, takes the part of a long text that ends it, and returns the rest. Where it is
+// cut depends only on the document.
 std::string_view RtfExtraction::take_long_text(const Token& token) {
   std::string_view rest = token.bytes;
   for (;;) {
@@ -188,7 +188,7 @@ void RtfExtraction::number_nested(Segment& segment) const {
   for (NestedPlace& place : segment.nested) place.segment = paragraph_.inner[place.segment].number;
 }
 
-// Where a document has no colours or tells no direction, this is the last place for it.
+// If the document has set no colours or no direction so far, this is the last place where they can be added.
 void RtfExtraction::before_first_segment() {
   if (std::exchange(has_segment_, true)) return;
   if (!has_colours_) sink_.computed(kColours, {});

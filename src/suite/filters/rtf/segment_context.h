@@ -1,4 +1,4 @@
-// What writing the translation of an RTF text takes beside its bytes. Kept as the context of its segment.
+// What it takes, besides its bytes, to write the translation of an RTF text. Kept as the context of its segment.
 #pragma once
 
 #include <cstdint>
@@ -24,7 +24,7 @@ struct SegmentContext {
   std::string rest;
 
   std::string to_bytes() const;
-  // What is damaged counts as missing.
+  // Damaged parts count as missing.
   static SegmentContext from_bytes(std::string_view bytes);
 };
 

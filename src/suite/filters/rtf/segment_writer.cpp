@@ -9,7 +9,7 @@
 namespace kavo::rtf {
 namespace {
 
-// More bytes behind each \uN are told anew.
+// With more bytes behind each \uN, \uc is set anew.
 constexpr unsigned kMostFallback = 2;
 
 bool is_letter_or_digit(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9'); }
@@ -94,7 +94,7 @@ void SegmentWriter::write(std::string_view translation) {
   look({});
   ends_in_code_ = false;
   verbatim(context_.rest);
-  // What stood behind the text of a group must not begin the group as its destination.
+  // Without text, what stood behind it would begin the group and be read as its destination.
   if (context_.rest.ends_with('{')) bytes_ += "{}";
   if (ends_in_byte_ || ends_in_word_) before(' ');
 }
@@ -164,7 +164,7 @@ void SegmentWriter::close_top() {
 
 void SegmentWriter::verbatim(std::string_view code) {
   if (code.empty()) return;
-  // Two codes stay two; a line end means nothing.
+  // A line end keeps two codes apart. It has no meaning itself.
   if (ends_in_code_ && !ends_in_byte_)
     bytes_ += '\n';
   else
@@ -185,10 +185,10 @@ void SegmentWriter::look(const std::string& words) {
   group_ = words;
 }
 
-// Keeps what was written last from taking the byte that follows along.
+// Keeps the last bytes written from absorbing the byte that follows.
 void SegmentWriter::before(char first) {
   const bool is_syntax = first == '\\' || first == '{' || first == '}';
-  // Neither a brace nor a line end alone would do: a raw byte takes the one along, and the other means nothing.
+  // Neither a brace nor a line end alone would do: a raw byte would absorb the brace, and a line end does not separate.
   if (ends_in_byte_)
     bytes_ += first == '}' ? "\n" : "\n{}";
   else if (ends_in_word_ && !is_syntax)

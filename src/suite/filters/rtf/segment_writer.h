@@ -1,8 +1,8 @@
 // Writes the translation of an RTF text.
 //
-// The look of a text is set in braces around each run of it, from what holds at the beginning of the segment: so no
-// order and no lack of codes can unbalance the document. Behind the text follows what the source's formatting leaves
-// behind (a brace, a property that stays on), so that the rest of the document is as it was.
+// The look of a text is set in braces around each run of it, from what holds at the beginning of the segment: so moved
+// or missing codes cannot unbalance the document. Behind the text stands whatever the source's formatting leaves open
+// (a brace, a property that stays on), so the rest of the document keeps its look.
 #pragma once
 
 #include <cstdint>

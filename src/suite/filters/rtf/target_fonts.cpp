@@ -5,7 +5,7 @@
 namespace kavo::rtf {
 namespace {
 
-// A document with more fonts gets no others: their numbers end here.
+// The highest font number. A document that needs more fonts gets none.
 constexpr std::int32_t kHighestFont = 32'767;
 
 template <class Take>

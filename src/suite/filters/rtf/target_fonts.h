@@ -1,5 +1,5 @@
-// The fonts of a rebuilt document: those of the source, others in their place where the user's map says so, and for the
-// characters of a target language that their character sets lack, the same fonts with the target's character set.
+// The fonts of a rebuilt document: the source's fonts, replaced where the user's map says so, and copies of them with
+// the target's character set for characters that their own sets lack.
 #pragma once
 
 #include <cstdint>
@@ -18,11 +18,11 @@ class TargetFonts {
   TargetFonts(unsigned code_page, std::int32_t added_charset, FontMap map)
       : code_page_(code_page), added_charset_(added_charset), map_(std::move(map)) {}
 
-  // Writes what stands in the font table of the source, with the changes. Before that no font is known.
+  // Writes the source's font table with the changes. Call it first: before that no font is known.
   void write_table(std::string_view original, std::string& bytes);
   // The coding of text in a font; null when none is known.
   const TextCoding* coding_of(std::int32_t font);
-  // The font of the same look that holds the target's characters; nothing else than `font` when there is none.
+  // The font of the same look that holds the target's characters, or `font` itself.
   std::int32_t twin_of(std::int32_t font) const;
 
  private:

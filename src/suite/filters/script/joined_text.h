@@ -12,9 +12,9 @@
 namespace kavo::script {
 
 struct JoinedText {
-  // UTF-8, with kOperandMark for each operand and for bytes that mean no character.
+  // UTF-8, with kOperandMark for each operand and for bytes that are not valid.
   std::string text;
-  // Of each byte of `text`: the character's first and last byte in the text of all blocks, in bytes.
+  // For each byte of `text`: where its character begins and ends in the text of all blocks, in bytes.
   std::vector<std::size_t> begin;
   std::vector<std::size_t> end;
   bool is_whole = true;  // every literal of it was closed

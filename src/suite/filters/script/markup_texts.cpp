@@ -54,7 +54,7 @@ class Reading {
     char quote = 0;
   };
 
-  // Operands side by side are one code: nothing of a literal stands between them.
+  // Operands side by side become one code when no text of a literal stands between them.
   static void add_operand(std::vector<TextCode>& codes, std::size_t place) {
     if (!codes.empty() && codes.back().end == place && codes.back().element.empty() && codes.back().type.empty())
       ++codes.back().end;
@@ -76,7 +76,7 @@ class Reading {
     begin_text(end);
   }
 
-  // What stands before the first ">" is the rest of a tag when no "<" comes before it and it looks like attributes.
+  // The text before the first ">" is the rest of a tag if it has no "<" and looks like attributes.
   bool begins_in_tag() const {
     const std::size_t close = text_.find('>');
     const std::size_t first = text_.find('<');
@@ -111,7 +111,7 @@ class Reading {
     if (at(name) == kOperandMark && !is_page_) return false;
     std::size_t name_end = name + 1;
     while (is_tag_letter(at(name_end))) ++name_end;
-    // "a <b" is none when nothing closes it, but for a page, where the next literal may.
+    // "a <b" without a ">" is not a tag, except in a page, where the next literal may close it.
     if (!is_page_ && text_.find('>', name_end) == std::string_view::npos) return false;
     has_markup_ = true;
     const std::string_view word = text_.substr(name, name_end - name);
@@ -214,7 +214,7 @@ class Reading {
   std::vector<ReadText> texts_;
 };
 
-// Without blanks, tags and operands at its ends, which need not be seen by a translator.
+// Removes blanks, tags and operands at the ends, which a translator need not see.
 void trim(ReadText& read, std::string_view text) {
   for (bool changed = true; changed;) {
     changed = false;

@@ -22,7 +22,7 @@ struct TextCode {
 struct ReadText {
   std::size_t begin = 0;
   std::size_t end = 0;
-  bool has_markup = false;  // references and tags mean what they mean in a page
+  bool has_markup = false;  // references and tags count as in a page
   bool in_markup = false;   // stands between tags or in one
   std::string_view attribute;
   char quote = 0;  // around the attribute's value

@@ -6,8 +6,8 @@
 
 namespace kavo::script {
 
-// The length of what begins `text` and is one: "{{name}}", "{0}", "${name}", "%s", "%1$d", "http://..."; 0 for
-// anything else.
+// The length of the placeholder or address at the start of `text`: "{{name}}", "{0}", "${name}", "%s", "%1$d",
+// "http://..."; 0 for anything else.
 std::size_t placeholder_length(std::string_view text);
 
 }  // namespace kavo::script

@@ -66,7 +66,7 @@ std::string ScriptFlow::place_key(Language language, const Place& place) const {
   }
 }
 
-// Outwards until something is known.
+// Goes outwards until the use of a place is known.
 ScriptFlow::End ScriptFlow::end_of(Language language, std::span<const Place> places) const {
   End end;
   const auto known = [&end](Use use, std::string_view reason) {
@@ -93,7 +93,7 @@ ScriptFlow::End ScriptFlow::end_of(Language language, std::span<const Place> pla
     }
     const DestinationRow* const row = rules_.find(place, language);
     if (place.kind == PlaceKind::kEntry) {
-      // What reads the entry knows better than its name.
+      // The code that reads the entry decides, not the entry's name.
       const bool is_internal = row != nullptr && has(row->use, Use::kInternal);
       end.known.use = end.known.use | (is_internal ? Use::kUnlikely : row != nullptr ? row->use : Use::kNone);
       if (row == nullptr) end.known.use = end.known.use | use_by_name(place.last);
@@ -121,7 +121,7 @@ void ScriptFlow::arrow(Node from, Node to) {
 }
 
 void ScriptFlow::joined(Language language, const Join& join) {
-  // That a value is compared says nothing about the texts that it may hold.
+  // A comparison says nothing about the texts that the value may hold.
   const PlaceKind kind = join.places.front().kind;
   if (kind == PlaceKind::kCompared || kind == PlaceKind::kCondition || kind == PlaceKind::kNowhere) return;
   End end;
@@ -161,7 +161,7 @@ void ScriptFlow::declared(Language language, std::string_view name) {
 }
 
 void ScriptFlow::solve() {
-  // What is known of an end goes back along the arrows.
+  // Carries what is known of an end back along the arrows.
   std::sort(arrows_.begin(), arrows_.end(), [](const auto& a, const auto& b) { return a.second < b.second; });
   std::vector<std::size_t> first(uses_.size() + 1, arrows_.size());
   for (std::size_t i = arrows_.size(); i-- > 0;) first[arrows_[i].second] = i;

@@ -1,8 +1,8 @@
 // Where the variables, parameters and results of a page's scripts go.
 //
-// A text often reaches the reader by way of a name: it is kept in a variable that is written later, or given to a
-// function that shows its parameter. Every use of a name is an arrow from it to where it goes; what is known of an end
-// is then known of all names that lead there.
+// A text often reaches its reader through a name: a variable that is written into the page later, or a parameter that a
+// function shows. Every use of a name is an arrow to the place where its value goes. What is known of the last place is
+// then known of all names that lead there.
 #pragma once
 
 #include <cstdint>
@@ -20,7 +20,7 @@ class ScriptFlow {
  public:
   explicit ScriptFlow(const DestinationRules& rules) : rules_(rules) {}
 
-  // First all scripts of a page are followed once, for the arrows; then solve(), then once again, for the uses.
+  // Follow all scripts of a page once to collect the arrows, call solve(), and follow them again to ask for the uses.
   void function_begins(Language language, std::string_view name, std::span<const std::string_view> parameters);
   void function_ends();
   void declared(Language language, std::string_view name);
@@ -45,7 +45,7 @@ class ScriptFlow {
     std::string name;
     std::unordered_set<std::string> variables;
   };
-  // Where something ends up, as far as the place itself says it, and the names to ask for more.
+  // Where a value ends up as far as the place itself says so, and the names that say more.
   struct End {
     Destination known;
     std::vector<std::string> names;

@@ -1,4 +1,4 @@
-// What a text looks like: the rules for words, and for all that is none.
+// What a text looks like: rules for words and for everything that is not words.
 #include <algorithm>
 #include <iterator>
 #include <vector>
@@ -49,7 +49,7 @@ std::vector<std::string_view> split(std::string_view text) {
   return parts;
 }
 
-// Without the punctuation of a sentence around it.
+// Removes the punctuation of a sentence around a word.
 std::string_view bare(std::string_view token) {
   constexpr std::string_view kBefore = "([{\"'*-+<>#.,:;!?|~^=&/";
   constexpr std::string_view kBehind = ")]}\"'.,:;!?*-+<>|~^=&/";
@@ -74,12 +74,12 @@ bool is_ordinary(std::string_view word) {
     if (!joins || (i + 1 < word.size() && !is_word_letter(word[i + 1]) && word[i + 1] != 's')) return false;
   }
   if (humps != 0) return false;
-  // "OK", "ERROR": also large letters are a word, when there is a vowel.
+  // "OK", "ERROR": capitals are a word if there is a vowel.
   const std::string letters = small(word);
   return has_small || letters.find_first_of("aeiouy") != std::string::npos;
 }
 
-// "Adv.Options", "happyaxis.jsp" is none.
+// True for "Adv.Options", false for "happyaxis.jsp".
 bool is_dotted(std::string_view token) {
   bool begins = true;
   std::size_t dots = 0;
@@ -256,7 +256,7 @@ Looks single_word(std::string_view text, std::string_view word) {
   return {is_small(word.front()) || is_short_capitals(word) ? Look::kSmall : Look::kWord, {}};
 }
 
-// With ASCII characters for marks, blanks and symbols beyond ASCII, which are no letters.
+// Replaces marks, blanks and symbols beyond ASCII, which are not letters, by ASCII characters.
 std::string with_plain_marks(std::string_view text) {
   std::string result;
   for (std::size_t at = 0; at < text.size();) {

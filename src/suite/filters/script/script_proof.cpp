@@ -20,7 +20,7 @@ void append_decoded(std::string_view bytes, const TextCoding& coding, std::strin
   }
 }
 
-// What stands for a character that no literal of the language can hold: "vbCrLf", "ChrW(233)".
+// An expression for a character that no literal of the language can hold: "vbCrLf", "ChrW(233)".
 bool is_escape(std::string_view operand) {
   if (operand == "vbCrLf\n") return true;
   constexpr std::string_view kCall = "ChrW\n(\n";
@@ -71,7 +71,7 @@ class ScriptProof::Operands {
     const bool is_value = token.kind == TokenKind::kName && bytes.starts_with("$");
     if (is_value && after_value_ && depth_ == 1) operands_.emplace_back();
     after_value_ = is_value;
-    // What a text of PHP inserts is one token, and three as soon as it gets braces.
+    // An inserted value of PHP is one token without braces, and three with braces.
     const std::size_t arrow = token.kind == TokenKind::kName ? bytes.find("->") : bytes.npos;
     if (arrow == bytes.npos) return append(bytes, false);
     const std::size_t name_end = arrow - (arrow > 0 && bytes[arrow - 1] == '?' ? 1 : 0);
@@ -80,8 +80,8 @@ class ScriptProof::Operands {
     append(bytes.substr(arrow + 2), false);
   }
 
-  // Each operand as its tokens with a line end behind each. Where segments stand in operands, those are no longer the
-  // same: then each token that is no text counts for itself.
+  // Each operand as its tokens, with a line end behind each token. An operand that holds segments is no longer the
+  // same; then each token that is not text counts by itself.
   std::vector<std::string> sorted(bool holds_segments) const {
     std::vector<std::string> result;
     for (const std::vector<Part>& operand : operands_) {
@@ -139,7 +139,7 @@ ScriptProof::ScriptProof(Language server, const TextCoding& source, const TextCo
     : source_(&Change::source, server, source), target_(&Change::target, server, target) {}
 
 void ScriptProof::Side::begin(std::size_t from, std::size_t to) {
-  // Without the line of the marker and the line ends around the block.
+  // Skips the line of the marker and the line ends around the block.
   from = std::min(text.find_first_of("\r\n", from), to);
   while (from < to && ends_line(text[from])) ++from;
   while (to > from && ends_line(text[to - 1])) --to;
@@ -165,8 +165,8 @@ void ScriptProof::add(const WrittenPart& part) {
   prove_blocks(false);
 }
 
-// Proves what is complete: a block is when the marker of the next one has come. What stands before the first marker is
-// no script.
+// Proves every complete block. A block is complete when the next marker has come. Bytes before the first marker are not
+// script.
 void ScriptProof::prove_blocks(bool is_end) {
   std::size_t source_begin = 0;
   std::size_t target_begin = 0;
@@ -209,7 +209,7 @@ void ScriptProof::prove_block(Range source, Range target, Range changes) {
   source_.begin(source.begin, source.end);
   target_.begin(target.begin, target.end);
   std::size_t change = changes.begin;
-  // What is not as it was is the work of the last translation before it.
+  // A difference is blamed on the last translation before it.
   const auto expect = [&](bool holds) {
     if (!holds) refuse(change > changes.begin ? change - 1 : change);
   };

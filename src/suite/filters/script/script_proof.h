@@ -2,10 +2,10 @@
 //
 // Both files are cut into tokens side by side. Outside of the expressions whose text was translated every token must be
 // that of the source; inside one, every operand must come back exactly once, beside literals and what stands for
-// characters that no literal can hold. So nothing that a translation holds becomes script, whatever the writing of
-// segments got wrong.
+// characters that no literal can hold. So no part of a translation becomes script, even if a segment was written
+// wrongly.
 //
-// The files pass through block by block; what is kept is the block being read, twice.
+// The files pass through block by block. Only the current block is kept, once for each file.
 #pragma once
 
 #include <string>
@@ -23,8 +23,8 @@ class ScriptProof {
   // must outlive the proof.
   ScriptProof(Language server, const TextCoding& source, const TextCoding& target);
 
-  // Every part of the files, in order, then finish(). Both throw `failure` 5 with the place of the translation that
-  // changes a script.
+  // Every part of the files, in order, then finish(). Both throw `failure` 5, which names the place of the translation
+  // that changes a script.
   void add(const WrittenPart& part);
   void finish() { prove_blocks(true); }
 

@@ -39,7 +39,7 @@ constexpr DestinationRow kRows[] = {
      kAny, kUse, Use::kShown, "a caption or message"},
     {kAssigned, "value defaultvalue", kAny, kUse, Use::kLikely, "the value of a field"},
 
-    // What goes in comes out.
+    // Returns its argument, or a part of it.
     {kArgument, "array list aslist set of map hash vector", kAny, kPasses, Use::kNone, "an element of a list"},
     {kArgument, "iif", 0, kUse, Use::kInternal, "a condition"},
     {kArgument, "iif choose", kAny, kPasses, Use::kNone, "one of several values"},
@@ -214,11 +214,11 @@ const DestinationRow* DestinationRules::find(const Place& place, Language langua
   if (found == rows_.end()) return kind == kArgument && has_word(last, kLogWords) ? &kLog : nullptr;
   // A variable of that name is another thing than the member of an object.
   const bool is_variable = place.kind == kAssigned && !place.is_member && place.key.empty();
-  // But for those that every page of a browser has.
+  // Except the variables that every browser page has.
   if (is_variable && !(language == Language::kJavaScript && (last == "status" || last == "location"))) return nullptr;
   for (const DestinationRow* row : found->second) {
     if (row->kind != kind || (row->argument != kAny && row->argument != static_cast<int>(place.argument))) continue;
-    // Replace(text, what, with): what is replaced stands first in a method only.
+    // In Replace(text, what, with) the text comes first; in the method the text stands before the dot.
     if (language == Language::kVbScript && equal_word(last, "replace")) {
       static constexpr DestinationRow kReplaced = {kArgument, "replace",  0,
                                                    kPasses,   Use::kNone, "text that is changed"};

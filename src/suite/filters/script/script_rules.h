@@ -30,8 +30,8 @@ constexpr bool has(Use uses, Use use) { return (static_cast<int>(uses) & static_
 
 enum class Effect : std::uint8_t {
   kUse,     // the use of the row
-  kPasses,  // what goes in comes out: where that goes decides
-  kInto,    // goes into what stands before the dot
+  kPasses,  // returns its argument: the place of the call decides
+  kInto,    // goes into the object before the dot
 };
 
 struct DestinationRow {
@@ -44,7 +44,7 @@ struct DestinationRow {
 };
 inline constexpr int kAny = -1;
 
-// What a user adds: names of functions, separated by blanks, whose arguments are texts, or never are.
+// The user's own names of functions, separated by blanks, whose arguments are texts, or never are.
 struct ScriptNames {
   std::string texts;
   std::string never;
@@ -78,7 +78,7 @@ enum class Look : std::uint8_t {
   kSmallPhrase,  // two words in small letters
   kPhrase,       // words
 };
-// `text` in UTF-8, with kOperandMark for what comes from elsewhere. The reason is one for kMachine.
+// `text` in UTF-8, with kOperandMark for each operand. The reason is set for kMachine.
 struct Looks {
   Look look = Look::kEmpty;
   std::string_view reason;

@@ -1,5 +1,5 @@
-// Where the lines of a paragraph meet: what stands there when they are joined, and where a translation may be broken so
-// that joining its lines gives it back.
+// Where the lines of a paragraph meet: what joins them, and where a translation may be broken so that joining its lines
+// again gives the same text.
 #pragma once
 
 #include <string_view>
@@ -10,7 +10,8 @@ namespace kavo {
 // and Japanese, and a word that was broken behind its own hyphen.
 bool joins_without_blank(char32_t before_last, char32_t last, char32_t after);
 
-// The bytes of what begins a list's entry, with the blanks behind it ("- ", "12. ", "(b) "); 0 for none. UTF-8.
+// The length of the bullet or number of a list entry, with the blanks behind it ("- ", "12. ", "(b) "), in bytes of
+// UTF-8; 0 for none.
 std::size_t bullet_length(std::string_view text);
 
 }  // namespace kavo

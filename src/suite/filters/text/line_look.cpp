@@ -13,14 +13,14 @@ namespace {
 constexpr std::size_t kNarrowest = 40;
 constexpr std::size_t kWidest = 160;
 
-// People who fill lines themselves leave some a little short.
+// People who fill lines by hand leave some a little short.
 constexpr std::size_t kSlack = 4;
 
-// The first line of a paragraph stands so much further in than the others, which stand near the margin: titles that are
-// centred do neither.
+// The first line of a paragraph is indented by at most so much, and the other lines stand near the margin. Neither
+// holds for centred titles.
 constexpr std::size_t kDeepestFirstLine = 8;
 
-// So many blanks between words, or so many equal signs in a row, are no prose.
+// Prose has neither so many blanks between words nor so many equal signs in a row.
 constexpr std::size_t kColumnGap = 3;
 constexpr std::size_t kRule = 4;
 

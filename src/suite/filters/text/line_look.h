@@ -11,7 +11,7 @@ namespace kavo {
 struct LineLook {
   std::size_t indentation = 0;
   std::size_t width = 0;       // to the end of its text
-  std::size_t first_word = 0;  // what must fit into the line before if it is to stand there
+  std::size_t first_word = 0;  // the width that the line before would need to hold this line's first word
   std::size_t bullet = 0;      // bytes of UTF-8
   bool is_fixed = false;       // a row of a table, a rule, a drawing, code: a line of its own
   bool has_words = false;      // more than one word, or writing without blanks between words
@@ -20,7 +20,7 @@ struct LineLook {
   char32_t last = 0;
 };
 
-// `indentation` is blanks, `text` (UTF-8, not empty) what stands between them and the blanks at the end.
+// `indentation` holds the blanks at the start. `text` (UTF-8, not empty) is the rest without the blanks at the end.
 LineLook look_of(std::string_view indentation, std::string_view text);
 
 // Lines that may be one paragraph, by their order, indentation and bullets.
@@ -35,12 +35,11 @@ class ParagraphLines {
   const LineLook& operator[](std::size_t i) const { return lines_[i]; }
   std::size_t width() const;  // of the longest line
 
-  // True when its lines are as wide as lines of prose and at least half of their ends stand where a program that fills
-  // lines, or a person who does, puts them: the next word would have made the line longer than the longest one.
+  // True when the lines are as wide as prose, and at least half of them end because the next word would have made them
+  // longer than the longest line.
   bool is_filled() const;
 
-  // What its line ends tell about the file. The end of the longest line tells nothing: whatever follows, it could not
-  // have stood there.
+  // Counts of line ends. The end of the longest line does not count: no word would have fitted there.
   struct Ends {
     std::size_t count = 0;
     std::size_t filled = 0;

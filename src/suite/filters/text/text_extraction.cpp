@@ -9,10 +9,10 @@
 namespace kavo {
 namespace {
 
-// What is looked at to see whether lines are filled.
+// This much is read to see whether lines are filled.
 constexpr std::uint64_t kSurveyed = 1024 * 1024;  // bytes
 
-// A text as UTF-8, with something in place of what is none: it is measured, not shown.
+// A text as UTF-8, with a substitute for invalid bytes: it is measured, not shown.
 std::string decoded(std::string_view bytes, const TextCoding& coding) {
   std::string text;
   while (!bytes.empty()) {
@@ -90,7 +90,7 @@ void TextExtraction::take(const TextLines::Line& line) {
   looks_.add(look);
   if (goes_on || (paragraphs_ != Paragraphs::kLines && line.is_whole && !is_blank)) return;
   flush();
-  // The rest of a line that was cut goes on in it.
+  // The rest of a cut line belongs to the same paragraph.
   if (line.is_whole) return;
   --line_;
   column_ += static_cast<std::int64_t>(line.text.size());
@@ -155,7 +155,7 @@ void TextExtraction::write_paragraph() {
   sink_.skeleton(piece(last.text_end, last.end));
 }
 
-// Blanks between words count as one: in lines that were justified their number says nothing.
+// Runs of blanks become one blank: in justified lines their number means nothing.
 void TextExtraction::write_text(std::string_view text) {
   const std::size_t unit = scan_.width();
   while (!text.empty()) {
@@ -170,7 +170,7 @@ void TextExtraction::write_text(std::string_view text) {
   }
 }
 
-// What stands in front of a line's text, from the end of the text of the line before it.
+// Writes the bytes between the texts of two lines.
 void TextExtraction::write_joint(std::size_t line) {
   const std::string_view bytes = piece(places_[line - 1].text_end, places_[line].text);
   const LineLook& before = looks_[line - 1];

@@ -1,8 +1,8 @@
 // Takes a text file apart: a segment for each line or for each paragraph.
 //
-// A paragraph is lines that follow each other without an empty one, up to the next bullet or change of indentation. Its
-// lines are joined, with their line ends and indentations as hidden bytes; a bullet and what stands around the text is
-// skeleton. What a line is when paragraphs are looked for by themselves: line_look.h.
+// A paragraph is a run of lines without an empty one, up to the next bullet or change of indentation. Its lines are
+// joined, and their line ends and indentations become hidden bytes. Bullets and everything around the text go into the
+// skeleton. line_look.h decides which lines are one paragraph when the user does not.
 #pragma once
 
 #include <cstdint>
@@ -23,11 +23,11 @@ namespace kavo {
 enum class Paragraphs : std::uint8_t {
   kLines,   // a paragraph is a line
   kBlank,   // empty lines part them
-  kFilled,  // so they do, where the lines of a paragraph are filled; other lines stand for themselves
+  kFilled,  // the same where the lines are filled; every other line is a paragraph of its own
 };
 
-// kFilled for a file whose lines were filled by a program, to be seen in the first MiB from where it stands, else
-// kLines. Goes back to that place.
+// kFilled for a file whose lines were filled, otherwise kLines. Looks at the first MiB from the document's place, and
+// goes back there.
 Paragraphs find_paragraphs(BlockReader& document, const TextCoding& coding, ProgressEvent& progress);
 
 class TextExtraction {

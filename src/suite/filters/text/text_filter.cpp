@@ -27,7 +27,7 @@ class TextFilter final : public Filter {
  private:
   std::string source_text(const Hole& hole) const;
 
-  std::unique_ptr<Filter> scripts_;  // of a script file; those of earlier versions are lines like other texts
+  std::unique_ptr<Filter> scripts_;  // of a script file; in earlier versions script files were plain lines
 };
 
 Paragraphs paragraphs_of(const ConversionSettings& settings, BlockReader& document, const TextCoding& coding,
@@ -40,7 +40,7 @@ Paragraphs paragraphs_of(const ConversionSettings& settings, BlockReader& docume
                 u"\"" + to_utf16(word) + u"\" says nothing about the paragraphs of texts: lines, blank or auto");
 }
 
-// A text without what differs when its lines are joined and broken anew.
+// A text without the blanks that change when lines are joined and broken again.
 std::string without_blanks(std::string_view text) {
   std::string rest;
   for (const char c : text)
@@ -86,7 +86,7 @@ void TextFilter::write_segment(const Hole& hole, std::string_view translation, s
   if (scripts_) return scripts_->write_segment(hole, translation, bytes);
   ParagraphShape shape;
   if (!to_shape(hole.context, shape)) return Filter::write_segment(hole, translation, bytes);
-  // What is written only because the code page changes keeps its lines.
+  // A text that is rewritten only because the code page changes keeps its lines.
   if (is_recoded(hole) && without_blanks(plain_text(translation)) == without_blanks(source_text(hole)))
     return recode(hole.original, bytes);
   const std::string lines = wrapped(translation, shape);
@@ -99,7 +99,7 @@ void TextFilter::write_segment(const Hole& hole, std::string_view translation, s
   }
 }
 
-// What the hole's bytes say, without its codes.
+// The text in the hole's bytes, without codes.
 std::string TextFilter::source_text(const Hole& hole) const {
   std::string text;
   std::size_t at = 0;
@@ -126,7 +126,7 @@ void TextFilter::end_rebuild() {
   if (scripts_) scripts_->end_rebuild();
 }
 
-// A line stays a line: a line end that a translation holds becomes a blank.
+// A line stays one line: a line end in a translation becomes a blank.
 void TextFilter::write_text(const Hole& hole, std::string_view text, std::string& bytes) {
   std::string line(text);
   for (char& c : line)

@@ -1,7 +1,7 @@
 // The plain text filter ("K19TXT"): one segment for each line that holds text.
 //
-// The script files of server pages (".scr") have the same tag, which is fixed, and a filter of their own
-// (script_filter.h), to which this one hands them.
+// Script files of server pages (".scr") must have the same tag. They have a filter of their own (script_filter.h), and
+// this one hands them over.
 #pragma once
 
 #include <memory>

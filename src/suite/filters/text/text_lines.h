@@ -1,4 +1,4 @@
-// A text file line by line, as the bytes that it is, in bounded memory.
+// Reads a text file line by line, as bytes, in bounded memory.
 #pragma once
 
 #include <algorithm>
@@ -57,7 +57,7 @@ class UnitScan {
 
  private:
   std::size_t width_;
-  std::size_t low_;  // of the two bytes of a unit, which is the low one
+  std::size_t low_;  // the place of the low byte in a unit
 };
 
 class TextLines {
@@ -69,8 +69,8 @@ class TextLines {
   // Views are valid until the next line is asked for.
   struct Line {
     std::string_view text;
-    std::string_view end;  // its line end; of the file's last line what is left of a unit that was cut
-    bool is_whole = true;  // and no piece of a line that goes on
+    std::string_view end;  // its line end; in the file's last line the rest of an incomplete unit
+    bool is_whole = true;  // false for a piece of a longer line
   };
 
   // All must outlive the object. Reads from where the document stands.

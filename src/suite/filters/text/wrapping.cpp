@@ -52,7 +52,7 @@ class Wrapping {
   void end_word() {
     if (word_.empty()) return;
     const bool begins_line = result_.empty();
-    // A break must come back as what stood there: one blank, or nothing where lines join without one.
+    // Joining the lines must restore what stood at a break: one blank, or nothing where lines join without one.
     const bool joins = joins_without_blank(line_before_last_, line_last_, after_);
     const bool may_break =
         !begins_line && (blanks_.empty() ? joins : blanks_.size() == 1 && !joins) && bullet_length(word_ + ' ') == 0;
