@@ -127,7 +127,7 @@ TEST_F(DocumentSetCommand, APageThatSomebodyWorkedOnIsReplacedOnlyOnRequest) {
   }
 }
 
-TEST_F(DocumentSetCommand, WhatAKilledRunLeftIsClearedUpAndSaid) {
+TEST_F(DocumentSetCommand, TheLeftoversOfAKilledRunAreRemovedAndReported) {
   const std::string page = path_to_host(folder.write(u"index.asp", kPage));
   folder.write(u".kavo-run\\journal", std::string("KAVO run 1\0working\0end\0", 23));
   folder.write(u".kavo-run\\1\\index_asp.htm", "half");

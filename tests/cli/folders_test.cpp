@@ -202,7 +202,7 @@ TEST_F(Folders, PatternsSayWhichFilesAreMeant) {
   EXPECT_TRUE(holds(none.errors, "there is nothing to work on")) << none.errors;
 }
 
-TEST_F(Folders, WhatPreparingAndRebuildingMadeIsNoSource) {
+TEST_F(Folders, FilesMadeByPreparingAndRebuildingAreNotSources) {
   put_site();
   const auto prepare_in_place = [&] { return kavo({"prepare", "site", "-r", "--source", "EN-US", "--target", "FR"}); };
   const Ran first = prepare_in_place();

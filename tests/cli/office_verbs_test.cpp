@@ -34,7 +34,7 @@ TEST_F(OfficeVerbs, RtfExtractAndInsertGiveTheDocumentBack) {
   EXPECT_EQ(folder.entry_count(), 2u);
 }
 
-TEST_F(OfficeVerbs, RtfJsonTellsHowManyObjectsMoved) {
+TEST_F(OfficeVerbs, RtfJsonCountsTheMovedObjects) {
   const Ran ran = run_kavo({"rtf", "extract", "--json", put(u"letter.rtf", kLetter), path(u"missing.rtf")});
   EXPECT_EQ(ran.code, 1);
   const std::size_t end = ran.output.find('\n');

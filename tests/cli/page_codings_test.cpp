@@ -166,7 +166,7 @@ TEST_F(PageCodings, AMarkGoesBeforeEverything) {
                                           "</p>" + script(u"a.asp", coding.target));
 }
 
-TEST_F(PageCodings, WhatIsWrongIsToldWithItsPlace) {
+TEST_F(PageCodings, ErrorsAreReportedWithTheirPlace) {
   const struct {
     const char* name;
     std::string page;

@@ -111,7 +111,7 @@ TEST_F(RebuildCommand, OutputNamesTheDocument) {
   EXPECT_EQ(run_kavo({"rebuild", tud, path(u"a_txt_FR.tud"), "--output", output}).code, 2);
 }
 
-TEST_F(RebuildCommand, JsonTellsTheResultAndTheDocument) {
+TEST_F(RebuildCommand, JsonNamesTheResultAndTheDocument) {
   prepare(u"a.txt", "One\n");
   const std::string tud = path(u"a_txt_FR.tud");
   const auto done = nlohmann::json::parse(run_kavo({"rebuild", "--json", tud}).output);

@@ -34,7 +34,7 @@ void for_many_ranges(Check check) {
   }
 }
 
-TEST(FindAny, AnswersWhatThePlainTwinAnswers) {
+TEST(FindAny, AgreesWithThePlainTwin) {
   for_many_ranges([](const char* p, const char* end) {
     ASSERT_EQ((find_any<'<'>(p, end)), (simple::find_any<'<'>(p, end)));
     ASSERT_EQ((find_any<'<', '>', '\r', '\n'>(p, end)), (simple::find_any<'<', '>', '\r', '\n'>(p, end)));
@@ -42,7 +42,7 @@ TEST(FindAny, AnswersWhatThePlainTwinAnswers) {
   });
 }
 
-TEST(FindPair, AnswersWhatThePlainTwinAnswers) {
+TEST(FindPair, AgreesWithThePlainTwin) {
   for_many_ranges([](const char* p, const char* end) {
     ASSERT_EQ((find_pair<'<', '%'>(p, end)), (simple::find_pair<'<', '%'>(p, end)));
     ASSERT_EQ((find_pair<'<', '%', '?', '<'>(p, end)), (simple::find_pair<'<', '%', '?', '<'>(p, end)));
@@ -58,7 +58,7 @@ TEST(FindPair, FirstByteAtTheEndDoesNotCount) {
   }
 }
 
-TEST(FindText, AnswersWhatStringSearchAnswers) {
+TEST(FindText, AgreesWithStringSearch) {
   std::mt19937 random(2);
   for (int round = 0; round < 3000; ++round) {
     std::string text(random() % 60, ' ');

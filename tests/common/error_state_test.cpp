@@ -23,7 +23,7 @@ TEST(ErrorState, KeepsTheLastNumberAndTheFirstDescriptionUntilCleared) {
   EXPECT_EQ(errors.first_description(), u"the next");
 }
 
-TEST(ErrorState, AnInterruptionComesThroughAndIsNoError) {
+TEST(ErrorState, AnInterruptionPassesAndIsNotAnError) {
   error_state errors;
   EXPECT_THROW(errors.run([] { throw interruption(); }), interruption);
   EXPECT_EQ(errors.number(), 0);

@@ -41,7 +41,7 @@ TEST_F(LineIndexTest, PlacesThereAndBackAtEveryBlockSize) {
     }
 }
 
-TEST(CopyTrailTest, TellsWhereBytesComeFrom) {
+TEST(CopyTrailTest, ReportsWhereBytesComeFrom) {
   CopyTrail trail;
   EXPECT_EQ(trail.input_of(7), 0u);
   trail.copied(2, 10, 3);

@@ -166,7 +166,7 @@ TEST_P(EveryFault, LeavesTheOldOrTheNewFileAndNothingElse) {
     }
 }
 
-TEST_P(EveryFault, OfMoveFileLeavesBothFilesAsTheyWereOrTheMoveDone) {
+TEST_P(EveryFault, MoveFileLeavesBothFilesAsTheyWereOrMoves) {
   FaultyFiles faulty(drives);
   const std::u16string source = GetParam().other_volume ? u"D:\\MOR0001.TMP" : u"C:\\TEMP\\MOR0001.TMP";
   bool done = false;

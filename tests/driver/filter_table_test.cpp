@@ -43,7 +43,7 @@ TEST_F(FilterTableTest, EachTagFillsTheEntryOfItsType) {
   for (const std::int32_t unfilled : {0, 4, 10, 31}) EXPECT_EQ(name_at(unfilled), u"");
 }
 
-TEST_F(FilterTableTest, OfTwoFiltersWithOneTagTheLaterOneIsKept) {
+TEST_F(FilterTableTest, TheLaterOfTwoFiltersWithOneTagIsKept) {
   build({{u"", u"", u"first K19HTM", 1}, {u"", u"", u"second K19HTM", 2}});
   EXPECT_EQ(name_at(3), u"second K19HTM");
   EXPECT_EQ(filter_table(3).catalogue_value, 2);

@@ -232,7 +232,7 @@ TEST_F(PreProcess, InterruptionAnywhereIsRaisedAndLeavesNothing) {
   }
 }
 
-TEST_F(PreProcess, RepairsAreToldWithTheirPlace) {
+TEST_F(PreProcess, RepairsAreReportedWithTheirPlace) {
   files.put(u"C:\\WORK\\page.htm", "<p>\r\nA > B</p>\r\n");
   K19FPWObj object;
   std::vector<Message> messages;

@@ -171,7 +171,7 @@ TEST_F(SingleFileWizardTest, WithTheLauncherMissingTheEditorIsNeverStarted) {
   EXPECT_TRUE(shell.opened.empty());
 }
 
-TEST_F(SingleFileWizardTest, AnEditorThatDoesNotStartIsToldAndTheResultStays) {
+TEST_F(SingleFileWizardTest, AnEditorThatDoesNotStartIsReportedAndTheResultStays) {
   shell.open_result = 2;
   user_takes(u"C:\\a.txt");
   EXPECT_EQ(run(), 0);
@@ -212,7 +212,7 @@ TEST_F(SingleFileWizardTest, APreparationThatFailsGives100AndItsResult) {
   EXPECT_NE(desktop.message_boxes[0].text.find(told(u"C:\\missing.htm")), Text::npos);
 }
 
-TEST_F(SingleFileWizardTest, AnUnknownTypeGives2AndIsTold) {
+TEST_F(SingleFileWizardTest, AnUnknownTypeGives2AndIsReported) {
   user_takes(u"C:\\a.foo");
   EXPECT_EQ(run(), 2);
   ASSERT_EQ(desktop.message_boxes.size(), 1u);
@@ -310,7 +310,7 @@ TEST_F(SingleFileWizardTest, CancellingBesideTheProgressIsACancelledRun) {
   }
 }
 
-TEST_F(SingleFileWizardTest, TheProgressTellsTheFile) {
+TEST_F(SingleFileWizardTest, TheProgressNamesTheFile) {
   Text told;
   person.on_open = [](Form&) {};
   K19FPWObj object;

@@ -103,7 +103,7 @@ TEST(ControlFlow, OfPhp) {
   for (const Case& c : cases) EXPECT_EQ(divides(c.block, Language::kUnknown), c.divides) << c.block;
 }
 
-TEST(ControlFlow, OfALanguageThatNobodyReadsIsNotKnown) {
+TEST(ControlFlow, AnUnreadLanguageIsUnknown) {
   EXPECT_FALSE(divides("<% if ($a) { %>", Language::kUnknown));
 }
 

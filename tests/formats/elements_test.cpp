@@ -7,7 +7,7 @@
 namespace kavo::html {
 namespace {
 
-TEST(ElementsTest, OneRowSaysWhatAnElementIsForTranslatorsAndForTheTree) {
+TEST(ElementsTest, OneRowDescribesAnElementForTranslatorsAndForTheTree) {
   EXPECT_EQ(find_element("TD").kind, ElementKind::kBreak);
   EXPECT_TRUE(has_trait(tag_of(name_hash("td")), kScopeBarrier));
   EXPECT_EQ(find_element("b").type, "bold");

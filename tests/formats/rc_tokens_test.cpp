@@ -75,7 +75,7 @@ TEST(RcTokens, EveryByteIsInOneTokenAtEverySplit) {
   }
 }
 
-TEST(RcTokens, TheSecondByteOfACharacterIsNoSyntax) {
+TEST(RcTokens, TheSecondByteOfACharacterIsNotSyntax) {
   const TextCoding japanese(932);
   const std::vector<std::string> expected = {"l\"\x94\x5C\"", "b ", "wa", "b ", "c// \x94\x5C", "b\n", "wb"};
   for (const std::size_t block : {1u, 2u, 3u, 50u})
@@ -110,7 +110,7 @@ struct MarkerCase {
   char before;
   std::size_t length;
 };
-TEST(RcLiterals, MarkersAreTold) {
+TEST(RcLiterals, MarkerLengths) {
   constexpr MarkerCase cases[] = {
       {"%d", 0, 2},       {"%-5.2lu x", 0, 7}, {"%%", 0, 2},      {"%I64d", 0, 5}, {"%*.*f", 0, 5},
       {"%1", 0, 2},       {"%1!d! x", 0, 5},   {"%12!s!", 0, 6},  {"%0", 0, 0},    {"% of", '5', 0},

@@ -126,7 +126,7 @@ TEST(ScriptLexer, AServersStringEndsWithItsBlockACommentDoesNot) {
   EXPECT_EQ(shown(lex(*php, "echo '}'")), "echo|s:}");
 }
 
-TEST(ScriptLexer, SecondBytesOfCharactersAreNoSyntax) {
+TEST(ScriptLexer, SecondBytesOfCharactersAreNotSyntax) {
   const TextCoding japanese(932);
   // The second byte of this character is that of a backslash.
   const std::string text = "\"\x95\x5C\" + 'a'";

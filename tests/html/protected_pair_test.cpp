@@ -53,12 +53,12 @@ class ProtectedPairTest : public testing::Test {
 
 TEST_F(ProtectedPairTest, NothingThere) { EXPECT_EQ(work(), u""); }
 
-TEST_F(ProtectedPairTest, WhatProtectionMadeIsOurs) {
+TEST_F(ProtectedPairTest, FilesMadeByProtectionMayBeReplaced) {
   protect();
   EXPECT_EQ(work(), u"");
 }
 
-TEST_F(ProtectedPairTest, WhatPreparationMadeIsOurs) {
+TEST_F(ProtectedPairTest, FilesMadeByPreparationMayBeReplaced) {
   protect();
   repair();
   EXPECT_EQ(work(), u"");

@@ -35,7 +35,7 @@ class ListTwin {
   EntryTable::Same same_;
 };
 
-TEST(EntryTable, AnswersAsAListScannedFromItsBeginning) {
+TEST(EntryTable, AgreesWithAListScannedFromItsBeginning) {
   for (const auto same : {EntryTable::Same::kName, EntryTable::Same::kNameAndText}) {
     EntryTable table(same);
     ListTwin twin(same);
@@ -58,7 +58,7 @@ TEST(EntryTable, AnswersAsAListScannedFromItsBeginning) {
   }
 }
 
-TEST(EntryTable, NameAndTextAreToldApartWhereverTheyMeet) {
+TEST(EntryTable, NameAndTextAreKeptApartWhereverTheyMeet) {
   EntryTable table(EntryTable::Same::kNameAndText);
   EXPECT_EQ(table.add("ab", "c"), EntryTable::Added::kNew);
   EXPECT_EQ(table.add("a", "bc"), EntryTable::Added::kNew);

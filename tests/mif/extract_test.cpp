@@ -290,7 +290,7 @@ TEST_F(ExtractTest, AFullTableSaysSoOnceAndResultsSaturate) {
   EXPECT_EQ(index_rows().size(), 32768u);
 }
 
-TEST_F(ExtractTest, EveryTableTellsThatItIsFull) {
+TEST_F(ExtractTest, EveryTableReportsThatItIsFull) {
   std::string document = "<XRefFormats ";
   for (int i = 0; i < 32769; ++i) document += "<XRefName `n'><XRefDef `" + std::to_string(i) + "'>";
   document += "><VariableFormats ";

@@ -99,7 +99,7 @@ TEST_F(MergeTest, HexadecimalTabsBecomeShortOnesInNumberFormats) {
             "<VariableFormats <VariableName `V'> <VariableDef `\\x09 V'>>");
 }
 
-TEST_F(MergeTest, ATrailByteBackslashIsNoTabEscape) {
+TEST_F(MergeTest, ATrailByteBackslashIsNotATabEscape) {
   const auto code_page = make_code_page("932");
   ports().code_page = code_page.get();
   put_empty_side_files();

@@ -263,7 +263,7 @@ TEST_F(ObjectsTest, PlaceholdersInAnyOrderAreFound) {
   }
 }
 
-TEST_F(ObjectsTest, OfSeveralObjectsWithOneNumberTheNextIsTaken) {
+TEST_F(ObjectsTest, TheNextOfSeveralObjectsWithOneNumberIsTaken) {
   const std::string objects =
       "<KAVOObj 1>\r\n=A\r\n=EndInset\r\n<KAVOObj 2>\r\n=B\r\n=EndInset\r\n<KAVOObj 1>\r\n=C\r\n=EndInset\r\n";
   EXPECT_EQ(inserted("<KAVOObj 2>\r\n<KAVOObj 1>\r\n<KAVOObj 1>\r\n", objects),

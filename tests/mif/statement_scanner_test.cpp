@@ -119,7 +119,7 @@ TEST_F(StatementScannerTest, AnythingCutAtEveryPlaceAroundTheBlockBoundaryIsFoun
   }
 }
 
-TEST_F(StatementScannerTest, AnswersAsTheTwinOnGeneratedFiles) {
+TEST_F(StatementScannerTest, AgreesWithTheTwinOnGeneratedFiles) {
   constexpr std::string_view parts[] = {"<Marker ",
                                         "<Pgf ",
                                         "<XRefFormats ",
@@ -167,7 +167,7 @@ TEST_F(StatementScannerTest, AnswersAsTheTwinOnGeneratedFiles) {
   }
 }
 
-TEST_F(StatementScannerTest, AnswersAsTheTwinOnRealFiles) {
+TEST_F(StatementScannerTest, AgreesWithTheTwinOnRealFiles) {
   const auto paths = corpus_files(u"mif", {u"mif"});
   if (paths.empty()) GTEST_SKIP() << kNoCorpus;
   for (const std::u16string& path : paths) {

@@ -49,7 +49,7 @@ TEST(ValueTest, NumbersThatDoNotFit) {
     EXPECT_EQ(failure_number([&] { as_number(value); }), 6);
 }
 
-TEST(ValueTest, WhatIsNoNumber) {
+TEST(ValueTest, RefusesTextsThatAreNotNumbers) {
   for (const Value& value : {text(u""), text(u"x"), text(u"1 2"), text(u"1x"), text(u"+-1"), text(u"inf"), text(u"nan"),
                              text(u"--1"), text(u"True"), Value(Omitted{}), Value(ObjectRef())})
     EXPECT_EQ(failure_number([&] { as_number(value); }), 13);

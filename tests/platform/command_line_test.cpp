@@ -52,7 +52,7 @@ TEST(CommandLine, PlainArgumentsStayWithoutQuotes) {
   EXPECT_EQ(joined_command_line(u"editor", arguments), u"\"editor\" -n /m:C:\\m.tmx \"a b\"");
 }
 
-TEST(CommandLine, WhatNoLineCanSayIsRefused) {
+TEST(CommandLine, ATextThatNoCommandLineCanHoldIsRefused) {
   const struct {
     const char* name;
     std::u16string_view program;

@@ -194,7 +194,7 @@ TEST_P(FilesTest, MissingFileAndMissingFolderHaveDifferentNumbers) {
   EXPECT_EQ(failure_number([&] { files().set_read_only(path(u"missing.txt"), true); }), 53);
 }
 
-TEST_P(FilesTest, FolderIsNoFile) {
+TEST_P(FilesTest, AFolderIsNotAFile) {
   make_folder(u"folder");
   EXPECT_EQ(open_failure(u"folder", Access::kRead), 75);
   EXPECT_EQ(open_failure(u"folder", Access::kCreate), 75);
@@ -202,7 +202,7 @@ TEST_P(FilesTest, FolderIsNoFile) {
   EXPECT_TRUE(files().info(path(u"folder")));
 }
 
-TEST_P(FilesTest, FileIsNoFolder) {
+TEST_P(FilesTest, AFileIsNotAFolder) {
   write(u"a.txt", "x");
   EXPECT_EQ(open_failure(u"a.txt\\b.txt", Access::kRead), 76);
   EXPECT_EQ(open_failure(u"a.txt\\b.txt", Access::kCreate), 76);
@@ -473,7 +473,7 @@ TEST(HostPathTest, FilesWithHostOnlyNamesCanBeUsed) {
   EXPECT_EQ(temp.entry_count(), 0u);
 }
 
-TEST(HostPathTest, ExactNameWinsOverOneOfAnotherCase) {
+TEST(HostPathTest, TheExactNameWinsOverAnotherCase) {
   if (!is_native()) GTEST_SKIP() << "only the native host can hold both";
   const TempFolder temp;
   temp.write(u"a.txt", "lower");

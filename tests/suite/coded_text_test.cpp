@@ -43,7 +43,7 @@ TEST(CodedText, HostsSeeTagsAndGiveThemBack) {
   }
 }
 
-TEST(CodedText, WhatIsNoTagIsRefused) {
+TEST(CodedText, ATextThatIsNotATagIsRefused) {
   for (const char16_t* text : {u"a<", u"<1", u"< 1>", u"<>", u"</>", u"</1/>", u"<a b>", u"<1<2>"})
     EXPECT_THROW(from_host_text(text), failure) << testing::PrintToString(text);
 }

@@ -76,7 +76,7 @@ TEST_F(DocumentSet, WithoutADocumentTheQuestionsRaise) {
   EXPECT_THROW(object.get(u"SourceChanged"), failure);
 }
 
-TEST_F(DocumentSet, AMarkThatIsNoWordIsRefused) {
+TEST_F(DocumentSet, AMarkThatIsNotAWordIsRefused) {
   put(u"index_asp.txt", "One\n");
   put(u"index.asp", "One\n");
   for (const std::u16string_view mark : {u"a/b", u"..", u"a\nb"}) EXPECT_THROW(convert_in_set(mark), failure);

@@ -100,7 +100,7 @@ TEST_F(DocumentUpdateTest, KeepsLocks) {
   EXPECT_EQ(units(), u"L One\nn Two\nn New\n");
 }
 
-TEST_F(DocumentUpdateTest, TellsWhetherAnythingHasChanged) {
+TEST_F(DocumentUpdateTest, ReportsWhetherAnythingHasChanged) {
   const struct {
     const char* name;
     const char* page;
@@ -152,7 +152,7 @@ TEST_F(DocumentUpdateTest, ATextWhoseTranslationsDisagreeIsForReviewWithAllOfThe
       << xml;
 }
 
-TEST_F(DocumentUpdateTest, WhatWasRemovedIsLookedUpLast) {
+TEST_F(DocumentUpdateTest, RemovedTextsAreLookedUpLast) {
   translate("<p>Two</p>");
   known.removed_.add("Home", "Removed", true);
   known.removed_.add("Back again", "De retour", true);
@@ -222,7 +222,7 @@ TEST_F(DocumentUpdateTest, ACodeThatMustComeBackIsPutBehindTheText) {
   EXPECT_EQ(rebuild(tud, road).find("<p>Cher client"), 0u) << rebuild(tud, road);
 }
 
-TEST_F(DocumentUpdateTest, WhatCannotBeRebuiltIsOnlyOffered) {
+TEST_F(DocumentUpdateTest, TextsThatCannotBeRebuiltAreOnlyOffered) {
   // A character that the document's code page does not have, and text files have no other way to write.
   Road latin{u"K19TXT", 1252};
   put(u"t.txt", "The first line of this text\n");

@@ -100,7 +100,7 @@ TEST_F(EditorLauncherTest, WithoutOneForXliffWhateverOpensTheDocument) {
   EXPECT_EQ(shell.opened, (std::vector<Opened>{{kDocument, u""}}));
 }
 
-TEST_F(EditorLauncherTest, WhatCannotBeStartedIsAFailure) {
+TEST_F(EditorLauncherTest, AProgramThatCannotBeStartedIsAFailure) {
   EXPECT_THROW(start_editor({u"C:\\work\\missing.tud", u""}), failure);
   EXPECT_THROW(start_editor({}), failure);
   EXPECT_TRUE(shell.opened_as.empty());

@@ -39,7 +39,7 @@ TEST(FilterOptionTable, TheDocumentationHasTheSameRows) {
   EXPECT_EQ(documented, expected);
 }
 
-TEST(FilterOptionTable, WhatIsWrongIsSaid) {
+TEST(FilterOptionTable, ErrorsAreReported) {
   const struct {
     const char* key;
     const char* value;

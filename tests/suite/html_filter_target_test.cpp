@@ -18,7 +18,7 @@ std::u16string to_x(std::u16string text) {
   return text;
 }
 
-TEST_F(HtmlFilterTest, ThePageTellsItsCoding) {
+TEST_F(HtmlFilterTest, ThePageDeclaresItsCoding) {
   const struct {
     const char* name;
     std::string_view page;

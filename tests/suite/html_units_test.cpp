@@ -120,7 +120,7 @@ TEST_F(HtmlUnits, ElementsNamesAndComments) {
   }
 }
 
-TEST_F(HtmlUnits, WhatIsNoNameAndNoComment) {
+TEST_F(HtmlUnits, SomeIdsAndCommentsAreNotNames) {
   const struct {
     const char* name;
     const char* page;

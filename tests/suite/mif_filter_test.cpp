@@ -331,7 +331,7 @@ TEST_F(MifFilterTest, PlacesOfSegments) {
   }
 }
 
-TEST_F(MifFilterTest, TheVersionTellsTheCoding) {
+TEST_F(MifFilterTest, TheVersionDecidesTheCoding) {
   const struct {
     const char* name;
     std::string document;

@@ -73,7 +73,7 @@ TEST_F(MifPagesTest, TheOptionNamesTheKindsOfPages) {
             u"\"margin\" is no kind of page: body, master, reference or hidden");
 }
 
-TEST_F(MifPagesTest, TheNoteTellsWhyATextIsLocked) {
+TEST_F(MifPagesTest, TheNoteSaysWhyATextIsLocked) {
   put(u"a.mif", kDocument);
   EXPECT_NE(files.get(convert(u"a.mif", mif_road()))
                 .find("<note>The text stands on a hidden page: it is translated when the option mif.page-types names"),

@@ -129,7 +129,7 @@ TEST_F(RcFilterTargetTest, AScriptWithoutTheSourceLanguageIsRefused) {
             u"language");
 }
 
-TEST_F(RcFilterTargetTest, WhatIsLeftAloneIsCounted) {
+TEST_F(RcFilterTargetTest, TextsLeftAloneAreCounted) {
   convert_to(
       "A ACCELERATORS { \"a\", 1 }\nB ACCELERATORS { \"a\", 1 }\nC RCDATA { \"x\" }\nD \"OWN\" { 1 }\nE DLGINIT { 1 }\n"
       "LANGUAGE 9,1\nSTRINGTABLE { 1 \"a\" }\nLANGUAGE 7,1\nSTRINGTABLE { 1 \"a\" 2 \"b\" }\n",

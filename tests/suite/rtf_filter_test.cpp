@@ -188,7 +188,7 @@ TEST_F(RtfFilterCases, Codes) {
   for (const Case& c : kCodes) check(c);
 }
 
-TEST_F(RtfFilterTest, WhatIsNotRtfIsRefused) {
+TEST_F(RtfFilterTest, OtherFormatsAreRefused) {
   put(u"a.rtf", "x {\\rtf1 a}");
   const auto refusal = failure_of([&] { convert(u"a.rtf", rtf_road()); });
   ASSERT_TRUE(refusal);

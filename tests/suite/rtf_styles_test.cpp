@@ -52,14 +52,14 @@ TEST_F(RtfStylesTest, AnExcludedTextInALineComesBackInATranslation) {
             kStyles + "\\pard Jetzt {\\cs16 Enter}!\\par}");
 }
 
-TEST_F(RtfStylesTest, ASegmentTellsTheDestinationThatItStandsIn) {
+TEST_F(RtfStylesTest, ASegmentNamesTheDestinationThatItStandsIn) {
   put(u"a.rtf", "{\\rtf1{\\info{\\title T}}{\\headerl H\\par}\\pard a{\\footnote F}b\\par}");
   const std::string tud = files.get(convert(u"a.rtf", rtf_road()));
   for (const char* element : {"title", "headerl", "footnote"})
     EXPECT_NE(tud.find("\"element\">" + std::string(element) + "</context>"), std::string::npos) << tud;
 }
 
-TEST_F(RtfStylesTest, OfTwoVariantsTheUnicodeOneIsOffered) {
+TEST_F(RtfStylesTest, TheUnicodeVariantOfTwoIsOffered) {
   const std::string document =
       "{\\rtf1\\ansi{\\info{\\upr{\\title ?x}{\\*\\ud{\\title \\u1046?x}}}}\\pard "
       "{\\upr{\\xe{a}}{\\*\\ud{\\xe{b}}}}c\\par}";

@@ -91,7 +91,7 @@ constexpr Case kCases[] = {
     {"its quote", Language::kUnknown, R"(<% print "[[a=>b" c]]"; $x = 'y'; %>)", "segment 1"},
 };
 
-TEST(ScriptProof, RefusesWhatIsNoLongerTheScript) {
+TEST(ScriptProof, RefusesAChangedScript) {
   for (const Case& row : kCases) {
     const std::string file = "\r\n<!-- ASP2HTML 1 -->\r\n<% x = 1 %>\r\n<!-- ASP2HTML 2 Q -->\r\n" +
                              std::string(row.script) + "\r\n<!-- ASP2HTML 3 -->\r\n<% y = 2 %>\r\n";

@@ -152,7 +152,7 @@ TEST_F(TextParagraphsTest, FilledLinesAreFoundByThemselves) {
       << "code";
 }
 
-TEST_F(TextParagraphsTest, LinesThatNobodyFilledStayLines) {
+TEST_F(TextParagraphsTest, LinesThatAreNotFilledStayLines) {
   for (const std::string_view document :
        {"Field one,Field two,Field three,Field four,Field five\nValue one,Value,Value,Value,Value\n"sv,
         "The quick brown fox jumps over the lazy dog at noon.\nThen it sleeps.\nThe dog is not amused, but says "
@@ -165,7 +165,7 @@ TEST_F(TextParagraphsTest, LinesThatNobodyFilledStayLines) {
     EXPECT_EQ(texts_of(document, "auto"), texts_of(document, "lines")) << document;
 }
 
-TEST_F(TextParagraphsTest, AWordThatIsNoneIsRefused) {
+TEST_F(TextParagraphsTest, AnUnknownWordIsRefused) {
   put(u"a.txt", "a");
   EXPECT_EQ(reason_of([&] { convert(u"a.txt", text_road("pages")); }),
             u"\"pages\" says nothing about the paragraphs of texts: lines, blank or auto");

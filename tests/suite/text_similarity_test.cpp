@@ -72,7 +72,7 @@ TEST(TextSimilarity, StopsAtItsBudget) {
   EXPECT_EQ(similarity(a, edited, budget), 99);
 }
 
-TEST(TextMemory, FindsTextsAndTellsTheirTranslationsApart) {
+TEST(TextMemory, FindsTextsAndKeepsTheirTranslationsApart) {
   TextMemory memory(TextUnits::kWords);
   memory.add("Home", "Accueil", true);
   memory.add("Home", "Maison", true);

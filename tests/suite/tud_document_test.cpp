@@ -157,7 +157,7 @@ TEST_F(TudTest, PrefixesAndMissingNamespacesAreRead) {
             1u);
 }
 
-TEST_F(TudTest, WhatIsNoBilingualDocumentIsRefused) {
+TEST_F(TudTest, OtherFilesThanBilingualDocumentsAreRefused) {
   const auto refusal = [&](std::string_view bytes) { return reason_of([&] { open(bytes); }); };
   EXPECT_NE(refusal("<html/>").find(u"no XLIFF"), std::u16string::npos);
   EXPECT_NE(refusal("<xliff xmlns='urn:oasis:names:tc:xliff:document:2.0'/>").find(u"no XLIFF 1"),

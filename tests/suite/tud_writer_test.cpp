@@ -26,7 +26,7 @@ class TudWriter : public testing::Test {
   TudHeader header;
 };
 
-TEST_F(TudWriter, TellsWhereItsAuthorFindsAText) {
+TEST_F(TudWriter, NamesThePlaceWhereTheAuthorFindsAText) {
   struct Case {
     const char* name;
     const char* original;

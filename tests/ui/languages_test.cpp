@@ -94,7 +94,7 @@ TEST_F(LanguagesTest, ACountThatFailsLeavesTheOtherTable) {
   EXPECT_EQ(languages.CodePageCount(), 2);
 }
 
-TEST_F(LanguagesTest, IndicesOutsideTheTableGiveEmptyAnswers) {
+TEST_F(LanguagesTest, IndicesOutsideTheTableGiveEmptyTexts) {
   source(five_languages(), three_code_pages());
   const clsLanguages languages;
   for (const std::int32_t outside : {-1, languages.LanguageCount() + 1, INT32_MIN, INT32_MAX}) {
@@ -116,7 +116,7 @@ TEST_F(LanguagesTest, ADefaultCodePageThatIsNotListedHasNoIndex) {
   EXPECT_EQ(languages.LanguageCodePage(1), 0);
 }
 
-TEST_F(LanguagesTest, OfTwoCodePagesWithOneNumberTheLowerIndexIsTaken) {
+TEST_F(LanguagesTest, TheLowerIndexCountsWhenTwoCodePagesHaveOneNumber) {
   source({{u"Danish", u"DA", 1252}}, {{u"A", u"a", 1250}, {u"B", u"b", 1252}, {u"C", u"c", 1252}});
   EXPECT_EQ(clsLanguages().LanguageCodePage(0), 1);
 }

@@ -62,7 +62,7 @@ TEST_F(SetLanguageTest, AnySettingButNShowsTheCharacterSet) {
   }
 }
 
-TEST_F(SetLanguageTest, OkAndCancelAreTold) {
+TEST_F(SetLanguageTest, OkAndCancelAreReported) {
   FakePresenter person;
   person.next<frmSetLanguage>([](frmSetLanguage& form) { form.cmdOK.Click(); });
   frmSetLanguage form;

@@ -137,7 +137,7 @@ TEST_F(WizardTest, MemoriesComeFromTheSuitesComponent) {
   EXPECT_EQ(form.TM(), u"");
 }
 
-TEST_F(WizardTest, AMemoryThatFailsIsTold) {
+TEST_F(WizardTest, AMemoryThatFailsIsReported) {
   memories.fails = true;
   frmWizard form(services);
   form.cmdOpen.Click();
@@ -146,7 +146,7 @@ TEST_F(WizardTest, AMemoryThatFailsIsTold) {
   EXPECT_EQ(desktop.message_boxes[0].text, u"The table cannot be read");
 }
 
-TEST_F(WizardTest, AnInterruptionAtTheMemorysQuestionIsNoFailure) {
+TEST_F(WizardTest, AnInterruptionAtTheMemorysQuestionIsNotAFailure) {
   memories.is_interrupted = true;
   frmWizard form(services);
   EXPECT_THROW(form.cmdOpen.Click(), interruption);
@@ -312,7 +312,7 @@ TEST_F(WizardTest, TheEditorButtonStartsTheEditorAndCancels) {
   EXPECT_EQ(shell.started, (std::vector<FakeShell::Words>{{program_folder() + u"\\KAVO.EXE", u"NW"}}));
 }
 
-TEST_F(WizardTest, AnEditorThatCannotBeStartedIsToldAndTheFormStays) {
+TEST_F(WizardTest, AnEditorThatCannotBeStartedIsReportedAndTheFormStays) {
   shell.can_start = false;
   frmWizard form(services);
   person.next<frmWizard>([](frmWizard& shown) {

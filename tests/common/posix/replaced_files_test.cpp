@@ -162,12 +162,12 @@ TEST_F(ReplacedFilesTest, APipeIsNotReplaced) {
   EXPECT_EQ(folder.entry_count(), 2u);
 }
 
-TEST_F(ReplacedFilesTest, APipeIsNoDocument) {
+TEST_F(ReplacedFilesTest, APipeIsNotADocument) {
   ASSERT_EQ(::mkfifo(host(u"pipe").c_str(), 0600), 0);
   EXPECT_THROW(BlockReader(folder.path(u"pipe")), failure) << "at once, without waiting for a writer";
 }
 
-TEST_F(ReplacedFilesTest, WhatOthersMayNotReadTheyMayNotReadWhileItIsWritten) {
+TEST_F(ReplacedFilesTest, AFileThatIsBeingWrittenIsAsPrivateAsItsTarget) {
   folder.write(u"page.htm", "old");
   ASSERT_EQ(::chmod(host(u"page.htm").c_str(), 0600), 0);
   const PendingFile file(folder.path(u"page.htm"));

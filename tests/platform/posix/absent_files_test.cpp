@@ -22,7 +22,7 @@ TEST(AbsentFiles, NamesWithoutAFileOrBelowAFileAreAbsent) {
 }
 
 // A link that leads to itself stands for every entry that the system refuses to look at.
-TEST(AbsentFiles, WhatCannotBeLookedAtIsAnError) {
+TEST(AbsentFiles, AnUnreadablePathIsAnError) {
   const TempFolder folder;
   std::filesystem::create_symlink("loop", to_filesystem_path(folder.path(u"loop")));
   for (const auto* name : {u"loop", u"loop\\a.txt"}) {

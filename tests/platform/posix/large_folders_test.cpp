@@ -106,7 +106,7 @@ TEST_F(LargeFolder, AFolderThatTookTheNameOfAnotherIsNotTakenForIt) {
   EXPECT_EQ(resolve(path_from_host(host("c/here"))), host("c/HERE"));
 }
 
-TEST_F(LargeFolder, LostNotesAndManyFoldersAreNoHarm) {
+TEST_F(LargeFolder, LostNotesAndManyFoldersDoNoHarm) {
   EXPECT_EQ(found("late"), "");
   // More notes than the system keeps.
   for (int i = 0; i < 9000; ++i) {

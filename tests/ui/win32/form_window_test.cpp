@@ -339,7 +339,7 @@ std::u16string accessible_name(HWND window) {
 }
 
 // Lists are not asked: Wine's reader of names does not know their labels.
-TEST(FormWindowTest, ScreenReadersAreToldTheNamesOfControls) {
+TEST(FormWindowTest, ScreenReadersGetTheNamesOfControls) {
   SampleForm form;
   form.txtName.Text(u"typed");
   work(form, [&](const Dialog& dialog) {
