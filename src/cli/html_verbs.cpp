@@ -6,6 +6,7 @@
 #include "html/repair/clsHTMLValidate.h"
 #include "html/scripts/clsASP2HTML.h"
 #include "platform/files.h"
+#include "platform/formatted.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"
 #include "workflow/page_guard.h"
@@ -105,11 +106,11 @@ class Validate final : public Verb {
   }
 
  private:
-  // The name for a further backup: the one that is there may be the only original. "" when there is none yet.
+  // A new name for a backup, because the existing one may be the only original. "" when there is no backup yet.
   static std::u16string name_beside_backup(const std::u16string& file) {
     const std::u16string first = file + u".bak";
     std::u16string name = first;
-    for (int number = 2; ports().files->info(name); ++number) name = first + to_utf16(std::to_string(number));
+    for (int number = 2; ports().files->info(name); ++number) name = formatted(u"{}{}", first, number);
     return name == first ? std::u16string() : name;
   }
   // A further backup is made only of a page that is changed.

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "platform/formatted.h"
+#include "platform/trimmed.h"
 #include "platform/unicode.h"
 
 namespace kavo {
@@ -21,10 +23,8 @@ std::u16string marker_list_of(std::string_view names) {
   std::u16string list;
   while (!names.empty()) {
     const std::size_t comma = std::min(names.find(','), names.size());
-    std::string_view name = names.substr(0, comma);
-    while (name.starts_with(' ')) name.remove_prefix(1);
-    while (name.ends_with(' ')) name.remove_suffix(1);
-    if (!name.empty()) (list += to_utf16(name)) += u'\t';
+    const std::string_view name = trimmed(names.substr(0, comma), " ");
+    if (!name.empty()) list += formatted(u"{}\t", name);
     names.remove_prefix(std::min(comma + 1, names.size()));
   }
   return list;

@@ -1,4 +1,4 @@
-// kavo prepare: documents prepared for translation and turned into bilingual documents.
+// kavo prepare: prepares documents and makes bilingual documents of them.
 #include <algorithm>
 #include <deque>
 #include <map>
@@ -23,6 +23,7 @@
 #include "platform/failure.h"
 #include "platform/files.h"
 #include "platform/fnv_hash.h"
+#include "platform/formatted.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"
 #include "suite/filters/filter_options.h"
@@ -34,7 +35,7 @@
 namespace kavo {
 namespace {
 
-// Prepares a document and converts what that produced.
+// Prepares a document and converts the files that this produces.
 class Prepare final : public Verb {
  public:
   void add_options(CLI::App& app) override {
@@ -129,7 +130,7 @@ class Prepare final : public Verb {
   Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
     if (const auto left_out = outcome_of_side_file(file)) return *left_out;
     const std::u16string document = planned(file).document;
-    // What stands beside a copy is compared with the state that the copy has now.
+    // The files beside a copy are compared with the copy's present state.
     const bool is_there = is_file(document);
     if (!overwrite_) {
       for (const std::u16string& target : targets_) refuse_others_side_files(document, target);
@@ -142,7 +143,7 @@ class Prepare final : public Verb {
       languages.push_back(languages_);
       languages.back().target = known.target_language();
       languages.back().target_code_page = target_code_page(known.target_language());
-      // What lies beside a document of ours was made of this source, too.
+      // Files beside a bilingual document were made of this source, too.
       languages.back().replaces_objects = overwrite_ || update.has_documents();
     }
     FolderRun run(document);
@@ -182,7 +183,7 @@ class Prepare final : public Verb {
       manifest_->save();
     }
     if (updated_ > 1) {
-      add_counts(outcome, total_, to_utf16(std::to_string(updated_)) + u" files updated: ");
+      add_counts(outcome, total_, formatted(u"{} files updated: ", updated_));
       outcome.details["update"]["files"] = updated_;
     }
     if (is_project_) {
@@ -195,7 +196,7 @@ class Prepare final : public Verb {
   }
 
  private:
-  // False when everything is as it was, in all languages: their documents come from one preparation.
+  // False when nothing has changed in any language: their documents come from one preparation.
   bool take_over(std::deque<SetUpdate>& updates, const std::vector<ConvertedDocument>& converted, Outcome& outcome) {
     bool is_unchanged = true;
     for (std::size_t i = 0; i < updates.size(); ++i)
@@ -331,7 +332,7 @@ class Prepare final : public Verb {
     bring_source(own, overwrite_);
   }
 
-  // Throws `failure` 58 for side files' documents that another MIF document of the folder needs for its way back.
+  // Throws `failure` 58 if another MIF document of the folder needs the side files' documents to be rebuilt.
   void refuse_others_side_files(const std::u16string& document, const std::u16string& target) const {
     const std::vector<std::u16string> own = bilingual_documents_of(document, target);
     if (FileTypeOf(document) != kMifDocument || !ports().files->info(own[1])) return;

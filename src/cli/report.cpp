@@ -7,6 +7,7 @@
 #include "common/file_type.h"
 #include "html/repair/clsHTMLValidate.h"
 #include "platform/files.h"
+#include "platform/formatted.h"
 #include "platform/unicode.h"
 
 namespace kavo {
@@ -46,7 +47,7 @@ void add_repairs(nlohmann::ordered_json& details, const MessageList& repairs, co
 void Report::add(const std::string& file, const Outcome& outcome, double seconds) {
   const bool failed = outcome.ending == Outcome::kFailed;
   any_failed_ = any_failed_ || failed;
-  // What ends a batch has no name, and is none of the files that are counted.
+  // The outcome of a whole batch has no name and is not counted as a file.
   if (!file.empty()) ++count_;
   if (failed && !file.empty())
     failed_.push_back(
@@ -91,8 +92,7 @@ void Report::print_text(const std::string& file, const Outcome& outcome) {
   std::string results;
   for (const ProducedName& produced : outcome.produced) {
     results += path_to_host(produced.path);
-    if (produced.type >= 0)
-      ((results += '\t' + std::to_string(produced.type)) += '\t') += file_type_row(produced.type).label;
+    if (produced.type >= 0) results += formatted("\t{}\t{}", produced.type, file_type_row(produced.type).label);
     results += '\n';
   }
   for (const std::string& line : outcome.lines) (results += line) += '\n';
@@ -101,7 +101,7 @@ void Report::print_text(const std::string& file, const Outcome& outcome) {
 
 ExitCode Report::finish() {
   if (!failed_.empty() && count_ > 1) {
-    print_error("kavo: " + std::to_string(failed_.size()) + " of " + std::to_string(count_) + " files failed:");
+    print_error(formatted("kavo: {} of {} files failed:", failed_.size(), count_));
     for (const Failed& failed : failed_)
       print_error("  " + failed.file + (failed.reason.empty() ? "" : ": " + failed.reason));
   }

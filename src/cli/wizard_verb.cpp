@@ -1,8 +1,9 @@
-// kavo wizard: asks for the document, the memory and the languages, then prepares and converts the document. Beside it
-// what the wizard's editor button starts.
+// kavo wizard: asks for the document, the memory and the languages, then prepares and converts the document. Also the
+// verb that the wizard's editor button starts.
 #include <functional>
 
 #include "cli/verb.h"
+#include "common/path_parts.h"
 #include "driver/K19FPWObj.h"
 #include "platform/failure.h"
 #include "platform/files.h"
@@ -27,7 +28,7 @@ class Wizard final : public Verb {
   void start() override {
     form_presenter(&system_presenter());
     driver_.emplace();
-    // What failed is an outcome of the command; no message box tells it a second time.
+    // The command reports a failure as its outcome, so no message box repeats it.
     driver_->QuietMode(1);
   }
   Outcome run(const std::u16string&, const ProgressEvent::Handler& progress) override {
@@ -36,7 +37,7 @@ class Wizard final : public Verb {
       throw failure(FailureNumber::kFileNotFound, to_utf16(file_ + ": there is no such file"));
     Outcome outcome;
     const auto show = [&](TextRow step, std::u16string_view name, int percent) {
-      tell_step(to_utf8(step.text) + ' ' + to_utf8(name.substr(name.rfind(u'\\') + 1)));
+      tell_step(to_utf8(step.text) + ' ' + to_utf8(file_name_of(name)));
       progress(static_cast<std::int16_t>(percent));
     };
     driver_->observe({std::bind_front(show, text::kPreparing),
@@ -57,8 +58,8 @@ class Wizard final : public Verb {
   std::optional<K19FPWObj> driver_;
 };
 
-// The editor alone. The button starts the command with this name; nobody is meant to type it. It was pressed in a
-// window, so what failed is told in one: a console would be gone before it can be read.
+// Starts only the editor. The wizard's button uses this verb; people do not type it. A failure is shown in a window,
+// because a console would close before it can be read.
 class NewWork final : public Verb {
  public:
   Outcome run(const std::u16string&, const ProgressEvent::Handler&) override {

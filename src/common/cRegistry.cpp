@@ -6,6 +6,7 @@
 
 #include "common/registry_text.h"
 #include "platform/failure.h"
+#include "platform/formatted.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"
 
@@ -18,7 +19,7 @@ namespace {
 
 std::u16string as_string(const cRegistry::Variant& value) {
   if (const auto* text = std::get_if<std::u16string>(&value)) return *text;
-  if (const auto* number = std::get_if<std::int32_t>(&value)) return to_utf16(std::to_string(*number));
+  if (const auto* number = std::get_if<std::int32_t>(&value)) return formatted(u"{}", *number);
   mismatch();
 }
 
@@ -148,7 +149,7 @@ void cRegistry::CreateEXEAssociation(std::u16string_view executable, std::u16str
   const auto add_verb = [&](std::u16string_view verb, std::u16string_view text, std::u16string_view option) {
     const std::u16string key = name + u"\\shell\\" + std::u16string(verb);
     SetClassValue(key, text);
-    SetClassValue(key + u"\\command", program + std::u16string(option) + u" \"%1\"");
+    SetClassValue(key + u"\\command", formatted(u"{}{} \"%1\"", program, option));
   };
   SetClassValue(u"." + std::u16string(extension), name);
   SetClassValue(name, description);
@@ -156,7 +157,7 @@ void cRegistry::CreateEXEAssociation(std::u16string_view executable, std::u16str
   if (print) add_verb(u"print", text_or(print_text, u"&Print"), u" /p");
   if (install) add_verb(u"add", text_or(install_text, u"&Install " + std::u16string(extension)), u" /a");
   if (add_new) add_verb(u"new", text_or(new_text, u"&New"), u" /n");
-  SetClassValue(name + u"\\DefaultIcon", program + u"," + to_utf16(std::to_string(icon_index)));
+  SetClassValue(name + u"\\DefaultIcon", formatted(u"{},{}", program, icon_index));
 }
 
 void cRegistry::CreateAdditionalEXEAssociations(std::u16string_view class_name, std::span<const Verb> verbs) const {

@@ -8,6 +8,7 @@
 #include "common/path_parts.h"
 #include "common/pending_file.h"
 #include "platform/failure.h"
+#include "platform/formatted.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"
 #include "resources/string_table.h"
@@ -91,10 +92,10 @@ std::optional<std::u16string> clsCommon::GetKeyValue(std::uint32_t hive, std::u1
   registry.SectionKey(path);
   registry.ValueKey(name);
   const cRegistry::Variant value = registry.Value();
-  if (const auto* number = std::get_if<std::int32_t>(&value)) return to_utf16(std::to_string(*number));
+  if (const auto* number = std::get_if<std::int32_t>(&value)) return formatted(u"{}", *number);
   const auto* text = std::get_if<std::u16string>(&value);
   if (text == nullptr) return std::nullopt;
-  if (const auto number = hexadecimal_number(*text)) return to_utf16(std::to_string(*number));
+  if (const auto number = hexadecimal_number(*text)) return formatted(u"{}", *number);
   return *text;
 }
 
@@ -176,7 +177,8 @@ std::u16string clsCommon::FormatString(std::u16string_view format, std::span<con
     std::size_t rounds_left = 8 * (text.size() + value.size());
     for (std::size_t at; (at = text.find(placeholder)) != std::u16string::npos; --rounds_left) {
       if (rounds_left == 0 || value.find(placeholder) != std::u16string::npos)
-        throw failure(FailureNumber::kInvalidCall, u"The value for " + placeholder + u" brings back its placeholder");
+        throw failure(FailureNumber::kInvalidCall,
+                      formatted(u"The value for {} brings back its placeholder", placeholder));
       text.replace(at, placeholder.size(), value);
     }
   }

@@ -5,6 +5,7 @@
 #include "common/file_type.h"
 #include "common/path_parts.h"
 #include "platform/case_fold.h"
+#include "platform/formatted.h"
 #include "platform/unicode.h"
 
 namespace kavo {
@@ -108,7 +109,7 @@ std::u16string office_name_of(std::u16string_view xml_file) {
 }
 
 std::u16string aside_name_of(std::u16string_view path, int number) {
-  return std::u16string(path) + u".kavo-old" + (number > 1 ? to_utf16(std::to_string(number)) : u"");
+  return number > 1 ? formatted(u"{}.kavo-old{}", path, number) : formatted(u"{}.kavo-old", path);
 }
 
 }  // namespace kavo

@@ -10,29 +10,17 @@
 #include "common/path_parts.h"
 #include "common/pending_file.h"
 #include "common/run_journal.h"
+#include "common/run_recovery.h"
+#include "common/scratch_names.h"
 #include "common/staged_files.h"
 #include "platform/case_fold.h"
 #include "platform/failure.h"
+#include "platform/formatted.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"
 
 namespace kavo {
 namespace {
-
-constexpr double kLongestWait = 60;     // seconds for another run
-constexpr double kBetweenLooks = 0.02;  // seconds
-constexpr double kSilentWait = 1;       // seconds before the wait is reported
-
-// The folder of a path, without "\" at its end unless it is a root.
-std::u16string parent_of(const std::u16string& path) {
-  const std::size_t end = path.rfind(u'\\');
-  const bool is_root = end == 0 || (end == 2 && path[1] == u':');
-  return path.substr(0, is_root ? end + 1 : end);
-}
-
-std::u16string in_folder(const std::u16string& folder, std::u16string_view name) {
-  return folder + (folder.ends_with(u'\\') ? u"" : u"\\") + std::u16string(name);
-}
 
 std::u16string text_of(const std::u16string& path) { return to_utf16(path_to_host(path)); }
 
@@ -85,87 +73,6 @@ void about(const std::u16string& path, Step&& step) {
     if (reason.description().find(file_name_of(path)) != std::u16string::npos) throw;
     throw failure(reason.number(), text_of(path) + u": " + reason.description(), reason.source());
   }
-}
-
-std::unique_ptr<FileLock> lock_folder(FileSystem& files, const std::u16string& folder,
-                                      const FolderRun::Report& report) {
-  const double began = ports().clock->seconds();
-  for (bool reported = false;;) {
-    try {
-      return files.lock(folder);
-    } catch (const failure& reason) {
-      if (reason.is(FailureNumber::kFileNotFound) || reason.is(FailureNumber::kPathNotFound))
-        throw failure(FailureNumber::kPathNotFound, u"There is no folder " + text_of(folder));
-      if (!reason.is(FailureNumber::kPermissionDenied)) throw;
-      const double waited = ports().clock->seconds() - began;
-      if (waited > kLongestWait)
-        throw failure(FailureNumber::kPermissionDenied,
-                      text_of(folder) + u" cannot be locked (" + reason.description() +
-                          u"). If another run is working there, wait until it has finished; then try again");
-      if (waited > kSilentWait && !std::exchange(reported, true) && report)
-        report(u"Waiting for another run that works in " + text_of(folder));
-    }
-    ports().desktop->process_messages();
-    ports().clock->sleep(kBetweenLooks);
-  }
-}
-
-// Whether a folder that has the scratch folder's name, but no journal, may be the user's own: it contains a file that
-// no run leaves there before its first journal.
-bool holds_documents(FileSystem& files, const std::u16string& folder) {
-  return std::ranges::any_of(files.find(in_folder(folder, u"*")), [&](const std::u16string& name) {
-    const std::u16string path = in_folder(folder, name);
-    const auto info = files.info(path);
-    return info && (info->is_folder ? holds_documents(files, path) : name != u"journal.new");
-  });
-}
-
-// Finishes or undoes what a killed run began. Returns what was done, as a clause for people.
-std::u16string complete(FileSystem& files, const RunJournal& journal) {
-  std::u16string done = u"what it had written was removed, its documents are as they were before";
-  if (journal.state == RunJournal::State::kPlacing) {
-    for (const auto& change : journal.changes) place(files, change);
-    done = u"the documents that it had finished were put in place";
-  } else if (journal.state == RunJournal::State::kUndoing) {
-    for (const auto& change : journal.changes) undo(files, change);
-  }
-  for (const auto& each : journal.borrowed) give_back(files, each);
-  for (const auto& each : journal.temporary_files) remove_if_there(files, each);
-  return done;
-}
-
-// If a killed run left its scratch folder: finishes or undoes the run and removes the folder.
-void recover(FileSystem& files, const std::u16string& scratch, const FolderRun::Report& report) {
-  if (!files.info(scratch)) return;
-  std::optional<RunJournal> journal;
-  try {
-    journal = read_journal(files, scratch);
-  } catch (const failure& reason) {
-    if (!reason.is(FailureNumber::kFileNotFound))
-      throw failure(reason.number(),
-                    text_of(scratch) + u" was left by a run that was stopped, and its journal cannot be read (" +
-                        reason.description() + u"). Move this folder away and try again",
-                    reason.source());
-  }
-  const std::u16string stopped = u"A run in " + text_of(parent_of(scratch)) + u" was stopped before its end: ";
-  bool is_ours = true;
-  try {
-    is_ours = journal || !holds_documents(files, scratch);
-    if (is_ours) {
-      const std::u16string done = complete(files, journal.value_or(RunJournal()));
-      remove_tree(files, scratch);
-      if (report) report(stopped + done);
-    }
-  } catch (const failure& reason) {
-    throw failure(reason.number(),
-                  stopped + u"what it left could not be cleaned up (" + reason.description() +
-                      u"). The next run there tries again",
-                  reason.source());
-  }
-  if (!is_ours)
-    throw failure(FailureNumber::kFileAlreadyExists,
-                  text_of(scratch) + u" is in the way: this program needs a folder of this name for its own files. " +
-                      u"Move or rename yours and try again");
 }
 
 }  // namespace
@@ -308,9 +215,8 @@ class FolderRun::Work {
       return files_.identity(path).value_or(FileIdentity{}).volume;
     };
     if (volume(parent_of(entry.path)) != volume(folder_)) {
-      file = entry.path + u".kavo-new";
-      for (int number = 2; files_.info(file); ++number)
-        file = entry.path + u".kavo-new" + to_utf16(std::to_string(number));
+      file = new_name_of(entry.path, 1);
+      for (int number = 2; files_.info(file); ++number) file = new_name_of(entry.path, number);
       note_temporary_file(file);
       copy_real_file(files_, entry.scratch, file);
       files_.take_permissions(file, entry.scratch, Permissions::kAll);
@@ -366,8 +272,9 @@ class FolderRun::Work {
       // The folder stays with its journal, so that the next run can do what this one cannot.
       keeps_folder_ = true;
       if (report_)
-        report_(u"The documents in " + text_of(parent_of(folder_)) + u" could not be put back as they were (" +
-                text_of(reason) + u"). The next run there completes this");
+        report_(
+            formatted(u"The documents in {} could not be put back as they were ({}). The next run there completes this",
+                      text_of(parent_of(folder_)), text_of(reason)));
     }
   }
 
@@ -385,8 +292,8 @@ class FolderRun::Work {
   void report_leftover(const std::exception& reason) noexcept {
     try {
       if (report_)
-        report_(text_of(folder_) + u" could not be removed (" + text_of(reason) +
-                u"). The next run in this folder tries again");
+        report_(formatted(u"{} could not be removed ({}). The next run in this folder tries again", text_of(folder_),
+                          text_of(reason)));
     } catch (const std::exception&) {
       // There is no other way to report it.
     }

@@ -9,10 +9,11 @@
 // commits.
 #pragma once
 
-#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
+
+#include "common/run_recovery.h"
 
 namespace kavo {
 
@@ -24,7 +25,7 @@ class FolderRun {
   static constexpr std::u16string_view kScratchFolder = u".kavo-run";
   // Gets a sentence for the user: what became of a killed run, that this one waits for another, or what could not be
   // cleaned up.
-  using Report = std::function<void(const std::u16string& message)>;
+  using Report = RunReport;
 
   // Works in the folder of `document`. New files get the permissions of the document, which need not exist. Throws
   // `failure` 76 for a folder that does not exist, 70 when another run keeps it for longer than a minute, and any

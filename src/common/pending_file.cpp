@@ -3,22 +3,13 @@
 #include <utility>
 
 #include "common/block_reader.h"
+#include "common/scratch_names.h"
 #include "platform/failure.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"
 
 namespace kavo {
 namespace {
-
-// Names beside the target, drawn from the system's random source; the exclusive create settles any collision.
-std::u16string name_beside(std::u16string_view path) {
-  constexpr std::u16string_view digits = u"0123456789abcdef";
-  std::uint64_t random = ports().clock->seed();
-  std::u16string name(path);
-  name += u".kavo-";
-  for (int i = 0; i < 12; ++i, random >>= 4) name += digits[random & 15];
-  return name;
-}
 
 bool try_remove(std::u16string_view path) noexcept {
   try {
@@ -52,7 +43,7 @@ void make_read_only_again(std::u16string_view path) noexcept {
 
 PendingFile::PendingFile(std::u16string_view final_path) : final_path_(file_to_replace(final_path)) {
   for (int attempt = 1;; ++attempt) {
-    temporary_path_ = name_beside(final_path_);
+    temporary_path_ = scratch_name_beside(final_path_);
     try {
       open();
       return;

@@ -1,36 +1,25 @@
 #include "common/registry_text.h"
 
+#include "platform/utf16_bytes.h"
+
 namespace kavo {
 namespace {
 
-std::u16string all_units(const RegistryData& data) {
-  std::u16string units;
-  for (std::size_t i = 0; i + 1 < data.bytes.size(); i += 2) {
-    const auto low = static_cast<unsigned char>(data.bytes[i]);
-    const auto high = static_cast<unsigned char>(data.bytes[i + 1]);
-    units += static_cast<char16_t>(low | (high << 8));
-  }
-  return units;
-}
-
 void append_string(std::string& bytes, std::u16string_view text) {
-  for (const char16_t unit : text) {
-    bytes += static_cast<char>(unit & 0xFF);
-    bytes += static_cast<char>(unit >> 8);
-  }
+  append_utf16_bytes(bytes, text);
   bytes.append(2, '\0');
 }
 
 }  // namespace
 
 std::u16string registry_text(const RegistryData& data) {
-  std::u16string text = all_units(data);
+  std::u16string text = from_utf16_bytes(data.bytes);
   while (!text.empty() && text.back() == 0) text.pop_back();
   return text;
 }
 
 std::vector<std::u16string> registry_text_list(const RegistryData& data) {
-  const std::u16string units = all_units(data);
+  const std::u16string units = from_utf16_bytes(data.bytes);
   std::vector<std::u16string> texts;
   for (std::size_t begin = 0; begin < units.size();) {
     const std::size_t end = std::min(units.find(u'\0', begin), units.size());

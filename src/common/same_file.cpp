@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "common/path_parts.h"
 #include "platform/case_fold.h"
 #include "platform/ports.h"
 
@@ -17,12 +18,9 @@ bool is_same_file(std::u16string_view a, std::u16string_view b) {
   const std::u16string first_path = files.absolute(files.link_target(a));
   const std::u16string second_path = files.absolute(files.link_target(b));
   if (equal_ignoring_case(first_path, second_path)) return true;
-  const auto split = [](std::u16string_view path) { return path.rfind(u'\\') + 1; };
-  const std::u16string_view first_name = std::u16string_view(first_path).substr(split(first_path));
-  const std::u16string_view second_name = std::u16string_view(second_path).substr(split(second_path));
-  if (!equal_ignoring_case(first_name, second_name)) return false;
-  const auto first_folder = files.identity(std::u16string_view(first_path).substr(0, split(first_path)));
-  return first_folder && first_folder == files.identity(std::u16string_view(second_path).substr(0, split(second_path)));
+  if (!equal_ignoring_case(file_name_of(first_path), file_name_of(second_path))) return false;
+  const auto first_folder = files.identity(folder_of(first_path));
+  return first_folder && first_folder == files.identity(folder_of(second_path));
 }
 
 }  // namespace kavo

@@ -4,19 +4,19 @@
 #include <array>
 #include <utility>
 
+#include "common/path_parts.h"
 #include "common/work_folder_name.h"
 #include "platform/failure.h"
+#include "platform/formatted.h"
 #include "platform/unicode.h"
 #include "platform/wildcard.h"
 
 namespace kavo {
 namespace {
 
-std::size_t name_start(std::u16string_view path) { return path.rfind(u'\\') + 1; }
+std::u16string_view folder_part(std::u16string_view path) { return path.substr(0, folder_size_of(path)); }
 
-std::u16string_view folder_part(std::u16string_view path) { return path.substr(0, name_start(path)); }
-
-std::u16string_view name_part(std::u16string_view path) { return path.substr(name_start(path)); }
+std::u16string_view name_part(std::u16string_view path) { return path.substr(folder_size_of(path)); }
 
 bool lies_in(std::u16string_view path, std::u16string_view folder) {
   return path.size() > folder.size() && path[folder.size()] == u'\\' &&
@@ -80,7 +80,7 @@ void StagedFiles::give_back(std::u16string_view path) {
 
 std::u16string StagedFiles::scratch_path(std::u16string_view name) {
   for (std::size_t number = 1;; ++number) {
-    const std::u16string folder = folder_ + u'\\' + to_utf16(std::to_string(number));
+    const std::u16string folder = formatted(u"{}\\{}", folder_, number);
     std::u16string place = folder + u'\\' + std::u16string(name);
     if (!taken_.insert(place).second) continue;
     if (number > numbered_folders_) {

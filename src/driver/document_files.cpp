@@ -6,6 +6,7 @@
 #include "common/path_parts.h"
 #include "platform/case_fold.h"
 #include "platform/failure.h"
+#include "platform/formatted.h"
 #include "platform/ports.h"
 
 namespace kavo {
@@ -21,8 +22,9 @@ void refuse_twin(std::u16string_view path) {
   std::vector<std::u16string> found = ports().files->find(path);
   std::erase_if(found, [&](const std::u16string& other) { return !equal_ignoring_case(other, name); });
   if (found.size() < 2) return;
-  throw failure(FailureNumber::kFileAlreadyExists, u"The names " + found[0] + u" and " + found[1] +
-                                                       u" differ in letter case only; rename one of the files");
+  throw failure(
+      FailureNumber::kFileAlreadyExists,
+      formatted(u"The names {} and {} differ in letter case only; rename one of the files", found[0], found[1]));
 }
 
 }  // namespace kavo

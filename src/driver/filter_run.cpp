@@ -17,6 +17,7 @@
 #include "driver/tud_name.h"
 #include "platform/failure.h"
 #include "platform/fnv_hash.h"
+#include "platform/formatted.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"
 
@@ -41,7 +42,7 @@ std::u16string mark_of(std::span<const ProducedFile> files) {
   if (set.size() < 2 || !std::ranges::all_of(set, is_file)) return u"";
   std::uint64_t mark = kFnvSeed;
   for (const std::u16string& file : set) mark = fnv_add(mark, std::to_string(checksum_of_file(file)));
-  return to_utf16(std::to_string(mark));
+  return formatted(u"{}", mark);
 }
 
 // The documents of a preparation.

@@ -9,6 +9,7 @@
 #include "formats/script/language.h"
 #include "formats/text/text_coding.h"
 #include "platform/failure.h"
+#include "platform/formatted.h"
 #include "platform/unicode.h"
 
 namespace kavo {
@@ -54,8 +55,8 @@ void report(const std::u16string& page, unsigned code_page, const RunObserver& o
   const InvalidBytes invalid = invalid_bytes(reader, code_page);
   if (invalid.count == 0) return;
   const LinePlace place = LineIndex(page).place_of(invalid.first);
-  observer.tell({u"bytes that the page's coding, " + to_utf16(html::charset_name(code_page)) +
-                     u", does not have; they stay as they are: " + to_utf16(std::to_string(invalid.count)),
+  observer.tell({formatted(u"bytes that the page's coding, {}, does not have; they stay as they are: {}",
+                           html::charset_name(code_page), invalid.count),
                  0, place.line, place.column});
 }
 

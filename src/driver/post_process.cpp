@@ -24,6 +24,7 @@
 #include "office/office_converter.h"
 #include "office/rtf_insertion.h"
 #include "platform/failure.h"
+#include "platform/formatted.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"
 
@@ -145,9 +146,9 @@ void PostProcessing::MergeMIF() {
     observer_.tell_all(mif.ErrorList());
     if (const std::int64_t missing = mif.counts().not_found; merged && missing != 0)
       observer_.tell(
-          {u"Hidden texts (index entries, formats, variables) that no side file's document holds; they stay "
-           u"untranslated: " +
-           to_utf16(std::to_string(missing))});
+          {formatted(u"Hidden texts (index entries, formats, variables) that no side file's document holds; they stay "
+                     u"untranslated: {}",
+                     missing)});
     part.commit();
   }
   if (!merged) throw reported_failure();

@@ -7,6 +7,7 @@
 #include "formats/text/text_coding.h"
 #include "formats/text/utf16_mark.h"
 #include "platform/failure.h"
+#include "platform/formatted.h"
 #include "platform/unicode.h"
 
 namespace kavo {
@@ -14,9 +15,9 @@ namespace {
 
 [[noreturn]] void throw_invalid(std::u16string_view path, std::uint64_t position) {
   const LinePlace place = LineIndex(path).place_of(position);
-  throw failure(FailureNumber::kInvalidCall, std::u16string(file_name_of(path)) + u" (line " +
-                                                 to_utf16(std::to_string(place.line)) +
-                                                 u") holds bytes that are no UTF-16: save it as UTF-8 and try again");
+  throw failure(FailureNumber::kInvalidCall,
+                formatted(u"{} (line {}) holds bytes that are no UTF-16: save it as UTF-8 and try again",
+                          file_name_of(path), place.line));
 }
 
 // Writes a file in another coding; the mark is a character like others.

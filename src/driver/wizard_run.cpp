@@ -4,13 +4,14 @@
 
 #include "common/clsCommon.h"
 #include "common/file_type.h"
-#include "common/trimmed.h"
 #include "driver/document_files.h"
 #include "driver/filter_table.h"
 #include "driver/prepare_and_convert.h"
 #include "platform/failure.h"
+#include "platform/formatted.h"
 #include "platform/ports.h"
 #include "platform/program_folder.h"
+#include "platform/trimmed.h"
 #include "platform/unicode.h"
 #include "resources/string_table.h"
 #include "ui/frmProgress.h"
@@ -135,10 +136,8 @@ class WizardRun {
 
   // Reports what failed, where, why, and what to do.
   void tell(TextRow what, std::u16string_view where, std::u16string_view why, TextRow advice) const {
-    std::u16string text(what.text);
-    (text += u"\r\n") += to_utf16(path_to_host(where));
-    if (!why.empty()) (text += u"\r\n") += why;
-    (text += u"\r\n") += advice.text;
+    const std::u16string reason = why.empty() ? u"" : formatted(u"\r\n{}", why);
+    const std::u16string text = formatted(u"{}\r\n{}{}\r\n{}", what.text, path_to_host(where), reason, advice.text);
     observer_.tell({text});
     if (!request_.quiet)
       ports().desktop->message_box(clsCommon().SandR(text, u"\r\n", u"\r\n\r\n"), u"KAVO", MessageIcon::kExclamation);

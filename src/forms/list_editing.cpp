@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "common/clsCommon.h"
-#include "common/trimmed.h"
+#include "platform/trimmed.h"
 
 namespace kavo {
 

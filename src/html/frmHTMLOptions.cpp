@@ -6,6 +6,7 @@
 #include "forms/list_editing.h"
 #include "html/repair/tag_table.h"
 #include "platform/case_fold.h"
+#include "platform/formatted.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"
 #include "resources/string_table.h"
@@ -78,7 +79,7 @@ void frmHTMLOptions::add_tag() {
 
 std::u16string frmHTMLOptions::Tags() const {
   std::u16string tags;
-  for (const ListItem& item : lstTags.items()) tags += item.text + u"|" + to_utf16(std::to_string(item.data)) + u",";
+  for (const ListItem& item : lstTags.items()) tags += formatted(u"{}|{},", item.text, item.data);
   return tags;
 }
 

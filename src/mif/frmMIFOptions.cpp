@@ -1,8 +1,8 @@
 #include "mif/frmMIFOptions.h"
 
-#include "common/trimmed.h"
 #include "forms/list_editing.h"
 #include "mif/mif_settings.h"
+#include "platform/trimmed.h"
 #include "resources/string_table.h"
 
 namespace kavo {

@@ -10,6 +10,7 @@
 #include "common/block_reader.h"
 #include "common/pending_file.h"
 #include "common/progress_event.h"
+#include "formats/text/ascii.h"
 
 namespace kavo {
 
@@ -50,8 +51,6 @@ class LinePieces {
   std::size_t handed_out_ = 0;  // bytes of the last piece, at the front of the window
   bool in_line_ = false;        // the last piece did not end its line
 };
-
-inline bool is_line_end(char c) { return c == '\r' || c == '\n'; }
 
 // Writes whole lines with CR LF as their terminators. Returns how many lines they are. Throws `failure`.
 std::int64_t write_lines(PendingFile& file, std::string_view lines);

@@ -5,6 +5,7 @@
 #include "mif/mif_messages.h"
 #include "mif/mif_values.h"
 #include "mif/side_file.h"
+#include "platform/formatted.h"
 #include "platform/unicode.h"
 
 namespace kavo {
@@ -192,8 +193,8 @@ std::string_view clsMIFUtilities::translated(const SideFile& side, std::string_v
   ValueConversion& values = *(this->*side.values);
   const std::string_view text = values.to_document(translation);
   if (values.misfit().empty()) return text;
-  const std::u16string place = mif_file_ + u", " + side.entry + u" \"" + values.document().decode(name) + u"\": \"" +
-                               to_utf16(values.misfit()) + u"\"";
+  const std::u16string place =
+      formatted(u"{}, {} \"{}\": \"{}\"", mif_file_, side.entry, values.document().decode(name), values.misfit());
   if (misfits_.insert(place).second) add_message(text::kTranslationDoesNotFit, place);
   return untranslated;
 }

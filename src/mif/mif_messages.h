@@ -4,12 +4,13 @@
 #include <string>
 
 #include "platform/failure.h"
+#include "platform/formatted.h"
 #include "resources/string_table.h"
 
 namespace kavo {
 
 inline std::u16string described(std::u16string_view path, const failure& reason) {
-  return std::u16string(path) + u" (" + reason.description() + u")";
+  return formatted(u"{} ({})", path, reason.description());
 }
 
 }  // namespace kavo

@@ -2,6 +2,7 @@
 
 #include "common/leading_number.h"
 #include "common/program_settings.h"
+#include "platform/formatted.h"
 #include "platform/unicode.h"
 
 namespace kavo {
@@ -24,7 +25,7 @@ MifSettings load_mif_settings() {
           kMifSettings.get(kMarkers, kDefaultMifMarkers)};
 }
 
-void store_mif_split(std::int16_t split) { kMifSettings.save(kSplit, to_utf16(std::to_string(split))); }
+void store_mif_split(std::int16_t split) { kMifSettings.save(kSplit, formatted(u"{}", split)); }
 void store_mif_objects(bool objects) { kMifSettings.save(kObjects, objects ? u"1" : u"0"); }
 void store_mif_markers(std::u16string_view markers) { kMifSettings.save(kMarkers, markers); }
 

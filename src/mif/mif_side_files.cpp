@@ -11,6 +11,7 @@
 #include "mif/mif_messages.h"
 #include "mif/mif_values.h"
 #include "mif/side_file.h"
+#include "platform/formatted.h"
 #include "platform/ports.h"
 
 namespace kavo {
@@ -54,7 +55,7 @@ clsMIFUtilities::SideFileHead clsMIFUtilities::side_file_head() const {
   std::string_view declared;
   for (const MifCoding& coding : codings_)
     if (!coding.document().declared.empty()) declared = coding.document().declared;
-  if (!is_utf8 && !declared.empty()) ((head.lines += "<MIFEncoding `") += declared) += "'>\r\n";
+  if (!is_utf8 && !declared.empty()) head.lines += formatted("<MIFEncoding `{}'>\r\n", declared);
   head.coding = MifCoding::of(head.lines);
   return head;
 }
@@ -194,7 +195,7 @@ std::int16_t clsMIFUtilities::load_side_file(const SideFile& side) {
       const auto first = (this->*side.table).find(tag->of(statement));
       if (!doubles_told && first && *first != text->of(statement)) {
         doubles_told = true;
-        add_message(text::kTwoOfOneTag, path + u", \"" + scanner.coding().decode(tag->of(statement)) + u"\"");
+        add_message(text::kTwoOfOneTag, formatted(u"{}, \"{}\"", path, scanner.coding().decode(tag->of(statement))));
       }
       (this->*side.add)(tag->of(statement), text->of(statement));
     }

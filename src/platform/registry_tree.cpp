@@ -1,6 +1,7 @@
 #include "platform/registry_tree.h"
 
 #include "platform/failure.h"
+#include "platform/formatted.h"
 
 namespace kavo {
 namespace {
@@ -18,7 +19,7 @@ std::vector<std::u16string> components(Hive hive, std::u16string_view path) {
 
 [[noreturn]] void throw_missing(std::u16string_view path) {
   throw failure(FailureNumber::kFileNotFound,
-                u"The registry key \"" + std::u16string(path) + u"\", or the value in it, does not exist");
+                formatted(u"The registry key \"{}\", or the value in it, does not exist", path));
 }
 
 }  // namespace
@@ -53,7 +54,7 @@ void RegistryTree::delete_key(Hive hive, std::u16string_view path) {
   const std::vector<std::u16string> names = components(hive, path);
   if (components(hive, u"").size() == names.size() || !key->keys.empty())
     throw failure(FailureNumber::kPermissionDenied,
-                  u"The registry key \"" + std::u16string(path) + u"\" has keys below it: delete those first");
+                  formatted(u"The registry key \"{}\" has keys below it: delete those first", path));
   RegistryKey* parent = hive == Hive::kCurrentUser ? &current_user_ : &local_machine_;
   for (std::size_t i = 0; i + 1 < names.size(); ++i) parent = parent->keys.find(names[i])->second.get();
   parent->keys.erase(names.back());

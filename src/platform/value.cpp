@@ -10,6 +10,8 @@
 #include "platform/automation.h"
 #include "platform/case_fold.h"
 #include "platform/failure.h"
+#include "platform/formatted.h"
+#include "platform/trimmed.h"
 #include "platform/unicode.h"
 
 namespace kavo {
@@ -17,15 +19,9 @@ namespace {
 
 [[noreturn]] void throw_type_mismatch() { throw failure(FailureNumber::kTypeMismatch, u"Type mismatch"); }
 
-std::u16string_view trimmed(std::u16string_view text) {
-  while (!text.empty() && (text.front() == u' ' || text.front() == u'\t')) text.remove_prefix(1);
-  while (!text.empty() && (text.back() == u' ' || text.back() == u'\t')) text.remove_suffix(1);
-  return text;
-}
-
 // A decimal number, with sign, fraction and exponent; nothing when the text is anything else.
 std::optional<double> parse_number(std::u16string_view text) {
-  std::string ascii = to_utf8(trimmed(text));
+  std::string ascii = to_utf8(trimmed(text, u" \t"));
   if (ascii.find_first_not_of("0123456789+-.eE") != std::string::npos) return std::nullopt;  // also "inf" and "nan"
   std::string_view digits = ascii;
   if (digits.starts_with("+")) {
@@ -90,8 +86,8 @@ struct ToText {
   std::u16string operator()(Empty) const { return {}; }
   std::u16string operator()(Omitted) const { throw_type_mismatch(); }
   std::u16string operator()(bool flag) const { return flag ? u"True" : u"False"; }
-  std::u16string operator()(std::int16_t number) const { return to_utf16(std::to_string(number)); }
-  std::u16string operator()(std::int32_t number) const { return to_utf16(std::to_string(number)); }
+  std::u16string operator()(std::int16_t number) const { return formatted(u"{}", number); }
+  std::u16string operator()(std::int32_t number) const { return formatted(u"{}", number); }
   std::u16string operator()(double number) const { return number_text(number); }
   std::u16string operator()(const std::u16string& text) const { return text; }
   std::u16string operator()(const ObjectRef&) const { throw_type_mismatch(); }

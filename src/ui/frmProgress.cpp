@@ -5,6 +5,7 @@
 #include "common/clsCommon.h"
 #include "platform/desktop.h"
 #include "platform/failure.h"
+#include "platform/formatted.h"
 #include "platform/unicode.h"
 #include "resources/string_table.h"
 
@@ -45,7 +46,7 @@ frmProgress::~frmProgress() {
 void frmProgress::report(TextRow step, std::u16string_view file, int percent) {
   // A "&" in the name must not become an access key.
   lblFile.Caption(clsCommon().SandR(clsCommon().SetCaption(file, kLongestName), u"&", u"&&"));
-  lblStep.Caption(std::u16string(step.text) + u": " + to_utf16(std::to_string(percent) + " %"));
+  lblStep.Caption(formatted(u"{}: {} %", step.text, percent));
   prgDone.Value(percent);
 }
 

@@ -9,6 +9,7 @@
 #include "mif/clsMIFUtilities.h"
 #include "office/clsXLSUtil.h"
 #include "platform/failure.h"
+#include "platform/formatted.h"
 #include "platform/ports.h"
 #include "platform/program_folder.h"
 #include "resources/string_table.h"
@@ -194,7 +195,7 @@ void frmWizard::save() const {
       language_value(kLanguages[i].code_value, RegistryType::kString).SetValue(morLang[i].LanguageCode());
       language_value(kLanguages[i].code_page_value, RegistryType::kNumber).SetValue(morLang[i].CharSetNumber());
     }
-    if (!tm_path_.empty()) kWizardSettings.save(kLastTM, u"name=\"" + tm_path_ + u"\" type=\"" + tm_type_ + u"\"");
+    if (!tm_path_.empty()) kWizardSettings.save(kLastTM, formatted(u"name=\"{}\" type=\"{}\"", tm_path_, tm_type_));
   });
 }
 

@@ -1,7 +1,7 @@
 #include "ui/morLanguage.h"
 
-#include "common/trimmed.h"
 #include "forms/locale_font.h"
+#include "platform/trimmed.h"
 #include "resources/string_table.h"
 
 namespace kavo {

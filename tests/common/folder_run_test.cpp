@@ -256,7 +256,8 @@ class BrokenRun : public FolderRunTest {
     files.put(u"C:\\WORK\\side.mif", "somebody's");
   }
   // A run with a fault: whether the fault happened. What the run failed with joins the reports.
-  bool run_broken(const FaultyFiles::Fault& fault) {
+  enum class Disk { kKeepsAll, kLosesUnflushed };
+  bool run_broken(const FaultyFiles::Fault& fault, Disk disk = Disk::kKeepsAll) {
     FaultyFiles faulty(files);
     faulty.set_fault(fault);
     ports().files = &faulty;
@@ -267,6 +268,7 @@ class BrokenRun : public FolderRunTest {
       reports.push_back(reason.description());
     }
     ports().files = &files;
+    if (disk == Disk::kLosesUnflushed) faulty.lose_unflushed();
     return faulty.fault_happened();
   }
   bool is_old() const {
@@ -315,16 +317,7 @@ TEST_F(BrokenRun, TheNextRunFinishesOrUndoesWhatAKilledOneBegan) {
   std::size_t finished = 0, undone = 0;
   for (std::size_t number = 1;; ++number) {
     put_files();
-    FaultyFiles faulty(files);
-    faulty.set_fault({.operation = number, .lasting = true, .kills = true});
-    ports().files = &faulty;
-    try {
-      FolderRun run(kPage);
-      work(run);
-    } catch (const failure&) {
-    }
-    ports().files = &files;
-    const bool happened = faulty.fault_happened();
+    const bool happened = run_broken({.operation = number, .lasting = true, .kills = true});
     const bool is_left = files.info(u"C:\\WORK\\.kavo-run").has_value();
     reports.clear();
     if (number % 2 == 0)
@@ -345,20 +338,11 @@ TEST_F(BrokenRun, TheNextRunFinishesOrUndoesWhatAPowerCutBrokeOff) {
   std::size_t finished = 0, undone = 0;
   for (std::size_t number = 1;; ++number) {
     put_files();
-    FaultyFiles faulty(files);
-    faulty.set_fault({.operation = number, .lasting = true, .kills = true});
-    ports().files = &faulty;
-    try {
-      FolderRun run(kPage);
-      work(run);
-    } catch (const failure&) {
-    }
-    ports().files = &files;
-    faulty.lose_unflushed();
+    const bool happened = run_broken({.operation = number, .lasting = true, .kills = true}, Disk::kLosesUnflushed);
     EXPECT_NO_THROW(FolderRun next(kPage)) << number;
     EXPECT_TRUE(is_old() || is_new()) << number;
     (is_new() ? finished : undone) += 1;
-    if (!faulty.fault_happened()) break;
+    if (!happened) break;
   }
   EXPECT_GT(finished, 3u);
   EXPECT_GT(undone, 20u);

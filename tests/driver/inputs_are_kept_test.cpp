@@ -12,17 +12,7 @@ class InputsAreKept : public TranslationFixture {
  protected:
   InputsAreKept() {
     object->QuietMode(1);
-    cRegistry markers;
-    markers.SectionKey(u"Software\\VB and VBA Program Settings\\MIF Utilities\\Settings");
-    markers.ValueKey(u"Markers");
-    markers.SetValue(std::u16string(u"Index\t"));
-  }
-  static std::string manual(const std::string& text) {
-    return "<MIFFile 7.00>\r\n<Marker \r\n <MTypeName `Index'>\r\n <MText `" + text + "'>\r\n>\r\n";
-  }
-  static std::string side(const std::string& tag, const std::string& text) {
-    return "<MIFFile 7.00>\r\n<KAVOSeg 0>\r\n<TextFlow \r\n <Para \r\n  <KAVOTag `" + tag +
-           "'>\r\n  <ParaLine \r\n   <String `" + text + "'>\r\n  >\r\n >\r\n>\r\n";
+    select_index_markers();
   }
   void put_manual(std::u16string_view language) {
     const std::u16string end = u"_mif_" + std::u16string(language) + u".tud";
@@ -58,7 +48,7 @@ TEST_F(InputsAreKept, ASkeletonThatIsNamedAsTheOpenTagFile) {
   }
 }
 
-TEST_F(InputsAreKept, FilesBesideTheDocumentAreNoTarget) {
+TEST_F(InputsAreKept, FilesBesideTheDocumentAreRefusedAsTarget) {
   put_manual(u"FR");
   put(u"manual.obj", "objects");
   put(u"page_asp_HTM_FR.tud");
@@ -156,7 +146,7 @@ TEST_F(InputsAreKept, ARunInsideAnotherOneLeavesItsSideFilesAlone) {
   EXPECT_EQ(create(u"manual_mif_ENU.tud", call), 0);
 }
 
-TEST_F(InputsAreKept, HiddenTextsWithoutATranslationAreTold) {
+TEST_F(InputsAreKept, HiddenTextsWithoutATranslationAreReported) {
   put_manual(u"FR");
   suite.source_format = u"MIF";
   suite.target_name = in(u"manual_FR.mif");
@@ -174,7 +164,7 @@ TEST_F(InputsAreKept, HiddenTextsWithoutATranslationAreTold) {
   }
 }
 
-TEST_F(InputsAreKept, ATextThatReadsAsAnObjectsPlaceIsNone) {
+TEST_F(InputsAreKept, ATextThatLooksLikeAnObjectsPlaceIsNotOne) {
   put_manual(u"FR");
   suite.source_format = u"MIF";
   suite.target_name = in(u"manual_FR.mif");

@@ -56,8 +56,24 @@ class RecordingRegistry : public FakeRegistry {
 inline constexpr std::u16string_view kEditorKey = u"Software\\MOR\\MOR Edit\\Settings";
 inline constexpr std::u16string_view kFilterKey = u"Software\\MOR\\KAVO";
 
+// A MIF document with one index marker, and a side file with the translation of one text.
+inline std::string manual(const std::string& text) {
+  return "<MIFFile 7.00>\r\n<Marker \r\n <MTypeName `Index'>\r\n <MText `" + text + "'>\r\n>\r\n";
+}
+inline std::string side(const std::string& tag, const std::string& text) {
+  return "<MIFFile 7.00>\r\n<KAVOSeg 0>\r\n<TextFlow \r\n <Para \r\n  <KAVOTag `" + tag +
+         "'>\r\n  <ParaLine \r\n   <String `" + text + "'>\r\n  >\r\n >\r\n>\r\n";
+}
+
 class TranslationFixture : public DriverFixture {
  protected:
+  // The user's setting of the markers whose texts are translated.
+  static void select_index_markers() {
+    cRegistry markers;
+    markers.SectionKey(u"Software\\VB and VBA Program Settings\\MIF Utilities\\Settings");
+    markers.ValueKey(u"Markers");
+    markers.SetValue(std::u16string(u"Index\t"));
+  }
   TranslationFixture() {
     ports().registry = &settings;
     suite.install(automation);

@@ -46,9 +46,8 @@ class RoutesTest : public TranslationFixture {
             }
             Files after = all_files();
             // What the component makes where it is missing.
-            std::erase_if(after, [&](const auto& file) {
-              return file.first.ends_with(u".skl") && !before.contains(file.first);
-            });
+            std::erase_if(
+                after, [&](const auto& file) { return file.first.ends_with(u".skl") && !before.contains(file.first); });
             if (result == 0 || (lasting && after != before))
               EXPECT_EQ(after, done);
             else
@@ -241,18 +240,7 @@ class MergeMif : public RoutesTest {
     add_file(u"KAVO_ix_mif_FR.otf", side("Apple", "Pomme"));
     add_file(u"KAVO_xr_mif_FR.otf", side("", ""));
     add_file(u"KAVO_va_mif_FR.otf", side("", ""));
-    // The markers that are selected are a setting of the user's.
-    cRegistry markers;
-    markers.SectionKey(u"Software\\VB and VBA Program Settings\\MIF Utilities\\Settings");
-    markers.ValueKey(u"Markers");
-    markers.SetValue(std::u16string(u"Index\t"));
-  }
-  static std::string manual(const std::string& text) {
-    return "<MIFFile 7.00>\r\n<Marker \r\n <MTypeName `Index'>\r\n <MText `" + text + "'>\r\n>\r\n";
-  }
-  static std::string side(const std::string& tag, const std::string& text) {
-    return "<MIFFile 7.00>\r\n<KAVOSeg 0>\r\n<TextFlow \r\n <Para \r\n  <KAVOTag `" + tag +
-           "'>\r\n  <ParaLine \r\n   <String `" + text + "'>\r\n  >\r\n >\r\n>\r\n";
+    select_index_markers();
   }
 };
 

@@ -13,12 +13,6 @@
 namespace kavo::test {
 namespace {
 
-std::string read_whole(std::u16string_view path) {
-  std::string bytes;
-  for (BlockReader reader(path); reader.more(); reader.consume(reader.window().size())) bytes += reader.window();
-  return bytes;
-}
-
 TEST(HtmlFilterCorpus, RealPagesSurvive) {
   if (!corpus_folder()) GTEST_SKIP() << kNoCorpus;
   for (const std::u16string_view kind : {u"html", u"asp", u"jsp", u"php"}) {

@@ -11,12 +11,6 @@
 namespace kavo::test {
 namespace {
 
-std::string read_whole(std::u16string_view path) {
-  std::string bytes;
-  for (BlockReader reader(path); reader.more(); reader.consume(reader.window().size())) bytes += reader.window();
-  return bytes;
-}
-
 TEST(MifFilterCorpus, RealDocumentsSurvive) {
   std::vector<std::u16string> documents = corpus_files(u"mif", {u"mif"});
   // What has the name and is something else.

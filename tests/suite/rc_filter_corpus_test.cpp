@@ -11,12 +11,6 @@
 namespace kavo::test {
 namespace {
 
-std::string read_whole(std::u16string_view path) {
-  std::string bytes;
-  for (BlockReader reader(path); reader.more(); reader.consume(reader.window().size())) bytes += reader.window();
-  return bytes;
-}
-
 TEST(RcFilterCorpus, RealScriptsSurvive) {
   const std::vector<std::u16string> scripts = corpus_files(u"rc", {u"rc"});
   if (scripts.empty()) GTEST_SKIP() << kNoCorpus;

@@ -11,12 +11,6 @@
 namespace kavo::test {
 namespace {
 
-std::string read_whole(std::u16string_view path) {
-  std::string bytes;
-  for (BlockReader reader(path); reader.more(); reader.consume(reader.window().size())) bytes += reader.window();
-  return bytes;
-}
-
 TEST(RtfFilterCorpus, RealDocumentsSurvive) {
   const std::vector<std::u16string> documents = corpus_files(u"rtf", {u"rtf"});
   if (documents.empty()) GTEST_SKIP() << kNoCorpus;

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include "common/block_reader.h"
 #include "platform/case_fold.h"
 #include "platform/files.h"
 #include "platform/unicode.h"
@@ -42,6 +43,12 @@ std::vector<std::u16string> corpus_files(std::u16string_view kind,
   if (paths.empty()) ADD_FAILURE() << "the corpus has no such documents: " << to_utf8(folder);
   std::sort(paths.begin(), paths.end());
   return paths;
+}
+
+std::string read_whole(std::u16string_view path) {
+  std::string bytes;
+  for (BlockReader reader(path); reader.more(); reader.consume(reader.window().size())) bytes += reader.window();
+  return bytes;
 }
 
 }  // namespace kavo::test

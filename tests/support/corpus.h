@@ -22,4 +22,6 @@ std::optional<std::u16string> corpus_folder();
 std::vector<std::u16string> corpus_files(std::u16string_view kind,
                                          std::initializer_list<std::u16string_view> extensions);
 
+std::string read_whole(std::u16string_view path);
+
 }  // namespace kavo::test

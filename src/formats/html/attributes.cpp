@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <vector>
 
+#include "formats/html/elements.h"
+#include "formats/text/ascii.h"
+
 namespace kavo {
 namespace {
-
-bool is_blank(char c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r' || c == '\f'; }
-char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
 
 std::vector<Attribute> sorted_attributes(std::string_view tag_text) {
   std::vector<Attribute> attributes;
@@ -29,21 +29,21 @@ std::vector<Attribute> sorted_attributes(std::string_view tag_text) {
 AttributeReader::AttributeReader(std::string_view tag_text)
     : p_(tag_text.data() + 1), end_(tag_text.data() + tag_text.size()) {
   if (end_ - p_ > 0 && end_[-1] == '>') --end_;
-  while (p_ != end_ && !is_blank(*p_) && *p_ != '/') ++p_;
+  while (p_ != end_ && !html::is_html_space(*p_) && *p_ != '/') ++p_;
 }
 
 std::optional<Attribute> AttributeReader::next() {
-  while (p_ != end_ && (is_blank(*p_) || *p_ == '/')) ++p_;
+  while (p_ != end_ && (html::is_html_space(*p_) || *p_ == '/')) ++p_;
   if (p_ == end_) return std::nullopt;
   Attribute attribute;
   const char* begin = p_++;  // by the HTML standard a "=" here is part of the name
-  while (p_ != end_ && !is_blank(*p_) && *p_ != '/' && *p_ != '=') ++p_;
+  while (p_ != end_ && !html::is_html_space(*p_) && *p_ != '/' && *p_ != '=') ++p_;
   attribute.name = {begin, static_cast<std::size_t>(p_ - begin)};
   const char* after = p_;
-  while (after != end_ && is_blank(*after)) ++after;
+  while (after != end_ && html::is_html_space(*after)) ++after;
   if (after == end_ || *after != '=') return attribute;
   p_ = after + 1;
-  while (p_ != end_ && is_blank(*p_)) ++p_;
+  while (p_ != end_ && html::is_html_space(*p_)) ++p_;
   if (p_ != end_ && (*p_ == '"' || *p_ == '\'')) {
     const char quote = *p_++;
     begin = p_;
@@ -52,7 +52,7 @@ std::optional<Attribute> AttributeReader::next() {
     if (p_ != end_) ++p_;
   } else {
     begin = p_;
-    while (p_ != end_ && !is_blank(*p_)) ++p_;
+    while (p_ != end_ && !html::is_html_space(*p_)) ++p_;
     attribute.value = {begin, static_cast<std::size_t>(p_ - begin)};
   }
   return attribute;

@@ -8,6 +8,7 @@
 #include "formats/html/script_charset.h"
 #include "formats/text/euc_japanese.h"
 #include "formats/text/text_coding.h"
+#include "platform/formatted.h"
 
 namespace kavo::html {
 namespace {
@@ -154,7 +155,7 @@ std::string remark_on(const std::vector<CharsetDeclaration>& found, const PageCo
   if (coding.is_unsupported) return remark + ", which is not supported";
   for (const CharsetDeclaration& other : found)
     if (code_page_of(other.label) != coding.code_page)
-      return remark + ", " + std::string(name_of(other.source)) + " declares " + other.label + ": the first is taken";
+      return formatted("{}, {} declares {}: the first is taken", remark, name_of(other.source), other.label);
   return "";
 }
 

@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "formats/html/tag_names.h"
+#include "formats/text/ascii.h"
 
 namespace kavo::html {
 namespace {
@@ -22,8 +23,6 @@ constexpr Element kUnknown = {"", ElementKind::kInline, false, "x-html"};
 
 constexpr std::size_t kLongestName = 16;
 static_assert(std::ranges::all_of(kElements, [](const Element& row) { return row.name.size() <= kLongestName; }));
-
-char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
 
 }  // namespace
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "formats/text/ascii.h"
 #include "formats/text/text_coding.h"
 
 namespace kavo::html {
@@ -51,7 +52,6 @@ void append_characters(std::string& text, const Entity& entity) {
   if (entity.second != 0) append_utf8(text, entity.second);
 }
 
-bool is_digit(char c) { return c >= '0' && c <= '9'; }
 bool is_name_character(char c) { return is_digit(c) || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
 
 int hexadecimal_value(char c) {

@@ -4,6 +4,8 @@
 #include <optional>
 #include <string>
 
+#include "formats/html/elements.h"
+
 namespace kavo {
 namespace {
 
@@ -75,18 +77,16 @@ constexpr std::string_view kQuirksIdentifiers[] = {
 };
 constexpr std::string_view kQuirksSystem = "http://www.ibm.com/data/dtd/v11/ibmxhtml1-transitional.dtd";
 
-bool is_blank(char c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r' || c == '\f'; }
-
 // Reads the declaration, which is in lower case already.
 class Reader {
  public:
   explicit Reader(std::string_view text) : text_(text) {}
   void skip_blanks() {
-    while (!text_.empty() && is_blank(text_[0])) text_.remove_prefix(1);
+    while (!text_.empty() && html::is_html_space(text_[0])) text_.remove_prefix(1);
   }
   std::string_view word() {
     std::size_t size = 0;
-    while (size < text_.size() && !is_blank(text_[size])) ++size;
+    while (size < text_.size() && !html::is_html_space(text_[size])) ++size;
     return take(size);
   }
   bool skip(std::string_view word) {

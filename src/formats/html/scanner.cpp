@@ -3,17 +3,13 @@
 #include <algorithm>
 
 #include "common/byte_scan.h"
+#include "formats/html/elements.h"
 #include "formats/html/script_marker.h"
+#include "formats/text/ascii.h"
 #include "platform/ports.h"
 
 namespace kavo {
-namespace {
-
-bool is_blank(int c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r' || c == '\f'; }
-bool is_letter(int c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
-char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
-
-}  // namespace
+namespace {}  // namespace
 
 HtmlScanner::HtmlScanner(BlockReader& reader, ScannerListener& listener) : reader_(reader), listener_(listener) {
   p_ = reader_.position();
@@ -119,18 +115,21 @@ bool HtmlScanner::at_name(std::size_t ahead, std::string_view lower_name, std::u
 
 // Comments and the like. Their content is never held.
 
+// Passes the first `last` in the rest of the window, or all of the rest. Returns where it stood, null for none.
+const char* HtmlScanner::pass(char last) {
+  const std::string_view rest = reader_.window().substr(static_cast<std::size_t>(p_ - reader_.position()));
+  const std::size_t found = rest.find(last);
+  p_ += found == std::string_view::npos ? rest.size() : found + 1;
+  return found == std::string_view::npos ? nullptr : rest.data() + found;
+}
+
 void HtmlScanner::skip_past(char last) {
   for (;;) {
     if (byte_at(0, p_) == -1) {
       ended_inside_ = true;
       return;
     }
-    const std::string_view window = reader_.window();
-    const char* begin = window.data() + (p_ - reader_.position());
-    const char* end = window.data() + window.size();
-    const auto* found = static_cast<const char*>(std::memchr(begin, last, static_cast<std::size_t>(end - begin)));
-    p_ += static_cast<std::uint64_t>((found ? found + 1 : end) - begin);
-    if (found) return;
+    if (pass(last)) return;
   }
 }
 
@@ -143,15 +142,8 @@ void HtmlScanner::skip_comment() {
       ended_inside_ = true;
       return;
     }
-    const std::string_view window = reader_.window();
-    const char* begin = window.data() + (p_ - reader_.position());
-    const char* end = window.data() + window.size();
-    const auto* found = static_cast<const char*>(std::memchr(begin, '>', static_cast<std::size_t>(end - begin)));
-    if (found == nullptr) {
-      p_ += static_cast<std::uint64_t>(end - begin);
-      continue;
-    }
-    p_ += static_cast<std::uint64_t>(found + 1 - begin);
+    const char* const found = pass('>');
+    if (found == nullptr) continue;
     const std::uint64_t before = p_ - 1 - content;  // bytes of content before the ">"
     const auto dash = [&](std::uint64_t back) {
       return before >= back && found[-static_cast<std::ptrdiff_t>(back)] == '-';
@@ -168,11 +160,7 @@ void HtmlScanner::skip_cdata() {
       ended_inside_ = true;
       return;
     }
-    const std::string_view window = reader_.window();
-    const char* begin = window.data() + (p_ - reader_.position());
-    const char* end = window.data() + window.size();
-    const auto* found = static_cast<const char*>(std::memchr(begin, '>', static_cast<std::size_t>(end - begin)));
-    p_ += static_cast<std::uint64_t>((found ? found + 1 : end) - begin);
+    const char* const found = pass('>');
     if (found && p_ - content >= 3 && found[-1] == ']' && found[-2] == ']') return;
   }
 }
@@ -211,7 +199,7 @@ const Token& HtmlScanner::tag(PageTokenKind kind, std::size_t name_at) {
     const char* p = begin;
     for (; p != end; ++p) {
       const char c = *p;
-      if (c == '>' || c == '/' || is_blank(c)) break;
+      if (c == '>' || c == '/' || html::is_html_space(c)) break;
       if (static_cast<unsigned char>(c) >= 0x80) plain = false;
       token_.name = add_to_name_hash(token_.name, plain ? lower(c) : c);
     }
@@ -295,137 +283,23 @@ std::size_t HtmlScanner::read_tag() {
 std::optional<std::size_t> HtmlScanner::quoted_placeholder(std::string_view bytes) const {
   using namespace html::placeholder;
   if (bytes.size() < kLongestPlaceholder && !reader_.exhausted()) return std::nullopt;
-  if (!bytes.substr(1).starts_with(kMarker)) return 0;
-  const std::size_t last = bytes.substr(0, kLongestPlaceholder).find(kQuotedEnd);
-  return last == std::string_view::npos ? 0 : last + kQuotedEnd.size();
+  return quoted_length(bytes);
 }
 
 // A character of a tag outside quotes that does not end it.
 void HtmlScanner::step(char c) {
   const bool is_after_name = state_ == TagState::kAttributeName || state_ == TagState::kAfterName;
   if (state_ == TagState::kUnquoted) {
-    if (is_blank(c)) state_ = TagState::kBeforeName;
+    if (html::is_html_space(c)) state_ = TagState::kBeforeName;
   } else if (state_ == TagState::kBeforeValue) {
-    if (!is_blank(c)) state_ = c == '"' ? TagState::kDouble : c == '\'' ? TagState::kSingle : TagState::kUnquoted;
+    if (!html::is_html_space(c))
+      state_ = c == '"' ? TagState::kDouble : c == '\'' ? TagState::kSingle : TagState::kUnquoted;
   } else if (c == '/') {
     state_ = TagState::kSlash;
-  } else if (is_blank(c)) {
+  } else if (html::is_html_space(c)) {
     state_ = is_after_name ? TagState::kAfterName : TagState::kBeforeName;
   } else {
     state_ = c == '=' && is_after_name ? TagState::kBeforeValue : TagState::kAttributeName;
-  }
-}
-
-// Raw text.
-
-// At "</": whether the end tag of the element stands here.
-bool HtmlScanner::at_end_tag(std::uint64_t name, std::uint64_t keep) {
-  std::uint64_t hash = kNameHashSeed;
-  constexpr std::size_t kLongestName = 16;
-  for (std::size_t ahead = 2; ahead < 2 + kLongestName; ++ahead) {
-    const int c = byte_at(ahead, keep);
-    if (c == -1) return false;
-    if (is_blank(c) || c == '/' || c == '>') return hash == name;
-    hash = add_to_name_hash(hash, lower(static_cast<char>(c)));
-  }
-  return false;
-}
-
-// Skips text in which character references count and tags do not. A ">" that would end a tag or a comment elsewhere,
-// such as a script's placeholder, is not stray here either, so brackets are stray by one rule everywhere.
-const Token& HtmlScanner::skip_rcdata(std::uint64_t name) {
-  enum class Inside : std::uint8_t { kText, kMarkup, kComment } inside = Inside::kText;
-  std::uint64_t comment = 0;  // where its content begins
-  for (;;) {
-    const std::uint64_t keep = inside == Inside::kComment ? p_ - std::min<std::uint64_t>(2, p_ - comment) : p_;
-    token_.begin = keep;
-    if (byte_at(0, keep) == -1) return finish(PageTokenKind::kEnd);
-    const std::string_view window = reader_.window();
-    const char* const begin = window.data() + (p_ - reader_.position());
-    const char* const end = window.data() + window.size();
-    const char* const found = find_any<'<', '>'>(begin, end);
-    p_ += static_cast<std::uint64_t>(found - begin);
-    if (found == end) continue;
-    if (*found == '>') {
-      const bool ends_comment = inside == Inside::kComment && p_ - comment >= 2 && found[-1] == '-' && found[-2] == '-';
-      if (inside == Inside::kText) listener_.stray_in_text(p_, false);
-      if (inside == Inside::kMarkup || ends_comment) inside = Inside::kText;
-      ++p_;
-      continue;
-    }
-    token_.begin = p_;
-    const int second = byte_at(1, p_);
-    if (second == '/' && at_end_tag(name, p_)) return tag(PageTokenKind::kEndTag, 2);
-    if (inside == Inside::kText) {
-      if (second == '!' && byte_at(2, p_) == '-' && byte_at(3, p_) == '-') {
-        inside = Inside::kComment;
-        p_ += 4;
-        comment = p_;
-        continue;
-      }
-      if (second == '?') listener_.processing_instruction(p_);
-      if (is_letter(second) || second == '/' || second == '!' || second == '?')
-        inside = Inside::kMarkup;
-      else
-        listener_.stray_in_text(p_, true);
-    }
-    ++p_;
-  }
-}
-
-const Token& HtmlScanner::skip_raw_text(Content content, std::uint64_t name) {
-  if (tag_goes_on_) {
-    rest_of_tag();
-    if (ended_inside_) return finish(PageTokenKind::kEnd);
-  }
-  if (content == Content::kRcdata) return skip_rcdata(name);
-  // Inside a script: "<!--" hides nothing, but after "<!--" and "<script" the next "</script" ends only that.
-  enum class Script : std::uint8_t { kData, kEscaped, kDoubleEscaped } script = Script::kData;
-  std::uint64_t escaped_from = 0;  // first dash that may end the escape
-  token_.begin = p_;
-  for (;;) {
-    const std::uint64_t keep = script == Script::kData ? p_ : p_ - std::min<std::uint64_t>(2, p_ - escaped_from);
-    token_.begin = keep;
-    if (byte_at(0, keep) == -1) {
-      ended_inside_ = content == Content::kPlainText || script == Script::kDoubleEscaped;
-      return finish(PageTokenKind::kEnd);
-    }
-    const std::string_view window = reader_.window();
-    const char* begin = window.data() + (p_ - reader_.position());
-    const char* end = window.data() + window.size();
-    const char* found = content == Content::kPlainText ? end
-                        : script == Script::kData      ? find_any<'<'>(begin, end)
-                                                       : find_any<'<', '>'>(begin, end);
-    p_ += static_cast<std::uint64_t>(found - begin);
-    if (found == end) continue;
-    if (*found == '>') {
-      if (p_ - escaped_from >= 2 && found[-1] == '-' && found[-2] == '-') script = Script::kData;
-      ++p_;
-      continue;
-    }
-    const std::uint64_t here = script == Script::kData ? p_ : p_ - std::min<std::uint64_t>(2, p_ - escaped_from);
-    if (byte_at(1, here) == '/') {
-      if (at_end_tag(name, here)) {
-        if (script != Script::kDoubleEscaped) {
-          token_.begin = p_;
-          return tag(PageTokenKind::kEndTag, 2);
-        }
-        script = Script::kEscaped;
-      }
-    } else if (content == Content::kScript) {
-      if (script == Script::kData && byte_at(1, here) == '!' && byte_at(2, here) == '-' && byte_at(3, here) == '-') {
-        script = Script::kEscaped;
-        escaped_from = p_ + 2;
-        p_ += 4;
-        continue;
-      }
-      constexpr std::string_view kScript = "script";
-      if (script == Script::kEscaped && at_name(1, kScript, here)) {
-        const int after = byte_at(1 + kScript.size(), here);
-        if (is_blank(after) || after == '/' || after == '>') script = Script::kDoubleEscaped;
-      }
-    }
-    ++p_;
   }
 }
 

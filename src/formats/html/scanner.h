@@ -1,5 +1,13 @@
 // Cuts a page into the tokens of the HTML standard's tokenizer.
 //
+// This scanner and TokenScanner (tokens.h) read two languages. This one reads what a browser gets, so that the tree
+// shows what is not closed: "<?" and "<!" end at the first ">", and a "<!--" in a script may hide its end tag.
+// TokenScanner reads what the author wrote: server code is a token of its own, may stand anywhere in a tag, and may
+// hold ">" and quotes. The repair needs positions and the hash of a name, and no content of comments and scripts. A
+// translation needs the bytes, in whole characters of the page's coding, and the places of attributes; for 53 MB of
+// pages that takes 410 ms instead of 250 ms. What both must agree on stands once: elements.h, script_marker.h and
+// ascii.h.
+//
 // Bytes are read through a BlockReader window. A token that a block cuts in two is read on from where the scan stood,
 // so every byte is looked at once. Before the window moves on, everything up to the current token is released to the
 // listener, which writes it out. What can be long (comments, raw text, attribute values) is never held as a whole.
@@ -123,6 +131,7 @@ class HtmlScanner {
   const Token& finish(PageTokenKind kind);
   const Token& skip_rcdata(std::uint64_t name);
   void skip_comment();
+  const char* pass(char last);
   void skip_past(char last);
   void skip_cdata();
   void read_doctype();

@@ -4,7 +4,9 @@
 #include <utility>
 
 #include "common/byte_scan.h"
+#include "formats/html/elements.h"
 #include "formats/html/script_marker.h"
+#include "formats/text/ascii.h"
 
 namespace kavo::html {
 namespace {
@@ -39,9 +41,6 @@ const Enclosed* find_enclosed(std::string_view bytes) {
     if (begins_with_ignoring_case(bytes.data(), bytes.data() + bytes.size(), row.opener)) return &row;
   return nullptr;
 }
-
-bool is_letter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
-bool is_space(char c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r' || c == '\f'; }
 
 std::size_t find(std::string_view bytes, std::size_t from, std::string_view text) {
   const char* const end = bytes.data() + bytes.size();
@@ -152,7 +151,7 @@ bool TokenScanner::at_raw_end() {
   const char* const name = window.data() + 2;
   const char after = window[name_end];
   return window[1] == '/' && begins_with_ignoring_case(name, window.data() + window.size(), raw_name_) &&
-         (is_space(after) || after == '/' || after == '>');
+         (is_html_space(after) || after == '/' || after == '>');
 }
 
 bool TokenScanner::enclosed(PageToken& token, TokenKind kind, std::string_view closer, std::size_t from) {
@@ -193,12 +192,9 @@ bool TokenScanner::at_server_code_in_tag() {
 bool TokenScanner::skip_wrapped_placeholder() {
   using namespace placeholder;
   has(at_ + kLongestPlaceholder);
-  const std::string_view rest = input_.window().substr(at_, kLongestPlaceholder);
-  if (!rest.substr(1).starts_with(kMarker)) return false;
-  const std::size_t end = rest.find(kQuotedEnd);
-  if (end == std::string_view::npos) return false;
-  at_ += end + kQuotedEnd.size();
-  return true;
+  const std::size_t length = quoted_length(input_.window().substr(at_));
+  at_ += length;
+  return length != 0;
 }
 
 // Reads on when all bytes of the tag so far have been looked at. Gives a piece of the tag and returns true when the tag
@@ -272,7 +268,7 @@ bool TokenScanner::leave_server_code() {
 
 // Takes the character at_, or leaves it to another state.
 void TokenScanner::step(char c) {
-  const bool ends_word = is_space(c) || c == '>' || c == '/';
+  const bool ends_word = is_html_space(c) || c == '>' || c == '/';
   switch (state_) {
     case TagState::kName:
       if (!ends_word) break;
@@ -292,13 +288,13 @@ void TokenScanner::step(char c) {
     case TagState::kAfterName:
       if (c == '=') {
         state_ = TagState::kBeforeValue;
-      } else if (!is_space(c)) {
+      } else if (!is_html_space(c)) {
         state_ = TagState::kBeforeName;
         return;
       }
       break;
     case TagState::kBeforeValue:
-      if (is_space(c)) break;
+      if (is_html_space(c)) break;
       if (c == '>') {
         state_ = TagState::kBeforeName;
         return;
@@ -310,7 +306,7 @@ void TokenScanner::step(char c) {
     case TagState::kQuoted:
       return quoted(c);
     case TagState::kUnquoted:
-      if (is_space(c) || c == '>') {
+      if (is_html_space(c) || c == '>') {
         attributes_.back().value_end = at_;
         state_ = TagState::kBeforeName;
         return;

@@ -2,6 +2,8 @@
 
 #include <charconv>
 
+#include "platform/formatted.h"
+
 namespace kavo::rc {
 namespace {
 
@@ -27,15 +29,17 @@ std::optional<std::uint32_t> value_of(std::string_view word, bool is_sublanguage
   return std::nullopt;
 }
 
-// "SERBIAN" and "BOSNIAN" have one number: the name of the sublanguage tells which is meant.
+// "SERBIAN" and "BOSNIAN" have one number: the name of the sublanguage decides.
 std::optional<std::string> names_of(LanguageId id) {
   for (const LanguageName& primary : kNames) {
     if (primary.is_sublanguage || !primary.is_written || primary.number != primary_of(id)) continue;
     for (const LanguageName& sub : kNames) {
-      if (!sub.is_sublanguage || !sub.is_written || sub.number != sublanguage_of(id) || !sub.name.starts_with(primary.name)) continue;
+      if (!sub.is_sublanguage || !sub.is_written || sub.number != sublanguage_of(id) ||
+          !sub.name.starts_with(primary.name))
+        continue;
       if (sub.name.size() != primary.name.size() && sub.name[primary.name.size()] != '_') continue;
       std::string words(kPrimary);
-      ((words += primary.name) += ", ") += kSublanguage;
+      words += formatted("{}, {}", primary.name, kSublanguage);
       return words += sub.name;
     }
   }

@@ -4,11 +4,10 @@
 #include <cstdio>
 
 #include "formats/rc/rc_tokens.h"
+#include "formats/text/ascii.h"
 
 namespace kavo::rc {
 namespace {
-
-bool is_digit(char c) { return c >= '0' && c <= '9'; }
 
 int digit_value(char c) {
   if (is_digit(c)) return c - '0';
@@ -31,9 +30,8 @@ std::size_t conversion_length(std::string_view text) {
   skip("-+#0");
   skip("0123456789*");
   if (at < text.size() && text[at] == '.') skip(".0123456789*");
-  const auto* const size = std::ranges::find_if(kSizes, [&](std::string_view s) {
-    return text.substr(at).starts_with(s);
-  });
+  const auto* const size =
+      std::ranges::find_if(kSizes, [&](std::string_view s) { return text.substr(at).starts_with(s); });
   if (size != std::end(kSizes)) at += size->size();
   if (at >= text.size() || kConversions.find(text[at]) == std::string_view::npos) return 0;
   return at + 1;
@@ -57,8 +55,8 @@ std::size_t marker_length(std::string_view text, char before) {
   if (text.size() < 2) return 0;
   if (text[1] == '%') return 2;
   const std::size_t conversion = conversion_length(text);
-  const bool is_percent = is_digit(before) && conversion < text.size() && text[conversion] >= 'a' &&
-                          text[conversion] <= 'z';
+  const bool is_percent =
+      is_digit(before) && conversion < text.size() && text[conversion] >= 'a' && text[conversion] <= 'z';
   if (conversion != 0 && !is_percent) return conversion;
   return insert_length(text);
 }
@@ -95,8 +93,7 @@ bool RcLiteralReader::next(RcPiece& piece) {
     line_end(piece);
   } else if (c == '\t') {
     give(piece, RcPiece::kTab, 1);
-  } else if (const std::size_t marker = c == '%' ? marker_length(rest_, before_) : 0;
-             marker != 0) {
+  } else if (const std::size_t marker = c == '%' ? marker_length(rest_, before_) : 0; marker != 0) {
     give(piece, RcPiece::kMarker, marker);
   } else {
     plain(piece);
@@ -124,7 +121,7 @@ void RcLiteralReader::escape(RcPiece& piece) {
     number(piece, 1, 8, 3);
   } else {
     give(piece, RcPiece::kOther, 2);
-    // Not the first byte of a character without the others.
+    // Does not part the bytes of one character.
     while (!rest_.empty() && (static_cast<unsigned char>(piece.bytes.back()) & 0x80) != 0 &&
            (static_cast<unsigned char>(rest_.front()) & 0xC0) == 0x80) {
       piece.bytes = {piece.bytes.data(), piece.bytes.size() + 1};

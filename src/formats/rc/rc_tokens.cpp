@@ -2,17 +2,18 @@
 
 #include <algorithm>
 
+#include "formats/text/ascii.h"
+
 namespace kavo::rc {
 namespace {
 
-// No word is nearly so long; what has no blanks is cut.
+// No word is nearly so long; longer text without blanks is cut.
 constexpr std::size_t kLongestWord = 4096;  // bytes
 
-bool is_line_end(char c) { return c == '\n' || c == '\r'; }
 bool is_blank(char c) { return c == ' ' || c == '\t' || c == '\f' || c == '\v' || is_line_end(c); }
 bool is_mark(char c) { return c == ',' || c == '(' || c == ')' || c == '{' || c == '}' || c == '|'; }
 
-// The length of a backslash that joins two lines, with the line end; 0 when it is something else.
+// The length of a backslash and the line end behind it, which join two lines; 0 for any other backslash.
 std::size_t joint_length(std::string_view bytes, std::size_t at) {
   if (bytes[at] != '\\' || at + 1 >= bytes.size() || !is_line_end(bytes[at + 1])) return 0;
   return bytes.substr(at + 1).starts_with("\r\n") ? 3 : 2;
@@ -177,7 +178,7 @@ bool RcTokenScanner::find_literal_end(std::string_view bytes, bool is_all, std::
       at += 2;
       if (other == std::string_view::npos || bytes[other] != '"') return true;
     } else {
-      // Neither the trail byte of a character nor what stands behind a backslash ends a literal.
+      // A quote that is a trail byte or stands behind a backslash does not end the literal.
       at += (c == '\\' && is_lead(next)) || (is_lead(c) && !is_trail_byte(next)) ? 1 : 2;
     }
   }
@@ -191,7 +192,7 @@ bool RcTokenScanner::literal(std::string_view bytes, std::size_t prefix, bool is
     searched_ = at;
     return false;
   }
-  // Long even if its end happens to be in sight, so that blocks of any size give the same.
+  // The limit counts even if the end is in sight, so that the result does not depend on the size of blocks.
   const bool is_literal = is_closed && at <= kLongestLiteral;
   return give(token, is_literal ? RcTokenKind::kLiteral : RcTokenKind::kRest, bytes.substr(0, at),
               is_closed ? State::kBetween : State::kLongLiteral);
@@ -214,7 +215,7 @@ bool RcTokenScanner::word(std::string_view bytes, bool is_all, RcToken& token) {
     if (may_end && joint_length(bytes, at) != 0) break;
   }
   if (at == bytes.size() && at < kLongestWord && !is_all) return false;
-  // Not inside a character of UTF-8.
+  // Does not cut a UTF-8 character.
   while (!coding_ && at > 1 && at < bytes.size() && (static_cast<unsigned char>(bytes[at]) & 0xC0) == 0x80) --at;
   return give(token, RcTokenKind::kWord, bytes.substr(0, at), State::kBetween);
 }

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "formats/rtf/text_reader.h"
+#include "platform/trimmed.h"
 
 namespace kavo::rtf {
 namespace {
@@ -16,12 +17,6 @@ std::string lower(std::string_view text) {
   for (char& c : result)
     if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
   return result;
-}
-
-std::string_view trimmed(std::string_view text) {
-  const std::size_t begin = text.find_first_not_of(" \t");
-  if (begin == text.npos) return {};
-  return text.substr(begin, text.find_last_not_of(" \t") - begin + 1);
 }
 
 }  // namespace
@@ -66,7 +61,7 @@ void StylesNamed::finish(const TextCoding* coding) {
   name = lower(std::string_view(name).substr(0, name.find(';')));
   for (std::string_view rest = name; !rest.empty();) {
     const std::size_t end = std::min(rest.find(','), rest.size());
-    if (std::ranges::find(names_, trimmed(rest.substr(0, end))) != names_.end())
+    if (std::ranges::find(names_, trimmed(rest.substr(0, end), " \t")) != names_.end())
       (is_of_characters_ ? character_styles_ : paragraph_styles_).insert(number_);
     rest.remove_prefix(std::min(end + 1, rest.size()));
   }

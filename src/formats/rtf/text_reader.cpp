@@ -2,18 +2,16 @@
 
 #include "formats/rtf/characters.h"
 #include "formats/rtf/token_scanner.h"
+#include "formats/text/ascii.h"
 
 namespace kavo::rtf {
 namespace {
 
-bool is_line_end(char c) { return c == '\r' || c == '\n'; }
 bool is_plain(char c) { return c >= ' ' && c <= '~' && c != '\\' && c != '{' && c != '}'; }
-bool is_letter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
 bool is_high_half(char32_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
 bool is_low_half(char32_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
 
-// A number of sixteen bits is written with a sign; programs that do not know that write it without, and some write a
-// whole code point.
+// A 16-bit number is written with a sign. Some programs omit the sign, and some write a whole code point.
 char32_t unit_of(std::int32_t number) { return static_cast<char32_t>(number < 0 ? number & 0xFFFF : number); }
 
 bool is_unicode_word(const Token& token) { return token.name == "u" && token.has_number; }
@@ -78,9 +76,9 @@ bool TextReader::coded(TextUnit& unit) {
   std::string gathered;
   std::size_t place = at_;
   while (gathered.size() < most) {
-    // Behind a byte in hexadecimal a raw one may begin a character of its own.
+    // A raw byte behind a hexadecimal one may begin another character.
     if (place != at_ && bytes_[at_] == '\\' && is_pair_with_syntax(place)) break;
-    // A raw first byte may have a raw backslash for its second one.
+    // The second byte of a raw character may be a backslash.
     const Byte byte = byte_at(place, place == at_ + 1);
     if (byte.value < 0) break;
     gathered += static_cast<char>(byte.value);
@@ -140,14 +138,14 @@ bool TextReader::is_pair_with_syntax(std::size_t place) const {
   return coding_->decode_one(pair, character, is_valid) == 2 && is_valid;
 }
 
-// What older programs show instead: bytes, or characters with names.
+// The place behind what older programs show instead: bytes, or characters with names.
 std::size_t TextReader::behind_fallback(std::size_t place) const {
   for (unsigned left = fallback_; left > 0; --left) {
     const std::size_t next = behind_line_ends(place);
     const std::string_view rest = bytes_.substr(next);
     if (rest.empty()) return place;
-    // A raw character whose second byte is a brace or a backslash is read as one, however many bytes are to be left
-    // out.
+    // A raw character whose second byte looks like a brace or a backslash is skipped whole, even if fewer bytes are to
+    // be skipped.
     if (is_pair_with_syntax(next)) {
       place = next + 2;
       if (left > 1) --left;

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "common/byte_scan.h"
+#include "formats/text/ascii.h"
 
 namespace kavo::rtf {
 namespace {
@@ -14,9 +15,6 @@ constexpr std::size_t kLongestWord = 1 + kLongestName + 1 + kMostDigits + 1;
 // A first byte and a second one in hexadecimal.
 constexpr std::size_t kLongestPair = 5;
 
-bool is_letter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
-bool is_digit(char c) { return c >= '0' && c <= '9'; }
-bool is_line_end(char c) { return c == '\r' || c == '\n'; }
 bool is_syntax(char c) { return c == '{' || c == '}' || c == '\\'; }
 
 int digit_value(char c) {
@@ -61,8 +59,8 @@ Token word_at(std::string_view bytes) {
     token.has_number = true;
   }
   using Limits = std::numeric_limits<std::int32_t>;
-  token.number = static_cast<std::int32_t>(
-      std::clamp<std::int64_t>(is_negative ? -number : number, Limits::min(), Limits::max()));
+  token.number =
+      static_cast<std::int32_t>(std::clamp<std::int64_t>(is_negative ? -number : number, Limits::min(), Limits::max()));
   if (end < bytes.size() && bytes[end] == ' ') ++end;
   token.bytes = bytes.substr(0, end);
   return token;
@@ -111,7 +109,9 @@ bool TokenScanner::text(std::string_view bytes, bool is_all, const TextCoding* c
   const char* const begin = bytes.data();
   const char* const end = begin + bytes.size();
   const char* p = begin;
-  const auto taken = [&] { return give(token, TokenKind::kText, bytes.substr(0, static_cast<std::size_t>(p - begin))); };
+  const auto taken = [&] {
+    return give(token, TokenKind::kText, bytes.substr(0, static_cast<std::size_t>(p - begin)));
+  };
   if (!coding || !coding->has_lead_bytes()) {
     p = find_any<'{', '}', '\\', '\r', '\n'>(p, end);
     return taken();
@@ -120,7 +120,7 @@ bool TokenScanner::text(std::string_view bytes, bool is_all, const TextCoding* c
     if (!coding->is_lead_byte(static_cast<unsigned char>(*p))) continue;
     const auto left = static_cast<std::size_t>(end - p);
     if (left < kLongestPair && !is_all) {
-      // Enough to tell unless the second byte may be written in hexadecimal.
+      // These bytes decide it, unless the second byte may be written in hexadecimal.
       if (left == 1 || p[1] == '\\') return p != begin && taken();
     }
     if (left < 2) continue;

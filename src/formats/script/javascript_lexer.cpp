@@ -10,7 +10,7 @@ namespace {
 constexpr std::string_view kOperators =
     ">>>= ... === !== **= <<= >>= >>> &&= ||= ?\?= => == != <= >= ++ -- << >> && || ?? ?. += -= *= /= %= &= |= ^= **";
 
-// Behind these words a "/" begins a pattern: an expression is still to come.
+// Behind these words an expression must follow, so a "/" begins a pattern.
 constexpr std::string_view kBeforeValue[] = {"return", "typeof", "case", "in",         "of",    "delete", "void",
                                              "throw",  "new",    "else", "instanceof", "yield", "await",  "do"};
 // And behind the ")" of these.
@@ -49,12 +49,13 @@ class JavaScriptLexer final : public Lexer {
   State state_ = State::kCode;
   LiteralForm form_ = LiteralForm::kDouble;  // of the literal
   bool at_line_start_ = true;
-  bool expects_value_ = true;          // a "/" here begins a pattern
-  bool after_dot_ = false;             // a name here is a member, whatever the word
-  bool before_statement_ = false;      // the last name was one of kBeforeStatement
-  std::size_t no_pattern_before_ = 0;  // no pattern ends there: nothing is searched twice
-  std::vector<bool> parens_;           // open "(": whether a statement comes behind the ")"
-  std::vector<std::size_t> braces_;    // open "{" in each open "${", the outermost first
+  bool expects_value_ = true;      // a "/" here begins a pattern
+  bool after_dot_ = false;         // a name here is a member, whatever the word
+  bool before_statement_ = false;  // the last name was one of kBeforeStatement
+  std::size_t no_pattern_before_ =
+      0;                             // up to here the end of a pattern was searched in vain; nothing is searched twice
+  std::vector<bool> parens_;         // open "(": whether a statement comes behind the ")"
+  std::vector<std::size_t> braces_;  // open "{" in each open "${", the outermost first
 };
 
 void JavaScriptLexer::scan(Token& token) {
@@ -64,14 +65,9 @@ void JavaScriptLexer::scan(Token& token) {
   }
   if (state_ != State::kCode) return comment(token);
   const char c = current();
-  if (is_blank(c)) {
-    token.kind = TokenKind::kBlank;
-    return skip_blanks();
-  }
-  if (ends_line(c)) {
-    token.kind = TokenKind::kLineEnd;
-    at_line_start_ = true;
-    return skip_line_end();
+  if (white_space(token)) {
+    if (token.kind == TokenKind::kLineEnd) at_line_start_ = true;
+    return;
   }
   if (begins_comment()) return comment(token);
   at_line_start_ = false;
@@ -148,7 +144,7 @@ void JavaScriptLexer::begin_literal(Token& token, LiteralForm form) {
   literal(token);
 }
 
-// From behind the opening quote, or from the start of a piece that carries it on.
+// Reads on behind the opening quote, or from the start of a piece that continues the literal.
 void JavaScriptLexer::literal(Token& token) {
   token.kind = TokenKind::kLiteral;
   token.form = form_;
@@ -172,7 +168,7 @@ void JavaScriptLexer::literal(Token& token) {
     }
   }
   if (done()) return;
-  state_ = State::kCode;  // nobody closed it in its line
+  state_ = State::kCode;  // not closed on its line
   if (at_ != token.begin) return;
   token = Token{.kind = TokenKind::kLineEnd, .begin = at_};
   skip_line_end();
@@ -202,7 +198,7 @@ void JavaScriptLexer::template_text(Token& token) {
   }
 }
 
-// A backslash and what it stands before: a line end as well, which then does not end the string.
+// A backslash and the character behind it. A line end there does not end the string.
 void JavaScriptLexer::escaped() {
   ++at_;
   if (done()) return;
@@ -238,7 +234,7 @@ void JavaScriptLexer::comment(Token& token) {
   skip_line_end();
 }
 
-// A "/" that no other one follows in its line is an operator after all.
+// False when no second "/" follows on the line: the first one is an operator.
 bool JavaScriptLexer::pattern(Token& token) {
   if (at_ < no_pattern_before_) return false;
   bool in_class = false;

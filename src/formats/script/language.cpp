@@ -4,6 +4,8 @@
 #include <iterator>
 #include <optional>
 
+#include "platform/trimmed.h"
+
 namespace kavo::script {
 namespace {
 
@@ -40,19 +42,14 @@ bool begins_with_word(std::string_view text, std::string_view word) {
   return text.size() >= word.size() && equal_word(text.substr(0, word.size()), word);
 }
 
-std::string_view trimmed(std::string_view text) {
-  const auto is_space = [](char c) { return is_blank(c) || ends_line(c); };
-  while (!text.empty() && is_space(text.front())) text.remove_prefix(1);
-  while (!text.empty() && is_space(text.back())) text.remove_suffix(1);
-  return text;
-}
+constexpr std::string_view kWhiteSpace = " \t\f\v\r\n";
 
 }  // namespace
 
 Language language_of_name(std::string_view name) {
-  name = trimmed(name);
+  name = trimmed(name, kWhiteSpace);
   if (const std::size_t parameters = name.find(';'); parameters != std::string_view::npos)
-    name = trimmed(name.substr(0, parameters));
+    name = trimmed(name.substr(0, parameters), kWhiteSpace);
   for (const std::string_view type : {"text/", "application/"})
     if (begins_with_word(name, type)) name.remove_prefix(type.size());
   for (const Row& row : kNames) {
@@ -114,15 +111,15 @@ Language language_of_directive(std::string_view directive, Language otherwise) {
 ScriptTag read_script_tag(std::string_view tag, Language client, Language server) {
   ScriptTag result;
   const auto runat = attribute_of(tag, "runat");
-  result.on_server = runat && equal_word(trimmed(*runat), "server");
+  result.on_server = runat && equal_word(trimmed(*runat, kWhiteSpace), "server");
   result.language = result.on_server ? server : client;
   const auto type = attribute_of(tag, "type");
   const auto language = attribute_of(tag, "language");
-  // Browsers go by the type; a language that they do not know is old and is still a script.
-  if (type && !trimmed(*type).empty()) {
+  // Browsers obey the type. An unknown value of the old attribute "language" still means a script.
+  if (type && !trimmed(*type, kWhiteSpace).empty()) {
     result.language = language_of_name(*type);
-    result.is_script = result.language != Language::kUnknown || trimmed(*type).ends_with("script");
-  } else if (language && !trimmed(*language).empty()) {
+    result.is_script = result.language != Language::kUnknown || trimmed(*type, kWhiteSpace).ends_with("script");
+  } else if (language && !trimmed(*language, kWhiteSpace).empty()) {
     result.language = language_of_name(*language);
   }
   return result;

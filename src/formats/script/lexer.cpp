@@ -40,6 +40,18 @@ void Lexer::skip_name() {
   while (!done() && is_name_byte(current())) skip_character();
 }
 
+bool Lexer::white_space(Token& token) {
+  if (is_blank(current())) {
+    token.kind = TokenKind::kBlank;
+    skip_blanks();
+    return true;
+  }
+  if (!ends_line(current())) return false;
+  token.kind = TokenKind::kLineEnd;
+  skip_line_end();
+  return true;
+}
+
 bool Lexer::skip_past(std::string_view closer) {
   const std::size_t found = text_.find(closer, at_);
   at_ = found == std::string_view::npos ? text_.size() : found + closer.size();

@@ -1,8 +1,9 @@
 // Cuts scripts into tokens.
 //
 // A script may come in several pieces, with something of another language between them: a client script with server
-// blocks in it, server blocks with page text between them. What a language carries from piece to piece is carried: a
-// string, a comment, a template that a block interrupts. Bytes that are no program come out as tokens all the same.
+// blocks in it, server blocks with page text between them. A string, a comment or a template that a block interrupts
+// goes on in the next piece where the language says so. Bytes that are not valid in the language come out as tokens,
+// too.
 //
 // The grammars: VBScript Language Reference; ECMA-262; The Java Language Specification, chapter 3; the PHP manual,
 // "Strings" and "Comments".
@@ -18,8 +19,8 @@ namespace kavo::script {
 
 // What stood between the last piece and this one.
 enum class Between : std::uint8_t {
-  kValue,  // something that goes into the script where it stands: strings and comments go on behind it
-  kPage,   // page text: a server's string cannot go on behind it, a comment can
+  kValue,  // a value that is inserted into the script: strings and comments go on behind it
+  kPage,   // page text: a comment goes on behind it, a string does not
 };
 
 class Lexer {
@@ -33,13 +34,13 @@ class Lexer {
   virtual bool inside_literal() const = 0;
 
  protected:
-  // `coding`, that of the script's bytes, may be null; it must outlive the lexer. In a double-byte coding the second
-  // byte of a character may look like a backslash.
+  // `coding` is the coding of the script's bytes, or null, and must outlive the lexer. In a double-byte coding the
+  // second byte of a character may look like a backslash.
   explicit Lexer(const TextCoding* coding) : coding_(coding) {}
 
-  // Scans one token from at_ on, which is not at the end, sets its kind and what else it has, and moves at_ behind it.
+  // Scans the token at at_, fills it in and moves at_ behind it. Called only while there are bytes left.
   virtual void scan(Token& token) = 0;
-  // What was learnt of the places in the last piece does not hold in this one.
+  // A new piece begins: places that were noted in the last one are void.
   virtual void begins_piece() {}
   // Gives up a literal that cannot go on.
   virtual void drop_literal() = 0;
@@ -48,18 +49,21 @@ class Lexer {
   char current() const { return at(at_); }
   bool starts(std::string_view what) const { return text_.compare(at_, what.size(), what) == 0; }
   bool done() const { return at_ >= text_.size(); }
-  // Over one character, which may have two bytes.
+  // Skips one character, which may have two bytes.
   void skip_character();
   // One CR LF, LF or CR.
   void skip_line_end();
   void to_line_end();
   void skip_blanks();
   void skip_name();
-  // Behind `closer`, or to the end of the piece and false.
+  // A run of blanks or one line end; false when the token begins with anything else.
+  bool white_space(Token& token);
+  // Moves behind `closer`. False when the piece holds none; it is then read to its end.
   bool skip_past(std::string_view closer);
-  // A number of any of these languages: digits, letters, dots, a sign behind an exponent.
+  // Reads a number of any of these languages: digits, letters, dots, a sign behind an exponent.
   void number();
-  // The longest of `operators`, which are sorted longest first and separated by blanks; one character else.
+  // Reads the longest of `operators` that stands here (they are sorted longest first, with blanks between), otherwise
+  // one character.
   void operator_of(std::string_view operators);
 
   std::string_view text_;
@@ -69,7 +73,7 @@ class Lexer {
   const TextCoding* coding_;
 };
 
-// For a language that is not known here: the rule of quotes.
+// An unknown language gets the plain lexer.
 std::unique_ptr<Lexer> make_lexer(Language language, const TextCoding* coding);
 
 std::unique_ptr<Lexer> make_vbscript_lexer(const TextCoding* coding);

@@ -54,14 +54,7 @@ void PhpLexer::scan(Token& token) {
     return text(token);
   }
   const char c = current();
-  if (is_blank(c)) {
-    token.kind = TokenKind::kBlank;
-    return skip_blanks();
-  }
-  if (ends_line(c)) {
-    token.kind = TokenKind::kLineEnd;
-    return skip_line_end();
-  }
+  if (white_space(token)) return;
   if (starts("/*") || starts("//") || (c == '#' && at(at_ + 1) != '[')) return comment(token);
   if (starts("?>")) {
     token.kind = TokenKind::kBlockEnd;
@@ -97,7 +90,7 @@ bool PhpLexer::name(Token& token) {
   return true;
 }
 
-// Braces of code in a literal; true when this one goes back to its text.
+// Counts the braces of code in a literal. True when this brace ends the code, and the text of the literal goes on.
 bool PhpLexer::brace(Token& token, char c) {
   if (open_.empty()) return false;
   if (c == '{') ++open_.back().braces;
@@ -187,7 +180,7 @@ bool PhpLexer::heredoc(Token& token) {
   return true;
 }
 
-// The bytes of the line that ends the document: blanks and its label; 0 when the line at `line` is another one.
+// The length of the blanks and the label that end the heredoc. 0 when the line at `line` does not end it.
 std::size_t PhpLexer::heredoc_end(std::size_t line) const {
   const std::string& label = open_.back().label;
   std::size_t begin = line;

@@ -1,5 +1,5 @@
-// Scripts in a language that nothing is known of (PerlScript, Python ...): what stands between two quotes on one line
-// is a literal, where a backslash takes the character behind it along.
+// Scripts in an unknown language (PerlScript, Python ...). Text between two quotes on one line is a literal. A
+// backslash escapes the character behind it.
 #include "formats/script/lexer.h"
 
 namespace kavo::script {
@@ -18,14 +18,7 @@ class PlainLexer final : public Lexer {
 
 void PlainLexer::scan(Token& token) {
   const char c = current();
-  if (is_blank(c)) {
-    token.kind = TokenKind::kBlank;
-    return skip_blanks();
-  }
-  if (ends_line(c)) {
-    token.kind = TokenKind::kLineEnd;
-    return skip_line_end();
-  }
+  if (white_space(token)) return;
   if (is_name_start(c)) {
     token.kind = TokenKind::kName;
     return skip_name();

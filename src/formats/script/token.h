@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <string_view>
 
+#include "formats/text/ascii.h"
+
 namespace kavo::script {
 
 enum class Language : std::uint8_t {
@@ -29,7 +31,7 @@ enum class TokenKind : std::uint8_t {
   kCharacter,  // 'c' of Java
   kPattern,    // /regular expression/flags
   kBlockEnd,   // "?>" of PHP; nothing comes behind it
-  kUnknown,    // bytes that the language has no use for
+  kUnknown,    // bytes that are not valid in the language
 };
 
 // How a literal is quoted, which decides how its value is written.
@@ -47,25 +49,25 @@ struct Token {
   TokenKind kind = TokenKind::kUnknown;
   LiteralForm form = LiteralForm::kDouble;  // of a literal
   bool begins = true;                       // of a literal: this is its first piece
-  bool ends = true;                         // and this its last; false also for one that nobody closed
+  bool ends = true;                         // this is its last piece; false also for a literal that is never closed
   std::size_t begin = 0;                    // in the piece of script, in bytes
   std::size_t end = 0;
-  // Of a literal: how many of its bytes at either end are no part of its text (quotes, "${", "}", "{").
+  // Of a literal: how many bytes at either end do not belong to its text (quotes, "${", "}", "{").
   std::size_t open = 0;
   std::size_t close = 0;
 
   std::size_t size() const { return end - begin; }
 };
 
+using kavo::is_digit;
+using kavo::is_letter;
+using kavo::lower;
 inline bool is_blank(char c) { return c == ' ' || c == '\t' || c == '\f' || c == '\v'; }
-inline bool ends_line(char c) { return c == '\r' || c == '\n'; }
-inline bool is_digit(char c) { return c >= '0' && c <= '9'; }
+inline bool ends_line(char c) { return is_line_end(c); }
 inline bool is_hex_digit(char c) { return is_digit(c) || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F'); }
-inline bool is_letter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
-// Every byte beyond ASCII is taken for a part of a name: no operator of these languages holds one.
+// Every byte beyond ASCII belongs to a name: no operator of these languages holds one.
 inline bool is_name_start(char c) { return is_letter(c) || c == '_' || static_cast<unsigned char>(c) >= 0x80; }
 inline bool is_name_byte(char c) { return is_name_start(c) || is_digit(c); }
-inline char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
 
 // Equal when ASCII letters are compared without case; `lower_case` has none that are large.
 inline bool equal_word(std::string_view word, std::string_view lower_case) {

@@ -23,9 +23,9 @@ class VbScriptLexer final : public Lexer {
   bool date();
 
   bool in_literal_ = false;
-  bool in_comment_ = false;            // of a line that a block interrupts
+  bool in_comment_ = false;            // in a comment whose line a block interrupts
   bool at_line_start_ = true;          // nothing but blanks before
-  std::size_t no_bracket_before_ = 0;  // no "]" stands there: nothing is searched twice
+  std::size_t no_bracket_before_ = 0;  // up to here a "]" was searched in vain; nothing is searched twice
   bool after_dot_ = false;             // what follows names a member: "x.Rem" begins no comment
 };
 
@@ -37,16 +37,14 @@ void VbScriptLexer::scan(Token& token) {
   }
   const char c = current();
   const bool after_dot = after_dot_;
-  if (is_blank(c)) {
-    token.kind = TokenKind::kBlank;
-    return skip_blanks();
+  if (white_space(token)) {
+    if (token.kind == TokenKind::kLineEnd) {
+      after_dot_ = false;
+      at_line_start_ = true;
+    }
+    return;
   }
   after_dot_ = false;
-  if (ends_line(c)) {
-    token.kind = TokenKind::kLineEnd;
-    at_line_start_ = true;
-    return skip_line_end();
-  }
   const bool at_line_start = at_line_start_;
   at_line_start_ = false;
   if (c == '\'' || (at_line_start && (starts("<!--") || starts("-->")))) return comment(token);
@@ -71,7 +69,7 @@ void VbScriptLexer::scan(Token& token) {
     token.kind = TokenKind::kNumber;
     return number();
   }
-  // "&Hello" joins a name, "&HFF" is a number.
+  // In "&Hello" the "&" is an operator; "&HFF" is a number.
   if (c == '&' && based_number()) {
     token.kind = TokenKind::kNumber;
     return;
@@ -86,7 +84,8 @@ void VbScriptLexer::scan(Token& token) {
   operator_of("<> <= >= := =< =>");
 }
 
-// From behind the opening quote, or from the start of a piece that carries it on. It ends with its line at the latest.
+// Reads on behind the opening quote, or from the start of a piece that continues the literal. The end of the line ends
+// it at the latest.
 void VbScriptLexer::literal(Token& token) {
   token.kind = TokenKind::kLiteral;
   token.ends = false;
@@ -105,7 +104,7 @@ void VbScriptLexer::literal(Token& token) {
     }
   }
   if (!done()) in_literal_ = false;
-  // A line end at once: nothing was carried on.
+  // A line end follows at once: the literal does not go on in this piece.
   if (at_ == token.begin) {
     token = Token{.kind = TokenKind::kLineEnd, .begin = at_};
     at_line_start_ = true;

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "platform/code_page.h"
+#include "platform/utf8.h"
 
 namespace kavo {
 
@@ -60,11 +61,6 @@ class TextCoding {
   std::unique_ptr<Tables> tables_;
 };
 
-// The length of the well-formed UTF-8 character at the start of `bytes`. 0 when there is none, or when it is cut short.
-std::size_t utf8_character_length(std::string_view bytes);
-// The code point of a well-formed UTF-8 character.
-char32_t utf8_code_point(std::string_view character);
-void append_utf8(std::string& utf8, char32_t code_point);
 // Whether XML 1.0 allows the character. Of the control characters it allows tab, LF and CR only.
 bool is_xml_character(char32_t code_point);
 

@@ -7,6 +7,7 @@
 
 #include "platform/code_page.h"
 #include "platform/failure.h"
+#include "platform/formatted.h"
 #include "platform/unicode.h"
 
 namespace kavo {
@@ -130,15 +131,13 @@ struct XmlReader::State {
   }
   static void XMLCALL on_skipped_entity(void* self, const XML_Char* name, int) {
     State& state = *static_cast<State*>(self);
-    state.guarded([&] { state.refuse(u"the entity \"" + to_utf16(name) + u"\" is not read"); });
+    state.guarded([&] { state.refuse(formatted(u"the entity \"{}\" is not read", name)); });
   }
 
   [[noreturn]] void refuse(std::u16string_view reason) const {
     throw failure(FailureNumber::kInvalidCall,
-                  path +
-                      to_utf16(", line " + std::to_string(XML_GetCurrentLineNumber(parser)) + ", column " +
-                               std::to_string(XML_GetCurrentColumnNumber(parser) + 1) + ": ") +
-                      std::u16string(reason));
+                  formatted(u"{}, line {}, column {}: {}", path, XML_GetCurrentLineNumber(parser),
+                            std::to_string(XML_GetCurrentColumnNumber(parser) + 1), reason));
   }
 
   void look_at_coding() {

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "common/byte_scan.h"
+#include "formats/text/ascii.h"
 
 namespace kavo {
 namespace {
@@ -39,9 +40,6 @@ void append_escaped(std::string& xml, std::string_view text) {
   }
 }
 
-bool is_letter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
-bool is_digit(char c) { return c >= '0' && c <= '9'; }
-char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
 char upper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c; }
 
 }  // namespace

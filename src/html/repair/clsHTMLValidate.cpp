@@ -13,6 +13,7 @@
 #include "html/frmHTMLOptions.h"
 #include "html/repair/html_repair.h"
 #include "platform/failure.h"
+#include "platform/formatted.h"
 #include "platform/ports.h"
 #include "resources/string_table.h"
 
@@ -93,7 +94,7 @@ std::int32_t clsHTMLValidate::HTMLValidate() {
       backup.make(file_name_, backup_name_.empty() ? file_name_ + u".bak" : backup_name_);
     } catch (const failure& reason) {
       return failed(
-          ((std::u16string(html_validate_text::kNoBackup.text) += file_name_) += kLineEnd) += reason.description(),
+          formatted(u"{}{}{}{}", html_validate_text::kNoBackup.text, file_name_, kLineEnd, reason.description()),
           html_validate_text::kNoBackup.number);
     }
   }
@@ -105,7 +106,7 @@ std::int32_t clsHTMLValidate::HTMLValidate() {
     if (!check_only_) open_temporary(output, file_name_);
   } catch (const failure& reason) {
     return failed(
-        ((std::u16string(html_validate_text::kFileNotOpened.text) += file_name_) += kLineEnd) += reason.description(),
+        formatted(u"{}{}{}{}", html_validate_text::kFileNotOpened.text, file_name_, kLineEnd, reason.description()),
         html_validate_text::kFileNotOpened.number);
   }
 

@@ -5,8 +5,10 @@
 
 #include "common/clsCommon.h"
 #include "formats/html/attributes.h"
+#include "formats/html/elements.h"
 #include "formats/html/quirks.h"
 #include "platform/failure.h"
+#include "platform/formatted.h"
 #include "platform/unicode.h"
 #include "resources/string_table.h"
 
@@ -32,8 +34,6 @@ constexpr std::size_t kMostMessages = 10'000;
 
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";  // not text of the page
 
-bool is_blank(char c) { return c == ' ' || c == '\n' || c == '\t' || c == '\r' || c == '\f'; }
-
 // The length of a character reference at the start of `text` that means white space; 0 when none stands there.
 std::size_t blank_reference(std::string_view text) {
   for (const std::string_view name : {"&Tab;", "&NewLine;"})
@@ -53,7 +53,7 @@ std::size_t blank_reference(std::string_view text) {
     else
       break;
   }
-  if (i == digits || value >= 256 || !is_blank(static_cast<char>(value))) return 0;
+  if (i == digits || value >= 256 || !html::is_html_space(static_cast<char>(value))) return 0;
   return i < text.size() && text[i] == ';' ? i + 1 : i;
 }
 
@@ -124,7 +124,7 @@ void HtmlRepair::run() {
   }
   copy_until(reader_.bytes_read());
   if (untold_ != 0) {
-    const std::u16string count[] = {to_utf16(std::to_string(untold_))};
+    const std::u16string count[] = {formatted(u"{}", untold_)};
     messages_.push_back({clsCommon().FormatString(u"%1% more messages are not listed", count)});
   }
 }
@@ -152,7 +152,7 @@ void HtmlRepair::text(std::uint64_t begin, std::uint64_t end) {
     const std::string_view rest = scanner_.view(begin, end);
     const char first = rest[0];  // looking ahead moves the window
     std::size_t blank = 0;
-    while (blank < rest.size() && is_blank(rest[blank])) ++blank;
+    while (blank < rest.size() && html::is_html_space(rest[blank])) ++blank;
     if (blank == 0 && first == '&') {
       constexpr std::size_t kLongestReference = 32;
       const std::size_t reference = blank_reference(scanner_.look_ahead(begin, kLongestReference));
@@ -194,7 +194,8 @@ void HtmlRepair::blanks(std::uint64_t begin, std::uint64_t end) {
 bool HtmlRepair::text_follows(std::uint64_t position) {
   for (std::size_t size = 64; size <= kLongestBlank; size *= 4) {
     const std::string_view ahead = scanner_.look_ahead(position, size);
-    const auto found = std::find_if(ahead.begin(), ahead.end(), [](char c) { return !is_blank(c) && c != '\0'; });
+    const auto found =
+        std::find_if(ahead.begin(), ahead.end(), [](char c) { return !html::is_html_space(c) && c != '\0'; });
     if (found == ahead.end()) {
       if (ahead.size() < size) return false;
       continue;
@@ -217,7 +218,7 @@ HtmlRepair::Rest HtmlRepair::rest_of_page(std::uint64_t position, bool ended) {
   const bool counts = tree_.body_end_counts();
   std::string_view rest = scanner_.look_ahead(position, kLongestEnd);
   while (!rest.empty()) {
-    std::size_t size = is_blank(rest[0]) ? 1 : blank_reference(rest);
+    std::size_t size = html::is_html_space(rest[0]) ? 1 : blank_reference(rest);
     if (size != 0) result = Rest::kBlankEnd;
     if (size == 0 && ended && rest.starts_with("<!--")) {
       size = rest.find("-->", 4);
@@ -229,7 +230,7 @@ HtmlRepair::Rest HtmlRepair::rest_of_page(std::uint64_t position, bool ended) {
       const std::string_view name = rest.substr(2, 4);
       if (!equals_ignoring_case(name, "body") && !equals_ignoring_case(name, "html")) return Rest::kMore;
       size = rest.find('>');
-      if (size == std::string_view::npos || (size != 6 && !is_blank(rest[6]))) return Rest::kMore;
+      if (size == std::string_view::npos || (size != 6 && !html::is_html_space(rest[6]))) return Rest::kMore;
       ++size;
       ended = ended || counts;
     }
@@ -651,8 +652,7 @@ void HtmlRepair::report(TextRow name, const PagePlace& place, std::string_view e
   const LinePlace told = origin_ ? origin_(place.position) : LinePlace{place.line, place.column};
   std::u16string shown = to_utf16(element);
   std::replace(shown.begin(), shown.end(), u'%', u'?');  // FormatString would take it for a placeholder
-  const std::u16string values[] = {shown, to_utf16(std::to_string(told.line)), to_utf16(std::to_string(told.column)),
-                                   to_utf16(other)};
+  const std::u16string values[] = {shown, formatted(u"{}", told.line), formatted(u"{}", told.column), to_utf16(other)};
   messages_.push_back({clsCommon().FormatString(name.text, values), name.number, told.line, told.column});
 }
 

@@ -12,6 +12,7 @@
 #include "html/scripts/script_protector.h"
 #include "html/scripts/script_restorer.h"
 #include "platform/files.h"
+#include "platform/formatted.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"
 #include "resources/string_table.h"
@@ -47,12 +48,10 @@ std::u16string shown_path(std::u16string_view path) { return to_utf16(path_to_ho
 
 std::u16string line_of(std::u16string_view path, std::uint64_t position) {
   const LinePlace place = about_file(path, [&] { return LineIndex(path).place_of(position); });
-  return u", line " + to_utf16(std::to_string(place.line)) + u",";
+  return formatted(u", line {},", place.line);
 }
 
-std::u16string and_more(std::uint64_t count) {
-  return count == 1 ? u"" : u" and " + to_utf16(std::to_string(count - 1)) + u" more";
-}
+std::u16string and_more(std::uint64_t count) { return count == 1 ? u"" : formatted(u" and {} more", count - 1); }
 
 }  // namespace
 
@@ -80,9 +79,8 @@ std::int32_t clsASP2HTML::run(std::u16string_view what, const std::u16string& in
     return (this->*operation)();
   } catch (const file_failure& reason) {
     warnings_.clear();
-    std::u16string text(kFileFailed.text);
-    text += reason.path() + u"\r\n" + reason.description();
-    messages_.push_back({std::move(text), kFileFailed.number});
+    messages_.push_back(
+        {formatted(u"{}{}\r\n{}", kFileFailed.text, reason.path(), reason.description()), kFileFailed.number});
     return 1;
   }
 }
@@ -128,16 +126,17 @@ bool clsASP2HTML::find_gaps(const ScriptRestorer& restorer, ScriptFile& script) 
   const std::u16string script_name = shown_path(names_.script);
   const auto warn = [this](std::u16string text) { warnings_.push_back({std::move(text)}); };
   if (missing.count != 0)
-    warn(shown_path(names_.html) + line_of(names_.html, missing.position) + u" has the placeholder " +
-         to_utf16(missing.placeholder) + and_more(missing.count) + u", for which " + script_name + u" has no script");
+    warn(formatted(u"{}{} has the placeholder {}{}, for which {} has no script", shown_path(names_.html),
+                   line_of(names_.html, missing.position), missing.placeholder, and_more(missing.count), script_name));
   if (unused.count != 0)
-    warn(script_name + line_of(names_.script, unused.position) + u" has the script of " + to_utf16(unused.placeholder) +
-         and_more(unused.count) + u", for which " + shown_path(names_.html) + u" has no placeholder");
+    warn(formatted(u"{}{} has the script of {}{}, for which {} has no placeholder", script_name,
+                   line_of(names_.script, unused.position), unused.placeholder, and_more(unused.count),
+                   shown_path(names_.html)));
   if (script.ends_inside_block()) warn(script_name + u" ends inside its last script: it is cut short");
   const bool lost = !warnings_.empty();
   if (script.repeated() != 0)
-    warn(u"Placeholders that stand more than once: " + to_utf16(std::to_string(script.repeated())) +
-         u"; their script is written at each place");
+    warn(formatted(u"Placeholders that stand more than once: {}; their script is written at each place",
+                   script.repeated()));
   return lost;
 }
 

@@ -10,6 +10,7 @@
 #include <system_error>
 #include <utility>
 
+#include "platform/formatted.h"
 #include "platform/unicode.h"
 
 namespace kavo {
@@ -112,7 +113,7 @@ void replace_host_file(const std::string& path, std::string_view bytes) {
   std::string temporary;
   std::optional<Descriptor> descriptor;
   for (int attempt = 0; !descriptor; ++attempt) {
-    temporary = path + ".kavo-" + std::to_string(::getpid()) + "-" + std::to_string(attempt);
+    temporary = formatted("{}.kavo-{}-{}", path, ::getpid(), attempt);
     try {
       descriptor.emplace(open_host(temporary, O_WRONLY | O_CREAT | O_EXCL));
     } catch (const failure& reason) {

@@ -11,20 +11,19 @@
 #include "platform/case_fold.h"
 #include "platform/failure.h"
 #include "platform/files.h"
+#include "platform/formatted.h"
 #include "platform/ports.h"
 #include "platform/posix/host.h"
 #include "platform/posix/paths.h"
+#include "platform/trimmed.h"
+#include "platform/utf16_bytes.h"
 
 namespace kavo {
 namespace {
 
 constexpr std::string_view kUtf16Mark = "\xFF\xFE";
 
-std::u16string_view trimmed(std::u16string_view text) {
-  const std::size_t first = text.find_first_not_of(u" \t\r\n");
-  if (first == std::u16string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(u" \t\r\n") - first + 1);
-}
+constexpr std::u16string_view kWhiteSpace = u" \t\r\n";
 
 std::u16string_view unquoted(std::u16string_view value) {
   const bool quoted =
@@ -57,11 +56,11 @@ class Profile {
     const std::optional<std::size_t> line = find_key(section, key);
     if (!line) return std::nullopt;
     const std::u16string_view text = lines_[*line].text;
-    return std::u16string(unquoted(trimmed(text.substr(text.find(u'=') + 1))));
+    return std::u16string(unquoted(trimmed(text.substr(text.find(u'=') + 1), kWhiteSpace)));
   }
 
   void set(std::u16string_view section, std::u16string_view key, std::u16string_view value) {
-    const std::u16string text = std::u16string(trimmed(key)) + u"=" + std::u16string(trimmed(value)) + u"\r\n";
+    const std::u16string text = formatted(u"{}={}\r\n", trimmed(key, kWhiteSpace), trimmed(value, kWhiteSpace));
     if (const std::optional<std::size_t> line = find_key(section, key)) {
       lines_[*line] = make_line(text);
       return;
@@ -69,13 +68,13 @@ class Profile {
     std::optional<std::size_t> header = find_section(section);
     if (!header) {
       end_last_line();
-      lines_.push_back(make_line(u"[" + std::u16string(trimmed(section)) + u"]\r\n"));
+      lines_.push_back(make_line(formatted(u"[{}]\r\n", trimmed(section, kWhiteSpace))));
       header = lines_.size() - 1;
     }
     // Behind the section's last line that is not blank.
     std::size_t last = *header;
     for (std::size_t i = *header + 1; i < lines_.size() && !is_header(lines_[i].text); ++i)
-      if (!trimmed(lines_[i].text).empty()) last = i;
+      if (!trimmed(lines_[i].text, kWhiteSpace).empty()) last = i;
     if (last + 1 == lines_.size()) end_last_line();
     lines_.insert(lines_.begin() + static_cast<std::ptrdiff_t>(last) + 1, make_line(text));
   }
@@ -89,20 +88,13 @@ class Profile {
  private:
   std::u16string decode(std::string_view bytes) const {
     if (!wide_) return ports().code_page->decode(bytes);
-    std::u16string text;
-    for (std::size_t i = 0; i + 1 < bytes.size(); i += 2)
-      text +=
-          static_cast<char16_t>(static_cast<unsigned char>(bytes[i]) | static_cast<unsigned char>(bytes[i + 1]) << 8);
-    return text;
+    return from_utf16_bytes(bytes);
   }
 
   Line make_line(const std::u16string& text) const {
     if (!wide_) return {ports().code_page->encode(text), text};
     std::string bytes;
-    for (const char16_t unit : text) {
-      bytes += static_cast<char>(unit & 0xFF);
-      bytes += static_cast<char>(unit >> 8);
-    }
+    append_utf16_bytes(bytes, text);
     return {bytes, text};
   }
 
@@ -112,15 +104,15 @@ class Profile {
     lines_.back().bytes += make_line(u"\r\n").bytes;
   }
 
-  static bool is_header(std::u16string_view text) { return trimmed(text).starts_with(u'['); }
+  static bool is_header(std::u16string_view text) { return trimmed(text, kWhiteSpace).starts_with(u'['); }
 
   // The first section of a name is the one that counts.
   std::optional<std::size_t> find_section(std::u16string_view section) const {
     for (std::size_t i = 0; i < lines_.size(); ++i) {
-      std::u16string_view text = trimmed(lines_[i].text);
+      std::u16string_view text = trimmed(lines_[i].text, kWhiteSpace);
       if (!text.starts_with(u'[')) continue;
       text = text.substr(1, text.rfind(u']') - 1);
-      if (equal_ignoring_case(trimmed(text), trimmed(section))) return i;
+      if (equal_ignoring_case(trimmed(text, kWhiteSpace), trimmed(section, kWhiteSpace))) return i;
     }
     return std::nullopt;
   }
@@ -129,10 +121,10 @@ class Profile {
     const std::optional<std::size_t> header = find_section(section);
     if (!header) return std::nullopt;
     for (std::size_t i = *header + 1; i < lines_.size() && !is_header(lines_[i].text); ++i) {
-      const std::u16string_view text = trimmed(lines_[i].text);
+      const std::u16string_view text = trimmed(lines_[i].text, kWhiteSpace);
       const std::size_t equals = text.find(u'=');
       if (text.starts_with(u';') || equals == std::u16string_view::npos) continue;
-      if (equal_ignoring_case(trimmed(text.substr(0, equals)), trimmed(key))) return i;
+      if (equal_ignoring_case(trimmed(text.substr(0, equals), kWhiteSpace), trimmed(key, kWhiteSpace))) return i;
     }
     return std::nullopt;
   }

@@ -16,11 +16,13 @@
 #include "platform/adapters.h"
 #include "platform/desktop.h"
 #include "platform/failure.h"
+#include "platform/formatted.h"
 #include "platform/ports.h"
 #include "platform/posix/host.h"
 #include "platform/posix/paths.h"
 #include "platform/registry_tree.h"
 #include "platform/unicode.h"
+#include "platform/utf16_bytes.h"
 
 namespace kavo {
 namespace {
@@ -42,8 +44,10 @@ std::string to_hex(std::string_view bytes) {
 std::string registry_file() { return config_folder() + "/registry.json"; }
 
 [[noreturn]] void throw_damaged(const std::string& reason) {
-  throw failure(FailureNumber::kDeviceError, to_utf16("The settings in " + registry_file() + " are damaged (" + reason +
-                                                      "): repair the file, or move it away to start without settings"));
+  throw failure(
+      FailureNumber::kDeviceError,
+      formatted(u"The settings in {} are damaged ({}): repair the file, or move it away to start without settings",
+                registry_file(), reason));
 }
 
 [[noreturn]] void throw_no_hex() { throw_damaged("a value is not hexadecimal"); }
@@ -66,10 +70,7 @@ std::string from_hex(std::string_view hex) {
 std::optional<std::string> text_of(const RegistryData& data) {
   if (data.type != RegistryType::kString && data.type != RegistryType::kExpandableString) return std::nullopt;
   if (data.bytes.size() < 2 || data.bytes.size() % 2 != 0) return std::nullopt;
-  std::u16string text;
-  for (std::size_t i = 0; i < data.bytes.size(); i += 2)
-    text += static_cast<char16_t>(static_cast<unsigned char>(data.bytes[i]) |
-                                  static_cast<unsigned char>(data.bytes[i + 1]) << 8);
+  std::u16string text = from_utf16_bytes(data.bytes);
   if (text.find(u'\0') != text.size() - 1) return std::nullopt;
   text.pop_back();
   for (std::size_t i = 0; i < text.size(); ++i) {
@@ -83,11 +84,8 @@ std::optional<std::string> text_of(const RegistryData& data) {
 
 std::string bytes_of(std::u16string_view text) {
   std::string bytes;
-  for (const char16_t unit : std::u16string(text) + u'\0') {
-    bytes += static_cast<char>(unit & 0xFF);
-    bytes += static_cast<char>(unit >> 8);
-  }
-  return bytes;
+  append_utf16_bytes(bytes, text);
+  return bytes.append(2, '\0');
 }
 
 Json to_json(const RegistryData& data) {
@@ -148,7 +146,7 @@ decltype(auto) about_settings(const char* what, Work&& work) {
     return work();
   } catch (const failure& reason) {
     throw failure(reason.number(),
-                  to_utf16("The settings in " + registry_file() + " cannot be " + what + ": ") + reason.description(),
+                  formatted(u"The settings in {} cannot be {}: {}", registry_file(), what, reason.description()),
                   reason.source());
   }
 }

@@ -8,6 +8,7 @@
 
 #include "platform/adapters.h"
 #include "platform/failure.h"
+#include "platform/formatted.h"
 #include "platform/unicode.h"
 #include "platform/win32/system_error.h"
 #include "platform/win32/text.h"
@@ -69,8 +70,7 @@ std::unique_ptr<CodePage> make_code_page(std::string_view name) {
   const unsigned number = code_page_number(name);
   // A system may lack the tables of a code page that the program knows.
   if (!IsValidCodePage(number))
-    throw failure(FailureNumber::kInvalidCall,
-                  u"Code page " + to_utf16(std::to_string(number)) + u" is not installed on this system");
+    throw failure(FailureNumber::kInvalidCall, formatted(u"Code page {} is not installed on this system", number));
   return std::make_unique<WindowsCodePage>(number);
 }
 

@@ -4,6 +4,7 @@
 #include <windows.h>
 
 #include "platform/adapters.h"
+#include "platform/formatted.h"
 #include "platform/win32/owners.h"
 #include "platform/win32/system_error.h"
 #include "platform/win32/text.h"
@@ -30,8 +31,7 @@ std::u16string name_of(Hive hive) {
 void check(LSTATUS status, Hive hive, std::u16string_view path) {
   if (status == ERROR_SUCCESS) return;
   const failure reason = system_failure(static_cast<DWORD>(status));
-  throw failure(reason.number(),
-                u"The registry key " + name_of(hive) + u"\\" + std::u16string(path) + u": " + reason.description(),
+  throw failure(reason.number(), formatted(u"The registry key {}\\{}: {}", name_of(hive), path, reason.description()),
                 reason.source());
 }
 

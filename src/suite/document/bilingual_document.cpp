@@ -10,6 +10,7 @@
 #include "common/document_names.h"
 #include "common/path_parts.h"
 #include "platform/failure.h"
+#include "platform/formatted.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"
 #include "suite/document/base64.h"
@@ -195,7 +196,7 @@ void BilingualDocument::set_segment(std::size_t index, std::string_view target, 
                                     std::int16_t match) {
   const BilingualSegment old = segment(index);
   if (const std::string problem = code_problem(old.source, target, true); !problem.empty())
-    throw_refused("Segment " + std::to_string(index + 1) + ": " + problem);
+    throw_refused(formatted("Segment {}: {}", std::to_string(index + 1), problem));
   if (!is_xml_text(target))
     throw_refused("Segment " + std::to_string(index + 1) + ": the text holds a character that XML lacks");
   if (match < 0 || match > 100) throw_refused("The match value must be 0 to 100");
@@ -307,7 +308,7 @@ std::optional<BilingualDocument::Skeleton> BilingualDocument::locate_skeleton() 
 void BilingualDocument::refuse_other_skeleton(const std::u16string& skeleton) const {
   const SkeletonHeader found = SkeletonReader(skeleton).header();
   const auto refuse = [&](const char* reason) {
-    throw_refused(path_to_host(skeleton) + reason + path_to_host(path_) + ": prepare the document again");
+    throw_refused(formatted("{}{}{}: prepare the document again", path_to_host(skeleton), reason, path_to_host(path_)));
   };
   if (found.checksum != header_.checksum) refuse(" is the skeleton of another document than ");
   if (found.set != header_.set) refuse(" comes from another preparation than ");

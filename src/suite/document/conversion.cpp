@@ -9,6 +9,7 @@
 #include "common/plain_name.h"
 #include "interchange/office_interchange.h"
 #include "platform/failure.h"
+#include "platform/formatted.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"
 #include "suite/document/skeleton.h"
@@ -22,7 +23,7 @@ namespace {
 std::string checked(std::string name) {
   if (const std::string_view problem = name.empty() ? std::string_view() : plain_name_problem(name); !problem.empty())
     throw failure(FailureNumber::kInvalidCall,
-                  to_utf16("\"" + name + "\" cannot stand in a bilingual document: " + std::string(problem)));
+                  formatted(u"\"{}\" cannot stand in a bilingual document: {}", name, problem));
   return name;
 }
 

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "platform/failure.h"
+#include "platform/formatted.h"
 #include "platform/unicode.h"
 
 namespace kavo {
@@ -33,7 +34,7 @@ void refuse_codes(const Hole& hole, std::string_view translation) {
   }
   for (std::size_t i = 0; i < hole.codes.size(); ++i)
     if (hole.codes[i].required && seen[i] != 1)
-      refuse(u"code " + to_utf16(std::to_string(hole.codes[i].id)) + (seen[i] == 0 ? u" is missing" : u" is doubled"));
+      refuse(formatted(u"code {}{}", hole.codes[i].id, (seen[i] == 0 ? u" is missing" : u" is doubled")));
 }
 
 std::map<std::uint32_t, std::string> refused_translations(std::u16string_view skeleton, const TudHeader& document,

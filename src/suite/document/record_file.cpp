@@ -4,12 +4,13 @@
 #include <charconv>
 
 #include "platform/failure.h"
+#include "platform/formatted.h"
 #include "platform/unicode.h"
 
 namespace kavo {
 namespace {
 
-// A letter and at most nine numbers of 20 digits; what is longer is no line of a record.
+// A letter and at most nine numbers of 20 digits; a longer line does not belong to a record.
 constexpr std::size_t kLongestLine = 200;
 
 }  // namespace
@@ -33,7 +34,7 @@ RecordReader::RecordReader(std::u16string_view path, std::initializer_list<std::
 }
 
 void RecordReader::throw_damaged() const {
-  throw failure(FailureNumber::kInvalidCall, to_utf16(path_to_host(path_)) + u" is not " + what_ + u", or is damaged");
+  throw failure(FailureNumber::kInvalidCall, formatted(u"{} is not {}, or is damaged", path_to_host(path_), what_));
 }
 
 std::string_view RecordReader::line() {

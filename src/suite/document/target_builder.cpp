@@ -4,6 +4,7 @@
 
 #include "common/pending_file.h"
 #include "platform/failure.h"
+#include "platform/formatted.h"
 #include "platform/unicode.h"
 #include "suite/document/conversion.h"
 #include "suite/document/open_tag.h"
@@ -30,7 +31,8 @@ class TargetBuilder {
     if (header.checksum != open_tag_.header().checksum)
       throw_refused(request.skeleton + u" is the skeleton of another document");
     if (!request.filter.empty() && ascii_upper(request.filter).find(header.filter) == std::u16string::npos)
-      throw_refused(request.skeleton + u" was made by the filter " + header.filter + u", not by " + request.filter);
+      throw_refused(
+          formatted(u"{} was made by the filter {}, not by {}", request.skeleton, header.filter, request.filter));
     filter_ = find_filter(header.filter).make();
 
     RebuildSettings settings =
@@ -185,7 +187,7 @@ class TargetBuilder {
       case TranslationStatus::kApproved:
         return (*colours_)[3];
       default:
-        return std::nullopt;  // what needs no translation is no one's work to see
+        return std::nullopt;  // a text that needs no translation is not highlighted
     }
   }
 

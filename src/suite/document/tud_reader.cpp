@@ -1,8 +1,7 @@
 // The reading half of the bilingual document's format.
 //
-// One state a level: the parser's events arrive in the order of the file, and what matters of a level (where a unit's
-// source text ends, say) is kept in the unit being built. Everything that the format does not need is stepped over,
-// whatever it holds.
+// Events arrive in the order of the file. Flags and depths say which element is open, and the unit being built keeps
+// what matters. Everything that the format does not need is skipped, whatever it holds.
 #include <algorithm>
 #include <charconv>
 
@@ -10,13 +9,14 @@
 #include "formats/xml/xml_text.h"
 #include "platform/failure.h"
 #include "platform/files.h"
+#include "platform/formatted.h"
 #include "platform/unicode.h"
 #include "suite/document/tud_format.h"
 
 namespace kavo {
 namespace {
 
-// "%20" and the like undone.
+// Decodes "%20" and the like.
 std::string from_uri(std::string_view uri) {
   std::string text;
   for (std::size_t i = 0; i < uri.size(); ++i) {
@@ -181,8 +181,7 @@ class TudParser final : public XmlHandler {
     if (name == "author-checksum") header_.set.author_checksum = number_of<std::uint64_t>(value);
   }
 
-  // A text of the header that is, or becomes part of, the name of a file beside the document; "" for one that is not
-  // there.
+  // A text of the header that is a file name beside the document or becomes part of one; "" when it is missing.
   std::string name_from(std::string_view value, std::string_view field) const {
     const std::string_view problem = value.empty() ? std::string_view() : plain_name_problem(value);
     if (!problem.empty())
@@ -261,7 +260,7 @@ class TudParser final : public XmlHandler {
     for (const auto& [read, written] : kAttributes) {
       const char* const value = attributes.find(read);
       if (!value) continue;
-      ((note.attributes += ' ') += written) += "=\"";
+      note.attributes += formatted(" {}=\"", written);
       append_xml_attribute(note.attributes, value);
       note.attributes += '"';
     }
@@ -286,7 +285,7 @@ class TudParser final : public XmlHandler {
     text_ = nullptr;
     TudAlternative& alternative = unit_.alternatives.back();
     if (name == "source") text_ = &alternative.source;
-    // Of several targets the first.
+    // The first of several targets counts.
     if (name == "target" && alternative.target.empty()) text_ = &alternative.target;
     inline_depth_ = depth_;
     native_depth_ = 0;
@@ -300,7 +299,7 @@ class TudParser final : public XmlHandler {
     if (name == "target") unit_.target_end = place;
   }
 
-  // Elements inside a text. The content of a native code is no text, and neither is anything inside it.
+  // Elements inside a text. The content of a native code is not text, and neither is anything inside it.
   void start_inline(std::string_view name, const XmlAttributes& attributes, XmlPlace place) {
     OpenInline open{{}, place.begin, native_depth_ == 0 && text_ != nullptr, false};
     std::string_view id = attributes.text("id");
@@ -369,37 +368,7 @@ class TudParser final : public XmlHandler {
   bool told_header_ = false;
 };
 
-bool starts_with_any(std::string_view text, std::initializer_list<std::string_view> starts) {
-  return std::any_of(starts.begin(), starts.end(), [&](std::string_view start) { return text.starts_with(start); });
-}
-
 }  // namespace
-
-std::string_view translation_of(const TudUnit& unit) {
-  const bool is_missing = !unit.has_target || (unit.target.empty() && !unit.approved);
-  return is_missing ? unit.source : unit.target;
-}
-
-bool is_own_note(const TudNote& note) {
-  return note.attributes.find(" from=\"" + std::string(kToolId) + '"') != std::string::npos;
-}
-
-bool is_new_state(std::string_view state) { return starts_with_any(state, {"new", "needs-translation"}); }
-
-TranslationStatus status_of(const TudUnit& unit) {
-  if (!unit.translate) return TranslationStatus::kLocked;
-  const bool is_same = !unit.has_target || unit.target == unit.source;
-  const bool is_new = is_new_state(unit.state);
-  // Some tools fill a target and leave its state; an empty one beside a text is none.
-  if (is_same && (is_new || unit.state.empty()) && !unit.approved) return TranslationStatus::kUntranslated;
-  if (unit.target.empty() && !unit.source.empty() && !unit.approved) return TranslationStatus::kUntranslated;
-  if (unit.approved || unit.state == "signed-off") return TranslationStatus::kApproved;
-  if (unit.state_qualifier == "fuzzy-match" || (!is_new && unit.state.starts_with("needs-")))
-    return TranslationStatus::kFuzzy;
-  if (starts_with_any(unit.state_qualifier, {"exact-match", "id-match", "leveraged-"}))
-    return TranslationStatus::kExact;
-  return TranslationStatus::kTranslated;
-}
 
 std::u16string core_file_name(std::string_view name) { return path_from_host(name); }
 

@@ -4,6 +4,7 @@
 #include <charconv>
 
 #include "platform/failure.h"
+#include "platform/formatted.h"
 #include "platform/unicode.h"
 
 namespace kavo {
@@ -31,8 +32,7 @@ void Hole::index_codes() {
 }
 
 std::u16string place_of(const Hole& hole) {
-  return to_utf16("segment " + std::to_string(hole.number) + " (line " + std::to_string(hole.line) + ", column " +
-                  std::to_string(hole.column) + ")");
+  return formatted(u"segment {} (line {}, column {})", hole.number, hole.line, hole.column);
 }
 
 void Filter::begin_rebuild(const RebuildSettings& settings) {
@@ -64,9 +64,8 @@ void Filter::write_segment(const Hole& hole, std::string_view translation, std::
 
 void Filter::write_text(const Hole& hole, std::string_view text, std::string& bytes) {
   target_coding_->encode(text, bytes, [&](std::string_view character, std::string&) {
-    throw failure(FailureNumber::kInvalidCall, place_of(hole) + u": code page " +
-                                                   to_utf16(std::to_string(target_coding_->number())) +
-                                                   u" has no character \"" + to_utf16(character) + u"\"");
+    throw failure(FailureNumber::kInvalidCall, formatted(u"{}: code page {} has no character \"{}\"", place_of(hole),
+                                                         target_coding_->number(), character));
   });
 }
 
@@ -88,9 +87,9 @@ void Filter::recode(std::string_view original, std::string& bytes) {
     std::size_t length = 0;
     if (!original.empty()) length = source_coding_->decode_one(original, text, valid);
     target_coding_->encode(text, bytes, [&](std::string_view character, std::string&) {
-      throw failure(FailureNumber::kInvalidCall, u"Code page " + to_utf16(std::to_string(target_coding_->number())) +
-                                                     u" has no character \"" + to_utf16(character) +
-                                                     u"\", which the document holds outside its texts");
+      throw failure(FailureNumber::kInvalidCall,
+                    formatted(u"Code page {} has no character \"{}\", which the document holds outside its texts",
+                              target_coding_->number(), character));
     });
     if (!valid) bytes += original.substr(0, length);
     original.remove_prefix(length);

@@ -5,6 +5,8 @@
 #include "common/nearest.h"
 #include "common/program_settings.h"
 #include "platform/failure.h"
+#include "platform/formatted.h"
+#include "platform/trimmed.h"
 #include "platform/unicode.h"
 
 namespace kavo {
@@ -55,12 +57,6 @@ constexpr FilterOption kOptions[] = {
 
 constexpr std::string_view kBlanks = " \t";
 
-std::string_view trimmed(std::string_view text) {
-  const std::size_t begin = text.find_first_not_of(kBlanks);
-  if (begin == text.npos) return {};
-  return text.substr(begin, text.find_last_not_of(kBlanks) - begin + 1);
-}
-
 // What stands between the items of a list; "" for a kind that is none.
 std::string_view separators_of(OptionKind kind) {
   switch (kind) {
@@ -79,7 +75,7 @@ std::vector<std::string> split(std::string_view text, std::string_view separator
   std::vector<std::string> items;
   while (!text.empty()) {
     const std::size_t end = std::min(text.find_first_of(separators), text.size());
-    if (const std::string_view item = trimmed(text.substr(0, end)); !item.empty()) items.emplace_back(item);
+    if (const std::string_view item = trimmed(text.substr(0, end), kBlanks); !item.empty()) items.emplace_back(item);
     text.remove_prefix(std::min(end + 1, text.size()));
   }
   return items;
@@ -161,7 +157,7 @@ std::string option_problem(std::string_view key, std::string_view value) {
            std::string(nearest(key, std::move(keys)).front()) + "\"";
   }
   if (can_be(*option, value)) return {};
-  return std::string(key) + " can be " + values_of(*option) + ", not \"" + std::string(value) + "\"";
+  return formatted("{} can be {}, not \"{}\"", key, values_of(*option), value);
 }
 
 void choose(FilterOptions& options, std::string_view key, std::string_view value) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "formats/text/ascii.h"
 #include "formats/text/text_coding.h"
 
 namespace kavo {
@@ -16,8 +17,6 @@ constexpr std::size_t kLongestName = 64;
 constexpr std::size_t kLongestExpression = 128;
 constexpr std::size_t kLongestHost = 255;
 
-bool is_digit(char c) { return c >= '0' && c <= '9'; }
-bool is_letter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
 bool is_word(char c) { return is_letter(c) || is_digit(c) || c == '_' || static_cast<unsigned char>(c) >= 0x80; }
 bool is_name(char c) { return is_letter(c) || is_digit(c) || c == '_' || c == '.' || c == '-'; }
 bool is_ascii_word(char c) { return is_letter(c) || is_digit(c); }

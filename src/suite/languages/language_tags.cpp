@@ -3,8 +3,9 @@
 #include <algorithm>
 
 #include "common/nearest.h"
-#include "common/trimmed.h"
 #include "platform/case_fold.h"
+#include "platform/formatted.h"
+#include "platform/trimmed.h"
 #include "platform/unicode.h"
 
 namespace kavo {
@@ -180,7 +181,7 @@ std::u16string unknown_language_text(std::u16string_view text) {
   if (near.empty()) return answer + u"; give its code, such as FR, EN-US or SR-LATN-RS";
   for (std::size_t i = 0; i < near.size(); ++i) {
     answer += i == 0 ? u"; did you mean " : i + 1 == near.size() ? u" or " : u", ";
-    answer += std::u16string(near[i]->code) + u" (" + std::u16string(near[i]->name) + u")";
+    answer += formatted(u"{} ({})", near[i]->code, near[i]->name);
   }
   return answer + u"?";
 }

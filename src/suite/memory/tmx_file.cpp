@@ -9,6 +9,7 @@
 #include "formats/xml/xml_reader.h"
 #include "formats/xml/xml_text.h"
 #include "platform/failure.h"
+#include "platform/formatted.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"
 #include "suite/document/coded_text.h"
@@ -76,7 +77,7 @@ class TmxParser final : public XmlHandler {
   }
 
  private:
-  // What stands in a code is no text, but what a highlight encloses is.
+  // The content of a code is not text, but the content of a highlight is.
   void start_in_segment(std::string_view name, const XmlAttributes& attributes) {
     if (native_depth_ != 0 || name == "hi") return;
     native_depth_ = depth_;
@@ -110,7 +111,7 @@ class TmxParser final : public XmlHandler {
     in_unit_ = false;
     if (take_ == nullptr || !has_source_ || !has_target_ || unit_.target.empty()) return;
     PlainPair plain = with_plain_numbers(unit_.source, unit_.target);
-    // Codes that cannot be told apart, or cross: the words are worth keeping.
+    // The codes are ambiguous or cross. The words are still worth keeping.
     if (!code_problem(plain.source, plain.target, true).empty()) plain.target = plain_text(plain.target);
     (*take_)({std::move(plain.source), std::move(plain.target), unit_.is_reviewed});
   }
@@ -157,8 +158,7 @@ std::string units_text(std::string_view source_language, std::string_view target
   std::string xml;
   for (const TmxUnit& unit : units) {
     xml += "<tu srclang=\"" + bcp47_of(source_language) + "\">";
-    if (!unit.is_reviewed)
-      ((xml += "<prop type=\"") += kReviewProperty) += "\">" + std::string(kNeedsReview) + "</prop>";
+    if (!unit.is_reviewed) xml += formatted("<prop type=\"{}\">{}</prop>", kReviewProperty, kNeedsReview);
     append_segment(xml, source_language, unit.source);
     append_segment(xml, target_language, unit.target);
     xml += "</tu>\n";

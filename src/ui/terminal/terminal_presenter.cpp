@@ -7,6 +7,7 @@
 
 #include "common/leading_number.h"
 #include "platform/case_fold.h"
+#include "platform/formatted.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"
 #include "ui/system_presenter.h"
@@ -41,7 +42,7 @@ std::string readable(std::u16string_view caption) {
     } else if (caption[++i] == u'&') {
       text += u'&';
     } else {
-      ((text += u'[') += caption[i]) += u']';
+      text += {u'[', caption[i], u']'};
     }
   }
   // The question gets an ending of its own.
@@ -129,7 +130,7 @@ class TerminalForm final : public FormView {
       output_ << name_of(box) << ": " << text << '\n';
       return;
     }
-    const auto answer = answer_to(box, name_of(box) + " [" + text + "]");
+    const auto answer = answer_to(box, formatted("{} [{}]", name_of(box), text));
     if (!answer || answer->empty()) return;
     if (*answer == ":empty") return box.Text(u"");
     std::string_view typed = *answer;
@@ -161,8 +162,7 @@ class TerminalForm final : public FormView {
     if (group.front() != &first) return;
     for (std::size_t i = 0; i < group.size(); ++i)
       output_ << (group[i]->Value() ? "* " : "  ") << i + 1 << ' ' << readable(group[i]->Caption()) << '\n';
-    const auto answer =
-        answer_to(first, readable(first.group().Caption()) + " (1-" + std::to_string(group.size()) + ")");
+    const auto answer = answer_to(first, formatted("{} (1-{})", readable(first.group().Caption()), group.size()));
     if (!answer || answer->empty()) return;
     const auto number = static_cast<std::size_t>(leading_number(to_utf16(*answer)));
     if (number >= 1 && number <= group.size()) return group[number - 1]->Value(true);
@@ -173,8 +173,8 @@ class TerminalForm final : public FormView {
     if (list.ListCount() == 0) return;
     if (list.kind() == ControlKind::kListBox) print_items(list);
     const std::string selected = to_utf8(list.Text());
-    const auto answer = answer_to(
-        list, name_of(list) + " [" + selected + "] (" + std::to_string(list.ListCount()) + " to choose from)");
+    const auto answer =
+        answer_to(list, formatted("{} [{}] ({} to choose from)", name_of(list), selected, list.ListCount()));
     if (!answer || answer->empty()) return;
     if (*answer == ":list") {
       print_items(list);

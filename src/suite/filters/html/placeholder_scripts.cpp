@@ -7,6 +7,7 @@
 #include "formats/html/elements.h"
 #include "formats/script/control_flow.h"
 #include "platform/case_fold.h"
+#include "platform/formatted.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"
 #include "suite/filters/document_facts.h"
@@ -78,7 +79,8 @@ void PlaceholderScripts::open(const ConversionSettings& settings) {
       break;
     }
   } else if (page.next() != 0) {
-    problem = u"there is no " + file_name_of(script_file) + u" with the scripts of " + file_name_of(settings.document);
+    problem =
+        formatted(u"there is no {} with the scripts of {}", file_name_of(script_file), file_name_of(settings.document));
   }
   if (!problem.empty() && settings.tell)
     settings.tell({problem + u": its placeholders are shown as numbers, and conditions do not end a text. Prepare the "

@@ -3,19 +3,17 @@
 
 #include <string_view>
 
+#include "formats/text/ascii.h"
+#include "platform/trimmed.h"
+
 namespace kavo::mif {
 
 inline constexpr std::string_view kFont = "Font";
 inline constexpr std::string_view kReference = "x-xref";  // the type of a cross-reference's codes
 
 inline bool is_blank(char c) { return c == ' ' || c == '\t'; }
-inline bool is_line_end(char c) { return c == '\n' || c == '\r'; }
 
-inline std::string_view trimmed(std::string_view text) {
-  while (!text.empty() && (is_blank(text.front()) || is_line_end(text.front()))) text.remove_prefix(1);
-  while (!text.empty() && (is_blank(text.back()) || is_line_end(text.back()))) text.remove_suffix(1);
-  return text;
-}
+inline std::string_view trimmed(std::string_view text) { return kavo::trimmed(text, " \t\r\n"); }
 
 // What stands between the name of a statement and its end.
 inline std::string_view word_of(std::string_view statement, std::string_view name) {

@@ -7,22 +7,16 @@
 #include "common/block_reader.h"
 #include "common/cRegistry.h"
 #include "common/host_settings.h"
+#include "formats/text/ascii.h"
 #include "platform/ports.h"
+#include "platform/trimmed.h"
 
 namespace kavo::rtf {
 namespace {
 
 constexpr std::size_t kLongestMap = 1024 * 1024;  // bytes; nobody writes more by hand
 
-std::string_view trimmed(std::string_view text) {
-  constexpr std::string_view blanks = " \t\r";
-  const std::size_t begin = std::min(text.find_first_not_of(blanks), text.size());
-  text.remove_prefix(begin);
-  const std::size_t last = text.find_last_not_of(blanks);
-  return text.substr(0, last == text.npos ? 0 : last + 1);
-}
-
-char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+constexpr std::string_view kWhiteSpace = " \t\r";
 
 bool is_same_name(std::string_view first, std::string_view second) {
   return std::ranges::equal(first, second, [](char a, char b) { return lower(a) == lower(b); });
@@ -35,16 +29,16 @@ FontMap::FontMap(std::string_view file) {
   if (file.starts_with(mark)) file.remove_prefix(mark.size());
   while (!file.empty()) {
     const std::size_t end = std::min(file.find('\n'), file.size());
-    const std::string_view line = trimmed(file.substr(0, end));
+    const std::string_view line = trimmed(file.substr(0, end), kWhiteSpace);
     file.remove_prefix(std::min(end + 1, file.size()));
     const std::size_t sign = line.find('=');
     if (line.empty() || line.front() == ';' || line.front() == '#' || sign == line.npos) continue;
     MappedFont font;
-    font.source = trimmed(line.substr(0, sign));
+    font.source = trimmed(line.substr(0, sign), kWhiteSpace);
     const std::string_view target = line.substr(sign + 1);
     const std::size_t comma = std::min(target.find(','), target.size());
-    font.target = trimmed(target.substr(0, comma));
-    const std::string_view charset = trimmed(target.substr(std::min(comma + 1, target.size())));
+    font.target = trimmed(target.substr(0, comma), kWhiteSpace);
+    const std::string_view charset = trimmed(target.substr(std::min(comma + 1, target.size())), kWhiteSpace);
     std::from_chars(charset.data(), charset.data() + charset.size(), font.charset);
     // What would end the name in a font table is in no name.
     if (font.source.empty() || font.target.empty() || font.target.find_first_of("\\{};") != std::string::npos) continue;

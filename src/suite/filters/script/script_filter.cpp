@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "platform/formatted.h"
 #include "platform/unicode.h"
 #include "suite/document/tud_format.h"
 #include "suite/filters/page_coding.h"
@@ -60,9 +61,9 @@ void ScriptFilter::extract(BlockReader& document, const ConversionSettings& sett
   script::ScriptExtraction extraction(file, server, coding, choices, sink);
   extraction.run(progress);
   if (extraction.unknown() != 0 && choices.scripts.offer != ScriptSettings::Offer::kAll && settings.tell)
-    settings.tell(
-        {u"Texts of scripts in a language that is not known here, which are locked (--scripts all opens them): " +
-         to_utf16(std::to_string(extraction.unknown()))});
+    settings.tell({formatted(
+        u"Texts of scripts in a language that is not known here, which are locked (--scripts all opens them): {}",
+        extraction.unknown())});
 }
 
 // Documents of the first versions do not say what page they belong to; nothing is proved of those.

@@ -4,13 +4,11 @@
 #include <cstddef>
 #include <iterator>
 
+#include "formats/text/ascii.h"
 #include "formats/text/columns.h"
 
 namespace kavo {
 namespace {
-
-bool is_digit(char c) { return c >= '0' && c <= '9'; }
-bool is_letter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
 
 // No letter of a script that this program knows to have words stands below.
 bool is_word_character(char32_t c) {
@@ -34,7 +32,7 @@ std::size_t number_length(std::string_view text) {
 }
 
 std::size_t mark_length(std::string_view text) {
-  // Of a quoted mail's lines each is a line of its own, too.
+  // In a quoted mail, too, each line stands for itself.
   constexpr std::string_view marks[] = {
       "-", "*", "+", ">", "\xE2\x80\xA2", "\xE2\x80\x93", "\xE2\x80\x94", "\xE2\x97\x8F", "\xE3\x83\xBB"};
   for (const std::string_view mark : marks)
