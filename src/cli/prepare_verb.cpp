@@ -1,4 +1,4 @@
-// kavo prepare: prepares documents and makes bilingual documents of them.
+// kavo prepare: documents prepared for translation and turned into bilingual documents.
 #include <algorithm>
 #include <deque>
 #include <map>
@@ -35,7 +35,7 @@
 namespace kavo {
 namespace {
 
-// Prepares a document and converts the files that this produces.
+// Prepares a document and converts what that produced.
 class Prepare final : public Verb {
  public:
   void add_options(CLI::App& app) override {
@@ -130,7 +130,7 @@ class Prepare final : public Verb {
   Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
     if (const auto left_out = outcome_of_side_file(file)) return *left_out;
     const std::u16string document = planned(file).document;
-    // The files beside a copy are compared with the copy's present state.
+    // What stands beside a copy is compared with the state that the copy has now.
     const bool is_there = is_file(document);
     if (!overwrite_) {
       for (const std::u16string& target : targets_) refuse_others_side_files(document, target);
@@ -183,7 +183,7 @@ class Prepare final : public Verb {
       manifest_->save();
     }
     if (updated_ > 1) {
-      add_counts(outcome, total_, formatted(u"{} files updated: ", updated_));
+      add_counts(outcome, total_, to_utf16(std::to_string(updated_)) + u" files updated: ");
       outcome.details["update"]["files"] = updated_;
     }
     if (is_project_) {
@@ -196,7 +196,7 @@ class Prepare final : public Verb {
   }
 
  private:
-  // False when nothing has changed in any language: their documents come from one preparation.
+  // False when everything is as it was, in all languages: their documents come from one preparation.
   bool take_over(std::deque<SetUpdate>& updates, const std::vector<ConvertedDocument>& converted, Outcome& outcome) {
     bool is_unchanged = true;
     for (std::size_t i = 0; i < updates.size(); ++i)
@@ -332,7 +332,7 @@ class Prepare final : public Verb {
     bring_source(own, overwrite_);
   }
 
-  // Throws `failure` 58 if another MIF document of the folder needs the side files' documents to be rebuilt.
+  // Throws `failure` 58 for side files' documents that another MIF document of the folder needs for its way back.
   void refuse_others_side_files(const std::u16string& document, const std::u16string& target) const {
     const std::vector<std::u16string> own = bilingual_documents_of(document, target);
     if (FileTypeOf(document) != kMifDocument || !ports().files->info(own[1])) return;

@@ -80,7 +80,7 @@ void refuse_unknown_language(const std::u16string& tud) {
                     listed(documents_and_skeletons(tud)) + u", and inside the .tud files in target-language");
 }
 
-// Throws `failure` 53 when a companion is missing.
+// Throws `failure` 53.
 void refuse_missing_companions(const std::u16string& tud) {
   std::vector<std::u16string> missing = missing_companions(TudName(tud));
   if (missing.empty()) return;

@@ -62,7 +62,8 @@ struct RoadLanguages {
 
 // Walks the road with the user's own options, a MIF document also together with the others of its book (not owned; may
 // be nullptr). Throws `failure` for a document that cannot be read, that is of a type without a filter, or that the
-// preparation refuses (without a description when the messages in `result` tell why), and 18 when the user interrupts.
+// preparation refuses (without a description when the messages in `result` tell why). Throws
+// `interruption` when the user interrupts.
 void check_road(K19FPWObj& driver, const std::u16string& document, MifBook* book, const RoadLanguages& languages,
                 const ProgressEvent::Handler& progress, RoadResult& result);
 
