@@ -21,8 +21,6 @@ class FileLock;
 
 class FolderRun {
  public:
-  // Where scratch files lie, in the folder of the run.
-  static constexpr std::u16string_view kScratchFolder = u".kavo-run";
   // Gets a sentence for the user: what became of a killed run, that this one waits for another, or what could not be
   // cleaned up.
   using Report = RunReport;

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "common/clsCommon.h"
+#include "common/scratch_names.h"
 #include "common/document_kind.h"
 #include "common/document_names.h"
 #include "common/folder_run.h"
@@ -99,7 +100,7 @@ class RoadCheck {
     const auto host = [](std::u16string_view path) { return to_utf16(path_to_host(path)); };
     for (const std::u16string& folder : folders_)
       text = clsCommon().SandR(text, folder + u"\\", host(folder_of(document_)));
-    const std::u16string scratch = std::u16string(FolderRun::kScratchFolder) + u"\\";
+    const std::u16string scratch = std::u16string(kScratchFolder) + u"\\";
     return clsCommon().SandR(text, scratch, host(scratch));
   }
 

@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "platform/formatted.h"
 #include "platform/unicode.h"
 #include "suite/document/tud_format.h"
 #include "suite/filters/page_coding.h"
