@@ -83,8 +83,6 @@ ExitCode run_parsed(const Command& command, const RunOptions& options, const std
     code = ExitCode::kInterrupted;
   } catch (const failure& reason) {
     std::fprintf(stderr, "kavo: %s\n", to_utf8(watched.in_host_form(reason.description())).c_str());
-  } catch (const std::bad_alloc&) {
-    tell_no_memory();
   }
   working_on("");
   return code;
@@ -180,6 +178,9 @@ ExitCode run_command(std::vector<std::string> arguments) {
     print_output(help.str());
     std::fputs(complaint.str().c_str(), stderr);
     return is_done ? ExitCode::kDone : ExitCode::kWrongUsage;
+  } catch (const std::bad_alloc&) {
+    tell_no_memory();
+    return ExitCode::kFailed;
   }
 }
 

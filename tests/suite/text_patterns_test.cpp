@@ -9,7 +9,7 @@ namespace {
 std::string marked(std::string_view text, const TextPatterns& patterns = TextPatterns()) {
   std::string result;
   std::size_t at = 0;
-  for (TextPattern next; (next = patterns.find(text, at)).size != 0; at = next.begin + next.size) {
+  for (PatternMatch next; (next = patterns.find(text, at)).size != 0; at = next.begin + next.size) {
     EXPECT_GE(next.begin, at);
     result += text.substr(at, next.begin - at);
     (result += '[') += text.substr(next.begin, next.size);

@@ -104,7 +104,7 @@ std::size_t address_end(std::string_view text) {
 }
 
 // Around an "@": the place where it begins and its length.
-TextPattern mail_around(std::string_view text, std::size_t sign, std::size_t from) {
+PatternMatch mail_around(std::string_view text, std::size_t sign, std::size_t from) {
   const auto is_local = [](char c) { return is_ascii_word(c) || c == '.' || c == '_' || c == '+' || c == '-'; };
   std::size_t begin = sign;
   while (begin > from && sign - begin < kLongestName && is_local(text[begin - 1])) --begin;
@@ -146,15 +146,15 @@ TextPatterns::TextPatterns(std::vector<std::string> own) : own_(std::move(own)) 
   for (const std::string& pattern : own_) begins_[static_cast<unsigned char>(pattern.front())] = true;
 }
 
-TextPattern TextPatterns::find(std::string_view text, std::size_t from) const {
+PatternMatch TextPatterns::find(std::string_view text, std::size_t from) const {
   for (std::size_t place = from; place < text.size(); ++place) {
     if (!begins_[static_cast<unsigned char>(text[place])]) continue;
-    if (const TextPattern found = at(text, place, from); found.size != 0) return found;
+    if (const PatternMatch found = at(text, place, from); found.size != 0) return found;
   }
   return {};
 }
 
-TextPattern TextPatterns::at(std::string_view text, std::size_t place, std::size_t from) const {
+PatternMatch TextPatterns::at(std::string_view text, std::size_t place, std::size_t from) const {
   const std::string_view rest = text.substr(place);
   if (const std::size_t own = own_length(rest); own != 0) return {place, own, kPlaceholder};
   const bool follows_word = place > from && is_word(text[place - 1]);

@@ -10,7 +10,7 @@
 namespace kavo {
 
 // A run of a text that a translation keeps as it is.
-struct TextPattern {
+struct PatternMatch {
   std::size_t begin = 0;  // in bytes
   std::size_t size = 0;   // 0 for none
   std::string_view type;  // XLIFF ctype: "x-placeholder", "x-address"; a literal
@@ -26,10 +26,10 @@ class TextPatterns {
   // The first one at or behind `from`: "{{name}}", "{0}", "{name}", "${name}", "%s", "%1$d", "a@b.org",
   // "https://b.org", "www.b.org". `text` is ASCII-compatible; its patterns are ASCII. Calls with growing `from` take
   // linear time.
-  TextPattern find(std::string_view text, std::size_t from) const;
+  PatternMatch find(std::string_view text, std::size_t from) const;
 
  private:
-  TextPattern at(std::string_view text, std::size_t place, std::size_t from) const;
+  PatternMatch at(std::string_view text, std::size_t place, std::size_t from) const;
   std::size_t own_length(std::string_view text) const;
 
   std::vector<std::string> own_;

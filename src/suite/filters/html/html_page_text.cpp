@@ -68,7 +68,7 @@ std::size_t trailing_space(std::string_view text) {
 void PageText::add(SegmentBuilder& builder, std::string_view bytes, const TextPlace& place) {
   std::size_t done = 0;
   for (std::size_t from = 0;;) {
-    const TextPattern next = patterns_.find(bytes, from);
+    const PatternMatch next = patterns_.find(bytes, from);
     if (next.size == 0) break;
     from = next.begin + 1;
     // A sign that is the second byte of a character does not begin a pattern.
