@@ -6,7 +6,8 @@
 #   scripts/test.sh --sanitizers    the native tests under address, undefined-behaviour and leak sanitizers only
 #   scripts/test.sh --windows       the Windows tests only
 #   scripts/test.sh --full          also fuzzing for a minute a target, clang-tidy, the Office programs with LibreOffice,
-#                                   scripts judged by their own parsers, and the command disturbed from outside (scripts/faults.sh)
+#                                   scripts judged by their own parsers, the packages installed and removed, and the command
+#                                   disturbed from outside (scripts/faults.sh)
 set -uo pipefail
 top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 cd "$top" || exit 1
@@ -17,8 +18,8 @@ case ${1:-} in
   --native) parts=(native) ;;
   --sanitizers) parts=(sanitizers) ;;
   --windows) parts=(windows) ;;
-  --full) parts=(native sanitizers windows fuzz tidy office scripts faults) ;;
-  *) sed -n '2,10s/^# \{0,1\}//p' "$0" >&2; exit 2 ;;
+  --full) parts=(native sanitizers windows fuzz tidy office scripts packages faults) ;;
+  *) sed -n '2,11s/^# \{0,1\}//p' "$0" >&2; exit 2 ;;
 esac
 
 # Paths below the top folder count as relative ones for ccache, so that clones share what they compile.
@@ -97,6 +98,14 @@ for part in "${parts[@]}"; do
       result=$?
       [ "$result" = 77 ] && result=0
       note $result "texts of scripts"
+      ;;
+    packages)
+      step "the packages"
+      tests/packaging/check_release.sh && scripts/release.sh >build/release.log 2>&1 &&
+        tests/packaging/check_debian_packages.sh build/release
+      note $? "two releases with the same bytes, the Debian package in a fresh system"
+      tests/packaging/check_installer.sh build/release-work
+      note $? "the Windows installer under Wine"
       ;;
     fuzz)
       step "fuzz targets"

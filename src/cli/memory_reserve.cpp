@@ -15,7 +15,7 @@ constexpr std::size_t kReserve = 1 << 20;  // bytes
 
 std::atomic<void*> reserve{nullptr};
 std::atomic<bool> ran_out{false};
-std::atomic<const char*> current_file{""};
+char current_file[4096] = "";  // a copy: what it was copied from is gone when a handler tells it
 
 // The new-handler. It is called when an allocation fails; the allocation is tried again when it returns.
 void give_up_reserve() {
@@ -26,8 +26,7 @@ void give_up_reserve() {
 }
 
 void tell(const char* reason) noexcept {
-  const char* const file = current_file;
-  std::fprintf(stderr, "%s: %s\n", *file ? file : "kavo", reason);
+  std::fprintf(stderr, "%s: %s\n", current_file[0] ? current_file : "kavo", reason);
 }
 
 [[noreturn]] void end_program() noexcept {
@@ -63,7 +62,7 @@ void throw_if_memory_ran_out() {
   if (ran_out.exchange(false)) throw std::bad_alloc();
 }
 
-void working_on(const char* file) noexcept { current_file = file; }
+void working_on(const char* file) noexcept { std::snprintf(current_file, sizeof current_file, "%s", file); }
 
 void tell_no_memory() noexcept { tell(kNotEnoughMemory); }
 

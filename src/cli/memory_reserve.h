@@ -12,7 +12,7 @@ namespace kavo {
 void keep_memory_back() noexcept;
 // Throws std::bad_alloc, once, when memory has run out since the last call.
 void throw_if_memory_ran_out();
-// Names the file that is being worked on; "" for none. The text must outlive the work.
+// Names the file that is being worked on; "" for none.
 void working_on(const char* file) noexcept;
 // Reports on standard error that there was not enough memory for that file.
 void tell_no_memory() noexcept;
