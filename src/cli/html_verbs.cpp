@@ -43,7 +43,8 @@ class Protect final : public Verb {
 class Restore final : public Verb {
  public:
   void add_options(CLI::App& app) override {
-    app.add_option("-o,--output", output_, "The page to write (else named after FILE: index_asp.htm gives index.asp)");
+    app.add_option("-o,--output", output_, "The page to write (else named after FILE: index_asp.htm gives index.asp)")
+        ->type_name("FILE");
     app.add_flag("--force", force_, "Write the page also when scripts or their placeholders are missing");
   }
   void check_usage(std::size_t file_count) override {
