@@ -14,7 +14,7 @@
 
 namespace kavo {
 
-// What is wrong in it is told with the file, the line, and the nearest key or what can stand there.
+// An error in it is reported with the file and the line, and with the nearest known key or the values that are allowed.
 class ProjectFile {
  public:
   // The file of the current folder or of the nearest one above it, up to the user's home or the top. Nothing when there

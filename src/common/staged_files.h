@@ -72,7 +72,7 @@ class StagedFiles final : public FileSystem {
   std::unique_ptr<FileLock> lock(std::u16string_view path) override { return real_.lock(path); }
   std::u16string link_target(std::u16string_view path) override;
   void take_permissions(std::u16string_view path, std::u16string_view model, Permissions which) override;
-  // Of a run in a work folder, that folder: whatever becomes of the run, its temporary files go with the folder.
+  // A run in a work folder keeps its temporary files there, so that they are deleted with the folder however the run ends.
   std::u16string temporary_folder() override;
   std::u16string absolute(std::u16string_view path) override { return real_.absolute(path); }
 

@@ -29,7 +29,7 @@ class PostProcessing {
   // The scratch file that now holds the translation, and the document that it is to become.
   const std::u16string& result() const { return result_; }
   const std::u16string& document() const { return document_; }
-  // Of an Office document: the scratch file that its program reads, as long as the program succeeds; else "".
+  // The scratch file that the Office program read; "" for other documents.
   const std::u16string& form() const { return form_; }
 
  private:

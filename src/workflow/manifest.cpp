@@ -56,9 +56,9 @@ Manifest::Manifest(std::u16string_view folder) : path_(path_in_folder(folder)) {
                          return languages.is_object() && std::ranges::all_of(languages, &json::is_object);
                        });
   if (!is_ours)
-    throw failure(FailureNumber::kFileAlreadyExists,
-                  to_utf16(path_to_host(path_)) +
-                      u" is no manifest of this command, or a damaged one. Nothing is changed; move it away");
+    throw failure(FailureNumber::kFileAlreadyExists, to_utf16(path_to_host(path_)) +
+                                                         u" was not written by this command, or it is damaged. Nothing "
+                                                         u"was changed. Move the file away and try again");
   value_ = std::move(read);
 }
 
@@ -100,9 +100,8 @@ json Manifest::entry_of(std::u16string_view folder, const std::vector<std::u16st
     std::uint64_t words = 0;
     for (std::size_t i = 0; i < document.size(); ++i) words += word_count(plain_text(document.segment(i).source));
     entry["checksum"] = checksum_text(document.header().set.author_checksum);
-    entry["documents"][place_below(folder, path)] = {{"checksum", checksum_text(document.header().checksum)},
-                                                     {"segments", document.size()},
-                                                     {"words", words}};
+    entry["documents"][place_below(folder, path)] = {
+        {"checksum", checksum_text(document.header().checksum)}, {"segments", document.size()}, {"words", words}};
   }
   return entry;
 }

@@ -79,7 +79,7 @@ TEST_F(Sites, AnotherFileOfThatNameIsNotReplaced) {
   put("work/manifest.json", "{\"name\": \"An app\"}");
   const Ran ran = prepare();
   EXPECT_EQ(ran.code, 1);
-  EXPECT_TRUE(holds(ran.errors, "manifest.json is no manifest of this command")) << ran.errors;
+  EXPECT_TRUE(holds(ran.errors, "manifest.json was not written by this command, or it is damaged")) << ran.errors;
   EXPECT_EQ(get("work/manifest.json"), "{\"name\": \"An app\"}");
   EXPECT_FALSE(has("work/index.htm"));
 }

@@ -52,7 +52,7 @@ struct Token {
   bool ends = true;                         // this is its last piece; false also for a literal that is never closed
   std::size_t begin = 0;                    // in the piece of script, in bytes
   std::size_t end = 0;
-  // Of a literal: how many bytes at either end do not belong to its text (quotes, "${", "}", "{").
+  // The bytes at the two ends of a literal that are not part of its text: quotes, "${", "}", "{".
   std::size_t open = 0;
   std::size_t close = 0;
 

@@ -65,8 +65,10 @@ void HtmlFilter::write_embedded(const Hole& hole, const html::EmbeddedPlace& pla
   const auto encode_text = [&](std::string_view text, std::string& result) {
     if (knows_references) return encode(text, result);
     target_coding().encode(text, result, [&](std::string_view character, std::string&) {
-      throw failure(FailureNumber::kInvalidCall,
-                    place_of(hole) + u": \"" + to_utf16(character) + u"\" is no character of the page's coding");
+      throw failure(FailureNumber::kInvalidCall, place_of(hole) + u": \"" + to_utf16(character) +
+                                                     u"\" cannot be written in the coding of the page. Use another "
+                                                     u"character, or prepare the page with another "
+                                                     u"--target-code-page");
     });
   };
   html::EmbeddedWriting(hole, place, target_coding(), encode_text).write(translation, bytes);

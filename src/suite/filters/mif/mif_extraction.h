@@ -112,7 +112,7 @@ class MifExtraction {
     std::size_t value_end = 0;
     std::size_t string_count = 0;
     bool has_more = false;  // than strings and blanks
-    // Of a font: what the inner statement sets, whether anything is set, and the parts that a reader sees.
+    // While a font is read: what its inner statement sets, whether anything is set, and the parts that a reader sees.
     FontPart font_part = FontPart::kNone;
     bool has_font = false;
     std::string look;

@@ -64,7 +64,7 @@ class ScriptExtraction {
   };
   std::vector<Open> open_;
   std::size_t written_ = 0;  // bytes of the file that went to the sink
-  // Of the block whose units are written.
+  // These two describe the block whose units are being written.
   std::vector<std::size_t> lines_;  // where each of its lines begins in the file
   std::int64_t line_ = 1;           // of the first one
   std::size_t block_end_ = 0;
