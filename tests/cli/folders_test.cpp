@@ -1,33 +1,15 @@
 // The command on folders: a tree of sources becomes a tree of bilingual documents, and that one tree for each language.
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
 #include <map>
 
-#include "cli/run_kavo.h"
-#include "platform/files.h"
-#include "support/temp_folder.h"
+#include "cli/site_test.h"
 
 namespace kavo::test {
 namespace {
 
-namespace fs = std::filesystem;
-
-bool holds(const std::string& text, std::string_view part) { return text.find(part) != std::string::npos; }
-
-class Folders : public testing::Test {
+class Folders : public SiteTest {
  protected:
-  fs::path path(const std::string& name) const { return fs::path(path_to_host(folder.path(u""))) / name; }
-  void put(const std::string& name, const std::string& bytes) const {
-    fs::create_directories(path(name).parent_path());
-    std::ofstream(path(name), std::ios::binary) << bytes;
-  }
-  std::string get(const std::string& name) const {
-    std::ifstream file(path(name), std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
-  bool has(const std::string& name) const { return fs::exists(path(name)); }
   // Every file below a folder, by its path there.
   std::map<std::string, std::string> tree(const std::string& top) const {
     std::map<std::string, std::string> files;
@@ -37,12 +19,6 @@ class Folders : public testing::Test {
         files[name] = get(top + "/" + name);
       }
     return files;
-  }
-  Ran kavo(const std::vector<std::string>& arguments) const { return run_kavo(arguments, &folder); }
-  Ran prepare(std::vector<std::string> more = {}, const std::string& languages = "FR,DE") const {
-    more.insert(more.begin(),
-                {"prepare", "site", "-r", "--output-dir", "work", "--source", "EN-US", "--target", languages});
-    return kavo(more);
   }
   static std::string page(const std::string& text) {
     return "<html><body><p>" + text + "</p><% MsgBox \"Hello there\" %></body></html>\r\n";
@@ -62,7 +38,6 @@ class Folders : public testing::Test {
     put("site/books/ch1.mif", manual("Apple"));
     put("site/books/ch2.mif", manual("Pear"));
   }
-  TempFolder folder;
 };
 
 TEST_F(Folders, ATreeIsPreparedOnCopiesAndRebuiltUnderTheNamesOfItsSources) {

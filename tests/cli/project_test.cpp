@@ -1,43 +1,23 @@
 // kavo.json: what it says, what goes before it, what it may not say.
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
 #include <nlohmann/json.hpp>
 #include <set>
 
-#include "cli/run_kavo.h"
-#include "platform/files.h"
+#include "cli/site_test.h"
 #include "suite/filters/filter_options.h"
-#include "support/temp_folder.h"
 #include "workflow/project_keys.h"
 
 namespace kavo::test {
 namespace {
 
-namespace fs = std::filesystem;
-
-bool holds(const std::string& text, std::string_view part) { return text.find(part) != std::string::npos; }
-
-class Project : public testing::Test {
+class Project : public SiteTest {
  protected:
-  fs::path path(const std::string& name) const { return fs::path(path_to_host(folder.path(u""))) / name; }
-  void put(const std::string& name, const std::string& bytes) const {
-    fs::create_directories(path(name).parent_path());
-    std::ofstream(path(name), std::ios::binary) << bytes;
-  }
-  std::string get(const std::string& name) const {
-    std::ifstream file(path(name), std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
-  bool has(const std::string& name) const { return fs::exists(path(name)); }
-  Ran kavo(const std::vector<std::string>& arguments) const { return run_kavo(arguments, &folder); }
   void put_site() const {
     put("site/index.htm", "<html><body><p>Welcome</p></body></html>\r\n");
     put("site/shop/notes.txt", "One\nTwo\n");
     put("site/drafts/a.txt", "Draft\n");
   }
-  TempFolder folder;
 };
 
 constexpr const char* kProject =

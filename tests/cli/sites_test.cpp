@@ -1,23 +1,15 @@
 // Whole sites: the manifest of a run, other options, the files that are no documents, and what translators return.
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
 #include <map>
 #include <nlohmann/json.hpp>
 
-#include "cli/run_kavo.h"
-#include "platform/files.h"
-#include "support/temp_folder.h"
+#include "cli/site_test.h"
 
 namespace kavo::test {
 namespace {
 
-namespace fs = std::filesystem;
-
-bool holds(const std::string& text, std::string_view part) { return text.find(part) != std::string::npos; }
-
-class Sites : public testing::Test {
+class Sites : public SiteTest {
  protected:
   void SetUp() override {
     put("site/index.htm", "<html><body><p data-x=\"A hint\">Welcome here</p></body></html>\r\n");
@@ -25,23 +17,6 @@ class Sites : public testing::Test {
     put("site/shop/logo.gif", "GIF89a");
     put("site/style.css", "p {}");
   }
-  fs::path path(const std::string& name) const { return fs::path(path_to_host(folder.path(u""))) / name; }
-  void put(const std::string& name, const std::string& bytes) const {
-    fs::create_directories(path(name).parent_path());
-    std::ofstream(path(name), std::ios::binary) << bytes;
-  }
-  std::string get(const std::string& name) const {
-    std::ifstream file(path(name), std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
-  bool has(const std::string& name) const { return fs::exists(path(name)); }
-  Ran kavo(const std::vector<std::string>& arguments) const { return run_kavo(arguments, &folder); }
-  Ran prepare(std::vector<std::string> more = {}, const std::string& languages = "FR,DE") const {
-    more.insert(more.begin(),
-                {"prepare", "site", "-r", "--output-dir", "work", "--source", "EN-US", "--target", languages});
-    return kavo(more);
-  }
-  TempFolder folder;
 };
 
 TEST_F(Sites, TheManifestSaysWhatWasPreparedAndARunWithoutAChangeLeavesIt) {
