@@ -19,6 +19,13 @@ if(WIN32)
   endif()
 endif()
 
+if(KAVO_PRECOMPILE)
+  # What most files of the rooms include.
+  kavo_precompiled_headers(kavo_room_headers HEADERS <algorithm> <array> <charconv> <functional> <map> <memory> <optional>
+    <set> <span> <string> <string_view> <utility> <vector>)
+  set_target_properties(kavo_room_headers PROPERTIES POSITION_INDEPENDENT_CODE ON)
+endif()
+
 # kavo_may_include(<name> <room>...): the include rule of a folder below src. A test reads it (tests/rooms).
 function(kavo_may_include name)
   string(JOIN " " rooms ${name} ${ARGN})
@@ -39,4 +46,7 @@ function(kavo_room name)
   kavo_may_include(${name} ${ROOM_DEPENDS})
   list(TRANSFORM ROOM_DEPENDS PREPEND kavo_)
   target_link_libraries(kavo_${name} PUBLIC kavo_options ${ROOM_DEPENDS} ${ROOM_LIBRARIES})
+  if(KAVO_PRECOMPILE)
+    kavo_precompiled(kavo_${name} kavo_room_headers)
+  endif()
 endfunction()
