@@ -171,7 +171,8 @@ ExitCode run_command(std::vector<std::string> arguments) {
     return parse_and_run(app, std::move(arguments), commands, options);
   } catch (const failure& reason) {
     std::fprintf(stderr, "kavo: %s\n", reason.what());
-    return ExitCode::kWrongUsage;
+    // What the project file says is wrong usage. That it cannot be read is not.
+    return reason.is(FailureNumber::kInvalidCall) ? ExitCode::kWrongUsage : ExitCode::kFailed;
   } catch (const CLI::ParseError& error) {
     std::ostringstream help, complaint;
     const bool is_done = app.exit(error, help, complaint) == 0;

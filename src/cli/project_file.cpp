@@ -21,11 +21,30 @@ namespace {
 
 using nlohmann::ordered_json;
 
-std::string file_text(const std::u16string& path) {
-  BlockReader reader(path);
-  while (reader.more()) {
+// With "\" at its end.
+std::u16string current_folder() {
+  try {
+    return folder_of(ports().files->absolute(to_utf16(kProjectFile)));
+  } catch (const failure& reason) {
+    throw failure(reason.number(), u"the current folder cannot be found: " + reason.description(), reason.source());
   }
-  return std::string(reader.window());
+}
+
+// Nothing where there is no such file.
+std::optional<std::string> text_of_project(const std::u16string& path) {
+  try {
+    const auto info = ports().files->info(path);
+    if (!info || info->is_folder) return std::nullopt;
+    BlockReader reader(path);
+    while (reader.more()) {
+    }
+    return std::string(reader.window());
+  } catch (const failure& reason) {
+    throw failure(reason.number(),
+                  to_utf16(path_to_host(path)) + u" cannot be read: " + reason.description() +
+                      u" (--no-project goes without the project file)",
+                  reason.source());
+  }
 }
 
 const ProjectKey& key_row(std::string_view key) {
@@ -103,10 +122,9 @@ bool is_value(const Setting& setting, const ordered_json& value) {
 
 std::optional<ProjectFile> ProjectFile::find() {
   const std::u16string name = to_utf16(kProjectFile), home = home_folder();
-  std::u16string folder = folder_of(ports().files->absolute(name));  // with "\" at its end
+  std::u16string folder = current_folder();
   for (std::string way;; way += "../") {
-    const auto info = ports().files->info(folder + name);
-    if (info && !info->is_folder) return ProjectFile(file_text(folder + name), way);
+    if (const std::optional<std::string> text = text_of_project(folder + name)) return ProjectFile(*text, way);
     folder.pop_back();
     const std::size_t end = folder.rfind(u'\\');
     if (end == std::u16string::npos || equal_ignoring_case(folder, home)) return std::nullopt;

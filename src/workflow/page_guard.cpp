@@ -8,7 +8,7 @@
 #include "platform/failure.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"
-#include "suite/document/bilingual_document.h"
+#include "suite/document/tud_format.h"
 
 namespace kavo {
 
@@ -28,16 +28,13 @@ PageNames names_of(const std::u16string& page) {
                     u"document. Nothing is changed; --overwrite replaces it");
 }
 
-// Whether a bilingual document in any language was made of the file as it is.
+// Whether a bilingual document in any language was made of the file as it is. A damaged one proves nothing.
 bool is_as_prepared(const std::u16string& file) {
   const std::u16string folder = folder_of(file);
   const std::uint64_t checksum = checksum_of_file(file);
   for (const std::u16string& tud : ports().files->find(tud_name_of(file, u"*"))) {
-    try {
-      if (BilingualDocument(folder + tud).header().checksum == checksum) return true;
-    } catch (const failure&) {
-      // A damaged document, or another program's, proves nothing.
-    }
+    const std::optional<TudHeader> header = header_if_bilingual(folder + tud);
+    if (header && header->checksum == checksum) return true;
   }
   return false;
 }

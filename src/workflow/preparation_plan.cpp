@@ -45,13 +45,10 @@ std::u16string as_it_came(const PlannedDocument& planned) {
   return is_changed ? backup_name_of(planned.document) : planned.document;
 }
 
+// A damaged document, or another program's, is made of nothing.
 bool is_made_of(const std::u16string& tud, const std::u16string& document) {
-  try {
-    const TudHeader header = header_of(tud);
-    return equal_ignoring_case(core_file_name(header.set.author_document), file_name_of(document));
-  } catch (const failure&) {
-    return false;  // a damaged document, or another program's, proves nothing
-  }
+  const std::optional<TudHeader> header = header_if_bilingual(tud);
+  return header && equal_ignoring_case(core_file_name(header->set.author_document), file_name_of(document));
 }
 
 }  // namespace

@@ -63,7 +63,9 @@ std::u16string compare_with_new_pair(const PageNames& names, bool has_html, bool
     repair.Filename(copy);
     repair.ends_in_script(protector.ends_in_script());
     if (keeps_branches) repair.scripts(script.temporary_path(), language_of_page(names.page));
-    if (repair.HTMLValidate() == 0 && is_same(copy, names.html)) return {};
+    if (repair.HTMLValidate() != 0)
+      throw failure(FailureNumber::kPathFileAccess, repair.ErrorList().back().text);
+    if (is_same(copy, names.html)) return {};
   }
   return names.html;
 }

@@ -132,5 +132,8 @@ void read_tud(std::u16string_view path, TudEvents& events, ProgressEvent* progre
 
 // The header of a document, which is read to its end. Throws `failure` as read_tud() does.
 TudHeader header_of(std::u16string_view path);
+// The same; nothing for a document that read_tud() refuses, because it is damaged or another program's. Throws `failure`
+// when the file cannot be read.
+std::optional<TudHeader> header_if_bilingual(std::u16string_view path);
 
 }  // namespace kavo

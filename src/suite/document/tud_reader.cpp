@@ -386,4 +386,13 @@ TudHeader header_of(std::u16string_view path) {
   return taker.taken;
 }
 
+std::optional<TudHeader> header_if_bilingual(std::u16string_view path) {
+  try {
+    return header_of(path);
+  } catch (const failure& reason) {
+    if (!reason.is(FailureNumber::kInvalidCall)) throw;
+    return std::nullopt;
+  }
+}
+
 }  // namespace kavo
