@@ -57,7 +57,7 @@ road "a FrameMaker manual, with its hidden texts" manual.mif manual_FR.mif 8
 road "a plain text" notice.txt notice_FR.txt 8
 rm -rf ./*
 cp -r "$top"/samples original
-cp original/* .
+cp original/*.* .
 
 title "and the proof, on copies"
 show kavo verify index.asp broken.htm list.jsp manual.mif notice.txt

@@ -244,7 +244,7 @@ def make_reference(command, file):
                          cell(option["help"])) for option in common]
     for verb in command["verbs"]:
         lines += ["", f"## kavo {verb['name']}", "", verb["summary"] + ".", "",
-                  "    " + " ".join(word for word, _ in usage(verb)), ""]
+                  "```text", " ".join(word for word, _ in usage(verb)), "```", ""]
         own = [option for option in verb["options"] if option not in common]
         if own:
             lines += ["| option | meaning |", "|---|---|"]
@@ -257,7 +257,8 @@ def make_reference(command, file):
             if rest:
                 lines += ["", *(re.sub(r"^\s*([\w.-]+): ", r"- `\1`: ", line) for line in rest)]
             lines.append("")
-        lines += ["For example:", "", *("    " + example for example in verb["examples"])]
+        lines += ["For example:", "", "```console not run: an example of the help, whose options tests/cli/check_descriptions.py tries",
+                  *("$ " + example for example in verb["examples"]), "```"]
     file.write_text("\n".join(lines) + "\n")
 
 

@@ -6,10 +6,14 @@
 #   K19FPW-VERSION-windows.zip                              the same files without an installer
 #   SHA256SUMS                                              their sums
 #
+#   scripts/release.sh             all of it
+#   scripts/release.sh --debian    the Debian packages only
+#
 # The version is that of CMakeLists.txt, and CHANGELOG.md must have a section for it or "Unreleased". All files get the date
 # of the last commit, so two builds of one commit have the same bytes. When KAVO_SIGN is set, it is a command that is run with
 # the name of each Windows program, library and installer, and signs it in place.
 set -euo pipefail
+case ${1:-} in "" | --debian) only=${1:-} ;; *) echo "usage: release.sh [--debian]" >&2; exit 2 ;; esac
 top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 cd "$top"
 version=$(sed -n 's/^project(kavo VERSION \([0-9.]*\) .*/\1/p' CMakeLists.txt)
@@ -21,7 +25,7 @@ work=$top/build/release-work
 rm -rf "$result" "$work"
 mkdir -p "$result" "$work"
 
-scripts/setup.sh --release
+scripts/setup.sh ${only:---release}
 
 build() {  # build PRESET TARGET..., in build/release-PRESET
   local folder=build/release-$1 preset=$1
@@ -36,6 +40,9 @@ sign() { for file in "$@"; do [ -z "${KAVO_SIGN:-}" ] || $KAVO_SIGN "$file"; don
 build native
 (cd build/release-native && cpack -B "$work/packages" >>../release-native.log)
 cp "$work"/packages/*_"$version"_*.deb "$result"
+
+sums() { (cd "$result" && sha256sum -- * >SHA256SUMS && cat SHA256SUMS); }
+[ -z "$only" ] || { sums; exit 0; }
 
 files=$work/K19FPW-$version
 mkdir -p "$files"/x64 "$files"/x86
@@ -63,4 +70,4 @@ makensis -V2 -DVERSION="$version" -DFILES="$files" -DREMOVE="$work/remove.nsh" -
 sign "$result/K19FPW-setup.exe"
 (cd "$work" && find "K19FPW-$version" -type f | LC_ALL=C sort | zip -q -X -@ "$result/K19FPW-$version-windows.zip")
 
-(cd "$result" && sha256sum -- * >SHA256SUMS && cat SHA256SUMS)
+sums

@@ -3,6 +3,7 @@
 #
 #   scripts/setup.sh            everything that scripts/test.sh needs
 #   scripts/setup.sh --native   what the kavo command and its tests need
+#   scripts/setup.sh --debian   what scripts/release.sh --debian needs
 #   scripts/setup.sh --release  what scripts/release.sh needs
 #   scripts/setup.sh --full     also what scripts/test.sh --full and the benchmarks need
 set -euo pipefail
@@ -10,6 +11,7 @@ set -euo pipefail
 native=(g++ cmake ninja-build ccache libgtest-dev libgmock-dev nlohmann-json3-dev libcli11-dev libexpat1-dev)
 windows=(g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix mingw-w64-tools googletest wine wine64 locales dpkg-dev
   fonts-dejavu-core fonts-ipafont-gothic)  # what dialogs are drawn and measured with
+debian=(dpkg-dev python3)
 release=(nsis zip unzip python3 faketime)
 judge=(nodejs unrtf)
 full=(debootstrap man-db fish zsh clang libclang-rt-14-dev clang-tidy libbenchmark-dev strace python3 tidy libxml2-utils php-symfony-translation php-cli perl
@@ -19,9 +21,10 @@ full=(debootstrap man-db fish zsh clang libclang-rt-14-dev clang-tidy libbenchma
 case ${1:-} in
   --native) wanted=("${native[@]}") ;;
   "") wanted=("${native[@]}" "${windows[@]}" "${judge[@]}") ;;
+  --debian) wanted=("${native[@]}" "${debian[@]}") ;;
   --release) wanted=("${native[@]}" "${windows[@]}" "${release[@]}") ;;
   --full) wanted=("${native[@]}" "${windows[@]}" "${release[@]}" "${judge[@]}" "${full[@]}") ;;
-  *) echo "usage: setup.sh [--native | --release | --full]" >&2; exit 2 ;;
+  *) echo "usage: setup.sh [--native | --debian | --release | --full]" >&2; exit 2 ;;
 esac
 
 # fetch_source PACKAGE: unpacks Debian's source of a package in the user's cache. The Windows builds compile it, since no
@@ -83,7 +86,7 @@ if [ ${#missing[@]} -gt 0 ]; then
   fi
 fi
 
-case " ${wanted[*]} " in *" dpkg-dev "*) fetch_source expat ;; esac
+case " ${wanted[*]} " in *" googletest "*) fetch_source expat ;; esac
 
 # What judges rebuilt scripts of Java (tests/cli/check_scripts.py).
 parsers=${XDG_CACHE_HOME:-$HOME/.cache}/kavo-npm

@@ -1,11 +1,13 @@
 #!/usr/bin/env python3
-"""What describes the command is what its help says: docs/verbs.md, the manual pages, the completions.
+"""What describes the command is what its help says: docs/verbs.md, the manual pages, the completions. The help's examples
+are right usage.
 
     check_descriptions.py KAVO
 
 Of the completions those of bash are asked, and those of fish where it is installed.
 """
 import gzip
+import json
 import pathlib
 import shutil
 import subprocess
@@ -40,6 +42,20 @@ def in_fish(file, line):
     return [found.split("\t")[0] for found in answer.splitlines()]
 
 
+def wrong_examples(program, folder):
+    """In an empty folder the files of an example are missing, but its options must be right."""
+    described = json.loads(subprocess.run([program, "help", "--json"], check=True, capture_output=True).stdout)
+    examples = [example for verb in described["verbs"] for example in verb["examples"]]
+    surroundings = {"PATH": f"{pathlib.Path(program).parent}:/usr/bin:/bin", "HOME": str(folder), "LC_ALL": "C.UTF-8"}
+    wrong = [] if len(examples) > 20 else ["the help has hardly any examples"]
+    for example in examples:
+        ran = subprocess.run(["bash", "-c", example], cwd=folder, env=surroundings, stdin=subprocess.DEVNULL,
+                             capture_output=True, text=True)
+        if ran.returncode not in (0, 1):  # done, or the files are missing
+            wrong.append(f"an example of the help ends with {ran.returncode}: {example}: {ran.stderr}")
+    return wrong
+
+
 def main():
     program = sys.argv[1]
     faults = []
@@ -55,6 +71,8 @@ def main():
             page = folder / "man" / f"kavo-{verb.replace(' ', '-')}.1.gz"
             if "SYNOPSIS" not in gzip.decompress(page.read_bytes()).decode():
                 faults.append(f"the manual page of {verb} has no synopsis")
+        (folder / "empty").mkdir()
+        faults += wrong_examples(program, folder / "empty")
         make(program, "completion", folder / "completion")
         shells = [("bash", in_bash, folder / "completion" / "kavo")]
         if shutil.which("fish"):

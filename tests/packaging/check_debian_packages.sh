@@ -42,7 +42,7 @@ inside apt-get install -qq -y --no-install-recommends /tmp/kavo.deb >/dev/null
 cat >"$work/root/tmp/road.sh" <<'ROAD'
 set -euo pipefail
 cd ~
-cp /usr/share/doc/kavo/examples/* .
+cp /usr/share/doc/kavo/examples/*.* .
 mkdir original && cp ./*.* original/
 for document in index.asp manual.mif notice.txt; do
   kavo prepare -q "$document" --source EN-US --target FR >/dev/null
