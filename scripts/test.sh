@@ -82,7 +82,7 @@ for part in "${parts[@]}"; do
       step "Windows x86 build"
       # Debian's 64-bit Wine runs no 32-bit programs. So the tables in the library files are tested everywhere, and
       # script hosts only where Wine can run them.
-      build windows-x86 K19FPW K19Suite &&
+      build windows-x86 K19FPW K19Suite sample_host &&
         { step "Windows x86 library tests"; run_tests windows-x86 -R '_tables|script_'; }
       note $? "Windows x86 library"
       scripts/wine-run.sh --stop

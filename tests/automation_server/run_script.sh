@@ -1,5 +1,8 @@
 #!/usr/bin/env bash
-# Runs a test script in the system's script host: run_script.sh WINE-RUN BIN-FOLDER SCRIPT BITS
+# Runs a test script in the system's script host: run_script.sh WINE-RUN BIN-FOLDER SCRIPT BITS [PAGE]
+#
+# The script's argument is an empty folder; with PAGE it is a copy of that page, which must come back as it was under the
+# name "<stem>_FR". SCRIPT may be a program, which needs no script host.
 #
 # Both libraries are registered for the machine first and unregistered afterwards, as is a program that opens files of
 # the type .asp: it leaves a file "<name>.opened" beside the one that it is given. The script host ends with 0 even
@@ -36,8 +39,19 @@ for library in K19Suite K19FPW; do
     { echo "FAILED: $library.dll cannot be registered"; exit 1; }
 done
 
-timeout 60 "$wine_run" "$system\cscript.exe" //nologo "$(host_path "$script")" "$(host_path "$work")" |
-  tr -d '\r' > "$work/output"
+argument=$work
+page=${5:-}
+if [ -n "$page" ]; then
+  cp "$page" "$work"
+  argument=$work/$(basename "$page")
+fi
+host=("$system\cscript.exe" //nologo)
+case $script in *.exe) host=() ;; esac
+timeout 60 "$wine_run" "${host[@]}" "$(host_path "$script")" "$(host_path "$argument")" | tr -d '\r' > "$work/output"
 cat "$work/output"
 if grep -q '^FAILED' "$work/output"; then exit 1; fi
 [ "$(tail -n 1 "$work/output")" = done ] || { echo "FAILED: the script broke off"; exit 1; }
+if [ -n "$page" ]; then
+  extension=${page##*.}
+  cmp "$page" "${argument%.*}_FR.$extension" || { echo "FAILED: the page did not come back"; exit 1; }
+fi

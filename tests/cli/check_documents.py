@@ -21,6 +21,7 @@ inside of a line for any characters. Each command must succeed. A word behind "c
     not run: REASON   nothing runs here (another system, needs root ...); such commands are counted and listed
 
 A command outside of such a block (in another fence, or indented) is a fault: nobody would notice when it stops working.
+So is a link to a file or a heading that is not there.
 """
 import pathlib
 import re
@@ -164,6 +165,28 @@ def write(document, blocks):
     document.write_text("\n".join(lines) + "\n")
 
 
+def check_links(document):
+    """Links to files and headings of this project lead somewhere."""
+    faults = []
+    text = re.sub(r"^ *```.*?^ *```$", "", document.read_text(), flags=re.M | re.S)
+    for link in re.findall(r"\]\(([^)\s]+)\)", text):
+        name, _, heading = link.partition("#")
+        target = (document.parent / name).resolve() if name else document
+        if "://" in link:
+            continue
+        if not target.exists():
+            faults.append(f"{document.relative_to(TOP)}: {link} leads nowhere")
+        elif heading and heading not in headings(target):
+            faults.append(f"{document.relative_to(TOP)}: {link}: there is no such heading")
+    return faults
+
+
+def headings(document):
+    """As links name them: lower case, hyphens for blanks, no punctuation."""
+    titles = re.findall(r"^#+ (.*)$", document.read_text(), flags=re.M)
+    return {re.sub(r"[^\w\- ]", "", title.lower()).replace(" ", "-") for title in titles}
+
+
 def check_picture(program):
     """README's picture is made of real output, too."""
     with tempfile.TemporaryDirectory() as folder:
@@ -187,11 +210,12 @@ def main():
         count, left, wrong = check(program, document, "--update" in sys.argv)
         total += count
         left_out += left
-        faults += wrong
+        faults += wrong + check_links(document)
         if count:
             print(f"{document.relative_to(TOP)}: {count} commands, {time.monotonic() - begin:.1f} s")
-    for place, reason, text in left_out:
-        print(f"not run, {reason}: {place}: {text}")
+    for reason in dict.fromkeys(reason for _, reason, _ in left_out):
+        places = [place for place, its_reason, _ in left_out if its_reason == reason]
+        print(f"{len(places)} not run, {reason}: {' '.join(places)}")
     print("\n".join(faults))
     print(f"{total} commands of {len(documents)} documents ran, {len(left_out)} are not run, {len(faults)} faults")
     sys.exit(1 if faults or (total < 1) else 0)
