@@ -15,7 +15,7 @@ debian=(dpkg-dev python3)
 release=(nsis zip unzip python3 faketime)
 judge=(nodejs unrtf)
 full=(debootstrap man-db fish zsh clang libclang-rt-14-dev clang-tidy libbenchmark-dev strace python3 tidy libxml2-utils php-symfony-translation php-cli perl
-  translate-toolkit po4a omegat mono-mcs parallel openssh-client gcovr
+  translate-toolkit po4a omegat mono-mcs parallel openssh-client libwrap0 gcovr
   libreoffice-dev libreoffice-core-nogui libreoffice-writer-nogui libreoffice-calc-nogui libreoffice-impress-nogui)
 
 case ${1:-} in
@@ -95,6 +95,13 @@ case " ${wanted[*]} " in
     [ -d "$parsers/node_modules/java-parser" ] || {
       mkdir -p "$parsers"
       npm install --silent --prefix "$parsers" java-parser@3.0.1
+    }
+    # The server of tests/machines, unpacked only: installed, it would begin to serve.
+    server=${XDG_CACHE_HOME:-$HOME/.cache}/kavo-sshd
+    [ -d "$server/usr" ] || {
+      mkdir -p "$server"
+      (cd "$server" && apt-get download openssh-server >/dev/null 2>&1 && dpkg-deb -x openssh-server_*.deb .) ||
+        echo "setup.sh: openssh-server could not be fetched; work on several machines is not tested over ssh" >&2
     }
     # Pages whose literals were labelled by hand (tests/cli/check_labels.py); they are unpacked only.
     pages=${XDG_CACHE_HOME:-$HOME/.cache}/kavo-pages

@@ -7,8 +7,8 @@
 #                                   the command as well
 #   scripts/test.sh --windows       the Windows tests only
 #   scripts/test.sh --full          also fuzzing for a minute a target, clang-tidy, the Office programs with LibreOffice,
-#                                   scripts judged by their own parsers, the packages installed and removed, and the command
-#                                   disturbed from outside (scripts/faults.sh)
+#                                   scripts judged by their own parsers, a thousand documents on several workers, the
+#                                   packages installed and removed, and the command disturbed from outside
 set -uo pipefail
 top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 cd "$top" || exit 1
@@ -19,7 +19,7 @@ case ${1:-} in
   --native) parts=(native) ;;
   --sanitizers) parts=(sanitizers) ;;
   --windows) parts=(windows) ;;
-  --full) parts=(native sanitizers windows fuzz tidy office scripts packages faults) ;;
+  --full) parts=(native sanitizers windows fuzz tidy office scripts machines packages faults) ;;
   *) sed -n '2,12s/^# \{0,1\}//p' "$0" >&2; exit 2 ;;
 esac
 
@@ -105,6 +105,13 @@ for part in "${parts[@]}"; do
       result=$?
       [ "$result" = 77 ] && result=0
       note $result "texts of scripts"
+      ;;
+    machines)
+      step "a thousand documents, several workers and ssh"
+      tests/machines/check_many_machines.sh build/native/src/cli/kavo
+      result=$?
+      [ "$result" = 77 ] && result=0
+      note $result "many machines"
       ;;
     packages)
       step "the packages"
