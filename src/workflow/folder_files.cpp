@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <cstdio>
 #include <filesystem>
+#include <map>
 #include <set>
 
+#include "common/document_kind.h"
 #include "common/document_names.h"
 #include "common/file_type.h"
 #include "common/folder_run.h"
@@ -72,15 +74,28 @@ class Walk {
   std::vector<FolderFile> files_;
 };
 
-bool can_be_prepared(const std::u16string& path) {
-  const FileTypeRow& row = file_type_row(FileTypeOf(path));
-  // The filter gets a server page as the page that the preparation makes.
-  const bool is_page = row.preparation == Preparation::kScripts;
-  const std::u16string_view tag = is_page ? file_type_row(kHtmlPage).filter_tag : row.filter_tag;
-  return !tag.empty() && std::ranges::any_of(all_filters(), [&](const FilterEntry& filter) {
-    return filter.tag == tag && filter.make != nullptr;
-  });
-}
+// The types of a folder's files. What the user added to them is asked for once for each extension: a folder may hold
+// thousands of pictures.
+class Types {
+ public:
+  const FileTypeRow& row_of(const std::u16string& path) {
+    const auto [entry, is_new] = types_.try_emplace(ascii_lower(extension_of(path)), kUnknownFile);
+    if (is_new) entry->second = kind_of_document(path).type;
+    return file_type_row(entry->second);
+  }
+  bool can_be_prepared(const std::u16string& path) {
+    const FileTypeRow& row = row_of(path);
+    // The filter gets a server page as the page that the preparation makes.
+    const bool is_page = row.preparation == Preparation::kScripts;
+    const std::u16string_view tag = is_page ? file_type_row(kHtmlPage).filter_tag : row.filter_tag;
+    return !tag.empty() && std::ranges::any_of(all_filters(), [&](const FilterEntry& filter) {
+      return filter.tag == tag && filter.make != nullptr;
+    });
+  }
+
+ private:
+  std::map<std::u16string, std::int32_t> types_;
+};
 
 std::u16string place_in_tree(const std::u16string& file, const std::vector<std::u16string>& trees) {
   const std::u16string whole = ports().files->absolute(file);
@@ -95,11 +110,11 @@ std::u16string place_in_tree(const std::u16string& file, const std::vector<std::
 // What preparing and rebuilding made, by the names that stand beside a file.
 class OwnOutputs {
  public:
-  explicit OwnOutputs(const std::vector<FolderFile>& files) {
+  OwnOutputs(const std::vector<FolderFile>& files, Types& types) {
     for (const FolderFile& file : files) names_.insert(file.path);
     for (const FolderFile& file : files) {
       if (is_bilingual_name(file.path)) add_translation_of(TudName(file.path));
-      if (file_type_row(FileTypeOf(file.path)).preparation == Preparation::kScripts) add_parts_of(file.path);
+      if (types.row_of(file.path).preparation == Preparation::kScripts) add_parts_of(file.path);
       if (FileTypeOf(file.path) == kWordDocument) made_.insert(rtf_name_of(file.path));
     }
   }
@@ -180,9 +195,10 @@ std::vector<FolderFile> sources_meant(const std::vector<std::u16string>& given, 
     everything.include.clear();
     everything.exclude.clear();
     std::vector<FolderFile> found = files_of_folder(folder, everything);
-    const OwnOutputs outputs(found);
+    Types types;
+    const OwnOutputs outputs(found, types);
     std::erase_if(found, [&](const FolderFile& file) {
-      return !is_selected(selection, file.relative) || !can_be_prepared(file.path) || outputs.contains(file.path);
+      return !is_selected(selection, file.relative) || !types.can_be_prepared(file.path) || outputs.contains(file.path);
     });
     return found;
   });
@@ -194,11 +210,12 @@ std::vector<FolderFile> rest_of_folder(std::u16string_view folder, const FolderS
   everything.include.clear();
   everything.exclude.clear();
   std::vector<FolderFile> files = files_of_folder(folder, everything);
-  const OwnOutputs outputs(files);
+  Types types;
+  const OwnOutputs outputs(files, types);
   std::erase_if(files, [&](const FolderFile& file) {
     const std::u16string name = ascii_lower(file_name_of(file.path));
     const bool is_ours = name == u"kavo.json" || name == u"removed.tmx" || name.ends_with(u".tud.skl");
-    return is_ours || is_bilingual_name(file.path) || can_be_prepared(file.path) || outputs.contains(file.path);
+    return is_ours || is_bilingual_name(file.path) || types.can_be_prepared(file.path) || outputs.contains(file.path);
   });
   return files;
 }

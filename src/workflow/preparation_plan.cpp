@@ -5,6 +5,7 @@
 #include <set>
 
 #include "common/checksum.h"
+#include "common/document_kind.h"
 #include "common/document_names.h"
 #include "common/file_type.h"
 #include "common/path_parts.h"
@@ -28,7 +29,7 @@ namespace {
 std::vector<std::u16string> names_taken_by(const std::u16string& document,
                                            const std::vector<std::u16string>& languages) {
   std::vector<std::u16string> names{document};
-  if (file_type_row(FileTypeOf(document)).preparation == Preparation::kScripts) {
+  if (file_type_row(kind_of_document(document).type).preparation == Preparation::kScripts) {
     PageNames page{.page = document, .html = {}, .script = {}};
     complete_from_page(page);
     names.insert(names.end(), {page.html, page.script});

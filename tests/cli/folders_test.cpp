@@ -61,6 +61,27 @@ TEST_F(Folders, ATreeIsPreparedOnCopiesAndRebuiltUnderTheNamesOfItsSources) {
   EXPECT_EQ(tree("site"), source);
 }
 
+// Pages and parts of pages that hosts do not know (docs/command.md).
+TEST_F(Folders, PagesOfOtherNamesAreSourcesToo) {
+  put("site/index.php", "<p>Welcome</p><?php echo \"Hello there\" ?>\n");
+  put("site/header.inc", "<p>The shop</p><% x = 1 %>\n");
+  put("site/logo.gif", "GIF89a");
+  EXPECT_TRUE(holds(prepare({}, "FR").output, "2 documents prepared, 0 up to date"));
+  EXPECT_TRUE(has("work/index_php_htm_FR.tud"));
+  EXPECT_TRUE(has("work/header_inc_htm_FR.tud"));
+  EXPECT_TRUE(holds(prepare({}, "FR").output, "0 documents prepared, 2 up to date"));
+  const Ran rebuilt = kavo({"rebuild", "work", "--output-dir", "out", "--copy-rest", "site"});
+  EXPECT_EQ(rebuilt.code, 0) << rebuilt.errors;
+  for (const char* const name : {"index.php", "header.inc", "logo.gif"})
+    EXPECT_EQ(get("out/" + std::string(name)), get("site/" + std::string(name))) << name;
+
+  // What their preparation leaves beside them is no source.
+  ASSERT_EQ(kavo({"prepare", "site", "--source", "EN", "--target", "FR"}).code, 0);
+  const Ran again = kavo({"prepare", "site", "--source", "EN", "--target", "FR", "--json"});
+  EXPECT_FALSE(holds(again.output, "_htm.htm")) << again.output;
+  EXPECT_FALSE(has("site/index_php_htm_htm_FR.tud"));
+}
+
 TEST_F(Folders, ARepeatedRunDoesOnlyWhatIsMissingOrChanged) {
   put_site();
   ASSERT_EQ(prepare().code, 0);
