@@ -103,9 +103,10 @@ def run(program, commands):
         shutil.copytree(TOP / "samples", folder / "work")
         surroundings = {"PATH": f"{program.parent}:/usr/bin:/bin", "HOME": str(folder / "home"), "LC_ALL": "C.UTF-8",
                         "TMPDIR": str(folder / "scratch")}
-        script = "".join(f"{command.text}\nprintf '\\n{DONE} %s\\n' $?\n" for command in commands)
-        ran = subprocess.run(["bash", "-s"], cwd=folder / "work", env=surroundings, text=True, errors="replace",
-                             input=script, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, timeout=300)
+        script = folder / "script"
+        script.write_text("".join(f"{command.text}\nprintf '\\n{DONE} %s\\n' $?\n" for command in commands))
+        ran = subprocess.run(["bash", script], cwd=folder / "work", env=surroundings, text=True, errors="replace",
+                             stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, timeout=300)
         results = re.split(rf"\n{DONE} (\d+)\n", ran.stdout)
         return [(text.rstrip("\n").split("\n") if text.strip() else [], int(code))
                 for text, code in zip(results[0:-1:2], results[1::2])]
