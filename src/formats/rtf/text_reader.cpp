@@ -1,7 +1,8 @@
 #include "formats/rtf/text_reader.h"
 
+#include <algorithm>
+
 #include "formats/rtf/characters.h"
-#include "formats/rtf/token_scanner.h"
 #include "formats/text/ascii.h"
 
 namespace kavo::rtf {
@@ -17,6 +18,8 @@ char32_t unit_of(std::int32_t number) { return static_cast<char32_t>(number < 0 
 bool is_unicode_word(const Token& token) { return token.name == "u" && token.has_number; }
 
 }  // namespace
+
+unsigned fallback_of(const Token& uc) { return static_cast<unsigned>(std::clamp(uc.number, 0, 16)); }
 
 bool TextReader::next(TextUnit& unit) {
   if (at_ == bytes_.size()) return false;
@@ -46,6 +49,10 @@ bool TextReader::control(TextUnit& unit) {
   const std::string_view rest = bytes_.substr(at_);
   if (rest.size() > 1 && is_letter(rest[1])) {
     const Token word = word_at(rest);
+    if (word.name == "uc") {
+      fallback_ = fallback_of(word);
+      return give(unit, TextUnit::Kind::kNothing, at_ + word.bytes.size());
+    }
     if (is_unicode_word(word)) return unicode(unit, word.number, at_ + word.bytes.size());
     unit.text = character_of(word);
     return give(unit, unit.text.empty() ? TextUnit::Kind::kInvalid : TextUnit::Kind::kCharacter,
@@ -97,20 +104,33 @@ bool TextReader::coded(TextUnit& unit) {
 bool TextReader::unicode(TextUnit& unit, std::int32_t number, std::size_t end) {
   end = behind_fallback(end);
   char32_t code_point = unit_of(number);
-  if (is_high_half(code_point)) {
-    const std::size_t second = behind_line_ends(end);
-    const std::string_view rest = bytes_.substr(second);
-    if (rest.size() > 1 && rest[0] == '\\' && is_letter(rest[1])) {
-      const Token word = word_at(rest);
-      if (is_unicode_word(word) && is_low_half(unit_of(word.number))) {
-        code_point = 0x10000 + ((code_point - 0xD800) << 10) + (unit_of(word.number) - 0xDC00);
-        end = behind_fallback(second + word.bytes.size());
-      }
-    }
-  }
+  if (char32_t second = 0; is_high_half(code_point) && second_half(end, second))
+    code_point = 0x10000 + ((code_point - 0xD800) << 10) + (second - 0xDC00);
   const bool is_valid = is_xml_character(code_point);
   if (is_valid) append_utf8(unit.text, code_point);
   return give(unit, is_valid ? TextUnit::Kind::kCharacter : TextUnit::Kind::kInvalid, end);
+}
+
+// The second half of a character and the place behind it; false, and nothing has changed, when there is none.
+bool TextReader::second_half(std::size_t& place, char32_t& half) {
+  const unsigned before = fallback_;
+  for (std::size_t at = behind_line_ends(place);;) {
+    const std::string_view rest = bytes_.substr(at);
+    if (rest.size() < 2 || rest[0] != '\\' || !is_letter(rest[1])) break;
+    const Token word = word_at(rest);
+    at += word.bytes.size();
+    if (word.name == "uc") {
+      fallback_ = fallback_of(word);
+      at = behind_line_ends(at);
+      continue;
+    }
+    half = unit_of(word.number);
+    if (!is_unicode_word(word) || !is_low_half(half)) break;
+    place = behind_fallback(at);
+    return true;
+  }
+  fallback_ = before;
+  return false;
 }
 
 TextReader::Byte TextReader::byte_at(std::size_t place, bool is_second) const {

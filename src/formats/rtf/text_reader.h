@@ -1,5 +1,6 @@
 // Reads the text of a run of RTF without braces and formatting: bytes in a font's coding, raw or in hexadecimal, \uN
-// with its fallback for older programs, and characters with names.
+// with its fallback for older programs, and characters with names. Some programs write \ucN in the middle of a run, even
+// between the two halves of one character, so it belongs to the run.
 #pragma once
 
 #include <cstddef>
@@ -7,6 +8,7 @@
 #include <string>
 #include <string_view>
 
+#include "formats/rtf/token_scanner.h"
 #include "formats/text/text_coding.h"
 
 namespace kavo::rtf {
@@ -16,21 +18,26 @@ struct TextUnit {
     kPlain,      // a run of characters that stand for themselves
     kCharacter,  // one character in another form
     kInvalid,    // bytes that are not valid in the run's coding
-    kNothing,    // line ends
+    kNothing,    // line ends, \ucN
   };
   Kind kind = Kind::kNothing;
   std::string text;        // UTF-8
   std::string_view bytes;  // of the document
 };
 
+// The bytes behind each \uN, as \ucN says; no program has more than 16.
+unsigned fallback_of(const Token& uc);
+
 class TextReader {
  public:
   // `coding` is null when it is not known; then only ASCII is valid. `fallback` is the number of bytes behind each \uN
-  // (\ucN in effect). Both must outlive the reader, as must `bytes`.
+  // (\ucN in effect before the run). Both must outlive the reader, as must `bytes`.
   TextReader(std::string_view bytes, const TextCoding* coding, unsigned fallback)
       : bytes_(bytes), coding_(coding), fallback_(fallback) {}
   // False at the end.
   bool next(TextUnit& unit);
+  // The bytes behind each \uN, as far as the run has been read.
+  unsigned fallback() const { return fallback_; }
 
  private:
   struct Byte {
@@ -46,6 +53,7 @@ class TextReader {
   bool control(TextUnit& unit);
   bool coded(TextUnit& unit);
   bool unicode(TextUnit& unit, std::int32_t number, std::size_t end);
+  bool second_half(std::size_t& place, char32_t& half);
 
   std::string_view bytes_;
   const TextCoding* coding_;

@@ -215,7 +215,8 @@ void SegmentMaker::add_hidden(const Item& item) {
 
 void SegmentMaker::add_text(const Item& item) {
   TextReader reader(paragraph_->bytes_of(item), item.coding, item.fallback);
-  for (TextUnit unit; reader.next(unit);) {
+  unsigned fallback = item.fallback;
+  for (TextUnit unit; reader.next(unit); fallback = reader.fallback()) {
     switch (unit.kind) {
       case TextUnit::Kind::kPlain:
       case TextUnit::Kind::kCharacter:
@@ -224,8 +225,7 @@ void SegmentMaker::add_text(const Item& item) {
       case TextUnit::Kind::kInvalid:
         // In another font, or with another number of bytes behind \uN, these bytes might be a character.
         if (item.look != first_look_) code_words_[next_id_] = words_for(item.look);
-        if (item.fallback != fallback_)
-          code_words_[next_id_].append("\\uc").append(std::to_string(item.fallback));
+        if (fallback != fallback_) code_words_[next_id_].append("\\uc").append(std::to_string(fallback));
         ++next_id_;
         if (unit.bytes == "\t")
           builder_.add_code(CodeKind::kStandalone, "x-tab", {}, unit.bytes);
@@ -237,6 +237,7 @@ void SegmentMaker::add_text(const Item& item) {
         break;
     }
   }
+  if (fallback != item.fallback) rest_.append("\\uc").append(std::to_string(fallback)).append(" ");
 }
 
 void SegmentMaker::add_code(const Item& item) {

@@ -33,7 +33,8 @@ struct Item {
   bool is_required = false;  // of a code
   bool is_visible = false;   // a text that is more than blanks
   bool has_look = false;     // a code that shows itself
-  unsigned fallback = 1;     // of a text: bytes behind each \uN
+  unsigned fallback = 1;     // bytes behind each \uN, at its beginning
+  unsigned last_fallback = 1;  // at the end of a text
   std::size_t begin = 0;
   std::size_t end = 0;
   std::size_t look = 0;                 // place in Paragraph::looks

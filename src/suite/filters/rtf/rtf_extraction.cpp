@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "formats/rtf/characters.h"
+#include "formats/rtf/text_reader.h"
 
 namespace kavo::rtf {
 namespace {
@@ -218,6 +219,14 @@ void RtfExtraction::take_word(const Token& token) {
     if (begin_destination(token)) return;
     if (std::exchange(current.has_star, false)) return begin_data("x-rtf", false, {}, token);
   }
+  // Part of a text that goes on, so that one character may have it between its halves.
+  if (token.name == "uc" && joins_last(ItemKind::kText, {})) {
+    current.fallback = fallback_of(token);
+    paragraph_.bytes += token.bytes;
+    paragraph_.items.back().end = paragraph_.bytes.size();
+    paragraph_.items.back().last_fallback = current.fallback;
+    return;
+  }
   if (take_property(token)) return hidden(token);
   // The data behind it follow as a token of their own.
   if (token.name == "bin") return code(token, "x-rtf", false, {});
@@ -277,7 +286,7 @@ bool RtfExtraction::take_property(const Token& token) {
     current.look.reset(format_.font);
     set_font(current);
   } else if (token.name == "uc") {
-    current.fallback = static_cast<unsigned>(std::clamp(token.number, 0, 16));
+    current.fallback = fallback_of(token);
   } else if (current.look.apply(token)) {
     if (token.name == "f") set_font(current);
   } else {
@@ -331,7 +340,7 @@ Item& RtfExtraction::add(ItemKind kind, const Token& token) {
   }
   Item item;
   item.kind = kind;
-  item.fallback = groups_.empty() ? 1 : group().fallback;
+  item.fallback = item.last_fallback = groups_.empty() ? 1 : group().fallback;
   item.begin = paragraph_.bytes.size();
   paragraph_.bytes += token.bytes;
   item.end = paragraph_.bytes.size();
@@ -349,7 +358,7 @@ bool RtfExtraction::joins_last(ItemKind kind, std::string_view type) const {
   if (last.kind != kind || last.type != type || last.end != paragraph_.bytes.size()) return false;
   const Group& current = groups_.back();
   if (is_new_look_ && paragraph_.looks[last.look] != current.look) return false;
-  return kind == ItemKind::kText ? last.coding == current.coding && last.fallback == current.fallback : true;
+  return kind == ItemKind::kText ? last.coding == current.coding && last.last_fallback == current.fallback : true;
 }
 
 }  // namespace kavo::rtf
