@@ -67,9 +67,10 @@ bool is_read_as_copy(std::int32_t type) {
 }
 
 // The file that the filter reads in the place of a produced file.
-std::u16string what_is_read(const ProducedFile& file, const RunLanguages& languages, FolderRun& run) {
-  const std::u16string form = in_translated_form(file.file_name, run);
+std::u16string what_is_read(ProducedFile& file, const RunLanguages& languages, FolderRun& run) {
+  const std::u16string form = file.form.empty() ? in_translated_form(file.file_name, run) : file.form;
   const bool is_form = form != file.file_name;
+  if (is_form) file.form = form;
   if (is_form && languages.keeps_form) copy_file(form, translated_form_of(file.file_name));
   const bool is_rtf =
       file.file_type == kRtfDocument || file_type_row(file.file_type).form == TranslatedForm::kRtf;

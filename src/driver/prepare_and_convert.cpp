@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "common/file_type.h"
+#include "common/folder_run.h"
 #include "driver/page_coding_report.h"
 #include "platform/code_page.h"
 #include "platform/ports.h"
@@ -26,13 +27,17 @@ std::vector<ConvertedDocument> prepare_and_convert(const PreparationRequest& req
     report_page_coding(request.document,
                        code_page != 0 ? static_cast<unsigned>(code_page) : ports().code_page->number(), observer);
   }
-  const std::vector<ProducedFile> files = results.front().preparation.files;
+  std::vector<ProducedFile> files = results.front().preparation.files;
+  // Scratch files stay to its end, so that an Office document is converted once for all languages.
+  FolderRun run(request.document, observer.report());
   for (const RunLanguages& each : languages) {
     if (&each != &languages.front()) results.emplace_back().preparation.files = files;
     std::vector<ProducedFile>& produced = results.back().preparation.files;
     results.back().conversion = convert_produced_files(produced, each, request.document, observer);
     if (results.back().conversion.result != 0) break;
+    for (std::size_t i = 0; i < files.size(); ++i) files[i].form = produced[i].form;
   }
+  run.commit();
   return results;
 }
 

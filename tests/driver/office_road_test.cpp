@@ -1,5 +1,6 @@
 // Word documents, presentations and workbooks on the whole road, with a stand-in for the Office programs.
 #include "common/folder_run.h"
+#include "driver/prepare_and_convert.h"
 #include "driver/road_fixture.h"
 #include "driver/translation.h"
 #include "office/recording_office.h"
@@ -78,6 +79,36 @@ TEST_F(OfficeRoad, PresentationsAndWorkbooksGoByTheirXmlAndComeBack) {
     EXPECT_NE(files.get(rebuilt.target).find(">[Hello]</seg>"), std::string::npos) << files.get(rebuilt.target);
     EXPECT_EQ(files.get(in(u"deck." + type)), kXml) << "the source is only read";
     for (const std::u16string& path : files.all_files()) files.remove_file(path);
+  }
+}
+
+TEST_F(OfficeRoad, ADocumentIsConvertedOnceForAllLanguages) {
+  const struct {
+    std::u16string_view document, tud, target;
+    std::string_view bytes;
+  } cases[] = {{u"report.doc", u"report_doc_rtf_", u"report_", kRtf}, {u"deck.ppt", u"deck_ppt_", u"deck_", kXml}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(to_utf8(c.document));
+    interchange.copies.clear();
+    files.put(in(c.document), c.bytes);
+    PreparationRequest request;
+    request.document = in(c.document);
+    PreparationBatch batch({request.document});
+    const RunLanguages languages[] = {{u"EN-US", u"FR"}, {u"EN-US", u"DE"}, {u"EN-US", u"JA"}};
+    const std::vector<ConvertedDocument> converted = prepare_and_convert(request, batch, languages, {});
+    ASSERT_EQ(converted.size(), 3u);
+    EXPECT_EQ(interchange.copies.size(), 1u);
+    for (const std::u16string_view language : {u"FR", u"DE", u"JA"}) {
+      const std::u16string tud = in(c.tud) + std::u16string(language) + u".tud";
+      ASSERT_TRUE(files.has(tud));
+      translate(tud, bracketed);
+      const Rebuilt rebuilt = rebuild(tud);
+      ASSERT_EQ(rebuilt.result, 0) << testing::PrintToString(messages);
+      const std::string document = files.get(rebuilt.target);
+      EXPECT_NE(document.find("[Hello"), std::string::npos) << document;
+      EXPECT_EQ(document.find("{\\pict 0102}") != std::string::npos, c.bytes == kRtf) << document;
+    }
+    for (const std::u16string& path : files.all_files()) EXPECT_EQ(path.find(u".kavo-run"), path.npos) << to_utf8(path);
   }
 }
 
