@@ -122,20 +122,17 @@ void Program::object_gone() {
 }
 
 bool Program::run_macro(std::wstring_view name) {
-  if (document_.empty()) return false;
+  if (document_.path().empty()) return false;
   std::error_code error;
-  const std::filesystem::path flag = document_.native() + L".kavo";
-  if (std::filesystem::file_size(flag, error) != 0 || error) return false;
-  // What the export macro makes: "deck.ppt" gives "deck_ppt.xml".
-  if (name.find(L"!Export") != std::wstring_view::npos) {
-    std::filesystem::path xml = document_;
-    xml.replace_filename(document_.stem().native() + L"_" + document_.extension().native().substr(1) + L".xml");
-    std::ofstream(xml) << "<exported/>";
-  }
+  if (std::filesystem::file_size(document_.path().native() + L".kavo", error) != 0 || error) return false;
+  exports_ = name.find(L"!Export") != std::wstring_view::npos;
   return SetTimer(nullptr, 0, kMacroTime, macro_ends) != 0;
 }
 
-void Program::finish_macro() { std::filesystem::remove(document_.native() + L".kavo"); }
+void Program::finish_macro() {
+  exports_ ? document_.export_xml() : document_.import_xml();
+  std::filesystem::remove(document_.path().native() + L".kavo");
+}
 
 }  // namespace kavo::test
 

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <string>
 
+#include "office/standin/document.h"
 #include "office/standin/programs.h"
 #include "office/standin/record.h"
 #include "platform/win32/owners.h"
@@ -27,12 +28,10 @@ class Program {
   void object_made() { ++objects_; }
   void object_gone();
 
-  // The document that is open, "" for none.
-  void opened(std::filesystem::path document) { document_ = std::move(document); }
-  void closed() { document_.clear(); }
-  const std::filesystem::path& document() const { return document_; }
-  // Starts a macro, which ends a little later by deleting the flag file. False when no document is open that has an
-  // empty one.
+  // The document that is open; its path is "" when there is none.
+  StandInDocument& document() { return document_; }
+  // Starts a macro, which does its work a little later and then deletes the flag file: a caller who does not wait finds
+  // nothing done. False when no document is open that has an empty flag file.
   bool run_macro(std::wstring_view name);
   void finish_macro();
 
@@ -43,7 +42,8 @@ class Program {
   DWORD active_ = 0;  // its number in the running object table, 0 when it is not there
   long objects_ = 0;
   bool quitting_ = false;
-  std::filesystem::path document_;
+  StandInDocument document_;
+  bool exports_ = false;  // the macro that runs
 };
 
 }  // namespace kavo::test

@@ -1,7 +1,6 @@
 #include "office/standin/recorded_object.h"
 
 #include <algorithm>
-#include <fstream>
 #include <iterator>
 #include <sstream>
 #include <vector>
@@ -14,6 +13,7 @@
 namespace kavo::test {
 namespace {
 
+constexpr LONG kRtfFormat = 6;
 constexpr HRESULT kRefused = static_cast<HRESULT>(0x800A03EC);  // run-time error 1004
 
 // A call that is refused.
@@ -93,7 +93,7 @@ class RecordedObject final : public ComObject<IDispatch, IPersistFile> {
   HRESULT STDMETHODCALLTYPE Load(LPCOLESTR file, DWORD) noexcept override {
     const std::filesystem::path path(file);
     name_ = path.filename() == program_.kind().template_name ? "Template" : "Document";
-    if (name_ == "Document") program_.opened(path);
+    if (name_ == "Document") program_.document() = StandInDocument(path);
     return program_.record().add("load \"" + to_utf8(from_wide(file)) + '"') ? kRefused : S_OK;
   }
   HRESULT STDMETHODCALLTYPE Save(LPCOLESTR, BOOL) noexcept override { return E_NOTIMPL; }
@@ -130,7 +130,7 @@ class RecordedObject final : public ComObject<IDispatch, IPersistFile> {
         {"Document", u"Application", get, &RecordedObject::application},
         {"Document", u"Fields", get, &RecordedObject::fields},
         {"Document", u"Saved", put, nullptr},
-        {"Document", u"Save", method, nullptr},
+        {"Document", u"Save", method, &RecordedObject::save},
         {"Document", u"SaveAs", method, &RecordedObject::save_as},
         {"Document", u"Close", method, &RecordedObject::close},
         {"Fields", u"Count", get, &RecordedObject::field_count},
@@ -176,15 +176,23 @@ class RecordedObject final : public ComObject<IDispatch, IPersistFile> {
     const bool is_template = path.filename() == program_.kind().template_name;
     if (!is_template) {
       if (!std::filesystem::exists(path) || program_.record().planned("open", "") == "refused") refuse();
-      program_.opened(path);
+      program_.document() = StandInDocument(path);
     }
     answer_object(answer, is_template ? "Template" : "Document");
   }
   void close(const DISPPARAMS&, VARIANT&) {
-    if (name_ == "Document") program_.closed();
+    if (name_ == "Document") program_.document() = {};
+  }
+  void save(const DISPPARAMS&, VARIANT&) {
+    const std::filesystem::path& path = program_.document().path();
+    if (path.empty()) refuse();
+    program_.document().save(path);
   }
   void save_as(const DISPPARAMS& arguments, VARIANT&) {
-    std::ofstream(path_argument(arguments), std::ios::binary) << "saved by the stand-in";
+    VARIANT format{};
+    if (arguments.cArgs != 2 || FAILED(VariantChangeType(&format, &arguments.rgvarg[0], 0, VT_I4))) refuse();
+    const std::filesystem::path path = path_argument(arguments);
+    V_I4(&format) == kRtfFormat ? program_.document().save_as_rtf(path) : program_.document().save(path);
   }
   void fields(const DISPPARAMS& arguments, VARIANT& answer) {
     if (arguments.cArgs == 0) return answer_object(answer, "Fields");

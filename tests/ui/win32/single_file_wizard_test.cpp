@@ -10,6 +10,8 @@
 #include "common/program_settings.h"
 #include "dialog_driver.h"
 #include "new_user.h"
+#include "office/win32/office_stand_in.h"
+#include "platform/ports.h"
 #include "platform/unicode.h"
 #include "platform/win32/owners.h"
 #include "platform/win32/text.h"
@@ -172,7 +174,7 @@ constexpr Ending kFailures[] = {
     {u"of no known type", u"odd.zzz", u"OK", 2, u""},
     {u"page that cannot be prepared", u"missing.htm", u"OK", 103, u""},
     {u"FrameMaker document that cannot be prepared", u"missing.mif", u"OK", 104, u""},
-    {u"no filter for the first file", u"letter.doc", u"OK", 200, u""},
+    {u"no Office program for the first file", u"letter.doc", u"OK", 200, u""},
     {u"no document of the second file", u"blocked.asp", u"OK", 201, u"blocked_asp_htm_FR.tud"},
 };
 
@@ -273,6 +275,53 @@ TEST(SingleFileWizardTest, ScriptHostGetsDocumentsAndTheLauncherItsCommandLine) 
   EXPECT_EQ(host.results(), expected + "done\r\n");
   EXPECT_EQ(take_first_document(folder), rows.back().ending.first_tud);
   EXPECT_FALSE(installation.launched());
+}
+
+TEST(SingleFileWizardTest, OfficeDocumentsRtfAndAResourceScriptTakeTheSameRoad) {
+  for (const StandInProgram& program : kStandInPrograms)
+    if (!OfficeStandIn::is_free(program.identifier)) GTEST_SKIP() << "a real Office is installed; it is left alone";
+  const struct {
+    std::u16string_view document;
+    std::string_view bytes;
+    std::u16string_view tud, target;
+    std::u16string_view beside;  // what the way back needs, or nothing
+    std::string_view added = {};  // in front, by a rebuilding without translations
+  } roads[] = {
+      {u"report.doc", "A ship\npicture 0102\n", u"report_doc_rtf_FR.tud", u"report_FR.doc", u"report_doc.obj"},
+      {u"deck.ppt", "A ship\npicture 0102\n", u"deck_ppt_FR.tud", u"deck_FR.ppt", u""},
+      {u"book.xls", "A ship\npicture 0102\n", u"book_xls_FR.tud", u"book_FR.xls", u""},
+      {u"letter.rtf", "{\\rtf1\\ansi A ship {\\pict 0102}\\par}", u"letter_rtf_FR.tud", u"letter_FR.rtf", u"letter.obj"},
+      {u"app.rc", "STRINGTABLE\r\nBEGIN\r\n  1 \"A ship\"\r\nEND\r\n", u"app_rc_FR.tud", u"app_FR.rc", u"",
+       "LANGUAGE 12, 1\r\n#pragma code_page(1252)\r\n"}};
+  const NewUser user;
+  const Installation installation;
+  OfficeStandIn word(L"Word.Application"), presentations(L"PowerPoint.Application"), workbooks(L"Excel.Application");
+  for (OfficeStandIn* office : {&word, &presentations, &workbooks}) office->plan({});
+  const TempFolder folder;
+  for (const auto& road : roads) folder.write(road.document, road.bytes);
+  const ScriptHost host(folder, std::vector<int>(std::size(roads), 0));
+  for (const auto& road : roads) {
+    SCOPED_TRACE(to_utf8(road.document));
+    const Dialog dialog = host.wizard();
+    ASSERT_TRUE(IsWindow(dialog.window()));
+    Dialog::set_text(dialog.control(L"Edit", 0), folder.path(road.document));
+    dialog.click(dialog.control(u"OK"));
+    EXPECT_TRUE(dialog.gone());
+    EXPECT_EQ(installation.take_parameters(), u"\"" + folder.path(road.tud) + u"\"");
+  }
+  EXPECT_EQ(host.results(), "0\r\n0\r\n0\r\n0\r\n0\r\ndone\r\n");
+  const ObjectRef wizard = ports().automation->create(u"K19FPW.K19FPWObj");
+  wizard->put(u"QuietMode", std::int32_t{1});
+  for (const auto& road : roads) {
+    SCOPED_TRACE(to_utf8(road.document));
+    EXPECT_TRUE(road.beside.empty() || folder.exists(road.beside));
+    EXPECT_NE(folder.read(road.tud).find("A ship"), std::string::npos);
+    Argument arguments[] = {by_value(folder.path(road.tud)), by_reference(std::u16string()),
+                            by_value(std::int32_t{0}), by_value(std::int32_t{0})};
+    EXPECT_EQ(as_number(wizard->invoke(u"CreateTranslation", arguments)), 0)
+        << to_utf8(as_text(wizard->get(u"LastError")));
+    EXPECT_EQ(folder.read(road.target), std::string(road.added).append(road.bytes));
+  }
 }
 
 TEST(SingleFileWizardTest, TheEditorButtonStartsTheEditorAloneAndCancels) {
