@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "suite/mif_filter_property.h"
+#include "suite/office_xml_filter_property.h"
 #include "suite/rc_filter_property.h"
 #include "suite/rtf_filter_property.h"
 #include "suite/script_filter_property.h"
@@ -37,6 +38,7 @@ void replay(const std::string& folder, std::size_t least, Property holds) {
 TEST(SuiteSeeds, BilingualDocuments) { replay(KAVO_SUITE_SEEDS "/tud", 8, broken_tud_property); }
 TEST(SuiteSeeds, RtfDocuments) { replay(KAVO_SUITE_SEEDS "/rtf_filter", 8, broken_rtf_filter_property); }
 TEST(SuiteSeeds, MifDocuments) { replay(KAVO_SUITE_SEEDS "/mif_filter", 10, broken_mif_filter_property); }
+TEST(SuiteSeeds, OfficeXml) { replay(KAVO_SUITE_SEEDS "/office_xml_filter", 8, broken_office_xml_property); }
 TEST(SuiteSeeds, ResourceScripts) { replay(KAVO_SUITE_SEEDS "/rc_filter", 8, broken_rc_filter_property); }
 TEST(SuiteSeeds, ScriptFiles) { replay(KAVO_SUITE_SEEDS "/script_filter", 8, broken_script_filter_property); }
 TEST(SuiteSeeds, Lexers) {
