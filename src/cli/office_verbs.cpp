@@ -152,7 +152,9 @@ class WordToDoc final : public WordVerb {
     word.RTFFile(file);
     word.DOCFile(run.scratch_path(file_name_of(target)));
     const std::int32_t result = word.RTF2DOC();
-    return outcome_of(result, {{word.DOCFile(), target}}, word.errors(), kWordProgram);
+    Outcome outcome = outcome_of(result, {{word.DOCFile(), target}}, word.errors(), kWordProgram);
+    if (!word.losses().empty()) outcome.messages.push_back({word.losses()});
+    return outcome;
   }
 };
 

@@ -1,6 +1,7 @@
 #include "cli/setting_table.h"
 
 #include <algorithm>
+#include <charconv>
 #include <optional>
 #include <utility>
 
@@ -11,6 +12,8 @@
 #include "driver/preparation.h"
 #include "driver/status_colours.h"
 #include "mif/mif_settings.h"
+#include "office/excel_options.h"
+#include "office/time_limit.h"
 #include "platform/failure.h"
 #include "platform/unicode.h"
 #include "suite/components/editor_launcher.h"
@@ -33,6 +36,51 @@ bool set_mif_split(const std::string& value) {
 std::string mif_markers() { return marker_names_of(load_mif_settings().markers); }
 bool set_mif_markers(const std::string& value) {
   store_mif_markers(marker_list_of(value));
+  return true;
+}
+
+std::string time_limit() {
+  const auto seconds = stored_time_limit();
+  return seconds ? std::to_string(*seconds) : std::string(kDefault);
+}
+bool set_time_limit(const std::string& value) {
+  std::int32_t seconds = 0;
+  const auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), seconds);
+  const bool is_number = error == std::errc() && end == value.data() + value.size();
+  if (value != kDefault && (!is_number || seconds < 1 || seconds > kLongestTimeLimit)) return false;
+  store_time_limit(is_number ? std::optional(seconds) : std::nullopt);
+  return true;
+}
+
+// The options of workbooks, as their dialog stores them.
+template <bool ExcelOptions::*Member>
+Setting workbook_switch(std::string name, std::string what) {
+  return {std::move(name), "on or off: " + std::move(what), [] { return load_excel_options().*Member ? "on" : "off"; },
+          [](const std::string& value) {
+            if (value != "on" && value != "off") return false;
+            ExcelOptions options = load_excel_options();
+            options.*Member = value == "on";
+            save_excel_options(options);
+            return true;
+          }};
+}
+
+std::string workbook_order() { return load_excel_options().order == 1 ? "columns" : "rows"; }
+bool set_workbook_order(const std::string& value) {
+  if (value != "rows" && value != "columns") return false;
+  ExcelOptions options = load_excel_options();
+  options.order = value == "columns" ? 1 : 0;
+  save_excel_options(options);
+  return true;
+}
+
+std::string workbook_tolerance() { return to_utf8(load_excel_options().tolerance); }
+bool set_workbook_tolerance(const std::string& value) {
+  constexpr std::size_t kMostDigits = 5;
+  if (value.empty() || value.size() > kMostDigits || value.find_first_not_of("0123456789") != value.npos) return false;
+  ExcelOptions options = load_excel_options();
+  options.tolerance = to_utf16(value);
+  save_excel_options(options);
   return true;
 }
 
@@ -94,6 +142,17 @@ std::vector<Setting> all_settings() {
       switch_setting(
           "mif.objects", "", [] { return load_mif_settings().objects; }, store_mif_objects),
       {"mif.markers", "marker types with commas between", mif_markers, set_mif_markers, false, ','},
+      {"office.time-limit",
+       "seconds that LibreOffice may take for one document, from 1 to " + std::to_string(kLongestTimeLimit) +
+           ", or default: a minute and half a minute for each megabyte",
+       time_limit, set_time_limit},
+      {"xls.order", "rows or columns: the order in which the cells of workbooks are offered", workbook_order,
+       set_workbook_order},
+      workbook_switch<&ExcelOptions::hidden>("xls.hidden", "hidden sheets, rows and columns of workbooks, too"),
+      workbook_switch<&ExcelOptions::formulas>("xls.formulas", "formulas of workbooks are shown to read along"),
+      workbook_switch<&ExcelOptions::ungroup>("xls.ungroup", "groups of shapes in workbooks are dissolved"),
+      {"xls.tolerance", "digits: blank cells in succession behind which the rest of a workbook's row is left out",
+       workbook_tolerance, set_workbook_tolerance},
       text_setting("editor.command", "the editor's command line, %1 for the document and %2 for the memory",
                    editor_command, editor_command, true),
       switch_setting("pages.repair", ": whether prepare mends the tags of pages", repairs_pages, store_repairs_pages),
@@ -107,7 +166,7 @@ std::vector<Setting> all_settings() {
       {"highlight.translated", kColour, status_colour<3>, set_status_colour<3>},
   };
   for (Setting& setting : settings)
-    setting.shapes_documents = !setting.starts_program && !setting.name.starts_with("highlight.");
+    setting.shapes_documents = !setting.starts_program && !setting.name.starts_with("highlight.") && setting.name != "office.time-limit";
   for (const FilterOption& option : filter_options())
     if (is_lasting(option)) settings.push_back(setting_of(option));
   return settings;

@@ -24,6 +24,7 @@ struct SettingsSection {
 inline constexpr SettingsSection kWizardSettings = {u"KAVO", u"K19FPW"};
 inline constexpr SettingsSection kLanguageDialogSettings = {u"KAVO", u"TW"};
 inline constexpr SettingsSection kExcelSettings = {u"KAVO", u"Excel"};
+inline constexpr SettingsSection kOfficeSettings = {u"KAVO", u"Office"};
 inline constexpr SettingsSection kEditorSettings = {u"KAVO", u"Editor"};
 inline constexpr SettingsSection kPageSettings = {u"KAVO", u"Pages"};
 inline constexpr SettingsSection kMifSettings = {u"MIF Utilities", u"Settings"};

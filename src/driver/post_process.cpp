@@ -178,6 +178,7 @@ void PostProcessing::RebuildDocument() {
   if (word.RTF2DOC() != 0 || !is_file(word.DOCFile()))
     throw failure(FailureNumber::kInvalidCall, u"The word processor could not convert " + result_ + u": " +
                                                    reason_of_failure(word.errors(), kWordProgram));
+  if (!word.losses().empty()) observer_.tell({word.losses()});
   result_ = word.DOCFile();
 }
 

@@ -49,6 +49,7 @@ std::int32_t clsDOC2RTF::RTF2DOC() {
     save_as(document, doc_file_, kDocumentFormat);
     if (errors_.number() == 0) {
       result = 0;
+      ask_for_losses();
       close(document);
     }
   }
@@ -64,6 +65,7 @@ void clsDOC2RTF::EndBatch() {
 }
 
 bool clsDOC2RTF::prepare(const std::u16string& source, const std::u16string& target) {
+  losses_.clear();
   bool is_itself = true;  // until they are known to be two files
   errors_.clear();
   errors_.run([&] { is_itself = is_same_file(source, target); });
@@ -135,6 +137,11 @@ void clsDOC2RTF::update_hyperlinks(const ObjectRef& document) {
 
 void clsDOC2RTF::save_as(const ObjectRef& document, const std::u16string& target, std::int16_t format) {
   errors_.run([&] { call_member(document, u"SaveAs", {by_reference(target), by_value(format)}); });
+}
+
+void clsDOC2RTF::ask_for_losses() {
+  if (word_ && word_->has_member(kLossesMember))
+    errors_.run([&] { losses_ = as_text(get_member(word_, kLossesMember)); });
 }
 
 void clsDOC2RTF::close(const ObjectRef& document) {

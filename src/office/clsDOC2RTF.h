@@ -13,6 +13,9 @@
 
 namespace kavo {
 
+// A property that only stand-ins for the word processor have: what the last SaveAs left out, for people, "" for nothing.
+inline constexpr std::u16string_view kLossesMember = u"KavoLosses";
+
 class clsDOC2RTF {
  public:
   const std::u16string& DOCFile() const { return doc_file_; }
@@ -29,6 +32,9 @@ class clsDOC2RTF {
   // Why the last conversion returned 1, if an error was the reason.
   const error_state& errors() const { return errors_; }
 
+  // What the document of the last conversion that returned 0 lacks, as far as the program tells it; "" for nothing.
+  const std::u16string& losses() const { return losses_; }
+
   // Between these two calls, a word processor that a conversion started stays open for the next one.
   void StartBatch() { quit_after_each_ = false; }
   void EndBatch();
@@ -41,6 +47,7 @@ class clsDOC2RTF {
   void unlink_dead_objects(const ObjectRef& document);
   void update_hyperlinks(const ObjectRef& document);
   void save_as(const ObjectRef& document, const std::u16string& target, std::int16_t format);
+  void ask_for_losses();
   void close(const ObjectRef& document);
   void quit_if_started();
   void quit();
@@ -49,6 +56,7 @@ class clsDOC2RTF {
   std::u16string rtf_file_;
   ObjectRef word_;
   error_state errors_;
+  std::u16string losses_;
   bool started_by_us_ = false;  // cleared by EndBatch only
   bool quit_after_each_ = true;
 };

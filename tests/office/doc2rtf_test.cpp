@@ -145,6 +145,19 @@ TEST_F(Doc2RtfTest, EveryCallOfRtf2Doc) {
             "Application.Quit(0i16)\n");
 }
 
+TEST_F(Doc2RtfTest, AProgramThatKnowsWhatItLostIsAsked) {
+  give_fields({});
+  clsDOC2RTF converter;
+  EXPECT_EQ(to_doc(converter), 0);
+  EXPECT_EQ(converter.losses(), u"");
+  word.answers["Application.KavoLosses"] = [](auto) -> Value { return u"texts in frames"; };
+  EXPECT_EQ(to_doc(converter), 0);
+  EXPECT_EQ(converter.losses(), u"texts in frames");
+  word.failing = {"Application.KavoLosses"};
+  EXPECT_EQ(to_doc(converter), 0) << "the document is there";
+  EXPECT_EQ(converter.losses(), u"");
+}
+
 TEST_F(Doc2RtfTest, WithoutASourceTheWordProcessorIsNotTouched) {
   clsDOC2RTF converter;
   EXPECT_EQ(converter.DOC2RTF(), 1);

@@ -84,7 +84,9 @@ class RecordingOffice : public Automation {
       const std::string name = name_ + "." + to_utf8(member);
       office_.record(name + list(arguments, "") + " = " + text_of(value), name, true);
     }
-    bool has_member(std::u16string_view) const override { return true; }
+    bool has_member(std::u16string_view member) const override {
+      return office_.answers.contains(name_ + '.' + to_utf8(member));
+    }
 
    private:
     Value call(std::u16string_view member, std::span<Argument> arguments, const char* when_empty) {

@@ -21,6 +21,7 @@
 
 #include "office/libreoffice/rtf_frames.h"
 #include "office/libreoffice/uno_text.h"
+#include "office/time_limit.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"
 
@@ -119,7 +120,13 @@ OfficeDocument::OfficeDocument(std::shared_ptr<OfficeListener> listener, OfficeK
     : listener_(std::move(listener)), kind_(kind), path_(ports().files->absolute(path)) {
   if (!ports().files->info(path_))
     throw failure(FailureNumber::kFileNotFound, path_ + u": no such file", u"LibreOffice");
-  listener_->run([&] { load(); });
+  listener_->begin_document(time_limit_for(path_));
+  try {
+    listener_->run([&] { load(); });
+  } catch (...) {
+    listener_->end_document();
+    throw;
+  }
 }
 
 OfficeDocument::~OfficeDocument() {
@@ -154,7 +161,7 @@ void OfficeDocument::load() {
   filter_ = type_name.find(u"2007") == std::u16string::npos ? kind.filter : kind.xml_filter;
   add(description, property("FilterName", preferred_filter(detection, type)));
   try {
-    if (type_name.starts_with(u"writer_Rich_Text_Format") && needs_view(path_)) {
+    if (type_name.starts_with(u"writer_Rich_Text_Format") && fate_of_frames(path_) == FrameFate::kNeedView) {
       add(description, property("Hidden", true));
       model_.set(listener_->desktop()->loadComponentFromURL(url_of(path_), "_blank", 0, description), UNO_QUERY);
       if (!model_.is()) refuse(refusal->reason().empty() ? u"it is damaged or protected" : refusal->reason());
@@ -196,6 +203,7 @@ void OfficeDocument::close() {
     const Reference<com::sun::star::util::XCloseable> closeable(model, UNO_QUERY_THROW);
     closeable->close(true);
   });
+  listener_->end_document();
 }
 
 }  // namespace kavo

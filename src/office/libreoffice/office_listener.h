@@ -1,7 +1,7 @@
 // The connection to one running LibreOffice.
 //
 // A call to LibreOffice may block for any time, and it cannot be cancelled. So a watching thread kills LibreOffice when
-// it shows no progress for too long, or when the user asks to stop. The blocked call then fails.
+// the time for the document is over, or when the user asks to stop. The blocked call then fails.
 #pragma once
 
 #include <com/sun/star/frame/XDesktop2.hpp>
@@ -29,8 +29,8 @@ inline failure office_failure(std::u16string description) {
 
 class OfficeListener {
  public:
-  // Seconds that one call may take: the slowest known document takes 20, a machine may be ten times as busy.
-  static constexpr double kLongestCall = 200;
+  // Seconds that a call may take that belongs to no document.
+  static constexpr double kLongestCall = 60;
 
   // Starts LibreOffice from the folder of its programs and waits until it serves. Throws `failure` 429 when it is not
   // there or does not start, and `interruption` when the user interrupts.
@@ -61,8 +61,12 @@ class OfficeListener {
     }
   }
 
-  // A sign of life, for long work between calls. Throws `interruption` when the user asks to stop.
+  // For long work between calls. Throws `interruption` when the user asks to stop.
   void step();
+  // From now on, all calls together may take this many seconds, until end_document(). One document at a time: a second
+  // one takes the place of the first.
+  void begin_document(double seconds);
+  void end_document();
 
  private:
   class Watched {
@@ -94,7 +98,10 @@ class OfficeListener {
   std::mutex mutex_;
   std::condition_variable changed_;
   int watched_ = 0;       // how deep run() is nested
-  double last_sign_ = 0;  // system clock of the last step
+  // When the system's clock shows this, LibreOffice has hung.
+  double call_end_ = 0;      // in a call that belongs to no document
+  double document_end_ = 0;  // 0 for no document
+  double document_time_ = 0;  // seconds that the document was given
   bool ending_ = false;
   Killed killed_ = Killed::kNo;
   bool is_gone_ = false;

@@ -6,7 +6,7 @@
 
 namespace kavo {
 
-bool needs_view(std::u16string_view rtf) {
+FrameFate fate_of_frames(std::u16string_view rtf) {
   constexpr std::string_view kFrame = "\\shptxt", kComment = "\\annotation";
   bool has_frame = false, has_comment = false;
   BlockReader document(rtf);
@@ -17,7 +17,8 @@ bool needs_view(std::u16string_view rtf) {
     // A word that the block cut stays for the next one.
     document.consume(window.size() - std::min(window.size(), kComment.size() - 1));
   }
-  return has_frame && !has_comment;
+  if (!has_frame) return FrameFate::kNone;
+  return has_comment ? FrameFate::kLost : FrameFate::kNeedView;
 }
 
 }  // namespace kavo

@@ -1,4 +1,4 @@
-// Whether an RTF document must be shown to be saved as a Word document: what a text's frames hold is written only when
+// What becomes of the texts in the frames of an RTF document that is saved as a Word document: they are written only when
 // the text has a layout, and only a view makes one.
 #pragma once
 
@@ -6,8 +6,15 @@
 
 namespace kavo {
 
-// True for a document with frames, except one with comments: a view of those needs the parts of LibreOffice's user
-// interface, which an installation without one lacks, and ends LibreOffice. Throws `failure` when it cannot be read.
-bool needs_view(std::u16string_view rtf);
+enum class FrameFate {
+  kNone,      // there are no frames
+  kNeedView,  // they are written when the document is shown
+  // They are not written: a view of a document that has comments, too, needs the parts of LibreOffice's user interface,
+  // which an installation without one lacks, and ends LibreOffice.
+  kLost,
+};
+
+// Throws `failure` when the document cannot be read.
+FrameFate fate_of_frames(std::u16string_view rtf);
 
 }  // namespace kavo

@@ -9,7 +9,9 @@
 #include <com/sun/star/text/XTextContent.hpp>
 #include <com/sun/star/text/XTextEmbeddedObjectsSupplier.hpp>
 
+#include "office/clsDOC2RTF.h"
 #include "office/libreoffice/application_base.h"
+#include "office/libreoffice/rtf_frames.h"
 #include "office/libreoffice/uno_text.h"
 
 namespace kavo {
@@ -29,6 +31,11 @@ constexpr std::int32_t kDocumentFormat = 0;
 constexpr std::int32_t kRtfFormat = 6;
 
 using DocumentRef = std::shared_ptr<OfficeDocument>;
+
+struct WordState : ApplicationState {
+  std::u16string losses;  // of the last SaveAs, for people; "" for none
+};
+using StateRef = std::shared_ptr<WordState>;
 
 Reference<XNameAccess> embedded_objects(const OfficeDocument& document) {
   const Reference<com::sun::star::text::XTextEmbeddedObjectsSupplier> supplier(document.model(), UNO_QUERY_THROW);
@@ -107,19 +114,25 @@ class WordFields final : public TableObject {
                       }}}) {}
 };
 
-void save_as(OfficeDocument& document, std::u16string_view path, std::int32_t format) {
-  if (format == kDocumentFormat)
+void save_as(WordState& state, OfficeDocument& document, std::u16string_view path, std::int32_t format) {
+  state.losses.clear();
+  if (format == kDocumentFormat) {
+    if (fate_of_frames(document.path()) == FrameFate::kLost)
+      state.losses =
+          u"LibreOffice does not write the texts in frames of a document that has comments, too: they are missing in the "
+          u"Word document. Convert it with Word, or take the comments out";
     document.save_as(path, "MS Word 97");
-  else if (format == kRtfFormat)
+  } else if (format == kRtfFormat) {
     document.save_as(path, "Rich Text Format");
-  else
+  } else {
     throw failure(FailureNumber::kInvalidCall, u"Only the formats 0 (document) and 6 (RTF) can be saved",
                   u"LibreOffice");
+  }
 }
 
 class WordDocument final : public TableObject {
  public:
-  WordDocument(ObjectRef application, DocumentRef document)
+  WordDocument(ObjectRef application, const StateRef& state, DocumentRef document)
       : TableObject(
             {{u"application", MemberKind::kPropertyGet, 0, 0, [application](auto) -> Value { return application; }},
              // All of them, or the one of a number (from 1).
@@ -129,8 +142,8 @@ class WordDocument final : public TableObject {
                 return field_of(document, as_number(arguments[0].value));
               }},
              {u"SaveAs", MemberKind::kMethod, 2, 2,
-              [document](std::span<Argument> arguments) -> Value {
-                save_as(*document, as_text(arguments[0].value), as_number(arguments[1].value));
+              [state, document](std::span<Argument> arguments) -> Value {
+                save_as(*state, *document, as_text(arguments[0].value), as_number(arguments[1].value));
                 return Empty{};
               }},
              // SaveChanges is ignored: callers only ever ask not to save.
@@ -142,23 +155,24 @@ class WordDocument final : public TableObject {
 
 class WordDocuments final : public TableObject {
  public:
-  WordDocuments(ObjectRef application, std::shared_ptr<ApplicationState> state)
+  WordDocuments(ObjectRef application, StateRef state)
       // FileName, ConfirmConversions, ReadOnly, AddToRecentFiles. Only the first one matters: SaveAs writes another
       // file.
       : TableObject({{u"Open", MemberKind::kMethod, 1, 4, [application, state](std::span<Argument> arguments) -> Value {
                         return std::make_shared<WordDocument>(
-                            application, state->open(OfficeKind::kText, as_text(arguments[0].value)));
+                            application, state, state->open(OfficeKind::kText, as_text(arguments[0].value)));
                       }}}) {}
 };
 
 class WordApplication final : public TableObject, public std::enable_shared_from_this<WordApplication> {
  public:
-  explicit WordApplication(const std::shared_ptr<ApplicationState>& state)
+  explicit WordApplication(const StateRef& state)
       : TableObject([&] {
           std::vector<Member> members = application_members(state);
           members.push_back({u"Documents", MemberKind::kPropertyGet, 0, 0, [this, state](auto) -> Value {
                                return std::make_shared<WordDocuments>(shared_from_this(), state);
                              }});
+          members.push_back({kLossesMember, MemberKind::kPropertyGet, 0, 0, [state](auto) -> Value { return state->losses; }});
           return members;
         }()) {}
 };
@@ -166,7 +180,7 @@ class WordApplication final : public TableObject, public std::enable_shared_from
 }  // namespace
 
 ObjectRef make_word_application(std::shared_ptr<OfficeListener> listener) {
-  auto state = std::make_shared<ApplicationState>();
+  auto state = std::make_shared<WordState>();
   state->listener = std::move(listener);
   return std::make_shared<WordApplication>(state);
 }

@@ -321,17 +321,31 @@ TEST_F(OfficeEngine, TheOrderDoesNotDecideWhichTextsAreLeftOut) {
 
 TEST_F(OfficeEngine, ALibreOfficeThatHangsIsEnded) {
   const auto path = make_document(u"book.xls", OfficeKind::kWorkbook, workbook_of(sheet("One", row(cell("a")))));
-  const auto listener = std::make_shared<OfficeListener>(office_program_folder(), 1.0);
+  const auto listener = std::make_shared<OfficeListener>(office_program_folder());
   OfficeDocument document(listener, OfficeKind::kWorkbook, path);
   const std::string before = read_file(path);
+  listener->begin_document(1);
   kill(listener->process().id(), SIGSTOP);
   try {
     document.save();
     ADD_FAILURE() << "saved";
   } catch (const failure& reason) {
-    EXPECT_EQ(reason.description(), u"LibreOffice stopped answering and was ended");
+    EXPECT_EQ(reason.description(),
+              u"LibreOffice was not done with the document after 1 s and was ended. The setting "
+              u"office.time-limit allows it more");
   }
   EXPECT_EQ(read_file(path), before);
+}
+
+TEST_F(OfficeEngine, ALibreOfficeThatHangsWithoutADocumentIsEnded) {
+  const auto listener = std::make_shared<OfficeListener>(office_program_folder(), 1.0);
+  kill(listener->process().id(), SIGSTOP);
+  try {
+    listener->run([&] { listener->desktop()->getCurrentComponent(); });
+    ADD_FAILURE() << "answered";
+  } catch (const failure& reason) {
+    EXPECT_EQ(reason.description(), u"LibreOffice stopped answering and was ended");
+  }
 }
 
 TEST_F(OfficeEngine, AnInterruptionEndsAnExportAndLeavesNothingBehind) {

@@ -8,6 +8,7 @@
 #include "office/libreoffice/flat_documents.h"
 #include "office/libreoffice/office_fixture.h"
 #include "office/office_converter.h"
+#include "office/time_limit.h"
 #include "platform/files.h"
 #include "support/failures.h"
 
@@ -27,6 +28,17 @@ class OfficeRoad : public OfficeFixture {
     make_document(u"book.xls", OfficeKind::kWorkbook,
                   workbook_of(sheet("Ships", row(cell("Name") + cell("A <text:span text:style-name=\"bold\">bold</text:span> "
                                                                      "ship")))));
+  }
+  // One whose export takes its time, and the wait until it has begun.
+  std::u16string make_large_book() {
+    std::string rows;
+    for (int i = 0; i < 8000; ++i) rows += row(cell("<text:span text:style-name=\"bold\">b</text:span> text"));
+    return make_document(u"large.xls", OfficeKind::kWorkbook, workbook_of(sheet("One", rows)));
+  }
+  void wait_for_flag() const {
+    const auto give_up = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    while (!folder.exists(u"large.xls.kavo") && std::chrono::steady_clock::now() < give_up)
+      std::this_thread::sleep_for(std::chrono::milliseconds(5));
   }
   std::string path(std::u16string_view name) { return path_to_host(folder.path(name)); }
 };
@@ -60,6 +72,37 @@ TEST_F(OfficeRoad, VerifyProvesThem) {
   EXPECT_NE(ran.output.find("3 of 3 files survive"), std::string::npos) << ran.output;
 }
 
+TEST_F(OfficeRoad, NamesAreContextAndSheetsColumnsAndRowsCanBeExcluded) {
+  make_document(u"rows.xls", OfficeKind::kWorkbook,
+                workbook_of(sheet("One", row(cell("a1") + cell("b1")) + row(cell("a2") + cell("b2"))) +
+                            sheet("Two", row(cell("x1") + cell("y1")))));
+  folder.write(u"kavo.json", R"({"version": 1, "profile": {"xls": {"excluded-sheets": ["two"],)"
+                             R"( "excluded-columns": "B", "excluded-rows": ["One!2"], "formulas": false}}})");
+  const Ran ran = run_kavo({"prepare", "rows.xls", "--source", "EN-US", "--target", "FR,DE"}, &folder);
+  ASSERT_EQ(ran.code, 0) << ran.errors;
+  for (const std::u16string_view name : {u"rows_xls_FR.tud", u"rows_xls_DE.tud"}) {
+    const std::string tud = folder.read(name);
+    for (const char* offered : {"<source>a1</source>", "<source>One</source>", "<note>sheet One</note>"})
+      EXPECT_NE(tud.find(offered), std::string::npos) << offered;
+    for (const char* excluded : {"b1", "a2", "x1", "Two"})
+      EXPECT_EQ(tud.find("<source>" + std::string(excluded) + "</source>"), std::string::npos) << excluded;
+  }
+}
+
+TEST_F(OfficeRoad, CharactersBeyond16BitsOfAWordDocumentAreOffered) {
+  make_document(u"smile.doc", OfficeKind::kText,
+                std::string(kHead) +
+                    "application/vnd.oasis.opendocument.text\"><office:body><office:text><text:p>A \xF0\x9F\x98\x80 smile "
+                    "\xF0\xA0\x80\x80</text:p></office:text></office:body></office:document>");
+  ASSERT_EQ(run_kavo({"prepare", path(u"smile.doc"), "--source", "EN-US", "--target", "FR"}).code, 0);
+  EXPECT_NE(folder.read(u"smile_doc_rtf_FR.tud").find("<source>A \xF0\x9F\x98\x80 smile \xF0\xA0\x80\x80</source>"),
+            std::string::npos)
+      << folder.read(u"smile_doc_rtf_FR.tud");
+  ASSERT_EQ(run_kavo({"pseudo", path(u"smile_doc_rtf_FR.tud")}).code, 0);
+  ASSERT_EQ(run_kavo({"rebuild", path(u"smile_doc_rtf_FR.tud")}).code, 0);
+  EXPECT_NE(flat_xml_of(folder.path(u"smile_FR.doc"), OfficeKind::kText).find("\xF0\x9F\x98\x80"), std::string::npos);
+}
+
 TEST_F(OfficeRoad, ADamagedDocumentCostsOnlyItself) {
   folder.write(u"bad.xls", "no workbook");
   const Ran ran =
@@ -72,22 +115,41 @@ TEST_F(OfficeRoad, ADamagedDocumentCostsOnlyItself) {
 }
 
 TEST_F(OfficeRoad, ADocumentThatEndsTheEngineCostsOnlyItself) {
-  std::string rows;
-  for (int i = 0; i < 8000; ++i) rows += row(cell("<text:span text:style-name=\"bold\">b</text:span> text"));
-  const auto large = make_document(u"large.xls", OfficeKind::kWorkbook, workbook_of(sheet("One", rows)));
+  const auto large = make_large_book();
   OfficeConverter converter;
   converter.write_form(folder.path(u"book.xls"));
   const pid_t engine = office_listener()->process().id();
   std::thread killer([&] {
-    const auto give_up = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-    while (!folder.exists(u"large.xls.kavo") && std::chrono::steady_clock::now() < give_up)
-      std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    wait_for_flag();
     ::kill(engine, SIGKILL);
   });
   const auto ended = failure_of([&] { converter.write_form(large); });
   killer.join();
   ASSERT_TRUE(ended);
   EXPECT_EQ(ended->description(), u"LibreOffice ended unexpectedly");
+  folder.write(u"book_xls.xml", "");
+  EXPECT_NO_THROW(converter.write_form(folder.path(u"book.xls")));
+  EXPECT_NE(folder.read(u"book_xls.xml").find("<seg "), std::string::npos);
+  EXPECT_NE(office_listener()->process().id(), engine);
+}
+
+TEST_F(OfficeRoad, ADocumentThatHangsTheEngineCostsOnlyItselfAfterItsTime) {
+  const auto large = make_large_book();
+  OfficeConverter converter;
+  converter.write_form(folder.path(u"book.xls"));
+  const pid_t engine = office_listener()->process().id();
+  std::thread stopper([&] {
+    wait_for_flag();
+    ::kill(engine, SIGSTOP);
+  });
+  store_time_limit(8);
+  const auto ended = failure_of([&] { converter.write_form(large); });
+  store_time_limit(std::nullopt);
+  stopper.join();
+  ASSERT_TRUE(ended);
+  EXPECT_EQ(ended->description(),
+            u"LibreOffice was not done with the document after 8 s and was ended. The setting office.time-limit allows "
+            u"it more");
   folder.write(u"book_xls.xml", "");
   EXPECT_NO_THROW(converter.write_form(folder.path(u"book.xls")));
   EXPECT_NE(folder.read(u"book_xls.xml").find("<seg "), std::string::npos);
@@ -101,6 +163,26 @@ TEST_F(OfficeRoad, TextsInFramesComeBackFromRtf) {
                "{\\sp{\\sn shapeType}{\\sv 202}}{\\shptxt Inside the frame\\par}}} after\\par}");
   ASSERT_EQ(run_kavo({"word", "to-doc", path(u"framed_doc.rtf")}).code, 0);
   EXPECT_NE(flat_xml_of(folder.path(u"framed.doc"), OfficeKind::kText).find("Inside the frame"), std::string::npos);
+}
+
+TEST_F(OfficeRoad, TextsInFramesThatAreLostBesideCommentsAreTold) {
+  const std::string frame =
+      "{\\shp{\\*\\shpinst\\shpleft1000\\shptop1000\\shpright5000\\shpbottom2000{\\sp{\\sn shapeType}{\\sv 202}}"
+      "{\\shptxt Inside the frame\\par}}}";
+  const std::string comment = "{\\*\\atnid X}{\\*\\atnauthor X}\\chatn{\\*\\annotation A remark\\par}";
+  const struct {
+    std::string body;
+    bool is_told;
+  } cases[] = {{frame, false}, {comment, false}, {frame + comment, true}};
+  for (const auto& c : cases) {
+    folder.write(u"framed_doc.rtf", "{\\rtf1\\ansi Before " + c.body + " after\\par}");
+    const Ran ran = run_kavo({"word", "to-doc", "--overwrite", path(u"framed_doc.rtf")});
+    EXPECT_EQ(ran.code, 0) << ran.errors;
+    EXPECT_EQ((ran.output + ran.errors).find("the texts in frames") != std::string::npos, c.is_told)
+        << ran.output << ran.errors;
+    EXPECT_EQ(flat_xml_of(folder.path(u"framed.doc"), OfficeKind::kText).find("Inside the frame") != std::string::npos,
+              c.body == frame);
+  }
 }
 
 }  // namespace

@@ -1,0 +1,21 @@
+// How long an Office program may work on one document before it counts as hung and is ended: a per-user program setting
+// ("KAVO", "Office", "TimeLimit"), in seconds, or by the size of the document.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+namespace kavo {
+
+inline constexpr std::int32_t kLongestTimeLimit = 86'400;  // seconds
+
+// What the user has stored: seconds from 1 to kLongestTimeLimit, nothing for the usual one. Throw `failure` when the
+// registry refuses.
+std::optional<std::int32_t> stored_time_limit();
+void store_time_limit(std::optional<std::int32_t> seconds);
+
+// For one document, in seconds: what is stored, else a minute and half a minute for each megabyte.
+double time_limit_for(std::u16string_view document);
+
+}  // namespace kavo
