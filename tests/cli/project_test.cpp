@@ -265,8 +265,10 @@ TEST_F(Project, EachKeyOfTheProfileChangesWhatItSays) {
     EXPECT_EQ(holds(prepared_text(profile), c.text), !c.without) << get(c.shown);
     for (const fs::directory_entry& entry : fs::directory_iterator(path(""))) fs::remove_all(entry.path());
   }
+  // Those of workbooks need an Office program: tests/office/libreoffice tries them.
   for (const FilterOption& option : filter_options())
-    EXPECT_EQ(known.contains(option.key), is_lasting(option)) << option.key << " is tried by no document";
+    if (!option.key.starts_with("xls."))
+      EXPECT_EQ(known.contains(option.key), is_lasting(option)) << option.key << " is tried by no document";
 }
 
 }  // namespace

@@ -72,6 +72,72 @@ TEST_F(OfficeXmlFilter, EachTextHasItsPlaceAsItsName) {
   EXPECT_NE(tud.find("original=\"book_xls.xml\""), std::string::npos);
 }
 
+std::string place(std::string_view path, std::string_view name) {
+  return "<place path=\"" + std::string(path) + "\" name=\"" + std::string(name) + "\"/>\n";
+}
+
+TEST_F(OfficeXmlFilter, ANoteTellsTheNamesOfSheetAndShape) {
+  take_apart(document(place("sheet:1", "R&amp;D &lt;new&gt;") + seg("one") +
+                      place("sheet:1/shape:1", "Box") + seg("two", "3", "sheet:1/shape:1/paragraph:1") +
+                      seg("three", "5", "sheet:1/shape:11/paragraph:1") + seg("four", "4", "sheet:10/cell:A1") +
+                      place("sheet:2", "Next") + seg("five", "4", "sheet:2/cell:A1") + seg("six", "3", "sheet:1/cell:B1")));
+  const std::string tud = files.get(in_folder(u"book_xls_FR.tud"));
+  const struct {
+    std::string_view text, note;
+  } cases[] = {{"one", "<note>sheet R&amp;D &lt;new&gt;</note>"},
+               {"two", "<note>sheet R&amp;D &lt;new&gt;, shape Box</note>"},
+               {"three", "<note>sheet R&amp;D &lt;new&gt;</note>"},
+               {"four", ""},
+               {"five", "<note>sheet Next</note>"},
+               {"six", ""}};
+  for (const auto& c : cases) {
+    const std::size_t begin = tud.find("<source>" + std::string(c.text) + "</source>");
+    ASSERT_NE(begin, tud.npos) << c.text;
+    const std::string unit = tud.substr(begin, tud.find("</trans-unit>", begin) - begin);
+    EXPECT_EQ(unit.find("<note>") != unit.npos, !c.note.empty()) << unit;
+    EXPECT_NE(unit.find(c.note), unit.npos) << unit;
+  }
+}
+
+TEST_F(OfficeXmlFilter, SheetsColumnsAndRowsCanBeExcluded) {
+  const std::string xml = document(
+      place("sheet:1", "Prices") + seg("a1") + seg("b1", "2", "sheet:1/cell:B1") + seg("c3", "2", "sheet:1/cell:C3") +
+      seg("remark", "6", "sheet:1/cell:B1/comment") + seg("box", "3", "sheet:1/shape:1/paragraph:1") +
+      seg("Prices", "6", "sheet:1/name") + place("sheet:2", "R!D") + seg("other b1", "8", "sheet:2/cell:B1") +
+      seg("aa10", "4", "sheet:2/cell:AA10"));
+  using Texts = std::vector<std::u16string>;
+  const struct {
+    const char* key;
+    const char* value;
+    Texts texts;
+  } cases[] = {
+      {"xls.excluded-sheets", "prices", {u"other b1", u"aa10"}},
+      {"xls.excluded-sheets", "Sheet, R!D", {u"a1", u"b1", u"c3", u"remark", u"box", u"Prices"}},
+      {"xls.excluded-columns", "b", {u"a1", u"c3", u"box", u"Prices", u"aa10"}},
+      {"xls.excluded-columns", "Prices!A:C", {u"box", u"Prices", u"other b1", u"aa10"}},
+      {"xls.excluded-columns", "R!D!B, AA", {u"a1", u"b1", u"c3", u"remark", u"box", u"Prices"}},
+      {"xls.excluded-rows", "1", {u"c3", u"box", u"Prices", u"aa10"}},
+      {"xls.excluded-rows", "Prices!2:9, R!D!10", {u"a1", u"b1", u"remark", u"box", u"Prices", u"other b1"}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.value);
+    Road road = OfficeXmlFilter::road();
+    road.options[c.key] = c.value;
+    put(u"book_xls.xml", xml);
+    const std::u16string tud = convert(u"book_xls.xml", road);
+    EXPECT_EQ(sources(tud), c.texts);
+    EXPECT_EQ(rebuild(tud, road), xml);
+  }
+  for (const auto& [key, value] : {std::pair("xls.excluded-columns", "12"), std::pair("xls.excluded-columns", "D:B"),
+                                   std::pair("xls.excluded-rows", "B"), std::pair("xls.excluded-rows", "0")}) {
+    Road road = OfficeXmlFilter::road();
+    road.options[key] = value;
+    const auto refused = failure_of([&] { convert(u"book_xls.xml", road); });
+    ASSERT_TRUE(refused) << value;
+    EXPECT_NE(to_utf8(refused->description()).find("\"" + std::string(value) + "\" is neither one"), std::string::npos);
+  }
+}
+
 TEST_F(OfficeXmlFilter, UnchangedDocumentsComeBackByteForByteWhereverTheyAreCut) {
   const std::string texts = seg("<g id=\"1\">Page </g><x id=\"2\"/><g id=\"3\"> of &amp;</g>", "5 field 5") +
                             "<!-- <seg> -->\n<formula place=\"a\">=&quot;x&quot;</formula>\n" + seg("caf\u00E9<br/>b") +

@@ -27,6 +27,17 @@ std::string_view Tag::attribute(std::string_view wanted) const {
   return {};
 }
 
+std::string Tag::text_of(std::string_view wanted) const {
+  std::string text;
+  for (std::string_view rest = attribute(wanted); !rest.empty();) {
+    const std::size_t length = rest[0] == '&' ? reference_length(rest) : 0;
+    const std::string character = length == 0 ? std::string() : character_of(rest.substr(0, length));
+    text += character.empty() ? std::string(1, rest[0]) : character;
+    rest.remove_prefix(character.empty() ? 1 : length);
+  }
+  return text;
+}
+
 std::optional<std::size_t> tag_length(std::string_view text) {
   const auto behind = [&](std::string_view end, std::size_t from) -> std::optional<std::size_t> {
     const std::size_t found = text.find(end, from);
@@ -95,6 +106,10 @@ std::vector<RunKind> run_kinds(std::string_view list) {
     list.remove_prefix(std::min(end + 1, list.size()));
   }
   return kinds;
+}
+
+bool is_within(std::string_view place, std::string_view outer) {
+  return place.starts_with(outer) && (place.size() == outer.size() || place[outer.size()] == '/');
 }
 
 std::string kind_of_place(std::string_view place) {

@@ -18,6 +18,8 @@ struct Tag {
 
   // The value as it stands, "" when there is no such attribute. The values that matter hold no references.
   std::string_view attribute(std::string_view wanted) const;
+  // The value without references, UTF-8; one that is not known stays as it is.
+  std::string text_of(std::string_view wanted) const;
 };
 
 // The length of the tag, comment or instruction that begins with the text's "<"; nothing when the text ends before it
@@ -36,6 +38,8 @@ std::size_t reference_length(std::string_view text);
 enum class RunKind { kText, kLink, kField };
 std::vector<RunKind> run_kinds(std::string_view list);
 
+// Whether a place stands in another one or is it: "sheet:1/cell:A1" in "sheet:1".
+bool is_within(std::string_view place, std::string_view outer);
 // A place without its numbers: "sheet:1/cell:A1" gives "sheet/cell".
 std::string kind_of_place(std::string_view place);
 

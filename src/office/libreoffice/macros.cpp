@@ -1,8 +1,10 @@
 #include "office/libreoffice/macros.h"
 
 #include <set>
+#include <vector>
 
 #include "common/document_names.h"
+#include "formats/office/office_xml.h"
 #include "office/libreoffice/office_xml.h"
 #include "office/libreoffice/presentation_texts.h"
 #include "office/libreoffice/workbook_texts.h"
@@ -16,17 +18,41 @@ class Export final : public TextVisitor {
  public:
   Export(const OfficeDocument& document, std::string_view kind, const ExcelOptions* options)
       : writer_(xml_name_of(document.path()), kind, options) {}
+  // A name is written when a text follows that stands there.
+  void enter(std::string_view place, std::u16string_view name) override {
+    while (!names_.empty() && !office::is_within(place, names_.back().place)) names_.pop_back();
+    names_.push_back({std::string(place), std::u16string(name), false});
+  }
   const TranslatedText* visit(std::string_view place, std::span<const TextRun> runs) override {
+    write_names(place);
     writer_.add_text(place, runs);
     return nullptr;
   }
   void visit_formula(std::string_view place, std::u16string_view formula) override {
+    write_names(place);
     writer_.add_formula(place, formula);
   }
-  void left_out(std::string_view place, std::size_t count) override { writer_.add_left_out(place, count); }
+  void left_out(std::string_view place, std::size_t count) override {
+    write_names(place);
+    writer_.add_left_out(place, count);
+  }
   void commit() { writer_.commit(); }
 
  private:
+  struct Name {
+    std::string place;
+    std::u16string text;
+    bool is_written = false;
+  };
+  void write_names(std::string_view place) {
+    for (Name& name : names_) {
+      if (name.is_written || !office::is_within(place, name.place)) continue;
+      writer_.add_name(name.place, name.text);
+      name.is_written = true;
+    }
+  }
+
+  std::vector<Name> names_;  // of the places that the last one entered stands in, and its own
   OfficeXmlWriter writer_;
 };
 

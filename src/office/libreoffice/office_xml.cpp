@@ -293,6 +293,15 @@ void OfficeXmlWriter::add_text(std::string_view place, std::span<const TextRun> 
   file_.write(xml + "</seg>\n");
 }
 
+void OfficeXmlWriter::add_name(std::string_view place, std::u16string_view name) {
+  std::string xml = "<place path=\"" + std::string(place) + "\" name=\"";
+  std::u16string known(name);
+  for (std::size_t i = 0; i < known.size(); ++i)
+    if (!is_xml_character(known, i)) known[i] = u' ';
+  append_escaped(xml, known);
+  file_.write(xml + "\"/>\n");
+}
+
 void OfficeXmlWriter::add_formula(std::string_view place, std::u16string_view formula) {
   std::string xml = "<formula place=\"" + std::string(place) + "\">";
   append_content(xml, formula);

@@ -20,6 +20,8 @@ class OfficeXmlWriter {
   // `failure`, as all operations do.
   OfficeXmlWriter(std::u16string_view path, std::string_view kind, const ExcelOptions* options);
   void add_text(std::string_view place, std::span<const TextRun> runs);
+  // What people call a place, for information only.
+  void add_name(std::string_view place, std::u16string_view name);
   // Formulas are for information only; they never come back.
   void add_formula(std::string_view place, std::u16string_view formula);
   // How many texts at a place the options left out.

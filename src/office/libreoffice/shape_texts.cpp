@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <com/sun/star/beans/XPropertySet.hpp>
+#include <com/sun/star/container/XNamed.hpp>
 #include <com/sun/star/drawing/XShape.hpp>
 #include <com/sun/star/drawing/XShapes.hpp>
 #include <com/sun/star/table/XTable.hpp>
@@ -15,6 +16,7 @@ namespace {
 
 using com::sun::star::beans::XPropertySet;
 using com::sun::star::container::XIndexAccess;
+using com::sun::star::container::XNamed;
 using com::sun::star::drawing::XShape;
 using com::sun::star::drawing::XShapes;
 using com::sun::star::table::XTable;
@@ -47,6 +49,8 @@ void visit_table(OfficeDocument& document, const Reference<XPropertySet>& shape,
 void visit_shape(OfficeDocument& document, const Reference<XShape>& shape, ShapeFilter filter,
                  const std::string& own_place, TextVisitor& visitor) {
   const std::u16string type = from_uno(shape->getShapeType());
+  if (const Reference<XNamed> named(shape, UNO_QUERY); named.is())
+    if (const std::u16string name = from_uno(named->getName()); !name.empty()) visitor.enter(own_place, name);
   const Reference<XPropertySet> properties(shape, UNO_QUERY);
   if (type == u"com.sun.star.drawing.TableShape") {
     visit_table(document, properties, own_place, visitor);

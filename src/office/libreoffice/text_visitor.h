@@ -14,6 +14,8 @@ namespace kavo {
 class TextVisitor {
  public:
   virtual ~TextVisitor() = default;
+  // What people call a place (a sheet, a shape) whose texts come next; not for places without a name.
+  virtual void enter(std::string_view, std::u16string_view) {}
   // One text at its place ("slide:1/shape:2/paragraph:1"). Returns null to leave it as it is, or the translation that
   // replaces it, valid until the next visit.
   virtual const TranslatedText* visit(std::string_view place, std::span<const TextRun> runs) = 0;

@@ -79,6 +79,7 @@ class SheetWalk {
   }
 
   void walk() {
+    visitor_.enter(place_, from_uno(Reference<XNamed>(sheet_, UNO_QUERY_THROW)->getName()));
     walk_cells();
     walk_comments();
     walk_shapes();

@@ -88,13 +88,17 @@ Private Sub WalkShape(TheShape As Object, ByVal Place As String)
       WalkShape TheShape.GroupItems(i), Place & "." & i
     Next
   ElseIf TheShape.Type = 19 Then
+    If Mode = KavoExport Then Written = Written & PlaceOf(Place, TheShape.Name)
     For i = 1 To TheShape.Table.Rows.Count
       For j = 1 To TheShape.Table.Columns.Count
         WalkText TheShape.Table.Cell(i, j).Shape.TextFrame.TextRange, Place & "/cell:" & Chr$(64 + j) & i
       Next
     Next
   ElseIf TheShape.HasTextFrame Then
-    If TheShape.TextFrame.HasText Then WalkText TheShape.TextFrame.TextRange, Place
+    If TheShape.TextFrame.HasText Then
+      If Mode = KavoExport Then Written = Written & PlaceOf(Place, TheShape.Name)
+      WalkText TheShape.TextFrame.TextRange, Place
+    End If
   End If
 End Sub
 

@@ -92,6 +92,7 @@ End Sub
 
 Private Sub WalkSheet(Sheet As Object, ByVal Place As String)
   Dim i As Long, NewName As String
+  If Mode = KavoExport Then Written = Written & PlaceOf(Place, Sheet.Name)
   If TypeName(Sheet) = "Worksheet" Then
     WalkCells Sheet, Place
     For i = 1 To Sheet.Comments.Count
@@ -346,6 +347,7 @@ Private Sub WalkShapeText(TheShape As Object, ByVal Place As String)
   Text = TheShape.TextFrame.Characters.Text
   On Error GoTo 0
   If IsBlank(Text) Then Exit Sub
+  If Mode = KavoExport Then Written = Written & PlaceOf(Place, TheShape.Name)
   Before = Split(Text, vbLf)
   After = Split(Text, vbLf)
   For i = 0 To UBound(Before)

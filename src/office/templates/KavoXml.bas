@@ -64,6 +64,11 @@ Public Function Escaped(ByVal Text As String) As String
   Escaped = Text
 End Function
 
+' What people call a place, for information only.
+Public Function PlaceOf(ByVal Place As String, ByVal Name As String) As String
+  If Len(Name) > 0 Then PlaceOf = "<place path=""" & Place & """ name=""" & Escaped(Name) & """/>" & vbLf
+End Function
+
 ' One text. Runs is an array of strings from 0.
 Public Function SegmentOf(ByVal Place As String, Runs As Variant) As String
   Dim Lengths As String, Content As String, Whole As String, i As Long

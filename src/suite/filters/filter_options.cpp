@@ -53,6 +53,11 @@ constexpr FilterOption kOptions[] = {
      "What is one text of a text file: a line; what stands between empty lines; or what the lines look like, see "
      "[text.md](text.md). `--paragraphs` sets it for a run",
      "blank", "lines blank auto"},
+
+    {"xls.excluded-columns", kNames, "",
+     "Columns of workbooks whose cells are left alone: `B` or `C:E` of every sheet, `Prices!B` of one", "B, Prices!C:E"},
+    {"xls.excluded-rows", kNames, "", "Rows of workbooks whose cells are left alone, in the same way", "1, Prices!3:5"},
+    {"xls.excluded-sheets", kNames, "", "Sheets of workbooks that are left alone, with their names", "Data, Old prices"},
 };
 
 constexpr std::string_view kBlanks = " \t";

@@ -20,7 +20,7 @@ constexpr std::string_view kControl = "x-control";
 
 OfficeXmlExtraction::OfficeXmlExtraction(BlockReader& document, const ConversionSettings& settings,
                                          ExtractionSink& sink)
-    : document_(document), settings_(settings), sink_(sink), coding_(kUtf8CodePage), builder_(coding_) {}
+    : document_(document), settings_(settings), sink_(sink), coding_(kUtf8CodePage), builder_(coding_), excluded_(settings.options) {}
 
 void OfficeXmlExtraction::run(ProgressEvent& progress) {
   for (;;) {
@@ -71,6 +71,7 @@ void OfficeXmlExtraction::read_element(const Tag& tag) {
     has_root_ = true;
   }
   if (tag.bytes.starts_with("<!D")) refuse(u"the document has a document type, which is not read");
+  if (tag.name == "place") enter(tag);
   if (tag.name == "left-out" && settings_.tell)
     settings_.tell({to_utf16(tag.attribute("place")) + u": " + to_utf16(tag.attribute("texts")) +
                     u" texts stand behind more blank cells than the options of workbooks allow; they are left out"});
@@ -78,6 +79,30 @@ void OfficeXmlExtraction::read_element(const Tag& tag) {
     read_text(tag);
   else
     skip(tag.bytes.size());
+}
+
+void OfficeXmlExtraction::enter(const Tag& tag) {
+  const std::string_view place = tag.attribute("path");
+  while (!names_.empty() && !is_within(place, names_.back().place)) names_.pop_back();
+  if (names_.size() < kDeepestPlace) names_.push_back({std::string(place), tag.text_of("name")});
+}
+
+// "sheet Prices, shape Title 1".
+std::string OfficeXmlExtraction::note_of(std::string_view place) const {
+  std::string note;
+  for (const Name& name : names_) {
+    if (!is_within(place, name.place)) break;
+    const std::string kind = kind_of_place(name.place);
+    const std::size_t last = kind.rfind('/');
+    if (!note.empty()) note += ", ";
+    note += kind.substr(last == kind.npos ? 0 : last + 1) + " " + name.text;
+  }
+  return note;
+}
+
+std::string_view OfficeXmlExtraction::sheet_of(std::string_view place) const {
+  const bool is_known = !names_.empty() && is_within(place, names_.front().place);
+  return is_known ? std::string_view(names_.front().text) : std::string_view();
 }
 
 void OfficeXmlExtraction::read_text(const Tag& start) {
@@ -88,11 +113,13 @@ void OfficeXmlExtraction::read_text(const Tag& start) {
   const std::string kind = kind_of_place(place);
   builder_.element(kind);
   builder_.context(kind);
+  builder_.note(note_of(place));
+  const bool is_excluded = excluded_.has(place, sheet_of(place));
   runs_ = run_kinds(start.attribute("runs"));
   skip(start.bytes.size());
   const std::size_t length = end_of_text();
   add_content(document_.window().substr(0, length));
-  if (builder_.has_text()) {
+  if (builder_.has_text() && !is_excluded) {
     sink_.segment(builder_.finish());
     document_.consume(length);
   } else {

@@ -1,5 +1,5 @@
 // Takes the XML of a presentation or workbook apart: the content of each text becomes a segment, everything else
-// skeleton. A text without anything but blanks and fields stays in the skeleton.
+// skeleton. A text without anything but blanks and fields stays in the skeleton, as does one that the options exclude.
 #pragma once
 
 #include <cstddef>
@@ -12,10 +12,12 @@
 #include "formats/office/office_xml.h"
 #include "formats/text/line_counter.h"
 #include "suite/filters/filter.h"
+#include "suite/filters/office/excluded_cells.h"
 
 namespace kavo::office {
 
 inline constexpr std::size_t kLongestTag = 64 * 1024;         // bytes
+inline constexpr std::size_t kDeepestPlace = 16;              // of the places with names
 inline constexpr std::size_t kLongestText = 8 * 1024 * 1024;  // with its codes
 
 class OfficeXmlExtraction {
@@ -26,11 +28,20 @@ class OfficeXmlExtraction {
   void run(ProgressEvent& progress);
 
  private:
+  // What people call a place.
+  struct Name {
+    std::string place;
+    std::string text;
+  };
+
   bool read_more();
   void skip(std::size_t count);
   [[noreturn]] void refuse(const std::u16string& reason);
   Tag read_tag();
   void read_element(const Tag& tag);
+  void enter(const Tag& tag);
+  std::string note_of(std::string_view place) const;
+  std::string_view sheet_of(std::string_view place) const;
   void read_text(const Tag& start);
   std::size_t end_of_text();
   void add_content(std::string_view content);
@@ -44,7 +55,9 @@ class OfficeXmlExtraction {
   TextCoding coding_;
   SegmentBuilder builder_;
   LineCounter lines_;
+  const ExcludedCells excluded_;
   bool has_root_ = false;
+  std::vector<Name> names_;                 // of the places that the last named one stands in, and its own
   std::vector<RunKind> runs_;               // of the text
   std::vector<std::string_view> open_codes_;  // types, all literals
 };

@@ -1,0 +1,36 @@
+// What of a workbook is not to be translated: whole sheets, columns and rows, by the options "xls.excluded-...".
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "suite/filters/filter_options.h"
+
+namespace kavo::office {
+
+class ExcludedCells {
+ public:
+  // Throws `failure` 5 for a column or row that is none.
+  explicit ExcludedCells(const FilterOptions& options);
+  // Whether the text at a place ("sheet:1/cell:B2/comment") of the sheet of that name, UTF-8, is left alone.
+  bool has(std::string_view place, std::string_view sheet) const;
+
+ private:
+  // Columns or rows, both ends included, counted from 1.
+  struct Range {
+    std::u16string sheet;  // "" for every one
+    std::uint32_t first = 0;
+    std::uint32_t last = 0;
+  };
+  using Number = std::uint32_t (*)(std::string_view text);  // 0 for what is none
+  static std::vector<Range> ranges_of(const FilterOptions& options, std::string_view key, Number number_of);
+  static bool is_in(const std::vector<Range>& ranges, std::u16string_view sheet, std::uint32_t number);
+
+  std::vector<std::u16string> sheets_;
+  std::vector<Range> columns_;
+  std::vector<Range> rows_;
+};
+
+}  // namespace kavo::office
