@@ -88,7 +88,7 @@ ExitCode run_parsed(const Command& command, const RunOptions& options, const std
   return code;
 }
 
-// What must be given, on the command line or in the project: the parser knows only the first.
+// Options that must be given, on the command line or in the project file. The parser alone sees only the first.
 class NeededOptions {
  public:
   explicit NeededOptions(const std::vector<Command>& commands) {

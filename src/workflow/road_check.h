@@ -1,10 +1,11 @@
 // Proves on copies that a document survives the way into bilingual documents and back.
 //
-// Two runs: one without a translation, whose result must be the document byte for byte (or the document as its repair
-// left it), and one with every text pseudo-translated, whose result is prepared once more and must give these texts,
-// all of them, in order. MIF documents of one folder share side files: each must come out of their common ones as it
-// does alone, byte for byte. Of an Office document what goes back to the Office program must be what came from it, byte
-// for byte. Everything happens in a scratch folder; the document is only read.
+// Two runs in a scratch folder. The first one translates nothing: its result must be the document (or the repaired
+// document) byte for byte. The second one pseudo-translates every text: its result is prepared once more and must give
+// all these texts in order.
+//
+// MIF documents of one folder share side files: each must come out of the common ones as it does alone. Of an Office
+// document, what goes back to the Office program must be what came from it.
 #pragma once
 
 #include <cstdint>
@@ -26,28 +27,28 @@ namespace kavo {
 struct RoadFinding {
   TextChange change = TextChange::kChanged;
   std::u16string side_file;  // of a MIF document, when the place is in one; else "", the place is the document's own
-  LinePlace place;           // of a text too much that of the text before it
-  std::string expected;      // "" for a text too much
+  LinePlace place;           // of an extra text: that of the text before it
+  std::string expected;      // "" for an extra text
   std::string found;         // "" for a lost one
   std::string problem;       // of broken codes: "code 3 is missing"
 };
 
 struct RoadResult {
-  MessageList messages;  // of the converters: of a page what was repaired
+  MessageList messages;  // of the converters, such as what was repaired
   bool is_page = false;
-  bool has_form = false;  // an Office document: what goes back to its program is compared, and texts without codes
+  bool has_form = false;  // an Office document: its exchange form is compared, and its texts without their codes
   std::uint64_t texts = 0;
   std::uint64_t documents = 0;  // bilingual documents
 
-  // Why a step could not be done, nothing when all were; what comes after is empty then.
+  // Why a step failed. The results of the later steps are empty then.
   std::optional<Message> unchanged_failure;
   std::optional<Message> translated_failure;
 
-  // Of the run without a translation: against the source, or against the repaired page when the page needed repair.
+  // The run without a translation is compared with the source, or with the repaired page when it needed repair.
   bool was_repaired = false;
   std::optional<FileDifference> difference;  // line and column of the source
   std::vector<RoadFinding> findings;
-  // Where the test translation of a MIF document differs when it is prepared together with the others of its folder.
+  // Where the test translation of a MIF document differs when its whole folder is prepared together.
   std::optional<FileDifference> book_difference;
 
   bool survives() const {
@@ -60,10 +61,10 @@ struct RoadLanguages {
   std::u16string target;
 };
 
-// Walks the road with the user's own options, a MIF document also together with the others of its book (not owned; may
-// be nullptr). Throws `failure` for a document that cannot be read, that is of a type without a filter, or that the
-// preparation refuses (without a description when the messages in `result` tell why). Throws
-// `interruption` when the user interrupts.
+// Uses the user's own options. With `book` (not owned; may be nullptr) a MIF document is also checked together with the
+// others of its folder. Throws `failure` for a document that cannot be read, has a type without a filter, or is refused by
+// the preparation (without a description when the messages in `result` say why), and `interruption` when the user
+// interrupts.
 void check_road(K19FPWObj& driver, const std::u16string& document, MifBook* book, const RoadLanguages& languages,
                 const ProgressEvent::Handler& progress, RoadResult& result);
 

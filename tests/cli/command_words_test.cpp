@@ -3,13 +3,12 @@
 
 #include "cli/run_kavo.h"
 #include "platform/files.h"
+#include "support/holds.h"
 #include "support/system.h"
 #include "support/temp_folder.h"
 
 namespace kavo::test {
 namespace {
-
-bool holds(const std::string& text, std::string_view part) { return text.find(part) != std::string::npos; }
 
 TEST(CommandWords, AnUnknownVerbIsNamedWithTheNearestOne) {
   const struct {

@@ -12,13 +12,12 @@
 
 #include "cli/run_kavo.h"
 #include "platform/files.h"
+#include "support/holds.h"
 #include "support/temp_folder.h"
 
 namespace kavo::test {
 
 namespace fs = std::filesystem;
-
-inline bool holds(const std::string& text, std::string_view part) { return text.find(part) != std::string::npos; }
 
 class SiteTest : public testing::Test {
  protected:

@@ -197,6 +197,32 @@ TEST_F(RoadTest, EachCodeHasARealCause) {
   }
 }
 
+// Notes each document that is put under a name.
+class PlacedFiles final : public FaultyFiles {
+ public:
+  using FaultyFiles::FaultyFiles;
+  void rename_file(std::u16string_view from, std::u16string_view to) override {
+    FaultyFiles::rename_file(from, to);
+    placed.emplace_back(to);
+  }
+  std::vector<std::u16string> placed;
+};
+
+// Locking its segments is a step of its own, which works on the document before it gets its name.
+TEST_F(RoadTest, TheScriptDocumentIsPlacedOnceWithItsLocks) {
+  const auto tuds = prepare(u"index.asp", kDocuments[0].bytes);
+  ASSERT_EQ(tuds.size(), 2u);
+  for (const std::u16string& tud : tuds) clsCommon().DeleteFile(tud);
+  PlacedFiles placing(files);
+  ports().files = &placing;
+  std::vector<ProducedFile> produced(object->produced_files().begin(), object->produced_files().end());
+  const FilterRun run = convert_produced_files(produced, {u"EN-US", u"FR"});
+  ports().files = &files;
+  ASSERT_EQ(run.result, 0);
+  EXPECT_EQ(std::ranges::count(placing.placed, tuds[1]), 1) << testing::PrintToString(placing.placed);
+  EXPECT_NE(files.get(tuds[1]).find("translate=\"no\""), std::string::npos) << files.get(tuds[1]);
+}
+
 // Nothing is lost.
 
 // Its translations are a person's work.

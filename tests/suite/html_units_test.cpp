@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "suite/html_filter_fixture.h"
+#include "support/holds.h"
 #include "support/ports_fixture.h"
 
 namespace kavo::test {
@@ -39,7 +40,6 @@ class HtmlUnits : public HtmlFilterTest {
       locks.push_back(document.segment(i).status == TranslationStatus::kLocked);
     return locks;
   }
-  static bool holds(const std::string& text, std::string_view part) { return text.find(part) != std::string::npos; }
 
   using Texts = std::vector<std::u16string>;
   std::u16string tud_;

@@ -10,16 +10,15 @@ namespace kavo::script {
 
 // What a block does to the constructs (conditions, loops) that reach beyond it.
 struct Flow {
-  std::size_t closes = 0;  // so many that began before it end in it
-  bool parts = false;      // the innermost one that is left goes on with another branch
-  std::size_t opens = 0;   // so many that begin in it go on behind it
+  std::size_t closes = 0;  // how many that began before the block end in it
+  bool parts = false;      // begins another branch of the innermost one that is still open ("Else")
+  std::size_t opens = 0;   // how many that begin in the block are open at its end
 
   // Whether the page behind the block is not the continuation of the page before it.
   bool divides() const { return closes != 0 || parts || opens != 0; }
 };
 
-// `text` is that of all blocks. Nothing for a value, for declarations, for a client's script, and for a language that
-// is not known.
+// `text` is that of all blocks. An empty Flow for a value, declarations, a client script, and an unknown language.
 Flow flow_of(std::string_view text, const Piece& piece);
 
 }  // namespace kavo::script

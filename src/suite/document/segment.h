@@ -12,7 +12,7 @@
 
 namespace kavo {
 
-// Bytes of the document inside a segment that are no text: a tag, a script placeholder, an invalid byte.
+// Bytes inside a segment that are not text: a tag, a script placeholder, an invalid byte.
 struct InlineCode {
   CodeKind kind = CodeKind::kStandalone;
   std::uint32_t id = 0;   // from 1 in each segment; the two codes of a pair share one
@@ -37,12 +37,12 @@ struct Segment {
   std::string original;           // the document's bytes from the first to the last of the segment, exactly
   std::vector<InlineCode> codes;  // in the order of their references in `text`
   std::vector<NestedPlace> nested;
-  std::string context;  // whatever the filter wants to know again when it writes the translation; any bytes
+  std::string context;  // what the filter needs when it writes the translation; any bytes
   std::string name;     // of the text in its document ("IDS_TITLE"), UTF-8; "" for none
   std::string note;     // for the translator, UTF-8; "" for none
   std::string comment;  // what the author wrote about it in the document, UTF-8; "" for none
-  // What it stands in, as a path without numbers ("table/tr/td", "img@alt", "alert()"), UTF-8; "" when nothing tells.
-  // It ends in "/name" for a name that cannot hold every character ("sheet/name").
+  // What it stands in, as a path without numbers ("table/tr/td", "img@alt", "alert()"), UTF-8; "" when unknown.
+  // It ends in "/name" for a name in which some characters are not allowed ("sheet/name").
   std::string element;
   std::int64_t line = 0;         // 1-based place in the document
   std::int64_t column = 0;       // 1-based, in bytes
@@ -50,14 +50,14 @@ struct Segment {
   bool locked = false;           // to be shown, not to be translated
 };
 
-// Builds a segment from left to right: every byte of the document between its first and its last goes through exactly
-// one of the add_ members, so that `original` is whole. Made once for a document and used for every segment.
+// Builds a segment from left to right. Each byte of it goes through exactly one of the add_ members, so that `original`
+// is complete. One builder serves all segments of a document.
 class SegmentBuilder {
  public:
   // The coding of the document's bytes must outlive the builder.
   explicit SegmentBuilder(const TextCoding& coding) : coding_(coding) {}
 
-  // Forgets what is there, all but the coding, and starts at a place of the document.
+  // Drops the segment and starts a new one at a place of the document.
   void start(std::int64_t line, std::int64_t column);
   bool empty() const { return segment_.original.empty(); }
   // True when there is a character of text beside blanks, tabs and line ends (the no-break space counts as a blank).
@@ -66,10 +66,10 @@ class SegmentBuilder {
   // Text as it stands. Bytes that are invalid in the document's coding and characters that XML does not have become
   // codes of their own.
   void add_text(std::string_view original);
-  // Text that stands in the document in another form: "é" for "&eacute;". `text` in UTF-8; when XML does not have it,
-  // it becomes a code.
+  // Text that the document writes in another form: "é" for "&eacute;". `text` is UTF-8. A character that XML does not
+  // have becomes a code.
   void add_text(std::string_view text, std::string_view original);
-  // Bytes that the translation need not keep: the line structure inside a paragraph. They survive unchanged segments.
+  // Bytes that only an unchanged segment keeps: line breaks inside a paragraph. A translation may go without them.
   void add_hidden(std::string_view original);
 
   void add_code(CodeKind kind, std::string_view type, std::string_view shown, std::string_view original,
