@@ -22,6 +22,9 @@ EXTENSIONS = {".asp", ".jsp", ".php", ".phtml", ".inc", ".htm", ".html"}
 HOSTILE = "\"a\" 'b' \\ \\\" %> ?> <% <? </script> <!-- $c {$d} ${e} `f`\n*/ // \u00e9 \u0436 \u6f22 \U0001f600"
 # Where a character of these can be written in no way, the command refuses: then the rest is tried alone.
 PLAIN = "\"a\" 'b' \\ %> ?> </script> $c ${e} `f`"
+# And where a language takes no expression in the place of a literal, what needs one.
+BARE = "\"a\" 'b' \\ $c ${e} `f`"
+TRANSLATIONS = {"hostile": HOSTILE, "plain": PLAIN, "bare": BARE}
 BLOCK = re.compile(r"<%.*?%>|<\?(?:php\b|=|\s).*?(?:\?>|\Z)", re.S | re.I)
 ELEMENT = re.compile(r"<script\b([^>]*)>(.*?)</script\s*>", re.S | re.I)
 JAVA_PARSER = pathlib.Path(os.environ.get("XDG_CACHE_HOME", pathlib.Path.home() / ".cache")) / "kavo-npm"
@@ -152,7 +155,7 @@ class Check:
                 if found[0] != found[1]:
                     self.failures.append(f"{tud.name}: pseudo changes a code: {source[:80]}")
             return
-        hostile = html.escape(HOSTILE if way == "hostile" else PLAIN, quote=False)
+        hostile = html.escape(TRANSLATIONS[way], quote=False)
         xml = tud.read_text(encoding="utf-8")
 
         def unit(match):
@@ -186,7 +189,7 @@ class Check:
         before = self.verdicts(page, is_php, is_jsp)
         if not any(ok for _, ok in before):
             return
-        for way in ("pseudo", "hostile", "plain"):
+        for way in ("pseudo", *TRANSLATIONS):
             self.last_refusal = ""
             rebuilt = self.road(page, way)
             if rebuilt is None:

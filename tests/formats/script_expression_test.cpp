@@ -25,6 +25,7 @@ class Lines final : public ExpressionSink {
       line += item.is_literal ? std::string(shown) : "{" + std::string(shown) + "}";
     }
     line += join.can_move ? " ->" : " ~>";
+    if (join.is_constant) line += " constant";
     for (const Place& place : join.places) line += " " + shown(place);
     add(line);
   }
@@ -93,6 +94,8 @@ const Case kCases[] = {
     {"element of a session", kVb, "Session(\"a\") = \"b\"",
      "\"a\" -> argument 0 of Session -\n\"b\" -> assigned Session[\"a\"]"},
     {"function", kVb, "Function F(a, ByVal b)\nF = \"c\" & a\nEnd Function\n", "F F(a,b)\n\"c\" {a} -> assigned F\nE"},
+    {"constants", kVb, "Public Const A = \"b\", C = \"d\"\nE = \"f\"",
+     "D A\n\"b\" -> constant assigned A\nD C\n\"d\" -> constant assigned C\n\"f\" -> assigned E"},
     {"comparison in an argument", kVb, "f (a = \"b\")", "\"b\" -> compared"},
 
     {"joined texts", kJs, "x = 'Hello ' + name + \", welcome\"", "'Hello ' {name} \", welcome\" -> assigned x"},

@@ -4,6 +4,7 @@
 
 #include "formats/script/literal_value.h"
 #include "platform/failure.h"
+#include "platform/unicode.h"
 #include "script_tokens.h"
 
 namespace kavo::test {
@@ -88,6 +89,32 @@ TEST(ScriptLiterals, Texts) {
   EXPECT_EQ(written("\u8868", kScriptDouble, TextCoding(932)), "\x95\x5C");
   for (const Quoting& quoting : {kPhpDouble, kPhpSingle, kHeredoc, kNowdoc})
     EXPECT_THROW(written("\u0436", quoting, western), failure);
+}
+
+// A literal that the language takes no expression for is never interrupted.
+TEST(ScriptLiterals, ConstantsAreSingleLiterals) {
+  const Quoting constant = {Language::kVbScript, LiteralForm::kDouble, false, true};
+  const TextCoding western(1252);
+  EXPECT_EQ(written("\"a\" 'b' \\ % > ? < /", constant, western), "\"\"a\"\" 'b' \\ % > ? < /");
+  const struct {
+    std::string_view text, reason;
+  } cases[] = {
+      {"a %> b", "\"%>\" cannot be written there"},       {"a ?> b", "\"?>\" cannot be written there"},
+      {"a <% b", "\"<%\" cannot be written there"},       {"a\nb", "a line break cannot be written there"},
+      {"a\r\nb", "a line break cannot be written there"}, {"\u0436", "\"\u0436\" (U+0436) cannot be written there"},
+      {"\x01", "U+0001 cannot be written there"},         {"\U0001F600", "(U+1f600) cannot be written there"},
+  };
+  for (const auto& row : cases) {
+    try {
+      written(row.text, constant, western);
+      ADD_FAILURE() << row.reason;
+    } catch (const failure& reason) {
+      const std::string description = to_utf8(reason.description());
+      EXPECT_NE(description.find(std::string(row.reason) + ", because a constant is a single literal"),
+                description.npos)
+          << description;
+    }
+  }
 }
 
 // A text comes back as it went in, and stays one literal of its language (VBScript may interrupt it).

@@ -144,6 +144,20 @@ TEST_F(ScriptFilterTest, CharactersThatTheCodingLacks) {
   EXPECT_NE(reason.find(u"U+0436"), std::u16string::npos);
 }
 
+TEST_F(ScriptFilterTest, ConstantsStaySingleLiterals) {
+  const std::string_view script = "<% Private Const kTitle = \"Hi you\", kOther = 1 %>";
+  EXPECT_EQ(with(u"a_asp.scr", script, u"A \"b\" 100% >"),
+            "<% Private Const kTitle = \"A \"\"b\"\" 100% >\", kOther = 1 %>");
+  for (const char16_t* translation : {u"a %> b", u"a\nb", u"a <<% b"})
+    EXPECT_EQ(to_utf8(refusal(u"a_asp.scr", script, translation)).find("segment 1 (line 3, column 28): "), 0u)
+        << to_utf8(refusal(u"a_asp.scr", script, translation));
+  // Markup has its own way to write such characters.
+  EXPECT_EQ(with(u"a_asp.scr", "<% Const kTitle = \"<b>Hi</b> you\" %>", u"a %> \u0436", {.target_code_page = 1252}),
+            "<% Const kTitle = \"a %&gt; &#1078;\" %>");
+  EXPECT_EQ(with(u"a_asp.scr", "<% Const kSize = 1\nMsgBox \"Hi you\" %>", u"a\nb"),
+            "<% Const kSize = 1\nMsgBox \"a\" & vbCrLf & \"b\" %>");
+}
+
 TEST_F(ScriptFilterTest, ValuesComeBackExactlyOnceAndInTheirOrder) {
   EXPECT_NE(refusal(u"a_asp.scr", "<% MsgBox \"Hi \" & a & \", you\" %>", u"Hi").find(u"code 1 is missing"),
             std::u16string::npos);

@@ -61,10 +61,10 @@ struct Place {
 // Literals and operands that the language's text operator joins, or a single one of either.
 struct Join {
   std::span<const Item> items;
-  std::span<const Place>
-      places;  // where the text goes, the nearest place first; at most kMostPlaces
+  std::span<const Place> places;  // where the text goes, the nearest place first; at most kMostPlaces
   bool has_literal = false;
-  bool can_move = false;  // every operator between them joins text, so the parts may change their order
+  bool can_move = false;     // every operator between them joins text, so the parts may change their order
+  bool is_constant = false;  // a single literal where the language takes no expression
 };
 inline constexpr std::size_t kMostPlaces = 8;
 

@@ -200,7 +200,7 @@ void ExpressionScanner::begin_statement() {
   frame.target = {};
   frame.has_key = frame.in_condition = frame.is_typed = false;
   frame.argument = 0;
-  after_arrow_ = after_member_ = declares_ = is_control_ = after_end_ = after_exit_ = false;
+  after_arrow_ = after_member_ = declares_ = is_constant_ = is_control_ = after_end_ = after_exit_ = false;
 }
 
 void ExpressionScanner::clear_expression() {
@@ -306,6 +306,7 @@ void ExpressionScanner::emit(std::span<const Item> items, const Place& place) {
   const bool begins_with_text = language_ == Language::kVbScript || language_ == Language::kPhp ||
                                 items[0].is_literal || (items.size() > 1 && items[1].is_literal);
   join.can_move = !frames_.back().is_fixed && begins_with_text;
+  join.is_constant = is_constant_;
   sink_.joined(join);
 }
 

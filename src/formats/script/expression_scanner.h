@@ -131,8 +131,9 @@ class ExpressionScanner {
   bool after_member_ = false;  // a name belongs to the operand before it
   bool after_end_ = false;     // behind "End" of VBScript
   bool after_exit_ = false;
-  bool declares_ = false;    // behind "var", up to the end of the statement
-  bool line_ended_ = false;  // since the last token
+  bool declares_ = false;     // behind "var", up to the end of the statement
+  bool is_constant_ = false;  // behind "Const" of VBScript, likewise
+  bool line_ended_ = false;   // since the last token
 };
 
 }  // namespace kavo::script

@@ -39,8 +39,10 @@ bool ExpressionScanner::basic_word(WordRole role) {
     case WordRole::kSkipped:
       return true;
     case WordRole::kDeclares:
+    case WordRole::kConstant:
       end_statement();
       declares_ = true;
+      is_constant_ = role == WordRole::kConstant;
       return true;
     case WordRole::kControl:
       end_statement();

@@ -70,7 +70,7 @@ void Lexer::operator_of(std::string_view operators) {
   while (!operators.empty()) {
     const std::size_t blank = operators.find(' ');
     const std::string_view wanted = operators.substr(0, blank);
-    if (starts(wanted)) {
+    if (wanted.front() == current() && starts(wanted)) {
       at_ += wanted.size();
       return;
     }

@@ -115,10 +115,11 @@ class TextWriter {
           return plain(byte_escape(static_cast<unsigned char>(c)));
         [[fallthrough]];
       case Language::kVbScript:
+        if (!can_interrupt()) throw no_way(quoted(std::string{last_, c}));
         interrupt("");
         return plain(c);
       case Language::kUnknown:
-        throw no_way(static_cast<unsigned char>(c));
+        throw no_way(quoted(std::string{last_, c}));
       default:
         return plain(unit_escape(static_cast<unsigned char>(c)));
     }
@@ -128,19 +129,21 @@ class TextWriter {
     if (quoting_.language == Language::kVbScript) {
       // A CR LF was written completely at its CR.
       if (c == '\n' && last_ == '\r') return;
+      if (!can_interrupt()) throw no_way("a line break");
       return interrupt("vbCrLf");
     }
-    if (quoting_.language == Language::kUnknown) throw no_way(static_cast<unsigned char>(c));
+    if (quoting_.language == Language::kUnknown) throw no_way("a line break");
     const bool has_escapes = quoting_.language != Language::kPhp ||
                              (quoting_.form != LiteralForm::kSingle && quoting_.form != LiteralForm::kNowdoc);
     if (has_escapes) return plain(c == '\n' ? "\\n" : "\\r");
     plain(c);
   }
 
+  bool can_interrupt() const { return !quoting_.is_constant && !quote_of(quoting_.form).empty(); }
+
   // Closes the literal and opens it again, with `value` between.
   void interrupt(std::string_view value) {
     const std::string_view quote = quote_of(quoting_.form);
-    if (quote.empty()) throw no_way(U'>');
     const std::string_view joint = text_operator_of(quoting_.language);
     for (const std::string_view part : {quote, joint, value, value.empty() ? std::string_view() : joint, quote})
       plain(part);
@@ -153,6 +156,7 @@ class TextWriter {
     const char32_t low = 0xDC00 + ((c - 0x10000) & 0x3FF);
     switch (quoting_.language) {
       case Language::kVbScript:
+        if (!can_interrupt()) break;
         if (is_wide) return interrupt(wide_call(high) + " & " + wide_call(low));
         return interrupt(wide_call(c));
       case Language::kJavaScript:
@@ -168,14 +172,17 @@ class TextWriter {
       case Language::kUnknown:
         break;
     }
-    throw no_way(c);
-  }
-
-  failure no_way(char32_t c) const {
     std::string shown;
     append_utf8(shown, c);
-    return failure(FailureNumber::kInvalidCall,
-                   to_utf16("\"" + shown + "\" (U+" + number_text(c, 16, 4) + ") cannot be written there"));
+    const std::string code = "U+" + number_text(c, 16, 4);
+    throw no_way(c < 0x20 ? code : quoted(shown) + " (" + code + ")");
+  }
+
+  static std::string quoted(std::string_view text) { return "\"" + std::string(text) + "\""; }
+
+  failure no_way(std::string_view what) const {
+    const std::string reason = quoting_.is_constant ? ", because a constant is a single literal" : "";
+    return failure(FailureNumber::kInvalidCall, to_utf16(std::string(what) + " cannot be written there" + reason));
   }
 
   Quoting quoting_;

@@ -16,6 +16,8 @@ struct Quoting {
   LiteralForm form = LiteralForm::kDouble;
   // In a <script> element: the end tag ends the script even inside quotes.
   bool in_element = false;
+  // The language takes no expression there, so the literal must not be interrupted.
+  bool is_constant = false;
 };
 
 // Reads the text between the quotes character by character.
@@ -51,7 +53,7 @@ class LiteralReader {
 
 // Appends `utf8` as it stands between the quotes, in the bytes of `coding`. What would end the literal, its script or
 // its line is escaped; where the language has no escape, the literal is interrupted ("" & vbCrLf & ""). Throws
-// `failure` 5 for a character that cannot be written at all.
+// `failure` 5 for what cannot be written there at all.
 void append_literal_text(std::string_view utf8, const Quoting& quoting, const TextCoding& coding, std::string& bytes);
 
 // `<operator>` that joins two texts in the language, with blanks around it.

@@ -1,7 +1,9 @@
 #include "formats/script/words.h"
 
-#include <algorithm>
-#include <iterator>
+#include <initializer_list>
+#include <span>
+#include <string>
+#include <unordered_map>
 
 namespace kavo::script {
 namespace {
@@ -15,7 +17,7 @@ struct Word {
 constexpr Word kVbScript[] = {
     {"and", WordRole::kLogic},         {"byref", WordRole::kSkipped},     {"byval", WordRole::kSkipped},
     {"call", WordRole::kSkipped},      {"case", WordRole::kCase},         {"class", WordRole::kSkipped},
-    {"const", WordRole::kDeclares},    {"dim", WordRole::kDeclares},      {"do", WordRole::kStatement},
+    {"const", WordRole::kConstant},    {"dim", WordRole::kDeclares},      {"do", WordRole::kStatement},
     {"each", WordRole::kSkipped},      {"else", WordRole::kStatement},    {"elseif", WordRole::kControl},
     {"end", WordRole::kEnd},           {"eqv", WordRole::kLogic},         {"exit", WordRole::kExit},
     {"for", WordRole::kStatement},     {"function", WordRole::kFunction}, {"get", WordRole::kSkipped},
@@ -63,29 +65,37 @@ constexpr Word kPhp[] = {
     {"xor", WordRole::kLogic},       {"yield", WordRole::kSkipped},
 };
 
-template <std::size_t kCount>
-const Word* find(const Word (&words)[kCount], std::string_view word, bool any_case) {
-  const auto* const found = std::find_if(std::begin(words), std::end(words), [&](const Word& row) {
-    return any_case ? equal_word(word, row.text) : word == row.text;
-  });
-  return found != std::end(words) ? found : nullptr;
+constexpr std::size_t kLongestWord = 12;
+
+// Every name of a script is looked up.
+using Roles = std::unordered_map<std::string_view, WordRole>;
+Roles roles_of(std::initializer_list<std::span<const Word>> tables) {
+  Roles roles;
+  for (const std::span<const Word> words : tables)
+    for (const Word& row : words) roles.emplace(row.text, row.role);
+  return roles;
 }
 
-constexpr std::size_t kLongestWord = 12;
+const Roles& roles_of(Language language) {
+  static const Roles basic = roles_of({kVbScript});
+  static const Roles php = roles_of({kPhp, kCurly});
+  static const Roles curly = roles_of({kCurly});
+  return language == Language::kVbScript ? basic : language == Language::kPhp ? php : curly;
+}
 
 }  // namespace
 
 WordRole role_of_word(Language language, std::string_view word) {
   if (word.empty() || word.size() > kLongestWord || word.front() == '$') return WordRole::kName;
-  const bool any_case = ignores_case(language);
-  const Word* row = nullptr;
-  if (language == Language::kVbScript) {
-    row = find(kVbScript, word, any_case);
-  } else {
-    if (language == Language::kPhp) row = find(kPhp, word, any_case);
-    if (row == nullptr) row = find(kCurly, word, any_case);
+  std::string small;
+  if (ignores_case(language)) {
+    small = word;
+    for (char& c : small) c = lower(c);
+    word = small;
   }
-  return row != nullptr ? row->role : WordRole::kName;
+  const Roles& roles = roles_of(language);
+  const auto found = roles.find(word);
+  return found != roles.end() ? found->second : WordRole::kName;
 }
 
 OperatorRole role_of_operator(Language language, std::string_view text) {

@@ -12,6 +12,7 @@ enum class WordRole : std::uint8_t {
   kName,       // any name: a value
   kSkipped,    // has no effect here: "new", "public"
   kDeclares,   // "var": the name behind it belongs to the function
+  kConstant,   // "Const" of VBScript: the same, and its value is one literal
   kReturns,    // "return"
   kCommand,    // takes what follows as its argument: "echo"
   kControl,    // "if": a condition in parentheses, or up to "Then"

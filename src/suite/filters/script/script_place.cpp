@@ -30,6 +30,7 @@ SegmentPlace place_of_unit(const Unit& unit) {
                      .in_element = unit.in_element,
                      .has_markup = unit.has_markup,
                      .is_attribute = !unit.attribute.empty(),
+                     .is_constant = unit.is_constant,
                      .quote = unit.quote,
                      .first = unit.first,
                      .last = unit.last,
@@ -42,7 +43,8 @@ SegmentPlace place_of_unit(const Unit& unit) {
 std::string context_of(const SegmentPlace& place) {
   std::string context;
   context += letter(static_cast<int>(place.language));
-  context += letter((place.in_element ? 1 : 0) + (place.has_markup ? 2 : 0) + (place.is_attribute ? 4 : 0));
+  context += letter((place.in_element ? 1 : 0) + (place.has_markup ? 2 : 0) + (place.is_attribute ? 4 : 0) +
+                    (place.is_constant ? 8 : 0));
   context += letter(static_cast<int>(kQuotes.find(place.quote)));
   context += letter(static_cast<int>(place.first));
   context += letter(static_cast<int>(place.last));
@@ -59,10 +61,11 @@ SegmentPlace place_from(std::string_view context) {
     throw failure(FailureNumber::kInvalidCall, u"The skeleton is damaged");
   SegmentPlace place;
   place.language = static_cast<Language>(value_of(context[0], kMostLanguage));
-  const int flags = value_of(context[1], 7);
+  const int flags = value_of(context[1], 15);
   place.in_element = (flags & 1) != 0;
   place.has_markup = (flags & 2) != 0;
   place.is_attribute = (flags & 4) != 0;
+  place.is_constant = (flags & 8) != 0;
   place.quote = kQuotes[static_cast<std::size_t>(value_of(context[2], 2))];
   place.first = form_of(context[3]);
   place.last = form_of(context[4]);

@@ -22,12 +22,13 @@ struct SegmentPlace {
   bool in_element = false;
   bool has_markup = false;
   bool is_attribute = false;
+  bool is_constant = false;
   char quote = 0;  // of the attribute
   LiteralForm first = LiteralForm::kDouble;
   LiteralForm last = LiteralForm::kDouble;
   std::vector<Code> codes;
 
-  Quoting quoting(LiteralForm form) const { return {language, form, in_element}; }
+  Quoting quoting(LiteralForm form) const { return {language, form, in_element, is_constant}; }
 };
 
 SegmentPlace place_of_unit(const Unit& unit);

@@ -303,6 +303,7 @@ void ScriptUnits::add_unit(Language language, const Join& join, const JoinedText
   unit.in_element = in_element_;
   unit.has_markup = read.has_markup;
   unit.can_move = join.can_move;
+  unit.is_constant = join.is_constant;
   unit.attribute = read.attribute;
   unit.quote = read.quote;
   unit.element = taker_of(join.places, read.attribute);

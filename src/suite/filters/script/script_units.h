@@ -39,7 +39,8 @@ struct Unit {
   LiteralForm last = LiteralForm::kDouble;
   bool in_element = false;  // of a client's <script>
   bool has_markup = false;
-  bool can_move = false;  // its operands may change places
+  bool can_move = false;     // its operands may change places
+  bool is_constant = false;  // one literal, which nothing may interrupt
   std::string_view attribute;
   char quote = 0;       // of an attribute's value; 0 for one without
   std::string element;  // what takes it ("alert()", "document.title"), "" when nothing does
