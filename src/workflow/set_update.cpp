@@ -49,18 +49,20 @@ TranslatedFolders::TranslatedFolders(std::u16string source_language, std::u16str
                                      std::vector<std::u16string> folders)
     : source_language_(std::move(source_language)),
       target_language_(std::move(target_language)),
-      folders_(std::move(folders)) {}
-
-TextMemory& TranslatedFolders::documents() {
-  if (documents_) return *documents_;
-  documents_ = std::make_unique<TextMemory>(text_units_of(to_utf8(source_language_)));
+      folders_(std::move(folders)) {
   for (const std::u16string& folder : folders_) {
     // Sorted, because the first of equally good translations is taken, on every system the same.
     std::vector<std::u16string> names = ports().files->find(folder + u"*_" + target_language_ + u".tud");
     std::ranges::sort(names);
-    for (const std::u16string& name : names)
-      if (!current_ || !current_->contains(ports().files->absolute(folder + name))) add_document(folder + name);
+    for (const std::u16string& name : names) names_.push_back(folder + name);
   }
+}
+
+TextMemory& TranslatedFolders::documents() {
+  if (documents_) return *documents_;
+  documents_ = std::make_unique<TextMemory>(text_units_of(to_utf8(source_language_)));
+  for (const std::u16string& name : names_)
+    if (!current_ || !current_->contains(ports().files->absolute(name))) add_document(name);
   if (current_)
     for (const auto& [path, document] : *current_) add_translations(*documents_, document.units);
   return *documents_;
@@ -108,7 +110,7 @@ void TranslatedFolders::keep_removed(const std::u16string& folder, std::vector<T
 }
 
 SetUpdate::SetUpdate(TranslatedFolders& known, const std::u16string& document, bool replaces_others)
-    : known_(known), made_files_(files_made_of(document)), sums_before_(sums()) {
+    : known_(known), made_files_(files_made_of(document)) {
   const std::string source_language = to_utf8(known.source_language());
   const std::string target_language = to_utf8(known.target_language());
   for (const std::u16string& name : bilingual_documents_of(document, known.target_language())) {
@@ -136,6 +138,7 @@ SetUpdate::SetUpdate(TranslatedFolders& known, const std::u16string& document, b
       if (!replaces_others) refuse(u"cannot be read: " + reason.description());
     }
   }
+  if (has_documents()) sums_before_ = sums();
   known_.current(&old_);
 }
 
@@ -149,10 +152,11 @@ SetUpdate::Sums SetUpdate::sums() const {
 }
 
 bool SetUpdate::is_unchanged(std::span<const ProducedFile> produced) const {
-  return !produced.empty() && sums() == sums_before_ && std::ranges::all_of(produced, [&](const ProducedFile& file) {
-    const auto found = old_.find(ports().files->absolute(file.tud_name));
-    return found != old_.end() && says_the_same(found->first, found->second);
-  });
+  return has_documents() && !produced.empty() && sums() == sums_before_ &&
+         std::ranges::all_of(produced, [&](const ProducedFile& file) {
+           const auto found = old_.find(ports().files->absolute(file.tud_name));
+           return found != old_.end() && says_the_same(found->first, found->second);
+         });
 }
 
 SetUpdateReport SetUpdate::kept() const {
@@ -164,6 +168,8 @@ SetUpdateReport SetUpdate::kept() const {
 
 SetUpdateReport SetUpdate::apply(std::span<const ProducedFile> produced) {
   SetUpdateReport report;
+  // The documents are as new as they can be: nothing needs to be read.
+  if (!has_documents() && known_.is_empty()) return report;
   for (const ProducedFile& file : produced) {
     const std::u16string tud = ports().files->absolute(file.tud_name);
     const auto found = old_.find(tud);

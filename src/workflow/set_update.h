@@ -29,8 +29,8 @@ using OldDocuments = std::map<std::u16string, OldDocument, LessIgnoringCase>;
 // This file beside the documents keeps the translations of texts that no document of the folder holds any more.
 inline constexpr std::u16string_view kRemovedTexts = u"removed.tmx";
 
-// The translations that the folders of a run held when it began. They are read when the first text asks for them, so a
-// run without changes does not read them.
+// The translations that the folders of a run held when it began. They are read when they are first asked for, so a run
+// without changes does not read them.
 class TranslatedFolders final : public KnownTexts {
  public:
   // Languages as the suite writes them; folders with their "\". Documents with other languages are not read.
@@ -46,6 +46,8 @@ class TranslatedFolders final : public KnownTexts {
   // Throw `failure` for a memory that cannot be read. A document that cannot be read is left out, with a message.
   TextMemory& documents() override;
   TextMemory& removed() override;
+  // Whether there is no translation at all.
+  bool is_empty() { return documents().size() == 0 && removed().size() == 0; }
 
   // Puts translations into the folder's removed.tmx, those that are not there yet. Throws `failure` for a file that
   // cannot be read or written: the file then stays as it was.
@@ -60,6 +62,7 @@ class TranslatedFolders final : public KnownTexts {
   std::u16string source_language_;
   std::u16string target_language_;
   std::vector<std::u16string> folders_;
+  std::vector<std::u16string> names_;  // of the documents in them, when the run began
   const OldDocuments* current_ = nullptr;
   std::unique_ptr<TextMemory> documents_;
   std::unique_ptr<TextMemory> removed_;
@@ -100,7 +103,7 @@ class SetUpdate {
   TranslatedFolders& known_;
   OldDocuments old_;
   std::vector<std::u16string> made_files_;  // by the preparation beside the document, and the document itself
-  Sums sums_before_;
+  Sums sums_before_;                        // empty when there is nothing to compare with
 };
 
 }  // namespace kavo
