@@ -72,7 +72,8 @@ void PageExtraction::run(ProgressEvent& progress) {
       reported = document_.bytes_read();
       progress.report(document_.percent());
     }
-    if (items_.empty()) scripts_.forget();
+    token_scripts_ = scripts_.reached();
+    if (items_.empty()) scripts_.forget(token_scripts_);
     switch (token.kind) {
       case TokenKind::kStartTag:
         start_tag(token);

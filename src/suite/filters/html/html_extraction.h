@@ -147,6 +147,7 @@ class PageExtraction {
   SegmentBuilder builder_;
   SegmentBuilder value_builder_;
 
+  std::uint64_t token_scripts_ = 0;  // the number of the first one that stands in the token being read
   std::string paragraph_;
   std::vector<Item> items_;
   std::vector<Value> values_;

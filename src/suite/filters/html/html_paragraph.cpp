@@ -36,6 +36,8 @@ void PageExtraction::flush(const Element* ends_at) {
   paragraph_.clear();
   items_.clear();
   values_.clear();
+  // A page of placeholders alone is one paragraph after the other, each begun by the token that ended the last one.
+  scripts_.forget(token_scripts_);
 }
 
 bool PageExtraction::same_name(const Item& a, const Item& b) const {

@@ -28,10 +28,11 @@ class PlaceholderScripts {
   std::string meaning(std::string_view server_code);
   // Whether it decides which part of the page is sent: the text behind it does not go on with the one before it.
   bool divides(std::string_view server_code);
-  // What was read so far is not asked for again.
-  void forget() {
-    first_ += read_.size();
-    read_.clear();
+  // The number behind the last script that was asked for.
+  std::uint64_t reached() const { return first_ + read_.size(); }
+  // Scripts before this number are not asked for again.
+  void forget(std::uint64_t number) {
+    for (; first_ < number && !read_.empty(); ++first_) read_.pop_front();
   }
 
  private:

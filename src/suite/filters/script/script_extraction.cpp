@@ -16,80 +16,82 @@ constexpr std::size_t kMostDepth = 4;
 // Enough of a code for what a translator sees of it.
 constexpr std::size_t kMostShown = 200;  // bytes
 
+// A line begins behind each CR LF, LF or CR.
+template <class Action>
+void each_line_end(std::string_view text, Action&& action) {
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    const bool is_pair = text[at] == '\r' && at + 1 < text.size() && text[at + 1] == '\n';
+    if (ends_line(text[at]) && !is_pair) action(at + 1);
+  }
+}
+
+// Of the placeholder in front of a block.
+std::uint64_t number_in(std::string_view gap) {
+  const std::size_t marker = gap.rfind(html::placeholder::kMarker);
+  return marker == std::string_view::npos ? 0 : html::placeholder_number(gap.substr(marker));
+}
+
 }  // namespace
 
-ScriptExtraction::ScriptExtraction(std::string_view file, Language server, const TextCoding& coding,
+ScriptExtraction::ScriptExtraction(ScriptBlocks& blocks, Language server, const TextCoding& coding,
                                    const ConversionSettings& settings, ExtractionSink& sink)
-    : file_(file),
+    : blocks_(blocks),
+      text_(blocks.text()),
       coding_(coding),
       offer_(settings.scripts.offer),
       sink_(sink),
       author_(settings),
       tags_(settings, coding),
       rules_({settings.scripts.texts, settings.scripts.never}),
-      finder_(file, coding, rules_),
+      finder_(text_, coding, rules_),
       builder_(coding),
       page_language_(server) {}
 
-// Each block stands between the line of its marker and that of the next one. Nothing of a block is kept from walk to
-// walk: a page may have a million of them.
+// Nothing of a block is kept from walk to walk: a page may have a million of them.
 template <class Action>
 void ScriptExtraction::each_block(Action&& action) {
   PageScripts scripts(page_language_);
   std::vector<Piece> pieces;
-  const auto next_marker = [&](std::size_t from) { return html::placeholder::find_marker_line(file_, from); };
-  for (std::size_t marker = next_marker(0); marker < file_.size();) {
-    const std::size_t next = next_marker(marker + html::placeholder::kMarker.size());
-    std::size_t begin = std::min(file_.find_first_of("\r\n", marker), next);
-    while (begin < next && ends_line(file_[begin])) ++begin;
-    std::size_t end = next;
-    while (end > begin && ends_line(file_[end - 1])) --end;
+  ScriptBlocks::Walk walk(blocks_);
+  for (Block block; walk.next(block);) {
     pieces.clear();
-    if (end > begin) scripts.add_block(file_, begin, end, pieces);
-    action(Block{html::placeholder_number(file_.substr(marker)), begin, end, pieces});
-    marker = next;
+    scripts.add_block(text_, block.begin, block.end, pieces);
+    action(block, std::span<const Piece>(pieces));
   }
 }
 
 void ScriptExtraction::run(ProgressEvent& progress) {
   std::vector<Unit> units;
+  ScriptBlocks::Gaps gaps(blocks_);
   if (offer_ != Offer::kNone) {
-    each_block([&](const Block& block) { finder_.follow(block.pieces); });
+    each_block([&](const Block&, std::span<const Piece> pieces) { finder_.follow(pieces); });
     finder_.turn();
     progress.report(50);
-    each_block([&](const Block& block) {
-      units.clear();
-      if (!block.pieces.empty()) finder_.units(block.pieces, units);
-      const bool is_value = !block.pieces.empty() && block.pieces.front().kind == PieceKind::kValue;
-      if (is_value && !units.empty() && tags_.holds(block.number))
-        std::erase_if(units, [](const Unit& unit) { return !unit.has_markup; });
-      enter_block(block.begin, block.end);
-      emit(units);
-    });
   }
-  skeleton_up_to(file_.size());
+  each_block([&](const Block& block, std::span<const Piece> pieces) {
+    const std::string_view gap = gaps.before(block);
+    sink_.skeleton(gap);
+    units.clear();
+    if (offer_ != Offer::kNone && !pieces.empty()) finder_.units(pieces, units);
+    const bool is_value = !pieces.empty() && pieces.front().kind == PieceKind::kValue;
+    if (is_value && !units.empty() && tags_.holds(number_in(gap)))
+      std::erase_if(units, [](const Unit& unit) { return !unit.has_markup; });
+    enter_block(gap, block);
+    emit(units);
+    skeleton_up_to(block.end);
+  });
+  for (std::string_view rest = gaps.rest(); !rest.empty(); rest = gaps.rest()) sink_.skeleton(rest);
   progress.report(100);
 }
 
-// Blocks come in order. A line begins behind each CR LF, LF or CR.
-void ScriptExtraction::enter_block(std::size_t begin, std::size_t end) {
+void ScriptExtraction::enter_block(std::string_view gap, const Block& block) {
   // What lies between the last block and this one, that one's last line included.
   if (!lines_.empty()) line_ += static_cast<std::int64_t>(lines_.size()) - 1;
-  const auto each_line_end = [&](std::size_t from, std::size_t to, auto&& action) {
-    for (std::size_t at = from; at < to; ++at) {
-      const bool is_pair = file_[at] == '\r' && at + 1 < file_.size() && file_[at + 1] == '\n';
-      if (ends_line(file_[at]) && !is_pair) action(at + 1);
-    }
-  };
-  std::size_t line_begin = lines_.empty() ? 0 : lines_.back();
-  each_line_end(block_end_, begin, [&](std::size_t place) {
-    ++line_;
-    line_begin = place;
-  });
-  lines_.assign(1, line_begin);
-  each_line_end(begin, end, [&](std::size_t place) { lines_.push_back(place); });
-  block_end_ = end;
-  author_line_ = author_.line_of(file_.substr(begin, end - begin));
+  each_line_end(gap, [&](std::size_t) { ++line_; });
+  const std::string_view text = text_.substr(block.begin, block.end - block.begin);
+  lines_.assign(1, block.begin);
+  each_line_end(text, [&](std::size_t place) { lines_.push_back(block.begin + place); });
+  author_line_ = author_.line_of(text);
 }
 
 // Units come in the order of their beginnings, each before those in it. A segment must come behind those in it.
@@ -122,7 +124,7 @@ void ScriptExtraction::finish_unit() {
 }
 
 void ScriptExtraction::skeleton_up_to(std::size_t place) {
-  if (place > written_) sink_.skeleton(file_.substr(written_, place - written_));
+  if (place > written_) sink_.skeleton(text_.substr(written_, place - written_));
   written_ = std::max(written_, place);
 }
 
@@ -134,7 +136,7 @@ const Segment& ScriptExtraction::segment_of(const Unit& unit, const std::vector<
   builder_.element(unit.element);
   for (const UnitPart& part : unit.parts) {
     if (!part.is_code) {
-      builder_.add_text(part.text, file_.substr(part.begin, part.end - part.begin));
+      builder_.add_text(part.text, text_.substr(part.begin, part.end - part.begin));
       continue;
     }
     add_code(part, nested);
@@ -148,7 +150,7 @@ const Segment& ScriptExtraction::segment_of(const Unit& unit, const std::vector<
 }
 
 void ScriptExtraction::add_code(const UnitPart& part, const std::vector<Nested>& nested) {
-  const std::string_view bytes = file_.substr(part.begin, part.end - part.begin);
+  const std::string_view bytes = text_.substr(part.begin, part.end - part.begin);
   std::string shown = part.text;
   if (shown.empty()) coding_.decode_run(bytes.substr(0, kMostShown), shown);
   const CodeKind kind = part.kind == 'o'   ? CodeKind::kOpen
@@ -159,11 +161,11 @@ void ScriptExtraction::add_code(const UnitPart& part, const std::vector<Nested>&
   std::size_t at = part.begin;
   for (const Nested& inner : nested) {
     if (inner.begin < at || inner.end > part.end) continue;
-    builder_.code_bytes(file_.substr(at, inner.begin - at));
-    builder_.nested(inner.number, file_.substr(inner.begin, inner.end - inner.begin));
+    builder_.code_bytes(text_.substr(at, inner.begin - at));
+    builder_.nested(inner.number, text_.substr(inner.begin, inner.end - inner.begin));
     at = inner.end;
   }
-  builder_.code_bytes(file_.substr(at, part.end - at));
+  builder_.code_bytes(text_.substr(at, part.end - at));
   builder_.end_code();
 }
 

@@ -7,6 +7,7 @@
 
 #include "suite/filters/filter.h"
 #include "suite/filters/script/author_blocks.h"
+#include "suite/filters/script/script_blocks.h"
 #include "suite/filters/script/script_units.h"
 #include "suite/filters/script/tag_placeholders.h"
 
@@ -14,9 +15,9 @@ namespace kavo::script {
 
 class ScriptExtraction {
  public:
-  // `file` is the whole script file without a byte order mark, in the bytes of `coding`; `server` is the language
-  // of the page's server blocks until it declares another one. All must outlive the object.
-  ScriptExtraction(std::string_view file, Language server, const TextCoding& coding, const ConversionSettings& settings,
+  // `blocks` are those of the script file, in the bytes of `coding`; `server` is the language of the page's server
+  // blocks until it declares another one. All must outlive the object.
+  ScriptExtraction(ScriptBlocks& blocks, Language server, const TextCoding& coding, const ConversionSettings& settings,
                    ExtractionSink& sink);
   void run(ProgressEvent& progress);
   // After run(): how many texts are in doubt because nothing is known of their language.
@@ -29,23 +30,18 @@ class ScriptExtraction {
     std::uint32_t number = 0;
   };
 
-  // Places in the file.
-  struct Block {
-    std::uint64_t number = 0;  // of its placeholder
-    std::size_t begin = 0;
-    std::size_t end = 0;
-    std::span<const Piece> pieces;
-  };
+  using Block = ScriptBlocks::Block;
   template <class Action>
   void each_block(Action&& action);
-  void enter_block(std::size_t begin, std::size_t end);
+  void enter_block(std::string_view gap, const Block& block);
   void emit(const std::vector<Unit>& units);
   void finish_unit();
   const Segment& segment_of(const Unit& unit, const std::vector<Nested>& nested);
   void add_code(const UnitPart& part, const std::vector<Nested>& nested);
   void skeleton_up_to(std::size_t place);
 
-  std::string_view file_;
+  ScriptBlocks& blocks_;
+  std::string_view text_;  // of the blocks; all places are in it
   const TextCoding& coding_;
   using Offer = ScriptSettings::Offer;
   Offer offer_;
@@ -63,12 +59,11 @@ class ScriptExtraction {
     std::vector<Nested> nested;
   };
   std::vector<Open> open_;
-  std::size_t written_ = 0;  // bytes of the file that went to the sink
+  std::size_t written_ = 0;  // bytes of the text that went to the sink
   // These two describe the block whose units are being written.
-  std::vector<std::size_t> lines_;  // where each of its lines begins in the file
-  std::int64_t line_ = 1;           // of the first one
-  std::size_t block_end_ = 0;
-  std::int64_t author_line_ = 0;  // the same in the author's page, 0 when unknown
+  std::vector<std::size_t> lines_;  // where each of its lines begins
+  std::int64_t line_ = 1;           // of the first one, in the file
+  std::int64_t author_line_ = 0;    // the same in the author's page, 0 when unknown
   std::uint32_t unknown_ = 0;
 };
 

@@ -30,22 +30,17 @@ class ScriptFilter final : public Filter {
 
 void ScriptFilter::extract(BlockReader& document, const ConversionSettings& settings, ExtractionSink& sink,
                            ProgressEvent& progress) {
-  std::string text;
-  text.reserve(document.size());
-  do {
-    progress.report(static_cast<std::int16_t>(document.percent() / 2));
-    text += document.window();
-    document.consume(document.window().size());
-  } while (document.more());
-  std::string_view file = text;
+  while (document.window().size() < html::kDeclarationReach && document.more()) {
+  }
+  const std::string_view beginning = document.window();
   DocumentFacts facts;
   const std::string extension = extension_of_page(settings);
-  const html::PageCoding page = page_coding_of(settings, file);
+  const html::PageCoding page = page_coding_of(settings, beginning);
   facts.code_page = page.code_page.value_or(settings.source_code_page);
   facts.keeps_code_page = page.has_mark || page.is_unsupported || page.is_in_script;
   facts.data = std::string(kScriptFacts) + " " + extension;
   facts.datatype = kScriptDatatype;
-  const std::size_t mark = file.starts_with(kUtf8Mark) ? kUtf8Mark.size() : 0;
+  const std::size_t mark = beginning.starts_with(kUtf8Mark) ? kUtf8Mark.size() : 0;
   if (mark != 0) {
     facts.code_page = kUtf8CodePage;
     facts.keeps_code_page = true;
@@ -54,11 +49,12 @@ void ScriptFilter::extract(BlockReader& document, const ConversionSettings& sett
   // Nothing beyond ASCII could be read or written.
   if (page.is_unsupported) choices.scripts.offer = ScriptSettings::Offer::kNone;
   sink.begin(facts);
-  sink.skeleton(file.substr(0, mark));
-  file.remove_prefix(mark);
+  sink.skeleton(beginning.substr(0, mark));
+  document.consume(mark);
   const TextCoding coding(facts.code_page);
   const script::Language server = script::language_of_page(extension);
-  script::ScriptExtraction extraction(file, server, coding, choices, sink);
+  script::ScriptBlocks blocks(document, progress);
+  script::ScriptExtraction extraction(blocks, server, coding, choices, sink);
   extraction.run(progress);
   if (extraction.unknown() != 0 && choices.scripts.offer != ScriptSettings::Offer::kAll && settings.tell)
     settings.tell({formatted(
