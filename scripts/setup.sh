@@ -105,7 +105,8 @@ case " ${wanted[*]} " in
     }
     # Pages whose literals were labelled by hand (tests/cli/check_labels.py); they are unpacked only.
     pages=${XDG_CACHE_HOME:-$HOME/.cache}/kavo-pages
-    for package in phpldapadmin tt-rss tomcat10-examples; do
+    for package in phpldapadmin tt-rss tomcat10-examples tomcat10-admin mlmmj-php-web mlmmj-php-web-admin \
+      postfixadmin slbackup-php; do
       [ -d "$pages/$package" ] || {
         mkdir -p "$pages/download"
         (cd "$pages/download" && apt-get download "$package" >/dev/null 2>&1 &&

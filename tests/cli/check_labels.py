@@ -17,7 +17,7 @@ import tempfile
 
 LABELS = pathlib.Path(__file__).with_name("script_labels.tsv")
 LANGUAGES = {".php": "php", ".jsp": "java", ".asp": "vbscript"}
-PREFIXES = ("usr/share/phpldapadmin", "usr/share/tt-rss/www", "usr/share/tomcat10-examples/examples")
+PREFIXES = ("usr/share/{}", "usr/share/tt-rss/www", "usr/share/tomcat10-examples/examples")
 # At least so much of the texts must be offered, and of the open units be right, in total. Three texts stand behind a
 # "?>" in a literal of PHP, where by contract the page goes on: they are offered as text of the page, with the script
 # around them.
@@ -34,6 +34,9 @@ def literal_at(page, line, column):
     """The literal between its quotes, as it stands in the page."""
     lines = page.split(b"\n")
     begin = sum(len(row) + 1 for row in lines[: line - 1]) + column - 1
+    here = re.match(rb"<<<[ \t]*['\"]?(\w+)['\"]?\r?\n(.*?)\n[ \t]*\1\b", page[begin:], re.S)
+    if here:
+        return here[2].decode("utf-8", "replace")
     quote = page[begin:begin + 1]
     end = begin + 1
     while page[end:end + 1] != quote:
@@ -46,7 +49,8 @@ def runs_of(literal):
     captions = re.findall(r"""(?:alt|title|value|placeholder)=\\?["'](\w[^"'\\]*)""", literal)
     text = re.sub(r"<\\?/?[A-Za-z][^>]*>|<[A-Za-z][^>]*$|^[^<>]*>|\\[nrt]|\\(?=['\"])", "\0", literal)
     text = "\0".join([text, *captions])
-    text = re.sub(r"\$\w+|%\w\b|\{\$[^}]*\}|https?://[^\s<]+", "\0", text)
+    text = text.replace("\\$", "\1")
+    text = re.sub(r"\$\w+|%\w\b|\{\$[^}]*\}|https?://[^\s<]+", "\0", text).replace("\1", "$")
     return [run for run in (words(html.unescape(part)) for part in text.split("\0")) if re.search(r"\w", run)]
 
 
@@ -81,7 +85,7 @@ def main(kavo, corpus, packages):
         for name, labels in pages.items():
             package, _, rest = name.partition("/")
             places = [pathlib.Path(corpus) / rest] if package == "corpus" else [
-                pathlib.Path(packages) / package / prefix / rest for prefix in PREFIXES]
+                pathlib.Path(packages) / package / prefix.format(package) / rest for prefix in PREFIXES]
             page = next((place for place in places if place.is_file()), None)
             if page is None:
                 continue

@@ -69,6 +69,7 @@ std::string ScriptFlow::place_key(Language language, const Place& place) const {
 // Goes outwards until the use of a place is known.
 ScriptFlow::End ScriptFlow::end_of(Language language, std::span<const Place> places) const {
   End end;
+  bool is_entry = false;
   const auto known = [&end](Use use, std::string_view reason) {
     end.known = {end.known.use | use, reason};
     return end;
@@ -98,8 +99,11 @@ ScriptFlow::End ScriptFlow::end_of(Language language, std::span<const Place> pla
       end.known.use = end.known.use | (is_internal ? Use::kUnlikely : row != nullptr ? row->use : Use::kNone);
       if (row == nullptr) end.known.use = end.known.use | use_by_name(place.last);
       end.names.push_back("m:" + folded(language, unquoted(place.last)));
+      is_entry = true;
       continue;
     }
+    // A value of a list is not the name that goes before the other arguments.
+    if (is_entry && row != nullptr && row->argument == 0 && has(row->use, Use::kInternal)) return end;
     if (row != nullptr && row->effect == Effect::kPasses) continue;
     if (row != nullptr && row->effect == Effect::kInto) {
       const std::size_t path = place.name.size() > place.last.size() ? place.name.size() - place.last.size() - 1 : 0;
@@ -110,6 +114,7 @@ ScriptFlow::End ScriptFlow::end_of(Language language, std::span<const Place> pla
     if (place.kind == PlaceKind::kReceiver) return known(Use::kInternal, "something is asked of it");
     if (place.kind == PlaceKind::kAssigned)
       end.known.use = end.known.use | use_by_name(place.last) | use_by_name(place.key);
+    if (place.kind == PlaceKind::kArgument) end.known.use = end.known.use | use_by_function(place.last);
     if (std::string key = place_key(language, place); !key.empty()) end.names.push_back(std::move(key));
     return end;
   }
@@ -133,7 +138,9 @@ void ScriptFlow::joined(Language language, const Join& join) {
     if (!is_known) end = end_of(language, join.places);
     is_known = true;
     const Node source = node(std::move(from));
-    uses_[source] = uses_[source] | (end.known.use & (Use::kPage | Use::kShown | Use::kInternal));
+    const bool is_asked = has(end.known.use, Use::kAsked);
+    uses_[source] = uses_[source] | (end.known.use & (Use::kPage | Use::kShown));
+    if (!is_asked) uses_[source] = uses_[source] | (end.known.use & Use::kInternal);
     for (const std::string& name : end.names) arrow(source, node(name));
   }
 }

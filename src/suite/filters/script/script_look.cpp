@@ -112,9 +112,16 @@ bool is_address(std::string_view token) {
   return at != std::string_view::npos && at > 0 && token.find('.', at) != std::string_view::npos;
 }
 
-// "/path/to", "a\b", "name=value", "?id="
+// "-a", "--force" of a command line
+bool is_option(std::string_view token) {
+  if (token.size() == 2) return token[0] == '-' && is_letter(token[1]);
+  return token.size() > 3 && token.starts_with("--") && is_small(token[2]) && !token.ends_with('-');
+}
+
+// "/path/to", "a\b", "name=value", "?id=", "../a/"
 bool is_machine_token(std::string_view token) {
   if (is_address(token) || token.find_first_of("=\\_{}<>#$") != std::string_view::npos) return true;
+  if (is_option(token) || token.starts_with("../") || token.starts_with("./")) return true;
   const std::string_view word = bare(token);
   if (token.find('/') != std::string_view::npos && !is_ordinary(word)) return true;
   return has_extension(word);
@@ -210,12 +217,12 @@ bool is_format(std::string_view text) {
 // "toolbar=no,width=300", "if(x){", "Provider=a;Data Source=b"
 bool is_code(std::string_view text) {
   const std::string all = small(text);
-  for (const std::string_view part : {"function(", "function (",   "return ",  "window.",   "document.", "this.",
-                                      "var ",      "charset=",     "toolbar=", "width=",    "height=",   "=yes",
-                                      "=no",       "data source=", "driver=",  "provider=", "){",        ");",
-                                      "();",       "()",           "&&",       "||",        "==",        "!=",
-                                      "=\"",       "='",           "<%",       "%>",        "<?",        "<!doctype",
-                                      "<!--"})
+  for (const std::string_view part :
+       {"function(", "function (", "return ", "window.", "document.", "this.",   "var ",
+        "charset=",  "toolbar=",   "width=",  "height=", "=yes",      "=no",     "data source=",
+        "driver=",   "provider=",  "){",      ");",      "();",       "()",      "&&",
+        "||",        "==",         "!=",      "=\"",     "='",        "<%",      "%>",
+        "<?",        "<!doctype",  "<!--",    "2>&1",    "/dev/null", "; then ", "; fi"})
     if (all.find(part) != std::string::npos && (part != "return " || all.starts_with(part)) &&
         (part != "var " || all.starts_with(part)))
       return true;
@@ -319,7 +326,9 @@ Looks look_at_plain(std::string_view text) {
     return is_large(c) || is_wide(c) || c == '.' || c == '!' || c == '?' || c == ':' || c == ',' || c == kOperandMark;
   });
   if (words + machines == 2 && !has_sign) return {Look::kSmallPhrase, {}};
-  return {Look::kPhrase, {}};
+  const bool is_sentence =
+      is_large(text.front()) && std::string_view(".!?").find(text.back()) != std::string_view::npos;
+  return {Look::kPhrase, {}, is_sentence && words > 2};
 }
 
 }  // namespace

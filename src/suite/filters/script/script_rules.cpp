@@ -68,7 +68,8 @@ constexpr DestinationRow kRows[] = {
      "removeitem getfield hasownproperty getenv ini_get ini_set putenv constant defined isset "
      "array_key_exists property_exists method_exists function_exists class_exists extension_loaded",
      kAny, kUse, Use::kInternal, "the name of a value"},
-    {kArgument, "setattribute define put setvalue session_register", 0, kUse, Use::kInternal, "the name of a value"},
+    {kArgument, "setattribute define put setvalue session_register assign", 0, kUse, Use::kInternal,
+     "the name of a value"},
     {kArgument,
      "getelementbyid getelementsbyname getelementsbytagname getelementsbyclassname queryselector "
      "queryselectorall createelement createelementns selectsinglenode selectnodes createevent initevent "
@@ -82,21 +83,23 @@ constexpr DestinationRow kRows[] = {
     {kArgument,
      "open execute executequery executeupdate preparestatement preparecall query prepare rawquery exec "
      "mysql_query mysqli_query pg_query mysql_connect mysql_select_db mysqli_connect openrecordset "
-     "createcommand addparam createparameter getconnection",
+     "createcommand addparam createparameter getconnection shell_exec passthru proc_open popen escapeshellarg",
      kAny, kUse, Use::kInternal, "a query or a data source"},
     {kArgument,
-     "redirect sendredirect forward transfer mappath include include_once require require_once fopen file "
+     "redirect sendredirect forward transfer mappath include include_once require require_once fopen file is_dir "
      "file_get_contents file_put_contents opentextfile createtextfile fileexists folderexists getfile getfolder "
-     "buildpath load loadxml navigate navigate2 location assign window.open showmodaldialog "
+     "buildpath load loadxml navigate navigate2 location showmodaldialog opendir scandir glob readfile realpath chdir "
      "showmodelessdialog sendurl urlencode encodeurl escape encodeuricomponent parseurl url getrealpath "
      "regread regwrite regdelete run shellexecute basename dirname file_exists is_file mkdir unlink "
-     "regeistry savetofile copyfile copy",
+     "savetofile copyfile copy touch chmod chown rename rmdir is_readable is_writable is_writeable is_link",
      kAny, kUse, Use::kInternal, "an address or a path"},
     {kArgument,
      "instr instrrev indexof lastindexof startswith endswith equals equalsignorecase strpos stripos "
      "strstr strcasecmp strcmp strcomp compareto match preg_match preg_match_all preg_split ereg eregi test "
-     "search split explode contains includes regexp compile matches getdelimiter filter filter_var str_contains",
-     kAny, kUse, Use::kInternal, "searched for or compared"},
+     "search split explode contains includes regexp compile matches getdelimiter filter filter_var str_contains "
+     "str_starts_with str_ends_with strncmp strncasecmp strrpos substr_count sscanf fscanf version_compare in_array "
+     "array_search",
+     kAny, kUse, Use::kInternal | Use::kAsked, "searched for or compared"},
     {kArgument, "join implode", kAny, kUse, Use::kInternal, "a separator"},
     {kArgument, "replace preg_replace str_replace replaceall ereg_replace str_ireplace", 0, kUse, Use::kInternal,
      "searched for"},
@@ -144,8 +147,11 @@ constexpr std::string_view kUnlikelyWords[] = {
     "ext",      "extension", "host",  "domain", "server",  "user",     "password", "pwd",        "mode",   "event",
     "selector", "icon",      "img",   "image",  "keywords"};
 
-// Words of a function's name that nobody has given a row.
-constexpr std::string_view kLogWords[] = {"log", "logger", "debug", "trace"};
+// Words of a function's name that nobody has given a row, or of the object that it belongs to.
+constexpr std::string_view kLogWords[] = {"log", "logger", "debug", "trace", "console"};
+// A function that is given a message. One that gets it is asked for it by a key.
+constexpr std::string_view kMessageWords[] = {"error", "warning", "warn", "message", "msg", "notice"};
+constexpr std::string_view kAskingWords[] = {"get", "is", "has", "find", "load"};
 constexpr DestinationRow kLog = {kArgument, "", kAny, kUse, Use::kInternal, "a log for developers"};
 
 std::string small(std::string_view text) {
@@ -175,7 +181,11 @@ void each_word(std::string_view name, Action&& action) {
 
 bool has_word(std::string_view name, std::span<const std::string_view> words) {
   bool has = false;
-  each_word(name, [&](std::string_view word) { has = has || std::ranges::find(words, word) != words.end(); });
+  each_word(name, [&](std::string_view word) {
+    has = has || std::ranges::find(words, word) != words.end();
+    if (word.size() > 3 && word.ends_with('s'))
+      has = has || std::ranges::find(words, word.substr(0, word.size() - 1)) != words.end();
+  });
   return has;
 }
 
@@ -210,6 +220,9 @@ const DestinationRow* DestinationRules::find(const Place& place, Language langua
   // Not the page's output, but the server's.
   if (kind == kArgument && (place.name.starts_with("System.out.") || place.name.starts_with("System.err.")))
     return &kLog;
+  if (kind == kArgument && place.name.size() > last.size() && place.name.ends_with(last) &&
+      has_word(place.name.substr(0, place.name.size() - last.size()), kLogWords))
+    return &kLog;
   const auto found = rows_.find(small(last));
   if (found == rows_.end()) return kind == kArgument && has_word(last, kLogWords) ? &kLog : nullptr;
   // A variable of that name is another thing than the member of an object.
@@ -236,6 +249,10 @@ Use use_by_name(std::string_view name) {
   if (has_word(name, kLikelyWords)) use = use | Use::kLikely;
   if (has_word(name, kUnlikelyWords)) use = use | Use::kUnlikely;
   return use;
+}
+
+Use use_by_function(std::string_view name) {
+  return has_word(name, kMessageWords) && !has_word(name, kAskingWords) ? Use::kLikely : Use::kNone;
 }
 
 Decision decide(Use use, const Looks& looks, bool in_markup) {
@@ -268,7 +285,7 @@ Decision decide(Use use, const Looks& looks, bool in_markup) {
       if (is_shown) return {Verdict::kText, "shown"};
       if (is_internal) return {Verdict::kNone, "read by programs"};
       if (in_markup) return {Verdict::kText, "stands between tags"};
-      if (has(use, Use::kUnlikely) && !has(use, Use::kLikely))
+      if (has(use, Use::kUnlikely) && !has(use, Use::kLikely) && !looks.is_sentence)
         return {Verdict::kDoubt, "words, but the name of their place says that programs read them"};
       if (looks.look == Look::kSmallPhrase && !has(use, Use::kLikely))
         return {Verdict::kDoubt, "two words, and nothing tells whether they are shown"};

@@ -23,6 +23,7 @@ enum class Use : std::uint8_t {
   kLikely = 8,     // its name says that people read it
   kUnlikely = 16,  // its name says that they do not
   kFilled = 32,    // fills a place in a text or in a tag
+  kAsked = 64,     // compared or searched: says nothing about what else a variable may hold
 };
 constexpr Use operator|(Use a, Use b) { return static_cast<Use>(static_cast<int>(a) | static_cast<int>(b)); }
 constexpr Use operator&(Use a, Use b) { return static_cast<Use>(static_cast<int>(a) & static_cast<int>(b)); }
@@ -67,6 +68,8 @@ std::string_view unquoted(std::string_view literal);
 
 // What the name of a variable or of an entry says.
 Use use_by_name(std::string_view name);
+// What the name of a function that has no row says of its arguments.
+Use use_by_function(std::string_view name);
 
 enum class Look : std::uint8_t {
   kEmpty,        // no letter
@@ -82,6 +85,7 @@ enum class Look : std::uint8_t {
 struct Looks {
   Look look = Look::kEmpty;
   std::string_view reason;
+  bool is_sentence = false;  // of a phrase: a capital at the beginning, a full stop at the end
 };
 inline constexpr char kOperandMark = '\x1A';
 Looks look_at(std::string_view text);
