@@ -128,13 +128,15 @@ class PreparationRun {
     validation.Filename(scripts.HTMFile());
     if (html_tags_) validation.Tags(*html_tags_);
     validation.ends_in_script(scripts.ends_in_script());
-    if (keeps_branches_)
-      validation.scripts(scripts.SCRFile(), script::language_of_page(to_utf8(ascii_lower(extension_of(source_)))));
     std::optional<LineIndex> lines;  // of the page, which is read for it when there is something to report
-    validation.origin([&](std::uint64_t place) {
+    const auto place_in_page = [&](std::uint64_t position) {
       if (!lines) lines.emplace(page);
-      return lines->place_of(result_.origin.of_protected_page(place));
-    });
+      return lines->place_of(position);
+    };
+    if (keeps_branches_)
+      validation.scripts(scripts.SCRFile(), script::language_of_page(to_utf8(ascii_lower(extension_of(source_)))),
+                         [&](std::uint64_t place) { return place_in_page(result_.origin.of_script(place)); });
+    validation.origin([&](std::uint64_t place) { return place_in_page(result_.origin.of_protected_page(place)); });
     validation.follow(&result_.origin.repair);
     const std::int32_t repair = validation.HTMLValidate();
     observer_.tell_all_after_heading(validation.ErrorList());

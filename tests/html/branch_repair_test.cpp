@@ -10,6 +10,7 @@ namespace {
 struct Repaired {
   std::string page;
   std::vector<std::u16string> left;  // what was left for another branch
+  bool is_torn = false;              // the page was left as it is
 };
 
 // `page` with its scripts put back as they stand in it.
@@ -26,12 +27,41 @@ Repaired repaired(std::string_view page, script::Language language, bool keeps_b
   Repaired result;
   for (const Message& message : validation.ErrorList())
     if (message.text.find(u"another branch") != std::u16string::npos) result.left.push_back(message.text);
+  for (const Message& message : validation.ErrorList())
+    result.is_torn = result.is_torn || message.text.find(u"what follows may be code") != std::u16string::npos;
   converter.HTMFile(u"C:\\WORK\\a_asp.htm");
   converter.SCRFile(u"C:\\WORK\\a_asp.scr");
   converter.ASPFile(u"C:\\WORK\\b.asp");
   EXPECT_EQ(converter.HTML2ASP(), 0);
   result.page = run.files.get(u"C:\\WORK\\b.asp");
   return result;
+}
+
+// PHP goes on behind a "?>" in a literal, and a repair there would change its code.
+TEST(BranchRepair, LeavesAPageWhoseScriptGoesOnAsItIs) {
+  const struct {
+    const char* name;
+    const char* page;
+    bool is_torn;
+  } cases[] = {
+      {"double quotes", "<div><b>x</div><?php echo \"a ?> c\"; if ($a <b && $c> d) f(); ?>", true},
+      {"single quotes", "<div><b>x</div><?php echo 'a ?> c'; ?>", true},
+      {"heredoc", "<div><b>x</div><?php echo <<<E\na ?> c\nE;\n?>", true},
+      {"comment", "<div><b>x</div><?php /* ?> */ f($a <b && $c> d); ?>", true},
+      {"in a tag", "<div><b>x</div><p class=\"<?php echo \"?>\" ?>\">", true},
+      {"a later block", "<?php f('a'); ?><div><b>x</div><?php g(\"?>\"); ?>", true},
+      {"comment of a line", "<div><b>x</div><?php // 'a ?>y", false},
+      {"whole literals", "<div><b>x</div><?php echo \"a\", 'b', <<<E\nc\nE;\n/* d */ ?>y", false},
+      {"end of the file", "<div><b>x</div><?php echo 'a", false},
+      {"another language", "<div><b>x</div><% f(\"a %> c\") %>", false},
+  };
+  for (const auto& row : cases) {
+    SCOPED_TRACE(row.name);
+    const Repaired result = repaired(row.page, script::Language::kPhp);
+    EXPECT_EQ(result.is_torn, row.is_torn);
+    EXPECT_EQ(result.page == row.page, row.is_torn) << result.page;
+    EXPECT_FALSE(repaired(row.page, script::Language::kPhp, false).is_torn);
+  }
 }
 
 TEST(BranchRepair, WritesNoEndTagIntoAnotherBranch) {

@@ -24,6 +24,8 @@ class MarkerReader {
   // The number of the next one, 0 at the end. What stands before it is appended to `before` up to kLongestBlock and
   // some more, nowhere when that is null.
   std::uint64_t next(std::string* before = nullptr);
+  // In bytes from 0: behind the text of the marker that was found last.
+  std::uint64_t position() const { return file_.position(); }
 
  private:
   void consume(std::size_t size, std::string* before);

@@ -12,6 +12,7 @@
 #include "formats/text/utf16_mark.h"
 #include "html/frmHTMLOptions.h"
 #include "html/repair/html_repair.h"
+#include "html/repair/torn_script.h"
 #include "platform/failure.h"
 #include "platform/formatted.h"
 #include "platform/ports.h"
@@ -23,6 +24,10 @@ namespace {
 constexpr std::u16string_view kLineEnd = u"\r\n";
 constexpr std::u16string_view kUtf16Refused =
     u"The page is UTF-16 text, which is not supported; it was left as it is: ";
+constexpr std::u16string_view kTornScript =
+    u"This \"?>\" stands in a literal or a comment of PHP, so what follows may be code: the tags of the page are left "
+    u"as "
+    u"they are. Write '?' . '>' to have them repaired";
 constexpr std::string_view kGlueMark = "<!--htmlglue";
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 
@@ -119,6 +124,14 @@ std::int32_t clsHTMLValidate::HTMLValidate() {
     const std::u16string values[] = {u"<!--HTMLGlue", u"1", u"1"};
     messages_.push_back({clsCommon().FormatString(html_validate_text::kGluePage.text, values),
                          html_validate_text::kGluePage.number, 1, 1});
+    if (trail_) trail_->copied(0, 0, reader->size());
+    backup.keep();
+    return 0;
+  }
+  if (const auto torn = script_file_.empty() ? std::nullopt : find_torn_script(script_file_, server_language_)) {
+    const LinePlace place = script_origin_ ? script_origin_(*torn) : LinePlace();
+    messages_.push_back({std::u16string(kTornScript), 0, place.line, place.column});
+    if (trail_) trail_->copied(0, 0, reader->size());
     backup.keep();
     return 0;
   }

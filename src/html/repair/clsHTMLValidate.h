@@ -61,10 +61,12 @@ class clsHTMLValidate {
   // stays open, since end tags would be script in the restored page.
   void ends_in_script(bool value) { ends_in_script_ = value; }
   // The script file made with the page, and the language of its server blocks until it declares another one. When set,
-  // no end tag is written into another branch of a script's condition than that of its start tag.
-  void scripts(std::u16string file, script::Language server) {
+  // no end tag is written into another branch of a script's condition than that of its start tag, and a page is left as
+  // it is when a script of PHP goes on where the page seems to. `origin` maps places of the script file.
+  void scripts(std::u16string file, script::Language server, PlaceOrigin origin = {}) {
     script_file_ = std::move(file);
     server_language_ = server;
+    script_origin_ = std::move(origin);
   }
   // Maps places of the page to places of the document that it was made of. Messages then name the latter.
   void origin(PlaceOrigin origin) { origin_ = std::move(origin); }
@@ -88,6 +90,7 @@ class clsHTMLValidate {
   CopyTrail* trail_ = nullptr;
   bool ends_in_script_ = false;
   std::u16string script_file_;
+  PlaceOrigin script_origin_;
   script::Language server_language_ = script::Language::kUnknown;
   MessageList messages_;
   ProgressEvent progress_;
