@@ -1,7 +1,11 @@
 // Messages of event attributes, of addresses that are scripts, pages in "srcdoc", and PHP that stays in a page.
 #include <gtest/gtest.h>
 
+#include "formats/script/lexer.h"
+#include "formats/script/literal_value.h"
 #include "platform/failure.h"
+#include "platform/unicode.h"
+#include "suite/filters/html/embedded_text.h"
 #include "suite/html_filter_fixture.h"
 #include "support/ports_fixture.h"
 
@@ -90,6 +94,74 @@ TEST_F(EmbeddedTexts, ValuesMoveAndStay) {
         return std::u16string(u"De <2/> à <1/>");
       });
   EXPECT_EQ(page, R"x(<a onclick="alert('De <!-- ASP2HTML 1 --> à ' + name + '')">)x");
+}
+
+// The tokens of an attribute's script that are not blanks, as the browser reads it.
+struct AttributeTokens {
+  std::vector<std::string> tokens;
+  std::string text;  // what its literals with a blank in them say, those of the message
+};
+AttributeTokens tokens_of_attribute(const std::string& page, std::string_view name, char quote,
+                                    script::Language language, std::string_view rest) {
+  AttributeTokens result;
+  const std::string opening = " " + std::string(name) + "=" + quote;
+  const std::size_t begin = page.find(opening) + opening.size();
+  const std::size_t end = page.find(quote, begin);
+  EXPECT_EQ(page.substr(end), quote + std::string(rest)) << page;
+  const TextCoding utf8(kUtf8CodePage);
+  const std::string script = html::read_embedded(std::string_view(page).substr(begin, end - begin), true, utf8).text;
+  const auto lexer = script::make_lexer(language, &utf8);
+  lexer->begin(script);
+  for (script::Token token; lexer->next(token);) {
+    const std::string_view bytes = std::string_view(script).substr(token.begin, token.size());
+    if (token.kind == script::TokenKind::kBlank) continue;
+    if (token.kind != script::TokenKind::kLiteral || bytes.find(' ') == std::string_view::npos) {
+      result.tokens.emplace_back(bytes);
+      continue;
+    }
+    EXPECT_TRUE(token.begins && token.ends) << script;
+    result.tokens.emplace_back("text");
+    script::LiteralReader reader(bytes.substr(1, bytes.size() - 2), {language, token.form}, utf8);
+    for (script::LiteralReader::Character c; reader.next(c);) result.text += c.utf8;
+  }
+  return result;
+}
+
+// Whatever a translator types, the browser reads one attribute, and in it all tokens of the source around the text.
+TEST_F(EmbeddedTexts, AWholeAttributeIsReadBack) {
+  const struct {
+    const char* page;
+    const char* name;
+    char quote;
+    script::Language language;
+    const char* rest;
+  } cases[] = {
+      {R"x(<p><a onclick="if (a &lt; 3 &amp;&amp; /b'/.test(c)) alert('Hi ' + n + ', you'); else go(&quot;d&quot;)" title=t>x</a>)x",
+       "onclick", '"', script::Language::kJavaScript, " title=t>x</a>"},
+      {R"x(<p><a onclick='if (a &lt; 3 &amp;&amp; b) alert("Hi " + n + ", you"); else go(&#39;d&#39;)'>x</a>)x",
+       "onclick", '\'', script::Language::kJavaScript, ">x</a>"},
+      {R"x(<p><a href="javascript:a&lt;3; alert('Hi ' + n + ', you'); go(&quot;d&quot;)">x</a>)x", "href", '"',
+       script::Language::kJavaScript, ">x</a>"},
+      {R"x(<p><a language=vbscript onclick="If a &lt; 3 Then MsgBox &quot;Hi &quot; &amp; n &amp; &quot;, you&quot; Else Go &quot;d&quot;">x</a>)x",
+       "onclick", '"', script::Language::kVbScript, ">x</a>"},
+  };
+  const std::u16string hostile[] = {u"a \"b\" 'c' ",  u"\\ ",        u" \\' \\\" ",    u" &quot; &#39; &amp; ",
+                                    u" << > << /a> ", u" ${n} `n` ", u" // /* */ -- ", u" '); alert('x "};
+  for (const auto& row : cases) {
+    SCOPED_TRACE(row.page);
+    const AttributeTokens source = tokens_of_attribute(row.page, row.name, row.quote, row.language, row.rest);
+    EXPECT_EQ(source.text, "Hi , you");
+    for (const std::u16string& text : hostile) {
+      const std::string page = translated_page(row.page, [&](const std::u16string& offered) {
+        return offered == u"Hi <1/>, you" ? u"." + text + u"<1/>" + text + u"." : offered;
+      });
+      const AttributeTokens target = tokens_of_attribute(page, row.name, row.quote, row.language, row.rest);
+      EXPECT_EQ(target.tokens, source.tokens) << page;
+      std::string meant = to_utf8(u"." + text + text + u".");
+      for (std::size_t at = 0; (at = meant.find("<<", at)) != std::string::npos; ++at) meant.erase(at, 1);
+      EXPECT_EQ(target.text, meant) << page;
+    }
+  }
 }
 
 TEST_F(EmbeddedTexts, OfAPageInUtf16) {

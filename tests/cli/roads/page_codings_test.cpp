@@ -191,6 +191,43 @@ TEST_F(PageCodings, ErrorsAreReportedWithTheirPlace) {
   }
 }
 
+// No filter rewrites what a script declares, so the page keeps that coding; what the page itself declares is rewritten.
+TEST_F(PageCodings, ADeclarationInAScriptGoesBeforeTheChosenCoding) {
+  const std::string told =
+      "A script of the page declares the coding windows-1252, so the translated page keeps it and the chosen one, "
+      "windows-1250, is left aside";
+  const struct {
+    const char16_t* name;
+    std::string head;
+    bool is_told;
+    std::string expected_head;
+    const char* e_acute;
+  } cases[] = {
+      {u"a.asp", "<% Response.Charset = \"windows-1252\" %>", true, "<% Response.Charset = \"windows-1252\" %>",
+       "\xE9"},
+      {u"b.asp", "<%@ CodePage=1252 %>", true, "<%@ CodePage=1252 %>", "\xE9"},
+      {u"c.php", "<?php header('Content-Type: text/html; charset=windows-1252'); ?>", true,
+       "<?php header('Content-Type: text/html; charset=windows-1252'); ?>", "\xE9"},
+      {u"d.asp", "<meta charset=windows-1252>", false, "<meta charset=windows-1250>", "\xE9"},
+      {u"e.asp", "<% Response.Charset = \"windows-1250\" %>", false, "<% Response.Charset = \"windows-1250\" %>",
+       "\xE9"},
+  };
+  for (const auto& row : cases) {
+    const Ran ran = run_kavo({"prepare", path_to_host(folder.write(row.name, row.head + "<p>Hello you</p>")),
+                              "--source", "EN-US", "--target", "FR", "--target-code-page", "1250"});
+    ASSERT_EQ(ran.code, 0) << ran.errors;
+    EXPECT_EQ(ran.errors.find(told) != std::string::npos, row.is_told) << ran.errors;
+    const std::u16string stem = std::u16string(row.name).replace(1, 1, u"_");
+    const std::u16string tud = folder.path(stem + u"_htm_FR.tud");
+    BilingualDocument document(tud);
+    document.set_segment(0, "\u00E9", TranslationStatus::kTranslated, 0);
+    document.save();
+    ASSERT_EQ(run_kavo({"rebuild", path_to_host(tud)}).code, 0);
+    EXPECT_EQ(folder.read(std::u16string(row.name).insert(1, u"_FR")),
+              row.expected_head + "<p>" + row.e_acute + "</p>");
+  }
+}
+
 // A French text of a Western page is written in its coding, in the page and in its script alike; what the coding lacks
 // becomes a reference where there is markup, an escape of the language elsewhere.
 TEST_F(PageCodings, CharactersThatTheCodingLacks) {
