@@ -26,14 +26,6 @@
 namespace kavo {
 namespace {
 
-// Nothing when there is no such entry; throws when that cannot be found out.
-std::optional<struct stat> status_of(const std::string& path, bool follow_links = true) {
-  struct stat status;
-  if ((follow_links ? ::stat(path.c_str(), &status) : ::lstat(path.c_str(), &status)) == 0) return status;
-  if (means_absent(errno)) return std::nullopt;
-  throw_errno();
-}
-
 bool is_folder(const std::optional<struct stat>& status) { return status && S_ISDIR(status->st_mode); }
 bool is_read_only(const std::optional<struct stat>& status) { return status && (status->st_mode & S_IWUSR) == 0; }
 
@@ -128,9 +120,10 @@ bool is_untrusted_link(const struct stat& link, const std::string& path) {
 class PosixFiles final : public FileSystem {
  public:
   std::unique_ptr<File> open(std::u16string_view path, Access access) override {
-    const std::string host = resolve(path);
-    const std::optional<struct stat> status = status_of(host);
+    const FoundPath found = look_up(path);
+    const std::string& host = found.host;
     if (access != Access::kCreateNew) {
+      const std::optional<struct stat> status = found.target_status();
       if (is_folder(status)) throw host_failure(EISDIR);  // a folder opens for reading and then refuses each read
       if (access == Access::kCreate && is_read_only(status)) throw host_failure(EACCES);
     }
@@ -147,7 +140,7 @@ class PosixFiles final : public FileSystem {
   }
 
   std::optional<FileInfo> info(std::u16string_view path) override {
-    const std::optional<struct stat> status = status_of(resolve(path));
+    const std::optional<struct stat> status = look_up(path).target_status();
     if (!status) return std::nullopt;
     FileInfo info;
     info.is_folder = is_folder(status);
@@ -158,7 +151,7 @@ class PosixFiles final : public FileSystem {
   }
 
   std::optional<FileIdentity> identity(std::u16string_view path) override {
-    const std::optional<struct stat> status = status_of(resolve(path));
+    const std::optional<struct stat> status = look_up(path).target_status();
     if (!status) return std::nullopt;
     return FileIdentity{status->st_dev, status->st_ino};
   }
@@ -210,8 +203,7 @@ class PosixFiles final : public FileSystem {
   }
 
   void remove_file(std::u16string_view path) override {
-    const std::string host = resolve(path);
-    const std::optional<struct stat> status = status_of(host, false);
+    const auto& [host, status] = look_up(path);
     if (is_folder(status)) throw host_failure(EISDIR);
     if (is_read_only(status)) throw host_failure(EACCES);
     if (::unlink(host.c_str()) != 0) throw path_failure(host, host_failure(errno));
@@ -219,12 +211,13 @@ class PosixFiles final : public FileSystem {
 
   void rename_file(std::u16string_view from, std::u16string_view to) override {
     const std::string source = resolve(from);
-    std::string target = resolve(to);
+    const FoundPath replaced = look_up(to);
+    std::string target = replaced.host;
     if (target == source) {
       // The names differ in case at most: the caller wants the new spelling.
       target = split_host_path(source).folder + split_host_path(path_to_host(to)).name;
     } else {
-      const std::optional<struct stat> status = status_of(target);
+      const std::optional<struct stat> status = replaced.target_status();
       if (is_folder(status)) throw host_failure(EISDIR);
       if (is_read_only(status)) throw host_failure(EACCES);
     }
@@ -234,8 +227,9 @@ class PosixFiles final : public FileSystem {
   }
 
   void set_read_only(std::u16string_view path, bool read_only) override {
-    const std::string host = resolve(path);
-    const std::optional<struct stat> status = status_of(host);
+    const FoundPath found = look_up(path);
+    const std::string& host = found.host;
+    const std::optional<struct stat> status = found.target_status();
     if (!status) throw path_failure(host, host_failure(ENOENT));
     constexpr mode_t kAllWrite = S_IWUSR | S_IWGRP | S_IWOTH;
     const mode_t bits = status->st_mode & 07777;
@@ -246,7 +240,9 @@ class PosixFiles final : public FileSystem {
 
   std::u16string link_target(std::u16string_view path) override {
     constexpr int kMostLinks = 40;  // the system's own limit
-    std::string host = resolve(path);
+    const FoundPath found = look_up(path);
+    if (!found.status || !S_ISLNK(found.status->st_mode)) return std::u16string(path);
+    std::string host = found.host;
     std::array<char, PATH_MAX> target;
     for (int links = 0;; ++links) {
       const ssize_t size = ::readlink(host.c_str(), target.data(), target.size());
@@ -261,10 +257,12 @@ class PosixFiles final : public FileSystem {
   }
 
   void take_permissions(std::u16string_view path, std::u16string_view model, Permissions which) override {
-    const std::string host = resolve(path);
-    const std::optional<struct stat> old = status_of(resolve(model));
-    const std::optional<struct stat> now = status_of(host);
-    if (!old || !now) return;
+    const std::optional<struct stat> old = look_up(model).target_status();
+    if (!old) return;
+    const FoundPath found = look_up(path);
+    const std::string& host = found.host;
+    const std::optional<struct stat> now = found.target_status();
+    if (!now) return;
     const bool same_owner = old->st_uid == now->st_uid && old->st_gid == now->st_gid;
     if (!same_owner) static_cast<void>(::chown(host.c_str(), old->st_uid, old->st_gid) == 0);
     // After chown(2), because that clears bits.

@@ -26,6 +26,8 @@ namespace kavo {
 namespace {
 
 constexpr std::size_t kMostFolders = 16;
+constexpr std::size_t kManyListings = 4;   // of a small folder
+constexpr std::size_t kMostCounted = 256;  // small folders
 constexpr std::uint32_t kAppears = IN_CREATE | IN_MOVED_TO;
 constexpr std::uint32_t kGoes = IN_DELETE | IN_MOVED_FROM;
 
@@ -90,6 +92,13 @@ class LargeFolders {
     return found->spellings_of(name);
   }
 
+  // A name counts and not the folder: scratch folders come and go, all with the same names.
+  bool is_worth_keeping(const std::string& folder, std::size_t names) {
+    if (names >= kLargeFolder) return true;
+    if (listings_.size() == kMostCounted) listings_.clear();
+    return ++listings_[folder] > kManyListings;
+  }
+
   void keep(const std::string& folder) {
     if (!is_local(folder)) return;
     if (folders_.size() == kMostFolders) forget();
@@ -144,6 +153,7 @@ class LargeFolders {
 
   int notes_ = -1;
   std::vector<Folder> folders_;
+  std::unordered_map<std::string, std::size_t> listings_;  // of small folders, by name
 };
 
 // One object for all threads.
@@ -175,8 +185,10 @@ std::optional<std::vector<std::string>> spellings_in_large_folder(const std::str
   return on_large_folders([&](LargeFolders& folders) { return folders.spellings(folder, name); });
 }
 
-void keep_large_folder(const std::string& folder) noexcept {
-  on_large_folders([&](LargeFolders& folders) { folders.keep(folder); });
+void note_listing(const std::string& folder, std::size_t names) noexcept {
+  on_large_folders([&](LargeFolders& folders) {
+    if (folders.is_worth_keeping(folder, names)) folders.keep(folder);
+  });
 }
 
 }  // namespace kavo

@@ -3,7 +3,6 @@
 #include "platform/posix/paths.h"
 
 #include <dirent.h>
-#include <sys/stat.h>
 
 #include <cerrno>
 #include <memory>
@@ -20,12 +19,7 @@ namespace {
 
 constexpr char16_t kEscapedBackslash = 0xDC5C;
 
-bool exists(const std::string& path) {
-  struct stat status;
-  if (::lstat(path.c_str(), &status) == 0) return true;
-  if (means_absent(errno)) return false;
-  throw_errno();
-}
+bool exists(const std::string& path) { return status_of(path, false).has_value(); }
 
 struct CloseFolder {
   void operator()(DIR* folder) const { ::closedir(folder); }
@@ -42,7 +36,7 @@ std::optional<std::string> find_ignoring_case(const std::string& folder, const s
     ++entries;
     if ((!best || entry < *best) && equal_ignoring_case(to_utf16(entry), wanted)) best = entry;
   });
-  if (entries >= kLargeFolder) keep_large_folder(folder);
+  note_listing(folder, entries);
   return best;
 }
 
@@ -94,10 +88,22 @@ std::string path_to_host(std::u16string_view path) {
   return host + to_utf8(plain);
 }
 
-std::string resolve(std::u16string_view path) {
-  const std::string host = path_to_host(path);
+std::optional<struct stat> status_of(const std::string& path, bool follow_links) {
+  struct stat status;
+  if ((follow_links ? ::stat(path.c_str(), &status) : ::lstat(path.c_str(), &status)) == 0) return status;
+  if (means_absent(errno)) return std::nullopt;
+  throw_errno();
+}
+
+std::optional<struct stat> FoundPath::target_status() const {
+  return status && S_ISLNK(status->st_mode) ? status_of(host) : status;
+}
+
+FoundPath look_up(std::u16string_view path) {
+  std::string host = path_to_host(path);
   if (host.find('\0') != std::string::npos) throw host_failure(EINVAL);
-  if (host.empty() || exists(host)) return host;
+  if (host.empty()) return {};
+  if (auto status = status_of(host, false)) return {std::move(host), std::move(status)};
   // Usually the folder exists and only the last name does not.
   std::string resolved = split_host_path(host).folder;
   if (!resolved.empty() && !exists(resolved)) resolved.clear();
@@ -106,9 +112,11 @@ std::string resolve(std::u16string_view path) {
     const std::size_t end = std::min(host.find('/', at), host.size());
     const std::string name = host.substr(at, end - at);
     if (!name.empty()) {
-      if (!exists(resolved + name)) {
+      // The whole path as it was written is known not to exist.
+      const bool is_known = end == host.size() && host.starts_with(resolved);
+      if (is_known || !exists(resolved + name)) {
         const std::optional<std::string> found = find_ignoring_case(folder_or_current(resolved), name);
-        if (!found) return resolved + host.substr(at);
+        if (!found) return {resolved + host.substr(at), std::nullopt};
         resolved += *found;
       } else {
         resolved += name;
@@ -117,8 +125,11 @@ std::string resolve(std::u16string_view path) {
     if (end < host.size()) resolved += '/';
     at = end + 1;
   }
-  return resolved;
+  auto status = status_of(resolved, false);
+  return {std::move(resolved), std::move(status)};
 }
+
+std::string resolve(std::u16string_view path) { return look_up(path).host; }
 
 SplitPath split_host_path(const std::string& path) {
   const std::size_t slash = path.rfind('/');

@@ -1,7 +1,10 @@
 // The core's paths on this host.
 #pragma once
 
+#include <sys/stat.h>
+
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -12,6 +15,18 @@ namespace kavo {
 // the caller and its folder from the disk. Throws `failure` when a component cannot be looked up, and 75 for a path
 // with a zero character, at which the system would silently cut it.
 std::string resolve(std::u16string_view path);
+
+// The same together with what looking it up told, so that nobody asks the system a second time.
+struct FoundPath {
+  std::string host;
+  std::optional<struct stat> status;  // of the name itself, as lstat(2); nothing for a name that does not exist
+  // What stat(2) says of it. Throws `failure` when that cannot be found out.
+  std::optional<struct stat> target_status() const;
+};
+FoundPath look_up(std::u16string_view path);
+
+// What lstat(2) or stat(2) says. Nothing when there is no such entry; throws `failure` when that cannot be found out.
+std::optional<struct stat> status_of(const std::string& path, bool follow_links = true);
 
 // Calls `visit` with the name of each entry of a folder ("." and ".." too), in the system's order. Does nothing when
 // the folder does not exist. Throws `failure` when it cannot be read to its end.

@@ -1,16 +1,19 @@
 // The registry as one JSON file of the user's configuration folder.
 //
-// Every call reads the file again, so that a value that another process has written is seen at once; calls are few and
-// the file is small. A change holds a lock file from reading to renaming, so that no process loses another one's
-// values. A file that cannot be understood is never overwritten.
+// Every call asks whether the file is still the one that was read last, so that a value that another process has written
+// is seen at once; only a new file is read and taken apart. A change holds a lock file from reading to renaming, so that
+// no process loses another one's values. A file that cannot be understood is never overwritten.
 #include "platform/registry.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
+#include <memory>
+#include <mutex>
 #include <nlohmann/json.hpp>
 
 #include "platform/adapters.h"
@@ -174,9 +177,8 @@ Descriptor lock_settings() {
   return lock;
 }
 
-RegistryTree load() {
+RegistryTree load(const std::string& path) {
   RegistryTree tree;
-  const std::string path = registry_file();
   const std::optional<std::string> bytes = about_settings("read", [&] { return read_host_file(path); });
   if (!bytes) return tree;
   try {
@@ -188,6 +190,53 @@ RegistryTree load() {
   }
   return tree;
 }
+
+// What the file said when it was read last.
+class LastRead {
+ public:
+  // Runs `question` on the tree as the file has it now. Throws what load() and the question throw.
+  template <class Question>
+  auto ask(Question&& question) {
+    const std::lock_guard guard(mutex_);
+    const std::string path = registry_file();
+    if (!is_current(path)) {
+      forget();
+      // Opened before it is read: when another file takes the name in between, the next call sees that and reads again.
+      std::optional<Descriptor> opened = open_file(path);
+      tree_.emplace(load(path));
+      if (opened && ::fstat(opened->get(), &status_) == 0) file_.emplace(std::move(*opened));
+    }
+    return question(*tree_);
+  }
+
+ private:
+  static std::optional<Descriptor> open_file(const std::string& path) {
+    try {
+      return open_host(path, O_RDONLY);
+    } catch (const failure&) {
+      return std::nullopt;  // load() tells the reason, if it is one
+    }
+  }
+
+  // A file is replaced as a whole, so that a new one is another file; somebody's editor may write into it. It stays open
+  // here, because the number of a file that is gone is given to the next one.
+  bool is_current(const std::string& path) const {
+    struct stat now;
+    if (!tree_) return false;
+    if (::stat(path.c_str(), &now) != 0) return !file_ && means_absent(errno);
+    return file_ && now.st_dev == status_.st_dev && now.st_ino == status_.st_ino && now.st_size == status_.st_size &&
+           now.st_mtim.tv_sec == status_.st_mtim.tv_sec && now.st_mtim.tv_nsec == status_.st_mtim.tv_nsec;
+  }
+  void forget() {
+    file_.reset();
+    tree_.reset();
+  }
+
+  std::mutex mutex_;
+  std::optional<RegistryTree> tree_;
+  std::optional<Descriptor> file_;
+  struct stat status_ {};
+};
 
 // Removes what killed programs left beside the file. The caller holds the lock, so nobody else is writing.
 void remove_leftovers() {
@@ -212,7 +261,9 @@ void save(RegistryTree& tree) {
 
 class PosixRegistry final : public Registry {
  public:
-  bool key_exists(Hive hive, std::u16string_view path) override { return load().key_exists(hive, path); }
+  bool key_exists(Hive hive, std::u16string_view path) override {
+    return last_.ask([&](RegistryTree& tree) { return tree.key_exists(hive, path); });
+  }
 
   void create_key(Hive hive, std::u16string_view path) override {
     change([&](RegistryTree& tree) { tree.create_key(hive, path); });
@@ -227,7 +278,7 @@ class PosixRegistry final : public Registry {
   }
 
   std::optional<RegistryData> read(Hive hive, std::u16string_view path, std::u16string_view name) override {
-    return load().read(hive, path, name);
+    return last_.ask([&](RegistryTree& tree) { return tree.read(hive, path, name); });
   }
 
   void write(Hive hive, std::u16string_view path, std::u16string_view name, const RegistryData& data) override {
@@ -235,21 +286,23 @@ class PosixRegistry final : public Registry {
   }
 
   std::vector<std::u16string> sub_keys(Hive hive, std::u16string_view path) override {
-    return load().sub_keys(hive, path);
+    return last_.ask([&](RegistryTree& tree) { return tree.sub_keys(hive, path); });
   }
 
   std::vector<std::u16string> value_names(Hive hive, std::u16string_view path) override {
-    return load().value_names(hive, path);
+    return last_.ask([&](RegistryTree& tree) { return tree.value_names(hive, path); });
   }
 
  private:
   template <typename Change>
   void change(Change apply) {
     const Descriptor lock = about_settings("changed", lock_settings);
-    RegistryTree tree = load();
+    RegistryTree tree = load(registry_file());
     apply(tree);
     save(tree);
   }
+
+  LastRead last_;
 };
 
 }  // namespace

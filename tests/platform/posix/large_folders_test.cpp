@@ -57,6 +57,25 @@ TEST_F(LargeFolder, ChangesOfOthersAreSeenAtOnce) {
   EXPECT_TRUE(is_kept());
 }
 
+// Scratch folders come and go under one name, and each is asked many times.
+TEST_F(LargeFolder, ASmallFolderThatIsAskedAgainAndAgainIsKeptAndItsSuccessorIsNotTakenForIt) {
+  const std::string small = host("small/");
+  const auto is_small_kept = [&] { return spellings_in_large_folder(small, "x").has_value(); };
+  for (int round = 0; round < 3; ++round) {
+    ::mkdir(small.c_str(), 0700);
+    EXPECT_EQ(found("small/page"), "") << round;
+    EXPECT_TRUE(round != 0 || !is_small_kept());
+    for (int asked = 0; asked < 8; ++asked) EXPECT_EQ(found("small/page"), "");
+    EXPECT_TRUE(is_small_kept()) << round;
+    touch("small/Page");
+    EXPECT_EQ(found("small/page"), "Page") << round;
+    drop("small/Page");
+    EXPECT_EQ(found("small/page"), "") << round;
+    ::rmdir(small.c_str());
+    EXPECT_FALSE(is_small_kept()) << round;
+  }
+}
+
 TEST_F(LargeFolder, ChangesOfAnotherProcessAreSeenAtOnce) {
   EXPECT_EQ(found("made.txt"), "");
   for (int round = 0; round < 20; ++round) {
