@@ -47,6 +47,13 @@ void add_common_options(CLI::App& app, const VerbEntry& entry, RunOptions& optio
   app.add_option("--progress", options.progress, "auto (a bar on a terminal), bar or none")
       ->type_name("WHEN")
       ->transform(CLI::CheckedTransformer(modes, CLI::ignore_case).description("{auto,bar,none}"));
+  if (entry.can_share) {
+    app.add_option("-j,--jobs", options.jobs,
+                   "Processes that work side by side, each on other folders (else one for each core)")
+        ->type_name("N")
+        ->check(CLI::Range(1, 256));
+    app.add_flag("--worker", options.is_worker, "")->group("");
+  }
   if (uses_project(full_name(entry)))
     app.add_flag("--no-project", options.no_project, "Leave the project file (kavo.json) alone");
   app.footer("Example:\n  " + std::string(entry.example));
@@ -77,9 +84,10 @@ ExitCode run_parsed(const Command& command, const RunOptions& options, const std
   command.verb->check_usage(options.files.size());
   ExitCode code = ExitCode::kFailed;
   try {
-    code = run_verb(*command.verb, command.entry, options, watched);
+    code = options.is_worker ? run_share(*command.verb, command.entry, watched)
+                             : run_verb(*command.verb, command.entry, options, watched);
   } catch (const interruption&) {
-    std::fputs("kavo: interrupted\n", stderr);
+    if (!options.is_worker) std::fputs("kavo: interrupted\n", stderr);
     code = ExitCode::kInterrupted;
   } catch (const failure& reason) {
     std::fprintf(stderr, "kavo: %s\n", to_utf8(watched.in_host_form(reason.description())).c_str());
@@ -126,7 +134,7 @@ ExitCode parse_and_run(CLI::App& app, std::vector<std::string> arguments, const 
   if (uses_project(full_name(command.entry)) && !options.no_project) project = ProjectFile::find();
   if (project) {
     project->complete(*command.app, command.entry.name);
-    if (project->name() != kProjectFile && !options.quiet)
+    if (project->name() != kProjectFile && !options.quiet && !options.is_worker)
       std::fprintf(stderr, "kavo: works in the project %s\n", project->name().c_str());
   }
   needed.check(command.app);
@@ -147,6 +155,7 @@ ExitCode run_command(std::vector<std::string> arguments) {
       "kavo help VERB says more about each verb.");
 
   RunOptions options;
+  options.arguments = arguments;
   std::map<std::string_view, CLI::App*> groups{{"", &app}};
   for (const VerbGroup& group : verb_groups())
     groups[group.name] =

@@ -36,7 +36,7 @@ ordered_json described(const CLI::Option& option) {
 
 void describe_options(const CLI::App& app, ordered_json& description) {
   description["arguments"] = description["options"] = ordered_json::array();
-  for (const CLI::Option* option : app.get_options())
+  for (const CLI::Option* option : app.get_options([](const CLI::Option* each) { return !each->get_group().empty(); }))
     description[option->get_positional() ? "arguments" : "options"].push_back(described(*option));
 }
 

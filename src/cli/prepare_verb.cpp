@@ -11,6 +11,7 @@
 #include "cli/prepared_documents.h"
 #include "cli/setting_table.h"
 #include "cli/verb.h"
+#include "cli/workers.h"
 #include "common/document_names.h"
 #include "common/file_type.h"
 #include "common/folder_run.h"
@@ -111,8 +112,31 @@ class Prepare final : public Verb {
     for (const std::u16string& file : files) documents.push_back(planned(file).document);
     batch_ = PreparationBatch(documents_among(documents));
     choose_options();
-    const std::vector<std::u16string> run_folders = folders_among(documents);
-    for (const std::u16string& target : targets_) known_.emplace_back(languages_.source, target, run_folders);
+    if (run_folders_.empty()) run_folders_ = folders_among(documents);
+    for (const std::u16string& target : targets_) known_.emplace_back(languages_.source, target, run_folders_);
+    if (is_worker_) read_translations();
+  }
+  std::vector<std::vector<std::size_t>> jobs() const override {
+    std::vector<std::u16string> documents;
+    std::vector<bool> is_office;
+    for (const std::u16string& file : files) {
+      documents.push_back(planned(file).document);
+      is_office.push_back(needs_office(FileTypeOf(file)));
+    }
+    return jobs_by_folder(documents, is_office);
+  }
+  nlohmann::ordered_json share(const std::vector<std::u16string>& files_of_worker) const override {
+    std::vector<std::u16string> documents;
+    for (const std::u16string& file : files_of_worker) documents.push_back(planned(file).document);
+    return {{"files", path_list(files_of_worker)}, {"documents", path_list(documents)}, {"folders", path_list(run_folders_)}};
+  }
+  void take_share(const nlohmann::ordered_json& share) override {
+    name_targets();
+    files = paths_in(share.at("files"));
+    const std::vector<std::u16string> documents = paths_in(share.at("documents"));
+    for (std::size_t i = 0; i < files.size(); ++i) plan_.emplace(files[i], PlannedDocument{files[i], documents[i]});
+    run_folders_ = paths_in(share.at("folders"));
+    is_worker_ = true;
   }
   void add_up(const Outcome& outcome) override {
     if (outcome.details.contains("languages")) done_.push_back(outcome.details);
@@ -216,7 +240,20 @@ class Prepare final : public Verb {
     return !is_unchanged;
   }
 
+  // Before other workers change the documents of the run's folders.
+  void read_translations() {
+    for (TranslatedFolders& known : known_) {
+      try {
+        known.documents();
+        known.removed();
+      } catch (const failure&) {
+        // Told for the first file that needs them.
+      }
+    }
+  }
+
   void choose_options() {
+    options_.clear();
     FilterOptions options;
     for (const std::string& option : filter_options_) {
       const std::size_t equals = option.find('=');
@@ -230,8 +267,15 @@ class Prepare final : public Verb {
     languages_.source = to_utf16(source_);
   }
 
-  // A checksum of everything but the document that its bilingual documents depend on: a change of it is noticed.
-  std::string options_of(const std::u16string& target) const {
+  // A checksum of everything but the document that its bilingual documents depend on: a change of it is noticed. Made
+  // once for each language, since nothing that it is made of changes in a run.
+  const std::string& options_of(const std::u16string& target) const {
+    std::string& options = options_[target];
+    if (options.empty()) options = checksum_of_options(target);
+    return options;
+  }
+
+  std::string checksum_of_options(const std::u16string& target) const {
     std::map<std::string, std::string> all;
     for (const Setting& setting : known_settings())
       if (setting.shapes_documents) all[setting.name] = setting.read();
@@ -371,6 +415,9 @@ class Prepare final : public Verb {
   PreparationBatch batch_;
   std::vector<std::u16string> targets_;
   std::map<std::u16string, PlannedDocument> plan_;  // by source
+  std::vector<std::u16string> run_folders_;         // of all documents, in order
+  bool is_worker_ = false;
+  mutable std::map<std::u16string, std::string> options_;  // checksums, by language
   bool is_project_ = false;                         // folders were named, or an output folder
   std::vector<PlannedDocument> up_to_date_;         // left out
   std::optional<Manifest> manifest_;                // of the output folder
@@ -384,7 +431,7 @@ constexpr VerbEntry kVerbs[] = {
     {"", "prepare", "Prepare documents and turn them into bilingual documents",
      "kavo prepare index.asp --source EN-US --target FR\n"
      "  kavo prepare site/ --recursive --output-dir work/ --source EN-US --target FR,DE,JA",
-     make_verb<Prepare>},
+     make_verb<Prepare>, true, true, true},
 };
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include "cli/option_values.h"
 #include "cli/outcome_observer.h"
 #include "cli/verb.h"
+#include "cli/workers.h"
 #include "common/checksum.h"
 #include "common/clsCommon.h"
 #include "common/document_kind.h"
@@ -125,6 +126,26 @@ class Rebuild final : public Verb {
     if (!output_folder_.empty()) plan_outputs(found);
   }
   FolderOptions* folder_options() override { return &folders_; }
+  std::vector<std::vector<std::size_t>> jobs() const override {
+    std::vector<bool> is_office;
+    for (const std::u16string& file : files)
+      is_office.push_back(!is_package(file) && needs_office(FileTypeOf(u"." + TudName(file).part(1))));
+    return jobs_by_folder(files, is_office);
+  }
+  nlohmann::ordered_json share(const std::vector<std::u16string>& files_of_worker) const override {
+    nlohmann::ordered_json outputs = nlohmann::ordered_json::array();
+    for (const std::u16string& file : files_of_worker) {
+      const auto planned = outputs_.find(file);
+      outputs.push_back(planned == outputs_.end() ? "" : to_utf8(planned->second));
+    }
+    return {{"files", path_list(files_of_worker)}, {"outputs", std::move(outputs)}};
+  }
+  void take_share(const nlohmann::ordered_json& share) override {
+    files = paths_in(share.at("files"));
+    const std::vector<std::u16string> outputs = paths_in(share.at("outputs"));
+    for (std::size_t i = 0; i < files.size(); ++i)
+      if (!outputs[i].empty()) outputs_.emplace(files[i], outputs[i]);
+  }
   void start() override { driver_.emplace(); }
   std::u16string workplace(const std::u16string& file) const override { return file; }
   Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
@@ -282,7 +303,7 @@ constexpr VerbEntry kVerbs[] = {
     {"", "rebuild", "Rebuild the translated documents of bilingual documents",
      "kavo rebuild index_asp_htm_FR.tud\n"
      "  kavo rebuild work/ --recursive --output-dir 'site-{lang}/'",
-     make_verb<Rebuild>},
+     make_verb<Rebuild>, true, true, true},
 };
 
 }  // namespace

@@ -65,7 +65,16 @@ class Verb {
   virtual Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) = 0;
   // Called after the last file, whatever failed. An outcome is reported as another one, without a file.
   virtual std::optional<Outcome> finish() { return std::nullopt; }
-  // Each file's outcome in the order of the files, for the totals that finish() reports.
+  // For runs in several processes (workers.h): groups of places in `files` that can be worked on side by side, none for
+  // a verb that takes one file after the other. A worker gets what share() of its files says in the place of
+  // find_files(), and sets `files`.
+  virtual std::vector<std::vector<std::size_t>> jobs() const { return {}; }
+  virtual nlohmann::ordered_json share(const std::vector<std::u16string>& files_of_worker) const {
+    static_cast<void>(files_of_worker);
+    return {};
+  }
+  virtual void take_share(const nlohmann::ordered_json& share) { static_cast<void>(share); }
+  // Each file's outcome in the order of the files, for the totals that finish() reports; whichever process ran it.
   virtual void add_up(const Outcome&) {}
   // What the progress bar tells in the place of the file's name; set by whoever runs the verb.
   std::function<void(std::string)> tell_step;
@@ -83,7 +92,8 @@ struct VerbEntry {
   std::string_view example;  // a command line to show in the help
   std::unique_ptr<Verb> (*make)();
   bool takes_files = true;
-  bool is_listed = true;  // in the help; not what only programs call
+  bool is_listed = true;   // in the help; not what only programs call
+  bool can_share = false;  // Verb::jobs() tells how
 };
 
 template <class Kind>

@@ -2,16 +2,20 @@
 
 #include <cstdio>
 #include <functional>
+#include <memory>
 #include <new>
+#include <thread>
 
 #include "cli/memory_reserve.h"
 #include "cli/output.h"
 #include "cli/report.h"
 #include "cli/run_in_folder.h"
+#include "cli/workers.h"
 #include "common/folder_run.h"
 #include "platform/failure.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"
+#include "workflow/scratch_registry.h"
 
 namespace kavo {
 namespace {
@@ -84,6 +88,17 @@ void put_into_host_form(Outcome& outcome, const WatchedFiles& watched) {
     message.text = watched.in_host_form(FolderRun::without_scratch_folder(message.text));
 }
 
+// None when one process does it all.
+std::unique_ptr<Workers> workers_for(const Verb& verb, const RunOptions& options) {
+  constexpr std::size_t kManyFiles = 16;  // fewer are done before another process has started
+  std::size_t count = options.jobs;
+  if (count == 0 && verb.files.size() >= kManyFiles) count = std::thread::hardware_concurrency();
+  if (count < 2) return nullptr;
+  const std::vector<Job> jobs = verb.jobs();
+  if (jobs.size() < 2 || !Workers::can_share(verb)) return nullptr;
+  return std::make_unique<Workers>(verb, jobs, count, options.arguments);
+}
+
 void connect(Verb& verb, ProgressBar& bar, WatchedFiles& watched) {
   verb.tell_step = [&bar](std::string step) { bar.rename(std::move(step)); };
   verb.in_host_form = [&watched](std::u16string text) { return watched.in_host_form(std::move(text)); };
@@ -116,6 +131,7 @@ ExitCode run_verb(Verb& verb, const VerbEntry& entry, const RunOptions& options,
   if (entry.takes_files && !files.empty()) working_on(files.front().c_str());
   connect(verb, bar, watched);
   verb.start();
+  const std::unique_ptr<Workers> workers = workers_for(verb, options);
   for (std::size_t i = 0; i < files.size(); ++i) {
     const std::string& file = files[i];
     if (entry.takes_files) working_on(file.c_str());
@@ -126,10 +142,14 @@ ExitCode run_verb(Verb& verb, const VerbEntry& entry, const RunOptions& options,
       const double started = ports().clock->seconds();
       bar.next_file(file);
       bar.report(0);
-      Outcome outcome = outcome_of_file(verb, entry, path_from_host(file), bar);
+      FileOutcome done;
+      if (workers)
+        done = workers->outcome_of(i);
+      else
+        done = {outcome_of_file(verb, entry, path_from_host(file), bar), ports().clock->seconds() - started};
       bar.hide();
-      verb.add_up(outcome);
-      add(file, std::move(outcome), ports().clock->seconds() - started);
+      verb.add_up(done.outcome);
+      add(file, std::move(done.outcome), done.seconds);
     } catch (const std::bad_alloc&) {
       // Not even enough for the report.
       tell_no_memory();
@@ -150,6 +170,31 @@ ExitCode run_verb(Verb& verb, const VerbEntry& entry, const RunOptions& options,
   if (has_outcome || outcome.ending != Outcome::kDone || !outcome.messages.empty())
     add("", outcome, ports().clock->seconds() - started);
   return report.finish();
+}
+
+ExitCode run_share(Verb& verb, const VerbEntry& entry, WatchedFiles& watched) {
+  const nlohmann::ordered_json share = read_share();
+  verb.take_share(share.at("share"));
+  const std::vector<std::size_t> numbers = share.at("numbers").get<std::vector<std::size_t>>();
+  // Rebuilding sets the font map of the document's folder; side by side each needs its own.
+  ScratchRegistry registry(*ports().registry);
+  const PortsScope scope;
+  ports().registry = &registry;
+  ProgressBar bar(ProgressBar::Mode::kNone, numbers.size());
+  connect(verb, bar, watched);
+  verb.start();
+  wait_for_others();
+  for (std::size_t i = 0; i < numbers.size(); ++i) {
+    throw_if_interrupted();
+    throw_if_memory_ran_out();
+    watched.forget();
+    const double started = ports().clock->seconds();
+    Outcome outcome = outcome_of_file(verb, entry, verb.files[i], bar);
+    put_into_host_form(outcome, watched);
+    print_output(line_of(numbers[i], outcome, ports().clock->seconds() - started));
+    keep_memory_back();
+  }
+  return ExitCode::kDone;
 }
 
 }  // namespace kavo

@@ -1,6 +1,7 @@
-// One run of a verb over its files.
+// One run of a verb over its files: in this process, in several, or as one of several.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -19,6 +20,9 @@ struct RunOptions {
   bool quiet = false;
   bool no_project = false;
   ProgressBar::Mode progress = ProgressBar::Mode::kAuto;
+  std::size_t jobs = 0;  // processes; 0 for as many as there are cores, when there is work for them
+  bool is_worker = false;
+  std::vector<std::string> arguments;  // as they stand behind the program's name
 };
 
 // The verb and its group.
@@ -26,5 +30,7 @@ std::string full_name(const VerbEntry& entry);
 
 // Throws `interruption`, and `failure` for what ends the whole run.
 ExitCode run_verb(Verb& verb, const VerbEntry& entry, const RunOptions& options, WatchedFiles& watched);
+// As a worker: files and what belongs to them come from standard input, outcomes go to standard output (workers.h).
+ExitCode run_share(Verb& verb, const VerbEntry& entry, WatchedFiles& watched);
 
 }  // namespace kavo

@@ -9,6 +9,7 @@
 #include "cli/option_values.h"
 #include "cli/report.h"
 #include "cli/verb.h"
+#include "cli/workers.h"
 #include "common/file_type.h"
 #include "common/path_parts.h"
 #include "platform/failure.h"
@@ -241,6 +242,26 @@ class Verify final : public Verb {
     survived_ += outcome.ending == Outcome::kDone ? 1 : 0;
     texts_ += outcome.details.value("texts", std::uint64_t{0});
   }
+  // The MIF documents of a folder are tried together, and Office documents share one engine.
+  std::vector<std::vector<std::size_t>> jobs() const override {
+    std::vector<Job> all;
+    std::map<std::u16string, Job> together;
+    for (std::size_t i = 0; i < files.size(); ++i) {
+      const std::int32_t type = FileTypeOf(files[i]);
+      if (type == kMifDocument)
+        together[folder_of(files[i])].push_back(i);
+      else if (needs_office(type))
+        together[u"office"].push_back(i);  // no folder: it has no "\\" at its end
+      else
+        all.push_back({i});
+    }
+    for (auto& [folder, job] : together) all.push_back(std::move(job));
+    return all;
+  }
+  nlohmann::ordered_json share(const std::vector<std::u16string>& files_of_worker) const override {
+    return path_list(files_of_worker);
+  }
+  void take_share(const nlohmann::ordered_json& share) override { files = paths_in(share); }
   std::optional<Outcome> finish() override {
     if (files_ < 2) return std::nullopt;
     Outcome outcome;
@@ -283,7 +304,7 @@ class Verify final : public Verb {
 
 constexpr VerbEntry kVerbs[] = {
     {"", "verify", "Prove on copies that documents survive the whole way", "kavo verify *.asp *.htm *.mif *.txt",
-     make_verb<Verify>},
+     make_verb<Verify>, true, true, true},
 };
 
 }  // namespace
