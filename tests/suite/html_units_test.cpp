@@ -210,6 +210,17 @@ TEST_F(HtmlUnits, Options) {
   EXPECT_EQ(texts(), (Texts{u"a<1/>c"}));
   units("<p>a [[b c]] d", {{"html.code-patterns", "[[*]]"}});
   EXPECT_EQ(texts(), (Texts{u"a <1/> d"}));
+  units("<div translate=no><p>a</p><button>b</button></div><q class=notranslate>c</q>",
+        {{"html.text-elements", "BUTTON, q"}});
+  EXPECT_EQ(texts(), (Texts{u"b", u"c"}));
+  const std::string_view commented = "<!-- For all: one --><p>a</p><!-- Two --><p>b</p><!-- FOR ALL: --><p>c</p>";
+  const auto has = [](const std::string& xml, std::string_view one, std::string_view two) {
+    return std::pair(holds(xml, one), holds(xml, two));
+  };
+  EXPECT_EQ(has(units(commented), ">For all: one<", ">Two<"), std::pair(true, true));
+  const std::string chosen = units(commented, {{"html.note-comments", "for all:*"}});
+  EXPECT_EQ(has(chosen, ">For all: one<", ">Two<"), std::pair(true, false));
+  EXPECT_TRUE(holds(chosen, ">FOR ALL:<")) << chosen;
 }
 
 TEST_F(HtmlUnits, OfPagesThatTakeLong) {

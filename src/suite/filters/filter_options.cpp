@@ -25,9 +25,17 @@ constexpr FilterOption kOptions[] = {
      "[[*]]"},
     {"html.excluded-elements", kWords, "", "Elements of pages whose content is left alone", "code, kbd"},
     {"html.inline-elements", kWords, "", "Elements that do not end a text", "div, caption"},
+    {"html.note-comments", kPatterns, "",
+     "Which comments become the note of the text behind them: a text in which `*` stands for any characters; without "
+     "one each comment that is prose",
+     "Translators:*"},
     {"html.open-codes", kSwitch, "off",
      "Opens texts that hold only codes, numbers or signs, which are locked otherwise", "on"},
     {"html.text-attributes", kWords, "", "Attributes of any element whose values are offered", "data-title, data-hint"},
+    {"html.text-elements", kWords, "",
+     "Elements whose content is offered where the page says that it is not to be translated (`translate`, the class "
+     "`notranslate`)",
+     "button, caption"},
     {"mif.page-types", kWords, "body, master",
      "The kinds of pages whose texts are translated: body, master, reference and hidden. Texts of the others are "
      "locked",

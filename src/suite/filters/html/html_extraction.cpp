@@ -6,6 +6,9 @@
 #include "formats/html/charset.h"
 #include "formats/html/entities.h"
 #include "formats/script/language.h"
+#include "platform/trimmed.h"
+#include "platform/unicode.h"
+#include "platform/wildcard.h"
 #include "suite/filters/document_facts.h"
 
 namespace kavo::html {
@@ -63,7 +66,11 @@ PageExtraction::PageExtraction(BlockReader& document, unsigned code_page, const 
       author_lines_(fact(settings.options, kAuthorLines)),
       inline_elements_(option_items(settings.options, "html.inline-elements")),
       excluded_elements_(option_items(settings.options, "html.excluded-elements")),
-      opens_codes_(is_on(settings.options, "html.open-codes")) {}
+      text_elements_(option_items(settings.options, "html.text-elements")),
+      opens_codes_(is_on(settings.options, "html.open-codes")) {
+  for (const std::string& pattern : option_items(settings.options, "html.note-comments"))
+    note_comments_.push_back(to_utf16(pattern));
+}
 
 void PageExtraction::run(ProgressEvent& progress) {
   std::uint64_t reported = 0;
@@ -140,7 +147,19 @@ void PageExtraction::add_embedded(std::vector<EmbeddedText> texts) {
 
 void PageExtraction::comment(const PageToken& token) {
   add_item(ItemKind::kCode, token.bytes).type = "x-comment";
-  surroundings_.comment(text_.decoded(token.bytes.substr(0, kLongestNote)));
+  const std::string text = text_.decoded(token.bytes.substr(0, kLongestNote));
+  if (becomes_note(text)) surroundings_.comment(text);
+}
+
+// `comment` in UTF-8, with its "<!--" and "-->".
+bool PageExtraction::becomes_note(std::string_view comment) const {
+  constexpr std::string_view kOpen = "<!--", kClose = "-->", kBlanks = " \t\r\n";
+  if (note_comments_.empty()) return true;
+  if (comment.size() < kOpen.size() + kClose.size()) return false;
+  comment.remove_prefix(kOpen.size());
+  comment.remove_suffix(kClose.size());
+  const std::u16string text = to_utf16(kavo::trimmed(comment, kBlanks));
+  return std::ranges::any_of(note_comments_, [&](const auto& pattern) { return matches_wildcard(text, pattern); });
 }
 
 // A user's choice goes before what the element is.
@@ -274,15 +293,18 @@ void PageExtraction::protected_bytes(std::string_view bytes) {
 
 // The attribute "translate" of the HTML Standard, and the class that machine translation services honour.
 bool PageExtraction::is_left_alone(const StartTag& tag) const {
+  if (is_named(excluded_elements_, tag.token.name)) return true;
+  if (is_named(text_elements_, tag.token.name)) return false;
   const std::string_view translate = tag.value("translate");
-  if (equal_name(translate, "no") || is_named(excluded_elements_, tag.token.name)) return true;
+  if (equal_name(translate, "no")) return true;
   return !equal_name(translate, "yes") && has_class(tag.value("class"), "notranslate");
 }
 
-// An element that says of itself that it is translated, inside one that is not.
+// An element that says of itself that it is translated, or of which the user says so, inside one that is not.
 bool PageExtraction::suspends_protection(const StartTag& tag) const {
   constexpr std::size_t kMostSuspended = 64;
-  return !protection_.is_foreign && has_content(tag.token, tag.element) && equal_name(tag.value("translate"), "yes") &&
+  return !protection_.is_foreign && has_content(tag.token, tag.element) &&
+         (equal_name(tag.value("translate"), "yes") || is_named(text_elements_, tag.token.name)) &&
          suspended_.size() < kMostSuspended && !is_named(excluded_elements_, tag.token.name);
 }
 

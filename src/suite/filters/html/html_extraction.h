@@ -87,6 +87,7 @@ class PageExtraction {
   void start_tag(const PageToken& token);
   void end_tag(const PageToken& token);
   void comment(const PageToken& token);
+  bool becomes_note(std::string_view comment) const;
   void break_tag(const PageToken& token, const Element& element, bool is_start);
   void inline_tag(const PageToken& token, const Element& element, bool is_start);
   void enter_element(const Element& element);
@@ -171,6 +172,8 @@ class PageExtraction {
   LineMap author_lines_;
   std::vector<std::string> inline_elements_;    // what a user takes for a part of the text
   std::vector<std::string> excluded_elements_;  // what a user leaves alone
+  std::vector<std::string> text_elements_;      // what a user offers although the page does not
+  std::vector<std::u16string> note_comments_;   // patterns; none for all
   bool opens_codes_;                            // a text of codes and numbers is open, too
 
   DocumentPlace position_;
