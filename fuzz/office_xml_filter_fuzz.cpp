@@ -1,4 +1,5 @@
-// The XML of presentations and workbooks, of any bytes, on its way through its filter and back, unchanged and translated.
+// The XML of presentations and workbooks, of any bytes, on its way through its filter and back, unchanged and
+// translated.
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>

@@ -166,7 +166,8 @@ std::vector<Setting> all_settings() {
       {"highlight.translated", kColour, status_colour<3>, set_status_colour<3>},
   };
   for (Setting& setting : settings)
-    setting.shapes_documents = !setting.starts_program && !setting.name.starts_with("highlight.") && setting.name != "office.time-limit";
+    setting.shapes_documents =
+        !setting.starts_program && !setting.name.starts_with("highlight.") && setting.name != "office.time-limit";
   for (const FilterOption& option : filter_options())
     if (is_lasting(option)) settings.push_back(setting_of(option));
   return settings;

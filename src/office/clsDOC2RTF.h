@@ -13,7 +13,8 @@
 
 namespace kavo {
 
-// A property that only stand-ins for the word processor have: what the last SaveAs left out, for people, "" for nothing.
+// A property that only stand-ins for the word processor have: what the last SaveAs left out, for people, "" for
+// nothing.
 inline constexpr std::u16string_view kLossesMember = u"KavoLosses";
 
 class clsDOC2RTF {

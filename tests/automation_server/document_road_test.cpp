@@ -1,5 +1,5 @@
-// A host takes RTF, a resource script, and the three Office types to their translation with the two libraries: PreProcess,
-// Convert, CreateTranslation. A program of the tests stands in for Office, in a process of its own.
+// A host takes RTF, a resource script, and the three Office types to their translation with the two libraries:
+// PreProcess, Convert, CreateTranslation. A program of the tests stands in for Office, in a process of its own.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -17,15 +17,18 @@ namespace {
 constexpr std::string_view kTexts =
     "A ship & <two> boats\n"
     "picture 0102a0ff\n"
-    "Gr\xC3\xB6\xC3\x9F" "e {1} \\ \xE2\x82\xAC\n";
+    "Gr\xC3\xB6\xC3\x9F"
+    "e {1} \\ \xE2\x82\xAC\n";
 constexpr std::string_view kTranslatedTexts =
     "[A ship & <two> boats]\n"
     "picture 0102a0ff\n"
-    "[Gr\xC3\xB6\xC3\x9F" "e {1} \\ \xE2\x82\xAC]\n";
+    "[Gr\xC3\xB6\xC3\x9F"
+    "e {1} \\ \xE2\x82\xAC]\n";
 constexpr std::string_view kTranslatedCells =
     "[A ship & <two> boats]\n"
     "[picture 0102a0ff]\n"
-    "[Gr\xC3\xB6\xC3\x9F" "e {1} \\ \xE2\x82\xAC]\n";
+    "[Gr\xC3\xB6\xC3\x9F"
+    "e {1} \\ \xE2\x82\xAC]\n";
 
 struct Road {
   const wchar_t* program;  // null for none
@@ -38,16 +41,46 @@ struct Road {
 void PrintTo(const Road& road, std::ostream* out) { *out << to_utf8(road.document); }
 
 const Road kRoads[] = {
-    {L"Word.Application", u"report.doc", kTexts, u"K19DOCW", u"report_doc_rtf_FR.tud", u"report_FR.doc",
-     kTranslatedTexts, {}},
-    {L"PowerPoint.Application", u"deck.ppt", kTexts, u"k19pptw.k19pptwobj.1", u"deck_ppt_FR.tud", u"deck_FR.ppt",
-     kTranslatedCells, {"KAVO.PPT!ExportPresentation", "KAVO.PPT!ImportPresentation"}},
-    {L"Excel.Application", u"book.xls", kTexts, u"K19XLSW", u"book_xls_FR.tud", u"book_FR.xls", kTranslatedCells,
+    {L"Word.Application",
+     u"report.doc",
+     kTexts,
+     u"K19DOCW",
+     u"report_doc_rtf_FR.tud",
+     u"report_FR.doc",
+     kTranslatedTexts,
+     {}},
+    {L"PowerPoint.Application",
+     u"deck.ppt",
+     kTexts,
+     u"k19pptw.k19pptwobj.1",
+     u"deck_ppt_FR.tud",
+     u"deck_FR.ppt",
+     kTranslatedCells,
+     {"KAVO.PPT!ExportPresentation", "KAVO.PPT!ImportPresentation"}},
+    {L"Excel.Application",
+     u"book.xls",
+     kTexts,
+     u"K19XLSW",
+     u"book_xls_FR.tud",
+     u"book_FR.xls",
+     kTranslatedCells,
      {"KAVO.XLS!ExportWorkbook", "KAVO.XLS!ImportWorkbook"}},
-    {nullptr, u"letter.rtf", "{\\rtf1\\ansi A letter {\\pict 0102}\\par}", u"K19RTF", u"letter_rtf_FR.tud",
-     u"letter_FR.rtf", "[A letter ]{\\pict 0102}\\par", {}},
-    {nullptr, u"app.rc", "STRINGTABLE\r\nBEGIN\r\n  1 \"Open\"\r\nEND\r\n", u"K19GCP", u"app_rc_FR.tud", u"app_FR.rc",
-     "\"[Open]\"", {}},
+    {nullptr,
+     u"letter.rtf",
+     "{\\rtf1\\ansi A letter {\\pict 0102}\\par}",
+     u"K19RTF",
+     u"letter_rtf_FR.tud",
+     u"letter_FR.rtf",
+     "[A letter ]{\\pict 0102}\\par",
+     {}},
+    {nullptr,
+     u"app.rc",
+     "STRINGTABLE\r\nBEGIN\r\n  1 \"Open\"\r\nEND\r\n",
+     u"K19GCP",
+     u"app_rc_FR.tud",
+     u"app_FR.rc",
+     "\"[Open]\"",
+     {}},
 };
 
 Value call(const ObjectRef& object, std::u16string_view member, std::vector<Argument> arguments) {
@@ -65,8 +98,9 @@ void translate(const std::u16string& tud) {
     Argument segment[] = {by_value(number), by_reference(std::u16string()), by_reference(std::u16string()),
                           by_reference(std::int32_t{0}), by_reference(std::int32_t{0})};
     ASSERT_EQ(as_number(document->invoke(u"GetSegment", segment)), 0);
-    EXPECT_EQ(as_number(call(document, u"SetSegment", {by_value(number), by_value(u"[" + as_text(segment[1].value) + u"]"),
-                                                       by_value(std::int32_t{2}), by_value(std::int32_t{0})})),
+    EXPECT_EQ(as_number(call(document, u"SetSegment",
+                             {by_value(number), by_value(u"[" + as_text(segment[1].value) + u"]"),
+                              by_value(std::int32_t{2}), by_value(std::int32_t{0})})),
               0);
   }
   ASSERT_EQ(as_number(document->invoke(u"Close")), 0);
@@ -109,7 +143,8 @@ TEST_P(DocumentRoad, AHostPreparesConvertsTranslatesAndRebuilds) {
 
     std::vector<Argument> arguments{by_value(tud), by_reference(std::u16string()), by_value(std::int32_t{0}),
                                     by_value(std::int32_t{0})};
-    ASSERT_EQ(as_number(wizard->invoke(u"CreateTranslation", arguments)), 0) << to_utf8(as_text(wizard->get(u"LastError")));
+    ASSERT_EQ(as_number(wizard->invoke(u"CreateTranslation", arguments)), 0)
+        << to_utf8(as_text(wizard->get(u"LastError")));
     EXPECT_EQ(as_text(arguments[1].value), folder.path(road.target));
   }
   const std::string translated = folder.read(road.target);

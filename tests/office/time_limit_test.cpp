@@ -16,11 +16,9 @@ TEST_F(TimeLimit, IsThatOfTheUserElseThatOfTheDocument) {
   const struct {
     std::u16string_view stored, document;
     double seconds;
-  } cases[] = {{u"", u"C:\\small.doc", 60},         {u"", u"C:\\large.doc", 120},
-               {u"", u"C:\\missing.doc", 60},       {u"5", u"C:\\large.doc", 5},
-               {u"86400", u"C:\\small.doc", 86400}, {u"0", u"C:\\small.doc", 60},
-               {u"86401", u"C:\\small.doc", 60},    {u"-5", u"C:\\small.doc", 60},
-               {u"5s", u"C:\\small.doc", 60}};
+  } cases[] = {{u"", u"C:\\small.doc", 60},      {u"", u"C:\\large.doc", 120},        {u"", u"C:\\missing.doc", 60},
+               {u"5", u"C:\\large.doc", 5},      {u"86400", u"C:\\small.doc", 86400}, {u"0", u"C:\\small.doc", 60},
+               {u"86401", u"C:\\small.doc", 60}, {u"-5", u"C:\\small.doc", 60},       {u"5s", u"C:\\small.doc", 60}};
   for (const auto& c : cases) {
     kOfficeSettings.save(u"TimeLimit", c.stored);
     EXPECT_EQ(time_limit_for(c.document), c.seconds) << testing::PrintToString(std::u16string(c.stored));

@@ -77,10 +77,11 @@ std::string place(std::string_view path, std::string_view name) {
 }
 
 TEST_F(OfficeXmlFilter, ANoteTellsTheNamesOfSheetAndShape) {
-  take_apart(document(place("sheet:1", "R&amp;D &lt;new&gt;") + seg("one") +
-                      place("sheet:1/shape:1", "Box") + seg("two", "3", "sheet:1/shape:1/paragraph:1") +
+  take_apart(document(place("sheet:1", "R&amp;D &lt;new&gt;") + seg("one") + place("sheet:1/shape:1", "Box") +
+                      seg("two", "3", "sheet:1/shape:1/paragraph:1") +
                       seg("three", "5", "sheet:1/shape:11/paragraph:1") + seg("four", "4", "sheet:10/cell:A1") +
-                      place("sheet:2", "Next") + seg("five", "4", "sheet:2/cell:A1") + seg("six", "3", "sheet:1/cell:B1")));
+                      place("sheet:2", "Next") + seg("five", "4", "sheet:2/cell:A1") +
+                      seg("six", "3", "sheet:1/cell:B1")));
   const std::string tud = files.get(in_folder(u"book_xls_FR.tud"));
   const struct {
     std::string_view text, note;
@@ -100,11 +101,11 @@ TEST_F(OfficeXmlFilter, ANoteTellsTheNamesOfSheetAndShape) {
 }
 
 TEST_F(OfficeXmlFilter, SheetsColumnsAndRowsCanBeExcluded) {
-  const std::string xml = document(
-      place("sheet:1", "Prices") + seg("a1") + seg("b1", "2", "sheet:1/cell:B1") + seg("c3", "2", "sheet:1/cell:C3") +
-      seg("remark", "6", "sheet:1/cell:B1/comment") + seg("box", "3", "sheet:1/shape:1/paragraph:1") +
-      seg("Prices", "6", "sheet:1/name") + place("sheet:2", "R!D") + seg("other b1", "8", "sheet:2/cell:B1") +
-      seg("aa10", "4", "sheet:2/cell:AA10"));
+  const std::string xml = document(place("sheet:1", "Prices") + seg("a1") + seg("b1", "2", "sheet:1/cell:B1") +
+                                   seg("c3", "2", "sheet:1/cell:C3") + seg("remark", "6", "sheet:1/cell:B1/comment") +
+                                   seg("box", "3", "sheet:1/shape:1/paragraph:1") + seg("Prices", "6", "sheet:1/name") +
+                                   place("sheet:2", "R!D") + seg("other b1", "8", "sheet:2/cell:B1") +
+                                   seg("aa10", "4", "sheet:2/cell:AA10"));
   using Texts = std::vector<std::u16string>;
   const struct {
     const char* key;

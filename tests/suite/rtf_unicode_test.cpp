@@ -39,7 +39,8 @@ class Writer {
 };
 
 TEST(RtfUnicode, TextsBeyond16BitsComeWholeAndGoBack) {
-  constexpr std::u16string_view kCharacters[] = {u"\U0001F600", u"\U00020000", u"\U0010FFFD", u"\u65E5", u"\u00E9", u"a"};
+  constexpr std::u16string_view kCharacters[] = {u"\U0001F600", u"\U00020000", u"\U0010FFFD",
+                                                 u"\u65E5",     u"\u00E9",     u"a"};
   Writer writer(7);
   for (int round = 0; round < 300; ++round) {
     std::vector<std::u16string> wanted(3);
@@ -48,11 +49,12 @@ TEST(RtfUnicode, TextsBeyond16BitsComeWholeAndGoBack) {
     unsigned fallback = 1;
     std::string document = "{\\rtf1\\ansi\\ansicpg1252 A" + writer.write(wanted[0], fallback);
     unsigned inner = fallback;
-    document += "\\par{\\b B" + writer.write(wanted[1], inner) + "}\\par C" + writer.write(wanted[2], fallback) + "\\par}";
+    document +=
+        "\\par{\\b B" + writer.write(wanted[1], inner) + "}\\par C" + writer.write(wanted[2], fallback) + "\\par}";
     SCOPED_TRACE(document);
     FilterRoad road(u"K19RTF", u".rtf", 1252);
-    ASSERT_EQ(road.take_apart(document), (std::vector<std::string>{"A" + to_utf8(wanted[0]), "B" + to_utf8(wanted[1]),
-                                                                   "C" + to_utf8(wanted[2])}));
+    ASSERT_EQ(road.take_apart(document),
+              (std::vector<std::string>{"A" + to_utf8(wanted[0]), "B" + to_utf8(wanted[1]), "C" + to_utf8(wanted[2])}));
     // What a text leaves behind must hold for the next one, also when only the first is translated.
     const std::string changed = road.put_together({"x"});
     EXPECT_EQ(FilterRoad(u"K19RTF", u".rtf", 1252).take_apart(changed),

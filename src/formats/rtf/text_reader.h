@@ -1,6 +1,6 @@
 // Reads the text of a run of RTF without braces and formatting: bytes in a font's coding, raw or in hexadecimal, \uN
-// with its fallback for older programs, and characters with names. Some programs write \ucN in the middle of a run, even
-// between the two halves of one character, so it belongs to the run.
+// with its fallback for older programs, and characters with names. Some programs write \ucN in the middle of a run,
+// even between the two halves of one character, so it belongs to the run.
 #pragma once
 
 #include <cstddef>

@@ -109,9 +109,7 @@ void OfficeListener::connect() {
   process_.note_sockets();
 }
 
-void OfficeListener::step() {
-  throw_if_interrupted();
-}
+void OfficeListener::step() { throw_if_interrupted(); }
 
 void OfficeListener::begin_document(double seconds) {
   const std::lock_guard lock(mutex_);
@@ -167,9 +165,10 @@ void OfficeListener::throw_as_failure(const Exception& exception, bool was_gone)
   }();
   if (killed == Killed::kInterrupted) throw_if_interrupted();
   if (killed == Killed::kHung && is_late)
-    throw office_failure(formatted(u"LibreOffice was not done with the document after {} s and was ended. The "
-                                   u"setting office.time-limit allows it more",
-                                   static_cast<std::int64_t>(seconds)));
+    throw office_failure(
+        formatted(u"LibreOffice was not done with the document after {} s and was ended. The "
+                  u"setting office.time-limit allows it more",
+                  static_cast<std::int64_t>(seconds)));
   if (killed == Killed::kHung) throw office_failure(u"LibreOffice stopped answering and was ended");
   if (killed == Killed::kInterrupted || !is_alive()) throw office_failure(u"LibreOffice ended unexpectedly");
   throw office_failure(exception.Message.isEmpty() ? std::u16string(u"LibreOffice refused a call")

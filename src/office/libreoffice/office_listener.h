@@ -97,10 +97,10 @@ class OfficeListener {
 
   std::mutex mutex_;
   std::condition_variable changed_;
-  int watched_ = 0;       // how deep run() is nested
+  int watched_ = 0;  // how deep run() is nested
   // When the system's clock shows this, LibreOffice has hung.
-  double call_end_ = 0;      // in a call that belongs to no document
-  double document_end_ = 0;  // 0 for no document
+  double call_end_ = 0;       // in a call that belongs to no document
+  double document_end_ = 0;   // 0 for no document
   double document_time_ = 0;  // seconds that the document was given
   bool ending_ = false;
   Killed killed_ = Killed::kNo;

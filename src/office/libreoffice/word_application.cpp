@@ -119,7 +119,8 @@ void save_as(WordState& state, OfficeDocument& document, std::u16string_view pat
   if (format == kDocumentFormat) {
     if (fate_of_frames(document.path()) == FrameFate::kLost)
       state.losses =
-          u"LibreOffice does not write the texts in frames of a document that has comments, too: they are missing in the "
+          u"LibreOffice does not write the texts in frames of a document that has comments, too: they are missing in "
+          u"the "
           u"Word document. Convert it with Word, or take the comments out";
     document.save_as(path, "MS Word 97");
   } else if (format == kRtfFormat) {
@@ -172,7 +173,8 @@ class WordApplication final : public TableObject, public std::enable_shared_from
           members.push_back({u"Documents", MemberKind::kPropertyGet, 0, 0, [this, state](auto) -> Value {
                                return std::make_shared<WordDocuments>(shared_from_this(), state);
                              }});
-          members.push_back({kLossesMember, MemberKind::kPropertyGet, 0, 0, [state](auto) -> Value { return state->losses; }});
+          members.push_back(
+              {kLossesMember, MemberKind::kPropertyGet, 0, 0, [state](auto) -> Value { return state->losses; }});
           return members;
         }()) {}
 };

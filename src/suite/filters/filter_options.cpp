@@ -63,9 +63,11 @@ constexpr FilterOption kOptions[] = {
      "blank", "lines blank auto"},
 
     {"xls.excluded-columns", kNames, "",
-     "Columns of workbooks whose cells are left alone: `B` or `C:E` of every sheet, `Prices!B` of one", "B, Prices!C:E"},
+     "Columns of workbooks whose cells are left alone: `B` or `C:E` of every sheet, `Prices!B` of one",
+     "B, Prices!C:E"},
     {"xls.excluded-rows", kNames, "", "Rows of workbooks whose cells are left alone, in the same way", "1, Prices!3:5"},
-    {"xls.excluded-sheets", kNames, "", "Sheets of workbooks that are left alone, with their names", "Data, Old prices"},
+    {"xls.excluded-sheets", kNames, "", "Sheets of workbooks that are left alone, with their names",
+     "Data, Old prices"},
 };
 
 constexpr std::string_view kBlanks = " \t";

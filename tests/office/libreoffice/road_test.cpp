@@ -90,10 +90,11 @@ TEST_F(OfficeRoad, NamesAreContextAndSheetsColumnsAndRowsCanBeExcluded) {
 }
 
 TEST_F(OfficeRoad, CharactersBeyond16BitsOfAWordDocumentAreOffered) {
-  make_document(u"smile.doc", OfficeKind::kText,
-                std::string(kHead) +
-                    "application/vnd.oasis.opendocument.text\"><office:body><office:text><text:p>A \xF0\x9F\x98\x80 smile "
-                    "\xF0\xA0\x80\x80</text:p></office:text></office:body></office:document>");
+  make_document(
+      u"smile.doc", OfficeKind::kText,
+      std::string(kHead) +
+          "application/vnd.oasis.opendocument.text\"><office:body><office:text><text:p>A \xF0\x9F\x98\x80 smile "
+          "\xF0\xA0\x80\x80</text:p></office:text></office:body></office:document>");
   ASSERT_EQ(run_kavo({"prepare", path(u"smile.doc"), "--source", "EN-US", "--target", "FR"}).code, 0);
   EXPECT_NE(folder.read(u"smile_doc_rtf_FR.tud").find("<source>A \xF0\x9F\x98\x80 smile \xF0\xA0\x80\x80</source>"),
             std::string::npos)

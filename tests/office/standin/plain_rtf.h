@@ -1,5 +1,5 @@
-// The little RTF that the stand-in writes, and the paragraphs of RTF that others made of it (RTF 1.9). It shares no code
-// with the filter, so that neither hides a mistake of the other.
+// The little RTF that the stand-in writes, and the paragraphs of RTF that others made of it (RTF 1.9). It shares no
+// code with the filter, so that neither hides a mistake of the other.
 #pragma once
 
 #include <string>

@@ -284,15 +284,15 @@ TEST(SingleFileWizardTest, OfficeDocumentsRtfAndAResourceScriptTakeTheSameRoad) 
     std::u16string_view document;
     std::string_view bytes;
     std::u16string_view tud, target;
-    std::u16string_view beside;  // what the way back needs, or nothing
+    std::u16string_view beside;   // what the way back needs, or nothing
     std::string_view added = {};  // in front, by a rebuilding without translations
-  } roads[] = {
-      {u"report.doc", "A ship\npicture 0102\n", u"report_doc_rtf_FR.tud", u"report_FR.doc", u"report_doc.obj"},
-      {u"deck.ppt", "A ship\npicture 0102\n", u"deck_ppt_FR.tud", u"deck_FR.ppt", u""},
-      {u"book.xls", "A ship\npicture 0102\n", u"book_xls_FR.tud", u"book_FR.xls", u""},
-      {u"letter.rtf", "{\\rtf1\\ansi A ship {\\pict 0102}\\par}", u"letter_rtf_FR.tud", u"letter_FR.rtf", u"letter.obj"},
-      {u"app.rc", "STRINGTABLE\r\nBEGIN\r\n  1 \"A ship\"\r\nEND\r\n", u"app_rc_FR.tud", u"app_FR.rc", u"",
-       "LANGUAGE 12, 1\r\n#pragma code_page(1252)\r\n"}};
+  } roads[] = {{u"report.doc", "A ship\npicture 0102\n", u"report_doc_rtf_FR.tud", u"report_FR.doc", u"report_doc.obj"},
+               {u"deck.ppt", "A ship\npicture 0102\n", u"deck_ppt_FR.tud", u"deck_FR.ppt", u""},
+               {u"book.xls", "A ship\npicture 0102\n", u"book_xls_FR.tud", u"book_FR.xls", u""},
+               {u"letter.rtf", "{\\rtf1\\ansi A ship {\\pict 0102}\\par}", u"letter_rtf_FR.tud", u"letter_FR.rtf",
+                u"letter.obj"},
+               {u"app.rc", "STRINGTABLE\r\nBEGIN\r\n  1 \"A ship\"\r\nEND\r\n", u"app_rc_FR.tud", u"app_FR.rc", u"",
+                "LANGUAGE 12, 1\r\n#pragma code_page(1252)\r\n"}};
   const NewUser user;
   const Installation installation;
   OfficeStandIn word(L"Word.Application"), presentations(L"PowerPoint.Application"), workbooks(L"Excel.Application");
@@ -316,8 +316,8 @@ TEST(SingleFileWizardTest, OfficeDocumentsRtfAndAResourceScriptTakeTheSameRoad) 
     SCOPED_TRACE(to_utf8(road.document));
     EXPECT_TRUE(road.beside.empty() || folder.exists(road.beside));
     EXPECT_NE(folder.read(road.tud).find("A ship"), std::string::npos);
-    Argument arguments[] = {by_value(folder.path(road.tud)), by_reference(std::u16string()),
-                            by_value(std::int32_t{0}), by_value(std::int32_t{0})};
+    Argument arguments[] = {by_value(folder.path(road.tud)), by_reference(std::u16string()), by_value(std::int32_t{0}),
+                            by_value(std::int32_t{0})};
     EXPECT_EQ(as_number(wizard->invoke(u"CreateTranslation", arguments)), 0)
         << to_utf8(as_text(wizard->get(u"LastError")));
     EXPECT_EQ(folder.read(road.target), std::string(road.added).append(road.bytes));

@@ -20,7 +20,12 @@ constexpr std::string_view kControl = "x-control";
 
 OfficeXmlExtraction::OfficeXmlExtraction(BlockReader& document, const ConversionSettings& settings,
                                          ExtractionSink& sink)
-    : document_(document), settings_(settings), sink_(sink), coding_(kUtf8CodePage), builder_(coding_), excluded_(settings.options) {}
+    : document_(document),
+      settings_(settings),
+      sink_(sink),
+      coding_(kUtf8CodePage),
+      builder_(coding_),
+      excluded_(settings.options) {}
 
 void OfficeXmlExtraction::run(ProgressEvent& progress) {
   for (;;) {
