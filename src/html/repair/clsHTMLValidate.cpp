@@ -86,6 +86,21 @@ std::int32_t clsHTMLValidate::failed(std::u16string text, std::int32_t number) {
   return 1;
 }
 
+// `start`: of the page, long enough for its first mark.
+std::optional<Message> clsHTMLValidate::reason_to_leave(std::string_view start) const {
+  if (start.starts_with(kUtf8Mark)) start.remove_prefix(kUtf8Mark.size());
+  if (begins_with_ignoring_case(start.data(), start.data() + start.size(), kGlueMark)) {
+    const std::u16string values[] = {u"<!--HTMLGlue", u"1", u"1"};
+    return Message{clsCommon().FormatString(html_validate_text::kGluePage.text, values),
+                   html_validate_text::kGluePage.number, 1, 1};
+  }
+  if (script_file_.empty()) return std::nullopt;
+  const std::optional<std::uint64_t> torn = find_torn_script(script_file_, server_language_);
+  if (!torn) return std::nullopt;
+  const LinePlace place = script_origin_ ? script_origin_(*torn) : LinePlace();
+  return Message{std::u16string(kTornScript), 0, place.line, place.column};
+}
+
 std::int32_t clsHTMLValidate::HTMLValidate() {
   messages_.clear();
   repairs_ = 0;
@@ -117,20 +132,10 @@ std::int32_t clsHTMLValidate::HTMLValidate() {
 
   while (reader->window().size() < kUtf8Mark.size() + kGlueMark.size() && reader->more()) {
   }
-  std::string_view start = reader->window();
+  const std::string_view start = reader->window();
   if (starts_as_utf16(start)) return failed(std::u16string(kUtf16Refused) + file_name_, 0);
-  if (start.starts_with(kUtf8Mark)) start.remove_prefix(kUtf8Mark.size());
-  if (begins_with_ignoring_case(start.data(), start.data() + start.size(), kGlueMark)) {
-    const std::u16string values[] = {u"<!--HTMLGlue", u"1", u"1"};
-    messages_.push_back({clsCommon().FormatString(html_validate_text::kGluePage.text, values),
-                         html_validate_text::kGluePage.number, 1, 1});
-    if (trail_) trail_->copied(0, 0, reader->size());
-    backup.keep();
-    return 0;
-  }
-  if (const auto torn = script_file_.empty() ? std::nullopt : find_torn_script(script_file_, server_language_)) {
-    const LinePlace place = script_origin_ ? script_origin_(*torn) : LinePlace();
-    messages_.push_back({std::u16string(kTornScript), 0, place.line, place.column});
+  if (std::optional<Message> reason = reason_to_leave(start)) {
+    messages_.push_back(std::move(*reason));
     if (trail_) trail_->copied(0, 0, reader->size());
     backup.keep();
     return 0;

@@ -16,6 +16,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -80,6 +81,8 @@ class clsHTMLValidate {
 
  private:
   std::int32_t failed(std::u16string text, std::int32_t number);
+  // Why the page is not repaired at all. Throws `failure` when the script file cannot be read.
+  std::optional<Message> reason_to_leave(std::string_view start) const;
 
   TagTable tags_;
   std::u16string file_name_;
