@@ -159,6 +159,8 @@ def _known_names(stage, call):
         names.add(call.path)
     if call and call.descriptor == 1:
         names.add("standard output")
+    if call and call.name == "getcwd":
+        names.add("the current folder")  # nobody knows its name then
     return names
 
 
