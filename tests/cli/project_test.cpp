@@ -271,8 +271,9 @@ TEST_F(Project, EachKeyOfTheProfileChangesWhatItSays) {
   }
   // Those of workbooks need an Office program: tests/office/libreoffice tries them.
   for (const FilterOption& option : filter_options())
-    if (!option.key.starts_with("xls."))
+    if (!option.key.starts_with("xls.")) {
       EXPECT_EQ(known.contains(option.key), is_lasting(option)) << option.key << " is tried by no document";
+    }
 }
 
 }  // namespace
