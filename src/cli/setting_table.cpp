@@ -143,8 +143,8 @@ std::vector<Setting> all_settings() {
           "mif.objects", "", [] { return load_mif_settings().objects; }, store_mif_objects),
       {"mif.markers", "marker types with commas between", mif_markers, set_mif_markers, false, ','},
       {"office.time-limit",
-       "seconds that LibreOffice may take for one document, from 1 to " + std::to_string(kLongestTimeLimit) +
-           ", or default: a minute and half a minute for each megabyte",
+       "seconds for which LibreOffice may work on a document without a sign of life, from 1 to " +
+           std::to_string(kLongestTimeLimit) + ", or default: a minute and half a minute for each megabyte",
        time_limit, set_time_limit},
       {"xls.order", "rows or columns: the order in which the cells of workbooks are offered", workbook_order,
        set_workbook_order},

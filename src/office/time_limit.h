@@ -1,5 +1,6 @@
-// How long an Office program may work on one document before it counts as hung and is ended: a per-user program setting
-// ("KAVO", "Office", "TimeLimit"), in seconds, or by the size of the document.
+// How long an Office program may work on a document without a sign of life before it counts as hung and is ended: a
+// per-user program setting ("KAVO", "Office", "TimeLimit"), in seconds, or by the size of the document. A program that
+// goes from text to text may take as long as it needs.
 #pragma once
 
 #include <cstdint>

@@ -15,8 +15,8 @@ enum class OfficeKind { kText, kPresentation, kWorkbook };
 class OfficeDocument {
  public:
   // Opens a file in place, writes nothing beside it and runs none of its macros. Throws `failure` 53 when there is no
-  // file, and 1004 when it is of another kind, protected, damaged or refused. From then to its closing it may take the
-  // time of office/time_limit.h, or LibreOffice is ended.
+  // file, and 1004 when it is of another kind, protected, damaged or refused. From then to its closing LibreOffice has
+  // the time of office/time_limit.h for each sign of life, or is ended.
   OfficeDocument(std::shared_ptr<OfficeListener> listener, OfficeKind kind, std::u16string_view path);
   // Closes it unsaved.
   ~OfficeDocument();

@@ -7,7 +7,6 @@
 #include <cppuhelper/bootstrap.hxx>
 #include <cppuhelper/implbase1.hxx>
 #include <rtl/bootstrap.hxx>
-#include <tuple>
 
 #include "office/libreoffice/uno_text.h"
 #include "platform/adapters.h"
@@ -109,28 +108,31 @@ void OfficeListener::connect() {
   process_.note_sockets();
 }
 
-void OfficeListener::step() { throw_if_interrupted(); }
+void OfficeListener::step() {
+  throw_if_interrupted();
+  const std::lock_guard lock(mutex_);
+  last_sign_ = now();
+}
 
 void OfficeListener::begin_document(double seconds) {
   const std::lock_guard lock(mutex_);
   document_time_ = seconds;
-  document_end_ = now() + seconds;
 }
 
 void OfficeListener::end_document() {
   const std::lock_guard lock(mutex_);
-  document_end_ = 0;
+  document_time_ = 0;
 }
 
 void OfficeListener::begin_watch() {
   const std::lock_guard lock(mutex_);
-  if (++watched_ != 1) return;
-  call_end_ = now() + longest_call_;
-  changed_.notify_all();
+  last_sign_ = now();
+  if (++watched_ == 1) changed_.notify_all();
 }
 
 void OfficeListener::end_watch() {
   const std::lock_guard lock(mutex_);
+  last_sign_ = now();
   --watched_;
 }
 
@@ -151,7 +153,7 @@ void OfficeListener::watch() {
       wanted_since = now();
     if (wanted_since != 0 && now() - wanted_since > kPatience)
       killed_ = Killed::kInterrupted;
-    else if (now() > (document_end_ != 0 ? document_end_ : call_end_))
+    else if (now() - last_sign_ > (document_time_ != 0 ? document_time_ : longest_call_))
       killed_ = Killed::kHung;
     if (killed_ != Killed::kNo) process_.kill();
   }
@@ -159,16 +161,15 @@ void OfficeListener::watch() {
 
 void OfficeListener::throw_as_failure(const Exception& exception, bool was_gone) {
   is_gone_ = is_gone_ || was_gone;
-  const auto [killed, is_late, seconds] = [&] {
+  const auto [killed, seconds] = [&] {
     const std::lock_guard lock(mutex_);
-    return std::tuple(killed_, document_end_ != 0, document_time_);
+    return std::pair(killed_, document_time_);
   }();
   if (killed == Killed::kInterrupted) throw_if_interrupted();
-  if (killed == Killed::kHung && is_late)
-    throw office_failure(
-        formatted(u"LibreOffice was not done with the document after {} s and was ended. The "
-                  u"setting office.time-limit allows it more",
-                  static_cast<std::int64_t>(seconds)));
+  if (killed == Killed::kHung && seconds != 0)
+    throw office_failure(formatted(
+        u"LibreOffice gave no sign of life for {} s and was ended. The setting office.time-limit allows it more",
+        static_cast<std::int64_t>(seconds)));
   if (killed == Killed::kHung) throw office_failure(u"LibreOffice stopped answering and was ended");
   if (killed == Killed::kInterrupted || !is_alive()) throw office_failure(u"LibreOffice ended unexpectedly");
   throw office_failure(exception.Message.isEmpty() ? std::u16string(u"LibreOffice refused a call")

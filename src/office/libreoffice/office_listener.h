@@ -1,7 +1,8 @@
 // The connection to one running LibreOffice.
 //
 // A call to LibreOffice may block for any time, and it cannot be cancelled. So a watching thread kills LibreOffice when
-// the time for the document is over, or when the user asks to stop. The blocked call then fails.
+// it shows no sign of life for longer than the document is worth, or when the user asks to stop. The blocked call then
+// fails.
 #pragma once
 
 #include <com/sun/star/frame/XDesktop2.hpp>
@@ -61,10 +62,10 @@ class OfficeListener {
     }
   }
 
-  // For long work between calls. Throws `interruption` when the user asks to stop.
+  // A sign of life, for long work between calls. Throws `interruption` when the user asks to stop.
   void step();
-  // From now on, all calls together may take this many seconds, until end_document(). One document at a time: a second
-  // one takes the place of the first.
+  // From now on, until end_document(), LibreOffice may be without a sign of life for this many seconds. One document at
+  // a time: a second one takes the place of the first.
   void begin_document(double seconds);
   void end_document();
 
@@ -97,11 +98,9 @@ class OfficeListener {
 
   std::mutex mutex_;
   std::condition_variable changed_;
-  int watched_ = 0;  // how deep run() is nested
-  // When the system's clock shows this, LibreOffice has hung.
-  double call_end_ = 0;       // in a call that belongs to no document
-  double document_end_ = 0;   // 0 for no document
-  double document_time_ = 0;  // seconds that the document was given
+  int watched_ = 0;           // how deep run() is nested
+  double last_sign_ = 0;      // system clock of the last step
+  double document_time_ = 0;  // seconds without a sign of life that the document may take, 0 for no document
   bool ending_ = false;
   Killed killed_ = Killed::kNo;
   bool is_gone_ = false;

@@ -331,8 +331,7 @@ TEST_F(OfficeEngine, ALibreOfficeThatHangsIsEnded) {
     ADD_FAILURE() << "saved";
   } catch (const failure& reason) {
     EXPECT_EQ(reason.description(),
-              u"LibreOffice was not done with the document after 1 s and was ended. The setting "
-              u"office.time-limit allows it more");
+              u"LibreOffice gave no sign of life for 1 s and was ended. The setting office.time-limit allows it more");
   }
   EXPECT_EQ(read_file(path), before);
 }

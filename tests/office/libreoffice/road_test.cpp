@@ -149,8 +149,7 @@ TEST_F(OfficeRoad, ADocumentThatHangsTheEngineCostsOnlyItselfAfterItsTime) {
   stopper.join();
   ASSERT_TRUE(ended);
   EXPECT_EQ(ended->description(),
-            u"LibreOffice was not done with the document after 8 s and was ended. The setting office.time-limit allows "
-            u"it more");
+            u"LibreOffice gave no sign of life for 8 s and was ended. The setting office.time-limit allows it more");
   folder.write(u"book_xls.xml", "");
   EXPECT_NO_THROW(converter.write_form(folder.path(u"book.xls")));
   EXPECT_NE(folder.read(u"book_xls.xml").find("<seg "), std::string::npos);
