@@ -75,7 +75,9 @@ TEST_F(MifCommand, StoredOptionsAreUsed) {
             "mif.split=both\nmif.markers=Index,Heading\nmif.objects=off\n");
   const std::string all = run_kavo({"settings"}).output;
   EXPECT_TRUE(
-      all.starts_with("mif.split=both\nmif.objects=off\nmif.markers=Index,Heading\neditor.command=\n"
+      all.starts_with("mif.split=both\nmif.objects=off\nmif.markers=Index,Heading\noffice.time-limit=default\n"
+                      "xls.order=rows\nxls.hidden=on\nxls.formulas=on\nxls.ungroup=off\nxls.tolerance=255\n"
+                      "editor.command=\n"
                       "pages.repair=on\npages.extensions=\npages.fragments=\n"
                       "highlight.untranslated=#C00000\nhighlight.fuzzy=#C06000\nhighlight.match=#0000C0\n"
                       "highlight.translated=#007000\n"))
