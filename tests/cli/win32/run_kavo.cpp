@@ -4,25 +4,13 @@
 
 #include <stdexcept>
 
+#include "platform/command_line.h"
 #include "platform/unicode.h"
 #include "platform/win32/owners.h"
 #include "platform/win32/text.h"
 
 namespace kavo::test {
 namespace {
-
-// One word of a command line, as CommandLineToArgvW takes it apart again.
-std::u16string quoted(std::u16string_view word) {
-  std::u16string text = u"\"";
-  std::size_t backslashes = 0;
-  for (const char16_t c : word) {
-    if (c == u'"') text.append(backslashes + 1, u'\\');
-    backslashes = c == u'\\' ? backslashes + 1 : 0;
-    text += c;
-  }
-  text.append(backslashes, u'\\');
-  return text + u'"';
-}
 
 unique_handle create_inheritable(const std::u16string& path) {
   SECURITY_ATTRIBUTES inheritable{sizeof inheritable, nullptr, TRUE};
@@ -37,8 +25,8 @@ Ran run_kavo(const std::vector<std::string>& arguments, const TempFolder* workin
   std::u16string program = to_utf16(KAVO_PROGRAM);
   for (char16_t& c : program)
     if (c == u'/') c = u'\\';
-  std::u16string line = quoted(program);
-  for (const std::string& argument : arguments) line += u' ' + quoted(to_utf16(argument));
+  std::vector<std::u16string> words;
+  for (const std::string& argument : arguments) words.push_back(to_utf16(argument));
 
   unique_handle output = create_inheritable(streams.path(u"output"));
   unique_handle errors = create_inheritable(streams.path(u"errors"));
@@ -48,9 +36,9 @@ Ran run_kavo(const std::vector<std::string>& arguments, const TempFolder* workin
   startup.hStdOutput = output.get();
   startup.hStdError = errors.get();
   PROCESS_INFORMATION process{};
-  std::wstring wide_line = to_wide(line);
+  std::wstring line = to_wide(joined_command_line(program, words));  // CreateProcess writes into it
   const std::wstring folder = working_folder != nullptr ? to_wide(working_folder->path()) : std::wstring();
-  if (!CreateProcessW(to_wide(program).c_str(), wide_line.data(), nullptr, nullptr, TRUE, 0, nullptr,
+  if (!CreateProcessW(to_wide(program).c_str(), line.data(), nullptr, nullptr, TRUE, 0, nullptr,
                       working_folder != nullptr ? folder.c_str() : nullptr, &startup, &process))
     throw std::runtime_error("the command cannot be started");
   const unique_handle child(process.hProcess), thread(process.hThread);
