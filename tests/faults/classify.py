@@ -159,6 +159,7 @@ def _known_names(stage, call):
         names.add(call.path)
     if call and call.descriptor == 1:
         names.add("standard output")
+    names.add("kavo.json")  # the project file, which is looked for in every folder above, too
     if call and call.name == "getcwd":
         names.add("the current folder")  # nobody knows its name then
     return names
