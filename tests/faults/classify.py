@@ -1,4 +1,5 @@
 """What a disturbed run did, by classes."""
+import json
 import os
 import re
 
@@ -85,6 +86,16 @@ def sets_wanted(before, after, left):
     return wanted
 
 
+def is_manifest_of_done(path, left):
+    """Whether a manifest lists exactly the bilingual documents that are there."""
+    if os.path.basename(path) != "manifest.json" or path not in left:
+        return False
+    top = os.path.dirname(path) + "/"
+    listed = {top + document for languages in json.loads(left[path].content)["files"].values()
+              for entry in languages.values() for document in entry["documents"]}
+    return listed == {file for file in left if file.startswith(top) and file.endswith(".tud")}
+
+
 def state_faults(stage, now, succeeded, errors):
     """Faults of the files that a run left. Its messages may name what stays behind, or what lost its permissions."""
     owns_home = stage.scenario.owns_home
@@ -93,6 +104,7 @@ def state_faults(stage, now, succeeded, errors):
     left = without(files(now, owns_home), extra)
     if stage.scenario.is_tree and not succeeded:
         wanted = sets_wanted(before, after, left)
+        wanted.update({path: left[path] for path in left if is_manifest_of_done(path, left)})
     else:
         wanted = after if succeeded or contents(left) == contents(after) else before
     faults = []
@@ -154,6 +166,8 @@ def _known_names(stage, call):
         # What fails here is the user's settings, whatever document the run was about.
         return {"registry.json", "registry.lock", stage.sandbox.folders["home"]}
     names = {name for path in (*stage.before, *stage.after) for name in names_of(path) if re.search(r"[._]", name)}
+    if stage.scenario.is_tree:
+        names |= {part for path in stage.after for part in path.split("/")[1:-1]}  # its folders
     names |= {stage.sandbox.folders["tmp"], stage.sandbox.folders["home"], stage.sandbox.folders["docs"]}
     if call and call.path:
         names.add(call.path)
