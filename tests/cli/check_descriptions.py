@@ -4,7 +4,7 @@ are right usage.
 
     check_descriptions.py KAVO
 
-Of the completions those of bash are asked, and those of fish where it is installed.
+The completions of bash are tried, and those of fish where it is installed.
 """
 import gzip
 import json

@@ -32,7 +32,7 @@ def main():
     for name, words, cause, cure in re.findall(r"^\| `([\w:]+)` \| (.*?) \| (.*?) \|(.*)\|$", page, flags=re.M):
         told.append(name)
         if name not in rows:
-            faults.append(f"{name} is no text of the string table")
+            faults.append(f"{name} is not in the string table")
         elif words != as_shown(rows[name]):
             faults.append(f"{name} is: {as_shown(rows[name])}\n  not: {words}")
         elif not cause or (not cure.strip() and "Stands below" not in cause and "heading" not in cause):
@@ -40,7 +40,7 @@ def main():
     labels = re.findall(r"`([\w:]+)`", page[page.index("## Labels of dialogs"):])
     for name in labels:
         if name not in rows:
-            faults.append(f"the label {name} is no text of the string table")
+            faults.append(f"the label {name} is not in the string table")
     twice = [name for name in set(told + labels) if (told + labels).count(name) > 1]
     faults += [f"{name} stands twice" for name in twice]
     faults += [f"{name} is missing: {rows[name]}" for name in rows if name not in told and name not in labels]

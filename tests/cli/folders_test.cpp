@@ -10,16 +10,6 @@ namespace {
 
 class Folders : public SiteTest {
  protected:
-  // Every file below a folder, by its path there.
-  std::map<std::string, std::string> tree(const std::string& top) const {
-    std::map<std::string, std::string> files;
-    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(path(top)))
-      if (entry.is_regular_file()) {
-        const std::string name = fs::relative(entry.path(), path(top)).generic_string();
-        files[name] = get(top + "/" + name);
-      }
-    return files;
-  }
   static std::string page(const std::string& text) {
     return "<html><body><p>" + text + "</p><% MsgBox \"Hello there\" %></body></html>\r\n";
   }

@@ -62,15 +62,6 @@ class Jobs : public SiteTest {
     put("site/bad/broken.rtf", "no RTF");
     put("site/bad/good.txt", "One\n");
   }
-  std::map<std::string, std::string> tree(const std::string& top) const {
-    std::map<std::string, std::string> files;
-    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(path(top)))
-      if (entry.is_regular_file()) {
-        const std::string name = fs::relative(entry.path(), path(top)).generic_string();
-        files[name] = get(top + "/" + name);
-      }
-    return files;
-  }
   Ran prepare_in(const std::string& output, const std::string& jobs) const {
     return kavo({"prepare", "site", "-r", "--output-dir", output, "--source", "EN-US", "--target", "FR,DE", "--jobs",
                  jobs});
@@ -153,7 +144,7 @@ TEST_F(Jobs, StopTogetherAndLeaveTheFoldersSettled) {
       std::this_thread::sleep_for(std::chrono::milliseconds(10));
   };
   const std::optional<Ran> stopped = run_kavo_interrupted(command, first_is_done);
-  if (!stopped) GTEST_SKIP() << "no way to press Ctrl+C here";
+  if (!stopped) GTEST_SKIP() << "only the native runner can send Ctrl+C to one command (SIGINT)";
   // A quick machine may be done already.
   EXPECT_TRUE(stopped->code == 130 || stopped->code == 1) << stopped->code << stopped->errors;
   for (const fs::directory_entry& entry : fs::recursive_directory_iterator(path("work")))

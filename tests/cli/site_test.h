@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -29,6 +30,16 @@ class SiteTest : public testing::Test {
   std::string get(const std::string& name) const {
     std::ifstream file(path(name), std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
+  }
+  // Every file below a folder, by its path there.
+  std::map<std::string, std::string> tree(const std::string& top) const {
+    std::map<std::string, std::string> files;
+    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(path(top)))
+      if (entry.is_regular_file()) {
+        const std::string name = fs::relative(entry.path(), path(top)).generic_string();
+        files[name] = get(top + "/" + name);
+      }
+    return files;
   }
   bool has(const std::string& name) const { return fs::exists(path(name)); }
   Ran kavo(const std::vector<std::string>& arguments) const { return run_kavo(arguments, &folder); }

@@ -25,7 +25,7 @@ void each_line_end(std::string_view text, Action&& action) {
   }
 }
 
-// Of the placeholder in front of a block.
+// The number of the placeholder in front of a block, 0 for none.
 std::uint64_t number_in(std::string_view gap) {
   const std::size_t marker = gap.rfind(html::placeholder::kMarker);
   return marker == std::string_view::npos ? 0 : html::placeholder_number(gap.substr(marker));
