@@ -135,7 +135,14 @@ SetUpdate::SetUpdate(TranslatedFolders& known, const std::u16string& document, b
       }
     } catch (const failure& reason) {
       if (reason.is(FailureNumber::kFileAlreadyExists)) throw;
+      // Only what is known to be damaged may be replaced. Anything else may be full of translations.
+      if (!reason.is(FailureNumber::kInvalidCall))
+        throw failure(reason.number(),
+                      path_text(tud) + u" cannot be read: " + reason.description() +
+                          u". Nothing is changed, because it may hold translations: make it readable, or move it away",
+                      reason.source());
       if (!replaces_others) refuse(u"cannot be read: " + reason.description());
+      known_.add_message(path_text(tud) + u" is replaced, because it cannot be read: " + reason.description());
     }
   }
   if (has_documents()) sums_before_ = sums();

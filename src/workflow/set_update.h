@@ -53,6 +53,7 @@ class TranslatedFolders final : public KnownTexts {
   // cannot be read or written: the file then stays as it was.
   void keep_removed(const std::u16string& folder, std::vector<TmxUnit> units);
 
+  void add_message(std::u16string text) { messages_.push_back({std::move(text)}); }
   // Takes the messages since the last call.
   MessageList take_messages() { return std::exchange(messages_, {}); }
 
@@ -79,7 +80,8 @@ struct SetUpdateReport {
 class SetUpdate {
  public:
   // Before the preparation of `document`: reads its bilingual documents. Throws `failure` 58 for a file of such a name
-  // that is another document or cannot be read; with `replaces_others` it is not looked at.
+  // that is another document or is damaged; with `replaces_others` such a file is left out, a damaged one with a
+  // message. Throws `failure` with the system's number for a file that the system does not let it read.
   SetUpdate(TranslatedFolders& known, const std::u16string& document, bool replaces_others);
   ~SetUpdate() { known_.current(nullptr); }
   SetUpdate(const SetUpdate&) = delete;

@@ -162,6 +162,17 @@ TEST_F(UpdateCommand, ADocumentThatCannotBeReadIsNamedAndLeftOut) {
   EXPECT_NE(ran.errors.find("x_txt_FR.tud cannot be read"), std::string::npos) << ran.errors;
 }
 
+TEST_F(UpdateCommand, ADamagedDocumentIsReplacedOnlyWhenAskedAndWithAMessage) {
+  folder.write(u"a.txt", "One\n");
+  ASSERT_EQ(prepare({path(u"a.txt")}).code, 0);
+  folder.write(u"a_txt_FR.tud", "no XML");
+  EXPECT_EQ(prepare({path(u"a.txt")}).code, 1);
+  const Ran ran = prepare({path(u"a.txt")}, {"--overwrite"});
+  EXPECT_EQ(ran.code, 0);
+  EXPECT_NE(ran.errors.find("a_txt_FR.tud is replaced, because it cannot be read: "), std::string::npos) << ran.errors;
+  EXPECT_EQ(target_of(u"a_txt_FR.tud", "One"), "0One");
+}
+
 TEST_F(UpdateCommand, AFreshStartTakesNothingOver) {
   folder.write(u"a.txt", "One\n");
   ASSERT_EQ(prepare({path(u"a.txt")}).code, 0);
