@@ -27,9 +27,12 @@
 #include "formats/html/server_code.h"
 #include "formats/html/tree.h"
 #include "formats/text/line_counter.h"
+#include "html/repair/end_tag_rules.h"
+#include "html/repair/page_ahead.h"
+#include "html/repair/repair_report.h"
+#include "html/repair/repaired_page.h"
 #include "html/repair/script_branches.h"
 #include "html/repair/tag_table.h"
-#include "resources/string_table.h"
 
 namespace kavo {
 
@@ -39,17 +42,20 @@ class HtmlRepair final : private TreeObserver, private ScannerListener {
   HtmlRepair(BlockReader& reader, const TagTable& table, PendingFile* output, MessageList& messages, CopyTrail* trail,
              ProgressEvent& progress);
   // Maps the places that messages name. Without it they are places of the page itself.
-  void origin(PlaceOrigin origin) { origin_ = std::move(origin); }
+  void origin(PlaceOrigin origin) { report_.origin(std::move(origin)); }
 
   // When set, nothing is written behind the page's last byte.
   void ends_in_script(bool value) { ends_in_script_ = value; }
   // Borrowed. When set, no end tag is written into another branch than that of its start tag.
-  void branches(ScriptBranches* value) { branches_ = value; }
+  void branches(ScriptBranches* value) {
+    branches_ = value;
+    rules_.branches(value);
+  }
   // Reads to the end of the page. A byte order mark must be in the window already. Throws what reading, writing and the
   // progress event throw.
   void run();
   // How many places were changed, or would have been.
-  std::uint64_t repairs() const { return repairs_; }
+  std::uint64_t repairs() const { return page_.repairs(); }
 
  private:
   // TreeObserver
@@ -72,47 +78,25 @@ class HtmlRepair final : private TreeObserver, private ScannerListener {
   void end_of_page();
   void copy_rest();
 
-  bool text_follows(std::uint64_t position);
-  // What follows a place of the page. kBlankEnd and kEnd: the end tags of the body, with and without white space.
-  enum class Rest : std::uint8_t { kMore, kBlankEnd, kEnd, kNothing };
-  Rest rest_of_page(std::uint64_t position, bool ended);
-  void close_all(Rest rest);
-  bool must_close(const OpenElement& element) const;
-  static bool closes_with(const OpenElement& outer, const OpenElement& element, bool is_forgotten);
-  template <class IsWanted>
-  std::vector<bool> without_end_tag(std::size_t lowest, bool is_forgotten, const IsWanted& is_wanted) const;
-  bool is_exempt(const OpenElement& element) const;
-  bool is_obstacle(std::size_t index, const Closing& what) const;
-  std::size_t first_to_close(std::size_t from, const Closing& what) const;
-  bool is_sole_of_its_name(std::size_t index, std::size_t first, const Closing& what) const;
+  void close_all(PageRest rest);
   bool too_much() const;
-  bool is_in_other_branch(const ElementFacts& element) const {
-    return branches_ != nullptr && branches_->at(element.place.position) != branches_->current();
-  }
   void report_left(const OpenElement& element, std::string_view where);
 
-  bool protected_at(std::uint64_t position);
   void follow_server_code(std::uint64_t position);
-  void insert(std::string_view text);
-  void replace(std::uint64_t begin, std::uint64_t end, std::string_view text);
-  void copy_until(std::uint64_t position);
-  void write_repair(std::string_view text);
   PagePlace place_of(std::uint64_t position);
 
-  std::string name_of_element(const OpenElement& element) const;
   std::string current_tag_name() const;
-  void report(TextRow name, const PagePlace& place, std::string_view element, std::string_view other = {});
 
   BlockReader& reader_;
   const TagTable& table_;
-  PendingFile* output_;
-  MessageList& messages_;
-  CopyTrail* trail_;
   ProgressEvent& progress_;
-  PlaceOrigin origin_;
   HtmlTree tree_;
   HtmlScanner scanner_;
   const Token& token_;  // the scanner's: the one being worked on
+  EndTagRules rules_;
+  PageAhead ahead_;
+  RepairedPage page_;
+  RepairReport report_;
   ServerCode server_;
   LineCounter lines_;
 
@@ -123,11 +107,6 @@ class HtmlRepair final : private TreeObserver, private ScannerListener {
   bool ends_in_script_ = false;
   ScriptBranches* branches_ = nullptr;
   bool server_code_in_token_ = false;
-  std::uint64_t copied_ = 0;    // bytes of the page in the output, once there is a repair
-  std::uint64_t inserted_ = 0;  // bytes that are in the output only
-  std::uint64_t growth_ = 0;    // what a place in the output is ahead of its place in the page
-  std::uint64_t repairs_ = 0;
-  std::uint64_t untold_ = 0;  // messages left out beyond the limit
 };
 
 }  // namespace kavo
