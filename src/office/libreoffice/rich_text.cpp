@@ -14,6 +14,7 @@
 #include <com/sun/star/text/XTextField.hpp>
 #include <limits>
 
+#include "office/libreoffice/cut_translation.h"
 #include "office/libreoffice/uno_text.h"
 #include "platform/unicode.h"
 
@@ -225,54 +226,6 @@ void write_link(OfficeDocument& document, const Reference<text::XText>& whole,
   whole->insertTextContent(Reference<text::XTextRange>(cursor, UNO_QUERY_THROW), field, true);
 }
 
-[[noreturn]] void refuse_codes(std::string_view place) {
-  throw office_failure(to_utf16(place) +
-                       u": the links and fields of the translation are not those of the document, in its order");
-}
-
-// The runs of text between two links or fields, and the pieces of the translation for them. Positions count in the text
-// that is replaced, in UTF-16 units.
-struct Stretch {
-  std::size_t begin, end;
-  std::vector<std::size_t> runs;
-  std::vector<TextPiece> pieces;
-};
-
-// A translation, cut at its links and fields. There is one stretch more than links and fields.
-struct CutTranslation {
-  std::vector<Stretch> stretches;
-  std::vector<std::size_t> fixed;  // the runs that are links and fields
-  std::vector<std::u16string> fixed_texts;
-};
-
-CutTranslation cut_at_fixed_runs(const TranslatedText& translation, std::string_view place) {
-  const std::vector<TranslatedText::Run>& runs = translation.runs;
-  CutTranslation cut;
-  cut.stretches = {{0, 0, {}, {}}};
-  std::size_t at = 0;
-  for (std::size_t i = 0; i < runs.size(); ++i) {
-    if (runs[i].kind != TextRun::Kind::kText) {
-      cut.fixed.push_back(i);
-      cut.stretches.push_back({at + 1, at + 1, {}, {}});
-    } else {
-      cut.stretches.back().runs.push_back(i);
-      cut.stretches.back().end = at + runs[i].length;
-    }
-    at += runs[i].length;
-  }
-  for (const TextPiece& piece : translation.pieces) {
-    const std::size_t done = cut.fixed_texts.size();
-    if (runs[piece.run].kind == TextRun::Kind::kText) {
-      cut.stretches[done].pieces.push_back(piece);
-    } else {
-      if (done == cut.fixed.size() || cut.fixed[done] != piece.run) refuse_codes(place);
-      cut.fixed_texts.push_back(piece.text);
-    }
-  }
-  if (cut.fixed_texts.size() != cut.fixed.size()) refuse_codes(place);
-  return cut;
-}
-
 // Replaces a text that begins at `start` by its translation. Links and fields stay where they are, between stretches of
 // text. The stretches are written from the last to the first, so that positions in front of them stay valid.
 class TranslationWriter {
@@ -296,7 +249,7 @@ class TranslationWriter {
     std::vector<const Part*> fixed_parts;
     for (const Part& part : parts)
       if (part.run.kind != TextRun::Kind::kText) fixed_parts.push_back(&part);
-    if (fixed_parts.size() != cut.fixed.size()) refuse_codes(place);
+    if (fixed_parts.size() != cut.fixed.size()) refuse_fixed_runs(place);
     for (std::size_t s = cut.stretches.size(); s-- > 0;) {
       const Stretch& stretch = cut.stretches[s];
       if (keeps_paragraphs && std::ranges::equal(stretch.runs, stretch.pieces, {}, {}, &TextPiece::run))

@@ -23,20 +23,6 @@ constexpr std::size_t kLongestNote = 1024;  // bytes
 // Elements of a drawing whose text people read.
 constexpr std::string_view kForeignTexts[] = {"text", "tspan", "textpath", "title", "desc"};
 
-bool is_named(const std::vector<std::string>& names, std::string_view name) {
-  return std::ranges::any_of(names, [&](const std::string& row) { return equal_name(row, name); });
-}
-
-// Whether a value of "class" holds a word.
-bool has_class(std::string_view value, std::string_view name) {
-  while (!value.empty()) {
-    const std::size_t end = std::min(value.find_first_of(" \t\r\n\f"), value.size());
-    if (equal_name(value.substr(0, end), name)) return true;
-    value.remove_prefix(std::min(end + 1, value.size()));
-  }
-  return false;
-}
-
 bool breaks_text(const Element& element) {
   return element.kind != ElementKind::kInline && element.kind != ElementKind::kForeign;
 }
@@ -64,9 +50,7 @@ PageExtraction::PageExtraction(BlockReader& document, unsigned code_page, const 
       attributes_(settings.options),
       embedded_(settings, window_coding_),
       author_lines_(fact(settings.options, kAuthorLines)),
-      inline_elements_(option_items(settings.options, "html.inline-elements")),
-      excluded_elements_(option_items(settings.options, "html.excluded-elements")),
-      text_elements_(option_items(settings.options, "html.text-elements")),
+      elements_(settings.options),
       opens_codes_(is_on(settings.options, "html.open-codes")) {
   for (const std::string& pattern : option_items(settings.options, "html.note-comments"))
     note_comments_.push_back(to_utf16(pattern));
@@ -162,13 +146,8 @@ bool PageExtraction::becomes_note(std::string_view comment) const {
   return std::ranges::any_of(note_comments_, [&](const auto& pattern) { return matches_wildcard(text, pattern); });
 }
 
-// A user's choice goes before what the element is.
-const Element& PageExtraction::element_of(std::string_view name) const {
-  return is_named(inline_elements_, name) ? find_element("") : find_element(name);
-}
-
 void PageExtraction::start_tag(const PageToken& token) {
-  const Element& element = element_of(token.name);
+  const Element& element = elements_.find(token.name);
   const StartTag tag = start_tag_of(token, element);
   if (protection_.is_active && suspends_protection(tag)) {
     suspended_.push_back({protection_, std::string(token.name), 0});
@@ -186,7 +165,7 @@ void PageExtraction::start_tag(const PageToken& token) {
     protection_.is_active = false;
   }
   const bool holds_content = has_content(token, element);
-  if (holds_content && (element.kind == ElementKind::kForeign || is_left_alone(tag))) {
+  if (holds_content && (element.kind == ElementKind::kForeign || elements_.is_left_alone(tag))) {
     protect(token, element);
     return;
   }
@@ -198,7 +177,7 @@ void PageExtraction::start_tag(const PageToken& token) {
 }
 
 void PageExtraction::end_tag(const PageToken& token) {
-  const Element& element = element_of(token.name);
+  const Element& element = elements_.find(token.name);
   in_foreign_text_ = false;
   if (protection_.is_active) {
     const bool is_its_own = equal_name(token.name, protection_.name);
@@ -291,21 +270,11 @@ void PageExtraction::protected_bytes(std::string_view bytes) {
     outside(bytes);
 }
 
-// The attribute "translate" of the HTML Standard, and the class that machine translation services honour.
-bool PageExtraction::is_left_alone(const StartTag& tag) const {
-  if (is_named(excluded_elements_, tag.token.name)) return true;
-  if (is_named(text_elements_, tag.token.name)) return false;
-  const std::string_view translate = tag.value("translate");
-  if (equal_name(translate, "no")) return true;
-  return !equal_name(translate, "yes") && has_class(tag.value("class"), "notranslate");
-}
-
 // An element that says of itself that it is translated, or of which the user says so, inside one that is not.
 bool PageExtraction::suspends_protection(const StartTag& tag) const {
   constexpr std::size_t kMostSuspended = 64;
-  return !protection_.is_foreign && has_content(tag.token, tag.element) &&
-         (equal_name(tag.value("translate"), "yes") || is_named(text_elements_, tag.token.name)) &&
-         suspended_.size() < kMostSuspended && !is_named(excluded_elements_, tag.token.name);
+  return !protection_.is_foreign && has_content(tag.token, tag.element) && elements_.is_translated(tag) &&
+         suspended_.size() < kMostSuspended;
 }
 
 // Behind the end tag of an element that is translated again.
@@ -336,7 +305,7 @@ void PageExtraction::foreign_text(std::string_view bytes) {
 }
 
 void PageExtraction::find_values(const StartTag& tag) {
-  if (is_left_alone(tag)) return;
+  if (elements_.is_left_alone(tag)) return;
   const PageToken& token = tag.token;
   const std::string_view element = tag.element.name;
   const bool is_basic = script::language_of_name(tag.value("language")) == script::Language::kVbScript;

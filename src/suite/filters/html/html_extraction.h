@@ -22,6 +22,7 @@
 #include "suite/document/code_pairs.h"
 #include "suite/document/segment.h"
 #include "suite/filters/filter.h"
+#include "suite/filters/html/element_rules.h"
 #include "suite/filters/html/embedded_text.h"
 #include "suite/filters/html/html_page_text.h"
 #include "suite/filters/html/html_text_place.h"
@@ -95,11 +96,9 @@ class PageExtraction {
   bool ends_protection(const Element& element) const;
   void protected_bytes(std::string_view bytes);
 
-  const Element& element_of(std::string_view name) const;
   StartTag start_tag_of(const PageToken& token, const Element& element) const {
     return {token, element, scanner_.attributes()};
   }
-  bool is_left_alone(const StartTag& tag) const;
   bool suspends_protection(const StartTag& tag) const;
   void return_to_protection(const PageToken& token);
   void foreign_text(std::string_view bytes);
@@ -170,11 +169,9 @@ class PageExtraction {
   EmbeddedTexts embedded_;
   TextSurroundings surroundings_;
   LineMap author_lines_;
-  std::vector<std::string> inline_elements_;    // what a user takes for a part of the text
-  std::vector<std::string> excluded_elements_;  // what a user leaves alone
-  std::vector<std::string> text_elements_;      // what a user offers although the page does not
-  std::vector<std::u16string> note_comments_;   // patterns; none for all
-  bool opens_codes_;                            // a text of codes and numbers is open, too
+  ElementRules elements_;
+  std::vector<std::u16string> note_comments_;  // patterns; none for all
+  bool opens_codes_;                           // a text of codes and numbers is open, too
 
   DocumentPlace position_;
 };
