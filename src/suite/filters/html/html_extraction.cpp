@@ -103,7 +103,7 @@ void PageExtraction::run(ProgressEvent& progress) {
   progress.report(100);
 }
 
-// No translation may carry a text into another branch of a condition.
+// Code that divides the page ends the segment: no translation may carry a text into another branch of a condition.
 void PageExtraction::server_code(std::string_view bytes) {
   if (scripts_.divides(bytes)) {
     flush();
@@ -277,7 +277,7 @@ bool PageExtraction::suspends_protection(const StartTag& tag) const {
          suspended_.size() < kMostSuspended;
 }
 
-// Behind the end tag of an element that is translated again.
+// Goes on with the protection when the element that was translated in spite of it ends.
 void PageExtraction::return_to_protection(const PageToken& token) {
   if (suspended_.empty() || !equal_name(token.name, suspended_.back().name)) return;
   if (--suspended_.back().depth != 0) return;

@@ -48,7 +48,7 @@ class PageExtraction {
     kOpen,
     kClose,
     kCode,     // a tag without a partner, a comment
-    kContent,  // bytes that people will see something for: server code, text that is not to be translated
+    kContent,  // bytes that put something on the page: server code, text that is not to be translated
     kForeign,  // a picture or a formula in another language of markup
   };
   // A part of a paragraph. Places are those of `paragraph_`.
@@ -56,7 +56,7 @@ class PageExtraction {
     ItemKind kind = ItemKind::kText;
     std::size_t begin = 0;
     std::size_t end = 0;
-    std::string_view type;             // of a tag, a literal
+    std::string_view type;             // of a tag; points to a literal
     const Element* element = nullptr;  // of a tag
     std::size_t name_size = 0;
     std::size_t partner = kNoPartner;  // of an opening and its closing tag
@@ -156,10 +156,10 @@ class PageExtraction {
   bool is_in_text_area_ = false;
   std::size_t preformatted_depth_ = 0;
   Protection protection_;
-  // What lies around an element that is translated again inside it, the innermost last.
+  // The protection around an element that is translated in spite of it, the innermost last.
   struct Suspended {
     Protection protection;
-    std::string name;  // of the element that is translated again
+    std::string name;  // of the element that is translated
     std::size_t depth = 0;
   };
   std::vector<Suspended> suspended_;

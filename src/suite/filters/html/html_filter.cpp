@@ -16,7 +16,7 @@
 namespace kavo {
 namespace {
 
-// Facts of a page whose coding we cannot write: only what all codings share goes into it.
+// Marks a page in a coding that we cannot write: only ASCII, which all codings share, goes into it.
 constexpr std::string_view kAsciiOnly = "ascii";
 
 class HtmlFilter final : public Filter {

@@ -178,7 +178,7 @@ void PageExtraction::write_code(const Item& item) {
   builder_.end_code();
 }
 
-// A link is its address, any other tag its name.
+// What a code shows to a translator: a link its address, any other tag its name.
 std::string PageExtraction::meaning_of(const Item& item) const {
   const std::string_view tag = bytes_of(item);
   if (item.link.end != 0) return text_.shown_value(tag.substr(item.link.begin, item.link.end - item.link.begin));
@@ -186,7 +186,7 @@ std::string PageExtraction::meaning_of(const Item& item) const {
   return text_.shown(tag.substr(0, name + item.name_size)) + ">";
 }
 
-// Of a text in a drawing: whether people see it; then without the white space at its edges.
+// Whether people see the text. Of a text in a drawing this takes the white space at its edges off.
 bool PageExtraction::has_text(Value& value, std::string_view bytes) const {
   if (value.place != PlaceKind::kContent) return true;
   const std::string_view text = bytes.substr(value.begin, value.end - value.begin);
@@ -203,7 +203,7 @@ std::string PageExtraction::element_of_value(std::string_view tag, std::string_v
   return element + "@" + std::string(attribute);
 }
 
-// A message in a script, or a text of a page, that stands in the tag (or in PHP).
+// The segment of a text that stands in a script, or in a page of its own, inside the tag or in PHP.
 const Segment& PageExtraction::embedded_segment(const EmbeddedText& text, std::string_view tag) {
   const script::Unit& unit = text.unit;
   value_builder_.start(position_.line(), position_.column());
@@ -254,7 +254,7 @@ void PageExtraction::write_tag_outside(std::string_view tag, std::size_t first_v
   for (std::size_t i = first_value; i < first_value + value_count; ++i) {
     Value value = values_[i];
     if (!has_text(value, tag)) continue;
-    if (value.begin < at) continue;  // one attribute that declares the coding and is read, too
+    if (value.begin < at) continue;  // an attribute that declares the coding and that people read, too
     outside(tag.substr(at, value.begin - at));
     const std::string_view bytes = tag.substr(value.begin, value.end - value.begin);
     if (value.computed != 0) {
