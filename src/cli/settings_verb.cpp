@@ -14,7 +14,7 @@ class Settings final : public Verb {
  public:
   void add_options(CLI::App& app) override {
     std::string help = "Settings to show, or to change with =VALUE (none: all are shown):";
-    for (const Setting& setting : known_settings()) (((help += "\n  ") += setting.name) += ": ") += setting.values;
+    for (const Setting& setting : known_settings()) help += "\n  " + setting.name + ": " + setting.values;
     app.add_option("NAME", wanted_, help)->type_name("");
   }
   void check_usage(std::size_t) override {

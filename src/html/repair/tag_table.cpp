@@ -19,7 +19,7 @@ TagTable::TagTable() { text(kDefault); }
 
 std::u16string TagTable::text() const {
   std::u16string result;
-  for (const Entry& entry : entries_) ((((result += entry.name) += u'|') += entry.flag) += u',');
+  for (const Entry& entry : entries_) result += entry.name + u'|' + entry.flag + u',';
   return result;
 }
 

@@ -11,33 +11,12 @@
 #include "platform/files.h"
 #include "platform/formatted.h"
 #include "platform/unicode.h"
+#include "suite/document/file_uri.h"
 #include "suite/document/tud_format.h"
+#include "suite/document/tud_header_fields.h"
 
 namespace kavo {
 namespace {
-
-// Decodes "%20" and the like.
-std::string from_uri(std::string_view uri) {
-  std::string text;
-  for (std::size_t i = 0; i < uri.size(); ++i) {
-    unsigned byte = 0;
-    const char* const digits = uri.data() + i + 1;
-    if (uri[i] == '%' && uri.size() - i > 2 && std::from_chars(digits, digits + 2, byte, 16).ptr == digits + 2) {
-      text += static_cast<char>(byte);
-      i += 2;
-    } else {
-      text += uri[i];
-    }
-  }
-  return text;
-}
-
-template <class Number>
-Number number_of(std::string_view text) {
-  Number number = 0;
-  std::from_chars(text.data(), text.data() + text.size(), number);
-  return number;
-}
 
 class TudParser final : public XmlHandler {
  public:
@@ -169,16 +148,9 @@ class TudParser final : public XmlHandler {
     if (sign == std::string::npos) return;
     const std::string_view name = std::string_view(note_).substr(0, sign);
     const std::string_view value = std::string_view(note_).substr(sign + 1);
-    if (name == "source-format") header_.source_format = name_from(value, name);
-    if (name == "filter") header_.filter = name_from(value, name);
-    if (name == "source-language") header_.source_language = name_from(value, name);
-    if (name == "target-language") header_.target_language = name_from(value, name);
-    if (name == "source-code-page") header_.source_code_page = number_of<unsigned>(value);
-    if (name == "target-code-page") header_.target_code_page = number_of<unsigned>(value);
-    if (name == "checksum") header_.checksum = number_of<std::uint64_t>(value);
-    if (name == "mark") header_.set.mark = name_from(value, name);
-    if (name == "author-document") header_.set.author_document = name_from(from_uri(value), name);
-    if (name == "author-checksum") header_.set.author_checksum = number_of<std::uint64_t>(value);
+    for (const HeaderField& field : header_fields())
+      if (field.name == name)
+        field.take(header_, field.is_name ? name_from(from_uri(value), name) : std::string(value));
   }
 
   // A text of the header that is a file name beside the document or becomes part of one; "" when it is missing.

@@ -3,7 +3,9 @@
 
 #include "formats/text/text_coding.h"
 #include "formats/xml/xml_text.h"
+#include "suite/document/file_uri.h"
 #include "suite/document/tud_format.h"
+#include "suite/document/tud_header_fields.h"
 
 namespace kavo {
 namespace {
@@ -14,60 +16,12 @@ constexpr std::string_view kAuthorNote = "author";
 // More codes of a unit are not listed in its note: nobody reads on.
 constexpr std::size_t kMostListed = 30;
 
-void append_note(std::string& xml, std::string_view name, std::string_view value) {
-  xml += "<note from=\"K19Suite\">";
-  xml += name;
-  xml += '=';
-  append_xml_text(xml, value);
-  xml += "</note>\n";
-}
-
 void append_attribute(std::string& xml, std::string_view name, std::string_view value) {
   xml += ' ';
   xml += name;
   xml += "=\"";
   append_xml_attribute(xml, value);
   xml += '"';
-}
-
-void append_percent(std::string& uri, char c) {
-  constexpr std::string_view digits = "0123456789ABCDEF";
-  const auto byte = static_cast<unsigned char>(c);
-  uri += '%';
-  uri += digits[byte >> 4];
-  uri += digits[byte & 15];
-}
-
-// A reference to a file beside the document is a URI.
-std::string uri_of(std::string_view file_name) {
-  constexpr std::string_view plain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~";
-  std::string uri;
-  for (const char c : file_name) {
-    if (plain.find(c) != std::string_view::npos)
-      uri += c;
-    else
-      append_percent(uri, c);
-  }
-  return uri;
-}
-
-// A file name that people read: escaped as in a URI is only what XML lacks and a "%" that would be taken for an escape.
-std::string readable_name(std::string_view file_name) {
-  const auto is_hexadecimal = [](char c) {
-    return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'F') || (c >= 'a' && c <= 'f');
-  };
-  std::string name;
-  for (std::string_view rest = file_name; !rest.empty();) {
-    const std::size_t length = utf8_character_length(rest);
-    const std::string_view character = rest.substr(0, std::max<std::size_t>(length, 1));
-    const bool looks_escaped = rest.size() > 2 && is_hexadecimal(rest[1]) && is_hexadecimal(rest[2]);
-    if (length == 0 || (character == "%" && looks_escaped) || !is_xml_character(utf8_code_point(character)))
-      for (const char c : character) append_percent(name, c);
-    else
-      name += character;
-    rest.remove_prefix(character.size());
-  }
-  return name;
 }
 
 // White space that an editor would tidy away: at either end, doubled, or other than a blank.
@@ -160,17 +114,14 @@ void append_tud_start(std::string& xml, const TudHeader& header) {
   append_attribute(xml, "tool-id", kToolId);
   append_attribute(xml, "tool-name", "KAVO reference suite");
   xml += "/>\n";
-  append_note(xml, "source-format", header.source_format);
-  append_note(xml, "filter", header.filter);
-  append_note(xml, "source-language", header.source_language);
-  append_note(xml, "target-language", header.target_language);
-  append_note(xml, "source-code-page", std::to_string(header.source_code_page));
-  append_note(xml, "target-code-page", std::to_string(header.target_code_page));
-  append_note(xml, "checksum", std::to_string(header.checksum));
-  if (!header.set.mark.empty()) append_note(xml, "mark", header.set.mark);
-  if (!header.set.author_document.empty()) {
-    append_note(xml, "author-document", readable_name(header.set.author_document));
-    append_note(xml, "author-checksum", std::to_string(header.set.author_checksum));
+  for (const HeaderField& field : header_fields()) {
+    const std::string value = field.text(header);
+    if (value.empty()) continue;
+    xml += "<note from=\"K19Suite\">";
+    xml += field.name;
+    xml += '=';
+    append_xml_text(xml, value);
+    xml += "</note>\n";
   }
   xml += "</header>\n<body>\n";
 }

@@ -77,10 +77,10 @@ std::string access_key_of(std::string_view utf8) {
 
 std::string to_context(const RcTextPlace& place) {
   std::string context(place.is_wide ? "L" : place.is_glued ? "g" : "");
-  for (const std::uint32_t number : {static_cast<std::uint32_t>(place.code_page), place.dialog})
-    (context += kSeparator) += std::to_string(number);
-  ((context += kSeparator) += place.key) += kSeparator;
-  return context += place.tail;
+  for (const std::string& part :
+       {std::to_string(place.code_page), std::to_string(place.dialog), place.key, place.tail})
+    context += kSeparator + part;
+  return context;
 }
 
 RcTextPlace to_place(std::string_view context) {
