@@ -98,13 +98,9 @@ class PosixLock final : public FileLock {
     }
   }
 
-  // Closing is not enough: a program that is being started has a copy of the descriptor for a moment, and a copy keeps
-  // the lock.
-  ~PosixLock() override { ::flock(file_.get(), LOCK_UN); }
-
  private:
   explicit PosixLock(Descriptor file) : file_(std::move(file)) {}
-  Descriptor file_;
+  LockedFile file_;
 };
 
 // Whether another user made this link in a folder where everybody may. It is the kernel's own rule

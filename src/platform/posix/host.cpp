@@ -1,6 +1,7 @@
 #include "platform/posix/host.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -62,6 +63,10 @@ bool means_absent(int error) { return error == ENOENT || error == ENOTDIR; }
 
 Descriptor::~Descriptor() {
   if (number_ >= 0) ::close(number_);
+}
+
+LockedFile::~LockedFile() {
+  if (file_.get() >= 0) ::flock(file_.get(), LOCK_UN);
 }
 
 int Descriptor::release() noexcept { return std::exchange(number_, -1); }

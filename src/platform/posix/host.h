@@ -30,6 +30,19 @@ class Descriptor {
   int number_;
 };
 
+// A file that is locked with flock(2). Destruction unlocks it: closing is not enough, because a program that is being
+// started has a copy of the descriptor for a moment, and a copy keeps the lock.
+class LockedFile {
+ public:
+  explicit LockedFile(Descriptor file) noexcept : file_(std::move(file)) {}
+  LockedFile(LockedFile&&) noexcept = default;
+  LockedFile& operator=(LockedFile&&) = delete;
+  ~LockedFile();
+
+ private:
+  Descriptor file_;
+};
+
 // Each throws `failure`. open_host() is open(2) with O_CLOEXEC.
 Descriptor open_host(const std::string& path, int flags, unsigned mode = 0666);
 void write_all(int descriptor, std::string_view bytes);

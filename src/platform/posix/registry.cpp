@@ -1,8 +1,8 @@
 // The registry as one JSON file of the user's configuration folder.
 //
-// Every call asks whether the file is still the one that was read last, so that a value that another process has written
-// is seen at once; only a new file is read and taken apart. A change holds a lock file from reading to renaming, so that
-// no process loses another one's values. A file that cannot be understood is never overwritten.
+// Every call asks whether the file is still the one that was read last, so that a value that another process has
+// written is seen at once; only a new file is read and taken apart. A change holds a lock file from reading to
+// renaming, so that no process loses another one's values. A file that cannot be understood is never overwritten.
 #include "platform/registry.h"
 
 #include <fcntl.h>
@@ -160,7 +160,7 @@ constexpr double kLongestWait = 10;  // seconds
 constexpr double kBetweenAttempts = 0.01;
 
 // Takes the lock that a change holds. Throws `interruption` when the user interrupts, and 70 when the wait is over.
-Descriptor lock_settings() {
+LockedFile lock_settings() {
   make_host_folder(config_folder());
   const std::string path = config_folder() + "/registry.lock";
   Descriptor lock = open_host(path, O_RDWR | O_CREAT);
@@ -174,7 +174,7 @@ Descriptor lock_settings() {
                     to_utf16("another program holds " + path + "; end it and try again"));
     clock.sleep(kBetweenAttempts);
   }
-  return lock;
+  return LockedFile(std::move(lock));
 }
 
 RegistryTree load(const std::string& path) {
@@ -218,8 +218,8 @@ class LastRead {
     }
   }
 
-  // A file is replaced as a whole, so that a new one is another file; somebody's editor may write into it. It stays open
-  // here, because the number of a file that is gone is given to the next one.
+  // A file is replaced as a whole, so that a new one is another file; somebody's editor may write into it. It stays
+  // open here, because the number of a file that is gone is given to the next one.
   bool is_current(const std::string& path) const {
     struct stat now;
     if (!tree_) return false;
@@ -296,7 +296,7 @@ class PosixRegistry final : public Registry {
  private:
   template <typename Change>
   void change(Change apply) {
-    const Descriptor lock = about_settings("changed", lock_settings);
+    const LockedFile lock = about_settings("changed", lock_settings);
     RegistryTree tree = load(registry_file());
     apply(tree);
     save(tree);
