@@ -81,8 +81,8 @@ void clsHTMLValidate::DisplayOptions() {
   if (!form.Cancelled()) Tags(form.Tags());
 }
 
-std::int32_t clsHTMLValidate::failed(std::u16string text, std::int32_t number) {
-  messages_.push_back({std::move(text), number});
+std::int32_t clsHTMLValidate::failed(TextRow row, const failure& reason) {
+  messages_.push_back({formatted(u"{}{}{}{}", row.text, file_name_, kLineEnd, reason.description()), row.number});
   return 1;
 }
 
@@ -113,9 +113,7 @@ std::int32_t clsHTMLValidate::HTMLValidate() {
     try {
       backup.make(file_name_, backup_name_.empty() ? file_name_ + u".bak" : backup_name_);
     } catch (const failure& reason) {
-      return failed(
-          formatted(u"{}{}{}{}", html_validate_text::kNoBackup.text, file_name_, kLineEnd, reason.description()),
-          html_validate_text::kNoBackup.number);
+      return failed(html_validate_text::kNoBackup, reason);
     }
   }
 
@@ -125,15 +123,16 @@ std::int32_t clsHTMLValidate::HTMLValidate() {
     reader.emplace(file_name_);
     if (!check_only_) open_temporary(output, file_name_);
   } catch (const failure& reason) {
-    return failed(
-        formatted(u"{}{}{}{}", html_validate_text::kFileNotOpened.text, file_name_, kLineEnd, reason.description()),
-        html_validate_text::kFileNotOpened.number);
+    return failed(html_validate_text::kFileNotOpened, reason);
   }
 
   while (reader->window().size() < kUtf8Mark.size() + kGlueMark.size() && reader->more()) {
   }
   const std::string_view start = reader->window();
-  if (starts_as_utf16(start)) return failed(std::u16string(kUtf16Refused) + file_name_, 0);
+  if (starts_as_utf16(start)) {
+    messages_.push_back({std::u16string(kUtf16Refused) + file_name_});
+    return 1;
+  }
   if (std::optional<Message> reason = reason_to_leave(start)) {
     messages_.push_back(std::move(*reason));
     if (trail_) trail_->copied(0, 0, reader->size());

@@ -26,6 +26,8 @@
 #include "common/progress_event.h"
 #include "formats/script/token.h"
 #include "html/repair/tag_table.h"
+#include "platform/failure.h"
+#include "resources/string_table.h"
 
 namespace kavo {
 
@@ -80,7 +82,7 @@ class clsHTMLValidate {
   std::uint64_t repairs() const { return repairs_; }
 
  private:
-  std::int32_t failed(std::u16string text, std::int32_t number);
+  std::int32_t failed(TextRow row, const failure& reason);
   // Why the page is not repaired at all. Throws `failure` when the script file cannot be read.
   std::optional<Message> reason_to_leave(std::string_view start) const;
 

@@ -33,14 +33,14 @@ void for_each_part(std::string_view value, OnText on_text, OnCode on_code) {
 
 }  // namespace
 
-std::size_t leading_space(std::string_view text) {
+std::size_t leading_space(std::string_view text, bool counts_references) {
   std::size_t at = 0;
   while (at < text.size()) {
     if (is_html_space(text[at])) {
       ++at;
       continue;
     }
-    if (text[at] != '&') break;
+    if (text[at] != '&' || !counts_references) break;
     const Reference reference = read_reference(text.substr(at), false);
     if (!is_space_text(reference.text)) break;
     at += reference.length;
@@ -127,17 +127,7 @@ void PageText::add_plain(SegmentBuilder& builder, std::string_view bytes, const 
       }
       continue;
     }
-    std::size_t end = at;
-    while (end < bytes.size()) {
-      if (is_html_space(bytes[end])) {
-        ++end;
-        continue;
-      }
-      if (bytes[end] != '&' || place.is_attribute()) break;
-      reference = read_reference(bytes.substr(end), false);
-      if (!is_space_text(reference.text)) break;
-      end += reference.length;
-    }
+    const std::size_t end = at + leading_space(bytes.substr(at), !place.is_attribute());
     if (c == ' ' && end == at + 1) {
       at = end;
       continue;

@@ -13,8 +13,9 @@
 
 namespace kavo::html {
 
-// Bytes of white space at the edges of a text without tags; references that mean white space count.
-std::size_t leading_space(std::string_view text);
+// Bytes of white space at the edges of a text without tags. References that mean white space count, too, outside of
+// attributes.
+std::size_t leading_space(std::string_view text, bool counts_references = true);
 std::size_t trailing_space(std::string_view text);
 
 class PageText {
