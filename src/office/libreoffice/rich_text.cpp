@@ -13,6 +13,7 @@
 #include <com/sun/star/text/XTextCursor.hpp>
 #include <com/sun/star/text/XTextField.hpp>
 #include <limits>
+#include <set>
 
 #include "office/libreoffice/cut_translation.h"
 #include "office/libreoffice/uno_text.h"
@@ -35,10 +36,10 @@ using uno::UNO_QUERY_THROW;
 
 // The properties that make two runs look different. Others, such as the language, differ from word to word in real
 // documents: by them, texts would be cut into pieces that nobody can translate.
-constexpr const char* kFormatting[] = {"CharWeight",    "CharPosture",  "CharUnderline", "CharStrikeout",
-                                       "CharColor",     "CharHeight",   "CharFontName",  "CharEscapement",
-                                       "CharContoured", "CharShadowed", "CharRelief",    "CharUnderlineColor",
-                                       "CharEmphasis"};
+constexpr const char* kFormatting[] = {"CharColor",    "CharContoured", "CharEmphasis",  "CharEscapement",
+                                       "CharFontName", "CharHeight",    "CharPosture",   "CharRelief",
+                                       "CharShadowed", "CharStrikeout", "CharUnderline", "CharUnderlineColor",
+                                       "CharWeight"};  // sorted, as XMultiPropertySet wants names
 using Formatting = std::vector<Any>;
 
 struct Part {
@@ -48,11 +49,22 @@ struct Part {
   Reference<XPropertySet> properties;
 };
 
+using Names = Sequence<rtl::OUString>;
+
+// All at once: each call goes to another process.
+Formatting values_of(const Reference<uno::XInterface>& properties, const Names& names) {
+  const Sequence<Any> values =
+      Reference<com::sun::star::beans::XMultiPropertySet>(properties, UNO_QUERY_THROW)->getPropertyValues(names);
+  return Formatting(values.begin(), values.end());
+}
+
 Formatting formatting_of(const Reference<XPropertySet>& properties) {
-  Formatting formatting;
-  for (const char* name : kFormatting)
-    formatting.push_back(properties->getPropertyValue(rtl::OUString::createFromAscii(name)));
-  return formatting;
+  static const Names names = [] {
+    Names all(static_cast<sal_Int32>(std::size(kFormatting)));
+    for (sal_Int32 i = 0; i < all.getLength(); ++i) all.getArray()[i] = rtl::OUString::createFromAscii(kFormatting[i]);
+    return all;
+  }();
+  return values_of(properties, names);
 }
 
 Part part_of(const Reference<text::XTextRange>& portion) {
@@ -171,40 +183,45 @@ class RunFormats {
       cursors.push_back(run.length == 0 ? nullptr : cursor_over(whole, start, begin, begin + 1));
       begin += run.length;
     }
-    for (const auto& cursor : cursors) note_names(cursor);
-    for (const auto& cursor : cursors) {
-      values_.emplace_back();
-      const Reference<XPropertySet> properties(cursor, UNO_QUERY);
-      if (!properties.is()) continue;
-      for (const rtl::OUString& name : names_) values_.back().push_back(properties->getPropertyValue(name));
-    }
+    const std::vector<rtl::OUString> set = names_set_by(cursors);
+    names_ = Names(set.data(), static_cast<sal_Int32>(set.size()));
+    for (const auto& cursor : cursors) values_.push_back(cursor.is() ? values_of(cursor, names_) : Formatting());
   }
 
   void apply(std::size_t run, const Reference<text::XTextCursor>& cursor) const {
-    const Reference<XPropertySet> properties(cursor, UNO_QUERY_THROW);
-    for (std::size_t i = 0; i < values_[run].size(); ++i) properties->setPropertyValue(names_[i], values_[run][i]);
+    const Formatting& values = values_[run];
+    if (values.empty()) return;
+    Reference<com::sun::star::beans::XMultiPropertySet>(cursor, UNO_QUERY_THROW)
+        ->setPropertyValues(names_, Sequence<Any>(values.data(), static_cast<sal_Int32>(values.size())));
   }
 
  private:
-  void note_names(const Reference<text::XTextCursor>& cursor) {
-    const Reference<XPropertySet> properties(cursor, UNO_QUERY);
-    const Reference<XPropertyState> states(cursor, UNO_QUERY);
-    if (!properties.is() || !states.is()) return;
+  // The character properties that a run sets itself, sorted.
+  static std::vector<rtl::OUString> names_set_by(const std::vector<Reference<text::XTextCursor>>& cursors) {
+    std::vector<rtl::OUString> known;
+    std::set<rtl::OUString> names;
+    for (const auto& cursor : cursors) {
+      const Reference<XPropertyState> states(cursor, UNO_QUERY);
+      if (!states.is()) continue;
+      if (known.empty()) known = character_properties(cursor);
+      const auto found = states->getPropertyStates(Names(known.data(), static_cast<sal_Int32>(known.size())));
+      for (std::size_t i = 0; i < known.size(); ++i)
+        if (found[static_cast<sal_Int32>(i)] == PropertyState_DIRECT_VALUE) names.insert(known[i]);
+    }
+    return {names.begin(), names.end()};
+  }
+
+  static std::vector<rtl::OUString> character_properties(const Reference<text::XTextCursor>& cursor) {
     std::vector<rtl::OUString> names;
-    for (const auto& known : properties->getPropertySetInfo()->getProperties())
+    for (const auto& known : Reference<XPropertySet>(cursor, UNO_QUERY_THROW)->getPropertySetInfo()->getProperties())
       if (known.Name.startsWith("Char") && (known.Attributes & kReadOnly) == 0 && known.Name != "CharStyleName")
         names.push_back(known.Name);
-    const auto found =
-        states->getPropertyStates(Sequence<rtl::OUString>(names.data(), static_cast<sal_Int32>(names.size())));
-    for (std::size_t i = 0; i < names.size(); ++i)
-      if (found[static_cast<sal_Int32>(i)] == PropertyState_DIRECT_VALUE &&
-          std::find(names_.begin(), names_.end(), names[i]) == names_.end())
-        names_.push_back(names[i]);
+    return names;
   }
 
   static constexpr sal_Int16 kReadOnly = 16;  // com.sun.star.beans.PropertyAttribute.READONLY
-  std::vector<rtl::OUString> names_;
-  std::vector<Formatting> values_;
+  Names names_;
+  std::vector<Formatting> values_;  // of each run, empty for an empty one
 };
 
 // Replaces a link by one with another text. Changing the link itself has no effect, because LibreOffice hands out a
