@@ -156,7 +156,7 @@ def _bilingual_verbs():
         kavo(sandbox, "pseudo", tud)
         kavo(sandbox, "export", tud)
         content = sandbox.read(tud)
-        kavo(sandbox, "prepare", "--overwrite", "page.asp", *LANGUAGES)
+        kavo(sandbox, "prepare", "--overwrite", "--fresh", "page.asp", *LANGUAGES)
         if sandbox.read(tud) == content:
             raise SetupFailed("nothing to import")
     yield Scenario("import", "import", "existing", returned, (xlf, "--to", tud))

@@ -101,6 +101,17 @@ std::optional<Message> clsHTMLValidate::reason_to_leave(std::string_view start) 
   return Message{std::u16string(kTornScript), 0, place.line, place.column};
 }
 
+void clsHTMLValidate::repair(BlockReader& page, PendingFile* output) {
+  progress_.report(page.percent());
+  HtmlRepair repair(page, tags_, output, messages_, trail_, progress_);
+  repair.origin(origin_);
+  repair.ends_in_script(ends_in_script_);
+  std::optional<ScriptBranches> branches;
+  if (!script_file_.empty()) repair.branches(&branches.emplace(script_file_, server_language_));
+  repair.run();
+  repairs_ = repair.repairs();
+}
+
 std::int32_t clsHTMLValidate::HTMLValidate() {
   messages_.clear();
   repairs_ = 0;
@@ -140,14 +151,7 @@ std::int32_t clsHTMLValidate::HTMLValidate() {
     return 0;
   }
 
-  progress_.report(reader->percent());
-  HtmlRepair repair(*reader, tags_, output ? &*output : nullptr, messages_, trail_, progress_);
-  repair.origin(origin_);
-  repair.ends_in_script(ends_in_script_);
-  std::optional<ScriptBranches> branches;
-  if (!script_file_.empty()) repair.branches(&branches.emplace(script_file_, server_language_));
-  repair.run();
-  repairs_ = repair.repairs();
+  repair(*reader, output ? &*output : nullptr);
   // A page without a repair is not written: writing the same bytes again could only lose them.
   if (repairs_ == 0 || check_only_) {
     backup.keep();

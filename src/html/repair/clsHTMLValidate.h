@@ -20,9 +20,11 @@
 #include <string>
 #include <string_view>
 
+#include "common/block_reader.h"
 #include "common/copy_trail.h"
 #include "common/line_index.h"
 #include "common/messages.h"
+#include "common/pending_file.h"
 #include "common/progress_event.h"
 #include "formats/script/token.h"
 #include "html/repair/tag_table.h"
@@ -83,6 +85,7 @@ class clsHTMLValidate {
 
  private:
   std::int32_t failed(TextRow row, const failure& reason);
+  void repair(BlockReader& page, PendingFile* output);
   // Why the page is not repaired at all. Throws `failure` when the script file cannot be read.
   std::optional<Message> reason_to_leave(std::string_view start) const;
 
