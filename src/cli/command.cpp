@@ -15,6 +15,7 @@
 #include "cli/progress_bar.h"
 #include "cli/project_file.h"
 #include "cli/project_registry.h"
+#include "cli/shared_settings.h"
 #include "cli/verb.h"
 #include "cli/verb_names.h"
 #include "cli/verb_run.h"
@@ -24,6 +25,7 @@
 #include "platform/ports.h"
 #include "platform/unicode.h"
 #include "resources/version.h"
+#include "workflow/scratch_registry.h"
 
 namespace kavo {
 namespace {
@@ -72,6 +74,10 @@ ExitCode run_parsed(const Command& command, const RunOptions& options, const std
     if (FolderOptions* const folders = command.verb->folder_options())
       folders->project_folders(project->folders(command.entry.name));
   }
+  // Rebuilding sets the font map of the document's folder. Side by side each process needs its own.
+  std::optional<ScratchRegistry> registry_of_run;
+  if (command.entry.can_share && (options.is_worker || !settings_are_shared()))
+    ports().registry = &registry_of_run.emplace(*ports().registry);
   std::unique_ptr<CodePage> code_page;
   if (!options.code_page.empty()) {
     try {

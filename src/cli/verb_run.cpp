@@ -15,7 +15,6 @@
 #include "platform/failure.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"
-#include "workflow/scratch_registry.h"
 
 namespace kavo {
 namespace {
@@ -176,10 +175,6 @@ ExitCode run_share(Verb& verb, const VerbEntry& entry, WatchedFiles& watched) {
   const nlohmann::ordered_json share = read_share();
   verb.take_share(share.at("share"));
   const std::vector<std::size_t> numbers = share.at("numbers").get<std::vector<std::size_t>>();
-  // Rebuilding sets the font map of the document's folder; side by side each needs its own.
-  ScratchRegistry registry(*ports().registry);
-  const PortsScope scope;
-  ports().registry = &registry;
   ProgressBar bar(ProgressBar::Mode::kNone, numbers.size());
   connect(verb, bar, watched);
   verb.start();

@@ -124,9 +124,7 @@ void WatchedFiles::link_file(std::u16string_view path, std::u16string_view secon
   about(second_name, [&] { inner_.link_file(path, second_name); });
 }
 
-void WatchedFiles::flush(std::u16string_view path) {
-  about(path, [&] { inner_.flush(path); });
-}
+void WatchedFiles::flush(const std::vector<std::u16string>& paths) { inner_.flush(paths); }
 
 void WatchedFiles::remove_file(std::u16string_view path) {
   remember(path);

@@ -31,7 +31,7 @@ class WatchedFiles final : public FileSystem {
   void make_folder(std::u16string_view path) override;
   void remove_folder(std::u16string_view path) override;
   void link_file(std::u16string_view path, std::u16string_view second_name) override;
-  void flush(std::u16string_view path) override;
+  void flush(const std::vector<std::u16string>& paths) override;
   void remove_file(std::u16string_view path) override;
   void rename_file(std::u16string_view from, std::u16string_view to) override;
   void set_read_only(std::u16string_view path, bool read_only) override;

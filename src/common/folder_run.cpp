@@ -162,7 +162,12 @@ class FolderRun::Work {
     collect_changes();
     if (journal_.changes.size() < 2) {
       // One file takes its name in one step.
-      for (const RunJournal::Change& change : journal_.changes) about(change.path, [&] { place(files_, change); });
+      for (const RunJournal::Change& change : journal_.changes) {
+        about(change.path, [&] {
+          if (!change.scratch.empty()) files_.flush({change.scratch});
+          place(files_, change);
+        });
+      }
     } else {
       place_together();
     }
@@ -196,33 +201,39 @@ class FolderRun::Work {
     for (const auto& [path, entry] : staged_.view().entries) {
       if (entry.scratch.empty()) {
         if (files_.info(entry.path)) journal_.changes.push_back({entry.path, u"", u""});
-      } else if (files_.info(entry.scratch)) {
-        about(entry.path, [&, &entry = entry] { journal_.changes.push_back({entry.path, ready_file(entry), u""}); });
+      } else if (const auto made = files_.info(entry.scratch)) {
+        about(entry.path, [&, &entry = entry] {
+          journal_.changes.push_back({entry.path, ready_file(entry, made->is_read_only), u""});
+        });
       }
     }
   }
 
-  // Makes a new file ready to be renamed: with its permissions, forced onto the disk, on the volume of its final name.
+  // Makes a new file ready to be flushed and renamed: with its permissions, on the volume of its final name.
   // Returns its path.
-  std::u16string ready_file(const StagedFiles::Entry& entry) {
+  std::u16string ready_file(const StagedFiles::Entry& entry, bool is_read_only) {
     const bool replaces = files_.info(entry.path).has_value();
     // A read-only file cannot be opened for flush() everywhere.
-    if (files_.info(entry.scratch)->is_read_only) files_.set_read_only(entry.scratch, false);
+    if (is_read_only) files_.set_read_only(entry.scratch, false);
     files_.take_permissions(entry.scratch, replaces ? entry.path : document_,
                             replaces ? Permissions::kAll : Permissions::kOfADocument);
     std::u16string file = entry.scratch;
     const auto volume = [&](const std::u16string& path) {
       return files_.identity(path).value_or(FileIdentity{}).volume;
     };
-    if (volume(parent_of(entry.path)) != volume(folder_)) {
+    if (!is_beside_scratch_folder(entry.path) && volume(parent_of(entry.path)) != volume(folder_)) {
       file = new_name_of(entry.path, 1);
       for (int number = 2; files_.info(file); ++number) file = new_name_of(entry.path, number);
       note_temporary_file(file);
       copy_real_file(files_, entry.scratch, file);
       files_.take_permissions(file, entry.scratch, Permissions::kAll);
     }
-    files_.flush(file);
     return file;
+  }
+
+  // On its volume, then: this run has made the scratch folder.
+  bool is_beside_scratch_folder(const std::u16string& path) const {
+    return equal_ignoring_case(parent_of(path), parent_of(folder_));
   }
 
   void place_together() {
@@ -248,7 +259,7 @@ class FolderRun::Work {
 
   // Where the old file waits: in the scratch folder or, since other folders may lie on another volume, beside the file.
   std::u16string aside_for(const std::u16string& path) {
-    if (equal_ignoring_case(parent_of(path), parent_of(folder_))) return staged_.scratch_path(file_name_of(path));
+    if (is_beside_scratch_folder(path)) return staged_.scratch_path(file_name_of(path));
     std::u16string aside = aside_name_of(path, 1);
     for (int number = 2; files_.info(aside); ++number) aside = aside_name_of(path, number);
     note_temporary_file(aside);

@@ -105,7 +105,7 @@ void PendingFile::finish() {
 
 void PendingFile::commit() {
   complete();
-  ports().files->flush(temporary_path_);
+  ports().files->flush({temporary_path_});
   replace_file(temporary_path_, final_path_);
   discard_ = false;
 }

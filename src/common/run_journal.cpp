@@ -1,5 +1,6 @@
 #include "common/run_journal.h"
 
+#include <algorithm>
 #include <array>
 
 #include "platform/failure.h"
@@ -52,16 +53,34 @@ bool make_writable(FileSystem& files, const std::u16string& path) {
   return true;
 }
 
-// A read-only file is replaced by one that is read-only, too.
 void put(FileSystem& files, const std::u16string& from, const std::u16string& path) {
-  const bool was_read_only = make_writable(files, path);
+  try {
+    return files.rename_file(from, path);
+  } catch (const failure& reason) {
+    if (!reason.is(FailureNumber::kPermissionDenied) || !make_writable(files, path)) throw;
+  }
+  // A read-only file is replaced by one that is read-only, too.
   try {
     files.rename_file(from, path);
   } catch (...) {
-    if (was_read_only) files.set_read_only(path, true);
+    files.set_read_only(path, true);
     throw;
   }
-  if (was_read_only) files.set_read_only(path, true);
+  files.set_read_only(path, true);
+}
+
+// What a power cut must not take from the disk once the journal has its name. A journal that names files of the user
+// must not be empty beside those that were renamed. One that names files of the run only may get lost: what then stays
+// of them harms no document. New files must be complete before they take their names, and all of them flushed at once
+// cost the wait for one.
+std::vector<std::u16string> needed_on_disk(const RunJournal& journal, const std::u16string& path) {
+  const bool sets_aside = std::ranges::any_of(journal.borrowed, [](const auto& each) { return !each.aside.empty(); });
+  if (!sets_aside && journal.changes.empty()) return {};
+  std::vector<std::u16string> needed{path};
+  if (journal.state == RunJournal::State::kPlacing)
+    for (const RunJournal::Change& change : journal.changes)
+      if (!change.scratch.empty()) needed.push_back(change.scratch);
+  return needed;
 }
 
 }  // namespace
@@ -95,14 +114,16 @@ void write_journal(FileSystem& files, const std::u16string& folder, const RunJou
     file->write(bytes);
     file->close();
   }
-  // A power cut must not leave an empty journal beside documents that have been moved already.
-  files.flush(next);
+  if (const std::vector<std::u16string> needed = needed_on_disk(journal, next); !needed.empty()) files.flush(needed);
   files.rename_file(next, path);
 }
 
 RunJournal read_journal(FileSystem& files, const std::u16string& folder) {
   const std::u16string path = journal_path(folder);
-  Fields fields(read_all(files, path), path);
+  std::string bytes = read_all(files, path);
+  // After a power cut: a journal that names files of the user is never empty.
+  if (bytes.empty()) return {};
+  Fields fields(std::move(bytes), path);
   if (fields.next() != kTitle) fields.throw_damaged();
   RunJournal journal;
   const std::string_view state = fields.next();

@@ -2,8 +2,9 @@
 // a killed one began.
 //
 // The journal lies in the run's scratch folder and is replaced as a whole, so that a reader finds a complete one or
-// none. It protects the documents from a run that is killed. Against a power cut it helps in part: the journal is on
-// the disk before the changes that it covers, but nobody forces their renames onto the disk. Paths are absolute.
+// none. It protects the documents from a run that is killed. Against a power cut it helps in part: a journal that names
+// files of the user is on the disk, and with it the new files, before the changes that it covers, but nobody forces
+// their renames onto the disk. Paths are absolute.
 #pragma once
 
 #include <string>
@@ -38,9 +39,11 @@ struct RunJournal {
   std::vector<std::u16string> temporary_files;  // of the run's own, outside of its scratch folder
 };
 
-// Replaces the journal in the scratch folder `folder`. Throws `failure` and then leaves the old journal in place.
+// Replaces the journal in the scratch folder `folder`. One whose state is kPlacing has the new files flushed first.
+// Throws `failure` and then leaves the old journal in place.
 void write_journal(FileSystem& files, const std::u16string& folder, const RunJournal& journal);
-// Throws `failure` when it cannot be read, 5 when it is damaged, 53 when there is none.
+// That of a run that had changed nothing yet when a power cut emptied it. Throws `failure` when it cannot be read, 5
+// when it is damaged, 53 when there is none.
 RunJournal read_journal(FileSystem& files, const std::u16string& folder);
 
 // The steps that a run takes, and that the next run takes when it cleans up after it. Each can be repeated after it was

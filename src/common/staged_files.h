@@ -67,7 +67,7 @@ class StagedFiles final : public FileSystem {
   // The second name is a copy.
   void link_file(std::u16string_view path, std::u16string_view second_name) override;
   // Nothing: the new files are forced onto the disk when they are put in place.
-  void flush(std::u16string_view) override {}
+  void flush(const std::vector<std::u16string>&) override {}
   void set_read_only(std::u16string_view path, bool read_only) override;
   std::unique_ptr<FileLock> lock(std::u16string_view path) override { return real_.lock(path); }
   std::u16string link_target(std::u16string_view path) override;

@@ -85,8 +85,10 @@ class FileSystem {
   // Gives a file a second name on its volume (link(2), CreateHardLink). Throws 58 when that name is taken, and another
   // number, which depends on the system, where the volume does not support second names.
   virtual void link_file(std::u16string_view path, std::u16string_view second_name) = 0;
-  // Forces what was written to a closed file onto the disk (fsync(2), FlushFileBuffers).
-  virtual void flush(std::u16string_view path) = 0;
+  // Forces what was written to closed files onto the disk (fsync(2), FlushFileBuffers). The disk takes together what it
+  // is asked for together, so several files cost little more than one. Throws when one of them cannot be flushed, with
+  // its path in front of the description.
+  virtual void flush(const std::vector<std::u16string>& paths) = 0;
   // Gives a file a new name on the same volume, replacing a file of that name in one step (MoveFileEx, rename(2)).
   // Throws 74 when the two names lie on different volumes, so that the caller can copy instead.
   virtual void rename_file(std::u16string_view from, std::u16string_view to) = 0;

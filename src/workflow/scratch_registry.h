@@ -1,5 +1,11 @@
-// A registry for work on copies: it shows the user's settings and keeps changes in memory.
+// A registry of one run: it shows the user's settings, as they were when the run first asked, and keeps changes in
+// memory. For work on copies, and for runs whose settings are nobody else's.
 #pragma once
+
+#include <map>
+#include <string>
+#include <tuple>
+#include <utility>
 
 #include "platform/registry_tree.h"
 
@@ -15,12 +21,16 @@ class ScratchRegistry final : public RegistryTree {
     return RegistryTree::key_exists(hive, path) || users_.key_exists(hive, path);
   }
   std::optional<RegistryData> read(Hive hive, std::u16string_view path, std::u16string_view name) override {
-    auto written = RegistryTree::read(hive, path, name);
-    return written ? written : users_.read(hive, path, name);
+    if (auto written = RegistryTree::read(hive, path, name)) return written;
+    std::tuple value(hive, std::u16string(path), std::u16string(name));
+    auto known = read_.find(value);
+    if (known == read_.end()) known = read_.emplace(std::move(value), users_.read(hive, path, name)).first;
+    return known->second;
   }
 
  private:
   Registry& users_;
+  std::map<std::tuple<Hive, std::u16string, std::u16string>, std::optional<RegistryData>> read_;  // from the user's
 };
 
 }  // namespace kavo

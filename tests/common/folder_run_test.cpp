@@ -348,6 +348,38 @@ TEST_F(BrokenRun, TheNextRunFinishesOrUndoesWhatAPowerCutBrokeOff) {
   EXPECT_GT(undone, 20u);
 }
 
+// The journal of such a run is not forced onto the disk before the files take their names.
+TEST_F(BrokenRun, APowerCutLeavesAllOfNewFilesOrNone) {
+  const std::u16string_view names[] = {u"C:\\WORK\\a.tud", u"C:\\WORK\\a.tud.skl", u"C:\\WORK\\b.tud"};
+  std::size_t finished = 0, undone = 0;
+  for (std::size_t number = 1;; ++number) {
+    put_files();
+    FaultyFiles faulty(files);
+    faulty.set_fault({.operation = number, .lasting = true, .kills = true});
+    ports().files = &faulty;
+    try {
+      FolderRun run(kPage);
+      run.note_temporary_file(u"C:\\TEMP\\note.tmp");
+      for (const std::u16string_view name : names) write(name, "all of it");
+      run.commit();
+    } catch (const failure&) {
+    }
+    ports().files = &files;
+    faulty.lose_unflushed();
+    EXPECT_NO_THROW(FolderRun next(kPage)) << number;
+    const std::size_t there = static_cast<std::size_t>(
+        std::ranges::count_if(names, [&](std::u16string_view name) { return files.has(name); }));
+    EXPECT_TRUE(there == 0 || there == std::size(names)) << number;
+    for (const std::u16string_view name : names)
+      if (files.has(name)) EXPECT_EQ(files.get(name), "all of it") << number;
+    EXPECT_FALSE(files.info(u"C:\\WORK\\.kavo-run")) << number;
+    (there == 0 ? undone : finished) += 1;
+    if (!faulty.fault_happened()) break;
+  }
+  EXPECT_GT(finished, 3u);
+  EXPECT_GT(undone, 20u);
+}
+
 TEST_F(BrokenRun, ARunThatFailsWhileItClearsUpSaysWhatItDid) {
   const auto is_left = [&] { return files.info(u"C:\\WORK\\.kavo-run").has_value(); };
   std::size_t cleared = 0, left = 0;

@@ -274,6 +274,26 @@ TEST_P(FilesTest, RenameFailures) {
   EXPECT_EQ(read(u"a.txt"), "content");
 }
 
+TEST_P(FilesTest, SeveralFilesAreFlushedAndTheOneThatCannotBeIsNamed) {
+  std::vector<std::u16string> paths;
+  for (char16_t letter = u'a'; letter <= u't'; ++letter) {
+    const std::u16string name(1, letter);
+    write(name, "text");
+    paths.push_back(path(name));
+  }
+  EXPECT_NO_THROW(files().flush(paths));
+  EXPECT_NO_THROW(files().flush({}));
+  for (const std::u16string_view name : {u"a", u"t"}) EXPECT_EQ(read(name), "text");
+  paths.insert(paths.begin() + 5, path(u"missing"));
+  try {
+    files().flush(paths);
+    ADD_FAILURE() << "a file that is not there was flushed";
+  } catch (const failure& reason) {
+    EXPECT_EQ(reason.number(), 53);
+    EXPECT_NE(reason.description().find(path(u"missing")), std::u16string::npos);
+  }
+}
+
 TEST_P(FilesTest, NamesAreFoundWhateverTheirCase) {
   make_folder(u"Folder\\SUB");
   write(u"Folder\\SUB\\File.Txt", "content");

@@ -110,10 +110,12 @@ void FaultyFiles::link_file(std::u16string_view path, std::u16string_view second
   inner_.link_file(path, second_name);
 }
 
-void FaultyFiles::flush(std::u16string_view path) {
-  step(Kind::kMutating);
-  inner_.flush(path);
-  unflushed_.erase(inner_.absolute(path));
+void FaultyFiles::flush(const std::vector<std::u16string>& paths) {
+  for (const std::u16string& path : paths) {
+    step(Kind::kMutating);
+    inner_.flush({path});
+    unflushed_.erase(inner_.absolute(path));
+  }
 }
 
 void FaultyFiles::remove_file(std::u16string_view path) {

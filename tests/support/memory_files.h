@@ -36,7 +36,9 @@ class MemoryFiles : public FileSystem {
   void remove_folder(std::u16string_view path) override;
   void remove_file(std::u16string_view path) override;
   void link_file(std::u16string_view path, std::u16string_view second_name) override;
-  void flush(std::u16string_view path) override { existing_file(key(path)); }
+  void flush(const std::vector<std::u16string>& paths) override {
+    for (const std::u16string& path : paths) existing_file(key(path));
+  }
   void rename_file(std::u16string_view from, std::u16string_view to) override;
   void set_read_only(std::u16string_view path, bool read_only) override;
   // Nobody else is there to be kept from a file.

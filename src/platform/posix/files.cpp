@@ -18,6 +18,7 @@
 
 #include "platform/adapters.h"
 #include "platform/case_fold.h"
+#include "platform/posix/flush.h"
 #include "platform/posix/host.h"
 #include "platform/posix/large_folders.h"
 #include "platform/posix/paths.h"
@@ -187,14 +188,18 @@ class PosixFiles final : public FileSystem {
     if (::link(source.c_str(), target.c_str()) != 0) throw path_failure(target, host_failure(errno));
   }
 
-  void flush(std::u16string_view path) override {
-    const std::string host = resolve(path);
-    try {
-      const Descriptor file = open_host(host, O_RDONLY);
-      // Pipes and some mounted volumes have nothing to force.
-      if (::fsync(file.get()) != 0 && errno != EINVAL && errno != EROFS) throw_errno();
-    } catch (const failure& error) {
-      throw path_failure(host, error);
+  void flush(const std::vector<std::u16string>& paths) override {
+    std::vector<std::string> hosts;
+    for (const std::u16string& path : paths) hosts.push_back(resolve(path));
+    const std::vector<std::exception_ptr> failures = flush_together(hosts);
+    for (std::size_t i = 0; i < paths.size(); ++i) {
+      if (!failures[i]) continue;
+      try {
+        std::rethrow_exception(failures[i]);
+      } catch (const failure& error) {
+        const failure reason = path_failure(hosts[i], error);
+        throw failure(reason.number(), paths[i] + u": " + reason.description(), reason.source());
+      }
     }
   }
 

@@ -82,12 +82,14 @@ class Folder {
 
 class LargeFolders {
  public:
-  std::optional<std::vector<std::string>> spellings(const std::string& folder, const std::string& name) {
+  std::optional<std::vector<std::string>> spellings(const std::string& folder, const std::string& name,
+                                                    const std::optional<struct stat>& status) {
     if (folders_.empty()) return std::nullopt;
-    struct stat status;
-    if (::stat(folder.c_str(), &status) != 0) return std::nullopt;
+    struct stat asked;
+    if (!status && ::stat(folder.c_str(), &asked) != 0) return std::nullopt;
+    const struct stat& known = status ? *status : asked;
     read_notes();
-    const auto found = std::ranges::find_if(folders_, [&](const Folder& each) { return each.is(status); });
+    const auto found = std::ranges::find_if(folders_, [&](const Folder& each) { return each.is(known); });
     if (found == folders_.end()) return std::nullopt;
     return found->spellings_of(name);
   }
@@ -180,9 +182,9 @@ auto on_large_folders(Step&& step) noexcept {
 
 }  // namespace
 
-std::optional<std::vector<std::string>> spellings_in_large_folder(const std::string& folder,
-                                                                  const std::string& name) noexcept {
-  return on_large_folders([&](LargeFolders& folders) { return folders.spellings(folder, name); });
+std::optional<std::vector<std::string>> spellings_in_large_folder(const std::string& folder, const std::string& name,
+                                                                  const std::optional<struct stat>& status) noexcept {
+  return on_large_folders([&](LargeFolders& folders) { return folders.spellings(folder, name, status); });
 }
 
 void note_listing(const std::string& folder, std::size_t names) noexcept {

@@ -25,9 +25,11 @@ struct CloseFolder {
   void operator()(DIR* folder) const { ::closedir(folder); }
 };
 
-// The first entry, in the order of bytes, that is `name` when case does not count.
-std::optional<std::string> find_ignoring_case(const std::string& folder, const std::string& name) {
-  if (const auto kept = spellings_in_large_folder(folder, name))
+// The first entry, in the order of bytes, that is `name` when case does not count. The folder's status, where the
+// caller knows it.
+std::optional<std::string> find_ignoring_case(const std::string& folder, const std::string& name,
+                                              const std::optional<struct stat>& status) {
+  if (const auto kept = spellings_in_large_folder(folder, name, status))
     return kept->empty() ? std::nullopt : std::optional(kept->front());
   const std::u16string wanted = to_utf16(name);
   std::optional<std::string> best;
@@ -106,7 +108,9 @@ FoundPath look_up(std::u16string_view path) {
   if (auto status = status_of(host, false)) return {std::move(host), std::move(status)};
   // Usually the folder exists and only the last name does not.
   std::string resolved = split_host_path(host).folder;
-  if (!resolved.empty() && !exists(resolved)) resolved.clear();
+  std::optional<struct stat> folder;  // what is known of `resolved`
+  if (!resolved.empty()) folder = status_of(resolved, false);
+  if (!folder) resolved.clear();
   std::size_t at = resolved.size();
   while (at < host.size()) {
     const std::size_t end = std::min(host.find('/', at), host.size());
@@ -115,7 +119,7 @@ FoundPath look_up(std::u16string_view path) {
       // The whole path as it was written is known not to exist.
       const bool is_known = end == host.size() && host.starts_with(resolved);
       if (is_known || !exists(resolved + name)) {
-        const std::optional<std::string> found = find_ignoring_case(folder_or_current(resolved), name);
+        const std::optional<std::string> found = find_ignoring_case(folder_or_current(resolved), name, folder);
         if (!found) return {resolved + host.substr(at), std::nullopt};
         resolved += *found;
       } else {
@@ -123,6 +127,7 @@ FoundPath look_up(std::u16string_view path) {
       }
     }
     if (end < host.size()) resolved += '/';
+    folder.reset();
     at = end + 1;
   }
   auto status = status_of(resolved, false);

@@ -192,12 +192,18 @@ class WindowsFileSystem final : public FileSystem {
     if (!CreateHardLinkW(system_path(second_name).c_str(), system_path(path).c_str(), nullptr)) throw_last_error();
   }
 
-  void flush(std::u16string_view path) override {
-    const std::wstring name = system_path(path);
-    const unique_handle file(CreateFileW(name.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                         OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
-    if (!file) throw_file_error(name);
-    if (!FlushFileBuffers(file.get())) throw_last_error();
+  void flush(const std::vector<std::u16string>& paths) override {
+    for (const std::u16string& path : paths) {
+      try {
+        const std::wstring name = system_path(path);
+        const unique_handle file(CreateFileW(name.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                             OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+        if (!file) throw_file_error(name);
+        if (!FlushFileBuffers(file.get())) throw_last_error();
+      } catch (const failure& reason) {
+        throw failure(reason.number(), path + u": " + reason.description(), reason.source());
+      }
+    }
   }
 
   void remove_file(std::u16string_view path) override {

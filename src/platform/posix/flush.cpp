@@ -1,0 +1,65 @@
+// fsync(2) waits until the disk has emptied its own cache. Files that are flushed one after the other wait for that
+// each time, while the kernel makes one request of those that wait side by side. So each file has a thread that waits
+// for it.
+#include "platform/posix/flush.h"
+
+#include <fcntl.h>
+#include <sys/vfs.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <cstdint>
+#include <system_error>
+#include <thread>
+
+#include "platform/posix/host.h"
+
+namespace kavo {
+namespace {
+
+constexpr std::size_t kMostThreads = 8;
+constexpr std::uint32_t kInMemory = 0x01021994;  // tmpfs, as statfs(2) names it: nothing to wait for
+
+bool is_in_memory(const std::string& file) {
+  struct statfs volume;
+  return ::statfs(file.c_str(), &volume) == 0 && static_cast<std::uint32_t>(volume.f_type) == kInMemory;
+}
+
+void flush_one(const std::string& path) {
+  const Descriptor file = open_host(path, O_RDONLY);
+  // Pipes and some mounted volumes have nothing to force.
+  if (::fsync(file.get()) != 0 && errno != EINVAL && errno != EROFS) throw_errno();
+}
+
+}  // namespace
+
+std::vector<std::exception_ptr> flush_together(const std::vector<std::string>& files) {
+  std::vector<std::exception_ptr> failures(files.size());
+  std::atomic<std::size_t> next = 0;
+  const auto work = [&]() noexcept {
+    for (std::size_t i; (i = next++) < files.size();) {
+      try {
+        flush_one(files[i]);
+      } catch (...) {
+        failures[i] = std::current_exception();
+      }
+    }
+  };
+  std::vector<std::jthread> helpers;
+  if (files.size() > 1 && !is_in_memory(files.front())) {
+    const std::size_t count = std::min(files.size(), kMostThreads) - 1;
+    helpers.reserve(count);
+    try {
+      while (helpers.size() < count) helpers.emplace_back(work);
+    } catch (const std::exception&) {
+      // No more threads, or no memory for them: those that are there do it all.
+    }
+  }
+  work();
+  helpers.clear();
+  return failures;
+}
+
+}  // namespace kavo
