@@ -1,12 +1,14 @@
 #include "workflow/manifest.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "common/block_reader.h"
 #include "common/pending_file.h"
 #include "platform/case_fold.h"
 #include "platform/failure.h"
 #include "platform/files.h"
+#include "platform/fnv_hash.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"
 #include "suite/document/bilingual_document.h"
@@ -19,6 +21,11 @@ namespace {
 using nlohmann::json;
 
 constexpr int kVersion = 1;
+constexpr char kFiles[] = "files";
+
+std::string text_of(const json& value, int indent = -1) {
+  return value.dump(indent, ' ', false, json::error_handler_t::replace);
+}
 
 std::string with_slashes(std::u16string_view path) {
   std::string text = to_utf8(path);
@@ -44,51 +51,79 @@ std::string checksum_text(std::uint64_t checksum) {
 std::u16string Manifest::path_in_folder(std::u16string_view folder) { return path_in(folder, u"manifest.json"); }
 
 Manifest::Manifest(std::u16string_view folder) : path_(path_in_folder(folder)) {
-  value_ = {{"version", kVersion}, {"files", json::object()}};
   if (!ports().files->info(path_)) return;
   BlockReader reader(path_);
   while (reader.more()) {
   }
-  text_ = std::string(reader.window());
-  json read = json::parse(text_, nullptr, false);
-  const bool is_ours = read.is_object() && read.value("version", 0) == kVersion && read.contains("files") &&
-                       read["files"].is_object() && std::ranges::all_of(read["files"], [](const json& languages) {
-                         return languages.is_object() && std::ranges::all_of(languages, &json::is_object);
-                       });
+  std::string key, file, below;
+  bool is_ours = true;
+  // The tree of a large manifest would take many times its size, so each file's part of it becomes text at once.
+  const auto take = [&](int depth, json::parse_event_t event, json& parsed) {
+    if (event == json::parse_event_t::key) (depth == 1 ? key : depth == 2 ? file : below) = parsed.get<std::string>();
+    const bool is_file = event == json::parse_event_t::object_end && depth == 2 && key == kFiles;
+    if (!is_file) return true;
+    is_ours = is_ours && std::ranges::all_of(parsed, &json::is_object);
+    files_[file] = text_of(parsed);
+    return false;
+  };
+  const json read = json::parse(reader.window(), take, false);
+  is_ours = is_ours && read.is_object() && read.value("version", 0) == kVersion && read.contains(kFiles) &&
+            read[kFiles].is_object() && read[kFiles].empty();
   if (!is_ours)
     throw failure(FailureNumber::kFileAlreadyExists, to_utf16(path_to_host(path_)) +
                                                          u" was not written by this command, or it is damaged. Nothing "
                                                          u"was changed. Move the file away and try again");
-  value_ = std::move(read);
+  is_there_ = true;
+  checksum_ = fnv_add(kFnvSeed, reader.window());
 }
 
-const json* Manifest::find(std::u16string_view source, std::u16string_view language) const {
-  const json& files = value_["files"];
-  const auto file = files.find(with_slashes(source));
-  if (file == files.end()) return nullptr;
-  const auto entry = file->find(to_utf8(language));
-  return entry == file->end() ? nullptr : &*entry;
+json Manifest::find(std::u16string_view source, std::u16string_view language) const {
+  const auto file = files_.find(with_slashes(source));
+  if (file == files_.end()) return {};
+  const json languages = json::parse(file->second);
+  const auto entry = languages.find(to_utf8(language));
+  return entry == languages.end() ? json() : *entry;
 }
 
 bool Manifest::knows(std::u16string_view source, std::u16string_view language) const {
-  return find(source, language) != nullptr;
+  return !find(source, language).is_null();
 }
 
 bool Manifest::has_other_options(std::u16string_view source, std::u16string_view language,
                                  std::string_view options) const {
-  const json* const entry = find(source, language);
-  return entry != nullptr && entry->value("options", json()) != options;
+  const json entry = find(source, language);
+  return !entry.is_null() && entry.value("options", json()) != options;
 }
 
 void Manifest::note(std::u16string_view source, std::u16string_view language, json entry) {
-  value_["files"][with_slashes(source)][to_utf8(language)] = std::move(entry);
+  std::string& text = files_[with_slashes(source)];
+  json languages = text.empty() ? json::object() : json::parse(text);
+  languages[to_utf8(language)] = std::move(entry);
+  text = text_of(languages);
+}
+
+// Piece by piece, in the form of json::dump(1).
+void Manifest::for_each_piece(const std::function<void(std::string_view)>& take) const {
+  take("{\n \"files\": {");
+  const char* before = "\n  ";
+  for (const auto& [file, languages] : files_) {
+    take(std::exchange(before, ",\n  "));
+    take(text_of(file) + ": ");
+    std::string text = text_of(json::parse(languages), 1);
+    for (std::size_t at = 0; (at = text.find('\n', at)) != std::string::npos; at += 3) text.insert(at + 1, "  ");
+    take(text);
+  }
+  take(files_.empty() ? "}" : "\n }");
+  take(",\n \"version\": " + std::to_string(kVersion) + "\n}\n");
 }
 
 void Manifest::save() const {
-  const std::string text = value_.dump(1, ' ', false, json::error_handler_t::replace) + "\n";
-  if (text == text_) return;
+  if (files_.empty() && !is_there_) return;
+  std::uint64_t checksum = kFnvSeed;
+  for_each_piece([&](std::string_view piece) { checksum = fnv_add(checksum, piece); });
+  if (is_there_ && checksum == checksum_) return;
   PendingFile file(path_);
-  file.write(text);
+  for_each_piece([&](std::string_view piece) { file.write(piece); });
   file.commit();
 }
 

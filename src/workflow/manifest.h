@@ -5,6 +5,8 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <map>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <string_view>
@@ -26,7 +28,7 @@ class Manifest {
   bool has_other_options(std::u16string_view source, std::u16string_view language, std::string_view options) const;
   // Puts an entry in the place of the old one.
   void note(std::u16string_view source, std::u16string_view language, nlohmann::json entry);
-  // Writes it if that changes a byte. Throws `failure`.
+  // Writes it if that changes a byte and there is something to say. Throws `failure`.
   void save() const;
 
   // The entry for the bilingual documents of one language, which are in `folder` or below. Throws `failure` for one that
@@ -35,11 +37,14 @@ class Manifest {
                                  std::string_view options);
 
  private:
-  const nlohmann::json* find(std::u16string_view source, std::u16string_view language) const;
+  // Null for one that is not there.
+  nlohmann::json find(std::u16string_view source, std::u16string_view language) const;
+  void for_each_piece(const std::function<void(std::string_view)>& take) const;
 
   std::u16string path_;
-  std::string text_;  // as it was read
-  nlohmann::json value_;
+  bool is_there_ = false;
+  std::uint64_t checksum_ = 0;                // of the file as it was read
+  std::map<std::string, std::string> files_;  // by source: the entries of all languages, as JSON
 };
 
 // The path of a file from a folder, with "/" between names; "" for a file elsewhere.
