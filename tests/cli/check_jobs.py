@@ -5,8 +5,8 @@ check_jobs.py KAVO [RUNS] [PAIRS]
 
 A run with --jobs 2 is killed at RUNS random moments; the same command then completes it. Its workers do not outlive
 it. RUNS times one worker is killed: that costs one document at most, which is named. Two processes prepare two
-languages in one folder PAIRS times. Afterwards every document is there and complete, nothing is left over, and a
-document that was complete before the kill was not made a second time.
+languages in one folder PAIRS times. Afterwards every file is there with the bytes of an undisturbed run, nothing is
+left over, and a document that was complete before the kill was not made a second time.
 """
 import os
 import random
@@ -47,6 +47,22 @@ def files_of(top):
             path = os.path.join(folder, name)
             found[os.path.relpath(path, top)] = os.stat(path).st_mtime_ns
     return found
+
+
+def bytes_of(top):
+    found = {}
+    for path in files_of(top):
+        with open(os.path.join(top, path), "rb") as file:
+            found[path] = file.read()
+    return found
+
+
+def check_documents(what, work, undisturbed):
+    """The files of an undisturbed run are there, byte for byte, and no others."""
+    found = bytes_of(work)
+    check(what + ": the same files", found.keys() == undisturbed.keys(), found.keys() ^ undisturbed.keys())
+    others = [path for path in found if found[path] != undisturbed[path]]
+    check(what + ": the same bytes", not others, others)
 
 
 def rebuilt(top, name):
@@ -108,7 +124,7 @@ def main():
             errors = run.communicate(timeout=LONGEST)[1]
             check("a whole run", run.returncode == 0, errors)
             duration = min(duration, time.time() - started)
-        names = set(files_of(work))
+        undisturbed = bytes_of(work)
         expected = rebuilt(top, "whole")
         check("all pages come back", len(expected) == 2 * FOLDERS * PAGES)
         killed = complete = 0
@@ -132,7 +148,7 @@ def main():
             errors = run.communicate(timeout=LONGEST)[1]
             check("the same command again", run.returncode == 0, errors)
             after = files_of(work)
-            check("the same files", set(after) == names, set(after) ^ names)
+            check_documents("the same command again", work, undisturbed)
             twice = [name for name in done if after[name] != before[name]]
             check("nothing done twice", not twice, twice)
             check("complete documents", rebuilt(top, "again") == expected)
@@ -154,7 +170,7 @@ def main():
             run = prepare("FR,DE", 2, top)
             errors = run.communicate(timeout=LONGEST)[1]
             check("the same command again", run.returncode == 0, errors)
-            check("the same files", set(files_of(work)) == names)
+            check_documents("after a worker was killed", work, undisturbed)
         print(f"{RUNS} workers killed, {lost} of them in the middle of a document")
         for _ in range(PAIRS):
             shutil.rmtree(work)
@@ -162,8 +178,7 @@ def main():
             for run in runs:
                 errors = run.communicate(timeout=LONGEST)[1]
                 check("two processes", run.returncode == 0, errors)
-            after = set(files_of(work))
-            check("the files of both languages", after == names, after ^ names)
+            check_documents("both languages", work, undisturbed)
             check("complete documents of both", rebuilt(top, "pair") == expected)
         print(f"{PAIRS} times two processes in one folder")
 
