@@ -115,7 +115,7 @@ std::string as_on_a_command_line(const Setting& setting, const ordered_json& val
 bool is_value(const Setting& setting, const ordered_json& value) {
   const auto is_word = [](const ordered_json& each) { return each.is_string() || each.is_number_unsigned(); };
   if (value.is_array()) return setting.list_separator != 0 && std::ranges::all_of(value, is_word);
-  return is_word(value) || value.is_boolean();
+  return value.is_boolean() ? setting.values.starts_with("on or off") : is_word(value);
 }
 
 }  // namespace

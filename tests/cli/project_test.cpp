@@ -214,24 +214,32 @@ const std::string kDialog =
     "LANGUAGE 9,1\n#pragma code_page(1252)\nA DIALOGEX 0,0,1,1\nFONT 8, \"MS Shell Dlg\", 400, 0, 0x1\n"
     "{ LTEXT \"a\",1,0,0,1,1 }\n";
 
+const std::string kMarkers =
+    "<MIFFile 9.00>\n<Marker <MTypeName `Index'> <MText `pump;valve'>>\n<Marker <MTypeName `Heading'> <MText `A "
+    "word'>>\n<TextLine <String `a'>>\n";
+
 TEST_F(Project, EachKeyOfTheProfileChangesWhatItSays) {
   const ProfileCase cases[] = {
       {"html.code-patterns", R"(["[[*]]"])", "a.htm", page("<p>Take [[this one]] now</p>"), "a_htm_htm_FR.tud",
        "<source>Take [[this one]] now</source>", true},
-      {"html.excluded-elements", R"(["code"])", "a.htm", page("<p>Take</p><code>Hidden words</code>"), "a_htm_htm_FR.tud",
-       "Hidden words", true},
+      {"html.excluded-elements", R"(["code"])", "a.htm", page("<p>Take</p><code>Hidden words</code>"),
+       "a_htm_htm_FR.tud", "Hidden words", true},
       {"html.inline-elements", R"(["div"])", "a.htm", page("<p>One <div>two</div> three</p>"), "a_htm_htm_FR.tud",
        "<source>two</source>", true},
       {"html.note-comments", R"(["Translators:*"])", "a.htm", page("<!-- A word to authors --><p>Text</p>"),
        "a_htm_htm_FR.tud", "A word to authors", true},
       {"html.open-codes", "true", "a.htm", page("<p>12 345</p>"), "a_htm_htm_FR.tud", "translate=\"no\"", true},
-      {"html.text-attributes", R"(["data-hint"])", "a.htm", page("<p data-hint=\"A hint\">Text</p>"), "a_htm_htm_FR.tud",
-       "A hint"},
+      {"html.text-attributes", R"(["data-hint"])", "a.htm", page("<p data-hint=\"A hint\">Text</p>"),
+       "a_htm_htm_FR.tud", "A hint"},
       {"html.text-elements", R"(["button"])", "a.htm", page("<p translate=no>a<button>Press here</button></p>"),
        "a_htm_htm_FR.tud", "<source>Press here</source>"},
+      {"mif.markers", R"(["Heading"])", "a.mif", kMarkers, "KAVO_ix_mif_FR.tud", "<source>A word</source>"},
+      {"mif.objects", "false", "a.mif", "<MIFFile 9.00>\n=OLE2\n&x\n=EndInset\n<TextLine <String `a'>>\n", "a.mif",
+       "=OLE2"},
+      {"mif.split", R"("semicolon")", "a.mif", kMarkers, "KAVO_ix_mif_FR.tud", "<source>pump</source>"},
       {"mif.page-types", R"(["body", "reference"])", "a.mif",
-       "<MIFFile 9.00>\n<Page <PageType ReferencePage> <TextLine <String `a'>>>\n", "a_mif_FR.tud",
-       "translate=\"no\"", true},
+       "<MIFFile 9.00>\n<Page <PageType ReferencePage> <TextLine <String `a'>>>\n", "a_mif_FR.tud", "translate=\"no\"",
+       true},
       {"rc.dialog-charset", "128", "a.rc", kDialog, "a_FR.rc", "400, 0, 128"},
       {"rc.dialog-font", R"("MS UI Gothic")", "a.rc", kDialog, "a_FR.rc", "MS UI Gothic"},
       {"rc.dialog-font-size", "9", "a.rc", kDialog, "a_FR.rc", "FONT 9"},
@@ -274,6 +282,36 @@ TEST_F(Project, EachKeyOfTheProfileChangesWhatItSays) {
     if (!option.key.starts_with("xls.")) {
       EXPECT_EQ(known.contains(option.key), is_lasting(option)) << option.key << " is tried by no document";
     }
+}
+
+TEST_F(Project, AWrongKeyOrFormInTheProfileIsRefusedByName) {
+  put("a.txt", "One\n");
+  std::vector<std::string> keys{"mif.markers", "mif.objects", "mif.split",   "xls.formulas",
+                                "xls.hidden",  "xls.order",   "xls.ungroup", "xls.tolerance"};
+  for (const FilterOption& option : filter_options())
+    if (is_lasting(option)) keys.emplace_back(option.key);
+  const auto refusal = [&](const std::string& key, const std::string& value) {
+    const std::size_t dot = key.find('.');
+    put("kavo.json", "{\"version\": 1, \"profile\": {\"" + key.substr(0, dot) + "\": {\n\"" + key.substr(dot + 1) +
+                         "\": " + value + "}}}");
+    const Ran ran = kavo({"prepare", "a.txt", "--target", "FR", "--source", "EN-US"});
+    EXPECT_EQ(ran.code, 2) << key << value;
+    return ran.errors;
+  };
+  for (const std::string& key : keys) {
+    const std::string wrong = refusal(key + "x", "\"a\"");
+    EXPECT_TRUE(holds(wrong, "kavo.json:2: there is no setting \"" + key + "x\"; the nearest is \"" + key + "\""))
+        << wrong;
+    for (const char* const value : {"{}", "null", "1.5", "[[\"a\"]]", "[true]"}) {
+      const std::string form = refusal(key, value);
+      EXPECT_TRUE(holds(form, "kavo.json:2: " + key + " can be ")) << form;
+    }
+  }
+  for (const char* const list : {"html.note-comments", "html.text-elements", "mif.markers", "rc.dialog-font"}) {
+    const std::string form = refusal(list, "true");
+    EXPECT_TRUE(holds(form, "kavo.json:2: " + std::string(list) + " can be ")) << form;
+  }
+  EXPECT_FALSE(has("a_txt_FR.tud"));
 }
 
 }  // namespace

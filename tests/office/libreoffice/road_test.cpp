@@ -89,6 +89,45 @@ TEST_F(OfficeRoad, NamesAreContextAndSheetsColumnsAndRowsCanBeExcluded) {
   }
 }
 
+TEST_F(OfficeRoad, EachOptionOfWorkbooksInAProfileChangesWhatItSays) {
+  const std::string blank = "<table:table-cell table:number-columns-repeated=\"5\"/>";
+  const std::string group = "<table:shapes><draw:g>" + text_box("<text:p>first</text:p>") +
+                            text_box("<text:p>second</text:p>") + "</draw:g></table:shapes>";
+  const std::string formula =
+      "<table:table-cell table:formula=\"of:=1+2\" office:value-type=\"float\" office:value=\"3\"/>";
+  make_document(u"all.xls", OfficeKind::kWorkbook,
+                workbook_of(sheet("One", group + row(cell("a1") + cell("b1") + blank + cell("h1")) +
+                                             row(cell("a2") + cell("b2") + formula)) +
+                            sheet("Two", row(cell("unseen")), "table:style-name=\"hidden\"")));
+  // The texts in their order, their places, and what the translator sees beside them.
+  const auto prepared = [&](const std::string& profile) {
+    folder.write(u"kavo.json", "{\"version\": 1" + profile + "}");
+    const Ran ran =
+        run_kavo({"prepare", "all.xls", "--source", "EN-US", "--target", "FR", "--fresh", "--overwrite"}, &folder);
+    EXPECT_EQ(ran.code, 0) << ran.errors;
+    const std::string tud = folder.read(u"all_xls_FR.tud");
+    std::string all;
+    for (std::size_t at = 0; (at = tud.find("<source>", at)) != tud.npos; ++at)
+      all += tud.substr(at + 8, tud.find('<', at + 8) - at - 8) + "|";
+    return all + tud + folder.read(u"all_xls_FR.tud.skl");
+  };
+  const std::string usual = prepared("");
+  const struct {
+    const char* option;
+    const char* text;
+    bool without;
+  } cases[] = {{"\"order\": \"columns\"", "a1|a2|b1|b2|", false},
+               {"\"hidden\": false", "unseen", true},
+               {"\"tolerance\": 4", "|h1|", true},
+               {"\"ungroup\": true", "shape:1.1", true},
+               {"\"formulas\": false", "<formula", true}};
+  for (const auto& c : cases) {
+    EXPECT_EQ(usual.find(c.text) != usual.npos, c.without) << c.option << usual;
+    const std::string chosen = prepared(std::string(", \"profile\": {\"xls\": {") + c.option + "}}");
+    EXPECT_EQ(chosen.find(c.text) == chosen.npos, c.without) << c.option << chosen;
+  }
+}
+
 TEST_F(OfficeRoad, CharactersBeyond16BitsOfAWordDocumentAreOffered) {
   make_document(
       u"smile.doc", OfficeKind::kText,
