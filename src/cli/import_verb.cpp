@@ -5,6 +5,7 @@
 #include "cli/folder_options.h"
 #include "cli/verb.h"
 #include "common/document_names.h"
+#include "common/folder_run.h"
 #include "common/path_parts.h"
 #include "platform/case_fold.h"
 #include "platform/failure.h"
@@ -44,13 +45,20 @@ class Import final : public Verb {
       for (const std::u16string& file : files) takers_.emplace(file, Taker{to, {}});
       return;
     }
-    const Documents documents = documents_of(to);
-    for (const FolderFile& file : found) takers_.emplace(file.path, taker_of(file, documents));
+    documents_ = documents_of(to);
+    for (const FolderFile& file : found) {
+      if (is_package(file.path))
+        packages_.emplace(file.path, file.relative);
+      else
+        takers_.emplace(file.path, taker_of(file));
+    }
   }
   std::u16string workplace(const std::u16string& file) const override {
+    if (packages_.contains(file)) return path_in(path_from_host(to_), file_name_of(file));
     return file.empty() ? u"" : takers_.at(file).document;
   }
   Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
+    if (packages_.contains(file)) return take_package(file, progress);
     const Taker& taker = takers_.at(file);
     if (!taker.problem.empty()) throw failure(FailureNumber::kInvalidCall, taker.problem);
     if (!import_ || document_ != taker.document) {
@@ -61,12 +69,7 @@ class Import final : public Verb {
     ProgressEvent event;
     event.handler(progress);
     Outcome outcome;
-    const TranslationImport::Counts counts = take(file, outcome.messages, event);
-    outcome.details["taken"] = counts.taken;
-    outcome.details["refused"] = counts.refused;
-    outcome.lines.push_back(counted(counts.taken, "translation") + " taken over, " + std::to_string(counts.refused) +
-                            " refused");
-    if (counts.refused != 0) outcome.ending = Outcome::kDifference;
+    add_counts(outcome, take(file, outcome.messages, event));
     outcome.produced.push_back({import_->document().path(), kBilingualDocument});
     return outcome;
   }
@@ -86,14 +89,43 @@ class Import final : public Verb {
     return documents;
   }
 
+  static void add_counts(Outcome& outcome, const TranslationImport::Counts& counts) {
+    outcome.details["taken"] = counts.taken;
+    outcome.details["refused"] = counts.refused;
+    outcome.lines.push_back(counted(counts.taken, "translation") + " taken over, " + std::to_string(counts.refused) +
+                            " refused");
+    if (counts.refused != 0) outcome.ending = Outcome::kDifference;
+  }
+
+  // Each document of a package finds the one that takes it. Unless all do nothing is changed.
+  Outcome take_package(const std::u16string& file, const ProgressEvent::Handler& progress) const {
+    Outcome outcome;
+    TranslationImport::Counts all;
+    ProgressEvent event;
+    event.handler(progress);
+    const WorkFolder folder;
+    for (const std::u16string& document : unpack_documents(file, folder.make("package"))) {
+      const Taker taker = taker_of({document, folder_of(packages_.at(file)) + file_name_of(document)});
+      if (!taker.problem.empty()) throw failure(FailureNumber::kInvalidCall, taker.problem);
+      FolderRun run(taker.document);
+      const TranslationImport::Counts counts =
+          TranslationImport(taker.document).take(document, outcome.messages, &event);
+      run.commit();
+      all.taken += counts.taken;
+      all.refused += counts.refused;
+      outcome.produced.push_back({taker.document, kBilingualDocument});
+    }
+    add_counts(outcome, all);
+    return outcome;
+  }
+
   // The document made of the source and for the language that the file names.
-  Taker taker_of(const FolderFile& file, const Documents& documents) const {
-    if (is_package(file.path)) return {{}, u"a package does not say which document takes it: name it with --to"};
+  Taker taker_of(const FolderFile& file) const {
     try {
       const TudHeader header = header_of(file.path);
       const std::u16string name =
           file_name_of(tud_name_of(core_file_name(header.original), to_utf16(header.target_language)));
-      const auto [first, last] = documents.equal_range(name);
+      const auto [first, last] = documents_.equal_range(name);
       const std::u16string in_folder = to_utf16(" in " + to_);
       if (first == last) return {{}, u"there is no " + name + in_folder + u", the document that it belongs to"};
       if (std::next(first) == last) return {first->second.path, {}};
@@ -118,7 +150,9 @@ class Import final : public Verb {
 
   std::string to_;
   FolderOptions folders_;
-  std::map<std::u16string, Taker> takers_;  // by file
+  std::map<std::u16string, Taker> takers_;             // by file
+  std::map<std::u16string, std::u16string> packages_;  // their places in the tree that was named, by file
+  Documents documents_;                                // of the folder that takes translations
   std::u16string document_;                 // that import_ has open
   std::optional<TranslationImport> import_;
 };

@@ -24,6 +24,7 @@
 #include "platform/formatted.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"
+#include "workflow/made_folders.h"
 #include "workflow/manifest.h"
 #include "workflow/page_guard.h"
 #include "workflow/preparation_plan.h"
@@ -58,7 +59,7 @@ class Prepare final : public Verb {
       });
     files.clear();
     for (PlannedDocument& planned : plan) {
-      if (!options_.output_folder.empty()) make_folders(folder_of(planned.document));
+      if (!options_.output_folder.empty()) made_folders_.make(folder_of(planned.document));
       files.push_back(planned.source);
       plan_.emplace(planned.source, std::move(planned));
     }
@@ -100,7 +101,8 @@ class Prepare final : public Verb {
     is_worker_ = true;
   }
   void add_up(const Outcome& outcome) override {
-    if (outcome.details.contains("languages")) done_.push_back(outcome.details);
+    prepared_ += outcome.ending == Outcome::kDone;
+    if (outcome.details.contains("languages")) done_.push_back(outcome.details.dump());
     if (!outcome.details.contains("update")) return;
     total_ += counts_of(outcome.details["update"]);
     ++updated_;
@@ -158,9 +160,11 @@ class Prepare final : public Verb {
     if (manifest_) {
       // Another run may have written it meanwhile.
       manifest_.emplace(path_from_host(options_.output_folder));
-      for (const nlohmann::ordered_json& each : done_)
+      for (const std::string& text : done_) {
+        const nlohmann::ordered_json each = nlohmann::ordered_json::parse(text);
         for (const auto& [language, entry] : each["languages"].items())
           manifest_->note(to_utf16(each["source"].get<std::string>()), to_utf16(language), entry);
+      }
       complete_manifest();
       manifest_->save();
     }
@@ -169,9 +173,9 @@ class Prepare final : public Verb {
       outcome.details["update"]["files"] = updated_;
     }
     if (is_project_) {
-      outcome.lines.push_back(counted(files.size(), "document") + " prepared, " + std::to_string(up_to_date_.size()) +
+      outcome.lines.push_back(counted(prepared_, "document") + " prepared, " + std::to_string(up_to_date_.size()) +
                               " up to date");
-      outcome.details["prepared"] = files.size();
+      outcome.details["prepared"] = prepared_;
       outcome.details["up_to_date"] = up_to_date_.size();
     }
     return is_project_ || updated_ > 1 ? std::optional(outcome) : std::nullopt;
@@ -275,8 +279,10 @@ class Prepare final : public Verb {
   bool is_project_ = false;                                  // folders were named, or an output folder
   std::vector<PlannedDocument> up_to_date_;                  // left out
   std::optional<Manifest> manifest_;                         // of the output folder
-  std::vector<nlohmann::ordered_json> done_;                 // for it, of each file
-  std::deque<TranslatedFolders> known_;                      // of each language
+  std::vector<std::string> done_;                            // for it, of each file: JSON, which is small as text
+  MadeFolders made_folders_;
+  std::size_t prepared_ = 0;             // documents
+  std::deque<TranslatedFolders> known_;  // of each language
   UpdateCounts total_;
   std::size_t updated_ = 0;  // files
 };

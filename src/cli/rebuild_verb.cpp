@@ -1,4 +1,5 @@
 // kavo rebuild: makes the translated document of a bilingual one.
+#include <algorithm>
 #include <map>
 #include <set>
 
@@ -30,6 +31,7 @@
 #include "suite/document/tud_format.h"
 #include "suite/document/xliff_package.h"
 #include "suite/languages/language_tags.h"
+#include "workflow/made_folders.h"
 #include "workflow/scratch_registry.h"
 #include "workflow/unpacked_package.h"
 
@@ -119,7 +121,11 @@ class Rebuild final : public Verb {
     if (!output_.empty() && file_count > 1) throw CLI::ValidationError("--output", "goes with one FILE only");
   }
   void find_files() override {
-    const std::vector<FolderFile> found = folders_.bilingual_documents(files, listed_languages(target_));
+    std::vector<FolderFile> found = folders_.bilingual_documents(files, listed_languages(target_));
+    // Those that others take along: one that was named itself gets a word about it.
+    std::erase_if(found, [&](const FolderFile& file) {
+      return std::ranges::find(files, file.path) == files.end() && TudName(file.path).is_taken_along();
+    });
     files = paths_of(found);
     if (files.size() > 1 && !output_.empty())
       throw failure(FailureNumber::kInvalidCall, u"--output names one document, but there are several to rebuild");
@@ -152,7 +158,6 @@ class Rebuild final : public Verb {
     if (is_package(file)) return rebuild_package(file, progress);
     const auto planned = outputs_.find(file);
     if (planned == outputs_.end()) return rebuild(file, path_from_host(output_), progress);
-    make_folders(folder_of(planned->second));
     return rebuild(file, planned->second, progress);
   }
 
@@ -174,7 +179,7 @@ class Rebuild final : public Verb {
 
  private:
   // False for a file that is there; another one of its name fails, unless it may be replaced.
-  bool copy_rest(const FolderFile& file, const std::u16string& target, Outcome& outcome) const {
+  bool copy_rest(const FolderFile& file, const std::u16string& target, Outcome& outcome) {
     throw_if_interrupted();
     if (is_file(target)) {
       if (checksum_of_file(target) == checksum_of_file(file.path)) return false;
@@ -186,7 +191,7 @@ class Rebuild final : public Verb {
         return false;
       }
     }
-    make_folders(folder_of(target));
+    made_folders_.make(folder_of(target));
     copy_file(file.path, target);
     return true;
   }
@@ -212,6 +217,7 @@ class Rebuild final : public Verb {
                                " would both become " + path_to_host(output) +
                                ". Nothing is written: put {lang} into --output-dir, or choose with --target"));
       outputs_.emplace(document.path, output);
+      made_folders_.make(folder_of(output));
       output_folders_.insert(path_from_host(folder));
     }
   }
@@ -293,6 +299,7 @@ class Rebuild final : public Verb {
   FolderOptions folders_;
   std::map<std::u16string, std::u16string> outputs_;  // by bilingual document
   std::set<std::u16string> output_folders_;           // of all languages
+  MadeFolders made_folders_;
   std::vector<std::string> rest_folders_;
   bool overwrite_ = false;
   bool highlight_ = false;

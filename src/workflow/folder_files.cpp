@@ -220,12 +220,4 @@ std::vector<FolderFile> rest_of_folder(std::u16string_view folder, const FolderS
   return files;
 }
 
-void make_folders(std::u16string_view folder) {
-  const std::string host = path_to_host(folder);
-  std::error_code error;
-  std::filesystem::create_directories(std::u8string(host.begin(), host.end()), error);
-  if (error)
-    throw failure(FailureNumber::kPathFileAccess, to_utf16(host + ": the folder cannot be made: " + error.message()));
-}
-
 }  // namespace kavo

@@ -51,9 +51,6 @@ std::vector<FolderFile> rest_of_folder(std::u16string_view folder, const FolderS
 // Whether a name is that of a bilingual document.
 bool is_bilingual_name(std::u16string_view path);
 
-// Makes a folder and those above it, as every new folder is. Throws `failure`.
-void make_folders(std::u16string_view folder);
-
 // "folder" and "a\b" give "folder\a\b".
 std::u16string path_in(std::u16string_view folder, std::u16string_view relative);
 

@@ -140,5 +140,58 @@ TEST_F(Sites, EachReturnedFileFindsItsDocument) {
   EXPECT_TRUE(holds(none.errors, "there is no index_htm_htm_FR.tud in work")) << none.errors;
 }
 
+TEST_F(Sites, EachDocumentOfAReturnedPackageFindsItsOwn) {
+  put("site/page.asp", "<html><body><p>Hello there</p><% MsgBox \"Good morning\" %></body></html>\r\n");
+  ASSERT_EQ(prepare().code, 0);
+  ASSERT_EQ(kavo({"pseudo", "work", "-r", "-q"}).code, 0);
+  fs::create_directories(path("returned"));
+  ASSERT_EQ(kavo({"export", "work/page_asp_htm_FR.tud", "--with-skeleton", "--to", "returned/all.xliff"}).code, 0);
+  ASSERT_EQ(prepare({"--fresh"}).code, 0);
+  const Ran ran = kavo({"import", "returned", "--to", "work"});
+  EXPECT_EQ(ran.code, 0) << ran.errors;
+  for (const char* const tud : {"work/page_asp_htm_FR.tud", "work/page_asp_scr_FR.tud"})
+    EXPECT_TRUE(holds(get(tud), "state=\"translated\"")) << tud;
+
+  // One of them has no place: nothing is taken over.
+  ASSERT_EQ(prepare({"--fresh"}).code, 0);
+  const std::string before = get("work/page_asp_htm_FR.tud");
+  fs::remove(path("work/page_asp_scr_FR.tud"));
+  const Ran none = kavo({"import", "returned", "--to", "work"});
+  EXPECT_EQ(none.code, 1);
+  EXPECT_TRUE(holds(none.errors, "there is no page_asp_scr_FR.tud in work")) << none.errors;
+  EXPECT_EQ(get("work/page_asp_htm_FR.tud"), before);
+}
+
+TEST_F(Sites, ARunThatFailsLeavesNothing) {
+  // No UTF-16, in spite of its mark.
+  put("other/deep/odd.htm", "\xFF\xFE<");
+  const Ran failed = kavo({"prepare", "other", "-r", "--output-dir", "work", "--source", "EN-US", "--target", "FR"});
+  EXPECT_EQ(failed.code, 1) << failed.errors;
+  EXPECT_TRUE(holds(failed.output, "0 documents prepared")) << failed.output;
+  EXPECT_FALSE(has("work"));
+
+  ASSERT_EQ(prepare().code, 0);
+  for (const char* const skeleton : {"work/index_htm_htm_FR.tud.skl", "work/shop/notes_txt_FR.tud.skl"})
+    put(skeleton, "damaged");
+  const Ran rebuilt = kavo({"rebuild", "work", "-r", "--target", "FR", "--output-dir", "out/{lang}"});
+  EXPECT_EQ(rebuilt.code, 1);
+  EXPECT_FALSE(has("out"));
+  fs::create_directories(path("out"));
+  EXPECT_EQ(kavo({"rebuild", "work", "-r", "--target", "FR", "--output-dir", "out/{lang}", "--jobs", "2"}).code, 1);
+  EXPECT_TRUE(has("out")) << "was there before";
+  EXPECT_FALSE(has("out/FR"));
+}
+
+TEST_F(Sites, WhatOthersTakeAlongNeedsNoWord) {
+  put("site/page.asp", "<html><body><p>Hello there</p><% MsgBox \"Good morning\" %></body></html>\r\n");
+  ASSERT_EQ(prepare().code, 0);
+  const Ran ran = kavo({"rebuild", "work", "-r", "--output-dir", "out-{lang}"});
+  EXPECT_EQ(ran.code, 0);
+  EXPECT_FALSE(holds(ran.errors, "left out")) << ran.errors;
+  const Ran named = kavo({"rebuild", "work/page_asp_scr_FR.tud"});
+  EXPECT_EQ(named.code, 0);
+  EXPECT_TRUE(holds(named.errors, "left out")) << named.errors;
+}
+
 }  // namespace
 }  // namespace kavo::test
