@@ -234,8 +234,6 @@ TEST_F(Project, EachKeyOfTheProfileChangesWhatItSays) {
       {"html.text-elements", R"(["button"])", "a.htm", page("<p translate=no>a<button>Press here</button></p>"),
        "a_htm_htm_FR.tud", "<source>Press here</source>"},
       {"mif.markers", R"(["Heading"])", "a.mif", kMarkers, "KAVO_ix_mif_FR.tud", "<source>A word</source>"},
-      {"mif.objects", "false", "a.mif", "<MIFFile 9.00>\n=OLE2\n&x\n=EndInset\n<TextLine <String `a'>>\n", "a.mif",
-       "=OLE2"},
       {"mif.split", R"("semicolon")", "a.mif", kMarkers, "KAVO_ix_mif_FR.tud", "<source>pump</source>"},
       {"mif.page-types", R"(["body", "reference"])", "a.mif",
        "<MIFFile 9.00>\n<Page <PageType ReferencePage> <TextLine <String `a'>>>\n", "a_mif_FR.tud", "translate=\"no\"",

@@ -24,7 +24,7 @@ constexpr char kRtf[] = "{\\rtf1\\ansi{\\fonttbl{\\f0 Arial;}}\\f0 One text\\par
 TEST_F(SettingsOfARun, PreparingAndRebuildingStoreNothing) {
   put("site/a.txt", "One\r\n");
   put("site/page.asp", "<html><body><p>One</p><% MsgBox \"Two\" %></body></html>\r\n");
-  put("site/doc.rtf", kRtf);
+  put("site/letter.rtf", kRtf);
   ASSERT_EQ(prepare({"--jobs", "1"}).code, 0);
   const Ran rebuilt = kavo({"rebuild", "work", "-r", "--output-dir", "out-{lang}", "--jobs", "1"});
   EXPECT_EQ(rebuilt.code, 0) << rebuilt.errors;
@@ -42,12 +42,12 @@ TEST_F(SettingsOfARun, AreThoseThatTheUserHasStored) {
 
 // The font map of a document's folder reaches the filter through the run's own registry.
 TEST_F(SettingsOfARun, TheFontMapOfADocumentsFolderIsRead) {
-  put("site/doc.rtf", kRtf);
+  put("site/letter.rtf", kRtf);
   ASSERT_EQ(prepare({}, "FR").code, 0);
   put("work/KAVO.FMP", "Arial=Verdana\n");
   ASSERT_EQ(kavo({"pseudo", "work", "-r"}).code, 0);
   ASSERT_EQ(kavo({"rebuild", "work", "-r", "--output-dir", "out"}).code, 0);
-  EXPECT_TRUE(holds(get("out/doc.rtf"), "Verdana"));
+  EXPECT_TRUE(holds(get("out/letter.rtf"), "Verdana"));
 }
 
 }  // namespace
