@@ -215,7 +215,8 @@ class FolderRun::Work {
     const bool replaces = files_.info(entry.path).has_value();
     // A read-only file cannot be opened for flush() everywhere.
     if (is_read_only) files_.set_read_only(entry.scratch, false);
-    files_.take_permissions(entry.scratch, replaces ? entry.path : document_,
+    // The document may be new itself: a copy that the run made.
+    files_.take_permissions(entry.scratch, replaces ? entry.path : staged_.path_to_read(document_),
                             replaces ? Permissions::kAll : Permissions::kOfADocument);
     std::u16string file = entry.scratch;
     const auto volume = [&](const std::u16string& path) {

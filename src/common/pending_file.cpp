@@ -73,6 +73,11 @@ void PendingFile::open() {
   }
 }
 
+void PendingFile::take_permissions_of(std::u16string_view document) {
+  FileSystem& files = *ports().files;
+  if (!files.info(final_path_)) files.take_permissions(temporary_path_, document, Permissions::kOfADocument);
+}
+
 void PendingFile::write_through(std::string_view bytes) {
   flush();
   if (bytes.size() < kBufferSize) {
@@ -148,6 +153,7 @@ std::u16string file_to_replace(std::u16string_view path) {
 void copy_file(std::u16string_view source, std::u16string_view target) {
   BlockReader reader(source);
   PendingFile copy(target);
+  copy.take_permissions_of(source);
   while (reader.more()) {
     copy.write(reader.window());
     reader.consume(reader.window().size());

@@ -3,7 +3,8 @@
 // The bytes go to a temporary file. commit() writes the rest, forces the file onto the disk and renames it over the
 // final name in one step, so that at every moment the final name has the whole old or the whole new file. Without
 // commit() the temporary file is removed and the old file stays. A link stays a link: the file that it leads to is
-// replaced. The new file has the permissions of the old one.
+// replaced. The new file has the permissions of the old one. One that replaces none has those that the system gives to
+// new files, or those of the document that it is made of.
 #pragma once
 
 #include <cstddef>
@@ -33,6 +34,9 @@ class PendingFile {
       write_through(bytes);
     }
   }
+  // A file that replaces none gets the permissions of `document`, which it is made of, but not the right to execute.
+  // To be called before the first byte is written: what is private stays private.
+  void take_permissions_of(std::u16string_view document);
   // Bytes written so far.
   std::uint64_t size() const { return written_ + used_; }
   // Writes what is buffered and closes: from now on the complete file can be read under temporary_path(). Without
@@ -73,7 +77,8 @@ bool replace_file(std::u16string_view source, std::u16string_view target);
 // take it away from every program.
 std::u16string file_to_replace(std::u16string_view path);
 
-// Copies through a PendingFile, so that an interrupted copy leaves no half file. An existing target is replaced.
+// Copies through a PendingFile, so that an interrupted copy leaves no half file. An existing target is replaced and
+// keeps its permissions, a new one gets those of the source but for the right to execute.
 void copy_file(std::u16string_view source, std::u16string_view target);
 
 }  // namespace kavo

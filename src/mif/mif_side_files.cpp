@@ -91,6 +91,7 @@ bool clsMIFUtilities::write_side_file(const SideFile& side, const SideFileHead& 
       return false;
     }
     PendingFile file(path);
+    if (!sources_.empty()) file.take_permissions_of(sources_.front());
     file.write(head.lines);
     if (side.is_index) {
       file.write("<KAVOSeg ");

@@ -104,6 +104,24 @@ TEST_F(ReplacedFilesTest, FilesOfARunKeepPermissionsAndNewOnesGetThoseOfTheDocum
   EXPECT_EQ(folder.entry_count(), 3u);
 }
 
+TEST_F(ReplacedFilesTest, ACopyIsAsPrivateAsItsSource) {
+  folder.write(u"page.asp", "document");
+  folder.write(u"old.asp", "old");
+  ASSERT_EQ(::chmod(host(u"page.asp").c_str(), 0700), 0);
+  ASSERT_EQ(::chmod(host(u"old.asp").c_str(), 0644), 0);
+  for (const auto* name : {u"new.asp", u"old.asp"}) copy_file(folder.path(u"page.asp"), folder.path(name));
+  EXPECT_EQ(mode(u"new.asp"), 0600u) << "nobody may run it";
+  EXPECT_EQ(mode(u"old.asp"), 0644u) << "what is replaced keeps its own";
+  folder.make_folder(u"work");
+  {
+    FolderRun run(folder.path(u"work\\page.asp"));
+    copy_file(folder.path(u"page.asp"), folder.path(u"work\\page.asp"));
+    write_new(u"work\\page.scr");
+    run.commit();
+  }
+  for (const auto* name : {u"work\\page.asp", u"work\\page.scr"}) EXPECT_EQ(mode(name), 0600u);
+}
+
 TEST_F(ReplacedFilesTest, ARunReplacesWhatALinkLeadsTo) {
   folder.write(u"other\\page.htm", "old");
   link("other/page.htm", u"page.htm");
