@@ -10,7 +10,10 @@ Outcome run_in_folder(const std::u16string& place, MessageList& reports, const s
   if (place.empty()) return step();
   FolderRun run(place, [&](const std::u16string& text) { reports.push_back({text}); });
   Outcome outcome = step();
-  if (outcome.ending != Outcome::kFailed) run.commit();
+  if (outcome.ending != Outcome::kFailed)
+    run.commit();
+  else
+    outcome.produced.clear();  // they go with the run
   return outcome;
 }
 
