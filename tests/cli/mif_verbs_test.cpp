@@ -112,18 +112,23 @@ TEST_F(MifCommand, MergingWithoutSideFilesFails) {
   EXPECT_EQ(folder.read(u"a.mif"), marker("x"));
 }
 
-TEST_F(MifCommand, AMissingSideFileLeavesTheDocumentsAsTheyWere) {
+TEST_F(MifCommand, ASideFileThatCannotBeReadLeavesTheDocumentsAsTheyWere) {
   const std::string before = marker("x"), a = put(u"a.mif", before), b = put(u"b.mif", before);
   json({"mif", "extract", a, b}, 0);
   std::string index = folder.read(u"KAVO_ix.mif");
   index.replace(index.find("<String `x'"), 11, "<String `X'");
   put(u"KAVO_ix.mif", index);
   const std::string formats = folder.read(u"KAVO_xr.mif");
-  for (const bool is_there : {false, true}) {
-    if (is_there)
+  const std::u16string side = folder.path(u"KAVO_xr.mif");
+  ports().files->remove_file(side);
+  for (const char* state : {"missing", "a folder", "there"}) {
+    const bool is_there = state == std::string_view("there");
+    if (state == std::string_view("a folder")) ports().files->make_folder(side);
+    if (is_there) {
+      ports().files->remove_folder(side);
       put(u"KAVO_xr.mif", formats);
-    else
-      ports().files->remove_file(folder.path(u"KAVO_xr.mif"));
+    }
+    SCOPED_TRACE(state);
     const auto merged = json({"mif", "merge", a, b}, is_there ? 0 : 1);
     ASSERT_EQ(merged.size(), 2u);
     for (const auto& file : merged)

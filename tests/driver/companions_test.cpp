@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "support/failures.h"
+#include "support/faulty_files.h"
 #include "support/ports_fixture.h"
 
 namespace kavo::test {
@@ -47,6 +49,16 @@ TEST_F(CompanionsTest, OnlyThoseThatAreNotThereAreMissing) {
   EXPECT_EQ(missing_companions(manual), (std::vector<std::u16string>{u"C:\\w\\KAVO_xr_mif_FR.tud"}));
   files.put(u"C:\\w\\KAVO_xr_mif_FR.tud", "");
   EXPECT_TRUE(missing_companions(manual).empty());
+}
+
+TEST_F(CompanionsTest, OneThatCannotBeLookedAtIsAnError) {
+  FaultyFiles faulty(files);
+  ports().files = &faulty;
+  const TudName manual(u"C:\\w\\manual_mif_FR.tud");
+  for (std::size_t number = 1; number <= companions_of(manual).size(); ++number) {
+    faulty.set_fault({.operation = number, .number = FailureNumber::kPermissionDenied});
+    EXPECT_EQ(failure_number([&] { missing_companions(manual); }), 70) << number;
+  }
 }
 
 }  // namespace

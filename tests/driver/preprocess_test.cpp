@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <map>
 
 #include "common/block_reader.h"
 #include "driver/driver_fixture.h"
@@ -129,6 +130,11 @@ TEST_F(PreProcess, FaultAnywhereLeavesTheSourceAndNoHalfWrittenFile) {
   FaultyFiles faulty(files);
   const BlockSizeScope blocks(16);
   std::int32_t result = -1;
+  std::map<std::u16string, std::string> whole;
+  files.put(kPage, kPageText);
+  K19FPWObj undisturbed;
+  ASSERT_EQ(pre_process(undisturbed, std::u16string(kPage)), 0);
+  for (const std::u16string& name : kPageFiles) whole[name] = files.get(name);
   const std::size_t faults = for_each_fault(
       faulty, {.partial_bytes = 3},
       [&](std::size_t) {
@@ -147,6 +153,7 @@ TEST_F(PreProcess, FaultAnywhereLeavesTheSourceAndNoHalfWrittenFile) {
         std::vector<std::u16string> expected{std::u16string(kPage)};
         if (result == 0) expected.insert(expected.end(), kPageFiles.begin(), kPageFiles.end());
         EXPECT_EQ(files.all_files().size(), expected.size()) << "for result " << result;
+        for (const std::u16string& name : kPageFiles) EXPECT_TRUE(result != 0 || files.get(name) == whole[name]);
       });
   EXPECT_GT(faults, 15u);
   EXPECT_EQ(result, 0);
@@ -287,6 +294,18 @@ TEST_F(PreProcess, MifWhoseExtractFailsLeavesItsBackupAndReturns4) {
   EXPECT_EQ(object.GetFileCount(), 0);
   EXPECT_EQ(once.all_files(), (std::vector<std::u16string>{std::u16string(kMif), u"C:\\WORK\\manual.mif.kavo.bak"}));
   EXPECT_EQ(once.get(u"C:\\WORK\\manual.mif.kavo.bak"), kMifText);
+}
+
+TEST_F(PreProcess, MifWhoseSideFilesCannotBeWrittenLeavesItsBackupAndReturns4) {
+  for (const std::u16string_view side : {u"KAVO_ix.mif", u"KAVO_xr.mif", u"KAVO_va.mif"}) {
+    files = MemoryFiles();
+    files.put(kMif, kMifText);
+    files.add_folder(u"C:\\WORK\\" + std::u16string(side));
+    K19FPWObj object;
+    EXPECT_EQ(pre_process(object, std::u16string(kMif)), 4);
+    EXPECT_EQ(object.GetFileCount(), 0);
+    EXPECT_EQ(files.all_files(), (std::vector<std::u16string>{std::u16string(kMif), u"C:\\WORK\\manual.mif.kavo.bak"}));
+  }
 }
 
 TEST_F(PreProcess, MissingMifReturns4AndLeavesNothing) {

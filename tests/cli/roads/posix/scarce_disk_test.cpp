@@ -152,6 +152,7 @@ TEST_F(ScarceDisk, NothingIsLostOnAFullDiskAndNoPartIsLeft) {
       ++failures;
       EXPECT_EQ(code, 1);
       EXPECT_NE(ran.errors.find("No space left on device"), std::string::npos) << ran.errors;
+      EXPECT_NE(ran.errors.find(in_work("")), std::string::npos) << ran.errors;
       for (const auto& [name, bytes] : step.before) EXPECT_TRUE(left.contains(name) && left.at(name) == bytes) << name;
       // Of several files that are made one after the other, those that were finished stay.
       for (const auto& [name, bytes] : left)
@@ -202,6 +203,7 @@ TEST_F(ScarceDisk, AReadOnlyFolderIsToldAndStaysAsItIs) {
     make_read_only(false);
     EXPECT_EQ(ran.code, 1);
     EXPECT_NE(ran.errors.find("Read-only file system"), std::string::npos) << ran.errors;
+    EXPECT_NE(ran.errors.find(work().string()), std::string::npos) << ran.errors;
     EXPECT_EQ(all_files(), step.before);
   }
 }

@@ -61,6 +61,15 @@ TEST_F(SharedSettings, ThatCannotBeWrittenAreNamedAndNoDocumentFailsForThem) {
   EXPECT_EQ(rebuilt.code, 0) << rebuilt.errors;
 }
 
+TEST_F(SharedSettings, ThatCannotBeReadAreNamed) {
+  folder.make_folder(u"config\\registry.json");
+  for (const char* word : {"mif.split", "mif.split=both"}) {
+    const Ran ran = run_kavo({"settings", word});
+    EXPECT_EQ(ran.code, 1) << word;
+    EXPECT_NE(ran.errors.find(path_to_host(folder.path(u"config\\registry.json"))), std::string::npos) << ran.errors;
+  }
+}
+
 TEST(Reader, ThatGoesEarlyInterruptsNothing) {
   const TempFolder folder;
   std::string command = "cd '" + path_to_host(folder.path()) + "' && { " KAVO_PROGRAM " html protect";
