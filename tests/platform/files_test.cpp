@@ -265,6 +265,26 @@ TEST_P(FilesTest, RenameChangesTheCaseOfAName) {
   EXPECT_EQ(read(u"a.txt"), "content");
 }
 
+TEST_P(FilesTest, AFileIsTheSameUnderEachOfItsNames) {
+  write(u"a.txt", "one");
+  write(u"b.txt", "one");
+  make_folder(u"folder");
+  const auto identity = [&](std::u16string_view name) { return files().identity(path(name)); };
+  const std::optional<FileIdentity> first = identity(u"a.txt");
+  ASSERT_TRUE(first);
+  EXPECT_FALSE(identity(u"none.txt"));
+  EXPECT_EQ(identity(u"A.TXT"), first);
+  EXPECT_NE(identity(u"b.txt"), first);
+  EXPECT_NE(identity(u"folder"), first);
+  EXPECT_EQ(identity(u"b.txt")->volume, first->volume);
+  files().link_file(path(u"a.txt"), path(u"second.txt"));
+  EXPECT_EQ(identity(u"second.txt"), first);
+  EXPECT_EQ(failure_number([&] { files().link_file(path(u"a.txt"), path(u"b.txt")); }), 58);
+  EXPECT_EQ(read(u"b.txt"), "one");
+  files().rename_file(path(u"a.txt"), path(u"c.txt"));
+  EXPECT_EQ(identity(u"c.txt"), first);
+}
+
 TEST_P(FilesTest, RenameFailures) {
   write(u"a.txt", "content");
   make_folder(u"folder");
