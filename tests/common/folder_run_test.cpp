@@ -217,6 +217,31 @@ TEST_F(FolderRunTest, AFolderWithoutARunIsSettled) {
   EXPECT_TRUE(reports.empty());
 }
 
+// Another run has the folder and does not end.
+class KeptFolder final : public FaultyFiles {
+ public:
+  using FaultyFiles::FaultyFiles;
+  std::unique_ptr<FileLock> lock(std::u16string_view) override {
+    throw failure(FailureNumber::kPermissionDenied, u"in use by another run");
+  }
+};
+
+TEST_F(FolderRunTest, AFolderThatAnotherRunKeepsIsGivenUpAfterAMinute) {
+  KeptFolder kept(files);
+  ports().files = &kept;
+  const auto thrown = failure_of([&] { FolderRun run(kPage, report()); });
+  ASSERT_TRUE(thrown);
+  EXPECT_EQ(thrown->number(), 70);
+  EXPECT_TRUE(thrown->description().find(u"cannot be locked (in use by another run)") != std::u16string::npos);
+  EXPECT_EQ(reports.size(), 1u) << "the wait is said once";
+  EXPECT_NEAR(clock.slept, 60, 1);
+  clock.slept = 0;
+  request_interrupt();
+  EXPECT_THROW(FolderRun(kPage, report()), interruption);
+  EXPECT_EQ(clock.slept, 0);
+  EXPECT_EQ(files.all_files(), (Names{std::u16string(kPage)}));
+}
+
 TEST_F(FolderRunTest, AFolderOfTheScratchFoldersNameIsLeftAlone) {
   files.put(u"C:\\WORK\\.kavo-run\\mine.txt", "mine");
   EXPECT_EQ(failure_number([] { FolderRun run(kPage); }), 58);
@@ -230,8 +255,9 @@ TEST_F(FolderRunTest, MessagesSpeakOfTheFilesThatTheUserKnows) {
             u"/x/.kavo-run could not be removed");
 }
 
-// What a run does whose files are replaced, removed, borrowed and made.
+// What a run does whose files are replaced, removed, borrowed and made, with a temporary file.
 void work(FolderRun& run) {
+  ports().files->open(u"C:\\TEMP\\MOR1234.TMP", Access::kCreateNew)->close();
   run.borrow(u"C:\\WORK\\side.mif");
   write(u"C:\\WORK\\side.mif", "the run's");
   write(kPage, "new page");
