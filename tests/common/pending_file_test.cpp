@@ -47,6 +47,21 @@ TEST_F(PendingFileTest, NothingIsSeenUnderTheFinalNameBeforeCommit) {
   EXPECT_EQ(file_count(), 1u);
 }
 
+TEST_F(PendingFileTest, APowerCutAfterTheCommitLosesNothing) {
+  FaultyFiles faulty(drives);
+  ports().files = &faulty;
+  drives.put(u"C:\\WORK\\source", kNew);
+  {
+    PendingFile file(kTarget);
+    file.write(kNew);
+    file.commit();
+  }
+  copy_file(u"C:\\WORK\\source", u"C:\\WORK\\copy");
+  faulty.lose_unflushed();
+  EXPECT_EQ(drives.get(kTarget), kNew);
+  EXPECT_EQ(drives.get(u"C:\\WORK\\copy"), kNew);
+}
+
 TEST_F(PendingFileTest, WithoutCommitTheOldFileStaysAndNothingElse) {
   drives.put(kTarget, kOld);
   {
