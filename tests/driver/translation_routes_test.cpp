@@ -132,6 +132,16 @@ TEST_F(RestoreScripts, PageComesBackUnderItsOwnName) {
             u"C:\\WORK\\page_asp_SCR_ENU.tud.skl|ENU|K19TXT");
 }
 
+TEST_F(RestoreScripts, NoPageHasAFinalNameBeforeItsScriptsAreBack) {
+  suite.create = [&](const std::u16string& target) {
+    write_file_in_ports(target, suite.bytes_of(target));
+    for (const auto* name : {u"page_asp_ENU.htm", u"page_ENU.asp"}) EXPECT_FALSE(files.has(in(name)));
+  };
+  EXPECT_EQ(create(u"page_asp_HTM_ENU.tud"), 0);
+  EXPECT_EQ(count_calls(u"CreateTarget"), 2u);
+  EXPECT_EQ(files.get(in(u"page_ENU.asp")), page);
+}
+
 TEST_F(RestoreScripts, FilesOnTheWayGoReadOnlyOrNot) {
   const Files before = all_files();
   suite.create = [&](const std::u16string& target) {
@@ -255,6 +265,21 @@ TEST_F(MergeMif, TranslationsOfTheSideFilesComeIntoTheDocument) {
     if (called.starts_with(u"Open ")) opened.push_back(called.substr(5));
   EXPECT_EQ(opened, (std::vector<std::u16string>{in(u"manual_mif_FR.tud"), in(u"KAVO_ix_mif_FR.tud"),
                                                  in(u"KAVO_xr_mif_FR.tud"), in(u"KAVO_va_mif_FR.tud")}));
+}
+
+// A host's catalogue sees the names of the contract, and nobody a document that is not merged.
+TEST_F(MergeMif, SideFilesHaveTheirNamesAtOnceAndTheDocumentAtTheEnd) {
+  std::vector<std::u16string> made;
+  suite.create = [&](const std::u16string& target) {
+    made.push_back(target);
+    write_file_in_ports(target, suite.bytes_of(target));
+    EXPECT_FALSE(files.has(in(u"manual_FR.mif")));
+  };
+  EXPECT_EQ(create(u"manual_mif_FR.tud"), 0);
+  ASSERT_EQ(made.size(), 4u);
+  made.erase(made.begin());
+  EXPECT_EQ(made, (std::vector<std::u16string>{in(u"KAVO_ix.mif"), in(u"KAVO_xr.mif"), in(u"KAVO_va.mif")}));
+  EXPECT_EQ(files.get(in(u"manual_FR.mif")), manual("Pomme"));
 }
 
 TEST_F(MergeMif, SideFilesNeverOutliveTheRun) {
