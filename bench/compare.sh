@@ -87,8 +87,10 @@ for size in $sizes; do
         "$bin/bench/make_document" html "$size" > page.htm
         "$bin/bench/make_document" mif "$size" > book.mif
         "$bin/bench/make_document" text "$size" > note.txt
+        "$bin/bench/make_document" letter "$size" > letter.rtf
+        "$bin/bench/make_document" rc "$size" > app.rc
         mkdir kept
-        cp page.htm book.mif note.txt kept
+        cp page.htm book.mif note.txt letter.rtf app.rc kept
         languages="--source EN-US --target FR"
         road() {  # road NAME FILE TUD [NAME BEFORE COMMAND]...
           local name=$1 file=$2 tud=$3
@@ -107,6 +109,11 @@ for size in $sizes; do
         ! command -v po4a-updatepo >/dev/null || others+=("po4a-updatepo" "rm -f page4.po" "timeout 300 po4a-updatepo -f xhtml -M UTF-8 -m kept/page.htm -p page4.po")
         road page page.htm page_htm_htm_FR.tud "${others[@]}"
         road manual book.mif book_mif_FR.tud
+        road letter letter.rtf letter_rtf_FR.tud
+        others=()
+        ! command -v rc2po >/dev/null || others+=("rc2po" "" "timeout 300 rc2po --progress=none --charset=windows-1252 kept/app.rc app.po"
+          "po2rc" "" "timeout 300 po2rc --progress=none --charset=windows-1252 -t kept/app.rc app.po out.rc")
+        road "resource script" app.rc app_rc_FR.tud "${others[@]}"
         others=()
         ! command -v txt2po >/dev/null || others+=("txt2po" "" "timeout 300 txt2po --progress=none kept/note.txt note.po"
           "po2txt" "" "timeout 300 po2txt --progress=none -t kept/note.txt note.po out.txt")

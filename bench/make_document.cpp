@@ -1,4 +1,6 @@
-// Writes a made document to standard output: make_document page|html|mif|rtf|text MEGABYTES
+// Writes a made document to standard output: make_document page|html|mif|rtf|letter|rc|text MEGABYTES
+//
+// "rtf" is mostly pictures, "letter" RTF without any.
 #include <cstdio>
 #include <cstdlib>
 #include <iterator>
@@ -7,6 +9,7 @@
 
 #include "mif_maker.h"
 #include "page_maker.h"
+#include "rc_maker.h"
 #include "rtf_maker.h"
 
 namespace {
@@ -35,9 +38,11 @@ int main(int argc, char** argv) {
   if (kind == "html") text = kavo::bench::PageMaker(kavo::bench::PageKind::kPlain).make(bytes);
   if (kind == "mif") text = kavo::bench::MifMaker().make(bytes);
   if (kind == "rtf") text = kavo::bench::RtfMaker().make(bytes);
+  if (kind == "letter") text = kavo::bench::RtfMaker(0).make(bytes);
+  if (kind == "rc") text = kavo::bench::RcMaker().make(bytes);
   if (kind == "text") text = make_text(bytes);
   if (text.empty()) {
-    std::fprintf(stderr, "usage: make_document page|html|mif|rtf|text MEGABYTES\n");
+    std::fprintf(stderr, "usage: make_document page|html|mif|rtf|letter|rc|text MEGABYTES\n");
     return 2;
   }
   return std::fwrite(text.data(), 1, text.size(), stdout) == text.size() ? 0 : 1;

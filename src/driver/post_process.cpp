@@ -39,6 +39,10 @@ std::u16string office_type(const TudName& name, bool has_language) {
   return known == u"PPT" || known == u"XLS" ? type : u"";
 }
 
+// Whether the RTF is the form of a Word document. That of a file called doc.rtf is not, though "doc" stands in its
+// name.
+bool is_form_of_word(const TudName& name) { return name.has_part(0) && ascii_upper(name.part(1)) == u"DOC"; }
+
 // Both Office converters work on a file of their own, whose name they make from that of the XML file. Each returns why
 // it failed, "" when it did not.
 std::u16string import_presentation(const std::u16string& xml) {
@@ -57,7 +61,7 @@ std::u16string import_workbook(const std::u16string& xml) {
 std::u16string document_made_of(const TudName& name, std::u16string_view target, std::u16string_view language) {
   const std::u16string extension = ascii_upper(extension_of(target));
   if (extension == u"HTM") return name.file_name(0, name.part(1), true);
-  if (extension == u"RTF" && ascii_upper(name.part(1)) == u"DOC") return name.file_name(0, u"doc", true);
+  if (extension == u"RTF" && is_form_of_word(name)) return name.file_name(0, u"doc", true);
   if (extension == u"XML") {
     if (const std::u16string type = office_type(name, !language.empty()); !type.empty())
       return language.empty() ? name.folder() + stem_of(target) + u"." + type : name.file_name(1, type, true);
@@ -169,7 +173,7 @@ void PostProcessing::RebuildDocument() {
     observer_.tell_all(objects.ErrorList());
     if (!inserted) throw reported_failure();
   }
-  if (ascii_upper(name_.part(1)) != u"DOC") return;
+  if (!is_form_of_word(name_)) return;
 
   form_ = result_;
   clsDOC2RTF word;

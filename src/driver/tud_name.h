@@ -18,6 +18,8 @@ class TudName {
   const std::u16string& folder() const { return folder_; }  // with its "\"
   const std::u16string& base() const { return base_; }
   const std::u16string& part(std::size_t index) const { return parts_[index]; }  // 0 to 3
+  // Whether the name is long enough for it; the part itself may be empty.
+  bool has_part(std::size_t index) const { return index >= first_part_; }
   const std::u16string& prepared_type() const { return parts_[2]; }
   const std::u16string& language() const { return parts_[3]; }
 

@@ -81,6 +81,7 @@ TEST_F(RoutesTest, AnExistingDocumentIsSeenBeforeTheSuiteMakesAnything) {
        u"page_asp_ENU.htm"},
       {"Word document", u"letter_doc_rtf_ENU.tud", u"letter_doc.rtf", u"RTF", u"letter_doc_ENU.rtf", u"letter_ENU.doc"},
       {"RTF document", u"letter_rtf_ENU.tud", u"letter.rtf", u"RTF", u"letter_ENU.rtf", u"letter_ENU.rtf"},
+      {"RTF document called doc", u"doc_rtf_ENU.tud", u"doc.rtf", u"RTF", u"doc_ENU.rtf", u"doc_ENU.rtf"},
       {"presentation", u"deck_PPT_ENU.tud", u"deck.PPT", u"XML", u"deck_PPT_ENU.xml", u"deck_ENU.PPT"},
       {"workbook without a language", u"book_XLS.tud", u"book.XLS", u"XML", u"told.xml", u"told.XLS"},
       {"MIF document", u"manual_mif_ENU.tud", u"manual.mif", u"MIF", u"manual_ENU.mif", u"manual_ENU.mif"},

@@ -38,6 +38,9 @@ TEST(TudName, ATudNameWithoutUnderscoresIsItsLastPart) {
   const TudName name(u"C:\\work\\report.tud");
   for (std::size_t i = 0; i < 3; ++i) EXPECT_EQ(name.part(i), u"");
   EXPECT_EQ(name.language(), u"report");
+  EXPECT_TRUE(name.has_part(3));
+  EXPECT_FALSE(name.has_part(2));
+  EXPECT_TRUE(TudName(u"_doc_rtf_FR.tud").has_part(0)) << "it is empty";
 }
 
 TEST(TudName, FileNamesAreBuiltFromTheParts) {

@@ -96,6 +96,42 @@ TEST_F(XliffPackage, PackingThatFailsAnywhereKeepsTheOldFile) {
   EXPECT_GT(faults, 10u);
 }
 
+TEST_F(XliffPackage, SeveralDocumentsAreSeenWhereverABlockEndsAndInEveryCoding) {
+  put(u"a.txt", "One file: <file \nTwo\n");
+  put(u"b.txt", "Two\n");
+  const std::u16string one = convert(u"a.txt"), other = convert(u"b.txt");
+  pack({one, other});
+  const std::string both = get(u"p.xlf");
+  std::string prefixed = both;
+  for (std::size_t at = prefixed.find("file "); at != std::string::npos; at = prefixed.find("file ", at + 7))
+    if (prefixed[at - 1] == '<') prefixed.insert(at, "x:");
+  for (std::size_t at = prefixed.find("</file>"); at != std::string::npos; at = prefixed.find("</file>", at + 7))
+    prefixed.insert(at + 2, "x:");
+  prefixed.insert(prefixed.find(" xmlns="), " xmlns:x=\"urn:oasis:names:tc:xliff:document:1.2\"");
+  const auto wide = [](std::string text) {
+    text.replace(text.find("UTF-8"), 5, "UTF-16");
+    std::string bytes;
+    TextCoding(kUtf16LittleEndian).encode(text, bytes, {});
+    return "\xFF\xFE" + bytes;
+  };
+  const struct {
+    const char* name;
+    std::string bytes;
+    bool expected;
+  } cases[] = {{"one", files.get(one), false},
+               {"two", both, true},
+               {"prefixes", prefixed, true},
+               {"one in UTF-16", wide(files.get(one)), false},
+               {"two in UTF-16", wide(both), true}};
+  for (const auto& c : cases) {
+    files.put(in_folder(u"t.tud"), c.bytes);
+    for (const std::size_t size : {1, 2, 3, 5, 4096}) {
+      const BlockSizeScope scope(size);
+      EXPECT_EQ(is_package(in_folder(u"t.tud")), c.expected) << c.name << ", blocks of " << size;
+    }
+  }
+}
+
 TEST_F(XliffPackage, OneDocumentIsAPackageUnlessItIsCalledABilingualDocument) {
   put(u"a.txt", "One\n");
   const std::u16string tud = convert(u"a.txt");

@@ -175,6 +175,32 @@ class Packer {
   std::vector<std::string> root_declarations_;  // of the package
 };
 
+// Whether the bytes rule out a second file element, for documents in codings that contain ASCII. An XML parser takes
+// many times as long, and most documents that anybody rebuilds are long and have one.
+bool has_one_file_tag(std::u16string_view path) {
+  constexpr std::string_view kName = "file";
+  std::size_t count = 0;
+  char before = 0;  // the byte in front of the window
+  for (BlockReader reader(path);;) {
+    const std::string_view window = reader.window();
+    if (reader.position() == 0 && window.size() >= 2 &&
+        (window[0] == 0 || window[1] == 0 || window[0] == '\xFE' || window[0] == '\xFF'))
+      return false;  // UTF-16
+    std::size_t done = 0;
+    for (std::size_t at = window.find(kName); at != window.npos; at = window.find(kName, done)) {
+      const char last = at == 0 ? before : window[at - 1];
+      count += last == '<' || last == ':' ? 1 : 0;
+      done = at + kName.size();
+    }
+    if (count > 1) return false;
+    // The name may be cut.
+    done = std::max(done, window.size() - std::min(window.size(), kName.size() - 1));
+    if (done != 0) before = window[done - 1];
+    reader.consume(done);
+    if (!reader.more()) return count == 1;
+  }
+}
+
 }  // namespace
 
 void pack_documents(std::span<const BilingualDocument* const> documents, std::u16string_view target) {
@@ -183,9 +209,10 @@ void pack_documents(std::span<const BilingualDocument* const> documents, std::u1
 
 bool is_package(std::u16string_view path) {
   try {
+    const bool is_document = equal_ignoring_ascii_case(extension_of(path), u"tud");
+    if (is_document && has_one_file_tag(path)) return false;
     const XliffOutline outline = read_outline(path);
-    if (outline.files.size() > 1) return true;
-    return outline.files.front().has_skeleton_inside && !equal_ignoring_ascii_case(extension_of(path), u"tud");
+    return outline.files.size() > 1 || (outline.files.front().has_skeleton_inside && !is_document);
   } catch (const failure&) {
     return false;
   }
