@@ -397,7 +397,9 @@ TEST_F(BrokenRun, APowerCutLeavesAllOfNewFilesOrNone) {
         std::ranges::count_if(names, [&](std::u16string_view name) { return files.has(name); }));
     EXPECT_TRUE(there == 0 || there == std::size(names)) << number;
     for (const std::u16string_view name : names)
-      if (files.has(name)) EXPECT_EQ(files.get(name), "all of it") << number;
+      if (files.has(name)) {
+        EXPECT_EQ(files.get(name), "all of it") << number;
+      }
     EXPECT_FALSE(files.info(u"C:\\WORK\\.kavo-run")) << number;
     (there == 0 ? undone : finished) += 1;
     if (!faulty.fault_happened()) break;
