@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <map>
 #include <set>
+#include <utility>
 
 #include "common/document_kind.h"
 #include "common/document_names.h"
@@ -31,7 +32,9 @@ bool is_selected(const FolderSelection& selection, const std::u16string& relativ
 
 class Walk {
  public:
-  Walk(std::u16string_view top, const FolderSelection& selection) : top_(top), selection_(selection) {}
+  // Files that `accepts` does not take are not even listed: of a large folder most are of no interest.
+  Walk(std::u16string_view top, const FolderSelection& selection, Accepts accepts)
+      : top_(top), selection_(selection), accepts_(std::move(accepts)) {}
 
   std::vector<FolderFile> files() {
     std::vector<std::u16string> folders{u""};  // from the top; a stack
@@ -58,18 +61,20 @@ class Walk {
     for (const std::u16string& name : ports().files->find(path_in(path_in(top_, folder), u"*"))) {
       if (name.starts_with(u'.')) continue;
       const std::u16string relative = folder.empty() ? name : path_in(folder, name);
-      const auto info = ports().files->info(path_in(top_, relative));
+      std::u16string path = path_in(top_, relative);
+      const auto info = ports().files->info(path);
       if (!info || info->is_special) continue;
       if (info->is_folder)
         below.push_back(relative);
-      else if (is_selected(selection_, relative))
-        files_.push_back({path_in(top_, relative), relative});
+      else if (is_selected(selection_, relative) && accepts_(path))
+        files_.push_back({std::move(path), relative});
     }
     if (selection_.recursive) folders.insert(folders.end(), below.rbegin(), below.rend());
   }
 
   std::u16string top_;
   const FolderSelection& selection_;
+  Accepts accepts_;
   std::set<std::pair<std::uint64_t, std::uint64_t>> seen_;
   std::vector<FolderFile> files_;
 };
@@ -175,16 +180,13 @@ std::unique_ptr<FileLock> settle_folder(std::u16string_view folder) {
 }
 
 std::vector<FolderFile> files_of_folder(std::u16string_view folder, const FolderSelection& selection) {
-  return Walk(folder, selection).files();
+  return Walk(folder, selection, [](const std::u16string&) { return true; }).files();
 }
 
 std::vector<FolderFile> files_meant(const std::vector<std::u16string>& given, const FolderSelection& selection,
                                     const Accepts& accepts) {
-  return expanded(given, selection, [&](const std::u16string& folder) {
-    std::vector<FolderFile> found = files_of_folder(folder, selection);
-    std::erase_if(found, [&](const FolderFile& file) { return !accepts(file.path); });
-    return found;
-  });
+  return expanded(given, selection,
+                  [&](const std::u16string& folder) { return Walk(folder, selection, accepts).files(); });
 }
 
 std::vector<FolderFile> sources_meant(const std::vector<std::u16string>& given, const FolderSelection& selection) {
