@@ -1,5 +1,6 @@
 #include "suite/filters/script/joined_text.h"
 
+#include "formats/text/text_coding.h"
 #include "suite/filters/script/script_rules.h"
 
 namespace kavo::script {
@@ -23,8 +24,9 @@ JoinedText joined_text(std::span<const Item> items, std::string_view script, Lan
     const std::size_t from = item.begin + item.open;
     LiteralReader reader(script.substr(from, item.end - item.close - from), {language, item.form, false}, coding);
     for (LiteralReader::Character c; reader.next(c);) {
-      const bool is_text = c.is_text && c.utf8 != kMark && !c.utf8.empty();
       if (c.utf8.empty() && c.is_text) continue;  // the line end of a literal over several lines
+      // A translation cannot hold every control character.
+      const bool is_text = c.is_text && is_xml_character(utf8_code_point(c.utf8));
       append(is_text ? c.utf8 : kMark, from + c.begin, from + c.end);
     }
   }
