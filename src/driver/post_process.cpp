@@ -227,7 +227,12 @@ void PostProcessing::rebuild(const std::u16string& tud, const std::u16string& fi
     build.save_open_tag(std::nullopt);
     build.locate_skeleton();
   });
-  build.create_target(file, language_);
+  // The place is one of this document, not of the one that the user named.
+  try {
+    build.create_target(file, language_);
+  } catch (const failure& reason) {
+    throw failure(reason.number(), tud + u": " + reason.description(), reason.source());
+  }
 }
 
 }  // namespace kavo

@@ -6,6 +6,7 @@
 #include "cli/run_kavo.h"
 #include "platform/files.h"
 #include "platform/ports.h"
+#include "suite/document/bilingual_document.h"
 #include "support/temp_folder.h"
 
 namespace kavo::test {
@@ -137,6 +138,19 @@ TEST_F(RebuildCommand, FailuresTellWhatFailedAndWhy) {
   EXPECT_NE(ran.errors.find("2 of 2 files failed"), std::string::npos) << ran.errors;
   EXPECT_NE(ran.errors.find("missing_txt_FR.tud: Failed to open TUD file"), std::string::npos) << ran.errors;
   EXPECT_FALSE(folder.exists(u"index_FR.asp"));
+}
+
+// The user names the page's document; the place is one of the document of its scripts.
+TEST_F(RebuildCommand, AMessageOnAScriptNamesTheScriptsDocument) {
+  prepare(u"index.asp", "<p>Hello</p><% Const kTitle = \"Hello you\" %>\r\n<% MsgBox kTitle %>\r\n");
+  BilingualDocument document(folder.path(u"index_asp_scr_FR.tud"));
+  ASSERT_EQ(document.size(), 1u);
+  document.set_segment(0, "Bonjour\nvous", TranslationStatus::kTranslated, 0);
+  document.save();
+  const Ran refused = run_kavo({"rebuild", path(u"index_asp_htm_FR.tud")});
+  EXPECT_EQ(refused.code, 1);
+  EXPECT_NE(refused.errors.find("index_asp_SCR_FR.tud: segment 1 (line 3, column 20): a line break"), std::string::npos)
+      << refused.errors;
 }
 
 TEST_F(RebuildCommand, DocumentsThatAreTakenAlongAreLeftOut) {
