@@ -106,7 +106,9 @@ case " ${wanted[*]} " in
     # Pages whose literals were labelled by hand (tests/cli/check_labels.py); they are unpacked only.
     pages=${XDG_CACHE_HOME:-$HOME/.cache}/kavo-pages
     for package in phpldapadmin tt-rss tomcat10-examples tomcat10-admin mlmmj-php-web mlmmj-php-web-admin \
-      postfixadmin slbackup-php; do
+      postfixadmin slbackup-php bandwidthd-pgsql php-getid3 nagios4-cgi nagvis php-fpdf phpwebcounter collectd-core \
+      ganglia-webfrontend roundcube-core phpsysinfo shaarli davical dokuwiki cacti ocsinventory-reports wordpress \
+      zoph zoneminder smarty3 simplesamlphp; do
       [ -d "$pages/$package" ] || {
         mkdir -p "$pages/download"
         (cd "$pages/download" && apt-get download "$package" >/dev/null 2>&1 &&

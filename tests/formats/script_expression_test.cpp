@@ -36,6 +36,9 @@ class Lines final : public ExpressionSink {
     add(line + ")");
   }
   void function_ends() override { add("E"); }
+  void loops(std::size_t loop, std::string_view variable) override {
+    add("L " + std::to_string(loop) + " " + std::string(variable));
+  }
   void declared(std::string_view name) override { add("D " + std::string(name)); }
 
   std::string result;
@@ -44,11 +47,12 @@ class Lines final : public ExpressionSink {
   static std::string shown(const Place& place) {
     static constexpr const char* kNames[] = {"-",       "argument", "assigned", "entry",     "returned",
                                              "element", "group",    "compared", "condition", "subscript",
-                                             "key",     "receiver", "operand"};
+                                             "key",     "receiver", "operand",  "looped"};
     std::string text = kNames[static_cast<int>(place.kind)];
     if (place.kind == PlaceKind::kArgument) text += " " + std::to_string(place.argument) + " of";
     if (!place.name.empty()) text += " " + std::string(place.name);
     if (!place.key.empty()) text += "[" + std::string(place.key) + "]";
+    if (place.kind == PlaceKind::kLooped) text += " by " + std::to_string(place.loop);
     return text;
   }
   void add(const std::string& line) { result += (result.empty() ? "" : "\n") + line; }
@@ -82,6 +86,11 @@ const Case kCases[] = {
     {"joined texts", kVb, "x = \"Hello \" & name & \", welcome\"", "\"Hello \" {name} \", welcome\" -> assigned x"},
     {"joined over lines", kVb, "x = \"a\" & _\n \"b\"", "\"a\" \"b\" -> assigned x"},
     {"sum in a joined text", kVb, "x = \"a\" & n + 1 & \"b\"", "\"a\" {n + 1} \"b\" ~> assigned x"},
+    {"loop over a list", kPhp, "foreach (['a', 'b'] as $i => $s) f('c');",
+     "'a' -> element looped by 8\n'b' -> element looped by 8\nL 8 $s\n'c' -> argument 0 of f -"},
+    {"loop over a list", kVb, "For Each s In Array(\"a\")\nf \"b\"",
+     "\"a\" -> argument 0 of Array assigned s\n\"b\" -> argument 0 of f"},
+    {"loop over a list", kJs, "for (const s of ['a']) f('b')", "'a' -> element assigned s\n'b' -> argument 0 of f -"},
     {"statement with arguments", kVb, "MsgBox \"a\", 16, \"b\"",
      "\"a\" -> argument 0 of MsgBox\n\"b\" -> argument 2 of MsgBox"},
     {"statement whose argument is in parentheses", kVb, "Response.Write (\"a\") & b & \"c\"",
@@ -178,6 +187,7 @@ TEST(ScriptExpressions, Garbage) {
     }
     void function_begins(std::string_view, std::span<const std::string_view>) override { ++depth; }
     void function_ends() override { --depth; }
+    void loops(std::size_t loop, std::string_view) override { EXPECT_LT(loop, size); }
     void declared(std::string_view) override {}
     std::size_t size = 0;
     int depth = 0;

@@ -46,6 +46,7 @@ enum class PlaceKind : std::uint8_t {
   kKey,        // of an entry
   kReceiver,   // a method is called on it: "a,b".split(",")
   kOperand,    // of an operator that joins no text
+  kLooped,     // its elements go to the variable of a loop, see ExpressionSink::loops()
 };
 
 struct Place {
@@ -56,6 +57,7 @@ struct Place {
   unsigned argument = 0;       // from 0
   bool is_member = false;
   std::string_view key = {};  // of an assignment to an element: the subscript when it is a literal
+  std::size_t loop = 0;       // of a list that is looped over: the number of the loop
 };
 
 // Literals and operands that the language's text operator joins, or a single one of either.
@@ -76,6 +78,8 @@ class ExpressionSink {
   // Everything until function_ends() is the body. `name` is "" for a function without a name.
   virtual void function_begins(std::string_view name, std::span<const std::string_view> parameters) = 0;
   virtual void function_ends() = 0;
+  // The variable that takes the elements of everything at the place kLooped with this number: PHP names it last.
+  virtual void loops(std::size_t loop, std::string_view variable) = 0;
   // A variable of the function that it stands in.
   virtual void declared(std::string_view name) = 0;
 };

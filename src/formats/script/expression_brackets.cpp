@@ -31,8 +31,9 @@ void ExpressionScanner::open_paren(std::size_t begin) {
     last = last_item()->last;
   }
   if (is_declaration) function_ = FunctionState::kParameters;
-  is_control_ = false;
   Frame& frame = open(kind, begin);
+  frame.is_loop = is_control_ && is_loop_;
+  is_control_ = false;
   frame.name = name;
   frame.last = last;
   frame.is_declaration = is_declaration;
@@ -107,6 +108,11 @@ void ExpressionScanner::close_paren(std::size_t end) {
       function_parameters_.assign(parameters_.begin() + static_cast<std::ptrdiff_t>(frame.parameters),
                                   parameters_.end());
     }
+  }
+  if (frame.names_loop) {
+    if (const Item* const item = last_item(); item != nullptr && !item->name.empty())
+      sink_.loops(frame.begin, item->name);
+    clear_expression();
   }
   pop();
   if (frame.kind == FrameKind::kControl) return end_statement();

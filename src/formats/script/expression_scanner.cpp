@@ -260,7 +260,8 @@ Place ExpressionScanner::place_of(const Frame& frame) const {
       place.kind = PlaceKind::kNowhere;
       break;
     case FrameKind::kControl:
-      place.kind = PlaceKind::kCondition;
+      place.kind = frame.is_loop ? PlaceKind::kLooped : PlaceKind::kCondition;
+      place.loop = frame.begin;
       break;
     case FrameKind::kCall:
       place.kind = PlaceKind::kArgument;

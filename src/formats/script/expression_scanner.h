@@ -52,6 +52,8 @@ class ExpressionScanner {
     bool is_plain = true;         // every argument is one name
     bool all_typed = true;        // and each has its type before it
     bool begins_function = false;
+    bool is_loop = false;     // "foreach (list as $name)"
+    bool names_loop = false;  // behind its "as"
 
     PlaceKind base = PlaceKind::kNowhere;  // where the expression goes, unless the bracket decides it
     Place target;
@@ -86,6 +88,7 @@ class ExpressionScanner {
   void assigns();
   void colon();
   void arrow();
+  void loop_word(std::string_view word);
   void comma();
   void parameter();
   Frame& open(FrameKind kind, std::size_t begin);
@@ -127,6 +130,7 @@ class ExpressionScanner {
   std::string_view function_name_;
   std::vector<std::string_view> function_parameters_;
   bool is_control_ = false;    // the next "(" holds a condition
+  bool is_loop_ = false;       // or a loop over a list
   bool after_arrow_ = false;   // a "{" begins a block
   bool after_member_ = false;  // a name belongs to the operand before it
   bool after_end_ = false;     // behind "End" of VBScript

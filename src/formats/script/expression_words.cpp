@@ -61,7 +61,7 @@ bool ExpressionScanner::basic_word(WordRole role) {
       end_statement();
       return true;
     case WordRole::kSeparator:
-      end_expression_as(PlaceKind::kNowhere);
+      loop_word("in");
       return true;
     case WordRole::kLogic:
       end_expression();
@@ -101,6 +101,7 @@ bool ExpressionScanner::curly_word(const Token& token, WordRole role) {
       if (!in_statement) return false;
       end_statement();
       is_control_ = true;
+      is_loop_ = equal_word(text_of(token), "foreach");
       return true;
     case WordRole::kCase:
       if (!in_statement) return false;
@@ -112,7 +113,7 @@ bool ExpressionScanner::curly_word(const Token& token, WordRole role) {
       end_statement();
       return true;
     case WordRole::kSeparator:
-      end_expression_as(PlaceKind::kNowhere);
+      loop_word(text_of(token));
       return true;
     case WordRole::kLogic:
       end_expression();
@@ -123,6 +124,24 @@ bool ExpressionScanner::curly_word(const Token& token, WordRole role) {
     default:
       return false;
   }
+}
+
+// "For Each x In list", "for (x of list)": the list goes to the name before the word. In "foreach ($list as $x)" the
+// name comes later.
+void ExpressionScanner::loop_word(std::string_view word) {
+  Frame& frame = top();
+  if (frame.is_loop) {
+    end_expression();
+    frame.names_loop = true;
+    return;
+  }
+  const Item* const item = last_item();
+  const bool takes_elements = language_ == Language::kJavaScript ? word == "of" : is_basic();
+  if (!takes_elements || item == nullptr || item->name.empty() || items_.size() != frame.items + 1)
+    return end_expression_as(PlaceKind::kNowhere);
+  frame.target = {.kind = PlaceKind::kAssigned, .name = item->name, .last = item->last};
+  clear_expression();
+  frame.base = PlaceKind::kAssigned;
 }
 
 // ---- Operators

@@ -4,6 +4,7 @@
 
 #include "formats/html/marker_reader.h"
 #include "formats/script/page_scripts.h"
+#include "platform/trimmed.h"
 #include "suite/filters/script/script_place.h"
 
 namespace kavo::script {
@@ -29,6 +30,14 @@ void each_line_end(std::string_view text, Action&& action) {
 std::uint64_t number_in(std::string_view gap) {
   const std::size_t marker = gap.rfind(html::placeholder::kMarker);
   return marker == std::string_view::npos ? 0 : html::placeholder_number(gap.substr(marker));
+}
+
+// "<%= value %>", "<?php echo value ?>"
+bool writes_value(std::string_view text, std::span<const Piece> pieces) {
+  const Piece& first = pieces.front();
+  if (first.kind == PieceKind::kValue) return true;
+  const std::string_view code = trimmed(text.substr(first.begin, first.end - first.begin), " \t\r\n");
+  return first.language == Language::kPhp && (code.starts_with("echo ") || code.starts_with("print "));
 }
 
 }  // namespace
@@ -73,8 +82,7 @@ void ScriptExtraction::run(ProgressEvent& progress) {
     sink_.skeleton(gap);
     units.clear();
     if (offer_ != Offer::kNone && !pieces.empty()) finder_.units(pieces, units);
-    const bool is_value = !pieces.empty() && pieces.front().kind == PieceKind::kValue;
-    if (is_value && !units.empty() && tags_.holds(number_in(gap)))
+    if (!units.empty() && writes_value(text_, pieces) && tags_.holds(number_in(gap)))
       std::erase_if(units, [](const Unit& unit) { return !unit.has_markup; });
     enter_block(gap, block);
     emit(units);

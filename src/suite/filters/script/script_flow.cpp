@@ -59,6 +59,8 @@ std::string ScriptFlow::place_key(Language language, const Place& place) const {
       if (!scopes_.empty() && language == Language::kVbScript && scopes_.back().name == folded(language, place.name))
         return "r:" + scopes_.back().name;
       return variable_key(language, place.name);
+    case PlaceKind::kLooped:
+      return "l" + std::to_string(place.loop);
     case PlaceKind::kReturned:
       return scopes_.empty() ? std::string() : "r:" + scopes_.back().name;
     default:
@@ -97,7 +99,9 @@ ScriptFlow::End ScriptFlow::end_of(Language language, std::span<const Place> pla
       // The code that reads the entry decides, not the entry's name.
       const bool is_internal = row != nullptr && has(row->use, Use::kInternal);
       end.known.use = end.known.use | (is_internal ? Use::kUnlikely : row != nullptr ? row->use : Use::kNone);
-      if (row == nullptr) end.known.use = end.known.use | use_by_name(place.last);
+      if (row == nullptr)
+        end.known.use =
+            end.known.use | (equal_word(unquoted(place.last), "name") ? Use::kNamed : use_by_name(place.last));
       end.names.push_back("m:" + folded(language, unquoted(place.last)));
       is_entry = true;
       continue;
@@ -125,12 +129,23 @@ void ScriptFlow::arrow(Node from, Node to) {
   if (known_arrows_.insert((static_cast<std::uint64_t>(from) << 32) | to).second) arrows_.emplace_back(from, to);
 }
 
-void ScriptFlow::joined(Language language, const Join& join) {
+void ScriptFlow::joined(Language language, const Join& join, const Looks& looks) {
   // A comparison says nothing about the texts that the value may hold.
   const PlaceKind kind = join.places.front().kind;
   if (kind == PlaceKind::kCompared || kind == PlaceKind::kCondition || kind == PlaceKind::kNowhere) return;
   End end;
   bool is_known = false;
+  // A name that takes one sentence takes texts, and one that takes a query takes parts of queries. The elements of a
+  // list say nothing of each other.
+  const Use taught = looks.is_telling ? Use::kLikely : looks.is_query ? Use::kUnlikely : Use::kNone;
+  if (taught != Use::kNone && join.places.front().key.empty()) {
+    end = end_of(language, join.places);
+    is_known = true;
+    if (!end.names.empty() && !has(end.known.use, Use::kUnlikely)) {
+      Use& use = uses_[node(end.names.front())];
+      use = use | taught;
+    }
+  }
   for (const Item& item : join.items) {
     if (item.is_literal) continue;
     std::string from = item_key(language, item);
@@ -165,6 +180,10 @@ void ScriptFlow::function_ends() {
 
 void ScriptFlow::declared(Language language, std::string_view name) {
   if (!scopes_.empty()) scopes_.back().variables.insert(folded(language, name));
+}
+
+void ScriptFlow::loops(Language language, std::size_t loop, std::string_view variable) {
+  arrow(node("l" + std::to_string(loop)), node(variable_key(language, variable)));
 }
 
 void ScriptFlow::solve() {

@@ -24,7 +24,9 @@ class ScriptFlow {
   void function_begins(Language language, std::string_view name, std::span<const std::string_view> parameters);
   void function_ends();
   void declared(Language language, std::string_view name);
-  void joined(Language language, const Join& join);
+  void loops(Language language, std::size_t loop, std::string_view variable);
+  // `looks` are those of its literals.
+  void joined(Language language, const Join& join, const Looks& looks);
   void solve();
   // Starts over with the same names for the second time.
   void again() { scopes_.clear(), functions_begun_ = 0; }

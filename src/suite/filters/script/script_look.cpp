@@ -124,7 +124,10 @@ bool is_machine_token(std::string_view token) {
   if (is_option(token) || token.starts_with("../") || token.starts_with("./")) return true;
   const std::string_view word = bare(token);
   if (token.find('/') != std::string_view::npos && !is_ordinary(word)) return true;
-  return has_extension(word);
+  // "images/", "/images", ".json" of "name.json", "call()"
+  if (token.size() > 2 && (token.ends_with('/') || (token.front() == '/' && is_small(token[1])))) return true;
+  if (token.size() > 2 && token.front() == '.' && is_small(token[1])) return true;
+  return has_extension(word) || token.find("()") != std::string_view::npos;
 }
 
 // Words in large letters with one blank between; what is written otherwise stays.
@@ -137,6 +140,19 @@ std::string one_blank(std::string_view text) {
       result += ' ';
   }
   return result;
+}
+
+// The rest of a statement in small letters: "where a.id = b.id", "order by name". `all` has a blank before each word.
+bool is_query_part(std::string_view all) {
+  const std::string_view text = all.substr(1);
+  const auto begins = [&](std::initializer_list<std::string_view> words) {
+    return std::ranges::any_of(words, [&](std::string_view word) { return text.starts_with(word); });
+  };
+  if (begins({"group by ", "order by ", "left join ", "inner join ", "left outer join "})) return true;
+  if (!begins({"from ", "where ", "and ", "or ", "set ", "values ", "having ", "on ", "(select "})) return false;
+  return std::ranges::any_of(std::initializer_list<std::string_view>{" = ", "=", " is null", " is not null", " like ",
+                                                                     " in (", " between ", "`"},
+                             [&](std::string_view sign) { return text.find(sign) != std::string_view::npos; });
 }
 
 bool is_query(std::string_view original) {
@@ -167,7 +183,8 @@ bool is_query(std::string_view original) {
     return true;
   for (const std::string_view part : {" FROM ", " WHERE ", " ORDER BY ", " GROUP BY ", " LIKE "})
     if (text.find(part) != std::string::npos) return true;
-  return false;
+  return std::string_view("abcdefghijklmnopqrstuvwxyz(").find(text.front()) != std::string_view::npos &&
+         is_query_part(all);
 }
 
 // "color: red; width: 10px"
@@ -217,12 +234,12 @@ bool is_format(std::string_view text) {
 // "toolbar=no,width=300", "if(x){", "Provider=a;Data Source=b"
 bool is_code(std::string_view text) {
   const std::string all = small(text);
-  for (const std::string_view part :
-       {"function(", "function (", "return ", "window.", "document.", "this.",   "var ",
-        "charset=",  "toolbar=",   "width=",  "height=", "=yes",      "=no",     "data source=",
-        "driver=",   "provider=",  "){",      ");",      "();",       "()",      "&&",
-        "||",        "==",         "!=",      "=\"",     "='",        "<%",      "%>",
-        "<?",        "<!doctype",  "<!--",    "2>&1",    "/dev/null", "; then ", "; fi"})
+  for (const std::string_view part : {"function(", "function (",   "return ",   "window.",   "document.", "this.",
+                                      "var ",      "charset=",     "toolbar=",  "width=",    "height=",   "=yes",
+                                      "=no",       "data source=", "driver=",   "provider=", "){",        ");",
+                                      "();",       "&&",           "\":",       "||",        "==",        "!=",
+                                      "=\"",       "='",           "<%",        "%>",        "<?",        "<!doctype",
+                                      "<!--",      "2>&1",         "/dev/null", "; then ",   "; fi"})
     if (all.find(part) != std::string::npos && (part != "return " || all.starts_with(part)) &&
         (part != "var " || all.starts_with(part)))
       return true;
@@ -245,10 +262,12 @@ bool is_product_name(std::string_view word) {
          std::all_of(word.begin(), word.end(), [](char c) { return is_word_letter(c) || is_digit(c); });
 }
 
-// "Done.", "Loading...", "Really?", "Name: "
+// "Done.", "Loading...", "Really?", "Name: ", and "failed." behind a value
 bool ends_as_sentence(std::string_view text, std::string_view word) {
-  if (text.empty() || (is_small(word.front()) && !text.ends_with("...")) || is_short_capitals(word)) return false;
+  if (text.empty() || is_short_capitals(word)) return false;
   const char last = text.back();
+  if (is_small(word.front()) && text.front() == kOperandMark && (last == '.' || last == '!')) return true;
+  if (is_small(word.front()) && !text.ends_with("...")) return false;
   return last == '.' || last == '!' || last == '?' ||
          (last == ':' && std::any_of(word.begin(), word.end(), is_small)) || text.ends_with("\u2026");
 }
@@ -260,7 +279,9 @@ Looks single_word(std::string_view text, std::string_view word) {
                               "selected", "disabled", "readonly", "multiple", "nowrap"}))
     return {Look::kConstant, {}};
   if (ends_as_sentence(text, word)) return {Look::kPhrase, {}};
-  return {is_small(word.front()) || is_short_capitals(word) ? Look::kSmall : Look::kWord, {}};
+  // "NOT_FOUND" without its "_": programs write their codes in capitals, too.
+  const bool is_capitals = is_short_capitals(word) || (word.size() > 4 && std::ranges::all_of(word, is_large));
+  return {is_small(word.front()) || is_capitals ? Look::kSmall : Look::kWord, {}};
 }
 
 // Replaces marks, blanks and symbols beyond ASCII, which are not letters, by ASCII characters.
@@ -296,7 +317,11 @@ Looks look_at_plain(std::string_view text) {
   if (is_language(text)) return {Look::kMachine, "a language"};
   for (const std::string_view scheme : {"javascript:", "vbscript:"})
     if (small(text.substr(0, scheme.size())) == scheme) return {Look::kMachine, "an address"};
-  if (is_query(text)) return {Look::kMachine, "a query"};
+  // "module:name"
+  const bool is_one = std::none_of(text.begin(), text.end(), [](char c) { return is_space(c) || c == kOperandMark; });
+  if (const std::size_t colon = text.find(':'); is_one && colon != std::string_view::npos && is_gap(text, colon))
+    return {Look::kMachine, "a name of programs"};
+  if (is_query(text)) return {.look = Look::kMachine, .reason = "a query", .is_query = true};
   if (is_style(text)) return {Look::kMachine, "a style"};
   if (is_format(text)) return {Look::kMachine, "a format"};
   if (is_code(text)) return {Look::kMachine, "code"};
@@ -328,7 +353,8 @@ Looks look_at_plain(std::string_view text) {
   if (words + machines == 2 && !has_sign) return {Look::kSmallPhrase, {}};
   const bool is_sentence =
       is_large(text.front()) && std::string_view(".!?").find(text.back()) != std::string_view::npos;
-  return {Look::kPhrase, {}, is_sentence && words > 2};
+  const bool is_telling = is_large(text.front()) && words > 2 && machines == 0;
+  return {.look = Look::kPhrase, .reason = {}, .is_sentence = is_sentence && words > 2, .is_telling = is_telling};
 }
 
 }  // namespace

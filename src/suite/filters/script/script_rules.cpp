@@ -31,7 +31,7 @@ constexpr DestinationRow kRows[] = {
     {kArgument, "mail wp_mail", 1, kUse, Use::kShown, "the subject of a mail"},
     {kArgument, "mail wp_mail", 2, kUse, Use::kShown, "the body of a mail"},
     {kArgument, "option", 0, kUse, Use::kShown, "an entry of a list"},
-    {kAssigned, "innerhtml outerhtml", kAny, kUse, Use::kPage, "content of an element"},
+    {kAssigned, "innerhtml outerhtml html", kAny, kUse, Use::kPage, "content of an element"},
     {kAssigned,
      "innertext outertext textcontent text title caption alt placeholder tooltip tooltiptext statustext "
      "status defaultstatus subject body textbody htmlbody label message errormessage error_message prompt "
@@ -86,13 +86,15 @@ constexpr DestinationRow kRows[] = {
      "createcommand addparam createparameter getconnection shell_exec passthru proc_open popen escapeshellarg",
      kAny, kUse, Use::kInternal, "a query or a data source"},
     {kArgument,
-     "redirect sendredirect forward transfer mappath include include_once require require_once fopen file is_dir "
+     "mappath include include_once require require_once fopen file is_dir "
      "file_get_contents file_put_contents opentextfile createtextfile fileexists folderexists getfile getfolder "
      "buildpath load loadxml navigate navigate2 location showmodaldialog opendir scandir glob readfile realpath chdir "
      "showmodelessdialog sendurl urlencode encodeurl escape encodeuricomponent parseurl url getrealpath "
      "regread regwrite regdelete run shellexecute basename dirname file_exists is_file mkdir unlink "
      "savetofile copyfile copy touch chmod chown rename rmdir is_readable is_writable is_writeable is_link",
      kAny, kUse, Use::kInternal, "an address or a path"},
+    {kArgument, "redirect sendredirect forward transfer", 0, kUse, Use::kInternal, "an address or a path"},
+    {kArgument, "fwrite fputs", kAny, kUse, Use::kInternal, "written to a file or a connection"},
     {kArgument,
      "instr instrrev indexof lastindexof startswith endswith equals equalsignorecase strpos stripos "
      "strstr strcasecmp strcmp strcomp compareto match preg_match preg_match_all preg_split ereg eregi test "
@@ -109,7 +111,7 @@ constexpr DestinationRow kRows[] = {
      kAny, kUse, Use::kInternal, "a format"},
     {kArgument,
      "gettext _ __ _e _x _n ngettext dgettext esc_html__ esc_attr__ getstring getmessage gettranslation "
-     "translate tr lang i18n getlabel",
+     "translate tr t l lang i18n getlabel",
      kAny, kUse, Use::kInternal, "the key of a text kept elsewhere"},
     {kArgument,
      "settimeout setinterval eval execscript execglobal createfunction create_function function "
@@ -135,10 +137,10 @@ constexpr DestinationRow kRows[] = {
 
 // Words of a variable's name.
 constexpr std::string_view kLikelyWords[] = {
-    "msg",     "message", "messages", "text",         "title",    "caption",  "label",       "error",
-    "err",     "errmsg",  "prompt",   "hint",         "warning",  "warn",     "info",        "note",
-    "help",    "tip",     "tooltip",  "subject",      "greeting", "heading",  "description", "lang",
-    "strings", "txt",     "locale",   "translations", "desc",     "question", "answer",      "reason"};
+    "msg",          "message", "messages", "text",    "title",       "caption",  "label",    "error",  "err",
+    "errmsg",       "prompt",  "hint",     "warning", "warn",        "info",     "note",     "help",   "tip",
+    "tooltip",      "subject", "greeting", "heading", "description", "lang",     "strings",  "txt",    "locale",
+    "translations", "desc",    "question", "answer",  "reason",      "subtitle", "headline", "success"};
 constexpr std::string_view kUnlikelyWords[] = {
     "sql",      "query",     "url",   "uri",    "path",    "file",     "filename", "folder",     "dir",    "key",
     "id",       "class",     "style", "css",    "color",   "colour",   "table",    "field",      "column", "cookie",
@@ -152,6 +154,9 @@ constexpr std::string_view kLogWords[] = {"log", "logger", "debug", "trace", "co
 // A function that is given a message. One that gets it is asked for it by a key.
 constexpr std::string_view kMessageWords[] = {"error", "warning", "warn", "message", "msg", "notice"};
 constexpr std::string_view kAskingWords[] = {"get", "is", "has", "find", "load"};
+// "my_plugin_translate", "__esc"
+constexpr std::string_view kTranslatingWords[] = {"translate", "translation", "gettext", "localize", "localise"};
+constexpr DestinationRow kKey = {kArgument, "", kAny, kUse, Use::kInternal, "the key of a text kept elsewhere"};
 constexpr DestinationRow kLog = {kArgument, "", kAny, kUse, Use::kInternal, "a log for developers"};
 
 std::string small(std::string_view text) {
@@ -159,6 +164,12 @@ std::string small(std::string_view text) {
   for (char& c : result) c = lower(c);
   while (result.size() > 1 && (result.front() == '$' || result.front() == '\\')) result.erase(0, 1);
   return result;
+}
+
+// "pagetitle", "errormessage"
+bool ends_with_likely_word(std::string_view word) {
+  return std::ranges::any_of(std::initializer_list<std::string_view>{"title", "message", "caption", "heading"},
+                             [&](std::string_view end) { return word.ends_with(end); });
 }
 
 // Hands out each word of "strErrorMessage", "error_message", in small letters.
@@ -187,6 +198,12 @@ bool has_word(std::string_view name, std::span<const std::string_view> words) {
       has = has || std::ranges::find(words, word.substr(0, word.size() - 1)) != words.end();
   });
   return has;
+}
+
+// Asks a catalogue for a text by its key: "translate", "plugin_t", "__esc".
+bool is_translating(std::string_view function) {
+  if (function.starts_with("__") || has_word(function, kTranslatingWords)) return true;
+  return function.size() > 2 && function.ends_with("_t");
 }
 
 }  // namespace
@@ -224,7 +241,12 @@ const DestinationRow* DestinationRules::find(const Place& place, Language langua
       has_word(place.name.substr(0, place.name.size() - last.size()), kLogWords))
     return &kLog;
   const auto found = rows_.find(small(last));
-  if (found == rows_.end()) return kind == kArgument && has_word(last, kLogWords) ? &kLog : nullptr;
+  if (found == rows_.end()) {
+    if (kind != kArgument) return nullptr;
+    return has_word(last, kLogWords) ? &kLog : is_translating(last) ? &kKey : nullptr;
+  }
+  // An entry of that name holds a state or what something is called, not a line of text or an attribute.
+  if (place.kind == PlaceKind::kEntry && (equal_word(last, "status") || equal_word(last, "name"))) return nullptr;
   // A variable of that name is another thing than the member of an object.
   const bool is_variable = place.kind == kAssigned && !place.is_member && place.key.empty();
   // Except the variables that every browser page has.
@@ -247,6 +269,9 @@ Use use_by_name(std::string_view name) {
   name = unquoted(name);
   Use use = Use::kNone;
   if (has_word(name, kLikelyWords)) use = use | Use::kLikely;
+  each_word(name, [&](std::string_view word) {
+    if (ends_with_likely_word(word)) use = use | Use::kLikely;
+  });
   if (has_word(name, kUnlikelyWords)) use = use | Use::kUnlikely;
   return use;
 }
@@ -272,8 +297,11 @@ Decision decide(Use use, const Looks& looks, bool in_markup) {
     case Look::kSmall:
     case Look::kWord:
       if (is_shown && is_internal) return {Verdict::kDoubt, "shown, and read by programs as well"};
+      if (is_shown && looks.look == Look::kSmall && has(use, Use::kUnlikely) && !has(use, Use::kLikely) && !in_markup)
+        return {Verdict::kDoubt, "shown, but the name of its place says that programs read it"};
       if (is_shown) return {Verdict::kText, "shown"};
-      if (is_internal || (has(use, Use::kUnlikely) && !in_markup)) return {Verdict::kNone, "read by programs"};
+      if (is_internal || (has(use, Use::kUnlikely | Use::kNamed) && !in_markup))
+        return {Verdict::kNone, "read by programs"};
       if (in_markup) return {Verdict::kText, "stands between tags"};
       if (has(use, Use::kFilled)) return {Verdict::kDoubt, "one word that is filled in, maybe into a tag"};
       if (has(use, Use::kLikely) && looks.look == Look::kWord)

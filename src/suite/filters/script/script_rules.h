@@ -24,6 +24,7 @@ enum class Use : std::uint8_t {
   kUnlikely = 16,  // its name says that they do not
   kFilled = 32,    // fills a place in a text or in a tag
   kAsked = 64,     // compared or searched: says nothing about what else a variable may hold
+  kNamed = 128,    // what something is called: one word is read by programs, several are read by people
 };
 constexpr Use operator|(Use a, Use b) { return static_cast<Use>(static_cast<int>(a) | static_cast<int>(b)); }
 constexpr Use operator&(Use a, Use b) { return static_cast<Use>(static_cast<int>(a) & static_cast<int>(b)); }
@@ -86,6 +87,8 @@ struct Looks {
   Look look = Look::kEmpty;
   std::string_view reason;
   bool is_sentence = false;  // of a phrase: a capital at the beginning, a full stop at the end
+  bool is_telling = false;   // of a phrase: so many words that nothing else goes where it goes
+  bool is_query = false;     // of what is read by machines
 };
 inline constexpr char kOperandMark = '\x1A';
 Looks look_at(std::string_view text);

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 
+#include "formats/html/elements.h"
 #include "formats/html/entities.h"
+#include "platform/trimmed.h"
 #include "suite/filters/script/placeholders.h"
 
 namespace kavo::script {
@@ -15,6 +17,7 @@ class ScriptUnits::Sink final : public ExpressionSink {
   void function_begins(std::string_view name, std::span<const std::string_view> parameters) override {
     units_.flow_.function_begins(language_, name, parameters);
   }
+  void loops(std::size_t loop, std::string_view variable) override { units_.flow_.loops(language_, loop, variable); }
   void function_ends() override { units_.flow_.function_ends(); }
   void declared(std::string_view name) override { units_.flow_.declared(language_, name); }
 
@@ -151,16 +154,34 @@ void ScriptUnits::markup(std::span<const Item> items, std::vector<Unit>& units) 
   }
 }
 
-// As people see it: with a mark for operands, without tags, references as the characters that they mean.
+namespace {
+
+// What stands in such an element is shown as it is, whatever its words are.
+bool shows_code(std::string_view element) {
+  return std::ranges::any_of(std::initializer_list<std::string_view>{"code", "tt", "kbd", "samp", "var"},
+                             [&](std::string_view name) { return html::equal_name(name, element); });
+}
+
+}  // namespace
+
+// As people see it: with a mark for operands and for code, without tags, references as the characters that they mean.
 std::string ScriptUnits::shown_text(const JoinedText& joined, const ReadText& read) {
   std::string text;
   std::size_t place = read.begin;
+  std::size_t depth = 0;  // of elements that show code
   for (const TextCode& code : read.codes) {
-    text.append(joined.text, place, code.begin - place);
+    if (depth == 0) text.append(joined.text, place, code.begin - place);
     if (code.element.empty() || code.type == "lb") text += kOperandMark;
+    if (shows_code(code.element)) {
+      if (code.kind == 'o' && depth++ == 0) text += kOperandMark;
+      if (code.kind == 'c' && depth != 0) --depth;
+    }
     place = code.end;
   }
-  text.append(joined.text, place, read.end - place);
+  if (depth == 0) text.append(joined.text, place, read.end - place);
+  // " failed." behind a value is the end of a sentence, though the value is no part of the text.
+  const std::string_view before = trimmed(std::string_view(joined.text).substr(0, read.begin), " ");
+  if (before.ends_with(kOperandMark) && (text.ends_with('.') || text.ends_with('!'))) text.insert(0, 1, kOperandMark);
   if (text.find('&') == std::string::npos) return text;
   std::string shown;
   for (std::size_t at = 0; at < text.size();) {
@@ -176,8 +197,26 @@ std::string ScriptUnits::shown_text(const JoinedText& joined, const ReadText& re
   return shown;
 }
 
+// What the literals look like as they are written: enough for the first walk.
+Looks ScriptUnits::raw_looks(const Join& join) const {
+  std::string text;
+  bool has_blank = false;
+  if (!join.has_literal || join.items.back().end - join.items.front().begin > kLongestJoin) return {};
+  for (const Item& item : join.items) {
+    if (!item.is_literal) {
+      text += kOperandMark;
+      continue;
+    }
+    const std::size_t begin = item.begin + item.open;
+    const std::string_view literal = text_.substr(begin, item.end - item.close - begin);
+    has_blank = has_blank || literal.find(' ') != std::string_view::npos;
+    text += literal;
+  }
+  return has_blank ? look_at(text) : Looks();
+}
+
 void ScriptUnits::join(Language language, const Join& join) {
-  if (!is_second_) return flow_.joined(language, join);
+  if (!is_second_) return flow_.joined(language, join, raw_looks(join));
   if (!join.has_literal || join.items.size() > kMostItems) return;
   if (join.items.back().end - join.items.front().begin > kLongestJoin) return;
   const JoinedText joined = joined_text(join.items, text_, language, coding_);

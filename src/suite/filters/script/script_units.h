@@ -73,6 +73,7 @@ class ScriptUnits {
   Program& program_of(const Piece& piece);
   void plain_literals(const Piece& piece, Lexer& lexer);
   void join(Language language, const Join& join);
+  Looks raw_looks(const Join& join) const;
   void leave_out_of_tags(std::vector<Unit>& units, std::size_t first);
   static std::string shown_text(const JoinedText& joined, const ReadText& read);
   void add_run(Unit& unit, const Join& join, const JoinedText& joined, std::size_t begin, std::size_t end);
