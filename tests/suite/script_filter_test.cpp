@@ -75,6 +75,14 @@ TEST_F(ScriptFilterTest, WhatABlockWritesIntoATagIsNoText) {
               (std::vector<std::u16string>{u"first", u"last", u"many", u"few", u"none"}))
         << size;
   }
+  // PHP writes a value with a statement.
+  put(u"b_php.scr",
+      "\r\n<!-- ASP2HTML 1 Q -->\r\n<?php echo $a ? 'odd' : 'even' ?>\r\n<!-- ASP2HTML 2 -->\r\n"
+      "<?php echo $a ? 'many' : 'few' ?>\r\n");
+  put(u"b_php.htm", "<tr class=\"<!-- ASP2HTML 1 Q -->\"><td><!-- ASP2HTML 2 -->");
+  EXPECT_EQ(sources(convert(u"b_php.scr", Road())).size(), 4u);
+  EXPECT_EQ(sources(convert(u"b_php.scr", Road{.options = {{"companion", "C:\\work\\b_php.htm"}}})),
+            (std::vector<std::u16string>{u"many", u"few"}));
 }
 
 TEST_F(ScriptFilterTest, UnitsHaveTheirPlaceInTheAuthorsPage) {
