@@ -15,7 +15,7 @@ debian=(dpkg-dev python3)
 release=(nsis zip unzip python3 faketime)
 judge=(nodejs unrtf)
 full=(debootstrap man-db fish zsh clang libclang-rt-14-dev clang-tidy libbenchmark-dev strace python3 tidy libxml2-utils php-symfony-translation php-cli perl
-  translate-toolkit po4a omegat mono-mcs parallel openssh-client libwrap0 gcovr
+  translate-toolkit po4a omegat poppler-utils mono-mcs parallel openssh-client libwrap0 gcovr
   libreoffice-dev libreoffice-core-nogui libreoffice-writer-nogui libreoffice-calc-nogui libreoffice-impress-nogui)
 
 case ${1:-} in

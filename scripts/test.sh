@@ -92,6 +92,11 @@ for part in "${parts[@]}"; do
       step "the Office engine"
       cmake build/native >build/native.log && build native && run_tests native -L slow --no-tests=error
       note $? "the Office engine with LibreOffice"
+      step "RTF documents as people see them"
+      python3 tests/office/libreoffice/check_rtf.py build/native/src/cli/kavo samples ../shared/corpus
+      result=$?
+      [ "$result" = 77 ] && result=0
+      note $result "RTF documents in LibreOffice and unrtf, texts and pages"
       ;;
     scripts)
       step "scripts after a translation, by their own parsers"

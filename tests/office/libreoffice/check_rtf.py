@@ -1,0 +1,247 @@
+#!/usr/bin/env python3
+"""What people see of RTF documents before and after translation: check_rtf.py KAVO SAMPLES [CORPUS]
+
+LibreOffice, unrtf and pdftoppm are the judges; without them the check is skipped.
+
+1. Each word of LibreOffice's plain text export stands in one segment, in the same order. Headers, notes, text boxes,
+   the document's information and hidden text are segments that this export leaves out; bullets and numbers of lists
+   are text that nobody typed. Anything else is counted as missing.
+2. LibreOffice shows the words of the translated document in the same way. unrtf, which knows neither UTF-8 nor each
+   use of \\u, shows as many of a translation in the letters of ASCII as of the source.
+3. A document that came back unchanged has the bytes of its source. The pages of one all of whose segments were written
+   anew with their own text look like those of the source to the last point.
+4. The pages of a highlighted document hold points in its colour, those of the source none.
+"""
+import codecs, collections, difflib, html, pathlib, re, shutil, subprocess, sys, tempfile
+import xml.etree.ElementTree as ElementTree
+
+XLIFF = "{urn:oasis:names:tc:xliff:document:1.2}"
+COLOUR = bytes((0, 200, 0))
+NOTE = "\x01"  # in the place of a number that the word processor gives
+LABEL = re.compile(r"[•◦▪o\uE000-\uF8FF]|(\d+(\.\d+)*|[a-zA-Z]|[ivxIVX]+)[.)]")
+# Documents that cannot pass, and the words that may be missing in them.
+CANNOT_PASS = {
+    "tika_testRTFInvalidUnicode.rtf": (3, "characters that are none are shown as question marks"),
+    "striprtf_encoding.rtf": (1, "the name of the program that wrote it stands in a group that is no destination"),
+}
+
+
+class Folder:
+    """A working folder with a user of its own for every program."""
+
+    def __init__(self, path, kavo):
+        self.path, self.kavo = path, kavo
+
+    def run(self, *command, **options):
+        done = subprocess.run([str(part) for part in command], capture_output=True, env={
+            "HOME": str(self.path), "PATH": "/usr/local/bin:/usr/bin:/bin", "LC_ALL": "C.UTF-8"}, **options)
+        if done.returncode:
+            sys.exit(f"{' '.join(map(str, command))}\n{(done.stdout + done.stderr).decode(errors='replace')[-2000:]}")
+        return done.stdout
+
+    def kavo_run(self, *arguments):
+        return self.run(self.kavo, *arguments)
+
+    def convert(self, form, documents, target):
+        """By LibreOffice, in one run; what it cannot load is left out."""
+        target.mkdir()
+        self.run("soffice", f"-env:UserInstallation=file://{self.path}/profile", "--headless", "--convert-to", form,
+                 "--outdir", target, *documents)
+        return target
+
+
+def text_of(element):
+    text = element.text or ""
+    if element.tag in (XLIFF + "ph", XLIFF + "bpt", XLIFF + "ept", XLIFF + "it"):
+        text = {"x-note": NOTE, "x-tab": " ", "lb": " ", "x-field": " "}.get(element.get("ctype"), "")
+    return text + "".join(text_of(inner) + (inner.tail or "") for inner in element)
+
+
+def segments(tud, element):
+    return [text_of(unit.find(XLIFF + element)) for unit in ElementTree.parse(tud).iter(XLIFF + "trans-unit")]
+
+
+def words(text):
+    return text.replace("\u00AD", "").split()
+
+
+def differences(shown, offered):
+    """How many of the shown words are in no segment, of these the labels of lists, and how many only in segments."""
+    missing, labels, extra = [], 0, 0
+    for kind, a, b, c, d in difflib.SequenceMatcher(None, shown, offered, autojunk=False).get_opcodes():
+        # Codes divide words in one of them only.
+        pattern = re.escape("".join(offered[c:d])).replace(NOTE, r"\w*")
+        if kind == "equal" or re.fullmatch(pattern, "".join(shown[a:b])):
+            continue
+        labels += sum(1 for word in shown[a:b] if LABEL.fullmatch(word))
+        missing += [word for word in shown[a:b] if not LABEL.fullmatch(word)]
+        extra += d - c
+    return missing, labels, extra
+
+
+def pages(folder, pdf):
+    """The pixels of each page."""
+    prefix = pdf.with_suffix("")
+    folder.run("pdftoppm", "-r", "60", "-aa", "no", "-aaVector", "no", pdf, prefix)
+    made = sorted(pdf.parent.glob(prefix.name + "-*.ppm"))
+    result = [page.read_bytes() for page in made]
+    for page in made:
+        page.unlink()
+    return result
+
+
+def points(page):
+    """How many points of a page have the colour."""
+    pixels = page.split(b"\n", 3)[3]
+    return sum(pixels[at:at + 3] == COLOUR for at in range(0, len(pixels), 3)) if COLOUR in pixels else 0
+
+
+class Document:
+    def __init__(self, folder, source):
+        self.name = source.name
+        self.source = folder.path / "source" / source.name
+        shutil.copyfile(source, self.source)
+
+    def rebuild(self, folder, name, target, change, *options):
+        """The document in a folder of its name, prepared for a language, after `change` of the bilingual document."""
+        work = folder.path / name
+        work.mkdir(exist_ok=True)
+        copy = work / self.name
+        shutil.copyfile(self.source, copy)
+        folder.kavo_run("prepare", "-q", "--source", "EN-US", "--target", target, copy)
+        self.tud = work / f"{copy.stem}_rtf_{target}.tud"
+        change(self.tud)
+        folder.kavo_run("rebuild", "-q", "--overwrite", "--output", copy, *options, self.tud)
+        return copy
+
+
+def mark_translated(tud):
+    tud.write_bytes(tud.read_bytes().replace(b'<target state="new">', b'<target state="translated">'))
+
+
+def translate_into_ascii(tud):
+    """Each letter is the thirteenth behind it."""
+    def turned(match):
+        return match[1] or codecs.encode(match[2], "rot13")
+    mark_translated(tud)
+    text = re.sub(r'(?<=<target state="translated">).*?(?=</target>)', lambda target: re.sub(
+        r"(<(?:ph|bpt|ept|it) .*?</(?:ph|bpt|ept|it)>|<[^>]*>|&[^;]*;)|([A-Za-z])", turned, target[0]),
+        tud.read_bytes().decode(), flags=re.S)
+    tud.write_bytes(text.encode())
+
+
+def check_texts(folder, documents):
+    translated = []
+    for document in documents:
+        turned = document.rebuild(folder, "turned", "FR", translate_into_ascii)
+        document.offered = segments(document.tud, "source")
+        document.turned = shown_by_unrtf(folder, turned, segments(document.tud, "target"))
+        translated.append(document.rebuild(folder, "translated", "FR", lambda tud: folder.kavo_run("pseudo", "-q", tud)))
+        document.expected = segments(document.tud, "target")
+    form = "txt:Text (encoded):UTF8"
+    before = folder.convert(form, [document.source for document in documents], folder.path / "text")
+    after = folder.convert(form, translated, folder.path / "translated_text")
+    faults, total = [], collections.Counter()
+    for document in documents:
+        shown = before / (document.source.stem + ".txt")
+        if not shown.exists():
+            print(f"{document.name}: LibreOffice cannot load the source either")
+            continue
+        if not (after / shown.name).exists():
+            faults.append(f"{document.name}: LibreOffice does not load the translated document")
+            continue
+        missing, labels, extra = differences(words(shown.read_text("utf-8-sig")), words("\n".join(document.offered)))
+        lost, labels_after, _ = differences(words((after / shown.name).read_text("utf-8-sig")),
+                                            words("\n".join(document.expected)))
+        count = len(words(shown.read_text("utf-8-sig")))
+        seen, seen_after = shown_by_unrtf(folder, document.source, document.offered), document.turned
+        if re.search(rb"\\bin\d", document.source.read_bytes()):
+            seen = seen_after = 0  # unrtf takes binary data for RTF, and loses text behind it
+        total.update(documents=1, segments=len(document.offered), shown=count, missing=len(missing), labels=labels,
+                     only_in_segments=extra, missing_translated=len(lost), unrtf=seen, unrtf_translated=seen_after)
+        allowed, reason = CANNOT_PASS.get(document.name, (0, ""))
+        if missing or lost:
+            print(f"{document.name}: {len(missing)} of {count} words are in no segment, {len(lost)} translated ones "
+                  f"not shown: {missing[:9]} {lost[:9]} {reason}")
+        if len(missing) > allowed or len(lost) > allowed:
+            faults.append(f"{document.name}: words are missing")
+        if labels_after != labels:
+            faults.append(f"{document.name}: {labels} labels of lists before, {labels_after} after")
+        if seen_after < seen:
+            faults.append(f"{document.name}: unrtf shows {seen_after} words of the translation, {seen} of the source")
+    print(", ".join(f"{name.replace('_', ' ')} {number}" for name, number in total.items()))
+    return faults if total["shown"] else faults + ["no words"]
+
+
+def shown_by_unrtf(folder, document, texts):
+    # Its plain text has no letters but those of ASCII.
+    page = folder.run("unrtf", "--html", "--nopict", document.name, cwd=document.parent).decode(errors="replace")
+    shown = html.unescape(re.sub(r"<[^>]*>", "", re.sub(r"<(br|/p|/div|/t[dr])>", " ", page)))
+    return sum((collections.Counter(words(shown)) & collections.Counter(words("\n".join(texts)))).values())
+
+
+def check_pages(folder, documents):
+    faults, count, same = [], 0, 0
+    for document in documents:
+        unchanged = document.rebuild(folder, "unchanged", "EN-US", lambda tud: None)
+        if unchanged.read_bytes() != document.source.read_bytes():
+            faults.append(f"{document.name}: other bytes, though nothing was changed")
+    roads = {"source": [document.source for document in documents]}
+    roads["anew"] = [document.rebuild(folder, "anew", "EN-US", mark_translated) for document in documents]
+    folder.kavo_run("settings", "highlight.translated=#00C800")
+    roads["coloured"] = [document.rebuild(folder, "coloured", "EN-US", mark_translated, "--highlight")
+                         for document in documents]
+    other = sum((folder.path / "anew" / d.name).read_bytes() != d.source.read_bytes() for d in documents)
+    made = {name: folder.convert("pdf", files, folder.path / f"{name}_pages") for name, files in roads.items()}
+    coloured = 0
+    for document in documents:
+        name = document.source.stem + ".pdf"
+        if not (made["source"] / name).exists():
+            continue
+        source = pages(folder, made["source"] / name)
+        anew = pages(folder, made["anew"] / name) if (made["anew"] / name).exists() else []
+        wrong = [number for number, page in enumerate(source, 1) if anew[number - 1:number] != [page]]
+        if wrong or len(anew) != len(source):
+            faults.append(f"{document.name}: {len(source)} pages before, {len(anew)} written anew, other pictures on "
+                          f"pages {wrong[:9]}")
+        else:
+            same += 1
+        count += len(source)
+        shown = sum(map(points, pages(folder, made["coloured"] / name)))
+        coloured += shown != 0
+        if any(map(points, source)):
+            faults.append(f"{document.name}: the source has the colour already")
+        # Titles and entries have no colour.
+        if (shown == 0) != (document.shown_words == 0):
+            faults.append(f"{document.name}: {shown} points are coloured, {document.shown_words} words are shown")
+    print(f"{count} pages, those of {same} documents as in their sources, {other} of which have other bytes; {coloured} "
+          "documents show the colour of translated texts")
+    return faults if count and coloured else faults + ["no pages"]
+
+
+def main():
+    kavo = pathlib.Path(sys.argv[1]).resolve()
+    for program in ("soffice", "unrtf", "pdftoppm"):
+        if not shutil.which(program):
+            print(f"skipped: no {program}")
+            sys.exit(77)
+    sources = sorted(pathlib.Path(sys.argv[2]).glob("*.rtf"))
+    if len(sys.argv) > 3 and (pathlib.Path(sys.argv[3]) / "rtf").is_dir():
+        sources += sorted((pathlib.Path(sys.argv[3]) / "rtf").glob("*.rtf"))
+    if not sources:
+        sys.exit("no documents")
+    with tempfile.TemporaryDirectory(prefix="kavo-rtf-") as name:
+        folder = Folder(pathlib.Path(name), kavo)
+        (folder.path / "source").mkdir()
+        documents = [Document(folder, source) for source in sources]
+        faults = check_texts(folder, documents)
+        for document in documents:
+            text = folder.path / "text" / (document.source.stem + ".txt")
+            document.shown_words = len(words(text.read_text("utf-8-sig"))) if text.exists() else 0
+        faults += check_pages(folder, documents)
+    print("\n".join(faults))
+    print(f"{len(documents)} documents, {len(faults)} faults")
+    sys.exit(1 if faults else 0)
+
+
+main()
