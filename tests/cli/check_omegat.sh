@@ -14,9 +14,15 @@ mkdir -p "$folder"/project/{source,target,omegat,tm,glossary,dictionary} "$folde
 cd "$folder/documents"
 printf 'One two three\nFour\n' > note.txt
 printf '<html lang=en><body>\n<p>One <b>two</b> three</p><p>Five &amp; <br>six <%%= x %%></p>\n</body></html>\n' > page.asp
-"$kavo" prepare -q note.txt page.asp --source EN-US --target FR >/dev/null
+printf '{\\rtf1\\ansi\\ansicpg1252 One two three\\par One {\\b two} three\\par}\n' > letter.rtf
+script() { printf 'LANGUAGE %s\n\nSTRINGTABLE\nBEGIN\n    1 "%s"\n    2 "Four %%d"\nEND\n' "$1" "$2"; }
+script 'LANG_ENGLISH, SUBLANG_ENGLISH_US' 'One two three' > app.rc
+book() { printf "<MIFFile 7.00>\n<TextFlow\n <Para\n  <ParaLine\n   <String \`%s'>\n  >\n >\n>\n" "$1"; }
+book 'One two three' > book.mif
+"$kavo" prepare -q note.txt page.asp letter.rtf app.rc book.mif --source EN-US --target FR >/dev/null
 # The editor skips texts without a target and takes an existing one as the source, so targets hold the source.
-for tud in *.tud; do "$kavo" export -q "$tud" --to "../project/source/${tud%.tud}.xlf" >/dev/null; done
+# The documents of MIF's side files (KAVO_*) hold no text here.
+for tud in [!K]*.tud; do "$kavo" export -q "$tud" --to "../project/source/${tud%.tud}.xlf" >/dev/null; done
 names=$(for part in source target tm glossary dictionary; do echo "<${part}_dir>__DEFAULT__</${part}_dir>"; done)
 cat > ../project/omegat.project <<END
 <?xml version="1.0" encoding="UTF-8" standalone="yes"?>
@@ -35,8 +41,11 @@ $(unit 'One &lt;g0&gt;two&lt;/g0&gt; three' 'Un &lt;g0&gt;deux&lt;/g0&gt; trois'
 END
 timeout 300 omegat --mode=console-translate "$folder/project" --config-dir="$folder/config" >"$folder/log" 2>&1 ||
   { tail -20 "$folder/log"; exit 1; }
-for tud in *.tud; do "$kavo" import -q "../project/target/${tud%.tud}.xlf" --to "$tud" >/dev/null; done
-"$kavo" rebuild -q note_txt_FR.tud page_asp_htm_FR.tud >/dev/null
+for tud in [!K]*.tud; do "$kavo" import -q "../project/target/${tud%.tud}.xlf" --to "$tud" >/dev/null; done
+"$kavo" rebuild -q note_txt_FR.tud page_asp_htm_FR.tud letter_rtf_FR.tud app_rc_FR.tud book_mif_FR.tud >/dev/null
 diff <(printf 'Un deux trois\nFour\n') note_FR.txt
 diff <(printf '<html lang=fr><body>\n<p>Un <b>deux</b> trois</p><p>Five &amp; <br>six <%%= x %%></p>\n</body></html>\n') page_FR.asp
-echo "OmegaT translated $(ls *.tud | wc -l) documents"
+diff <(printf '{\\rtf1\\ansi\\ansicpg1252 Un deux trois\\par Un {\\b deux} trois\\par}\n') letter_FR.rtf
+diff <(script 'LANG_FRENCH, SUBLANG_FRENCH' 'Un deux trois') app_FR.rc
+diff <(book 'Un deux trois') book_FR.mif
+echo "OmegaT translated $(ls [!K]*.tud | wc -l) documents"

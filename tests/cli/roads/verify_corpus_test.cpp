@@ -27,7 +27,7 @@ TEST(VerifyCorpus, RealDocumentsSurviveTheWholeRoad) {
     const char16_t* extension;
   };
   const Kind kinds[] = {{u"asp", u"asp"}, {u"jsp", u"jsp"}, {u"html", u"htm"}, {u"html", u"html"},
-                        {u"mif", u"mif"}, {u"txt", u"txt"}, {u"rc", u"rc"}};
+                        {u"mif", u"mif"}, {u"txt", u"txt"}, {u"rc", u"rc"},    {u"rtf", u"rtf"}};
   for (const Kind& kind : kinds) {
     std::vector<std::string> arguments{"verify", "--json", "--progress", "none"};
     std::size_t exceptions = 0;
