@@ -108,6 +108,40 @@ TEST_F(UpdateCommand, ASetIsUpdatedAsOne) {
   EXPECT_EQ(folder.read(u"p_FR.asp"), "<html><body><p>New</p><p>Salut</p><% MsgBox \"Bonjour\" %></body></html>\r\n");
 }
 
+TEST_F(UpdateCommand, EachTypeKeepsItsTranslations) {
+  const std::string script = "LANGUAGE LANG_ENGLISH, SUBLANG_ENGLISH_US\r\nSTRINGTABLE\r\nBEGIN\r\n";
+  const std::string translated_script = "LANGUAGE LANG_FRENCH, SUBLANG_FRENCH\r\nSTRINGTABLE\r\nBEGIN\r\n";
+  const auto manual = [](const std::string& text) { return "<Para \n <ParaLine \n  <String `" + text + "'>\n >\n>\n"; };
+  const struct {
+    const char16_t* name;
+    const char16_t* tud;
+    const char16_t* target;
+    std::string before, after, rebuilt;
+  } cases[] = {
+      {u"a.rtf", u"a_rtf_FR.tud", u"a_FR.rtf", "{\\rtf1\\ansi\\ansicpg1252 Hello\\par}",
+       "{\\rtf1\\ansi\\ansicpg1252 New\\par Hello\\par}", "{\\rtf1\\ansi\\ansicpg1252 New\\par Salut\\par}"},
+      {u"a.rc", u"a_rc_FR.tud", u"a_FR.rc", script + "  1 \"Hello\"\r\nEND\r\n",
+       script + "  2 \"New\"\r\n  1 \"Hello\"\r\nEND\r\n",
+       translated_script + "  2 \"New\"\r\n  1 \"Salut\"\r\nEND\r\n"},
+      {u"a.mif", u"a_mif_FR.tud", u"a_FR.mif", "<MIFFile 9.00>\n" + manual("Hello"),
+       "<MIFFile 9.00>\n" + manual("New") + manual("Hello"), "<MIFFile 9.00>\n" + manual("New") + manual("Salut")},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(path(c.name));
+    const std::string file = path_to_host(folder.write(c.name, c.before));
+    ASSERT_EQ(prepare({file}).code, 0);
+    translate(c.tud, "Hello", "Salut", TranslationStatus::kApproved);
+    folder.write(c.name, c.after);
+    const nlohmann::json counts = update({file});
+    EXPECT_EQ(counts["kept"], 1);
+    EXPECT_EQ(counts["new"], 1);
+    EXPECT_EQ(target_of(c.tud, "Hello"), "5Salut");
+    const Ran rebuilt = run_kavo({"rebuild", path(c.tud)});
+    EXPECT_EQ(rebuilt.code, 0) << rebuilt.errors;
+    EXPECT_EQ(folder.read(c.target), c.rebuilt);
+  }
+}
+
 TEST_F(UpdateCommand, AFileThatMovedFindsItsTranslations) {
   folder.write(u"old.txt", "The first line\nThe second line\nThe third line\n");
   ASSERT_EQ(prepare({path(u"old.txt")}).code, 0);
