@@ -62,6 +62,17 @@ TEST_F(HtmlUnits, PlaceholdersShowTheirScriptAndConditionsEndAText) {
   EXPECT_TRUE(messages_.empty());
 }
 
+TEST_F(HtmlUnits, CodeBehindABlockThatIsNotAtItsEndIsNoText) {
+  const std::string_view scripts = "<!-- ASP2HTML 1 -->\n<?php print('<?xml ?>\n<!-- ASP2HTML 2 -->\n<?php b() ?>\n";
+  units(
+      "<p>Before</p><!-- ASP2HTML 1 -->'); print(\"<p title='a'>Code</p> $x\"); // now\nc('?>'); ?>After"
+      "<p>And <!-- ASP2HTML 2 --> more</p>",
+      scripts);
+  EXPECT_EQ(texts(), (Texts{u"Before", u"After", u"And <1/> more"}));
+  units("<!-- ASP2HTML 1 -->'); print('<p>Code</p>'); <!-- ASP2HTML 2 --> d();", scripts);
+  EXPECT_EQ(texts(), Texts());
+}
+
 TEST_F(HtmlUnits, WithoutTheScriptFilePlaceholdersAreCodes) {
   units(kPage);
   EXPECT_EQ(texts(), (Texts{u"Hello <1/>, you have <2/>many<3/>few<4/> <5>new files</5> today"}));

@@ -65,6 +65,10 @@ void PageExtraction::run(ProgressEvent& progress) {
     }
     token_scripts_ = scripts_.reached();
     if (items_.empty()) scripts_.forget(token_scripts_);
+    if (!unended_php_.empty()) {
+      rest_of_php(token);
+      continue;
+    }
     switch (token.kind) {
       case TokenKind::kStartTag:
         start_tag(token);
@@ -101,32 +105,6 @@ void PageExtraction::run(ProgressEvent& progress) {
   flush();
   sink_.skeleton(input_.odd_byte());
   progress.report(100);
-}
-
-// Code that divides the page ends the segment: no translation may carry a text into another branch of a condition.
-void PageExtraction::server_code(std::string_view bytes) {
-  if (scripts_.divides(bytes)) {
-    flush();
-    add_embedded(embedded_.of_server_code(bytes));
-    write_tag_outside(bytes, 0, values_.size());
-    values_.clear();
-    return;
-  }
-  Item& item = add_item(ItemKind::kContent, bytes);
-  item.is_server_code = true;
-  item.first_value = values_.size();
-  add_embedded(embedded_.of_server_code(bytes));
-  item.value_count = values_.size() - item.first_value;
-}
-
-void PageExtraction::add_embedded(std::vector<EmbeddedText> texts) {
-  for (EmbeddedText& text : texts) {
-    Value value;
-    value.begin = text.unit.begin;
-    value.end = text.unit.end;
-    value.embedded = std::make_shared<const EmbeddedText>(std::move(text));
-    values_.push_back(std::move(value));
-  }
 }
 
 void PageExtraction::comment(const PageToken& token) {
@@ -319,18 +297,21 @@ void PageExtraction::find_values(const StartTag& tag) {
                   : attribute.quote == '\'' ? PlaceKind::kSingle
                                             : PlaceKind::kUnquoted;
     value.attribute = attributes_.read_name(tag, attribute);
-    if (element == "meta" && equal_name(name, "content") && equal_name(tag.value("http-equiv"), "content-language"))
-      value.computed = kLanguage;
-    if (element == "html" && (equal_name(name, "lang") || equal_name(name, "xml:lang"))) value.computed = kLanguage;
-    const bool is_text =
-        !value.attribute.empty() && text_.is_visible_value(token.bytes.substr(value.begin, value.end - value.begin));
+    // A value that a script writes stays the script's.
+    const std::string_view bytes = token.bytes.substr(value.begin, value.end - value.begin);
+    const bool is_language =
+        (element == "meta" && equal_name(name, "content") && equal_name(tag.value("http-equiv"), "content-language")) ||
+        (element == "html" && (equal_name(name, "lang") || equal_name(name, "xml:lang")));
+    if (is_language && bytes.find('<') == std::string_view::npos) value.computed = kLanguage;
+    const bool is_text = !value.attribute.empty() && text_.is_visible_value(bytes);
     if (is_text || value.computed != 0)
       values_.push_back(value);
     else
       add_embedded(embedded_.of_attribute(token.bytes, attribute, is_basic));
   }
   if (element != "meta") return;
-  if (const auto charset = charset_in_meta(token, tag.attributes))
+  const auto charset = charset_in_meta(token, tag.attributes);
+  if (charset && token.bytes.substr(charset->begin, charset->end - charset->begin).find('<') == std::string_view::npos)
     values_.push_back({charset->begin, charset->end, PlaceKind::kDouble, kCharset, ""});
 }
 

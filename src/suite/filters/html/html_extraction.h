@@ -85,6 +85,7 @@ class PageExtraction {
   };
 
   void server_code(std::string_view bytes);
+  void rest_of_php(const PageToken& token);
   void start_tag(const PageToken& token);
   void end_tag(const PageToken& token);
   void comment(const PageToken& token);
@@ -163,6 +164,7 @@ class PageExtraction {
     std::size_t depth = 0;
   };
   std::vector<Suspended> suspended_;
+  std::string unended_php_;       // since the block behind whose end PHP goes on; "" in the page
   bool in_foreign_text_ = false;  // in an element of a drawing whose text people read
 
   TextAttributes attributes_;

@@ -6,6 +6,7 @@
 #include "common/path_parts.h"
 #include "formats/html/elements.h"
 #include "formats/script/control_flow.h"
+#include "formats/script/php_end.h"
 #include "platform/case_fold.h"
 #include "platform/formatted.h"
 #include "platform/ports.h"
@@ -102,6 +103,13 @@ bool PlaceholderScripts::divides(std::string_view server_code) {
   return server_code.size() <= kLongestBlock && script_of(server_code).divides;
 }
 
+std::string PlaceholderScripts::unended_php(std::string_view server_code) {
+  if (!server_code.starts_with(placeholder::kMarker))
+    return server_code.size() <= kLongestBlock ? script_of(server_code).unended_php : std::string();
+  const Script* const script = find(server_code);
+  return script ? script->unended_php : std::string();
+}
+
 const PlaceholderScripts::Script* PlaceholderScripts::find(std::string_view marker) {
   const std::uint64_t number = placeholder_number(marker);
   if (!file_ || number < first_) return nullptr;
@@ -122,6 +130,8 @@ PlaceholderScripts::Script PlaceholderScripts::script_of(std::string_view block)
   languages_.add_block(block, 0, block.size(), pieces_);
   script.divides =
       std::ranges::any_of(pieces_, [&](const script::Piece& piece) { return script::flow_of(block, piece).divides(); });
+  if (!pieces_.empty() && script::goes_on_behind(block, pieces_.back()))
+    script.unended_php = block.substr(pieces_.back().begin);
   return script;
 }
 

@@ -28,6 +28,8 @@ class PlaceholderScripts {
   std::string meaning(std::string_view server_code);
   // Whether it decides which part of the page is sent: the text behind it does not go on with the one before it.
   bool divides(std::string_view server_code);
+  // The PHP of server code behind whose end PHP goes on (formats/script/php_end.h), "" for any other.
+  std::string unended_php(std::string_view server_code);
   // The number behind the last script that was asked for.
   std::uint64_t reached() const { return first_ + read_.size(); }
   // Scripts before this number are not asked for again.
@@ -39,6 +41,7 @@ class PlaceholderScripts {
   struct Script {
     std::string meaning;
     bool divides = false;
+    std::string unended_php;
   };
   void open(const ConversionSettings& settings);
   const Script* find(std::string_view marker);

@@ -1,0 +1,60 @@
+// The part for server code that stands in the page, and for the placeholders of what was taken out.
+#include "formats/script/php_end.h"
+#include "suite/filters/html/html_extraction.h"
+
+namespace kavo::html {
+
+// What looks like page is code: a translation would break it. Placeholders in it need not be looked into.
+void PageExtraction::rest_of_php(const PageToken& token) {
+  std::size_t own = token.bytes.size();  // how many of the token's bytes are code
+  const std::size_t before = unended_php_.size();
+  if (before <= kLongestBlock) {
+    unended_php_ += token.bytes;
+    const bool may_end = unended_php_.find("?>", before - 1) != std::string::npos;
+    const std::size_t end = may_end ? script::php_end(unended_php_) : std::string::npos;
+    if (end != std::string::npos) {
+      own -= unended_php_.size() - end;
+      unended_php_.clear();
+    }
+  }
+  outside(token.bytes.substr(0, own));
+  if (own == token.bytes.size()) return;
+  if (token.kind == TokenKind::kText)
+    add_split(ItemKind::kText, token.bytes.substr(own));
+  else
+    outside(token.bytes.substr(own));
+}
+
+// Code that divides the page ends the segment: no translation may carry a text into another branch of a condition.
+void PageExtraction::server_code(std::string_view bytes) {
+  unended_php_ = scripts_.unended_php(bytes);
+  if (!unended_php_.empty()) {
+    flush();
+    outside(bytes);
+    return;
+  }
+  if (scripts_.divides(bytes)) {
+    flush();
+    add_embedded(embedded_.of_server_code(bytes));
+    write_tag_outside(bytes, 0, values_.size());
+    values_.clear();
+    return;
+  }
+  Item& item = add_item(ItemKind::kContent, bytes);
+  item.is_server_code = true;
+  item.first_value = values_.size();
+  add_embedded(embedded_.of_server_code(bytes));
+  item.value_count = values_.size() - item.first_value;
+}
+
+void PageExtraction::add_embedded(std::vector<EmbeddedText> texts) {
+  for (EmbeddedText& text : texts) {
+    Value value;
+    value.begin = text.unit.begin;
+    value.end = text.unit.end;
+    value.embedded = std::make_shared<const EmbeddedText>(std::move(text));
+    values_.push_back(std::move(value));
+  }
+}
+
+}  // namespace kavo::html
