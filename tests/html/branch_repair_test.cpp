@@ -50,6 +50,7 @@ TEST(BranchRepair, LeavesAPageWhoseScriptGoesOnAsItIs) {
       {"comment", "<div><b>x</div><?php /* ?> */ f($a <b && $c> d); ?>", true},
       {"in a tag", "<div><b>x</div><p class=\"<?php echo \"?>\" ?>\">", true},
       {"a later block", "<?php f('a'); ?><div><b>x</div><?php g(\"?>\"); ?>", true},
+      {"an opening in a literal", "<div><b>x</div><?php echo '<?php a <b'; if ($a <b) f(); ?>", true},
       {"comment of a line", "<div><b>x</div><?php // 'a ?>y", false},
       {"whole literals", "<div><b>x</div><?php echo \"a\", 'b', <<<E\nc\nE;\n/* d */ ?>y", false},
       {"end of the file", "<div><b>x</div><?php echo 'a", false},

@@ -69,8 +69,11 @@ TEST_F(HtmlUnits, CodeBehindABlockThatIsNotAtItsEndIsNoText) {
       "<p>And <!-- ASP2HTML 2 --> more</p>",
       scripts);
   EXPECT_EQ(texts(), (Texts{u"Before", u"After", u"And <1/> more"}));
-  units("<!-- ASP2HTML 1 -->'); print('<p>Code</p>'); <!-- ASP2HTML 2 --> d();", scripts);
+  units("<!-- ASP2HTML 1 -->'); print('<p>Code</p> <!-- ASP2HTML 2 -->'); d();", scripts);
   EXPECT_EQ(texts(), Texts());
+  units("<p>A</p><!-- ASP2HTML 1 --><!-- ASP2HTML 2 --> and 'quotes', <b>tags</b>\nX; ?><p>B</p>",
+        "<!-- ASP2HTML 1 -->\n<?php $a = <<<X\n\n<!-- ASP2HTML 2 -->\n<?php b() ?>\n");
+  EXPECT_EQ(texts(), (Texts{u"A", u"B"})) << "the block ends where another one seems to begin";
 }
 
 TEST_F(HtmlUnits, WithoutTheScriptFilePlaceholdersAreCodes) {

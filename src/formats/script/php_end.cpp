@@ -13,7 +13,8 @@ std::size_t php_end(std::string_view code) {
 }
 
 bool goes_on_behind(std::string_view block, const Piece& piece) {
-  return piece.language == Language::kPhp && block.substr(piece.end) == "?>" &&
+  const std::string_view closer = block.substr(piece.end);
+  return piece.language == Language::kPhp && (closer.empty() || closer == "?>") &&
          php_end(block.substr(piece.begin)) == std::string_view::npos;
 }
 

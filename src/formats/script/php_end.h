@@ -1,7 +1,8 @@
 // Where PHP really ends.
 //
-// By contract script protection ends a block at the first "?>". PHP itself goes on behind one in a literal, or in a
-// comment between "/*" and "*/": what follows is still its code, though it looks like page.
+// By contract script protection ends a block at the first "?>", or where another block seems to begin. PHP itself goes
+// on behind both in a literal, or in a comment between "/*" and "*/": what follows is still its code, though it looks
+// like page.
 #pragma once
 
 #include <cstddef>

@@ -18,11 +18,11 @@ std::optional<std::uint64_t> find_torn_script(std::u16string_view script_file, s
     before.clear();
     has_next = markers.next(&before) != 0;
     const std::string_view block = html::text_of_block(before);
-    if (!block.ends_with("?>") || before.size() > html::kLongestBlock) continue;
+    if (before.size() > html::kLongestBlock) continue;
     pieces.clear();
     scripts.add_block(block, 0, block.size(), pieces);
     for (const script::Piece& piece : pieces)
-      if (script::goes_on_behind(block, piece))
+      if (script::goes_on_behind(block, piece) && (has_next || piece.end != block.size()))
         return begin + static_cast<std::uint64_t>(block.data() - before.data()) + piece.end;
   }
   return std::nullopt;

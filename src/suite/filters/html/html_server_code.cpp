@@ -1,19 +1,21 @@
 // The part for server code that stands in the page, and for the placeholders of what was taken out.
+#include <algorithm>
+
 #include "formats/script/php_end.h"
 #include "suite/filters/html/html_extraction.h"
 
 namespace kavo::html {
 
-// What looks like page is code: a translation would break it. Placeholders in it need not be looked into.
+// What looks like page is code: a translation would break it.
 void PageExtraction::rest_of_php(const PageToken& token) {
   std::size_t own = token.bytes.size();  // how many of the token's bytes are code
   const std::size_t before = unended_php_.size();
   if (before <= kLongestBlock) {
-    unended_php_ += token.bytes;
+    unended_php_ += scripts_.text(token.bytes);
     const bool may_end = unended_php_.find("?>", before - 1) != std::string::npos;
     const std::size_t end = may_end ? script::php_end(unended_php_) : std::string::npos;
     if (end != std::string::npos) {
-      own -= unended_php_.size() - end;
+      own -= std::min(own, unended_php_.size() - end);
       unended_php_.clear();
     }
   }

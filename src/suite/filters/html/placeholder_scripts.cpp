@@ -110,6 +110,14 @@ std::string PlaceholderScripts::unended_php(std::string_view server_code) {
   return script ? script->unended_php : std::string();
 }
 
+std::string PlaceholderScripts::text(std::string_view bytes) {
+  if (!bytes.starts_with(placeholder::kMarker)) return std::string(bytes);
+  keeps_text_ = true;
+  const Script* const script = find(bytes);
+  keeps_text_ = false;
+  return script ? script->text : std::string(bytes);
+}
+
 const PlaceholderScripts::Script* PlaceholderScripts::find(std::string_view marker) {
   const std::uint64_t number = placeholder_number(marker);
   if (!file_ || number < first_) return nullptr;
@@ -125,13 +133,16 @@ const PlaceholderScripts::Script* PlaceholderScripts::find(std::string_view mark
 PlaceholderScripts::Script PlaceholderScripts::script_of(std::string_view block) {
   Script script;
   script.meaning = shortened(block, coding_);
+  // Line ends at the end of a block were not kept apart from the script file's own. A heredoc needs one.
+  const std::string_view line_end = block.ends_with("?>") ? "" : "\n";
+  if (keeps_text_) script.text = formatted("{}{}", block, line_end);
   if (block.size() > kLongestBlock) return script;
   pieces_.clear();
   languages_.add_block(block, 0, block.size(), pieces_);
   script.divides =
       std::ranges::any_of(pieces_, [&](const script::Piece& piece) { return script::flow_of(block, piece).divides(); });
   if (!pieces_.empty() && script::goes_on_behind(block, pieces_.back()))
-    script.unended_php = block.substr(pieces_.back().begin);
+    script.unended_php = formatted("{}{}", block.substr(pieces_.back().begin), line_end);
   return script;
 }
 

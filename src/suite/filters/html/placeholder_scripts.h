@@ -30,6 +30,8 @@ class PlaceholderScripts {
   bool divides(std::string_view server_code);
   // The PHP of server code behind whose end PHP goes on (formats/script/php_end.h), "" for any other.
   std::string unended_php(std::string_view server_code);
+  // The script of a placeholder, in the page's coding; other bytes as they are. For placeholders in turn.
+  std::string text(std::string_view bytes);
   // The number behind the last script that was asked for.
   std::uint64_t reached() const { return first_ + read_.size(); }
   // Scripts before this number are not asked for again.
@@ -42,6 +44,7 @@ class PlaceholderScripts {
     std::string meaning;
     bool divides = false;
     std::string unended_php;
+    std::string text;  // when it was asked for
   };
   void open(const ConversionSettings& settings);
   const Script* find(std::string_view marker);
@@ -54,6 +57,7 @@ class PlaceholderScripts {
   std::uint64_t first_ = 1;  // number of the first script in read_
   std::deque<Script> read_;
   std::string block_;
+  bool keeps_text_ = false;
 };
 
 }  // namespace kavo::html
