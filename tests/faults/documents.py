@@ -105,3 +105,10 @@ def rtf(edition):
     return (rf"{{\rtf1\ansi\ansicpg1252\deff0{{\fonttbl{{\f0 Arial;}}}}"
             rf"\pard Dear caf\'e9 {edition},\par {{\pict\wmetafile8 0102{edition}f}}\par "
             rf"{{\object\objemb{{\*\objdata 4142{edition}3}}}} {more}yours\par}}").encode() + b"\r\n"
+
+
+def rc(edition):
+    """A resource script with a menu and strings."""
+    return (f'#include <windows.h>\r\n\r\nLANGUAGE 9, 1\r\n#pragma code_page(1252)\r\n\r\nMAIN MENU\r\nBEGIN\r\n'
+            f'    MENUITEM "&Open {edition}", 100\r\nEND\r\n\r\nSTRINGTABLE\r\nBEGIN\r\n'
+            f'    1, "Caf\xe9 {edition}"\r\n    2, "Page %d of %d"\r\nEND\r\n').encode("cp1252")

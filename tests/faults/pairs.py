@@ -8,8 +8,8 @@ from dataclasses import dataclass
 import classify
 import documents
 import trace
-from scenarios import (LANGUAGES, MIF_TUDS, PAGE_TUDS, TO_SITES, TO_WORK, command_line, kavo, mif_tuds, page_tuds, site,
-                       site_prepared, verb_of)
+from scenarios import (LANGUAGES, MIF_TUDS, PAGE_TUDS, RTF_TUD, TO_SITES, TO_WORK, command_line, kavo, mif_tuds,
+                       page_tuds, rtf_tuds, site, site_prepared, verb_of)
 
 COLUMNS = ("runs", "both right", "one refused", "odd refusal", "silent", "wrong result", "leftover", "crash", "hang")
 ROUNDS = 50  # in every second one the first run is slowed down, so that the other meets it between two changes
@@ -110,7 +110,8 @@ TREES = (
 
 FAMILIES = (
     ("page", _page, {**_road("page.asp", PAGE_TUDS[0]),
-                     "export": ("export", PAGE_TUDS[0]),
+                     "export": ("export", PAGE_TUDS[0]), "verify": ("verify", "page.asp"),
+                     "stats": ("stats", PAGE_TUDS[0]),
                      "import": ("import", "page_asp_htm_FR.xlf", "--to", PAGE_TUDS[0]),
                      "html protect": ("html", "protect", "page.asp"),
                      "html restore": ("html", "restore", "page_asp.htm"),
@@ -126,7 +127,8 @@ FAMILIES = (
     ("two MIF documents", _two_books, {
         "rebuild": ("rebuild", "one_mif_FR.tud"), "rebuild the other": ("rebuild", "two_mif_FR.tud"),
         "prepare DE": ("prepare", "one.mif", *GERMAN), "prepare the other DE": ("prepare", "two.mif", *GERMAN)}),
-    ("RTF", _rtf, {"extract": ("rtf", "extract", "letter.rtf"), "insert": ("rtf", "insert", "letter.rtf")}),
+    ("RTF", rtf_tuds, {**_road("letter.rtf", RTF_TUD), "extract": ("rtf", "extract", "letter.rtf"),
+                       "insert": ("rtf", "insert", "letter.rtf")}),
     ("RTF extracted", _rtf_extracted, {"extract": ("rtf", "extract", "letter.rtf"),
                                        "insert": ("rtf", "insert", "letter.rtf")}),
     ("settings", lambda sandbox: None, {"split": ("settings", "mif.split=both"),

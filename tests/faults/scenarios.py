@@ -71,11 +71,15 @@ def _bilingual(document, make, tuds):
 PAGE_TUDS = ("page_asp_htm_FR.tud", "page_asp_scr_FR.tud")
 HTML_TUD = "plain_htm_htm_FR.tud"
 TEXT_TUD = "note_txt_FR.tud"
+RTF_TUD = "letter_rtf_FR.tud"
+RC_TUD = "app_rc_FR.tud"
 MIF_TUDS = ("book_mif_FR.tud", "KAVO_ix_mif_FR.tud", "KAVO_xr_mif_FR.tud", "KAVO_va_mif_FR.tud")
 page_tuds = _bilingual("page.asp", documents.page, PAGE_TUDS)
 html_tuds = _bilingual("plain.htm", documents.html, (HTML_TUD,))
 mif_tuds = _bilingual("book.mif", documents.mif, MIF_TUDS)
 text_tuds = _bilingual("note.txt", documents.text, (TEXT_TUD,))
+rtf_tuds = _bilingual("letter.rtf", documents.rtf, (RTF_TUD,))
+rc_tuds = _bilingual("app.rc", documents.rc, (RC_TUD,))
 
 
 def _source(name, make, edition=2):
@@ -122,7 +126,9 @@ def _prepare():
     for name, document, make, tuds, tud in (("page", "page.asp", documents.page, page_tuds, PAGE_TUDS[0]),
                                             ("html", "plain.htm", documents.html, html_tuds, HTML_TUD),
                                             ("MIF", "book.mif", documents.mif, mif_tuds, MIF_TUDS[0]),
-                                            ("text", "note.txt", documents.text, text_tuds, TEXT_TUD)):
+                                            ("text", "note.txt", documents.text, text_tuds, TEXT_TUD),
+                                            ("RTF", "letter.rtf", documents.rtf, rtf_tuds, RTF_TUD),
+                                            ("RC", "app.rc", documents.rc, rc_tuds, RC_TUD)):
         yield Scenario(f"prepare {name}", "prepare", "new", _source(document, make), (document, *LANGUAGES))
         yield Scenario(f"prepare {name}, existing", "prepare", "existing", _then(tuds, _source(document, make)),
                        ("--overwrite", document, *LANGUAGES), reader=("rebuild", tud))
@@ -132,7 +138,9 @@ def _rebuild():
     for name, target, setup, tud in (("page", "page_FR.asp", page_tuds, PAGE_TUDS[0]),
                                      ("html", "plain_FR.htm", html_tuds, HTML_TUD),
                                      ("MIF", "book_FR.mif", mif_tuds, MIF_TUDS[0]),
-                                     ("text", "note_FR.txt", text_tuds, TEXT_TUD)):
+                                     ("text", "note_FR.txt", text_tuds, TEXT_TUD),
+                                     ("RTF", "letter_FR.rtf", rtf_tuds, RTF_TUD),
+                                     ("RC", "app_FR.rc", rc_tuds, RC_TUD)):
         yield Scenario(f"rebuild {name}", "rebuild", "new", setup, (tud,))
         yield Scenario(f"rebuild {name}, existing", "rebuild", "existing",
                        _then(setup, lambda sandbox, target=target: sandbox.write(target, b"an older translation\r\n")),
@@ -160,6 +168,7 @@ def _bilingual_verbs():
         if sandbox.read(tud) == content:
             raise SetupFailed("nothing to import")
     yield Scenario("import", "import", "existing", returned, (xlf, "--to", tud))
+    yield Scenario("rebuild package", "rebuild", "new", _then(page_tuds, _run("export", "--with-skeleton", tud)), (xlf,))
     yield Scenario("stats", "stats", "read", page_tuds, (tud,))
     yield Scenario("verify page", "verify", "read", _source("page.asp", documents.page), ("page.asp",))
     yield Scenario("verify MIF", "verify", "read", _source("book.mif", documents.mif), ("book.mif",))
@@ -271,6 +280,9 @@ def _folders():
     yield Scenario("rebuild folder", "rebuild", "new", site_prepared, TO_SITES, is_tree=True)
     yield Scenario("rebuild folder, existing", "rebuild", "existing", _then(site_prepared, older),
                    ("--overwrite", *TO_SITES), is_tree=True)
+    rest = lambda sandbox: sandbox.write("site/c/style.css", b"p { color: red }\r\n")
+    yield Scenario("rebuild folder with the rest", "rebuild", "new", _then(rest, site_prepared),
+                   (*TO_SITES, "--copy-rest", "site"), is_tree=True)
 
 
 def all_scenarios():

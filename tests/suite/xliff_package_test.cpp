@@ -144,6 +144,28 @@ TEST_F(XliffPackage, OneDocumentIsAPackageUnlessItIsCalledABilingualDocument) {
   EXPECT_FALSE(is_package(in_folder(u"missing.xlf")));
 }
 
+TEST_F(XliffPackage, OneThatCannotBeReadIsNotTakenForADocument) {
+  put(u"a.txt", "One\n");
+  pack({convert(u"a.txt")});
+  FaultyFiles faulty(files);
+  ports().files = &faulty;
+  FaultyFiles::Fault fault;
+  fault.number = FailureNumber::kDeviceError;
+  bool is_known = false;
+  const std::size_t faults = for_each_fault(
+      faulty, fault,
+      [&](std::size_t) {
+        is_known = false;
+        try {
+          is_known = is_package(in_folder(u"p.xlf"));
+        } catch (const failure& reason) {
+          is_known = reason.description().find(u"p.xlf cannot be read") != std::u16string::npos;
+        }
+      },
+      [&](std::size_t operation) { EXPECT_TRUE(is_known) << operation; });
+  EXPECT_GT(faults, 1u);
+}
+
 TEST_F(XliffPackage, DocumentsOfSeveralCodingsAreNotMixed) {
   put(u"a.txt", "One\n");
   put(u"b.txt", "Two\n");

@@ -7,6 +7,7 @@
 #include "common/path_parts.h"
 #include "common/pending_file.h"
 #include "platform/failure.h"
+#include "platform/formatted.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"
 #include "suite/document/base64.h"
@@ -213,8 +214,10 @@ bool is_package(std::u16string_view path) {
     if (is_document && has_one_file_tag(path)) return false;
     const XliffOutline outline = read_outline(path);
     return outline.files.size() > 1 || (outline.files.front().has_skeleton_inside && !is_document);
-  } catch (const failure&) {
-    return false;
+  } catch (const failure& reason) {
+    if (reason.is(FailureNumber::kInvalidCall) || !ports().files->info(path)) return false;
+    throw failure(reason.number(), formatted(u"{} cannot be read: {}", path_to_host(path), reason.description()),
+                  reason.source());
   }
 }
 

@@ -16,8 +16,8 @@ namespace kavo {
 void pack_documents(std::span<const BilingualDocument* const> documents, std::u16string_view target);
 
 // True for a file that is to be unpacked before anything else can be done with it: one with several file elements, or
-// one that holds its skeleton and is not named as a bilingual document is. False for one that cannot be read: who opens
-// it says why.
+// one that holds its skeleton and is not named as a bilingual document is. False for one that is missing or damaged: who
+// opens it says why. Throws `failure`, naming the file, when the system does not let it read.
 bool is_package(std::u16string_view path);
 
 // Writes each document of a package into a folder (without "\" at its end), named after its source document and its
