@@ -10,6 +10,7 @@
 #include "cli/update_report.h"
 #include "cli/verb.h"
 #include "cli/workers.h"
+#include "common/checksum.h"
 #include "common/document_names.h"
 #include "common/file_type.h"
 #include "common/folder_run.h"
@@ -234,12 +235,13 @@ class Prepare final : public Verb {
 
   // Of what was made by a run that came to no end, or by an earlier version.
   void complete_manifest() {
-    for (const PlannedDocument& planned : up_to_date_)
-      for (const std::u16string& target : targets_) {
-        const std::u16string source = to_utf16(place_of(planned.document));
-        if (!manifest_->knows(source, target))
+    for (const PlannedDocument& planned : up_to_date_) {
+      const std::u16string source = to_utf16(place_of(planned.document));
+      const std::uint64_t checksum = checksum_of_file(planned.document);
+      for (const std::u16string& target : targets_)
+        if (!manifest_->knows(source, target, checksum))
           manifest_->note(source, target, manifest_entry(planned.document, target));
-      }
+    }
   }
 
   static std::vector<std::u16string> folders_among(const std::vector<std::u16string>& documents) {

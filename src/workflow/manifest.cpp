@@ -85,8 +85,9 @@ json Manifest::find(std::u16string_view source, std::u16string_view language) co
   return entry == languages.end() ? json() : *entry;
 }
 
-bool Manifest::knows(std::u16string_view source, std::u16string_view language) const {
-  return !find(source, language).is_null();
+bool Manifest::knows(std::u16string_view source, std::u16string_view language, std::uint64_t checksum) const {
+  const json entry = find(source, language);
+  return !entry.is_null() && entry.value("checksum", json()) == checksum_text(checksum);
 }
 
 bool Manifest::has_other_options(std::u16string_view source, std::u16string_view language,

@@ -22,8 +22,9 @@ class Manifest {
 
   static std::u16string path_in_folder(std::u16string_view folder);
 
-  // A source by its path in the tree.
-  bool knows(std::u16string_view source, std::u16string_view language) const;
+  // Sources are named by their paths in the tree. Whether there is an entry of the source with this checksum: a run that
+  // was killed leaves the entry of the source as it was before.
+  bool knows(std::u16string_view source, std::u16string_view language, std::uint64_t checksum) const;
   // Whether the options that it was prepared with are known to be others.
   bool has_other_options(std::u16string_view source, std::u16string_view language, std::string_view options) const;
   // Puts an entry in the place of the old one.

@@ -50,6 +50,18 @@ TEST_F(Sites, TheManifestSaysWhatWasPreparedAndARunWithoutAChangeLeavesIt) {
   EXPECT_EQ(get("work/manifest.json"), text) << "made again of the documents that are there";
 }
 
+TEST_F(Sites, ARunThatWasKilledBeforeItsManifestLeavesNoOldEntry) {
+  ASSERT_EQ(prepare().code, 0);
+  const std::string old = get("work/manifest.json");
+  put("site/shop/notes.txt", "One thing\nTwo\nThree\n");
+  ASSERT_EQ(prepare().code, 0);
+  const std::string now = get("work/manifest.json");
+  ASSERT_NE(now, old);
+  put("work/manifest.json", old);
+  EXPECT_EQ(prepare().output, "0 documents prepared, 2 up to date\n");
+  EXPECT_EQ(get("work/manifest.json"), now);
+}
+
 TEST_F(Sites, AnotherFileOfThatNameIsNotReplaced) {
   put("work/manifest.json", "{\"name\": \"An app\"}");
   const Ran ran = prepare();
