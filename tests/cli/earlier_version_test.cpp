@@ -12,7 +12,7 @@ class EarlierVersion : public SiteTest {
     ASSERT_NE(at, std::string::npos) << what;
     text.replace(at, what.size(), with);
   }
-  Ran update() const { return kavo({"prepare", "site", "--source", "EN-US", "--target", "FR"}); }
+  Ran update() const { return kavo({"prepare", "site", "--source", "EN-US", "--target", "FR", "--code-page", "utf-8"}); }
 };
 
 constexpr const char* kDocuments[] = {"KAVO_ix_mif_FR.tud", "KAVO_va_mif_FR.tud", "KAVO_xr_mif_FR.tud",

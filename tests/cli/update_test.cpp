@@ -19,7 +19,7 @@ class UpdateCommand : public testing::Test {
   std::string path(std::u16string_view name) { return path_to_host(folder.path(name)); }
   Ran prepare(std::vector<std::string> files, std::vector<std::string> more = {}) {
     files.insert(files.begin(), "prepare");
-    files.insert(files.end(), {"--source", "EN-US", "--target", "FR"});
+    files.insert(files.end(), {"--source", "EN-US", "--target", "FR", "--code-page", "utf-8"});
     files.insert(files.end(), more.begin(), more.end());
     return run_kavo(files);
   }

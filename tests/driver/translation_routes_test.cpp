@@ -183,7 +183,7 @@ TEST_F(RestoreScripts, ScriptDocumentThatCannotBeRebuiltIsCode6) {
   };
   messages.clear();
   EXPECT_EQ(create(u"page_asp_HTM_ENU.tud"), 6);
-  EXPECT_EQ(messages, std::vector<std::u16string>{u"Segment 3 is damaged"});
+  EXPECT_EQ(messages, std::vector<std::u16string>{u"C:\\WORK\\page_asp_SCR_ENU.tud: Segment 3 is damaged"});
   EXPECT_EQ(all_files(), before);
 }
 
