@@ -134,5 +134,18 @@ TEST(TextMemory, FindsWhatItsIndexHolds) {
   }
 }
 
+TEST(TextMemory, OfEquallySimilarTextsTheFirstIsOfferedEveryTime) {
+  for (int run = 0; run < 20; ++run) {
+    TextMemory memory(TextUnits::kWords);
+    for (int line = 0; line < 500; ++line) {
+      const std::string number = std::to_string(line);
+      memory.add("Line " + number + " of the first edition", "Ligne " + number, false);
+    }
+    const auto found = memory.similar("Line 7 of the second edition");
+    ASSERT_TRUE(found);
+    EXPECT_EQ(found->source, "Line 0 of the first edition") << run;
+  }
+}
+
 }  // namespace
 }  // namespace kavo::test

@@ -59,7 +59,7 @@ std::optional<TextMemory::Similar> TextMemory::similar(std::string_view source) 
   std::vector<TextToken> tokens;
   append_tokens(tokens, source, units_);
   std::uint64_t budget = kMostSteps;
-  const Text* best = nullptr;
+  std::uint32_t best = 0;
   int best_percent = 0;
   for (const std::uint32_t candidate : candidates(tokens, weight_of(tokens))) {
     const Text& text = texts_[candidate];
@@ -68,13 +68,14 @@ std::optional<TextMemory::Similar> TextMemory::similar(std::string_view source) 
     const std::span<const TextToken> other(tokens_.data() + text.first_token, end - text.first_token);
     // Another text is never quite the same, even where it has the same words.
     const int percent = std::min(similarity(tokens, other, budget), 99);
-    if (percent > best_percent || (percent == best_percent && best != nullptr && &text < best)) {
-      best = &text;
+    // Of equally similar texts the first that was added, in every run the same.
+    if (percent > best_percent || (percent == best_percent && candidate < best)) {
+      best = candidate;
       best_percent = percent;
     }
   }
   if (best_percent == 0) return std::nullopt;
-  return Similar{best->source, translations_of(*best), best_percent};
+  return Similar{texts_[best].source, translations_of(texts_[best]), best_percent};
 }
 
 void TextMemory::index() {
