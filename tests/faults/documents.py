@@ -35,7 +35,8 @@ def html(edition):
 
 
 def text(edition):
-    more = _more("{}\r\n\r\n", edition)
+    # Other texts than those of the page, so that neither keeps the translations of the other.
+    more = _more("{}\r\n\r\n", edition).replace("Line", "Row").replace("makes the document long", "fills the notice")
     return f"A notice, edition {edition}.\r\n\r\n{more}The café is open.\r\n".encode()
 
 
