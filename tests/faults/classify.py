@@ -156,7 +156,9 @@ def message_faults(stage, run, error, call=None):
     # Names match without regard to case, and some are told as they were put together.
     if not any(name.lower() in run.errors.lower() for name in _known_names(stage, call)):
         faults.append(("unnamed", run.errors.strip()))
-    if error and _CAUSES[error] not in run.errors and not (call and call.descriptor == 1):
+    # The system does not say why a converter of its own cannot be loaded.
+    is_told = "converter" in run.errors and "cannot be loaded" in run.errors
+    if error and _CAUSES[error] not in run.errors and not is_told and not (call and call.descriptor == 1):
         faults.append(("no cause", run.errors.strip()))
     return faults
 

@@ -14,6 +14,7 @@
 
 #include "platform/adapters.h"
 #include "platform/failure.h"
+#include "platform/formatted.h"
 #include "platform/posix/host.h"
 #include "platform/unicode.h"
 
@@ -48,7 +49,12 @@ bool is_lead_byte_of(unsigned number, unsigned char byte) {
 class Converter {
  public:
   Converter(const char* to, const char* from) : descriptor_(::iconv_open(to, from)) {
-    if (descriptor_ == reinterpret_cast<iconv_t>(-1)) throw_errno();
+    // iconv_open(3) says EINVAL whatever was the matter with the converter's file.
+    if (descriptor_ == reinterpret_cast<iconv_t>(-1))
+      throw failure(FailureNumber::kDeviceError,
+                    formatted(u"The system's converter from {} to {} cannot be loaded (iconv_open: {}). Install the "
+                              u"package of the C library again",
+                              from, to, host_failure(errno).description()));
   }
   ~Converter() { ::iconv_close(descriptor_); }
   Converter(const Converter&) = delete;
