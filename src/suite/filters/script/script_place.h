@@ -33,7 +33,7 @@ struct SegmentPlace {
 
 SegmentPlace place_of_unit(const Unit& unit);
 std::string context_of(const SegmentPlace& place);
-// Throws `failure` 5 for a context that is none.
+// Throws `failure` 5 for a context that is damaged.
 SegmentPlace place_from(std::string_view context);
 
 }  // namespace kavo::script

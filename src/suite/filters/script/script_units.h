@@ -55,8 +55,8 @@ class ScriptUnits {
   ScriptUnits(std::string_view text, const TextCoding& coding, const DestinationRules& rules);
   ~ScriptUnits();
 
-  // First the pieces of all blocks, in order, block by block, go through follow(); then, behind turn(), once again
-  // through units(), which appends the units of the block, each after those around it.
+  // All blocks go through follow() in order. Then turn() is called, and they go through units() in the same order,
+  // which appends the units of each block, every unit after those around it.
   void follow(std::span<const Piece> pieces);
   void turn();
   void units(std::span<const Piece> pieces, std::vector<Unit>& units);

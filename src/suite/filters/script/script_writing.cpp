@@ -9,7 +9,7 @@
 namespace kavo::script {
 namespace {
 
-// A literal of a form that is read alone: its delimiters.
+// The delimiters of a literal that stands alone.
 struct Delimiters {
   std::string_view open;
   std::string_view close;
@@ -27,7 +27,8 @@ Delimiters delimiters_of(LiteralForm form) {
   }
 }
 
-// "$name" and "$name->member" of PHP, which end where a name ends: the last one of a code that ends with one.
+// Where the "$name" or "$name->member" of PHP begins that ends a code; npos for none. A letter behind it would join the
+// name.
 std::size_t last_inserted_name(std::string_view code) {
   const std::size_t begin = code.rfind('$');
   if (begin == std::string_view::npos || (begin > 0 && (code[begin - 1] == '{' || code[begin - 1] == '$')))
@@ -83,7 +84,7 @@ void ScriptWriting::write(std::string_view translation, std::string& bytes) {
   bytes += result;
 }
 
-// Values whose order the script's operators depend on keep it.
+// Refuses a translation that changes the order of values on which the script's operators depend.
 void ScriptWriting::check_order(const std::vector<Part>& parts) const {
   const Hole::Code* last = nullptr;
   for (const Part& part : parts) {
