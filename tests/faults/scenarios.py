@@ -234,6 +234,7 @@ def _rtf():
 
 def _settings():
     nothing = lambda sandbox: None
+    yield Scenario("init", "init", "new", _source("page.asp", documents.page), LANGUAGES)
     yield Scenario("settings", "settings", "read", _run("settings", "mif.split=both"), (), owns_home=True)
     yield Scenario("settings change", "settings", "new", nothing, ("mif.split=both",), owns_home=True)
     yield Scenario("settings change, existing", "settings", "existing", _run("settings", "mif.split=none"),
