@@ -8,6 +8,7 @@
 #include "formats/script/php_end.h"
 
 namespace kavo {
+
 std::optional<std::uint64_t> find_torn_script(std::u16string_view script_file, script::Language server) {
   html::MarkerReader markers(script_file, true);
   script::PageScripts scripts(server);

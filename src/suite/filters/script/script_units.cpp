@@ -179,7 +179,7 @@ std::string ScriptUnits::shown_text(const JoinedText& joined, const ReadText& re
     place = code.end;
   }
   if (depth == 0) text.append(joined.text, place, read.end - place);
-  // " failed." behind a value is the end of a sentence, though the value is no part of the text.
+  // " failed." behind a value ends a sentence that the value begins, so it is judged with the value's mark in front.
   const std::string_view before = trimmed(std::string_view(joined.text).substr(0, read.begin), " ");
   if (before.ends_with(kOperandMark) && (text.ends_with('.') || text.ends_with('!'))) text.insert(0, 1, kOperandMark);
   if (text.find('&') == std::string::npos) return text;
