@@ -1,7 +1,9 @@
 #include "workflow/work_folder.h"
 
 #include <cstdio>
+#include <exception>
 #include <memory>
+#include <optional>
 #include <random>
 #include <set>
 
@@ -31,18 +33,37 @@ std::u16string from_filesystem(const fs::path& path) {
                     to_utf16(error ? error.message() : "every name is taken"));
 }
 
-// Tries twice: the second attempt may succeed.
-void remove_folder(const fs::path& folder) {
-  std::error_code error;
-  fs::remove_all(folder, error);
-  if (error) fs::remove_all(folder, error);
-  if (error)
-    std::fprintf(stderr, "kavo: %s could not be removed: %s\n", path_to_host(from_filesystem(folder)).c_str(),
-                 error.message().c_str());
-}
-
 // The mark of such a folder. A marked folder that nobody locks was left by a killed run.
 constexpr char kMark[] = "kavo.work";
+
+// Removes a folder with all that it holds, the mark last: what is left of a run that is killed here is still known for
+// one. Throws `failure` and std::filesystem::filesystem_error.
+void remove_marked_folder(const fs::path& folder) {
+  for (const fs::directory_entry& entry : fs::directory_iterator(folder))
+    if (entry.path().filename() != kMark) fs::remove_all(entry.path());
+  FileSystem& files = *ports().files;
+  const std::u16string mark = from_filesystem(folder / kMark);
+  if (files.info(mark)) files.remove_file(mark);
+  files.remove_folder(from_filesystem(folder));
+}
+
+// The reason why a folder could not be removed, or nothing. Tries twice: the second attempt may succeed.
+std::optional<std::string> trouble_of_removing(const fs::path& folder) {
+  for (int attempt = 0;; ++attempt) {
+    try {
+      remove_marked_folder(folder);
+      return std::nullopt;
+    } catch (const std::exception& reason) {
+      if (attempt > 0) return reason.what();
+    }
+  }
+}
+
+void remove_own_folder(const fs::path& folder) {
+  if (const std::optional<std::string> reason = trouble_of_removing(folder))
+    std::fprintf(stderr, "kavo: %s could not be removed: %s\n", path_to_host(from_filesystem(folder)).c_str(),
+                 reason->c_str());
+}
 
 // The folders of this process that are in use. A lock cannot show it: on Windows the thread that holds the lock gets it
 // again.
@@ -80,12 +101,14 @@ void remove_abandoned_folders(const fs::path& parent) {
       } catch (const failure&) {
         continue;  // its run is at work
       }
-      std::error_code error;
-      if (has_mark)
-        fs::remove_all(to_filesystem(path), error);
-      else
-        fs::remove(to_filesystem(path), error);  // it may be empty no more
-      if (!error)
+      bool is_removed = false;
+      if (has_mark) {
+        is_removed = !trouble_of_removing(to_filesystem(path));
+      } else {
+        std::error_code error;  // it may be empty no more
+        is_removed = fs::remove(to_filesystem(path), error);
+      }
+      if (is_removed)
         std::fprintf(stderr, "kavo: removed %s, which a run that was stopped had left\n", path_to_host(path).c_str());
     }
   } catch (const failure&) {
@@ -114,11 +137,11 @@ WorkFolder::WorkFolder() {
       ports().files->open(from_filesystem(path_ / kMark), Access::kCreate)->close();
       folders_in_use().insert(from_filesystem(path_.filename()));
     } catch (const failure& reason) {
-      remove_folder(path_);
+      remove_own_folder(path_);
       if (attempt > 0 || !was_cleared_up(reason)) throw;
       continue;
     } catch (...) {
-      remove_folder(path_);
+      remove_own_folder(path_);
       throw;
     }
     return;
@@ -127,7 +150,7 @@ WorkFolder::WorkFolder() {
 }
 
 WorkFolder::~WorkFolder() {
-  remove_folder(path_);
+  remove_own_folder(path_);
   folders_in_use().erase(from_filesystem(path_.filename()));
 }
 

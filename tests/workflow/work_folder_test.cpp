@@ -50,6 +50,24 @@ TEST(WorkFolderTest, WhatAKilledRunLeftGoesWithAWordAndNothingElse) {
   EXPECT_TRUE(files.folder.exists(u"kavo-letters\\kavo.work"));
 }
 
+// A run that is killed while it removes such a folder leaves one that the next run still knows.
+TEST(WorkFolderTest, TheMarkGoesLast) {
+  OwnTemporaryFolder files;
+  const std::u16string abandoned = u"kavo-0123abcd";
+  files.folder.write(abandoned + u"\\kavo.work", "");
+  files.folder.write(abandoned + u"\\plain\\page.htm", "a copy");
+  files.folder.write(abandoned + u"\\zebra.htm", "another one");
+  files.set_fault({.operation = 1, .counted = FaultyFiles::Counted::kMutating, .lasting = true, .kills = true});
+  EXPECT_THROW(WorkFolder(), failure);
+  EXPECT_TRUE(files.fault_happened());
+  files.clear_fault();
+  EXPECT_TRUE(files.folder.exists(abandoned + u"\\kavo.work"));
+  EXPECT_FALSE(files.folder.exists(abandoned + u"\\plain"));
+  EXPECT_FALSE(files.folder.exists(abandoned + u"\\zebra.htm"));
+  { const WorkFolder next; }
+  EXPECT_EQ(files.folder.entry_count(), 0u);
+}
+
 TEST(WorkFolderTest, WhateverFailsWhileItIsMadeNoneIsLeft) {
   OwnTemporaryFolder files;
   std::size_t failed = 0;
