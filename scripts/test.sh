@@ -14,12 +14,16 @@ top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 cd "$top" || exit 1
 
 parts=(native sanitizers windows)
+windows_tests=(-LE slow)
 case ${1:-} in
   "") ;;
   --native) parts=(native) ;;
   --sanitizers) parts=(sanitizers) ;;
   --windows) parts=(windows) ;;
-  --full) parts=(native sanitizers windows fuzz tidy office scripts machines packages faults) ;;
+  --full)
+    parts=(native sanitizers windows fuzz tidy office scripts machines packages faults)
+    windows_tests=()
+    ;;
   *) sed -n '2,12s/^# \{0,1\}//p' "$0" >&2; exit 2 ;;
 esac
 
@@ -77,7 +81,7 @@ for part in "${parts[@]}"; do
       # Once in some hundred runs Wine itself hangs, so a test that runs out of time is run once more.
       step "Windows x64 build"
       build windows-x64 &&
-        { step "Windows tests under Wine"; run_tests windows-x64 -LE slow --repeat after-timeout:2; }
+        { step "Windows tests under Wine"; run_tests windows-x64 ${windows_tests[@]+"${windows_tests[@]}"} --repeat after-timeout:2; }
       note $? "Windows x64 under Wine"
       step "Windows x86 build"
       # Debian's 64-bit Wine runs no 32-bit programs. So the tables in the library files are tested everywhere, and

@@ -47,9 +47,7 @@ std::optional<std::string> text_of_project(const std::u16string& path) {
   }
 }
 
-const ProjectKey& key_row(std::string_view key) {
-  return *std::ranges::find(project_keys(), key, &ProjectKey::key);
-}
+const ProjectKey& key_row(std::string_view key) { return *std::ranges::find(project_keys(), key, &ProjectKey::key); }
 
 bool is_text_or_number(const ordered_json& value) { return value.is_string() || value.is_number_unsigned(); }
 
@@ -108,7 +106,8 @@ std::string as_codes(std::string languages) {
 std::string as_on_a_command_line(const Setting& setting, const ordered_json& value) {
   if (!value.is_array()) return word_of(value);
   std::string list;
-  for (const ordered_json& each : value) (list += list.empty() ? "" : std::string(1, setting.list_separator)) += word_of(each);
+  for (const ordered_json& each : value)
+    (list += list.empty() ? "" : std::string(1, setting.list_separator)) += word_of(each);
   return list;
 }
 
@@ -176,8 +175,8 @@ void ProjectFile::check_settings(const std::string& pointer, const ordered_json&
     const std::string place = pointer + pointer_step(name);
     const Setting* const setting = find_setting(group + name);
     if (setting == nullptr)
-      refuse(place, "there is no setting \"" + group + name + "\"; the nearest is \"" + nearest_setting(group + name) +
-                        "\"");
+      refuse(place,
+             "there is no setting \"" + group + name + "\"; the nearest is \"" + nearest_setting(group + name) + "\"");
     if (setting->starts_program)
       refuse(place, "\"" + name + "\" names a program that is started, which a project may not choose: store it for " +
                         "yourself with kavo settings");
@@ -186,6 +185,8 @@ void ProjectFile::check_settings(const std::string& pointer, const ordered_json&
     if (group.empty() && std::ranges::find(groups, name.substr(0, dot)) != groups.end())
       refuse(place, "\"" + name + "\" is an option of a filter: \"profile\": {\"" + name.substr(0, dot) + "\": {\"" +
                         name.substr(dot + 1) + "\": ...}}");
+    if (!group.empty() && !setting->shapes_documents)
+      refuse(place, setting->name + " changes nothing in a bilingual document: store it with kavo settings");
     if (!is_value(*setting, value)) refuse(place, setting->name + " can be " + setting->values);
   }
 }

@@ -94,8 +94,8 @@ Setting switch_setting(std::string name, const std::string& what_for, bool (*rea
 }
 
 // One that can be any text.
-Setting text_setting(std::string name, std::string values, std::u16string (*read)(),
-                     void (*write)(std::u16string_view), bool starts_program = false) {
+Setting text_setting(std::string name, std::string values, std::u16string (*read)(), void (*write)(std::u16string_view),
+                     bool starts_program = false) {
   return {std::move(name), std::move(values), [read] { return to_utf8(read()); },
           [write](const std::string& value) {
             write(to_utf16(value));
@@ -122,7 +122,8 @@ constexpr const char* kColour =
 // The lasting options of the filters.
 Setting setting_of(const FilterOption& option) {
   const std::string key(option.key);
-  return {key, values_of(option) + ", or default",
+  return {key,
+          values_of(option) + ", or default",
           [key] { return std::string(option_text(stored_filter_options(), key)); },
           [key](const std::string& value) {
             const bool is_default = value == kDefault;
@@ -131,16 +132,17 @@ Setting setting_of(const FilterOption& option) {
             return true;
           },
           false,
-          option.kind == OptionKind::kPatterns                                        ? '\t'
+          option.kind == OptionKind::kPatterns                                     ? '\t'
           : option.kind == OptionKind::kWords || option.kind == OptionKind::kNames ? ','
-                                                                                      : '\0'};
+                                                                                   : '\0'};
 }
 
 std::vector<Setting> all_settings() {
   std::vector<Setting> settings{
       {"mif.split", "none, semicolon or both", mif_split, set_mif_split},
       switch_setting(
-          "mif.objects", "", [] { return load_mif_settings().objects; }, store_mif_objects),
+          "mif.objects", ": whether hosts take embedded objects out of MIF files; prepare leaves them in the skeleton",
+          [] { return load_mif_settings().objects; }, store_mif_objects),
       {"mif.markers", "marker types with commas between", mif_markers, set_mif_markers, false, ','},
       {"office.time-limit",
        "seconds for which LibreOffice may work on a document without a sign of life, from 1 to " +
@@ -166,8 +168,8 @@ std::vector<Setting> all_settings() {
       {"highlight.translated", kColour, status_colour<3>, set_status_colour<3>},
   };
   for (Setting& setting : settings)
-    setting.shapes_documents =
-        !setting.starts_program && !setting.name.starts_with("highlight.") && setting.name != "office.time-limit";
+    setting.shapes_documents = !setting.starts_program && !setting.name.starts_with("highlight.") &&
+                               setting.name != "office.time-limit" && setting.name != "mif.objects";
   for (const FilterOption& option : filter_options())
     if (is_lasting(option)) settings.push_back(setting_of(option));
   return settings;

@@ -11,6 +11,7 @@
 #include "support/ports_fixture.h"
 #include "support/splits.h"
 #include "support/temp_folder.h"
+#include "support/tries.h"
 
 namespace kavo::test {
 namespace {
@@ -154,7 +155,7 @@ TEST_F(StatementScannerTest, AgreesWithTheTwinOnGeneratedFiles) {
                                         "\xB1"};
   const auto code_page = make_code_page("932");
   std::mt19937 random(2024);
-  for (int document_number = 0; document_number < 1500; ++document_number) {
+  for (int document_number = 0; document_number < tries(1500); ++document_number) {
     std::string document = "<MIFFile 5.50>";
     for (unsigned count = random() % 120; count > 0; --count) document += parts[random() % std::size(parts)];
     for (const bool double_byte : {false, true}) {

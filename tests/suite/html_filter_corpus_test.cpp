@@ -9,6 +9,7 @@
 #include "platform/unicode.h"
 #include "suite/html_filter_property.h"
 #include "support/corpus.h"
+#include "support/tries.h"
 
 namespace kavo::test {
 namespace {
@@ -96,7 +97,7 @@ TEST(HtmlFilterProperty, GeneratedPagesSurvive) {
                                      "&#13;",
                                      "&lt"};
   std::mt19937 random(20260);
-  for (int round = 0; round < 400; ++round) {
+  for (int round = 0; round < tries(400); ++round) {
     std::string page;
     for (unsigned i = random() % 40; i > 0; --i) page += pieces[random() % std::size(pieces)];
     const BlockSizeScope scope(1 + random() % 64);

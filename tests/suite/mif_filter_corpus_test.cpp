@@ -7,6 +7,7 @@
 #include "platform/unicode.h"
 #include "suite/mif_filter_property.h"
 #include "support/corpus.h"
+#include "support/tries.h"
 
 namespace kavo::test {
 namespace {
@@ -96,7 +97,7 @@ TEST(MifFilterProperty, GeneratedDocumentsSurvive) {
                                      "e",
                                      "\xFF"};
   std::mt19937 random(20261);
-  for (int round = 0; round < 600; ++round) {
+  for (int round = 0; round < tries(600); ++round) {
     std::string document;
     if (random() % 2 == 0) document = "<MIFFile 8.00><Para <ParaLine ";
     for (unsigned i = random() % 30; i > 0; --i) document += pieces[random() % std::size(pieces)];

@@ -7,6 +7,7 @@
 #include "platform/unicode.h"
 #include "suite/rc_filter_property.h"
 #include "support/corpus.h"
+#include "support/tries.h"
 
 namespace kavo::test {
 namespace {
@@ -81,7 +82,7 @@ TEST(RcFilterProperty, GeneratedScriptsSurvive) {
                                      "\\n",
                                      "\\0"};
   std::mt19937 random(20262);
-  for (int round = 0; round < 1500; ++round) {
+  for (int round = 0; round < tries(1500); ++round) {
     std::string script;
     if (random() % 3 == 0) script = "STRINGTABLE BEGIN 1 \"";
     for (unsigned i = random() % 30; i > 0; --i) script += pieces[random() % std::size(pieces)];

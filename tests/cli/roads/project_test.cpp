@@ -22,7 +22,8 @@ class Project : public SiteTest {
 
 constexpr const char* kProject =
     "{\n \"version\": 1,\n \"sources\": \"site\",\n \"recursive\": true,\n \"exclude\": [\"drafts\"],\n"
-    " \"source\": \"en-US\",\n \"target\": [\"FR\", \"DE\"],\n \"output\": \"work\",\n \"rebuilt\": \"site-{lang}\"\n}\n";
+    " \"source\": \"en-US\",\n \"target\": [\"FR\", \"DE\"],\n \"output\": \"work\",\n \"rebuilt\": "
+    "\"site-{lang}\"\n}\n";
 
 TEST_F(Project, SaysAllThatPreparingAndRebuildingNeed) {
   put_site();
@@ -48,7 +49,8 @@ TEST_F(Project, SaysAllThatPreparingAndRebuildingNeed) {
 
 TEST_F(Project, OfTheCurrentFolderLeavesItsOwnOutputsOut) {
   put("index.htm", "<html><body><p>Welcome</p></body></html>\r\n");
-  const Ran made = kavo({"init", "--source", "EN-US", "--target", "FR,DE", "--output", "work", "--rebuilt", "out-{lang}"});
+  const Ran made =
+      kavo({"init", "--source", "EN-US", "--target", "FR,DE", "--output", "work", "--rebuilt", "out-{lang}"});
   EXPECT_EQ(made.code, 0) << made.errors;
   const nlohmann::json project = nlohmann::json::parse(get("kavo.json"));
   EXPECT_EQ(project, nlohmann::json::parse(R"({"version": 1, "source": "EN-US", "target": ["FR", "DE"],
@@ -284,8 +286,8 @@ TEST_F(Project, EachKeyOfTheProfileChangesWhatItSays) {
 
 TEST_F(Project, AWrongKeyOrFormInTheProfileIsRefusedByName) {
   put("a.txt", "One\n");
-  std::vector<std::string> keys{"mif.markers", "mif.objects", "mif.split",   "xls.formulas",
-                                "xls.hidden",  "xls.order",   "xls.ungroup", "xls.tolerance"};
+  std::vector<std::string> keys{"mif.markers", "mif.split",   "xls.formulas", "xls.hidden",
+                                "xls.order",   "xls.ungroup", "xls.tolerance"};
   for (const FilterOption& option : filter_options())
     if (is_lasting(option)) keys.emplace_back(option.key);
   const auto refusal = [&](const std::string& key, const std::string& value) {
@@ -309,6 +311,12 @@ TEST_F(Project, AWrongKeyOrFormInTheProfileIsRefusedByName) {
     const std::string form = refusal(list, "true");
     EXPECT_TRUE(holds(form, "kavo.json:2: " + std::string(list) + " can be ")) << form;
   }
+  // A setting of hosts, which leaves a bilingual document as it is.
+  const std::string for_hosts = refusal("mif.objects", "false");
+  EXPECT_TRUE(holds(for_hosts,
+                    "kavo.json:2: mif.objects changes nothing in a bilingual document: store it with kavo "
+                    "settings"))
+      << for_hosts;
   EXPECT_FALSE(has("a_txt_FR.tud"));
 }
 
