@@ -96,9 +96,16 @@ TEST_F(PrepareGuard, ABilingualDocumentOfOtherThingsIsNotReplaced) {
     const Ran ran = prepare({document});
     EXPECT_EQ(ran.code, 1);
     EXPECT_NE(ran.errors.find(c.reason), std::string::npos) << ran.errors;
+    const Ran anew = run_kavo({"prepare", document, "--source", "EN-US", "--target", "FR", "--fresh"});
+    EXPECT_EQ(anew.code, 1) << "a fresh start gives up translations of this document only";
+    EXPECT_NE(anew.errors.find(c.reason), std::string::npos) << anew.errors;
     EXPECT_EQ(folder.read(u"a_txt_FR.tud"), changed);
-    EXPECT_EQ(prepare({document}, true).code, 0);
+    const Ran replaced = prepare({document}, true);
+    EXPECT_EQ(replaced.code, 0) << replaced.errors;
     EXPECT_EQ(folder.read(u"a_txt_FR.tud"), own);
+    EXPECT_EQ(replaced.errors.find("is replaced, because it cannot be read") != std::string::npos,
+              std::string_view(c.reason) == "cannot be read")
+        << replaced.errors;
   }
 }
 
