@@ -7,8 +7,11 @@ target_compile_options(kavo_options INTERFACE -Wall -Wextra -Wshadow -Werror $<$
 if(KAVO_SANITIZE)
   # On instrumented code g++ 12 warns falsely about uninitialized variants and strings.
   target_compile_options(kavo_options INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
-  target_compile_options(kavo_options INTERFACE -fsanitize=${KAVO_SANITIZE}
-    $<$<BOOL:${KAVO_LEAVE_OUT}>:-fno-sanitize=${KAVO_LEAVE_OUT}> -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_compile_options(kavo_options INTERFACE -fsanitize=${KAVO_SANITIZE})
+  if(KAVO_LEAVE_OUT)
+    target_compile_options(kavo_options INTERFACE -fno-sanitize=${KAVO_LEAVE_OUT})
+  endif()
+  target_compile_options(kavo_options INTERFACE -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(kavo_options INTERFACE -fsanitize=${KAVO_SANITIZE})
 endif()
 if(WIN32)
