@@ -15,6 +15,7 @@
 #include "common/document_kind.h"
 #include "common/document_names.h"
 #include "common/file_type.h"
+#include "common/folder_run.h"
 #include "common/path_parts.h"
 #include "common/pending_file.h"
 #include "common/same_file.h"
@@ -181,6 +182,8 @@ class Rebuild final : public Verb {
   // False for a file that is there; another one of its name fails, unless it may be replaced.
   bool copy_rest(const FolderFile& file, const std::u16string& target, Outcome& outcome) {
     throw_if_interrupted();
+    made_folders_.make(folder_of(target));
+    FolderRun run(target, [&](const std::u16string& text) { outcome.messages.push_back({text}); });
     if (is_file(target)) {
       if (checksum_of_file(target) == checksum_of_file(file.path)) return false;
       if (!overwrite_) {
@@ -191,8 +194,8 @@ class Rebuild final : public Verb {
         return false;
       }
     }
-    made_folders_.make(folder_of(target));
     copy_file(file.path, target);
+    run.commit();
     return true;
   }
 

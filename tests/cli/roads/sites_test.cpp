@@ -111,6 +111,21 @@ TEST_F(Sites, TheOtherFilesAreCopiedOnce) {
   EXPECT_EQ(kavo({"rebuild", "work", "-r", "--copy-rest", "site"}).code, 2);
 }
 
+TEST_F(Sites, ARunThatWasKilledWhileItCopiedIsClearedUp) {
+  put("site/pictures/logo.gif", "GIF89a");
+  ASSERT_EQ(prepare().code, 0);
+  const std::vector<std::string> command{"rebuild",     "work", "-r",       "--output-dir", "out-{lang}",
+                                         "--copy-rest", "site", "--target", "FR",           "--overwrite"};
+  ASSERT_EQ(kavo(command).code, 0);
+  put("out-FR/pictures/.kavo-run/journal", std::string("KAVO run 1\0working\0end\0", 23));
+  put("out-FR/pictures/.kavo-run/1/logo.gif", "GIF");
+  const Ran next = kavo(command);
+  EXPECT_EQ(next.code, 0) << next.errors;
+  EXPECT_TRUE(holds(next.errors, "was stopped before its end")) << next.errors;
+  EXPECT_FALSE(has("out-FR/pictures/.kavo-run"));
+  EXPECT_EQ(get("out-FR/pictures/logo.gif"), "GIF89a");
+}
+
 TEST_F(Sites, NothingThatTheCommandMadeIsARest) {
   ASSERT_EQ(kavo({"prepare", "site", "-r", "--source", "EN-US", "--target", "FR"}).code, 0);
   const Ran ran = kavo({"rebuild", "site", "-r", "--output-dir", "site/fr", "--copy-rest", "site"});
