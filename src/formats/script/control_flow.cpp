@@ -1,5 +1,5 @@
-// Only the depth of constructs is counted. A block shares a construct with others when the depth falls below zero in
-// it, or is above zero at its end.
+// Only the depth of nesting is counted. When the depth falls below zero in a block, the block ends a construct of an
+// earlier block. When it is above zero at the end, a later block ends the construct.
 #include "formats/script/control_flow.h"
 
 #include <algorithm>
@@ -24,13 +24,13 @@ void close(Flow& flow) {
     ++flow.closes;
 }
 
-// One statement after the other: a line, or what a ":" ends.
+// Reads VBScript statement by statement. A line end or a ":" ends a statement.
 class BasicFlow {
  public:
   void token(const Token& token, std::string_view word) {
     if (is_blank_token(token)) return;
     if (token.kind == TokenKind::kLineEnd || word == ":") {
-      // "If a Then b : c" is one statement on its line.
+      // "If a Then b : c" is one statement, up to the end of its line.
       if (token.kind == TokenKind::kLineEnd || !is_if_ || last_is_then_) end_statement();
       return;
     }
@@ -75,7 +75,7 @@ class BasicFlow {
   bool last_is_then_ = false;
 };
 
-// Braces, PHP's words for them, and statements that end behind the block.
+// Counts braces, the words that PHP has for them ("if:", "endif"), and statements that end after the block.
 class BraceFlow {
  public:
   void token(const Token& token, std::string_view word) {
@@ -94,7 +94,7 @@ class BraceFlow {
     starts_ = token.kind == TokenKind::kOperator && (word == ";" || word == "{" || word == "}");
     if (starts_) is_head_ = false;
   }
-  // "if ($a):" goes on to "endif"; a head without a body has the page up to the next block as its statement.
+  // "if ($a):" is open until "endif". When a head has no body, its statement is the page up to the next block.
   Flow flow() const {
     Flow flow = flow_;
     if (is_head_ && begins_ && is_colon_)
@@ -111,8 +111,8 @@ class BraceFlow {
 
   Flow flow_;
   bool starts_ = true;    // the next word begins a statement
-  bool is_head_ = false;  // of a construct whose statement has not ended
-  bool begins_ = false;   // which is not the next branch of another one
+  bool is_head_ = false;  // in the head of a construct, or in its single statement
+  bool begins_ = false;   // that construct is not the next branch of an open one
   bool is_colon_ = false;
   bool after_close_ = false;
 };

@@ -10,15 +10,16 @@ namespace kavo::script {
 
 // What a block does to the constructs (conditions, loops) that reach beyond it.
 struct Flow {
-  std::size_t closes = 0;  // how many that began before the block end in it
-  bool parts = false;      // begins another branch of the innermost one that is still open ("Else")
-  std::size_t opens = 0;   // how many that begin in the block are open at its end
+  std::size_t closes = 0;  // how many constructs that began before the block end in it
+  bool parts = false;      // it begins another branch of the innermost open construct ("Else")
+  std::size_t opens = 0;   // how many constructs that begin in the block are still open at its end
 
-  // Whether the page behind the block is not the continuation of the page before it.
+  // True when the text after the block does not simply continue the text before it.
   bool divides() const { return closes != 0 || parts || opens != 0; }
 };
 
-// `text` is that of all blocks. An empty Flow for a value, declarations, a client script, and an unknown language.
+// `text` is the text of all blocks. Returns an empty Flow for a value, for declarations, for a client script, and for a
+// script in an unknown language.
 Flow flow_of(std::string_view text, const Piece& piece);
 
 }  // namespace kavo::script

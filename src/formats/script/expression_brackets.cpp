@@ -1,4 +1,4 @@
-// Brackets: the frames of the stack.
+// The part of ExpressionScanner that opens and closes brackets, each a frame on the stack.
 #include "formats/script/expression_scanner.h"
 
 namespace kavo::script {

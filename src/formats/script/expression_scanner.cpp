@@ -1,4 +1,4 @@
-// Values: what is joined, and what is reported at the end of an expression.
+// The part of ExpressionScanner that collects values and reports what is joined at the end of an expression.
 #include "formats/script/expression_scanner.h"
 
 #include <algorithm>
@@ -59,8 +59,8 @@ void ExpressionScanner::finish() {
 
 // ---- Values
 
-// A value follows another one without an operator between them. It begins a statement or arguments, or the first one
-// was the type of a name.
+// When a value follows another one without an operator, it begins a new statement or the arguments of a command, or the
+// first value was the type of a name.
 void ExpressionScanner::before_value() {
   Frame& frame = top();
   if (!frame.after_value) return;
@@ -75,7 +75,7 @@ void ExpressionScanner::before_value() {
   }
 }
 
-// "MsgBox" in front of its arguments.
+// True after a name such as "MsgBox" that takes arguments without parentheses.
 bool ExpressionScanner::takes_arguments() const {
   const Frame& frame = frames_.back();
   return !frame.in_condition && frame.base == PlaceKind::kNowhere && items_.size() == frame.items + 1 &&
@@ -136,7 +136,7 @@ void ExpressionScanner::add_literal(const Token& token) {
   if (!token.ends) open_literal(token.end);
 }
 
-// Begins the code inside a literal, which ends with the literal's next piece.
+// Begins code inside a literal. The next piece of the literal ends the code.
 void ExpressionScanner::open_literal(std::size_t begin) {
   Frame& frame = open(FrameKind::kInserted, begin);
   frame.parens = frame.brackets = 0;
@@ -156,7 +156,8 @@ void ExpressionScanner::literal_goes_on(const Token& token) {
   add_literal(token);
 }
 
-// A literal whose method is called is reported on its own. For the expression around it the call is an operand.
+// When a method of a literal is called, the literal is reported on its own. For the surrounding expression the call is
+// an operand.
 void ExpressionScanner::receiver_of(std::string_view member) {
   Item& item = *last_item();
   const Item alone = item;
@@ -172,7 +173,7 @@ void ExpressionScanner::member(const Token& token) {
   if (last_item()->is_literal) receiver_of(word);
   Item& item = *last_item();
   const std::size_t path = item.name.empty() ? kNone : static_cast<std::size_t>(item.name.data() - text_.data());
-  // The path is "a.b" as long as nothing else comes between.
+  // The name is extended to "a.b" only if nothing else comes between.
   if (path != kNone && item.end == path + item.name.size() && token.begin - item.end <= 3)
     item.name = text_.substr(path, token.end - path);
   item.end = token.end;
@@ -185,7 +186,7 @@ void ExpressionScanner::member(const Token& token) {
 
 void ExpressionScanner::end_statement() {
   if (top().kind == FrameKind::kObject || (top().kind == FrameKind::kList && top().is_brace))
-    top().kind = FrameKind::kBlock;  // a block after all
+    top().kind = FrameKind::kBlock;  // the "{" began a block, not an object
   while (!is_statement(top()) && top().kind != FrameKind::kControl) pop();
   end_expression();
   begin_statement();
@@ -290,7 +291,7 @@ void ExpressionScanner::emit(std::span<const Item> items, const Place& place) {
   Place places[kMostPlaces];
   std::size_t count = 0;
   places[count++] = place;
-  // Goes outwards as long as the value in the bracket may be the value of the bracket.
+  // Goes outwards from bracket to bracket as long as the inner value may be the value of the outer expression.
   const auto goes_on = [](PlaceKind kind) {
     return kind == PlaceKind::kGroup || kind == PlaceKind::kArgument || kind == PlaceKind::kElement ||
            kind == PlaceKind::kEntry || kind == PlaceKind::kReceiver || kind == PlaceKind::kOperand;
@@ -303,7 +304,7 @@ void ExpressionScanner::emit(std::span<const Item> items, const Place& place) {
     places[count++] = place_of(frames_[--frame]);
   }
   join.places = {places, count};
-  // "a" + b: text from the start on, whatever b is.
+  // "a" + b is a text from the start, whatever b is.
   const bool begins_with_text = language_ == Language::kVbScript || language_ == Language::kPhp ||
                                 items[0].is_literal || (items.size() > 1 && items[1].is_literal);
   join.can_move = !frames_.back().is_fixed && begins_with_text;

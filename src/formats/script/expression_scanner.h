@@ -1,7 +1,7 @@
 // Follows the expressions of one program from token to token.
 //
-// No tree is built: a stack of open brackets holds what is joined so far in each, so that brackets may nest as deep as
-// they like. A token that is not understood ends the statement; the scan goes on with the next one.
+// No tree is built. A stack of open brackets holds what has been joined so far in each, so brackets may nest to any
+// depth. A token that is not understood ends the statement; the scan goes on with the next one.
 #pragma once
 
 #include <memory>
@@ -16,17 +16,17 @@ namespace kavo::script {
 
 class ExpressionScanner {
  public:
-  // `text` is that of all blocks; it and the sink must outlive the scanner.
+  // `text` is the text of all blocks. It and the sink must outlive the scanner.
   ExpressionScanner(Language language, std::string_view text, ExpressionSink& sink);
 
-  // The next token of the program; its place is in the text of all blocks.
+  // Takes the next token of the program. The token's place is an offset in the text of all blocks.
   void token(const Token& token);
-  // Code of another language in the place of an operand or of a part of a literal.
+  // Takes code of another language that stands for an operand or for a part of a literal.
   void foreign(std::size_t begin, std::size_t end);
-  // For a block "<%= value %>": what comes between these two calls is one argument of a call of `name`.
+  // For a block "<%= value %>": the tokens between these two calls are one argument of a call of `name`.
   void begin_value(std::string_view name);
   void end_value() { end_statement(); }
-  // The end of a statement or of the program. Reports every open expression.
+  // Ends a statement, or the program. Both report every open expression.
   void end_statement();
   void finish();
 
@@ -35,38 +35,38 @@ class ExpressionScanner {
 
   enum class FrameKind : std::uint8_t { kBlock, kControl, kCall, kGroup, kSubscript, kList, kObject, kInserted };
 
-  // An open bracket, and the expression in it that is being read.
+  // An open bracket and the expression that is being read in it.
   struct Frame {
     FrameKind kind = FrameKind::kBlock;
     std::size_t begin = 0;  // of the bracket
-    std::string_view name;  // of a call or a subscript: what stands before the bracket
+    std::string_view name;  // of a call or a subscript: the name before the bracket
     std::string_view last;
     unsigned argument = 0;
-    std::size_t items = 0;       // the first of the expression, in items_
-    std::size_t parameters = 0;  // of a call: the first, in parameters_
+    std::size_t items = 0;       // where the expression begins in items_
+    std::size_t parameters = 0;  // of a call: where its parameters begin in parameters_
     std::size_t parens = 0;      // open "(" since the last "{", this one included
     std::size_t brackets = 0;
     bool is_brace = false;
-    bool is_value = false;        // what is in the braces is an operand
-    bool is_declaration = false;  // parameters, not arguments
+    bool is_value = false;        // the braces are an operand of the expression around them
+    bool is_declaration = false;  // it holds parameters, not arguments
     bool is_plain = true;         // every argument is one name
-    bool all_typed = true;        // and each has its type before it
+    bool all_typed = true;        // every argument has its type before it
     bool begins_function = false;
     bool is_loop = false;     // "foreach (list as $name)"
-    bool names_loop = false;  // behind its "as"
+    bool names_loop = false;  // after the "as" of such a loop
 
     PlaceKind base = PlaceKind::kNowhere;  // where the expression goes, unless the bracket decides it
     Place target;
-    bool has_key = false;  // the value of an entry
+    bool has_key = false;  // a key was read: what follows is the value of an entry
     bool in_condition = false;
-    bool is_typed = false;  // the name stands behind another one: "String s"
+    bool is_typed = false;  // the last name followed another one: "String s"
 
     bool after_value = false;  // an operator may follow
     bool absorbs = false;      // the next value belongs to the operand before it
-    bool plus = false;         // the same, unless it is a literal
-    bool is_fixed = false;     // holds an operator that does not, or may not, join text
+    bool plus = false;         // the same, unless the next value is a literal
+    bool is_fixed = false;     // it holds an operator that does not, or might not, join text
     bool is_compared = false;
-    std::size_t unary = kNone;  // where an operator before the next value begins
+    std::size_t unary = kNone;  // where an operator that belongs to the next value begins
   };
   Frame& top() { return frames_.back(); }
   std::string_view text_of(const Token& token) const { return text_.substr(token.begin, token.size()); }
@@ -119,25 +119,25 @@ class ExpressionScanner {
   std::string_view text_;
   ExpressionSink& sink_;
   std::vector<Frame> frames_;
-  std::vector<Item> items_;                   // of all frames, the innermost at the end
-  std::vector<std::string_view> parameters_;  // likewise
-  std::size_t functions_ = 0;                 // open ones, of VBScript
-  std::size_t braces_ = 0;                    // open frames of these kinds
-  std::size_t inserted_ = 0;
+  std::vector<Item> items_;                   // the items of all frames, the innermost frame's last
+  std::vector<std::string_view> parameters_;  // in the same order
+  std::size_t functions_ = 0;                 // open functions of VBScript
+  std::size_t braces_ = 0;                    // how many open frames are braces
+  std::size_t inserted_ = 0;                  // how many open frames are code in a literal
 
   enum class FunctionState : std::uint8_t { kNone, kName, kParameters, kBody };
-  FunctionState function_ = FunctionState::kNone;  // what of one is read next
+  FunctionState function_ = FunctionState::kNone;  // which part of a function is read next
   std::string_view function_name_;
   std::vector<std::string_view> function_parameters_;
   bool is_control_ = false;    // the next "(" holds a condition
-  bool is_loop_ = false;       // or a loop over a list
+  bool is_loop_ = false;       // the next "(" holds a loop over a list
   bool after_arrow_ = false;   // a "{" begins a block
-  bool after_member_ = false;  // a name belongs to the operand before it
-  bool after_end_ = false;     // behind "End" of VBScript
+  bool after_member_ = false;  // the next name belongs to the operand before it
+  bool after_end_ = false;     // after "End" of VBScript
   bool after_exit_ = false;
-  bool declares_ = false;     // behind "var", up to the end of the statement
-  bool is_constant_ = false;  // behind "Const" of VBScript, likewise
-  bool line_ended_ = false;   // since the last token
+  bool declares_ = false;     // after "var", until the statement ends
+  bool is_constant_ = false;  // after "Const" of VBScript, until the statement ends
+  bool line_ended_ = false;   // a line ended since the last token
 };
 
 }  // namespace kavo::script

@@ -1,4 +1,5 @@
-// Words and operators: where an expression begins and ends, and where it goes.
+// The part of ExpressionScanner that handles words and operators: they decide where an expression begins and ends, and
+// where its value goes.
 #include <algorithm>
 
 #include "formats/script/expression_scanner.h"
@@ -126,8 +127,8 @@ bool ExpressionScanner::curly_word(const Token& token, WordRole role) {
   }
 }
 
-// "For Each x In list", "for (x of list)": the list goes to the name before the word. In "foreach ($list as $x)" the
-// name comes later.
+// In "For Each x In list" and "for (x of list)" the elements go to the name before the word. In "foreach ($list as $x)"
+// the name comes later.
 void ExpressionScanner::loop_word(std::string_view word) {
   Frame& frame = top();
   if (frame.is_loop) {
@@ -226,7 +227,7 @@ void ExpressionScanner::tight_operator(const Token& token, bool is_plus) {
     return;
   }
   frame.after_value = false;
-  // Minus binds as tightly as the operators that join text. So does plus in old versions of PHP.
+  // Minus binds as tightly as the operators that join text. In old versions of PHP plus does, too.
   if (is_plus || text == "-" || text == "+") frame.is_fixed = true;
   if (is_plus && item.is_literal) return;
   if (item.is_literal) {
@@ -305,7 +306,7 @@ void ExpressionScanner::comma() {
     frame.base = PlaceKind::kNowhere;
 }
 
-// At the end of an argument, which may be a parameter instead.
+// Called at the end of an argument, which may turn out to be a parameter.
 void ExpressionScanner::parameter() {
   Frame& frame = top();
   std::string_view name;

@@ -12,9 +12,9 @@ class JavaLexer final : public Lexer {
   bool inside_literal() const override { return in_literal_; }
 
  private:
-  // A character of the source, which may be written "\u0022".
+  // A character of the source, written as itself or as an escape ("\u0022").
   struct Character {
-    char byte = 0;           // 0 at the end; of one beyond ASCII its first byte, or 0x80 when written as an escape
+    char byte = 0;           // 0 at the end; beyond ASCII the first byte, or 0x80 for an escape
     std::size_t length = 0;  // in bytes
   };
 
@@ -103,8 +103,8 @@ void JavaLexer::skip(const Character& c) {
     at_ += c.length;
 }
 
-// Reads on behind the opening quote, or from the start of a piece that continues the literal. The end of the line ends
-// it at the latest.
+// Reads from behind the opening quote, or from the start of a piece that continues the literal. The literal ends with
+// the line at the latest.
 void JavaLexer::literal(Token& token) {
   token.kind = TokenKind::kLiteral;
   token.form = LiteralForm::kDouble;
@@ -180,7 +180,7 @@ void JavaLexer::comment(Token& token) {
       in_line_comment_ = false;
       break;
     }
-    // A comment has no escapes, but the second of two backslashes does not begin a "\u0022".
+    // A comment has no escapes except "\uXXXX", and the second of two backslashes does not begin one.
     skip(c);
     if (c.byte == '\\' && current() == '\\') ++at_;
   }

@@ -13,7 +13,7 @@ constexpr std::string_view kOperators =
 // Behind these words an expression must follow, so a "/" begins a pattern.
 constexpr std::string_view kBeforeValue[] = {"return", "typeof", "case", "in",         "of",    "delete", "void",
                                              "throw",  "new",    "else", "instanceof", "yield", "await",  "do"};
-// And behind the ")" of these.
+// The same holds behind the ")" of these.
 constexpr std::string_view kBeforeStatement[] = {"if", "while", "for", "with"};
 
 template <class Words>
@@ -47,15 +47,14 @@ class JavaScriptLexer final : public Lexer {
   void bracket(char c);
 
   State state_ = State::kCode;
-  LiteralForm form_ = LiteralForm::kDouble;  // of the literal
+  LiteralForm form_ = LiteralForm::kDouble;  // of the literal that is being read
   bool at_line_start_ = true;
-  bool expects_value_ = true;      // a "/" here begins a pattern
-  bool after_dot_ = false;         // a name here is a member, whatever the word
-  bool before_statement_ = false;  // the last name was one of kBeforeStatement
-  std::size_t no_pattern_before_ =
-      0;                             // up to here the end of a pattern was searched in vain; nothing is searched twice
-  std::vector<bool> parens_;         // open "(": whether a statement comes behind the ")"
-  std::vector<std::size_t> braces_;  // open "{" in each open "${", the outermost first
+  bool expects_value_ = true;          // a "/" would begin a pattern
+  bool after_dot_ = false;             // the next name is a member, even if it is a keyword
+  bool before_statement_ = false;      // the last name was one of kBeforeStatement
+  std::size_t no_pattern_before_ = 0;  // up to here a search found no end of a pattern; nothing is searched twice
+  std::vector<bool> parens_;           // for each open "(": whether a statement follows the ")"
+  std::vector<std::size_t> braces_;    // for each open "${", the outermost first: how many "{" are open in it
 };
 
 void JavaScriptLexer::scan(Token& token) {
@@ -127,7 +126,7 @@ void JavaScriptLexer::bracket(char c) {
 void JavaScriptLexer::name(Token& token) {
   token.kind = TokenKind::kName;
   do {
-    // "\u0041" may be a part of a name.
+    // An escape such as "\u0041" may be part of a name.
     if (current() == '\\' || current() == '#') ++at_;
     while (!done() && (is_name_byte(current()) || current() == '$')) skip_character();
   } while (current() == '\\' && at(at_ + 1) == 'u' && at_ > token.begin);
@@ -144,7 +143,7 @@ void JavaScriptLexer::begin_literal(Token& token, LiteralForm form) {
   literal(token);
 }
 
-// Reads on behind the opening quote, or from the start of a piece that continues the literal.
+// Reads from behind the opening quote, or from the start of a piece that continues the literal.
 void JavaScriptLexer::literal(Token& token) {
   token.kind = TokenKind::kLiteral;
   token.form = form_;
@@ -234,7 +233,7 @@ void JavaScriptLexer::comment(Token& token) {
   skip_line_end();
 }
 
-// False when no second "/" follows on the line: the first one is an operator.
+// False when the line holds no second "/". The first one is then an operator.
 bool JavaScriptLexer::pattern(Token& token) {
   if (at_ < no_pattern_before_) return false;
   bool in_class = false;

@@ -10,7 +10,7 @@ namespace kavo::script {
 namespace {
 
 struct Row {
-  std::string_view name;  // small letters; what begins with it counts as well ("javascript1.2", "jscript.encode")
+  std::string_view name;  // in small letters; longer names that begin with it count, too ("javascript1.2")
   Language language;
 };
 
@@ -66,7 +66,7 @@ Language language_of_extension(std::string_view extension) {
   return found != std::end(kExtensions) ? found->language : Language::kUnknown;
 }
 
-// A page of any other name is most likely one of ASP.
+// A page with any other extension is most likely an ASP page.
 Language language_of_page(std::string_view extension) {
   const Language language = language_of_extension(extension);
   return language != Language::kUnknown ? language : Language::kVbScript;
@@ -115,7 +115,8 @@ ScriptTag read_script_tag(std::string_view tag, Language client, Language server
   result.language = result.on_server ? server : client;
   const auto type = attribute_of(tag, "type");
   const auto language = attribute_of(tag, "language");
-  // Browsers obey the type. An unknown value of the old attribute "language" still means a script.
+  // Browsers go by the attribute "type". An element whose old attribute "language" has an unknown value is still a
+  // script.
   if (type && !trimmed(*type, kWhiteSpace).empty()) {
     result.language = language_of_name(*type);
     result.is_script = result.language != Language::kUnknown || trimmed(*type, kWhiteSpace).ends_with("script");

@@ -2,7 +2,7 @@
 //
 // A script may come in several pieces, with something of another language between them: a client script with server
 // blocks in it, server blocks with page text between them. A string, a comment or a template that a block interrupts
-// goes on in the next piece where the language says so. Bytes that are not valid in the language come out as tokens,
+// continues in the next piece where the language allows that. Bytes that are not valid in the language become tokens,
 // too.
 //
 // The grammars: VBScript Language Reference; ECMA-262; The Java Language Specification, chapter 3; the PHP manual,
@@ -17,32 +17,33 @@
 
 namespace kavo::script {
 
-// What stood between the last piece and this one.
+// What was between the last piece and this one.
 enum class Between : std::uint8_t {
-  kValue,  // a value that is inserted into the script: strings and comments go on behind it
-  kPage,   // page text: a comment goes on behind it, a string does not
+  kValue,  // a value that is inserted into the script: strings and comments continue after it
+  kPage,   // page text: a comment continues after it, a string does not
 };
 
 class Lexer {
  public:
   virtual ~Lexer() = default;
-  // Begins a piece, which must stay until the next one begins. `text` holds whole characters.
+  // Begins a piece. Its bytes must stay in place until the next piece begins. No character may be cut at either end of
+  // `text`.
   void begin(std::string_view text, Between between = Between::kPage);
-  // The next token; false at the end of the piece.
+  // Reads the next token. False at the end of the piece.
   bool next(Token& token);
   // True when the piece ended inside a literal, which the next piece may carry on.
   virtual bool inside_literal() const = 0;
 
  protected:
-  // `coding` is the coding of the script's bytes, or null, and must outlive the lexer. In a double-byte coding the
-  // second byte of a character may look like a backslash.
+  // `coding` is the coding of the script's bytes, or null, and must outlive the lexer. It is needed because in a
+  // double-byte coding the second byte of a character may look like a backslash.
   explicit Lexer(const TextCoding* coding) : coding_(coding) {}
 
   // Scans the token at at_, fills it in and moves at_ behind it. Called only while there are bytes left.
   virtual void scan(Token& token) = 0;
-  // A new piece begins: places that were noted in the last one are void.
+  // Called when a new piece begins. Places that were noted in the last piece no longer count.
   virtual void begins_piece() {}
-  // Gives up a literal that cannot go on.
+  // Gives up a literal that cannot continue.
   virtual void drop_literal() = 0;
 
   char at(std::size_t place) const { return place < text_.size() ? text_[place] : '\0'; }
@@ -51,19 +52,19 @@ class Lexer {
   bool done() const { return at_ >= text_.size(); }
   // Skips one character, which may have two bytes.
   void skip_character();
-  // One CR LF, LF or CR.
+  // Skips one CR LF, LF or CR.
   void skip_line_end();
   void to_line_end();
   void skip_blanks();
   void skip_name();
-  // A run of blanks or one line end; false when the token begins with anything else.
+  // Reads a run of blanks or one line end. False when anything else is there.
   bool white_space(Token& token);
-  // Moves behind `closer`. False when the piece holds none; it is then read to its end.
+  // Moves behind the next `closer`. If the piece holds none, moves to its end and returns false.
   bool skip_past(std::string_view closer);
-  // Reads a number of any of these languages: digits, letters, dots, a sign behind an exponent.
+  // Reads a number as any of these languages writes it: digits, letters, dots, a sign behind an exponent.
   void number();
-  // Reads the longest of `operators` that stands here (they are sorted longest first, with blanks between), otherwise
-  // one character.
+  // Reads the longest of `operators` that matches here, or one character when none does. `operators` are separated by
+  // blanks, the longest first.
   void operator_of(std::string_view operators);
 
   std::string_view text_;

@@ -1,4 +1,4 @@
-// Texts as literals.
+// Writes a text as a literal of a language.
 #include <algorithm>
 #include <charconv>
 
@@ -104,7 +104,7 @@ class TextWriter {
     return c == '%' || c == '?' || (quoting_.in_element && (c == '/' || c == '!'));
   }
 
-  // The second character of such a pair, so that the two no longer stand together.
+  // Writes the second character of such a pair so that the two are no longer side by side.
   void broken_pair(char c) {
     switch (quoting_.language) {
       case Language::kJavaScript:
@@ -127,7 +127,7 @@ class TextWriter {
 
   void line_break(char c) {
     if (quoting_.language == Language::kVbScript) {
-      // A CR LF was written completely at its CR.
+      // The CR has already written the whole CR LF.
       if (c == '\n' && last_ == '\r') return;
       if (!can_interrupt()) throw no_way("a line break");
       return interrupt("vbCrLf");
@@ -141,7 +141,7 @@ class TextWriter {
 
   bool can_interrupt() const { return !quoting_.is_constant && !quote_of(quoting_.form).empty(); }
 
-  // Closes the literal and opens it again, with `value` between.
+  // Closes the literal, joins `value` to it, and opens it again.
   void interrupt(std::string_view value) {
     const std::string_view quote = quote_of(quoting_.form);
     const std::string_view joint = text_operator_of(quoting_.language);
@@ -149,7 +149,7 @@ class TextWriter {
       plain(part);
   }
 
-  // A character that the coding lacks, or a control character.
+  // Writes a character that the coding lacks, or a control character.
   void escaped(char32_t c) {
     const bool is_wide = c > 0xFFFF;
     const char32_t high = 0xD800 + ((c - 0x10000) >> 10);

@@ -22,7 +22,7 @@ const Escape* find(const Escape (&rows)[kCount], char letter) {
   return nullptr;
 }
 
-// The escapes of an unknown language are not interpreted, neither on reading nor on writing.
+// The escapes of an unknown language are interpreted neither in reading nor in writing.
 bool is_raw(const Quoting& quoting) {
   return quoting.form == LiteralForm::kNowdoc || quoting.language == Language::kUnknown;
 }
@@ -63,7 +63,7 @@ void LiteralReader::take(char32_t value, std::size_t end, Character& character) 
   at_ = end;
 }
 
-// At a backslash. False when it is an ordinary character.
+// Called at a backslash. False when the backslash is an ordinary character.
 bool LiteralReader::escape(Character& character) {
   const char letter = at(at_ + 1);
   const std::size_t behind = at_ + 2;
@@ -88,7 +88,7 @@ bool LiteralReader::escape(Character& character) {
     std::size_t end = 0;
     if (letter == 'x' && number(behind, 1, 2, 16, value, end)) {
       take(value, end, character);
-      if (value >= 0x80) character.is_text = false;  // a byte, not a character
+      if (value >= 0x80) character.is_text = false;  // the escape stands for a byte, not for a character
       return true;
     }
     const char quote = quoting_.form == LiteralForm::kDouble    ? '"'
@@ -126,7 +126,7 @@ bool LiteralReader::number(std::size_t begin, std::size_t least, std::size_t mos
   return end >= begin + least;
 }
 
-// "\u00e9", "\u{e9}", in Java also "\uu00e9"; two halves of UTF-16 are one character.
+// Reads "\u00e9", "\u{e9}", in Java also "\uu00e9". Two surrogates are one character.
 bool LiteralReader::unicode(std::size_t begin, Character& character) {
   constexpr std::size_t kMostDigits = 6;
   char32_t value = 0;

@@ -1,4 +1,4 @@
-// The text that a literal means, and a text as a literal of its language.
+// Reads the text that a literal means, and writes a text as a literal.
 #pragma once
 
 #include <cstddef>
@@ -10,27 +10,27 @@
 
 namespace kavo::script {
 
-// How a text is written: its language, its quotes, and what must not stand in it.
+// How a text is quoted: the language, the quotes, and what the literal must not contain.
 struct Quoting {
   Language language = Language::kUnknown;
   LiteralForm form = LiteralForm::kDouble;
-  // In a <script> element: the end tag ends the script even inside quotes.
+  // The literal is in a <script> element, where an end tag ends the script even inside quotes.
   bool in_element = false;
-  // The language takes no expression there, so the literal must not be interrupted.
+  // The language takes no expression at this place, so the literal must not be interrupted.
   bool is_constant = false;
 };
 
-// Reads the text between the quotes character by character.
+// Reads what is between the quotes, character by character.
 class LiteralReader {
  public:
   struct Character {
     std::string_view utf8;  // valid until the next call; "" for a line end that an escape hides
-    std::size_t begin = 0;  // its bytes in the literal's text
+    std::size_t begin = 0;  // the bytes of the literal's text that write it
     std::size_t end = 0;
-    bool is_text = true;  // false for bytes that mean no character of the coding
+    bool is_text = true;  // false for bytes that are not a character of the coding
   };
 
-  // `text` in the bytes of `coding`, which must outlive the reader.
+  // `text` is in the bytes of `coding`, which must outlive the reader.
   LiteralReader(std::string_view text, const Quoting& quoting, const TextCoding& coding)
       : text_(text), quoting_(quoting), coding_(coding) {}
   bool next(Character& character);
@@ -51,12 +51,12 @@ class LiteralReader {
   std::string buffer_;
 };
 
-// Appends `utf8` as it stands between the quotes, in the bytes of `coding`. What would end the literal, its script or
-// its line is escaped; where the language has no escape, the literal is interrupted ("" & vbCrLf & ""). Throws
-// `failure` 5 for what cannot be written there at all.
+// Appends `utf8` as it must be written between the quotes, in the bytes of `coding`. Whatever would end the literal,
+// its script or its line is escaped. Where the language has no escape, the literal is interrupted ("" & vbCrLf & "").
+// Throws `failure` 5 for a text that cannot be written there at all.
 void append_literal_text(std::string_view utf8, const Quoting& quoting, const TextCoding& coding, std::string& bytes);
 
-// `<operator>` that joins two texts in the language, with blanks around it.
+// The operator that joins two texts in the language, with a blank on each side.
 std::string_view text_operator_of(Language language);
 // The quote that opens and closes a literal; "" for a form whose delimiters are longer.
 std::string_view quote_of(LiteralForm form);

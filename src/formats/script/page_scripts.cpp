@@ -9,7 +9,7 @@ bool begins_with(std::string_view text, std::size_t at, std::string_view lower_c
   return text.size() - at >= lower_case.size() && equal_word(text.substr(at, lower_case.size()), lower_case);
 }
 
-// The place behind the ">" that ends the tag at `begin`. A ">" in quotes or in a server block does not count.
+// The place after the ">" that ends the tag at `begin`. A ">" in quotes or in a server block does not count.
 std::size_t tag_end(std::string_view text, std::size_t begin, std::size_t end) {
   char quote = '\0';
   for (std::size_t at = begin; at < end;) {
@@ -90,7 +90,7 @@ void PageScripts::element(std::string_view text, std::size_t begin, std::size_t 
   const std::size_t last = text.rfind('<');
   const std::size_t content_end =
       last != std::string_view::npos && last >= at && text.compare(last, 2, "</") == 0 ? last : end;
-  // Server blocks in the tag itself.
+  // Server blocks inside the tag itself.
   for (std::size_t inner = find_server_block(text, begin + 1); inner < at; inner = find_server_block(text, inner)) {
     const std::size_t inner_end = std::min(server_block_end(text, inner), at);
     server_block(text, inner, inner_end, pieces);

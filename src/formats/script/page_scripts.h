@@ -5,7 +5,7 @@
 //   <?php statements ?>   <?= value ?>   <? statements ?>
 //   <script ...> statements, with server blocks in them </script>
 //
-// Whoever finds the blocks (a reader of script files, a reader of pages) hands them in one by one.
+// The caller finds the blocks (in a script file or in a page) and hands them in one by one.
 #pragma once
 
 #include <cstddef>
@@ -19,7 +19,7 @@ namespace kavo::script {
 
 enum class PieceKind : std::uint8_t { kStatements, kValue, kDeclarations };
 
-// A run of code of one language.
+// A run of code in one language.
 struct Piece {
   Language language = Language::kUnknown;
   PieceKind kind = PieceKind::kStatements;
@@ -28,7 +28,7 @@ struct Piece {
   // is one program and has the number 0.
   std::size_t element = 0;
   bool goes_on = false;   // a server block stood between the element's last piece and this one
-  std::size_t begin = 0;  // in the text of all blocks, in bytes
+  std::size_t begin = 0;  // byte offset in the text of all blocks
   std::size_t end = 0;
 };
 
@@ -37,8 +37,8 @@ class PageScripts {
   // `server` is the language of server blocks until the page declares another one.
   explicit PageScripts(Language server) : server_(server) {}
 
-  // Appends the pieces of a block that stands at [begin, end) of `text`, server blocks inside an element in their
-  // place. A block that begins in another way gives no pieces.
+  // Appends the pieces of the block at [begin, end) of `text`. Server blocks inside an element come in order between
+  // its own pieces. A block that begins in none of the ways above has no pieces.
   void add_block(std::string_view text, std::size_t begin, std::size_t end, std::vector<Piece>& pieces);
 
   Language server() const { return server_; }
@@ -51,9 +51,9 @@ class PageScripts {
   std::size_t elements_ = 0;
 };
 
-// Where the server block that begins at `begin` ends: behind its "%>" or "?>", or the end of the text.
+// Where the server block that begins at `begin` ends: after its "%>" or "?>", or at the end of the text.
 std::size_t server_block_end(std::string_view text, std::size_t begin);
-// The first "<%" or "<?" of server code from `begin` on.
+// Where the first "<%" or "<?" of server code is, from `begin` on.
 std::size_t find_server_block(std::string_view text, std::size_t begin);
 
 }  // namespace kavo::script

@@ -1,8 +1,8 @@
-// Where PHP really ends.
+// Finds out where PHP really ends.
 //
-// By contract script protection ends a block at the first "?>", or where another block seems to begin. PHP itself goes
-// on behind both in a literal, or in a comment between "/*" and "*/": what follows is still its code, though it looks
-// like page.
+// By contract, script protection ends a block at the first "?>", or where another block seems to begin. PHP itself
+// continues past both inside a literal or a comment between "/*" and "*/": what follows is still code, although it
+// looks like page text.
 #pragma once
 
 #include <cstddef>
@@ -12,9 +12,9 @@
 
 namespace kavo::script {
 
-// The place behind the "?>" that ends `code`, which begins in PHP; npos when the code goes on to its last byte.
+// The place after the "?>" that ends `code`, which begins as PHP. npos when the PHP continues to the last byte.
 std::size_t php_end(std::string_view code);
-// Whether PHP goes on behind the end of `block`, whose last piece is `piece`.
+// True when the PHP of `block` continues past the block's end. `piece` is the block's last piece.
 bool goes_on_behind(std::string_view block, const Piece& piece);
 
 }  // namespace kavo::script

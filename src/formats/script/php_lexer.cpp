@@ -17,11 +17,11 @@ class PhpLexer final : public Lexer {
  private:
   enum class State : std::uint8_t { kCode, kText, kInserted, kBlockComment };
 
-  // A literal that is not closed yet, with code in it that may hold literals again.
+  // An open literal. It may hold code, which may hold literals in turn.
   struct Open {
     LiteralForm form = LiteralForm::kDouble;
     std::string label;       // of a heredoc
-    std::size_t braces = 0;  // open "{" in the code
+    std::size_t braces = 0;  // how many "{" are open in the code
   };
 
   void scan(Token& token) override;
@@ -90,7 +90,7 @@ bool PhpLexer::name(Token& token) {
   return true;
 }
 
-// Counts the braces of code in a literal. True when this brace ends the code, and the text of the literal goes on.
+// Counts the braces of the code in a literal. True when this brace ends the code and the literal's text continues.
 bool PhpLexer::brace(Token& token, char c) {
   if (open_.empty()) return false;
   if (c == '{') ++open_.back().braces;
@@ -163,7 +163,7 @@ bool PhpLexer::begins_insertion() const {
   return at_variable(at_) || (current() == '{' && at(at_ + 1) == '$') || (current() == '$' && at(at_ + 1) == '{');
 }
 
-// "<<<X", "<<<"X"", "<<<'X'" with its line end.
+// Reads "<<<X", "<<<"X"" or "<<<'X'" with its line end.
 bool PhpLexer::heredoc(Token& token) {
   std::size_t begin = at_ + 3;
   while (at(begin) == ' ' || at(begin) == '\t') ++begin;
@@ -180,7 +180,7 @@ bool PhpLexer::heredoc(Token& token) {
   return true;
 }
 
-// The length of the blanks and the label that end the heredoc. 0 when the line at `line` does not end it.
+// The length of the blanks and the label that end the heredoc, or 0 when the line at `line` does not end it.
 std::size_t PhpLexer::heredoc_end(std::size_t line) const {
   const std::string& label = open_.back().label;
   std::size_t begin = line;
@@ -190,7 +190,7 @@ std::size_t PhpLexer::heredoc_end(std::size_t line) const {
   return end - line;
 }
 
-// "$name", "$name[key]", "$name->member" in a text.
+// Reads a "$name", "$name[key]" or "$name->member" inside a text.
 void PhpLexer::inserted(Token& token) {
   state_ = State::kText;
   token.kind = TokenKind::kName;
@@ -215,7 +215,7 @@ void PhpLexer::comment(Token& token) {
     state_ = skip_past("*/") ? State::kCode : State::kBlockComment;
     return;
   }
-  // "?>" ends the block wherever it stands in such a comment.
+  // "?>" ends the block even inside such a comment.
   while (!done() && !ends_line(current()) && !starts("?>")) skip_character();
 }
 

@@ -1,5 +1,5 @@
-// Scripts in an unknown language (PerlScript, Python ...). Text between two quotes on one line is a literal. A
-// backslash escapes the character behind it.
+// The lexer for scripts in an unknown language (PerlScript, Python ...). What is between two quotes on one line is a
+// literal. A backslash escapes the next character.
 #include "formats/script/lexer.h"
 
 namespace kavo::script {

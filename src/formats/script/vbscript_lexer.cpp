@@ -23,10 +23,10 @@ class VbScriptLexer final : public Lexer {
   bool date();
 
   bool in_literal_ = false;
-  bool in_comment_ = false;            // in a comment whose line a block interrupts
-  bool at_line_start_ = true;          // nothing but blanks before
-  std::size_t no_bracket_before_ = 0;  // up to here a "]" was searched in vain; nothing is searched twice
-  bool after_dot_ = false;             // what follows names a member: "x.Rem" begins no comment
+  bool in_comment_ = false;            // in a comment that a block interrupts
+  bool at_line_start_ = true;          // only blanks since the line began
+  std::size_t no_bracket_before_ = 0;  // up to here a search found no "]"; nothing is searched twice
+  bool after_dot_ = false;             // the next word names a member: the "Rem" of "x.Rem" does not begin a comment
 };
 
 void VbScriptLexer::scan(Token& token) {
@@ -84,8 +84,8 @@ void VbScriptLexer::scan(Token& token) {
   operator_of("<> <= >= := =< =>");
 }
 
-// Reads on behind the opening quote, or from the start of a piece that continues the literal. The end of the line ends
-// it at the latest.
+// Reads from behind the opening quote, or from the start of a piece that continues the literal. The literal ends with
+// the line at the latest.
 void VbScriptLexer::literal(Token& token) {
   token.kind = TokenKind::kLiteral;
   token.ends = false;
@@ -104,7 +104,7 @@ void VbScriptLexer::literal(Token& token) {
     }
   }
   if (!done()) in_literal_ = false;
-  // A line end follows at once: the literal does not go on in this piece.
+  // The piece begins with a line end, so the literal does not continue in it.
   if (at_ == token.begin) {
     token = Token{.kind = TokenKind::kLineEnd, .begin = at_};
     at_line_start_ = true;
@@ -136,7 +136,7 @@ bool VbScriptLexer::word(Token& token) {
   return true;
 }
 
-// "_" with nothing but blanks behind it carries the statement on to the next line.
+// A "_" with nothing but blanks after it continues the statement on the next line.
 bool VbScriptLexer::continues_line() {
   std::size_t end = at_ + 1;
   while (is_blank(at(end))) ++end;

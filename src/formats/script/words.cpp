@@ -33,8 +33,8 @@ constexpr Word kVbScript[] = {
     {"with", WordRole::kStatement},    {"xor", WordRole::kLogic},
 };
 
-// Words of JavaScript, Java and PHP. One table serves all three: hardly a script uses a word of another language as a
-// name.
+// Words of JavaScript, Java and PHP. One table serves all three, because hardly any script uses a keyword of another
+// language as a name.
 constexpr Word kCurly[] = {
     {"as", WordRole::kSeparator},         {"async", WordRole::kSkipped},
     {"await", WordRole::kSkipped},        {"case", WordRole::kCase},
@@ -67,7 +67,7 @@ constexpr Word kPhp[] = {
 
 constexpr std::size_t kLongestWord = 12;
 
-// Every name of a script is looked up.
+// A hash table, since every name of a script is looked up.
 using Roles = std::unordered_map<std::string_view, WordRole>;
 Roles roles_of(std::initializer_list<std::span<const Word>> tables) {
   Roles roles;

@@ -11,17 +11,17 @@ namespace kavo::script {
 enum class WordRole : std::uint8_t {
   kName,       // any name: a value
   kSkipped,    // has no effect here: "new", "public"
-  kDeclares,   // "var": the name behind it belongs to the function
-  kConstant,   // "Const" of VBScript: the same, and its value is one literal
+  kDeclares,   // "var": the next name belongs to the function
+  kConstant,   // "Const" of VBScript: the same, and the value must be one literal
   kReturns,    // "return"
   kCommand,    // takes what follows as its argument: "echo"
   kControl,    // "if": a condition in parentheses, or up to "Then"
   kCase,       // what follows is compared
   kStatement,  // ends the statement before it and begins another one: "else", "Then"
   kFunction,   // begins a function
-  kEnd,        // "End": the next word says what ends
+  kEnd,        // "End": the next word says which construct ends
   kExit,       // "Exit": the next word names a construct, which does not end here
-  kSeparator,  // stands between two expressions: "in", "To"
+  kSeparator,  // separates two expressions: "in", "To"
   kLogic,      // "And"
   kTight,      // an operator that binds tighter than the text operator: "Mod", "typeof"
 };
@@ -30,10 +30,10 @@ WordRole role_of_word(Language language, std::string_view word);
 enum class OperatorRole : std::uint8_t {
   kText,      // joins texts
   kPlus,      // "+" of VBScript: adds, or joins texts
-  kTight,     // binds tighter
-  kLoose,     // binds less tightly, and joins no text
-  kCompares,  // the same, and compares them
-  kLogic,     // either side is the value: "||"
+  kTight,     // binds tighter than the text operator
+  kLoose,     // binds less tightly than the text operator
+  kCompares,  // the same, and compares both sides
+  kLogic,     // the value is one of the two sides: "||"
   kAssigns,
   kAppends,  // "+=", ".="
   kMember,
@@ -49,10 +49,10 @@ enum class OperatorRole : std::uint8_t {
   kOpenBrace,
   kCloseBrace,
 };
-// "=" of VBScript assigns or compares: kAssigns.
+// The "=" of VBScript, which assigns or compares, is kAssigns.
 OperatorRole role_of_operator(Language language, std::string_view text);
 
-// True for a language in which names that differ in case only are the same.
+// True for a language in which names are the same when they differ only in case.
 bool ignores_case(Language language);
 
 }  // namespace kavo::script

@@ -8,7 +8,7 @@
 namespace kavo::script {
 namespace {
 
-// So many bytes of a block are looked for.
+// How many bytes of a block are looked for.
 constexpr std::size_t kEnough = 1024;
 
 }  // namespace

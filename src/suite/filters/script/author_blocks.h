@@ -1,5 +1,5 @@
-// Where the blocks of a script file stand in the page of their author: the file holds them in the order of the page,
-// byte by byte, so that each is found behind the one before it.
+// Finds the blocks of a script file in the author's page. The file holds them unchanged and in the order of the page,
+// so each is found after the one before it.
 #pragma once
 
 #include <cstdint>
@@ -13,10 +13,10 @@ namespace kavo::script {
 
 class AuthorBlocks {
  public:
-  // Throws `failure` when the page is there and cannot be read.
+  // Throws `failure` when the page exists but cannot be read.
   explicit AuthorBlocks(const ConversionSettings& settings);
 
-  // The line in which the next block begins, 0 when it is not found: then nothing is said of the blocks behind it.
+  // The line in which the next block begins. Returns 0 when it is not found, and for every block after it.
   std::int64_t line_of(std::string_view block);
 
  private:

@@ -24,8 +24,8 @@ JoinedText joined_text(std::span<const Item> items, std::string_view script, Lan
     const std::size_t from = item.begin + item.open;
     LiteralReader reader(script.substr(from, item.end - item.close - from), {language, item.form, false}, coding);
     for (LiteralReader::Character c; reader.next(c);) {
-      if (c.utf8.empty() && c.is_text) continue;  // the line end of a literal over several lines
-      // A translation cannot hold every control character.
+      if (c.utf8.empty() && c.is_text) continue;  // the escaped line end inside a literal
+      // Not every control character can be in a translation.
       const bool is_text = c.is_text && is_xml_character(utf8_code_point(c.utf8));
       append(is_text ? c.utf8 : kMark, from + c.begin, from + c.end);
     }

@@ -1,4 +1,4 @@
-// The text of literals that are joined, as one, with the places where each character stands in the script.
+// The text of joined literals as one text, which knows for each character where it is in the script.
 #pragma once
 
 #include <cstddef>
@@ -17,7 +17,7 @@ struct JoinedText {
   // For each byte of `text`: where its character begins and ends in the text of all blocks, in bytes.
   std::vector<std::size_t> begin;
   std::vector<std::size_t> end;
-  bool is_whole = true;  // every literal of it was closed
+  bool is_whole = true;  // every literal in it was closed
 
   std::size_t size() const { return text.size(); }
 };
@@ -25,10 +25,10 @@ struct JoinedText {
 // Longer joins are data, not text; nobody could translate such a segment either.
 inline constexpr std::size_t kLongestJoin = 256 * 1024;  // bytes of script
 inline constexpr std::size_t kMostItems = 256;
-// And no text has more codes.
+// No text has more codes than this.
 inline constexpr std::size_t kMostCodes = 256;
 
-// `script` is the text of all blocks, `coding` that of its bytes.
+// `script` is the text of all blocks, in the bytes of `coding`.
 JoinedText joined_text(std::span<const Item> items, std::string_view script, Language language,
                        const TextCoding& coding);
 

@@ -54,7 +54,7 @@ class Reading {
     char quote = 0;
   };
 
-  // Operands side by side become one code when no text of a literal stands between them.
+  // Adjacent operands become one code when no text of a literal is between them.
   static void add_operand(std::vector<TextCode>& codes, std::size_t place) {
     if (!codes.empty() && codes.back().end == place && codes.back().element.empty() && codes.back().type.empty())
       ++codes.back().end;
@@ -86,7 +86,7 @@ class Reading {
       return before.find_first_of("=\"'") != std::string_view::npos ||
              before.find_first_not_of(" /") == std::string_view::npos;
     }
-    // '" alt="': a quote, and the name of another attribute.
+    // '" alt="' is a quote, then the name of the next attribute.
     std::size_t place = 0;
     if (at(place) == '"' || at(place) == '\'') ++place;
     if (!is_space(at(place))) return false;
@@ -96,7 +96,7 @@ class Reading {
     return place > name && at(place) == '=' && (place < first);
   }
 
-  // At "<"; false when it begins no tag.
+  // Called at "<". False when that does not begin a tag.
   bool tag() {
     const std::size_t begin = at_;
     if (text_.compare(begin, 4, "<!--") == 0) {
@@ -132,7 +132,7 @@ class Reading {
       return true;
     }
     const char kind = is_line_break || element.is_void ? 's' : is_end ? 'c' : 'o';
-    // A tag with a text in it ends the text around it: one text cannot stand in another one's code.
+    // A tag that contains a text ends the text around it, because a code of one text cannot contain another text.
     if (texts_.size() != texts) {
       ReadText before = current_;
       before.end = begin;
@@ -146,13 +146,13 @@ class Reading {
     return true;
   }
 
-  // The attributes of a tag from `place` on; at_ is then behind the tag, or at the end.
+  // Reads the attributes of a tag from `place` on. Afterwards at_ is behind the tag, or at the end.
   void tag_rest(std::size_t place, std::string_view element, bool) {
     std::vector<Attribute> attributes;
     bool first = element.empty();
     while (place < text_.size() && text_[place] != '>') {
       if (first && (text_[place] == '"' || text_[place] == '\'')) {
-        first = false;  // closes a value of another literal
+        first = false;  // the quote closes a value that began in another literal
         ++place;
         continue;
       }
@@ -209,12 +209,12 @@ class Reading {
   bool is_page_;
   bool has_markup_ = false;
   std::size_t at_ = 0;
-  std::string_view skipped_;  // the element whose content is no text
+  std::string_view skipped_;  // the element whose content is not text
   ReadText current_;
   std::vector<ReadText> texts_;
 };
 
-// Removes blanks, tags and operands at the ends, which a translator need not see.
+// Removes blanks, tags and operands at both ends, which a translator need not see.
 void trim(ReadText& read, std::string_view text) {
   for (bool changed = true; changed;) {
     changed = false;
@@ -254,7 +254,7 @@ void trim(ReadText& read, std::string_view text) {
   }
 }
 
-// The name of the attribute whose value goes on at `place`, "" for none.
+// The name of the attribute whose value contains `place`, "" when there is none.
 std::string_view attribute_at(std::string_view text, std::size_t tag, std::size_t place) {
   const std::size_t equals = text.substr(0, place).rfind('=');
   if (equals == std::string_view::npos || equals < tag) return {};

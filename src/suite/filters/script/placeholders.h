@@ -1,4 +1,4 @@
-// Places for values in a text, and addresses: a translation keeps them as they are.
+// Finds placeholders for values, and addresses, which a translation must keep.
 #pragma once
 
 #include <cstddef>

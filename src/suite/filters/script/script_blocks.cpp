@@ -8,7 +8,7 @@ namespace kavo::script {
 
 namespace placeholder = html::placeholder;
 
-// A block stands between the line of its placeholder and that of the next one, without the line ends around it.
+// A block is between the line of its placeholder and the line of the next one, without the line ends around it.
 ScriptBlocks::ScriptBlocks(BlockReader& file, ProgressEvent& progress) : file_(file), start_(file.position()) {
   std::uint64_t reported = 0;
   for (std::size_t searched = 0;;) {
@@ -19,7 +19,7 @@ ScriptBlocks::ScriptBlocks(BlockReader& file, ProgressEvent& progress) : file_(f
     const std::string_view window = file.window();
     const std::size_t next = placeholder::find_marker_line(window, searched);
     if (next == window.size() && file.more()) {
-      // A placeholder may be cut.
+      // The end of the window may cut a placeholder.
       searched = std::max(searched, window.size() - std::min(window.size(), placeholder::kMarker.size()));
       continue;
     }

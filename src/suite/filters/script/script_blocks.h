@@ -1,7 +1,7 @@
-// The blocks of a script file, one after the other, without the lines of their placeholders: of a page of a million
-// placeholders those are most of the file.
+// The blocks of a script file in succession, without the lines of their placeholders. In a page with a million
+// placeholders those lines are most of the file.
 //
-// What lies between the blocks goes into the skeleton as it is, so the file is read a second time for it.
+// What is between the blocks goes into the skeleton unchanged, so the file is read a second time for it.
 #pragma once
 
 #include <cstdint>
@@ -16,14 +16,14 @@ namespace kavo::script {
 
 class ScriptBlocks {
  public:
-  // Reads the file from where it stands; it must outlive the object. Throws `failure`. Reports the first half of the
-  // progress.
+  // Reads `file` from its current place. The file must outlive the object. Reports the first half of the progress.
+  // Throws `failure` when the file cannot be read.
   ScriptBlocks(BlockReader& file, ProgressEvent& progress);
 
-  // Of all blocks, in the bytes of the file. Blocks without a text are none.
+  // The text of all blocks, in the bytes of the file. An empty block does not count.
   std::string_view text() const { return text_; }
 
-  // Places in text().
+  // Offsets in text().
   struct Block {
     std::size_t begin = 0;
     std::size_t end = 0;
@@ -38,13 +38,13 @@ class ScriptBlocks {
     CopyTrail::Reader runs_;
   };
 
-  // Goes from block to block once, with what lies between them.
+  // Goes from block to block once and reads what is between them.
   class Gaps {
    public:
     explicit Gaps(ScriptBlocks& blocks);
-    // What lies between the last block and this one, which must be the next one of a Walk: valid until the next call.
+    // What is between the last block and `block`, which must be the next one of a Walk. Valid until the next call.
     std::string_view before(const Block& block);
-    // What lies behind the last block, piece by piece; "" at the end.
+    // What is after the last block, piece by piece. Returns "" at the end.
     std::string_view rest();
 
    private:
@@ -53,7 +53,7 @@ class ScriptBlocks {
     BlockReader& file_;
     CopyTrail::Reader runs_;
     std::uint64_t size_ = 0;  // of the last block
-    std::size_t given_ = 0;   // of the window, by rest()
+    std::size_t given_ = 0;   // how much of the window rest() has returned
     std::string gap_;
   };
 

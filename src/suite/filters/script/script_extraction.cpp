@@ -10,11 +10,11 @@
 namespace kavo::script {
 namespace {
 
-// A text in an operand of a text in an operand ... : deeper ones are not offered, so that no byte stands in more
-// segments than this.
+// An operand of a text may contain a text, whose operand may contain a text, and so on. Deeper texts are not offered,
+// so no byte is in more segments than this.
 constexpr std::size_t kMostDepth = 4;
 
-// Enough of a code for what a translator sees of it.
+// How much of a code a translator gets to see.
 constexpr std::size_t kMostShown = 200;  // bytes
 
 // A line begins behind each CR LF, LF or CR.
@@ -26,7 +26,7 @@ void each_line_end(std::string_view text, Action&& action) {
   }
 }
 
-// The number of the placeholder in front of a block, 0 for none.
+// The number of the placeholder before a block, 0 when there is none.
 std::uint64_t number_in(std::string_view gap) {
   const std::size_t marker = gap.rfind(html::placeholder::kMarker);
   return marker == std::string_view::npos ? 0 : html::placeholder_number(gap.substr(marker));
@@ -56,7 +56,7 @@ ScriptExtraction::ScriptExtraction(ScriptBlocks& blocks, Language server, const 
       builder_(coding),
       page_language_(server) {}
 
-// Nothing of a block is kept from walk to walk: a page may have a million of them.
+// No block's data is kept from one walk to the next, since a page may have a million blocks.
 template <class Action>
 void ScriptExtraction::each_block(Action&& action) {
   PageScripts scripts(page_language_);
@@ -93,7 +93,7 @@ void ScriptExtraction::run(ProgressEvent& progress) {
 }
 
 void ScriptExtraction::enter_block(std::string_view gap, const Block& block) {
-  // What lies between the last block and this one, that one's last line included.
+  // Counts the lines between the last block and this one, including the last line of that block.
   if (!lines_.empty()) line_ += static_cast<std::int64_t>(lines_.size()) - 1;
   each_line_end(gap, [&](std::size_t) { ++line_; });
   const std::string_view text = text_.substr(block.begin, block.end - block.begin);
@@ -102,12 +102,13 @@ void ScriptExtraction::enter_block(std::string_view gap, const Block& block) {
   author_line_ = author_.line_of(text);
 }
 
-// Units come in the order of their beginnings, each before those in it. A segment must come behind those in it.
+// The units are in the order of their beginnings, so an outer unit comes before those inside it. An outer segment must
+// be written after those inside it.
 void ScriptExtraction::emit(const std::vector<Unit>& units) {
   for (const Unit& unit : units) {
     while (!open_.empty() && unit.begin >= open_.back().unit->end) finish_unit();
     if (open_.size() >= kMostDepth || unit.begin < written_) continue;
-    // Only operands hold other texts.
+    // Only operands contain other texts.
     const auto holds = [&](const UnitPart& part) {
       return part.is_code && part.begin < unit.begin && unit.end < part.end;
     };

@@ -1,4 +1,4 @@
-// From a script file to segments.
+// Turns a script file into segments.
 #pragma once
 
 #include <string>
@@ -20,7 +20,7 @@ class ScriptExtraction {
   ScriptExtraction(ScriptBlocks& blocks, Language server, const TextCoding& coding, const ConversionSettings& settings,
                    ExtractionSink& sink);
   void run(ProgressEvent& progress);
-  // After run(): how many texts are in doubt because nothing is known of their language.
+  // After run(): how many texts are in doubt because their script's language is unknown.
   std::uint32_t unknown() const { return unknown_; }
 
  private:
@@ -41,7 +41,7 @@ class ScriptExtraction {
   void skeleton_up_to(std::size_t place);
 
   ScriptBlocks& blocks_;
-  std::string_view text_;  // of the blocks; all places are in it
+  std::string_view text_;  // the text of all blocks; all places are offsets in it
   const TextCoding& coding_;
   using Offer = ScriptSettings::Offer;
   Offer offer_;
@@ -53,7 +53,7 @@ class ScriptExtraction {
   SegmentBuilder builder_;
   Language page_language_;
 
-  // Units that lie in one another, the outermost first, each with the segments that lie in it.
+  // Nested units that are being written, the outermost first, each with the segments inside it.
   struct Open {
     const Unit* unit = nullptr;
     std::vector<Nested> nested;
@@ -62,7 +62,7 @@ class ScriptExtraction {
   std::size_t written_ = 0;  // bytes of the text that went to the sink
   // These two describe the block whose units are being written.
   std::vector<std::size_t> lines_;  // where each of its lines begins
-  std::int64_t line_ = 1;           // of the first one, in the file
+  std::int64_t line_ = 1;           // the number of the first line in the file
   std::int64_t author_line_ = 0;    // the same in the author's page, 0 when unknown
   std::uint32_t unknown_ = 0;
 };

@@ -46,7 +46,7 @@ void ScriptFilter::extract(BlockReader& document, const ConversionSettings& sett
     facts.keeps_code_page = true;
   }
   ConversionSettings choices = settings;
-  // Nothing beyond ASCII could be read or written.
+  // In a coding that is not supported, nothing beyond ASCII could be read or written.
   if (page.is_unsupported) choices.scripts.offer = ScriptSettings::Offer::kNone;
   sink.begin(facts);
   sink.skeleton(beginning.substr(0, mark));
@@ -62,7 +62,7 @@ void ScriptFilter::extract(BlockReader& document, const ConversionSettings& sett
         extraction.unknown())});
 }
 
-// Documents of the first versions do not say what page they belong to; nothing is proved of those.
+// Documents of the first versions do not say to which page they belong, so their scripts are not proved.
 void ScriptFilter::begin_rebuild(const RebuildSettings& settings) {
   Filter::begin_rebuild(settings);
   const std::string_view data = settings.facts.data;

@@ -1,8 +1,8 @@
-// The filter of script files (".scr"), which hold the scripts of a page between markers: the texts that people read
-// are segments, all else stays in the skeleton.
+// The filter of script files (".scr"), which hold the scripts of a page between markers: the texts that people read are
+// segments, everything else stays in the skeleton.
 //
-// It reads a file twice and therefore keeps all of it in memory: a variable may be written into the page in a block far
-// behind the one that gives it its text.
+// It reads a file twice and therefore keeps all of it in memory, because a variable may get its text in one block and
+// be written into the page in a much later one.
 #pragma once
 
 #include <memory>
@@ -12,7 +12,7 @@
 
 namespace kavo {
 
-// What DocumentFacts::data begins with for such a document. Documents of earlier versions have nothing there: their
+// What DocumentFacts::data begins with for such a document. In documents of earlier versions it is empty; their
 // segments are lines.
 inline constexpr std::string_view kScriptFacts = "script 1";
 

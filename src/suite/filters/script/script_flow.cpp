@@ -68,7 +68,7 @@ std::string ScriptFlow::place_key(Language language, const Place& place) const {
   }
 }
 
-// Goes outwards until the use of a place is known.
+// Goes outwards from place to place until the use is known.
 ScriptFlow::End ScriptFlow::end_of(Language language, std::span<const Place> places) const {
   End end;
   bool is_entry = false;
@@ -106,7 +106,7 @@ ScriptFlow::End ScriptFlow::end_of(Language language, std::span<const Place> pla
       is_entry = true;
       continue;
     }
-    // A value of a list is not the name that goes before the other arguments.
+    // A value in a list is not the name that comes before the other arguments.
     if (is_entry && row != nullptr && row->argument == 0 && has(row->use, Use::kInternal)) return end;
     if (row != nullptr && row->effect == Effect::kPasses) continue;
     if (row != nullptr && row->effect == Effect::kInto) {
@@ -136,7 +136,7 @@ void ScriptFlow::joined(Language language, const Join& join, const Looks& looks)
   End end;
   bool is_known = false;
   // A name that takes one sentence takes texts, and one that takes a query takes parts of queries. The elements of a
-  // list say nothing of each other.
+  // list say nothing about each other.
   const Use taught = looks.is_telling ? Use::kLikely : looks.is_query ? Use::kUnlikely : Use::kNone;
   if (taught != Use::kNone && join.places.front().key.empty()) {
     end = end_of(language, join.places);
@@ -187,7 +187,7 @@ void ScriptFlow::loops(Language language, std::size_t loop, std::string_view var
 }
 
 void ScriptFlow::solve() {
-  // Carries what is known of an end back along the arrows.
+  // Carries what is known about the end of an arrow back to its beginning.
   std::sort(arrows_.begin(), arrows_.end(), [](const auto& a, const auto& b) { return a.second < b.second; });
   std::vector<std::size_t> first(uses_.size() + 1, arrows_.size());
   for (std::size_t i = arrows_.size(); i-- > 0;) first[arrows_[i].second] = i;

@@ -1,8 +1,8 @@
-// Where the variables, parameters and results of a page's scripts go.
+// Finds out where the variables, parameters and results of a page's scripts go.
 //
 // A text often reaches its reader through a name: a variable that is written into the page later, or a parameter that a
-// function shows. Every use of a name is an arrow to the place where its value goes. What is known of the last place is
-// then known of all names that lead there.
+// function shows. Every use of a name is an arrow to the place where its value goes. What is known about the last place
+// then holds for all names that lead there.
 #pragma once
 
 #include <cstdint>
@@ -25,17 +25,17 @@ class ScriptFlow {
   void function_ends();
   void declared(Language language, std::string_view name);
   void loops(Language language, std::size_t loop, std::string_view variable);
-  // `looks` are those of its literals.
+  // `looks` describes its literals.
   void joined(Language language, const Join& join, const Looks& looks);
   void solve();
-  // Starts over with the same names for the second time.
+  // Begins the second walk over the same scripts.
   void again() { scopes_.clear(), functions_begun_ = 0; }
 
   struct Destination {
     Use use = Use::kNone;
     std::string_view reason;  // of the row that decided, "" for none
   };
-  // After solve(): what is known of where a join goes.
+  // After solve(): what is known about the place where a join goes.
   Destination destination(Language language, const Join& join) const;
 
  private:
@@ -47,7 +47,7 @@ class ScriptFlow {
     std::string name;
     std::unordered_set<std::string> variables;
   };
-  // Where a value ends up as far as the place itself says so, and the names that say more.
+  // Where a value ends up, as far as its place alone says, and the names that say more.
   struct End {
     Destination known;
     std::vector<std::string> names;

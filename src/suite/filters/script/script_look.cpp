@@ -1,4 +1,4 @@
-// What a text looks like: rules for words and for everything that is not words.
+// Judges what a text looks like: rules for words, and for everything that is not words.
 #include <algorithm>
 #include <iterator>
 #include <vector>
@@ -31,7 +31,8 @@ std::string_view trimmed(std::string_view text) {
   return text;
 }
 
-// Between two words: blanks, an operand, the colon of "place:what happened" (not that of "http://").
+// True for what may separate two words: blanks, an operand, the colon of "place:what happened" (not the colon of
+// "http://").
 bool is_gap(std::string_view text, std::size_t at) {
   const char c = text[at];
   if (is_space(c) || c == kOperandMark) return true;
@@ -49,7 +50,7 @@ std::vector<std::string_view> split(std::string_view text) {
   return parts;
 }
 
-// Removes the punctuation of a sentence around a word.
+// Removes the punctuation around a word.
 std::string_view bare(std::string_view token) {
   constexpr std::string_view kBefore = "([{\"'*-+<>#.,:;!?|~^=&/";
   constexpr std::string_view kBehind = ")]}\"'.,:;!?*-+<>|~^=&/";
@@ -58,10 +59,10 @@ std::string_view bare(std::string_view token) {
   return token;
 }
 
-// Letters of one word: "don't", "e-mail", "and/or", "group(s)".
+// True for the letters of one word: "don't", "e-mail", "and/or", "group(s)".
 bool is_ordinary(std::string_view word) {
   if (word.empty() || !is_word_letter(word.front())) return false;
-  // Names of programs are written in ASCII.
+  // Names in programs are written in ASCII, so anything else is a word.
   if (is_wide(word.front())) return true;
   bool has_small = false;
   std::size_t humps = 0;
@@ -74,7 +75,7 @@ bool is_ordinary(std::string_view word) {
     if (!joins || (i + 1 < word.size() && !is_word_letter(word[i + 1]) && word[i + 1] != 's')) return false;
   }
   if (humps != 0) return false;
-  // "OK", "ERROR": capitals are a word if there is a vowel.
+  // Capitals are a word if they contain a vowel: "OK", "ERROR".
   const std::string letters = small(word);
   return has_small || letters.find_first_of("aeiouy") != std::string::npos;
 }
@@ -130,7 +131,7 @@ bool is_machine_token(std::string_view token) {
   return has_extension(word) || token.find("()") != std::string_view::npos;
 }
 
-// Words in large letters with one blank between; what is written otherwise stays.
+// The text with each run of white space as one blank, and none at the beginning.
 std::string one_blank(std::string_view text) {
   std::string result;
   for (const char c : text) {
@@ -170,7 +171,7 @@ bool is_query(std::string_view original) {
                                       "alter table ", "truncate table ", "exec "})
     if (begins(verb)) return true;
   if (begins("update ") && holds(" set ")) return true;
-  // Statements and parts of them whose words are written large.
+  // Statements, and parts of statements, whose keywords are in capitals.
   const std::string_view first = std::string_view(text).substr(0, text.find(' '));
   const std::string_view rest = std::string_view(text).substr(first.size() + 1);
   const std::string_view second = rest.substr(0, rest.find(' '));
@@ -262,7 +263,7 @@ bool is_product_name(std::string_view word) {
          std::all_of(word.begin(), word.end(), [](char c) { return is_word_letter(c) || is_digit(c); });
 }
 
-// "Done.", "Loading...", "Really?", "Name: ", and "failed." behind a value
+// "Done.", "Loading...", "Really?", "Name: ", and "failed." after a value
 bool ends_as_sentence(std::string_view text, std::string_view word) {
   if (text.empty() || is_short_capitals(word)) return false;
   const char last = text.back();
@@ -284,7 +285,7 @@ Looks single_word(std::string_view text, std::string_view word) {
   return {is_small(word.front()) || is_capitals ? Look::kSmall : Look::kWord, {}};
 }
 
-// Replaces marks, blanks and symbols beyond ASCII, which are not letters, by ASCII characters.
+// Replaces marks, blanks and symbols beyond ASCII, which are not letters, with ASCII characters.
 std::string with_plain_marks(std::string_view text) {
   std::string result;
   for (std::size_t at = 0; at < text.size();) {

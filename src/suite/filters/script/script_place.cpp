@@ -5,7 +5,8 @@
 namespace kavo::script {
 namespace {
 
-// One letter for each value: language, flags, the attribute's quote, first and last form; three for each code.
+// A context holds one letter for each value: language, flags, the attribute's quote, first and last form; then three
+// letters for each code.
 constexpr char kBase = '0';
 constexpr std::size_t kHeadSize = 5;
 constexpr std::size_t kCodeSize = 3;

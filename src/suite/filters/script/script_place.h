@@ -1,4 +1,4 @@
-// What the way back must know of a segment of a script file: kept as its context in the skeleton.
+// What rebuilding must know about a segment of a script file. It is kept in the skeleton as the segment's context.
 #pragma once
 
 #include <string>
@@ -11,7 +11,7 @@
 namespace kavo::script {
 
 struct SegmentPlace {
-  // Of a code, in the order of the hole's codes.
+  // What must be known about a code. The codes are in the order of the hole's codes.
   struct Code {
     LiteralForm before = LiteralForm::kDouble;
     LiteralForm after = LiteralForm::kDouble;
@@ -23,7 +23,7 @@ struct SegmentPlace {
   bool has_markup = false;
   bool is_attribute = false;
   bool is_constant = false;
-  char quote = 0;  // of the attribute
+  char quote = 0;  // the attribute's quote
   LiteralForm first = LiteralForm::kDouble;
   LiteralForm last = LiteralForm::kDouble;
   std::vector<Code> codes;

@@ -20,7 +20,7 @@ void append_decoded(std::string_view bytes, const TextCoding& coding, std::strin
   }
 }
 
-// An expression for a character that no literal of the language can hold: "vbCrLf", "ChrW(233)".
+// True for an expression that stands for a character that no literal of the language can hold: "vbCrLf", "ChrW(233)".
 bool is_escape(std::string_view operand) {
   if (operand == "vbCrLf\n") return true;
   constexpr std::string_view kCall = "ChrW\n(\n";
@@ -42,7 +42,7 @@ std::size_t count(std::string_view text, std::string_view what) {
   return found;
 }
 
-// What begins or ends a script whatever stands around it.
+// These begin or end a script, whatever is around them.
 constexpr std::string_view kDelimiters[] = {"<%", "%>", "<?", "?>"};
 constexpr std::string_view kDelimitersInElement[] = {"</script", "</java", "<!--"};
 
@@ -52,7 +52,7 @@ bool is_one_of(const Token& token, std::string_view bytes, std::string_view brac
 
 }  // namespace
 
-// The operands of an expression that joins texts.
+// Collects the operands of an expression that joins texts.
 class ScriptProof::Operands {
  public:
   explicit Operands(const TextCoding& coding) : coding_(coding) {}
@@ -67,7 +67,7 @@ class ScriptProof::Operands {
     if (bytes == text_operator_of(read.language).substr(1, 1)) return text(bytes);
     if (is_one_of(token, bytes, "([{")) ++depth_;
     if (is_one_of(token, bytes, ")]}") && depth_ > 0) --depth_;
-    // Two values that a text of PHP inserts may stand side by side.
+    // In a text of PHP two inserted values may be adjacent.
     const bool is_value = token.kind == TokenKind::kName && bytes.starts_with("$");
     if (is_value && after_value_ && depth_ == 1) operands_.emplace_back();
     after_value_ = is_value;
@@ -80,8 +80,8 @@ class ScriptProof::Operands {
     append(bytes.substr(arrow + 2), false);
   }
 
-  // Each operand as its tokens, with a line end behind each token. An operand that holds segments is no longer the
-  // same; then each token that is not text counts by itself.
+  // Each operand as its tokens, with a line end after each token. An operand that contains segments has changed, so
+  // then each token that is not text counts separately.
   std::vector<std::string> sorted(bool holds_segments) const {
     std::vector<std::string> result;
     for (const std::vector<Part>& operand : operands_) {
@@ -100,24 +100,24 @@ class ScriptProof::Operands {
  private:
   struct Part {
     std::string bytes;
-    bool is_text = false;  // a literal, or what joins two
+    bool is_text = false;  // the last token was a literal, or joins two
   };
 
-  // The delimiters of a server block in a client script, which is an operand or a part of one.
+  // Takes the delimiters of a server block in a client script. Such a block is an operand, or a part of one.
   void between(const ScriptReader::Read& read, std::string_view bytes) {
     if (read.leaves_block && depth_ > 0) --depth_;
     append(bytes, false);
     if (read.enters_block) ++depth_;
   }
 
-  // A value that interrupts a literal is an operand, too.
+  // A value that interrupts a literal is also an operand.
   void literal(const Token& token, std::string_view bytes) {
     if (!token.begins && depth_ > 0) --depth_;
     text(bytes);
     if (!token.ends) ++depth_;
   }
 
-  // Between operands, or in one.
+  // Takes a text, which is between operands or in one.
   void text(std::string_view bytes) {
     if (depth_ != 0) return append(bytes, true);
     if (!operands_.back().empty()) operands_.emplace_back();
@@ -174,7 +174,7 @@ void ScriptProof::prove_blocks(bool is_end) {
   for (;;) {
     const std::size_t next = html::placeholder::find_marker_line(source_.text, std::max(searched_, source_begin + 1));
     if (next >= source_.text.size() && !is_end) {
-      // A marker may be cut.
+      // The text may end inside a marker.
       searched_ = std::max(source_begin,
                            next > html::placeholder::kMarker.size() ? next - html::placeholder::kMarker.size() : 0);
       break;
@@ -182,7 +182,7 @@ void ScriptProof::prove_blocks(bool is_end) {
     const std::size_t target_next = html::placeholder::find_marker_line(target_.text, target_begin + 1);
     std::size_t behind = change;
     while (behind < changes_.size() && changes_[behind].source.begin < next) ++behind;
-    // Only a translation can bring a marker along.
+    // Only a translation can have brought in another marker.
     const bool is_last = next >= source_.text.size();
     if (is_last != (target_next >= target_.text.size()) && !changes_.empty())
       refuse(behind - (behind > change ? 1 : 0));
@@ -209,7 +209,7 @@ void ScriptProof::prove_block(Range source, Range target, Range changes) {
   source_.begin(source.begin, source.end);
   target_.begin(target.begin, target.end);
   std::size_t change = changes.begin;
-  // A difference is blamed on the last translation before it.
+  // A difference is attributed to the last translation before it.
   const auto expect = [&](bool holds) {
     if (!holds) refuse(change > changes.begin ? change - 1 : change);
   };
@@ -228,7 +228,7 @@ void ScriptProof::prove_block(Range source, Range target, Range changes) {
   expect(change == changes.end);
 }
 
-// The first change that is not in the expression with the first of `changes`.
+// Returns the index of the first change that is not in the same expression as the first of `changes`.
 std::size_t ScriptProof::prove_expression(Range changes) {
   Operands old_operands(source_.coding);
   Operands new_operands(target_.coding);

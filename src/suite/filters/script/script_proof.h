@@ -1,9 +1,9 @@
-// The proof that a rebuilt script file holds the scripts of its source.
+// Proves that a rebuilt script file holds the scripts of its source.
 //
-// Both files are cut into tokens side by side. Outside of the expressions whose text was translated every token must be
-// that of the source; inside one, every operand must come back exactly once, beside literals and what stands for
-// characters that no literal can hold. So no part of a translation becomes script, even if a segment was written
-// wrongly.
+// Both files are cut into tokens side by side. Outside the expressions whose text was translated, every token must be
+// that of the source. Inside such an expression every operand must come back exactly once; apart from operands it may
+// hold only literals and expressions for characters that no literal can hold. So no part of a translation becomes
+// script, even if a segment was written wrongly.
 //
 // The files pass through block by block. Only the current block is kept, once for each file.
 #pragma once
@@ -19,12 +19,12 @@ namespace kavo::script {
 
 class ScriptProof {
  public:
-  // `server` is the language of the page's server blocks until it declares another one. The codings, of the two files,
-  // must outlive the proof.
+  // `server` is the language of the page's server blocks until it declares another one. `source` and `target` are the
+  // codings of the two files and must outlive the proof.
   ScriptProof(Language server, const TextCoding& source, const TextCoding& target);
 
-  // Every part of the files, in order, then finish(). Both throw `failure` 5, which names the place of the translation
-  // that changes a script.
+  // Takes the parts of both files in order; then call finish(). Both throw `failure` 5, which names the place of the
+  // translation that would change a script.
   void add(const WrittenPart& part);
   void finish() { prove_blocks(true); }
 
@@ -33,7 +33,7 @@ class ScriptProof {
     std::size_t begin = 0;
     std::size_t end = 0;
   };
-  // A segment that was written anew. Places in the text of either side.
+  // A segment whose translation was written, and where it is in the texts of the two sides.
   struct Change {
     Hole place;  // its number, line and column
     bool holds_segments = false;
@@ -58,13 +58,13 @@ class ScriptProof {
     const TextCoding& coding;
     ScriptReader reader;
     std::string text;       // from the marker of the first block that is not complete
-    std::size_t block = 0;  // where the block being read begins in it
+    std::size_t block = 0;  // where the current block begins in `text`
     ScriptReader::Read read;
     bool has = false;
   };
 
   class Operands;
-  // The tokens that changes touch, which a literal may hold several of.
+  // The tokens that changes touch. A literal may contain several changes.
   struct Expression {
     Range place;
     ScriptReader::Read first;
@@ -82,7 +82,7 @@ class ScriptProof {
   Side source_;
   Side target_;
   std::vector<Change> changes_;
-  std::size_t searched_ = 0;  // of the source's text
+  std::size_t searched_ = 0;  // how far the source's text has been searched
 };
 
 }  // namespace kavo::script

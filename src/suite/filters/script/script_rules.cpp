@@ -13,7 +13,7 @@ constexpr auto kUse = Effect::kUse;
 constexpr auto kPasses = Effect::kPasses;
 
 constexpr DestinationRow kRows[] = {
-    // Shown.
+    // What people see.
     {kArgument, "write writeln print println echo <%=", kAny, kUse, Use::kPage, "output of the page"},
     {kArgument, "printf vprintf", 0, kUse, Use::kPage, "output of the page"},
     {kArgument, "printf vprintf", kAny, kUse, Use::kFilled, "filled into the page"},
@@ -39,7 +39,7 @@ constexpr DestinationRow kRows[] = {
      kAny, kUse, Use::kShown, "a caption or message"},
     {kAssigned, "value defaultvalue", kAny, kUse, Use::kLikely, "the value of a field"},
 
-    // Returns its argument, or a part of it.
+    // What returns its argument, or a part of it.
     {kArgument, "array list aslist set of map hash vector", kAny, kPasses, Use::kNone, "an element of a list"},
     {kArgument, "iif", 0, kUse, Use::kInternal, "a condition"},
     {kArgument, "iif choose", kAny, kPasses, Use::kNone, "one of several values"},
@@ -57,7 +57,7 @@ constexpr DestinationRow kRows[] = {
     {kArgument, "append add push insert addelement additem unshift put", kAny, Effect::kInto, Use::kNone,
      "added to a text or a list"},
 
-    // Read by programs.
+    // What only programs read.
     {kArgument,
      "session application request form querystring cookies servervariables item fields properties "
      "clientcertificate collect contents staticobjects parameters columns namedvalue",
@@ -149,9 +149,9 @@ constexpr std::string_view kUnlikelyWords[] = {
     "ext",      "extension", "host",  "domain", "server",  "user",     "password", "pwd",        "mode",   "event",
     "selector", "icon",      "img",   "image",  "keywords"};
 
-// Words of a function's name that nobody has given a row, or of the object that it belongs to.
+// Words in the name of a function that has no row, or in the name of the object that it belongs to.
 constexpr std::string_view kLogWords[] = {"log", "logger", "debug", "trace", "console"};
-// A function that is given a message. One that gets it is asked for it by a key.
+// A function with one of these words takes a message, but one that begins with "get" takes the key of a message.
 constexpr std::string_view kMessageWords[] = {"error", "warning", "warn", "message", "msg", "notice"};
 constexpr std::string_view kAskingWords[] = {"get", "is", "has", "find", "load"};
 // "my_plugin_translate", "__esc"
@@ -172,7 +172,7 @@ bool ends_with_likely_word(std::string_view word) {
                              [&](std::string_view end) { return word.ends_with(end); });
 }
 
-// Hands out each word of "strErrorMessage", "error_message", in small letters.
+// Calls `action` with each word of a name such as "strErrorMessage" or "error_message", in small letters.
 template <class Action>
 void each_word(std::string_view name, Action&& action) {
   std::string word;
@@ -200,7 +200,7 @@ bool has_word(std::string_view name, std::span<const std::string_view> words) {
   return has;
 }
 
-// Asks a catalogue for a text by its key: "translate", "plugin_t", "__esc".
+// True for a function that looks up a text in a catalogue: "translate", "plugin_t", "__esc".
 bool is_translating(std::string_view function) {
   if (function.starts_with("__") || has_word(function, kTranslatingWords)) return true;
   return function.size() > 2 && function.ends_with("_t");
@@ -234,7 +234,7 @@ const DestinationRow* DestinationRules::find(const Place& place, Language langua
   const PlaceKind kind = place.kind == PlaceKind::kEntry ? kAssigned : place.kind;
   if (kind != kArgument && kind != kAssigned && kind != kReceiver) return nullptr;
   const std::string_view last = !place.key.empty() ? unquoted(place.key) : unquoted(place.last);
-  // Not the page's output, but the server's.
+  // These write to the server's console, not into the page.
   if (kind == kArgument && (place.name.starts_with("System.out.") || place.name.starts_with("System.err.")))
     return &kLog;
   if (kind == kArgument && place.name.size() > last.size() && place.name.ends_with(last) &&
@@ -245,11 +245,11 @@ const DestinationRow* DestinationRules::find(const Place& place, Language langua
     if (kind != kArgument) return nullptr;
     return has_word(last, kLogWords) ? &kLog : is_translating(last) ? &kKey : nullptr;
   }
-  // An entry of that name holds a state or what something is called, not a line of text or an attribute.
+  // An entry with that name holds a state or the name of something, not a line of text or an attribute.
   if (place.kind == PlaceKind::kEntry && (equal_word(last, "status") || equal_word(last, "name"))) return nullptr;
-  // A variable of that name is another thing than the member of an object.
+  // A variable with that name is something else than an object's member.
   const bool is_variable = place.kind == kAssigned && !place.is_member && place.key.empty();
-  // Except the variables that every browser page has.
+  // The exceptions are variables that every page in a browser has.
   if (is_variable && !(language == Language::kJavaScript && (last == "status" || last == "location"))) return nullptr;
   for (const DestinationRow* row : found->second) {
     if (row->kind != kind || (row->argument != kAny && row->argument != static_cast<int>(place.argument))) continue;

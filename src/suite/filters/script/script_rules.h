@@ -1,7 +1,7 @@
-// Which literals of a script people read: the rules, each with its reason.
+// The rules that say which literals of a script people read, each with its reason.
 //
 // Two things decide: where a literal goes (a place that people see, or one that only programs read) and what it looks
-// like (words, or a name, a path, a query). One table for each, and one for both together.
+// like (words, or a name, a path, a query). Each has a table, and a third one combines the two.
 #pragma once
 
 #include <cstdint>
@@ -14,7 +14,7 @@
 
 namespace kavo::script {
 
-// What is known of a place. A variable may have several of them.
+// What is known about a place. Several may hold for one variable.
 enum class Use : std::uint8_t {
   kNone = 0,
   kPage = 1,       // goes into a page
@@ -24,14 +24,14 @@ enum class Use : std::uint8_t {
   kUnlikely = 16,  // its name says that they do not
   kFilled = 32,    // fills a place in a text or in a tag
   kAsked = 64,     // compared or searched: says nothing about what else a variable may hold
-  kNamed = 128,    // what something is called: one word is read by programs, several are read by people
+  kNamed = 128,    // the name of something: programs read a single word, people read several
 };
 constexpr Use operator|(Use a, Use b) { return static_cast<Use>(static_cast<int>(a) | static_cast<int>(b)); }
 constexpr Use operator&(Use a, Use b) { return static_cast<Use>(static_cast<int>(a) & static_cast<int>(b)); }
 constexpr bool has(Use uses, Use use) { return (static_cast<int>(uses) & static_cast<int>(use)) != 0; }
 
 enum class Effect : std::uint8_t {
-  kUse,     // the use of the row
+  kUse,     // the row's use decides
   kPasses,  // returns its argument: the place of the call decides
   kInto,    // goes into the object before the dot
 };
@@ -39,14 +39,15 @@ enum class Effect : std::uint8_t {
 struct DestinationRow {
   PlaceKind kind;
   std::string_view names;  // separated by blanks, small letters; compared without case
-  int argument;            // of a call; kAny for every one
+  int argument;            // number of the call's argument; kAny for all
   Effect effect;
   Use use;
   std::string_view reason;  // for people: "a message box"
 };
 inline constexpr int kAny = -1;
 
-// The user's own names of functions, separated by blanks, whose arguments are texts, or never are.
+// Names of functions that the user has added, separated by blanks: those whose arguments are texts, and those whose
+// arguments never are.
 struct ScriptNames {
   std::string texts;
   std::string never;
@@ -69,7 +70,7 @@ std::string_view unquoted(std::string_view literal);
 
 // What the name of a variable or of an entry says.
 Use use_by_name(std::string_view name);
-// What the name of a function that has no row says of its arguments.
+// What the name of a function that has no row says about its arguments.
 Use use_by_function(std::string_view name);
 
 enum class Look : std::uint8_t {
@@ -87,8 +88,8 @@ struct Looks {
   Look look = Look::kEmpty;
   std::string_view reason;
   bool is_sentence = false;  // of a phrase: a capital at the beginning, a full stop at the end
-  bool is_telling = false;   // of a phrase: so many words that nothing else goes where it goes
-  bool is_query = false;     // of what is read by machines
+  bool is_telling = false;   // of a phrase: so many words that its place can only take texts
+  bool is_query = false;     // of kMachine
 };
 inline constexpr char kOperandMark = '\x1A';
 Looks look_at(std::string_view text);
@@ -98,7 +99,7 @@ struct Decision {
   Verdict verdict = Verdict::kNone;
   std::string_view reason;
 };
-// `in_markup`: it stands between tags of its literal, or in an attribute that people see.
+// `in_markup` says that the text is between tags of its literal, or in an attribute that people see.
 Decision decide(Use use, const Looks& looks, bool in_markup);
 
 }  // namespace kavo::script

@@ -72,11 +72,11 @@ void ScriptUnits::units(std::span<const Piece> pieces, std::vector<Unit>& units)
   leave_out_of_tags(units, first);
 }
 
-// What an operand writes into a tag is read by programs, unless it brings markup of its own.
+// Programs read what an operand writes into a tag, unless it contains markup of its own.
 void ScriptUnits::leave_out_of_tags(std::vector<Unit>& units, std::size_t first) {
   std::ranges::sort(in_tags_, {}, &Range::begin);
   std::size_t next = 0;
-  std::size_t end = 0;  // of the operands that begin before the unit
+  std::size_t end = 0;  // the furthest end of the operands that begin before the unit
   const auto is_in_tag = [&](const Unit& unit) {
     for (; next < in_tags_.size() && in_tags_[next].begin <= unit.begin; ++next)
       end = std::max(end, in_tags_[next].end);
@@ -125,7 +125,7 @@ void ScriptUnits::walk(std::span<const Piece> pieces) {
   }
 }
 
-// Each literal is a join of its own in a language of which nothing else is known.
+// In an unknown language each literal is a join of its own.
 void ScriptUnits::plain_literals(const Piece& piece, Lexer& lexer) {
   lexer.begin(text_.substr(piece.begin, piece.end - piece.begin));
   const Place place;
@@ -156,7 +156,7 @@ void ScriptUnits::markup(std::span<const Item> items, std::vector<Unit>& units) 
 
 namespace {
 
-// What stands in such an element is shown as it is, whatever its words are.
+// The content of such an element is shown as it is, whatever its words are.
 bool shows_code(std::string_view element) {
   return std::ranges::any_of(std::initializer_list<std::string_view>{"code", "tt", "kbd", "samp", "var"},
                              [&](std::string_view name) { return html::equal_name(name, element); });
@@ -164,7 +164,8 @@ bool shows_code(std::string_view element) {
 
 }  // namespace
 
-// As people see it: with a mark for operands and for code, without tags, references as the characters that they mean.
+// The text as people see it: a mark for each operand and each element that shows code, no tags, and the characters that
+// references stand for.
 std::string ScriptUnits::shown_text(const JoinedText& joined, const ReadText& read) {
   std::string text;
   std::size_t place = read.begin;
@@ -179,7 +180,7 @@ std::string ScriptUnits::shown_text(const JoinedText& joined, const ReadText& re
     place = code.end;
   }
   if (depth == 0) text.append(joined.text, place, read.end - place);
-  // " failed." behind a value ends a sentence that the value begins, so it is judged with the value's mark in front.
+  // " failed." after a value ends a sentence that the value begins, so it is judged together with the value's mark.
   const std::string_view before = trimmed(std::string_view(joined.text).substr(0, read.begin), " ");
   if (before.ends_with(kOperandMark) && (text.ends_with('.') || text.ends_with('!'))) text.insert(0, 1, kOperandMark);
   if (text.find('&') == std::string::npos) return text;
@@ -197,7 +198,7 @@ std::string ScriptUnits::shown_text(const JoinedText& joined, const ReadText& re
   return shown;
 }
 
-// What the literals look like as they are written: enough for the first walk.
+// What the literals look like as they are written in the script. That is enough for the first walk.
 Looks ScriptUnits::raw_looks(const Join& join) const {
   std::string text;
   bool has_blank = false;
@@ -236,7 +237,7 @@ void ScriptUnits::join(Language language, const Join& join) {
 
 namespace {
 
-// What takes a text, as its author wrote it.
+// The call or target that takes a text, as its author wrote it.
 std::string taker_of(std::span<const Place> places, std::string_view attribute) {
   constexpr std::size_t kLongest = 60;  // bytes
   std::string taker;
@@ -251,7 +252,7 @@ std::string taker_of(std::span<const Place> places, std::string_view attribute) 
   return taker;
 }
 
-// The literal of a join that a byte stands in.
+// The literal of a join that contains the byte at `place`.
 const Item& literal_at(std::span<const Item> items, std::size_t place) {
   const auto behind = std::upper_bound(items.begin(), items.end(), place,
                                        [](std::size_t at, const Item& item) { return at < item.begin; });
@@ -259,7 +260,7 @@ const Item& literal_at(std::span<const Item> items, std::size_t place) {
   return before->is_literal || before == items.begin() ? *before : *(before - 1);
 }
 
-// A code that begins or ends with an operand, up to the texts of the literals around it.
+// Widens a code that begins or ends with an operand, up to the texts of the literals around it.
 void widen(std::span<const Item> items, std::size_t& begin, std::size_t& end) {
   for (std::size_t i = 0; i < items.size(); ++i) {
     if (items[i].is_literal) continue;
@@ -277,7 +278,8 @@ bool holds_operand(std::span<const Item> items, std::size_t begin, std::size_t e
 
 }  // namespace
 
-// What a translator may not touch in a text: a reference that means nothing here, a place for a value, an address.
+// Adds a run of text. What a translator must not change in it becomes a code: an unknown reference, a placeholder for a
+// value, an address.
 void ScriptUnits::add_run(Unit& unit, const Join& join, const JoinedText& joined, std::size_t begin, std::size_t end) {
   UnitPart run;
   const auto flush = [&](std::size_t place) {
@@ -353,7 +355,7 @@ void ScriptUnits::add_unit(Language language, const Join& join, const JoinedText
     place = code.end;
   }
   if (read.end > place) add_run(unit, join, joined, place, read.end);
-  // What joins a text and a code belongs to the code; what joins two texts is hidden in the first.
+  // Bytes that join a text and a code belong to the code. Bytes that join two texts are hidden in the first.
   for (std::size_t i = 0; i < unit.parts.size(); ++i) {
     UnitPart& part = unit.parts[i];
     const std::size_t next = i + 1 < unit.parts.size() ? unit.parts[i + 1].begin : unit.end;

@@ -1,4 +1,5 @@
-// The texts of a page's scripts, found in two walks: the first sees where names go, the second what is read.
+// Finds the texts of a page's scripts in two walks. The first finds out where names go, the second which literals
+// people read.
 #pragma once
 
 #include <memory>
@@ -15,35 +16,35 @@ namespace kavo::script {
 
 struct UnitPart {
   bool is_code = false;
-  std::size_t begin = 0;  // its bytes in the text of all blocks; all parts together are the unit's
+  std::size_t begin = 0;  // offsets in the text of all blocks; the parts together cover the unit
   std::size_t end = 0;
-  std::string text;  // of a run, and what a code that stands in a text shows: UTF-8
-  // Of a code.
+  std::string text;  // UTF-8: the text of a run, or what a code inside a text shows
+  // The following are set for codes.
   char kind = 's';  // as in TextCode
   std::string_view type;
-  bool is_operand = false;                    // holds what the script computes
-  bool is_ordered = false;                    // and may not change places with others
-  LiteralForm before = LiteralForm::kDouble;  // of the literal that it begins in
-  LiteralForm after = LiteralForm::kDouble;   // and of that it ends in
+  bool is_operand = false;                    // it holds what the script computes
+  bool is_ordered = false;                    // it must not change places with other operands
+  LiteralForm before = LiteralForm::kDouble;  // the literal in which it begins
+  LiteralForm after = LiteralForm::kDouble;   // the literal in which it ends
 };
 
 // A text that people read, or may read.
 struct Unit {
-  std::size_t begin = 0;  // from its first to its last byte, both in literals
+  std::size_t begin = 0;  // its first byte, which is in a literal, like its last one
   std::size_t end = 0;
   std::vector<UnitPart> parts;
   Verdict verdict = Verdict::kNone;
   std::string_view reason;
   Language language = Language::kUnknown;
-  LiteralForm first = LiteralForm::kDouble;  // of the literals that it begins and ends in
+  LiteralForm first = LiteralForm::kDouble;  // the forms of the literals in which it begins and ends
   LiteralForm last = LiteralForm::kDouble;
-  bool in_element = false;  // of a client's <script>
+  bool in_element = false;  // in a <script> that the browser runs
   bool has_markup = false;
   bool can_move = false;     // its operands may change places
-  bool is_constant = false;  // one literal, which nothing may interrupt
+  bool is_constant = false;  // one literal that must not be interrupted
   std::string_view attribute;
   char quote = 0;       // of an attribute's value; 0 for one without
-  std::string element;  // what takes it ("alert()", "document.title"), "" when nothing does
+  std::string element;  // what takes the text ("alert()", "document.title"), or ""
 };
 
 // What a translator is asked about a text in doubt.
@@ -51,18 +52,18 @@ std::string doubt_of(const Unit& unit);
 
 class ScriptUnits {
  public:
-  // `text` is that of all blocks, in the bytes of `coding`; both and the rules must outlive the object.
+  // `text` is the text of all blocks, in the bytes of `coding`. Both and the rules must outlive the object.
   ScriptUnits(std::string_view text, const TextCoding& coding, const DestinationRules& rules);
   ~ScriptUnits();
 
-  // All blocks go through follow() in order. Then turn() is called, and they go through units() in the same order,
-  // which appends the units of each block, every unit after those around it.
+  // Hand all blocks to follow() in order, call turn(), and hand them to units() in the same order. It appends the units
+  // of each block, every unit after those around it.
   void follow(std::span<const Piece> pieces);
   void turn();
   void units(std::span<const Piece> pieces, std::vector<Unit>& units);
 
-  // The texts of markup that stands in no literal, each of them one that people read. `items`: its runs as literals,
-  // and what scripts write into it.
+  // Appends the texts of markup that is not in a literal; people read each of them. `items` are the runs of the markup,
+  // as literals, and what scripts write into it.
   void markup(std::span<const Item> items, std::vector<Unit>& units);
 
  private:
@@ -94,7 +95,7 @@ class ScriptUnits {
     std::size_t begin = 0;
     std::size_t end = 0;
   };
-  std::vector<Range> in_tags_;  // operands of the block's joins
+  std::vector<Range> in_tags_;  // the operands of the block's joins that are inside tags
 };
 
 }  // namespace kavo::script

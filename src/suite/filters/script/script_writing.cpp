@@ -27,8 +27,8 @@ Delimiters delimiters_of(LiteralForm form) {
   }
 }
 
-// Where the "$name" or "$name->member" of PHP begins that ends a code; npos for none. A letter behind it would join the
-// name.
+// Where the "$name" or "$name->member" of PHP begins that ends `code`, or npos. A letter after it would become part of
+// the name.
 std::size_t last_inserted_name(std::string_view code) {
   const std::size_t begin = code.rfind('$');
   if (begin == std::string_view::npos || (begin > 0 && (code[begin - 1] == '{' || code[begin - 1] == '$')))
@@ -76,7 +76,7 @@ void ScriptWriting::write(std::string_view translation, std::string& bytes) {
   if (adds_quotes) append_literal_text("\"", place_.quoting(form_), coding_, result);
   go_to(place_.last, result);
 
-  // Read as a whole it must be what it is in parts.
+  // The whole must consist of the same tokens as its parts.
   std::string tokens;
   bool is_whole = true;
   add_tokens(place_.first, result, place_.last, tokens, is_whole);
@@ -111,7 +111,7 @@ void ScriptWriting::text(std::string_view run, bool before_name, std::string& by
   bytes += part;
 }
 
-// Characters that mean something in a page, or that its coding lacks, as references.
+// Writes characters that have a meaning in a page, or that its coding lacks, as references.
 std::string ScriptWriting::in_markup(std::string_view text) const {
   std::string result;
   while (!text.empty()) {
@@ -172,7 +172,7 @@ void ScriptWriting::go_to(LiteralForm form, std::string& bytes) {
   form_ = form;
 }
 
-// The tokens outside of literals, without the operators that join texts: those of an empty line are none.
+// Adds the tokens outside of literals, except the operators that join texts.
 void ScriptWriting::add_tokens(LiteralForm before, std::string_view bytes, LiteralForm after, std::string& tokens,
                                bool& is_whole) const {
   std::string literal(delimiters_of(before).open);

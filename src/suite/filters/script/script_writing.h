@@ -1,4 +1,4 @@
-// From a translation to the bytes of a script, and the proof that they are the script that they were.
+// Turns a translation into the bytes of a script, and proves that the script stays what it was.
 #pragma once
 
 #include <string>
@@ -12,14 +12,14 @@ namespace kavo::script {
 
 class ScriptWriting {
  public:
-  // Both must outlive the object; `coding` is that of the rebuilt file.
+  // Both must outlive the object. `coding` is the coding of the rebuilt file.
   ScriptWriting(const Hole& hole, const TextCoding& coding);
 
-  // Appends the translation (coded text). Throws `failure` 5 with the place when a value stands where it may not, when
-  // a character can be written in no way, and when the result would not be read as it is meant.
+  // Appends the translation (coded text). Throws `failure` 5 with the place when a value is where it must not be, when
+  // a character cannot be written in any way, and when the result would be read as something else.
   void write(std::string_view translation, std::string& bytes);
 
-  // A code that write() put out as it was; places in what it appended.
+  // A code that write() has appended unchanged, and where it is in what was appended.
   struct WrittenCode {
     std::size_t number = 0;  // in Hole::codes
     std::size_t begin = 0;
@@ -29,7 +29,7 @@ class ScriptWriting {
 
  private:
   struct Part {
-    std::string_view text;  // of a run
+    std::string_view text;  // the text of a run
     const Hole::Code* code = nullptr;
   };
 
@@ -47,7 +47,7 @@ class ScriptWriting {
   const Hole& hole_;
   const TextCoding& coding_;
   SegmentPlace place_;
-  LiteralForm form_ = LiteralForm::kDouble;  // of the literal being written
+  LiteralForm form_ = LiteralForm::kDouble;  // the form of the literal that is being written
   std::string expected_;                     // the tokens outside of literals
   std::vector<WrittenCode> written_codes_;
 };

@@ -1,5 +1,5 @@
-// Which server blocks of a page stand in a tag, in no attribute that people read: what they write there is read by
-// programs. The page beside the script file says it.
+// Finds the server blocks of a page that are inside a tag, but not in an attribute that people read. Programs read what
+// such a block writes. The page beside the script file shows where the blocks are.
 #pragma once
 
 #include <cstdint>
@@ -16,9 +16,10 @@ namespace kavo::script {
 
 class TagPlaceholders {
  public:
-  // `coding`, that of the page's bytes, must outlive the object. Throws `failure` when the page cannot be read.
+  // `coding` is the coding of the page's bytes and must outlive the object. Throws `failure` when the page cannot be
+  // read.
   TagPlaceholders(const ConversionSettings& settings, const TextCoding& coding);
-  // To be asked in the order of the numbers; reads the page as far as it must.
+  // Ask in the order of the numbers. Reads the page only as far as necessary.
   bool holds(std::uint64_t number);
 
  private:
@@ -31,9 +32,9 @@ class TagPlaceholders {
   };
   void add(const html::PageToken& token);
 
-  std::optional<Page> page_;  // nothing when it is not there, or read to its end
+  std::optional<Page> page_;  // empty when there is no page, or when it has been read to its end
   html::TextAttributes attributes_;
-  std::uint64_t reached_ = 0;  // the last number that was seen
+  std::uint64_t reached_ = 0;  // the last number that was found
   std::set<std::uint64_t> in_tags_;
 };
 
