@@ -1,5 +1,5 @@
-// A failure of the file system together with the file that it concerns. The converters of pages work on several files,
-// and their messages name the one that failed.
+// A failure of the file system that names the file that it concerns. The converters of pages work on several files, and
+// their messages name the one that failed.
 #pragma once
 
 #include <string>
@@ -12,7 +12,7 @@ namespace kavo {
 
 class file_failure : public failure {
  public:
-  // `description`: as the system words it.
+  // `description` is the system's own wording.
   file_failure(std::u16string_view path, std::u16string description)
       : failure(FailureNumber::kPathFileAccess, std::move(description)), path_(path) {}
   const std::u16string& path() const noexcept { return path_; }
@@ -21,8 +21,8 @@ class file_failure : public failure {
   std::u16string path_;
 };
 
-// Runs `action` and returns its result. Rethrows its `failure` as file_failure about `path`. What is known to concern
-// another file already, and an `interruption`, pass through.
+// Runs `action` and returns its result. Rethrows its `failure` as file_failure about `path`. A file_failure that
+// already names another file passes through, and so does an `interruption`.
 template <class Action>
 decltype(auto) about_file(std::u16string_view path, Action&& action) {
   try {

@@ -24,7 +24,7 @@ class AttributeReader {
 
 bool equals_ignoring_case(std::string_view text, std::string_view lower) noexcept;
 
-// The value of the first attribute with that name; nothing when the tag has none.
+// The value of the first attribute with that name. Nothing when the tag has no such attribute.
 std::optional<std::string_view> attribute_value(std::string_view tag_text, std::string_view lower_name);
 
 // True when two tags have the same attributes with the same values, in any order. Character references are compared as

@@ -18,8 +18,8 @@ struct Label {
   unsigned code_page;
 };
 
-// In a page Latin-1 means Windows-1252, by the HTML Standard. A page whose declaration could be read is not in UTF-16,
-// so such a name means UTF-8. Pages are written with the first name of their code page.
+// By the HTML Standard, Latin-1 means Windows-1252 in a page. A page whose declaration could be read is not in UTF-16,
+// so a name of UTF-16 means UTF-8. Pages are written with the first name of their code page.
 constexpr Label kLabels[] = {
     {"utf-8", kUtf8CodePage},
     {"utf8", kUtf8CodePage},
@@ -93,7 +93,7 @@ bool is_label_character(char c) {
          c == '.' || c == ':' || c == '+';
 }
 
-// The place of the value behind `name`, "=" and an optional quote, within [begin, end) of the bytes.
+// The place of the value after `name`, "=" and an optional quote, within [begin, end) of the bytes.
 std::optional<Span> value_after(std::string_view bytes, std::size_t begin, std::size_t end, std::string_view name) {
   for (; begin + name.size() < end; ++begin) {
     if (!equal_name(bytes.substr(begin, name.size()), name)) continue;
@@ -112,7 +112,7 @@ std::optional<Span> value_after(std::string_view bytes, std::size_t begin, std::
 
 // Adds what the markup declares: "<?xml ... ?>" and "<meta>".
 void add_markup_declarations(std::string_view beginning, std::vector<CharsetDeclaration>& found) {
-  // Tags are found by ASCII alone, so any coding without double bytes will do.
+  // ASCII is enough to find tags, so any coding without double-byte characters will do.
   const TextCoding coding(kUtf8CodePage);
   PageInput input(beginning);
   TokenScanner scanner(input, coding);

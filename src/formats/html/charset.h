@@ -47,7 +47,7 @@ struct CharsetDeclaration {
 struct PageCoding {
   std::optional<unsigned> code_page;  // nothing when undeclared or not supported
   bool has_mark = false;              // a byte order mark gives the coding
-  bool is_in_script = false;          // a script declares it; no filter rewrites that
+  bool is_in_script = false;          // a script declares the coding, and no filter rewrites scripts
   std::size_t mark_size = 0;          // bytes
   bool is_unsupported = false;        // the declared coding is not supported
   // A remark for people, in English: a coding that is not supported, or declarations that disagree. "" for none.

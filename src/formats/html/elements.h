@@ -1,5 +1,4 @@
-// The elements and attributes of HTML as a translator meets them: what breaks a text, what stands in it, what holds
-// text.
+// The elements of HTML as translation sees them: which end a text, which are inside a text, which contain text.
 #pragma once
 
 #include <string_view>
@@ -7,15 +6,15 @@
 namespace kavo::html {
 
 enum class ElementKind : char {
-  kInline,  // stands inside a text, where it becomes a code
+  kInline,  // is part of a text, as a code
   kBreak,   // ends the text before it
   kPreformatted,
-  kPlainText,   // a break; holds text without tags, which no other markup may enter
-  kTitle,       // the same, and a "<" is text there
+  kPlainText,   // a break; contains text without tags
+  kTitle,       // the same, and a "<" in it is text
   kTextArea,    // the same, preformatted
-  kScript,      // a break; holds nothing to translate, up to its end tag
-  kRestOfPage,  // a break; the rest of the page is nothing to translate
-  kForeign,     // inline; holds another language of markup, which is left alone
+  kScript,      // a break; nothing to translate up to its end tag
+  kRestOfPage,  // a break; nothing to translate in the rest of the page
+  kForeign,     // inline; contains markup of another language, which is left alone
 };
 
 struct Element {

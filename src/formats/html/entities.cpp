@@ -37,7 +37,7 @@ constexpr std::size_t kLongestLegacy = [] {
   return longest;
 }();
 
-// The characters that pages mean by the numbers of C1 control characters: those of Windows-1252, by the HTML Standard.
+// What the numbers of C1 control characters mean in pages: the characters of Windows-1252, by the HTML Standard.
 constexpr char16_t kC1[32] = {0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
                               0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
                               0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};

@@ -51,7 +51,7 @@ void MarkerReader::consume(std::size_t size, std::string* before) {
 }
 
 std::string_view text_of_block(std::string_view before) {
-  // What is left of the placeholder's line comes first.
+  // The rest of the placeholder's line comes before the block.
   before.remove_prefix(std::min(before.find_first_of("\r\n"), before.size()));
   while (!before.empty() && placeholder::is_line_end(before.front())) before.remove_prefix(1);
   while (!before.empty() && placeholder::is_line_end(before.back())) before.remove_suffix(1);

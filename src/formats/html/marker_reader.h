@@ -1,5 +1,5 @@
-// Finds the placeholders of a page, or of the script file that was made with it, one after the other. Both files hold
-// the same placeholders in the same order.
+// Finds the placeholders of a page, or of the script file that was made with it, in order. Both files hold the same
+// placeholders in the same order.
 #pragma once
 
 #include <cstdint>
@@ -11,7 +11,7 @@
 
 namespace kavo::html {
 
-// A longer block is not looked into.
+// Longer blocks are not examined.
 inline constexpr std::size_t kLongestBlock = 256 * 1024;  // bytes
 
 // The number in a placeholder that begins `marker`, 0 for anything else.
@@ -19,12 +19,12 @@ std::uint64_t placeholder_number(std::string_view marker);
 
 class MarkerReader {
  public:
-  // `is_script_file`: there a placeholder begins a line. Throws `failure`.
+  // In a script file (`is_script_file`) a placeholder must begin a line. Throws `failure` when the file cannot be read.
   MarkerReader(std::u16string_view path, bool is_script_file) : file_(path), is_script_file_(is_script_file) {}
-  // The number of the next one, 0 at the end. What stands before it is appended to `before` up to kLongestBlock and
-  // some more, nowhere when that is null.
+  // The number of the next placeholder, 0 at the end. If `before` is not null, appends the bytes before the placeholder
+  // to it, up to little more than kLongestBlock.
   std::uint64_t next(std::string* before = nullptr);
-  // In bytes from 0: behind the text of the marker that was found last.
+  // The place after the text of the last marker, in bytes from 0.
   std::uint64_t position() const { return file_.position(); }
 
  private:
@@ -35,7 +35,7 @@ class MarkerReader {
   char last_ = '\n';  // before the window
 };
 
-// A block of a script file, of what MarkerReader::next() put before the next placeholder.
+// The block of a script file that is in `before`, as MarkerReader::next() filled it.
 std::string_view text_of_block(std::string_view before);
 
 }  // namespace kavo::html

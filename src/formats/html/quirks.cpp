@@ -94,7 +94,7 @@ class Reader {
     text_.remove_prefix(word.size());
     return true;
   }
-  // A quoted identifier; nothing when none stands here. Clears `sound` when its end is missing.
+  // Reads a quoted identifier. Returns nothing when there is none here. Clears `sound` when its end is missing.
   std::optional<std::string_view> quoted(bool& sound) {
     skip_blanks();
     if (text_.empty() || (text_[0] != '"' && text_[0] != '\'')) return std::nullopt;

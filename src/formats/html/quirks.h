@@ -1,4 +1,4 @@
-// Whether a document type declaration puts a page into quirks mode, by the list of public identifiers in the HTML
+// Says whether a document type declaration puts a page into quirks mode, by the list of public identifiers in the HTML
 // standard. Quirks mode matters here for one rule only: a table does not end a paragraph.
 #pragma once
 

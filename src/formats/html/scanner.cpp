@@ -115,7 +115,7 @@ bool HtmlScanner::at_name(std::size_t ahead, std::string_view lower_name, std::u
 
 // Comments and the like. Their content is never held.
 
-// Passes the first `last` in the rest of the window, or all of the rest. Returns where it stood, null for none.
+// Moves past the first `last` in the rest of the window, or to its end. Returns where `last` was found, or null.
 const char* HtmlScanner::pass(char last) {
   const std::string_view rest = reader_.window().substr(static_cast<std::size_t>(p_ - reader_.position()));
   const std::size_t found = rest.find(last);
@@ -235,8 +235,8 @@ const Token& HtmlScanner::rest_of_tag() {
   }
 }
 
-// Takes bytes of the tag, up to its end or that of the window. Returns how many bytes behind the ones taken say what
-// comes next, 0 at the end of the tag.
+// Takes bytes of the tag, up to its end or the end of the window. Returns how many further bytes decide what comes
+// next, or 0 at the end of the tag.
 std::size_t HtmlScanner::read_tag() {
   const std::string_view window = reader_.window();
   const char* const begin = window.data() + (p_ - reader_.position());
@@ -278,15 +278,16 @@ std::size_t HtmlScanner::read_tag() {
   return 1;
 }
 
-// Protection puts the placeholder of a script right behind an unquoted value; its ">" does not end the tag. The length
-// of one that begins `bytes`, which begin with a quote; 0 for none, nothing when more bytes must be seen.
+// Protection puts the placeholder of a script directly after an unquoted value, and its ">" does not end the tag.
+// Returns the length of the placeholder at the start of `bytes`, which begin with a quote; 0 when there is none;
+// nothing when more bytes are needed to decide.
 std::optional<std::size_t> HtmlScanner::quoted_placeholder(std::string_view bytes) const {
   using namespace html::placeholder;
   if (bytes.size() < kLongestPlaceholder && !reader_.exhausted()) return std::nullopt;
   return quoted_length(bytes);
 }
 
-// A character of a tag outside quotes that does not end it.
+// Takes a character that is outside quotes and does not end the tag.
 void HtmlScanner::step(char c) {
   const bool is_after_name = state_ == TagState::kAttributeName || state_ == TagState::kAfterName;
   if (state_ == TagState::kUnquoted) {

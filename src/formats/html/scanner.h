@@ -2,13 +2,12 @@
 //
 // This scanner and TokenScanner (tokens.h) read two languages. This one reads what a browser gets, so that the tree
 // shows what is not closed: "<?" and "<!" end at the first ">", and a "<!--" in a script may hide its end tag.
-// TokenScanner reads what the author wrote: server code is a token of its own, may stand anywhere in a tag, and may
-// hold ">" and quotes. The repair needs positions and the hash of a name, and no content of comments and scripts. A
+// TokenScanner reads what the author wrote: server code is a token of its own, may be anywhere in a tag, and may
+// contain ">" and quotes. The repair needs positions and the hash of a name, and no content of comments and scripts. A
 // translation needs the bytes, in whole characters of the page's coding, and the places of attributes; for 53 MB of
-// pages that takes 410 ms instead of 250 ms. What both must agree on stands once: elements.h, script_marker.h and
-// ascii.h.
+// pages that takes 410 ms instead of 250 ms. What both must agree on is in elements.h, script_marker.h and ascii.h.
 //
-// Bytes are read through a BlockReader window. A token that a block cuts in two is read on from where the scan stood,
+// Bytes are read through a BlockReader window. When a block cuts a token in two, the scan continues where it stopped,
 // so every byte is looked at once. Before the window moves on, everything up to the current token is released to the
 // listener, which writes it out. What can be long (comments, raw text, attribute values) is never held as a whole.
 //
@@ -94,7 +93,7 @@ class HtmlScanner {
   }
   // Brings [position, position + size) into the window and returns those bytes, fewer when the page ends first.
   std::string_view look_ahead(std::uint64_t position, std::size_t size);
-  // Passes over bytes of the window that belong to no token.
+  // Skips bytes of the window that do not belong to a token.
   void skip(std::size_t bytes) { p_ += bytes; }
   // Where the next token begins.
   std::uint64_t position() const { return p_; }

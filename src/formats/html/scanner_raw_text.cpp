@@ -8,7 +8,7 @@
 
 namespace kavo {
 
-// At "</": whether the end tag of the element stands here.
+// Called at "</". True when that begins the end tag of the element.
 bool HtmlScanner::at_end_tag(std::uint64_t name, std::uint64_t keep) {
   std::uint64_t hash = kNameHashSeed;
   constexpr std::size_t kLongestName = 16;

@@ -1,4 +1,4 @@
-// The coding that the scripts of a page declare: by directives of ASP and JSP, and by what they send to the server.
+// Finds the codings that the scripts of a page declare: in directives of ASP and JSP, and in headers that they send.
 #pragma once
 
 #include <string_view>
@@ -8,8 +8,8 @@
 
 namespace kavo::html {
 
-// Appends what the server blocks of `page` declare, in their order. A call counts by its literal, whatever the program
-// does with it.
+// Appends what the server blocks of `page` declare, in order. A call with a literal counts wherever it is in the
+// program.
 void add_script_declarations(std::string_view page, script::Language server, std::vector<CharsetDeclaration>& found);
 
 // True for a declaration that only a script can make.

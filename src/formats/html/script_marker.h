@@ -28,21 +28,22 @@ inline constexpr std::string_view kEscapedMarkerStart = "&lt;!-- ";
 inline constexpr std::string_view kEscapedBracket = "&gt;";
 inline constexpr std::string_view kLineEnd = "\r\n";
 
-// The longest text that must be in the window as a whole to be recognised.
+// The longest text that must be in the window completely to be recognised.
 inline constexpr std::size_t kLongestToken = kEscapedMarker.size();
 // A longer comment is not a placeholder. Protection writes at most 38 bytes, and an editor may add blanks.
 inline constexpr std::size_t kLongestPlaceholder = 256;
 
 using kavo::is_line_end;
 
-// The first line of a script file at or behind `from` that begins with the marker; the size of the text without one.
+// The first line of a script file at or after `from` that begins with the marker. Returns the size of the text when
+// there is none.
 inline std::size_t find_marker_line(std::string_view text, std::size_t from) noexcept {
   for (std::size_t at = text.find(kMarker, from); at != std::string_view::npos; at = text.find(kMarker, at + 1))
     if (at == 0 || is_line_end(text[at - 1])) return at;
   return text.size();
 }
 
-// The length of the placeholder in quotes that begins `bytes`, which begin with the quote; 0 for anything else.
+// The length of the quoted placeholder at the start of `bytes`, which begin with the quote; 0 when there is none.
 inline std::size_t quoted_length(std::string_view bytes) noexcept {
   if (!bytes.substr(1).starts_with(kMarker)) return 0;
   const std::size_t end = bytes.substr(0, kLongestPlaceholder).find(kQuotedEnd);

@@ -1,5 +1,5 @@
-// Follows server code that was not taken out of a page ("<% %>", "<?php ?>"). Nothing may be written there: an HTML
-// parser sees text and tags, the server sees a program.
+// Follows server code that was not taken out of a page ("<% %>", "<?php ?>"). An HTML parser sees text and tags there,
+// but the server sees a program, so nothing may be written.
 //
 // The bytes are read from the opening on as the server reads them. Only its own closing ends a block, and a tag with a
 // block in an attribute value ends where it would end without the block.

@@ -34,7 +34,7 @@ enum TagTrait : std::uint16_t {
   kLeavesForeign = 64,  // its start tag ends SVG and MathML content
   kVoid = 128,          // never has content
   kHeading = 256,       // h1 to h6: the end tag of one closes another
-  kHeadContent = 512,   // belongs into the head wherever it stands
+  kHeadContent = 512,   // belongs in the head wherever it is
   kTableChild = 1024,   // caption, col, colgroup, tbody, tfoot, thead, tr, td, th: has a place in tables only
   kRowGroup = 2048,     // tbody, tfoot, thead
 
@@ -46,7 +46,7 @@ enum TagTrait : std::uint16_t {
 
 extern const std::array<std::uint16_t, static_cast<std::size_t>(Tag::kCount)> kTagTraits;
 inline std::uint16_t traits_of(Tag tag) noexcept { return kTagTraits[static_cast<std::size_t>(tag)]; }
-// Any of `traits`.
+// True when the element has any of `traits`.
 inline bool has_trait(Tag tag, int traits) noexcept { return (traits_of(tag) & traits) != 0; }
 // The name in lower case; "" for kOther.
 std::string_view name_of(Tag tag) noexcept;

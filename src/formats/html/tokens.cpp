@@ -11,7 +11,7 @@
 namespace kavo::html {
 namespace {
 
-// Markup that begins with "<" and is not a tag, with its end. The first row that fits counts.
+// Markup that begins with "<" and is not a tag, with its end. The first row that matches counts.
 struct Enclosed {
   std::string_view opener;  // small letters
   std::string_view closer;
@@ -100,8 +100,8 @@ bool TokenScanner::next(PageToken& token) {
   return text(token);
 }
 
-// The comment "<!--[if lt IE 9]>" ends behind its condition: what follows is a page to some browsers. 0 for any other,
-// also for the conditions of word processors, behind which stand data.
+// The comment "<!--[if lt IE 9]>" ends after its condition, since what follows is page text for some browsers. Returns
+// 0 for any other comment, also for the conditions of word processors, which are followed by data.
 std::size_t TokenScanner::condition_size() {
   constexpr std::size_t kLongestCondition = 128;
   constexpr std::string_view kOpener = "<!--[if";
@@ -163,7 +163,7 @@ bool TokenScanner::enclosed(PageToken& token, TokenKind kind, std::string_view c
       const std::size_t size = end + closer.size();
       return give(token, size > kLongestToken ? TokenKind::kOverlong : kind, size);
     }
-    // The tail may be the beginning of the closer.
+    // The last bytes may be the beginning of the closer.
     if (window.size() >= closer.size()) from = std::max(from, window.size() - (closer.size() - 1));
     if (from > kLongestToken) {
       rest_ = Rest::kEnclosed;
@@ -187,8 +187,8 @@ bool TokenScanner::at_server_code_in_tag() {
   return true;
 }
 
-// At a quote in an unquoted value: skips the placeholder of a script that protection wrote right behind the value. Its
-// ">" does not end the tag.
+// Called at a quote in an unquoted value. Skips the placeholder of a script that protection wrote directly after the
+// value. Its ">" does not end the tag.
 bool TokenScanner::skip_wrapped_placeholder() {
   using namespace placeholder;
   has(at_ + kLongestPlaceholder);
@@ -197,12 +197,12 @@ bool TokenScanner::skip_wrapped_placeholder() {
   return length != 0;
 }
 
-// Reads on when all bytes of the tag so far have been looked at. Gives a piece of the tag and returns true when the tag
-// is too long to be held or the page ends in it.
+// Reads more bytes when all bytes of the tag so far have been looked at. When the tag is too long to be held, or the
+// page ends in it, makes a token of a piece of the tag and returns true.
 bool TokenScanner::tag_stops(PageToken& token) {
   if (at_ > kLongestToken || (rest_ == Rest::kTag && at_ != 0)) {
     rest_ = Rest::kTag;
-    // The last attribute may go on, and its quote decides where it ends.
+    // The last attribute may continue, and its quote decides where it ends.
     if (attributes_.size() > 1) attributes_.erase(attributes_.begin(), attributes_.end() - 1);
     return give(token, TokenKind::kOverlong, std::exchange(at_, 0));
   }
@@ -236,7 +236,7 @@ bool TokenScanner::tag_end(PageToken& token, TokenKind kind) {
   return give(token, is_overlong ? TokenKind::kOverlong : kind, size);
 }
 
-// At a "<": goes into the server code that begins there, if any; it may be a name or a value, or part of one.
+// Called at a "<". Enters the server code that begins there, if any. It may be a name or a value, or part of one.
 bool TokenScanner::enter_server_code() {
   const std::size_t begin = at_;
   if (state_ == TagState::kName || !at_server_code_in_tag()) return false;
@@ -252,7 +252,7 @@ bool TokenScanner::enter_server_code() {
   return true;
 }
 
-// False when the code goes on behind the window.
+// False when the code continues beyond the window.
 bool TokenScanner::leave_server_code() {
   const std::string_view window = input_.window();
   const std::size_t end = find(window, at_, closer_);
@@ -261,12 +261,12 @@ bool TokenScanner::leave_server_code() {
     state_ = outer_state_;
     return true;
   }
-  // The closer may have begun.
+  // The last bytes may be the beginning of the closer.
   if (window.size() >= closer_.size()) at_ = std::max(at_, window.size() - (closer_.size() - 1));
   return false;
 }
 
-// Takes the character at_, or leaves it to another state.
+// Takes the character at at_, or leaves it to another state.
 void TokenScanner::step(char c) {
   const bool ends_word = is_html_space(c) || c == '>' || c == '/';
   switch (state_) {

@@ -1,8 +1,8 @@
 // Cuts a page into texts, tags, comments and server code. Markup follows the tokenizer of the HTML Standard, server
 // code the rules of its server. scanner.h says why the repair of pages has a scanner of its own.
 //
-// A token is read where it stands in the window of the input, each byte once, wherever a block ends. The bytes of all
-// tokens in order are the page; no markup, however broken, is left out.
+// A token is read in place, in the window of the input, and each byte once, wherever a block ends. The bytes of all
+// tokens in order are the page. No markup is left out, however broken it is.
 #pragma once
 
 #include <cstddef>
@@ -103,7 +103,7 @@ class TokenScanner {
   bool is_raw_ = false;
   bool raw_has_references_ = false;
   std::string raw_name_;
-  std::size_t name_ = 0;  // of the tag, as places in its bytes
+  std::size_t name_ = 0;  // where the tag's name begins and ends in its bytes
   std::size_t name_end_ = 0;
 };
 

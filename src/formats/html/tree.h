@@ -120,7 +120,7 @@ class HtmlTree {
   // Whether there is, among the formatting elements since the last marker, an entry that is not open and that a parser
   // of the repaired page has as well.
   bool has_naturally_closed() const;
-  // The same for one name: anywhere since the last marker among the first `entries`.
+  // The same for one name, among the first `entries` and after their last marker.
   bool has_naturally_closed(Tag tag, std::size_t entries) const;
   // The index of the last marker among the first `entries`; 0 when there is none.
   std::size_t last_marker(std::size_t entries) const;
@@ -135,7 +135,8 @@ class HtmlTree {
   void close_current(bool keep_for_reopening);
   // Gives the current element none: the end tag of an element around it follows and closes it, too.
   void leave_current();
-  // Whether the element's content has formatting elements of its own. Their part of the list is cleared when it ends.
+  // True when the element's content has formatting elements of its own. Their part of the list is cleared when the
+  // element ends.
   static bool sets_marker(const OpenElement& element);
   void clear_to_marker();
   // From this entry of formatting() on, elements that were closed early are not reopened any more.
@@ -149,7 +150,7 @@ class HtmlTree {
   bool scope_holds(Tag tag, std::size_t below) const;  // in button scope, among the elements below an index
   bool heading_in_scope(std::size_t below) const;
 
-  // The steps that searches took so far, not counting the one that found something.
+  // How many steps searches have taken so far, not counting each search's last one.
   std::uint64_t steps() const { return steps_; }
 
  private:

@@ -11,7 +11,7 @@ void HtmlTree::start_formatting(const StartTag& tag) {
   push_formatting(tag);
 }
 
-// An anchor never stands in another: its start tag closes the open one first.
+// An anchor is never inside another one: its start tag closes the open one first.
 void HtmlTree::close_anchor(const StartTag& tag) {
   for (std::size_t i = list_.size(); i-- > 0 && list_[i].number != 0; ++steps_) {
     if (list_[i].tag != Tag::kA) continue;
@@ -230,7 +230,7 @@ void HtmlTree::reconstruct() {
   for (; first > 0 && list_[first - 1].number != 0 && !list_[first - 1].open; ++steps_) --first;
   observer_.reopening(first);
   reopened_ = true;
-  // Entries that the observer cannot write down it may have forgotten by now.
+  // The observer may have given up entries that it cannot write down.
   for (std::size_t i = first; i < list_.size(); ++i) {
     FormattingEntry& entry = list_[i];
     OpenElement element;

@@ -13,7 +13,7 @@ void HtmlTree::start_raw(const StartTag& tag, Content content) {
   mode_ = Mode::kText;
 }
 
-// Handles a start tag that belongs into the head wherever it stands. False for any other.
+// Handles a start tag that belongs in the head wherever it is. False for any other.
 bool HtmlTree::start_in_head(const StartTag& tag) {
   if (!has_trait(tag.tag, kHeadContent)) return false;
   switch (tag.tag) {

@@ -30,7 +30,7 @@ constexpr std::u16string_view kTornScript =
 constexpr std::string_view kGlueMark = "<!--htmlglue";
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 
-// Tries another name when a process has taken the one drawn.
+// Tries another random name when another process has just taken the first one.
 void open_temporary(std::optional<PendingFile>& file, const std::u16string& final_path) {
   constexpr int kAttempts = 100;
   clsGetTempFileName names;
@@ -44,7 +44,7 @@ void open_temporary(std::optional<PendingFile>& file, const std::u16string& fina
   }
 }
 
-// The backup of the page as it was. Destruction deletes a backup that was not there before, unless it is kept.
+// The backup of the original page. The destructor deletes a backup that was not there before, unless keep() was called.
 class BackupCopy {
  public:
   BackupCopy() = default;
@@ -85,7 +85,7 @@ std::int32_t clsHTMLValidate::failed(TextRow row, const failure& reason) {
   return 1;
 }
 
-// `start`: of the page, long enough for its first mark.
+// `start` is the beginning of the page, long enough for a byte order mark.
 std::optional<Message> clsHTMLValidate::reason_to_leave(std::string_view start) const {
   if (start.starts_with(kUtf8Mark)) start.remove_prefix(kUtf8Mark.size());
   if (begins_with_ignoring_case(start.data(), start.data() + start.size(), kGlueMark)) {
@@ -151,7 +151,7 @@ std::int32_t clsHTMLValidate::HTMLValidate() {
   }
 
   repair(*reader, output ? &*output : nullptr);
-  // A page without a repair is not written: writing the same bytes again could only lose them.
+  // A page without a repair is not written. Writing the same bytes again can only do harm.
   if (repairs_ == 0 || check_only_) {
     backup.keep();
     return 0;

@@ -9,8 +9,8 @@
 // - a repaired page is not repaired again and reports no repair. What had to be left alone (3014, 3017, 3018) is still
 //   there and is reported again.
 //
-// At the end of the page, elements that are still open are closed before </BODY> or </HTML> when only these tags,
-// comments and white space follow, else behind everything, one on each line. An element that is not in the table is
+// At the end of the page, elements that are still open are closed, one on each line: before </BODY> or </HTML> when
+// only these tags, comments and white space follow, otherwise after everything. An element that is not in the table is
 // closed only where a listed one could not be closed without it. With an empty table nothing is checked. Server code
 // that was not taken out is copied unchanged.
 #pragma once
@@ -39,7 +39,7 @@ bool tells_repair(const Message& message);
 class clsHTMLValidate {
  public:
   // Checks and repairs the page `Filename`. Returns 0 on success, or 1 with the reason as the last message. Throws
-  // `failure` when the page cannot be read to its end or the repaired text cannot be written, and what a Progress
+  // `failure` when the page cannot be read to its end or the repaired text cannot be written. Passes on what a Progress
   // handler throws. A call that fails leaves the page as it was.
   std::int32_t HTMLValidate();
 
@@ -62,18 +62,18 @@ class clsHTMLValidate {
   // The handler of the Progress event, raised with the percentage of the page read when it grows.
   void Progress(ProgressEvent::Handler handler) { progress_.handler(std::move(handler)); }
 
-  // To be set when the page ends at the placeholder of a script that never ends. What is open there is reported and
-  // stays open, since end tags would be script in the restored page.
+  // Set this when the page ends at the placeholder of a script that never ends. Elements that are open there are
+  // reported and stay open, since end tags would become script in the restored page.
   void ends_in_script(bool value) { ends_in_script_ = value; }
   // The script file made with the page, and the language of its server blocks until it declares another one. When set,
-  // no end tag is written into another branch of a script's condition than that of its start tag, and a page is left as
-  // it is when a script of PHP goes on where the page seems to. `origin` maps places of the script file.
+  // no end tag is written into another branch of a script's condition than that of its start tag, and a page is left
+  // unchanged when PHP code continues where page text seems to begin. `origin` maps places of the script file.
   void scripts(std::u16string file, script::Language server, PlaceOrigin origin = {}) {
     script_file_ = std::move(file);
     server_language_ = server;
     script_origin_ = std::move(origin);
   }
-  // Maps places of the page to places of the document that it was made of. Messages then name the latter.
+  // Maps places in the page to places in the document from which the page was made. Messages then name the latter.
   void origin(PlaceOrigin origin) { origin_ = std::move(origin); }
   // When set, HTMLValidate() records where the bytes of the repaired page come from. The trail is borrowed and must be
   // empty.
@@ -86,7 +86,8 @@ class clsHTMLValidate {
  private:
   std::int32_t failed(TextRow row, const failure& reason);
   void repair(BlockReader& page, PendingFile* output);
-  // Why the page is not repaired at all. Throws `failure` when the script file cannot be read.
+  // The reason why the page is not repaired at all, if there is one. Throws `failure` when the script file cannot be
+  // read.
   std::optional<Message> reason_to_leave(std::string_view start) const;
 
   TagTable tags_;

@@ -40,8 +40,8 @@ bool EndTagRules::is_obstacle(std::size_t index, const Closing& what) const {
   return has_trait(element.tag, kSpecial);
 }
 
-// An end tag further on may name a formatting element that was closed early. Were another element of that name open,
-// the end tag would close that one in the repaired page.
+// A later end tag may name a formatting element that was closed early. If another element with that name were open, the
+// end tag would close that one in the repaired page.
 bool EndTagRules::is_sole_of_its_name(std::size_t index, std::size_t first, const Closing& what) const {
   const auto& stack = tree_.stack();
   const OpenElement& element = stack[index];
@@ -124,8 +124,8 @@ EndTagRules::OpenAtEnd EndTagRules::open_at_end(bool may_edit) const {
   OpenAtEnd open{.bottom = 0, .lowest = stack.size(), .is_complete = true};
   while (open.bottom < stack.size() && (stack[open.bottom].tag == Tag::kHtml || stack[open.bottom].tag == Tag::kBody))
     ++open.bottom;
-  // An end tag finds formatting elements only as far as the last marker, and a parser may keep a marker whose element
-  // is gone.
+  // An end tag finds formatting elements only back to the last marker, and a parser may keep a marker whose element is
+  // gone.
   const auto marked = std::count_if(stack.begin(), stack.end(), HtmlTree::sets_marker);
   const auto markers = std::count_if(tree_.formatting().begin(), tree_.formatting().end(),
                                      [](const FormattingEntry& entry) { return entry.number == 0; });

@@ -29,8 +29,8 @@ class EndTagRules {
   // above it. The stack's size when there is none, or with `all` when what.first itself cannot be closed.
   std::size_t first_to_close(std::size_t from, const Closing& what, bool all) const;
 
-  // For each open element from `lowest` on (which is wanted): whether it needs no end tag, because a wanted element
-  // around it closes it. Between the two stand only elements that need none either.
+  // For each open element from `lowest` on (which is wanted): true when it needs no end tag, because a wanted element
+  // around it closes it. The elements between the two need none either.
   using IsWanted = bool (EndTagRules::*)(const OpenElement& element) const;
   std::vector<bool> without_end_tag(std::size_t lowest, bool is_forgotten, IsWanted is_wanted) const;
 
@@ -38,8 +38,8 @@ class EndTagRules {
   bool is_wanted_at_end(const OpenElement& element) const;
   struct OpenAtEnd {
     std::size_t bottom;  // the lowest element inside the body
-    std::size_t lowest;  // of those wanted, the lowest that can be closed with all above it
-    bool is_complete;    // all of those wanted can be closed
+    std::size_t lowest;  // the lowest wanted element that can be closed with all above it
+    bool is_complete;    // all wanted elements can be closed
   };
   OpenAtEnd open_at_end(bool may_edit) const;
 

@@ -11,7 +11,8 @@ namespace {
 
 // The longest opening text that is written again. A longer one holds data, not formatting.
 constexpr std::size_t kLongestOpeningText = 4096;
-// Repairs may add this many bytes for each byte of the page. A hostile page could otherwise grow to its square.
+// Repairs may add this many bytes for each byte of the page. Otherwise a hostile page could grow to the square of its
+// size.
 constexpr std::uint64_t kGrowth = 16;
 constexpr std::uint64_t kFreeGrowth = 64 * 1024;
 // The steps that searches through the open elements may take for each byte of the page. Real pages need less than one.
@@ -136,7 +137,7 @@ void HtmlRepair::blanks(std::uint64_t begin, std::uint64_t end) {
     else
       tree_.blank();
   } else if (tree_.blank_reopens() && tree_.has_closed_early()) {
-    // White space at the very end reopens nothing: the reopened elements would hold nothing else.
+    // White space at the very end reopens nothing, because the reopened elements would contain nothing else.
     if (tree_.text_stays_here() && ahead_.rest(begin, tree_.after_body(), tree_.body_end_counts()) != PageRest::kMore)
       tree_.forget_closed_early(0);
     else if (tree_.after_body() && scanner_.look_ahead(end, 4) == "<!--")

@@ -1,13 +1,13 @@
 // One run over a page: writes it out with its tag structure repaired.
 //
-// A repair writes down what an HTML parser would do anyway: an end tag where it closes an element, the opening text
-// where it opens a formatting element again. So the page means the same to a parser before and after, and a repaired
-// page needs no repair. Where the same result cannot be reached by writing tags at that place (a parser moves blocks
-// around when an inline element crosses one), the bytes stay and a message says why.
+// A repair writes down what an HTML parser would do anyway: an end tag where the parser closes an element, and the
+// opening text where it opens a formatting element again. So the page means the same to a parser before and after, and
+// a repaired page needs no repair. Where the same result cannot be reached by writing tags at that place (a parser
+// moves blocks around when an inline element crosses one), the bytes stay and a message says why.
 //
 // An element that is not in the table gets an end tag only where a listed one could not be closed without it. <b><s>1
-// ends as <b><s>1</B>: the end tag of B closes S as well, and nothing follows that would reopen it. In <b><div>1 a
-// parser would move things around at </B>, so </DIV> comes first. At the end of the page each end tag gets a line of
+// becomes <b><s>1</B>: the end tag of B closes S as well, and nothing follows that would reopen S. In <b><div>1 a
+// parser would move elements around at </B>, so </DIV> comes first. At the end of the page each end tag gets a line of
 // its own, except where an element was left open, which the line end would open again. With an empty table nothing is
 // checked, neither paragraphs nor stray brackets.
 #pragma once
@@ -41,10 +41,10 @@ class HtmlRepair final : private TreeObserver, private ScannerListener {
   // Borrows all its arguments. Without `output` nothing is written and repairs are only counted; `trail` may be null.
   HtmlRepair(BlockReader& reader, const TagTable& table, PendingFile* output, MessageList& messages, CopyTrail* trail,
              ProgressEvent& progress);
-  // Maps the places that messages name. Without it they are places of the page itself.
+  // Maps the places that messages name. Without it messages name places in the page itself.
   void origin(PlaceOrigin origin) { report_.origin(std::move(origin)); }
 
-  // When set, nothing is written behind the page's last byte.
+  // When set, nothing is written after the page's last byte.
   void ends_in_script(bool value) { ends_in_script_ = value; }
   // Borrowed. When set, no end tag is written into another branch than that of its start tag.
   void branches(ScriptBranches* value) {

@@ -18,14 +18,14 @@ class RepairReport {
  public:
   // Borrows both.
   RepairReport(const TagTable& table, MessageList& messages) : table_(table), messages_(messages) {}
-  // Maps the places that messages name. Without it they are places of the page itself.
+  // Maps the places that messages name. Without it messages name places in the page itself.
   void origin(PlaceOrigin origin) { origin_ = std::move(origin); }
 
   void add(TextRow row, const PagePlace& place, std::string_view element, std::string_view other = {});
   // Says how many messages were left out beyond the limit.
   void finish();
 
-  // As messages show them: a name of the table in its spelling, any other in capital letters.
+  // The name as messages show it: a name of the table in the table's spelling, any other in capital letters.
   std::string name_of_element(Tag tag, int listed) const;
 
  private:

@@ -29,7 +29,8 @@ void RepairedPage::replace(std::uint64_t begin, std::uint64_t end, std::string_v
   growth_ += text.size() - (end - begin);
 }
 
-// Writes nothing before the first repair, since most pages need none. The first one reads what went before once more.
+// Nothing is written before the first repair, since most pages need none. The first repair reads the bytes before it
+// once more.
 void RepairedPage::write_repair(std::string_view text) {
   if (repairs_++ == 0 && output_ != nullptr) {
     BlockReader page(output_->final_path());

@@ -34,7 +34,7 @@ class RepairedPage {
   CopyTrail* trail_;
   std::uint64_t copied_ = 0;  // bytes of the page in the output, once there is a repair
   std::uint64_t inserted_ = 0;
-  std::uint64_t growth_ = 0;  // what a place in the output is ahead of its place in the page
+  std::uint64_t growth_ = 0;  // how far a place in the output is ahead of its place in the page
   std::uint64_t repairs_ = 0;
 };
 

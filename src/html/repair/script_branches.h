@@ -1,7 +1,7 @@
-// Which parts of a page belong to one branch of its scripts' conditions and loops.
+// Finds out which parts of a page belong to the same branch of its scripts' conditions and loops.
 //
 // An element that begins in one branch and would be closed in another one may never have been opened when the server
-// gets there. The script file beside the page says what each placeholder is.
+// gets there. The script file beside the page says what each placeholder stands for.
 #pragma once
 
 #include <cstdint>
@@ -23,11 +23,11 @@ class ScriptBranches {
   ScriptBranches(std::u16string_view script_file, script::Language server)
       : scripts_(script_file, true), languages_(server) {}
 
-  // The placeholder that stands at `position` of the page. They come in order; those in tags may be left out. When the
-  // script file does not hold it, the rest of the page is one branch.
+  // Takes the placeholder at `position` of the page. Placeholders come in order; those in tags may be left out. When
+  // the script file does not hold one, the rest of the page counts as one branch.
   void placeholder(std::string_view marker, std::uint64_t position);
   Branch current() const { return open_.back(); }
-  // The branch at a place that was passed.
+  // The branch at `position`. Every placeholder before it must have been handed in.
   Branch at(std::uint64_t position) const;
 
  private:

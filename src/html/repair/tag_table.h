@@ -24,7 +24,7 @@ class TagTable {
   void text(std::u16string_view value);
 
   bool empty() const noexcept { return entries_.empty(); }
-  // The index of the element's entry, kNotListed without one. Of two entries with one name the first counts.
+  // The index of the element's entry, or kNotListed. Of two entries with the same name the first counts.
   int find(std::uint64_t name_hash) const noexcept {
     for (std::size_t slot = name_hash % kSlots;; slot = (slot + 1) % kSlots)
       if (slots_[slot] == kEmpty || hashes_[static_cast<std::size_t>(slots_[slot])] == name_hash) return slots_[slot];

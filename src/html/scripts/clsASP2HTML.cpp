@@ -20,7 +20,8 @@
 namespace kavo {
 namespace {
 
-// These texts are those of two buttons, deliberately: hosts know the messages by number and text.
+// These messages share their numbers and texts with two buttons, deliberately: hosts know the messages by number and
+// text.
 constexpr TextRow kNoFileName = text::kMore;
 constexpr TextRow kFileFailed = text::kLess;
 
@@ -28,7 +29,7 @@ constexpr TextRow kFileFailed = text::kLess;
   throw file_failure(path, u"The file is UTF-16 text. Save it as UTF-8 or in the system's code page and try again.");
 }
 
-// Were an output the input or the other output, one document would end with the bytes of another.
+// If an output were also the input or the other output, one document would overwrite another.
 void refuse_shared_names(const PageNames& names) {
   const auto check = [](const std::u16string& a, const std::u16string& b) {
     if (!a.empty() && !b.empty() && about_file(b, [&] { return is_same_file(a, b); }))

@@ -23,8 +23,8 @@ class ScriptRestorer;
 
 class clsASP2HTML {
  public:
-  // Both return 0, or 1 with the reason in ErrorList(). They remove everything new and let pass what a Progress handler
-  // throws, and `interruption`.
+  // Both return 0, or 1 with the reason in ErrorList(). What a Progress handler throws, and an `interruption`, pass
+  // through after everything new has been removed.
   std::int32_t ASP2HTML();
   std::int32_t HTML2ASP();
 
@@ -38,14 +38,14 @@ class clsASP2HTML {
   const std::u16string& SCRFile() const { return names_.script; }
   void SCRFile(std::u16string_view value) { names_.script = value; }
 
-  // Whether the page of the last ASP2HTML() ends inside a block whose closing delimiter never comes. Text written
-  // behind its placeholder becomes script when the page is restored.
+  // True when the page of the last ASP2HTML() ends inside a block that is never closed. Text that is written after its
+  // placeholder becomes script when the page is restored.
   bool ends_in_script() const { return ends_in_script_; }
 
   // What did not fit together in the files of the last HTML2ASP(): a placeholder for which the script file has no block
   // (it is taken out), a block that no placeholder names (its script is lost), a script file that ends inside a block.
-  // A placeholder that stands twice is reported, too; its script is written at both places, which a translation may
-  // need. At most one message for each kind, naming the first place. They are not in ErrorList() when the call
+  // A placeholder that occurs twice is reported, too; its script is written at both places, since a translation may
+  // need that. At most one message for each kind, naming the first place. They are not in ErrorList() when the call
   // succeeded. Empty when the call failed for another reason.
   const MessageList& warnings() const { return warnings_; }
   // When set, an HTML2ASP() that would lose script writes nothing and fails, with these warnings as its errors.

@@ -44,7 +44,8 @@ bool is_same(std::u16string_view a, std::u16string_view b) {
 std::u16string compare_with_new_pair(const PageNames& names, bool has_html, bool has_script) {
   BlockReader page(names.page);
   if (starts_as_utf16(page)) return has_html ? names.html : names.script;  // UTF-16 pages are never protected
-  // Never committed: the files made here for comparison are removed again, also when the program is killed.
+  // This run is never committed, so the files made here for comparison are removed again, even when the program is
+  // killed.
   FolderRun scratch(names.html);
   PendingFile html(names.html);
   PendingFile script(names.script);
@@ -55,7 +56,7 @@ std::u16string compare_with_new_pair(const PageNames& names, bool has_html, bool
   script.complete();
   if (has_script && !is_same(script.temporary_path(), names.script)) return names.script;
   if (!has_html || is_same(html.temporary_path(), names.html)) return {};
-  // The command keeps repairs in their branches, the automation object does not.
+  // The command keeps repairs within branches, the automation object does not.
   for (const bool keeps_branches : {false, true}) {
     const std::u16string copy = scratch.scratch_path(file_name_of(names.html));
     copy_file(html.temporary_path(), copy);
@@ -63,8 +64,7 @@ std::u16string compare_with_new_pair(const PageNames& names, bool has_html, bool
     repair.Filename(copy);
     repair.ends_in_script(protector.ends_in_script());
     if (keeps_branches) repair.scripts(script.temporary_path(), language_of_page(names.page));
-    if (repair.HTMLValidate() != 0)
-      throw failure(FailureNumber::kPathFileAccess, repair.ErrorList().back().text);
+    if (repair.HTMLValidate() != 0) throw failure(FailureNumber::kPathFileAccess, repair.ErrorList().back().text);
     if (is_same(copy, names.html)) return {};
   }
   return names.html;

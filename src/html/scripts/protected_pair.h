@@ -1,4 +1,4 @@
-// Whether the protected page and the script file beside a server page may be replaced without asking.
+// Says whether the protected page and the script file beside a server page may be replaced without asking.
 #pragma once
 
 #include <string>

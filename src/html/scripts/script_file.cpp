@@ -9,16 +9,16 @@
 namespace kavo {
 namespace {
 
-// The part of a marker line by which its block is looked up: as far as the first end of a comment. "" for a line
-// without one, or with one too far behind: no placeholder fits it.
+// The part of a marker line by which its block is looked up: up to the first end of a comment. "" for a line that has
+// none, or has it too far from the beginning, since no placeholder matches that.
 std::string_view placeholder_in(std::string_view line) {
   line = line.substr(0, html::placeholder::kLongestPlaceholder);
   const auto end = line.find(html::placeholder::kMarkerEnd);
   return end == line.npos ? std::string_view() : line.substr(0, end + html::placeholder::kMarkerEnd.size());
 }
 
-// The bytes of the line end behind a block's text. Protection writes CR LF. A tool that changed the line ends of the
-// script file leaves CR or LF alone, which must not cost the text a byte.
+// The bytes of the line end behind a block's text. Protection writes CR LF. A tool that has changed the line ends of
+// the script file leaves a single CR or LF. The text must not lose a byte then.
 std::size_t line_end_length(std::string_view text) {
   if (text.ends_with(html::placeholder::kLineEnd)) return 2;
   return !text.empty() && html::placeholder::is_line_end(text.back()) ? 1 : 0;
@@ -36,7 +36,7 @@ bool ScriptFile::find(std::string_view placeholder) {
   };
   if (is_it(reader_.position())) return true;
   if (!indexed_) build_index();
-  // Reading tells apart placeholders that share a hash.
+  // Two placeholders may share a hash, so the line itself is compared.
   if (index_.find(fnv_hash(placeholder), reader_.position(), is_it)) return true;
   go_to(reader_.size());
   return false;
@@ -46,7 +46,8 @@ void ScriptFile::read_block(const Sink& sink) { pass_to_marker(sink); }
 
 // Passes on the bytes up to the next line that begins with the marker, or to the end, without the line end before it.
 void ScriptFile::pass_to_marker(const Sink& sink) {
-  // The line end that is not passed on may be needed again; it also shows that a "<" begins a line.
+  // Keeps the last line end back: it may turn out to be the one that is not passed on, and it shows that a "<" begins a
+  // line.
   constexpr std::size_t kHeld = 2;
   const auto pass = [&](std::size_t count) {
     if (count == 0) return;
@@ -80,7 +81,7 @@ void ScriptFile::pass_to_marker(const Sink& sink) {
   }
 }
 
-// Goes behind the line and returns true when the line begins with the placeholder.
+// When the line begins with the placeholder, skips the line and returns true.
 bool ScriptFile::skip_line_of(std::string_view placeholder) {
   fill(placeholder.size());
   if (!reader_.window().starts_with(placeholder)) return false;

@@ -1,7 +1,7 @@
 // The script side file of a page, from which HTML2ASP takes the blocks back.
 //
-// A placeholder names its block: the first line that begins with it, from the end of the block before, else from the
-// start of the file. A page whose placeholders stand in their original order is served by reading on. The first
+// A placeholder names its block: the first line that begins with it, searched from the end of the last block, then from
+// the start of the file. A page whose placeholders stand in their original order is served by reading on. The first
 // placeholder out of order builds an index of the whole file (16 bytes a block), so that no lookup scans. Block texts
 // are copied through a window: a block may be larger than memory.
 //
@@ -26,7 +26,7 @@ class ScriptFile {
   // Opens the file for reading. Throws `failure`, as all operations do.
   explicit ScriptFile(std::u16string_view path) : reader_(path) {}
 
-  // To be called before the first find().
+  // Call it before the first find().
   bool is_utf16() { return starts_as_utf16(reader_); }
   // Goes to the text of the block with this placeholder. False when there is none; the next find() then searches the
   // whole file.
@@ -37,14 +37,14 @@ class ScriptFile {
 
   // How often find() found a block that it had found before.
   std::uint64_t repeated() const { return repeated_; }
-  // Blocks that find() never found. A line that begins like a placeholder but is none counts as well: no placeholder
-  // fits it.
+  // Blocks that find() never found. A line that begins like a placeholder without being one counts as well, since no
+  // placeholder matches it.
   struct Unused {
     std::uint64_t count = 0;
     std::uint64_t position = 0;  // of the first one's placeholder in the file, in bytes from 0
     std::string placeholder;     // its line
   };
-  // To be called after the last find(). Reads the file to its end.
+  // Call it after the last find(). Reads the file to its end.
   Unused unused();
   // After unused(): whether the file ends inside its last block. Every block that protection writes ends with a line
   // end. An editor may drop the last line end of the file, but it leaves the ">" of the script.
@@ -68,8 +68,8 @@ class ScriptFile {
   BlockReader reader_;                               // stands where the next search starts
   LookupIndex<std::uint64_t, std::uint64_t> index_;  // hash of a placeholder, position of its line
   bool indexed_ = false;
-  std::uint64_t in_order_ = 0;         // blocks found before there was an index: the first ones of the file
-  std::vector<std::uint64_t> blocks_;  // with the index: where their placeholders stand, in order
+  std::uint64_t in_order_ = 0;         // how many blocks at the start of the file were found before there was an index
+  std::vector<std::uint64_t> blocks_;  // with the index: where the placeholders of all blocks are, in order
   std::vector<bool> used_;             // and which of them were found
   std::uint64_t repeated_ = 0;
   bool in_block_ = false;  // the reader stands in a block's text

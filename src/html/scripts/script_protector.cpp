@@ -93,11 +93,12 @@ const char* ScriptProtector::page_bracket(const char* p) {
 const char* ScriptProtector::page_escape(const char* p) {
   if (!begins_with_ignoring_case(p, end_, html::placeholder::kEscapedMarker)) return p + 1;
   begin_block(Block::kComment, p);
-  // Inside a comment the block takes the rest of the comment too: a placeholder ends with the end of a comment.
+  // Inside a comment the block includes the rest of the comment, because a placeholder ends with the end of a comment.
   return in_comment_ ? p + 1 : end_block(p + html::placeholder::kEscapedMarker.size());
 }
 
-// A ">" that ends a comment inside a tag counts for the tag too, deliberately: earlier versions prepared pages so.
+// A ">" that ends a comment inside a tag also counts for the tag, deliberately: earlier versions prepared pages that
+// way.
 void ScriptProtector::closing_bracket(const char* p) {
   if (in_comment_) in_comment_ = !ends_comment(p);
   if (!in_comment_ && in_tag_ && !in_quotes_ && --tag_depth_ == 0) in_tag_ = false;
@@ -173,7 +174,7 @@ const char* ScriptProtector::begin_comment_block(const char* p) {
   return split_block(p);
 }
 
-// Begins a new block behind the "<" at p.
+// Begins a new block after the "<" at p.
 const char* ScriptProtector::split_block(const char* p) {
   flush(p + 1);
   write(script_, html::placeholder::kLineEnd);
@@ -184,7 +185,7 @@ const char* ScriptProtector::split_block(const char* p) {
 const char* ScriptProtector::end_block(const char* p) {
   flush(p);
   write(script_, html::placeholder::kLineEnd);
-  // Leaves the tag depth as it is, deliberately: earlier versions prepared pages so.
+  // The tag depth stays as it is, deliberately: earlier versions prepared pages that way.
   if (block_ == Block::kScript) in_quotes_ = in_tag_ = false;
   block_ = Block::kNone;
   return p;
@@ -212,7 +213,7 @@ void ScriptProtector::write_placeholder(const char* p) {
   write(script_, html::placeholder::kLineEnd);
 }
 
-// Whether a block at p, in a tag and outside quotes, stands where an attribute would stand rather than its value.
+// True when a block at p, in a tag and outside quotes, is in the place of an attribute, not of a value.
 bool ScriptProtector::needs_attribute_name(const char* p) const {
   const auto back = [&](std::size_t count) {
     return std::string_view(p - std::min<std::size_t>(count, static_cast<std::size_t>(p - begin_)), p);
@@ -220,7 +221,7 @@ bool ScriptProtector::needs_attribute_name(const char* p) const {
   if (block_ == Block::kNone) {
     // Restoring would take the page's own "ASP2HTML=" for the added name. A name of our own keeps the two apart.
     if (back(html::placeholder::kAttributeName.size()) == html::placeholder::kAttributeName) return true;
-    // Behind "&lt;!-- " the name would make an escaped placeholder.
+    // After "&lt;!-- " the name would form an escaped placeholder.
     const std::string_view start = back(html::placeholder::kEscapedMarkerStart.size());
     if (begins_with_ignoring_case(start.data(), start.data() + start.size(), html::placeholder::kEscapedMarkerStart))
       return false;

@@ -1,7 +1,7 @@
 // Cuts the script blocks out of a page: the scanner behind clsASP2HTML::ASP2HTML.
 //
 // The page keeps a numbered placeholder for each block, the script file gets the placeholder and the block's text.
-// Everything else of the page passes through byte by byte.
+// Everything else in the page passes through unchanged.
 //
 // Restoring finds placeholders by their text alone, so text of the page that looks like one would be lost. Such text is
 // protected as well, in the same formats. A comment "<!-- ASP2HTML ..." becomes blocks of its own, and so do its
@@ -39,7 +39,7 @@ class ScriptProtector {
   // kComment: a comment of the page itself that looks like a placeholder.
   enum class Block { kNone, kAsp, kPhp, kScript, kComment };
 
-  // Each goes on from a place in the window and returns the place where the scan continues.
+  // Each begins at a place in the window and returns the place where the scan continues.
   const char* scan(const char* p);
   const char* next_event(const char* p) const;
   const char* page_event(const char* p);

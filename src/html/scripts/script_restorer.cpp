@@ -28,7 +28,7 @@ void ScriptRestorer::run(BlockReader& input, std::u16string_view input_name, Pro
 
 const char* ScriptRestorer::scan(const char* p) {
   for (;;) {
-    // Lines matter only while an escaped marker waits for its end.
+    // Line ends matter only while an escaped marker is open.
     p = escapes_ == 0 ? find_any<'<', '&'>(p, end_) : find_any<'<', '&', '\r', '\n'>(p, end_);
     if (p == end_) return p;
     if (html::placeholder::is_line_end(*p)) {
@@ -62,7 +62,7 @@ const char* ScriptRestorer::ampersand(const char* p) {
   return run_ = p + html::placeholder::kEscapedBracket.size();
 }
 
-// A marker of this length stands at p. The escaped marker is the longer of the two.
+// Called at a marker of this length. The escaped marker is the longer of the two.
 const char* ScriptRestorer::marker(const char* p, std::size_t length) {
   const std::size_t escapes = escapes_;
   text_ = html::placeholder::kMarker;
@@ -81,7 +81,7 @@ const char* ScriptRestorer::marker(const char* p, std::size_t length) {
   return p;
 }
 
-// The marker begins no placeholder. It stays, but loses its escaping.
+// Called for a marker that does not begin a placeholder. It stays, but loses its escaping.
 const char* ScriptRestorer::plain_marker(const char* p, std::size_t length) {
   if (length == html::placeholder::kMarker.size()) return p + length;
   flush(p);
@@ -114,7 +114,8 @@ ScriptRestorer::Found ScriptRestorer::read_placeholder(const char*& p) {
   return Found::kNone;
 }
 
-// Writes the block of the placeholder in text_, which stands from p to `behind`. Drops what protection added around it.
+// Writes the block of the placeholder in text_, which reaches from p to `behind` in the page. Drops what protection
+// added around it.
 void ScriptRestorer::restore(const char* p, const char* behind) {
   const std::string_view before(run_, p);
   if (std::string_view(text_).ends_with(html::placeholder::kWrappedEnd) && behind != end_ && *behind == '"') {

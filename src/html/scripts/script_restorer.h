@@ -33,8 +33,8 @@ class ScriptRestorer {
   const Missing& missing() const { return missing_; }
 
  private:
-  // Each goes on from a place in the window and returns the place where the scan continues. It returns the same place
-  // when the bytes there can only be judged together with those that follow.
+  // Each begins at a place in the window and returns the place where the scan continues. It returns the same place when
+  // the bytes there can only be judged together with those that follow.
   const char* scan(const char* p);
   const char* ampersand(const char* p);
   const char* marker(const char* p, std::size_t length);

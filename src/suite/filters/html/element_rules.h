@@ -1,4 +1,4 @@
-// What the user and the page say of an element: inline or not, translated or left alone.
+// What the user and the page say about an element: whether it is inline, and whether it is translated or left alone.
 #pragma once
 
 #include <string>
@@ -13,14 +13,14 @@ namespace kavo::html {
 
 class ElementRules {
  public:
-  // Reads "html.inline-elements", "html.excluded-elements" and "html.text-elements". What the user says goes before
-  // what the page says.
+  // Reads "html.inline-elements", "html.excluded-elements" and "html.text-elements". The user's word counts more than
+  // the page's.
   explicit ElementRules(const FilterOptions& options);
 
-  // The element of a name. One that the user calls inline is like one that HTML does not know.
+  // The element with this name. An element that the user declares inline is treated like one that HTML does not know.
   const Element& find(std::string_view name) const;
-  // By the attribute "translate" of the HTML Standard, or the class "notranslate", which machine translation services
-  // honour.
+  // True by the attribute "translate" of the HTML Standard, or by the class "notranslate", which machine translation
+  // services honour.
   bool is_left_alone(const StartTag& tag) const;
   // Whether the element's texts are translated inside one that is left alone.
   bool is_translated(const StartTag& tag) const;

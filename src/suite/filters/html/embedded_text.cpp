@@ -25,7 +25,7 @@ bool begins_with(std::string_view text, std::string_view lower_case) {
   return script::equal_word(text.substr(0, lower_case.size()), lower_case);
 }
 
-// "%20" in an address: what the script is, is known only when it is run.
+// True for "%20" and the like: what such an address means is known only when it is used.
 bool has_percent_escape(std::string_view text) {
   for (std::size_t at = text.find('%'); at != std::string_view::npos; at = text.find('%', at + 1))
     if (at + 2 < text.size() && script::is_hex_digit(text[at + 1]) && script::is_hex_digit(text[at + 2])) return true;
@@ -138,7 +138,7 @@ void append_embedded(std::string_view script, const EmbeddedPlace& place, std::s
   }
 }
 
-// Reads a value that is one piece of script but for what the server writes into it.
+// Reads a value that is one piece of script, apart from what the server writes into it.
 std::vector<script::Unit> EmbeddedTexts::units_of_script(const EmbeddedValue& value, const script::Piece& all) const {
   std::vector<script::Piece> pieces;
   script::Piece piece = all;

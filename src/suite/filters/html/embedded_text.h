@@ -1,8 +1,8 @@
-// Texts of a page that are written in another language first: messages of event attributes and of "javascript:"
-// addresses, the page in a "srcdoc", what PHP writes in blocks that stay in the page.
+// Finds the texts of a page that are inside another language: messages in event attributes and "javascript:" addresses,
+// the page in a "srcdoc", what PHP writes in blocks that stay in the page.
 //
-// A value is read as its language sees it, references decoded, with the place of each character in the tag. On the way
-// back the text is escaped for that language, then for the tag.
+// A value is read as its language sees it: references are decoded, and the place of each character in the tag is kept.
+// In rebuilding, the text is escaped for that language, then for the tag.
 #pragma once
 
 #include <cstddef>
@@ -22,20 +22,20 @@ enum class Embedding : char {
   kEvent = 'e',    // the script of an attribute
   kAddress = 'a',  // the script of an address, where "%" escapes a character
   kPage = 'p',     // a page in an attribute
-  kServer = 's',   // PHP, which is no value and knows no references
+  kServer = 's',   // PHP, which is not a value and has no references
 };
 
-// What the way back must know of such a text: kept as the context of its segment.
+// What rebuilding must know about such a text. It is kept as the context of its segment.
 struct EmbeddedPlace {
   Embedding embedding = Embedding::kEvent;
-  char quote = 0;           // of the attribute, 0 for one without
+  char quote = 0;           // the attribute's quote, 0 when it has none
   std::string_view script;  // the context of a segment of a script
 };
 std::string to_context(const EmbeddedPlace& place);
-// False for the context of another text; a view of `context`.
+// False for the context of any other text. `place` refers to the bytes of `context`.
 bool read_context(std::string_view context, EmbeddedPlace& place);
 
-// A text; the places of its parts count from the start of the tag's bytes.
+// A text. The places of its parts count from the start of the tag's bytes.
 struct EmbeddedText {
   Embedding embedding = Embedding::kEvent;
   char quote = 0;
@@ -45,8 +45,8 @@ struct EmbeddedText {
 
 // A value as its language sees it.
 struct EmbeddedValue {
-  std::string text;  // UTF-8; what a server writes into it as it stands
-  // Of each byte of `text`: where the character begins and ends in the value.
+  std::string text;  // UTF-8; server code in it is unchanged
+  // For each byte of `text`: where its character begins and ends in the value.
   std::vector<std::uint32_t> begin;
   std::vector<std::uint32_t> end;
   struct ServerCode {
@@ -54,23 +54,23 @@ struct EmbeddedValue {
     std::size_t end = 0;
   };
   std::vector<ServerCode> server_code;
-  bool is_valid = true;  // every byte means a character
+  bool is_valid = true;  // every byte belongs to a character
 };
-// `has_references`: an attribute's value. `bytes` in `coding`.
+// `has_references` is true for the value of an attribute. `bytes` are in `coding`.
 EmbeddedValue read_embedded(std::string_view bytes, bool has_references, const TextCoding& coding);
 
-// Appends `script` as it stands in the value of an attribute (or in PHP), in UTF-8.
+// Appends `script` as it must be written in the value of an attribute (or in PHP), in UTF-8.
 void append_embedded(std::string_view script, const EmbeddedPlace& place, std::string& utf8);
 
 class EmbeddedTexts {
  public:
-  // `coding`, that of the page's bytes, must outlive the object.
+  // `coding` is the coding of the page's bytes and must outlive the object.
   EmbeddedTexts(const ConversionSettings& settings, const TextCoding& coding)
       : coding_(coding), offer_(settings.scripts.offer), rules_({settings.scripts.texts, settings.scripts.never}) {}
 
-  // The texts in the value of an attribute, none for most.
+  // The texts in the value of an attribute. Most attributes have none.
   std::vector<EmbeddedText> of_attribute(std::string_view tag, const AttributeSpan& attribute, bool is_basic) const;
-  // The texts in a block of PHP; none in other server code.
+  // The texts in a block of PHP. Other server code has none.
   std::vector<EmbeddedText> of_server_code(std::string_view block) const;
 
   bool opens_doubts() const { return offer_ == ScriptSettings::Offer::kAll; }

@@ -6,7 +6,7 @@
 namespace kavo::html {
 namespace {
 
-// What the server writes into a script, where only the script is looked at.
+// Stands for what the server writes into a script, where only the script matters.
 constexpr std::string_view kAnyValue = "_";
 
 std::string as_markup(std::string_view text) {
@@ -34,7 +34,7 @@ std::string as_markup(std::string_view text) {
 
 }  // namespace
 
-// Bytes of the rebuilt page as their language sees them.
+// Reads bytes of the rebuilt page as their language sees them.
 EmbeddedValue EmbeddedWriting::read(std::string_view bytes) const {
   if (!coding_.is_utf16()) return read_embedded(bytes, !is_server(), coding_);
   std::string utf8;
@@ -42,7 +42,7 @@ EmbeddedValue EmbeddedWriting::read(std::string_view bytes) const {
   return read_embedded(utf8, !is_server(), TextCoding(kUtf8CodePage));
 }
 
-// The same hole as its language sees it.
+// The hole as its language sees it.
 Hole EmbeddedWriting::script_hole() const {
   Hole script = hole_;
   script.context = place_.script;

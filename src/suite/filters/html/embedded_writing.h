@@ -1,5 +1,5 @@
-// From the translation of an embedded text to the bytes of its tag, and the proof that a browser reads there the script
-// that was meant.
+// Turns the translation of an embedded text into the bytes of its tag, and proves that a browser will read the intended
+// script there.
 #pragma once
 
 #include <functional>
@@ -13,19 +13,20 @@ namespace kavo::html {
 
 class EmbeddedWriting {
  public:
-  // Appends text in the coding of the rebuilt page, in its own way for characters that this coding lacks.
+  // Appends text in the coding of the rebuilt page. The callee decides what becomes of characters that this coding
+  // lacks.
   using Encode = std::function<void(std::string_view utf8, std::string& bytes)>;
 
-  // `coding` is that of the rebuilt page; both must outlive the object, as must the context of `place`.
+  // `coding` is the coding of the rebuilt page. It, `hole` and the context of `place` must outlive the object.
   EmbeddedWriting(const Hole& hole, const EmbeddedPlace& place, const TextCoding& coding, Encode encode)
       : hole_(hole), place_(place), coding_(coding), encode_(std::move(encode)) {}
 
-  // Throws `failure` 5 with the place when the translation cannot stand there.
+  // Throws `failure` 5 with the place when the translation cannot be written there.
   void write(std::string_view translation, std::string& bytes);
 
  private:
   struct Part {
-    std::string text;  // as the embedded language has it, UTF-8
+    std::string text;  // UTF-8, as the embedded language sees it
     const Hole::Code* code = nullptr;
   };
   std::vector<Part> script_parts(std::string_view translation) const;

@@ -14,7 +14,7 @@
 namespace kavo::html {
 namespace {
 
-// Where a paragraph that is too long is cut: behind the last blank that lies so near to its end.
+// A paragraph that is too long is cut after the last blank, if that is so near to its end.
 constexpr std::size_t kCutReach = 4096;  // bytes
 
 // Nobody reads a longer comment as a note.
@@ -27,7 +27,7 @@ bool breaks_text(const Element& element) {
   return element.kind != ElementKind::kInline && element.kind != ElementKind::kForeign;
 }
 
-// Whether an end tag follows.
+// True when an end tag follows.
 bool has_content(const PageToken& tag, const Element& element) {
   return !element.is_void && !(element.kind == ElementKind::kForeign && tag.bytes.ends_with("/>"));
 }
@@ -204,7 +204,7 @@ void PageExtraction::enter_element(const Element& element) {
 }
 
 void PageExtraction::inline_tag(const PageToken& token, const Element& element, bool is_start) {
-  // First, since it may end the paragraph and with it the values that belong to it.
+  // This comes first, since it may end the paragraph and with it the values that belong to the paragraph.
   Item& item = add_item(!is_start         ? ItemKind::kClose
                         : element.is_void ? ItemKind::kCode
                                           : ItemKind::kOpen,
@@ -234,8 +234,8 @@ void PageExtraction::protect(const PageToken& token, const Element& element) {
   if (!protection_.is_foreign) enter_element(element);
 }
 
-// An inline element whose end tag is missing ends with its paragraph, as does a drawing at the first element that only
-// a page can have.
+// An inline element whose end tag is missing ends with its paragraph. A drawing ends at the first element that only a
+// page can have.
 bool PageExtraction::ends_protection(const Element& element) const {
   if (protection_.is_foreign) return element.kind == ElementKind::kBreak || element.kind == ElementKind::kPreformatted;
   return protection_.is_inline && breaks_text(element);
@@ -248,14 +248,14 @@ void PageExtraction::protected_bytes(std::string_view bytes) {
     outside(bytes);
 }
 
-// An element that says of itself that it is translated, or of which the user says so, inside one that is not.
+// True for an element inside an untranslated one that the page or the user declares translated.
 bool PageExtraction::suspends_protection(const StartTag& tag) const {
   constexpr std::size_t kMostSuspended = 64;
   return !protection_.is_foreign && has_content(tag.token, tag.element) && elements_.is_translated(tag) &&
          suspended_.size() < kMostSuspended;
 }
 
-// Goes on with the protection when the element that was translated in spite of it ends.
+// Resumes the protection when the element that was translated in spite of it ends.
 void PageExtraction::return_to_protection(const PageToken& token) {
   if (suspended_.empty() || !equal_name(token.name, suspended_.back().name)) return;
   if (--suspended_.back().depth != 0) return;
@@ -264,7 +264,7 @@ void PageExtraction::return_to_protection(const PageToken& token) {
   suspended_.pop_back();
 }
 
-// A text of a drawing lies in its code, as an attribute's value lies in a tag.
+// A text in a drawing is inside the drawing's code, as an attribute's value is inside a tag.
 void PageExtraction::foreign_text(std::string_view bytes) {
   const bool fits = paragraph_.size() + bytes.size() <= kLongestParagraph;
   protected_bytes(bytes);
@@ -297,7 +297,7 @@ void PageExtraction::find_values(const StartTag& tag) {
                   : attribute.quote == '\'' ? PlaceKind::kSingle
                                             : PlaceKind::kUnquoted;
     value.attribute = attributes_.read_name(tag, attribute);
-    // A value that a script writes stays the script's.
+    // A value that a script writes is left to the script.
     const std::string_view bytes = token.bytes.substr(value.begin, value.end - value.begin);
     const bool is_language =
         (element == "meta" && equal_name(name, "content") && equal_name(tag.value("http-equiv"), "content-language")) ||
@@ -325,7 +325,8 @@ PageExtraction::Item& PageExtraction::add_item(ItemKind kind, std::string_view b
   return item;
 }
 
-// What may come in any pieces becomes one item, and the paragraph is cut where its length says, not where a piece ends.
+// Joins pieces of the same kind into one item. So the paragraph is cut where its length requires it, not where a piece
+// ends.
 void PageExtraction::add_split(ItemKind kind, std::string_view bytes) {
   while (!bytes.empty()) {
     const bool continues = !items_.empty() && items_.back().kind == kind && !items_.back().is_server_code;

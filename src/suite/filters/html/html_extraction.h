@@ -1,8 +1,8 @@
 // Takes a page apart: paragraphs and attributes become segments, everything else skeleton.
 //
 // The texts, inline tags and codes of a paragraph are gathered until a tag ends it. Then its segment reaches from the
-// first text to the last one, with the codes between them and the partners of those codes; what lies around it (the
-// tags of a paragraph that is bold as a whole, an image before the text) goes into the skeleton.
+// first text to the last one, with the codes between them and the partners of those codes; what is outside (the tags of
+// a paragraph that is bold as a whole, an image before the text) goes into the skeleton.
 #pragma once
 
 #include <cstddef>
@@ -37,7 +37,7 @@ inline constexpr std::size_t kLongestParagraph = 256 * 1024;  // bytes
 
 class PageExtraction {
  public:
-  // All must outlive the object; `code_page` is the page's.
+  // All must outlive the object. `code_page` is the page's code page.
   PageExtraction(BlockReader& document, unsigned code_page, const ConversionSettings& settings, ExtractionSink& sink);
 
   void run(ProgressEvent& progress);
@@ -51,7 +51,7 @@ class PageExtraction {
     kContent,  // bytes that put something on the page: server code, text that is not to be translated
     kForeign,  // a picture or a formula in another language of markup
   };
-  // A part of a paragraph. Places are those of `paragraph_`.
+  // A part of a paragraph. Its places are offsets in `paragraph_`.
   struct Item {
     ItemKind kind = ItemKind::kText;
     std::size_t begin = 0;
@@ -63,15 +63,15 @@ class PageExtraction {
     std::size_t first_value = 0;       // in `values_`
     std::size_t value_count = 0;
     Span link;                    // the address in a tag's bytes, empty for none
-    Span id;                      // the value of "id", likewise
-    bool is_server_code = false;  // or holds some
+    Span id;                      // the value of "id" in a tag's bytes, empty for none
+    bool is_server_code = false;  // it is server code, or contains some
   };
   // A place in a tag that is translated or computed.
   struct Value {
     std::size_t begin = 0;  // in the tag's bytes
     std::size_t end = 0;
     PlaceKind place = PlaceKind::kDouble;
-    unsigned computed = 0;                              // its kind, 0 for a text
+    unsigned computed = 0;                              // its ComputedKind, 0 for a text
     std::string_view attribute;                         // of a text: the attribute's name, "" in a drawing
     std::shared_ptr<const EmbeddedText> embedded = {};  // of a text in a script or a page of its own
   };
@@ -81,7 +81,7 @@ class PageExtraction {
     bool is_inline = false;
     bool is_foreign = false;
     std::string name;
-    std::size_t depth = 0;  // of elements of that name
+    std::size_t depth = 0;  // how many elements with that name are open
   };
 
   void server_code(std::string_view bytes);
@@ -107,7 +107,7 @@ class PageExtraction {
 
   void add_split(ItemKind kind, std::string_view bytes);
   Item& add_item(ItemKind kind, std::string_view bytes);
-  // Ends the paragraph. `ends_at` is the element whose end tag does, null for anything else.
+  // Ends the paragraph. `ends_at` is the element whose end tag does so, or null.
   void flush(const Element* ends_at = nullptr);
   void pair_tags();
   bool same_name(const Item& a, const Item& b) const;
@@ -160,11 +160,11 @@ class PageExtraction {
   // The protection around an element that is translated in spite of it, the innermost last.
   struct Suspended {
     Protection protection;
-    std::string name;  // of the element that is translated
+    std::string name;  // the name of the element that is translated
     std::size_t depth = 0;
   };
   std::vector<Suspended> suspended_;
-  std::string unended_php_;       // since the block behind whose end PHP goes on; "" in the page
+  std::string unended_php_;       // code since the block after whose end PHP continues; "" in page text
   bool in_foreign_text_ = false;  // in an element of a drawing whose text people read
 
   TextAttributes attributes_;
@@ -173,7 +173,7 @@ class PageExtraction {
   LineMap author_lines_;
   ElementRules elements_;
   std::vector<std::u16string> note_comments_;  // patterns; none for all
-  bool opens_codes_;                           // a text of codes and numbers is open, too
+  bool opens_codes_;                           // a text that consists of codes and numbers is translated, too
 
   DocumentPlace position_;
 };

@@ -89,7 +89,7 @@ void HtmlFilter::write_text(const Hole& hole, std::string_view text, std::string
   written_.clear();
   for (std::size_t at = 0; at < text.size(); ++at) {
     const char c = text[at];
-    // A no-break space that nobody can tell from a blank would not survive the next editor.
+    // A no-break space looks like a blank, so the next editor might lose it. Therefore it is written as a reference.
     const bool is_no_break_space = c == '\xC2' && text.substr(at).starts_with("\xC2\xA0");
     if (is_no_break_space) {
       written_ += "&nbsp;";

@@ -9,12 +9,12 @@
 namespace kavo::html {
 namespace {
 
-// So many bytes of a code are enough to show it.
+// How many bytes of a code are shown.
 constexpr std::size_t kMostShown = 240;
 
 bool is_space_text(std::string_view text) { return text.size() == 1 && is_html_space(text.front()); }
 
-// A value's parts in turn: runs of text and server code.
+// Hands out the parts of a value in order: runs of text and server code.
 template <class OnText, class OnCode>
 void for_each_part(std::string_view value, OnText on_text, OnCode on_code) {
   std::size_t begin = 0;
@@ -71,7 +71,7 @@ void PageText::add(SegmentBuilder& builder, std::string_view bytes, const TextPl
     const PatternMatch next = patterns_.find(bytes, from);
     if (next.size == 0) break;
     from = next.begin + 1;
-    // A sign that is the second byte of a character does not begin a pattern.
+    // A byte that is the second one of a character does not begin a pattern.
     if (coding_.incomplete_tail(bytes.substr(done, next.begin - done)) != 0) continue;
     if (next.begin > done) add_plain(builder, bytes.substr(done, next.begin - done), place);
     from = done = next.begin + next.size;

@@ -20,7 +20,7 @@ std::size_t trailing_space(std::string_view text);
 
 class PageText {
  public:
-  // All must outlive the object. `coding` is that of the window's bytes.
+  // All must outlive the object. `coding` is the coding of the window's bytes.
   PageText(PageInput& input, const TextCoding& coding, PlaceholderScripts& scripts, const TextPatterns& patterns)
       : input_(input), coding_(coding), scripts_(scripts), patterns_(patterns) {}
 
@@ -30,14 +30,14 @@ class PageText {
   // The same, with server code in it as codes.
   void add_value(SegmentBuilder& builder, std::string_view bytes, const TextPlace& place);
   void add_server_code(SegmentBuilder& builder, std::string_view bytes);
-  // In UTF-8; "?" stands for what is invalid.
+  // The bytes in UTF-8. "?" stands for invalid bytes.
   std::string decoded(std::string_view bytes) const;
   // What a translator sees of a code.
   std::string shown(std::string_view bytes) const;
-  // The same of a value, with the scripts that stand in it.
+  // The same for a value, with the scripts in it.
   std::string shown_value(std::string_view bytes) const;
 
-  // Whether what was added since the last call of the other one holds a letter.
+  // True when a letter was added since has_words(false) was last called.
   bool has_words() const { return has_words_; }
   void has_words(bool value) { has_words_ = value; }
 

@@ -1,4 +1,4 @@
-// The writing half: from a gathered paragraph to segments and skeleton.
+// The writing half of PageExtraction: turns a gathered paragraph into segments and skeleton.
 #include <algorithm>
 
 #include "formats/html/entities.h"
@@ -36,7 +36,7 @@ void PageExtraction::flush(const Element* ends_at) {
   paragraph_.clear();
   items_.clear();
   values_.clear();
-  // A page of placeholders alone is one paragraph after the other, each begun by the token that ended the last one.
+  // In a page that holds only placeholders each token ends a paragraph and begins the next one.
   scripts_.forget(token_scripts_);
 }
 
@@ -53,7 +53,7 @@ void PageExtraction::pair_tags() {
       item.kind = ItemKind::kCode;
 }
 
-// The items of the segment; false when there is no text.
+// Finds the items that belong to the segment. False when there is no text.
 bool PageExtraction::find_core(std::size_t& first, std::size_t& last) const {
   const auto is_text = [&](const Item& item) {
     return item.kind == ItemKind::kText && text_.is_visible(bytes_of(item), false);
@@ -85,7 +85,7 @@ bool PageExtraction::find_core(std::size_t& first, std::size_t& last) const {
   return true;
 }
 
-// The "id" of the innermost element of the paragraph around its whole text.
+// The "id" of the innermost element in the paragraph that contains all of its text.
 std::string PageExtraction::name_around(std::size_t first, std::size_t last) const {
   for (std::size_t i = first; i-- > 0;) {
     const Item& item = items_[i];
@@ -153,7 +153,7 @@ void PageExtraction::write_code(const Item& item) {
   std::string_view type = item.type;
   if (is_content) type = "x-untranslated";
   if (item.kind == ItemKind::kForeign) type = "x-foreign";
-  // XLIFF calls only a pair bold or a link.
+  // In XLIFF only a pair can be of type "bold" or "link".
   if (item.element && !item.element->is_void && kind == CodeKind::kStandalone) type = "x-html-tag";
   const std::string shown = kind == CodeKind::kStandalone ? text_.shown(bytes) : std::string();
   builder_.begin_code(kind, type, shown, is_content || item.is_server_code);
@@ -178,7 +178,7 @@ void PageExtraction::write_code(const Item& item) {
   builder_.end_code();
 }
 
-// What a code shows to a translator: a link its address, any other tag its name.
+// What a translator sees of a code: the address of a link, the name of any other tag.
 std::string PageExtraction::meaning_of(const Item& item) const {
   const std::string_view tag = bytes_of(item);
   if (item.link.end != 0) return text_.shown_value(tag.substr(item.link.begin, item.link.end - item.link.begin));
@@ -186,7 +186,7 @@ std::string PageExtraction::meaning_of(const Item& item) const {
   return text_.shown(tag.substr(0, name + item.name_size)) + ">";
 }
 
-// Whether people see the text. Of a text in a drawing this takes the white space at its edges off.
+// True when people see the text. Removes the white space around a text in a drawing.
 bool PageExtraction::has_text(Value& value, std::string_view bytes) const {
   if (value.place != PlaceKind::kContent) return true;
   const std::string_view text = bytes.substr(value.begin, value.end - value.begin);
@@ -203,7 +203,7 @@ std::string PageExtraction::element_of_value(std::string_view tag, std::string_v
   return element + "@" + std::string(attribute);
 }
 
-// The segment of a text that stands in a script, or in a page of its own, inside the tag or in PHP.
+// The segment of a text inside a script or an embedded page, which is in a tag or in PHP.
 const Segment& PageExtraction::embedded_segment(const EmbeddedText& text, std::string_view tag) {
   const script::Unit& unit = text.unit;
   value_builder_.start(position_.line(), position_.column());
@@ -254,7 +254,7 @@ void PageExtraction::write_tag_outside(std::string_view tag, std::size_t first_v
   for (std::size_t i = first_value; i < first_value + value_count; ++i) {
     Value value = values_[i];
     if (!has_text(value, tag)) continue;
-    if (value.begin < at) continue;  // an attribute that declares the coding and that people read, too
+    if (value.begin < at) continue;  // an attribute that both declares the coding and is read by people
     outside(tag.substr(at, value.begin - at));
     const std::string_view bytes = tag.substr(value.begin, value.end - value.begin);
     if (value.computed != 0) {

@@ -1,4 +1,4 @@
-// The part for server code that stands in the page, and for the placeholders of what was taken out.
+// The part of PageExtraction for server code in the page, and for the placeholders of code that was taken out.
 #include <algorithm>
 
 #include "formats/script/php_end.h"
@@ -6,7 +6,7 @@
 
 namespace kavo::html {
 
-// What looks like page is code: a translation would break it.
+// What looks like page text is code, and a translation would break it.
 void PageExtraction::rest_of_php(const PageToken& token) {
   std::size_t own = token.bytes.size();  // how many of the token's bytes are code
   const std::size_t before = unended_php_.size();

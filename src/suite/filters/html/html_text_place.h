@@ -1,5 +1,5 @@
-// Where a text of a page stands, which decides how its white space reads and how its translation must be written. Kept
-// as the context of its segment.
+// Where a text is in a page. This decides what its white space means and how its translation must be written. It is
+// kept as the context of the text's segment.
 #pragma once
 
 #include <string>
@@ -10,9 +10,9 @@ namespace kavo::html {
 enum class PlaceKind : char {
   kFlow = 'f',     // among tags
   kContent = 'c',  // in an element that can hold no tags: a title, an option
-  kDouble = '"',   // in an attribute, by its quotes
+  kDouble = '"',   // in an attribute with double quotes
   kSingle = '\'',
-  kUnquoted = 'u',  // gets quotes when it is written anew
+  kUnquoted = 'u',  // in an attribute without quotes, which gets quotes when it is written
 };
 
 struct TextPlace {
@@ -34,11 +34,11 @@ inline TextPlace to_place(std::string_view context) {
   return {static_cast<PlaceKind>(context.front()), context.substr(1)};
 }
 
-// The computed places of a page's skeleton: they are written anew when the page's coding or language changes.
+// The computed places in a page's skeleton. They are rewritten when the page's coding or language changes.
 enum ComputedKind : unsigned {
   kCharset = 1,   // the name of the coding
   kLanguage = 2,  // of the page, BCP 47
-  kRawText = 3,   // of a script or a style sheet: no reference can stand for a character there
+  kRawText = 3,   // the content of a script or a style sheet, where references are not allowed
 };
 
 }  // namespace kavo::html

@@ -16,7 +16,7 @@
 namespace kavo::html {
 namespace {
 
-// Enough of a script to recognise it.
+// How much of a script is shown.
 constexpr std::size_t kLongestMeaning = 80;  // bytes
 
 script::Language language_of_page(const ConversionSettings& settings) {
@@ -25,11 +25,11 @@ script::Language language_of_page(const ConversionSettings& settings) {
   complete_from_html(names);
   const std::u16string page = settings.author_document.empty() ? names.page : settings.author_document;
   const script::Language language = script::language_of_extension(to_utf8(ascii_lower(extension_of(page))));
-  // A page of any other name is most likely one of ASP.
+  // A page with any other extension is most likely an ASP page.
   return language == script::Language::kUnknown ? script::Language::kVbScript : language;
 }
 
-// On one line, the end kept: "<% If a Then ... %>".
+// The script on one line, shortened before its end: "<% If a Then ... %>".
 std::string shortened(std::string_view script, const TextCoding& coding) {
   std::string line;
   for (const char c : script) {
@@ -133,7 +133,7 @@ const PlaceholderScripts::Script* PlaceholderScripts::find(std::string_view mark
 PlaceholderScripts::Script PlaceholderScripts::script_of(std::string_view block) {
   Script script;
   script.meaning = shortened(block, coding_);
-  // Line ends at the end of a block were not kept apart from the script file's own. A heredoc needs one.
+  // The script file does not distinguish a line end at the end of a block from its own. A heredoc needs one.
   const std::string_view line_end = block.ends_with("?>") ? "" : "\n";
   if (keeps_text_) script.text = formatted("{}{}", block, line_end);
   if (block.size() > kLongestBlock) return script;

@@ -1,8 +1,8 @@
 // The scripts that the placeholders of a page stand for, read from the script file that was made with the page.
 //
 // Both files hold the same placeholders in the same order, so the script file is read alongside the page, block by
-// block: memory holds the scripts of one paragraph. Where the two do not agree nothing is known of any placeholder:
-// a wrong script beside a text is worse than none.
+// block: memory holds the scripts of one paragraph. If the two do not agree, nothing is said about any placeholder: a
+// wrong script beside a text is worse than none.
 #pragma once
 
 #include <cstdint>
@@ -20,19 +20,21 @@ namespace kavo::html {
 
 class PlaceholderScripts {
  public:
-  // Of the page that is converted, whose bytes are in `coding`; it must outlive the object. The script file is the
-  // companion, else the one beside the page.
+  // For the page that is being converted. `coding` is the coding of its bytes and must outlive the object. The script
+  // file is the companion that `settings` names, or else the one beside the page.
   PlaceholderScripts(const ConversionSettings& settings, const TextCoding& coding);
 
   // What a placeholder or server code stands for, in short, in the page's coding; "" when it is not known.
   std::string meaning(std::string_view server_code);
-  // Whether it decides which part of the page is sent: the text behind it does not go on with the one before it.
+  // True when it decides which part of the page is sent, so that the text after it does not continue the text before
+  // it.
   bool divides(std::string_view server_code);
-  // The PHP of server code behind whose end PHP goes on (formats/script/php_end.h), "" for any other.
+  // The PHP of server code after whose end PHP continues (formats/script/php_end.h); "" for any other server code.
   std::string unended_php(std::string_view server_code);
-  // The script of a placeholder, in the page's coding; other bytes as they are. For placeholders in turn.
+  // The script of a placeholder, in the page's coding. Returns any other bytes unchanged. Ask for placeholders in
+  // order.
   std::string text(std::string_view bytes);
-  // The number behind the last script that was asked for.
+  // The number after that of the last script that was asked for.
   std::uint64_t reached() const { return first_ + read_.size(); }
   // Scripts before this number are not asked for again.
   void forget(std::uint64_t number) {
@@ -44,7 +46,7 @@ class PlaceholderScripts {
     std::string meaning;
     bool divides = false;
     std::string unended_php;
-    std::string text;  // when it was asked for
+    std::string text;  // the script's text, if it was asked for
   };
   void open(const ConversionSettings& settings);
   const Script* find(std::string_view marker);

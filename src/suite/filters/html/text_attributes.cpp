@@ -8,7 +8,7 @@
 namespace kavo::html {
 namespace {
 
-// Attributes that people read, and the element that they count in ("" for any).
+// Attributes that people read, and the element in which they do ("" for any).
 struct ReadAttribute {
   std::string_view name;
   std::string_view element;
@@ -31,7 +31,7 @@ constexpr ReadAttribute kReadAttributes[] = {
     {"abbr", "th"},
     {"standby", "object"},
 };
-// Types of "input" whose value is a caption, or a text that stands in the field at first ("" for no type).
+// Types of "input" whose value is a caption or the initial text of a field ("" for no type).
 constexpr std::string_view kReadTypes[] = {"submit", "button", "reset", "text", "search", ""};
 // Values of "name" or "property" of a tag "meta" whose content people read.
 constexpr std::string_view kReadMeta[] = {"description",    "keywords",      "og:title",

@@ -1,4 +1,4 @@
-// Which attributes of a tag people read.
+// Knows which attributes of a tag people read.
 #pragma once
 
 #include <string>
@@ -19,7 +19,7 @@ struct StartTag {
 
   // The first attribute with a name, null for none.
   const AttributeSpan* find(std::string_view name) const;
-  // Its value, "" for none.
+  // The value of that attribute, "" for none.
   std::string_view value(std::string_view name) const;
 };
 
@@ -28,7 +28,7 @@ class TextAttributes {
   // The option "html.text-attributes" adds names.
   explicit TextAttributes(const FilterOptions& options);
 
-  // The attribute's name in small letters when people read it, "" otherwise; valid as long as the object.
+  // The attribute's name in small letters when people read it, otherwise "". Valid as long as the object.
   std::string_view read_name(const StartTag& tag, const AttributeSpan& attribute) const;
 
  private:

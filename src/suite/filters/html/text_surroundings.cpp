@@ -9,11 +9,11 @@
 namespace kavo::html {
 namespace {
 
-// Deeper elements are not noted, and the search for an end tag goes no further: a page may open thousands and close
-// others.
+// Deeper elements are not noted, and the search for an end tag does not go further, since a page may open thousands of
+// elements and close others.
 constexpr std::size_t kMostOpen = 256;
 constexpr std::size_t kDeepestSearch = 64;
-// A path shows at most so many elements, the nearest ones.
+// How many elements a path shows, the nearest ones.
 constexpr std::size_t kLongestPath = 4;
 // A longer comment is a licence or commented-out markup.
 constexpr std::size_t kLongestComment = 500;  // bytes
@@ -21,7 +21,7 @@ constexpr std::size_t kLongestComment = 500;  // bytes
 // A start tag that ends elements whose end tags may be missing, up to the element that they belong to.
 struct ImpliedEnd {
   std::string_view name;
-  std::string_view ends;  // with blanks around each
+  std::string_view ends;  // names with a blank around each
   std::string_view within;
 };
 constexpr ImpliedEnd kImpliedEnds[] = {
@@ -93,7 +93,7 @@ void TextSurroundings::end(const Element& element) {
     }
 }
 
-// Notes only prose: no commented-out markup, no condition, no command to a server or an editor.
+// Keeps only prose: no commented-out markup, no condition, no command to a server or an editor.
 void TextSurroundings::comment(std::string_view bytes) {
   comment_.clear();
   if (!bytes.starts_with("<!--") || !bytes.ends_with("-->") || bytes.size() < 7) return;

@@ -21,22 +21,22 @@ class TextSurroundings {
   // ... and texts. A text that ends with its element may take the element's "id" as its name. Call it before start() or
   // end() of the tag that ends the text.
   std::string_view name_of_text(const Element* ends_at) const;
-  // Adds the path to a segment, and the comment to the first segment behind it.
+  // Adds the path to a segment, and a comment to the first segment after it.
   void tell(SegmentBuilder& builder);
-  // A segment of the paragraph was written.
+  // Call it when a segment of the paragraph has been written.
   void wrote_text() { holds_one_text_ = false; }
 
  private:
   std::string path() const;  // "table/tr/td"
 
   std::vector<std::string_view> open_;  // names of elements, of the table
-  std::string id_;                      // of the element that was opened last and holds no other one
+  std::string id_;                      // the "id" of the element that was opened last and contains no other one
   bool holds_one_text_ = false;
   std::string comment_;
   int tags_since_comment_ = 0;
 };
 
-// Replaces each character that XML cannot hold by "?".
+// Replaces each character that XML cannot hold with "?".
 std::string for_xml(std::string text);
 
 }  // namespace kavo::html
