@@ -16,7 +16,7 @@ std::size_t building_block_length(std::string_view value) {
   std::string_view inside = value.substr(1, end - 1);
   if (inside.ends_with('\\')) inside.remove_suffix(1);
   if (inside.empty()) return 0;
-  // A counter that shows nothing begins with a blank, but no name does.
+  // A counter that shows nothing begins with a blank. A name never does.
   if (inside.front() == ' ' && inside.size() > 1 && inside[1] != '=' && inside[1] != '+') return 0;
   return end + 1;
 }

@@ -40,7 +40,7 @@ std::string unescaped(std::string_view value) {
   return bytes;
 }
 
-// Null when the beginning declares nothing, or nothing that is known.
+// Null when the beginning declares nothing, or something unknown.
 const DeclaredCoding* find_declared_coding(std::string_view beginning) {
   constexpr std::string_view statement = "<MIFEncoding";
   const std::size_t at = beginning.find(statement);

@@ -1,11 +1,11 @@
-// The coding of each string of a text, where the fonts declare it.
+// Finds the coding of each string of a text, where the fonts declare it.
 //
 // Before version 8.0 a document without MIFEncoding may declare a coding in each font (`<FEncoding ...>`), and one
-// paragraph may mix fonts: English text in one, Japanese in the next. The coding of a font is that of its own
-// statement, else that of the character format named by its tag, else that of its paragraph, which may have it from the
+// paragraph may mix fonts: English text in one, Japanese in the next. A font takes its coding from its own statement,
+// or else from the character format that its tag names, or else from its paragraph, which may take it from the
 // paragraph's format. The format: the MIF Reference, a public document.
 //
-// This holds for the strings of lines. Texts without a font (markers, variables, formats, tags) are in the document's
+// This applies to the strings of lines. Texts without a font (markers, variables, formats, tags) are in the document's
 // coding.
 #pragma once
 
@@ -27,7 +27,7 @@ class FontCodings {
   // Throws `failure` 5 for a document's code page that is not supported.
   explicit FontCodings(const DocumentCoding& document);
 
-  // Takes every token of the document, in order. Catalogues of formats stand before the texts.
+  // Takes every token of the document, in order. In a document the catalogues of formats come before the texts.
   void take(const MifToken& token) {
     if (follows_fonts_) follow(token);
   }
@@ -36,7 +36,8 @@ class FontCodings {
   // The coding of a string that follows the tokens taken so far.
   const StringCoding& current() const { return of(current_); }
   unsigned current_code_page() const { return current_; }
-  // The strings of a code page. Valid as long as this object. Throws `failure` 5 for a code page that is not supported.
+  // The coding of strings in a code page. Valid as long as this object. Throws `failure` 5 for a code page that is not
+  // supported.
   const StringCoding& of(unsigned code_page) const;
 
  private:

@@ -65,8 +65,8 @@ std::string character_of_byte(unsigned char byte) {
   return text;
 }
 
-// The character's byte in the format's own set; 0 when the set lacks it. Of two bytes for one character the later
-// counts.
+// The character's byte in the format's own set; 0 when the set lacks it. If two bytes stand for one character, the
+// later one counts.
 unsigned char byte_of_character(std::string_view utf8) {
   static const auto bytes = [] {
     std::unordered_map<char32_t, unsigned char> map;

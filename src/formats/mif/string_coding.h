@@ -21,7 +21,7 @@ const NamedCharacter* find_named_character(std::string_view name);
 // Null for a character that is written as it is or has no name.
 const NamedCharacter* find_special_character(std::string_view utf8);
 
-// The way in which a document writes its strings. Costly to make: make one for each document.
+// How a document writes its strings. Making one takes time, so make one for each document.
 class StringCoding {
  public:
   // Throws `failure` 5 for a code page that is not supported.
@@ -37,7 +37,7 @@ class StringCoding {
   // Appends a character that the document cannot hold as `\uNNNN`, which this program reads in documents of all
   // versions.
   static void append_unicode_escape(std::string_view character, std::string& value);
-  // True when `written`, an escape that append() wrote, and a further escape behind it would read as one double-byte
+  // True when `written`, an escape that append() wrote, and another escape after it would read as one double-byte
   // character.
   bool joins_escapes(std::string_view written) const;
 
@@ -50,7 +50,7 @@ class StringCoding {
 // A part of a string's value.
 struct StringPart {
   enum class Kind : unsigned char {
-    kRun,     // text as it stands
+    kRun,     // text without escapes
     kText,    // one character in another form
     kBreak,   // a line end of the file, not part of the text
     kHyphen,  // the hyphen of an automatic line break, not part of the text
@@ -75,7 +75,7 @@ class StringReader {
   const StringCoding& coding_;
 };
 
-// The value as people read it, in UTF-8. Leaves out what is not a character.
+// The value as people read it, in UTF-8, without what is not a character.
 std::string decode_string(std::string_view value, const StringCoding& coding);
 // True when the value holds more than blanks of any kind.
 bool is_visible_string(std::string_view value, const StringCoding& coding);

@@ -31,7 +31,7 @@ void StringConversion::convert_part(const StringPart& part) {
       return is_common ? keep(part.bytes) : write_text(part.text);
     }
     case StringPart::Kind::kCode:
-      // Otherwise it is a backslash and the character behind it.
+      // Otherwise it is a backslash and the character after it.
       if (byte_escape(part.bytes).length != 0) return keep(part.bytes);
       keep(part.bytes.substr(0, 1));
       return convert_run(part.bytes.substr(1));

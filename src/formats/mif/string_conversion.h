@@ -1,7 +1,7 @@
 // Converts strings of a MIF document to the coding of another MIF document.
 //
-// Line ends, ASCII, and the escapes that all versions understand stay as they are. Every other character is written in
-// the other document's way. Equal values give equal bytes, so two documents can be compared by their values in the
+// Line ends, ASCII, and the escapes that all versions understand stay unchanged. Every other character is written as
+// the other document writes it. Equal values give equal bytes, so two documents can be compared by their values in the
 // coding of a third.
 #pragma once
 
@@ -37,7 +37,7 @@ class StringConversion {
   std::string result_;
   std::string misfit_;
   std::string written_;        // one character
-  bool joins_escape_ = false;  // the last escape and a further one would read as one character
+  bool joins_escape_ = false;  // the last escape and another one after it would read as one character
 };
 
 }  // namespace kavo::mif

@@ -12,7 +12,7 @@ bool is_name_character(char c) {
   return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '_';
 }
 
-// The index of the first of kBytes at or behind `from`; the size when there is none.
+// The index of the first of kBytes from `from` on; the size when there is none.
 template <char... kBytes>
 std::size_t find_first(std::string_view bytes, std::size_t from) {
   const char* const begin = bytes.data();

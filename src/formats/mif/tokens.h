@@ -1,9 +1,9 @@
 // Cuts MIF into openings and ends of statements, strings and the rest.
 //
 // MIF is nested text: `<Name value>`, strings between ` and ', comments from # to the end of the line. A line that
-// begins with "&" or "=" is data of an imported object and may hold anything. Only ' ends a string, whatever stands
+// begins with "&" or "=" is data of an imported object and may hold anything. Only ' ends a string, whatever comes
 // before it: a ' inside is always written as an escape, and a string may end in an escaped backslash (`\\'). "#" begins
-// a comment behind ">" and where only blanks stand before it on its line; behind an opening it is part of a value.
+// a comment after ">", and where only blanks precede it on its line. After an opening it is part of a value.
 //
 // The bytes of all tokens in order are the document, however broken it is.
 #pragma once
@@ -33,11 +33,11 @@ struct MifToken {
   std::string_view value() const { return bytes.substr(1, bytes.size() - 2); }  // of a string
 };
 
-// The document must be given from the beginning of a line on.
+// The document must be handed in from the beginning of a line on.
 class MifTokenScanner {
  public:
   // Reads the token at the start of `bytes` (not empty), which must begin where the last token ended. False when more
-  // bytes are needed to decide; never false when `is_all`: no bytes follow.
+  // bytes are needed to decide, which never happens when `is_all` says that no bytes follow.
   bool next(std::string_view bytes, bool is_all, MifToken& token);
 
  private:
@@ -58,7 +58,7 @@ class MifTokenScanner {
   bool words(std::string_view bytes, MifToken& token);
 
   State state_ = State::kLineStart;
-  std::size_t searched_ = 0;  // how far the end of a string was searched for in vain
+  std::size_t searched_ = 0;  // how far a search has found no end of the string
 };
 
 }  // namespace kavo::mif

@@ -121,7 +121,7 @@ void RcLiteralReader::escape(RcPiece& piece) {
     number(piece, 1, 8, 3);
   } else {
     give(piece, RcPiece::kOther, 2);
-    // Does not part the bytes of one character.
+    // The bytes of one character stay together.
     while (!rest_.empty() && (static_cast<unsigned char>(piece.bytes.back()) & 0x80) != 0 &&
            (static_cast<unsigned char>(rest_.front()) & 0xC0) == 0x80) {
       piece.bytes = {piece.bytes.data(), piece.bytes.size() + 1};
@@ -152,7 +152,7 @@ void RcLiteralReader::number(RcPiece& piece, std::size_t digits_at, unsigned bas
   give(piece, is_valid ? RcPiece::kCharacter : RcPiece::kOther, end);
 }
 
-// The blanks at the beginning of the next line go with it.
+// The blanks at the beginning of the next line belong to the line end.
 void RcLiteralReader::line_end(RcPiece& piece) {
   std::size_t end = rest_.starts_with("\r\n") ? 2 : 1;
   while (end < rest_.size() && (rest_[end] == ' ' || rest_[end] == '\t')) ++end;

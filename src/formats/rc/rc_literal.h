@@ -1,8 +1,8 @@
 // The text of a literal: quotes, escapes, joined lines, printf markers.
 //
 // Escapes are those of string literals in resource scripts: \a \n \r \t \\ \" "" \x with up to two digits (four in
-// L"..."), octal numbers of up to three digits. What the compilers do not agree on (other letters behind a backslash)
-// is left as it stands. In "..." a number is a byte of the script's code page, in L"..." a unit of UTF-16.
+// L"..."), octal numbers of up to three digits. Where the compilers do not agree (other letters after a backslash)
+// nothing is changed. In "..." a number is a byte of the script's code page, in L"..." a unit of UTF-16.
 #pragma once
 
 #include <cstddef>
@@ -17,8 +17,8 @@ namespace kavo::rc {
 
 struct RcPiece {
   enum Kind : std::uint8_t {
-    kHidden,     // a quote that encloses, a joint of lines
-    kText,       // characters as they stand
+    kHidden,     // an enclosing quote, or what joins two lines
+    kText,       // characters that stand for themselves
     kCharacter,  // one character in another form; `text` is its UTF-8
     kLineBreak,  // \n, \r\n, a line end
     kTab,
@@ -57,22 +57,22 @@ class RcLiteralReader {
   char before_ = 0;  // the byte in front of `rest_`
 };
 
-// The length of the printf marker or FormatMessage insert that begins `text`; 0 when it is none. A percent sign between
-// a digit and a word ("50%discount") is not a marker; `before` is the byte in front of `text`.
+// The length of the printf marker or FormatMessage insert at the start of `text`; 0 when there is none. A percent sign
+// between a digit and a word ("50%discount") is not a marker; `before` is the byte in front of `text`.
 std::size_t marker_length(std::string_view text, char before);
 
-// How a text is written as a literal.
+// Writes a text as a literal.
 //
-// When the coding lacks a character of the text, or holds one with a backslash for its second byte (compilers that read
-// bytes take it for one), the literal becomes L"...". In L"..." characters beyond ASCII are numbers, unless the script
-// is in UTF-16: compilers do not agree on what other bytes mean there.
+// The literal becomes L"..." when the coding lacks a character of the text, or when the second byte of a character
+// looks like a backslash (compilers that read bytes would take it for one). In L"..." characters beyond ASCII are
+// numbers, unless the script is in UTF-16: compilers do not agree on what other bytes mean there.
 class RcLiteralWriter {
  public:
-  // `coding` is that of the bytes; it must outlive the writer.
+  // `coding` is the coding of the bytes and must outlive the writer.
   RcLiteralWriter(const TextCoding& coding, bool is_wide) : coding_(coding), is_wide_(is_wide) {}
 
   void text(std::string_view utf8);
-  // Bytes as they stand in the script.
+  // Adds bytes exactly as the script has them.
   void code(std::string_view bytes) { parts_.push_back({true, std::string(bytes)}); }
   // True when it is or has become L"...".
   bool is_wide() const { return is_wide_; }

@@ -38,22 +38,20 @@ constexpr TypeName kTypes[] = {
     {"TEXTINCLUDE", RcType::kOther, false},
 };
 const TypeName* find_type(std::string_view word) {
-  const auto found = std::ranges::find_if(kTypes, [&](const TypeName& type) {
-    return is_keyword(word, type.name);
-  });
+  const auto found = std::ranges::find_if(kTypes, [&](const TypeName& type) { return is_keyword(word, type.name); });
   return found == std::end(kTypes) ? nullptr : found;
 }
 
-// Resources that may begin where the header before them has no block yet: a condition may hold several headers.
+// Resources that may begin although the header before them has no block yet, since a condition may contain several
+// headers.
 constexpr std::string_view kRestarts[] = {"STRINGTABLE", "DIALOG",  "DIALOGEX", "MENUEX",
                                           "VERSIONINFO", "TOOLBAR", "DLGINIT",  "ACCELERATORS"};
 constexpr std::string_view kMemoryFlags[] = {"PRELOAD", "LOADONCALL", "FIXED",  "MOVEABLE", "DISCARDABLE",
                                              "PURE",    "IMPURE",     "SHARED", "NONSHARED"};
 constexpr std::string_view kControls[] = {
-    "LTEXT",        "RTEXT",           "CTEXT",    "PUSHBUTTON",  "DEFPUSHBUTTON", "CHECKBOX",  "AUTOCHECKBOX",
-    "STATE3",       "AUTO3STATE",      "PUSHBOX",  "RADIOBUTTON", "USERBUTTON",    "GROUPBOX",  "AUTORADIOBUTTON",
-    "CONTROL",      "ICON",            "EDITTEXT", "COMBOBOX",    "LISTBOX",       "SCROLLBAR", "BEDIT",
-    "HEDIT",        "IEDIT",
+    "LTEXT",      "RTEXT",    "CTEXT",       "PUSHBUTTON", "DEFPUSHBUTTON", "CHECKBOX",        "AUTOCHECKBOX", "STATE3",
+    "AUTO3STATE", "PUSHBOX",  "RADIOBUTTON", "USERBUTTON", "GROUPBOX",      "AUTORADIOBUTTON", "CONTROL",      "ICON",
+    "EDITTEXT",   "COMBOBOX", "LISTBOX",     "SCROLLBAR",  "BEDIT",         "HEDIT",           "IEDIT",
 };
 constexpr std::string_view kItems[] = {"MENUITEM", "POPUP"};
 constexpr std::string_view kValues[] = {"VALUE", "BLOCK"};
@@ -106,8 +104,7 @@ std::size_t RcStatement::significant(std::size_t from) const {
 }
 
 bool RcStatement::is_word(std::size_t item, std::string_view keyword) const {
-  return item < items.size() && items[item].kind == RcTokenKind::kWord &&
-         is_keyword(text(items[item]), keyword);
+  return item < items.size() && items[item].kind == RcTokenKind::kWord && is_keyword(text(items[item]), keyword);
 }
 
 std::optional<RcTextRun> find_text(const RcStatement& statement, std::size_t item) {
@@ -208,8 +205,7 @@ void RcParser::begin_resource(const RcToken& type) {
   auto resource = std::make_shared<RcResource>();
   resource->type_name = capitals(type.bytes);
   if (const TypeName* known = find_type(type.bytes)) resource->type = known->type;
-  if (significant_count_ > 1)
-    resource->name = statement_.text(statement_.items[statement_.significant(0)]);
+  if (significant_count_ > 1) resource->name = statement_.text(statement_.items[statement_.significant(0)]);
   resource->number = ++resource_count_;
   resource->language = context_.language;
   context_.resource = std::move(resource);
@@ -229,8 +225,10 @@ void RcParser::header(const RcToken& token) {
     return;
   }
   if (is_word && is_one_of(token.bytes, kRestarts) && begins_other_resource(token)) {
-    if (!is_keyword(token.bytes, "STRINGTABLE")) cut_at(last_significant_);
-    else close_header();
+    if (!is_keyword(token.bytes, "STRINGTABLE"))
+      cut_at(last_significant_);
+    else
+      close_header();
     append(token);
     begin_resource(token);
     return;
@@ -262,7 +260,7 @@ bool RcParser::is_file_name(const RcToken& token) {
   return awaited_values_ == 0 && !is_one_of(token.bytes, kMemoryFlags);
 }
 
-// A header may set its own language, before or behind its texts.
+// A header may set its own language, before or after its texts.
 void RcParser::close_header() {
   for (std::size_t item = statement_.significant(0); item < statement_.items.size();
        item = statement_.significant(item + 1)) {
@@ -363,7 +361,7 @@ void RcParser::emit(RcStatement::Kind kind) {
   has_literal_ = false;
 }
 
-// Gives out the statement up to an item. The item and what follows it begin the next statement.
+// Hands out the statement up to an item. The next statement begins with that item.
 void RcParser::cut_at(std::size_t item) {
   const std::size_t begin = statement_.items[item].begin;
   const std::string rest = statement_.bytes.substr(begin);

@@ -1,11 +1,11 @@
 // Groups the tokens of a resource script into statements and says which resource each belongs to.
 //
 // Resources are recognised by their keywords, BEGIN and END (or braces) and what follows them, not by lines. The
-// branches of a preprocessor condition are alternatives: behind #else and #elif the script continues as it stood at
-// #if, so that a block that each branch opens is opened once. The conditions themselves are not evaluated.
+// branches of a preprocessor condition are alternatives: after #else and #elif the parser is again in the state that it
+// had at #if, so a block that each branch opens counts once. The conditions themselves are not evaluated.
 //
-// The bytes of all statements, in order, are the script. What is read is linear, without recursion, and bounded: one
-// statement is kept, and a stack of conditions.
+// The bytes of all statements, in order, are the script. Reading takes linear time, no recursion, and bounded memory:
+// one statement and a stack of conditions.
 #pragma once
 
 #include <cstddef>
@@ -22,15 +22,15 @@
 
 namespace kavo::rc {
 
-// Keywords count in any case of letters; `keyword` is in capitals.
+// The case of a keyword's letters does not matter. `keyword` is in capitals.
 bool is_keyword(std::string_view word, std::string_view keyword);
 
 enum class RcType : std::uint8_t { kStrings, kDialog, kMenu, kVersion, kOther };
 
 // The language that a LANGUAGE statement sets.
 struct RcLanguage {
-  bool is_stated = false;           // false ahead of the first statement
-  std::optional<LanguageId> id;     // nothing for unknown values
+  bool is_stated = false;        // false before the first statement
+  std::optional<LanguageId> id;  // nothing for unknown values
   bool operator==(const RcLanguage&) const = default;
 };
 
@@ -39,7 +39,7 @@ struct RcResource {
   std::string type_name;     // in capitals: "DIALOGEX"
   std::string name;          // "IDD_ABOUT", "101"; "" for a string table
   std::uint32_t number = 0;  // from 1, in the order of the script
-  RcLanguage language;       // its own, or that of its block
+  RcLanguage language;       // its own language, or that of its block
 };
 
 struct RcStatement {
@@ -79,7 +79,7 @@ struct RcStatement {
   bool is_word(std::size_t item, std::string_view keyword) const;
 };
 
-// Literals that are one text: nothing but blanks and comments stands between them.
+// Literals that form one text, because only blanks and comments are between them.
 struct RcTextRun {
   std::size_t first = 0;  // items, both included
   std::size_t last = 0;
@@ -88,7 +88,7 @@ struct RcTextRun {
 // The run that begins with an item; nothing when the item is not a literal.
 std::optional<RcTextRun> text_at(const RcStatement& statement, std::size_t item);
 
-// The run whose first literal is at `item` or behind it, nothing when there is none.
+// The first run whose first literal is at `item` or after it. Nothing when there is none.
 std::optional<RcTextRun> find_text(const RcStatement& statement, std::size_t item);
 
 class RcParser {
@@ -97,7 +97,7 @@ class RcParser {
   explicit RcParser(Taker take) : take_(std::move(take)) {}
 
   void take(const RcToken& token);
-  // Behind the last token.
+  // Call it after the last token.
   void finish() { flush(); }
   // The code page that #pragma code_page declares for the next token; 0 for none or the default.
   unsigned code_page() const { return context_.code_page; }

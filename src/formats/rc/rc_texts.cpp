@@ -26,7 +26,7 @@ bool is_empty(const RcStatement& statement, const RcTextRun& run) {
   return true;
 }
 
-// The words from an item up to the next mark, as they stand.
+// The words from an item up to the next mark, unchanged.
 std::string words_from(const RcStatement& statement, std::size_t item) {
   std::string words;
   for (item = statement.significant(item); item < statement.items.size(); item = statement.significant(item + 1)) {
@@ -41,7 +41,7 @@ bool is_comma(const RcStatement& statement, std::size_t item) {
   return item < statement.items.size() && statement.text(statement.items[item]) == ",";
 }
 
-// What stands behind the comma that follows a text.
+// What follows the comma after a text.
 std::string name_behind(const RcStatement& statement, const RcTextRun& run) {
   const std::size_t comma = statement.significant(run.last + 1);
   return is_comma(statement, comma) ? words_from(statement, comma + 1) : std::string();
@@ -81,7 +81,7 @@ void add_caption(const RcStatement& statement, std::vector<RcText>& texts) {
   }
 }
 
-// The text that follows the keyword at once.
+// The text directly after the keyword.
 std::optional<RcTextRun> first_argument(const RcStatement& statement) {
   return text_at(statement, statement.significant(statement.significant(0) + 1));
 }
@@ -103,7 +103,7 @@ void add_item(const RcStatement& statement, std::vector<RcText>& texts) {
   const auto run = first_argument(statement);
   if (!run) return;
   std::string name = name_behind(statement, *run);
-  // The options of a popup stand where its identifier does in an extended menu.
+  // A popup has its options where one in an extended menu has its identifier.
   constexpr std::string_view kOptions[] = {"GRAYED", "INACTIVE", "HELP", "CHECKED", "MENUBARBREAK", "MENUBREAK"};
   if (name.empty() || is_one_of(name, kOptions)) name = statement.resource->name;
   texts.push_back({RcText::kMenuItem, *run, std::move(name)});

@@ -1,4 +1,4 @@
-// Which literals of a statement people read, and the names of these texts.
+// Finds the literals of a statement that people read, and names these texts.
 #pragma once
 
 #include <cstdint>
@@ -14,12 +14,12 @@ struct RcText {
 
   Kind kind = kString;
   RcTextRun run;
-  std::string name;           // the identifier of the control or string, or the key of the version value
+  std::string name;            // the identifier of the control or string, or the key of the version value
   bool has_access_key = true;  // "&" marks one
-  bool is_fixed = false;       // names a file or a version: to be shown, not to be translated
+  bool is_fixed = false;       // names a file or a version: shown, but not translated
 };
 
-// Without empty literals, names of classes, fonts and pictures, and keys.
+// The texts of a statement. Left out are empty literals, keys, and the names of classes, fonts and pictures.
 std::vector<RcText> texts_of(const RcStatement& statement);
 
 }  // namespace kavo::rc

@@ -1,9 +1,10 @@
 // Cuts resource scripts into words, literals, marks, comments and preprocessor lines.
 //
-// The language is that of the resource-definition statements of the Windows API, behind the C preprocessor: comments
-// and preprocessor lines stand wherever they may in C, a backslash at the end of a line joins the next one. A literal
-// is "..." or L"..."; a quote inside is doubled, or stands behind a backslash when another quote follows on the line
-// (otherwise the literal is a path that ends in a backslash). A line end inside belongs to the literal.
+// The language is that of the resource-definition statements of the Windows API, which the C preprocessor reads first:
+// comments and preprocessor lines are allowed wherever C allows them, and a backslash at the end of a line joins the
+// next one. A literal is "..." or L"...". A quote inside is doubled, or follows a backslash if there is another quote
+// later on the line (otherwise the literal is a path that ends in a backslash). A line end inside belongs to the
+// literal.
 //
 // The bytes of all tokens, in order, are the script, whatever is wrong with it.
 #pragma once
@@ -16,8 +17,8 @@
 
 namespace kavo::rc {
 
-// A longer literal is handed out in pieces that count as rest, as is a longer preprocessor line: compilers take 4,096
-// characters, and a literal that is never closed must not fill the memory.
+// A longer literal, or a longer preprocessor line, is handed out in pieces of the kind kRest. Compilers take at most
+// 4,096 characters, and a literal that is never closed must not fill the memory.
 inline constexpr std::size_t kLongestLiteral = 64 * 1024;  // bytes
 
 enum class RcTokenKind : std::uint8_t {
@@ -30,7 +31,7 @@ enum class RcTokenKind : std::uint8_t {
   kRest,       // a piece of a preprocessor line behind a comment, or of a literal that is too long or has no end
 };
 
-// Whether a byte can be the second one of a character; quotes and line ends never are.
+// True when a byte can be the second one of a character. Quotes and line ends never are.
 constexpr bool is_trail_byte(char c) { return static_cast<unsigned char>(c) >= 0x40; }
 
 struct RcToken {
@@ -38,15 +39,15 @@ struct RcToken {
   std::string_view bytes;
 };
 
-// Expects to begin at the start of a line.
+// The first bytes must be the start of a line.
 class RcTokenScanner {
  public:
   // The coding of the next bytes, which knows the lead bytes of two-byte characters; null for UTF-8. It must outlive
   // its use.
   void coding(const TextCoding* coding) { coding_ = coding; }
 
-  // The token that begins `bytes` (not empty), which start where the last token ended. False when more bytes are
-  // needed, which never happens when these are the last ones (`is_all`).
+  // Reads the token at the start of `bytes` (not empty), which must begin where the last token ended. False when more
+  // bytes are needed, which never happens when these are the last ones (`is_all`).
   bool next(std::string_view bytes, bool is_all, RcToken& token);
 
  private:
@@ -74,9 +75,9 @@ class RcTokenScanner {
 
   const TextCoding* coding_ = nullptr;
   State state_ = State::kBetween;
-  bool is_line_start_ = true;    // a preprocessor line may begin
+  bool is_line_start_ = true;     // a preprocessor line may begin
   bool is_in_directive_ = false;  // a preprocessor line goes on behind the comment
-  std::size_t searched_ = 0;      // how far a literal has been looked through in vain
+  std::size_t searched_ = 0;      // how far a search has found no end of the literal
 };
 
 }  // namespace kavo::rc

@@ -115,7 +115,7 @@ void Look::reset(std::int32_t font) {
 }
 
 bool Look::apply(const Token& word) {
-  // No property has a longer name, and most control words have.
+  // No property has a longer name, but most control words do.
   if (word.name.size() > 10) return false;
   const auto* const row = std::ranges::find(kRows, word.name, &Row::word);
   if (row == std::end(kRows)) return false;

@@ -1,6 +1,6 @@
-// How RTF text looks: the character properties of RTF 1.9 that a reader sees. Left out are properties that only
-// programs see (languages, revision numbers, spelling marks) and those that nobody would call a formatting (kerning,
-// spread).
+// How RTF text looks: the character properties of RTF 1.9 that a reader sees. Properties that only programs see
+// (languages, revision numbers, spelling marks) are left out, and so are those that nobody would call formatting
+// (kerning, spread).
 #pragma once
 
 #include <array>
@@ -15,8 +15,8 @@
 namespace kavo::rtf {
 
 enum class Property : std::uint8_t {
-  kFont,      // number; the font table knows which numbers look alike
-  kSize,      // half points
+  kFont,  // number; the font table knows which numbers look alike
+  kSize,  // half points
   kBold,
   kItalic,
   kUnderline,
@@ -64,8 +64,8 @@ class Look {
   }
 };
 
-// Appends the control words that change `from` into `to`, without a blank behind them. A character style has no word
-// that ends it, so it is only set.
+// Appends the control words that change `from` into `to`, without a blank behind them. No control word ends a character
+// style, so a style is only ever set.
 void append_change(const Look& from, const Look& to, std::string& words);
 
 }  // namespace kavo::rtf

@@ -13,7 +13,7 @@ struct Row {
   Destination destination;
 };
 using enum Destination;
-// Data needs a row only where its destination stands without \*.
+// Data needs a row only if its destination may come without \*.
 constexpr Row kRows[] = {
     {"annotation", kNote},
     {"atnauthor", kData},
@@ -127,7 +127,7 @@ constexpr Row kRows[] = {
     {"xe", kEntry},
 };
 
-// Destinations that belong behind \*, which some programs forget.
+// Destinations that must follow \*, which some programs forget.
 constexpr std::string_view kStarred[] = {
     "aftncn",
     "aftnsep",

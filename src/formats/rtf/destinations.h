@@ -1,4 +1,4 @@
-// What the groups of an RTF document (RTF 1.9) hold: text that people read, or data.
+// Knows what the groups of an RTF document (RTF 1.9) contain: text that people read, or data.
 #pragma once
 
 #include <cstdint>
@@ -19,7 +19,7 @@ enum class Destination : std::uint8_t {
   kStyleSheet,
   kMarker,    // our own, for a picture or an object
   kPicture,   // a picture or an object
-  kVariants,  // two forms of one text: for programs that know no Unicode, and, in \ud, for the others
+  kVariants,  // two forms of one text: one for programs without Unicode and, in \ud, one for the others
   kNote,      // a footnote, an endnote or an annotation: a story that its reference needs
   kData,      // everything else, also every unknown \* destination
 };
@@ -27,8 +27,8 @@ enum class Destination : std::uint8_t {
 // The destination that a control word begins; nothing for any other word. A group with \* and another word is data.
 std::optional<Destination> destination_of(std::string_view word);
 
-// Whether people translate the result of a field. `field_type` is the first word of its instruction. True for a link;
-// false for what the word processor computes, such as a page number or a table of contents.
+// Whether the result of a field is translated. `field_type` is the first word of its instruction. True for a link.
+// False for what the word processor computes, such as a page number or a table of contents.
 bool has_readable_result(std::string_view field_type);
 
 }  // namespace kavo::rtf

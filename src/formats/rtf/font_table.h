@@ -26,9 +26,9 @@ struct Font {
   std::int32_t number = 0;
   std::int32_t charset = kNoCharset;
   unsigned code_page = 0;  // \cpg, 0 when not declared
-  std::string name;        // bytes, in the font's own coding
-  // Bytes of the entry between its number and its name, without groups, the character set and the code page: the
-  // family, the pitch.
+  std::string name;        // in the font's own coding
+  // The bytes of the entry between its number and its name (the family, the pitch), without groups, the character set
+  // and the code page.
   std::string look;
   // The first font of the same name, not counting endings for other scripts (" CE", " Cyr"): people see these as one
   // font.
@@ -56,7 +56,7 @@ class FontTableReader {
  public:
   explicit FontTableReader(FontTable& table) : table_(table) {}
   void take(const Token& token);
-  // Call it behind the last token.
+  // Call it after the last token.
   void finish();
   // True while the bytes of the next text belong to a name.
   bool is_in_name() const { return depth_ == entry_depth_; }

@@ -1,5 +1,5 @@
-// The hidden text that stands in an RTF document for a picture or an object which KAVO moved out of it:
-// "{\v\mor OBJ 7 }".
+// The hidden text "{\v\mor OBJ 7 }", which takes the place of a picture or an object that KAVO moved out of an RTF
+// document.
 #pragma once
 
 #include <cstddef>

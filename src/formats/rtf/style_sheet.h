@@ -12,17 +12,17 @@
 
 namespace kavo::rtf {
 
-// The numbers of the styles that have one of some names, in any case of ASCII letters. A style that has several names,
-// with commas between, is found by each of them.
+// Finds the numbers of the styles with certain names. The case of ASCII letters does not matter. A style with several
+// names, separated by commas, is found by each of them.
 class StylesNamed {
  public:
-  // `names` in UTF-8.
+  // `names` are in UTF-8.
   explicit StylesNamed(std::vector<std::string> names);
-  // Whether any names were given.
+  // True when any names were given.
   bool is_wanted() const { return !names_.empty(); }
 
-  // The tokens of a style sheet in order, without the braces around it; `coding` is that of the document, null when it
-  // is not known.
+  // Takes the tokens of a style sheet in order, without the braces around it. `coding` is the coding of the document,
+  // null when it is unknown.
   void take(const Token& token, const TextCoding* coding);
 
   bool has_paragraph_style(std::int32_t number) const { return paragraph_styles_.contains(number); }

@@ -111,7 +111,8 @@ bool TextReader::unicode(TextUnit& unit, std::int32_t number, std::size_t end) {
   return give(unit, is_valid ? TextUnit::Kind::kCharacter : TextUnit::Kind::kInvalid, end);
 }
 
-// The second half of a character and the place behind it; false, and nothing has changed, when there is none.
+// Reads the second half of a character and moves `place` behind it. When there is none, returns false and changes
+// nothing.
 bool TextReader::second_half(std::size_t& place, char32_t& half) {
   const unsigned before = fallback_;
   for (std::size_t at = behind_line_ends(place);;) {
@@ -158,7 +159,7 @@ bool TextReader::is_pair_with_syntax(std::size_t place) const {
   return coding_->decode_one(pair, character, is_valid) == 2 && is_valid;
 }
 
-// The place behind what older programs show instead: bytes, or characters with names.
+// The place after what older programs show instead: bytes, or characters with names.
 std::size_t TextReader::behind_fallback(std::size_t place) const {
   for (unsigned left = fallback_; left > 0; --left) {
     const std::size_t next = behind_line_ends(place);

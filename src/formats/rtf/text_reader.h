@@ -25,23 +25,23 @@ struct TextUnit {
   std::string_view bytes;  // of the document
 };
 
-// The bytes behind each \uN, as \ucN says; no program has more than 16.
+// How many bytes follow each \uN, as \ucN says. No program uses more than 16.
 unsigned fallback_of(const Token& uc);
 
 class TextReader {
  public:
-  // `coding` is null when it is not known; then only ASCII is valid. `fallback` is the number of bytes behind each \uN
-  // (\ucN in effect before the run). Both must outlive the reader, as must `bytes`.
+  // `coding` is null when it is unknown; then only ASCII is valid. `fallback` is the number of bytes after each \uN
+  // (the \ucN in effect before the run). `coding` and `bytes` must outlive the reader.
   TextReader(std::string_view bytes, const TextCoding* coding, unsigned fallback)
       : bytes_(bytes), coding_(coding), fallback_(fallback) {}
   // False at the end.
   bool next(TextUnit& unit);
-  // The bytes behind each \uN, as far as the run has been read.
+  // How many bytes follow each \uN at the place that has been reached.
   unsigned fallback() const { return fallback_; }
 
  private:
   struct Byte {
-    int value = -1;  // none: the bytes there are something else
+    int value = -1;  // -1 when the bytes there are something else
     std::size_t size = 0;
   };
   Byte byte_at(std::size_t place, bool is_second = false) const;

@@ -91,7 +91,7 @@ bool TokenScanner::next(std::string_view bytes, bool is_all, const TextCoding* c
 
 bool TokenScanner::control(std::string_view bytes, bool is_all, Token& token) {
   if (bytes.size() < kLongestWord && !is_all) {
-    // Most words end early, and nothing behind their end can change them.
+    // Most words end early, and nothing after their end can change them.
     const auto end = std::find_if_not(bytes.begin() + 1, bytes.end(),
                                       [](char c) { return is_letter(c) || is_digit(c) || c == '-' || c == '\''; });
     if (end == bytes.end()) return false;
@@ -120,7 +120,7 @@ bool TokenScanner::text(std::string_view bytes, bool is_all, const TextCoding* c
     if (!coding->is_lead_byte(static_cast<unsigned char>(*p))) continue;
     const auto left = static_cast<std::size_t>(end - p);
     if (left < kLongestPair && !is_all) {
-      // These bytes decide it, unless the second byte may be written in hexadecimal.
+      // The bytes at hand are enough to decide, unless the second byte may be written in hexadecimal.
       if (left == 1 || p[1] == '\\') return p != begin && taken();
     }
     if (left < 2) continue;

@@ -1,8 +1,8 @@
 // Cuts RTF (1.9) into braces, control words, control symbols, hexadecimal bytes, raw data, line ends and text.
 //
 // The bytes of all tokens, in order, are the document, whatever is wrong with it. RTF's own syntax is seven-bit. Older
-// programs of East Asian systems wrote characters of two bytes as they are, and their second byte may look like a
-// brace or a backslash: so the scanner needs to know the coding of the text that it stands in.
+// programs on East Asian systems wrote two-byte characters unescaped, and their second byte may look like a brace or a
+// backslash. So the scanner needs to know the coding of the current text.
 #pragma once
 
 #include <cstddef>
@@ -47,8 +47,9 @@ Token word_at(std::string_view bytes);
 
 class TokenScanner {
  public:
-  // The token that begins `bytes` (not empty), which start where the last token ended; `coding` is the coding of the
-  // text there, or null. False when more bytes are needed, which never happens when these are the last ones (`is_all`).
+  // Reads the token at the start of `bytes` (not empty), which must begin where the last token ended. `coding` is the
+  // coding of the text there, or null. False when more bytes are needed, which never happens when these are the last
+  // ones (`is_all`).
   bool next(std::string_view bytes, bool is_all, const TextCoding* coding, Token& token);
 
  private:

@@ -15,7 +15,7 @@ struct Range {
   char32_t last;
 };
 
-// Combining marks of the scripts that texts of code pages have, marks without a width, variation selectors.
+// Combining marks of the scripts that code pages cover, marks without a width, variation selectors.
 constexpr Range kNarrowest[] = {{0x0300, 0x036F}, {0x0483, 0x0489}, {0x0591, 0x05BD}, {0x064B, 0x065F},
                                 {0x0E31, 0x0E31}, {0x0E34, 0x0E3A}, {0x0E47, 0x0E4E}, {0x1DC0, 0x1DFF},
                                 {0x200B, 0x200F}, {0x20D0, 0x20FF}, {0x302A, 0x302D}, {0x3099, 0x309A},

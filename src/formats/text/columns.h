@@ -1,4 +1,4 @@
-// How wide a text is in columns of a fixed-width font, and where its lines may end.
+// Measures a text in columns of a fixed-width font, and says where its lines may end.
 #pragma once
 
 #include <cstddef>
@@ -13,9 +13,9 @@ std::size_t columns_of(char32_t code_point);
 // counts as 1.
 std::size_t columns_of(std::string_view utf8, std::size_t column = 0);
 
-// True for writing without blanks between words, which may break between any two characters: Chinese, Japanese.
+// True for scripts without blanks between words, which may break between any two characters: Chinese, Japanese.
 bool is_unspaced(char32_t code_point);
-// Punctuation that never begins a line there, and punctuation that never ends one.
+// Punctuation that never begins a line in those scripts, and punctuation that never ends one.
 bool is_closing(char32_t code_point);
 bool is_opening(char32_t code_point);
 

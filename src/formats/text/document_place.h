@@ -17,14 +17,14 @@ class DocumentPlace {
   void advance(std::string_view bytes) {
     advance(bytes, [](std::string_view part) { return part.size(); });
   }
-  // The same for bytes that stand for others. `size_of` returns how many bytes of the document a part of a line takes.
+  // The same for decoded bytes. `size_of` returns how many bytes of the document a part of a line takes.
   template <class SizeOf>
   void advance(std::string_view bytes, SizeOf&& size_of) {
     if (bytes.empty()) return;
     const char* const end = bytes.data() + bytes.size();
     const char* line = bytes.data();
     for (const char* p = bytes.data(); p != end;) {
-      // A line feed right behind a return belongs to the same line end.
+      // A line feed directly after a return belongs to the same line end.
       const bool joins = after_return_ && *p == '\n';
       after_return_ = false;
       if (!joins) {

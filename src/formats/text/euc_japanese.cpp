@@ -10,7 +10,8 @@ constexpr unsigned char kHalfWidth = 0x8E;  // leads a half-width katakana
 bool is_high(unsigned char byte) { return byte >= 0xA1 && byte <= 0xFE; }
 bool is_katakana(unsigned char byte) { return byte >= 0xA1 && byte <= 0xDF; }
 
-// Two bytes of EUC as Shift-JIS. Both number row and cell of one table; Shift-JIS packs two rows into a lead byte.
+// Converts two bytes of EUC to Shift-JIS. Both codings give row and cell of the same table, but Shift-JIS packs two
+// rows into one lead byte.
 std::pair<unsigned char, unsigned char> to_shift_jis(unsigned char first, unsigned char second) {
   const unsigned row = first - 0xA1u, cell = second - 0xA1u;
   const unsigned lead = row / 2 + (row < 62 ? 0x81 : 0xC1);
@@ -50,7 +51,7 @@ class EucJapanese final : public CodePage {
   }
 
   std::string encode(std::u16string_view text) const override {
-    constexpr unsigned char kLastLead = 0xEF;  // behind it are users' own characters and duplicates
+    constexpr unsigned char kLastLead = 0xEF;  // beyond it are user-defined characters and duplicates
     std::string bytes;
     const std::string shift_jis = page_->encode(text);
     for (std::size_t i = 0; i < shift_jis.size(); ++i) {

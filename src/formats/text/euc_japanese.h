@@ -1,8 +1,8 @@
-// Japanese EUC, the coding of many pages and UNIX documents from Japan. It is not an ANSI code page, so it is not taken
-// from the system: its characters of one and two bytes (JIS X 0201 and 0208) are those of code page 932 under other
+// Japanese EUC, the coding of many pages and UNIX documents from Japan. It is not an ANSI code page, so the system does
+// not provide it. Its one-byte and two-byte characters (JIS X 0201 and 0208) are those of code page 932 with other
 // bytes.
 //
-// The characters of three bytes (JIS X 0212, behind 0x8F) are not in that code page. They count as invalid bytes, which
+// Its three-byte characters (JIS X 0212, after 0x8F) are not in that code page. They count as invalid bytes, which
 // documents keep as they are.
 #pragma once
 

@@ -41,7 +41,8 @@ class LineCounter {
     fed_ += bytes.size();
   }
 
-  // The place of the byte at `position`, which must lie neither beyond fed() nor before a position asked for earlier.
+  // The place of the byte at `position`, which must be neither beyond fed() nor before a position that was asked for
+  // earlier.
   PagePlace at(std::uint64_t position) {
     for (; next_ != starts_.size() && starts_[next_] <= position; ++next_) {
       line_begin_ = starts_[next_];

@@ -13,8 +13,8 @@ namespace {
 
 constexpr char32_t kInvalid = 0xFFFFFFFF;
 
-// The first byte that is not plain ASCII. A control character other than tab and line ends counts as such: no text may
-// hold it.
+// The first byte that is not plain ASCII. A control character other than tab and line ends is not plain either, since
+// no text may contain it.
 const char* skip_ascii(const char* p, const char* end) {
   // Takes eight bytes at a time. Plain ones have no top bit, and subtracting 0x20 from them borrows nowhere.
   constexpr std::uint64_t tops = 0x8080808080808080;
@@ -55,7 +55,7 @@ struct TextCoding::Tables {
     for (unsigned byte = 0; byte < 256; ++byte) single[byte] = ask(std::string(1, static_cast<char>(byte)));
   }
 
-  // The character of these bytes, if it converts back to the same bytes.
+  // Asks the system for the character of these bytes. It counts only if it converts back to the same bytes.
   char32_t ask(const std::string& character) const {
     const std::u16string unit = page->decode(character);
     if (unit.size() != 1 || (unit[0] >= 0xD800 && unit[0] <= 0xDFFF)) return kInvalid;

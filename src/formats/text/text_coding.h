@@ -1,8 +1,8 @@
 // The coding of a document's bytes: an ANSI code page, Japanese EUC, UTF-8 or UTF-16.
 //
 // Unlike the code page port it reports invalid bytes and missing characters, in the same way on every system, so that
-// filters can keep the bytes as codes and escape the characters. It asks the port for each character once, and believes
-// it only when the way back gives the same bytes.
+// filters can keep the bytes as codes and escape the characters. It asks the port for each character once, and accepts
+// the answer only if converting it back gives the same bytes.
 #pragma once
 
 #include <cstddef>
@@ -45,7 +45,7 @@ class TextCoding {
   // Appends to `utf8` the longest run at the start of `bytes` that is valid and consists of characters allowed in XML.
   // Returns how many bytes it took.
   std::size_t decode_run(std::string_view bytes, std::string& utf8) const;
-  // How many bytes at the end begin a character that is not complete. `bytes` must begin at a character.
+  // How many bytes at the end belong to an incomplete character. `bytes` must begin with a whole character.
   std::size_t incomplete_tail(std::string_view bytes) const;
 
   // Appends `utf8` in this coding. Calls `missing` with the UTF-8 form of each character that the coding lacks; it

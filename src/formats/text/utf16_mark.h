@@ -1,5 +1,4 @@
-// Recognises UTF-16 text. The page converters refuse it: they work on bytes and take every token as one ASCII byte a
-// character.
+// Recognises UTF-16 text. The page converters refuse it, because they look for ASCII bytes.
 #pragma once
 
 #include <string_view>
@@ -13,7 +12,7 @@ inline bool starts_as_utf16(std::string_view bytes) {
   return bytes.substr(0, 2) == "\xFF\xFE" || bytes.substr(0, 2) == "\xFE\xFF";
 }
 
-// The same for a file of which nothing has been consumed. Throws `failure` when it cannot be read.
+// The same for a file from which nothing has been consumed. Throws `failure` when it cannot be read.
 inline bool starts_as_utf16(BlockReader& reader) {
   while (reader.window().size() < 2 && reader.more()) {
   }

@@ -15,7 +15,7 @@ namespace {
 
 constexpr XML_Char kSeparator = ' ';
 
-// The parser holds a whole tag in memory until it ends. No real tag is longer.
+// The parser keeps a tag in memory until it ends. No real tag is longer than this.
 constexpr std::uint64_t kLongestTag = 16 * 1024 * 1024;
 
 bool is_named(const XML_Char* name, const char* lower) {
@@ -73,7 +73,7 @@ struct XmlReader::State {
   }
   ~State() { XML_ParserFree(parser); }
 
-  // The parser is C code, so an exception of a handler is kept until the parser has returned.
+  // The parser is C code, so an exception that a handler throws is kept until the parser has returned.
   template <class Step>
   void guarded(Step&& step) {
     if (thrown) return;

@@ -1,4 +1,4 @@
-// Reads an XML document as a stream of events, each with its place in bytes. The bilingual documents are read by it.
+// Reads an XML document as a stream of events, each with its place in bytes. Bilingual documents are read this way.
 //
 // It fetches nothing outside the document and expands only the five entities of XML itself. A document that declares or
 // uses another entity is refused, so neither an entity bomb nor a reference to another file does harm. It reads all
@@ -15,7 +15,7 @@
 
 namespace kavo {
 
-// Where a tag stands in the file, in bytes.
+// Where a tag is in the file, in bytes.
 struct XmlPlace {
   std::uint64_t begin = 0;
   std::uint64_t end = 0;
@@ -41,16 +41,16 @@ class XmlHandler {
   virtual void start(std::string_view space, std::string_view name, const XmlAttributes& attributes,
                      XmlPlace place) = 0;
   virtual void end(std::string_view space, std::string_view name, XmlPlace place) = 0;
-  // Called with pieces of text in UTF-8, with line ends normalised by XML's rules.
+  // Called with pieces of text in UTF-8. Line ends are normalised by XML's rules.
   virtual void text(std::string_view text) = 0;
 };
 
-// How the bytes of a document are coded, as far as it matters for writing into it.
+// How a document is coded, as far as that matters for writing into it.
 enum class XmlCoding {
   kUtf8,
   kUtf16Little,
   kUtf16Big,
-  kAsciiBased,  // anything else; what is beyond ASCII can be written as character references
+  kAsciiBased,  // anything else; character references can stand for what is beyond ASCII
 };
 
 class XmlReader {
@@ -61,8 +61,8 @@ class XmlReader {
   XmlReader(const XmlReader&) = delete;
   XmlReader& operator=(const XmlReader&) = delete;
 
-  // Reads the whole document; call it once. Throws `failure` 5 with "<path>, line 3, column 7: ..." when the document
-  // is not well-formed, is cut short or is refused, and what the handler throws.
+  // Reads the whole document. Call it once. Throws `failure` 5 with "<path>, line 3, column 7: ..." when the document
+  // is not well-formed, is cut short or is refused. Passes on what the handler throws.
   void read(XmlHandler& handler, ProgressEvent* progress = nullptr);
   // For a handler: throws `failure` 5 with the current place before the reason.
   [[noreturn]] void refuse(std::u16string_view reason) const;

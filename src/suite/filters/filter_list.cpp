@@ -14,8 +14,8 @@
 namespace kavo {
 namespace {
 
-// In the order in which the catalogue lists them. Those of Office documents read the form that an Office program writes
-// (interchange/); the library knows them by identifiers of their own.
+// The filters in the order in which the catalogue lists them. Those of Office documents read the form that an Office
+// program writes (interchange/). The library knows these by identifiers of their own.
 constexpr FilterEntry kFilters[] = {
     {u"Word documents", u"*.doc", u"K19DOCW", "rtf", make_rtf_filter, u"k19docw.k19docwobj.1"},
     {u"RTF documents", u"*.rtf", u"K19RTF", "rtf", make_rtf_filter},
@@ -23,8 +23,7 @@ constexpr FilterEntry kFilters[] = {
     {u"FrameMaker MIF documents", u"*.mif", u"K19MIF", "mif", make_mif_filter},
     {u"Resource scripts", u"*.rc", u"K19GCP", "winres", make_rc_filter},
     {u"Text files", u"*.txt;*.scr", u"K19TXT", "plaintext", make_text_filter},
-    {u"PowerPoint presentations", u"*.ppt", u"K19PPTW", "xml", make_office_xml_filter,
-     u"k19pptw.k19pptwobj.1"},
+    {u"PowerPoint presentations", u"*.ppt", u"K19PPTW", "xml", make_office_xml_filter, u"k19pptw.k19pptwobj.1"},
     {u"Excel workbooks", u"*.xls", u"K19XLSW", "xml", make_office_xml_filter, u"k19xlsw.k19xlswobj.1"},
 };
 

@@ -14,7 +14,7 @@ namespace {
 
 using enum OptionKind;
 
-// A filter's options stand together. docs/filter-options.md has the same rows, which a test compares.
+// A filter's options are together. docs/filter-options.md has the same rows; a test compares them.
 constexpr FilterOption kOptions[] = {
     {"overwrite", kSwitch, "off",
      "Replaces what a document already has in the target language. `--overwrite` sets it for a run", "on"},
@@ -72,7 +72,7 @@ constexpr FilterOption kOptions[] = {
 
 constexpr std::string_view kBlanks = " \t";
 
-// What stands between the items of a list; "" for a kind that is none.
+// What separates the items of a list; "" for a kind that is not a list.
 std::string_view separators_of(OptionKind kind) {
   switch (kind) {
     case kWords:

@@ -11,7 +11,7 @@
 
 namespace kavo {
 
-// What was chosen, by key. A key that is missing has its usual value.
+// What was chosen, by key. A key that is missing has its default.
 using FilterOptions = std::map<std::string, std::string, std::less<>>;
 
 enum class OptionKind : std::uint8_t {
@@ -27,7 +27,7 @@ enum class OptionKind : std::uint8_t {
 struct FilterOption {
   std::string_view key;  // the filter, a dot, the option: "rc.dialog-font"; without a dot it belongs to one run only
   OptionKind kind;
-  std::string_view usual;         // what holds when nobody chooses
+  std::string_view usual;         // the default
   std::string_view summary;       // what it does
   std::string_view example;       // a value
   std::string_view choices = {};  // the words of a kChoice, with blanks between
@@ -37,22 +37,23 @@ struct FilterOption {
 std::span<const FilterOption> filter_options();
 // Null for an unknown key.
 const FilterOption* find_filter_option(std::string_view key);
-// Whether it can be stored for the user and stand in a project: it belongs to a filter, not to one run.
+// True when it can be stored for the user and in a project, because it belongs to a filter and not to one run.
 bool is_lasting(const FilterOption& option);
 // What a value can be, for people: "likely, all or none".
 std::string values_of(const FilterOption& option);
 
-// What is wrong with a choice, for people: "" for nothing. An unknown key is named with the nearest one.
+// What is wrong with a choice, as a message for people; "" when nothing is. For an unknown key the message suggests the
+// nearest one.
 std::string option_problem(std::string_view key, std::string_view value);
-// Notes a choice that option_problem() has nothing against. A list that was begun in the same options gets longer.
+// Stores a choice that option_problem() accepts. A list that `options` already holds gets longer.
 void choose(FilterOptions& options, std::string_view key, std::string_view value);
 
 // What the user has stored (program "KAVO", section and name as in the key).
 FilterOptions stored_filter_options();
-// Throws `failure` when the registry refuses. An empty value takes what is stored away.
+// Throws `failure` when the registry refuses. An empty value deletes what is stored.
 void store_filter_option(std::string_view key, std::string_view value);
 
-// What holds for a key of the table, chosen or usual.
+// The value of a key of the table: what was chosen, or the default.
 std::string_view option_text(const FilterOptions& options, std::string_view key);
 bool is_on(const FilterOptions& options, std::string_view key);
 // The words, names or patterns of a list, without empty ones.

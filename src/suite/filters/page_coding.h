@@ -1,5 +1,5 @@
-// The coding of a page and of its script file, which are one document of their author: what the page declares governs
-// both, wherever it stands.
+// The coding of a page and of its script file. They are one document for its author, so what the page declares applies
+// to both, wherever the declaration is.
 #pragma once
 
 #include "formats/html/charset.h"
@@ -7,11 +7,11 @@
 
 namespace kavo {
 
-// What the author's page tells; of a document of unknown author what `beginning`, its own, tells. Throws `failure` when
-// the page is there and cannot be read.
+// What the author's page declares. When that page is unknown, what `beginning` declares, which is the document's own.
+// Throws `failure` when the page exists but cannot be read.
 html::PageCoding page_coding_of(const ConversionSettings& settings, std::string_view beginning);
 
-// "asp" of a page "index.asp", and of its parts "index_asp.htm" and "index_asp.scr".
+// "asp" for a page "index.asp" and for its parts "index_asp.htm" and "index_asp.scr".
 std::string extension_of_page(const ConversionSettings& settings);
 
 }  // namespace kavo

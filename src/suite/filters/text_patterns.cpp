@@ -12,7 +12,7 @@ namespace {
 constexpr std::string_view kPlaceholder = "x-placeholder";
 constexpr std::string_view kAddress = "x-address";
 
-// Longer ones are none: what is looked at twice is bounded.
+// Longer names do not count, so that only a bounded number of bytes is looked at twice.
 constexpr std::size_t kLongestName = 64;
 constexpr std::size_t kLongestExpression = 128;
 constexpr std::size_t kLongestHost = 255;
@@ -64,7 +64,7 @@ bool begins_with(std::string_view text, std::string_view small) {
          });
 }
 
-// Without what ends the sentence around an address, and without the bracket that closes the one before it.
+// The address without the punctuation of the sentence around it, and without a bracket that closes one before it.
 std::size_t without_sentence_end(std::string_view address) {
   std::size_t size = address.size();
   const bool has_bracket = address.find('(') != std::string_view::npos;
@@ -76,7 +76,7 @@ std::size_t without_sentence_end(std::string_view address) {
   return size;
 }
 
-// A host with a dot, and a port and a path behind it; 0 for none.
+// The length of a host with a dot, and of the port and the path after it; 0 for none.
 std::size_t host_length(std::string_view text) {
   std::size_t at = 0;
   for (; at < text.size() && at < kLongestHost && (is_ascii_word(text[at]) || text[at] == '-' || text[at] == '.'); ++at)
@@ -88,7 +88,7 @@ std::size_t host_length(std::string_view text) {
   return std::all_of(top.begin(), top.end(), is_letter) ? at : 0;
 }
 
-// Up to what no address holds. A reference of a page ends it, too, but for "&amp;".
+// Where an address ends: at the first character that it cannot contain, or at a reference other than "&amp;".
 std::size_t address_end(std::string_view text) {
   std::size_t at = 0;
   for (; at < text.size(); ++at) {
@@ -103,7 +103,7 @@ std::size_t address_end(std::string_view text) {
   return without_sentence_end(text.substr(0, at));
 }
 
-// Around an "@": the place where it begins and its length.
+// Finds the mail address around an "@".
 PatternMatch mail_around(std::string_view text, std::size_t sign, std::size_t from) {
   const auto is_local = [](char c) { return is_ascii_word(c) || c == '.' || c == '_' || c == '+' || c == '-'; };
   std::size_t begin = sign;
@@ -129,7 +129,7 @@ std::size_t address_length(std::string_view text) {
   return 0;
 }
 
-// Letters of signs, arrows, currencies and pictures are none.
+// Signs, arrows, currencies and pictures are not letters.
 struct Range {
   char32_t first;
   char32_t last;

@@ -1,5 +1,5 @@
-// What a text of any format holds beside words: places for values, addresses, numbers. A filter makes codes of the
-// former two, and locks a text that has no words.
+// Finds what a text of any format contains besides words: placeholders for values, addresses, numbers. A filter turns
+// placeholders and addresses into codes, and locks a text that has no words.
 #pragma once
 
 #include <cstddef>
@@ -9,7 +9,7 @@
 
 namespace kavo {
 
-// A run of a text that a translation keeps as it is.
+// A part of a text that a translation must keep.
 struct PatternMatch {
   std::size_t begin = 0;  // in bytes
   std::size_t size = 0;   // 0 for none
@@ -19,13 +19,12 @@ struct PatternMatch {
 class TextPatterns {
  public:
   TextPatterns() : TextPatterns(std::vector<std::string>()) {}
-  // With patterns that a user adds: a "*" stands for one or more characters of a line. One that begins with "*" is
-  // left out: it would begin anywhere.
+  // `own` are patterns that the user adds, in which "*" stands for one or more characters of a line. A pattern that
+  // begins with "*" is ignored, because it could begin anywhere.
   explicit TextPatterns(std::vector<std::string> own);
 
-  // The first one at or behind `from`: "{{name}}", "{0}", "{name}", "${name}", "%s", "%1$d", "a@b.org",
-  // "https://b.org", "www.b.org". `text` is ASCII-compatible; its patterns are ASCII. Calls with growing `from` take
-  // linear time.
+  // The first one from `from` on: "{{name}}", "{0}", "{name}", "${name}", "%s", "%1$d", "a@b.org", "https://b.org",
+  // "www.b.org". `text` is ASCII-compatible; its patterns are ASCII. Calls with growing `from` take linear time.
   PatternMatch find(std::string_view text, std::size_t from) const;
 
  private:
@@ -36,7 +35,7 @@ class TextPatterns {
   bool begins_[256] = {};
 };
 
-// Whether a text holds a letter: what has none is a number, a sign or a blank. `text` in UTF-8.
+// True when a text contains a letter. Without one it consists of numbers, signs and blanks. `text` is in UTF-8.
 bool has_letter(std::string_view text);
 
 // What a locked text's note says.

@@ -45,7 +45,7 @@ std::string_view append_with_colour(std::string_view statements, const std::stri
   return last_font;
 }
 
-// Subtractive colours in percent, black left out, as the catalogue has the plain ones.
+// Writes the colour as cyan, magenta and yellow in percent, without black, as the catalogue writes its plain colours.
 void append_colour_definition(std::string_view name, std::uint32_t colour, std::string& bytes) {
   const auto percent = [&](unsigned shift) { return 100.0 - (colour >> shift & 0xFF) * 100.0 / 255.0; };
   char inks[160];

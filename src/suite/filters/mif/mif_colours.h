@@ -8,13 +8,13 @@
 
 namespace kavo::mif {
 
-// Writes the opening of a statement and the definitions of all four colours (0x00BBGGRR): behind the opening of a
-// colour catalogue, or in a catalogue of their own before any other statement.
+// Writes the opening of a statement and the definitions of all four colours (0x00BBGGRR): after the opening if that
+// begins a colour catalogue, otherwise before it in a catalogue of their own.
 void append_colour_definitions(std::string_view opening, const std::uint32_t (&colours)[4], std::string& bytes);
 
-// Writes the statements of a segment in colour `colour` (0 to 3). A font before them and every font among them sets it.
-// A font behind them restores the last font of the segment or, if it had none, `font` (a statement, "" for the
-// paragraph's own). `separator` goes between statements.
+// Writes the statements of a segment in colour `colour` (0 to 3). A font before the statements and every font among
+// them sets it. A font after them restores the last font of the segment or, if it has none, `font` (a statement, "" for
+// the paragraph's own). `separator` goes between statements.
 void append_coloured(std::string_view segment, std::size_t colour, std::string_view font, std::string_view separator,
                      std::string& bytes);
 

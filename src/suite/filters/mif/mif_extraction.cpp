@@ -17,9 +17,9 @@ constexpr std::string_view kSideTextTag = "KAVOTag";
 constexpr std::pair<std::string_view, std::string_view> kTableParts[] = {
     {"TblTitle", "title/"}, {"TblH", "heading/"}, {"TblBody", "cell/"}, {"TblF", "footing/"}};
 
-// These never stand inside a paragraph: one that is still open was not closed.
+// These are never inside a paragraph, so a paragraph that is still open was not closed.
 constexpr std::string_view kOuterStatements[] = {"Para", "TextLine", "TextFlow", "Tbl", "Page"};
-// The first of these in a document stands behind all its catalogues.
+// The first of these in a document comes after all its catalogues.
 constexpr std::string_view kShownStatements[] = {"Para", "TextLine", "TextFlow", "Tbls", "AFrames", "Page"};
 
 template <std::size_t kSize>
@@ -57,8 +57,8 @@ const MifExtraction::Statement& MifExtraction::find_statement(std::string_view n
 }
 
 MifExtraction::FontPart MifExtraction::find_font_part(std::string_view name) {
-  // The spread of letters under its names in all versions, moves of single letters, pairs that stand closer, narrower
-  // Asian punctuation; the language that words are divided and checked in.
+  // Letter spacing by its names in all versions, shifts of single letters, kerning of pairs, narrower Asian
+  // punctuation, and the language in which words are divided and checked.
   constexpr std::string_view spacing[] = {"FDW", "FSpread", "FDX", "FPairKern", "FTsume", "FLanguage"};
   if (name == "FLocked") return FontPart::kNone;
   if (name == "FTag") return FontPart::kTag;
@@ -101,7 +101,7 @@ void MifExtraction::take(const MifToken& token) {
   }
 }
 
-// Ends what was never closed before a statement that cannot stand in it.
+// Ends what was never closed, at a statement that cannot be inside it.
 void MifExtraction::recover(std::string_view name) {
   Place back = place_;
   if (is_one_of(kOuterStatements, name))
@@ -251,7 +251,7 @@ void MifExtraction::finish_statement() {
   const Item item = finished_item();
   items_.push_back(item);
   has_text_ = has_text_ || item.is_visible;
-  // In particular, the statement that names the text's first frame must not move into the text.
+  // So the statement that names the text's first frame, for one, does not move into the text.
   if (item.kind == ItemKind::kHidden && !has_text_ && item.statement->name != kFont) flush();
 }
 
@@ -319,7 +319,7 @@ void MifExtraction::hidden(std::string_view bytes) {
   items_.back().end = paragraph_.size();
 }
 
-// Keeps the line end and the indentation in front of what comes next.
+// Remembers the line end and the indentation before what comes next.
 void MifExtraction::follow_blanks(std::string_view bytes) {
   if (is_line_end(bytes.front())) {
     for (const char c : bytes) {

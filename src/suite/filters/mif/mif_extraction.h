@@ -1,14 +1,14 @@
 // Takes a MIF document apart: paragraphs and text lines become segments, everything else skeleton.
 //
-// Every `Para` and `TextLine` counts, wherever it stands: text flows of body, master and reference pages, table cells
-// and titles, footnotes, text on drawings. The strings and named characters of its lines are joined, since lines end
-// where the layout program broke them last; other statements among them are the segment's codes. A segment reaches from
-// the first text (or variable) to the last one, with the codes between them and the partners of those codes; what lies
-// around it (the font of a whole paragraph, a marker before the text) goes into the skeleton.
+// Every `Para` and `TextLine` counts, wherever it is: in text flows of body, master and reference pages, in table cells
+// and titles, footnotes and drawings. The strings and named characters of its lines are joined, since lines end where
+// the layout program broke them last; other statements among them are the segment's codes. A segment reaches from the
+// first text (or variable) to the last one, with the codes between them and the partners of those codes; what is
+// outside (the font of a whole paragraph, a marker before the text) goes into the skeleton.
 //
-// Fonts that a reader cannot tell from the one before them (another spacing, another language of hyphenation) belong to
-// the lines, like a line end. Texts of other pages than the wanted kinds are locked; a text of a master page that
-// equals an earlier one is a computed place instead of a segment.
+// A font that looks like the one before it (with other spacing or another language for hyphenation) belongs to the
+// lines, like a line end. Texts of other pages than the wanted kinds are locked; a text of a master page that equals an
+// earlier one is a computed place instead of a segment.
 //
 // A paragraph that was never closed ends where the next one begins, so a broken statement costs only its own paragraph.
 #pragma once
@@ -50,7 +50,7 @@ class MifExtraction {
         sink_(sink),
         builder_(coding_.bytes()) {}
 
-  // Reads the document twice, from where it stands.
+  // Reads the document twice, from its current place.
   void run(ProgressEvent& progress);
 
  private:
@@ -70,7 +70,7 @@ class MifExtraction {
     kCode,
     kVariable,  // a code in whose place readers see text
   };
-  // What the statements of a line are: one row for each that the filter knows.
+  // One row for each statement in a line that the filter knows.
   struct Statement {
     std::string_view name;
     ItemKind kind = ItemKind::kCode;
@@ -80,7 +80,7 @@ class MifExtraction {
   static const Statement kStatements[];
   static const Statement& find_statement(std::string_view name);
 
-  // A part of a paragraph. Places are those of `paragraph_`.
+  // A part of a paragraph. Its places are offsets in `paragraph_`.
   struct Item {
     ItemKind kind = ItemKind::kHidden;
     std::size_t begin = 0;
@@ -90,8 +90,8 @@ class MifExtraction {
     const Statement* statement = nullptr;  // of a code
     bool sets_font = false;                // a font that is not the paragraph's own
     std::string_view text;                 // of a character
-    unsigned code_page_before = 0;         // of strings there
-    unsigned code_page = 0;                // of the string itself, of strings behind a font
+    unsigned code_page_before = 0;         // the code page of strings before the item
+    unsigned code_page = 0;                // the code page of the string itself, or of strings after a font
     bool is_visible = false;
     std::size_t partner = kNoPartner;  // of an opening and its closing code
   };
@@ -102,21 +102,21 @@ class MifExtraction {
     kLook,
   };
   static FontPart find_font_part(std::string_view name);
-  // What finish_statement() must know of the statement being read.
+  // What finish_statement() must know about the statement that is being read.
   struct Reading {
     const Statement* statement = nullptr;
     std::size_t begin = 0;
-    unsigned code_page = 0;  // of strings in front of it
+    unsigned code_page = 0;  // the code page of strings before it
     std::size_t depth = 0;
     std::size_t value = 0;  // its string
     std::size_t value_end = 0;
     std::size_t string_count = 0;
-    bool has_more = false;  // than strings and blanks
+    bool has_more = false;  // it holds more than strings and blanks
     // While a font is read: what its inner statement sets, whether anything is set, and the parts that a reader sees.
     FontPart font_part = FontPart::kNone;
     bool has_font = false;
     std::string look;
-    bool is_too_long = false;  // and goes into the skeleton
+    bool is_too_long = false;  // it is too long, so it goes into the skeleton
   };
 
   void take(const MifToken& token);
@@ -172,16 +172,16 @@ class MifExtraction {
   std::string_view table_part_;
   std::string paragraph_tag_;  // decoded
   std::size_t depth_ = 0;      // in a statement about the paragraph
-  bool is_tag_ = false;        // which is the tag of a side text
+  bool is_tag_ = false;        // that statement is the tag of a side text
   bool is_paragraph_tag_ = false;
   Reading reading_;
-  std::string look_;  // of the font in effect, what a reader sees; "" for the paragraph's own
+  std::string look_;  // what a reader sees of the font in effect; "" for the paragraph's own font
   std::string paragraph_;
   std::vector<Item> items_;
-  bool has_text_ = false;  // one of them is visible
+  bool has_text_ = false;  // one of the items is a visible text
   std::vector<std::size_t> open_codes_;
-  std::string blanks_;  // in front of `paragraph_`
-  std::string font_;    // in effect in front of `paragraph_`: its statement, "" for the paragraph's own
+  std::string blanks_;  // blanks before `paragraph_`
+  std::string font_;    // the statement of the font in effect before `paragraph_`; "" for the paragraph's own font
 
   DocumentPlace position_;
 };

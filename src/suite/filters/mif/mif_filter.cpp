@@ -37,7 +37,7 @@ class MifFilter final : public Filter {
   mif::MifMasterTranslations master_texts_;
 };
 
-// Writes a segment as a row of statements.
+// Writes a segment as a sequence of statements.
 class SegmentWriter {
  public:
   SegmentWriter(const Hole& hole, const mif::FontCodings& codings, std::string& bytes)
@@ -71,7 +71,7 @@ class SegmentWriter {
     }
   }
 
-  // A code that is a statement stands between strings. Any other code (an escape, a byte, a building block) stands in a
+  // A code that is a statement comes between strings. Any other code (an escape, a byte, a building block) is part of a
   // string.
   void code(const CodedPart& reference) {
     const std::string_view code = hole_.bytes_of(reference);
@@ -81,9 +81,9 @@ class SegmentWriter {
       return;
     }
     value(code);
-    // A blank behind this escape is a part of it.
+    // A blank after this escape is part of it.
     if (code.starts_with("\\x") && code.size() == 4) bytes_ += ' ';
-    // A byte that begins a character, alone or behind a backslash.
+    // The code may end with a byte that begins a character, alone or after a backslash.
     const bool ends_in_byte = !code.empty() && static_cast<unsigned char>(code.back()) >= 0x80;
     if (ends_in_byte || code == "\\x" || code == "\\u") joins_ = Joins::kAnything;
   }
@@ -99,21 +99,21 @@ class SegmentWriter {
     return mif::MifTokenScanner().next(code, true, token) && token.bytes == "<Font";
   }
 
-  // A font may decide which coding the strings behind it have.
+  // A font may decide the coding of the strings after it.
   void follow_font(const Hole::Code* code) {
     const auto found = std::find(fonts_.begin(), fonts_.end(), code);
     const auto place = static_cast<std::size_t>(found - fonts_.begin()) + 1;
     if (found != fonts_.end() && place < place_.code_pages.size()) coding_ = &codings_.of(place_.code_pages[place]);
   }
 
-  // A paragraph that ran over into other text frames has lines that say so. The translation stands in the first line;
-  // the others follow without text, because the next paragraph begins in the last of these frames.
+  // A paragraph that ran over into other text frames has lines that say so. The translation goes into the first line.
+  // The other lines follow without text, because the next paragraph begins in the last of these frames.
   void keep_frames() {
     constexpr std::string_view kFrame = "<TextRectID";
     const std::string_view original = hole_.original;
     if (original.find(kFrame) == std::string_view::npos) return;
     int depth = 0;
-    std::size_t frame = original.size();  // where the statement of one begins
+    std::size_t frame = original.size();  // where the statement of a frame begins
     mif::MifTokenScanner scanner;
     mif::MifToken token;
     for (std::size_t at = 0; at < original.size(); at += token.bytes.size()) {
@@ -145,10 +145,10 @@ class SegmentWriter {
     }
   }
 
-  // What must not follow in the same string, because it would become one character with the last byte written.
+  // What must not follow in the same string, because it would form one character with the last byte.
   enum class Joins : std::uint8_t { kNothing, kEscapes, kAnything };
 
-  // How many bytes stand in a string as they are, whatever the coding.
+  // How many bytes can be written into a string unchanged, whatever the coding.
   static std::size_t plain_run(std::string_view text) {
     constexpr std::string_view escaped = "\\>'`\t\r\n";
     const auto* const end = std::find_if(text.begin(), text.end(), [&](char c) {
@@ -164,8 +164,8 @@ class SegmentWriter {
       return;
     }
     written_.clear();
-    // A side text goes into documents of several versions: the merge writes the character, or says where it does not
-    // fit.
+    // A side text goes into documents of several versions. The merge writes the character, or reports where the
+    // document cannot hold it.
     if (!coding_->append(utf8, written_) && place_.is_side_text)
       mif::StringCoding::append_unicode_escape(utf8, written_);
     else if (written_.empty())
@@ -212,7 +212,7 @@ class SegmentWriter {
   const mif::StringCoding* coding_ = &codings_.document();
   std::vector<const Hole::Code*> fonts_;  // the fonts of the segment, where they decide on the coding
   std::string& bytes_;
-  std::vector<std::ptrdiff_t> statements_;  // of a side text, where they begin in the original
+  std::vector<std::ptrdiff_t> statements_;  // of a side text: where its statements begin in the original
   std::string written_;
   bool is_empty_ = true;  // nothing has been written
   bool is_in_string_ = false;

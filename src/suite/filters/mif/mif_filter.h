@@ -1,13 +1,13 @@
 // The MIF filter ("K19MIF"): a segment for each paragraph and text line of a FrameMaker MIF document.
 //
-// Paragraphs count wherever they stand: in text flows of all kinds of pages, table cells and titles, footnotes, the
-// side texts of the library's own small files. Fonts, markers, cross-references, variables, anchored tables and frames,
-// footnote references, conditions and elements are codes of their segment, of which anchors and elements must stay. The
+// Paragraphs count wherever they are: in text flows of all kinds of pages, in table cells and titles, in footnotes, in
+// the library's own side files. Fonts, markers, cross-references, variables, anchored tables and frames, footnote
+// references, conditions and elements are codes of their segment. A translation must keep anchors and elements. The
 // texts of markers, of reference and variable formats and of number formats are not in paragraphs: the library's MIF
 // operations carry them in side files. Catalogues, object data and everything else stay as they are.
 //
-// A changed segment is written as the shortest row of strings and codes, on the first of its lines: the layout program
-// breaks lines anew. A document keeps its coding; up to version 7 it can hold the characters of the format's own
+// A changed segment is written as few strings and codes as possible in the first of its lines; the layout program
+// breaks the lines again. A document keeps its coding; up to version 7 it can hold the characters of the format's own
 // Western set or, when it is an Asian one, those of its code page. A segment's colour is set in the fonts around and
 // inside it; the four colours are added to the document's catalogue.
 #pragma once

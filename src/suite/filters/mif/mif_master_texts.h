@@ -1,4 +1,4 @@
-// Texts that stand on several master pages are offered once and written in every place.
+// Texts that occur on several master pages are offered once and written in every place.
 //
 // Two texts are the same when their words, their codes and the fonts in front of them are the same. The numbers that
 // the layout program gives to its objects (`<Unique 322384>`) may differ; each place keeps its own.
@@ -25,7 +25,7 @@ class MifMasterTexts {
     bool is_again = false;     // it was noted under this number
   };
 
-  // `font` is in effect in front of the text.
+  // `font` is the font in effect before the text.
   Entry take(const Segment& segment, std::string_view font);
 
  private:
@@ -36,11 +36,11 @@ class MifMasterTexts {
 // Used when the document is rebuilt.
 class MifMasterTranslations {
  public:
-  // For each noted text in order.
+  // Begins each noted text, in order.
   void begin(std::string_view original);
-  // What is written for the text that began last; not called for one that keeps its bytes.
+  // Takes what is written for the last text that began. Not called for a text that keeps its bytes.
   void written(std::string_view bytes) { texts_.back().written = bytes; }
-  // The bytes for a place where a text stands again.
+  // Appends the bytes for a place where a text occurs again.
   void append_again(std::uint32_t number, std::string_view original, std::string& bytes) const;
 
  private:

@@ -1,8 +1,8 @@
-// On which kind of page the texts of a MIF document stand.
+// Finds out on which kind of page each text of a MIF document is.
 //
 // A document holds its anchored frames and tables first, then its pages with their text frames, then its text flows. A
-// flow names the text frame that it begins in; a table or an anchored frame stands where a text refers to it by number.
-// So the page of a table's text is known only after a first reading (MifPageSurvey); the second one counts the same
+// flow names the text frame that it begins in; a table or an anchored frame is where a text refers to it by number. So
+// the page of a table's text is known only after a first reading (MifPageSurvey); the second one counts the same
 // containers of texts as it passes them (MifOutline).
 #pragma once
 
@@ -21,7 +21,7 @@ namespace kavo::mif {
 
 enum class PageKind : std::uint8_t { kBody, kMaster, kReference, kHidden };
 
-// The kinds that words such as "body" name; throws `failure` 5 for a word that names none.
+// The kinds of pages that words such as "body" name. Throws `failure` 5 for any other word.
 class PageKinds {
  public:
   explicit PageKinds(std::span<const std::string> words);
@@ -56,12 +56,12 @@ class MifOutline {
 
 class MifPageSurvey {
  public:
-  // Reads the document from where it stands to its end, and goes back there. Percent of the reading, up to 50, go to
-  // `progress`.
+  // Reads the document from its current place to the end, and goes back to that place. Reports progress up to 50
+  // percent.
   MifPageSurvey(BlockReader& document, ProgressEvent& progress);
 
-  // The kind of page that a container (MifOutline::number) stands on. A container without a page, as in a book or a
-  // damaged document, counts as part of the body.
+  // The kind of page that a container (MifOutline::number) is on. A container without a page, as in a book or a damaged
+  // document, counts as part of the body.
   PageKind kind_of(std::uint32_t container) const {
     return container < kinds_.size() ? kinds_[container] : PageKind::kBody;
   }
@@ -70,9 +70,9 @@ class MifPageSurvey {
   struct Container {
     MifOutline::Kind kind = MifOutline::Kind::kNone;
     PageKind page = PageKind::kBody;  // of a page
-    std::uint32_t id = 0;             // of a table or a frame; of a flow the text frame that it begins in
+    std::uint32_t id = 0;  // of a table or a frame: its number; of a flow: the number of its first text frame
   };
-  // Numbers of objects with the containers that they stand in, sorted by number.
+  // Numbers of objects with the containers that they are in, sorted by number.
   using Places = std::vector<std::pair<std::uint32_t, std::uint32_t>>;
   enum class Value : std::uint8_t { kNone, kId, kPageType, kTableId, kFlowFrame, kTableAnchor, kFrameAnchor };
 
@@ -84,7 +84,7 @@ class MifPageSurvey {
 
   MifOutline outline_;
   Value value_ = Value::kNone;  // what is being read
-  bool is_text_frame_ = false;  // the number that comes next is one's
+  bool is_text_frame_ = false;  // the next number belongs to a text frame
   std::string word_;
   std::vector<Container> containers_;
   Places text_frames_;

@@ -1,4 +1,5 @@
-// The end of a MIF paragraph: the gathered bytes become a segment (or the place of an earlier one) and skeleton.
+// The part of MifExtraction that ends a paragraph: the gathered bytes become a segment (or a place for an earlier one)
+// and skeleton.
 #include <algorithm>
 
 #include "formats/mif/building_block.h"
@@ -11,7 +12,7 @@
 namespace kavo::mif {
 namespace {
 
-// A longer font statement is not restored behind a coloured text.
+// A longer font statement is not restored after a coloured text.
 constexpr std::size_t kLongestFont = 4096;  // bytes
 
 // The first building block of a value that begins in [from, end); `end` when there is none.
@@ -47,7 +48,7 @@ void MifExtraction::flush() {
   has_text_ = false;
 }
 
-// The items of the segment; false when there is no text.
+// Finds the items that belong to the segment. False when there is no text.
 bool MifExtraction::find_core(std::size_t& first, std::size_t& last) const {
   first = 0;
   while (first < items_.size() && !items_[first].is_visible) ++first;
@@ -136,7 +137,7 @@ void MifExtraction::write_string(const Item& item) {
 // texts hold building blocks; in the document's own texts the same characters are text.
 std::size_t MifExtraction::write_value(std::string_view value, const StringCoding& coding) {
   StringReader reader(value, coding);
-  bool is_literal = false;  // a backslash stands in front
+  bool is_literal = false;  // a backslash comes before it
   for (StringPart part; reader.next(part);) {
     switch (part.kind) {
       case StringPart::Kind::kRun: {
@@ -184,7 +185,7 @@ void MifExtraction::write_run(std::string_view run, const StringCoding& coding) 
   }
 }
 
-// At the beginning of a segment and behind each font of it; none when all are the document's.
+// The code pages at the beginning of a segment and after each of its fonts. Empty when all are the document's own.
 std::vector<unsigned> MifExtraction::code_pages(std::size_t first, std::size_t last) const {
   std::vector<unsigned> pages{items_[first].code_page_before};
   for (std::size_t i = first; i <= last; ++i)

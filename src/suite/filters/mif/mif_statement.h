@@ -1,4 +1,4 @@
-// Parts of MIF statements as the filter looks at them.
+// Reads parts of MIF statements for the filter.
 #pragma once
 
 #include <string_view>
@@ -15,7 +15,7 @@ inline bool is_blank(char c) { return c == ' ' || c == '\t'; }
 
 inline std::string_view trimmed(std::string_view text) { return kavo::trimmed(text, " \t\r\n"); }
 
-// What stands between the name of a statement and its end.
+// What is between the name of a statement and its end.
 inline std::string_view word_of(std::string_view statement, std::string_view name) {
   return trimmed(statement.substr(1 + name.size(), statement.size() - name.size() - 2));
 }

@@ -1,4 +1,4 @@
-// Where a text of a MIF document stands, which decides how its translation is written. Kept as the context of its
+// Where a text is in a MIF document. This decides how its translation is written. It is kept as the context of its
 // segment.
 #pragma once
 
@@ -15,15 +15,15 @@ namespace kavo::mif {
 inline constexpr std::size_t kLongestSeparator = 64;  // bytes
 
 struct MifTextPlace {
-  // The library looks for a side text as one string, so nothing else may stand beside it.
+  // The library expects a side text to be one string, so nothing else may be beside it.
   bool is_side_text = false;
-  // A text of a master page, whose translation also goes where the same text stands again (kRepeatedText).
+  // The text is on a master page, and its translation also goes where the same text occurs again (kRepeatedText).
   bool is_repeated = false;
-  // The line end and the indentation in front of a statement. At most kLongestSeparator bytes.
+  // The line end and the indentation before a statement. At most kLongestSeparator bytes.
   std::string_view separator;
-  std::string_view font;  // in effect there: its statement, "" for the paragraph's own
-  // Where fonts decide on the coding: the code page at the beginning of the text, then that behind each font of it.
-  // Empty when all of it is in the document's.
+  std::string_view font;  // the statement of the font in effect there; "" for the paragraph's own font
+  // Where fonts decide the coding: the code page at the beginning of the text, then the one after each of its fonts.
+  // Empty when all text is in the document's coding.
   std::vector<unsigned> code_pages;
 };
 

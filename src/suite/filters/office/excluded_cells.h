@@ -1,4 +1,4 @@
-// What of a workbook is not to be translated: whole sheets, columns and rows, by the options "xls.excluded-...".
+// Knows which sheets, columns and rows of a workbook are not translated, by the options "xls.excluded-...".
 #pragma once
 
 #include <cstdint>
@@ -12,9 +12,9 @@ namespace kavo::office {
 
 class ExcludedCells {
  public:
-  // Throws `failure` 5 for a column or row that is none.
+  // Throws `failure` 5 for something that is not a column or row.
   explicit ExcludedCells(const FilterOptions& options);
-  // Whether the text at a place ("sheet:1/cell:B2/comment") of the sheet of that name, UTF-8, is left alone.
+  // True when the text at a place ("sheet:1/cell:B2/comment") of the sheet with that name (UTF-8) is left alone.
   bool has(std::string_view place, std::string_view sheet) const;
 
  private:
@@ -24,7 +24,7 @@ class ExcludedCells {
     std::uint32_t first = 0;
     std::uint32_t last = 0;
   };
-  using Number = std::uint32_t (*)(std::string_view text);  // 0 for what is none
+  using Number = std::uint32_t (*)(std::string_view text);  // 0 for anything else
   static std::vector<Range> ranges_of(const FilterOptions& options, std::string_view key, Number number_of);
   static bool is_in(const std::vector<Range>& ranges, std::u16string_view sheet, std::uint32_t number);
 

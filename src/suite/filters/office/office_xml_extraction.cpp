@@ -47,7 +47,7 @@ bool OfficeXmlExtraction::read_more() {
   return true;
 }
 
-// Bytes that stay.
+// Passes on bytes that stay unchanged.
 void OfficeXmlExtraction::skip(std::size_t count) {
   if (count == 0) return;
   sink_.skeleton(document_.window().substr(0, count));
@@ -56,9 +56,9 @@ void OfficeXmlExtraction::skip(std::size_t count) {
 
 void OfficeXmlExtraction::refuse(const std::u16string& reason) {
   const PagePlace place = lines_.at(document_.position());
-  throw failure(FailureNumber::kInvalidCall,
-                to_utf16("Line " + std::to_string(place.line) + ", column " + std::to_string(place.column) + ": ") +
-                    reason);
+  throw failure(
+      FailureNumber::kInvalidCall,
+      to_utf16("Line " + std::to_string(place.line) + ", column " + std::to_string(place.column) + ": ") + reason);
 }
 
 Tag OfficeXmlExtraction::read_tag() {
@@ -133,7 +133,7 @@ void OfficeXmlExtraction::read_text(const Tag& start) {
   skip(kEndOfText.size());
 }
 
-// Where its end tag begins. What was searched is not searched again when more is read.
+// Where the end tag of the text begins. No byte is searched again when more is read.
 std::size_t OfficeXmlExtraction::end_of_text() {
   for (std::size_t from = 0;;) {
     const std::size_t end = document_.window().find(kEndOfText, from);
@@ -152,7 +152,7 @@ void OfficeXmlExtraction::add_content(std::string_view content) {
     } else if (content[0] == '&') {
       length = add_reference(content);
     } else if (content[0] == '\n' || content[0] == '\r') {
-      // A line break of the text is an element; this one was made by an editor.
+      // In this XML a line break of the text is an element, so this line end comes from an editor.
       length = content.starts_with("\r\n") ? 2 : 1;
       builder_.add_text(" ", content.substr(0, length));
     } else {

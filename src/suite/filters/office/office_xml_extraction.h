@@ -1,5 +1,5 @@
 // Takes the XML of a presentation or workbook apart: the content of each text becomes a segment, everything else
-// skeleton. A text without anything but blanks and fields stays in the skeleton, as does one that the options exclude.
+// skeleton. A text of only blanks and fields stays in the skeleton, and so does one that the options exclude.
 #pragma once
 
 #include <cstddef>
@@ -28,7 +28,7 @@ class OfficeXmlExtraction {
   void run(ProgressEvent& progress);
 
  private:
-  // What people call a place.
+  // A place and its name for people.
   struct Name {
     std::string place;
     std::string text;
@@ -57,8 +57,8 @@ class OfficeXmlExtraction {
   LineCounter lines_;
   const ExcludedCells excluded_;
   bool has_root_ = false;
-  std::vector<Name> names_;                 // of the places that the last named one stands in, and its own
-  std::vector<RunKind> runs_;               // of the text
+  std::vector<Name> names_;                   // of the last named place and the places around it
+  std::vector<RunKind> runs_;                 // of the text
   std::vector<std::string_view> open_codes_;  // types, all literals
 };
 

@@ -26,8 +26,8 @@ class OfficeXmlFilter final : public Filter {
     if (hole.context != kSheetName || !settings().tell) return;
     const std::string wanted = plain_text(translation), name = office::valid_sheet_name(wanted);
     if (name != wanted)
-      settings().tell({place_of(hole) + u": \"" + to_utf16(wanted) + u"\" cannot be the name of a sheet; it becomes \"" +
-                       to_utf16(name) + u"\""});
+      settings().tell({place_of(hole) + u": \"" + to_utf16(wanted) +
+                       u"\" cannot be the name of a sheet; it becomes \"" + to_utf16(name) + u"\""});
   }
 
   void write_segment(const Hole& hole, std::string_view translation, std::string& bytes) override {
@@ -37,7 +37,7 @@ class OfficeXmlFilter final : public Filter {
       Filter::write_segment(hole, translation, bytes);
   }
 
-  // A line break is an element. One at the end of a line of an editor's own counts, too.
+  // A line break is an element. A line end that an editor has written becomes one, too.
   void write_text(const Hole&, std::string_view text, std::string& bytes) override {
     for (;;) {
       const std::size_t end = std::min(text.find('\n'), text.size());

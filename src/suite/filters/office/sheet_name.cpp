@@ -19,7 +19,7 @@ std::string valid_sheet_name(std::string_view name) {
   while (valid.starts_with(u'\'')) valid.erase(0, 1);
   if (valid.size() > kLongest) {
     valid.resize(kLongest);
-    // Not the first half of a pair.
+    // The cut must not leave the first half of a pair.
     if ((valid.back() & 0xFC00) == 0xD800) valid.pop_back();
   }
   while (valid.ends_with(u'\'')) valid.pop_back();

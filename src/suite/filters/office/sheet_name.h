@@ -1,5 +1,5 @@
-// What can be the name of a sheet in a workbook: at most 31 UTF-16 units, without []:\/?* and without an apostrophe at
-// either end (Microsoft Excel's rules for sheet names).
+// The rules for names of sheets in a workbook: at most 31 UTF-16 units, none of []:\/?*, no apostrophe at either end
+// (Microsoft Excel's rules).
 #pragma once
 
 #include <string>
@@ -7,8 +7,8 @@
 
 namespace kavo::office {
 
-// The nearest name that a sheet can have, UTF-8: other characters in the place of those it cannot have, cut when it is
-// too long. "Sheet" for nothing.
+// The nearest valid name, in UTF-8: invalid characters are replaced, and a name that is too long is cut. "Sheet" when
+// nothing is left.
 std::string valid_sheet_name(std::string_view name);
 
 }  // namespace kavo::office

@@ -17,8 +17,10 @@ void add_markers(std::string_view text, std::vector<std::string>& markers) {
   }
 }
 
-// "%1" and "%2" say which argument they mean, "%d" means the next one.
-bool is_numbered(const std::string& marker) { return marker.back() == '!' || (marker.back() >= '0' && marker.back() <= '9'); }
+// True for "%1" and "%2", which say which argument they mean. "%d" means the next one.
+bool is_numbered(const std::string& marker) {
+  return marker.back() == '!' || (marker.back() >= '0' && marker.back() <= '9');
+}
 
 }  // namespace
 
@@ -59,7 +61,10 @@ void RcChecks::check_markers(const Hole& hole, const std::vector<std::string>& w
     if (count == 0) continue;
     is_complete = false;
     const bool is_known = std::ranges::find(wanted, marker) != wanted.end();
-    tell(hole, "the marker " + marker + (count > 0 ? " is missing" : is_known ? " is doubled" : " is not in the source"));
+    tell(hole, "the marker " + marker +
+                   (count > 0  ? " is missing"
+                    : is_known ? " is doubled"
+                               : " is not in the source"));
   }
   if (is_complete && !std::ranges::all_of(wanted, is_numbered))
     tell(hole, "the markers stand in another order than in the source, which the program does not expect");
@@ -78,7 +83,7 @@ void RcChecks::check_key(const Hole& hole, const RcTextPlace& place, std::string
   }
   if (place.dialog == 0 || key.empty()) return;
   const auto [other, is_first] = keys_.try_emplace(key, Key{place.key, place_of(hole)});
-  // The source has the same conflict.
+  // A conflict that the source has, too, is not reported.
   if (is_first || (!place.key.empty() && place.key == other->second.in_source)) return;
   tell(hole, "the access key " + key + " is that of another control of the dialog, " + to_utf8(other->second.place));
 }

@@ -5,7 +5,7 @@
 namespace kavo::rc {
 namespace {
 
-// The zero characters at the end of a literal, as written. Old resource editors put them behind every value.
+// The zero characters at the end of a literal, as written. Old resource editors put them after every value.
 std::string_view tail_of(std::string_view literal) {
   std::string_view text = literal.substr(0, literal.size() - 1);
   while (text.ends_with("\\0") && !text.ends_with("\\\\0")) text.remove_suffix(2);
@@ -15,7 +15,7 @@ std::string_view tail_of(std::string_view literal) {
 // "DIALOGEX/PUSHBUTTON", "MENU/POPUP", "STRINGTABLE".
 std::string element_of(const RcStatement& statement, const RcText& text) {
   std::string path = statement.resource ? statement.resource->type_name : std::string();
-  // The statement of a caption is the whole head of its dialog.
+  // A caption's statement is the whole header of its dialog, so it does not name the caption.
   if (text.kind == RcText::kCaption) return path + "/CAPTION";
   if (text.kind == RcText::kString || statement.items.front().kind == RcTokenKind::kLiteral) return path;
   (path += '/') += statement.text(statement.items.front());
@@ -57,7 +57,7 @@ void RcExtraction::language(const RcStatement& statement) {
   items(statement, 0, statement.items.size());
 }
 
-// Writes the whole statement; the two values behind the keyword are a computed place.
+// Writes the whole statement. The two values after the keyword are a computed place.
 void RcExtraction::language_values(const RcStatement& statement, std::size_t keyword) {
   const std::size_t first = statement.significant(keyword + 1);
   const std::size_t last = statement.significant(statement.significant(first + 1) + 1);
@@ -84,7 +84,7 @@ void RcExtraction::code_page(const RcStatement& statement) {
   has_code_page_ = true;
 }
 
-// Writes what the translation must declare in front of a resource, or take back.
+// Writes what the translation must declare, or take back, before a resource.
 void RcExtraction::begin_resource(const RcStatement& statement) {
   last_resource_ = statement.resource->number;
   is_translated_ = survey_.is_chosen(statement.language);
@@ -118,14 +118,14 @@ void RcExtraction::header(const RcStatement& statement) {
       if (!segment(statement, *text)) items(statement, item, text->run.last + 1);
       done = text->run.last + 1;
     } else if (statement.resource->type == RcType::kDialog && statement.is_word(item, "FONT")) {
-      // Behind the size and, usually, a comma.
+      // The font's name comes after the size and, usually, a comma.
       std::size_t literal = statement.significant(statement.significant(item + 1) + 1);
       if (literal < statement.items.size() && statement.text(statement.items[literal]) == ",")
         literal = statement.significant(literal + 1);
       const auto name = text_at(statement, literal);
       if (!name) continue;
       std::size_t end = name->last + 1;
-      // Weight, italics and character set follow, each behind a comma.
+      // Weight, italics and character set follow, each after a comma.
       for (std::size_t comma = statement.significant(end);
            comma < statement.items.size() && statement.text(statement.items[comma]) == ",";
            comma = statement.significant(end))
@@ -164,7 +164,7 @@ RcExtraction::Builder& RcExtraction::builder(unsigned code_page) {
   return builders_.try_emplace(code_page, script_.coding(code_page)).first->second;
 }
 
-// False for a text that nobody reads; then nothing is written.
+// False for a text that nobody reads. Nothing is written then.
 bool RcExtraction::segment(const RcStatement& statement, const RcText& text) {
   const std::string_view first = statement.text(statement.items[text.run.first]);
   const std::string_view last = statement.text(statement.items[text.run.last]);
@@ -237,7 +237,7 @@ void RcExtraction::piece(const RcPiece& piece) {
   }
 }
 
-// What is not ASCII is converted when the translation declares another code page.
+// Bytes that are not ASCII are converted when the translation declares another code page.
 void RcExtraction::items(const RcStatement& statement, std::size_t from, std::size_t to) {
   if (from >= to) return;
   const auto bytes_between = [&](std::size_t begin, std::size_t end) {

@@ -39,7 +39,7 @@ class RcExtraction {
   void literal(const RcStatement& statement, std::string_view bytes, std::string_view tail);
   void piece(const RcPiece& piece);
 
-  // Writes items [from, to) as they stand.
+  // Writes items [from, to) unchanged.
   void items(const RcStatement& statement, std::size_t from, std::size_t to);
   void skeleton(std::string_view bytes);
   void computed(ComputedKind kind, unsigned code_page, std::string_view bytes);
@@ -51,12 +51,12 @@ class RcExtraction {
   std::optional<LanguageId> replaced_;
   ExtractionSink& sink_;
   std::map<unsigned, Builder> builders_;
-  Builder* builder_ = nullptr;  // of the segment that is being built
-  std::string plain_;           // its text without codes
-  bool is_translated_ = false;  // the block, or the resource, is
-  bool has_language_ = false;   // a LANGUAGE statement of the translation is in effect
-  bool has_code_page_ = false;  // so is a declaration of its code page
-  bool is_foreign_page_ = false;  // this declaration is in effect in a block that is not translated
+  Builder* builder_ = nullptr;    // of the segment that is being built
+  std::string plain_;             // its text without codes
+  bool is_translated_ = false;    // the current block or resource is translated
+  bool has_language_ = false;     // a LANGUAGE statement of the translation is in effect
+  bool has_code_page_ = false;    // a declaration of the translation's code page is in effect
+  bool is_foreign_page_ = false;  // that declaration is in effect in a block that is not translated
   bool is_word_end_ = false;      // the last byte belongs to a word
   std::uint32_t last_resource_ = 0;
   std::int64_t line_ = 1;

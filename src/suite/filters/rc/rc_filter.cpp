@@ -38,7 +38,7 @@ class RcFilter final : public Filter {
   void write_comment(std::string_view original, unsigned code_page, std::string& bytes);
   void write_font(std::string_view original, unsigned code_page, std::string& bytes);
   std::string line(const std::string& text, bool is_line_start) const;
-  // In the script's own coding.
+  // Appends ASCII text in the script's own coding.
   void write_ascii(std::string_view text, std::string& bytes);
 
   RcFacts facts_;
@@ -139,7 +139,7 @@ void RcFilter::write_segment(const Hole& hole, std::string_view translation, std
     const std::string_view code = hole.bytes_of(part);
     shown.clear();
     coding(place.code_page).decode_run(code, shown);
-    // The blanks behind a real line end belong to it.
+    // The blanks after a real line end belong to it.
     if (shown.starts_with('\n') || shown.starts_with('\r'))
       writer.text("\n");
     else

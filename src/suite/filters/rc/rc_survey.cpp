@@ -10,7 +10,7 @@
 namespace kavo::rc {
 namespace {
 
-// A report names at most so many; a script may hold any number.
+// How many blocks a report names at most. A script may hold any number.
 constexpr std::size_t kMostBlocks = 256;
 constexpr std::size_t kMostTypes = 32;
 
@@ -70,8 +70,8 @@ void RcSurvey::choose(LanguageId source, const std::string& source_name) {
   if (!other) return;
   throw failure(FailureNumber::kInvalidCall,
                 to_utf16("the script has no texts in " + source_name + "; from line " +
-                         std::to_string(other->text_line) + " on it has texts in " +
-                         language_text(other->language.id) + ". Name that language as the source language"));
+                         std::to_string(other->text_line) + " on it has texts in " + language_text(other->language.id) +
+                         ". Name that language as the source language"));
 }
 
 bool RcSurvey::is_chosen(const RcLanguage& language) const {

@@ -1,5 +1,5 @@
-// What a resource script holds. It takes a first reading, because a later block may decide what is done with the
-// earlier ones.
+// Finds out what a resource script contains. That takes a first reading, because a later block may decide what is done
+// with earlier ones.
 #pragma once
 
 #include <cstdint>
@@ -16,9 +16,9 @@ class RcSurvey {
  public:
   explicit RcSurvey(RcScript& script);
 
-  // Chooses what is translated: texts in `source` (or, without any, in the variant of another region) and texts in
-  // front of any LANGUAGE statement. Without all of these, texts in the neutral language. Throws `failure` 5 when all
-  // texts are in other languages.
+  // Chooses what is translated: texts in `source` (or, if there are none, in the variant of another region) and texts
+  // before any LANGUAGE statement. If there are none of these either, texts in the neutral language. Throws `failure` 5
+  // when all texts are in other languages.
   void choose(LanguageId source, const std::string& source_name);
   bool is_chosen(const RcLanguage& language) const;
 
@@ -27,7 +27,8 @@ class RcSurvey {
   // The declared code page of the first text that is translated, 0 for none.
   unsigned declared_code_page() const { return declared_code_page_; }
   bool has_cr_lf() const { return has_cr_lf_; }
-  // Names the resources of other types and the texts in other languages, for people; "" when there are none.
+  // A message for people that names the resources of other types and the texts in other languages; "" when there are
+  // none.
   std::string left_alone() const;
 
  private:

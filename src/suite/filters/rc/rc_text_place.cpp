@@ -32,28 +32,25 @@ unsigned to_number(std::string_view text) {
   return number;
 }
 
-// Identifiers of languages without a region that have a sublanguage all the same.
+// Identifiers of languages without a region that nevertheless have a sublanguage.
 struct UsualRegion {
   LanguageId id;
   LanguageId usual;
 };
 constexpr UsualRegion kUsualRegions[] = {
-    {0x0004, 0x0804},  // Chinese: simplified, in China
-    {0x7804, 0x0804},
-    {0x7C04, 0x0404},  // traditional, in Taiwan
-    {0x7C14, 0x0414},  // Norwegian Bokmål
-    {0x7814, 0x0814},  // Nynorsk
-    {0x7C1A, 0x241A},  // Serbian, Latin in Serbia
-    {0x701A, 0x241A},
-    {0x6C1A, 0x281A},  // Cyrillic
-    {0x781A, 0x141A},  // Bosnian, Latin
-    {0x641A, 0x201A},  // Cyrillic
-    {0x681A, 0x141A},
-    {0x742C, 0x082C},  // Azerbaijani, Cyrillic
-    {0x782C, 0x042C},  // Latin
-    {0x7843, 0x0843},  // Uzbek, Cyrillic
-    {0x7C43, 0x0443},  // Latin
-    {0x7C5D, 0x085D},  // Inuktitut, Latin
+    {0x0004, 0x0804},                    // Chinese: simplified, in China
+    {0x7804, 0x0804}, {0x7C04, 0x0404},  // traditional, in Taiwan
+    {0x7C14, 0x0414},                    // Norwegian Bokmål
+    {0x7814, 0x0814},                    // Nynorsk
+    {0x7C1A, 0x241A},                    // Serbian, Latin in Serbia
+    {0x701A, 0x241A}, {0x6C1A, 0x281A},  // Cyrillic
+    {0x781A, 0x141A},                    // Bosnian, Latin
+    {0x641A, 0x201A},                    // Cyrillic
+    {0x681A, 0x141A}, {0x742C, 0x082C},  // Azerbaijani, Cyrillic
+    {0x782C, 0x042C},                    // Latin
+    {0x7843, 0x0843},                    // Uzbek, Cyrillic
+    {0x7C43, 0x0443},                    // Latin
+    {0x7C5D, 0x085D},                    // Inuktitut, Latin
 };
 
 }  // namespace
@@ -77,15 +74,15 @@ std::string access_key_of(std::string_view utf8) {
 
 std::string to_context(const RcTextPlace& place) {
   std::string context(place.is_wide ? "L" : place.is_glued ? "g" : "");
-  for (const std::string& part :
-       {std::to_string(place.code_page), std::to_string(place.dialog), place.key, place.tail})
+  for (const std::string& part : {std::to_string(place.code_page), std::to_string(place.dialog), place.key, place.tail})
     context += kSeparator + part;
   return context;
 }
 
 RcTextPlace to_place(std::string_view context) {
   const auto parts = parts_of(context, 5);
-  return {parts[0] == "L", parts[0] == "g", to_number(parts[1]), to_number(parts[2]), std::string(parts[3]), std::string(parts[4])};
+  return {parts[0] == "L",     parts[0] == "g",       to_number(parts[1]),
+          to_number(parts[2]), std::string(parts[3]), std::string(parts[4])};
 }
 
 std::string to_data(const RcFacts& facts) {
@@ -97,15 +94,14 @@ std::string to_data(const RcFacts& facts) {
 
 RcFacts to_facts(std::string_view data) {
   const auto parts = parts_of(data, 5);
-  return {to_number(parts[0]),
-          parts[1] == "crlf",
-          {std::string(parts[4]), std::string(parts[2]), std::string(parts[3])}};
+  return {
+      to_number(parts[0]), parts[1] == "crlf", {std::string(parts[4]), std::string(parts[2]), std::string(parts[3])}};
 }
 
 LanguageId with_usual_region(LanguageId id) {
   for (const UsualRegion& row : kUsualRegions)
     if (row.id == id) return row.usual;
-  // 30 and 31 are those of scripts without a region.
+  // The sublanguages 30 and 31 stand for scripts without a region.
   const bool is_without_region = sublanguage_of(id) == 0 || sublanguage_of(id) >= 30;
   constexpr LanguageId kDefaultSublanguage = 1 << 10;
   return is_without_region && id != 0 ? static_cast<LanguageId>(primary_of(id) | kDefaultSublanguage) : id;
@@ -123,7 +119,7 @@ std::string language_text(const std::optional<LanguageId>& id) {
   const LanguageRow* found = nullptr;
   for (const LanguageRow& row : language_rows()) {
     if (row.lcid > 0xFFFF || with_usual_region(static_cast<LanguageId>(row.lcid)) != with_usual_region(*id)) continue;
-    // People use the code without a region.
+    // The shorter code, without a region, is the one that people use.
     if (!found || row.code.size() < found->code.size()) found = &row;
   }
   return found ? to_utf8(found->code) : "language " + language_words(*id, false);

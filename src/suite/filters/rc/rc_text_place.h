@@ -12,21 +12,22 @@ namespace kavo::rc {
 
 // Kept as the context of a segment.
 struct RcTextPlace {
-  bool is_wide = false;    // L"..."
-  bool is_glued = false;   // a word stands in front of it without a blank
-  unsigned code_page = 0;  // of its bytes
+  bool is_wide = false;      // L"..."
+  bool is_glued = false;     // a word comes directly before it
+  unsigned code_page = 0;    // of its bytes
   std::uint32_t dialog = 0;  // the number of the dialog of a control that can have an access key, 0 for none
   std::string key;           // its access key when it has exactly one, UTF-8
   std::string tail;          // zero characters at the end of the literal
 };
 
-// The character behind the one "&" of a text, as keys compare; "" when there is none or several. "&&" is an ampersand.
+// The character after the only "&" of a text, in the form in which keys are compared. "" when there is no "&" or more
+// than one. "&&" is an ampersand.
 std::string access_key_of(std::string_view utf8);
 
 std::string to_context(const RcTextPlace& place);
 RcTextPlace to_place(std::string_view context);
 
-// The option that a script's resources in the target language are replaced.
+// The option to replace a script's resources in the target language.
 inline constexpr std::string_view kReplaceOption = "overwrite";
 
 // The type of the codes that are printf markers.
@@ -38,7 +39,7 @@ enum ComputedKind : std::uint32_t {
   kCodePageNumber,      // in #pragma code_page(...)
   kNewLanguage,         // an empty place for a LANGUAGE statement
   kNewCodePage,         // an empty place for a #pragma code_page of the translation
-  kOldCodePage,         // an empty place for the one that was declared, which the translation has replaced
+  kOldCodePage,         // an empty place for the source's code page, which the translation has replaced
   kRemoved,             // of a resource that the translation replaces
   kFont,                // FONT and its values
   kLiteral,             // a literal that is not a text and not ASCII
@@ -57,7 +58,7 @@ struct RcDialogFont {
 
 bool is_ascii(std::string_view bytes);
 
-// Kept as the document's facts.
+// What rebuilding must know about the whole script. Kept as the document's facts.
 struct RcFacts {
   unsigned target_code_page = 0;  // of translated blocks that are in an ANSI code page
   bool has_cr_lf = false;
@@ -66,8 +67,8 @@ struct RcFacts {
 std::string to_data(const RcFacts& facts);
 RcFacts to_facts(std::string_view data);
 
-// The language of the Windows API for one of the suite's codes; a language without region is that of its usual region,
-// as resource editors write it (FR: French in France). Nothing for a language without a number.
+// The language identifier of the Windows API for one of the suite's codes. A language without a region gets its usual
+// one, as resource editors write it (FR: French in France). Nothing for a language without a number.
 std::optional<LanguageId> resource_language(std::string_view suite_code);
 // A sublanguage of 0 stands for the usual one.
 LanguageId with_usual_region(LanguageId id);

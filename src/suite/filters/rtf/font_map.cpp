@@ -40,7 +40,7 @@ FontMap::FontMap(std::string_view file) {
     font.target = trimmed(target.substr(0, comma), kWhiteSpace);
     const std::string_view charset = trimmed(target.substr(std::min(comma + 1, target.size())), kWhiteSpace);
     std::from_chars(charset.data(), charset.data() + charset.size(), font.charset);
-    // What would end the name in a font table is in no name.
+    // A name with one of these characters would end early in a font table.
     if (font.source.empty() || font.target.empty() || font.target.find_first_of("\\{};") != std::string::npos) continue;
     fonts_.push_back(std::move(font));
   }

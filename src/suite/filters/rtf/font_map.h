@@ -2,8 +2,8 @@
 //
 //   Arial = Arial Unicode MS, 128
 //
-// source font, "=", target font and, where a translation needs one, a character set (\fcharset). Blank lines and lines
-// that begin with ";" or "#" count for nothing, nor do lines that are none of this. UTF-8, with or without a mark.
+// source font, "=", target font and, where a translation needs one, a character set (\fcharset). All other lines are
+// ignored: blank ones, and those that begin with ";" or "#". The file is in UTF-8, with or without a byte order mark.
 #pragma once
 
 #include <cstdint>
@@ -23,12 +23,12 @@ class FontMap {
  public:
   FontMap() = default;
   explicit FontMap(std::string_view file);
-  // Null for a font that stays. Letter case does not count.
+  // Null for a font that stays. The case of letters does not matter.
   const MappedFont* find(std::string_view font) const;
   bool empty() const { return fonts_.empty(); }
 
-  // The map that the user's settings name, when they allow it; an empty one when they do not, or there is no such file.
-  // Throws `failure` when a map that is there cannot be read.
+  // The map that the user's settings name. Empty when the settings switch it off or the file does not exist. Throws
+  // `failure` when an existing map cannot be read.
   static FontMap from_settings();
 
  private:

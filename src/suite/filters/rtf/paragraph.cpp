@@ -28,7 +28,7 @@ std::string_view formatting_type(Property property) {
   }
 }
 
-// A control word behind text begins no destination, but would begin one without the text.
+// A control word after text does not begin a destination, but it would begin one if the text were not there.
 bool may_begin_destination(std::string_view token) {
   if (token.size() < 2 || token[0] != '\\') return false;
   const bool is_word = (token[1] >= 'a' && token[1] <= 'z') || (token[1] >= 'A' && token[1] <= 'Z');
@@ -37,7 +37,7 @@ bool may_begin_destination(std::string_view token) {
 
 std::string in_hexadecimal(std::string_view bytes) { return "[" + std::string(bytes) + "]"; }
 
-// Extends a core to the ends of the groups that begin in it, if nothing else stands before those ends.
+// Extends a core to the ends of the groups that begin in it, if nothing else comes before those ends.
 void include_ends(const Paragraph& paragraph, std::size_t last, Core& core) {
   std::size_t open = 0;
   for (std::size_t i = core.first; i <= core.last; ++i) {
@@ -97,7 +97,7 @@ std::vector<Core> find_cores(Paragraph& paragraph, std::size_t first, std::size_
     if (!has_core) return;
     has_core = false;
     Core& core = cores.back();
-    // A field around the text is a part of it.
+    // A field around the text belongs to the core.
     std::size_t seen_first = core.first;
     std::size_t seen_last = core.first;
     while (seen_first > core.first || seen_last <= core.last) {
@@ -223,7 +223,7 @@ void SegmentMaker::add_text(const Item& item) {
         builder_.add_text(unit.text, unit.bytes);
         break;
       case TextUnit::Kind::kInvalid:
-        // In another font, or with another number of bytes behind \uN, these bytes might be a character.
+        // In another font, or with another number of bytes after \uN, these bytes might form a character.
         if (item.look != first_look_) code_words_[next_id_] = words_for(item.look);
         if (fallback != fallback_) code_words_[next_id_].append("\\uc").append(std::to_string(fallback));
         ++next_id_;
@@ -303,7 +303,7 @@ bool SegmentMaker::look_alike(std::size_t first, std::size_t second) const {
   return one == two;
 }
 
-// Whether `inner` has every property in which `outer` differs from the look of the text.
+// True when `inner` has every property in which `outer` differs from the look of the text.
 bool SegmentMaker::fits_in(std::size_t outer, std::size_t inner) const {
   const Look& base = paragraph_->looks[text_look_];
   const Look& one = paragraph_->looks[outer];

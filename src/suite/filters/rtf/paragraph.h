@@ -1,7 +1,8 @@
 // A paragraph of an RTF document that is being read: its bytes and their meaning.
 //
-// A paragraph may hold others: a footnote or a text box stands in the middle of a line. Their segments are made before
-// the line's own segment. They wait here until it is known whether that segment will hold their bytes in a code.
+// A paragraph may contain others, since a footnote or a text box may be in the middle of a line. Their segments are
+// made before the line's own segment. They wait here until it is known whether that segment will contain their bytes in
+// a code.
 #pragma once
 
 #include <cstddef>
@@ -14,8 +15,8 @@
 #include "formats/rtf/character_look.h"
 #include "formats/text/text_coding.h"
 #include "suite/document/code_pairs.h"
-#include "suite/filters/filter.h"
 #include "suite/document/segment.h"
+#include "suite/filters/filter.h"
 
 namespace kavo::rtf {
 
@@ -27,26 +28,26 @@ enum class ItemKind : std::uint8_t {
   kClose,  // its end
 };
 
-// A part of a paragraph. Places are those of the paragraph's bytes.
+// A part of a paragraph. Its places are offsets in the paragraph's bytes.
 struct Item {
   ItemKind kind = ItemKind::kHidden;
-  bool is_required = false;  // of a code
-  bool is_visible = false;   // a text that is more than blanks
-  bool has_look = false;     // a code that shows itself
-  unsigned fallback = 1;     // bytes behind each \uN, at its beginning
+  bool is_required = false;    // of a code
+  bool is_visible = false;     // a text that is more than blanks
+  bool has_look = false;       // a code that shows itself
+  unsigned fallback = 1;       // bytes behind each \uN, at its beginning
   unsigned last_fallback = 1;  // at the end of a text
   std::size_t begin = 0;
   std::size_t end = 0;
-  std::size_t look = 0;                 // place in Paragraph::looks
-  std::size_t partner = kNoPartner;     // of an opening and its closing code
-  const TextCoding* coding = nullptr;   // of a text
-  std::string_view type;                // of a code, a literal
-  std::string shown;                    // of a code
-  std::int64_t line = 0;                // of its first byte
+  std::size_t look = 0;                // place in Paragraph::looks
+  std::size_t partner = kNoPartner;    // of an opening and its closing code
+  const TextCoding* coding = nullptr;  // of a text
+  std::string_view type;               // of a code, a literal
+  std::string shown;                   // of a code
+  std::int64_t line = 0;               // of its first byte
   std::int64_t column = 0;
 };
 
-// A segment of a story inside the paragraph. `nested` of its segment holds places in Paragraph::inner.
+// A segment of a story inside the paragraph. Its segment's `nested` holds indexes into Paragraph::inner.
 struct InnerSegment {
   Segment segment;
   std::size_t begin = 0;
@@ -85,8 +86,8 @@ class SegmentMaker {
   using SameFont = bool (*)(const void* fonts, std::int32_t first, std::int32_t second);
   SegmentMaker(const void* fonts, SameFont same_font) : fonts_(fonts), same_font_(same_font), builder_(utf8_) {}
 
-  // Makes the segment of a core; null when it has no text. Valid until the next call. `nested` of the segment holds
-  // places in `paragraph.inner`, which are marked.
+  // Makes the segment of a core. Null when the core has no text. Valid until the next call. The segment's `nested`
+  // holds indexes into `paragraph.inner`; those entries are marked.
   Segment* make(Paragraph& paragraph, const Core& core, bool is_plain);
 
  private:
@@ -119,7 +120,7 @@ class SegmentMaker {
 
   Paragraph* paragraph_ = nullptr;
   std::size_t first_look_ = 0;
-  unsigned fallback_ = 1;  // of the first item
+  unsigned fallback_ = 1;      // of the first item
   std::size_t text_look_ = 0;  // the look that does not count as formatting
   std::vector<Open> open_;
   std::uint32_t next_id_ = 1;

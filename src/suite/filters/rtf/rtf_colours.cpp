@@ -23,7 +23,7 @@ std::string colour_word(std::int32_t colour) { return "\\cf" + std::to_string(co
 // Control words that may change the colour.
 bool changes_colour(const Token& word) { return word.name == "plain" || word.name == "cs"; }
 
-// Whether the text in a group of this destination is that of the line itself.
+// True when the text in a group with this destination belongs to the line itself.
 bool is_in_line(std::string_view word) {
   const auto destination = destination_of(word);
   return !destination || *destination == Destination::kText || *destination == Destination::kField ||
@@ -49,7 +49,7 @@ void append_coloured(std::string_view segment, std::int32_t colour, std::int32_t
   const std::string word = colour_word(colour);
   bool is_coloured = false;
   std::size_t depth = 0;
-  std::size_t left_alone = 0;  // depth of a group whose text does not belong to the line, 0: none
+  std::size_t left_alone = 0;  // depth of a group whose text does not belong to the line; 0 when there is none
   bool has_star = false;
   TokenScanner scanner;
   Token token;

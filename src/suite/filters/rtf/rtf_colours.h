@@ -8,12 +8,12 @@
 
 namespace kavo::rtf {
 
-// Writes what stands in a colour table with the four colours (0x00BBGGRR) behind it; "" gets a table of its own.
-// Returns the number of the first of them.
+// Writes the content of a colour table and adds the four colours (0x00BBGGRR). For "" writes a whole table. Returns the
+// number of the first added colour.
 std::int32_t append_colours(std::string_view original, const std::uint32_t (&colours)[4], std::string& bytes);
 
-// Writes the bytes of a segment in colour `colour`, and restores the source's colour behind them. Texts in codes
-// (notes, text boxes) have colours of their own.
+// Writes the bytes of a segment in colour `colour`, and restores the source's colour after them. Texts in codes (notes,
+// text boxes) have colours of their own.
 void append_coloured(std::string_view segment, std::int32_t colour, std::int32_t last_colour, std::string& bytes);
 
 }  // namespace kavo::rtf

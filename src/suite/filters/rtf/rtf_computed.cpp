@@ -8,7 +8,7 @@
 namespace kavo::rtf {
 namespace {
 
-constexpr std::int32_t kPrimaryLanguage = 0x3FF;  // the bits of a locale identifier that tell it
+constexpr std::int32_t kPrimaryLanguage = 0x3FF;  // the bits of a locale identifier that hold the language
 
 // Columns: Western text, East Asian text, right-to-left text.
 constexpr std::array<std::string_view, 3> kWestern = {"lang", "langnp", "deflang"};
@@ -68,7 +68,7 @@ std::optional<std::int32_t> locale_of(const LanguageRow& language) {
   constexpr std::int32_t usual_country = 0x400;
   if (language.lcid == none) return std::nullopt;
   if ((language.lcid & ~kPrimaryLanguage) != 0 && (language.lcid & 0x7C00) != 0x7C00) return language.lcid;
-  // Chinese is told apart by its countries.
+  // Scripts of Chinese are distinguished by country.
   if (language.script == u"Hans") return 0x0804;
   if (language.script == u"Hant") return 0x0404;
   return (language.lcid & kPrimaryLanguage) | usual_country;

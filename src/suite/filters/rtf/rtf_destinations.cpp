@@ -9,7 +9,7 @@
 namespace kavo::rtf {
 namespace {
 
-// This much of an instruction names its field.
+// How much of an instruction is read to find the field's name.
 constexpr std::size_t kLongestFieldType = 64;  // bytes
 
 // "HYPERLINK" of " HYPERLINK \"http...".
@@ -150,7 +150,7 @@ void RtfExtraction::end_story(const Group& closed, const Token& token) {
   if (!is_waiting()) return drop_leading();
   if (!has_item(closed, closed.item)) return;
   collapse(closed.item, ItemKind::kCode, ended.type, ended.is_note ? "note" : "text", ended.is_note);
-  // It begins with the look of the text around it.
+  // The group begins with the look of the text around it.
   paragraph_.items.back().has_look = true;
   ++code_count_;
 }
@@ -190,7 +190,7 @@ void RtfExtraction::take_data(const Token& token) {
   if (!is_streaming_ && has_data_brace_) join_codes();
 }
 
-// Data beside data is one code.
+// Adjacent data becomes one code.
 void RtfExtraction::join_codes() {
   std::vector<Item>& items = paragraph_.items;
   const auto is_data = [](const Item& item) {
@@ -243,7 +243,7 @@ void RtfExtraction::take_table(const Token& token) {
   outside(token.bytes);
 }
 
-// Takes the instruction of a field, whose first word decides.
+// Takes the instruction of a field. Its first word decides what is done with the field.
 void RtfExtraction::take_silent_text(const Token& token) {
   group().may_begin = false;
   if (token.kind == TokenKind::kText && group().destination != Destination::kField)

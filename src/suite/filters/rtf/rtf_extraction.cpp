@@ -162,7 +162,7 @@ void RtfExtraction::open_group(const Token& token) {
     outside(token.bytes);
     return;
   }
-  // The first of two variants is for programs that do not know the second.
+  // The first of two variants is for programs that do not understand the second.
   const bool is_older_variant =
       group().destination == Destination::kVariants && !std::exchange(group().has_result, true);
   add(ItemKind::kHidden, token);
@@ -187,7 +187,7 @@ void RtfExtraction::close_group(const Token& token) {
   Group& outer = group();
   if (closed.destination == Destination::kResult && outer.has_result) {
     outer.close_item = paragraph_.items.size();
-    // The places of items are void once their paragraph was flushed.
+    // Indexes of items are invalid once their paragraph has been flushed.
     outer.story = stories_.size() - 1;
     outer.generation = story().generation;
     add(ItemKind::kClose, token).type = "link";
@@ -219,7 +219,7 @@ void RtfExtraction::take_word(const Token& token) {
     if (begin_destination(token)) return;
     if (std::exchange(current.has_star, false)) return begin_data("x-rtf", false, {}, token);
   }
-  // Part of a text that goes on, so that one character may have it between its halves.
+  // This is part of a text, since it may come between the two halves of a character.
   if (token.name == "uc" && joins_last(ItemKind::kText, {})) {
     current.fallback = fallback_of(token);
     paragraph_.bytes += token.bytes;
@@ -228,7 +228,7 @@ void RtfExtraction::take_word(const Token& token) {
     return;
   }
   if (take_property(token)) return hidden(token);
-  // The data behind it follow as a token of their own.
+  // Its data follows as a token of its own.
   if (token.name == "bin") return code(token, "x-rtf", false, {});
   if (!current.is_silent) {
     if (is_one_of(kBreaks, token.name)) return take_break(token);
@@ -351,7 +351,7 @@ Item& RtfExtraction::add(ItemKind kind, const Token& token) {
   return paragraph_.items.back();
 }
 
-// Whether the token behind the last item continues it.
+// True when the token after the last item continues that item.
 bool RtfExtraction::joins_last(ItemKind kind, std::string_view type) const {
   if (paragraph_.items.size() <= stories_.back().first_item) return false;
   const Item& last = paragraph_.items.back();

@@ -2,10 +2,11 @@
 //
 // Text counts in the body, headers, footers, notes, annotations, text boxes, index entries, form fields and the
 // document's information. A segment reaches from the first text of a paragraph to the last one, with the codes between
-// them. A text inside another text's line (a footnote, a text box, an index entry) is a nested segment of that one.
+// them. A text inside the line of another text (a footnote, a text box, an index entry) is a nested segment of that
+// text.
 //
-// A paragraph is kept until it ends, up to a limit where it is cut. A picture, an object or other data in front of any
-// text goes straight into the skeleton. Bytes behind the document's outermost group do not belong to the document.
+// A paragraph is kept until it ends, up to a limit where it is cut. A picture, an object or other data before any text
+// goes directly into the skeleton. Bytes after the document's outermost group do not belong to the document.
 #pragma once
 
 #include <cstddef>
@@ -30,9 +31,9 @@ namespace kavo::rtf {
 
 inline constexpr std::size_t kLongestParagraph = 256 * 1024;  // bytes, without data
 inline constexpr std::size_t kLongestData = 4 * 1024 * 1024;  // of pictures and objects in a paragraph with text
-inline constexpr std::size_t kLongestTable = 256 * 1024;      // of fonts or colours that can be written anew
-inline constexpr std::size_t kDeepestGroup = 10'000;          // what lies deeper is data
-inline constexpr std::size_t kMostStories = 64;               // inside one another; the same
+inline constexpr std::size_t kLongestTable = 256 * 1024;      // of fonts or colours that can be rewritten
+inline constexpr std::size_t kDeepestGroup = 10'000;          // anything deeper is data
+inline constexpr std::size_t kMostStories = 64;               // nested stories; anything deeper is data
 
 // Facts from the beginning of a document that hold for all of it.
 struct DocumentFormat {
@@ -59,7 +60,7 @@ class RtfExtraction {
 
   struct Group {
     Destination destination = Destination::kText;
-    bool is_new = true;       // nothing stands in it yet
+    bool is_new = true;       // nothing has come in it yet
     bool has_star = false;    // it began with \*
     bool may_begin = true;    // a destination: there is no text in it yet
     bool is_silent = false;   // its text is not shown: the instruction of a field
@@ -67,7 +68,7 @@ class RtfExtraction {
     unsigned fallback = 1;
     std::size_t item = kNowhere;        // of its brace
     std::size_t close_item = kNowhere;  // of a field: where its end begins
-    std::size_t story = 0;              // that both stand in
+    std::size_t story = 0;              // the story that holds both items
     std::size_t generation = 0;         // of that story's paragraph
     std::size_t text_count = 0;         // when it began
     std::size_t code_count = 0;
@@ -118,7 +119,7 @@ class RtfExtraction {
   bool has_item(const Group& group, std::size_t item) const {
     return item != kNowhere && group.story < stories_.size() && stories_[group.story].generation == group.generation;
   }
-  // Whether something waits that a text may need.
+  // True when texts or fields are waiting.
   bool is_waiting() const { return text_count_ != 0; }
   void set_font(Group& group);
   bool is_excluded(const Group& group) const;
@@ -156,13 +157,13 @@ class RtfExtraction {
   std::size_t text_count_ = 0;  // of texts and fields that wait
   std::size_t code_count_ = 0;
   bool is_new_look_ = true;  // the group's look is not the last of the paragraph's
-  std::size_t emitted_ = 0;  // bytes of the paragraph that were given out, while it is
+  std::size_t emitted_ = 0;  // how many bytes of the paragraph have been written, while that happens
   std::size_t next_inner_ = 0;
 
-  std::size_t data_depth_ = 0;   // of braces in data; 0: there is none
+  std::size_t data_depth_ = 0;   // how many braces are open in data; 0 outside data
   bool has_data_brace_ = false;  // the code that holds it has its brace
-  bool is_streaming_ = false;    // it goes straight into the skeleton
-  std::size_t data_size_ = 0;    // of what waits
+  bool is_streaming_ = false;    // the data goes directly into the skeleton
+  std::size_t data_size_ = 0;    // bytes of data that wait
   Table table_ = Table::kNone;
   std::size_t table_depth_ = 0;
   std::string table_bytes_;
@@ -171,13 +172,13 @@ class RtfExtraction {
   StylesNamed excluded_;
   std::string field_type_;
 
-  bool has_begun_ = false;  // the first group
-  bool is_over_ = false;    // its end
+  bool has_begun_ = false;  // the first group has begun
+  bool is_over_ = false;    // the first group has ended
   bool has_colours_ = false;
   bool has_direction_ = false;
-  bool has_segment_ = false;  // one that can have a colour
+  bool has_segment_ = false;  // there was a segment that can have a colour
   DocumentPlace place_;       // of the token
-  std::size_t advanced_ = 0;  // bytes of it that `place_` is behind already
+  std::size_t advanced_ = 0;  // how many bytes of the token `place_` has already counted
 };
 
 }  // namespace kavo::rtf

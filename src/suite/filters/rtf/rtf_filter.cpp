@@ -16,7 +16,7 @@
 namespace kavo {
 namespace {
 
-// The facts about a document stand within this many bytes.
+// The facts about a document are within this many bytes from its beginning.
 constexpr std::size_t kFormatReach = 4096;
 constexpr unsigned kWestern = 1252;
 constexpr unsigned kMacintosh = 10000;
@@ -40,7 +40,7 @@ rtf::DocumentFormat format_of(std::string_view beginning, unsigned usual_code_pa
   return format;
 }
 
-// The facts of a document keep what the rebuilding wants to know of its format.
+// The document's facts hold what rebuilding must know about its format.
 std::string facts_of(const rtf::DocumentFormat& format) {
   return std::to_string(format.code_page) + " " + std::to_string(format.language);
 }
@@ -77,7 +77,7 @@ void RtfFilter::extract(BlockReader& document, const ConversionSettings& setting
   rtf::refuse_other_formats(document);
   while (document.window().size() < kFormatReach && document.more()) {
   }
-  // Exactly this much, so that the result does not depend on the size of a block.
+  // Exactly this many bytes, so that the result does not depend on the size of a block.
   const std::string_view beginning = document.window().substr(0, kFormatReach);
   const rtf::DocumentFormat format = format_of(beginning, settings.source_code_page);
   DocumentFacts facts;

@@ -1,4 +1,4 @@
-// The end of an RTF paragraph: what waits becomes segments and skeleton, within limits.
+// The part of RtfExtraction that ends a paragraph: what waits becomes segments and skeleton, within limits.
 #include <algorithm>
 #include <utility>
 
@@ -55,7 +55,7 @@ std::string_view RtfExtraction::take_long_text(const Token& token) {
   }
 }
 
-// Moves the place behind bytes of a token that has not been taken whole.
+// Counts bytes of a token of which only a part has been taken.
 void RtfExtraction::pass(std::string_view bytes) {
   place_.advance(bytes);
   advanced_ += bytes.size();
@@ -148,7 +148,7 @@ void RtfExtraction::flush() {
   }
 }
 
-// Gives out items [first, last) and the bytes up to `end` as skeleton.
+// Writes items [first, last) and the bytes up to `end` into the skeleton.
 void RtfExtraction::emit_hidden(std::size_t first, std::size_t last, std::size_t end) {
   for (std::size_t i = first; i < last; ++i) {
     const Item& item = paragraph_.items[i];

@@ -1,4 +1,4 @@
-// What it takes, besides its bytes, to write the translation of an RTF text. Kept as the context of its segment.
+// What is needed, besides its bytes, to write the translation of an RTF text. It is kept as the context of its segment.
 #pragma once
 
 #include <cstdint>
@@ -9,15 +9,15 @@
 namespace kavo::rtf {
 
 struct SegmentContext {
-  bool is_plain = false;       // no formatting can stand there: a title, an index entry
-  unsigned fallback = 1;       // bytes behind each \uN, in effect at the beginning
-  std::int32_t font = 0;       // in effect there: its number
-  std::int32_t colour = 0;     // the same
-  std::int32_t last_colour = 0;  // in effect behind the segment
-  // Control words that make the look at the beginning that of the segment's text.
+  bool is_plain = false;         // the text cannot have formatting: a title, an index entry
+  unsigned fallback = 1;         // how many bytes follow each \uN at the beginning
+  std::int32_t font = 0;         // the number of the font at the beginning
+  std::int32_t colour = 0;       // the number of the colour at the beginning
+  std::int32_t last_colour = 0;  // the number of the colour after the segment
+  // Control words that change the look at the beginning into that of the segment's text.
   std::string text_words;
-  // The same for what stands in a pair of formatting codes, and for a code that shows itself in another look than the
-  // text around it, by the id of the code.
+  // The same, by the id of a code, for the text in a pair of formatting codes, and for a code that is shown in another
+  // look than the text around it.
   std::map<std::uint32_t, std::string> code_words;
   // What the formatting of the source leaves behind: braces that nothing in the segment matches, and control words
   // that stay in effect.

@@ -9,12 +9,12 @@
 namespace kavo::rtf {
 namespace {
 
-// With more bytes behind each \uN, \uc is set anew.
+// If more bytes follow each \uN, \uc is set again.
 constexpr unsigned kMostFallback = 2;
 
 bool is_letter_or_digit(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9'); }
 
-// Whether the last control word of the bytes could swallow what comes next.
+// True when the last control word could absorb what comes next.
 bool ends_in_open_word(std::string_view bytes) {
   std::size_t begin = bytes.size();
   while (begin != 0 && (is_letter_or_digit(bytes[begin - 1]) || bytes[begin - 1] == '-')) --begin;
@@ -25,7 +25,7 @@ bool ends_in_open_word(std::string_view bytes) {
   return word_at(word).bytes.size() == word.size();
 }
 
-// Whether a code is a part of a character, which what comes next could complete.
+// True when a code is part of a character that the next bytes could complete.
 bool is_part_of_character(std::string_view bytes) {
   if (bytes.size() > 2 && bytes.starts_with("\\u") && (bytes[2] == '-' || (bytes[2] >= '0' && bytes[2] <= '9')))
     return true;
@@ -47,7 +47,7 @@ bool has_right_to_left(std::string_view text) {
   return false;
 }
 
-// The number behind the last control word of this name, `usual` when there is none.
+// The number after the last control word with this name, `usual` when there is none.
 std::int32_t last_number(std::string_view words, std::string_view name, std::int32_t usual) {
   TokenScanner scanner;
   Token token;
@@ -94,7 +94,7 @@ void SegmentWriter::write(std::string_view translation) {
   look({});
   ends_in_code_ = false;
   verbatim(context_.rest);
-  // Without text, what stood behind it would begin the group and be read as its destination.
+  // Without text, what comes after it would begin the group and be read as its destination.
   if (context_.rest.ends_with('{')) bytes_ += "{}";
   if (ends_in_byte_ || ends_in_word_) before(' ');
 }

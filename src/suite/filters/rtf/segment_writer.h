@@ -1,8 +1,8 @@
 // Writes the translation of an RTF text.
 //
-// The look of a text is set in braces around each run of it, from what holds at the beginning of the segment: so moved
-// or missing codes cannot unbalance the document. Behind the text stands whatever the source's formatting leaves open
-// (a brace, a property that stays on), so the rest of the document keeps its look.
+// Each run of text with a look of its own is in braces, with words that change the look at the beginning of the
+// segment. So moved or missing codes cannot unbalance the document. After the text comes whatever the source's
+// formatting leaves open (a brace, a property that stays on), so the rest of the document keeps its look.
 #pragma once
 
 #include <cstdint>
@@ -57,8 +57,8 @@ class SegmentWriter {
   const WritingSettings& settings_;
   std::string& bytes_;
   std::vector<Open> open_;
-  std::string group_;         // words of the group that is open, "" when none is
-  bool ends_in_word_ = false;  // a letter, digit or blank next would be taken for a part of it
+  std::string group_;          // words of the group that is open, "" when none is
+  bool ends_in_word_ = false;  // a letter, digit or blank next would become part of the word
   bool ends_in_byte_ = false;  // a byte next might make another character of it
   bool ends_in_code_ = false;  // a code next might become one with it
 };

@@ -14,7 +14,8 @@ namespace kavo::rtf {
 
 class TargetFonts {
  public:
-  // `code_page` is that of the document's text; `added_charset` that of the target language, kNoCharset for none.
+  // `code_page` is the code page of the document's text, `added_charset` the character set of the target language or
+  // kNoCharset.
   TargetFonts(unsigned code_page, std::int32_t added_charset, FontMap map)
       : code_page_(code_page), added_charset_(added_charset), map_(std::move(map)) {}
 
@@ -22,7 +23,7 @@ class TargetFonts {
   void write_table(std::string_view original, std::string& bytes);
   // The coding of text in a font; null when none is known.
   const TextCoding* coding_of(std::int32_t font);
-  // The font of the same look that holds the target's characters, or `font` itself.
+  // The font of the same look that has the target's characters, or `font` itself.
   std::int32_t twin_of(std::int32_t font) const;
 
  private:

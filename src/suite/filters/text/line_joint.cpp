@@ -10,7 +10,7 @@
 namespace kavo {
 namespace {
 
-// No letter of a script that this program knows to have words stands below.
+// Characters below this are not letters of words.
 bool is_word_character(char32_t c) {
   return c < 0x80 ? is_letter(static_cast<char>(c)) || is_digit(static_cast<char>(c)) : c >= 0xC0;
 }
@@ -32,7 +32,7 @@ std::size_t number_length(std::string_view text) {
 }
 
 std::size_t mark_length(std::string_view text) {
-  // In a quoted mail, too, each line stands for itself.
+  // The lines of a quoted mail also stand for themselves.
   constexpr std::string_view marks[] = {
       "-", "*", "+", ">", "\xE2\x80\xA2", "\xE2\x80\x93", "\xE2\x80\x94", "\xE2\x97\x8F", "\xE3\x83\xBB"};
   for (const std::string_view mark : marks)

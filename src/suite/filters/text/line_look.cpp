@@ -16,7 +16,7 @@ constexpr std::size_t kWidest = 160;
 // People who fill lines by hand leave some a little short.
 constexpr std::size_t kSlack = 4;
 
-// The first line of a paragraph is indented by at most so much, and the other lines stand near the margin. Neither
+// The first line of a paragraph is indented by at most this much, and the other lines are near the margin. Neither
 // holds for centred titles.
 constexpr std::size_t kDeepestFirstLine = 8;
 
@@ -87,7 +87,7 @@ std::size_t ParagraphLines::width() const {
   return width;
 }
 
-// Whether a line is full, though another one follows it.
+// True when a line that another one follows is full.
 bool ParagraphLines::is_filled_line(std::size_t i, std::size_t widest) const {
   const LineLook& line = lines_[i];
   const LineLook& next = lines_[i + 1];

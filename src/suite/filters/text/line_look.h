@@ -1,4 +1,4 @@
-// What a line of a text file looks like, and which lines are one paragraph.
+// Judges what a line of a text file looks like, and which lines are one paragraph.
 #pragma once
 
 #include <cstddef>
@@ -7,7 +7,7 @@
 
 namespace kavo {
 
-// Measures are columns.
+// Widths are in columns.
 struct LineLook {
   std::size_t indentation = 0;
   std::size_t width = 0;       // to the end of its text
@@ -28,7 +28,7 @@ class ParagraphLines {
  public:
   void clear() { lines_.clear(); }
   void add(const LineLook& line) { lines_.push_back(line); }
-  // True when a line that stands right behind these belongs to their paragraph. A fixed line never does.
+  // True when a line that directly follows these belongs to their paragraph. A fixed line never does.
   bool goes_on_with(const LineLook& line) const;
 
   std::size_t size() const { return lines_.size(); }

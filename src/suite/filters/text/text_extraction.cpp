@@ -9,7 +9,7 @@
 namespace kavo {
 namespace {
 
-// This much is read to see whether lines are filled.
+// How much is read to see whether lines are filled.
 constexpr std::uint64_t kSurveyed = 1024 * 1024;  // bytes
 
 // A text as UTF-8, with a substitute for invalid bytes: it is measured, not shown.
@@ -180,7 +180,7 @@ void TextExtraction::write_joint(std::size_t line) {
     builder_.add_text(" ", bytes);
 }
 
-// The end of the first line, without blanks in front of it, and the indentation of the second.
+// The end of the first line, without the blanks before it, and the indentation of the second.
 std::string TextExtraction::separator() const {
   return decoded(piece(places_[0].line_end, places_[0].end), coding_) +
          decoded(piece(places_[1].begin, places_[1].text), coding_);

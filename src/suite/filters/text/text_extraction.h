@@ -22,7 +22,7 @@ namespace kavo {
 
 enum class Paragraphs : std::uint8_t {
   kLines,   // a paragraph is a line
-  kBlank,   // empty lines part them
+  kBlank,   // empty lines separate paragraphs
   kFilled,  // the same where the lines are filled; every other line is a paragraph of its own
 };
 

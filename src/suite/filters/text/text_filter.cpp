@@ -40,7 +40,7 @@ Paragraphs paragraphs_of(const ConversionSettings& settings, BlockReader& docume
                 u"\"" + to_utf16(word) + u"\" says nothing about the paragraphs of texts: lines, blank or auto");
 }
 
-// A text without the blanks that change when lines are joined and broken again.
+// The text without blanks, which change when lines are joined and broken again.
 std::string without_blanks(std::string_view text) {
   std::string rest;
   for (const char c : text)

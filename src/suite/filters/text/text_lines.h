@@ -12,8 +12,8 @@
 
 namespace kavo {
 
-// Looks for characters of ASCII in bytes of any coding, places counted in bytes. In an 8-bit coding no other character
-// holds these bytes: trail bytes begin at 0x40.
+// Looks for ASCII characters in bytes of any coding. Places are offsets in bytes. In an 8-bit coding these bytes are
+// never part of another character, since trail bytes begin at 0x40.
 class UnitScan {
  public:
   explicit UnitScan(const TextCoding& coding)
@@ -73,7 +73,7 @@ class TextLines {
     bool is_whole = true;  // false for a piece of a longer line
   };
 
-  // All must outlive the object. Reads from where the document stands.
+  // All must outlive the object. Reads from the document's current place.
   TextLines(BlockReader& document, const TextCoding& coding, ProgressEvent& progress)
       : document_(document), coding_(coding), scan_(coding), progress_(progress) {}
 

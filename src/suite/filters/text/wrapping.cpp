@@ -52,7 +52,7 @@ class Wrapping {
   void end_word() {
     if (word_.empty()) return;
     const bool begins_line = result_.empty();
-    // Joining the lines must restore what stood at a break: one blank, or nothing where lines join without one.
+    // Joining the lines must restore what was at a break: one blank, or nothing where lines join without one.
     const bool joins = joins_without_blank(line_before_last_, line_last_, after_);
     const bool may_break =
         !begins_line && (blanks_.empty() ? joins : blanks_.size() == 1 && !joins) && bullet_length(word_ + ' ') == 0;
@@ -76,7 +76,7 @@ class Wrapping {
   std::size_t column_;
   std::size_t indentation_;
   std::string result_;
-  std::string blanks_;  // in front of the word
+  std::string blanks_;  // blanks before the word
   std::string word_;
   std::size_t width_ = 0;
   char32_t after_ = 0;  // the word's first character

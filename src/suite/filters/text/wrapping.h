@@ -1,4 +1,4 @@
-// A translation of a hard-wrapped paragraph, broken into lines again.
+// Breaks the translation of a hard-wrapped paragraph into lines again.
 #pragma once
 
 #include <cstddef>
@@ -11,7 +11,7 @@ namespace kavo {
 struct ParagraphShape {
   std::size_t width = 0;       // columns of its longest line, the indentation included
   std::size_t column = 0;      // where the text of its first line begins
-  std::string_view separator;  // a line end and the indentation of the lines behind the first; UTF-8
+  std::string_view separator;  // a line end and the indentation of the lines after the first; UTF-8
 };
 
 std::string to_context(const ParagraphShape& shape);
