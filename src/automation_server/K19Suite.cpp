@@ -18,7 +18,7 @@ struct ClassIdentifier {
   CLSID class_id;
 };
 
-// Chosen once; K19Suite.manifest.in has them too.
+// These never change. K19Suite.manifest.in has them, too.
 constexpr ClassIdentifier kClassIdentifiers[] = {
     {u"K19Suite.FilterCatalogue", {0x4D99D16E, 0xE584, 0x47D3, {0x8B, 0x85, 0xE8, 0x87, 0x41, 0xC2, 0x6D, 0x37}}},
     {u"K19Suite.TUDDocument", {0xF8D5E790, 0x2248, 0x484C, {0xAA, 0x5A, 0x1E, 0xF0, 0x98, 0x61, 0x32, 0x7B}}},
@@ -34,7 +34,7 @@ unique_interface<IUnknown> make_component(const ComponentClass& row) {
                 std::u16string(row.programmatic_identifier) + u": no such component");
 }
 
-// Those of the suite's classes that have an identifier here.
+// The suite's classes that have an identifier above.
 std::vector<ComponentClass> component_classes() {
   std::vector<ComponentClass> classes;
   for (const SuiteClass& known : suite_classes()) {
@@ -51,7 +51,7 @@ std::vector<ComponentClass> component_classes() {
 
 const ComponentLibrary& component_library() {
   static const std::vector<ComponentClass> classes = [] {
-    // A host may hand an Office document to a filter itself.
+    // A host may hand an Office document to a filter directly.
     bring_office_interchange(make_office_converter);
     return component_classes();
   }();

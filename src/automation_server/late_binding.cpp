@@ -10,7 +10,7 @@
 namespace kavo {
 namespace {
 
-// Asks an ITypeInfo of a dual interface for the function-table side of it.
+// Asks the ITypeInfo of a dual interface for its function-table side.
 constexpr UINT kTableSide = static_cast<UINT>(-1);
 
 void check(HRESULT result) {
@@ -148,7 +148,7 @@ HRESULT LateBinding::invoke(IDispatch* object, DISPID id, WORD flags, const DISP
     return DISP_E_EXCEPTION;
   }
 
-  // Only what the function changed goes back, so that a caller's variable keeps its type otherwise.
+  // Only what the function changed is written back, so that other variables of the caller keep their types.
   for (std::size_t i = 0; i < input_count; ++i) {
     if (!parameters[i].by_reference) continue;
     const Value after = value_of(values[i].get());

@@ -19,7 +19,7 @@ class LateBinding {
   // The description as IDispatch::GetTypeInfo hands it out.
   ITypeInfo* type_info() const noexcept { return dispatch_info_.get(); }
 
-  // The member's name first, then names of its parameters; results as of IDispatch::GetIDsOfNames.
+  // `names` holds the member's name first, then names of its parameters. Results are those of IDispatch::GetIDsOfNames.
   HRESULT ids_of_names(LPOLESTR* names, UINT count, DISPID* ids) const noexcept;
 
   // IDispatch::Invoke on `object`, whose function table is the described one. Every parameter must be given, by place

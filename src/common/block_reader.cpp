@@ -60,7 +60,7 @@ BlockSizeScope::~BlockSizeScope() { forced_block_size = saved_; }
 
 std::int16_t percent_of(std::uint64_t part, std::uint64_t whole) {
   if (part >= whole) return 100;
-  // In long double, the product cannot overflow for a file of any size.
+  // In long double the product cannot overflow, however large the file is.
   const long double exact = 100.0L * static_cast<long double>(part) / static_cast<long double>(whole);
   auto floor = static_cast<std::int16_t>(exact);
   const long double rest = exact - floor;

@@ -1,9 +1,9 @@
-// A file as a sliding window of bytes: what every converter reads its document through.
+// Reads a file through a sliding window of bytes. Every converter reads its document this way.
 //
-// A scanner looks at window(), consumes what it is done with and asks for more(); bytes that it did not consume (a
-// token that the block cut in two) stay in front of the next block, so a block may end anywhere. A block is about one
-// hundredth of the file and a multiple of 4096 bytes, so that progress is reported in single percents without a
-// system call for every 4096 bytes of a large file. Memory: one block plus what the scanner leaves unconsumed.
+// A scanner looks at window(), consumes what it has finished and asks for more(). Bytes that it did not consume (a
+// token that the block cut in two) stay before the next block, so a block may end anywhere. A block is about one
+// hundredth of the file and a multiple of 4096 bytes, so that progress is reported in single percents without a system
+// call for every 4096 bytes of a large file. It needs memory for one block and for what the scanner leaves unconsumed.
 #pragma once
 
 #include <cstddef>
@@ -25,7 +25,7 @@ class BlockReader {
   // Opens for reading; throws `failure`. Nothing is read yet.
   explicit BlockReader(std::u16string_view path);
 
-  // The bytes read and not consumed. Valid until the next more(), seek() or consume().
+  // The bytes that have been read but not consumed. Valid until the next more(), seek() or consume().
   std::string_view window() const { return {buffer_.data() + begin_, end_ - begin_}; }
   void consume(std::size_t count) { begin_ += count; }
   // Appends the next block to the window; does nothing and returns false when the file is exhausted. Throws `failure`.
@@ -51,8 +51,8 @@ class BlockReader {
   std::uint64_t read_ = 0;
 };
 
-// While it lives, every BlockReader of this thread reads blocks of a given size, so that tests can cut documents at any
-// byte.
+// As long as it lives, every BlockReader of this thread reads blocks of a given size, so that tests can cut documents
+// at any byte.
 class BlockSizeScope {
  public:
   explicit BlockSizeScope(std::size_t bytes);
@@ -64,7 +64,8 @@ class BlockSizeScope {
   std::size_t saved_;
 };
 
-// Share of a whole in percent, to the nearest integer with halves to the even one; at most 100, 100 when whole is 0.
+// The share of a whole in percent, rounded to the nearest integer, halves to the even one. At most 100, and 100 when
+// `whole` is 0.
 std::int16_t percent_of(std::uint64_t part, std::uint64_t whole);
 
 }  // namespace kavo

@@ -1,4 +1,4 @@
-// Finding bytes fast: the helpers that skip the plain runs of a document.
+// Finds bytes fast, so that scanners can skip the plain runs of a document.
 //
 // Each works on [p, end) and returns `end` when nothing is found. x86-64 always has SSE2, so that is the only vector
 // form; `simple` has the plain versions, which other processors use and the tests compare with.
@@ -43,7 +43,7 @@ const char* find_any(const char* p, const char* end) noexcept {
     ((hit = _mm_or_si128(hit, _mm_cmpeq_epi8(block, _mm_set1_epi8(kBytes)))), ...);
     return hit;
   };
-  // Markup is dense: most matches lie in the first block.
+  // Markup is dense, so most matches are in the first block.
   if (end - p >= 16) {
     const int mask = _mm_movemask_epi8(matches(p));
     if (mask != 0) return p + __builtin_ctz(static_cast<unsigned>(mask));
@@ -84,7 +84,7 @@ const char* find_pair(const char* p, const char* end) noexcept {
     const int mask = matches(p);
     if (mask != 0) return p + __builtin_ctz(static_cast<unsigned>(mask));
   }
-  // The rest goes in one block that begins with bytes already seen, which hold no match.
+  // The rest is read as one block that begins with bytes already seen, which hold no match.
   const int mask = matches(end - 17);
   return mask != 0 ? end - 17 + __builtin_ctz(static_cast<unsigned>(mask)) : end;
 }
@@ -104,7 +104,7 @@ inline const char* find_text(const char* p, const char* end, std::string_view ne
     const auto* hit =
         static_cast<const char*>(std::memchr(p, needle[0], static_cast<std::size_t>(end - p - length + 1)));
     if (hit == nullptr) return end;
-    // Comparing the last byte first spares the call for most texts that merely begin alike.
+    // Comparing the last byte first avoids the call for most texts that only begin alike.
     if (hit[length - 1] == needle.back() && std::memcmp(hit, needle.data(), needle.size()) == 0) return hit;
     p = hit + 1;
   }

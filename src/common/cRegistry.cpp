@@ -45,8 +45,8 @@ std::optional<std::int32_t> number_in(const std::string& bytes, bool big_endian)
   return static_cast<std::int32_t>(number);
 }
 
-// A "%" in a text is no reason to store it as an expandable string: the caller's type holds, so that a command line
-// with its "%1" reads back as it was written.
+// The caller's type decides, even for a text with a "%". As an expandable string, a command line with its "%1" would
+// not read back as it was written.
 RegistryData stored_form(const cRegistry::Variant& value, RegistryType type) {
   switch (type) {
     case RegistryType::kString:
@@ -68,7 +68,7 @@ RegistryData stored_form(const cRegistry::Variant& value, RegistryType type) {
   throw failure(FailureNumber::kInvalidCall, u"Registry values of this type cannot be written");
 }
 
-// Nothing for a value that is damaged or of a type that Variant cannot express.
+// Nothing for a value that is damaged or has a type that Variant cannot express.
 std::optional<cRegistry::Variant> loaded_form(const RegistryData& data) {
   switch (data.type) {
     case RegistryType::kString:

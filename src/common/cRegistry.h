@@ -31,7 +31,7 @@ class cRegistry {
   Variant Value() const;
   void SetValue(const Variant& value) const;
   void Value(const Variant& value) const { SetValue(value); }
-  // Each replaces `names`; `count` is their number. None for a missing key.
+  // Each replaces `names` and sets `count` to their number. A missing key has none.
   void EnumerateValues(std::vector<std::u16string>& names, std::int32_t& count) const;
   void EnumerateSections(std::vector<std::u16string>& names, std::int32_t& count) const;
   // Registers a program for a file name extension (without its dot) under HKEY_CLASSES_ROOT and, for the whole

@@ -79,7 +79,7 @@ void clsCommon::StartSysInfo() const {
       ports().shell->start(*program, {});
       return;
     } catch (const failure&) {
-      // A program that is registered but missing counts as none.
+      // A program that is registered but does not exist counts as missing.
     }
   }
   ports().desktop->message_box(u"System Information Is Unavailable At This Time", u"KAVO", MessageIcon::kNone);
@@ -192,7 +192,7 @@ void clsCommon::DeleteFile(std::u16string_view file_name) const {
     if (info && info->is_read_only) files.set_read_only(file_name, false);
     files.remove_file(file_name);
   } catch (const failure&) {
-    // The contract: no failure leaves this function.
+    // By contract this function does not fail.
   }
 }
 

@@ -1,5 +1,5 @@
-// The helper that every class of the library creates when it needs it: file names, text replacement, INI settings,
-// safe deleting and moving. It keeps no state.
+// Helpers for every class of the library: file names, text replacement, INI settings, safe deleting and moving. It
+// keeps no state, so each class creates one when needed.
 #pragma once
 
 #include <cstdint>
@@ -48,16 +48,16 @@ class clsCommon {
   // separator lies beyond position 32,767 (16-bit positions, as in SandR).
   std::u16string strParseFileName(std::u16string_view file_name, std::int16_t mode) const;
 
-  // Replaces `destination` by `source`; at every moment one of the two is whole. When that fails, the result is false,
-  // `errors` (if given) gets an entry, and both files are as they were. A source that was copied from another volume
-  // and cannot be removed also gives an entry, but the result is true: the document is in its place.
+  // Replaces `destination` with `source`. At every moment one of the two is whole. When that fails, the result is
+  // false, `errors` (if given) gets an entry, and both files are as they were. A source that was copied from another
+  // volume and cannot be removed also gives an entry, but the result is true: the document is in its place.
   bool MoveFile(std::u16string_view source, std::u16string_view destination, MessageList* errors = nullptr) const;
 
   // The text, shortened to `width` characters by putting "...." in place of its middle.
   std::u16string SetCaption(std::u16string_view text, std::size_t width) const;
 
-  // Replaces every %n% (n from 1 to 6) by values[n - 1], or by "" when there are fewer values. Throws `failure` 5 when
-  // a value brings its own placeholder back, which would never end.
+  // Replaces every %n% (n from 1 to 6) with values[n - 1], or with "" when there are fewer values. Throws `failure` 5
+  // when a value brings its own placeholder back, which would never end.
   std::u16string FormatString(std::u16string_view format, std::span<const std::u16string> values) const;
 
   // Deletes a file, read-only or not. Failures are ignored; where it matters, the caller checks with FileExists.

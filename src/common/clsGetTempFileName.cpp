@@ -14,7 +14,7 @@ std::u16string system_temporary_folder() {
     try {
       folder = ports().files->temporary_folder();
     } catch (const failure&) {
-      // Ask again; the fallback below serves if there is never an answer.
+      // Asks again. If no call succeeds, the fallback below is used.
     }
   }
   if (folder.empty()) folder = u"C:\\";

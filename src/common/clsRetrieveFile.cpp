@@ -12,7 +12,7 @@ bool clsRetrieveFile::OpenFile() {
   if (file_name_.empty()) return false;
   try {
     const auto info = ports().files->info(file_name_);
-    // A hidden file counts as missing, deliberately: hosts know the class so.
+    // A hidden file counts as missing, deliberately: hosts rely on it.
     if (!info || info->is_folder || info->is_hidden) return false;
     CloseFile();
     reader_.emplace(file_name_);
@@ -61,7 +61,7 @@ bool clsRetrieveFile::read_chunk() {
   if (!holds(size)) size = reader.window().size();
   if (size == 0) return false;
   const CodePage& code_page = *ports().code_page;
-  // The contract asks for one more byte after any byte that can be a lead byte, even if it is a trail byte here.
+  // By contract one more byte is read after any byte that can be a lead byte, even if it is a trail byte here.
   if (code_page.is_lead_byte(static_cast<unsigned char>(reader.window()[size - 1])) && holds(size + 1)) ++size;
   // Beyond that, no character of any code page may be cut in two.
   while (code_page.incomplete_tail(reader.window().substr(0, size)) != 0 && holds(size + 1)) ++size;

@@ -15,8 +15,8 @@ void CopyTrail::copied(std::uint64_t input, std::uint64_t output, std::uint64_t 
   last_ = {input, output, size};
 }
 
-// Three numbers of seven bits a byte: what lies between the run and the one before it, in the input, which may step
-// back, and in the output, and its size.
+// Writes three numbers, seven bits in each byte: the distance from the run before in the input (which may be negative),
+// the distance in the output, and the size.
 void CopyTrail::code_last() {
   if ((count_ - 1) % kRunsOfAnchor == 0) anchors_.push_back({before_, coded_.size(), last_.output});
   const std::uint64_t step = last_.input - before_.input_end();

@@ -1,8 +1,8 @@
 // Records which bytes of an output were copied from which bytes of its input, so that a place in the output can be
 // reported as a place in the document that the author has.
 //
-// A page of a million placeholders has a million runs. They are kept as differences, a few bytes each, with every 64th
-// one as it is to begin reading at.
+// A page of a million placeholders has a million runs. They are kept as differences, a few bytes each. Every 64th one
+// is kept whole, so that reading can begin there.
 #pragma once
 
 #include <cstddef>
@@ -28,7 +28,7 @@ class CopyTrail {
   void clear() { *this = CopyTrail(); }
   std::size_t size() const { return count_; }  // runs
 
-  // The position in the input of the byte at `output`. For a byte that is not a copy: the position behind the last
+  // The position in the input of the byte at `output`. For a byte that was not copied: the position after the last
   // copied byte before it, 0 when there is none.
   std::uint64_t input_of(std::uint64_t output) const;
 
@@ -37,7 +37,7 @@ class CopyTrail {
    public:
     // From the first run on.
     explicit Reader(const CopyTrail& trail) : trail_(trail) {}
-    // The next run; false behind the last one.
+    // Reads the next run. False after the last one.
     bool next(Run& run);
     // Goes to a run that begins at or before `output`, at most 64 runs before it.
     void go_near(std::uint64_t output);
@@ -46,14 +46,14 @@ class CopyTrail {
     std::uint64_t number();
 
     const CopyTrail& trail_;
-    std::size_t run_ = 0;  // that next() reads
+    std::size_t run_ = 0;  // the run that next() reads
     std::size_t at_ = 0;   // in coded_
     Run last_;
   };
 
  private:
   static constexpr std::size_t kRunsOfAnchor = 64;
-  // Where the runs from a certain one on are read.
+  // Where reading can begin at a certain run.
   struct Anchor {
     Run before;          // the run before it
     std::size_t at = 0;  // in coded_

@@ -15,7 +15,7 @@ constexpr std::u16string_view kFragments = u"INC ASA JSPF";
 constexpr std::u16string_view kAddedPages = u"Extensions";
 constexpr std::u16string_view kAddedFragments = u"Fragments";
 
-// `words` separated by blanks, in any case; `word` in capitals.
+// `words` are separated by blanks, in capital or small letters. `word` is in capitals.
 bool holds(std::u16string_view words, std::u16string_view word) {
   const std::u16string padded = u" " + ascii_upper(words) + u" ";
   return !word.empty() && padded.find(u" " + std::u16string(word) + u" ") != std::u16string::npos;

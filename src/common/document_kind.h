@@ -1,4 +1,4 @@
-// What a document is to the command: the types that hosts know, and pages of other names. Hosts of the automation
+// How the command sees a document: the types that hosts know, and pages with other extensions. Hosts of the automation
 // object go by FileTypeOf() alone, whose table is part of the contract.
 #pragma once
 
@@ -20,7 +20,8 @@ struct DocumentKind {
 // and everything that FileTypeOf() knows.
 DocumentKind kind_of_document(std::u16string_view file_name);
 
-// What the user added: extensions without dots, separated by blanks. Writing throws `failure` when it cannot be stored.
+// The extensions that the user added, without dots, separated by blanks. Writing throws `failure` when it cannot be
+// stored.
 std::u16string added_page_extensions();
 void store_page_extensions(std::u16string_view value);
 std::u16string added_fragment_extensions();

@@ -27,7 +27,7 @@ std::u16string page_name(std::u16string_view html) {
   return folder_of(html) + stem + u".asp";
 }
 
-// "deck_ppt.xml", which is named after its document already.
+// True for a name such as "deck_ppt.xml", which already contains its document's name.
 bool is_office_xml(std::u16string_view path) {
   const std::u16string stem = ascii_upper(stem_of(path));
   return ascii_upper(extension_of(path)) == u"XML" && (stem.ends_with(u"_PPT") || stem.ends_with(u"_XLS"));

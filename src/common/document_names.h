@@ -1,4 +1,4 @@
-// The names of all files around a document. They are made here only. Each file lies beside its document.
+// Makes the names of all files around a document. Each file is beside its document.
 #pragma once
 
 #include <string>
@@ -8,8 +8,8 @@ namespace kavo {
 
 // --- a document in translation
 
-// The bilingual document: "C:\web\page_asp.htm" for FR gives "C:\web\page_asp_htm_FR.tud". That of an Office document
-// and of its translated form is one: "report_doc_rtf_FR.tud", "deck_ppt_FR.tud".
+// The bilingual document: "C:\web\page_asp.htm" for FR gives "C:\web\page_asp_htm_FR.tud". An Office document and its
+// translated form share one: "report_doc_rtf_FR.tud", "deck_ppt_FR.tud".
 std::u16string tud_name_of(std::u16string_view document, std::u16string_view target_language);
 // Its skeleton: its own name and ".skl".
 std::u16string skeleton_name_of(std::u16string_view tud);
@@ -19,7 +19,8 @@ std::u16string target_name_of(std::u16string_view folder, std::u16string_view do
 // The scratch file with its translated segments: "page_asp_htm_FR.otf".
 std::u16string open_tag_name_of(std::u16string_view tud);
 
-// The file that a filter reads of an Office document, beside it: "report_doc.rtf", "deck_ppt.xml". "" for any other.
+// The file that a filter reads in the place of an Office document: "report_doc.rtf", "deck_ppt.xml". "" for any other
+// document.
 std::u16string translated_form_of(std::u16string_view document);
 
 // --- a server page: "index.asp", its protected page "index_asp.htm", its script file "index_asp.scr"

@@ -1,5 +1,5 @@
-// "Errors trapped": runs steps one after the other whatever fails, and keeps the last error number until it is
-// cleared, as the contract of the Office conversions asks.
+// Runs steps one after another even if some fail, and keeps the last error number until it is cleared. The contract of
+// the Office conversions requires this.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// Where two files differ.
+// Finds the first difference between two files.
 #pragma once
 
 #include <cstdint>

@@ -12,7 +12,7 @@ using Names = std::u16string_view[];
 constexpr Names kDoc = {u"DOC"}, kRtf = {u"RTF"}, kHtml = {u"HTM", u"HTML"}, kServer = {u"ASP", u"JSP"},
                 kMif = {u"MIF"}, kRc = {u"RC"}, kText = {u"TXT"}, kPpt = {u"PPT"}, kXls = {u"XLS"};
 
-// Server pages have no filter: their preparation turns them into a page and a text before any filter sees them.
+// Server pages have no filter, because preparation turns them into a page and a text file first.
 constexpr FileTypeRow kRows[] = {
     {kUnknownFile, "unknown", {}, u"", Preparation::kNone, WayBack::kNone},
     {kWordDocument, "Word document", kDoc, u"K19DOCW", Preparation::kNone, WayBack::kObjects, TranslatedForm::kRtf},
@@ -36,7 +36,7 @@ const FileTypeRow& file_type_row(std::int32_t code) {
 }
 
 std::int32_t FileTypeOf(std::u16string_view file_name) {
-  constexpr std::size_t kLongestPath = 32767;  // what the system takes: a longer name is no file's
+  constexpr std::size_t kLongestPath = 32767;  // the system's limit, so a longer name cannot belong to a file
   if (file_name.size() > kLongestPath) return kUnknownFile;
   const std::u16string extension = ascii_upper(extension_of(file_name));
   for (const FileTypeRow& row : kRows)

@@ -1,5 +1,5 @@
-// File types, one row each: everything that the driver, the wizard, the command and the documents know about a type
-// stands here. docs/adding-a-file-type.md lists what else a new type needs.
+// File types, one row each: everything that the driver, the wizard, the command and the documents know about a type is
+// here. docs/adding-a-file-type.md lists what else a new type needs.
 #pragma once
 
 #include <cstdint>
@@ -22,14 +22,14 @@ enum FileType : std::int32_t {
   kWorkbook = 9,
 };
 
-// What is done before the suite's filter sees a document.
+// What is done with a document before the suite's filter sees it.
 enum class Preparation {
   kNone,
   kScripts,      // scripts go into a side file, tags are repaired
   kHiddenTexts,  // hidden texts go into three side files
 };
 
-// What the way back of a bilingual document does beside the filter's part, and which files it needs for that.
+// What rebuilding a document does besides the filter's part, and which files it needs for that.
 enum class WayBack {
   kNone,
   kScripts,      // scripts come back: the bilingual document of the script file
@@ -38,7 +38,7 @@ enum class WayBack {
   kOfficeFile,   // the texts go into a copy of the file that they come from
 };
 
-// What a filter reads in the place of a document that only an Office program can read (interchange/).
+// What a filter reads instead of a document that only an Office program can read (interchange/).
 enum class TranslatedForm {
   kItself,
   kRtf,
@@ -49,7 +49,7 @@ struct FileTypeRow {
   FileType code;
   std::string_view label;                           // as the command shows it
   std::span<const std::u16string_view> extensions;  // in capitals
-  std::u16string_view filter_tag;                   // in the name of a filter that takes it; "" when none ever does
+  std::u16string_view filter_tag;  // part of the name of a filter that takes it; "" when no filter does
   Preparation preparation;
   WayBack way_back;
   TranslatedForm form = TranslatedForm::kItself;
@@ -58,7 +58,7 @@ struct FileTypeRow {
 // The rows in the order of their codes, the unknown type first.
 std::span<const FileTypeRow> file_types();
 
-// The row of a code; that of the unknown type for any other number.
+// The row with this code, or the row of the unknown type.
 const FileTypeRow& file_type_row(std::int32_t code);
 
 // The code for the last extension of a file name, ASCII case ignored; 0 for an unknown extension or none. Never fails.

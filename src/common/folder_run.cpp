@@ -24,7 +24,7 @@ namespace {
 
 std::u16string text_of(const std::u16string& path) { return to_utf16(path_to_host(path)); }
 
-// The path with the name as it is on the disk, where its case may differ.
+// The path with the name as the disk has it; its case may differ.
 std::u16string path_on_disk(FileSystem& files, const std::u16string& path) {
   const std::u16string name = file_name_of(path);
   std::optional<std::u16string> found;
@@ -39,7 +39,7 @@ void copy_real_file(FileSystem& files, const std::u16string& from, const std::u1
   copy_file(from, to);
 }
 
-// Keeps the old file under a second name, or as a copy where the volume has no second names.
+// Keeps the old file under a second name, or as a copy when the volume does not support second names.
 void keep_aside(FileSystem& files, const std::u16string& path, const std::u16string& aside) {
   try {
     files.link_file(path, aside);
@@ -54,7 +54,7 @@ std::u16string text_of(const std::exception& reason) {
   return to_utf16(dynamic_cast<const std::bad_alloc*>(&reason) ? kNotEnoughMemory : reason.what());
 }
 
-// Runs a step, a second time if it fails: the trouble may be over by then.
+// Runs a step, and runs it a second time if it fails, because the problem may be over by then.
 template <class Step>
 void with_second_attempt(Step&& step) {
   try {
@@ -161,7 +161,7 @@ class FolderRun::Work {
     journal_.changes.clear();
     collect_changes();
     if (journal_.changes.size() < 2) {
-      // One file takes its name in one step.
+      // A single file takes its name in one step, so no journal is needed.
       for (const RunJournal::Change& change : journal_.changes) {
         about(change.path, [&] {
           if (!change.scratch.empty()) files_.flush({change.scratch});
@@ -232,7 +232,7 @@ class FolderRun::Work {
     return file;
   }
 
-  // On its volume, then: this run has made the scratch folder.
+  // True when the path is on the scratch folder's volume, because both are in the same folder.
   bool is_beside_scratch_folder(const std::u16string& path) const {
     return equal_ignoring_case(parent_of(path), parent_of(folder_));
   }
@@ -258,7 +258,7 @@ class FolderRun::Work {
     journal_.state = RunJournal::State::kWorking;
   }
 
-  // Where the old file waits: in the scratch folder or, since other folders may lie on another volume, beside the file.
+  // Where the old file waits: in the scratch folder or, since other folders may be on another volume, beside the file.
   std::u16string aside_for(const std::u16string& path) {
     if (is_beside_scratch_folder(path)) return staged_.scratch_path(file_name_of(path));
     std::u16string aside = aside_name_of(path, 1);
@@ -281,7 +281,7 @@ class FolderRun::Work {
       });
       journal_.state = RunJournal::State::kWorking;
     } catch (const std::exception& reason) {
-      // The folder stays with its journal, so that the next run can do what this one cannot.
+      // The folder and its journal stay, so that the next run can do what this one could not.
       keeps_folder_ = true;
       if (report_)
         report_(
@@ -290,7 +290,7 @@ class FolderRun::Work {
     }
   }
 
-  // What cannot be removed stays, with its journal, for the next run.
+  // What cannot be removed stays for the next run, and so does the journal.
   void clean_up() {
     if (has_folder_ && !keeps_folder_) with_second_attempt([&] { remove_all(); });
   }
@@ -322,7 +322,7 @@ class FolderRun::Work {
   bool keeps_folder_ = false;
 };
 
-// What a part of a run goes back to when it is not committed.
+// The state to which a part of a run goes back when it is not committed.
 struct FolderRun::Saved {
   StagedFiles::View view;
   std::size_t borrowed;

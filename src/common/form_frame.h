@@ -1,4 +1,4 @@
-// What the common helpers need to know of a form and a text box; the forms kit derives from these.
+// What the common helpers need to know about a form and a text box. The classes of `forms` derive from these.
 #pragma once
 
 #include <cstdint>

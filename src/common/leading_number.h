@@ -6,8 +6,7 @@
 
 namespace kavo {
 
-// The decimal number that the text begins with, a "-" before it allowed; 0 when it begins with none or with one that
-// does not fit.
+// The decimal number at the start of the text, which may have a "-". 0 when there is none, or when it does not fit.
 constexpr std::int32_t leading_number(std::u16string_view text) {
   const bool negative = text.starts_with(u'-');
   if (negative) text.remove_prefix(1);

@@ -14,7 +14,7 @@ LineIndex::LineIndex(std::u16string_view path) {
     const std::string_view window = reader.window();
     const char* const end = window.data() + window.size();
     for (const char* p = window.data(); p != end; ++p) {
-      // A line feed right after a return belongs to it.
+      // A line feed directly after a return belongs to it.
       if (after_return && *p == '\n') {
         ++starts_.back();
         after_return = false;

@@ -1,4 +1,4 @@
-// Where the lines of a file begin: turns byte positions into line and column and back.
+// Knows where the lines of a file begin, and turns byte positions into line and column and back.
 #pragma once
 
 #include <cstdint>
@@ -23,7 +23,7 @@ class LineIndex {
 
   // The place of the byte at a 0-based position.
   LinePlace place_of(std::uint64_t position) const;
-  // The 0-based position of a place. A line behind the last one counts as the last one.
+  // The 0-based position of a place. A line beyond the last one counts as the last one.
   std::uint64_t position_of(const LinePlace& place) const;
 
  private:

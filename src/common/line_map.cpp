@@ -9,7 +9,7 @@
 namespace kavo {
 namespace {
 
-// The places of bytes that are asked for in order, as LineIndex knows them, without a memory of lines.
+// Finds the same places as LineIndex, but in order only, and without keeping the lines in memory.
 class LineWalk {
  public:
   explicit LineWalk(const std::u16string& path) : file_(path) {}
@@ -91,7 +91,7 @@ LineMap::LineMap(const std::u16string& made, const CopyTrail& trail, const std::
   for (CopyTrail::Run run; reader.next(run);) add({lines.place_of(run.output), source_lines.place_of(run.input).line});
 }
 
-// What the last entry says already takes no room.
+// An entry that follows from the last one is not stored.
 void LineMap::add(const Entry& entry) {
   const auto shift = [](const Entry& of) { return of.author_line - of.place.line; };
   if (entries_.empty() || shift(entry) != shift(entries_.back())) entries_.push_back(entry);

@@ -1,5 +1,5 @@
-// Which line of its author's file stands where in a file that was made of it: a page without its scripts, a file of the
-// scripts. Handed from the library to a suite as text.
+// Maps the lines of a made file (a page without its scripts, a script file) to the lines of the author's file. The
+// library hands it to a suite as text.
 #pragma once
 
 #include <cstdint>
@@ -23,7 +23,7 @@ class LineMap {
 
   // The author's line at a place; 0 before the first entry.
   std::int64_t line_of(const LinePlace& place) const;
-  // "1:1=1 7:19=9": from line 7, column 19 on it is line 9, and the lines behind it go on from there.
+  // "1:1=1 7:19=9" says that line 9 begins at line 7, column 19, and that the following lines continue from there.
   std::string text() const;
 
  private:
@@ -36,7 +36,7 @@ class LineMap {
   std::vector<Entry> entries_;  // places ascend
 };
 
-// The trail of what was made in two steps, from the first step's input to the second one's output.
+// The trail of two steps in succession, from the input of the first to the output of the second.
 CopyTrail trail_of_both(const CopyTrail& first, const CopyTrail& second);
 
 }  // namespace kavo

@@ -1,5 +1,5 @@
-// Finds the places of a key in a file that is read forward: the next one from here on, else the first one from the
-// beginning.
+// Finds the places of a key in a file that is read forward: the next one from the current place, or else the first one
+// from the beginning.
 //
 // A sorted list rather than a map: it is built once, an entry takes no more memory than its key and place, and a key
 // may have many places.
@@ -18,8 +18,8 @@ class LookupIndex {
   // After the last add(), before the first find().
   void sort() { std::sort(entries_.begin(), entries_.end()); }
 
-  // Calls accept(place) for each place of the key at or behind `here`, then for each before it, until one is accepted;
-  // false when none is. Where keys are hashes, `accept` tells different texts with the same hash apart.
+  // Calls accept(place) for each place of the key from `here` on, then for each before it, until one is accepted. False
+  // when none is. If keys are hashes, `accept` must distinguish different texts with the same hash.
   template <class Accept>
   bool find(const Key& key, const Place& here, Accept&& accept) const {
     const auto first = std::ranges::lower_bound(entries_, key, {}, &Entry::key);

@@ -1,4 +1,4 @@
-// The error list of a converter: what went wrong or was repaired, in the order met.
+// The error list of a converter: what went wrong or was repaired, in order.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// Which known names may have been meant by one that is not known.
+// Finds the known names that an unknown one may have meant.
 #pragma once
 
 #include <cstddef>

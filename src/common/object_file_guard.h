@@ -9,8 +9,8 @@ namespace kavo {
 
 // Completes the new object file; call it before the commit. Throws `failure` 58 when the commit would lose the old file
 // of that name: one with other bytes that is more than an object file without objects. So the objects of a document can
-// be taken out again (from a fresh copy), and those of another document stay. Throws `failure` when either file cannot
-// be read.
+// be taken out once more (from a fresh copy), and those of another document are not lost. Throws `failure` when either
+// file cannot be read.
 void refuse_to_lose_objects(PendingFile& objects);
 
 }  // namespace kavo

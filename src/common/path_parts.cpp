@@ -3,7 +3,7 @@
 namespace kavo {
 namespace {
 
-// Where the dot of the extension stands, npos without one.
+// Where the dot of the extension is, npos when there is none.
 std::size_t dot_of(std::u16string_view path) {
   const std::size_t dot = path.rfind(u'.');
   return dot == path.npos || dot < folder_size_of(path) ? path.npos : dot;

@@ -1,4 +1,4 @@
-// The parts of a file's full name, the one place where a path is cut.
+// Cuts a file's full name into its parts. Nothing else in the program does.
 #pragma once
 
 #include <cstddef>
@@ -8,7 +8,7 @@
 namespace kavo {
 
 // "C:\web\index.asp" has the folder "C:\web\", the name "index.asp", the stem "index" and the extension "asp". The
-// folder of a plain name is "", and so is the extension of a name without a dot. A dot of the folder does not count.
+// folder of a plain name is "", and so is the extension of a name without a dot. A dot in the folder does not count.
 std::u16string folder_of(std::u16string_view path);
 std::size_t folder_size_of(std::u16string_view path);  // the name begins here
 std::u16string file_name_of(std::u16string_view path);

@@ -20,7 +20,7 @@ bool try_remove(std::u16string_view path) noexcept {
   }
 }
 
-// False when the names lie on different volumes.
+// False when the names are on different volumes.
 bool try_rename(std::u16string_view from, std::u16string_view to) {
   try {
     ports().files->rename_file(from, to);
@@ -61,11 +61,12 @@ PendingFile::PendingFile(std::u16string_view final_path, std::u16string_view tem
 PendingFile::~PendingFile() { discard(); }
 
 void PendingFile::open() {
-  // Allocated before the file is made: when a constructor throws, no destructor follows that could remove the file.
+  // This is allocated before the file is made. When a constructor throws, no destructor runs that could remove the
+  // file.
   buffer_ = std::make_unique_for_overwrite<char[]>(kBufferSize);
   file_ = ports().files->open(temporary_path_, Access::kCreateNew);
   try {
-    // Before the first byte, which others may not be allowed to read.
+    // This comes before the first byte, which others may not be allowed to read.
     ports().files->take_permissions(temporary_path_, final_path_, Permissions::kAll);
   } catch (...) {
     discard();

@@ -1,10 +1,10 @@
 // A new file that takes its final name only when it is complete.
 //
 // The bytes go to a temporary file. commit() writes the rest, forces the file onto the disk and renames it over the
-// final name in one step, so that at every moment the final name has the whole old or the whole new file. Without
+// final name in one step, so at every moment the final name has the complete old or the complete new file. Without
 // commit() the temporary file is removed and the old file stays. A link stays a link: the file that it leads to is
-// replaced. The new file has the permissions of the old one. One that replaces none has those that the system gives to
-// new files, or those of the document that it is made of.
+// replaced. The new file has the permissions of the old one. If there is no old file, it has the permissions that the
+// system gives to new files, or those of the document from which it is made.
 #pragma once
 
 #include <cstddef>
@@ -20,7 +20,7 @@ class PendingFile {
  public:
   // Makes a temporary file of a new name beside `final_path`. Throws `failure`, as do all operations.
   explicit PendingFile(std::u16string_view final_path);
-  // The same with a temporary name that the caller chose; an existing file of that name is an error (58).
+  // The same with a temporary name that the caller has chosen. An existing file with that name is an error (58).
   PendingFile(std::u16string_view final_path, std::u16string_view temporary_path);
   ~PendingFile();
   PendingFile(const PendingFile&) = delete;
@@ -34,13 +34,13 @@ class PendingFile {
       write_through(bytes);
     }
   }
-  // A file that replaces none gets the permissions of `document`, which it is made of, but not the right to execute.
-  // To be called before the first byte is written: what is private stays private.
+  // If there is no old file, the new one gets the permissions of `document`, from which it is made, but not the right
+  // to execute. Call it before the first byte is written, so that what is private stays private.
   void take_permissions_of(std::u16string_view document);
   // Bytes written so far.
   std::uint64_t size() const { return written_ + used_; }
-  // Writes what is buffered and closes: from now on the complete file can be read under temporary_path(). Without
-  // commit() it is still removed. A second call does nothing.
+  // Writes what is buffered and closes the file. From now on the complete file can be read under temporary_path().
+  // Without commit() it is still removed. A second call does nothing.
   void complete();
   // complete(), and the file stays under temporary_path() for the caller to move.
   void finish();
@@ -67,9 +67,9 @@ class PendingFile {
   bool discard_ = true;
 };
 
-// Puts a complete file in the place of another, which may be missing or read-only: by renaming or, between volumes, by
-// a copy that is made beside the target and renamed over it. At every moment one of the two files is whole; when it
-// throws `failure`, both are as they were. False when the source was copied from another volume and could not be
+// Puts a complete file in the place of another one, which may be missing or read-only. It renames the file or, between
+// volumes, makes a copy beside the target and renames that over it. At every moment one of the two files is whole; when
+// it throws `failure`, both are as they were. False when the source was copied from another volume and could not be
 // removed. The file that is replaced is file_to_replace(target).
 bool replace_file(std::u16string_view source, std::u16string_view target);
 
@@ -78,7 +78,7 @@ bool replace_file(std::u16string_view source, std::u16string_view target);
 std::u16string file_to_replace(std::u16string_view path);
 
 // Copies through a PendingFile, so that an interrupted copy leaves no half file. An existing target is replaced and
-// keeps its permissions, a new one gets those of the source but for the right to execute.
+// keeps its permissions. A new one gets those of the source, except for the right to execute.
 void copy_file(std::u16string_view source, std::u16string_view target);
 
 }  // namespace kavo

@@ -12,7 +12,7 @@ std::string_view without_end(std::string_view text, std::string_view ignored) {
   return text.substr(0, text.find_last_not_of(ignored) + 1);
 }
 
-// The name of a device is reserved in every folder, with any extension and with blanks behind it.
+// The name of a device is reserved in every folder, with any extension and with blanks after it.
 bool is_device(std::string_view name) {
   std::string base(without_end(name.substr(0, name.find('.')), " "));
   std::ranges::transform(base, base.begin(),

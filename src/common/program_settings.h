@@ -1,5 +1,5 @@
-// Per-user program settings: application, section, key, text. They lie where VBA's GetSetting looks for them
-// (HKEY_CURRENT_USER\Software\VB and VBA Program Settings\<application>\<section>), so that macros read them too.
+// Per-user program settings: application, section, key, text. They are where VBA's GetSetting looks for them
+// (HKEY_CURRENT_USER\Software\VB and VBA Program Settings\<application>\<section>), so that macros can read them, too.
 #pragma once
 
 #include <string>
@@ -7,7 +7,7 @@
 
 namespace kavo {
 
-// One section of them. The names must outlive it.
+// One section of the settings. The names must outlive it.
 struct SettingsSection {
   std::u16string_view application;
   std::u16string_view name;

@@ -11,7 +11,7 @@ class ProgressEvent {
   using Handler = std::function<void(std::int16_t percent)>;
 
   void handler(Handler handler) { handler_ = std::move(handler); }
-  // Call before each run: the next percentage is then reported whatever it is.
+  // Call it before each run, so that the next percentage is reported whatever it is.
   void restart() { last_ = -1; }
   // Raises the event when `percent` exceeds the last one reported, then lets the host process its pending messages.
   // Throws what that throws (`interruption` when the user interrupts).

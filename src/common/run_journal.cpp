@@ -8,7 +8,7 @@
 namespace kavo {
 namespace {
 
-// Fields end with a zero byte, which no path holds. Paths stand in the host's own form.
+// Fields end with a zero byte, which no path contains. Paths are in the host's own form.
 constexpr std::string_view kTitle = "KAVO run 1";
 constexpr std::string_view kStates[] = {"working", "placing", "undoing"};
 constexpr std::string_view kBorrowed = "borrowed";
@@ -69,10 +69,10 @@ void put(FileSystem& files, const std::u16string& from, const std::u16string& pa
   files.set_read_only(path, true);
 }
 
-// What a power cut must not take from the disk once the journal has its name. A journal that names files of the user
-// must not be empty beside those that were renamed. One that names files of the run only may get lost: what then stays
-// of them harms no document. New files must be complete before they take their names, and all of them flushed at once
-// cost the wait for one.
+// The files that must be on the disk before the journal gets its name, in case of a power cut. A journal that names the
+// user's files must not be empty when those have been renamed. A journal that names only the run's own files may be
+// lost, because what remains of them does no harm. New files must be complete before they take their names. Flushing
+// all of them together takes as long as flushing one.
 std::vector<std::u16string> needed_on_disk(const RunJournal& journal, const std::u16string& path) {
   const bool sets_aside = std::ranges::any_of(journal.borrowed, [](const auto& each) { return !each.aside.empty(); });
   if (!sets_aside && journal.changes.empty()) return {};
@@ -168,7 +168,8 @@ void undo(FileSystem& files, const RunJournal::Change& change) {
 void give_back(FileSystem& files, const RunJournal::Borrowed& borrowed) {
   const bool had_file = !borrowed.aside.empty();
   if (had_file && !files.info(borrowed.aside)) return;
-  // The run's file goes first: renamed over it, the user's would get its name, which may differ in letter case.
+  // The run's file is removed first. If the user's file were renamed over it, it would get that file's name, which may
+  // differ in case.
   remove_if_there(files, borrowed.path);
   if (had_file) files.rename_file(borrowed.aside, borrowed.path);
 }

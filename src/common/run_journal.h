@@ -1,10 +1,10 @@
-// What a run is about to do to real files, written down before it does it, so that the next run can finish or undo what
-// a killed one began.
+// The journal of a run: what it is about to do to real files, written down beforehand, so that the next run can finish
+// or undo what a killed one began.
 //
-// The journal lies in the run's scratch folder and is replaced as a whole, so that a reader finds a complete one or
-// none. It protects the documents from a run that is killed. Against a power cut it helps in part: a journal that names
-// files of the user is on the disk, and with it the new files, before the changes that it covers, but nobody forces
-// their renames onto the disk. Paths are absolute.
+// The journal is in the run's scratch folder and is replaced as a whole, so a reader finds a complete one or none. It
+// protects the documents from a run that is killed. It protects them only partly from a power cut: a journal that names
+// the user's files, and the new files, are on the disk before anything is changed, but the renames themselves are not
+// forced onto the disk. Paths are absolute.
 #pragma once
 
 #include <string>
@@ -42,11 +42,11 @@ struct RunJournal {
 // Replaces the journal in the scratch folder `folder`. One whose state is kPlacing has the new files flushed first.
 // Throws `failure` and then leaves the old journal in place.
 void write_journal(FileSystem& files, const std::u16string& folder, const RunJournal& journal);
-// That of a run that had changed nothing yet when a power cut emptied it. Throws `failure` when it cannot be read, 5
-// when it is damaged, 53 when there is none.
+// Reads the journal. One that a power cut has emptied reads as that of a run that has changed nothing. Throws `failure`
+// when it cannot be read, 5 when it is damaged, 53 when there is none.
 RunJournal read_journal(FileSystem& files, const std::u16string& folder);
 
-// The steps that a run takes, and that the next run takes when it cleans up after it. Each can be repeated after it was
+// The steps that a run takes, or the next run when it cleans up after a killed one. Each can be repeated after it was
 // interrupted. All throw `failure`.
 //
 // Gives the new file its name, or removes the name.

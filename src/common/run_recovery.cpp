@@ -21,8 +21,8 @@ constexpr double kSilentWait = 1;       // seconds before the wait is reported
 
 std::u16string text_of(const std::u16string& path) { return to_utf16(path_to_host(path)); }
 
-// Whether a folder that has the scratch folder's name, but no journal, may be the user's own: it contains a file that
-// no run leaves there before its first journal.
+// True when a folder with the scratch folder's name but without a journal may be the user's own, because it contains a
+// file that no run leaves there before its first journal.
 bool holds_documents(FileSystem& files, const std::u16string& folder) {
   return std::ranges::any_of(files.find(in_folder(folder, u"*")), [&](const std::u16string& name) {
     const std::u16string path = in_folder(folder, name);

@@ -1,4 +1,4 @@
-// Whether two names mean one file: through links, other letters, "..", short names.
+// Finds out whether two names mean the same file: through links, another case of letters, "..", short names.
 #pragma once
 
 #include <string_view>

@@ -1,5 +1,5 @@
-// Names of files and folders that are there only while the command works. What is found under one of them afterwards
-// was left by a run that was killed.
+// Names of files and folders that exist only while the command works. A file that has such a name afterwards was left
+// by a run that was killed.
 //
 //   .kavo-run                     the scratch folder of a run, beside its documents
 //   page.htm.kavo-0123456789ab    a file that is written beside its target
@@ -17,7 +17,7 @@ namespace kavo {
 
 inline constexpr std::u16string_view kScratchFolder = u".kavo-run";
 
-// Differs with each call. Whoever creates the file makes sure that it is new.
+// A different name with each call. The caller must make sure that the file is new.
 std::u16string scratch_name_beside(std::u16string_view path);
 // From number 1 on.
 std::u16string new_name_of(std::u16string_view path, int number);

@@ -35,7 +35,7 @@ StagedFiles::StagedFiles(FileSystem& real, std::u16string folder, Needs needs)
   if (temporary_folder_.empty()) return;
   temporary_folder_ = real_.absolute(temporary_folder_);
   if (!temporary_folder_.ends_with(u'\\')) temporary_folder_ += u'\\';
-  // Documents that lie in the temporary folder themselves are staged like any others.
+  // Documents that are in the temporary folder themselves are staged like any others.
   if (equal_ignoring_case(folder_part(folder_), temporary_folder_)) temporary_folder_.clear();
 }
 
@@ -43,7 +43,7 @@ bool StagedFiles::is_temporary(const std::u16string& path) const {
   return !temporary_folder_.empty() && equal_ignoring_case(folder_part(path), temporary_folder_);
 }
 
-// The work folder of the command that a path lies in, "" for none.
+// The command's work folder that contains the path, "" when there is none.
 std::u16string StagedFiles::work_folder_of(const std::u16string& path) const {
   if (temporary_folder_.empty() || path.size() <= temporary_folder_.size() ||
       !equal_ignoring_case(path.substr(0, temporary_folder_.size()), temporary_folder_))

@@ -1,11 +1,10 @@
-// The file system as a run sees it: the run itself sees at once what it writes, renames and removes, while the real
-// files stay as they are.
+// The file system as a run sees it. The run sees its own changes at once, while the real files stay as they are.
 //
-// Each written file lies in a numbered folder below the run's scratch folder and keeps its own name there, so that
-// other programs that read it see the right name. A later write makes another scratch file and never touches an older
-// one, so a copy of the view is all it takes to go back to an earlier state. Four kinds of paths go straight to the
-// real files: those in the scratch folder, files directly in the temporary folder (they are noted), files in a work
-// folder there, and names that the run has borrowed.
+// Each written file is in a numbered folder below the run's scratch folder and has its own name there, so that other
+// programs that read it see the right name. A later write makes another scratch file and never changes an older one, so
+// a copy of the view is enough to go back to an earlier state. Four kinds of paths lead to the real files: those in the
+// scratch folder, files directly in the temporary folder (they are noted), files in a work folder there, and names that
+// the run has borrowed.
 #pragma once
 
 #include <cstddef>
@@ -46,8 +45,8 @@ class StagedFiles final : public FileSystem {
 
   // The real path under which other modules and programs read a file of the view; the path itself for a real one.
   std::u16string path_to_read(std::u16string_view path) const;
-  // The same for a file that they write: what they put there becomes the new file of that name. Throws `failure` 75 for
-  // a folder.
+  // The same for a file that they write. What they write there becomes the new file with that name. Throws `failure` 75
+  // for a folder.
   std::u16string path_to_write(std::u16string_view path);
   // A path in the scratch folder that is free and ends with this name.
   std::u16string scratch_path(std::u16string_view name);
@@ -66,13 +65,14 @@ class StagedFiles final : public FileSystem {
   void rename_file(std::u16string_view from, std::u16string_view to) override;
   // The second name is a copy.
   void link_file(std::u16string_view path, std::u16string_view second_name) override;
-  // Nothing: the new files are forced onto the disk when they are put in place.
+  // Does nothing. The new files are forced onto the disk when they are put in place.
   void flush(const std::vector<std::u16string>&) override {}
   void set_read_only(std::u16string_view path, bool read_only) override;
   std::unique_ptr<FileLock> lock(std::u16string_view path) override { return real_.lock(path); }
   std::u16string link_target(std::u16string_view path) override;
   void take_permissions(std::u16string_view path, std::u16string_view model, Permissions which) override;
-  // A run in a work folder keeps its temporary files there, so that they are deleted with the folder however the run ends.
+  // A run in a work folder keeps its temporary files there, so that they are deleted with the folder however the run
+  // ends.
   std::u16string temporary_folder() override;
   std::u16string absolute(std::u16string_view path) override { return real_.absolute(path); }
 
@@ -97,7 +97,7 @@ class StagedFiles final : public FileSystem {
   View view_;
   std::vector<std::u16string> borrowed_;
   std::set<std::u16string, LessIgnoringCase> taken_;  // places in the scratch folder
-  std::size_t numbered_folders_ = 0;                  // made there, from 1
+  std::size_t numbered_folders_ = 0;                  // how many numbered folders have been made
 };
 
 }  // namespace kavo

@@ -1,5 +1,5 @@
 // The public automation object. A host hands it a document, reads back the names of the files produced, and later has
-// the translation rebuilt. The COM skin and the command are thin covers over this class.
+// the translation rebuilt. The COM skin and the command are thin layers over this class.
 #pragma once
 
 #include <cstdint>
@@ -21,7 +21,8 @@ class K19FPWObj {
   // Creates the filter catalogue of this thread and fills the thread's filter table from it. Throws what the catalogue
   // raises.
   K19FPWObj();
-  // Releases the thread's filter catalogue, deliberately even when other instances live: a host uses one at a time.
+  // Releases the thread's filter catalogue, deliberately even when other instances exist, since a host uses one at a
+  // time.
   ~K19FPWObj();
   K19FPWObj(const K19FPWObj&) = delete;
   K19FPWObj& operator=(const K19FPWObj&) = delete;
@@ -33,10 +34,10 @@ class K19FPWObj {
   std::int32_t SingleFileWizard(std::u16string& sFilename, std::int32_t& nKAVO);
   // Prepares a document for the suite's filters and lists the files produced. Returns 0 when done, 3 when a page could
   // not be prepared, 4 when a MIF document could not be prepared or was in use. After a failure the list is empty and
-  // every file is as it was; only the backup of a MIF document (".kavo.bak" behind its name) stays. A document whose
-  // type needs no preparation is listed as it is, without being opened. A document whose name differs from that of
-  // another one only in letter case is refused: both would be prepared to the same files. Throws `interruption` when
-  // the user interrupts.
+  // every file is as it was; only the backup of a MIF document (its name and ".kavo.bak") stays. A document whose type
+  // needs no preparation is listed as it is, without being opened. A document whose name differs from that of another
+  // one only in letter case is refused: both would be prepared to the same files. Throws `interruption` when the user
+  // interrupts.
   std::int32_t PreProcess(std::u16string& sFilename);
   std::int32_t GetFileCount() const { return static_cast<std::int32_t>(produced_.size()); }
   // The path of produced file `nCount`, counted from 0; "" past the last one. A negative index throws `failure` 9.

@@ -1,4 +1,4 @@
-// The files beside a bilingual document that its document cannot be rebuilt completely without.
+// The companions of a bilingual document: the files without which its document cannot be rebuilt completely.
 #pragma once
 
 #include <string>
@@ -13,7 +13,7 @@ namespace kavo {
 std::vector<std::u16string> companions_of(const TudName& name);
 // The companions that are missing. Throws `failure` when that cannot be known.
 std::vector<std::u16string> missing_companions(const TudName& name);
-// True when the way back has steps behind the filter: companions, embedded objects or a conversion. These steps need a
+// True when rebuilding has steps after the filter: companions, embedded objects or a conversion. These steps need a
 // language that the suite knows.
 bool has_way_back(const TudName& name);
 

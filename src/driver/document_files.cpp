@@ -18,7 +18,7 @@ bool is_file(std::u16string_view path) {
 
 void refuse_twin(std::u16string_view path) {
   const std::u16string name = file_name_of(path);
-  // The folder may hold the name in other letters than it was given.
+  // The folder may hold the name in another case of letters.
   std::vector<std::u16string> found = ports().files->find(path);
   std::erase_if(found, [&](const std::u16string& other) { return !equal_ignoring_case(other, name); });
   if (found.size() < 2) return;

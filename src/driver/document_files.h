@@ -5,7 +5,7 @@
 
 namespace kavo {
 
-// True for a file, false for a folder or a name that is not there. Throws `failure` when the system does not say which.
+// True for a file, false for a folder or a name that is not there. Throws `failure` when the system cannot say.
 bool is_file(std::u16string_view path);
 // Throws `failure` 58 when the folder holds another file whose name differs only in letter case, as some systems allow.
 // Files named after the two would have the same names.

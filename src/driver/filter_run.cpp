@@ -28,8 +28,8 @@ constexpr std::int32_t kFirstFilterFailure = 200;
 constexpr std::int32_t kNeedsNoTranslation = 1;
 constexpr std::int32_t kWholeMatch = 100;
 
-// What the documents of one preparation have in common: the checksums of the files that belong together. "" for a
-// document that stands alone.
+// The common mark of the documents of one preparation: the checksums of the files that belong together. "" for a
+// document that is alone.
 std::u16string mark_of(std::span<const ProducedFile> files) {
   std::vector<std::u16string> set;
   for (const ProducedFile& file : files) set.push_back(file.file_name);
@@ -38,7 +38,7 @@ std::u16string mark_of(std::span<const ProducedFile> files) {
     set.clear();
     for (const std::u16string_view side : kMifSides) set.push_back(mif_side_file(folder_of(files[0].file_name), side));
   }
-  // Without one of them there is no set: whoever needs it says so.
+  // If one of them is missing, there is no set. A step that needs the set reports that.
   if (set.size() < 2 || !std::ranges::all_of(set, is_file)) return u"";
   std::uint64_t mark = kFnvSeed;
   for (const std::u16string& file : set) mark = fnv_add(mark, std::to_string(checksum_of_file(file)));
@@ -52,8 +52,8 @@ struct DocumentSet {
   std::span<const ProducedFile> files;
 };
 
-// What the filter cannot see in the file itself: where the author finds its lines, and for a page and its script file
-// the other one of the two. "name=value" on each line.
+// Facts that the filter cannot see in the file itself: where its lines are in the author's file, and for a page and its
+// script file the path of the other one. "name=value" on each line.
 std::u16string facts_of(const ProducedFile& file, const DocumentSet& set, const FolderRun& run) {
   std::u16string facts;
   if (!file.author_lines.empty()) facts += u"author-lines=" + to_utf16(file.author_lines) + u"\n";
@@ -66,14 +66,13 @@ bool is_read_as_copy(std::int32_t type) {
   return type == kRtfDocument || file_type_row(type).form != TranslatedForm::kItself;
 }
 
-// The file that the filter reads in the place of a produced file.
+// The file that the filter reads instead of a produced file.
 std::u16string what_is_read(ProducedFile& file, const RunLanguages& languages, FolderRun& run) {
   const std::u16string form = file.form.empty() ? in_translated_form(file.file_name, run) : file.form;
   const bool is_form = form != file.file_name;
   if (is_form) file.form = form;
   if (is_form && languages.keeps_form) copy_file(form, translated_form_of(file.file_name));
-  const bool is_rtf =
-      file.file_type == kRtfDocument || file_type_row(file.file_type).form == TranslatedForm::kRtf;
+  const bool is_rtf = file.file_type == kRtfDocument || file_type_row(file.file_type).form == TranslatedForm::kRtf;
   if (!is_rtf) return is_form ? form : run.path_to_read(form);
   const std::u16string own = is_form ? translated_form_of(file.file_name) : file.file_name;
   return without_objects(form, object_file_of(own), languages.replaces_objects, run);
@@ -87,7 +86,7 @@ void convert(ProducedFile& file, const RunLanguages& languages, const DocumentSe
   refuse_twin(file.file_name);
   const std::u16string tud = tud_name_of(file.file_name, languages.target);
   const std::u16string skeleton = skeleton_name_of(tud);
-  // Filters know real files only.
+  // Filters only see real files.
   FolderRun run(file.file_name);
   const std::u16string made = run.path_to_write(tud);
   const std::u16string read = what_is_read(file, languages, run);
@@ -103,7 +102,7 @@ void convert(ProducedFile& file, const RunLanguages& languages, const DocumentSe
   const bool keeps_set = filter_catalogue().has_member(u"ConvertInSet");
   if (keeps_set) {
     arguments.push_back(by_value(set.mark));
-    // The filter may read something else than what its author has.
+    // The filter may not read the author's own file.
     const bool is_own = set.author_document.empty() && is_read_as_copy(file.file_type);
     arguments.push_back(by_value(is_own ? ports().files->absolute(file.file_name) : set.author_document));
     const std::u16string options = facts_of(file, set, run) + languages.filter_options;
@@ -129,7 +128,8 @@ FilterRun convert_produced_files(std::span<ProducedFile> files, const RunLanguag
   FilterRun result;
   std::size_t i = 0;
   try {
-    // The documents take their names together; those of the files before one that fails do, too.
+    // The documents take their names together. When a file fails, the documents of the files before it still take
+    // theirs.
     FolderRun run(files.empty() ? u"." : files[0].file_name, observer.report());
     try {
       const DocumentSet set{mark_of(files), author_document.empty() ? u"" : ports().files->absolute(author_document),

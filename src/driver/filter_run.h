@@ -15,11 +15,11 @@ namespace kavo {
 struct RunLanguages {
   std::u16string source;  // the suite's codes: "EN-US", "FR"
   std::u16string target;
-  std::int32_t source_code_page = 0;  // 0: the suite's usual one
+  std::int32_t source_code_page = 0;  // 0: the suite's default
   std::int32_t target_code_page = 0;
   std::u16string filter_options{};  // for the filters: "name=value" on each line
-  bool replaces_objects = false;    // of an RTF document, even when the object file holds something else
-  bool keeps_form = false;          // of an Office document: what its filter reads stays beside it, with its objects
+  bool replaces_objects = false;    // of an RTF document: replace the object file even if it holds something else
+  bool keeps_form = false;  // of an Office document: keep the file that its filter reads beside it, with its objects
 };
 
 struct FilterRun {
@@ -32,9 +32,8 @@ struct FilterRun {
 // of the same names are moved away first, and are back when the file fails. Needs the thread's filter catalogue, that
 // is, a living K19FPWObj. Throws `interruption` when the user interrupts.
 //
-// Where the suite can keep them, the documents carry a common mark and the name and checksum of `author_document`, the
-// document that the files were prepared from ("" when it is not known). So a set mixed from two preparations can be
-// recognised.
+// If the suite can store them, the documents carry a common mark and the name and checksum of `author_document`, from
+// which the files were prepared ("" when it is unknown). So a set that mixes two preparations can be recognised.
 FilterRun convert_produced_files(std::span<ProducedFile> files, const RunLanguages& languages,
                                  std::u16string_view author_document = {}, const RunObserver& observer = {});
 

@@ -26,8 +26,8 @@ struct FilterInfo {
 // The thread's entry for a file type code. Throws `failure` 9 for a code outside 0 to 31.
 const FilterInfo& filter_table(std::int32_t index);
 
-// Whether the filter of a type has settings to show. The catalogue's member HasSettings(filter) is optional; without it
-// no filter has any. Never fails.
+// True when the filter of a type has settings to show. The catalogue's member HasSettings(filter) is optional; without
+// it no filter has any. Never fails.
 bool has_filter_settings(std::int32_t type);
 // Shows the settings by the catalogue's Settings(filter) and marks the entry as configured. Does nothing when the type
 // has no filter. Throws what the catalogue raises.

@@ -11,12 +11,12 @@
 namespace kavo {
 namespace {
 
-// A scratch path for the copy of a document, in a folder where its form has a free name, too.
+// A scratch path for the copy of a document, in a folder where the name of its translated form is also free.
 std::u16string scratch_copy(const std::u16string& document, FolderRun& run) {
   const std::u16string name = file_name_of(document);
   std::u16string copy = run.scratch_path(name);
   std::u16string form = run.scratch_path(translated_form_of(name));
-  // Scratch folders are numbered, and each call gives the first one where the name is free.
+  // Scratch folders are numbered, and each call returns a path in the first one where the name is free.
   while (translated_form_of(copy) != form) {
     const auto number = [](const std::u16string& path) { return std::pair(folder_of(path).size(), folder_of(path)); };
     if (number(copy) < number(form))

@@ -8,8 +8,8 @@ namespace kavo {
 
 class FolderRun;
 
-// The form of a document, a scratch file; the document's own path for one that filters read themselves. Throws
-// `failure` with the program's reason when it cannot be made, and `interruption` when the user interrupts.
+// The path of the document's translated form, a scratch file. For a document that filters read themselves, its own
+// path. Throws `failure` with the program's reason when it cannot be made, and `interruption` when the user interrupts.
 std::u16string in_translated_form(const std::u16string& document, FolderRun& run);
 
 }  // namespace kavo

@@ -1,4 +1,4 @@
-// What people should know of a page's coding before its texts are shown to a translator.
+// Reports problems of a page's coding before its texts are shown to a translator.
 #pragma once
 
 #include <string>

@@ -39,12 +39,12 @@ std::u16string office_type(const TudName& name, bool has_language) {
   return known == u"PPT" || known == u"XLS" ? type : u"";
 }
 
-// Whether the RTF is the form of a Word document. That of a file called doc.rtf is not, though "doc" stands in its
-// name.
+// True when the RTF is the form of a Word document. It is not for a file called doc.rtf, though its name contains
+// "doc".
 bool is_form_of_word(const TudName& name) { return name.has_part(0) && ascii_upper(name.part(1)) == u"DOC"; }
 
-// Both Office converters work on a file of their own, whose name they make from that of the XML file. Each returns why
-// it failed, "" when it did not.
+// Both Office converters work on a file whose name they make from that of the XML file. Each returns the reason of a
+// failure, or "".
 std::u16string import_presentation(const std::u16string& xml) {
   clsPPTUtil presentations;
   presentations.XMLFile(xml);
@@ -156,7 +156,7 @@ void PostProcessing::MergeMIF() {
     part.commit();
   }
   if (!merged) throw reported_failure();
-  // The side files that the preparation made are not needed any more. They are back when the run fails.
+  // The side files that the preparation made are no longer needed. If the run fails, they come back.
   for (const std::u16string_view side : kMifSides)
     if (const std::u16string prepared = mif_side_file(name_.folder(), side); !is_same_file(prepared, document_))
       remove_if_there(*ports().files, prepared);
@@ -227,7 +227,7 @@ void PostProcessing::rebuild(const std::u16string& tud, const std::u16string& fi
     build.save_open_tag(std::nullopt);
     build.locate_skeleton();
   });
-  // The place is one of this document, not of the one that the user named.
+  // The place is in this document, not in the one that the user named, so the message must say so.
   try {
     build.create_target(file, language_);
   } catch (const failure& reason) {

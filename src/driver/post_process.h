@@ -1,4 +1,4 @@
-// Post-processing: undoes what the preparation did to a format, once the suite's filter has made the target.
+// Post-processing: when the suite's filter has made the target, it reverses what the preparation did.
 #pragma once
 
 #include <string>
@@ -17,9 +17,9 @@ std::u16string document_made_of(const TudName& name, std::u16string_view target,
 class PostProcessing {
  public:
   // `created`: the scratch file that the filter made for the document `target`. `language`: the code in the bilingual
-  // document's name, "" when the document counts as one without. `mark`: that of its preparation, which the documents
-  // of its other files must share. `refuses_gaps`: fail when the scripts and placeholders of a page do not fit
-  // together. All references must outlive the object.
+  // document's name, "" when the document counts as having none. `mark`: the mark of its preparation, which the
+  // documents of its other files must share. `refuses_gaps`: fail when the scripts and placeholders of a page do not
+  // match. All references must outlive the object.
   PostProcessing(const TudName& name, std::u16string target, std::u16string created, std::u16string language,
                  std::u16string mark, bool refuses_gaps, FolderRun& run, const RunObserver& observer);
 

@@ -77,7 +77,7 @@ class PreparationRun {
       run.commit();
       return;
     } catch (const reported_failure&) {
-      // The observer knows the reasons.
+      // The observer has received the reasons.
     } catch (const failure& reason) {
       observer_.tell({reason.description()});
     }
@@ -85,7 +85,7 @@ class PreparationRun {
     result_.files.clear();
   }
 
-  // Made before anything touches the document; it stays whatever follows.
+  // The backup is made before anything touches the document, and stays whatever happens.
   void keep_backup() const {
     FolderRun run(source_, observer_.report());
     copy_file(source_, backup_name_of(source_));
@@ -99,10 +99,10 @@ class PreparationRun {
     prepare_page(copy);
     turn_into_utf16(result_.files[0].file_name, code_page);
     mark_as_utf8(result_.files[1].file_name);
-    result_.origin = {};  // its places are those of the copy
+    result_.origin = {};  // its places are in the copy, not in the source
   }
 
-  // `page` is the source, or what stands for it.
+  // `page` is the source, or a copy of it in another coding.
   void prepare_page(const std::u16string& page) {
     PageNames names;
     names.page = source_;
@@ -150,7 +150,7 @@ class PreparationRun {
     clsMIFUtilities mif;
     mif.Progress([&](std::int16_t percent) { observer_.tell_progress(source_, percent); });
     mif.StartBatch();
-    // Beside the document, where rebuilding looks for them, also when it is named without its folder.
+    // The side files go beside the document, where rebuilding looks for them, even if it is named without its folder.
     const std::u16string folder = folder_of(source_);
     mif.IndexFile(mif_side_file(folder, kMifSides[0]));
     mif.XrefFile(mif_side_file(folder, kMifSides[1]));
@@ -180,7 +180,7 @@ class PreparationRun {
   const bool keeps_branches_;
   PreparationBatch& batch_;
   const RunObserver& observer_;
-  FolderRun* run_ = nullptr;  // that the step is in
+  FolderRun* run_ = nullptr;  // the run of the current step
   PreparationResult result_;
 };
 

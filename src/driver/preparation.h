@@ -34,21 +34,21 @@ class PreparationBatch {
 
 struct PreparationRequest {
   std::u16string document;
-  std::optional<std::u16string> html_tags = {};  // the validator's table; without it the default one
-  std::optional<DocumentKind> kind = {};         // without it what FileTypeOf() says
+  std::optional<std::u16string> html_tags = {};  // the validator's table; the default one if not set
+  std::optional<DocumentKind> kind = {};         // what FileTypeOf() says if not set
   bool repairs = true;                           // whether a page's tags are repaired; a fragment's never are
   bool keeps_branches = false;                   // whether repairs stay in their branch of a script's condition
 };
 
 // The command's request for a document: pages of any name it knows, repaired unless the user has switched that off.
 PreparationRequest command_request(const std::u16string& document);
-// Whether pages are repaired, as the user has stored it. Storing it throws `failure` when the registry refuses.
+// The user's stored choice whether pages are repaired. Storing it throws `failure` when the registry refuses.
 bool repairs_pages();
 void store_repairs_pages(bool value);
 
 struct PreparationResult {
   // 0 done, 3 when a page could not be prepared, 4 when a MIF document could not be prepared or was in use. The
-  // observer has been told why.
+  // observer has received the reason.
   std::int32_t result = 0;
   std::vector<ProducedFile> files;  // none after a failure; the document alone when its type needs no preparation
   PageOrigin origin;                // of a page

@@ -18,8 +18,8 @@ struct ConvertedDocument {
 // Needs the thread's filter catalogue, that is, a living K19FPWObj. Throws `interruption` when the user interrupts.
 ConvertedDocument prepare_and_convert(const PreparationRequest& request, PreparationBatch& batch,
                                       const RunLanguages& languages, const RunObserver& observer);
-// The same for several languages: one preparation, converted for each in turn, with one result for each. What fails in
-// one ends the run; the results behind it are missing.
+// The same for several languages: one preparation, converted for each in turn, with one result for each. A failure in
+// one ends the run; the results after it are missing.
 std::vector<ConvertedDocument> prepare_and_convert(const PreparationRequest& request, PreparationBatch& batch,
                                                    std::span<const RunLanguages> languages,
                                                    const RunObserver& observer);

@@ -1,5 +1,5 @@
 // What a run reports while it works: its progress in percent, and each message of the converters (what failed, what was
-// repaired). It adds to the contract: a host sees results only, the command shows progress and messages.
+// repaired). This goes beyond the contract: a host sees only results, but the command shows progress and messages.
 #pragma once
 
 #include <functional>

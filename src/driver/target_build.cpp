@@ -15,7 +15,7 @@
 namespace kavo {
 namespace {
 
-// What keeps the run from noting a file counts as the refusal of the step.
+// If the run cannot note a file, the step counts as refused.
 template <class Action>
 void or_refuse(Action&& action) {
   try {

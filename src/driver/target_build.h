@@ -1,5 +1,5 @@
 // Builds the target of one bilingual document. The document component writes an OpenTag file and finds the skeleton,
-// and the filter catalogue makes the target of both. The documents of side files are built in the same way.
+// and the filter catalogue makes the target from both. The documents of side files are built in the same way.
 #pragma once
 
 #include <optional>
@@ -15,8 +15,8 @@ class FolderRun;
 class TargetBuild {
  public:
   // Throws what the creation of the suite's component raises; every step throws what the component raises. The run,
-  // which must outlive the build, removes what the build leaves on its way: the OpenTag file, and a skeleton that is
-  // not to be kept.
+  // which must outlive the build, removes the build's intermediate files: the OpenTag file, and a skeleton that is not
+  // to be kept.
   TargetBuild(std::u16string_view tud, FolderRun& run);
   ~TargetBuild();
   TargetBuild(const TargetBuild&) = delete;
@@ -28,7 +28,7 @@ class TargetBuild {
   void save_open_tag(const std::optional<StatusColours>& colours);
   void locate_skeleton();
 
-  // Throws `failure` 5 when `target` is one of the files that it is made of, as far as the steps so far know them.
+  // Throws `failure` 5 when `target` is one of the files from which it is made, as far as the steps so far know them.
   void refuse_own_file(const std::u16string& target) const;
   // The last step. `language` is the target language, "" for the document's own. Throws what the catalogue raises, and
   // `failure` 53 when the catalogue made no file.

@@ -31,7 +31,7 @@ namespace {
 
 constexpr std::u16string_view kOfficeFilters[] = {u"k19pptw.k19pptwobj.1", u"k19xlsw.k19xlswobj.1",
                                                   u"k19docw.k19docwobj.1"};
-// Some Office programs need this long to let go of a file.
+// Some Office programs need this long to release a file.
 constexpr double kOfficeSeconds = 5;
 constexpr double kBetweenLooks = 0.05;  // seconds
 constexpr int kHighestShellFailure = 31;
@@ -49,7 +49,8 @@ bool is_office_format(std::u16string_view format) {
   return upper == u"PPT" || upper == u"XLS";
 }
 
-// Ends a translation with an error of the contract. The description is "" where the usual text of its number says it.
+// Ends a translation with an error of the contract. The description is "" when the standard text of its number says
+// enough.
 class translation_failure : public failure {
  public:
   explicit translation_failure(TranslationError error, std::u16string description = {})
@@ -78,7 +79,7 @@ class Translation {
       : request_(request),
         observer_(observer),
         overwrites_(request.preview < 0),
-        // The remainder of a negative value is 0 or negative: no preview.
+        // The remainder of a negative value is 0 or negative, which means no preview.
         preview_(overwrites_ ? request.preview % 256 : request.preview),
         name_(request.tud),
         target_(request.target) {}
@@ -159,8 +160,7 @@ class Translation {
     } catch (const reported_failure&) {
       throw translation_failure(kNotPostProcessed);
     }
-    if (request_.keeps_form && !routes.form().empty())
-      copy_file(routes.form(), translated_form_of(routes.document()));
+    if (request_.keeps_form && !routes.form().empty()) copy_file(routes.form(), translated_form_of(routes.document()));
     target_ = routes.document();
     return routes.result();
   }
@@ -203,7 +203,7 @@ class Translation {
                       u"so nothing is written. Give it back its name, such as page_asp_htm_FR.tud");
   }
 
-  // Throws `failure` 5 when `target` is a file beside the document that its way back may read.
+  // Throws `failure` 5 when `target` is a file beside the document that rebuilding may read.
   void refuse_companion(const std::u16string& target) const {
     std::vector<std::u16string> tuds{name_.script_tud()};
     for (const std::u16string_view side : kMifSides)
@@ -272,7 +272,7 @@ class Translation {
   const std::int32_t preview_;
   const TudName name_;
   std::u16string target_;
-  std::u16string language_;  // "" when the suite does not know the name's, or companions are missing
+  std::u16string language_;  // "" when the suite does not know the language in the name, or companions are missing
 };
 
 }  // namespace

@@ -30,16 +30,16 @@ struct TranslationRequest {
   std::int32_t preview = 0;    // 1 or 2 opens the result; negative: an old target is deleted before the filter runs
   std::int32_t highlight = 0;  // not 0: segments are coloured by their status
   // In addition to the contract, for the command.
-  std::u16string output{};        // where the finished document goes, whatever is created on the way
-  bool keeps_form = false;        // of an Office document: what is handed to the Office program stays beside it
-  bool keeps_existing = false;    // fail rather than replace a document that is there
+  std::u16string output{};        // where the finished document goes, whatever the intermediate files are called
+  bool keeps_form = false;        // of an Office document: keep what is handed to the Office program beside it
+  bool keeps_existing = false;    // fail rather than replace an existing document
   bool refuses_gaps = false;      // fail rather than make a document that lacks a script or hidden texts
   StatusColours unset_colours{};  // for statuses without a stored colour
 };
 
 struct TranslationResult {
   std::int32_t error = kNoError;
-  std::u16string text;    // describes the error; "" for the usual text of its number
+  std::u16string text;    // describes the error; "" for the standard text of its number
   std::u16string target;  // the file that was created
 };
 

@@ -33,7 +33,7 @@ class TudComponent {
   MergeDetails merge_details();
   // Writes the OpenTag file, coloured when colours are given.
   void save_open_tag(std::u16string_view name, const std::optional<StatusColours>& colours);
-  // Throws `refusal` also when there is none.
+  // Also throws `refusal` when there is no skeleton.
   LocatedSkeleton locate_skeleton();
 
   std::int32_t segment_count();
@@ -52,7 +52,8 @@ class TudComponent {
 
  private:
   void call(std::u16string_view member, std::span<Argument> arguments);
-  // Throws `refusal` with the component's own words; with the name of the operation when it does not say why.
+  // Throws `refusal` with the component's own words, or with the name of the operation when the component gives no
+  // reason.
   [[noreturn]] void refuse(std::u16string_view member) const;
 
   ObjectRef document_;

@@ -23,7 +23,7 @@ TudName::TudName(std::u16string_view path) : folder_(folder_of(path)), base_(ste
 }
 
 std::u16string TudName::file_name(std::size_t last_part, std::u16string_view extension, bool with_language) const {
-  // An empty first part is one too: _b_mif_FR.tud is the document of _b.mif.
+  // An empty first part counts, too: _b_mif_FR.tud is the document of _b.mif.
   std::u16string joined;
   for (std::size_t i = first_part_; i <= last_part; ++i) {
     if (i != first_part_) joined += u'_';

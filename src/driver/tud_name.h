@@ -29,7 +29,7 @@ class TudName {
   // For the document of a page: the bilingual document of its script file.
   std::u16string script_tud() const;
   // True for the document of a script file whose page's document lies beside it, and for that of a MIF document's side
-  // file. The way back of the main document takes them along.
+  // file. Rebuilding the main document rebuilds these, too.
   bool is_taken_along() const;
 
  private:

@@ -20,7 +20,7 @@ namespace {
                           file_name_of(path), place.line));
 }
 
-// Writes a file in another coding; the mark is a character like others.
+// Writes a file in another coding. The byte order mark is a character like any other.
 void recode(std::u16string_view path, unsigned from, unsigned to, std::u16string_view target) {
   const TextCoding source(from);
   const TextCoding result(to);

@@ -100,7 +100,7 @@ class WizardRun {
       if (const std::int32_t preparation = document.preparation.result; preparation != 0)
         return {kPreparationFailed + preparation, text::kPreparationFailed, file, last_message_};
       const FilterRun& run = document.conversion;
-      // The user may have cancelled during the last file, which a filter in another module does not see.
+      // The user may have cancelled during the last file, which a filter in another module does not notice.
       ports().desktop->process_messages();
       if (run.result != kDone) {
         const auto unconverted = std::ranges::find(produced, u"", &ProducedFile::tud_name);

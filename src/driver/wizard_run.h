@@ -13,7 +13,7 @@ namespace kavo {
 
 struct WizardRequest {
   std::u16string file;    // offered in the dialog when it exists; blanks around the name do not count
-  std::int32_t bits = 0;  // 1: the dialog can start the editor; 2: start the editor after a failure too; 4: offer the
+  std::int32_t bits = 0;  // 1: the dialog can start the editor; 2: start the editor after a failure, too; 4: offer the
                           // memory that was used last
   bool quiet = false;     // show no message box about a failure
 };
@@ -28,8 +28,8 @@ struct WizardOutcome {
 // files before it stay.
 //
 // The editor launcher, "K19Subst.exe" in the library's folder, is started on the first bilingual document with the
-// chosen memory. A missing launcher, or one that cannot be started, does not change the result: the documents are
-// there. The observer receives the progress and, when the run fails, the reason. Throws `interruption` when the user
+// chosen memory. A missing launcher, or one that cannot be started, does not change the result, since the documents
+// exist. The observer receives the progress and, when the run fails, the reason. Throws `interruption` when the user
 // interrupts the program.
 WizardOutcome run_single_file_wizard(const WizardRequest& request, const RunObserver& observer);
 

@@ -1,6 +1,6 @@
-// The controls of a form, as portable models: what they show, what a person does to them, and what follows from it. A
-// renderer draws them; a test operates them directly. A value that the program sets raises the same event as one that a
-// person sets, and only if it changes.
+// The controls of a form as portable models: what they show, what a person can do with them, and what follows. A
+// renderer draws them, and a test operates them directly. A value that the program sets raises the same event as one
+// that a person sets, and only if it changes.
 #pragma once
 
 #include <cstdint>
@@ -55,8 +55,8 @@ class Control {
   ControlKind kind() const { return kind_; }
   const std::u16string& name() const { return name_; }
 
-  // With "&" before the access key, "&&" for the character itself. Boxes and lists have none; their caption is what a
-  // screen reader calls them, taken from the label in front of them unless it is set.
+  // With "&" before the access key, "&&" for the character itself. Boxes and lists do not show a caption. A screen
+  // reader reads it out; it is taken from the label before them unless it is set.
   const std::u16string& Caption() const { return caption_; }
   void Caption(std::u16string_view text);
   bool Visible() const { return visible_; }

@@ -22,7 +22,7 @@ class Button final : public Control {
   Button(Form& form, std::u16string_view name, const Place& place) : Control(form, ControlKind::kButton, name, place) {}
 
   std::function<void()> on_click;
-  // What a person's click does: nothing when the button is disabled or hidden.
+  // Does what a person's click does. Nothing happens when the button is disabled or hidden.
   void Click();
 };
 
@@ -99,7 +99,7 @@ class ItemControl : public Control {
   std::int32_t ListIndex() const { return index_; }
   void ListIndex(std::int32_t index);
   std::u16string Text() const { return List(index_); }  // of the selected item
-  // The first item of exactly this text, -1 without one.
+  // The first item with exactly this text, -1 when there is none.
   std::int32_t find(std::u16string_view text) const;
 
  protected:

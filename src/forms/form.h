@@ -42,8 +42,8 @@ class Form : public FormFrame {
 
   const std::vector<Control*>& controls() const { return controls_; }  // in tab order; not owned
   Control* find_control(std::u16string_view name) const;               // null when there is none
-  // The order of construction is the tab order unless this says another one: these controls first, then the others as
-  // they are. For forms that hold their controls in arrays. Before the form is shown.
+  // Changes the tab order, which is otherwise the order of construction: these controls first, then the others. For
+  // forms that hold their controls in arrays. Call it before the form is shown.
   void tab_order(std::initializer_list<Control*> controls);
 
   // Not owned.

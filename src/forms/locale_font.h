@@ -1,4 +1,4 @@
-// Fonts for the language of the person in front of the form.
+// Finds fonts for the language of the person who uses the form.
 #pragma once
 
 #include "forms/control.h"

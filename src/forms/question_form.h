@@ -12,7 +12,7 @@ class QuestionForm : public Form {
   bool Cancelled() const { return cancelled_; }
 
  protected:
-  // Makes the two buttons the ends of the form. `confirm`, when given, is run by OK before the form goes.
+  // Makes these two buttons end the form. OK first calls `confirm`, if there is one.
   void ends_by(Button& ok, Button& cancel, std::function<void()> confirm = {});
 
  private:

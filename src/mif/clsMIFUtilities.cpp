@@ -24,7 +24,7 @@ clsMIFUtilities::~clsMIFUtilities() {
   try {
     store_mif_settings({split_options_, process_objects_, markers_}, loaded_);
   } catch (const std::exception&) {
-    // A destructor has nobody to report to.
+    // A destructor cannot report it.
   }
 }
 
@@ -95,8 +95,8 @@ void clsMIFUtilities::add_message(TextRow name, std::u16string_view detail) {
   errors_.push_back(std::move(message));
 }
 
-// A name is drawn, not reserved: creating the file exclusively shows whether it is free. nullptr, with a message, when
-// no file can be made.
+// The random name is not reserved. Creating the file exclusively shows whether it is free. nullptr, with a message,
+// when no file can be made.
 std::unique_ptr<PendingFile> clsMIFUtilities::create_temporary_file() {
   constexpr int attempts = 100;
   clsGetTempFileName names;

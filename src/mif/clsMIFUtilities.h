@@ -4,9 +4,9 @@
 //
 // Call StartBatch, then Extract for each file, then EndBatch, which writes one index, one cross-reference and one
 // variable side file for all of them. After translation call StartBatch, set the names of the side files if they are
-// not the default ones, and call Merge for each file. Texts are carried as bytes: escapes and UTF-8 come out as they
-// went in, whatever the system's code page. Only when the files of a batch have several codings (versions before and
-// from 8.0) are texts converted, to the coding of the side files and back to that of each file.
+// not the default ones, and call Merge for each file. Texts stay bytes: escapes and UTF-8 come out as they went in,
+// whatever the system's code page is. Only when the files of a batch have several codings (versions before and from
+// 8.0) are texts converted, to the coding of the side files and back to that of each file.
 //
 // A file is only ever replaced by a complete new one: a call that fails leaves the MIF file and the side files as they
 // were. Every `failure` becomes an entry of the error list. An `interruption` by the user passes through after
@@ -197,7 +197,7 @@ class clsMIFUtilities {
   std::string header_;              // the last MIFFile statement, byte for byte
   std::vector<MifCoding> codings_;  // codings of the files of the batch, each once
   std::uint8_t coding_ = 0;         // index of the current file's coding in codings_
-  // The codings of the side files as loaded, and the conversions of their values to MIFFile's coding.
+  // The codings of the loaded side files, and the conversions of their values to MIFFile's coding.
   std::optional<MifCoding> index_coding_, xrefs_coding_, variables_coding_;
   std::optional<ValueConversion> index_values_, xrefs_values_, variables_values_;
   std::set<std::u16string> misfits_;  // reported translations that MIFFile cannot hold

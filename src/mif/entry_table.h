@@ -1,6 +1,6 @@
 // The texts collected for one side file, or read back from it: rows of two byte strings in the order first met.
 //
-// Every answer is the one that a scan of all rows from row 0 would give. Hash indexes give it in constant time.
+// Every result is the one that a scan of all rows from row 0 would give. Hash indexes find it in constant time.
 #pragma once
 
 #include <cstddef>
@@ -62,7 +62,7 @@ class EntryTable {
   std::string bytes_;  // the strings of all rows, one after the other
   std::vector<Row> rows_;
   Index by_name_;   // first row of each name
-  Index by_entry_;  // every row, when names alone do not tell entries apart
+  Index by_entry_;  // every row, when names alone do not distinguish entries
 };
 
 }  // namespace kavo

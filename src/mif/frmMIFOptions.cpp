@@ -31,7 +31,7 @@ frmMIFOptions::frmMIFOptions()
   for (const TextRow split : {text::kDontSplit, text::kSplitAtSemicolon, text::kSplitAtBoth})
     cmbSplit.AddItem(split.text);
 
-  // Blanks are removed before tabs, deliberately: a blank behind a tab stays.
+  // Blanks are removed before tabs, deliberately: a blank after a tab stays.
   cmdAdd.on_click = [this] {
     add_typed_name(lstMarkers, without_characters(trimmed(txtMarker.Text()), kMarkerEnd), txtMarker);
   };

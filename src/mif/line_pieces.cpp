@@ -67,7 +67,7 @@ std::int64_t write_lines(PendingFile& file, std::string_view lines) {
     return std::string_view(p, static_cast<std::size_t>(stop - p));
   };
   const char* const end = lines.data() + lines.size();
-  const char* kept = lines.data();  // from here on everything goes out as it is
+  const char* kept = lines.data();  // from here on everything is written unchanged
   std::int64_t count = 0;
   for (const char* p = kept; p != end; ++count) {
     const char* const stop = find_any<'\r', '\n'>(p, end);

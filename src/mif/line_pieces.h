@@ -34,9 +34,8 @@ class LinePieces {
 
   // Fetches the next line or piece; false at the end of the file.
   bool next(LinePiece& piece);
-  // Hands out the whole lines of the window that stand before the place that `find_stop(begin, end)` returns (`end`
-  // when there is none), with their terminators. Empty when there are none, or in the middle of a line: next() then
-  // goes on.
+  // Hands out the whole lines of the window, with their terminators, up to the place that `find_stop(begin, end)`
+  // returns (`end` when there is none). Empty when there are none, or in the middle of a line; next() then continues.
   template <class FindStop>
   std::string_view lines_before(FindStop find_stop);
   // The position of the first byte that was not handed out.

@@ -24,7 +24,7 @@ class MarkerTypes {
   Kind classify(std::string_view type, const MifCoding& coding) const;
 
   LetterCase letter_case_;
-  std::u16string list_;  // a TAB, then the names, so that each stands between two TABs
+  std::u16string list_;  // a TAB, then the names, so that each is between two TABs
   std::u16string index_;
   std::string last_type_;  // cached, since most markers have the type of the one before
   Kind last_kind_;

@@ -1,4 +1,4 @@
-// How to read the bytes of a MIF file, judged from its beginning. formats/mif/document_coding.h has the rules.
+// How to read the bytes of a MIF file, found out from its beginning. formats/mif/document_coding.h has the rules.
 //
 // Converters carry the values of a document as bytes. They decode them only to compare the names of marker types, and
 // when the side files have another coding than the document. In a double-byte code page a backquote may be the second

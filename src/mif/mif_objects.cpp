@@ -3,7 +3,7 @@
 // object.
 //
 // All lines are written with CR LF, whatever they ended with, except a last line without a terminator. A file that has
-// neither objects nor placeholders stays as it is. Text behind "=EndInset" on its line goes into the object file and
+// neither objects nor placeholders stays as it is. Text after "=EndInset" on its line goes into the object file and
 // comes back with the object.
 #include <string>
 
@@ -33,7 +33,7 @@ void write_piece(PendingFile& file, const LinePiece& piece) {
   if (!piece.terminator.empty()) file.write(kLineEnd);
 }
 
-// Whether the removal has anything to do or to refuse.
+// True when the removal has anything to do or to refuse.
 bool holds_objects_or_placeholders(std::u16string_view path, ProgressEvent& progress) {
   LinePieces lines(path, &progress);
   for (LinePiece piece;;) {

@@ -129,14 +129,14 @@ bool clsMIFUtilities::is_source(std::u16string_view path) const {
 
 namespace {
 
-// A translation tool may wrap the statements anew, so any white space may follow the name.
+// A translation tool may wrap the statements differently, so any white space may follow the name.
 constexpr std::string_view kOpenings[] = {"<KAVOSeg ", "<KAVOSeg\t", "<KAVOSeg\r", "<KAVOSeg\n",
                                           "<Para ",    "<Para\t",    "<Para\r",    "<Para\n"};
 constexpr std::size_t kFirstPara = 4;
 constexpr StatementKeywords kKeywords{kOpenings, find_pair<'<', 'K', 'P'>};
 constexpr std::string_view kWhiteSpace = " \t\r\n";
 
-// The value of the first statement with this name ("<" included) at or behind `from`.
+// The value of the first statement with this name ("<" included) from `from` on.
 std::optional<QuotedValue> find_wrapped_value(std::string_view paragraph, std::string_view name, std::size_t from) {
   for (std::size_t at = from; (at = paragraph.find(name, at)) != std::string_view::npos; at += name.size()) {
     const std::size_t value = paragraph.find_first_not_of(kWhiteSpace, at + name.size());

@@ -17,9 +17,9 @@ struct QuotedValue {
   std::string_view of(std::string_view statement) const { return statement.substr(begin, end - begin); }
 };
 
-// The value behind the first `label` (which ends with the backquote) at or behind `from`, up to the next "'". Nothing
-// when the label or the closing quote is missing. A search by bytes is safe: neither "<" nor "'" is ever the second
-// byte of a character.
+// The value after the first `label` (which ends with the backquote) from `from` on, up to the next "'". Nothing when
+// the label or the closing quote is missing. A search by bytes is safe: neither "<" nor "'" is ever the second byte of
+// a character.
 inline std::optional<QuotedValue> find_value(std::string_view statement, std::string_view label, std::size_t from = 0) {
   const char* const end = statement.data() + statement.size();
   const char* const found = find_text(statement.data() + from, end, label);
@@ -37,7 +37,7 @@ inline std::string_view number_format_tag(std::string_view statement, const Quot
   return tag && tag->begin != tag->end ? tag->of(statement) : format.of(statement);
 }
 
-// Calls visit(name, text) for each value behind `name_label`, with the value behind the next `text_label`.
+// Calls visit(name, text) for each value after `name_label`, with the value after the next `text_label`.
 template <class Visit>
 void for_each_pair(std::string_view statement, std::string_view name_label, std::string_view text_label, Visit visit) {
   std::size_t from = 0;

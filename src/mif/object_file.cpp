@@ -30,7 +30,7 @@ std::optional<Placeholder> find_placeholder(std::string_view text) {
   for (const char* p = text.data(); (p = find_pair<'<', 'K'>(p, end)) != end; ++p) {
     const std::string_view rest(p, std::min<std::size_t>(static_cast<std::size_t>(end - p), LinePieces::kUncut));
     if (!rest.starts_with(kPlaceholderStart)) continue;
-    // In a MIF string ">" stands behind a backslash: such a text only looks like a placeholder.
+    // In a MIF string ">" follows a backslash, so such a text only looks like a placeholder.
     const std::size_t close = rest.find('>');
     if (close == std::string_view::npos || rest[close - 1] == '\\') continue;
     const auto begin = static_cast<std::size_t>(p - text.data());

@@ -1,6 +1,6 @@
-// The object file: objects in order, each behind the line of its placeholder. A lookup finds what reading on from the
-// current place, and then once more from the beginning, would find. Placeholders in the file's order cost one pass. The
-// first one out of order builds an index.
+// The object file: objects in order, each after the line of its placeholder. A lookup finds the next object with the
+// placeholder from the current place on, or else the first one from the beginning. Placeholders in the file's order
+// take one pass. The first one out of order builds an index.
 #pragma once
 
 #include <cstddef>
@@ -42,10 +42,11 @@ class MifObjectFile {
   // Opens the file. Throws `failure` when that fails, as every operation does when the file cannot be read.
   explicit MifObjectFile(std::u16string_view path) : path_(path), lines_(path, nullptr) {}
 
-  // Goes behind the next line that holds the placeholder. False, at the end of the file, when there is none.
+  // Goes to the place after the next line that holds the placeholder. When there is none, returns false at the end of
+  // the file.
   bool find(std::string_view placeholder);
-  // Whether the object that begins here has its closing line; it has none where a file was cut. The first call reads
-  // the whole file.
+  // True when the object that begins here has its closing line, which is missing in a file that was cut. The first call
+  // reads the whole file.
   bool is_complete();
   // Writes the object that begins here. Its lines get CR LF, the closing one no line end.
   void copy_object(PendingFile& output);

@@ -11,7 +11,7 @@ namespace {
 constexpr std::size_t kShortestOpening = 4;
 constexpr std::size_t kLongestOpening = 32;
 
-// Any control character ends a comment; a line end or a tab is the usual one.
+// Any control character ends a comment, usually a line end or a tab.
 const char* comment_end(const char* p, const char* end) noexcept {
   return std::find_if(p, end, [](char c) { return static_cast<unsigned char>(c) < ' '; });
 }
@@ -62,7 +62,7 @@ bool StatementScanner::find_opening() {
       pass_on(window.size());
       return false;
     }
-    // The tail may be the beginning of an opening, so it stays in front of the next block.
+    // The last bytes may be the beginning of an opening, so they stay before the next block.
     const std::size_t kept = std::min(window.size(), kLongestOpening - 1);
     pass_on(std::min(static_cast<std::size_t>(p - window.data()), window.size() - kept));
     ReadChunk();
@@ -93,7 +93,7 @@ bool StatementScanner::find_end() {
     closed = depth_ == 0;
     if (closed) break;
     if (at > kLongestStatement) {
-      // The cut falls between characters, so that the next window begins with one.
+      // The cut is between characters, so that the next window begins with a whole one.
       const std::size_t whole = at - coding_.incomplete_tail(reader_.window());
       pass_on(whole);
       at -= whole;
@@ -112,7 +112,7 @@ bool StatementScanner::find_end() {
   return false;
 }
 
-// Goes on from window[at]. Returns the place behind the end of the statement, or the end of the window.
+// Continues from window[at]. Returns the place after the end of the statement, or the end of the window.
 std::size_t StatementScanner::skip(std::string_view window, std::size_t at) {
   const char* const begin = window.data();
   const char* const end = begin + window.size();

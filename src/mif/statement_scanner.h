@@ -1,7 +1,7 @@
 // Finds the statements of a MIF file that begin with given keywords, and passes on everything between them.
 //
 // MIF is nested text: `<Name value>`, strings between ` and ', comments from # to the end of the line. A statement
-// begins wherever one of the keywords stands, at any depth. Counting "<" and ">" outside strings and comments finds its
+// begins wherever one of the keywords is, at any depth. Counting "<" and ">" outside strings and comments finds its
 // end. Backslash escapes are deliberately not handled: ">" does no harm inside a string, and only the closing ' ends a
 // string, which may end in an escaped backslash (`\\').
 //
@@ -22,8 +22,8 @@
 namespace kavo {
 
 // The openings of the statements to look for; each begins with "<" and has 4 to 32 bytes. `candidate` returns the first
-// place in [p, end) where an opening may begin. It is quick, and may stop in vain. It ignores a "<" that is the last
-// byte.
+// place in [p, end) where an opening may begin. It is quick, and may stop at a place where none begins. It ignores a
+// "<" that is the last byte.
 struct StatementKeywords {
   std::span<const std::string_view> openings;
   const char* (*candidate)(const char* p, const char* end) noexcept;
@@ -49,8 +49,8 @@ class StatementScanner {
   // Sets where text that is passed on goes. Before, it goes nowhere.
   void output(PendingFile& output) { output_ = &output; }
 
-  // Delivers the next complete statement and writes through what stands before it. False at the end of the file; a
-  // statement that the file ends inside of has then been written through as well.
+  // Delivers the next complete statement and writes through what is before it. False at the end of the file. If the
+  // file ends inside a statement, that has been written through, too.
   bool ReadNextStatement();
 
   // The statement read last, from its "<" to its ">". Valid until the next ReadNextStatement.

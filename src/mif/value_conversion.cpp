@@ -22,8 +22,8 @@ std::string_view ValueConversion::to_side_file(std::string_view value) {
 
 std::string_view ValueConversion::to_document(std::string_view value) {
   misfit_ = {};
-  // Where both are before 8.0 and in the same coding, one thing may stand in the side file and not in the document: a
-  // character that the coding lacks, as an escape.
+  // When both are before 8.0 and in the same coding, the side file may contain only one thing that the document cannot:
+  // an escape for a character that the coding lacks.
   const bool may_misfit = !document_.document().is_utf8 && value.find("\\u") != std::string_view::npos;
   if (is_same_ && !may_misfit) return value;
   const std::string& converted = to_document_.convert(value);

@@ -11,7 +11,7 @@ namespace kavo {
 class ValueConversion {
  public:
   // Both must outlive the conversion. A side file before version 8.0 that declares no coding has that of a document
-  // before 8.0: it was made from such documents alone.
+  // before 8.0, because it was made only from such documents.
   ValueConversion(const MifCoding& side_file, const MifCoding& document);
 
   const MifCoding& document() const { return document_; }
@@ -21,7 +21,7 @@ class ValueConversion {
   // A value of the side file in the document's coding. Valid until the next call.
   std::string_view to_document(std::string_view value);
   // What the document cannot hold of the value that to_document() converted last: a character (UTF-8) or a byte (as an
-  // escape). "" when it holds all.
+  // escape). "" when the document can hold the whole value.
   std::string_view misfit() const { return misfit_; }
 
  private:

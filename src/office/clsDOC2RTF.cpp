@@ -66,7 +66,7 @@ void clsDOC2RTF::EndBatch() {
 
 bool clsDOC2RTF::prepare(const std::u16string& source, const std::u16string& target) {
   losses_.clear();
-  bool is_itself = true;  // until they are known to be two files
+  bool is_itself = true;  // until they are known to be different files
   errors_.clear();
   errors_.run([&] { is_itself = is_same_file(source, target); });
   if (is_itself) return false;
@@ -114,7 +114,7 @@ std::int32_t clsDOC2RTF::field_count(const ObjectRef& document) {
 
 void clsDOC2RTF::unlink_dead_objects(const ObjectRef& document) {
   const auto field = [&](std::int32_t index) { return as_object(get_member(document, u"Fields", {by_value(index)})); };
-  // Downwards: unlinking takes a field out of the collection.
+  // The loop goes downwards, because unlinking takes a field out of the collection.
   for (std::int32_t i = field_count(document); i >= 1; --i) {
     bool is_object = false;
     errors_.run([&] { is_object = as_number(get_member(field(i), u"Type")) == kEmbeddedObjectField; });

@@ -1,6 +1,6 @@
 // Converts Word documents to RTF and back by driving the word processor ("Word.Application") through automation.
 //
-// Every step runs even if the one before it failed; the last error number counts (error_state.h). The calls, their
+// Every step runs even if the one before it failed. The last error number counts (error_state.h). The calls, their
 // order and the types of their arguments are a contract with the object model and are tested one by one.
 #pragma once
 
@@ -13,8 +13,8 @@
 
 namespace kavo {
 
-// A property that only stand-ins for the word processor have: what the last SaveAs left out, for people, "" for
-// nothing.
+// A property that only substitutes for the word processor have: what the last SaveAs left out, as a text for people, or
+// "".
 inline constexpr std::u16string_view kLossesMember = u"KavoLosses";
 
 class clsDOC2RTF {
@@ -33,7 +33,7 @@ class clsDOC2RTF {
   // Why the last conversion returned 1, if an error was the reason.
   const error_state& errors() const { return errors_; }
 
-  // What the document of the last conversion that returned 0 lacks, as far as the program tells it; "" for nothing.
+  // What the document of the last successful conversion lacks, as far as the program reports it; "" when nothing.
   const std::u16string& losses() const { return losses_; }
 
   // Between these two calls, a word processor that a conversion started stays open for the next one.

@@ -32,7 +32,7 @@ std::int32_t clsPPTUtil::PPT2XML() {
   if (!session_.reach() || !is_existing_file(ppt_file_)) return 1;
   const clsCommon common;
   if (common.FileExists(xml_file_)) common.DeleteFile(xml_file_);
-  // Saved once by the program itself: the macro then reads what this release makes of the file.
+  // The program itself saves the presentation once, so that the macro reads what this release makes of the file.
   ObjectRef presentation = session_.open_file(by_reference(ppt_file_), false);
   session_.put(presentation, u"Saved", false);
   session_.call(presentation, u"Save");

@@ -24,7 +24,7 @@ class clsRTFUtil {
   const std::u16string& ObjFile() const { return obj_file_; }
   void ObjFile(std::u16string_view value) { obj_file_ = value; }
 
-  // From here on ExtractObjects replaces whatever lies under the name of ObjFile.
+  // From here on ExtractObjects replaces ObjFile whatever it holds.
   void overwrite_object_file() { overwrites_object_file_ = true; }
 
   // Each rewrites RTFFile through the temporary file RTFFile & ".kavo.tmp" and returns 0, or 1 with the reason in

@@ -54,7 +54,7 @@ std::int32_t clsXLSUtil::XML2XLS() {
   session_.put(session_.application(), kSecurity, kMacrosDisabled);
   const ObjectRef workbook = session_.open({by_value(xls_file_)});
   session_.put(session_.application(), kSecurity, kMacrosEnabled);
-  // A failure to open is deliberately not counted here: without a workbook, Save fails.
+  // A failure to open is deliberately not counted here, because Save fails without a workbook.
   session_.errors().clear();
   session_.run_macro(u"KAVO.XLS!ImportWorkbook", xls_file_ + u".kavo", workbook);
   session_.call(workbook, u"Save");

@@ -7,15 +7,16 @@
 
 namespace kavo {
 
-// The stored text is neither "0" nor "1". The export then goes along the rows; saving the options stores "1".
+// The stored text is neither "0" nor "1". The export then goes along the rows, but saving the options stores "1".
 inline constexpr std::int32_t kUnknownOrder = -1;
 
 struct ExcelOptions {
-  std::int32_t order = 0;             // "Order": 0 along the rows, 1 along the columns, or kUnknownOrder
-  bool hidden = true;                 // "Hidden": export hidden content
-  bool formulas = true;               // "Formulas": export formulas
-  bool ungroup = false;               // "Ungroup": ungroup objects before the export
-  std::u16string tolerance = u"255";  // "Tolerance": decimal digits, at most 5; blank cells that the export steps over
+  std::int32_t order = 0;  // "Order": 0 along the rows, 1 along the columns, or kUnknownOrder
+  bool hidden = true;      // "Hidden": export hidden content
+  bool formulas = true;    // "Formulas": export formulas
+  bool ungroup = false;    // "Ungroup": ungroup objects before the export
+  std::u16string tolerance =
+      u"255";  // "Tolerance": decimal digits, at most 5; how many blank cells the export steps over
   bool operator==(const ExcelOptions&) const = default;
 };
 

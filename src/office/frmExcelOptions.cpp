@@ -76,7 +76,7 @@ void frmExcelOptions::save() const {
   }
 }
 
-// Writing the text back raises the event once more, which then changes nothing.
+// Writing the text back raises the event once more, and then nothing changes.
 void frmExcelOptions::keep_digits() {
   std::u16string digits;
   for (const char16_t c : txtBlankCellTolerance.Text())

@@ -31,7 +31,7 @@ RtfObjectFile::RtfObjectFile(std::u16string_view path) : reader_(path) {
 
 void RtfObjectFile::find_marker_lines() {
   ProgressEvent no_progress;
-  // An object ends at the next marker line, so nothing behind the last marker line is an object.
+  // An object ends at the next marker line, so nothing after the last marker line is an object.
   std::optional<std::uint32_t> open;
   for_each_pass(reader_, no_progress, [this, &open](const char* p, const char* limit, const char* end) {
     const char* const begin = p;
@@ -44,8 +44,8 @@ void RtfObjectFile::find_marker_lines() {
       }
     };
     if (begin_position == 0) add(p);
-    // A marker line begins behind a CR LF. The search is for that line end and not for the brace, so that both are in
-    // the window wherever a block ends.
+    // A marker line follows a CR LF. The search looks for that line end and not for the brace, so that both are in the
+    // window wherever a block ends.
     const char* const search_end = ahead(limit, kLineEnd.size(), end);
     while ((p = find_pair<'\n', '{'>(p, search_end)) != search_end) {
       ++p;

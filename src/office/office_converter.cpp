@@ -11,7 +11,7 @@
 namespace kavo {
 namespace {
 
-// One conversion by an object that is kept for the next one, unless it fails or is interrupted.
+// Does one conversion with an object that is kept for the next one, unless it fails or is interrupted.
 template <class Converter, class Step>
 void convert(std::unique_ptr<Converter>& kept, const std::u16string& form, std::u16string_view program, Step&& step) {
   std::unique_ptr<Converter> converter = kept ? std::move(kept) : std::make_unique<Converter>();

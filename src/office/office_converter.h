@@ -1,7 +1,7 @@
 // The interchange that Office programs serve: Word for documents, PowerPoint and Excel for presentations and workbooks.
 //
-// A program stays open from its first document to the end of the converter. After a failure it is left behind, because
-// it may hang or be gone, and the next document gets another.
+// A program stays open from its first document to the end of the converter. After a failure it is abandoned, because it
+// may hang or be gone, and the next document gets another.
 #pragma once
 
 #include <memory>
@@ -34,8 +34,8 @@ class OfficeConverter final : public OfficeInterchange {
 
 std::unique_ptr<OfficeInterchange> make_office_converter();
 
-// Why a conversion failed, as far as it can be told: the classes answer 0 or 1 and keep the errors of their calls. A
-// program that cannot be started says what to install.
+// Why a conversion failed, as far as that is known: the classes return 0 or 1 and keep the errors of their calls. If
+// the program cannot be started, the reason says what to install.
 std::u16string reason_of_failure(const error_state& errors, std::u16string_view program);
 
 inline constexpr std::u16string_view kWordProgram = u"Word.Application";

@@ -119,7 +119,7 @@ void OfficeSession::run_macro(std::u16string_view macro, const std::u16string& f
     run_and_wait(macro, flag_file, document != nullptr);
   } catch (...) {
     clsCommon().DeleteFile(flag_file);
-    // Marked as saved, so that closing neither asks nor keeps what the macro changed so far.
+    // The document is marked as saved, so that closing neither asks nor keeps what the macro has changed.
     put(document, u"Saved", true);
     call(document, u"Close");
     throw;

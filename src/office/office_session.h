@@ -15,7 +15,7 @@
 
 namespace kavo {
 
-// What sets the two programs apart.
+// How the two programs differ.
 struct OfficeProgram {
   std::u16string_view identifier;     // "PowerPoint.Application"
   std::u16string_view collection;     // "Presentations", whose Open opens a document
@@ -34,7 +34,7 @@ class OfficeSession {
   OfficeSession(const OfficeSession&) = delete;
   OfficeSession& operator=(const OfficeSession&) = delete;
 
-  // Starts up when it has not; false when the program cannot be reached. Throws `failure` when the folder of this
+  // Starts the session if necessary. False when the program cannot be reached. Throws `failure` when the folder of this
   // program cannot be found.
   bool reach();
   const ObjectRef& application() const { return application_; }

@@ -59,7 +59,7 @@ PendingFile open_object_file(std::u16string_view path) {
   }
 }
 
-// The same check for old objects; its failure names the file.
+// Refuses to lose old objects. The failure names the file.
 void refuse_to_lose_old_objects(PendingFile& objects) {
   try {
     refuse_to_lose_objects(objects);
@@ -84,7 +84,7 @@ void RtfExtraction::run(ProgressEvent& progress, bool overwrites_objects) {
   if (state_ == State::kGroup || state_ == State::kData) objects_.write(kLineEnd);
   write_marker_line(count_ + 1);
   objects_.complete();
-  // A marker line inside an object would be taken for its end.
+  // A marker line inside an object would be taken for the object's end.
   if (RtfObjectFile(objects_.temporary_path()).size() != count_) refuse_markers();
   if (!overwrites_objects) refuse_to_lose_old_objects(objects_);
   reader_ = BlockReader();  // Windows replaces no file that is open

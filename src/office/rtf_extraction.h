@@ -2,10 +2,10 @@
 //
 // One pass over the bytes in three states: text, a group being moved, and raw data inside such a group.
 //
-// In text only the bytes that start a group are searched. Raw data there is not recognised: at worst something that is
-// no picture moves, too, and no byte is lost. Inside a group all braces count, deliberately also escaped ones: hosts
-// rely on where a group ends. Only the N bytes behind "\binN " are skipped, because a brace there is data: counting it
-// could move the rest of the document out of the translator's sight.
+// In text only the bytes that start a group are looked for. Raw data there is not recognised: at worst something that
+// is not a picture moves, too, and no byte is lost. Inside a group all braces count, deliberately also escaped ones:
+// hosts rely on where a group ends. Only the N bytes behind "\binN " are skipped, because a brace there is data:
+// counting it could move the rest of the document out of the translator's sight.
 #pragma once
 
 #include <cstdint>
@@ -23,8 +23,8 @@ class RtfExtraction {
   // before run() ends.
   RtfExtraction(std::u16string_view rtf_file, std::u16string_view temporary_file, std::u16string_view object_file);
   // Reads the whole document and gives both files their names. Refuses a document that already contains the text of a
-  // marker: its objects would be lost with the side file that is replaced, or come back in the wrong place. Refuses to
-  // replace a side file with other content, unless `overwrites_objects`.
+  // marker, because its objects would be lost with the side file that is replaced, or would come back in the wrong
+  // place. Refuses to replace a side file with other content, unless `overwrites_objects`.
   void run(ProgressEvent& progress, bool overwrites_objects);
   std::uint64_t count() const { return count_; }  // groups moved
 

@@ -1,8 +1,8 @@
-// Puts the objects of the side file back where their markers stand.
+// Puts the objects of the side file back in the place of their markers.
 //
-// A document without markers needs no side file. A marker whose object is missing stays as it is, so that nothing is
-// lost and the call can be repeated with the right side file. An object whose marker was deleted is left out with a
-// message: the translator may have meant it, or a program may have dropped hidden text.
+// A document without markers does not need a side file. A marker whose object is missing stays as it is, so that
+// nothing is lost and the call can be repeated with the right side file. An object whose marker was deleted is left out
+// with a message: the translator may have meant it, or a program may have dropped hidden text.
 #pragma once
 
 #include <cstdint>

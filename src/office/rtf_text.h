@@ -1,4 +1,4 @@
-// What both RTF operations read alike: the texts they look for, and the document pass by pass.
+// What both RTF operations share: the texts that they look for, and reading the document in passes.
 //
 // Documents are read as bytes. RTF's syntax is seven-bit, and no marker or start text can begin inside another one, so
 // every byte can be given back without knowing the code page.
@@ -15,7 +15,7 @@
 
 namespace kavo {
 
-// How many bytes the window has behind every place where a token may begin, unless the file ends earlier. The longest
+// How many bytes the window has after every place where a token may begin, unless the file ends earlier. The longest
 // token is a marker line with the line end before it (28 bytes).
 inline constexpr std::size_t kLookAhead = 32;
 
@@ -30,14 +30,14 @@ inline bool begins_with(const char* p, const char* end, std::string_view text) {
   return std::string_view(p, static_cast<std::size_t>(end - p)).starts_with(text);
 }
 
-// `count` bytes behind p, but not behind `end`.
+// The place `count` bytes after p, but not beyond `end`.
 inline const char* ahead(const char* p, std::ptrdiff_t count, const char* end) { return p + std::min(count, end - p); }
 
 // Opens a document at its first byte. Throws `failure`, also when it does not begin as RTF does.
 BlockReader open_rtf(std::u16string_view path);
 
 // Reads the file to its end. scan(p, limit, end) gets the bytes not consumed yet, handles every token that begins
-// before `limit` and returns where it stopped: at `limit` or behind it. In the last call `limit` is `end`. Throws
+// before `limit` and returns where it stopped: at `limit` or after it. In the last call `limit` is `end`. Throws
 // `failure`, and `interruption` when the user interrupts.
 template <class Scan>
 void for_each_pass(BlockReader& reader, ProgressEvent& progress, Scan scan) {

@@ -11,7 +11,7 @@ namespace kavo {
 namespace {
 
 constexpr std::u16string_view kTimeLimit = u"TimeLimit";
-// Far more than opening and saving take, which are one call each, even on a machine that is busy.
+// Opening and saving, which are one call each, take far less than this even on a busy machine.
 constexpr double kSeconds = 60;
 constexpr double kSecondsOfMegabyte = 30;
 constexpr double kMegabyte = 1'000'000;

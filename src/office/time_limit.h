@@ -11,12 +11,12 @@ namespace kavo {
 
 inline constexpr std::int32_t kLongestTimeLimit = 86'400;  // seconds
 
-// What the user has stored: seconds from 1 to kLongestTimeLimit, nothing for the usual one. Throw `failure` when the
-// registry refuses.
+// The limit that the user has stored: seconds from 1 to kLongestTimeLimit, or nothing for the default. Both throw
+// `failure` when the registry refuses.
 std::optional<std::int32_t> stored_time_limit();
 void store_time_limit(std::optional<std::int32_t> seconds);
 
-// For one document, in seconds: what is stored, else a minute and half a minute for each megabyte.
+// The limit for one document, in seconds: what is stored, or else a minute plus half a minute for each megabyte.
 double time_limit_for(std::u16string_view document);
 
 }  // namespace kavo

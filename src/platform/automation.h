@@ -64,7 +64,7 @@ class AutomationObject {
   virtual Value get(std::u16string_view member, std::span<Argument> arguments) = 0;
   virtual void put(std::u16string_view member, std::span<Argument> arguments, const Value& value) = 0;
   virtual Value invoke(std::u16string_view member, std::span<Argument> arguments) = 0;
-  // True when a member of that name exists, as far as that can be found out without calling it.
+  // True when a member of that name exists, as far as that can be known without calling it.
   virtual bool has_member(std::u16string_view member) const = 0;
 
   Value get(std::u16string_view member) { return get(member, std::span<Argument>{}); }
@@ -119,8 +119,8 @@ class Automation {
 };
 
 // Prepares the calling thread for automation as long as it lives (a single-threaded apartment on Windows, nothing
-// natively). Programs make one in main(); the library makes none, it runs in its host's apartment. Throws `failure`
-// when the thread is in an apartment of the other kind.
+// natively). Programs make one in main(). The library makes none, because it runs in its host's apartment. Throws
+// `failure` when the thread is in an apartment of the other kind.
 class AutomationSession {
  public:
   AutomationSession();

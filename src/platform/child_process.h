@@ -1,4 +1,4 @@
-// This program started a second time, to do a share of the work: it gets a text and answers with lines.
+// Starts this program a second time to do a share of the work. The child gets a text and answers with lines.
 #pragma once
 
 #include <memory>
@@ -13,12 +13,13 @@ class ChildProcess {
  public:
   // Ends the process if it still runs, and waits for that.
   virtual ~ChildProcess() = default;
-  // Writes to its standard input. A process that has ended already is no failure; throws `failure` for anything else.
+  // Writes to its standard input. Does nothing when the process has already ended. Throws `failure` for any other
+  // error.
   virtual void write_input(std::string_view text) = 0;
   // Waits for its next line of standard output, without the end of the line. False when there is no further one.
   virtual bool read_line(std::string& line) = 0;
-  // Asks it to stop, as Ctrl+C does (SIGINT). Windows cannot ask a process without a console of its own; it is ended
-  // there, and the next run in its folder clears up.
+  // Asks it to stop, as Ctrl+C does (SIGINT). On Windows, where a process without a console of its own cannot be asked,
+  // ends it; the next run in its folder cleans up.
   virtual void interrupt() noexcept = 0;
   // Ends it at once (SIGKILL, TerminateProcess).
   virtual void end() noexcept = 0;
@@ -30,9 +31,9 @@ class ChildProcess {
 // long as the child (see end_with_parent). Throws `failure` when it cannot be started (posix_spawn, CreateProcess).
 std::unique_ptr<ChildProcess> start_this_program(const std::vector<std::string>& arguments);
 
-// For a child: it is asked to stop when the thread that started it ends, whatever ends that one (PR_SET_PDEATHSIG; on
-// Windows the job object that start_this_program() puts it in ends it with the process). A parent that was gone before
-// this call is noticed by the end of standard input.
+// For a child: it will be asked to stop when the thread that started it ends, for whatever reason (PR_SET_PDEATHSIG; on
+// Windows the job object of start_this_program() ends it with the process). If the parent ended before this call, the
+// child finds its standard input at the end.
 void end_with_parent() noexcept;
 
 }  // namespace kavo

@@ -12,11 +12,11 @@ namespace kavo {
 namespace {
 
 constexpr unsigned kUtf8 = 65001;
-// Those of Windows, of DOS and of older Macintosh programs.
+// Code pages of Windows, DOS and older Macintosh programs.
 constexpr std::array<unsigned, 22> kSupported = {437,  850,  852,  866,  874,  932,  936,  949,   950,   1250,  1251,
                                                  1252, 1253, 1254, 1255, 1256, 1257, 1258, 10000, 10007, 10029, kUtf8};
 
-// The length in bytes of the UTF-8 sequence that a lead byte begins; 0 when the byte is no lead byte.
+// The length in bytes of the UTF-8 sequence that a lead byte begins; 0 when the byte is not a lead byte.
 std::size_t utf8_length(unsigned char lead) {
   if (lead >= 0xC2 && lead <= 0xDF) return 2;
   if (lead >= 0xE0 && lead <= 0xEF) return 3;

@@ -28,8 +28,8 @@ class CodePage {
   std::size_t incomplete_tail(std::string_view bytes) const;
 };
 
-// The number that a name ("932", "cp1252", "windows-1252", "utf-8", "utf8", any case) means; throws `failure` 5 for one
-// that is not supported, with the supported ones in the description.
+// The number that a name ("932", "cp1252", "windows-1252", "utf-8", "utf8", in capital or small letters) means. Throws
+// `failure` 5 for one that is not supported; the description lists the supported ones.
 unsigned code_page_number(std::string_view name);
 
 // A code page by its number or by name, as code_page_number() reads it; throws `failure` 5 as that does.

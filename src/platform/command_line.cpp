@@ -43,7 +43,7 @@ std::u16string take_argument(std::u16string_view& line) {
   return argument;
 }
 
-// Whether a word needs no quotes, be it read by a program or by the command interpreter.
+// True when a word needs no quotes, whether a program or the command interpreter reads it.
 bool is_plain(std::u16string_view word) {
   return !word.empty() && std::ranges::none_of(word, [](char16_t unit) {
     return unit <= u' ' || std::u16string_view(u"\"&|<>^()%!,;=").find(unit) != std::u16string_view::npos;

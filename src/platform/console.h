@@ -7,7 +7,7 @@
 
 namespace kavo {
 
-// The arguments behind the program's name, in UTF-8 whatever the system's own encoding.
+// The arguments after the program's name, in UTF-8 whatever the system's own encoding is.
 std::vector<std::string> command_line(int argc, char** argv);
 
 // Standard output and error take UTF-8 with line ends as written.

@@ -1,10 +1,10 @@
 // Port: files and folders.
 //
 // Paths are Windows paths in the whole core: "\" separates, case does not matter. The native adapter maps them to the
-// host ("\" to "/", the exact name first, then a look in the folder that ignores case). Every operation that fails
-// throws `failure` with a run-time error number and the system's own description: 7 out of memory, 53 no such file, 58
-// name exists, 61 disk full, 67 too many open files, 70 refused (a read-only file is neither emptied nor removed nor
-// replaced), 74 another volume, 75 a folder in the place of a file or an impossible name, 76 no such folder, 57
+// host: "\" becomes "/", and if the exact name does not exist, it looks for one that differs in case. Every operation
+// that fails throws `failure` with a run-time error number and the system's own description: 7 out of memory, 53 no
+// such file, 58 name exists, 61 disk full, 67 too many open files, 70 refused (a read-only file is not emptied, removed
+// or replaced), 74 another volume, 75 a folder in the place of a file or an impossible name, 76 no such folder, 57
 // anything else.
 #pragma once
 
@@ -47,7 +47,8 @@ enum class Access {
   kCreateNew,  // for writing; fails with 58 when the name exists (no two callers can both succeed)
 };
 
-// An open file. The destructor closes it and ignores a failure to do so; a writer calls close() to hear of it.
+// An open file. The destructor closes it and ignores a failure to do so; a writer must call close() to see that
+// failure.
 class File {
  public:
   virtual ~File() = default;
@@ -74,8 +75,8 @@ class FileSystem {
   virtual std::optional<FileInfo> info(std::u16string_view path) = 0;
   // The identity of the file or folder that the path leads to; nothing when there is none.
   virtual std::optional<FileIdentity> identity(std::u16string_view path) = 0;
-  // Names (without folder) of the entries that the pattern's last component matches; "*" and "?" as FindFirstFile
-  // reads them; never "." and "..". Empty when nothing matches or the folder does not exist.
+  // The names (without folder) of the entries that match the pattern's last component, in which "*" and "?" mean what
+  // they mean to FindFirstFile. Never "." and "..". Empty when nothing matches or the folder does not exist.
   virtual std::vector<std::u16string> find(std::u16string_view pattern) = 0;
   // Makes a folder for this user alone, in one that exists. Throws 58 when the name is taken.
   virtual void make_folder(std::u16string_view path) = 0;
@@ -85,9 +86,9 @@ class FileSystem {
   // Gives a file a second name on its volume (link(2), CreateHardLink). Throws 58 when that name is taken, and another
   // number, which depends on the system, where the volume does not support second names.
   virtual void link_file(std::u16string_view path, std::u16string_view second_name) = 0;
-  // Forces what was written to closed files onto the disk (fsync(2), FlushFileBuffers). The disk takes together what it
-  // is asked for together, so several files cost little more than one. Throws when one of them cannot be flushed, with
-  // its path in front of the description.
+  // Forces what was written to closed files onto the disk (fsync(2), FlushFileBuffers). Flushing several files in one
+  // call takes little longer than flushing one. Throws when one of them cannot be flushed, with its path in front of
+  // the description.
   virtual void flush(const std::vector<std::u16string>& paths) = 0;
   // Gives a file a new name on the same volume, replacing a file of that name in one step (MoveFileEx, rename(2)).
   // Throws 74 when the two names lie on different volumes, so that the caller can copy instead.
@@ -98,12 +99,12 @@ class FileSystem {
   // release it; the system does so when the process ends. Null where the volume has no locks.
   virtual std::unique_ptr<FileLock> lock(std::u16string_view path) = 0;
   // Where to write a new file for `path`: the target of a symbolic link of that name, whether or not the target exists,
-  // else `path` itself. Throws 70 for a link that another user made in a folder where everybody may (a sticky one),
-  // because it could lead anywhere, and 75 for links that lead in a circle.
+  // else `path` itself. Throws 70 for a link that another user made in a folder where everybody may write (a sticky
+  // one), because it could lead anywhere, and 75 for links that form a circle.
   virtual std::u16string link_target(std::u16string_view path) = 0;
   // Gives a file the permissions (chmod) and, where this user may, the owner (chown) of another one. The owner keeps
   // the right to write. Does nothing on Windows, where a file inherits its rights from the folder, and when `model`
-  // does not exist. A volume without permissions, or an owner that this user may not set, is no failure.
+  // does not exist. A volume without permissions, or an owner that this user may not set, is not a failure.
   virtual void take_permissions(std::u16string_view path, std::u16string_view model, Permissions which) = 0;
   virtual std::u16string temporary_folder() = 0;  // as GetTempPath returns it, with or without a "\" at its end
   // The full path, made from the text alone as GetFullPathName does: nothing need exist, links are not followed.

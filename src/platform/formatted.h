@@ -1,7 +1,8 @@
-// Puts texts together: formatted(u"{}, line {}", path, line). Arguments are texts in UTF-16 or UTF-8 and whole numbers.
+// Puts messages together: formatted(u"{}, line {}", path, line). Arguments are texts in UTF-16 or UTF-8 and whole
+// numbers.
 //
-// The standard library of g++ 12 has no std::format. A formatting library in headers takes four seconds in each file
-// that includes it, in every build, and a hundred files put messages together; this takes none.
+// The standard library of g++ 12 has no std::format. A header-only formatting library costs four seconds of compilation
+// in each file that includes it, and a hundred files put messages together. This one costs almost nothing.
 #pragma once
 
 #include <concepts>
@@ -16,7 +17,7 @@
 
 namespace kavo {
 
-// A text with one "{}" for each of the arguments, which is checked when it is compiled. Every other brace is a brace.
+// A text with one "{}" for each argument, which is checked at compile time. Any other brace stands for itself.
 template <class Unit, class... Arguments>
 class TextPattern {
  public:

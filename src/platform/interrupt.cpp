@@ -1,4 +1,4 @@
-// The flag behind process_messages(). A lock-free atomic, because the command sets it in a signal handler.
+// The flag that process_messages() checks. A lock-free atomic, because the command sets it in a signal handler.
 #include <atomic>
 
 #include "platform/desktop.h"

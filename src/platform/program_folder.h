@@ -1,4 +1,4 @@
-// Where the running library lies, and where its user is at home.
+// The folder of the running library, and the user's own folder.
 #pragma once
 
 #include <string>

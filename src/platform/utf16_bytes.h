@@ -7,7 +7,7 @@
 namespace kavo {
 
 void append_utf16_bytes(std::string& bytes, std::u16string_view text);
-// A byte behind the last whole unit does not count.
+// A byte after the last whole unit does not count.
 std::u16string from_utf16_bytes(std::string_view bytes);
 
 }  // namespace kavo

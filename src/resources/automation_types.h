@@ -1,4 +1,4 @@
-// What a header made from automation_types.idl would declare: the system has it already.
+// Stands for the header that would be made from automation_types.idl. The system's headers already declare these types.
 #pragma once
 
 #include <oaidl.h>

@@ -1,5 +1,5 @@
 // The string table: every text that a person can read in a dialog or an error list, one row each, in order of section
-// and number. Hosts know the numbers; code uses the names. A dialog or a service whose numbers are those of other texts
+// and number. Hosts know the numbers; code uses the names. A dialog or a service that uses the numbers of other texts
 // has a section of its own.
 #pragma once
 
@@ -169,7 +169,7 @@ inline constexpr TextRow kOpenElementLeft{
     3018,
     u"Line %2%, column %3%: %1% is open at %4% and was left as it is, because a closing tag there "
     u"would change the page"};
-// The same to whoever asks for the number.
+// This text shares its number with another one.
 inline constexpr TextRow kOtherBranch{
     3018,
     u"Line %2%, column %3%: %1% is open at %4% and was left as it is, because that is in another branch of a "

@@ -21,7 +21,7 @@ void load(AutomationObject& source, std::u16string_view count_member, std::vecto
       records.push_back(std::move(record));
     }
   } catch (const failure&) {
-    // Keep the records that were filled so far.
+    // The records that were filled so far stay.
   }
 }
 

@@ -1,8 +1,8 @@
 // The languages and code pages that the suite knows, for the language pickers.
 //
 // Both tables are copied once, when the object is made, from the suite's component "K19Suite.LanguageInformation"
-// (docs/suite-interface.md); afterwards every question is answered from the copies. No failure reaches a caller: a
-// component that is missing or fails leaves a table as far as it was filled.
+// (docs/suite-interface.md); afterwards every question is answered from the copies. No failure reaches a caller: when
+// the component is missing or fails, a table keeps what has been filled so far.
 #pragma once
 
 #include <cstdint>

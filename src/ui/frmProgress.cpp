@@ -39,7 +39,7 @@ frmProgress::~frmProgress() {
   try {
     throw_if_interrupted();
   } catch (const std::exception&) {
-    // Only the flag had to be cleared: the run is over.
+    // The run is over, so only the flag had to be cleared.
   }
 }
 

@@ -43,7 +43,7 @@ frmSetLanguage::~frmSetLanguage() {
   try {
     kLanguageDialogSettings.save(kShowCharset, morLang.ShowCharSet() ? u"Y" : u"N");
   } catch (const std::exception&) {
-    // The user loses a convenience, and a destructor cannot report it.
+    // The user only loses a convenience, and a destructor cannot report it.
   }
 }
 

@@ -56,11 +56,11 @@ void remember(Step&& step) {
   try {
     step();
   } catch (const failure&) {
-    // The user loses a convenience, not the work.
+    // The user only loses a convenience.
   }
 }
 
-// The text between the double quotes behind `marker`, "" when there is none.
+// The text between the double quotes after `marker`, "" when there is none.
 std::u16string quoted_part(std::u16string_view description, std::u16string_view marker) {
   const std::size_t at = description.find(std::u16string(marker) + u"\"");
   if (at == std::u16string_view::npos) return {};
@@ -68,7 +68,7 @@ std::u16string quoted_part(std::u16string_view description, std::u16string_view 
   return std::u16string(description.substr(0, description.find(u'"')));
 }
 
-// The absolute path, because whoever reads it may work in another folder. An impossible name stays as it is.
+// The absolute path, because its reader may work in another folder. An impossible name stays as it is.
 std::u16string whole_path(const std::u16string& name) {
   try {
     return ports().files->absolute(name);
@@ -159,7 +159,7 @@ void frmWizard::set_handlers() {
   });
 }
 
-// The row of the memory is shown or hidden as a whole; what lies below it follows.
+// The row of the memory is shown or hidden as a whole, and what is below it moves.
 void frmWizard::lay_out() {
   const bool shows_tm = tm_component_ != nullptr;
   for (Control* control : std::initializer_list<Control*>{&lblLabel[3], &txtTM, &cmdClear, &cmdNew, &cmdOpen})
@@ -254,7 +254,7 @@ void frmWizard::tm_changed() {
   tm_type_.clear();
   if (txtTM.Text().empty()) {
     txtTM.Text(text::kNoMemory.text);
-    // So that the next character typed replaces it.
+    // The text is selected, so that the next character typed replaces it.
     clsCommon().HighLight(txtTM);
     return;
   }

@@ -3,8 +3,8 @@
 //
 // After OK the path of the file is absolute, and so is that of a memory that is a file.
 //
-// It remembers the folder of the last file, the last languages and the last memory for the user. What cannot be
-// remembered (no access to the settings) is dropped: it must not keep anyone from working.
+// It remembers the folder of the last file, the last languages and the last memory for the user. If the settings cannot
+// be written, nothing is remembered, because that must not keep anyone from working.
 #pragma once
 
 #include <string>

@@ -1,6 +1,6 @@
 // Picks a language in two steps, the language and its regional variant, and the character set it is written in.
 //
-// A part of a form: its boxes are controls of the form, under the part's name with their own behind it
+// It is part of a form: its boxes are controls of the form, named after the part and themselves
 // ("morLang.cmbLanguage"). Filled from clsLanguages once, when it is made.
 #pragma once
 
@@ -14,7 +14,7 @@
 
 namespace kavo {
 
-// What a form's design says of its picker.
+// What a form's design says about its picker.
 struct LanguagePickerDesign {
   bool ShowCharSet = true;
   bool ShowLabels = true;

@@ -5,7 +5,7 @@
 
 namespace kavo {
 
-// One per process; it keeps nothing between two forms, so that any thread may show forms by it. On Windows show()
+// There is one per process. It keeps nothing between two forms, so any thread may show forms with it. On Windows show()
 // throws `failure` with the system's number when no window can be made.
 FormPresenter& system_presenter();
 

@@ -1,4 +1,4 @@
-// What the wizard asks of the program that shows it, because it does not know the types of files and their filters.
+// What the wizard asks the program that shows it, because it does not know file types and filters.
 #pragma once
 
 #include <cstdint>

@@ -24,7 +24,7 @@ struct ApplicationState {
   void close_all();
 };
 
-// The rows that every application has: Visible, Version and Quit.
+// The members that every application has: Visible, Version and Quit.
 std::vector<Member> application_members(const std::shared_ptr<ApplicationState>& state);
 
 }  // namespace kavo

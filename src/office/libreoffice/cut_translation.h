@@ -1,4 +1,4 @@
-// A translation of a text with links and fields, which stay where they are in the document.
+// Cuts the translation of a text with links and fields, which stay where they are in the document.
 #pragma once
 
 #include <cstddef>

@@ -18,7 +18,7 @@ class Export final : public TextVisitor {
  public:
   Export(const OfficeDocument& document, std::string_view kind, const ExcelOptions* options)
       : writer_(xml_name_of(document.path()), kind, options) {}
-  // A name is written when a text follows that stands there.
+  // A name is written only when a text at that place follows.
   void enter(std::string_view place, std::u16string_view name) override {
     while (!names_.empty() && !office::is_within(place, names_.back().place)) names_.pop_back();
     names_.push_back({std::string(place), std::u16string(name), false});
@@ -52,7 +52,7 @@ class Export final : public TextVisitor {
     }
   }
 
-  std::vector<Name> names_;  // of the places that the last one entered stands in, and its own
+  std::vector<Name> names_;  // of the place that was entered last and the places around it
   OfficeXmlWriter writer_;
 };
 
@@ -72,7 +72,7 @@ class Import final : public TextVisitor {
     return is_unchanged(found->second, runs) ? nullptr : &found->second;
   }
 
-  // Throws for a translation whose text the document does not have any more.
+  // Throws for a translation whose text the document no longer contains.
   void check_complete() const {
     for (const auto& [place, text] : xml_.texts)
       if (!seen_.contains(place)) throw_changed(place);

@@ -109,7 +109,8 @@ rtl::OUString preferred_filter(const Reference<document::XTypeDetection>& detect
   return filter;
 }
 
-// Where a document is written before it takes its name. The process number of our LibreOffice makes the name unique.
+// The name under which a document is written before it takes its own. The process number of our LibreOffice makes the
+// name unique.
 std::u16string temporary_name(const std::u16string& target, pid_t office) {
   return target + u".kavo-" + to_utf16(std::to_string(office));
 }
@@ -167,7 +168,8 @@ void OfficeDocument::load() {
       if (!model_.is()) refuse(refusal->reason().empty() ? u"it is damaged or protected" : refusal->reason());
       return;
     }
-    // Loaded without a frame and a view, which take time and need the dialogs of an installation with a user interface.
+    // The document is loaded without a frame and a view, which take time and need the dialogs of an installation with a
+    // user interface.
     const Reference<XLoadable> loadable(create(to_uno(kind.service)), UNO_QUERY_THROW);
     model_.set(loadable, UNO_QUERY_THROW);
     loadable->load(description);

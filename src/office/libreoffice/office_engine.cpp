@@ -11,7 +11,7 @@
 namespace kavo {
 namespace {
 
-// Not locked: only one thread uses automation, as on Windows.
+// There is no lock, because only one thread uses automation, as on Windows.
 std::shared_ptr<OfficeListener>& current() {
   static std::shared_ptr<OfficeListener> listener;
   return listener;

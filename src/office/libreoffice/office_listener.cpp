@@ -30,7 +30,7 @@ constexpr double kLookAgain = 0.02;     // seconds between two attempts to conne
 constexpr double kWatchInterval = 0.1;  // seconds
 constexpr double kPatience = 0.5;       // seconds that a call has to end by itself once the user asked to stop
 
-// Always the system's clock, also in tests with a clock of their own: it measures another process.
+// This is always the system's clock, even in tests with their own clock, because it measures another process.
 double now() { return system_clock().seconds(); }
 
 // The UNO components of this process. The connection needs to know all types that may come through it.

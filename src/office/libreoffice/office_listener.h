@@ -30,7 +30,7 @@ inline failure office_failure(std::u16string description) {
 
 class OfficeListener {
  public:
-  // Seconds that a call may take that belongs to no document.
+  // How many seconds a call may take that does not belong to a document.
   static constexpr double kLongestCall = 60;
 
   // Starts LibreOffice from the folder of its programs and waits until it serves. Throws `failure` 429 when it is not

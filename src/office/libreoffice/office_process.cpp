@@ -69,7 +69,7 @@ std::vector<char*> pointers_to(std::vector<std::string>& texts) {
   return pointers;
 }
 
-// Only system calls, because another thread may have held any lock when fork() copied the process.
+// Makes only system calls, because another thread may have held any lock when fork() copied the process.
 [[noreturn]] void become(const char* program, char* const* arguments, char* const* environment, pid_t parent) {
   ::setsid();
   ::prctl(PR_SET_PDEATHSIG, SIGKILL);

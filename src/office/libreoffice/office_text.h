@@ -33,7 +33,7 @@ struct TextPiece {
 std::size_t run_length(const TextRun& run);
 // All texts of the runs, U+FFFC for each field.
 std::u16string joined_text(std::span<const TextRun> runs);
-// Whether there is nothing to translate: only white space and fields.
+// True when there is nothing to translate: only white space and fields.
 bool is_blank(std::span<const TextRun> runs);
 
 // Eight hexadecimal digits that change when a text does: two sums over its UTF-16 units, each modulo 65,521, the first

@@ -212,13 +212,13 @@ class Reader {
   void end(std::string_view name) {
     --depth_;
     if (name == "seg") segment_ = nullptr;
-    // Text behind a code keeps the formatting of the code.
+    // Text after a code keeps the formatting of the code.
     if (name == "g" || name == "x") is_new_piece_ = true;
   }
 
   void text(std::string_view text) {
     if (!segment_) return;
-    // A line break of the text is an element; a line break of the file was made by an editor.
+    // A line break of the text is an element. A line break of the file comes from an editor.
     std::u16string content = to_utf16(text);
     std::ranges::replace(content, u'\n', u' ');
     append(content);

@@ -32,7 +32,7 @@ class OfficeXmlWriter {
   PendingFile file_;
 };
 
-// One text as it comes back.
+// A text that comes back from translation.
 struct TranslatedText {
   std::string check;  // of the text that was exported
   // Kind and length of the exported runs; the texts themselves are not kept.

@@ -35,7 +35,7 @@ using uno::UNO_QUERY;
 using uno::UNO_QUERY_THROW;
 
 // The properties that make two runs look different. Others, such as the language, differ from word to word in real
-// documents: by them, texts would be cut into pieces that nobody can translate.
+// documents. They would cut texts into pieces that nobody can translate.
 constexpr const char* kFormatting[] = {"CharColor",    "CharContoured", "CharEmphasis",  "CharEscapement",
                                        "CharFontName", "CharHeight",    "CharPosture",   "CharRelief",
                                        "CharShadowed", "CharStrikeout", "CharUnderline", "CharUnderlineColor",
@@ -51,7 +51,7 @@ struct Part {
 
 using Names = Sequence<rtl::OUString>;
 
-// All at once: each call goes to another process.
+// Asks for all at once, because each call goes to another process.
 Formatting values_of(const Reference<uno::XInterface>& properties, const Names& names) {
   const Sequence<Any> values =
       Reference<com::sun::star::beans::XMultiPropertySet>(properties, UNO_QUERY_THROW)->getPropertyValues(names);
@@ -136,7 +136,7 @@ Reference<text::XTextCursor> cursor_over(const Reference<text::XText>& whole, co
   return cursor;
 }
 
-// Replaces what the cursor covers. The cursor is then empty and behind the new text.
+// Replaces what the cursor covers. Afterwards the cursor is empty and after the new text.
 void write_text(const Reference<text::XText>& whole, const Reference<text::XTextCursor>& cursor,
                 std::u16string_view content, LineBreaks line_breaks) {
   if (line_breaks == LineBreaks::kParagraphs || content.find(u'\n') == std::u16string_view::npos) {
@@ -162,8 +162,8 @@ void write_text(const Reference<text::XText>& whole, const Reference<text::XText
   }
 }
 
-// Replaces one run among others. The new text is inserted behind the first character of the old one: if it replaced all
-// of it at once, it would take the formatting of the run in front.
+// Replaces one run among others. The new text is inserted after the first character of the old one. If it replaced the
+// old text at once, it would take the formatting of the run before.
 void write_run(const Reference<text::XText>& whole, const Reference<text::XTextRange>& start, std::size_t begin,
                std::size_t end, std::u16string_view content, LineBreaks line_breaks) {
   write_text(whole, cursor_over(whole, start, begin + 1, begin + 1), content, line_breaks);
@@ -224,8 +224,8 @@ class RunFormats {
   std::vector<Formatting> values_;  // of each run, empty for an empty one
 };
 
-// Replaces a link by one with another text. Changing the link itself has no effect, because LibreOffice hands out a
-// copy.
+// Replaces a link with one that has another text. Changing the link itself has no effect, because LibreOffice hands out
+// a copy.
 void write_link(OfficeDocument& document, const Reference<text::XText>& whole,
                 const Reference<text::XTextCursor>& cursor, const Reference<XPropertySet>& link,
                 std::u16string_view content) {
@@ -243,8 +243,8 @@ void write_link(OfficeDocument& document, const Reference<text::XText>& whole,
   whole->insertTextContent(Reference<text::XTextRange>(cursor, UNO_QUERY_THROW), field, true);
 }
 
-// Replaces a text that begins at `start` by its translation. Links and fields stay where they are, between stretches of
-// text. The stretches are written from the last to the first, so that positions in front of them stay valid.
+// Replaces a text that begins at `start` with its translation. Links and fields stay where they are, between stretches
+// of text. The stretches are written from the last to the first, so that positions before them stay valid.
 class TranslationWriter {
  public:
   // All must outlive the object.

@@ -14,7 +14,7 @@ FrameFate fate_of_frames(std::u16string_view rtf) {
     const std::string_view window = document.window();
     has_frame = has_frame || window.find(kFrame) != window.npos;
     has_comment = has_comment || window.find(kComment) != window.npos;
-    // A word that the block cut stays for the next one.
+    // A word that the block cuts stays in the window.
     document.consume(window.size() - std::min(window.size(), kComment.size() - 1));
   }
   if (!has_frame) return FrameFate::kNone;

@@ -1,5 +1,5 @@
-// What becomes of the texts in the frames of an RTF document that is saved as a Word document: they are written only
-// when the text has a layout, and only a view makes one.
+// What happens to the texts in frames when an RTF document is saved as a Word document: they are written only when the
+// text has a layout, and only a view makes one.
 #pragma once
 
 #include <string_view>

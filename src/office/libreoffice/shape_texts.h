@@ -1,4 +1,4 @@
-// The texts of drawn shapes, which presentations and workbooks share.
+// The walk over the texts of drawn shapes, which presentations and workbooks share.
 #pragma once
 
 #include <com/sun/star/container/XIndexAccess.hpp>

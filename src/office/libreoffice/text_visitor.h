@@ -1,4 +1,4 @@
-// What sees the texts of a document: the walks over presentations and workbooks show it every text.
+// Port: sees the texts of a document. The walks over presentations and workbooks show it every text.
 #pragma once
 
 #include <optional>

@@ -1,4 +1,4 @@
-// Text, file names and values on their way to LibreOffice and back.
+// Converts texts, file names and values for LibreOffice and back.
 #pragma once
 
 #include <com/sun/star/beans/PropertyValue.hpp>

@@ -59,7 +59,7 @@ bool update(const Reference<XTextContent>& object) {
   }
 }
 
-// Replaces the object by the picture that it showed last.
+// Replaces the object with the picture that it showed last.
 void unlink(const OfficeDocument& document, const Reference<XTextContent>& object) {
   const Reference<XEmbeddedObjectSupplier2> supplier(object, UNO_QUERY_THROW);
   const Reference<com::sun::star::graphic::XGraphic> picture = supplier->getReplacementGraphic();
@@ -136,7 +136,7 @@ class WordDocument final : public TableObject {
   WordDocument(ObjectRef application, const StateRef& state, DocumentRef document)
       : TableObject(
             {{u"application", MemberKind::kPropertyGet, 0, 0, [application](auto) -> Value { return application; }},
-             // All of them, or the one of a number (from 1).
+             // Returns all of them, or the one with a number (from 1).
              {u"Fields", MemberKind::kPropertyGet, 0, 1,
               [document](std::span<Argument> arguments) -> Value {
                 if (is_omitted(arguments[0].value)) return std::make_shared<WordFields>(document);

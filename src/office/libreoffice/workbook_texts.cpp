@@ -147,7 +147,7 @@ class SheetWalk {
     return from_uno(text);
   }
 
-  // Removes the cells of a row that lie behind more successive blank cells than the tolerance allows. It goes by rows
+  // Removes the cells of a row that come after more successive blank cells than the tolerance allows. It works on rows
   // for both orders, so that the order does not decide which texts are exported. Returns how many texts it removed.
   std::size_t leave_out_behind_gaps(std::vector<TextCell>& cells) const {
     const sal_Int32 tolerance = as_number(options_.tolerance);
@@ -224,7 +224,7 @@ class SheetWalk {
                  comment_shapes_);
   }
 
-  // Until no group is left, because a group may contain others.
+  // Repeats until no group is left, because a group may contain others.
   void ungroup(const Reference<com::sun::star::drawing::XDrawPage>& page) const {
     const Reference<com::sun::star::drawing::XShapeGrouper> grouper(page, UNO_QUERY);
     if (!grouper.is()) return;
@@ -268,7 +268,7 @@ class SheetWalk {
     }
   }
 
-  // Called last, so that nothing else of the sheet meets the new name.
+  // This comes last, so that nothing else in the sheet sees the new name.
   void walk_name() {
     const Reference<XNamed> named(sheet_, UNO_QUERY_THROW);
     const auto name = visit_plain(from_uno(named->getName()), place_ + "/name", visitor_);

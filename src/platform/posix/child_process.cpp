@@ -88,7 +88,7 @@ class PosixChild final : public ChildProcess {
   void interrupt() noexcept override { send(SIGINT); }
   void end() noexcept override { send(SIGKILL); }
   int wait() noexcept override {
-    // It stays until it is waited for a second time below: until then its number is no other process's.
+    // The process stays a zombie until the second wait below, so until then no other process gets its number.
     siginfo_t state;
     while (::waitid(P_PID, static_cast<id_t>(child_), &state, WEXITED | WNOWAIT) != 0 && errno == EINTR) {
     }

@@ -32,7 +32,7 @@ class Utf8CodePage final : public CodePage {
   std::string encode(std::u16string_view text) const override { return to_utf8(text); }
 };
 
-// As IsDBCSLeadByteEx answers.
+// Gives the answers of IsDBCSLeadByteEx.
 bool is_lead_byte_of(unsigned number, unsigned char byte) {
   switch (number) {
     case 932:
@@ -49,7 +49,7 @@ bool is_lead_byte_of(unsigned number, unsigned char byte) {
 class Converter {
  public:
   Converter(const char* to, const char* from) : descriptor_(::iconv_open(to, from)) {
-    // iconv_open(3) says EINVAL whatever was the matter with the converter's file.
+    // iconv_open(3) sets EINVAL whatever was wrong with the converter's file.
     if (descriptor_ == reinterpret_cast<iconv_t>(-1))
       throw failure(FailureNumber::kDeviceError,
                     formatted(u"The system's converter from {} to {} cannot be loaded (iconv_open: {}). Install the "
@@ -204,7 +204,7 @@ class TableCodePage final : public CodePage {
 
 }  // namespace
 
-// Only the default: the command replaces it with the code page of the document.
+// This is only the default. The command replaces it with the code page of the document.
 const CodePage& system_code_page() {
   static const Utf8CodePage code_page;
   return code_page;

@@ -16,7 +16,7 @@ class PosixDesktop final : public Desktop {
   std::uintptr_t find_window(std::u16string_view) override { return 0; }
   void post_message(std::uintptr_t, std::uint32_t) override {}
   void message_box(std::u16string_view text, std::u16string_view caption, MessageIcon) override {
-    // One write, so that messages of several threads do not mix.
+    // This is one write, so that messages of several threads do not mix.
     std::cerr << to_utf8(caption) + ": " + to_utf8(text) + "\n" << std::flush;
   }
   std::optional<std::u16string> ask_file(const FileQuestion&) override { return std::nullopt; }

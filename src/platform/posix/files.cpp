@@ -1,8 +1,8 @@
 // Files through the system's calls.
 //
-// A file without write permission for its owner is read-only as Windows means it: it is neither emptied nor removed nor
-// replaced, though this system would allow the latter two. The permission bits decide and not what the user may do, so
-// that an administrator's account sees the same.
+// A file without write permission for its owner is read-only in the sense of Windows: it is not emptied, removed or
+// replaced, though this system would allow the latter two. The permission bits decide, not what the user may do, so it
+// is the same for an administrator.
 #include "platform/files.h"
 
 #include <fcntl.h>
@@ -104,7 +104,7 @@ class PosixLock final : public FileLock {
   LockedFile file_;
 };
 
-// Whether another user made this link in a folder where everybody may. It is the kernel's own rule
+// True when another user made this link in a folder where everybody may write. This is the kernel's own rule
 // (fs.protected_symlinks), which is not switched on everywhere.
 bool is_untrusted_link(const struct stat& link, const std::string& path) {
   const std::string folder = split_host_path(path).folder;
@@ -121,7 +121,7 @@ class PosixFiles final : public FileSystem {
     const std::string& host = found.host;
     if (access != Access::kCreateNew) {
       const std::optional<struct stat> status = found.target_status();
-      if (is_folder(status)) throw host_failure(EISDIR);  // a folder opens for reading and then refuses each read
+      if (is_folder(status)) throw host_failure(EISDIR);  // a folder can be opened for reading, but each read fails
       if (access == Access::kCreate && is_read_only(status)) throw host_failure(EACCES);
     }
     int flags = O_RDONLY;
@@ -286,7 +286,7 @@ class PosixFiles final : public FileSystem {
       if (!::getcwd(current.data(), current.size())) throw_errno();
       whole = path_from_host(current.data()) + u'\\' + whole;
     }
-    // From the text alone, as GetFullPathName does: links are not followed.
+    // Uses the text alone, as GetFullPathName does: links are not followed.
     std::vector<std::u16string_view> names;
     std::u16string_view rest = whole;
     while (!rest.empty()) {

@@ -1,6 +1,5 @@
-// fsync(2) waits until the disk has emptied its own cache. Files that are flushed one after the other wait for that
-// each time, while the kernel makes one request of those that wait side by side. So each file has a thread that waits
-// for it.
+// fsync(2) waits until the disk has emptied its own cache. Files that are flushed one after another wait for that each
+// time, but the kernel combines requests that wait at the same time. So each file has a thread that waits for it.
 #include "platform/posix/flush.h"
 
 #include <fcntl.h>
@@ -54,7 +53,7 @@ std::vector<std::exception_ptr> flush_together(const std::vector<std::string>& f
     try {
       while (helpers.size() < count) helpers.emplace_back(work);
     } catch (const std::exception&) {
-      // No more threads, or no memory for them: those that are there do it all.
+      // If there are no more threads, or no memory for them, those that have started do all the work.
     }
   }
   work();

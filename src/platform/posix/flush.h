@@ -1,4 +1,4 @@
-// Many files onto the disk at once.
+// Forces many files onto the disk at once.
 #pragma once
 
 #include <exception>
@@ -7,8 +7,8 @@
 
 namespace kavo {
 
-// Forces each file onto the disk (fsync(2)). The failure of each, in their order, or null: a `failure` or lack of
-// memory. Throws only when memory runs out before anything is done.
+// Forces each file onto the disk (fsync(2)). Returns for each, in order, its failure or null. A failure is a `failure`
+// or std::bad_alloc. Throws only when memory runs out before anything is done.
 std::vector<std::exception_ptr> flush_together(const std::vector<std::string>& files);
 
 }  // namespace kavo

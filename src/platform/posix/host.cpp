@@ -89,7 +89,7 @@ void write_all(int descriptor, std::string_view bytes) {
 }
 
 void close_host(Descriptor descriptor) {
-  // Linux has let the descriptor go even when it reports an interruption.
+  // Linux has released the descriptor even when it reports an interruption.
   if (::close(descriptor.release()) != 0 && errno != EINTR) throw_errno();
 }
 
@@ -150,7 +150,7 @@ std::string config_folder() {
 void make_host_folder(const std::string& path) {
   for (std::size_t end = path.find('/', 1);; end = path.find('/', end + 1)) {
     const std::string part = path.substr(0, end);
-    // 0700: settings are the user's own.
+    // The mode is 0700, because settings are private.
     if (::mkdir(part.c_str(), 0700) != 0 && errno != EEXIST) throw_errno();
     if (end == std::string::npos) return;
   }

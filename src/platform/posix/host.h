@@ -54,9 +54,10 @@ std::optional<std::string> read_host_file(const std::string& path);
 // permission bits of an existing file stay. Throws `failure` and then leaves the old content in place.
 void replace_host_file(const std::string& path, std::string_view bytes);
 
-// Where this user's settings lie: KAVO_CONFIG_FOLDER, else kavo below XDG_CONFIG_HOME or ~/.config. Ends without "/".
+// The folder of this user's settings, without "/" at its end: KAVO_CONFIG_FOLDER, or else kavo below XDG_CONFIG_HOME or
+// ~/.config.
 std::string config_folder();
-// Makes a folder with all above it; throws `failure`.
+// Makes a folder and all folders above it. Throws `failure`.
 void make_host_folder(const std::string& path);
 
 }  // namespace kavo

@@ -1,5 +1,5 @@
 // A folder is known by its volume and number, so that one that was moved or replaced is not taken for another. When
-// notes were lost, or cannot be read, everything is forgotten and folders are listed again.
+// notes are lost or cannot be read, everything is forgotten and folders are listed again.
 #include "platform/posix/large_folders.h"
 
 #include <sys/inotify.h>
@@ -26,7 +26,7 @@ namespace kavo {
 namespace {
 
 constexpr std::size_t kMostFolders = 16;
-constexpr std::size_t kManyListings = 4;   // of a small folder
+constexpr std::size_t kManyListings = 4;   // listings of a small folder
 constexpr std::size_t kMostCounted = 256;  // small folders
 constexpr std::uint32_t kAppears = IN_CREATE | IN_MOVED_TO;
 constexpr std::uint32_t kGoes = IN_DELETE | IN_MOVED_FROM;
@@ -58,7 +58,7 @@ class Folder {
   }
 
   void add(const std::string& name) {
-    remove(name);  // what is renamed over a name does not remove it
+    remove(name);  // a file renamed over an existing name does not remove that name
     names_.emplace(spelling_hash(name), name);
   }
   void remove(const std::string& name) {
@@ -94,7 +94,7 @@ class LargeFolders {
     return found->spellings_of(name);
   }
 
-  // A name counts and not the folder: scratch folders come and go, all with the same names.
+  // The folder's name counts, not its identity, because scratch folders come and go with the same names.
   bool is_worth_keeping(const std::string& folder, std::size_t names) {
     if (names >= kLargeFolder) return true;
     if (listings_.size() == kMostCounted) listings_.clear();
@@ -110,7 +110,7 @@ class LargeFolders {
     struct stat status;
     if (::stat(folder.c_str(), &status) != 0) return forget();
     std::erase_if(folders_, [&](const Folder& each) { return each.watch() == watch; });
-    // What changes from here on is noted, and a note says how a name ends, so that it does not matter whether the
+    // From here on every change is noted, and a note says whether a name exists, so it does not matter whether the
     // listing has seen the change.
     Folder& kept = folders_.emplace_back(watch, status);
     for_each_entry(folder, [&](const std::string& name) {
@@ -168,7 +168,7 @@ Shared& shared() {
   return object;
 }
 
-// What a step could not finish is forgotten: its notes are read already.
+// If a step cannot finish, everything is forgotten, because its notes have already been read.
 template <class Step>
 auto on_large_folders(Step&& step) noexcept {
   const std::lock_guard guard(shared().mutex);

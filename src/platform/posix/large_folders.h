@@ -1,9 +1,9 @@
-// Which names the large folders of this host hold when case does not count, and those that are asked again and again.
+// Finds names without regard to case in large folders of this host, and in folders that are asked again and again.
 //
-// Nothing but a look at every name says that no spelling of a name exists, and a run asks that a hundred times for each
-// document, half of the times in the run's own scratch folder. So the names of such a folder are kept, and the system's
-// own notes (inotify(7)) keep them current: a note is there before the call that changed the folder returns, whichever
-// process made it. A folder on a volume that other machines change without such notes is not kept.
+// Only a look at every name shows that no spelling of a name exists, and a run asks for that a hundred times for each
+// document, half of the times in its own scratch folder. So the names of such a folder are kept, and the system's notes
+// (inotify(7)) keep them up to date: a note arrives before the call that changed the folder returns, in whichever
+// process. A folder on a volume that other machines change without such notes is not kept.
 #pragma once
 
 #include <sys/stat.h>
@@ -23,8 +23,8 @@ inline constexpr std::size_t kLargeFolder = 64;
 std::optional<std::vector<std::string>> spellings_in_large_folder(
     const std::string& folder, const std::string& name, const std::optional<struct stat>& status = {}) noexcept;
 
-// Says that a folder with so many names was listed: when it is worth it, the names are kept from now on, where that can
-// be done. Never throws.
+// Reports that a folder with this many names was listed. If it is worthwhile and possible, its names are kept from now
+// on. Never throws.
 void note_listing(const std::string& folder, std::size_t names) noexcept;
 
 }  // namespace kavo

@@ -53,7 +53,7 @@ void for_each_entry(const std::string& folder, const std::function<void(const ch
     throw_errno();
   }
   for (;;) {
-    errno = 0;  // the one way to tell the end from an error
+    errno = 0;  // the only way to distinguish the end from an error
     const dirent* const entry = ::readdir(listing.get());
     if (entry == nullptr) {
       if (errno != 0) throw_errno();
@@ -116,7 +116,7 @@ FoundPath look_up(std::u16string_view path) {
     const std::size_t end = std::min(host.find('/', at), host.size());
     const std::string name = host.substr(at, end - at);
     if (!name.empty()) {
-      // The whole path as it was written is known not to exist.
+      // The complete path as written is known not to exist.
       const bool is_known = end == host.size() && host.starts_with(resolved);
       if (is_known || !exists(resolved + name)) {
         const std::optional<std::string> found = find_ignoring_case(folder_or_current(resolved), name, folder);

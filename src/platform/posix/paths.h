@@ -16,7 +16,7 @@ namespace kavo {
 // with a zero character, at which the system would silently cut it.
 std::string resolve(std::u16string_view path);
 
-// The same together with what looking it up told, so that nobody asks the system a second time.
+// The same together with the result of the look-up, so that nobody has to ask the system again.
 struct FoundPath {
   std::string host;
   std::optional<struct stat> status;  // of the name itself, as lstat(2); nothing for a name that does not exist
@@ -32,7 +32,7 @@ std::optional<struct stat> status_of(const std::string& path, bool follow_links 
 // the folder does not exist. Throws `failure` when it cannot be read to its end.
 void for_each_entry(const std::string& folder, const std::function<void(const char* name)>& visit);
 
-// Splits a host path behind its last "/": "a/b" to "a/" and "b".
+// Splits a host path after its last "/": "a/b" into "a/" and "b".
 struct SplitPath {
   std::string folder;
   std::string name;

@@ -1,4 +1,4 @@
-// Private profile files: ANSI text in the code page in use, or UTF-16 behind a byte order mark, as Windows has them.
+// Private profile files as on Windows: ANSI text in the code page in use, or UTF-16 with a byte order mark.
 //
 // A file is taken apart into lines that keep their bytes; writing changes or adds one line and leaves every other byte
 // as it is, whatever the lines hold.
@@ -31,7 +31,7 @@ std::u16string_view unquoted(std::u16string_view value) {
   return quoted ? value.substr(1, value.size() - 2) : value;
 }
 
-// A line with its line end, as it stands in the file.
+// A line with its line end, as the file has it.
 struct Line {
   std::string bytes;
   std::u16string text;
@@ -71,7 +71,7 @@ class Profile {
       lines_.push_back(make_line(formatted(u"[{}]\r\n", trimmed(section, kWhiteSpace))));
       header = lines_.size() - 1;
     }
-    // Behind the section's last line that is not blank.
+    // The new line goes after the section's last line that is not blank.
     std::size_t last = *header;
     for (std::size_t i = *header + 1; i < lines_.size() && !is_header(lines_[i].text); ++i)
       if (!trimmed(lines_[i].text, kWhiteSpace).empty()) last = i;
@@ -106,7 +106,7 @@ class Profile {
 
   static bool is_header(std::u16string_view text) { return trimmed(text, kWhiteSpace).starts_with(u'['); }
 
-  // The first section of a name is the one that counts.
+  // Of several sections with the same name the first one counts.
   std::optional<std::size_t> find_section(std::u16string_view section) const {
     for (std::size_t i = 0; i < lines_.size(); ++i) {
       std::u16string_view text = trimmed(lines_[i].text, kWhiteSpace);
@@ -133,7 +133,7 @@ class Profile {
   std::vector<Line> lines_;
 };
 
-// A name without a folder lies among the user's settings, as Windows keeps such files in a folder of its own.
+// A file without a folder is among the user's settings. (Windows, too, keeps such files in a folder of its own.)
 std::string profile_path(std::u16string_view file) {
   if (file.find_first_of(u"\\/") != std::u16string_view::npos) return resolve(file);
   return resolve(path_from_host(config_folder() + "/") + std::u16string(file));

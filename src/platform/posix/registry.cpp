@@ -191,7 +191,7 @@ RegistryTree load(const std::string& path) {
   return tree;
 }
 
-// What the file said when it was read last.
+// The settings as of the last reading of the file.
 class LastRead {
  public:
   // Runs `question` on the tree as the file has it now. Throws what load() and the question throw.
@@ -201,7 +201,8 @@ class LastRead {
     const std::string path = registry_file();
     if (!is_current(path)) {
       forget();
-      // Opened before it is read: when another file takes the name in between, the next call sees that and reads again.
+      // The file is opened before it is read. When another file takes the name in between, the next call sees that and
+      // reads again.
       std::optional<Descriptor> opened = open_file(path);
       tree_.emplace(load(path));
       if (opened && ::fstat(opened->get(), &status_) == 0) file_.emplace(std::move(*opened));
@@ -214,12 +215,12 @@ class LastRead {
     try {
       return open_host(path, O_RDONLY);
     } catch (const failure&) {
-      return std::nullopt;  // load() tells the reason, if it is one
+      return std::nullopt;  // load() reports the reason
     }
   }
 
-  // A file is replaced as a whole, so that a new one is another file; somebody's editor may write into it. It stays
-  // open here, because the number of a file that is gone is given to the next one.
+  // This program replaces the file as a whole, so a new one is another file; an editor may write into it. It stays open
+  // here, because the system gives the number of a deleted file to the next one.
   bool is_current(const std::string& path) const {
     struct stat now;
     if (!tree_) return false;

@@ -51,7 +51,7 @@ class PosixShell final : public Shell {
     return result_of(spawn({"xdg-open", resolve(system_files().absolute(document))}), kNoAssociation);
   }
 
-  // This desktop goes by the content of a document, so the extension does not matter.
+  // This desktop looks at the content of a document, so the extension does not matter.
   int open_as(std::u16string_view document, std::u16string_view) override { return open(document); }
 
   int run(std::u16string_view program, std::u16string_view parameters) override {

@@ -11,7 +11,7 @@
 namespace kavo {
 namespace {
 
-// Ends with this process: the children in it end then, too.
+// The job object ends with this process, and ends the children in it.
 HANDLE children_job() {
   static const HANDLE job = [] {
     const HANDLE made = CreateJobObjectW(nullptr, nullptr);

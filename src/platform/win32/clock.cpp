@@ -1,4 +1,4 @@
-// Time from the performance counter, chance from the system's generator.
+// Takes the time from the performance counter and random seeds from the system's generator.
 #include "platform/clock.h"
 
 #include <windows.h>

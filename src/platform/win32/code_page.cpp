@@ -49,7 +49,7 @@ class WindowsCodePage final : public CodePage {
   }
 
  private:
-  // The conversion calls count in 32 bits.
+  // The conversion calls use 32-bit sizes.
   static int checked_size(std::size_t size) {
     if (size > INT_MAX) throw system_failure(ERROR_NOT_ENOUGH_MEMORY);
     return static_cast<int>(size);

@@ -23,7 +23,7 @@ class WindowsDesktop final : public Desktop {
     MSG message;
     while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
       if (message.message == WM_QUIT) {
-        // Put back: the host's own loop must see it.
+        // The message is put back, because the host's own loop must see it.
         PostQuitMessage(static_cast<int>(message.wParam));
         break;
       }

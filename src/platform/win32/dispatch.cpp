@@ -39,7 +39,7 @@ class DispatchAdapter final : public ComObject<IDispatch> {
     if (names == nullptr || ids == nullptr) return E_POINTER;
     if (count == 0) return E_INVALIDARG;
     return guarded(IID_IDispatch, kOwnSource, [&] {
-      // Parameters have no names here.
+      // The members' tables have no names for parameters.
       std::fill(ids, ids + count, DISPID_UNKNOWN);
       const std::u16string name = from_wide(names[0]);
       if (!object_->has_member(name)) return DISP_E_UNKNOWNNAME;
@@ -77,7 +77,7 @@ class DispatchAdapter final : public ComObject<IDispatch> {
     return static_cast<DISPID>(names_.size());
   }
 
-  // The name by value: the object may ask for further names while it is called.
+  // `name` is passed by value, since the object may ask for more names while it is called.
   void call(std::u16string name, WORD flags, bool is_put, const DISPPARAMS& parameters, VARIANT* result,
             UINT* bad_argument) {
     // Arguments arrive in reverse order; the new value of a property comes before them all.
@@ -171,8 +171,9 @@ class AutomationClient final : public AutomationObject {
     const HRESULT found = find_id(member, id);
     if (FAILED(found)) raise(found, member, nullptr);
 
-    // In reverse order. A by-reference argument points into `storage` with the type of its value, because a server with
-    // a typed parameter accepts only a reference to exactly that type; an empty one points to the whole variant.
+    // Arguments are in reverse order. A by-reference argument points into `storage` with the type of its value, because
+    // a server with a typed parameter accepts only a reference to exactly that type; an empty one points to the whole
+    // variant.
     const std::size_t first = new_value != nullptr ? 1 : 0;
     const std::size_t count = arguments.size() + first;
     std::vector<unique_variant> storage(count);

@@ -18,7 +18,7 @@
 namespace kavo {
 namespace {
 
-// ReadFile and WriteFile count in 32 bits; one piece stays well below.
+// ReadFile and WriteFile use 32-bit sizes. One piece stays well below that.
 constexpr std::size_t kLargestPiece = std::size_t{1} << 30;
 
 bool is_folder(const std::wstring& path) {
@@ -54,7 +54,7 @@ std::optional<FileIdentity> identity_of(const std::wstring& path) {
 }
 
 // A read-only file is neither emptied nor replaced. Windows refuses that by itself, except where another system decides
-// about the rights (shared drives, Wine).
+// on the rights (shared drives, Wine).
 void check_writable(const std::wstring& path) {
   const DWORD attributes = GetFileAttributesW(path.c_str());
   const bool is_read_only = attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0 &&
@@ -214,7 +214,7 @@ class WindowsFileSystem final : public FileSystem {
   void rename_file(std::u16string_view from, std::u16string_view to) override {
     const std::wstring target = system_path(to);
     check_writable(target);
-    // Without MOVEFILE_COPY_ALLOWED: a copy would not be one step.
+    // MOVEFILE_COPY_ALLOWED is left out, because a copy would not be one step.
     if (!MoveFileExW(system_path(from).c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
       throw_file_error(target);
   }

@@ -61,7 +61,7 @@ void take_error_info(HRESULT result, EXCEPINFO& info) noexcept {
   try {
     info.bstrDescription = make_bstr(system_text(static_cast<DWORD>(result))).release();
   } catch (const std::bad_alloc&) {
-    // The caller gets the number alone.
+    // The caller then gets only the number.
   }
 }
 

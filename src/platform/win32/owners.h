@@ -1,6 +1,6 @@
 // Owners of system resources: one template, one alias for each kind of resource, nowhere else.
 //
-// An owner holds nothing or one resource, lets it go when it is destroyed, and lets the old one go before it takes
+// An owner holds one resource or none. It releases the resource when it is destroyed, and the old one before it takes
 // another. Nothing here throws.
 #pragma once
 
@@ -35,7 +35,7 @@ class unique_owner {
   // The resource, used in place; still owned.
   value_type& operator*() noexcept { return value_; }
   auto operator->() const noexcept requires std::is_pointer_v<value_type> { return value_; }
-  // Where a system call may store a new resource; what was held is let go first.
+  // Where a system call may store a new resource. The old one is released first.
   value_type* put() noexcept {
     reset();
     return &value_;
@@ -50,7 +50,7 @@ class unique_owner {
   value_type value_;
 };
 
-// A resource that is a pointer-like handle with null for nothing.
+// Traits for pointer-like handles, where null stands for no resource.
 template <typename T, auto kClose>
 struct HandleTraits {
   using value_type = T;

@@ -1,4 +1,4 @@
-// The core's `Value` and the system's VARIANT, turned into each other.
+// Converts between the core's `Value` and the system's VARIANT.
 #pragma once
 
 #include "platform/automation.h"

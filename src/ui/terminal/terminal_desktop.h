@@ -1,4 +1,4 @@
-// The desktop while a form is shown in the terminal: file dialogs are answered there too.
+// The desktop while a form is shown in the terminal: file dialogs are asked there, too.
 #pragma once
 
 #include <ostream>

@@ -13,8 +13,8 @@ namespace kavo {
 std::optional<std::string> TerminalInput::line() {
   std::size_t end;
   while ((end = read_.find('\n')) == std::string::npos && !ended_) {
-    // read() would go on waiting after a signal. poll() returns, but not for a signal that arrived just before the
-    // call: so it also returns at intervals.
+    // read() would continue to wait after a signal. poll() returns, but not for a signal that arrived just before the
+    // call, so it also returns at intervals.
     constexpr int kLookAgain = 200;  // milliseconds
     pollfd waiting{descriptor_, POLLIN, 0};
     const int ready = ::poll(&waiting, 1, kLookAgain);

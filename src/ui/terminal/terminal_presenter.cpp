@@ -45,7 +45,7 @@ std::string readable(std::u16string_view caption) {
       text += {u'[', caption[i], u']'};
     }
   }
-  // The question gets an ending of its own.
+  // The question gets its own ending instead.
   for (const std::u16string_view end : {std::u16string_view(u":"), std::u16string_view(u"...")})
     if (text.ends_with(end)) text.resize(text.size() - end.size());
   return to_utf8(text);
@@ -88,7 +88,7 @@ class TerminalForm final : public FormView {
   void move(std::int32_t, std::int32_t) override {}
 
  private:
-  // Asks one control and goes on to the next one, unless the answer went somewhere else.
+  // Asks about one control and goes to the next one, unless the answer led elsewhere.
   void step() {
     if (place_ >= form_.controls().size()) place_ = 0;
     Control& control = *form_.controls()[place_];
@@ -190,7 +190,8 @@ class TerminalForm final : public FormView {
       output_ << (i == list.ListIndex() ? "* " : "  ") << i + 1 << ' ' << to_utf8(list.List(i)) << '\n';
   }
 
-  // The index of the item with that number, that text, or a text that alone begins with it; -1 when there is none.
+  // The index of the item with that number or text, or of the only item whose text begins with it; -1 when there is
+  // none.
   static std::int32_t find_item(const ItemControl& list, const std::string& answer) {
     const std::u16string wanted = upper_case(to_utf16(answer));
     if (std::ranges::all_of(answer, [](char c) { return c >= '0' && c <= '9'; })) {
@@ -307,7 +308,7 @@ void TerminalPresenter::show(Form& form) {
   TerminalForm(form, input_, output_).run();
 }
 
-// On standard error: standard output is for results alone.
+// Questions go to standard error, because standard output is only for results.
 FormPresenter& system_presenter() {
   static TerminalPresenter presenter(STDIN_FILENO, std::cerr);
   return presenter;

@@ -17,7 +17,7 @@ struct Look {
   DWORD extended_style;
 };
 
-// The window class of a gauge. Unlike the others it exists only after the system was asked for it.
+// The window class of a gauge. Unlike the others it exists only after it has been requested from the system.
 const wchar_t* gauge_class() {
   constexpr INITCOMMONCONTROLSEX kWanted{sizeof kWanted, ICC_PROGRESS_CLASS};
   static const bool is_there = InitCommonControlsEx(&kWanted) != FALSE;
@@ -243,7 +243,7 @@ void ControlWindow::update_frame(DialogFonts& fonts) {
   if (visible != control_.Visible()) ShowWindow(window_, control_.Visible() ? SW_SHOWNA : SW_HIDE);
 }
 
-// Screen readers take the name of a box from the static text in front of it, seen or not.
+// Screen readers take the name of a box from the static text before it, visible or not.
 void ControlWindow::update_name() {
   if (name_ == nullptr) {
     if (control_.Caption().empty()) return;

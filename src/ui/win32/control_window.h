@@ -35,7 +35,7 @@ class ControlWindow {
 
   Control& control_;
   HWND window_;
-  HWND name_ = nullptr;          // hidden label in front of a box, from which a screen reader takes its name
+  HWND name_ = nullptr;          // hidden label before a box, from which a screen reader takes its name
   std::vector<ListItem> items_;  // as last shown
 };
 

@@ -21,7 +21,7 @@ struct ScreenContext {
   ScreenContext& operator=(const ScreenContext&) = delete;
 };
 
-// As the dialog manager measures: the average of the Latin letters, and the height of a line.
+// Measures like the dialog manager: the average width of the Latin letters, and the height of a line.
 SIZE base_units(HFONT font) {
   constexpr std::wstring_view kLetters = L"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
   constexpr int kHalf = static_cast<int>(kLetters.size()) / 2;

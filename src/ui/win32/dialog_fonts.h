@@ -23,7 +23,8 @@ class DialogFonts {
 
   // Owned here; the same handle for the same font.
   HFONT font(const ControlFont& font);
-  // `units` in pixels, right and bottom rounded like left and top, so that what meets in units meets in pixels.
+  // `units` in pixels. Right and bottom are rounded like left and top, so that controls that touch in units also touch
+  // in pixels.
   RECT pixels(const Place& units) const;
 
  private:

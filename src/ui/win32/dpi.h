@@ -5,8 +5,8 @@
 
 namespace kavo {
 
-// While it lives, top-level windows that the calling thread makes are drawn for the resolution of the screen that they
-// are on, whatever the process has chosen for its own windows. Before Windows 10 (1703) the choice of the process
+// As long as it lives, top-level windows that the calling thread makes are drawn for the resolution of the screen that
+// they are on, whatever the process has chosen for its own windows. Before Windows 10 (1703) the choice of the process
 // holds.
 class ScalingScope {
  public:

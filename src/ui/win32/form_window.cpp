@@ -37,7 +37,7 @@ RECT window_rect(HWND window) {
   return rect;
 }
 
-// What windows may cover of the screen that shows most of the window.
+// The part that windows may cover of the screen that shows most of the window.
 RECT work_area(HWND window) {
   MONITORINFO info{};
   info.cbSize = sizeof info;
@@ -66,7 +66,7 @@ int control_id(const Control& control) {
 }
 
 FormWindow::FormWindow(Form& form, UINT dpi) : form_(form), fixed_dpi_(dpi), owner_(dialog_owner()) {
-  // Only for the windows made here: what the form's handlers open is drawn as its own program wants.
+  // This applies only to the windows made here. What the form's handlers open is drawn as its own program wants.
   const ScalingScope scaling;
   window_ = make_dialog(owner_, dialog_procedure, reinterpret_cast<LPARAM>(this));
   try {

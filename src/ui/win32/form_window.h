@@ -44,7 +44,7 @@ class FormWindow final : public FormView {
   void close() override;
   Extent extent() const override;
   // The extent of the owner's window when there is one; move() counts from it, too. So a form that centres itself on
-  // its "screen" appears over the window that the person is looking at. It stays wholly on the real screen.
+  // its "screen" appears over the window that the person is looking at. It stays completely on the real screen.
   Extent screen_extent() const override;
   void move(std::int32_t left, std::int32_t top) override;
 
@@ -54,7 +54,7 @@ class FormWindow final : public FormView {
   void handle_command(int id, WORD notification);
   void handle_drop(HDROP drop);
   void handle_new_dpi(UINT dpi, const RECT& suggested);
-  // Runs what may call the form's handlers; an exception hides the form and waits for the end of run().
+  // Runs what may call the form's handlers. An exception hides the form and is kept until the end of run().
   template <typename Action>
   void guarded(Action&& action) noexcept;
 

@@ -1,4 +1,4 @@
-// Which window a modal dialog belongs to, and the disabling of other windows while it is shown.
+// Finds the window that a modal dialog belongs to, and disables other windows while the dialog is shown.
 #pragma once
 
 #include <windows.h>

@@ -37,7 +37,7 @@ std::string content_of(const std::filesystem::path& file) {
   std::ifstream stream(file);
   if (!stream) throw office_failure(to_utf16(file.string()) + u" cannot be read");
   std::string content{std::istreambuf_iterator<char>(stream), {}};
-  // The name stands in the container; LibreOffice would take the line as code.
+  // The container holds the name. LibreOffice would take the line for code.
   return content.starts_with("Attribute") ? content.substr(content.find('\n') + 1) : content;
 }
 

@@ -3,7 +3,7 @@
 //   Arial = Arial Unicode MS, 128
 //
 // source font, "=", target font and, where a translation needs one, a character set (\fcharset). All other lines are
-// ignored: blank ones, and those that begin with ";" or "#". The file is in UTF-8, with or without a byte order mark.
+// ignored, and so are lines that begin with ";" or "#". The file is in UTF-8, with or without a byte order mark.
 #pragma once
 
 #include <cstdint>

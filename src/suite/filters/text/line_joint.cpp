@@ -10,7 +10,7 @@
 namespace kavo {
 namespace {
 
-// Characters below this are not letters of words.
+// True for letters and digits, by ASCII below 0x80 and by a rough limit above: other signs below 0xC0 are not letters.
 bool is_word_character(char32_t c) {
   return c < 0x80 ? is_letter(static_cast<char>(c)) || is_digit(static_cast<char>(c)) : c >= 0xC0;
 }
