@@ -74,7 +74,7 @@ ExitCode run_parsed(const Command& command, const RunOptions& options, const std
     if (FolderOptions* const folders = command.verb->folder_options())
       folders->project_folders(project->folders(command.entry.name));
   }
-  // Rebuilding sets the font map of the document's folder. Side by side each process needs its own.
+  // Rebuilding sets the font map of the document's folder. When several processes work at once, each needs its own.
   std::optional<ScratchRegistry> registry_of_run;
   if (command.entry.can_share && (options.is_worker || !settings_are_shared()))
     ports().registry = &registry_of_run.emplace(*ports().registry);
@@ -108,7 +108,8 @@ class NeededOptions {
   explicit NeededOptions(const std::vector<Command>& commands) {
     for (const Command& command : commands)
       for (CLI::Option* const option : command.app->get_options())
-        if (uses_project(full_name(command.entry)) && option->get_required()) options_.emplace_back(command.app, option);
+        if (uses_project(full_name(command.entry)) && option->get_required())
+          options_.emplace_back(command.app, option);
     require(false);
   }
   ~NeededOptions() { require(true); }
@@ -186,7 +187,7 @@ ExitCode run_command(std::vector<std::string> arguments) {
     return parse_and_run(app, std::move(arguments), commands, options);
   } catch (const failure& reason) {
     std::fprintf(stderr, "kavo: %s\n", reason.what());
-    // What the project file says is wrong usage. That it cannot be read is not.
+    // Wrong content of the project file is wrong usage. A file that cannot be read is not.
     return reason.is(FailureNumber::kInvalidCall) ? ExitCode::kWrongUsage : ExitCode::kFailed;
   } catch (const CLI::ParseError& error) {
     std::ostringstream help, complaint;

@@ -8,7 +8,7 @@
 
 namespace kavo {
 
-// Runs the command with the arguments behind the program's name and returns its exit code.
+// Runs the command with the arguments after the program's name and returns its exit code.
 ExitCode run_command(std::vector<std::string> arguments);
 
 }  // namespace kavo

@@ -1,5 +1,5 @@
-// The whole command line as data: `kavo help --json`. Manual pages, completions and the reference in docs/ are made of
-// it (scripts/make-command-docs.py), so they never differ from the help.
+// The whole command line as data: `kavo help --json`. Manual pages, completions and the reference in docs/ are made
+// from it (scripts/make-command-docs.py), so they never differ from the help.
 #pragma once
 
 #include <CLI/App.hpp>

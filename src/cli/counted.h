@@ -1,4 +1,4 @@
-// Numbers of things as people write them.
+// Writes numbers of things as people do.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// The options of every verb that takes folders: which of their files count.
+// The options of every verb that takes folders. They choose which of the files count.
 #pragma once
 
 #include <CLI/App.hpp>

@@ -114,7 +114,7 @@ class Validate final : public Verb {
     for (int number = 2; ports().files->info(name); ++number) name = formatted(u"{}{}", first, number);
     return name == first ? std::u16string() : name;
   }
-  // A further backup is made only of a page that is changed.
+  // Another backup is made only if the page is changed.
   static std::int32_t validate_again(clsHTMLValidate& validation, const std::u16string& backup) {
     validation.check_only(true);
     const std::int32_t result = validation.HTMLValidate();

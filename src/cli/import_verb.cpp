@@ -75,11 +75,11 @@ class Import final : public Verb {
   }
 
  private:
-  // By name; documents of one name lie in several folders.
+  // By name, since several folders may hold documents with the same name.
   using Documents = std::multimap<std::u16string, FolderFile, LessIgnoringCase>;
   struct Taker {
     std::u16string document;
-    std::u16string problem;  // why there is none
+    std::u16string problem;  // why there is no document
   };
 
   static Documents documents_of(const std::u16string& folder) {
@@ -97,7 +97,7 @@ class Import final : public Verb {
     if (counts.refused != 0) outcome.ending = Outcome::kDifference;
   }
 
-  // Each document of a package finds the one that takes it. Unless all do nothing is changed.
+  // Every document of a package must find the one that takes its translations. Otherwise nothing is changed.
   Outcome take_package(const std::u16string& file, const ProgressEvent::Handler& progress) const {
     Outcome outcome;
     TranslationImport::Counts all;
@@ -119,7 +119,7 @@ class Import final : public Verb {
     return outcome;
   }
 
-  // The document made of the source and for the language that the file names.
+  // The document that was made from the source, and for the language, that the file names.
   Taker taker_of(const FolderFile& file) const {
     try {
       const TudHeader header = header_of(file.path);
@@ -132,8 +132,9 @@ class Import final : public Verb {
       for (auto each = first; each != last; ++each)
         if (equal_ignoring_case(folder_of(each->second.relative), folder_of(file.relative)))
           return {each->second.path, {}};
-      return {{}, u"several documents of the name " + name + u" are" + in_folder +
-                      u", none of them in the folder that the file has: name the right one with --to"};
+      return {{},
+              u"several documents of the name " + name + u" are" + in_folder +
+                  u", none of them in the folder that the file has: name the right one with --to"};
     } catch (const failure& reason) {
       return {{}, reason.description()};
     }
@@ -151,9 +152,9 @@ class Import final : public Verb {
   std::string to_;
   FolderOptions folders_;
   std::map<std::u16string, Taker> takers_;             // by file
-  std::map<std::u16string, std::u16string> packages_;  // their places in the tree that was named, by file
+  std::map<std::u16string, std::u16string> packages_;  // their paths in the named tree, by file
   Documents documents_;                                // of the folder that takes translations
-  std::u16string document_;                 // that import_ has open
+  std::u16string document_;                            // that import_ has open
   std::optional<TranslationImport> import_;
 };
 

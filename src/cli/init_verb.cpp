@@ -19,7 +19,7 @@ bool is_list(KeyKind kind) {
   return kind == KeyKind::kPaths || kind == KeyKind::kTexts || kind == KeyKind::kLanguages;
 }
 
-// What an option's text is in JSON.
+// The JSON value for an option's text.
 ordered_json json_of(KeyKind kind, const std::string& text) {
   const bool is_number = !text.empty() && text.find_first_not_of("0123456789") == std::string::npos && text.size() < 9;
   if (is_number && (kind == KeyKind::kCodePage || kind == KeyKind::kCodePages))
@@ -58,7 +58,7 @@ class Init final : public Verb {
     if (!project.contains("sources")) project["sources"] = {"."};
     if (!project.contains("recursive")) project["recursive"] = true;
     const std::string text = project.dump(2) + "\n";
-    const ProjectFile checked(text, "");  // what is refused when it is read is refused now
+    const ProjectFile checked(text, "");  // refuses now what would be refused when the file is read
     PendingFile file(path());
     file.write(text);
     file.commit();

@@ -15,7 +15,7 @@ constexpr std::size_t kReserve = 1 << 20;  // bytes
 
 std::atomic<void*> reserve{nullptr};
 std::atomic<bool> ran_out{false};
-char current_file[4096] = "";  // a copy: what it was copied from is gone when a handler tells it
+char current_file[4096] = "";  // a copy, because the original is gone when a handler reports it
 
 // The new-handler. It is called when an allocation fails; the allocation is tried again when it returns.
 void give_up_reserve() {
@@ -36,7 +36,7 @@ void tell(const char* reason) noexcept {
   } catch (const std::bad_alloc&) {
     reason = kNotEnoughMemory;
   } catch (...) {
-    // As it stands.
+    // The name is then used as it is.
   }
   tell(ran_out ? kNotEnoughMemory : reason);
   std::_Exit(1);

@@ -13,7 +13,7 @@ const std::map<std::string, std::int16_t>& split_option_names();
 // The name of a value, or its decimal text.
 std::string split_option_name(std::int16_t value);
 
-// "Index, Heading" as the Markers property wants it, every name with a TAB behind it, and back.
+// Converts "Index, Heading" to what the Markers property takes, every name followed by a TAB, and back.
 std::u16string marker_list_of(std::string_view names);
 std::string marker_names_of(std::u16string_view list);
 

@@ -38,14 +38,15 @@ class MifVerb : public Verb {
   std::size_t messages_told_ = 0;
 };
 
-// One batch of all files, with options for this run.
+// All files are one batch, with options for this run.
 class BatchVerb : public MifVerb {
  public:
   void add_options(CLI::App& app) override {
     app.add_option("--markers", markers_, "Marker types, for this run: names with commas between")->type_name("NAMES");
     app.add_option("--split", split_, "Where to split index texts, for this run")
         ->type_name("WHERE")
-        ->transform(CLI::CheckedTransformer(split_option_names(), CLI::ignore_case).description("{none,semicolon,both}"));
+        ->transform(
+            CLI::CheckedTransformer(split_option_names(), CLI::ignore_case).description("{none,semicolon,both}"));
     app.add_option("--side-files", folder_, "Folder of the side files (else that of the first FILE)")
         ->type_name("FOLDER");
   }
@@ -116,7 +117,7 @@ class Merge final : public BatchVerb {
   }
 };
 
-// Objects: each file for itself.
+// The verbs for objects take each file by itself.
 class ObjectsVerb : public MifVerb {
  public:
   void add_options(CLI::App& app) override {
@@ -129,7 +130,7 @@ class ObjectsVerb : public MifVerb {
 
  protected:
   clsMIFUtilities& begin_file(const std::u16string& file, const ProgressEvent::Handler& progress) {
-    utilities_->StartBatch();  // counts and messages begin anew
+    utilities_->StartBatch();  // clears counts and messages
     messages_told_ = 0;
     utilities_->ObjFile(path_from_host(object_file_));
     return begin(file, progress);

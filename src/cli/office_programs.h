@@ -7,7 +7,7 @@ namespace kavo {
 class OfficePrograms {
  public:
   // Makes their identifiers known to the automation port. Nothing is loaded or started before one of them is created.
-  // If that is impossible, creating it throws `failure` 429, which says what to install.
+  // If a program is missing, creating it throws `failure` 429, which says what to install.
   OfficePrograms();
   // Ends the programs that were started.
   ~OfficePrograms();

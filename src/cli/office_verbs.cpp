@@ -31,7 +31,7 @@ struct Made {
   std::u16string path;
 };
 
-// Nothing of the user's has changed until here: when the program failed, the older files stay. The first one is the
+// Nothing of the user's has changed so far, so the older files stay when the program has failed. The first one is the
 // result.
 Outcome outcome_of(std::int32_t result, const std::vector<Made>& made, const error_state& errors,
                    std::u16string_view program) {
@@ -54,7 +54,7 @@ bool is_read_only(const std::u16string& file) {
   return info && info->is_read_only;
 }
 
-// What an export makes: its result, and the document as the program has saved it before.
+// What an export makes: its result, and the document as the program saved it before exporting.
 std::vector<Made> exported(Made result, Made document) {
   std::vector<Made> made{std::move(result)};
   if (!is_read_only(document.path)) made.push_back(std::move(document));
@@ -75,7 +75,7 @@ Outcome failed(std::u16string message) {
   return outcome;
 }
 
-// A file that is not there is told without starting a program, which takes seconds.
+// A missing file is reported without starting a program, which takes seconds.
 class OfficeVerb : public Verb {
  public:
   std::u16string workplace(const std::u16string& file) const final { return file; }
@@ -182,10 +182,10 @@ class WorkbookToXml final : public NewFileVerb {
   clsXLSUtil converter_;
 };
 
-// Texts that go into a document that is there already, beside their XML.
+// Puts texts into an existing document beside their XML.
 class ImportVerb : public OfficeVerb {
  protected:
-  // Puts the texts of `xml` into the document that lies beside it.
+  // Puts the texts of `xml` into the document beside it.
   virtual Outcome import(const std::u16string& xml, const Made& made) = 0;
 
  private:

@@ -19,7 +19,7 @@ void print_output(std::string_view text) {
     has_reader = false;
   else
     is_complete = false;
-  // Otherwise the rest of the buffer would fail again.
+  // Otherwise writing the rest of the buffer would fail again.
   std::clearerr(stdout);
 }
 

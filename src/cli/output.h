@@ -5,8 +5,8 @@
 
 namespace kavo {
 
-// Writes the text at once. When nobody reads the output any more ("| head"), nothing is written, and that is not an
-// error: the work on the files goes on.
+// Writes the text at once. When nobody reads the output any more ("| head"), nothing is written. That is not an error,
+// and the work on the files continues.
 void print_output(std::string_view text);
 // False when a text could not be written for any other reason.
 bool output_is_complete();

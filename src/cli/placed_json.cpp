@@ -11,7 +11,7 @@ namespace {
 
 using nlohmann::ordered_json;
 
-// Reads characters and counts the lines behind them.
+// Reads characters and counts the lines that have passed.
 class CountingIterator {
  public:
   using iterator_category = std::input_iterator_tag;
@@ -62,7 +62,7 @@ class KeyLines final : public nlohmann::json_sax<ordered_json> {
   }
   bool parse_error(std::size_t, const std::string&, const nlohmann::detail::exception&) override { return false; }
 
-  std::string doubled;  // the key that stands twice
+  std::string doubled;  // the key that occurs twice
 
  private:
   static bool value() { return true; }

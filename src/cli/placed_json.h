@@ -1,4 +1,4 @@
-// JSON (RFC 8259) that people write by hand: each key is known by its line, so that what is wrong can be found.
+// Reads JSON (RFC 8259) that people write by hand. It knows the line of each key, so that messages can name the place.
 #pragma once
 
 #include <cstddef>
@@ -11,12 +11,12 @@ namespace kavo {
 
 class PlacedJson {
  public:
-  // `name` of the file for messages. Throws `failure` 5 for a text that is no JSON, and for a key that stands twice in
-  // one object (which readers understand differently), with its line.
+  // `name` is the file's name in messages. Throws `failure` 5 with the line for a text that is not JSON, and for a key
+  // that occurs twice in one object, which readers understand differently.
   PlacedJson(std::string_view text, std::string name);
 
   const nlohmann::ordered_json& value() const { return value_; }
-  // "kavo.json:7: ", with the line of a key; `pointer` leads to it (RFC 6901). Without a key of that name the line of
+  // "kavo.json:7: ", with the line of the key that `pointer` (RFC 6901) leads to. If there is no such key, the line of
   // the one above it.
   std::string place(std::string pointer) const;
 

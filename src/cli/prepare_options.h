@@ -1,4 +1,4 @@
-// The options of kavo prepare, and what bilingual documents depend on besides their source.
+// The options of kavo prepare: all that bilingual documents depend on besides their source.
 #pragma once
 
 #include <CLI/App.hpp>
@@ -15,10 +15,10 @@ class PrepareOptions {
   void add_to(CLI::App& app);
 
   std::vector<std::u16string> targets() const;
-  // A line NAME=VALUE for each, as RunLanguages takes them. Throws `failure` for values that do not go together.
+  // A line NAME=VALUE for each, as RunLanguages takes them. Throws `failure` for values that contradict each other.
   std::u16string filter_options() const;
-  // The code page of rebuilt documents, 0 for the usual one. What was said of the language goes before what was said of
-  // all.
+  // The code page of rebuilt documents, 0 for the default. An option for this language has precedence over one for all
+  // languages.
   std::int32_t target_code_page(const std::u16string& language) const;
   // A checksum of everything but the source that the bilingual documents of a language depend on, settings included.
   std::string checksum(const std::u16string& language) const;

@@ -115,7 +115,7 @@ class Prepare final : public Verb {
   Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
     if (const auto left_out = outcome_of_side_file(file)) return *left_out;
     const std::u16string document = planned(file).document;
-    // What stands beside a copy is compared with the state that the copy has now.
+    // Files beside a copy are compared with the current state of the copy.
     const bool is_there = is_file(document);
     if (!options_.overwrite) {
       for (const std::u16string& target : targets_) refuse_others_side_files(document, target, documents_);
@@ -128,7 +128,7 @@ class Prepare final : public Verb {
       languages.push_back(languages_);
       languages.back().target = known.target_language();
       languages.back().target_code_page = options_.target_code_page(known.target_language());
-      // Files beside a bilingual document were made of this source, too.
+      // Files beside a bilingual document were made from this source, too.
       languages.back().replaces_objects = options_.overwrite || update.has_documents();
     }
     FolderRun run(document);
@@ -183,7 +183,8 @@ class Prepare final : public Verb {
   }
 
  private:
-  // False when everything is as it was, in all languages: their documents come from one preparation.
+  // False when nothing has changed in any language. One preparation makes the documents of all languages, so it is all
+  // or none.
   bool take_over(std::deque<SetUpdate>& updates, const std::vector<ConvertedDocument>& converted, Outcome& outcome) {
     bool is_unchanged = true;
     for (std::size_t i = 0; i < updates.size(); ++i)
@@ -203,19 +204,19 @@ class Prepare final : public Verb {
     return !is_unchanged;
   }
 
-  // Before other workers change the documents of the run's folders.
+  // This must happen before other workers change the documents of the run's folders.
   void read_translations() {
     for (TranslatedFolders& known : known_) {
       try {
         known.documents();
         known.removed();
       } catch (const failure&) {
-        // Told for the first file that needs them.
+        // The failure is reported for the first file that needs the translations.
       }
     }
   }
 
-  // Made once for each language, since nothing that it depends on changes in a run.
+  // It is computed once for each language, since nothing that it depends on changes in a run.
   const std::string& checksum_of_options(const std::u16string& target) const {
     std::string& checksum = checksums_[target];
     if (checksum.empty()) checksum = options_.checksum(target);
@@ -226,14 +227,14 @@ class Prepare final : public Verb {
     return place_below(path_from_host(options_.output_folder), document);
   }
 
-  // MIF documents of a folder share documents: each of them names these.
+  // The MIF documents of a folder share some bilingual documents, so the entry of each names these.
   nlohmann::json manifest_entry(const std::u16string& document, const std::u16string& target) const {
     std::vector<std::u16string> documents = bilingual_documents_of(document, target);
     std::erase_if(documents, [](const std::u16string& tud) { return !is_file(tud); });
     return Manifest::entry_of(path_from_host(options_.output_folder), documents, checksum_of_options(target));
   }
 
-  // Of what was made by a run that came to no end, or by an earlier version.
+  // Adds entries for documents that a run made which did not finish, or an earlier version.
   void complete_manifest() {
     for (const PlannedDocument& planned : up_to_date_) {
       const std::u16string source = to_utf16(place_of(planned.document));
@@ -258,7 +259,7 @@ class Prepare final : public Verb {
     return found == plan_.end() ? PlannedDocument{file, file} : found->second;
   }
 
-  // The first MIF document of a folder needs them all.
+  // The first MIF document of a folder needs all sources of the folder.
   void bring_sources(const std::u16string& file) {
     const PlannedDocument own = planned(file);
     for (const std::u16string& other : batch_.book_of(own.document))
@@ -277,11 +278,11 @@ class Prepare final : public Verb {
   std::map<std::u16string, PlannedDocument> plan_;  // by source
   std::vector<std::u16string> run_folders_;         // of all documents, in order
   bool is_worker_ = false;
-  mutable std::map<std::u16string, std::string> checksums_;  // of the options, by language
-  bool is_project_ = false;                                  // folders were named, or an output folder
+  mutable std::map<std::u16string, std::string> checksums_;  // checksums of the options, by language
+  bool is_project_ = false;                                  // the command line names a folder or an output folder
   std::vector<PlannedDocument> up_to_date_;                  // left out
   std::optional<Manifest> manifest_;                         // of the output folder
-  std::vector<std::string> done_;                            // for it, of each file: JSON, which is small as text
+  std::vector<std::string> done_;  // the manifest's new entry for each file, as JSON text, which takes little memory
   MadeFolders made_folders_;
   std::size_t prepared_ = 0;             // documents
   std::deque<TranslatedFolders> known_;  // of each language

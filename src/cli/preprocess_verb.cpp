@@ -1,4 +1,4 @@
-// kavo preprocess: does what a host does with the automation object, document by document. The MIF documents of a
+// kavo preprocess: does what a host does with the automation object, one document at a time. The MIF documents of a
 // folder are one batch, because they share their side files.
 #include "cli/outcome_observer.h"
 #include "cli/prepared_documents.h"

@@ -80,7 +80,7 @@ bool fits(KeyKind kind, const ordered_json& value) {
   return false;
 }
 
-// A value as it stands on a command line; of a list its first.
+// A value as a command line writes it; for a list, its first value.
 std::string word_of(const ordered_json& value) {
   if (value.is_string()) return value.get<std::string>();
   if (value.is_boolean()) return value.get<bool>() ? "on" : "off";
@@ -97,7 +97,8 @@ std::vector<std::string_view> profile_groups() {
   return groups;
 }
 
-// A list of languages, which the file may name by tags. One that is not known stays: its option refuses it.
+// Converts a list of languages, which the file may name by tags, to codes. An unknown one stays, and its option refuses
+// it.
 std::string as_codes(std::string languages) {
   language_list_value()(languages);
   return languages;
@@ -198,7 +199,7 @@ std::string ProjectFile::path(const std::string& written) const {
   return {text.begin(), text.end()};
 }
 
-// As the option of the key takes them.
+// The values of the key in the form that its option takes.
 std::vector<std::string> ProjectFile::texts(const ProjectKey& key) const {
   const ordered_json& value = json_.value().at(key.key);
   std::vector<std::string> all;

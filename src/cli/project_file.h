@@ -1,4 +1,4 @@
-// The project: kavo.json in the current folder or one above it says what the command line need not.
+// The project file: kavo.json in the current folder or above it holds options, so that the command line need not.
 #pragma once
 
 #include <CLI/App.hpp>
@@ -20,16 +20,16 @@ class ProjectFile {
   // The file of the current folder or of the nearest one above it, up to the user's home or the top. Nothing when there
   // is none. Throws `failure` for a file that cannot be read.
   static std::optional<ProjectFile> find();
-  // `folder` is what stands before its paths: "" or "../". Throws `failure` 5 for anything that the file may not hold.
+  // `folder` is put before its paths: "" or "../". Throws `failure` 5 for anything that is not allowed in the file.
   ProjectFile(std::string_view text, std::string folder);
 
-  // The options of the verb that the command line did not choose. Throws `failure` 5 for a value that an option refuses.
+  // Sets the verb's options that the command line does not set. Throws `failure` 5 for a value that an option refuses.
   void complete(CLI::App& app, std::string_view verb) const;
   // "../kavo.json"
   std::string name() const { return folder_ + std::string(kProjectFile); }
-  // Its folders for a verb.
+  // The project's folders for a verb.
   ProjectFolders folders(std::string_view verb) const;
-  // Stores what the project sets in ports().registry, which is that of the project then. Throws `failure` 5 for a value
+  // Stores the project's settings in ports().registry, which must be the project's own. Throws `failure` 5 for a value
   // that a setting cannot have.
   void store_settings() const;
 

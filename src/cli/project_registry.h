@@ -1,5 +1,5 @@
-// The registry of a run in a project: what the project sets goes before what the user has stored, and everything else is
-// the user's, to be read and written.
+// The registry of a run in a project. What the project sets has precedence over what the user has stored. Everything
+// else is read from and written to the user's registry.
 #pragma once
 
 #include "platform/registry_tree.h"
@@ -8,7 +8,7 @@ namespace kavo {
 
 class ProjectRegistry final : public RegistryTree {
  public:
-  // The user's registry must outlive the object. Until close() is called what is written is the project's.
+  // The user's registry must outlive the object. What is written before close() belongs to the project.
   explicit ProjectRegistry(Registry& users) : users_(users) {}
   void close() { is_closed_ = true; }
 

@@ -50,7 +50,8 @@ std::u16string listed(const std::vector<std::u16string>& names) {
   return list;
 }
 
-// Those of the document, its companions and their skeletons that exist, named as in their folder.
+// The document, its companions and their skeletons, as far as they exist, with the names that they have in their
+// folder.
 std::vector<std::u16string> documents_and_skeletons(const std::u16string& tud) {
   std::vector<std::u16string> documents = companions_of(TudName(tud));
   documents.insert(documents.begin(), tud);
@@ -123,7 +124,7 @@ class Rebuild final : public Verb {
   }
   void find_files() override {
     std::vector<FolderFile> found = folders_.bilingual_documents(files, listed_languages(target_));
-    // Those that others take along: one that was named itself gets a word about it.
+    // Removes documents that are rebuilt together with others. If the user has named one of them, a message says so.
     std::erase_if(found, [&](const FolderFile& file) {
       return std::ranges::find(files, file.path) == files.end() && TudName(file.path).is_taken_along();
     });
@@ -179,7 +180,7 @@ class Rebuild final : public Verb {
   }
 
  private:
-  // False for a file that is there; another one of its name fails, unless it may be replaced.
+  // False when the same file is already there. Fails when a different one has its name, unless it may be replaced.
   bool copy_rest(const FolderFile& file, const std::u16string& target, Outcome& outcome) {
     throw_if_interrupted();
     made_folders_.make(folder_of(target));
@@ -199,8 +200,8 @@ class Rebuild final : public Verb {
     return true;
   }
 
-  // Each document under the name of its source, in the folder that it has in its tree. Throws `failure` 58 when two
-  // would have one name: nothing is written then.
+  // Each document gets the name of its source, in the folder that it has in its tree. Throws `failure` 58 when two
+  // would have the same name. Nothing is written then.
   void plan_outputs(const std::vector<FolderFile>& documents) {
     std::map<std::u16string, std::u16string, LessIgnoringCase> makers;
     for (const FolderFile& document : documents) {
@@ -231,7 +232,7 @@ class Rebuild final : public Verb {
     const std::u16string output = path_from_host(output_);
     if (!output.empty() && package.documents().size() > 1)
       throw failure(FailureNumber::kInvalidCall, u"--output names one document, but several are in the file");
-    // Rebuilding sets the font map of the document's folder, here a scratch folder.
+    // Rebuilding stores the font map of the document's folder, which is a scratch folder here.
     ScratchRegistry registry(*ports().registry);
     const PortsScope scope;
     ports().registry = &registry;

@@ -47,7 +47,7 @@ void add_repairs(nlohmann::ordered_json& details, const MessageList& repairs, co
 void Report::add(const std::string& file, const Outcome& outcome, double seconds) {
   const bool failed = outcome.ending == Outcome::kFailed;
   any_failed_ = any_failed_ || failed;
-  // The outcome of a whole batch has no name and is not counted as a file.
+  // The outcome of a whole batch has no name and does not count as a file.
   if (!file.empty()) ++count_;
   if (failed && !file.empty())
     failed_.push_back(
@@ -80,7 +80,7 @@ void Report::print_json(const std::string& file, const Outcome& outcome, double 
                                 {"column", message.column}});
   line.update(outcome.details);
   line["seconds"] = std::round(seconds * 1e6) / 1e6;
-  // A file name that is not valid UTF-8 cannot stand in JSON as it is.
+  // JSON cannot hold a file name that is not valid UTF-8, so its invalid bytes are replaced.
   print_output(line.dump(-1, ' ', false, ordered_json::error_handler_t::replace) + "\n");
 }
 

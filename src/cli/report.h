@@ -1,4 +1,4 @@
-// What a run reports: results on standard output, messages on standard error, the failed files at the end.
+// Reports on a run: results on standard output, messages on standard error, the failed files at the end.
 #pragma once
 
 #include <string>
@@ -29,7 +29,8 @@ class Report {
   void add(const std::string& file, const Outcome& outcome, double seconds);
   // Notes a file whose failure could not be reported.
   void add_failed() noexcept { any_failed_ = true; }
-  // Lists the failures of a run over several files. The exit code: 0 done, 1 failed, 3 a check found a difference.
+  // Lists the failures of a run over several files. Returns the exit code: 0 done, 1 failed, 3 a check found a
+  // difference.
   ExitCode finish();
 
  private:

@@ -1,4 +1,4 @@
-// kavo rtf ...: pictures and embedded objects out of RTF documents and back.
+// kavo rtf ...: takes pictures and embedded objects out of RTF documents and puts them back.
 #include "cli/verb.h"
 #include "common/file_type.h"
 #include "office/clsRTFUtil.h"

@@ -13,7 +13,7 @@ Outcome run_in_folder(const std::u16string& place, MessageList& reports, const s
   if (outcome.ending != Outcome::kFailed)
     run.commit();
   else
-    outcome.produced.clear();  // they go with the run
+    outcome.produced.clear();  // the run removes them
   return outcome;
 }
 

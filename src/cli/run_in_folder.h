@@ -1,4 +1,4 @@
-// One step of a verb as one run: all files that it writes get their names together, or everything stays as it was.
+// Runs one step of a verb as one run: all files that it writes get their names together, or everything stays as it was.
 #pragma once
 
 #include <functional>

@@ -22,7 +22,7 @@
 namespace kavo {
 namespace {
 
-// Takes a stored colour away.
+// The value that deletes a stored colour.
 constexpr std::string_view kDefault = "default";
 
 std::string mif_split() { return split_option_name(load_mif_settings().split); }
@@ -93,7 +93,7 @@ Setting switch_setting(std::string name, const std::string& what_for, bool (*rea
           }};
 }
 
-// One that can be any text.
+// A setting that can be any text.
 Setting text_setting(std::string name, std::string values, std::u16string (*read)(), void (*write)(std::u16string_view),
                      bool starts_program = false) {
   return {std::move(name), std::move(values), [read] { return to_utf8(read()); },

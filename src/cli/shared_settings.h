@@ -1,4 +1,4 @@
-// Whether other programs read what a run leaves in the registry, such as the font map of the last document.
+// Says whether other programs read what a run leaves in the registry, such as the font map of the last document.
 #pragma once
 
 namespace kavo {

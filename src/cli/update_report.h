@@ -1,4 +1,4 @@
-// The numbers of an update, as the command shows them: of one document, and of all.
+// Shows the numbers of an update, for one document and for all.
 #pragma once
 
 #include "cli/verb.h"
@@ -6,9 +6,9 @@
 
 namespace kavo {
 
-// Adds the numbers to an outcome: as its details "update", and as a message behind `heading`.
+// Adds the numbers to an outcome: as its details "update", and as a message that begins with `heading`.
 void add_counts(Outcome& outcome, const UpdateCounts& counts, const std::u16string& heading);
-// Reads the numbers of another process's outcome again. 0 for each that is missing.
+// Reads the numbers from the outcome of another process. 0 for each that is missing.
 UpdateCounts counts_of(const nlohmann::ordered_json& update);
 
 }  // namespace kavo

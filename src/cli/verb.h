@@ -1,6 +1,6 @@
-// What the command can do: one row for each verb, one small class behind it.
+// The verbs of the command: a row in a table for each verb, and a small class.
 //
-// A new group of verbs is one more file with a table of its own, named in verbs.cpp.
+// A new group of verbs is one more file with its own table, which verbs.cpp lists.
 #pragma once
 
 #include <CLI/App.hpp>
@@ -20,7 +20,7 @@ namespace kavo {
 
 class FolderOptions;
 
-// The type of a produced file that is a bilingual document: no file type code stands for one.
+// The type of a produced file that is a bilingual document, for which there is no file type code.
 inline constexpr std::int32_t kBilingualDocument = -1;
 
 struct ProducedName {
@@ -28,7 +28,7 @@ struct ProducedName {
   std::int32_t type;    // file type code; or kBilingualDocument
 };
 
-// How one file went.
+// The outcome of one file.
 struct Outcome {
   enum Ending { kDone, kFailed, kDifference };
   Ending ending = kDone;
@@ -47,39 +47,40 @@ class Verb {
   virtual ~Verb() = default;
   // Adds the verb's own options and arguments, bound to members.
   virtual void add_options(CLI::App&) {}
-  // Throws CLI::ValidationError for options that do not go together.
+  // Throws CLI::ValidationError for options that contradict each other.
   virtual void check_usage(std::size_t file_count) { static_cast<void>(file_count); }
   // Its options for folders, if it takes any.
   virtual FolderOptions* folder_options() { return nullptr; }
-  // Puts the files that folders stand for into the place of the folders, in `files`; before start().
+  // Replaces the folders in `files` by the files that they stand for. Called before start().
   virtual void find_files() {}
   virtual void start() {}
   // Names a file in the folder that run() writes to for this file, or finish() for "". All files there are written, or
-  // none (FolderRun). "" for a step that writes no documents, or lets other programs write them.
+  // none (FolderRun). "" for a step that does not write documents, or lets other programs write them.
   virtual std::u16string workplace(const std::u16string& file) const {
     static_cast<void>(file);
     return u"";
   }
-  // Called for each file in turn (a core path), or once with "" when the verb takes none. The files behind a failed one
-  // follow.
+  // Called for each file in turn (a core path), or once with "" when the verb takes none. After a failed file the next
+  // ones follow.
   virtual Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) = 0;
-  // Called after the last file, whatever failed. An outcome is reported as another one, without a file.
+  // Called after the last file, whatever has failed. Its outcome is reported like the others, but without a file.
   virtual std::optional<Outcome> finish() { return std::nullopt; }
-  // For runs in several processes (workers.h): groups of places in `files` that can be worked on side by side, none for
-  // a verb that takes one file after the other. A worker gets what share() of its files says in the place of
-  // find_files(), and sets `files`.
+  // For runs in several processes (workers.h): groups of indexes into `files` that can be worked on at the same time.
+  // Empty for a verb that takes one file after another. A worker does not call find_files(). It gets the result of
+  // share() for its files and sets `files` from that.
   virtual std::vector<std::vector<std::size_t>> jobs() const { return {}; }
   virtual nlohmann::ordered_json share(const std::vector<std::u16string>& files_of_worker) const {
     static_cast<void>(files_of_worker);
     return {};
   }
   virtual void take_share(const nlohmann::ordered_json& share) { static_cast<void>(share); }
-  // Each file's outcome in the order of the files, for the totals that finish() reports; whichever process ran it.
+  // Receives each file's outcome in the order of the files, whichever process ran it, for the totals that finish()
+  // reports.
   virtual void add_up(const Outcome&) {}
-  // What the progress bar tells in the place of the file's name; set by whoever runs the verb.
+  // Changes what the progress bar shows in the place of the file's name. Set by the caller that runs the verb.
   std::function<void(std::string)> tell_step;
-  // Writes the paths of this run in a message as the host does. Set by whoever runs the verb. Messages of an outcome
-  // need it only where they become lines or details.
+  // Converts the paths of this run in a message to the host's form. Set by the caller that runs the verb. Messages of
+  // an outcome need it only where they become lines or details.
   std::function<std::u16string(std::u16string)> in_host_form;
   // All files to work on, set before find_files(), for verbs whose files belong together.
   std::vector<std::u16string> files;
@@ -92,8 +93,8 @@ struct VerbEntry {
   std::string_view example;  // a command line to show in the help
   std::unique_ptr<Verb> (*make)();
   bool takes_files = true;
-  bool is_listed = true;   // in the help; not what only programs call
-  bool can_share = false;  // Verb::jobs() tells how
+  bool is_listed = true;   // listed in the help; false for verbs that only programs call
+  bool can_share = false;  // several processes can share the work; see Verb::jobs()
 };
 
 template <class Kind>

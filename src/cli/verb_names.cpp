@@ -21,13 +21,12 @@ const CLI::App* verb_of(const CLI::App& app, const std::string& name) {
 
 bool is_group(const CLI::App& app) { return !verbs_of(app).empty(); }
 
-// Whether the option's value is the next argument. The verb is not known yet, so the options of all verbs count.
+// True when the option's value is the next argument. The verb is not known yet, so the options of all verbs count.
 bool takes_next(const CLI::App& app, const std::string& option) {
   if (option.find('=') != std::string::npos) return false;
   const auto* const known = app.get_option_no_throw(option);
   if (known != nullptr) return known->get_items_expected_min() > 0;
-  return std::ranges::any_of(verbs_of(app),
-                             [&](const CLI::App* verb) { return takes_next(*verb, option); });
+  return std::ranges::any_of(verbs_of(app), [&](const CLI::App* verb) { return takes_next(*verb, option); });
 }
 
 // Names to compare a mistyped verb with, each with what to write instead.

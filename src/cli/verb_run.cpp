@@ -28,8 +28,8 @@ Outcome outcome_of(const failure& reason) {
   return outcome;
 }
 
-// Runs one step of a verb as one run in its folder; whatever ends it but an interruption is its outcome, so that other
-// files follow.
+// Runs one step of a verb as one run in its folder; any exception other than an interruption becomes its outcome, so
+// that the other files follow.
 Outcome outcome_from(const std::u16string& workplace, const std::function<Outcome()>& step) {
   MessageList reports;
   const auto with_reports = [&](Outcome outcome) {
@@ -46,15 +46,15 @@ Outcome outcome_from(const std::u16string& workplace, const std::function<Outcom
   } catch (const std::bad_alloc&) {
     return with_reports(outcome_of(failure(FailureNumber::kOutOfMemory, to_utf16(kNotEnoughMemory))));
   } catch (const std::exception&) {
-    // A defect of this program, whose own text says nothing to anybody but its makers.
+    // This is a defect of the program. The exception's own text only helps its developers.
     return with_reports(
         outcome_of(failure(FailureNumber::kInternal,
                            u"this file brought an internal error to light; please report it together with the file")));
   }
 }
 
-// The last step of a batch belongs to no single file. A failure there that names no file gets `place`, the file or
-// folder that the step worked on.
+// The last step of a batch does not belong to a single file. A failure there that names no file gets `place`, the file
+// or folder that the step worked on.
 void name_place(Outcome& outcome, const std::u16string& place) {
   if (place.empty() || outcome.ending != Outcome::kFailed) return;
   const std::size_t folder_end = place.rfind(u'\\');
@@ -87,7 +87,7 @@ void put_into_host_form(Outcome& outcome, const WatchedFiles& watched) {
     message.text = watched.in_host_form(FolderRun::without_scratch_folder(message.text));
 }
 
-// None when one process does it all.
+// Null when one process does all the work.
 std::unique_ptr<Workers> workers_for(const Verb& verb, const RunOptions& options) {
   constexpr std::size_t kManyFiles = 16;  // fewer are done before another process has started
   std::size_t count = options.jobs;
@@ -150,7 +150,7 @@ ExitCode run_verb(Verb& verb, const VerbEntry& entry, const RunOptions& options,
       verb.add_up(done.outcome);
       add(file, std::move(done.outcome), done.seconds);
     } catch (const std::bad_alloc&) {
-      // Not even enough for the report.
+      // There is not even enough memory for the report.
       tell_no_memory();
       report.add_failed();
     }

@@ -12,7 +12,7 @@
 
 namespace kavo {
 
-// What every verb can be told, and how it was told.
+// The options that every verb has, and the arguments that set them.
 struct RunOptions {
   std::vector<std::string> files;
   std::string code_page;
@@ -20,9 +20,9 @@ struct RunOptions {
   bool quiet = false;
   bool no_project = false;
   ProgressBar::Mode progress = ProgressBar::Mode::kAuto;
-  std::size_t jobs = 0;  // processes; 0 for as many as there are cores, when there is work for them
+  std::size_t jobs = 0;  // number of processes; 0 for as many as there are cores, if there is enough work
   bool is_worker = false;
-  std::vector<std::string> arguments;  // as they stand behind the program's name
+  std::vector<std::string> arguments;  // the arguments after the program's name
 };
 
 // The verb and its group.
@@ -30,7 +30,8 @@ std::string full_name(const VerbEntry& entry);
 
 // Throws `interruption`, and `failure` for what ends the whole run.
 ExitCode run_verb(Verb& verb, const VerbEntry& entry, const RunOptions& options, WatchedFiles& watched);
-// As a worker: files and what belongs to them come from standard input, outcomes go to standard output (workers.h).
+// Runs as a worker: files and what belongs to them come from standard input, outcomes go to standard output
+// (workers.h).
 ExitCode run_share(Verb& verb, const VerbEntry& entry, WatchedFiles& watched);
 
 }  // namespace kavo

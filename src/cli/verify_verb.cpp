@@ -39,12 +39,12 @@ constexpr ChangeWords kChanges[] = {
 };
 const ChangeWords& words_of(TextChange change) { return *std::ranges::find(kChanges, change, &ChangeWords::change); }
 
-// In quotes, on one line, not too long, whatever bytes it holds.
+// The text in quotes, on one line, not too long, whatever bytes it holds.
 std::string in_quotes(std::string_view text) {
   const std::u16string characters = to_utf16(text);
   std::u16string shown;
   for (const char16_t c : characters.substr(0, kLongestShown)) shown += c < 0x20 || c == 0x7F ? u'\u00B7' : c;
-  // Does not leave half of a surrogate pair.
+  // The cut must not leave half of a surrogate pair.
   if (!shown.empty() && (shown.back() & 0xFC00) == 0xD800) shown.pop_back();
   return "\"" + to_utf8(shown) + (characters.size() > kLongestShown ? "...\"" : "\"");
 }
@@ -223,7 +223,7 @@ class Verify final : public Verb {
     }
     const bool passes = result.survives() && !(strict_ && result.was_repaired);
     if (!passes) outcome.ending = Outcome::kDifference;
-    // A step that could not be taken says nothing about the document.
+    // A step that failed says nothing about the document.
     if (result.unchanged_failure || result.translated_failure) outcome.ending = Outcome::kFailed;
     outcome.result = passes ? 0 : 1;
     for (Message& message : result.messages) message.text = in_host_form(std::move(message.text));
@@ -251,7 +251,7 @@ class Verify final : public Verb {
       if (type == kMifDocument)
         together[folder_of(files[i])].push_back(i);
       else if (needs_office(type))
-        together[u"office"].push_back(i);  // no folder: it has no "\\" at its end
+        together[u"office"].push_back(i);  // never a folder's name, since those end in "\\"
       else
         all.push_back({i});
     }

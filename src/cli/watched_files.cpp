@@ -53,7 +53,7 @@ class WatchedFile final : public File {
   std::u16string path_;
 };
 
-// Replaces `what` by `with`, except where it is part of a longer path.
+// Replaces `what` with `with`, except where it is part of a longer path.
 void replace_paths(std::u16string& text, const std::u16string& what, const std::u16string& with) {
   for (std::size_t at = 0; (at = text.find(what, at)) != std::u16string::npos;) {
     const std::size_t end = at + what.size();
@@ -91,7 +91,7 @@ void WatchedFiles::remember(std::u16string_view path) {
 std::unique_ptr<File> WatchedFiles::open(std::u16string_view path, Access access) {
   throw_if_memory_ran_out();
   remember(path);
-  // Allocated before the file is created: if memory ran out afterwards, nobody would remove the file.
+  // This is allocated before the file is created. If memory ran out afterwards, nobody would remove the file.
   auto file = std::make_unique<WatchedFile>(path);
   file->watch(about(path, [&] { return inner_.open(path, access); }));
   return file;

@@ -1,5 +1,5 @@
-// The files of a run as the command sees them: every failure says which file it is about, paths that stand in messages
-// are shown as the user writes them, and work ends at the next use of a file when memory has run out.
+// The files of a run as the command sees them: every failure says which file it is about, paths in messages are shown
+// as the user writes them, and work ends at the next use of a file when memory has run out.
 //
 // Converters make messages in many places, with the core's paths in them. Every path of a run comes through here, so
 // only this class can find them in a text without guessing.
@@ -18,10 +18,10 @@ class WatchedFiles final : public FileSystem {
   explicit WatchedFiles(FileSystem& inner) : inner_(inner) {}
 
   // The text with each path of the run in the host's own form; a path that is named twice in a row ("a.asp: a.asp: ")
-  // stands there once.
+  // appears only once.
   std::u16string in_host_form(std::u16string text) const;
 
-  // Forgets the paths: later messages do not name them.
+  // Forgets the paths, because later messages do not name them.
   void forget() { paths_.clear(); }
 
   std::unique_ptr<File> open(std::u16string_view path, Access access) override;

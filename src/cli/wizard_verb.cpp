@@ -1,5 +1,5 @@
-// kavo wizard: asks for the document, the memory and the languages, then prepares and converts the document. Also the
-// verb that the wizard's editor button starts.
+// kavo wizard: asks for the document, the memory and the languages, then prepares and converts the document. Also holds
+// the verb that the wizard's editor button starts.
 #include <functional>
 
 #include "cli/verb.h"

@@ -32,7 +32,7 @@ constexpr const char* kReady = "ready";
 std::vector<std::vector<std::size_t>> shares_of(const Verb& verb, std::vector<Job> jobs, std::size_t count) {
   const auto bytes_of = [&](const Job& job) {
     return std::accumulate(job.begin(), job.end(), std::uint64_t{0}, [&](std::uint64_t sum, std::size_t file) {
-      constexpr std::uint64_t kEachFile = 16 * 1024;  // what opening and naming files costs beside their bytes
+      constexpr std::uint64_t kEachFile = 16 * 1024;  // what opening and naming a file costs, as a number of bytes
       const auto info = ports().files->info(verb.files[file]);
       return sum + kEachFile + (info ? info->size : 0);
     });
@@ -110,16 +110,16 @@ bool Workers::can_share(const Verb& verb) {
   }
 }
 
-// The destructor runs when this fails half way, because the other constructor is done then.
+// If this fails half way, the destructor runs, because the delegated constructor has finished.
 Workers::Workers(const Verb& verb, const std::vector<Job>& jobs, std::size_t count, std::vector<std::string> arguments)
     : Workers(verb, std::move(arguments)) {
-  arguments_.insert(arguments_.begin(), "--worker");  // what stands behind "--" are files
+  arguments_.insert(arguments_.begin(), "--worker");  // everything after "--" is a file
   std::vector<std::vector<std::size_t>> shares = shares_of(verb, jobs, count);
   not_ready_ = shares.size();
   for (std::vector<std::size_t>& share : shares) start(std::move(share));
 }
 
-// By the thread that waits for the outcomes: workers end with the thread that started them.
+// Called by the thread that waits for the outcomes, because workers end with the thread that started them.
 void Workers::start(std::vector<std::size_t> share) {
   std::vector<std::u16string> files;
   for (const std::size_t file : share) files.push_back(verb_.files[file]);
@@ -137,7 +137,7 @@ Workers::~Workers() {
     for (const auto& worker : workers_) {
       if (worker->has_ended || worker->files.empty() || !worker->process) continue;
       worker->process->interrupt();
-      // One that waits for the word to begin hears only that.
+      // A worker that waits for the word to begin reads only that.
       if (worker->is_waiting) worker->process->write_input("begin\n");
     }
     const auto end = std::chrono::steady_clock::now() + kLongestGoodbye;
@@ -184,7 +184,7 @@ void Workers::read(Worker& worker) {
 void Workers::note_end(Worker& worker) {
   if (!worker.is_ready) --not_ready_;
   std::vector<std::size_t> failed = std::exchange(worker.files, {});
-  // Where one cannot even begin another one would not come further.
+  // If one worker cannot even begin, another one would get no further.
   if (worker.is_ready && !failed.empty()) {
     lost_.push_back({failed.front(), {failed.begin() + 1, failed.end()}});
     failed.resize(1);
@@ -213,7 +213,7 @@ void Workers::replace(const std::vector<Lost>& lost) {
       try {
         settle_folder(folder_of(ports().files->absolute(place))).reset();
       } catch (const failure&) {
-        // The next run in that folder tries again, and tells why it cannot.
+        // The next run in that folder tries again, and reports a failure.
       }
     }
     if (each.rest.empty()) continue;
@@ -247,7 +247,7 @@ FileOutcome Workers::outcome_of(std::size_t file) {
 
 namespace {
 
-// The parent is there as long as standard input is.
+// The parent exists as long as standard input is open.
 std::string line_from_parent() {
   std::string line;
   if (!std::getline(std::cin, line)) throw interruption();
@@ -258,7 +258,7 @@ std::string line_from_parent() {
 
 ordered_json read_share() {
   end_with_parent();
-  // As a string: the parser does not come to an end on a stream's iterators.
+  // The line is read as a string, because the parser does not finish on a stream's iterators.
   return ordered_json::parse(line_from_parent());
 }
 

@@ -1,12 +1,12 @@
-// Many files in several processes: the command starts itself, gives each worker its share of the files, and gets the
-// outcome of each file as one line of JSON.
+// Works on many files in several processes. The command starts itself, gives each worker its share of the files, and
+// receives the outcome of each file as one line of JSON.
 //
-// Workers are processes because documents are converted by components that live on one thread, and because the settings
-// of a run (the font map of a folder) are the user's: each worker has its own view of them.
+// Workers are processes because the components that convert documents belong to one thread, and because each run
+// changes the user's settings (the font map of a folder): each worker has its own view of them.
 //
 // The parent writes two lines to a worker: its share and, when all workers are ready, a word to begin. The worker
-// writes a line when it is ready and one for each file. Each worker locks the folders that it works in, as a command
-// of its own would; the parent locks none meanwhile.
+// writes a line when it is ready and one for each file. Each worker locks the folders that it works in, as a separate
+// command would. The parent locks none meanwhile.
 #pragma once
 
 #include <condition_variable>
@@ -23,7 +23,7 @@
 
 namespace kavo {
 
-// Work for one process: places in Verb::files, in order.
+// Work for one process: indexes into Verb::files, in order.
 using Job = std::vector<std::size_t>;
 
 struct FileOutcome {
@@ -33,19 +33,19 @@ struct FileOutcome {
 
 class Workers {
  public:
-  // Shares the jobs out and starts up to `count` processes with these arguments (and --worker). The verb has found its
-  // files. Throws `failure` when no process can be started.
+  // Distributes the jobs and starts up to `count` processes with these arguments (and --worker). The verb must have
+  // found its files. Throws `failure` when no process can be started.
   Workers(const Verb& verb, const std::vector<Job>& jobs, std::size_t count, std::vector<std::string> arguments);
   // Interrupts those that still work, and waits for them; ends those that do not stop.
   ~Workers();
   Workers(const Workers&) = delete;
   Workers& operator=(const Workers&) = delete;
 
-  // Waits for the outcome of a file. A worker that ended in the middle of it is the file's failure, and another worker
-  // goes on with the rest. Throws `interruption`, and `failure` as the constructor does.
+  // Waits for the outcome of a file. If the worker ended in the middle of it, the file has failed, and another worker
+  // takes the rest. Throws `interruption`, and `failure` as the constructor does.
   FileOutcome outcome_of(std::size_t file);
 
-  // Whether the names of the files can be told to another process: JSON holds Unicode only.
+  // True when the names of the files can be passed to another process. JSON holds only Unicode.
   static bool can_share(const Verb& verb);
 
  private:
@@ -53,11 +53,11 @@ class Workers {
     std::unique_ptr<ChildProcess> process;
     std::vector<std::size_t> files;  // not done yet, in the order of work
     std::thread reader;
-    bool is_ready = false;   // it has read what it needs
+    bool is_ready = false;   // the worker has read what it needs
     bool is_waiting = true;  // for the word to begin
     bool has_ended = false;
   };
-  // What a worker left that ended too early: the file that it worked on, and those behind it.
+  // What a worker that ended too early has left: the file that it worked on, and those after it.
   struct Lost {
     std::size_t file;
     std::vector<std::size_t> rest;
@@ -76,18 +76,18 @@ class Workers {
   std::vector<std::unique_ptr<Worker>> workers_;
   std::mutex mutex_;  // for what the readers change
   std::condition_variable news_;
-  std::map<std::size_t, FileOutcome> outcomes_;  // that nobody asked for yet
+  std::map<std::size_t, FileOutcome> outcomes_;  // outcomes that nobody has asked for yet
   std::vector<Lost> lost_;
   std::size_t not_ready_ = 0;     // workers that still read what they need
-  bool was_interrupted_ = false;  // a worker was, by its own Ctrl+C
+  bool was_interrupted_ = false;  // a worker was interrupted, by its own Ctrl+C
 };
 
-// Whether an Office program must read a document of this type (a code of common/file_type.h).
+// True when an Office program must read a document of this type (a code of common/file_type.h).
 bool needs_office(std::int32_t type);
 // For Verb::jobs(): only one run at a time works in a folder, so the documents of a folder (core paths) are one job.
 // Those for which `is_office` is true are one job with all of their folders, since they share one engine.
 std::vector<Job> jobs_by_folder(const std::vector<std::u16string>& documents, const std::vector<bool>& is_office);
-// Paths in a share.
+// The paths in JSON, for a share.
 nlohmann::ordered_json path_list(const std::vector<std::u16string>& paths);
 std::vector<std::u16string> paths_in(const nlohmann::ordered_json& list);
 

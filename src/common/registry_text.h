@@ -1,5 +1,5 @@
 // Registry values as text and back. The registry stores a string as UTF-16LE with a terminating zero (REG_SZ), and a
-// list as one string after the other with an empty one behind the last (REG_MULTI_SZ).
+// list as one string after the other with an empty one after the last (REG_MULTI_SZ).
 #pragma once
 
 #include <string>

@@ -83,7 +83,7 @@ class StagedFiles final : public FileSystem {
   bool is_temporary(const std::u16string& path) const;
   std::u16string work_folder_of(const std::u16string& path) const;
   bool is_in_other_work_folder(const std::u16string& path) const;
-  // The path behind a view's name for reading: a scratch file, or the real one. Throws 53 for a name that is gone.
+  // The real path of a view's name for reading: a scratch file, or the real one. Throws 53 for a name that is gone.
   std::u16string existing(std::u16string_view path) const;
   void check_replaceable(const std::u16string& path);
   // Makes the name mean the scratch file, or nothing ("").

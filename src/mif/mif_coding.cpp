@@ -22,7 +22,7 @@ MifCoding MifCoding::of(std::string_view beginning) {
   return coding;
 }
 
-// A byte that is not a lead byte ends a character. So the lead bytes behind it form pairs, and an odd number of them
+// A byte that is not a lead byte ends a character. So the lead bytes after it form pairs, and an odd number of them
 // before p makes p a trail byte.
 bool MifCoding::follows_lead_byte(const char* begin, const char* p) const {
   const char* first = p;

@@ -7,7 +7,7 @@
 
 namespace kavo {
 
-inline constexpr std::u16string_view kDefaultMifMarkers = u"Index\t";  // names, each with a tab behind it
+inline constexpr std::u16string_view kDefaultMifMarkers = u"Index\t";  // names, each with a tab after it
 
 struct MifSettings {
   std::int16_t split = 0;

@@ -4,7 +4,7 @@
 //
 // In text only the bytes that start a group are looked for. Raw data there is not recognised: at worst something that
 // is not a picture moves, too, and no byte is lost. Inside a group all braces count, deliberately also escaped ones:
-// hosts rely on where a group ends. Only the N bytes behind "\binN " are skipped, because a brace there is data:
+// hosts rely on where a group ends. Only the N bytes after "\binN " are skipped, because a brace there is data:
 // counting it could move the rest of the document out of the translator's sight.
 #pragma once
 

@@ -48,7 +48,7 @@ std::size_t utf8_incomplete_tail(std::string_view bytes) {
 
 std::size_t CodePage::incomplete_tail(std::string_view bytes) const {
   if (number() == kUtf8) return utf8_incomplete_tail(bytes);
-  // A byte that cannot be a lead byte always ends a character. The possible lead bytes behind it form pairs; when their
+  // A byte that cannot be a lead byte always ends a character. The possible lead bytes after it form pairs; when their
   // number is odd, the last one waits for its trail byte.
   std::size_t run = 0;
   while (run < bytes.size() && is_lead_byte(static_cast<unsigned char>(bytes[bytes.size() - 1 - run]))) ++run;

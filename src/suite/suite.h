@@ -1,5 +1,5 @@
-// The reference suite: stand-ins for the components of a translation suite that the library works with. A host that
-// brings its own registers them under the same identifiers. The contract: docs/suite-interface.md.
+// The reference suite: its own versions of the components of a translation suite that the library works with. A host
+// that has other components registers them under the same identifiers. The contract: docs/suite-interface.md.
 #pragma once
 
 #include <span>

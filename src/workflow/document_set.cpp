@@ -26,7 +26,7 @@ std::vector<std::u16string> companion_names(const std::u16string& tud) {
   return companions;
 }
 
-// The files that a document says it was made of.
+// The files from which a document says it was made.
 std::vector<std::u16string> files_of(const std::u16string& tud) {
   std::vector<std::u16string> files{tud, skeleton_name_of(tud)};
   if (!is_file(tud)) return files;
@@ -63,7 +63,7 @@ void refuse_file_of_set(const std::u16string& target, const std::u16string& tud)
   for (const std::u16string& document : documents)
     for (const std::u16string& file : files_of(document))
       if (is_same_file(target, file)) refuse(file);
-  // Its name says more: documents of older versions do not name their source.
+  // The document's name says more, because documents of older versions do not name their source.
   const TudName name(tud);
   for (const std::u16string& file : {object_file_beside(tud), name.file_name(0, name.part(1), false)})
     if (!file.empty() && is_same_file(target, file)) refuse(file);

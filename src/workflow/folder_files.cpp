@@ -32,7 +32,7 @@ bool is_selected(const FolderSelection& selection, const std::u16string& relativ
 
 class Walk {
  public:
-  // Files that `accepts` does not take are not even listed: of a large folder most are of no interest.
+  // Files that `accepts` does not take are not even listed, since most files of a large folder do not matter.
   Walk(std::u16string_view top, const FolderSelection& selection, Accepts accepts)
       : top_(top), selection_(selection), accepts_(std::move(accepts)) {}
 
@@ -79,8 +79,8 @@ class Walk {
   std::vector<FolderFile> files_;
 };
 
-// The types of a folder's files. What the user added to them is asked for once for each extension: a folder may hold
-// thousands of pictures.
+// The types of a folder's files. The types that the user has added are looked up once for each extension, since a
+// folder may hold thousands of pictures.
 class Types {
  public:
   const FileTypeRow& row_of(const std::u16string& path) {
@@ -112,7 +112,7 @@ std::u16string place_in_tree(const std::u16string& file, const std::vector<std::
   return file_name_of(file);
 }
 
-// What preparing and rebuilding made, by the names that stand beside a file.
+// Recognises what preparing and rebuilding made by the names beside a file.
 class OwnOutputs {
  public:
   OwnOutputs(const std::vector<FolderFile>& files, Types& types) {
@@ -144,7 +144,7 @@ class OwnOutputs {
   Names made_;
 };
 
-// Folders become what `listed` says of each, other files stay.
+// Replaces each folder by what `listed` returns for it. Other files stay.
 std::vector<FolderFile> expanded(const std::vector<std::u16string>& given, const FolderSelection& selection,
                                  const std::function<std::vector<FolderFile>(const std::u16string& folder)>& listed) {
   std::vector<FolderFile> files;
@@ -191,8 +191,8 @@ std::vector<FolderFile> files_meant(const std::vector<std::u16string>& given, co
 
 std::vector<FolderFile> sources_meant(const std::vector<std::u16string>& given, const FolderSelection& selection) {
   return expanded(given, selection, [&](const std::u16string& folder) {
-    // What belongs to a document is seen only among all files of its folder, and in one listing: other runs make some
-    // between two.
+    // What belongs to a document can be seen only among all files of its folder, and only in one listing, since another
+    // run may make files between two.
     FolderSelection everything = selection;
     everything.include.clear();
     everything.exclude.clear();

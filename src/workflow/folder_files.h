@@ -1,4 +1,4 @@
-// The files of a folder tree that a person means when naming the folder.
+// Finds the files that a person means by naming a folder.
 #pragma once
 
 #include <functional>
@@ -13,7 +13,8 @@ namespace kavo {
 
 struct FolderFile {
   std::u16string path;
-  // From the folder that was named. Of a file that was named itself, from the tree that it lies in, else its name.
+  // The path from the named folder. For a file that was named itself: its path from the tree that contains it, or else
+  // its name.
   std::u16string relative;
 };
 
@@ -26,17 +27,17 @@ struct FolderSelection {
   std::vector<std::u16string> trees{};
 };
 
-// Waits for a run that works in the folder, and cleans up after one that was stopped there, with a word on standard
-// error. No run begins there while the lock lives. Throws `failure`.
+// Waits for a run that works in the folder, and cleans up after one that was killed there, with a message on standard
+// error. No run begins there while the lock exists. Throws `failure`.
 [[nodiscard]] std::unique_ptr<FileLock> settle_folder(std::u16string_view folder);
 
-// The files of a folder in the order of their names, those of its sub-folders behind them. Names that begin with a dot
-// are left out, and a folder that was seen already (a link that leads back). Throws `failure` for a folder that cannot
-// be read. Each folder is settled first.
+// The files of a folder in the order of their names, followed by those of its sub-folders. Names that begin with a dot
+// are left out, and so is a folder that was seen already (through a link that leads back). Throws `failure` for a
+// folder that cannot be read. Each folder is settled first.
 std::vector<FolderFile> files_of_folder(std::u16string_view folder, const FolderSelection& selection);
 
-// Replaces each given folder by its files that `accepts` takes; given files stay. Throws `failure` 53 for a folder in
-// which there is nothing to do.
+// Replaces each given folder by its files that `accepts` takes. Given files stay. Throws `failure` 53 for a folder
+// without such files.
 using Accepts = std::function<bool(const std::u16string& path)>;
 std::vector<FolderFile> files_meant(const std::vector<std::u16string>& given, const FolderSelection& selection,
                                     const Accepts& accepts);
@@ -45,7 +46,7 @@ std::vector<FolderFile> files_meant(const std::vector<std::u16string>& given, co
 // rebuilding another one.
 std::vector<FolderFile> sources_meant(const std::vector<std::u16string>& given, const FolderSelection& selection);
 
-// The other files of a folder and its folders: no document, nothing that this command made or reads.
+// The other files of a folder and its sub-folders: no documents, and nothing that this command made or reads.
 std::vector<FolderFile> rest_of_folder(std::u16string_view folder, const FolderSelection& selection);
 
 // Whether a name is that of a bilingual document.

@@ -1,5 +1,5 @@
-// Office documents on the way of `verify`: what an Office program writes of one document differs from time to time
-// (dates, the order of fonts), so what goes back to it is compared with what came from it.
+// Checks Office documents for `verify`. What an Office program writes of one document differs from time to time (dates,
+// the order of fonts), so what goes back to the program is compared with what came from it.
 #pragma once
 
 #include <optional>

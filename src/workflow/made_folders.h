@@ -1,4 +1,4 @@
-// The folders that a run makes for its results. Those that are empty when it is over go again, so that a run that fails
+// The folders that a run makes for its results. Those that are empty at its end are removed, so that a run that fails
 // leaves nothing.
 #pragma once
 
@@ -16,7 +16,7 @@ class MadeFolders {
   MadeFolders(const MadeFolders&) = delete;
   MadeFolders& operator=(const MadeFolders&) = delete;
 
-  // Makes a folder (a core path) and those above it, as every new folder is. Throws `failure`.
+  // Makes a folder (a core path) and those above it, with the permissions of any new folder. Throws `failure`.
   void make(std::u16string_view folder);
 
  private:

@@ -57,7 +57,7 @@ Manifest::Manifest(std::u16string_view folder) : path_(path_in_folder(folder)) {
   }
   std::string key, file, below;
   bool is_ours = true;
-  // The tree of a large manifest would take many times its size, so each file's part of it becomes text at once.
+  // The JSON tree of a large manifest would take many times its size, so each file's part becomes text at once.
   const auto take = [&](int depth, json::parse_event_t event, json& parsed) {
     if (event == json::parse_event_t::key) (depth == 1 ? key : depth == 2 ? file : below) = parsed.get<std::string>();
     const bool is_file = event == json::parse_event_t::object_end && depth == 2 && key == kFiles;
@@ -103,7 +103,7 @@ void Manifest::note(std::u16string_view source, std::u16string_view language, js
   text = text_of(languages);
 }
 
-// Piece by piece, in the form of json::dump(1).
+// Writes it piece by piece, in the form of json::dump(1).
 void Manifest::for_each_piece(const std::function<void(std::string_view)>& take) const {
   take("{\n \"files\": {");
   const char* before = "\n  ";

@@ -1,7 +1,7 @@
 // manifest.json in the folder of the bilingual documents: what was prepared, from what, with which options.
 //
-// It is made for version control: in one order, without times, and nothing in it changes while people translate. A run
-// that changes nothing leaves the file alone.
+// It suits version control: its order is fixed, it holds no times, and nothing in it changes while people translate. A
+// run that changes nothing does not write the file.
 #pragma once
 
 #include <cstdint>
@@ -16,29 +16,29 @@ namespace kavo {
 
 class Manifest {
  public:
-  // Reads that of a folder; an empty one when there is none. Throws `failure` 58 for a file of this name that is
-  // something else, and for one that cannot be read.
+  // Reads the manifest of a folder; it is empty when there is none. Throws `failure` 58 for a file with this name that
+  // is something else, and for one that cannot be read.
   explicit Manifest(std::u16string_view folder);
 
   static std::u16string path_in_folder(std::u16string_view folder);
 
-  // Sources are named by their paths in the tree. Whether there is an entry of the source with this checksum: a run that
-  // was killed leaves the entry of the source as it was before.
+  // Sources are named by their paths in the tree. True when there is an entry for the source with this checksum; a run
+  // that was killed may have left an older entry.
   bool knows(std::u16string_view source, std::u16string_view language, std::uint64_t checksum) const;
-  // Whether the options that it was prepared with are known to be others.
+  // True when the source is known to have been prepared with other options.
   bool has_other_options(std::u16string_view source, std::u16string_view language, std::string_view options) const;
   // Puts an entry in the place of the old one.
   void note(std::u16string_view source, std::u16string_view language, nlohmann::json entry);
-  // Writes it if that changes a byte and there is something to say. Throws `failure`.
+  // Writes the file if it has entries and a byte of it changes. Throws `failure`.
   void save() const;
 
-  // The entry for the bilingual documents of one language, which are in `folder` or below. Throws `failure` for one that
-  // cannot be read.
+  // The entry for the bilingual documents of one language, which are in `folder` or below. Throws `failure` for one
+  // that cannot be read.
   static nlohmann::json entry_of(std::u16string_view folder, const std::vector<std::u16string>& documents,
                                  std::string_view options);
 
  private:
-  // Null for one that is not there.
+  // Null when there is no such entry.
   nlohmann::json find(std::u16string_view source, std::u16string_view language) const;
   void for_each_piece(const std::function<void(std::string_view)>& take) const;
 
@@ -48,7 +48,7 @@ class Manifest {
   std::map<std::string, std::string> files_;  // by source: the entries of all languages, as JSON
 };
 
-// The path of a file from a folder, with "/" between names; "" for a file elsewhere.
+// The path of a file from a folder, with "/" between names; "" for a file outside the folder.
 std::string place_below(std::u16string_view folder, std::u16string_view file);
 
 // 16 hexadecimal digits.

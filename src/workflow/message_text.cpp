@@ -12,7 +12,7 @@ constexpr TextRow kFileNotOpened = text::kLess;  // of clsASP2HTML, which says w
 
 }  // namespace
 
-// The message of a file that could not be opened begins with a text that hosts recognise and people would not
+// The message about a file that could not be opened begins with a text that hosts recognise, but people would not
 // understand. It is left out here, because the system's reason follows, with the name of the file if that is another
 // one.
 std::string whole_message_text(const Message& message, const std::string& file) {
@@ -26,7 +26,7 @@ std::string whole_message_text(const Message& message, const std::string& file) 
     text.remove_prefix(name_end + 2);
   }
   std::string line = to_utf8(clsCommon().SandR(text, u"\r\n", u": "));
-  // The file's own name stands before the message anyway.
+  // The file's own name comes before the message anyway.
   if (const std::string own = name.empty() ? file + ": " : name; line.starts_with(own)) line.erase(0, own.size());
   return name + line;
 }

@@ -1,4 +1,4 @@
-// A converter's message as people read it behind the name of their file, on one line and in UTF-8.
+// A converter's message as people read it after the name of their file, on one line and in UTF-8.
 #pragma once
 
 #include <string>

@@ -40,7 +40,7 @@ void MifBook::prepare(const RunLanguages& languages) {
 
 namespace {
 
-// Keeps the driver's messages: they name the cause of a failure.
+// Keeps the driver's messages, which name the cause of a failure.
 class Listener {
  public:
   explicit Listener(K19FPWObj& driver) : driver_(driver) {

@@ -28,7 +28,8 @@ PageNames names_of(const std::u16string& page) {
                     u"document. Nothing is changed; --overwrite replaces it");
 }
 
-// Whether a bilingual document in any language was made of the file as it is. A damaged one proves nothing.
+// True when a bilingual document in any language was made from the file in its current state. A damaged document proves
+// nothing.
 bool is_as_prepared(const std::u16string& file) {
   const std::u16string folder = folder_of(file);
   const std::uint64_t checksum = checksum_of_file(file);

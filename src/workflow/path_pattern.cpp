@@ -1,5 +1,5 @@
-// Keeps all reachable places in the pattern at once. So matching takes the pattern's length times the path's, however
-// many stars there are.
+// Follows all reachable places in the pattern at once. So matching takes at most the pattern's length times the path's,
+// however many stars there are.
 #include "workflow/path_pattern.h"
 
 #include <algorithm>

@@ -40,13 +40,13 @@ std::vector<std::u16string> names_taken_by(const std::u16string& document,
 
 std::u16string text_of(std::u16string_view path) { return to_utf16(path_to_host(path)); }
 
-// The preparation changes a MIF document itself and keeps a backup beside it.
+// Preparation changes a MIF document itself and keeps a backup beside it, which is the document as it came.
 std::u16string as_it_came(const PlannedDocument& planned) {
   const bool is_changed = FileTypeOf(planned.document) == kMifDocument && planned.document != planned.source;
   return is_changed ? backup_name_of(planned.document) : planned.document;
 }
 
-// A damaged document, or another program's, is made of nothing.
+// A document that is damaged, or that another program made, does not name its source.
 bool is_made_of(const std::u16string& tud, const std::u16string& document) {
   const std::optional<TudHeader> header = header_if_bilingual(tud);
   return header && equal_ignoring_case(core_file_name(header->set.author_document), file_name_of(document));
@@ -93,7 +93,7 @@ std::vector<PlannedDocument> leave_out_up_to_date(std::vector<PlannedDocument>& 
                                                   const IsOutdated& is_outdated) {
   std::set<std::u16string, LessIgnoringCase> folders;
   for (const PlannedDocument& planned : plan) folders.insert(folder_of(ports().files->absolute(planned.document)));
-  // One after the other: who keeps several may wait for a run that waits for one of them.
+  // One folder at a time, because holding several locks could block against a run that waits for one of them.
   for (const std::u16string& folder : folders) settle_folder(folder).reset();
   std::vector<bool> is_due;
   std::set<std::u16string, LessIgnoringCase> due_books;  // folders

@@ -1,4 +1,4 @@
-// What can stand in kavo.json: one row for each key. Reading, `kavo init`, its help and docs/project-file.md go by it.
+// The keys of kavo.json, one row each. Reading, `kavo init`, its help and docs/project-file.md all use this table.
 #pragma once
 
 #include <array>
@@ -26,7 +26,7 @@ enum class KeyKind : std::uint8_t {
   kProfile,   // an object: for each filter an object of its options
 };
 
-// An option (or "FILE") that a key stands for, of these verbs (with blanks between).
+// An option (or "FILE") that a key stands for, and the verbs for which it does (separated by blanks).
 struct KeyUse {
   std::string_view verbs;
   std::string_view option;
@@ -40,11 +40,11 @@ struct ProjectKey {
   std::string_view example;  // JSON
 };
 
-// Of two keys for one option the first that is there holds.
+// If two keys stand for one option, the first that the file has counts.
 std::span<const ProjectKey> project_keys();
 // What a value of the key is, for people: "a language, or a list of languages".
 std::string_view values_of(KeyKind kind);
-// Whether any key means something to a verb.
+// True when any key has a meaning for a verb.
 bool uses_project(std::string_view verb);
 bool is_for(const KeyUse& use, std::string_view verb);
 

@@ -43,7 +43,7 @@ class RoadCheck {
         result_(result) {}
 
   void run(const ProgressEvent::Handler& progress) {
-    // Rebuilding sets the font map of the document's folder, here a scratch folder.
+    // Rebuilding stores the font map of the document's folder, which is a scratch folder here.
     ScratchRegistry registry(*ports().registry);
     const PortsScope scope;
     ports().registry = &registry;
@@ -85,7 +85,7 @@ class RoadCheck {
                                }};
     PreparationBatch batch;
     ConvertedDocument converted = prepare_and_convert(command_request(document), batch, languages, observer);
-    // The converter has given a better reason already.
+    // The converter has already given a better reason.
     if (converted.preparation.result != 0)
       throw failure(FailureNumber::kInvalidCall, result_.messages.empty() ? u"The document cannot be prepared" : u"");
     if (converted.conversion.result != 0)
@@ -94,8 +94,8 @@ class RoadCheck {
     return std::move(converted.preparation.files);
   }
 
-  // The user knows the document, not its copies. What is put together here is no path that the run has used, so the
-  // command would not know that it must take the host's form.
+  // The user knows the document, not its copies. The result is not a path that the run has used, so the command would
+  // not convert it to the host's form. It is converted here.
   std::u16string with_own_folder(std::u16string text) const {
     const auto host = [](std::u16string_view path) { return to_utf16(path_to_host(path)); };
     for (const std::u16string& folder : folders_)
@@ -104,7 +104,7 @@ class RoadCheck {
     return clsCommon().SandR(text, scratch, host(scratch));
   }
 
-  // The failure of a step is a result of the check.
+  // Runs a step whose failure is a result of the check.
   template <class Step>
   void guarded(std::optional<Message>& reason, Step&& step) const {
     try {
@@ -187,7 +187,7 @@ class RoadCheck {
       for (std::size_t i = 0; i < first.size() && i < second.size(); ++i)
         compare(first[i], *wanted[i], BilingualDocument(second[i].tud_name), origin);
     });
-    // The same messages came for the untranslated document already.
+    // The untranslated document has already caused the same messages.
     result_.messages.resize(std::min(message_count, result_.messages.size()));
   }
 

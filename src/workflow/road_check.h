@@ -27,7 +27,7 @@ namespace kavo {
 struct RoadFinding {
   TextChange change = TextChange::kChanged;
   std::u16string side_file;  // of a MIF document, when the place is in one; else "", the place is the document's own
-  LinePlace place;           // of an extra text: that of the text before it
+  LinePlace place;           // for an extra text, the place of the text before it
   std::string expected;      // "" for an extra text
   std::string found;         // "" for a lost one
   std::string problem;       // of broken codes: "code 3 is missing"
@@ -61,10 +61,10 @@ struct RoadLanguages {
   std::u16string target;
 };
 
-// Uses the user's own options. With `book` (not owned; may be nullptr) a MIF document is also checked together with the
-// others of its folder. Throws `failure` for a document that cannot be read, has a type without a filter, or is refused by
-// the preparation (without a description when the messages in `result` say why), and `interruption` when the user
-// interrupts.
+// Runs the check with the user's own options. With `book` (not owned; may be nullptr) a MIF document is also checked
+// together with the others of its folder. Throws `failure` for a document that cannot be read, has a type without a
+// filter, or is refused by the preparation (without a description when the messages in `result` say why), and
+// `interruption` when the user interrupts.
 void check_road(K19FPWObj& driver, const std::u16string& document, MifBook* book, const RoadLanguages& languages,
                 const ProgressEvent::Handler& progress, RoadResult& result);
 

@@ -1,5 +1,5 @@
-// A registry of one run: it shows the user's settings, as they were when the run first asked, and keeps changes in
-// memory. For work on copies, and for runs whose settings are nobody else's.
+// A registry for one run. It shows the user's settings as they were when the run first asked, and keeps changes in
+// memory. It is for work on copies, and for runs whose settings must not reach others.
 #pragma once
 
 #include <map>

@@ -51,7 +51,7 @@ TranslatedFolders::TranslatedFolders(std::u16string source_language, std::u16str
       target_language_(std::move(target_language)),
       folders_(std::move(folders)) {
   for (const std::u16string& folder : folders_) {
-    // Sorted, because the first of equally good translations is taken, on every system the same.
+    // The names are sorted, so that on every system the same one of equally good translations is taken.
     std::vector<std::u16string> names = ports().files->find(folder + u"*_" + target_language_ + u".tud");
     std::ranges::sort(names);
     for (const std::u16string& name : names) names_.push_back(folder + name);
@@ -135,7 +135,7 @@ SetUpdate::SetUpdate(TranslatedFolders& known, const std::u16string& document, b
       }
     } catch (const failure& reason) {
       if (reason.is(FailureNumber::kFileAlreadyExists)) throw;
-      // Only what is known to be damaged may be replaced. Anything else may be full of translations.
+      // Only what is known to be damaged may be replaced. Anything else may contain translations.
       if (!reason.is(FailureNumber::kInvalidCall))
         throw failure(reason.number(),
                       path_text(tud) + u" cannot be read: " + reason.description() +
@@ -175,7 +175,7 @@ SetUpdateReport SetUpdate::kept() const {
 
 SetUpdateReport SetUpdate::apply(std::span<const ProducedFile> produced) {
   SetUpdateReport report;
-  // The documents are as new as they can be: nothing needs to be read.
+  // There are no old documents and no translations, so nothing needs to be read.
   if (!has_documents() && known_.is_empty()) return report;
   for (const ProducedFile& file : produced) {
     const std::u16string tud = ports().files->absolute(file.tud_name);

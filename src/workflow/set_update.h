@@ -1,8 +1,8 @@
-// The update of all bilingual documents of a source that is prepared again: what was translated is kept.
+// Updates all bilingual documents of a source that is prepared again, and keeps what was translated.
 //
-// The documents are prepared anew, as if there had been none, and then filled from the old ones. So a document is the
-// same whether its source was prepared once or ten times, and the reason for preparing it again (a new source, other
-// options, a new version of this program) makes no difference.
+// The documents are prepared as if there had been none, and then filled from the old ones. So a document is the same
+// whether its source was prepared once or ten times, and whatever the reason for preparing it again was (a new source,
+// other options, a new version of this program).
 #pragma once
 
 #include <cstdint>
@@ -40,17 +40,18 @@ class TranslatedFolders final : public KnownTexts {
   const std::u16string& source_language() const { return source_language_; }
   const std::u16string& target_language() const { return target_language_; }
 
-  // Documents to read instead of the files of the same names, which are new already. Not owned; null for none.
+  // Documents to use instead of the files with the same names, which have already been replaced. Not owned; null for
+  // none.
   void current(const OldDocuments* documents) { current_ = documents; }
 
   // Throw `failure` for a memory that cannot be read. A document that cannot be read is left out, with a message.
   TextMemory& documents() override;
   TextMemory& removed() override;
-  // Whether there is no translation at all.
+  // True when there is no translation at all.
   bool is_empty() { return documents().size() == 0 && removed().size() == 0; }
 
-  // Puts translations into the folder's removed.tmx, those that are not there yet. Throws `failure` for a file that
-  // cannot be read or written: the file then stays as it was.
+  // Adds translations that are not there yet to the folder's removed.tmx. Throws `failure` for a file that cannot be
+  // read or written; the file then stays as it was.
   void keep_removed(const std::u16string& folder, std::vector<TmxUnit> units);
 
   void add_message(std::u16string text) { messages_.push_back({std::move(text)}); }
@@ -71,7 +72,7 @@ class TranslatedFolders final : public KnownTexts {
   MessageList messages_;
 };
 
-// What became of the documents of one source.
+// The result of updating the documents of one source.
 struct SetUpdateReport {
   UpdateCounts counts;
   bool is_update = false;  // there was a document, or a translation was found

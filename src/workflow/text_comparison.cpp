@@ -11,11 +11,11 @@
 namespace kavo {
 namespace {
 
-// Within so many texts of both sequences the next two equal texts are looked for.
+// How many texts of both sequences are searched for the next two equal ones.
 constexpr std::size_t kWindow = 32;
 
-// A shorter text was not cut by a filter. The filters cut at 256 KB of markup; character references take up to eight
-// times the room of what they stand for.
+// Filters do not cut shorter texts. They cut at 256 KB of markup, where character references may take eight times the
+// room of their characters.
 constexpr std::size_t kShortestPiece = 32 * 1024;  // bytes
 
 class Comparison {
@@ -42,7 +42,7 @@ class Comparison {
       for (; pairs < lost && pairs < extra; ++pairs) add_changed(i + pairs, j + pairs);
       for (std::size_t k = pairs; k < lost; ++k)
         findings_.push_back({TextChange::kLost, i + k, TextFinding::kNone, i + k});
-      // The index before the first one is "none".
+      // The index before 0 is kNone.
       for (std::size_t k = pairs; k < extra; ++k) add_extra(j + k, i + lost - 1);
       i += lost;
       j += extra;
@@ -92,7 +92,7 @@ class Comparison {
     const std::size_t expected_left = expected_.size() - i;
     const std::size_t found_left = found_.size() - j;
     for (std::size_t sum = 1; sum <= kWindow; ++sum) {
-      // Balanced gaps first: a changed text is likelier than a lost one and an added one.
+      // Balanced gaps come first, because a changed text is likelier than a lost one and an added one.
       std::optional<std::pair<std::size_t, std::size_t>> best;
       for (std::size_t lost = 0; lost <= sum; ++lost) {
         const std::size_t extra = sum - lost;

@@ -19,9 +19,10 @@ enum class TextChange {
 struct TextFinding {
   static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
   TextChange change = TextChange::kChanged;
-  std::size_t expected = kNone;  // index; none for a text that is too much
-  std::size_t found = kNone;     // none for a lost one
-  // The place among the expected texts: the text itself, or the one before a surplus text; none at the start.
+  std::size_t expected = kNone;  // index; kNone for a surplus text
+  std::size_t found = kNone;     // index; kNone for a lost text
+  // The place among the expected texts: the index of the text itself, or of the one before a surplus text; kNone at the
+  // start.
   std::size_t place = kNone;
   bool operator==(const TextFinding&) const = default;
 };

@@ -15,7 +15,7 @@
 namespace kavo {
 namespace {
 
-// Leaves out the suite's own facts about the unit's codes, which hold only for the document that they stand in.
+// Leaves out the suite's own facts about the unit's codes, which hold only for their own document.
 XliffDetails details_of(const TudUnit& unit) {
   XliffDetails details{unit.state, unit.state_qualifier, unit.approved, unit.notes};
   std::erase_if(details.notes, is_own_note);
@@ -168,7 +168,7 @@ TranslationImport::Counts TranslationImport::take(std::u16string_view xliff, Mes
   GivenUnits given(*this, ids);
   read_tud(xliff, given);
 
-  // Translations that the rebuild would refuse are refused here, while the translator's file is at hand.
+  // Translations that rebuilding would refuse are refused now, while the translator's file is at hand.
   std::map<std::uint32_t, std::string> changed;
   for (const GivenUnits::Translation& next : given.translations)
     if (const BilingualSegment own = document_.segment(next.index); next.target != own.source)

@@ -1,4 +1,4 @@
-// Takes the translations in a file that an editor wrote over into a bilingual document, text by text.
+// Takes over the translations in a file that an editor wrote into a bilingual document, text by text.
 #pragma once
 
 #include <cstdint>
@@ -26,8 +26,8 @@ class TranslationImport {
     std::uint64_t taken = 0;    // texts and statuses that changed
     std::uint64_t refused = 0;  // units, each with a message
   };
-  // Takes the translations of an XLIFF document over and saves. A unit that does not fit is named in a message and left
-  // alone: one that does not exist, is missing, appears twice, has another source text, or that cannot be rebuilt.
+  // Takes over the translations of an XLIFF document and saves. A unit that does not match is named in a message and
+  // left alone: one that does not exist, is missing, appears twice, has another source text, or cannot be rebuilt.
   // Throws `failure` for a document that cannot be read, or that has another source or other languages; then nothing is
   // changed.
   Counts take(std::u16string_view xliff, MessageList& messages, ProgressEvent* progress = nullptr);

@@ -18,7 +18,7 @@ UnpackedPackage::UnpackedPackage(const std::u16string& package)
     : scratch_(folder_.make("package")), own_(folder_of(package)) {
   for (const std::u16string& document : unpack_documents(package, scratch_)) documents_.push_back(document);
   std::erase_if(documents_, [](const std::u16string& document) { return TudName(document).is_taken_along(); });
-  // Packages hold no objects: their file travels beside the package. So do the companions of a document that was
+  // A package does not hold objects; their file is beside the package. So are the companions of a document that was
   // exported without them.
   for (const std::u16string& document : documents_) {
     const std::u16string own = own_ + document.substr(scratch_.size() + 1);

@@ -15,7 +15,7 @@ class UnpackedPackage {
 
   // The documents to rebuild; the others are their companions.
   const std::vector<std::u16string>& documents() const { return documents_; }
-  // Replaces scratch files in a message by the names that people know, beside the package.
+  // Replaces the names of scratch files in a message by those of files beside the package, which people know.
   std::u16string with_own_folder(const std::u16string& text) const;
 
  private:

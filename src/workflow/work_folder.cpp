@@ -28,16 +28,16 @@ std::u16string from_filesystem(const fs::path& path) {
 }
 
 [[noreturn]] void throw_no_folder(const fs::path& parent, const std::error_code& error) {
-  throw failure(FailureNumber::kPathFileAccess,
-                u"No temporary folder could be made in " + to_utf16(path_to_host(from_filesystem(parent))) + u": " +
-                    to_utf16(error ? error.message() : "every name is taken"));
+  throw failure(FailureNumber::kPathFileAccess, u"No temporary folder could be made in " +
+                                                    to_utf16(path_to_host(from_filesystem(parent))) + u": " +
+                                                    to_utf16(error ? error.message() : "every name is taken"));
 }
 
 // The mark of such a folder. A marked folder that nobody locks was left by a killed run.
 constexpr char kMark[] = "kavo.work";
 
-// Removes a folder with all that it holds, the mark last: what is left of a run that is killed here is still known for
-// one. Throws `failure` and std::filesystem::filesystem_error.
+// Removes a folder with all that it holds, the mark last, so that what a run killed here leaves can still be
+// recognized. Throws `failure` and std::filesystem::filesystem_error.
 void remove_marked_folder(const fs::path& folder) {
   for (const fs::directory_entry& entry : fs::directory_iterator(folder))
     if (entry.path().filename() != kMark) fs::remove_all(entry.path());
@@ -65,26 +65,26 @@ void remove_own_folder(const fs::path& folder) {
                  reason->c_str());
 }
 
-// The folders of this process that are in use. A lock cannot show it: on Windows the thread that holds the lock gets it
-// again.
+// The folders of this process that are in use. A lock cannot show this, because on Windows the thread that holds a lock
+// gets it again.
 std::set<std::u16string>& folders_in_use() {
   static std::set<std::u16string> folders;
   return folders;
 }
 
-// What a run leaves that is killed before it has made its mark.
+// True for the folder that a run leaves when it is killed before it has made its mark.
 bool is_empty_folder(const fs::path& path) {
   std::error_code error;
   return fs::is_directory(path, error) && fs::is_empty(path, error);
 }
 
-// Whether another run took a folder that had no mark yet for an abandoned one.
+// True when another run mistook a folder that had no mark yet for an abandoned one.
 bool was_cleared_up(const failure& reason) {
   return reason.is(FailureNumber::kFileNotFound) || reason.is(FailureNumber::kPathNotFound) ||
          reason.is(FailureNumber::kPermissionDenied);
 }
 
-// Removes what killed runs of this user have left. What cannot be looked at or removed stays.
+// Removes what killed runs of this user have left. What cannot be examined or removed stays.
 void remove_abandoned_folders(const fs::path& parent) {
   FileSystem& files = *ports().files;
   std::u16string folder = from_filesystem(parent);

@@ -1,4 +1,4 @@
-// A scratch folder of the command, which goes with all it holds.
+// A scratch folder of the command. It is removed with everything in it.
 #pragma once
 
 #include <filesystem>
@@ -20,7 +20,7 @@ class WorkFolder {
   WorkFolder(const WorkFolder&) = delete;
   WorkFolder& operator=(const WorkFolder&) = delete;
 
-  // Makes a folder of that name in it and returns its core path. Throws `failure`.
+  // Makes a sub-folder with that name and returns its core path. Throws `failure`.
   std::u16string make(std::string_view name) const;
 
  private:

@@ -17,7 +17,7 @@ struct Ran {
   std::string errors;
 };
 
-// The arguments behind the program's name, in UTF-8; the command's own folder is the working folder when given. Waits
+// The arguments after the program's name, in UTF-8; the command's own folder is the working folder when given. Waits
 // for the end.
 Ran run_kavo(const std::vector<std::string>& arguments, const TempFolder* working_folder = nullptr);
 

@@ -53,7 +53,7 @@ TEST(FindPair, AgreesWithThePlainTwin) {
 TEST(FindPair, FirstByteAtTheEndDoesNotCount) {
   for (std::size_t length = 1; length < 80; ++length) {
     const std::string bytes = std::string(length - 1, 'x') + "<%";
-    const char* end = bytes.data() + length;  // the "%" lies behind the range
+    const char* end = bytes.data() + length;  // the "%" lies after the range
     EXPECT_EQ((find_pair<'<', '%'>(bytes.data(), end)), end);
   }
 }

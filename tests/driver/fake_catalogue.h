@@ -14,7 +14,7 @@ struct ListedFilter {
   std::int32_t value = 0;
 };
 
-// Answers 1 with the entry of each index, `past_the_end` (any other status) behind the last.
+// Answers 1 with the entry of each index, `past_the_end` (any other status) after the last.
 inline ObjectRef make_catalogue(std::vector<ListedFilter> filters, std::int32_t past_the_end = 0) {
   return std::make_shared<FakeObject>(
       std::vector<Member>{{u"Enumerate", MemberKind::kMethod, 5, 5,

@@ -48,7 +48,7 @@ TEST_F(PreProcess, AspPageWithoutScriptYieldsAScriptFileOfOneLineWithOneBlank) {
   EXPECT_EQ(files.get(kPageFiles[0]), "<p>Plain</p>\r\n");
 }
 
-// End tags behind the placeholder would be script of the restored page, and more of them with every preparation.
+// End tags after the placeholder would be script of the restored page, and more of them with every preparation.
 TEST_F(PreProcess, NothingIsWrittenBehindAScriptThatNeverEnds) {
   for (const char* page : {"<table><tr><td>1<script>x", "<b>1<% x", "<p>1<?php x \n"}) {
     files.put(kPage, page);

@@ -26,7 +26,7 @@ std::vector<unsigned> code_pages(std::string_view document, unsigned code_page) 
 
 struct Case {
   const char* name;
-  std::string document;  // behind its version
+  std::string document;  // after its version
   std::vector<unsigned> expected;
   unsigned code_page = 1252;
 };

@@ -92,7 +92,7 @@ TEST(ScriptLexer, Tokens) {
     }
 }
 
-// What a block interrupts goes on behind it.
+// What a block interrupts goes on after it.
 TEST(ScriptLexer, CarriesOnBehindAValue) {
   struct {
     const char* name;

@@ -11,7 +11,7 @@ struct ProtectCase {
   const char* name;
   std::string_view page;
   std::string_view html;
-  std::string_view script;  // behind its leading CR LF
+  std::string_view script;  // after its leading CR LF
 };
 
 std::ostream& operator<<(std::ostream& out, const ProtectCase& c) { return out << c.name; }

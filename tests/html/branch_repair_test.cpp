@@ -37,7 +37,7 @@ Repaired repaired(std::string_view page, script::Language language, bool keeps_b
   return result;
 }
 
-// PHP goes on behind a "?>" in a literal, and a repair there would change its code.
+// PHP goes on after a "?>" in a literal, and a repair there would change its code.
 TEST(BranchRepair, LeavesAPageWhoseScriptGoesOnAsItIs) {
   const struct {
     const char* name;

@@ -17,7 +17,7 @@ inline constexpr std::u16string_view kPagePath = u"C:\\WORK\\page.htm";
 
 struct Validated {
   std::string page;
-  std::vector<std::int32_t> numbers;  // of the messages behind the header entry
+  std::vector<std::int32_t> numbers;  // of the messages after the header entry
   MessageList messages;
   std::uint64_t repairs = 0;
   std::int32_t result = 0;

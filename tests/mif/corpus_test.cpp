@@ -17,7 +17,7 @@ namespace {
 
 using Change = std::function<std::string(const std::string& value)>;
 
-// The value between `label` and the next "'" at or behind `from`; {npos, npos} when there is none.
+// The value between `label` and the next "'" at or after `from`; {npos, npos} when there is none.
 std::pair<std::size_t, std::size_t> place_of(const std::string& text, std::string_view label, std::size_t from = 0) {
   const std::size_t found = text.find(label, from);
   if (found == std::string::npos) return {found, found};

@@ -20,7 +20,7 @@
 
 namespace kavo::test {
 
-// The first byte chooses split option, code page and block size; the bytes behind it are a document and, each after a
+// The first byte chooses split option, code page and block size; the bytes after it are a document and, each after a
 // byte 0x1E, the index, cross-reference and variable side files and the object file that a tool gave back.
 class MifProperty {
  public:

@@ -54,7 +54,7 @@ inline std::size_t count_marker_lines(std::string_view text) {
   return count;
 }
 
-// Position behind the group that begins at `at`; the size of the document when it never ends.
+// Position after the group that begins at `at`; the size of the document when it never ends.
 inline std::size_t group_end(std::string_view text, std::size_t at) {
   std::size_t depth = 0;
   std::size_t i = at;

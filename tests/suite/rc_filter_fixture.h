@@ -12,7 +12,7 @@ class RcFilterTest : public SuiteTest {
     return {.filter = u"K19GCP", .source_code_page = source_code_page};
   }
 
-  // The texts of a script, each behind its name: "IDS_TITLE=Title".
+  // The texts of a script, each after its name: "IDS_TITLE=Title".
   std::vector<std::u16string> texts(std::string_view script, unsigned code_page = 1252) {
     put(u"a.rc", script);
     return sources(convert(u"a.rc", road(code_page)));

@@ -28,7 +28,7 @@ inline std::string broken_rc_property(std::string_view script, unsigned code_pag
   std::vector<std::string> wanted;
   for (const std::string& text : texts) wanted.push_back(pseudo.of(text));
   const std::vector<std::string> found = road.take_apart(road.put_together(wanted));
-  // In a double-byte code page a broken lead byte takes whatever a translation puts behind it as its trail byte.
+  // In a double-byte code page a broken lead byte takes whatever a translation puts after it as its trail byte.
   const bool may_merge = code_page == 932 || script.find("page") != std::string_view::npos;
   return may_merge ? std::string() : broken_texts(wanted, found);
 }

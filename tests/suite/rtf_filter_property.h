@@ -15,7 +15,7 @@
 namespace kavo::test {
 
 // The words of texts, without the blanks at their edges: bytes that are no character get a place of their own when the
-// text beside them is translated, and a blank behind the last one then stands outside. Codes are compared by tests of
+// text beside them is translated, and a blank after the last one then stands outside. Codes are compared by tests of
 // their own.
 inline std::vector<std::string> plain_texts(std::vector<std::string> texts) {
   for (std::string& text : texts) {

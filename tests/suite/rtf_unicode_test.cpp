@@ -1,4 +1,4 @@
-// Characters that RTF writes as numbers, with every count of bytes behind them that programs use.
+// Characters that RTF writes as numbers, with every count of bytes after them that programs use.
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -18,7 +18,7 @@ class Writer {
   explicit Writer(unsigned seed) : random_(seed) {}
   unsigned below(unsigned count) { return static_cast<unsigned>(random_() % count); }
 
-  // `fallback` is the count of bytes behind each number before the text, and then behind it.
+  // `fallback` is the count of bytes after each number before the text, and then after it.
   std::string write(std::u16string_view text, unsigned& fallback) {
     std::string rtf;
     for (const char16_t unit : text) {

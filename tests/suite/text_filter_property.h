@@ -23,7 +23,7 @@ inline std::string broken_text_filter_property(std::string_view input) {
   const std::vector<std::string> texts = road.take_apart(bytes);
   if (road.put_together({}) != bytes) return "the unchanged text is not the source";
 
-  // In a double-byte code page a broken lead byte takes whatever a translation puts behind it as its trail byte.
+  // In a double-byte code page a broken lead byte takes whatever a translation puts after it as its trail byte.
   const bool may_merge = road.header().source_code_page == 932;
   const PseudoTranslation pseudo(road.header());
   std::vector<std::string> wanted;

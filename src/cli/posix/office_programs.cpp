@@ -17,7 +17,7 @@ namespace kavo {
 namespace {
 
 constexpr const char16_t* kIdentifiers[] = {u"Word.Application", u"PowerPoint.Application", u"Excel.Application"};
-// The engine, below the folder of the command: as it is built, and as it is installed.
+// Where the engine is, from the folder of the command: after building, and after installing.
 constexpr const char* kEnginePlaces[] = {"/libkavo_office_engine.so", "/../lib/kavo/libkavo_office_engine.so"};
 
 [[noreturn]] void throw_not_there(std::u16string_view identifier, const std::u16string& what_to_do) {
@@ -33,10 +33,11 @@ void load_engine(std::u16string_view identifier) {
   const auto is_there = [&](const char* place) { return ::access((folder + place).c_str(), F_OK) == 0; };
   const auto place = std::ranges::find_if(kEnginePlaces, is_there);
   if (place == std::end(kEnginePlaces))
-    throw_not_there(identifier,
-                    u"the engine is not there; install the package kavo-office, or, where kavo was built from its source, "
-                    u"libreoffice-dev, libreoffice-writer-nogui, libreoffice-impress-nogui and libreoffice-calc-nogui, "
-                    u"and build it again");
+    throw_not_there(
+        identifier,
+        u"the engine is not there; install the package kavo-office, or, where kavo was built from its source, "
+        u"libreoffice-dev, libreoffice-writer-nogui, libreoffice-impress-nogui and libreoffice-calc-nogui, "
+        u"and build it again");
   const std::string path = folder + *place;
   void* const engine = ::dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (!engine)

@@ -2,7 +2,7 @@
 
 namespace kavo {
 
-// Registered with COM, if at all.
+// The programs are registered with COM, if they are installed.
 OfficePrograms::OfficePrograms() = default;
 OfficePrograms::~OfficePrograms() = default;
 

@@ -18,7 +18,7 @@ namespace {
 constexpr unsigned char kTab = 0x08;  // written as \t
 constexpr unsigned char kAutomaticHyphen = 0x06;
 
-// The letter behind the backslash and the character that it stands for.
+// The letter after the backslash and the character that it stands for.
 constexpr std::string_view kEscapeLetters = "t>qQ\\";
 constexpr std::string_view kEscapedCharacters = "\t>'`\\";
 constexpr std::string_view kDigits = "0123456789abcdef";
@@ -224,7 +224,7 @@ std::size_t StringReader::escape(StringPart& part) const {
   if (!part.text.empty()) return first.length;
   part.kind = first.length != 0 && first.byte == kAutomaticHyphen ? StringPart::Kind::kHyphen : StringPart::Kind::kCode;
   if (first.length != 0) return first.length;
-  // Takes the backslash and the character behind it, which may have several bytes.
+  // Takes the backslash and the character after it, which may have several bytes.
   std::string ignored;
   bool is_valid = false;
   return 1 + coding_.bytes().decode_one(rest_.substr(1), ignored, is_valid);

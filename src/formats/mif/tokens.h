@@ -19,7 +19,7 @@ namespace kavo::mif {
 inline constexpr std::size_t kLongestString = 128 * 1024;  // bytes
 
 enum class MifTokenKind : std::uint8_t {
-  kOpen,    // "<" and the name behind it
+  kOpen,    // "<" and the name after it
   kClose,   // ">"
   kString,  // with its quotes
   kRest,    // blanks, line ends, numbers, words, comments, object data; any piece of them
@@ -44,7 +44,7 @@ class MifTokenScanner {
   enum class State : std::uint8_t {
     kLineStart,   // object data may begin
     kBetween,     // a comment may begin
-    kOpening,     // behind the name of a statement
+    kOpening,     // after the name of a statement
     kLineRest,    // in a comment or in object data
     kLongString,  // in a string that is too long
   };

@@ -63,7 +63,7 @@ bool is_significant(RcTokenKind kind) {
   return kind == RcTokenKind::kWord || kind == RcTokenKind::kLiteral || kind == RcTokenKind::kMark;
 }
 
-// "if" of "# if X"; the rest behind it.
+// "if" of "# if X"; the rest after it.
 std::string_view directive_name(std::string_view line, std::string_view& rest) {
   const auto is_blank = [](char c) { return c == ' ' || c == '\t'; };
   line.remove_prefix(1);

@@ -13,7 +13,7 @@ constexpr std::size_t kLongestWord = 4096;  // bytes
 bool is_blank(char c) { return c == ' ' || c == '\t' || c == '\f' || c == '\v' || is_line_end(c); }
 bool is_mark(char c) { return c == ',' || c == '(' || c == ')' || c == '{' || c == '}' || c == '|'; }
 
-// The length of a backslash and the line end behind it, which join two lines; 0 for any other backslash.
+// The length of a backslash and the line end after it, which join two lines; 0 for any other backslash.
 std::size_t joint_length(std::string_view bytes, std::size_t at) {
   if (bytes[at] != '\\' || at + 1 >= bytes.size() || !is_line_end(bytes[at + 1])) return 0;
   return bytes.substr(at + 1).starts_with("\r\n") ? 3 : 2;
@@ -178,7 +178,7 @@ bool RcTokenScanner::find_literal_end(std::string_view bytes, bool is_all, std::
       at += 2;
       if (other == std::string_view::npos || bytes[other] != '"') return true;
     } else {
-      // A quote that is a trail byte or stands behind a backslash does not end the literal.
+      // A quote that is a trail byte or comes after a backslash does not end the literal.
       at += (c == '\\' && is_lead(next)) || (is_lead(c) && !is_trail_byte(next)) ? 1 : 2;
     }
   }

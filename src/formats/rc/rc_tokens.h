@@ -28,7 +28,7 @@ enum class RcTokenKind : std::uint8_t {
   kLiteral,    // with its quotes and the L
   kWord,       // a name, a keyword, a number, a file name without quotes
   kMark,       // one of , ( ) { } |
-  kRest,       // a piece of a preprocessor line behind a comment, or of a literal that is too long or has no end
+  kRest,       // a piece of a preprocessor line after a comment, or of a literal that is too long or has no end
 };
 
 // True when a byte can be the second one of a character. Quotes and line ends never are.
@@ -55,7 +55,7 @@ class RcTokenScanner {
     kBetween,
     kLineComment,
     kBlockComment,
-    kDirectiveRest,  // behind a comment in a preprocessor line, or in a long one
+    kDirectiveRest,  // after a comment in a preprocessor line, or in a long one
     kLongLiteral,
   };
 
@@ -68,7 +68,7 @@ class RcTokenScanner {
   bool literal(std::string_view bytes, std::size_t prefix, bool is_all, RcToken& token);
   bool long_literal(std::string_view bytes, bool is_all, RcToken& token);
   bool word(std::string_view bytes, bool is_all, RcToken& token);
-  // Moves `at` through a literal. True behind its closing quote, false where more bytes are needed.
+  // Moves `at` through a literal. True after its closing quote, false where more bytes are needed.
   bool find_literal_end(std::string_view bytes, bool is_all, std::size_t& at) const;
   bool is_lead(char c) const { return coding_ && coding_->is_lead_byte(static_cast<unsigned char>(c)); }
   bool is_pair(char first, char second) const { return is_lead(first) && is_trail_byte(second); }
@@ -76,7 +76,7 @@ class RcTokenScanner {
   const TextCoding* coding_ = nullptr;
   State state_ = State::kBetween;
   bool is_line_start_ = true;     // a preprocessor line may begin
-  bool is_in_directive_ = false;  // a preprocessor line goes on behind the comment
+  bool is_in_directive_ = false;  // a preprocessor line goes on after the comment
   std::size_t searched_ = 0;      // how far a search has found no end of the literal
 };
 

@@ -95,7 +95,7 @@ std::int32_t value_of(const Row& row, const Token& word) {
 void append_property(Property property, std::int32_t value, std::string& words) {
   const Row* row = std::ranges::find(kRows, property, &Row::property);
   if (row->form == kOff && value != 0) row = kRows + (value - 1);
-  // \up stands behind \dn in the table.
+  // \up comes after \dn in the table.
   if (property == kRaised && value >= 0) row = std::ranges::find(kRows, std::string_view("up"), &Row::word);
   words += '\\';
   words += row->word;

@@ -64,7 +64,7 @@ class Look {
   }
 };
 
-// Appends the control words that change `from` into `to`, without a blank behind them. No control word ends a character
+// Appends the control words that change `from` into `to`, without a blank after them. No control word ends a character
 // style, so a style is only ever set.
 void append_change(const Look& from, const Look& to, std::string& words);
 

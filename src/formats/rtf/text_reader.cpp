@@ -83,7 +83,7 @@ bool TextReader::coded(TextUnit& unit) {
   std::string gathered;
   std::size_t place = at_;
   while (gathered.size() < most) {
-    // A raw byte behind a hexadecimal one may begin another character.
+    // A raw byte after a hexadecimal one may begin another character.
     if (place != at_ && bytes_[at_] == '\\' && is_pair_with_syntax(place)) break;
     // The second byte of a raw character may be a backslash.
     const Byte byte = byte_at(place, place == at_ + 1);
@@ -111,7 +111,7 @@ bool TextReader::unicode(TextUnit& unit, std::int32_t number, std::size_t end) {
   return give(unit, is_valid ? TextUnit::Kind::kCharacter : TextUnit::Kind::kInvalid, end);
 }
 
-// Reads the second half of a character and moves `place` behind it. When there is none, returns false and changes
+// Reads the second half of a character and moves `place` past it. When there is none, returns false and changes
 // nothing.
 bool TextReader::second_half(std::size_t& place, char32_t& half) {
   const unsigned before = fallback_;

@@ -25,7 +25,7 @@ enum class TokenKind : std::uint8_t {
   kByte,     // a backslash, ' and two hexadecimal digits
   kText,     // a run of other bytes, cut anywhere between characters
   kLineEnd,  // a run of CR and LF, which mean nothing
-  kData,     // bytes behind \bin, any piece of them
+  kData,     // bytes after \bin, any piece of them
 };
 
 struct Token {

@@ -103,7 +103,7 @@ void JavaLexer::skip(const Character& c) {
     at_ += c.length;
 }
 
-// Reads from behind the opening quote, or from the start of a piece that continues the literal. The literal ends with
+// Reads on after the opening quote, or from the start of a piece that continues the literal. The literal ends with
 // the line at the latest.
 void JavaLexer::literal(Token& token) {
   token.kind = TokenKind::kLiteral;
@@ -122,7 +122,7 @@ void JavaLexer::literal(Token& token) {
       in_literal_ = false;
       return;
     }
-    // The character behind a backslash is skipped too, whether or not it is an escape itself.
+    // The character after a backslash is skipped too, whether or not it is an escape itself.
     if (c.byte == '\\' && !done() && !ends_line(current())) skip(character(at_));
   }
   if (at_ != token.begin || done()) return;

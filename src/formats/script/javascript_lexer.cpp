@@ -13,7 +13,7 @@ constexpr std::string_view kOperators =
 // Behind these words an expression must follow, so a "/" begins a pattern.
 constexpr std::string_view kBeforeValue[] = {"return", "typeof", "case", "in",         "of",    "delete", "void",
                                              "throw",  "new",    "else", "instanceof", "yield", "await",  "do"};
-// The same holds behind the ")" of these.
+// The same holds after the ")" of these.
 constexpr std::string_view kBeforeStatement[] = {"if", "while", "for", "with"};
 
 template <class Words>
@@ -143,7 +143,7 @@ void JavaScriptLexer::begin_literal(Token& token, LiteralForm form) {
   literal(token);
 }
 
-// Reads from behind the opening quote, or from the start of a piece that continues the literal.
+// Reads on after the opening quote, or from the start of a piece that continues the literal.
 void JavaScriptLexer::literal(Token& token) {
   token.kind = TokenKind::kLiteral;
   token.form = form_;
@@ -197,7 +197,7 @@ void JavaScriptLexer::template_text(Token& token) {
   }
 }
 
-// A backslash and the character behind it. A line end there does not end the string.
+// A backslash and the character after it. A line end there does not end the string.
 void JavaScriptLexer::escaped() {
   ++at_;
   if (done()) return;

@@ -39,7 +39,7 @@ class Lexer {
   // double-byte coding the second byte of a character may look like a backslash.
   explicit Lexer(const TextCoding* coding) : coding_(coding) {}
 
-  // Scans the token at at_, fills it in and moves at_ behind it. Called only while there are bytes left.
+  // Scans the token at at_, fills it in and moves at_ past it. Called only while there are bytes left.
   virtual void scan(Token& token) = 0;
   // Called when a new piece begins. Places that were noted in the last piece no longer count.
   virtual void begins_piece() {}
@@ -59,9 +59,9 @@ class Lexer {
   void skip_name();
   // Reads a run of blanks or one line end. False when anything else is there.
   bool white_space(Token& token);
-  // Moves behind the next `closer`. If the piece holds none, moves to its end and returns false.
+  // Moves past the next `closer`. If the piece holds none, moves to its end and returns false.
   bool skip_past(std::string_view closer);
-  // Reads a number as any of these languages writes it: digits, letters, dots, a sign behind an exponent.
+  // Reads a number as any of these languages writes it: digits, letters, dots, a sign after an exponent.
   void number();
   // Reads the longest of `operators` that matches here, or one character when none does. `operators` are separated by
   // blanks, the longest first.

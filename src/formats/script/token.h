@@ -22,7 +22,7 @@ enum class Language : std::uint8_t {
 enum class TokenKind : std::uint8_t {
   kBlank,    // blanks and tabs; in VBScript also the "_" that continues a line, with its line end
   kLineEnd,  // one CR LF, LF or CR
-  kComment,  // without the line end behind it
+  kComment,  // without the line end after it
   kName,     // words and keywords; in PHP with "$" and namespace, in VBScript with "[ ]"; also a value that a string of
              // PHP inserts without braces ("$row[key]")
   kNumber,   // also a date of VBScript

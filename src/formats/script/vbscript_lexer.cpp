@@ -84,7 +84,7 @@ void VbScriptLexer::scan(Token& token) {
   operator_of("<> <= >= := =< =>");
 }
 
-// Reads from behind the opening quote, or from the start of a piece that continues the literal. The literal ends with
+// Reads on after the opening quote, or from the start of a piece that continues the literal. The literal ends with
 // the line at the latest.
 void VbScriptLexer::literal(Token& token) {
   token.kind = TokenKind::kLiteral;

@@ -10,7 +10,7 @@ namespace {
 
 // The end of a page ("</body></html>" and comments) is recognised within its last bytes.
 constexpr std::size_t kLongestEnd = 8192;
-// How far white space inside a table is searched for text behind it.
+// How far white space inside a table is searched for text after it.
 constexpr std::size_t kLongestBlank = 64 * 1024;
 
 }  // namespace

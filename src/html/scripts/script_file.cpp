@@ -17,7 +17,7 @@ std::string_view placeholder_in(std::string_view line) {
   return end == line.npos ? std::string_view() : line.substr(0, end + html::placeholder::kMarkerEnd.size());
 }
 
-// The bytes of the line end behind a block's text. Protection writes CR LF. A tool that has changed the line ends of
+// The bytes of the line end after a block's text. Protection writes CR LF. A tool that has changed the line ends of
 // the script file leaves a single CR or LF. The text must not lose a byte then.
 std::size_t line_end_length(std::string_view text) {
   if (text.ends_with(html::placeholder::kLineEnd)) return 2;

@@ -31,7 +31,7 @@ class ScriptFile {
   // Goes to the text of the block with this placeholder. False when there is none; the next find() then searches the
   // whole file.
   bool find(std::string_view placeholder);
-  // After find(): hands the block's text piece by piece to `sink`, without the line end behind it.
+  // After find(): hands the block's text piece by piece to `sink`, without the line end after it.
   using Sink = std::function<void(std::string_view)>;
   void read_block(const Sink& sink);
 

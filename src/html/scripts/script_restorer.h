@@ -41,7 +41,7 @@ class ScriptRestorer {
   const char* plain_marker(const char* p, std::size_t length);
 
   enum class Found { kPlaceholder, kNone, kCut };
-  // Reads from `p` to the end of the comment whose start is in text_, and moves `p` behind it.
+  // Reads from `p` to the end of the comment whose start is in text_, and moves `p` past it.
   Found read_placeholder(const char*& p);
   void restore(const char* p, const char* behind);
 

@@ -22,7 +22,7 @@ constexpr int kLastShellFailure = 31;
 
 std::u16string host_text(const std::u16string& path) { return to_utf16(path_to_host(path)); }
 
-// An argument of the setting, with the names put in the place of its marks. Nothing when a name is missing.
+// An argument of the setting with the names in the place of its marks. Nothing when a name is missing.
 std::optional<std::u16string> with_names(std::u16string_view argument, const EditorRequest& request) {
   std::u16string text;
   while (!argument.empty()) {
@@ -59,7 +59,7 @@ std::vector<std::u16string> editor_words(std::u16string_view command, const Edit
   bool names_document = false;
   for (std::u16string& word : split_command_line(command)) {
     names_document = names_document || word.find(kDocumentMark) != std::u16string::npos;
-    // The first word is the program; marks in it mean nothing.
+    // The first word is the program. Marks in it have no meaning.
     if (std::optional<std::u16string> named = words.empty() ? std::move(word) : with_names(word, request))
       words.push_back(*std::move(named));
   }

@@ -49,8 +49,8 @@ ScriptSettings script_settings(const FilterOptions& options) {
   return settings;
 }
 
-// What the user has stored, with what was chosen for this run in its place. Throws `failure` 5 for a choice that means
-// nothing.
+// The options that the user has stored, replaced by those that were chosen for this run. Throws `failure` 5 for an
+// invalid choice.
 void choose_options(ConversionRequest& request, FilterOptions chosen) {
   request.options = stored_filter_options();
   for (auto& [key, value] : chosen) request.options.insert_or_assign(key, std::move(value));
@@ -90,7 +90,7 @@ FilterOptions options_from(const Value& text) {
   return options;
 }
 
-// None of these filters has anything to set.
+// These filters have no settings dialog.
 Value settings(std::span<Argument> arguments) {
   find_filter(as_text(arguments[0].value));
   return kNoSettings;

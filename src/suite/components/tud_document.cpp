@@ -24,7 +24,7 @@ TranslationStatus status_from(const Value& number) {
   return static_cast<TranslationStatus>(value);
 }
 
-// A filter that the suite does not have keeps its name.
+// The name of a filter that the suite does not have stays.
 std::u16string identifier_of(std::string_view tag) {
   for (const FilterEntry& filter : all_filters())
     if (to_utf8(filter.tag) == tag && !filter.identifier.empty()) return std::u16string(filter.identifier);

@@ -34,9 +34,9 @@ std::uint32_t number_of(std::string_view text) {
   return error == std::errc() && end == text.data() + text.size() ? number : 0;
 }
 
-// The first byte of a record. Behind it stand, as far as it says so, the match (one byte), the number of the segment,
-// line, column, and the texts with their sizes before them; in the record of a changed segment the address of its first
-// record, the match and the target.
+// The first byte of a record says what follows: the match (one byte), the number of the segment, line, column, and the
+// texts, each after its size. The record of a changed segment holds the address of its first record, the match and the
+// target.
 struct Record {
   Record() = default;
   explicit Record(char byte)
@@ -52,8 +52,8 @@ struct Record {
 
   TranslationStatus status = TranslationStatus::kUntranslated;
   bool is_same = false;     // the target is the source and not stored again
-  bool has_match = false;   // another one than 0
-  bool has_number = false;  // another one than its place in the document
+  bool has_match = false;   // the match is not 0
+  bool has_number = false;  // the number is not the segment's place in the document
   bool is_changed = false;
 };
 
@@ -102,7 +102,7 @@ bool is_xml_text(std::string_view coded) {
   return true;
 }
 
-// Takes a skeleton out of a document.
+// Unpacks the skeleton that is inside a document.
 class SkeletonUnpacker final : public TudEvents {
  public:
   explicit SkeletonUnpacker(std::u16string_view path) : file_(path) {}
@@ -202,7 +202,7 @@ void BilingualDocument::set_segment(std::size_t index, std::string_view target, 
   if (match < 0 || match > 100) throw_refused("The match value must be 0 to 100");
   if (old.target == target && old.status == status && old.match == match) return;
 
-  // The record that the document was read into stays, the new one refers to it.
+  // The record from reading the document stays, and the new one refers to it.
   const char* first = index_[index];
   if (Record(*first).is_changed) std::memcpy(&first, first + 1, sizeof first);
   Record record;
@@ -263,7 +263,7 @@ void BilingualDocument::save_open_tag(std::u16string_view path, const std::optio
   opening.target_language = header_.target_language;
   opening.colours = colours;
 
-  // An editor may have sorted the units its own way; those of one document are handed on in that document's order.
+  // An editor may have reordered the units. They are handed on in the order of the source document.
   std::vector<std::uint32_t> order;
   const auto number_at = [&](std::size_t i) { return segment(i).number; };
   bool is_sorted = true;

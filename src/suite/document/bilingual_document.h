@@ -1,8 +1,8 @@
 // A bilingual document in memory: all its segments, to be read and changed by number.
 //
-// The texts lie in one arena with a record of a few bytes each, so that millions of segments fit in little more than
-// their texts. Nothing else of the file is kept: saving reads it once more and copies it to the byte, but for the
-// places that changed.
+// The texts are in one arena with a record of a few bytes each, so that millions of segments take little more memory
+// than their texts. Nothing else of the file is kept: saving reads it once more and copies every byte except the places
+// that changed.
 #pragma once
 
 #include <cstdint>
@@ -32,12 +32,12 @@ struct BilingualSegment {
   bool is_unchanged() const { return target == source; }
 };
 
-// What another document says of a segment beside its text and status.
+// What another document says about a segment besides its text and status.
 struct XliffDetails {
-  std::string state;  // "" for that of the status
+  std::string state;  // "" for the state that belongs to the status
   std::string state_qualifier;
   bool approved = false;
-  std::vector<TudNote> notes;                  // to be there; those that are there already stay
+  std::vector<TudNote> notes;                  // to be added unless they exist already
   std::vector<TudAlternative> alternatives{};  // to be added
 };
 
@@ -53,27 +53,27 @@ class BilingualDocument {
   // Throws `failure` 9, or 5 when the target's codes are not those of the source (one may be left out), the target
   // holds a character that XML lacks, or the match is not 0 to 100.
   void set_segment(std::size_t index, std::string_view target, TranslationStatus status, std::int16_t match);
-  // What XLIFF says beside that: written by the next save(). Throws `failure` 9.
+  // What else XLIFF says about the segment. The next save() writes it. Throws `failure` 9.
   void set_details(std::size_t index, XliffDetails details);
   bool is_changed() const { return changed_count_ != 0; }
 
-  // Writes the changes into the file. Throws `failure`: the file is then as it was, the changes are kept.
+  // Writes the changes into the file. Throws `failure`; the file is then as it was, and the changes are kept in memory.
   void save();
 
-  // The target's name, by the source's: page_asp.htm for FR gives page_asp_FR.htm in the document's folder.
+  // The target's name, made from the source's: page_asp.htm for FR gives page_asp_FR.htm in the document's folder.
   std::u16string target_name() const;
   // Writes an OpenTag file with every segment. Throws `failure` 5 for a document that we did not make.
   void save_open_tag(std::u16string_view path, const std::optional<SegmentColours>& colours = std::nullopt) const;
   struct Skeleton {
     std::u16string path;
-    bool keep = true;  // false for one that was unpacked from the document, a scratch file
+    bool keep = true;  // false for a scratch file that was unpacked from the document
   };
-  // The skeleton beside the document, else the one inside it, unpacked beside it; nothing when there is none. Throws
-  // `failure` 5 for one that is damaged, or was not made together with this document.
+  // The skeleton beside the document, or else the one inside it, unpacked beside it. Nothing when there is none. Throws
+  // `failure` 5 for one that is damaged or was not made together with this document.
   std::optional<Skeleton> locate_skeleton() const;
-  // True when the document that the author has (of older documents: the one that was converted) lies beside this one
-  // and is no longer what was prepared. False when it is not there, or its checksum is not known. Throws `failure` when
-  // it cannot be read.
+  // True when the author's document (for older bilingual documents: the one that was converted) is beside this one and
+  // has changed since it was prepared. False when it is not there, or when its checksum is unknown. Throws `failure`
+  // when it cannot be read.
   bool is_source_changed() const;
 
  private:
@@ -82,7 +82,7 @@ class BilingualDocument {
   void mark_changed(std::size_t index);
   std::u16string beside(std::string_view name) const;
   void refuse_other_skeleton(const std::u16string& skeleton) const;
-  // Keeps a record of the given parts; its place in the arena stays.
+  // Stores a record made of these parts. Its place in the arena does not change.
   const char* store(std::string_view head, std::string_view source, std::string_view middle, std::string_view target);
 
   std::u16string path_;

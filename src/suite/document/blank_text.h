@@ -1,4 +1,4 @@
-// What nobody sees in a text: blanks, tabs, line ends and no-break spaces.
+// Finds what nobody sees in a text: blanks, tabs, line ends and no-break spaces.
 #pragma once
 
 #include <cstddef>
@@ -9,7 +9,7 @@ namespace kavo {
 inline constexpr std::string_view kBlanks = " \t\r\n";
 inline constexpr std::string_view kNoBreakSpace = "\xC2\xA0";
 
-// Bytes of the blanks that a UTF-8 text begins with.
+// How many bytes of blanks a UTF-8 text begins with.
 inline std::size_t leading_blanks(std::string_view utf8) {
   std::size_t size = 0;
   for (;;) {
@@ -23,7 +23,7 @@ inline std::size_t leading_blanks(std::string_view utf8) {
   }
 }
 
-// Bytes of the blanks that it ends with.
+// How many bytes of blanks it ends with.
 inline std::size_t trailing_blanks(std::string_view utf8) {
   std::size_t size = utf8.size();
   for (;;) {

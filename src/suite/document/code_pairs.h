@@ -1,4 +1,4 @@
-// Opening and closing codes among the parts of a paragraph, whatever the format.
+// Pairs opening and closing codes among the parts of a paragraph, whatever the format.
 //
 // A part has a `kind`, of an enumeration with kOpen and kClose, and the index of its `partner`, kNoPartner at first.
 #pragma once
@@ -11,9 +11,9 @@ namespace kavo {
 
 inline constexpr std::size_t kNoPartner = static_cast<std::size_t>(-1);
 
-// Each closing code gets the last open one that `matches` as its partner. A closing code looks through a bounded number
-// of open ones: enough for any nesting that people write, and a limit for a paragraph that opens thousands and closes
-// others. `open` is scratch space, kept by the caller for the next paragraph.
+// Each closing code gets the last open one that `matches` as its partner. It looks at a bounded number of open codes.
+// That is enough for any nesting that people write, and limits the time for a paragraph that opens thousands of codes
+// and closes others. `open` is scratch space, kept by the caller for the next paragraph.
 template <class Part, class Matches>
 void pair_codes(std::vector<Part>& parts, std::vector<std::size_t>& open, Matches&& matches) {
   constexpr std::size_t kDeepestNesting = 64;

@@ -41,15 +41,15 @@ class CodedTextReader {
 void append_code(std::string& coded, CodeKind kind, std::string_view id);
 void append_code(std::string& coded, CodeKind kind, std::uint32_t id);
 
-// Only the runs.
+// The text without its codes.
 std::string plain_text(std::string_view coded);
 
-// What is wrong with the codes of a translation: "" when they pair up and each code that `source` has is there once
-// (or, when that is allowed, not at all), else a text for people ("code 3 is missing", "code 2 is doubled").
+// What is wrong with the codes of a translation, as a text for people ("code 3 is missing", "code 2 is doubled"). ""
+// when the codes form pairs and each code of `source` occurs once (or, if `may_miss` is set, not at all).
 std::string code_problem(std::string_view source, std::string_view target, bool may_miss = false);
 
-// Coded text as hosts and people see it: "<1>bold</1> and <2/>", with "<<" for "<". The way back throws `failure` 5 for
-// a tag that is none.
+// Coded text as hosts and people see it: "<1>bold</1> and <2/>", with "<<" for "<". The reverse throws `failure` 5 for
+// an invalid tag.
 std::u16string to_host_text(std::string_view coded);
 std::string from_host_text(std::u16string_view text);
 

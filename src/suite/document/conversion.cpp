@@ -19,7 +19,7 @@
 namespace kavo {
 namespace {
 
-// What becomes part of a name in the bilingual document.
+// Checks a text that becomes part of a file name in the bilingual document.
 std::string checked(std::string name) {
   if (const std::string_view problem = name.empty() ? std::string_view() : plain_name_problem(name); !problem.empty())
     throw failure(FailureNumber::kInvalidCall,
@@ -91,8 +91,8 @@ class ConversionSink final : public ExtractionSink {
     return count_;
   }
 
-  // A bilingual document is worth nothing without its skeleton: when the second of the two cannot take its name, the
-  // first gives it back.
+  // A bilingual document is useless without its skeleton. So when the second of the two cannot take its name, the first
+  // gives its own back.
   void commit_both() {
     FileSystem& files = *ports().files;
     std::u16string old_skeleton;
@@ -153,7 +153,7 @@ std::uint32_t convert_form(const ConversionRequest& request, ProgressEvent& prog
 
 std::uint32_t convert_document(const ConversionRequest& request, ProgressEvent& progress) {
   if (translated_form_of(request.document).empty()) return convert_form(request, progress);
-  // An Office document itself: the library hands over its translated form, other hosts may not.
+  // This is an Office document itself. The library hands over its translated form, but other hosts may not.
   FolderRun run(request.tud);
   ConversionRequest form = request;
   const std::u16string copy = run.scratch_path(file_name_of(request.document));

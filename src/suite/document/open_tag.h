@@ -1,5 +1,5 @@
 // The OpenTag file (".otf"): the translated segments of one document on their way from the bilingual document to the
-// filter that builds the target. A record file; the format: docs/suite-interface.md.
+// filter that builds the target. It is a record file. docs/suite-interface.md describes the format.
 #pragma once
 
 #include <array>
@@ -29,8 +29,8 @@ class OpenTagWriter {
  public:
   // Throws `failure`, as do all operations; without commit() no file is left.
   OpenTagWriter(std::u16string_view path, const OpenTagHeader& header);
-  // In ascending order of numbers. `text` is coded text; that of an unchanged segment counts only when it has to be
-  // written in another code page.
+  // Call it in ascending order of numbers. `text` is coded text. The text of an unchanged segment counts only if it
+  // must be written in another code page.
   void segment(std::uint32_t number, TranslationStatus status, bool is_unchanged, std::string_view text);
   void commit();
 
@@ -49,7 +49,7 @@ struct OpenTagSegment {
 
 class OpenTagReader {
  public:
-  // Throws `failure` 5 for a file that is no OpenTag file, is damaged or was cut, as next() does.
+  // Throws `failure` 5 for a file that is not an OpenTag file, is damaged or was cut, as next() does.
   explicit OpenTagReader(std::u16string_view path);
   const OpenTagHeader& header() const { return header_; }
   bool next(OpenTagSegment& segment);

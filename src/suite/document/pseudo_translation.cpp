@@ -10,7 +10,7 @@
 namespace kavo {
 namespace {
 
-// Letters of Western European code pages, which FrameMaker's own coding has too.
+// Letters of Western European code pages, which FrameMaker's own coding has, too.
 struct Accent {
   char letter;
   std::string_view accented;
@@ -100,7 +100,7 @@ std::string PseudoTranslation::script(std::string_view coded) const {
   return result;
 }
 
-// The brackets stand at the words, behind the codes and blanks of the edges: a blank beside a code belongs to the
+// The brackets are next to the words, inside the codes and blanks at both ends: a blank beside a code belongs to the
 // document only as long as no text comes between them.
 std::string PseudoTranslation::text(std::string_view coded) const {
   std::string result;

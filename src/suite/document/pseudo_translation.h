@@ -18,8 +18,8 @@ class PseudoTranslation {
   // For the segments of a document.
   explicit PseudoTranslation(const TudHeader& header);
 
-  // The coded text with accents, its words in brackets; codes and the blanks of the edges stay where they are. In a
-  // script each text between quotes gets brackets of its own, so that it is still a script.
+  // The coded text with accents and with its words in brackets. Codes and the blanks at both ends stay where they are.
+  // In a script each text between quotes gets brackets of its own, so that it is still a script.
   std::string of(std::string_view coded) const;
   // The same without brackets, for a name that cannot hold them (Segment::element).
   std::string name(std::string_view coded) const;
@@ -33,8 +33,8 @@ class PseudoTranslation {
   bool is_script_;
 };
 
-// Fills every segment of a bilingual document that is not locked, as a stream: nothing of the document is kept in
-// memory. Returns how many those are. Throws `failure`: the document is then as it was.
+// Fills every segment of a bilingual document that is not locked, and returns their number. The document is read as a
+// stream, and no part of it is kept in memory. Throws `failure`; the document is then as it was.
 std::uint64_t pseudo_translate(std::u16string_view tud, ProgressEvent& progress);
 
 }  // namespace kavo

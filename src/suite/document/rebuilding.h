@@ -1,4 +1,4 @@
-// What building a target and checking a translation before that have in common.
+// What building a target has in common with checking a translation beforehand.
 #pragma once
 
 #include <cstdint>
@@ -12,7 +12,7 @@
 
 namespace kavo {
 
-// The settings for a document's filter, without colours. `target_code_page` 0 is that of the document.
+// The settings for a document's filter, without colours. `target_code_page` 0 stands for the document's own.
 RebuildSettings rebuild_settings(const SkeletonHeader& skeleton, std::string source_language,
                                  std::string target_language, unsigned target_code_page);
 
@@ -20,9 +20,9 @@ RebuildSettings rebuild_settings(const SkeletonHeader& skeleton, std::string sou
 // that it does not have, or a required one that is missing or doubled.
 void refuse_codes(const Hole& hole, std::string_view translation);
 
-// Which translations of a document (coded text by segment number) building the target would refuse, each with the
-// reason: a code, a character that the target's code page lacks and the format cannot write otherwise. Throws `failure`
-// for a skeleton that cannot be read.
+// The translations (coded text by segment number) that building the target would refuse, each with the reason: a wrong
+// code, or a character that neither the target's code page nor the format can express. Throws `failure` for a skeleton
+// that cannot be read.
 std::map<std::uint32_t, std::string> refused_translations(std::u16string_view skeleton, const TudHeader& document,
                                                           const std::map<std::uint32_t, std::string>& translations);
 

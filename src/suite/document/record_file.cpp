@@ -75,7 +75,7 @@ std::uint64_t RecordReader::number(std::uint64_t limit) {
 std::string_view RecordReader::bytes(std::uint64_t length) {
   reader_.consume(used_);
   used_ = 0;
-  // Asked first: a damaged length must not fill the memory.
+  // This is checked first, because a damaged length must not fill the memory.
   if (length > reader_.size() - reader_.position()) throw_damaged();
   const auto size = static_cast<std::size_t>(length);
   while (reader_.window().size() < size)

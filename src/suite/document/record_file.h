@@ -1,7 +1,7 @@
 // Files of records: a line with a letter and decimal numbers, then as many bytes as the line says.
 //
-// Skeletons and OpenTag files are made of them: any bytes can stand in a record, a reader never searches for an end,
-// and a file that was cut is noticed.
+// Skeletons and OpenTag files consist of records. A record can hold any bytes, a reader never searches for an end, and
+// a file that was cut is noticed.
 #pragma once
 
 #include <cstdint>
@@ -19,13 +19,13 @@ void append_record_line(std::string& out, char kind, std::initializer_list<std::
 
 class RecordReader {
  public:
-  // Opens the file; its first line must be one of the titles. Throws `failure` 5 "<path> is not ..., or is damaged"
-  // with the `what` ("a skeleton") for any file that is something else or was cut.
+  // Opens the file, whose first line must be one of the titles. Throws `failure` 5 "<path> is not WHAT, or is damaged"
+  // for any file that is something else or was cut, with `what` ("a skeleton").
   RecordReader(std::u16string_view path, std::initializer_list<std::string_view> titles, std::u16string_view what);
-  // The file's own, one of those.
+  // The file's own title, one of those.
   std::string_view title() const { return title_; }
 
-  // The next record's line; what the record before handed out is gone.
+  // Reads the line of the next record. Bytes of the record before are no longer valid.
   void next();
   char kind() const { return kind_; }
   // The next number of the line, at most `limit`.
@@ -44,7 +44,7 @@ class RecordReader {
   std::u16string what_;
   std::string_view title_;
   BlockReader reader_;
-  std::size_t used_ = 0;  // of the window, by what was handed out last
+  std::size_t used_ = 0;  // how many bytes of the window were handed out last
   char kind_ = 0;
   std::string numbers_;
   std::size_t number_at_ = 0;

@@ -10,11 +10,11 @@ namespace kavo {
 struct ScriptSettings {
   enum class Offer : std::uint8_t {
     kLikely,  // texts; doubtful ones locked
-    kAll,     // doubtful ones open too
+    kAll,     // doubtful ones open, too
     kNone,
   };
   Offer offer = Offer::kLikely;
-  // Names of functions, separated by blanks, whose arguments are texts, or never are.
+  // Names of functions, separated by blanks: those whose arguments are texts, and those whose arguments never are.
   std::string texts;
   std::string never;
 };

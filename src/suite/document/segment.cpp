@@ -8,7 +8,7 @@
 namespace kavo {
 namespace {
 
-// In the text being built, where a code will be referred to once its id is known.
+// Marks, in the text that is being built, where a reference to a code will be once the code's id is known.
 constexpr char kPlace = static_cast<char>(CodeKind::kStandalone);
 
 // How many open codes a closing one looks through for its opening: enough for any nesting that people write, and a
@@ -30,7 +30,7 @@ std::string in_hexadecimal(std::string_view bytes) {
   return shown += ']';
 }
 
-// Well-formed UTF-8 of characters that XML has, not longer than needed.
+// Well-formed UTF-8 with only characters that XML has, shortened if it is long.
 std::string presentable(std::string_view shown) {
   std::string result;
   while (!shown.empty() && result.size() < kLongestShown) {

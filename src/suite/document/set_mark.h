@@ -1,4 +1,4 @@
-// What ties the bilingual documents of one preparation to each other and to the document that their author has.
+// What connects the bilingual documents of one preparation with each other and with the author's document.
 #pragma once
 
 #include <cstdint>

@@ -9,13 +9,14 @@ namespace kavo {
 namespace {
 
 constexpr std::string_view kTitle = "KAVO skeleton 2";
-// Without a checksum and without the set.
+// The first format has no checksum, and no facts about the set.
 constexpr std::string_view kFirstTitle = "KAVO skeleton 1";
 
-// Bytes gathered into one record: few enough to hold, many enough that the records' lines weigh nothing.
+// How many bytes are gathered into one record: few enough to keep in memory, and so many that the records' lines do not
+// matter.
 constexpr std::size_t kLongestPiece = 64 * 1024;
 
-// No segment holds more codes than bytes; what a damaged file says must not fill the memory.
+// No segment has more codes than this. The count in a damaged file must not fill the memory.
 constexpr std::uint64_t kMostCodes = 1 << 24;
 
 // True when the file ends with the checksum of every byte before it.

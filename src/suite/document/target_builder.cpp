@@ -1,4 +1,4 @@
-// Building the target: the skeleton and the translated segments, read side by side.
+// Builds the target from the skeleton and the translated segments, reading both at the same time.
 #include <algorithm>
 #include <unordered_map>
 
@@ -90,7 +90,7 @@ class TargetBuilder {
     target_.write(part.written);
   }
 
-  // A record may end inside a character, which is recoded whole.
+  // A record may end inside a character, which must be recoded as a whole.
   void write_skeleton(std::string_view bytes) {
     if (!recodes_) return write({bytes, bytes});
     tail_ += bytes;

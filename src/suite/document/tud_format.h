@@ -1,4 +1,4 @@
-// What a bilingual document (".tud") is made of: an XLIFF 1.2 document with one unit for each segment.
+// The format of a bilingual document (".tud"): an XLIFF 1.2 document with one unit for each segment.
 #pragma once
 
 #include <cstdint>
@@ -18,12 +18,13 @@ namespace kavo {
 inline constexpr std::string_view kXliffNamespace = "urn:oasis:names:tc:xliff:document:1.2";
 inline constexpr std::string_view kToolId = "K19Suite";
 
-// XLIFF's word for a script file whose segments are texts. Those of earlier versions are lines, with code and quotes.
+// XLIFF's word for a script file whose segments are texts. In earlier versions segments were lines, with code and
+// quotes.
 inline constexpr std::string_view kScriptDatatype = "x-script";
 
 // The facts in the document's header. Languages are the suite's own codes ("EN-US").
 struct TudHeader {
-  // File names without folder, in the system's own form: any bytes, of which the format escapes what XML lacks.
+  // File names without folder, in the system's own form. They may hold any bytes; the format escapes what XML lacks.
   std::string original;       // of the source document
   std::string source_format;  // its extension in capitals
   std::string filter;         // tag
@@ -44,13 +45,13 @@ std::u16string core_file_name(std::string_view name);
 // A note of a unit.
 struct TudNote {
   std::string text;
-  std::string attributes;  // as they may be written again, each behind a blank
+  std::string attributes;  // ready to be written again, each after a blank
   bool operator==(const TudNote&) const = default;
 };
-// Whether the suite wrote it when the document was made.
+// True when the suite wrote the note when it made the document.
 bool is_own_note(const TudNote& note);
 
-// A translation that is offered beside a unit's own.
+// A translation that is offered besides a unit's own.
 struct TudAlternative {
   std::optional<std::int16_t> match;  // percent
   std::string source;                 // coded text; "" when it is not stated
@@ -59,11 +60,11 @@ struct TudAlternative {
   bool operator==(const TudAlternative&) const = default;
 };
 
-// A unit as it was read. Places are those of the file's bytes.
+// A unit as it was read. Its places are offsets in the file.
 struct TudUnit {
   std::string id;
   std::string name;     // of the text in its document, "" for none
-  std::string element;  // what it stands in (Segment::element), "" when unknown
+  std::string element;  // what contains the text (Segment::element), "" when unknown
   std::string source;   // coded text
   std::string target;
   bool has_target = false;
@@ -72,11 +73,11 @@ struct TudUnit {
   std::string state;
   std::string state_qualifier;
   std::optional<std::int16_t> match;  // percent, of the first alternative translation that has one
-  std::string extra;                  // what we wrote as extradata: the place in the source document
+  std::string extra;                  // our extradata: the place in the source document
   std::vector<TudNote> notes;
   std::vector<TudAlternative> alternatives;
 
-  // For rewriting.
+  // The places that rewriting needs.
   struct Inline {
     CodeKind kind = CodeKind::kStandalone;
     std::string id;
@@ -88,15 +89,16 @@ struct TudUnit {
   XmlPlace source_tag;
   std::uint64_t source_end = 0;  // end of </source>, or of </seg-source> where there is one
   XmlPlace target_start;         // the start tag (all of it when empty)
-  XmlPlace target_end;           // the end tag, nothing long when empty
+  XmlPlace target_end;           // the end tag; its length is 0 when the element is empty
   XmlPlace match_tag;            // the start tag with the match; empty when there is none
 };
 
-// Its translation: the source text for a target that nobody has written yet (missing, or empty and not approved).
+// The unit's translation. For a target that nobody has written yet (missing, or empty and not approved) it is the
+// source text.
 std::string_view translation_of(const TudUnit& unit);
-// True for a state that means: not translated yet.
+// True for a state that means "not translated yet".
 bool is_new_state(std::string_view state);
-// Its status by XLIFF's attributes, as tools set them.
+// The unit's status by XLIFF's attributes, as tools set them.
 TranslationStatus status_of(const TudUnit& unit);
 
 // The attributes of a target for a status.
@@ -106,8 +108,8 @@ struct XliffState {
 };
 XliffState xliff_state_of(TranslationStatus status);
 
-// The beginning of a new document, up to its first unit; one unit of the document that the header tells of,
-// untranslated; the end. Appended in UTF-8.
+// These append, in UTF-8, the beginning of a new document up to its first unit; an untranslated unit of the document
+// that the header describes; the end.
 void append_tud_start(std::string& xml, const TudHeader& header);
 void append_tud_unit(std::string& xml, std::uint32_t number, const Segment& segment, const TudHeader& header);
 void append_tud_end(std::string& xml);
@@ -116,24 +118,24 @@ void append_tud_end(std::string& xml);
 class TudEvents {
  public:
   virtual ~TudEvents() = default;
-  // Before the first unit.
+  // Called before the first unit.
   virtual void header(const TudHeader& header) { static_cast<void>(header); }
   virtual void unit(const TudUnit& unit) { static_cast<void>(unit); }
-  // The text of a skeleton inside the document (base 64), in pieces, before header().
+  // Called before header() with pieces of the text (base 64) of a skeleton inside the document.
   virtual void skeleton_inside(std::string_view base64) { static_cast<void>(base64); }
 };
 
 // Reads a document, whatever editor wrote it: any prefixes, order of attributes, coding, added elements, missing
-// targets. Throws `failure` 5 with the place for one that is not well-formed, is cut, is no XLIFF document, holds
-// several files, or gives a name that is not one plain file name (plain_name.h): every file of a document lies in its
-// own folder. With `coding`, that of the document's bytes is written there before the first event.
+// targets. Throws `failure` 5 with the place for one that is not well-formed, is cut, is not XLIFF, holds several
+// files, or contains a name that is not one plain file name (plain_name.h), since every file of a document is in its
+// own folder. If `coding` is given, it receives the coding of the document's bytes before the first event.
 void read_tud(std::u16string_view path, TudEvents& events, ProgressEvent* progress = nullptr,
               XmlCoding* coding = nullptr);
 
-// The header of a document, which is read to its end. Throws `failure` as read_tud() does.
+// The header of a document. Reads the whole document. Throws `failure` as read_tud() does.
 TudHeader header_of(std::u16string_view path);
-// The same; nothing for a document that read_tud() refuses, because it is damaged or another program's. Throws `failure`
-// when the file cannot be read.
+// The same; nothing for a document that read_tud() refuses, because it is damaged or another program's. Throws
+// `failure` when the file cannot be read.
 std::optional<TudHeader> header_if_bilingual(std::u16string_view path);
 
 }  // namespace kavo

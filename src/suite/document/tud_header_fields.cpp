@@ -9,14 +9,14 @@
 namespace kavo {
 namespace {
 
-// 0 for a text that is no number.
+// Returns 0 for a text that is not a number.
 template <class Number>
 void read_number(std::string_view text, Number& number) {
   number = 0;
   std::from_chars(text.data(), text.data() + text.size(), number);
 }
 
-// A fact of the header, or of its set.
+// A row for a member of the header or of its set.
 template <auto kMember, class Header>
 auto& fact(Header& header) {
   if constexpr (std::is_invocable_v<decltype(kMember), TudHeader&>)
@@ -37,7 +37,7 @@ constexpr HeaderField number_field(std::string_view name) {
           [](TudHeader& header, std::string value) { read_number(value, fact<kMember>(header)); }};
 }
 
-// Stated with the name of the author's document only.
+// This fact is stated only together with the name of the author's document.
 constexpr HeaderField author_checksum_field() {
   HeaderField field = number_field<&SetMark::author_checksum>("author-checksum");
   field.text = [](const TudHeader& header) {

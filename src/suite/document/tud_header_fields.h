@@ -1,4 +1,4 @@
-// The facts of a bilingual document that XLIFF 1.2 has no attribute for. Each is a note "NAME=VALUE" from our tool in
+// The facts of a bilingual document for which XLIFF 1.2 has no attribute. Each is a note "NAME=VALUE" from our tool in
 // the header. A new one is one more row.
 #pragma once
 

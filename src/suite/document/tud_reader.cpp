@@ -212,7 +212,7 @@ class TudParser final : public XmlHandler {
       start_unit_note(attributes);
       return;
     } else if (name != "seg-source") {
-      // Counts and properties.
+      // Elements with counts and properties are skipped.
       skip_depth_ = depth_;
       return;
     }
@@ -322,7 +322,7 @@ class TudParser final : public XmlHandler {
   TudUnit unit_;
   std::string space_;       // the namespace of the document's own elements
   int depth_ = 0;           // of open elements
-  int skip_depth_ = 0;      // the depth of an element that is stepped over with all it holds, 0 for none
+  int skip_depth_ = 0;      // the depth of an element that is skipped with its content, 0 for none
   int in_alternative_ = 0;  // the depth of an alternative translation
   int in_contexts_ = 0;     // the depth of a unit's context group
   int inline_depth_ = 0;    // the depth of the source or target element

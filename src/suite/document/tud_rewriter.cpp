@@ -14,8 +14,8 @@
 namespace kavo {
 namespace {
 
-// The document's bytes as 8-bit text and back. Of a coding that is neither UTF-8 nor UTF-16 the bytes themselves are
-// the text: its tags are ASCII, and new text beyond that is written as references.
+// Converts the document's bytes to 8-bit text and back. In a coding other than UTF-8 and UTF-16 the bytes themselves
+// are the text: its tags are ASCII, and new text beyond that is written as references.
 class ByteForm {
  public:
   explicit ByteForm(XmlCoding coding) : coding_(coding) {
@@ -40,7 +40,7 @@ class ByteForm {
     append_xml_text(escaped, utf8);
     append_escaped(out, escaped);
   }
-  // What is escaped for XML already.
+  // Appends text that is already escaped for XML.
   void append_escaped(std::string& out, std::string_view escaped) const {
     if (coding_ != XmlCoding::kAsciiBased) {
       out += escaped;
@@ -63,7 +63,7 @@ class ByteForm {
 
 bool is_blank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
 
-// Sets an attribute without a prefix in a tag, in its old place when it is there.
+// Sets an attribute without a prefix in a tag, in its old place if it exists.
 void set_attribute(std::string& tag, std::string_view name, std::string_view value) {
   std::size_t at = tag.find_first_of(" \t\r\n/>");
   for (;;) {
@@ -133,8 +133,8 @@ class Rewriter final : public TudEvents {
     return bytes;
   }
 
-  // What the unit's attributes shall say of its status. What the given details or the unit itself say of this status
-  // in other words stays: "needs-l10n" is more than "to be reviewed".
+  // What the unit's attributes must say about its status. If the given details or the unit itself already express this
+  // status in other words, those stay: "needs-l10n" says more than "to be reviewed".
   static XliffDetails words_for(const TudUnit& unit, const BilingualSegment& segment, const XliffDetails* given) {
     const auto fits = [&](std::string_view state) {
       return !state.empty() && (!is_new_state(state) || segment.status == TranslationStatus::kUntranslated);
@@ -157,7 +157,7 @@ class Rewriter final : public TudEvents {
     const std::string prefix = source_tag.substr(1, source_tag.find("source") - 1);
 
     std::string start_tag = slice(unit.start_tag.begin, unit.start_tag.end);
-    // An attribute that says what it shall say stays as it is, written or left out.
+    // An attribute that already has the right meaning stays as it is, written or left out.
     const bool is_locked = segment.status == TranslationStatus::kLocked;
     if (unit.translate == is_locked) set_attribute(start_tag, "translate", is_locked ? "no" : "yes");
     const XliffDetails words = words_for(unit, segment, details);
@@ -181,7 +181,7 @@ class Rewriter final : public TudEvents {
     if (unit.match && *unit.match != segment.match) {
       std::string match_tag = slice(unit.match_tag.begin, unit.match_tag.end);
       set_attribute(match_tag, "match-quality", std::to_string(segment.match));
-      // A match may stand in front of the target in a document that is not quite to the rules.
+      // In a document that does not quite follow the rules a match may come before the target.
       if (unit.match_tag.begin >= target_end)
         return result + slice(target_end, unit.match_tag.begin) + match_tag + slice(unit.match_tag.end, unit.whole.end);
     }
@@ -223,7 +223,7 @@ class Rewriter final : public TudEvents {
     }
   }
 
-  // Its codes are those of another text, which nobody has here: their ids are what is left of them.
+  // Its codes belong to another text, which is not available here. Only their ids are left.
   static void append_alternative_text(std::string& result, const ByteForm& form, const std::string& prefix,
                                       const char* name, std::string_view coded) {
     result += "<" + prefix + name + ">";
@@ -248,7 +248,7 @@ class Rewriter final : public TudEvents {
     result += std::string("</") + prefix + name + ">";
   }
 
-  // A qualifier that no longer holds is taken out: no value of it says "none".
+  // A qualifier that no longer holds is removed, because it has no value for "none".
   static void set_qualifier(std::string& tag, std::string_view qualifier) {
     std::string escaped;
     append_xml_attribute(escaped, qualifier);

@@ -1,4 +1,4 @@
-// What a unit of a bilingual document says: its translation, and how far it is.
+// Reads a unit of a bilingual document: its translation, and how far it is.
 #include <algorithm>
 
 #include "suite/document/tud_format.h"
@@ -27,7 +27,8 @@ TranslationStatus status_of(const TudUnit& unit) {
   if (!unit.translate) return TranslationStatus::kLocked;
   const bool is_same = !unit.has_target || unit.target == unit.source;
   const bool is_new = is_new_state(unit.state);
-  // Some tools fill a target and leave its state. An empty target beside a source text does not count as a translation.
+  // Some tools fill a target and do not change its state. An empty target of a source text does not count as a
+  // translation.
   if (is_same && (is_new || unit.state.empty()) && !unit.approved) return TranslationStatus::kUntranslated;
   if (unit.target.empty() && !unit.source.empty() && !unit.approved) return TranslationStatus::kUntranslated;
   if (unit.approved || unit.state == "signed-off") return TranslationStatus::kApproved;

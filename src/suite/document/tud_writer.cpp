@@ -10,10 +10,10 @@
 namespace kavo {
 namespace {
 
-// Who the comments of a document's author come from.
+// The origin of the comments that a document's author wrote.
 constexpr std::string_view kAuthorNote = "author";
 
-// More codes of a unit are not listed in its note: nobody reads on.
+// How many codes a unit's note lists. Nobody reads a longer list.
 constexpr std::size_t kMostListed = 30;
 
 void append_attribute(std::string& xml, std::string_view name, std::string_view value) {
@@ -62,8 +62,8 @@ void append_context(std::string& xml, std::string_view type, std::string_view va
   xml += "</context>";
 }
 
-// Where its author finds the text. The line is left out for a document that was prepared from another one, unless the
-// filter knows it: there it would be a wrong one.
+// Where the author finds the text. For a document that was prepared from another one, the line is left out unless the
+// filter knows it, because it would be wrong.
 void append_location(std::string& xml, const Segment& segment, const TudHeader& header) {
   const bool is_author_document = header.set.author_document.empty() || header.set.author_document == header.original;
   const std::int64_t line = is_author_document ? segment.line : segment.author_line;

@@ -1,4 +1,4 @@
-// What is a word to people who count or compare texts, character by character.
+// Says which characters form words when texts are counted or compared.
 #pragma once
 
 namespace kavo {

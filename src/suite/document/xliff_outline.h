@@ -1,4 +1,4 @@
-// Where the parts of an XLIFF document stand in its bytes: its root, its file elements, their skeletons.
+// Finds the parts of an XLIFF document in its bytes: its root, its file elements, their skeletons.
 #pragma once
 
 #include <string_view>
@@ -12,8 +12,9 @@ struct XliffOutline {
   struct FilePart {
     XmlPlace start_tag;
     XmlPlace whole;
-    XmlPlace skeleton_tag;  // of the element that names or holds the skeleton; nothing long when there is none
-    XmlPlace skeleton;      // all of it
+    XmlPlace
+        skeleton_tag;   // start tag of the element that names or holds the skeleton; its length is 0 when there is none
+    XmlPlace skeleton;  // the whole element
     bool has_skeleton_inside = false;
   };
   XmlCoding coding = XmlCoding::kUtf8;

@@ -16,7 +16,7 @@
 namespace kavo {
 namespace {
 
-// ASCII in the document's coding, and back.
+// Converts ASCII to the document's coding and back.
 class AsciiForm {
  public:
   explicit AsciiForm(XmlCoding coding)
@@ -51,7 +51,7 @@ void read_up_to(BlockReader& reader, std::uint64_t position, const Take& take) {
   }
 }
 
-// The attributes of a start tag that declare namespaces, each behind a blank.
+// The attributes of a start tag that declare namespaces, each with the blank before it.
 std::vector<std::string> declarations_in(std::string_view tag) {
   std::vector<std::string> declarations;
   for (std::size_t at = tag.find("xmlns"); at != tag.npos; at = tag.find("xmlns", at + 1)) {
@@ -116,7 +116,8 @@ class Packer {
     return AsciiForm(outlines_[index].coding).to_text(bytes);
   }
 
-  // The file element, with the skeleton inside; the reader stands at its beginning and then at its end.
+  // Writes the file element with the skeleton inside. The reader is at the element's beginning, and afterwards at its
+  // end.
   void write_document(std::size_t index, BlockReader& reader) {
     const BilingualDocument& document = *documents_[index];
     const XliffOutline& outline = outlines_[index];
@@ -137,7 +138,7 @@ class Packer {
     copy_up_to(reader, part.whole.end);
   }
 
-  // What the document's root declares and the package's does not is declared here.
+  // The namespaces that the document's root declares, but not the package's, are declared here.
   void write_file_tag(std::size_t index, BlockReader& reader) {
     const AsciiForm form(outlines_[index].coding);
     std::string bytes;
@@ -154,7 +155,7 @@ class Packer {
     file_.write(std::string_view(bytes).substr(name_end));
   }
 
-  // In the place of the old element.
+  // Writes the skeleton in the place of the old element.
   void write_skeleton(const std::u16string& path, const AsciiForm& form, const std::string& old) {
     // "x:" of "<x:skl>"
     const std::string prefix = old.substr(1, old.find("skl") - 1);
@@ -176,12 +177,12 @@ class Packer {
   std::vector<std::string> root_declarations_;  // of the package
 };
 
-// Whether the bytes rule out a second file element, for documents in codings that contain ASCII. An XML parser takes
-// many times as long, and most documents that anybody rebuilds are long and have one.
+// True when the bytes rule out a second file element, in codings that contain ASCII. An XML parser takes many times as
+// long, and most documents that are rebuilt are long and have only one.
 bool has_one_file_tag(std::u16string_view path) {
   constexpr std::string_view kName = "file";
   std::size_t count = 0;
-  char before = 0;  // the byte in front of the window
+  char before = 0;  // the byte before the window
   for (BlockReader reader(path);;) {
     const std::string_view window = reader.window();
     if (reader.position() == 0 && window.size() >= 2 &&
@@ -194,7 +195,7 @@ bool has_one_file_tag(std::u16string_view path) {
       done = at + kName.size();
     }
     if (count > 1) return false;
-    // The name may be cut.
+    // The window may end inside the name.
     done = std::max(done, window.size() - std::min(window.size(), kName.size() - 1));
     if (done != 0) before = window[done - 1];
     reader.consume(done);

@@ -1,4 +1,5 @@
-// One XLIFF file that carries bilingual documents with their skeletons: a file to send away, and to rebuild from.
+// A package: one XLIFF file that contains bilingual documents with their skeletons, to be sent away and to be rebuilt
+// from.
 #pragma once
 
 #include <span>
@@ -10,14 +11,14 @@
 
 namespace kavo {
 
-// Writes the documents, as their files stand, with their skeletons inside: a file element for each, in this order, in
-// what surrounds that of the first. A file of the target's name is replaced. Throws `failure` (53 for a document
-// without a skeleton, 5 for documents in different codings): the target is then as it was.
+// Writes the documents as they are in their files, with their skeletons inside: one file element for each, in this
+// order, inside the root of the first document. Replaces a file with the target's name. Throws `failure` (53 for a
+// document without a skeleton, 5 for documents in different codings). The target is then as it was.
 void pack_documents(std::span<const BilingualDocument* const> documents, std::u16string_view target);
 
-// True for a file that is to be unpacked before anything else can be done with it: one with several file elements, or
-// one that holds its skeleton and is not named as a bilingual document is. False for one that is missing or damaged: who
-// opens it says why. Throws `failure`, naming the file, when the system does not let it read.
+// True for a file that must be unpacked before anything else: one with several file elements, or one that holds its
+// skeleton and does not have the name of a bilingual document. False for one that is missing or damaged, which is
+// reported when it is opened. Throws `failure`, naming the file, when the system does not let it read.
 bool is_package(std::u16string_view path);
 
 // Writes each document of a package into a folder (without "\" at its end), named after its source document and its

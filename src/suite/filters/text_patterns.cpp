@@ -21,7 +21,7 @@ bool is_word(char c) { return is_letter(c) || is_digit(c) || c == '_' || static_
 bool is_name(char c) { return is_letter(c) || is_digit(c) || c == '_' || c == '.' || c == '-'; }
 bool is_ascii_word(char c) { return is_letter(c) || is_digit(c); }
 
-// "{name}", "{0}", "{ name }" behind `open` up to `close`.
+// "{name}", "{0}", "{ name }" after `open` up to `close`.
 std::size_t in_braces(std::string_view text, std::string_view open, std::string_view close) {
   if (!text.starts_with(open)) return 0;
   std::size_t at = open.size();

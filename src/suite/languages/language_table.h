@@ -16,7 +16,7 @@ struct LanguageRow {
   std::u16string_view script;  // ISO 15924
   std::u16string_view tags;    // further tags of the language, in capitals, separated by blanks
 };
-// Sorted by name. Where several variants of a language may be preselected by a picker, the last one is the usual.
+// The rows are sorted by name. If a picker could preselect several variants of a language, the last one counts.
 std::span<const LanguageRow> language_rows();
 
 struct CodePageRow {

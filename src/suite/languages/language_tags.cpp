@@ -73,7 +73,7 @@ std::u16string_view variant_of(const LanguageRow& row) {
   return open == row.name.npos ? u"" : row.name.substr(open + 1, row.name.size() - open - 2);
 }
 
-// Collects rows in the order of their likelihood, each once.
+// Collects rows, the likeliest first, each once.
 class Nearest {
  public:
   explicit Nearest(std::u16string_view text) : text_(trimmed(text)), tag_(as_tag(text)) {}
@@ -93,7 +93,7 @@ class Nearest {
     });
     if (text_.size() < 3) return std::move(found_);
     add_misspelt();
-    // By a region at the start of the text: "Austria", "Austrian German".
+    // The text may begin with a region: "Austria", "Austrian German".
     add_spoken_where([&](const LanguageRow& row) {
       const std::u16string_view variant = variant_of(row);
       return variant.size() > 3 && equal_ignoring_case(variant, text_.substr(0, variant.size()));

@@ -1,7 +1,7 @@
-// A translation's codes, moved from the text that it was made for to another one.
+// Moves a translation's codes from the text for which it was made to another one.
 //
-// Old and new texts number their codes each in its own way. In between, the codes of a text bear the numbers 1, 2, 3 in
-// the order in which they begin in the source text ("plain numbers"), so that equal texts are equal byte for byte.
+// The old and the new text may number their codes differently. In between, the codes of a text have the numbers 1, 2, 3
+// in the order in which they begin in the source text ("plain numbers"), so that equal texts are equal byte for byte.
 #pragma once
 
 #include <string>
@@ -9,8 +9,8 @@
 
 namespace kavo {
 
-// A source text and its translation with plain numbers. A code of the translation that the source does not have is left
-// out.
+// A source text and its translation, both with plain numbers. A code of the translation that the source does not have
+// is left out.
 struct PlainPair {
   std::string source;
   std::string target;

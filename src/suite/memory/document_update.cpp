@@ -67,7 +67,7 @@ class Update {
     return decisions_[i].fate != UnitFate::kNew && targets_[i] != document_.units[i].source;
   }
 
-  // The numbers of our own documents are places from 1.
+  // In our own documents the numbers are places, counted from 1.
   std::map<std::uint32_t, std::string> filled_among(const std::set<std::uint32_t>* numbers) const {
     std::map<std::uint32_t, std::string> filled;
     for (std::uint32_t i = 0; i < targets_.size(); ++i)
@@ -102,7 +102,7 @@ class Update {
     }
   }
 
-  // The words, and behind them the codes that must come back.
+  // Takes only the words, followed by the codes that must come back.
   void put_up_for_review(std::size_t i, const Hole& hole) {
     UnitDecision& decision = decisions_[i];
     if (decision.fate != UnitFate::kSimilar)
@@ -135,7 +135,7 @@ class Update {
     }
   }
 
-  // Of the old units: which are gone, and which of their translations stand nowhere in the new document.
+  // Finds the old units that are gone, and those of their translations that the new document does not contain.
   void collect_removed() {
     std::unordered_set<std::string_view> texts;
     std::set<std::pair<std::string_view, std::string_view>> translations;
@@ -181,8 +181,8 @@ class Update {
     segment.status = decision.status;
     if (decision.fate == UnitFate::kKept) {
       const OldUnit& old = old_->units[decision.old];
-      // What the suite noted for translators is in the new document, as it would say it today. Earlier versions wrote
-      // it without their name.
+      // The suite's own notes for translators are already in the new document, in today's wording. Earlier versions
+      // wrote them without the suite's name.
       const auto is_there = [&](const TudNote& note) {
         return is_own_note(note) || std::ranges::find(unit.notes, note.text, &TudNote::text) != unit.notes.end();
       };
@@ -192,7 +192,7 @@ class Update {
         details_.state_qualifier = old.state_qualifier;
         details_.approved = old.approved;
       } else if (!unit.translate) {
-        // Nobody had begun with it: a lock that is new holds.
+        // Nobody has begun to translate it, so a new lock takes effect.
         segment.status = TranslationStatus::kLocked;
       }
       if (segment.status == status_of(unit) && segment.target == unit.target && details_.notes.empty() &&
@@ -226,8 +226,8 @@ UpdateCounts& UpdateCounts::operator+=(const UpdateCounts& other) {
   return *this;
 }
 
-// The skeletons say so byte for byte. What a skeleton does not hold are the locks: one that is new shall take effect
-// where nothing was translated.
+// The skeletons are compared byte for byte. They do not contain the locks, so a new lock is looked for where nothing
+// has been translated.
 bool says_the_same(std::u16string_view tud, const OldDocument& old) {
   if (old.holds_lines || old.skeleton_checksum == 0) return false;
   const NewDocument document(tud);

@@ -44,7 +44,8 @@ class OldReader final : public TudEvents {
       OldUnit& old = document_.units.emplace_back();
       old.source = source;
       old.target = target;
-      // Lines were locked when they held no quoted text; whether a text is to be translated was not known.
+      // In those versions a line was locked when it had no quoted text. Whether a text must be translated was not
+      // known.
       const TranslationStatus status = status_of(unit);
       const bool is_translated = status != TranslationStatus::kLocked && target != source;
       old.status = is_translated ? status : TranslationStatus::kUntranslated;

@@ -1,4 +1,4 @@
-// A bilingual document as it was before its source was prepared again: all that an update takes over from it.
+// A bilingual document before its source was prepared again: everything that an update takes over from it.
 #pragma once
 
 #include <cstdint>
@@ -17,16 +17,17 @@ struct OldDocument {
   TudHeader header;
   std::vector<OldUnit> units;
   std::uint64_t skeleton_checksum = 0;  // of the file beside it, 0 when there is none
-  bool holds_lines = false;             // of a script, as in documents of earlier versions; units are their texts
+  bool holds_lines =
+      false;  // units are lines of a script, as in documents of earlier versions; `units` holds the texts in them
 };
 
 // Throws `failure` as read_tud() does, and for a skeleton that cannot be read.
 OldDocument read_old_document(std::u16string_view tud);
 
-// Whether the two translate between the same languages.
+// True when the document translates between these languages.
 bool has_languages_of(const TudHeader& header, std::string_view source_language, std::string_view target_language);
 
-// Adds what the document's units are translated to.
+// Adds the translations of the document's units.
 void add_translations(TextMemory& memory, const std::vector<OldUnit>& units);
 
 }  // namespace kavo

@@ -10,14 +10,14 @@ namespace {
 
 struct QuotedText {
   std::string text;  // without its quotes
-  std::string code;  // the id of the code in front of it when nothing else stands between it and the text before
+  std::string code;  // the id of the code before it, when only that code is between it and the previous text
 };
 
-// The texts between quotes. A quote inside is written twice (VBScript) or behind a backslash (JavaScript, Java, PHP).
+// The texts between quotes. A quote inside is written twice (VBScript) or after a backslash (JavaScript, Java, PHP).
 std::vector<QuotedText> quoted_texts(std::string_view line) {
   std::vector<QuotedText> texts;
   std::string code;
-  bool is_joined = false;  // only one code so far behind the text before
+  bool is_joined = false;  // so far only one code has followed the previous text
   CodedTextReader reader(line);
   for (CodedPart part; reader.next(part);) {
     if (part.is_code) {

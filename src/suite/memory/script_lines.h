@@ -1,5 +1,5 @@
-// The texts in the lines of script that documents of earlier versions have for segments. Today's documents have a
-// segment for each text, so that is what an update can look for.
+// Finds the texts in lines of script, which are the segments in documents of earlier versions. Today's documents have a
+// segment for each text, and an update looks for those.
 #pragma once
 
 #include <functional>

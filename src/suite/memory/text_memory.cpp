@@ -5,7 +5,7 @@
 namespace kavo {
 namespace {
 
-// Bounds of one question, so that a memory of a million texts made of the same few words answers as fast as others.
+// Limits for one look-up, so that a memory of a million texts with the same few words answers as fast as others.
 constexpr std::size_t kMostFeatures = 24;        // rarest words that are looked up
 constexpr std::size_t kLongestList = 2000;       // texts taken from the list of one word
 constexpr std::size_t kEnoughPostings = 3000;    // of all lists; further ones only as far as they are needed
@@ -66,9 +66,9 @@ std::optional<TextMemory::Similar> TextMemory::similar(std::string_view source) 
     if (text.source == source) continue;
     const std::size_t end = candidate + 1 < texts_.size() ? texts_[candidate + 1].first_token : tokens_.size();
     const std::span<const TextToken> other(tokens_.data() + text.first_token, end - text.first_token);
-    // Another text is never quite the same, even where it has the same words.
+    // Another text is never quite the same, even if it has the same words.
     const int percent = std::min(similarity(tokens, other, budget), 99);
-    // Of equally similar texts the first that was added, in every run the same.
+    // Of equally similar texts the first that was added counts, so that every run gives the same result.
     if (percent > best_percent || (percent == best_percent && candidate < best)) {
       best = candidate;
       best_percent = percent;
@@ -106,7 +106,7 @@ void TextMemory::append_features(std::vector<std::uint32_t>& features, std::span
   features.erase(std::unique(features.begin(), features.end()), features.end());
 }
 
-// Those that share most of the rarest features and are about as long, in the order in which they were added.
+// The texts that share most of the rarest features and are about as long, in the order in which they were added.
 std::vector<std::uint32_t> TextMemory::candidates(std::span<const TextToken> tokens, std::uint64_t weight) {
   std::vector<std::uint32_t> features;
   append_features(features, tokens);
@@ -117,8 +117,9 @@ std::vector<std::uint32_t> TextMemory::candidates(std::span<const TextToken> tok
     lists.emplace_back(first, std::min(static_cast<std::size_t>(last - first), kLongestList));
   }
   std::ranges::stable_sort(lists, {}, &std::span<const Posting>::size);
-  // An edit that leaves three quarters of the weight changes at most a third of the words, and two pairs for each
-  // character: of one list more at least one holds the text that is looked for. Others help to find the best.
+  // An edit that keeps three quarters of the weight changes at most a third of the words, and two pairs for each
+  // changed character. So with one list more than that, at least one list holds the text. More lists help to find the
+  // best text.
   const std::size_t needed = (units_ == TextUnits::kWords ? 1 : 2) * lists.size() / 3 + 1;
   lists.resize(std::min(lists.size(), kMostFeatures));
   std::size_t scanned = 0, used = 0;

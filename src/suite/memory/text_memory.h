@@ -1,4 +1,4 @@
-// Texts that were translated before, to be found again as they are or nearly so.
+// Remembers translated texts, and finds equal or similar ones.
 //
 // Equal texts are kept once. Texts are found by hashing; similar ones through an index of their words (or pairs of
 // characters): a text that has three quarters of its words in common with another one shares one of its rarest words
@@ -26,19 +26,19 @@ struct KnownTranslation {
 
 class TextMemory {
  public:
-  // Of one text; of further translations that differ nothing is kept.
+  // How many different translations of one text are kept.
   static constexpr std::size_t kMostTranslations = 20;
 
   explicit TextMemory(TextUnits units) : units_(units) {}
 
-  // Both with plain numbers. `is_reviewed` is false for a translation that somebody still has to look at. Not to be
-  // called after similar().
+  // Both texts have plain numbers. `is_reviewed` is false for a translation that somebody still has to check. Do not
+  // call it after similar().
   void add(std::string_view source, std::string_view target, bool is_reviewed);
   bool has(std::string_view source, std::string_view target) const;
   std::size_t size() const { return texts_.size(); }  // different texts
 
-  // All translations of exactly this text, the most frequent first, of equally frequent ones the first; only those that
-  // need no review when there is one.
+  // All translations of exactly this text, the most frequent first; equally frequent ones in the order in which they
+  // were added. If any has been reviewed, only the reviewed ones.
   std::vector<KnownTranslation> exact(std::string_view source) const;
 
   struct Similar {
@@ -46,7 +46,7 @@ class TextMemory {
     std::vector<KnownTranslation> translations;  // as exact() gives them; never empty
     int percent = 0;                             // kLeastSimilarity to 99
   };
-  // The most similar text, of equally similar ones that which was added first; never the text itself.
+  // The most similar text, but never the text itself. Of equally similar ones the one that was added first.
   std::optional<Similar> similar(std::string_view source);
 
  private:
@@ -71,7 +71,7 @@ class TextMemory {
   std::deque<Text> texts_;
   std::unordered_map<std::string_view, std::uint32_t> by_source_;
 
-  // The index, made at the first question for a similar text.
+  // The index is made when a similar text is first asked for.
   bool is_indexed_ = false;
   std::vector<TextToken> tokens_;  // of all texts
   struct Posting {

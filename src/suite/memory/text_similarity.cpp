@@ -28,7 +28,7 @@ class RunTokens {
  private:
   void take(char32_t c, std::string_view character) {
     if (is_word_space(c)) return finish_word();
-    // "1,234.50" is one number: what stands between its digits is decided by the digit that follows.
+    // "1,234.50" is one number: the digit that follows decides whether a sign belongs to it.
     if ((c == '.' || c == ',') && length_ != 0 && is_number_) {
       if (separator_ != 0) finish_word();
       if (length_ != 0) {
@@ -65,11 +65,11 @@ class RunTokens {
   std::uint64_t hash_ = kFnvSeed;  // of the word being read
   std::size_t length_ = 0;         // its characters
   bool is_number_ = false;         // only digits so far
-  char separator_ = 0;             // behind a number, when what follows decides
+  char separator_ = 0;             // a sign after a number, when what follows decides
 };
 
-// The weight that must be put in, taken out or replaced to make one text of the other, a whole row of the usual table
-// at a time; more than `most` when every way costs more.
+// The weight that must be inserted, removed or replaced to turn one text into the other, computed one row of the usual
+// table at a time. Returns more than `most` when every way costs more.
 std::uint64_t edit_weight(std::span<const TextToken> a, std::span<const TextToken> b, std::uint64_t most) {
   std::vector<std::uint64_t> row(b.size() + 1);
   for (std::size_t j = 0; j < b.size(); ++j) row[j + 1] = row[j] + b[j].weight();
@@ -118,7 +118,7 @@ int similarity(std::span<const TextToken> a, std::span<const TextToken> b, std::
   const std::uint64_t heavier = std::max(weight_of(a), weight_of(b));
   const auto is_word = [](const TextToken& token) { return token.kind() == TextToken::kWord; };
   if (!std::ranges::any_of(a, is_word) || !std::ranges::any_of(b, is_word)) return 0;
-  // What both begin and end with costs nothing.
+  // A common beginning and a common end cost nothing.
   while (!a.empty() && !b.empty() && a.front() == b.front()) a = a.subspan(1), b = b.subspan(1);
   while (!a.empty() && !b.empty() && a.back() == b.back()) a = a.first(a.size() - 1), b = b.first(b.size() - 1);
   const std::uint64_t steps = (a.size() + 1) * static_cast<std::uint64_t>(b.size() + 1);

@@ -44,7 +44,7 @@ class TmxParser final : public XmlHandler {
     if (name == "tu") start_unit();
     if (name == "prop" && in_unit_) is_review_property_ = attributes.text("type") == kReviewProperty;
     if (name == "tuv") {
-      // TMX before 1.4 had an attribute of its own.
+      // TMX before 1.4 had a different attribute.
       const char* const language = attributes.find(kLanguageAttribute);
       language_ = upper(language ? language : attributes.text("lang"));
     }
@@ -85,7 +85,7 @@ class TmxParser final : public XmlHandler {
     if (number.empty()) return;
     if (name == "bpt") append_code(text_, CodeKind::kOpen, number);
     if (name == "ept") append_code(text_, CodeKind::kClose, number);
-    // Pairs are numbered apart from the others.
+    // Pairs have their own numbering.
     if (name == "ph" || name == "it" || name == "ut") append_code(text_, CodeKind::kStandalone, number);
   }
 

@@ -7,9 +7,9 @@
 namespace kavo {
 namespace {
 
-constexpr std::uint32_t kNothing = 0;  // the number of "" and of a neighbour that is not there
+constexpr std::uint32_t kNothing = 0;  // the number of "" and of a missing neighbour
 
-// Small numbers for texts, the same for equal ones.
+// Gives texts small numbers, equal texts the same.
 class Numbers {
  public:
   Numbers() { numbers_.emplace("", kNothing); }
@@ -55,7 +55,7 @@ class Alignment {
     pair([](const Unit& unit) { return Key{unit.text, unit.element, unit.behind}; });
     number_gaps();
     pair([](const Unit& unit) { return Key{unit.text, unit.element, unit.gap}; });
-    // An editor may have dropped what an old text stands in.
+    // An editor may have dropped the element of an old text.
     pair(
         [](const Unit& unit) {
           return Key{unit.text, unit.gap};
@@ -90,7 +90,7 @@ class Alignment {
     }
   }
 
-  // Pairs what has no partner yet by equal keys, in order.
+  // Pairs units that have no partner yet and have equal keys, in order.
   template <class KeyOf, class AcceptOld, class AcceptNew>
   void pair(const KeyOf& key_of, const AcceptOld& accept_old, const AcceptNew& accept_new) {
     const auto keyed = [&](const std::vector<Unit>& units, const auto& accept) {
@@ -121,7 +121,7 @@ class Alignment {
     pair(key_of, all, all);
   }
 
-  // The pairs that stand in the same order on both sides, as many as possible, cut both documents into gaps.
+  // The largest possible set of pairs that are in the same order on both sides cuts both documents into gaps.
   void number_gaps() {
     std::vector<std::uint32_t> last;  // of the best sequence of each length: the new unit that it ends with
     std::vector<std::uint32_t> previous(new_.size(), kNoUnit);

@@ -8,7 +8,7 @@
 namespace kavo {
 namespace {
 
-constexpr std::uint64_t kMostStepsInPlace = 1'000'000;  // for comparing a text with the one that stood in its place
+constexpr std::uint64_t kMostStepsInPlace = 1'000'000;  // for comparing a text with the one that was in its place
 
 template <class Unit>
 std::vector<PlacedText> placed(std::span<const Unit> units, std::string Unit::*text) {
@@ -39,7 +39,7 @@ class UpdateDecisions {
   void decide(std::uint32_t i) {
     UnitDecision& decision = decisions_[i];
     if (partners_[i] != kNoUnit) return keep(decision, old_[partners_[i]], partners_[i]);
-    // A text is locked for a reason that holds only in its own place.
+    // The reason for a lock holds only in the text's own place.
     if (new_[i].is_locked) return;
     for (TextMemory* memory : {&known_.documents(), &known_.removed()})
       if (const auto translations = memory->exact(new_[i].plain); !translations.empty())
@@ -74,7 +74,8 @@ class UpdateDecisions {
     offer(decision, similar.source, similar.translations, similar.percent);
   }
 
-  // The most similar text; the one that stood here goes before others that are as similar. False when there is none.
+  // Takes the most similar text. The one that was in this place has precedence over others that are as similar. False
+  // when there is none.
   bool take_from_documents(UnitDecision& decision, std::uint32_t i) {
     std::vector<TextToken> tokens;
     append_tokens(tokens, new_[i].plain, units_);
@@ -101,13 +102,13 @@ class UpdateDecisions {
     return true;
   }
 
-  // Unpaired old units: the one of its name, the one behind the old place of the unit before it, the one before that of
-  // the unit behind it.
+  // The unpaired old units that may have been in the unit's place: the one with its name, the one after the old place
+  // of the previous unit, the one before the old place of the next unit.
   std::vector<std::uint32_t> candidates_in_place(std::uint32_t i) const {
     std::vector<std::uint32_t> candidates;
     if (const auto named = by_name_.find(new_[i].name); named != by_name_.end()) candidates.push_back(named->second);
     const std::uint32_t before = i == 0 ? kNoUnit : partners_[i - 1];
-    // kNoUnit + 1 is 0: the first unit stands at the beginning of both.
+    // kNoUnit + 1 is 0, so the first unit is at the beginning of both.
     if ((i == 0 || before != kNoUnit) && before + 1 < old_.size()) candidates.push_back(before + 1);
     const bool is_last = i + 1 == new_.size();
     const std::uint32_t behind = is_last ? static_cast<std::uint32_t>(old_.size()) : partners_[i + 1];

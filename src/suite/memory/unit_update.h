@@ -1,5 +1,5 @@
-// What becomes of the units of a document whose source has changed: which translation each takes over, and how far it
-// may be trusted.
+// Decides for the units of a document whose source has changed which translation each takes over, and how far it can be
+// trusted.
 #pragma once
 
 #include <cstdint>
@@ -21,15 +21,15 @@ struct OldUnit {
   std::string name;
   std::string element;
   TranslationStatus status = TranslationStatus::kUntranslated;
-  bool is_part = false;  // of a line of a script, as documents of earlier versions hold them
-  // What XLIFF says beside that.
+  bool is_part = false;  // a text from a line of a script, as in documents of earlier versions
+  // What else XLIFF says about the unit.
   std::string state;
   std::string state_qualifier;
   bool approved = false;
   std::vector<TudNote> notes;
   std::vector<TudAlternative> alternatives;
 
-  // Whether somebody translated it; a locked unit only when its target is another text.
+  // True when somebody has translated it. A locked unit counts only when its target differs from its source.
   bool is_translated() const;
   bool is_reviewed() const { return status != TranslationStatus::kFuzzy; }
 };
@@ -43,18 +43,18 @@ struct NewUnit {
   bool is_locked = false;
 };
 
-// What was translated before, beside the document itself. Asked only when it is needed.
+// What was translated before, outside the document itself. It is asked only when needed.
 class KnownTexts {
  public:
   virtual ~KnownTexts() = default;
   // All documents as they were before this run, the one that is being updated among them.
   virtual TextMemory& documents() = 0;
-  // What no document holds any more.
+  // Translations that no document contains any more.
   virtual TextMemory& removed() = 0;
 };
 
 enum class UnitFate : std::uint8_t {
-  kNew,      // nothing like it was translated before
+  kNew,      // no similar text was translated before
   kKept,     // the same text in the same place
   kMoved,    // the same text elsewhere
   kSimilar,  // a similar text
@@ -63,9 +63,9 @@ enum class UnitFate : std::uint8_t {
 struct UnitDecision {
   UnitFate fate = UnitFate::kNew;
   std::uint32_t old = kNoUnit;  // the old unit in its place, of a kept one
-  std::string plain_target;     // what it takes over, with plain numbers; of a kept one that of the old unit
+  std::string plain_target;     // what it takes over, with plain numbers; for a kept unit, the old unit's target
   TranslationStatus status = TranslationStatus::kUntranslated;
-  std::vector<TudAlternative> alternatives;  // to be offered with it, with plain numbers of their own source texts
+  std::vector<TudAlternative> alternatives;  // offered with it, with the plain numbers of their own source texts
   std::string_view similar_to{};             // the text whose translation a similar one takes over
 };
 

@@ -117,13 +117,13 @@ TEST_F(VerifyCommand, PlacesAreThoseOfTheDocument) {
   ASSERT_EQ(told["notes"].size(), 2u) << told;  // the </i>, and the broken character
   EXPECT_EQ(told["notes"][0]["column"], 18);
   EXPECT_EQ(told["notes"][1]["column"], 13);
-  // The text with the broken character, behind repairs and scripts.
+  // The text with the broken character, after repairs and scripts.
   ASSERT_EQ(told["findings"].size(), 1u) << told;
   EXPECT_EQ(told["findings"][0]["line"], 6);
   EXPECT_EQ(told["findings"][0]["column"], 13);
 }
 
-// In a double-byte code page a broken lead byte takes the byte behind it with it when that changes.
+// In a double-byte code page a broken lead byte takes the byte after it with it when that changes.
 TEST_F(VerifyCommand, ATextThatDoesNotComeBackIsTold) {
   const std::string file = put(u"a.txt", "One\n\x81(Two\nThree\n");
   const Ran ran = run_kavo({"verify", "--json", "--code-page", "932", file});

@@ -164,7 +164,7 @@ class YearRoad : public testing::Test {
         text = translated(language, text);
         std::string source = text.substr(language.size() + 1);
         const bool has_codes = !unit.inlines.empty();
-        // Codes: dropped in every second document, else moved behind the text.
+        // Codes: dropped in every second document, else moved after the text.
         std::string target = text;
         bool keeps_codes = !drops;
         if (has_codes && keeps_codes) {

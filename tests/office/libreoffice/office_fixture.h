@@ -34,7 +34,7 @@ class OfficeFixture : public testing::Test {
 std::vector<std::string> segments_of(std::string_view xml);
 // The XML with every letter of every segment's text moved by 13: every text changed, none longer.
 std::string changed_segments(std::string_view xml);
-// Each letter as the smaller one of itself and the one 13 behind or before it: what only changed_segments() changed is
+// Each letter as the smaller one of itself and the one 13 after or before it: what only changed_segments() changed is
 // equal again.
 std::string without_change(std::string text);
 

@@ -36,7 +36,7 @@ class Reader {
   struct Group {
     bool is_left_out = false;
     bool is_picture = false;
-    std::size_t uc = 1;  // characters behind \u for readers without Unicode
+    std::size_t uc = 1;  // characters after \u for readers without Unicode
   };
 
   void control() {

@@ -58,7 +58,7 @@ inline constexpr std::u16string_view kCallsFile = u"calls.txt";
 inline constexpr std::u16string_view kPlanFile = u"plan.txt";
 inline constexpr std::u16string_view kProcessFile = u"process.txt";
 
-// What it shall be, behind the folder and the identifier on the command line: a program that the system starts to make
+// What it shall be, after the folder and the identifier on the command line: a program that the system starts to make
 // its object, one that it starts to open a file, or one that was running before the test began. It offers no more than
 // that: an offer that nobody takes would outlive a program that dies, under Wine.
 inline constexpr std::wstring_view kForObject = L"--for-object";

@@ -99,7 +99,7 @@ class LauncherTest : public testing::Test {
     DWORD code = 0;
     std::wstring message;  // of the box that it showed
   };
-  // Runs the launcher with this behind its name, as the library writes it.
+  // Runs the launcher with this after its name, as the library writes it.
   Ran launch(const std::u16string& parameters) const {
     const std::wstring program = windows_path(KAVO_LAUNCHER);
     std::wstring line = L"\"" + program + L"\" " + to_wide(parameters);
@@ -122,7 +122,7 @@ class LauncherTest : public testing::Test {
     GetExitCodeProcess(child.get(), &ran.code);
     return ran;
   }
-  // What the editor was started with behind its name; "" when it was not.
+  // What the editor was started with after its name; "" when it was not.
   std::string editor_line() {
     for (DWORD waited = 0; waited < kLongestWait && !folder.exists(u"record"); waited += 20) Sleep(20);
     std::string line = folder.exists(u"record") ? folder.read(u"record") : "";

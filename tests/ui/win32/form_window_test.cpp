@@ -281,7 +281,7 @@ TEST(FormWindowTest, AccessKeysReachTheirControls) {
   int added = 0;
   form.cmdAdd.on_click = [&] { ++added; };
   form.first_focus = &form.cmdCancel;
-  form.txtName.Caption(u"Full name");  // a name of its own behind the label
+  form.txtName.Caption(u"Full name");  // a name of its own after the label
   work(form, [&](const Dialog& dialog) {
     dialog.press_access_key(L'n');
     EXPECT_TRUE(wait_until([&] { return dialog.focused() == dialog.control(form.txtName); }));

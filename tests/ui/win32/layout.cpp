@@ -97,7 +97,7 @@ class Measure {
 
 // What the system draws around a text, at 96 dots per inch.
 constexpr LONG kButtonBorder = 3;
-constexpr LONG kMarkWidth = 13 + 4;  // the box or circle and the gap behind it
+constexpr LONG kMarkWidth = 13 + 4;  // the box or circle and the gap after it
 constexpr LONG kFrameBorder = 9;
 constexpr LONG kBoxBorder = 2;
 constexpr LONG kArrowWidth = 17;

@@ -15,8 +15,8 @@
 #include "formats/rtf/character_look.h"
 #include "formats/text/text_coding.h"
 #include "suite/document/code_pairs.h"
-#include "suite/document/segment.h"
 #include "suite/filters/filter.h"
+#include "suite/document/segment.h"
 
 namespace kavo::rtf {
 
@@ -31,19 +31,19 @@ enum class ItemKind : std::uint8_t {
 // A part of a paragraph. Its places are offsets in the paragraph's bytes.
 struct Item {
   ItemKind kind = ItemKind::kHidden;
-  bool is_required = false;    // of a code
-  bool is_visible = false;     // a text that is more than blanks
-  bool has_look = false;       // a code that shows itself
-  unsigned fallback = 1;       // bytes behind each \uN, at its beginning
+  bool is_required = false;  // of a code
+  bool is_visible = false;   // a text that is more than blanks
+  bool has_look = false;     // a code that shows itself
+  unsigned fallback = 1;     // bytes after each \uN, at its beginning
   unsigned last_fallback = 1;  // at the end of a text
   std::size_t begin = 0;
   std::size_t end = 0;
-  std::size_t look = 0;                // place in Paragraph::looks
-  std::size_t partner = kNoPartner;    // of an opening and its closing code
-  const TextCoding* coding = nullptr;  // of a text
-  std::string_view type;               // of a code, a literal
-  std::string shown;                   // of a code
-  std::int64_t line = 0;               // of its first byte
+  std::size_t look = 0;                 // place in Paragraph::looks
+  std::size_t partner = kNoPartner;     // of an opening and its closing code
+  const TextCoding* coding = nullptr;   // of a text
+  std::string_view type;                // of a code, a literal
+  std::string shown;                    // of a code
+  std::int64_t line = 0;                // of its first byte
   std::int64_t column = 0;
 };
 
@@ -120,7 +120,7 @@ class SegmentMaker {
 
   Paragraph* paragraph_ = nullptr;
   std::size_t first_look_ = 0;
-  unsigned fallback_ = 1;      // of the first item
+  unsigned fallback_ = 1;  // of the first item
   std::size_t text_look_ = 0;  // the look that does not count as formatting
   std::vector<Open> open_;
   std::uint32_t next_id_ = 1;

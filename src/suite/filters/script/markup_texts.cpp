@@ -146,7 +146,7 @@ class Reading {
     return true;
   }
 
-  // Reads the attributes of a tag from `place` on. Afterwards at_ is behind the tag, or at the end.
+  // Reads the attributes of a tag from `place` on. Afterwards at_ is after the tag, or at the end.
   void tag_rest(std::size_t place, std::string_view element, bool) {
     std::vector<Attribute> attributes;
     bool first = element.empty();

@@ -17,7 +17,7 @@ constexpr std::size_t kMostDepth = 4;
 // How much of a code a translator gets to see.
 constexpr std::size_t kMostShown = 200;  // bytes
 
-// A line begins behind each CR LF, LF or CR.
+// A line begins after each CR LF, LF or CR.
 template <class Action>
 void each_line_end(std::string_view text, Action&& action) {
   for (std::size_t at = 0; at < text.size(); ++at) {

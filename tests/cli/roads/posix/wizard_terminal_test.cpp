@@ -41,7 +41,7 @@ class Terminal {
   void type(std::string_view text) const {
     EXPECT_EQ(::write(descriptor_, text.data(), text.size()), static_cast<ssize_t>(text.size()));
   }
-  // Waits until this is on the screen, behind what was waited for before.
+  // Waits until this is on the screen, after what was waited for before.
   void wait_for(std::string_view text) {
     while (shown_.find(text, seen_) == std::string::npos)
       if (!read_on()) return void(ADD_FAILURE() << '"' << text << "\" does not come; after it had come:\n" << shown_);
