@@ -39,8 +39,9 @@ struct Command {
 
 void add_common_options(CLI::App& app, const VerbEntry& entry, RunOptions& options) {
   if (entry.takes_files) app.add_option("FILE", options.files, "The files to work on")->required()->type_name("");
-  app.add_option("--code-page", options.code_page,
-                 "ANSI code page of the documents: a number or utf-8 (else the system's, UTF-8 where it has none)")
+  app.add_option(
+         "--code-page", options.code_page,
+         "ANSI code page of the documents: a number or utf-8 (default: the system's, or UTF-8 where it has none)")
       ->type_name("N");
   app.add_flag("--json", options.json, "One JSON object a line for each file");
   app.add_flag("-q,--quiet", options.quiet, "No messages and no progress: results and failures only");
@@ -51,13 +52,13 @@ void add_common_options(CLI::App& app, const VerbEntry& entry, RunOptions& optio
       ->transform(CLI::CheckedTransformer(modes, CLI::ignore_case).description("{auto,bar,none}"));
   if (entry.can_share) {
     app.add_option("-j,--jobs", options.jobs,
-                   "Processes that work side by side, each on other folders (else one for each core)")
+                   "How many processes share the work, each with its own folders (default: one for each core)")
         ->type_name("N")
         ->check(CLI::Range(1, 256));
     app.add_flag("--worker", options.is_worker, "")->group("");
   }
   if (uses_project(full_name(entry)))
-    app.add_flag("--no-project", options.no_project, "Leave the project file (kavo.json) alone");
+    app.add_flag("--no-project", options.no_project, "Do not read the project file (kavo.json)");
   app.footer("Example:\n  " + std::string(entry.example));
 }
 

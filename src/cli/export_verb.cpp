@@ -22,10 +22,11 @@ namespace {
 class Export final : public Verb {
  public:
   void add_options(CLI::App& app) override {
-    app.add_option("--to", to_, "The file to write (else FILE with the extension .xlf)")->type_name("FILE");
-    app.add_flag("--with-skeleton", with_skeleton_,
-                 "Put the skeletons inside, with the documents that belong to it: the one file can be rebuilt");
-    app.add_flag("--overwrite", overwrite_, "Replace a file that is there");
+    app.add_option("--to", to_, "The file to write (default: FILE with the extension .xlf)")->type_name("FILE");
+    app.add_flag(
+        "--with-skeleton", with_skeleton_,
+        "Write one file with all documents that belong together and their skeletons, which can be rebuilt alone");
+    app.add_flag("--overwrite", overwrite_, "Replace an existing file");
     folders_.add_to(app);
   }
   void find_files() override {
@@ -41,7 +42,7 @@ class Export final : public Verb {
   Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
     Outcome outcome;
     if (with_skeleton_ && TudName(file).is_taken_along()) {
-      outcome.messages.push_back({u"left out, the document that it belongs to takes it along"});
+      outcome.messages.push_back({u"left out, because it is exported with the document that it belongs to"});
       return outcome;
     }
     ProgressEvent event;

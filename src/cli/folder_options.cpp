@@ -9,11 +9,11 @@
 namespace kavo {
 
 void FolderOptions::add_to(CLI::App& app) {
-  app.add_flag("-r,--recursive", recursive_, "Of a folder, work on the files of its folders, too");
-  app.add_option("--include", include_, "Of a folder, only files that a pattern selects: \"*.asp\", \"shop/**/*.htm\"")
+  app.add_flag("-r,--recursive", recursive_, "In a folder: also work on the files of its sub-folders");
+  app.add_option("--include", include_, "In a folder: only files that a pattern selects: \"*.asp\", \"shop/**/*.htm\"")
       ->type_name("PATTERN")
       ->allow_extra_args(false);
-  app.add_option("--exclude", exclude_, "Of a folder, no file that a pattern selects: \"drafts\", \"*.bak\"")
+  app.add_option("--exclude", exclude_, "In a folder: no files that a pattern selects: \"drafts\", \"*.bak\"")
       ->type_name("PATTERN")
       ->allow_extra_args(false);
 }

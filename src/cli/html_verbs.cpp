@@ -18,7 +18,8 @@ class Protect final : public Verb {
  public:
   std::u16string workplace(const std::u16string& file) const override { return file; }
   void add_options(CLI::App& app) override {
-    app.add_flag("--overwrite", overwrite_, "Replace a page and a script file that were not made of the page as it is");
+    app.add_flag("--overwrite", overwrite_,
+                 "Replace a page and a script file that were not made from the page as it is now");
   }
   Outcome run(const std::u16string& file, const ProgressEvent::Handler& progress) override {
     refuse_twin(file);
@@ -43,9 +44,10 @@ class Protect final : public Verb {
 class Restore final : public Verb {
  public:
   void add_options(CLI::App& app) override {
-    app.add_option("-o,--output", output_, "The page to write (else named after FILE: index_asp.htm gives index.asp)")
+    app.add_option("-o,--output", output_,
+                   "The page to write (default: named after FILE, index_asp.htm gives index.asp)")
         ->type_name("FILE");
-    app.add_flag("--force", force_, "Write the page also when scripts or their placeholders are missing");
+    app.add_flag("--force", force_, "Write the page even if scripts or their placeholders are missing");
   }
   void check_usage(std::size_t file_count) override {
     if (!output_.empty() && file_count > 1) throw CLI::ValidationError("--output", "goes with one FILE only");
@@ -79,7 +81,7 @@ class Restore final : public Verb {
 class Validate final : public Verb {
  public:
   void add_options(CLI::App& app) override {
-    app.add_flag("--backup", backup_, "Keep the page as it was in FILE.bak, or FILE.bak2 when that is there");
+    app.add_flag("--backup", backup_, "Keep the old page as FILE.bak, or as FILE.bak2 if that exists");
     app.add_flag("--check", check_, "Change nothing; exit with 3 when the page would be changed");
   }
   std::u16string workplace(const std::u16string& file) const override { return check_ ? u"" : file; }
@@ -95,7 +97,7 @@ class Validate final : public Verb {
     outcome.messages = without_heading(validation.ErrorList());
     if (!next_backup.empty() && outcome.result == 0 && validation.repairs() != 0)
       outcome.messages.push_back(
-          {u"There is a backup already; the page as it was is in " + to_utf16(path_to_host(next_backup))});
+          {u"A backup exists already; the old page is in " + to_utf16(path_to_host(next_backup))});
     add_repairs(outcome.details, sorted_page_messages(outcome.messages).repairs, path_to_host(file));
     if (outcome.result != 0)
       outcome.ending = Outcome::kFailed;

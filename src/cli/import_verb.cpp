@@ -159,7 +159,7 @@ class Import final : public Verb {
 };
 
 constexpr VerbEntry kVerbs[] = {
-    {"", "import", "Take translations over from what an editor handed back",
+    {"", "import", "Take over translations from files that an editor has written",
      "kavo import index.fr.xlf --to index_asp_htm_FR.tud\n"
      "  kavo import returned/ --recursive --to work/",
      make_verb<Import>},

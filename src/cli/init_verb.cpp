@@ -2,28 +2,25 @@
 #include <map>
 
 #include "cli/project_file.h"
-#include "workflow/project_keys.h"
 #include "cli/verb.h"
 #include "common/pending_file.h"
 #include "platform/failure.h"
 #include "platform/files.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"
+#include "workflow/project_keys.h"
 
 namespace kavo {
 namespace {
 
 using nlohmann::ordered_json;
 
-bool is_list(KeyKind kind) {
-  return kind == KeyKind::kPaths || kind == KeyKind::kTexts || kind == KeyKind::kLanguages;
-}
+bool is_list(KeyKind kind) { return kind == KeyKind::kPaths || kind == KeyKind::kTexts || kind == KeyKind::kLanguages; }
 
 // The JSON value for an option's text.
 ordered_json json_of(KeyKind kind, const std::string& text) {
   const bool is_number = !text.empty() && text.find_first_not_of("0123456789") == std::string::npos && text.size() < 9;
-  if (is_number && (kind == KeyKind::kCodePage || kind == KeyKind::kCodePages))
-    return std::stoul(text);
+  if (is_number && (kind == KeyKind::kCodePage || kind == KeyKind::kCodePages)) return std::stoul(text);
   if (kind == KeyKind::kSwitch && (text == "true" || text == "false")) return text == "true";
   return text;
 }
@@ -46,7 +43,7 @@ class Init final : public Verb {
   Outcome run(const std::u16string&, const ProgressEvent::Handler&) override {
     if (ports().files->info(path()))
       throw failure(FailureNumber::kFileAlreadyExists,
-                    to_utf16(kProjectFile) + u" is there already; change it in an editor");
+                    to_utf16(kProjectFile) + u" exists already; change it in an editor");
     ordered_json project = {{"version", kProjectVersion}};
     for (const ProjectKey& key : project_keys()) {
       const auto values = given_.find(std::string(key.key));

@@ -42,12 +42,12 @@ class MifVerb : public Verb {
 class BatchVerb : public MifVerb {
  public:
   void add_options(CLI::App& app) override {
-    app.add_option("--markers", markers_, "Marker types, for this run: names with commas between")->type_name("NAMES");
+    app.add_option("--markers", markers_, "Marker types for this run: names separated by commas")->type_name("NAMES");
     app.add_option("--split", split_, "Where to split index texts, for this run")
         ->type_name("WHERE")
         ->transform(
             CLI::CheckedTransformer(split_option_names(), CLI::ignore_case).description("{none,semicolon,both}"));
-    app.add_option("--side-files", folder_, "Folder of the side files (else that of the first FILE)")
+    app.add_option("--side-files", folder_, "Folder of the side files (default: that of the first FILE)")
         ->type_name("FOLDER");
   }
   void start() override {
@@ -121,7 +121,8 @@ class Merge final : public BatchVerb {
 class ObjectsVerb : public MifVerb {
  public:
   void add_options(CLI::App& app) override {
-    app.add_option("--objects", object_file_, "The object file (else named after FILE: manual.obj)")->type_name("FILE");
+    app.add_option("--objects", object_file_, "The object file (default: named after FILE, as manual.obj)")
+        ->type_name("FILE");
   }
   void check_usage(std::size_t file_count) override {
     if (!object_file_.empty() && file_count > 1) throw CLI::ValidationError("--objects", "goes with one FILE only");
@@ -179,7 +180,7 @@ class InsertObjects final : public ObjectsVerb {
 };
 
 constexpr VerbEntry kVerbs[] = {
-    {"mif", "extract", "Collect the hidden texts of MIF files, one batch, in three side files",
+    {"mif", "extract", "Collect the hidden texts of all given MIF files in three side files",
      "kavo mif extract --split semicolon ch1.mif ch2.mif ch3.mif", make_verb<Extract>},
     {"mif", "merge", "Put the translated side files back into MIF files", "kavo mif merge ch1.mif ch2.mif ch3.mif",
      make_verb<Merge>},

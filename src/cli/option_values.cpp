@@ -75,7 +75,7 @@ CLI::Validator language_code_page_value() {
 CLI::Validator filter_option_value() {
   return {[](std::string& text) {
             const std::size_t equals = text.find('=');
-            if (equals == std::string::npos) return "\"" + text + "\" is no NAME=VALUE";
+            if (equals == std::string::npos) return "\"" + text + "\" is not of the form NAME=VALUE";
             return option_problem(text.substr(0, equals), text.substr(equals + 1));
           },
           ""};

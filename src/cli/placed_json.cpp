@@ -111,9 +111,10 @@ PlacedJson::PlacedJson(std::string_view text, std::string name) : name_(std::mov
   }
   const std::string place = name_ + ":" + std::to_string(line) + ": ";
   throw failure(FailureNumber::kInvalidCall,
-                to_utf16(place + (handler.doubled.empty() ? "this is no JSON; a comma, a quote or a bracket is missing "
-                                                            "or too many here or just before"
-                                                          : "the key \"" + handler.doubled + "\" stands here twice")));
+                to_utf16(place + (handler.doubled.empty()
+                                      ? "this is not JSON: here or just before, a comma, a quote or "
+                                        "a bracket is missing or superfluous"
+                                      : "the key \"" + handler.doubled + "\" occurs twice in the same object")));
 }
 
 std::string PlacedJson::place(std::string pointer) const {

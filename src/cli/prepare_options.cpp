@@ -34,29 +34,29 @@ void PrepareOptions::add_to(CLI::App& app) {
       ->transform(language_list_value());
   folders.add_to(app);
   app.add_option("--output-dir", output_folder,
-                 "Prepare copies in this folder, in the folders that the documents have in theirs")
+                 "Prepare copies in this folder, in the same sub-folders as the documents")
       ->type_name("FOLDER");
   app.add_option("--target-code-page", target_code_pages_,
-                 "Code page of the rebuilt documents (else that of the source); JA=932 for one language")
+                 "Code page of the rebuilt documents (default: that of the source); JA=932 for one language")
       ->type_name("N")
       ->allow_extra_args(false)
       ->transform(language_code_page_value());
   app.add_option("--scripts", scripts_,
-                 "Texts of scripts to offer: likely (those in doubt locked), all (those in doubt too) or none")
+                 "Texts of scripts to offer: likely (doubtful ones locked), all (doubtful ones, too) or none")
       ->type_name("WHICH")
       ->check(CLI::IsMember({"likely", "all", "none"}));
-  app.add_flag("--fresh", fresh, "Start anew: take nothing over from bilingual documents that are there");
+  app.add_flag("--fresh", fresh, "Start from scratch: take nothing over from existing bilingual documents");
   app.add_option("--paragraphs", paragraphs_,
-                 "What is one text of a text file: a line (lines), what stands between empty lines (blank), or what "
-                 "its lines look like (auto)")
+                 "What counts as one text in a text file: a line (lines), the lines between empty lines (blank), or "
+                 "whatever its lines look like (auto)")
       ->type_name("WHICH")
       ->check(CLI::IsMember({"lines", "blank", "auto"}));
   app.add_flag("--overwrite", overwrite,
-               "Replace files in the way that were not made of this document, and what a resource script already has "
-               "in the target language");
-  app.add_flag("--no-repair", no_repair, "Leave the tags of pages as they are");
+               "Replace files in the way that were not made from this document, and the texts that a resource script "
+               "already has in the target language");
+  app.add_flag("--no-repair", no_repair, "Do not repair the tags of pages");
   app.add_option("--filter-option", filter_options_,
-                 "What a filter is to do, such as rc.dialog-font=\"MS UI Gothic\" (docs/filter-options.md has all)")
+                 "An option of a filter, such as rc.dialog-font=\"MS UI Gothic\" (docs/filter-options.md lists all)")
       ->type_name("NAME=VALUE")
       ->allow_extra_args(false)
       ->check(filter_option_value());

@@ -13,7 +13,7 @@ std::vector<std::u16string> documents_among(const std::vector<std::u16string>& f
 std::optional<Outcome> outcome_of_side_file(const std::u16string& file) {
   if (!is_mif_side_file(file)) return std::nullopt;
   Outcome outcome;
-  outcome.messages.push_back({u"left out, it holds hidden texts of the MIF documents beside it"});
+  outcome.messages.push_back({u"left out, because it holds hidden texts of the MIF documents beside it"});
   return outcome;
 }
 

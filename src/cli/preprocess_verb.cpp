@@ -13,7 +13,7 @@ class Preprocess final : public Verb {
  public:
   void add_options(CLI::App& app) override {
     app.add_flag("--overwrite", overwrite_, "Replace a page and a script file that somebody may have worked on");
-    app.add_flag("--no-repair", no_repair_, "Leave the tags of pages as they are");
+    app.add_flag("--no-repair", no_repair_, "Do not repair the tags of pages");
   }
   void start() override { batch_ = PreparationBatch(documents_among(files)); }
   std::u16string workplace(const std::u16string& file) const override { return file; }

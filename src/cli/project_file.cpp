@@ -42,7 +42,7 @@ std::optional<std::string> text_of_project(const std::u16string& path) {
   } catch (const failure& reason) {
     throw failure(reason.number(),
                   to_utf16(path_to_host(path)) + u" cannot be read: " + reason.description() +
-                      u" (--no-project goes without the project file)",
+                      u" (--no-project runs without the project file)",
                   reason.source());
   }
 }
@@ -134,7 +134,7 @@ std::optional<ProjectFile> ProjectFile::find() {
 
 ProjectFile::ProjectFile(std::string_view text, std::string folder)
     : folder_(std::move(folder)), json_(text, folder_ + std::string(kProjectFile)) {
-  if (!json_.value().is_object()) refuse("", "a project is an object: {\"version\": 1, ...}");
+  if (!json_.value().is_object()) refuse("", "a project file must be a JSON object: {\"version\": 1, ...}");
   if (!json_.value().contains("version")) refuse("", "the key \"version\" is missing: \"version\": 1");
   for (const auto& [name, value] : json_.value().items()) {
     const auto row = std::ranges::find(project_keys(), name, &ProjectKey::key);

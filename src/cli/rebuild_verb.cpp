@@ -99,22 +99,22 @@ void refuse_missing_companions(const std::u16string& tud) {
 class Rebuild final : public Verb {
  public:
   void add_options(CLI::App& app) override {
-    app.add_option("--output", output_, "The document to write (else SOURCE_LANGUAGE.EXTENSION beside the source)")
+    app.add_option("--output", output_, "The document to write (default: SOURCE_LANGUAGE.EXTENSION beside the source)")
         ->type_name("FILE");
     app.add_option(
            "--output-dir", output_folder_,
            "The folder to write to; {lang} in it becomes the language. Documents keep the names of their sources")
         ->type_name("FOLDER")
         ->excludes("--output");
-    app.add_option("--target", target_, "Of a folder, only the documents of these languages: FR,DE")
+    app.add_option("--target", target_, "In a folder: only the documents of these languages, such as FR,DE")
         ->type_name("CODE,...")
         ->transform(language_list_value());
     app.add_option("--copy-rest", rest_folders_,
-                   "With --output-dir: copy the files of this folder that are no documents to it, for each language")
+                   "With --output-dir: also copy the files of this folder that are not documents, for each language")
         ->type_name("FOLDER")
         ->allow_extra_args(false);
     folders_.add_to(app);
-    app.add_flag("--overwrite", overwrite_, "Replace a document that is there");
+    app.add_flag("--overwrite", overwrite_, "Replace an existing document");
     app.add_flag("--highlight", highlight_, "Colour the texts by their status: untranslated, fuzzy, 100 %, translated");
   }
   void check_usage(std::size_t file_count) override {
@@ -190,7 +190,7 @@ class Rebuild final : public Verb {
       if (!overwrite_) {
         outcome.ending = Outcome::kFailed;
         outcome.result = 1;
-        outcome.messages.push_back({to_utf16(path_to_host(target)) + u" is there and differs from " +
+        outcome.messages.push_back({to_utf16(path_to_host(target)) + u" exists and differs from " +
                                     to_utf16(path_to_host(file.path)) + u": --overwrite replaces it"});
         return false;
       }
@@ -212,7 +212,7 @@ class Rebuild final : public Verb {
       if (source.empty())
         throw failure(FailureNumber::kInvalidCall,
                       to_utf16(path_to_host(document.path) +
-                               " does not say what it was made of: prepare it again, or rebuild it with --output"));
+                               " does not say what it was made from: prepare it again, or rebuild it with --output"));
       const std::u16string output =
           path_in(path_from_host(folder), folder_of(document.relative) + core_file_name(source));
       if (const auto [maker, is_new] = makers.try_emplace(output, document.path); !is_new)
@@ -274,7 +274,7 @@ class Rebuild final : public Verb {
   Outcome rebuild(const std::u16string& file, const std::u16string& output, const ProgressEvent::Handler& progress) {
     Outcome outcome;
     if (TudName(file).is_taken_along()) {
-      outcome.messages.push_back({u"left out, the document that it belongs to takes it along"});
+      outcome.messages.push_back({u"left out, because it is rebuilt with the document that it belongs to"});
       return outcome;
     }
     refuse_unknown_language(file);

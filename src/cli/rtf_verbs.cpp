@@ -10,7 +10,7 @@ namespace {
 class RtfVerb : public Verb {
  public:
   void add_options(CLI::App& app) override {
-    app.add_option("--objects", objects_, "The object file (else named after FILE: letter.rtf has letter.obj)")
+    app.add_option("--objects", objects_, "The object file (default: named after FILE, letter.rtf has letter.obj)")
         ->type_name("NAME");
   }
   void check_usage(std::size_t file_count) override {
@@ -64,7 +64,7 @@ class Insert final : public RtfVerb {
 constexpr VerbEntry kVerbs[] = {
     {"rtf", "extract", "Move pictures and objects of RTF documents into an object file", "kavo rtf extract letter.rtf",
      make_verb<Extract>},
-    {"rtf", "insert", "Put pictures and objects back where their markers stand", "kavo rtf insert letter.rtf",
+    {"rtf", "insert", "Put pictures and objects back in the place of their markers", "kavo rtf insert letter.rtf",
      make_verb<Insert>},
 };
 

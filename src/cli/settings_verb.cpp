@@ -7,7 +7,7 @@ namespace {
 
 const Setting& setting_named(std::string_view name) {
   if (const Setting* const setting = find_setting(name)) return *setting;
-  throw CLI::ValidationError(std::string(name), "is no setting; the nearest is " + nearest_setting(name));
+  throw CLI::ValidationError(std::string(name), "is not a setting; the nearest is " + nearest_setting(name));
 }
 
 class Settings final : public Verb {

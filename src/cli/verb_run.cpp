@@ -47,9 +47,8 @@ Outcome outcome_from(const std::u16string& workplace, const std::function<Outcom
     return with_reports(outcome_of(failure(FailureNumber::kOutOfMemory, to_utf16(kNotEnoughMemory))));
   } catch (const std::exception&) {
     // This is a defect of the program. The exception's own text only helps its developers.
-    return with_reports(
-        outcome_of(failure(FailureNumber::kInternal,
-                           u"this file brought an internal error to light; please report it together with the file")));
+    return with_reports(outcome_of(failure(
+        FailureNumber::kInternal, u"this file caused an internal error; please report it together with the file")));
   }
 }
 

@@ -199,7 +199,7 @@ class Verify final : public Verb {
         ->type_name("CODE")
         ->capture_default_str()
         ->transform(language_value());
-    app.add_flag("--strict", strict_, "A page that needs repair does not pass either");
+    app.add_flag("--strict", strict_, "Do not let a page pass that needs repair");
     folders_.add_to(app);
   }
   void find_files() override { files = paths_of(sources_meant(files, folders_.selection())); }
@@ -303,8 +303,8 @@ class Verify final : public Verb {
 };
 
 constexpr VerbEntry kVerbs[] = {
-    {"", "verify", "Prove on copies that documents survive the whole way", "kavo verify *.asp *.htm *.mif *.txt",
-     make_verb<Verify>, true, true, true},
+    {"", "verify", "Prove on copies that documents survive preparing and rebuilding",
+     "kavo verify *.asp *.htm *.mif *.txt", make_verb<Verify>, true, true, true},
 };
 
 }  // namespace

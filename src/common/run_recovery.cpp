@@ -33,7 +33,7 @@ bool holds_documents(FileSystem& files, const std::u16string& folder) {
 
 // Finishes or undoes what a killed run began. Returns what was done, as a clause for people.
 std::u16string complete(FileSystem& files, const RunJournal& journal) {
-  std::u16string done = u"what it had written was removed, its documents are as they were before";
+  std::u16string done = u"what it had written was removed, and its documents are as they were before";
   if (journal.state == RunJournal::State::kPlacing) {
     for (const auto& change : journal.changes) place(files, change);
     done = u"the documents that it had finished were put in place";

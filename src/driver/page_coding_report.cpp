@@ -55,7 +55,7 @@ void report(const std::u16string& page, unsigned code_page, const RunObserver& o
   const InvalidBytes invalid = invalid_bytes(reader, code_page);
   if (invalid.count == 0) return;
   const LinePlace place = LineIndex(page).place_of(invalid.first);
-  observer.tell({formatted(u"bytes that the page's coding, {}, does not have; they stay as they are: {}",
+  observer.tell({formatted(u"these bytes are not valid in the page's coding, {}, and stay as they are: {}",
                            html::charset_name(code_page), invalid.count),
                  0, place.line, place.column});
 }
@@ -66,7 +66,8 @@ void report_page_coding(const std::u16string& page, unsigned code_page, const Ru
   try {
     report(page, code_page, observer);
   } catch (const failure& reason) {
-    observer.tell({u"Whether its characters fit its coding could not be checked: " + reason.description()});
+    observer.tell(
+        {u"It could not be checked whether the page's bytes are valid in its coding: " + reason.description()});
   }
 }
 

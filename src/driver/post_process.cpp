@@ -150,8 +150,8 @@ void PostProcessing::MergeMIF() {
     observer_.tell_all(mif.ErrorList());
     if (const std::int64_t missing = mif.counts().not_found; merged && missing != 0)
       observer_.tell(
-          {formatted(u"Hidden texts (index entries, formats, variables) that no side file's document holds; they stay "
-                     u"untranslated: {}",
+          {formatted(u"Hidden texts (index entries, formats, variables) that are missing in the documents of the side "
+                     u"files stay untranslated: {}",
                      missing)});
     part.commit();
   }
@@ -220,7 +220,7 @@ void PostProcessing::rebuild(const std::u16string& tud, const std::u16string& fi
     throw failure(FailureNumber::kInvalidCall,
                   tud +
                       u" does not come from the same preparation as the document that it belongs to: their texts would "
-                      u"come into the wrong places. Prepare the document again, or put the documents of one "
+                      u"go to the wrong places. Prepare the document again, or put the documents of one "
                       u"preparation together");
   take([&] {
     build.read_details();

@@ -200,7 +200,7 @@ class Translation {
                   u"The document was prepared under another name" +
                       (skeleton.empty() ? u"" : u" (its skeleton is " + skeleton + u")") +
                       u", by which the files that belong to it are found. The translated document would be incomplete, "
-                      u"so nothing is written. Give it back its name, such as page_asp_htm_FR.tud");
+                      u"so nothing is written. Restore its name, such as page_asp_htm_FR.tud");
   }
 
   // Throws `failure` 5 when `target` is a file beside the document that rebuilding may read.
@@ -261,8 +261,8 @@ class Translation {
 
   void tell_that_source_has_changed() const {
     observer_.tell(
-        {u"The document has changed since it was prepared: the translation is made from its old state. Prepare "
-         u"it again to translate its present state"});
+        {u"The document has changed since it was prepared: this translation is of "
+         u"its old state. Prepare it again to translate its current state"});
   }
   void tell_progress(int percent) const { observer_.tell_progress(request_.tud, percent); }
 

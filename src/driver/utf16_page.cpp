@@ -16,7 +16,7 @@ namespace {
 [[noreturn]] void throw_invalid(std::u16string_view path, std::uint64_t position) {
   const LinePlace place = LineIndex(path).place_of(position);
   throw failure(FailureNumber::kInvalidCall,
-                formatted(u"{} (line {}) holds bytes that are no UTF-16: save it as UTF-8 and try again",
+                formatted(u"{} (line {}) holds bytes that are not valid UTF-16: save it as UTF-8 and try again",
                           file_name_of(path), place.line));
 }
 

@@ -43,7 +43,7 @@ OfficeInterchange& office_interchange() {
       make = factory().make;
     }
     if (!make)
-      throw failure(FailureNumber::kCannotCreateObject, u"This program brings nothing that reads Office documents");
+      throw failure(FailureNumber::kCannotCreateObject, u"This program has no component that reads Office documents");
     interchange = make();
   }
   return *interchange;

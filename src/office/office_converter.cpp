@@ -60,7 +60,7 @@ void OfficeConverter::write_form(const std::u16string& copy) {
         return program.XLS2XML();
       });
     default:
-      throw failure(FailureNumber::kInvalidCall, copy + u" is no Office document");
+      throw failure(FailureNumber::kInvalidCall, copy + u" is not an Office document");
   }
 }
 

@@ -55,8 +55,7 @@ std::u16string object_file_beside(const std::u16string& tud) {
 
 void refuse_file_of_set(const std::u16string& target, const std::u16string& tud) {
   const auto refuse = [&](const std::u16string& file) {
-    throw failure(FailureNumber::kInvalidCall,
-                  to_utf16("The file to write must be another one than " + path_to_host(file)));
+    throw failure(FailureNumber::kInvalidCall, to_utf16("The file to write must not be " + path_to_host(file)));
   };
   std::vector<std::u16string> documents{tud};
   std::ranges::copy(companion_names(tud), std::back_inserter(documents));

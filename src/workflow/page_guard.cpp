@@ -24,7 +24,7 @@ PageNames names_of(const std::u16string& page) {
 [[noreturn]] void refuse(const std::u16string& work) {
   throw failure(FailureNumber::kFileAlreadyExists,
                 to_utf16(path_to_host(work)) +
-                    u" is there and is not what this page gives: somebody may have worked on it, or it is another "
+                    u" exists and is not what this page gives: somebody may have worked on it, or it is another "
                     u"document. Nothing is changed; --overwrite replaces it");
 }
 

@@ -124,7 +124,7 @@ void bring_source(const PlannedDocument& planned, bool may_replace) {
         std::ranges::any_of(tuds, [&](const std::u16string& name) { return is_made_of(folder_of(copy) + name, copy); });
     if (!is_ours && !may_replace)
       throw failure(FailureNumber::kFileAlreadyExists,
-                    text_of(copy) + u" is there and was not made by this command: --overwrite replaces it");
+                    text_of(copy) + u" exists and was not made by this command: --overwrite replaces it");
   }
   copy_file(planned.source, copy);
 }

@@ -5,12 +5,12 @@
 #include <memory>
 
 #include "common/clsCommon.h"
-#include "common/scratch_names.h"
 #include "common/document_kind.h"
 #include "common/document_names.h"
 #include "common/folder_run.h"
 #include "common/path_parts.h"
 #include "common/pending_file.h"
+#include "common/scratch_names.h"
 #include "driver/filter_run.h"
 #include "driver/utf16_page.h"
 #include "html/scripts/clsASP2HTML.h"
@@ -219,7 +219,7 @@ class RoadCheck {
       if (difference.found != TextFinding::kNone) finding.found = shown(found[difference.found]);
       if (difference.change == TextChange::kBrokenCodes) {
         finding.problem = code_problem(expected[difference.expected], found[difference.found]);
-        if (finding.problem.empty()) finding.problem = "the codes stand in other places";
+        if (finding.problem.empty()) finding.problem = "the codes are in other places";
       }
       result_.findings.push_back(std::move(finding));
     }

@@ -75,7 +75,7 @@ void TranslatedFolders::add_document(const std::u16string& path) {
       add_translations(*documents_, document.units);
   } catch (const failure& reason) {
     messages_.push_back(
-        {path_text(path) + u" cannot be read, its translations are not looked up: " + reason.description()});
+        {path_text(path) + u" cannot be read, so its translations are not used: " + reason.description()});
   }
 }
 
@@ -91,7 +91,8 @@ TextMemory& TranslatedFolders::removed() {
     } catch (const failure& reason) {
       throw failure(reason.number(),
                     path_text(file) + u" holds translations of earlier texts and cannot be read: " +
-                        reason.description() + u". Nothing is changed; repair it, or move it away to go on without it",
+                        reason.description() +
+                        u". Nothing is changed; repair it, or move it away to continue without it",
                     reason.source());
     }
   }
@@ -118,7 +119,7 @@ SetUpdate::SetUpdate(TranslatedFolders& known, const std::u16string& document, b
     if (!ports().files->info(tud)) continue;
     const auto refuse = [&](const std::u16string& reason) {
       throw failure(FailureNumber::kFileAlreadyExists,
-                    path_text(tud) + u" is there and " + reason + u". Nothing is changed; --overwrite replaces it");
+                    path_text(tud) + u" exists and " + reason + u". Nothing is changed; --overwrite replaces it");
     };
     try {
       OldDocument old = read_old_document(tud);
@@ -126,7 +127,7 @@ SetUpdate::SetUpdate(TranslatedFolders& known, const std::u16string& document, b
       const std::u16string own_name =
           tud_name_of(folder_of(tud) + core_file_name(header.original), known.target_language());
       if (!equal_ignoring_case(own_name, tud)) {
-        if (!replaces_others) refuse(u"was made of another document: " + to_utf16(header.original));
+        if (!replaces_others) refuse(u"was made from another document: " + to_utf16(header.original));
       } else if (!has_languages_of(header, source_language, target_language)) {
         if (!replaces_others)
           refuse(u"translates from " + language_pair(header.source_language, header.target_language));

@@ -153,11 +153,11 @@ std::string TranslationImport::difference(const TudHeader& given) const {
     return "it translates from " + languages(given) + ", the document from " + languages(own);
   if (own.checksum != 0 && given.checksum != 0) {
     if (own.checksum == given.checksum) return {};
-    return "it was made of another document (" + given.original + "), or of another state of this one";
+    return "it was made from another document (" + given.original + "), or of another state of this one";
   }
   if (!own.original.empty() && !given.original.empty() &&
       !equal_ignoring_case(core_file_name(own.original), core_file_name(given.original)))
-    return "it was made of another document: " + given.original;
+    return "it was made from another document: " + given.original;
   return {};
 }
 
@@ -180,12 +180,12 @@ TranslationImport::Counts TranslationImport::take(std::u16string_view xliff, Mes
       unfit = refused_translations(skeleton.path(), document_.header(), changed);
     else
       messages.push_back({to_utf16("The skeleton of " + path_to_host(document_.path()) +
-                                   " is missing: whether these texts can be rebuilt is not checked")});
+                                   " is missing, so it is not checked whether these texts can be rebuilt")});
   }
 
   Counts counts;
   for (const auto& [id, count] : ids.counts)
-    if (count > 1) given.refused.push_back(unit_message(id, "it is there " + std::to_string(count) + " times"));
+    if (count > 1) given.refused.push_back(unit_message(id, "it occurs " + std::to_string(count) + " times"));
   for (const auto& [id, own] : units_)
     if (!ids.counts.contains(id)) given.refused.push_back(unit_message(id, "it is missing"));
   for (const GivenUnits::Translation& next : given.translations) {

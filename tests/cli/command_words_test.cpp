@@ -59,7 +59,7 @@ TEST_F(CommandWordsOnFiles, AnOptionOfAFilterIsCheckedBeforeAnythingIsDone) {
   } cases[] = {
       {"script.offer=all", "the nearest is \"scripts.offer\""},
       {"scripts.offer=some", "scripts.offer can be likely, all or none, not \"some\""},
-      {"scripts.offer", "is no NAME=VALUE"},
+      {"scripts.offer", "is not of the form NAME=VALUE"},
   };
   for (const auto& c : cases) {
     const Ran ran = prepare(c.option);

@@ -160,7 +160,7 @@ TEST_F(RebuildCommand, DocumentsThatAreTakenAlongAreLeftOut) {
                             path(u"KAVO_ix_mif_FR.tud"), path(u"manual_mif_FR.tud")});
   EXPECT_EQ(ran.code, 0) << ran.errors;
   EXPECT_EQ(ran.output, path(u"index_FR.asp") + "\t4\tserver page\n" + path(u"manual_FR.mif") + "\t5\tMIF document\n");
-  EXPECT_NE(ran.errors.find("takes it along"), std::string::npos);
+  EXPECT_NE(ran.errors.find("it is rebuilt with the document that it belongs to"), std::string::npos);
   EXPECT_FALSE(folder.exists(u"index_asp_FR.scr"));
 }
 

@@ -50,7 +50,7 @@ TEST_F(Utf16Page, BytesThatAreNoUtf16AreRefusedWithTheirLine) {
   files.put(in(u"index.asp"), std::string("\xFF\xFE<\0\n\0\x00\xD8<\0", 10));
   EXPECT_EQ(pre_process(*object, in(u"index.asp")), 3);
   ASSERT_FALSE(messages.empty());
-  EXPECT_NE(messages.back().find("index.asp (line 2) holds bytes that are no UTF-16"), std::string::npos)
+  EXPECT_NE(messages.back().find("index.asp (line 2) holds bytes that are not valid UTF-16"), std::string::npos)
       << messages.back();
   EXPECT_EQ(files.all_files().size(), 1u);
 }

@@ -48,10 +48,10 @@ constexpr GapCase kCases[] = {
      "{html}, line 1, has the placeholder <!-- ASP2HTML 2 -->, for which {script} has no script\n"
      "{script}, line 4, has the script of <!-- ASP2HTML 2 --, for which {html} has no placeholder\n"},
     {"DoubledPlaceholder", "<!-- ASP2HTML 1 --><!-- ASP2HTML 1 --><!-- ASP2HTML 2 --><!-- ASP2HTML 3 -->", kScript,
-     "Placeholders that stand more than once: 1; their script is written at each place\n", false},
+     "Placeholders that occur more than once: 1; their script is written at each place\n", false},
     {"DoubledInThePlaceOfAnother", "<!-- ASP2HTML 1 --><!-- ASP2HTML 1 --><!-- ASP2HTML 3 -->", kScript,
      "{script}, line 4, has the script of <!-- ASP2HTML 2 -->, for which {html} has no placeholder\n"
-     "Placeholders that stand more than once: 1; their script is written at each place\n"},
+     "Placeholders that occur more than once: 1; their script is written at each place\n"},
     {"ScriptFileCutShortInABlock", "<!-- ASP2HTML 1 --><!-- ASP2HTML 2 -->",
      "\r\n<!-- ASP2HTML 1 -->\r\n<%=one%>\r\n<!-- ASP2HTML 2 -->\r\n<% tw",
      "{script} ends inside its last script: it is cut short\n"},

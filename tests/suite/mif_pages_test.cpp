@@ -70,13 +70,13 @@ TEST_F(MifPagesTest, TheOptionNamesTheKindsOfPages) {
             (Texts{u"-in a frame", u"-in a reference frame", u"-table", u"reference table", u"drawn", u"-header",
                    u"reference", u"hidden", u"-framed", u"-body"}));
   EXPECT_EQ(reason_of([&] { offered(kDocument, mif_road("body,margin")); }),
-            u"\"margin\" is no kind of page: body, master, reference or hidden");
+            u"\"margin\" is not a kind of page; write body, master, reference or hidden");
 }
 
 TEST_F(MifPagesTest, TheNoteSaysWhyATextIsLocked) {
   put(u"a.mif", kDocument);
   EXPECT_NE(files.get(convert(u"a.mif", mif_road()))
-                .find("<note>The text stands on a hidden page: it is translated when the option mif.page-types names"),
+                .find("<note>The text is on a hidden page: it is translated when the option mif.page-types names"),
             std::string::npos);
 }
 

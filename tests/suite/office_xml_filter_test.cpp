@@ -204,7 +204,7 @@ TEST_F(OfficeXmlFilter, WhatIsNotThisXmlIsRefusedWithItsPlace) {
       {"entity", document(seg("&eacute;")), u"a text holds a reference that is not known"},
       {"code that the list lacks", document(seg("<g id=\"2\">a</g>", "1")), u"its list of runs does not have"},
       {"end of a code alone", document(seg("a</g>")), u"ends that has not begun"},
-      {"other element", document(seg("<b>a</b>")), u"the element \"b\" cannot stand in a text"},
+      {"other element", document(seg("<b>a</b>")), u"the element \"b\" is not allowed in a text"},
       {"document type", "<!DOCTYPE kavo-office>" + document(""), u"a document type"},
   };
   for (const auto& c : cases)

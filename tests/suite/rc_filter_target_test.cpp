@@ -147,9 +147,9 @@ TEST_F(RcFilterTargetTest, AccessKeysAndMarkersAreChecked) {
   built(tud, {u"T & T", u"&Nom", u"Ouvrir", u"&Ne", u"a && b", u"<2/> von <1/>", u"<2/> und <1/>", u"100 %s"});
   EXPECT_EQ(told_, (std::vector<std::u16string>{
                        u"segment 3 (line 5, column 12): the access key (&) is missing",
-                       u"segment 4 (line 6, column 12): the access key N is that of another control of the dialog, "
+                       u"segment 4 (line 6, column 12): the access key N is already used by another control of the dialog, "
                        u"segment 2 (line 4, column 7)",
-                       u"segment 6 (line 9, column 17): the markers stand in another order than in the source, which "
+                       u"segment 6 (line 9, column 17): the markers are in another order than in the source, which "
                        u"the program does not expect",
                        u"segment 8 (line 9, column 44): the marker %s is not in the source"}));
   told_.clear();

@@ -168,7 +168,7 @@ TEST_F(TextParagraphsTest, LinesThatAreNotFilledStayLines) {
 TEST_F(TextParagraphsTest, AnUnknownWordIsRefused) {
   put(u"a.txt", "a");
   EXPECT_EQ(reason_of([&] { convert(u"a.txt", text_road("pages")); }),
-            u"\"pages\" says nothing about the paragraphs of texts: lines, blank or auto");
+            u"\"pages\" is not a way to find the paragraphs of texts; write lines, blank or auto");
 }
 
 TEST(TextParagraphsCorpus, RealTextsComeBackAndKeepTheirTextsTranslated) {

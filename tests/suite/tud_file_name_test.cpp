@@ -48,7 +48,7 @@ TEST_F(TudFileName, ANameThatIsNotPlainEverywhereIsNotConverted) {
     const std::u16string name = base + u".txt";
     files.put(u"C:\\work\\" + name, "One\n");
     const std::size_t count = files.all_files().size();
-    EXPECT_NE(reason_of([&] { convert(name); }).find(u"cannot stand in a bilingual document"), std::u16string::npos)
+    EXPECT_NE(reason_of([&] { convert(name); }).find(u"cannot be a name in a bilingual document"), std::u16string::npos)
         << to_utf8(name);
     EXPECT_EQ(files.all_files().size(), count);
   }

@@ -35,7 +35,7 @@ void load_engine(std::u16string_view identifier) {
   if (place == std::end(kEnginePlaces))
     throw_not_there(
         identifier,
-        u"the engine is not there; install the package kavo-office, or, where kavo was built from its source, "
+        u"the engine is missing; install the package kavo-office, or, where kavo was built from its source, "
         u"libreoffice-dev, libreoffice-writer-nogui, libreoffice-impress-nogui and libreoffice-calc-nogui, "
         u"and build it again");
   const std::string path = folder + *place;

@@ -155,7 +155,7 @@ std::string remark_on(const std::vector<CharsetDeclaration>& found, const PageCo
   if (coding.is_unsupported) return remark + ", which is not supported";
   for (const CharsetDeclaration& other : found)
     if (code_page_of(other.label) != coding.code_page)
-      return formatted("{}, {} declares {}: the first is taken", remark, name_of(other.source), other.label);
+      return formatted("{}, {} declares {}: the first declaration counts", remark, name_of(other.source), other.label);
   return "";
 }
 

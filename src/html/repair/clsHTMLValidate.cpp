@@ -25,8 +25,8 @@ constexpr std::u16string_view kLineEnd = u"\r\n";
 constexpr std::u16string_view kUtf16Refused =
     u"The page is UTF-16 text, which is not supported; it was left as it is: ";
 constexpr std::u16string_view kTornScript =
-    u"This stands in a literal or a comment of PHP, so what follows may be code: the tags of the page are left as they "
-    u"are. Write '?' . '>' or '<' . '?php' in the literal to have them repaired";
+    u"This is inside a literal or a comment of PHP, so what follows may be code, and the tags of the page are "
+    u"not repaired. Write '?' . '>' or '<' . '?php' in the literal to have them repaired";
 constexpr std::string_view kGlueMark = "<!--htmlglue";
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 

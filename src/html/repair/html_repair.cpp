@@ -142,7 +142,7 @@ void HtmlRepair::blanks(std::uint64_t begin, std::uint64_t end) {
       tree_.forget_closed_early(0);
     else if (tree_.after_body() && scanner_.look_ahead(end, 4) == "<!--")
       report_.add(html_validate_text::kNotRepaired, place_of(begin),
-                  "a comment behind the end of the body");  // a tag opened here would go into the body
+                  "a comment after the end of the body");  // a tag opened here would go into the body
     tree_.blank();
   } else {
     tree_.blank();

@@ -42,7 +42,7 @@ void refuse_shared_names(const PageNames& names) {
 
 void refuse_folder(const std::u16string& path) {
   const auto info = about_file(path, [&] { return ports().files->info(path); });
-  if (info && info->is_folder) throw file_failure(path, u"There is a folder of this name");
+  if (info && info->is_folder) throw file_failure(path, u"There is a folder with this name");
 }
 
 std::u16string shown_path(std::u16string_view path) { return to_utf16(path_to_host(path)); }
@@ -136,7 +136,7 @@ bool clsASP2HTML::find_gaps(const ScriptRestorer& restorer, ScriptFile& script) 
   if (script.ends_inside_block()) warn(script_name + u" ends inside its last script: it is cut short");
   const bool lost = !warnings_.empty();
   if (script.repeated() != 0)
-    warn(formatted(u"Placeholders that stand more than once: {}; their script is written at each place",
+    warn(formatted(u"Placeholders that occur more than once: {}; their script is written at each place",
                    script.repeated()));
   return lost;
 }

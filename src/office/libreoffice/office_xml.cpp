@@ -156,7 +156,7 @@ class Reader {
         refuse(u"the code of a character is not a number from 0 to 65535");
       append(std::u16string(1, static_cast<char16_t>(code)));
     } else if (segment_) {
-      refuse(u"the element \"" + to_utf16(name) + u"\" cannot stand in a text");
+      refuse(u"the element \"" + to_utf16(name) + u"\" is not allowed in a text");
     }
   }
 

@@ -251,7 +251,7 @@ void BilingualDocument::save() {
 }
 
 std::u16string BilingualDocument::target_name() const {
-  if (header_.original.empty()) throw_refused("The document does not say what its source document is called");
+  if (header_.original.empty()) throw_refused("The document does not name its source document");
   return target_name_of(folder_of(path_), core_file_name(header_.original), to_utf16(header_.target_language));
 }
 
@@ -310,7 +310,7 @@ void BilingualDocument::refuse_other_skeleton(const std::u16string& skeleton) co
   const auto refuse = [&](const char* reason) {
     throw_refused(formatted("{}{}{}: prepare the document again", path_to_host(skeleton), reason, path_to_host(path_)));
   };
-  if (found.checksum != header_.checksum) refuse(" is the skeleton of another document than ");
+  if (found.checksum != header_.checksum) refuse(" is not the skeleton of ");
   if (found.set != header_.set) refuse(" comes from another preparation than ");
 }
 

@@ -15,7 +15,7 @@ constexpr char kReferenceEnd = '\x04';
 bool is_reference(char byte) { return byte >= '\x01' && byte <= '\x03'; }
 
 [[noreturn]] void throw_no_tag(std::u16string_view rest) {
-  throw failure(FailureNumber::kInvalidCall, u"No code begins like this: " + std::u16string(rest.substr(0, 20)));
+  throw failure(FailureNumber::kInvalidCall, u"Not a valid code: " + std::u16string(rest.substr(0, 20)));
 }
 
 }  // namespace

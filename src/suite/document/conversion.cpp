@@ -23,7 +23,7 @@ namespace {
 std::string checked(std::string name) {
   if (const std::string_view problem = name.empty() ? std::string_view() : plain_name_problem(name); !problem.empty())
     throw failure(FailureNumber::kInvalidCall,
-                  formatted(u"\"{}\" cannot stand in a bilingual document: {}", name, problem));
+                  formatted(u"\"{}\" cannot be a name in a bilingual document: {}", name, problem));
   return name;
 }
 

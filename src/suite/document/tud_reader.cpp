@@ -33,7 +33,7 @@ class TudParser final : public XmlHandler {
     ++depth_;
     if (depth_ == 1) {
       if (name != "xliff" || space.starts_with("urn:oasis:names:tc:xliff:document:2"))
-        reader_.refuse(u"this is no XLIFF 1 document");
+        reader_.refuse(u"this is not an XLIFF 1 document");
       space_ = space;
       if (coding_) *coding_ = reader_.coding();
       return;
@@ -157,7 +157,7 @@ class TudParser final : public XmlHandler {
   std::string name_from(std::string_view value, std::string_view field) const {
     const std::string_view problem = value.empty() ? std::string_view() : plain_name_problem(value);
     if (!problem.empty())
-      reader_.refuse(to_utf16(std::string(field) + " is no plain file name: " + std::string(problem)));
+      reader_.refuse(to_utf16(std::string(field) + " is not a plain file name: " + std::string(problem)));
     return std::string(value);
   }
 

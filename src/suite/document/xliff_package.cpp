@@ -79,7 +79,7 @@ class Packer {
       const XliffOutline& outline = outlines_.back();
       if (documents_.size() > 1 &&
           (outline.coding == XmlCoding::kAsciiBased || outline.coding != outlines_.front().coding))
-        refuse(*document, ": documents of different codings cannot stand in one file: save each of them in UTF-8");
+        refuse(*document, ": documents with different codings cannot be in one file: save each of them in UTF-8");
       if (outline.files.size() != 1) refuse(*document, ": the document holds more than one file");
     }
     BlockReader first(documents_.front()->path());
@@ -243,7 +243,7 @@ std::vector<std::u16string> unpack_documents(std::u16string_view path, std::u16s
     const TudHeader header = header_of(unnamed);
     if (header.original.empty() || header.target_language.empty())
       throw failure(FailureNumber::kInvalidCall,
-                    to_utf16(path_to_host(path) + ": a document in it does not say what it was made of"));
+                    to_utf16(path_to_host(path) + ": a document in it does not say what it was made from"));
     documents.push_back(tud_name_of(std::u16string(folder) + u"\\" + core_file_name(header.original),
                                     to_utf16(header.target_language)));
     if (ports().files->info(documents.back()))

@@ -20,20 +20,20 @@ constexpr FilterOption kOptions[] = {
      "Replaces what a document already has in the target language. `--overwrite` sets it for a run", "on"},
 
     {"html.code-patterns", kPatterns, "",
-     "What is a code in a text beside places for values and addresses: a text in which `*` stands for one or more "
-     "characters",
+     "What else is a code in a text, besides placeholders for values and addresses: a text in which `*` stands for "
+     "one or more characters",
      "[[*]]"},
     {"html.excluded-elements", kWords, "", "Elements of pages whose content is left alone", "code, kbd"},
     {"html.inline-elements", kWords, "", "Elements that do not end a text", "div, caption"},
     {"html.note-comments", kPatterns, "",
-     "Which comments become the note of the text behind them: a text in which `*` stands for any characters; without "
-     "one each comment that is prose",
+     "Which comments become the note of the text after them: a text in which `*` stands for any characters; if none "
+     "is given, every comment that is prose",
      "Translators:*"},
     {"html.open-codes", kSwitch, "off",
-     "Opens texts that hold only codes, numbers or signs, which are locked otherwise", "on"},
+     "Opens texts that hold only codes, numbers or signs, which are otherwise locked", "on"},
     {"html.text-attributes", kWords, "", "Attributes of any element whose values are offered", "data-title, data-hint"},
     {"html.text-elements", kWords, "",
-     "Elements whose content is offered where the page says that it is not to be translated (`translate`, the class "
+     "Elements whose content is offered even if the page says that it must not be translated (`translate`, the class "
      "`notranslate`)",
      "button, caption"},
     {"mif.page-types", kWords, "body, master",
@@ -42,23 +42,24 @@ constexpr FilterOption kOptions[] = {
      "body, master, reference"},
 
     {"rc.dialog-charset", kNumber, "",
-     "The character set of the fonts of translated dialogs, a number of the Windows API; without it that of the source",
+     "The character set of the fonts of translated dialogs, a number of the Windows API (default: that of the source)",
      "128"},
-    {"rc.dialog-font", kText, "", "The font of translated dialogs; without it that of the source", "MS UI Gothic"},
-    {"rc.dialog-font-size", kNumber, "", "Its size in points; without it that of the source", "9"},
+    {"rc.dialog-font", kText, "", "The font of translated dialogs (default: that of the source)", "MS UI Gothic"},
+    {"rc.dialog-font-size", kNumber, "", "The size of that font in points (default: that of the source)", "9"},
 
     {"rtf.excluded-styles", kNames, "", "Styles of paragraphs and characters whose texts are not offered",
      "Code, HTML Preformatted"},
 
     {"scripts.never", kWords, "", "Functions of scripts whose arguments are never offered", "Log, Trace"},
     {"scripts.offer", kChoice, "likely",
-     "The texts of scripts to offer: those that are likely read by people, with those in doubt locked; those in doubt, "
+     "The texts of scripts to offer: those that people are likely to read, with doubtful ones locked; doubtful ones, "
      "too; or none",
      "all", "likely all none"},
     {"scripts.texts", kWords, "", "Functions of scripts whose arguments are always offered", "Translate, Say"},
 
     {"text.paragraphs", kChoice, "auto",
-     "What is one text of a text file: a line; what stands between empty lines; or what the lines look like, see "
+     "What counts as one text in a text file: a line; the lines between empty lines; or whatever the lines look like, "
+     "see "
      "[text.md](text.md). `--paragraphs` sets it for a run",
      "blank", "lines blank auto"},
 
@@ -66,8 +67,7 @@ constexpr FilterOption kOptions[] = {
      "Columns of workbooks whose cells are left alone: `B` or `C:E` of every sheet, `Prices!B` of one",
      "B, Prices!C:E"},
     {"xls.excluded-rows", kNames, "", "Rows of workbooks whose cells are left alone, in the same way", "1, Prices!3:5"},
-    {"xls.excluded-sheets", kNames, "", "Sheets of workbooks that are left alone, with their names",
-     "Data, Old prices"},
+    {"xls.excluded-sheets", kNames, "", "Sheets of workbooks that are left alone, by their names", "Data, Old prices"},
 };
 
 constexpr std::string_view kBlanks = " \t";
@@ -154,9 +154,9 @@ std::string values_of(const FilterOption& option) {
     case kText:
       return "a text";
     case kWords:
-      return "words with commas between";
+      return "words separated by commas";
     case kNames:
-      return "names with commas between";
+      return "names separated by commas";
     case kPatterns:
       return "patterns, one at a time";
   }

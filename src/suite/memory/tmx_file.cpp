@@ -38,7 +38,7 @@ class TmxParser final : public XmlHandler {
 
   void start(std::string_view, std::string_view name, const XmlAttributes& attributes, XmlPlace place) override {
     ++depth_;
-    if (depth_ == 1 && name != "tmx") reader_.refuse(u"this is no translation memory (TMX)");
+    if (depth_ == 1 && name != "tmx") reader_.refuse(u"this is not a translation memory (TMX)");
     if (segment_depth_ != 0) return start_in_segment(name, attributes);
     if (name == "body") body_start_ = place;
     if (name == "tu") start_unit();
@@ -202,9 +202,10 @@ void append_to_tmx(std::u16string_view path, std::string_view source_language, s
     if (reader.coding() == XmlCoding::kUtf8) end = parser.body_end();
   }
   if (!end)
-    throw failure(FailureNumber::kInvalidCall, to_utf16(path_to_host(path)) +
-                                                   u" cannot take further translations: it is not in UTF-8, or has no "
-                                                   u"body. Move it away and try again");
+    throw failure(FailureNumber::kInvalidCall,
+                  to_utf16(path_to_host(path)) +
+                      u" cannot take more translations, because it is not in UTF-8 or has no "
+                      u"body. Move it away and try again");
   PendingFile file(path);
   {
     BlockReader old(path);

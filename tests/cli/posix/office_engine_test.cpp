@@ -37,7 +37,7 @@ class OfficeEngine : public testing::Test {
 TEST_F(OfficeEngine, ACommandWithoutTheEngineSaysWhatToInstallAndThatItMustBeBuiltAgain) {
   const Ran ran = convert();
   EXPECT_EQ(ran.code, 1);
-  EXPECT_NE(ran.errors.find("Word.Application is served by LibreOffice: the engine is not there; install the package "
+  EXPECT_NE(ran.errors.find("Word.Application is served by LibreOffice: the engine is missing; install the package "
                             "kavo-office, or, where kavo was built from its source, libreoffice-dev, "
                             "libreoffice-writer-nogui, libreoffice-impress-nogui and libreoffice-calc-nogui, and build "
                             "it again"),

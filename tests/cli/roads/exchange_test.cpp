@@ -58,7 +58,7 @@ TEST_F(Exchange, ExportNeverReplacesAFileThatBelongsToADocument) {
       if (inside) arguments.push_back("--with-skeleton");
       const Ran ran = run_kavo(arguments);
       EXPECT_EQ(ran.code, 1);
-      EXPECT_NE(ran.errors.find("must be another one"), std::string::npos) << ran.errors;
+      EXPECT_NE(ran.errors.find("The file to write must not be"), std::string::npos) << ran.errors;
       EXPECT_EQ(folder.read(file), before);
     }
 }
@@ -93,7 +93,7 @@ TEST_F(Exchange, APageIsRebuiltFromOneFileInAnEmptyFolder) {
   const Ran out = run_kavo({"export", path(u"index_asp_htm_FR.tud"), path(u"index_asp_scr_FR.tud"), "--with-skeleton"});
   EXPECT_EQ(out.code, 0) << out.errors;
   EXPECT_EQ(out.output, path(u"index_asp_htm_FR.xlf") + "\n");
-  EXPECT_NE(out.errors.find("takes it along"), std::string::npos);
+  EXPECT_NE(out.errors.find("it is exported with the document that it belongs to"), std::string::npos);
 
   const TempFolder empty;
   const std::string alone = path_to_host(empty.write(u"sent.xlf", folder.read(u"index_asp_htm_FR.xlf")));
@@ -215,7 +215,7 @@ TEST_F(Exchange, WhatDoesNotFitIsNamedAndTheRestIsTaken) {
       {"a unit that does not exist", {{"id=\"3\"", "id=\"77\""}}, "unit 77: the document has no such unit"},
       {"a unit with an id that is no number", {{"id=\"3\"", "id=\"x3\""}}, "unit x3: the document has no such unit"},
       {"a missing unit", {{last, ""}}, "unit 3: it is missing"},
-      {"a unit that is there twice", {{last, last + last}}, "unit 3: it is there 2 times"},
+      {"a unit that is there twice", {{last, last + last}}, "unit 3: it occurs 2 times"},
       {"another source text", {{"<source>Three", "<source>Thre"}}, "unit 3: its source text is another one"},
       {"a character that the code page lacks",
        {{"\"new\">Three", "\"new\">\xE6\x97\xA5"}},

@@ -173,7 +173,7 @@ TEST_F(PageCodings, ErrorsAreReportedWithTheirPlace) {
     const char* told;
   } cases[] = {
       {"two that disagree", "<%@ codepage=65001 %><meta charset=windows-1252><p>One two</p>",
-       "declares the coding 65001, <meta> declares windows-1252: the first is taken"},
+       "declares the coding 65001, <meta> declares windows-1252: the first declaration counts"},
       {"two names of one coding", "<%@ codepage=1252 %><meta charset=iso-8859-1><p>One two</p>", nullptr},
       {"a coding that is not known", "<meta charset=x-klingon><p>One two</p>",
        "declares the coding x-klingon, which is not supported"},

@@ -104,7 +104,7 @@ TEST_F(Sites, TheOtherFilesAreCopiedOnce) {
   refused.insert(refused.end(), {"--target", "FR"});
   const Ran kept = kavo(refused);
   EXPECT_EQ(kept.code, 1);
-  EXPECT_TRUE(holds(kept.errors, "style.css is there and differs from")) << kept.errors;
+  EXPECT_TRUE(holds(kept.errors, "style.css exists and differs from")) << kept.errors;
   EXPECT_EQ(get("out-FR/style.css"), "mine");
   EXPECT_EQ(kavo(again).code, 0);
   EXPECT_EQ(get("out-FR/style.css"), "p {}");

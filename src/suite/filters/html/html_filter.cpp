@@ -51,7 +51,7 @@ void HtmlFilter::extract(BlockReader& document, const ConversionSettings& settin
     settings.tell({u"A script of the page declares the coding " + to_utf16(html::charset_name(facts.code_page)) +
                    u", so the translated page keeps it and the chosen one, " +
                    to_utf16(html::charset_name(settings.target_code_page)) +
-                   u", is left aside. Change the declaration in the page first"});
+                   u", is not used. Change the declaration in the page first"});
   sink.begin(facts);
   sink.skeleton(document.window().substr(0, coding.mark_size));
   document.consume(coding.mark_size);

@@ -85,7 +85,7 @@ void PlaceholderScripts::open(const ConversionSettings& settings) {
   }
   if (!problem.empty() && settings.tell)
     settings.tell({problem + u": its placeholders are shown as numbers, and conditions do not end a text. Prepare the "
-                             u"page anew"});
+                             u"page again"});
 }
 
 std::string PlaceholderScripts::meaning(std::string_view server_code) {

@@ -29,7 +29,7 @@ PageKinds::PageKinds(std::span<const std::string> words) {
     const auto* const found = std::find(std::begin(kKindNames), std::end(kKindNames), word);
     if (found == std::end(kKindNames))
       throw failure(FailureNumber::kInvalidCall,
-                    u"\"" + to_utf16(word) + u"\" is no kind of page: body, master, reference or hidden");
+                    u"\"" + to_utf16(word) + u"\" is not a kind of page; write body, master, reference or hidden");
     bits_ |= 1u << (found - std::begin(kKindNames));
   }
 }

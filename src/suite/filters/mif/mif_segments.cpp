@@ -71,7 +71,7 @@ void MifExtraction::write_segment(std::size_t first, std::size_t last) {
   if (is_side_text_) builder_.note(tag_);
   if (!wanted_.has(page_)) {
     builder_.locked(true);
-    builder_.note("The text stands on a " + std::string(name_of(page_)) +
+    builder_.note("The text is on a " + std::string(name_of(page_)) +
                   " page: it is translated when the option mif.page-types names this kind");
   }
   const std::string_view original =

@@ -79,7 +79,7 @@ void OfficeXmlExtraction::read_element(const Tag& tag) {
   if (tag.name == "place") enter(tag);
   if (tag.name == "left-out" && settings_.tell)
     settings_.tell({to_utf16(tag.attribute("place")) + u": " + to_utf16(tag.attribute("texts")) +
-                    u" texts stand behind more blank cells than the options of workbooks allow; they are left out"});
+                    u" texts follow more blank cells than the options of workbooks allow; they are left out"});
   if (tag.name == "seg" && !tag.is_end && !tag.is_empty)
     read_text(tag);
   else
@@ -186,7 +186,7 @@ std::size_t OfficeXmlExtraction::add_tag(std::string_view content) {
   } else if (tag.name == "char") {
     standalone(kControl, "[" + std::string(tag.attribute("code")) + "]", false);
   } else {
-    refuse(u"the element \"" + to_utf16(tag.name) + u"\" cannot stand in a text");
+    refuse(u"the element \"" + to_utf16(tag.name) + u"\" is not allowed in a text");
   }
   return *length;
 }

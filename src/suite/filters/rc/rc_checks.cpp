@@ -67,7 +67,7 @@ void RcChecks::check_markers(const Hole& hole, const std::vector<std::string>& w
                                : " is not in the source"));
   }
   if (is_complete && !std::ranges::all_of(wanted, is_numbered))
-    tell(hole, "the markers stand in another order than in the source, which the program does not expect");
+    tell(hole, "the markers are in another order than in the source, which the program does not expect");
 }
 
 void RcChecks::check_key(const Hole& hole, const RcTextPlace& place, std::string_view plain) {
@@ -85,7 +85,8 @@ void RcChecks::check_key(const Hole& hole, const RcTextPlace& place, std::string
   const auto [other, is_first] = keys_.try_emplace(key, Key{place.key, place_of(hole)});
   // A conflict that the source has, too, is not reported.
   if (is_first || (!place.key.empty() && place.key == other->second.in_source)) return;
-  tell(hole, "the access key " + key + " is that of another control of the dialog, " + to_utf8(other->second.place));
+  tell(hole,
+       "the access key " + key + " is already used by another control of the dialog, " + to_utf8(other->second.place));
 }
 
 void RcChecks::tell(const Hole& hole, const std::string& text) const {

@@ -52,8 +52,9 @@ class RcFilter final : public Filter {
 LanguageId checked_language(std::string_view code) {
   const std::optional<LanguageId> id = resource_language(code);
   if (!id)
-    throw failure(FailureNumber::kInvalidCall,
-                  u"the language " + to_utf16(code) + u" has no number in Windows, and so none in resource scripts");
+    throw failure(
+        FailureNumber::kInvalidCall,
+        u"the language " + to_utf16(code) + u" has no language number in Windows, so resource scripts cannot name it");
   return *id;
 }
 

@@ -57,9 +57,9 @@ void ScriptFilter::extract(BlockReader& document, const ConversionSettings& sett
   script::ScriptExtraction extraction(blocks, server, coding, choices, sink);
   extraction.run(progress);
   if (extraction.unknown() != 0 && choices.scripts.offer != ScriptSettings::Offer::kAll && settings.tell)
-    settings.tell({formatted(
-        u"Texts of scripts in a language that is not known here, which are locked (--scripts all opens them): {}",
-        extraction.unknown())});
+    settings.tell(
+        {formatted(u"Texts of scripts in an unknown language, which are locked (--scripts all opens them): {}",
+                   extraction.unknown())});
 }
 
 // Documents of the first versions do not say to which page they belong, so their scripts are not proved.

@@ -165,7 +165,7 @@ void ScriptWriting::go_to(LiteralForm form, std::string& bytes) {
   if (form_ == form) return;
   const std::string_view close = quote_of(form_);
   const std::string_view open = quote_of(form);
-  if (close.empty() || open.empty()) refuse(u"a value cannot stand in a literal of another kind");
+  if (close.empty() || open.empty()) refuse(u"a value cannot be in a literal of another kind");
   bytes += close;
   bytes += text_operator_of(place_.language);
   bytes += open;

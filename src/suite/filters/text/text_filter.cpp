@@ -36,8 +36,9 @@ Paragraphs paragraphs_of(const ConversionSettings& settings, BlockReader& docume
   if (word == "lines") return Paragraphs::kLines;
   if (word == "blank") return Paragraphs::kBlank;
   if (word == "auto") return find_paragraphs(document, coding, progress);
-  throw failure(FailureNumber::kInvalidCall,
-                u"\"" + to_utf16(word) + u"\" says nothing about the paragraphs of texts: lines, blank or auto");
+  throw failure(
+      FailureNumber::kInvalidCall,
+      u"\"" + to_utf16(word) + u"\" is not a way to find the paragraphs of texts; write lines, blank or auto");
 }
 
 // The text without blanks, which change when lines are joined and broken again.
