@@ -29,7 +29,7 @@ class Page {
   bool restore() { return converter_.HTML2ASP() == 0; }
   std::int64_t size() const { return static_cast<std::int64_t>(size_); }
 
-  // Gives every tenth placeholder of the protected page the number of the next one and the other way round.
+  // Swaps the numbers of every tenth placeholder of the protected page and the next one.
   void swap_placeholders() {
     const auto path = folder_ / "page_asp.htm";
     std::string text(std::filesystem::file_size(path), '\0');

@@ -2,8 +2,8 @@
 //
 //   measure ROUNDS BYTES  NAME BEFORE COMMAND  [NAME BEFORE COMMAND ...]
 //
-// BEFORE is a shell command that puts the input in place and is not timed ("" for none). The commands are run one
-// after the other in every round, so that a noisy machine is noisy for all of them.
+// BEFORE is a shell command that puts the input in place and is not timed ("" for none). The commands run one after
+// another in every round, so that other load on the machine affects all of them.
 #include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>

@@ -103,7 +103,7 @@ void mif_insert_objects(benchmark::State& state) {
   state.SetBytesProcessed(state.iterations() * document.size());
 }
 
-// Index markers with as many different texts as the argument says. Shown is the time of one entry.
+// Index markers with as many different texts as the argument says. The time shown is that of one entry.
 void mif_entries(benchmark::State& state) {
   Document document(MifMaker().make_markers(static_cast<std::size_t>(state.range(0))));
   for (auto _ : state) check(state, document.extract());

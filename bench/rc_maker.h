@@ -38,7 +38,7 @@ class RcMaker {
   }
 
  private:
-  // As in real scripts, two of five have a marker or an escape.
+  // Two of five have a marker or an escape, as in real scripts.
   std::string sentence() {
     static constexpr const char* words[] = {"the",    "file",   "cannot",  "be",      "opened", "because",
                                             "before", "folder", "caf\xe9", "program", "of",     "printer"};
@@ -110,7 +110,7 @@ class RcMaker {
   std::string text_;
   std::size_t resources_ = 0;
   std::size_t strings_ = 0;
-  std::size_t keys_ = 0;  // each is another letter than those before, until all were used
+  std::size_t keys_ = 0;  // each is a new letter until all have been used
 };
 
 }  // namespace kavo::bench

@@ -106,7 +106,7 @@ TEST_F(PublicObject, PathsWithAnyUnicodeCharacter) {
 }
 
 TEST_F(PublicObject, PathOfMoreThan260Characters) {
-  // Only the system's own long form makes and removes such folders everywhere.
+  // Only the system's own long form of paths makes and removes such folders on every system.
   const std::u16string outer = folder_.path(std::u16string(120, u'a'));
   const std::u16string inner = outer + u"\\" + std::u16string(120, u'b');
   ASSERT_TRUE(CreateDirectoryW(system_path(outer).c_str(), nullptr));

@@ -123,7 +123,7 @@ TEST(Guard, EveryExceptionEndsAsAResultWithErrorInformation) {
   }
 }
 
-// A registry that fails after a number of writes, as one without the rights or the room does.
+// A registry that fails after a number of writes, as it does without permission or room.
 class FailingRegistry : public FakeRegistry {
  public:
   explicit FailingRegistry(int writes) : writes_left_(writes) {}

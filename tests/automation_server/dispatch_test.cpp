@@ -76,7 +76,7 @@ TEST(DispatchRoundTrip, KeepsTheOrderOfArgumentsAndWritesBack) {
   EXPECT_EQ(object->invoke(u"Swap", arguments), Value(true));
   EXPECT_EQ(arguments[0].value, Value(u"right"));
   EXPECT_EQ(arguments[1].value, Value(u"left"));
-  // What is passed by value stays; an empty variable takes any type.
+  // An argument by value stays as it was; an empty variable takes any type.
   std::array mixed{by_value(Value(std::int32_t{1})), by_reference(Empty{}), by_value(Omitted{})};
   EXPECT_EQ(object->invoke(u"Swap", mixed), Value(true));
   EXPECT_EQ(mixed[0].value, Value(std::int32_t{1}));
@@ -156,7 +156,7 @@ HRESULT WINAPI fill_in(EXCEPINFO* late) {
   return S_OK;
 }
 
-// A server that is not ours: it puts off its error texts, and knows only the old kind of error number.
+// Somebody else's server: it fills in its error texts only when asked, and has only the old kind of error number.
 class ForeignServer final : public IDispatch {
  public:
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void**) override { return E_NOINTERFACE; }
@@ -316,7 +316,7 @@ TEST(DispatchAdapter, CountsItsObjects) {
   const long before = live_dispatch_objects();
   unique_interface<IDispatch> object = make_dispatch(std::make_shared<FakeObject>(std::vector<Member>{}));
   EXPECT_EQ(live_dispatch_objects(), before + 1);
-  // What came from automation goes back as it is.
+  // An object that came from automation is handed back as it is.
   unique_interface<IDispatch> same = make_dispatch(make_object(object.get()));
   EXPECT_EQ(same.get(), object.get());
   same.reset();

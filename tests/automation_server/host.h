@@ -78,7 +78,7 @@ VARIANT reference_argument(SHORT* number);
 VARIANT reference_argument(double* number);
 VARIANT reference_argument(VARIANT* variable);
 
-// One late-bound call and all that came of it.
+// One late-bound call and all its results.
 struct Invocation {
   HRESULT result = S_OK;
   unique_variant answer;

@@ -18,7 +18,7 @@ void set_text(BSTR* target, std::u16string_view text) {
   *target = make_bstr(text).release();
 }
 
-// Changes every parameter and fails where it is told to.
+// Changes every parameter, and fails where the test wants it to.
 class ChangingObject final : public _K19FPWObj {
  public:
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void**) override { return E_NOINTERFACE; }

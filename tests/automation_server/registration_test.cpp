@@ -14,7 +14,7 @@ namespace {
 
 using Keys = std::set<std::u16string>;
 
-// What one of the two has and the other has not; readable when they differ.
+// What only one of the two has, in a form that can be read in a failed test.
 Keys difference(const Keys& a, const Keys& b) {
   Keys result;
   std::set_symmetric_difference(a.begin(), a.end(), b.begin(), b.end(), std::inserter(result, result.end()));
@@ -85,7 +85,7 @@ TEST(MachineRegistration, CreatesObjectsAndLeavesNothing) {
 
 // This system's own automation may not look at the user's classes, so the keys are read back.
 TEST(UserRegistration, WritesTheUsersKeysAndLeavesNothing) {
-  // Shared by all classes of the user: whoever takes the last one away may leave it behind empty; the library does not.
+  // All classes of the user share this key. Removing the last class may leave it empty; the library removes it.
   constexpr std::u16string_view kClasses = u"Software\\Classes\\CLSID";
   Registry& registry = *ports().registry;
   if (registry.key_exists(Hive::kCurrentUser, kClasses) && registry.sub_keys(Hive::kCurrentUser, kClasses).empty())

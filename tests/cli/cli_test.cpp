@@ -91,7 +91,7 @@ TEST_F(Command, RestoreNamesThePageAfterTheProtectedOne) {
   EXPECT_EQ(folder.read(u"index.asp"), kServerPage);
 }
 
-TEST_F(Command, ValidateRepairsInPlaceAndTellsWhere) {
+TEST_F(Command, ValidateRepairsInPlaceAndSaysWhere) {
   const Ran ran = run_kavo({"html", "validate", "--backup", put(u"page.htm", kBrokenPage)});
   EXPECT_EQ(ran.code, 0);
   EXPECT_NE(folder.read(u"page.htm"), kBrokenPage);

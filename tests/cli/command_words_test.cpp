@@ -1,4 +1,4 @@
-// How people address the command: verbs that do not exist, options in any place, folders as files, settings.
+// How people write command lines: unknown verbs, options in any place, folders as files, settings.
 #include <gtest/gtest.h>
 
 #include "cli/run_kavo.h"

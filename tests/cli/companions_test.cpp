@@ -1,4 +1,4 @@
-// kavo rebuild of a document whose companions did not come along.
+// kavo rebuild of a document whose companions are missing.
 #include <gtest/gtest.h>
 
 #include "cli/run_kavo.h"

@@ -16,7 +16,7 @@ class EditCommand : public testing::Test {
   static void set_editor(const std::string& command) {
     EXPECT_EQ(run_kavo({"settings", "editor.command=" + command}).code, 0);
   }
-  // Started programs are not waited for, so what they leave is.
+  // The command does not wait for started programs, so the test waits for what they leave.
   bool appears(std::u16string_view name, std::string_view instead_of = "") const {
     for (int i = 0; i < 1000; ++i) {
       if (folder.exists(name) && folder.read(name) != instead_of) return true;

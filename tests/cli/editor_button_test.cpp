@@ -15,7 +15,7 @@ class EditorButton : public testing::Test {
   static void set_editor(const std::string& command) {
     EXPECT_EQ(run_kavo({"settings", "editor.command=" + command}).code, 0);
   }
-  // The editor is not waited for, so what it leaves is.
+  // The command does not wait for the editor, so the test waits for what it leaves.
   bool appears(std::u16string_view name) const {
     for (int i = 0; i < 1000 && !folder.exists(name); ++i) ports().clock->sleep(0.01);
     return folder.exists(name);

@@ -1,4 +1,4 @@
-// A run that fails leaves the folder as it was: new files go, those that were there come back.
+// A run that fails leaves the folder as it was: new files are removed, and old ones come back.
 #include <gtest/gtest.h>
 
 #include <map>
@@ -23,7 +23,7 @@ class FailedRuns : public testing::Test {
   TempFolder folder;
 };
 
-// The name of one of the results is a folder's, which comes to light in the middle of the run or at its end.
+// One of the results has the name of a folder. The run finds that out halfway or at its end.
 TEST_F(FailedRuns, LeaveTheFolderAsItWas) {
   const std::vector<std::string> languages{"--source", "EN-US", "--target", "FR"};
   const std::string page = "<html><body><p>One <b>two</p><% x %></body></html>\r\n";

@@ -65,7 +65,7 @@ TEST_F(Folders, PagesOfOtherNamesAreSourcesToo) {
   for (const char* const name : {"index.php", "header.inc", "logo.gif"})
     EXPECT_EQ(get("out/" + std::string(name)), get("site/" + std::string(name))) << name;
 
-  // What their preparation leaves beside them is no source.
+  // Files that their preparation leaves beside them are not sources.
   ASSERT_EQ(kavo({"prepare", "site", "--source", "EN", "--target", "FR"}).code, 0);
   const Ran again = kavo({"prepare", "site", "--source", "EN", "--target", "FR", "--json"});
   EXPECT_FALSE(holds(again.output, "_htm.htm")) << again.output;
@@ -89,7 +89,7 @@ TEST_F(Folders, ARepeatedRunDoesOnlyWhatIsMissingOrChanged) {
   EXPECT_TRUE(holds(get("work/shop/notes_txt_FR.tud"), "Three"));
   EXPECT_TRUE(has("work/index_asp_scr_DE.tud"));
 
-  // One manual of a book is the whole book.
+  // One manual of a book brings the whole book.
   put("site/books/ch2.mif", manual("Cherry"));
   const Ran book = prepare();
   EXPECT_EQ(book.code, 0) << book.errors;
@@ -97,10 +97,11 @@ TEST_F(Folders, ARepeatedRunDoesOnlyWhatIsMissingOrChanged) {
   EXPECT_TRUE(holds(get("work/books/KAVO_va_mif_FR.tud"), "Cherry"));
 }
 
-// What a run leaves that is killed while its files take their names: new ones in its own folder, and a journal of them.
+// The state that a run leaves when it is killed while its files take their names: new files in its own folder, and a
+// journal of them.
 class StoppedRun : public Folders {
  protected:
-  // Takes the files of a folder back to the old ones, "" for none.
+  // Puts the old files back into a folder, "" for none.
   void take_back(const std::string& where, const std::map<std::string, std::string>& old_files) const {
     std::string journal("KAVO run 1\0placing\0", 19);
     const auto add = [&](const std::string& field) { journal += field + '\0'; };

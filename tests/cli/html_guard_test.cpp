@@ -1,4 +1,4 @@
-// What the verbs of pages never lose: scripts, somebody's work, the only original.
+// The verbs of pages never lose scripts, somebody's work, or the only original.
 #include <gtest/gtest.h>
 
 #include "cli/run_kavo.h"
@@ -22,7 +22,7 @@ class HtmlGuard : public testing::Test {
     folder.write(u"a.asp", kPage);
     ASSERT_EQ(kavo("protect", u"a.asp").code, 0);
   }
-  // Nothing but a message, and the advice which option does it all the same.
+  // Expects only a message, which names the option that does it nevertheless.
   static void expect_refused(const Ran& ran, const std::string& file, std::string_view option) {
     EXPECT_EQ(ran.code, 1);
     EXPECT_EQ(ran.output, "");

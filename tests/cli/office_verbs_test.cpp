@@ -101,7 +101,7 @@ TEST_F(OfficeVerbs, RtfThatIsNotRtfIsAFailureThatMakesNothing) {
   }
 }
 
-TEST_F(OfficeVerbs, RtfBehindAByteOrderMarkOrWhiteSpaceIsExtracted) {
+TEST_F(OfficeVerbs, RtfAfterAByteOrderMarkOrWhiteSpaceIsExtracted) {
   for (const std::string start : {"\xEF\xBB\xBF", "\r\n ", "\xEF\xBB\xBF\n"}) {
     Ran ran = run_kavo({"rtf", "extract", put(u"letter.rtf", start + std::string(kLetter))});
     EXPECT_EQ(ran.code, 0) << ran.errors;

@@ -1,4 +1,4 @@
-// Pages of other names than the table of types has, and parts of pages.
+// Pages with extensions that the table of types does not have, and parts of pages.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -71,7 +71,7 @@ TEST_F(PageNamesCommand, OtherNamesAreUnknown) {
   EXPECT_EQ(kind_of_document(u"a.php5").type, kUnknownFile);
   EXPECT_EQ(kind_of_document(u"php").type, kUnknownFile);
   EXPECT_EQ(kind_of_document(u"a.").type, kUnknownFile);
-  // The table of hosts stays.
+  // The table for hosts does not change.
   EXPECT_EQ(FileTypeOf(u"a.php"), kUnknownFile);
 }
 

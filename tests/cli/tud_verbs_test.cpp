@@ -35,7 +35,7 @@ TEST_F(TudCommand, PrepareConvertsEveryProducedFile) {
   EXPECT_EQ(ran.output, path(u"index_asp_htm_FR.tud") + "\n" + path(u"index_asp_scr_FR.tud") + "\n");
 }
 
-TEST_F(TudCommand, PrepareTakesTheParagraphsOfATextAsItIsTold) {
+TEST_F(TudCommand, PrepareFindsParagraphsInTheWayThatIsAskedFor) {
   const auto segments = [&](const std::vector<std::string>& more) {
     std::vector<std::string> arguments{"prepare", put(u"a.txt", "One\ntwo\n\nThree\n"), "--source", "EN-US", "--target",
                                        "FR"};

@@ -8,7 +8,7 @@
 namespace kavo::test {
 namespace {
 
-// Every length from 0 to 200 at every alignment, with hits seldom, often, and at the very ends.
+// Tries every length from 0 to 200 at every alignment, with rare hits, frequent hits, and hits at both ends.
 template <class Check>
 void for_many_ranges(Check check) {
   std::mt19937 random(1);

@@ -77,7 +77,7 @@ TEST(SandR, PositionsAre16BitSoALateMatchOverflows) {
   EXPECT_EQ(common.SandR(at_limit, u"a", u"b"), std::u16string(32766, u'x') + u"b");
   const std::u16string beyond = std::u16string(32767, u'x') + u"a";
   EXPECT_EQ(failure_number([&] { common.SandR(beyond, u"a", u"b"); }), 6);
-  // A long text whose matches all lie in front is processed.
+  // A long text is processed when all matches are near its beginning.
   EXPECT_EQ(common.SandR(u"a" + std::u16string(40000, u'x'), u"a", u"b"), u"b" + std::u16string(40000, u'x'));
   // Replacements push later matches on.
   const std::u16string pushed = u"a" + std::u16string(10, u'x') + u"a";
@@ -109,7 +109,7 @@ TEST(FormatString, EndlessReplacementIsRefused) {
   const clsCommon common;
   const std::vector<std::u16string> own{u"a%1%b"};
   EXPECT_EQ(failure_number([&] { common.FormatString(u"%1%", own); }), 5);
-  // Holds no placeholder itself, but forms a new one every time.
+  // The value does not contain a placeholder, but forms a new one every time.
   const std::vector<std::u16string> joining{u"1%%1"};
   EXPECT_EQ(failure_number([&] { common.FormatString(u"%%1%", joining); }), 5);
   // Harmless while its placeholder is not used.

@@ -255,7 +255,7 @@ TEST_F(FolderRunTest, MessagesSpeakOfTheFilesThatTheUserKnows) {
             u"/x/.kavo-run could not be removed");
 }
 
-// What a run does whose files are replaced, removed, borrowed and made, with a temporary file.
+// Replaces, removes, borrows and makes files, and uses a temporary file.
 void work(FolderRun& run) {
   ports().files->open(u"C:\\TEMP\\MOR1234.TMP", Access::kCreateNew)->close();
   run.borrow(u"C:\\WORK\\side.mif");
@@ -366,7 +366,7 @@ TEST_F(BrokenRun, TheNextRunFinishesOrUndoesWhatAPowerCutBrokeOff) {
     put_files();
     const bool happened = run_broken({.operation = number, .lasting = true, .kills = true}, Disk::kLosesUnflushed);
     EXPECT_NO_THROW(FolderRun next(kPage)) << number;
-    // Nobody waits for the disk for the sake of a temporary file: after a power cut one may stay.
+    // The run does not wait for the disk for a temporary file, so one may stay after a power cut.
     if (files.has(u"C:\\TEMP\\MOR1234.TMP")) files.remove_file(u"C:\\TEMP\\MOR1234.TMP");
     EXPECT_TRUE(is_old() || is_new()) << number;
     (is_new() ? finished : undone) += 1;

@@ -15,7 +15,7 @@
 
 namespace kavo::test {
 
-// The lines by the letter of the contract, from a text in memory.
+// The lines of a text in memory, exactly as the contract describes them.
 inline std::vector<std::u16string> twin_lines(std::string_view bytes, std::size_t chunk, const CodePage& code_page) {
   std::vector<std::u16string> lines;
   std::u16string pending;
@@ -39,7 +39,7 @@ inline std::vector<std::u16string> twin_lines(std::string_view bytes, std::size_
   }
 }
 
-// The first byte chooses the chunk size, the second the block size and the code page; the rest is the file. Answers
+// The first byte chooses the chunk size, the second the block size and the code page; the rest is the file. Returns
 // what is wrong, "" when nothing is.
 inline std::string broken_line_reader_property(std::string_view input) {
   if (input.size() < 2) return "";
@@ -67,8 +67,7 @@ inline std::string broken_line_reader_property(std::string_view input) {
   }
   if (!line.empty()) return "the end of the file leaves a line";
   if (lines != twin_lines(input, chunk, *code_page)) return "the twin reads other lines";
-  // Where a byte that is not valid ends and the next character begins is a matter of taste; a valid text has one
-  // reading.
+  // It is not defined where an invalid byte ends and the next character begins, so only valid texts are compared.
   const std::u16string whole = code_page->decode(input);
   const bool is_valid = std::ranges::none_of(whole, [](char16_t c) { return c >= 0xDC80 && c <= 0xDCFF; });
   if (is_valid && text != whole) return "a chunk cut a character";

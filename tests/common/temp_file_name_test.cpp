@@ -26,7 +26,7 @@ TEST_F(TempFileName, EveryNameIsMorFourUpperCaseDigitsAndTmp) {
 
 TEST_F(TempFileName, ExistingNamesAreNotHandedOut) {
   clsGetTempFileName first;
-  clock.next_seed = 1;  // the same row of names twice
+  clock.next_seed = 1;  // the same sequence of names twice
   const std::u16string taken = first.Filename();
   files.put(taken, "");
   clsGetTempFileName second;

@@ -1,4 +1,4 @@
-// Files that a run must not touch although a name of its own meets theirs.
+// Files that a run must not touch although it uses the same names.
 #include <gtest/gtest.h>
 
 #include "driver/translation.h"

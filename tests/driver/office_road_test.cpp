@@ -139,7 +139,7 @@ TEST_F(OfficeRoad, AHostThatConvertsTheDocumentItselfGetsTheSameTexts) {
   EXPECT_TRUE(files.has(in(u"book_FR.xls")));
 }
 
-TEST_F(OfficeRoad, TheLibraryIsToldTheIdentifiersOfTheOfficeFilters) {
+TEST_F(OfficeRoad, TheLibraryReceivesTheIdentifiersOfTheOfficeFilters) {
   const struct {
     std::u16string_view name;
     std::string_view bytes;

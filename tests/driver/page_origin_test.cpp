@@ -1,4 +1,4 @@
-// Places of what a page is made into, in the page itself.
+// Maps places in the files made from a page to places in the page itself.
 #include "driver/page_origin.h"
 
 #include <gtest/gtest.h>
@@ -21,7 +21,7 @@ class PageOriginTest : public DriverFixture {
   }
 };
 
-TEST_F(PageOriginTest, BehindScriptsAndRepairs) {
+TEST_F(PageOriginTest, AfterScriptsAndRepairs) {
   const std::string source = "<% a %><b>one<i>two</b>three</i><td <%b%>>four > five<script>six</script>&lt;seven";
   files.put(u"C:\\WORK\\a.asp", source);
   for (const std::size_t size : {7, 64, 4096}) {

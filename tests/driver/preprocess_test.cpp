@@ -49,7 +49,7 @@ TEST_F(PreProcess, AspPageWithoutScriptYieldsAScriptFileOfOneLineWithOneBlank) {
 }
 
 // End tags after the placeholder would be script of the restored page, and more of them with every preparation.
-TEST_F(PreProcess, NothingIsWrittenBehindAScriptThatNeverEnds) {
+TEST_F(PreProcess, NothingIsWrittenAfterAScriptThatNeverEnds) {
   for (const char* page : {"<table><tr><td>1<script>x", "<b>1<% x", "<p>1<?php x \n"}) {
     files.put(kPage, page);
     K19FPWObj object;

@@ -24,11 +24,12 @@ inline void write_file_in_ports(const std::u16string& path, std::string_view byt
 
 class RecordingSuite {
  public:
-  // Scratch files go by the names that they are to have: "Open C:\WORK\a_txt_FR.tud", "CreateTarget <target>|<OpenTag>|<skeleton>|<language>|<filter>" ...
+  // Scratch files go by the names that they are to have: "Open C:\WORK\a_txt_FR.tud", "CreateTarget
+  // <target>|<OpenTag>|<skeleton>|<language>|<filter>" ...
   std::vector<std::u16string> calls;
   // The status that an operation of the document of that name answers; it may throw. None: 0.
   std::function<std::int32_t(std::u16string_view member, const std::u16string& tud)> status;
-  // What happens instead of creating a target; it may throw. None: the file is written.
+  // Called instead of creating a target; it may throw. If empty, the file is written.
   std::function<void(const std::u16string& target)> create;
   std::u16string created_from;  // the OpenTag file of the target being created
   // Bytes of the targets, by their name or, for one that is named by chance, by that of its OpenTag file; those of

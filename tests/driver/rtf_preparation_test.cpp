@@ -1,4 +1,4 @@
-// What the filter of RTF documents gets to see.
+// What the filter of RTF documents reads.
 #include "driver/rtf_preparation.h"
 
 #include <gtest/gtest.h>
@@ -19,7 +19,8 @@ class RtfPreparation : public DriverFixture {
   // What the filter reads, with everything put in place.
   std::string seen(bool replaces_objects = false) {
     FolderRun run(kLetter);
-    const std::u16string path = without_objects(std::u16string(kLetter), std::u16string(kObjects), replaces_objects, run);
+    const std::u16string path =
+        without_objects(std::u16string(kLetter), std::u16string(kObjects), replaces_objects, run);
     const std::string bytes = files.get(path);
     run.commit();
     return bytes;

@@ -1,4 +1,4 @@
-// CreateTranslation over files in memory and a suite that records what it is asked for.
+// CreateTranslation over files in memory and with a suite that records its calls.
 #pragma once
 
 #include <gtest/gtest.h>

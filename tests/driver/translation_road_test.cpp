@@ -59,7 +59,7 @@ std::u16string marked(const std::u16string& source) {
   return source.substr(0, quote + 1) + u"*" + source.substr(quote + 1);
 }
 
-TEST_F(RoadTest, EveryTranslationStandsInTheRebuiltDocument) {
+TEST_F(RoadTest, EveryTranslationIsInTheRebuiltDocument) {
   for (const Document& document : kDocuments) {
     SCOPED_TRACE(to_utf8(document.name));
     std::vector<std::u16string> sources;

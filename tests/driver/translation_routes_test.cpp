@@ -64,9 +64,9 @@ class RoutesTest : public TranslationFixture {
   }
 };
 
-// A document that is there, whatever made it.
+// The tests that follow begin with a document that already exists.
 
-// The command replaces nothing without being told to, and says so before anything is worked on.
+// The command replaces nothing unless asked to, and says so before any work begins.
 TEST_F(RoutesTest, AnExistingDocumentIsSeenBeforeTheSuiteMakesAnything) {
   const struct {
     const char* name;
@@ -268,7 +268,7 @@ TEST_F(MergeMif, TranslationsOfTheSideFilesComeIntoTheDocument) {
                                                  in(u"KAVO_xr_mif_FR.tud"), in(u"KAVO_va_mif_FR.tud")}));
 }
 
-// A host's catalogue sees the names of the contract, and nobody a document that is not merged.
+// A host's catalogue sees the names of the contract, and nobody sees a document before it is merged.
 TEST_F(MergeMif, SideFilesHaveTheirNamesAtOnceAndTheDocumentAtTheEnd) {
   std::vector<std::u16string> made;
   suite.create = [&](const std::u16string& target) {

@@ -111,7 +111,7 @@ TEST(ControlFlow, ClientScriptsDivideNothing) {
   EXPECT_FALSE(divides("<script>if (a) {</script>", Language::kVbScript));
 }
 
-TEST(ControlFlow, TellsHowManyConstructsEndAndBegin) {
+TEST(ControlFlow, CountsConstructsThatEndAndBegin) {
   const struct {
     const char* block;
     Language server;

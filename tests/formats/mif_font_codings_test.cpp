@@ -83,7 +83,7 @@ TEST(FontCodingsTest, EachStringHasTheCodingOfItsFont) {
     EXPECT_EQ(code_pages("<MIFFile 7.00>\n" + c.document, c.code_page), c.expected) << c.name;
 }
 
-TEST(FontCodingsTest, FontsDoNotCountFromVersion8OnOrBehindADeclaration) {
+TEST(FontCodingsTest, FontsDoNotCountFromVersion8OnOrAfterADeclaration) {
   const std::string text = "<Para <ParaLine <Font <FEncoding `BIG5'>> <String `a'>>>";
   EXPECT_EQ(code_pages("<MIFFile 8.00>\n" + text, 1252), std::vector<unsigned>{kUtf8CodePage});
   EXPECT_EQ(code_pages("<MIFFile 7.00>\n<MIFEncoding `\x93\xFA\x96\x7B\x8C\xEA'>\n" + text, 1252),

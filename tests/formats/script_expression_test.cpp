@@ -170,7 +170,7 @@ TEST(ScriptExpressions, JoinsAndTheirPlaces) {
     }
 }
 
-// Whatever comes, what goes out lies in order inside the input, and brackets are followed without recursion.
+// For any input the output is in order and inside the input, and brackets are followed without recursion.
 TEST(ScriptExpressions, Garbage) {
   class Check final : public ExpressionSink {
    public:

@@ -93,7 +93,7 @@ TEST(ScriptLexer, Tokens) {
 }
 
 // What a block interrupts goes on after it.
-TEST(ScriptLexer, CarriesOnBehindAValue) {
+TEST(ScriptLexer, ContinuesAfterAValue) {
   struct {
     const char* name;
     Language language;

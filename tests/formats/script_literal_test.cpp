@@ -91,7 +91,7 @@ TEST(ScriptLiterals, Texts) {
     EXPECT_THROW(written("\u0436", quoting, western), failure);
 }
 
-// A literal that the language takes no expression for is never interrupted.
+// A literal is never interrupted at a place where the language takes no expression.
 TEST(ScriptLiterals, ConstantsAreSingleLiterals) {
   const Quoting constant = {Language::kVbScript, LiteralForm::kDouble, false, true};
   const TextCoding western(1252);

@@ -1,4 +1,4 @@
-// A person in front of the forms: what a test says is done to each form that is shown, in turn.
+// Acts as a person: does to each form that is shown, in order, what the test has set.
 #pragma once
 
 #include <functional>
@@ -37,8 +37,8 @@ class RecordingView final : public FormView {
   void move(std::int32_t left, std::int32_t top) override { moved = {left, top}; }
 };
 
-// In use for as long as it lives. A form for which nothing is said, or that is still shown after what was said, is
-// closed by its title bar.
+// In use for as long as it lives. A form for which nothing is set, or that is still shown afterwards, is closed by its
+// title bar.
 class FakePresenter final : public FormPresenter {
  public:
   FakePresenter() : before_(form_presenter()) { form_presenter(this); }

@@ -78,7 +78,7 @@ TEST(FormTest, WhatAHandlerThrowsComesOutAndLeavesAHiddenForm) {
   EXPECT_EQ(form.view(), nullptr);
 }
 
-TEST(FormTest, TheViewIsToldWhatChanges) {
+TEST(FormTest, TheViewIsNotifiedOfChanges) {
   Question form;
   RecordingView view;
   form.view(&view);

@@ -1,4 +1,4 @@
-// Pages and script files that do not fit together: what HTML2ASP reports, and that it writes nothing when asked to.
+// Pages and script files that do not match: what HTML2ASP reports, and that it writes nothing if it must refuse gaps.
 #include <gtest/gtest.h>
 
 #include "asp2html_run.h"

@@ -82,7 +82,7 @@ TEST(RoundTripTest, TrailBytesOfDoubleByteTextAreNeverTakenForTokens) {
     for (unsigned count = maker.below(40); count > 0; --count) {
       std::string piece(maker.pick(kPagePieces));
       const bool is_ascii = std::ranges::all_of(piece, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-      // Some of the letters of a token are replaced, which is then none.
+      // Some letters of a token are replaced, so that it is no longer a token.
       for (char& c : piece)
         if (!is_ascii || (std::isalpha(static_cast<unsigned char>(c)) && maker.below(20) == 0))
           c = static_cast<char>(0x80 + maker.below(0x80));

@@ -1,8 +1,7 @@
 // The simple twins of script protection and restoring: the documented rules, a character at a time and a line at a
 // time, with no thought for speed. The scanners must give the same bytes.
 //
-// They know nothing of pages that hold text which looks like a placeholder: such pages are the scanners' own business
-// (asp2html_look_alike_test.cpp).
+// They do not handle pages with text that looks like a placeholder; asp2html_look_alike_test.cpp tests those.
 #pragma once
 
 #include <algorithm>

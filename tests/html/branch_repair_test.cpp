@@ -38,7 +38,7 @@ Repaired repaired(std::string_view page, script::Language language, bool keeps_b
 }
 
 // PHP goes on after a "?>" in a literal, and a repair there would change its code.
-TEST(BranchRepair, LeavesAPageWhoseScriptGoesOnAsItIs) {
+TEST(BranchRepair, LeavesAPageAloneWhoseScriptContinuesBeyondItsEnd) {
   const struct {
     const char* name;
     const char* page;

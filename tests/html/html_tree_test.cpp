@@ -89,7 +89,7 @@ std::string open_names(std::string_view tokens) {
 }
 
 TEST(HtmlTreeTest, ElementsTakenFromUnderOthersLeaveTheSearchesRight) {
-  // The form goes from under the div; the paragraph's scope then still ends where it did.
+  // The form is removed from under the div, and the paragraph's scope still ends at the same place.
   EXPECT_EQ(open_names("html body form div b * /form"), "html body div b");
   EXPECT_EQ(open_names("html body form div b * /form p * div"), "html body div b div");
   // A formatting element is rebuilt inside the block that its end tag crosses.

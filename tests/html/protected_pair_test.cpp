@@ -33,7 +33,7 @@ class ProtectedPairTest : public testing::Test {
     ASSERT_EQ(validation.HTMLValidate(), 0);
     ASSERT_NE(validation.repairs(), 0u);
   }
-  // What may be lost, and that looking leaves every file as it is.
+  // Returns what may be lost, and checks that the look leaves every file as it is.
   std::u16string work() {
     const auto before = contents();
     const std::u16string result = work_beside_page(names);

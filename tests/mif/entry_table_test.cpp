@@ -78,7 +78,7 @@ TEST(EntryTable, IsFullAt32768Rows) {
   EXPECT_EQ(table.find("32767"), "t");
 }
 
-// Names that share nothing but one text, and texts under one name: no chain of rows has to be walked.
+// Many names with one text, and many texts under one name: no look-up walks along a chain of rows.
 TEST(EntryTable, ManyTextsOfOneName) {
   EntryTable table(EntryTable::Same::kNameAndText);
   for (std::size_t i = 0; i < EntryTable::kMostRows; ++i)

@@ -137,7 +137,7 @@ TEST_F(MifOptionsFormTest, DefaultListsExactlyIndex) {
   EXPECT_EQ(form.Markers(), u"Index\t");
 }
 
-TEST_F(MifOptionsFormTest, TheTextBehindTheLastTabIsNotAMarker) {
+TEST_F(MifOptionsFormTest, TheTextAfterTheLastTabIsNotAMarker) {
   frmMIFOptions form;
   form.Markers(u"a\t\tb");
   EXPECT_EQ(form.Markers(), u"a\t\t");

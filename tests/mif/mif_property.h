@@ -70,8 +70,8 @@ class MifProperty {
     return value;
   }
 
-  // Side files tell their entries apart by the tag text alone, so "a : b" with "c" and "a" with "b : c" are one entry
-  // for them; and a header statement may itself hold what a side file's reader looks for.
+  // Side files distinguish their entries only by the text of the tag, so "a : b" with "c" and "a" with "b : c" are one
+  // entry for them; and a header statement may itself hold what a side file's reader looks for.
   bool is_ambiguous() const {
     for (const std::u16string_view side : kSides) {
       const std::string bytes = files_.get(side);

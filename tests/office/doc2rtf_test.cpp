@@ -266,7 +266,7 @@ TEST_F(Doc2RtfTest, EndBatchWithoutAStartedInstanceMakesNoCall) {
 }
 
 TEST_F(Doc2RtfTest, AWordProcessorFoundRunningLaterIsQuitToo) {
-  // Started by us outlives the quit: known behaviour that is kept.
+  // started_by_us_ stays set after the quit, which is known behaviour that is kept.
   give_fields({});
   clsDOC2RTF converter;
   EXPECT_EQ(to_rtf(converter), 0);

@@ -233,7 +233,7 @@ TEST_F(MacroConversionTest, NamesFollowEachOther) {
     EXPECT_EQ(xls.XLSFile(), c.office);
   }
   clsPPTUtil util;
-  // The rule is simple on purpose: whatever stands there becomes the dot.
+  // The rule is simple on purpose: whatever that character is, it becomes the dot.
   util.XMLFile(u"C:\\a\\plain.xml");
   EXPECT_EQ(util.PPTFile(), u"C:\\a\\p.ain");
   util.XMLFile(u"abc.xml");

@@ -1,4 +1,4 @@
-// An Office program that only writes down what it is asked: every call in order, with the exact types of its arguments.
+// An Office program that only records its calls: every call in order, with the exact types of its arguments.
 //
 //   active Word.Application                     attaching to a running program
 //   create Word.Application                     starting one

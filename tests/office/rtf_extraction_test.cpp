@@ -291,7 +291,7 @@ TEST_F(RtfExtractionTest, MissingDocumentIsReported) {
   EXPECT_TRUE(files.all_files().empty());
 }
 
-TEST_F(RtfExtractionTest, AnObjectFileThatCannotBeMadeIsTold) {
+TEST_F(RtfExtractionTest, AnObjectFileThatCannotBeMadeIsReported) {
   files.put(kDocument, "{\\rtf1 {\\pict 0}}");
   clsRTFUtil util;
   util.RTFFile(kDocument);
@@ -309,7 +309,7 @@ TEST_F(RtfExtractionTest, DocumentThatHoldsAMarkerIsLeftAlone) {
       R"({\rtf1 a{\v\mor OBJ 1 }b})",
       R"({\rtf1 {\pict 0}{\v\mor OBJ 1 }})",
       R"({\rtf1 {\pict 0}{\v\mor OBJ )",
-      // Inside an object it would be taken for the object's end.
+      // Inside an object the marker would be taken for the object's end.
       "{\\rtf1 {\\object a\r\n{\\v\\mor OBJ 2 }\r\nb}}",
       "{\\rtf1 {\\pict\\bin40 0123456789012345\r\n{\\v\\mor OBJ 1 }\r\n34567}}",
       "{\\rtf1 {\\pict 0\r\n{\\v\\mor OBJ 2 }",

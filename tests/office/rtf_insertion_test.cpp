@@ -170,7 +170,7 @@ TEST_F(RtfInsertionTest, ObjectsWithoutAMarkerAreReported) {
   }
 }
 
-TEST_F(RtfInsertionTest, OneMessageTellsHowManyObjectsAreMissing) {
+TEST_F(RtfInsertionTest, OneMessageSaysHowManyObjectsAreMissing) {
   files.put(kDocument, R"({\rtf1 {\v\mor OBJ 7 }{\v\mor OBJ 1 }{\v\mor OBJ 8 })");
   files.put(kObjects, kThree);
   clsRTFUtil util;

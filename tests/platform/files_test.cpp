@@ -386,7 +386,7 @@ Names names_of_every_character() {
     if (is_surrogate || reserved.find(static_cast<char16_t>(unit)) != std::u16string_view::npos) continue;
     name += static_cast<char16_t>(unit);
     if (name.size() < 78) continue;
-    // Windows drops a blank or dot at the end; so no name ends in either.
+    // Windows drops a blank or dot at the end, so no name ends in either.
     names.push_back(u"[" + name + u"]");
     name.clear();
   }

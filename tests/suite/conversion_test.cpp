@@ -1,4 +1,4 @@
-// Conversion as a whole: what stands on the disk after every kind of failure.
+// Conversion as a whole: what is on the disk after every kind of failure.
 #include "suite/document/conversion.h"
 
 #include <gtest/gtest.h>
@@ -195,9 +195,9 @@ TEST_F(ConversionTest, PseudoTranslationFillsADocumentAndLeavesLockedTextsAlone)
   EXPECT_EQ(filled.segment(0).status, TranslationStatus::kTranslated);
   EXPECT_TRUE(filled.segment(1).is_unchanged());
   EXPECT_EQ(filled.segment(1).match, 100);
-  EXPECT_EQ(
-      rebuild(tud),
-      "\r\n<!-- ASP2HTML 1 -->\r\n<% MsgBox \"[H\xC3\xA8ll\xC3\xB4 \xC3\xBF\xC3\xB4\xC3\xBC]\" : MsgBox \"Not you\" %>\r\n");
+  EXPECT_EQ(rebuild(tud),
+            "\r\n<!-- ASP2HTML 1 -->\r\n<% MsgBox \"[H\xC3\xA8ll\xC3\xB4 \xC3\xBF\xC3\xB4\xC3\xBC]\" : MsgBox \"Not "
+            "you\" %>\r\n");
 }
 
 TEST(WordCount, CountsAsTranslatorsDo) {

@@ -1,4 +1,4 @@
-// What ties the documents of one preparation together, and tells them from others.
+// What connects the documents of one preparation, and distinguishes them from others.
 #include <gtest/gtest.h>
 
 #include "common/checksum.h"
@@ -137,7 +137,7 @@ TEST_F(DocumentSet, AChangedSourceIsSeen) {
   files.remove_file(in_folder(u"index.asp"));
   EXPECT_FALSE(changed(tud));
 
-  // Of a document that does not say what its author has, the one that was converted counts.
+  // If a document does not name the author's document, the one that was converted counts.
   tud = convert_in_set(u"m1", u"");
   EXPECT_FALSE(changed(tud));
   put(u"index_asp.txt", "Two\n");

@@ -213,7 +213,7 @@ TEST_F(DocumentUpdateTest, AdaptsCodes) {
   }
 }
 
-TEST_F(DocumentUpdateTest, ACodeThatMustComeBackIsPutBehindTheText) {
+TEST_F(DocumentUpdateTest, ACodeThatMustComeBackIsPutAfterTheText) {
   // A script's placeholder is required.
   translate("<p>Dear customer, you have ordered today</p>",
             {{u"Dear customer, you have ordered today", u"Cher client"}});

@@ -127,7 +127,8 @@ AttributeTokens tokens_of_attribute(const std::string& page, std::string_view na
   return result;
 }
 
-// Whatever a translator types, the browser reads one attribute, and in it all tokens of the source around the text.
+// Whatever a translator types, the browser reads one attribute, which contains all tokens of the source around the
+// text.
 TEST_F(EmbeddedTexts, AWholeAttributeIsReadBack) {
   const struct {
     const char* page;

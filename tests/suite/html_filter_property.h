@@ -11,7 +11,7 @@
 
 namespace kavo::test {
 
-// A translation that every step can be seen in: each vowel gets an accent, codes stay.
+// A translation that shows whether every step took place: each vowel gets an accent, codes stay.
 inline std::string accented(std::string_view coded) {
   std::string result;
   CodedTextReader reader(coded);

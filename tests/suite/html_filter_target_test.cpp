@@ -105,7 +105,7 @@ TEST_F(HtmlFilterTest, AMarkOrAnUnknownCodingStays) {
 TEST_F(HtmlFilterTest, TheLanguageOfThePage) {
   EXPECT_EQ(unchanged("<html lang=en xml:lang='en-US'><meta content=en http-equiv=Content-Language><p lang=en>x"),
             "<html lang=fr xml:lang='fr'><meta content=fr http-equiv=Content-Language><p lang=en>x");
-  // What a script writes stays the script's.
+  // A value that a script writes is left to the script.
   EXPECT_EQ(unchanged("<html lang=\"<!-- ASP2HTML 1 -->\"><p>x"), "<html lang=\"<!-- ASP2HTML 1 -->\"><p>x");
 }
 

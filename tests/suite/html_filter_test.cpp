@@ -18,7 +18,7 @@ struct Case {
   std::string_view expected;                 // "" for the page with "X" for every "x" in its texts
 };
 
-// A text holds an "x" where the translation shall show.
+// A text has an "x" where the translation must show.
 const Case kParagraphs[] = {
     {"empty", "", {}, {}, ""},
     {"text alone", "One x", {u"One x"}, {}, "One X"},

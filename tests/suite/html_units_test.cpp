@@ -62,7 +62,7 @@ TEST_F(HtmlUnits, PlaceholdersShowTheirScriptAndConditionsEndAText) {
   EXPECT_TRUE(messages_.empty());
 }
 
-TEST_F(HtmlUnits, CodeBehindABlockThatIsNotAtItsEndIsNoText) {
+TEST_F(HtmlUnits, CodeThatContinuesAfterABlockIsNotText) {
   const std::string_view scripts = "<!-- ASP2HTML 1 -->\n<?php print('<?xml ?>\n<!-- ASP2HTML 2 -->\n<?php b() ?>\n";
   units(
       "<p>Before</p><!-- ASP2HTML 1 -->'); print(\"<p title='a'>Code</p> $x\"); // now\nc('?>'); ?>After"
@@ -104,7 +104,7 @@ TEST_F(HtmlUnits, AScriptFileCutIntoAnyBlocksIsTheSame) {
   }
 }
 
-TEST_F(HtmlUnits, ServerCodeThatStandsInThePageIsReadToo) {
+TEST_F(HtmlUnits, ServerCodeInThePageIsReadToo) {
   units("<p>You are <? if ($a): ?>in<? else: ?>out<? endif ?>, <?= $name ?></p>");
   EXPECT_EQ(texts(), (Texts{u"You are", u"in", u"out", u", <1/>"}));
 }

@@ -14,7 +14,7 @@ namespace {
 
 TEST(MifFilterCorpus, RealDocumentsSurvive) {
   std::vector<std::u16string> documents = corpus_files(u"mif", {u"mif"});
-  // What has the name and is something else.
+  // Files with the extension that are something else.
   for (const std::u16string& path : corpus_files(u"mif\\negative", {})) documents.push_back(path);
   if (documents.empty()) GTEST_SKIP() << kNoCorpus;
   std::size_t right = 0;

@@ -1,4 +1,4 @@
-// Which texts of a MIF document are offered, by the pages that they stand on.
+// Which texts of a MIF document are offered, by the kind of page that they are on.
 #include "suite/filters/mif/mif_pages.h"
 
 #include <gtest/gtest.h>

@@ -76,7 +76,7 @@ std::string place(std::string_view path, std::string_view name) {
   return "<place path=\"" + std::string(path) + "\" name=\"" + std::string(name) + "\"/>\n";
 }
 
-TEST_F(OfficeXmlFilter, ANoteTellsTheNamesOfSheetAndShape) {
+TEST_F(OfficeXmlFilter, ANoteGivesTheNamesOfSheetAndShape) {
   take_apart(document(place("sheet:1", "R&amp;D &lt;new&gt;") + seg("one") + place("sheet:1/shape:1", "Box") +
                       seg("two", "3", "sheet:1/shape:1/paragraph:1") +
                       seg("three", "5", "sheet:1/shape:11/paragraph:1") + seg("four", "4", "sheet:10/cell:A1") +

@@ -1,4 +1,4 @@
-// What the translation of a resource script looks like, and what is told about it.
+// What the translation of a resource script looks like, and what is reported about it.
 #include <gtest/gtest.h>
 
 #include "common/block_reader.h"
@@ -57,49 +57,82 @@ struct TargetCase {
 };
 
 const TargetCase kTargets[] = {
-    {"language by name", "LANGUAGE LANG_ENGLISH, SUBLANG_ENGLISH_US\nSTRINGTABLE BEGIN 1 \"one\" END\n"sv, u"FR",
+    {"language by name",
+     "LANGUAGE LANG_ENGLISH, SUBLANG_ENGLISH_US\nSTRINGTABLE BEGIN 1 \"one\" END\n"sv,
+     u"FR",
      {u"un"},
      "LANGUAGE LANG_FRENCH, SUBLANG_FRENCH\n#pragma code_page(1252)\nSTRINGTABLE BEGIN 1 \"un\" END\n"sv},
-    {"language whose region has no name", "LANGUAGE LANG_ENGLISH, SUBLANG_DEFAULT\nSTRINGTABLE BEGIN 1 \"one\" END\n"sv,
-     u"RU", {u"1"},
+    {"language whose region has no name",
+     "LANGUAGE LANG_ENGLISH, SUBLANG_DEFAULT\nSTRINGTABLE BEGIN 1 \"one\" END\n"sv,
+     u"RU",
+     {u"1"},
      "LANGUAGE LANG_RUSSIAN, SUBLANG_DEFAULT\n#pragma code_page(1251)\nSTRINGTABLE BEGIN 1 \"1\" END\n"sv},
-    {"language by number and its code page", "LANGUAGE 9, 1\r\n#pragma code_page(1252)\r\nMENU MENU { MENUITEM \"a\", 1 }"sv,
-     u"RU", {u"\u0434\u0430"},
+    {"language by number and its code page",
+     "LANGUAGE 9, 1\r\n#pragma code_page(1252)\r\nMENU MENU { MENUITEM \"a\", 1 }"sv,
+     u"RU",
+     {u"\u0434\u0430"},
      "LANGUAGE 25, 1\r\n#pragma code_page(1251)\r\nMENU MENU { MENUITEM \"\xE4\xE0\", 1 }"sv},
-    {"no language", "STRINGTABLE BEGIN 1 \"a\" END\r\nSTRINGTABLE BEGIN 2 \"b\" END\r\n"sv, u"DE", {u"c", u"d"},
+    {"no language",
+     "STRINGTABLE BEGIN 1 \"a\" END\r\nSTRINGTABLE BEGIN 2 \"b\" END\r\n"sv,
+     u"DE",
+     {u"c", u"d"},
      "LANGUAGE 7, 1\r\n#pragma code_page(1252)\r\nSTRINGTABLE BEGIN 1 \"c\" END\r\nSTRINGTABLE BEGIN 2 \"d\" END\r\n"sv},
     {"other languages keep their code page",
      "LANGUAGE 9,1\n#pragma code_page(1252)\nSTRINGTABLE BEGIN 1 \"a\" END\nLANGUAGE 7,1\nSTRINGTABLE BEGIN 1 \"\xE4\" "
      "END\nLANGUAGE 10,1\n#pragma code_page(1252)\n1 RCDATA { \"\xF1\" }\n"sv,
-     u"RU", {u"\u0434"},
+     u"RU",
+     {u"\u0434"},
      "LANGUAGE 25, 1\n#pragma code_page(1251)\nSTRINGTABLE BEGIN 1 \"\xE4\" END\nLANGUAGE 7,1\n\n#pragma "
      "code_page(1252)\nSTRINGTABLE BEGIN 1 \"\xE4\" END\nLANGUAGE 10,1\n#pragma code_page(1252)\n1 RCDATA { \"\xF1\" }\n"sv},
-    {"a header with its own language", "STRINGTABLE LANGUAGE 9, 1 { 1 \"a\" }\n"sv, u"FR", {u"b"},
+    {"a header with its own language",
+     "STRINGTABLE LANGUAGE 9, 1 { 1 \"a\" }\n"sv,
+     u"FR",
+     {u"b"},
      "#pragma code_page(1252)\nSTRINGTABLE LANGUAGE 12, 1 { 1 \"b\" }\n"sv},
-    {"what the code page lacks", "LANGUAGE 9,1\n#pragma code_page(1252)\nSTRINGTABLE { 1 \"a\\n\" }\n"sv, u"FR",
+    {"what the code page lacks",
+     "LANGUAGE 9,1\n#pragma code_page(1252)\nSTRINGTABLE { 1 \"a\\n\" }\n"sv,
+     u"FR",
      {u"\u0434\u00E9 <1/>\U0001F600"},
      "LANGUAGE 12, 1\n#pragma code_page(1252)\nSTRINGTABLE { 1 L\"\\x0434\\x00E9 \\n\\xD83D\\xDE00\" }\n"sv},
-    {"a character whose second byte is a backslash", "LANGUAGE 9,1\n#pragma code_page(1252)\nSTRINGTABLE { 1 \"a\" }\n"sv,
-     u"JA", {u"\u80FD\u3042"},
+    {"a character whose second byte is a backslash",
+     "LANGUAGE 9,1\n#pragma code_page(1252)\nSTRINGTABLE { 1 \"a\" }\n"sv,
+     u"JA",
+     {u"\u80FD\u3042"},
      "LANGUAGE 17, 1\n#pragma code_page(932)\nSTRINGTABLE { 1 L\"\\x80FD\\x3042\" }\n"sv},
-    {"quotes, escapes and the zero at the end", "LANGUAGE 9,1\n#pragma code_page(1252)\n1 VERSIONINFO { BLOCK \"x\" { VALUE "
+    {"quotes, escapes and the zero at the end",
+     "LANGUAGE 9,1\n#pragma code_page(1252)\n1 VERSIONINFO { BLOCK \"x\" { VALUE "
      "\"Comments\", \"a\\0\" } }\n"sv,
-     u"FR", {u"\"C:\\\"\t"},
+     u"FR",
+     {u"\"C:\\\"\t"},
      "LANGUAGE 12, 1\n#pragma code_page(1252)\n1 VERSIONINFO { BLOCK \"x\" { VALUE \"Comments\", "
      "\"\"\"C:\\\\\"\"\\t\\0\" } }\n"sv},
-    {"several literals become one", "LANGUAGE 9,1\n#pragma code_page(1252)\nSTRINGTABLE { 1 \"a \"\n \"b\" 2 \"c\" }\n"sv,
-     u"FR", {u"x", u"y"}, "LANGUAGE 12, 1\n#pragma code_page(1252)\nSTRINGTABLE { 1 \"x\" 2 \"y\" }\n"sv},
+    {"several literals become one",
+     "LANGUAGE 9,1\n#pragma code_page(1252)\nSTRINGTABLE { 1 \"a \"\n \"b\" 2 \"c\" }\n"sv,
+     u"FR",
+     {u"x", u"y"},
+     "LANGUAGE 12, 1\n#pragma code_page(1252)\nSTRINGTABLE { 1 \"x\" 2 \"y\" }\n"sv},
     {"unchanged texts and names go to the new code page",
      "LANGUAGE 9,1\n#pragma code_page(1252)\n// \xE9\xA9\nD DIALOG 0,0,1,1\nCLASS \"\xE9\"\nFONT 8, \"\xE9\"\n{ LTEXT "
      "\"\xE9\",1,0,0,1,1 }\n"sv,
-     u"RU", {u"\u00E9"},
-     "LANGUAGE 25, 1\n#pragma code_page(1251)\n// ?\xA9\nD DIALOG 0,0,1,1\nCLASS L\"\\x00E9\"\nFONT 8, L\"\\x00E9\"\n{ LTEXT "
+     u"RU",
+     {u"\u00E9"},
+     "LANGUAGE 25, 1\n#pragma code_page(1251)\n// ?\xA9\nD DIALOG 0,0,1,1\nCLASS L\"\\x00E9\"\nFONT 8, L\"\\x00E9\"\n{ "
+     "LTEXT "
      "L\"\\x00E9\",1,0,0,1,1 }\n"sv},
-    {"UTF-8 by declaration stays", "#pragma code_page(65001)\nLANGUAGE 9,1\nSTRINGTABLE { 1 \"a\" }\n"sv, u"RU",
-     {u"\u0434"}, "#pragma code_page(65001)\nLANGUAGE 25, 1\nSTRINGTABLE { 1 \"\xD0\xB4\" }\n"sv},
-    {"UTF-8 with a mark stays", "\xEF\xBB\xBFLANGUAGE 9,1\n#pragma code_page(1252)\nSTRINGTABLE { 1 \"a\" }\n"sv, u"RU",
-     {u"\u0434"}, "\xEF\xBB\xBFLANGUAGE 25, 1\n#pragma code_page(1251)\nSTRINGTABLE { 1 \"\xD0\xB4\" }\n"sv},
-    {"UTF-16", "\xFF\xFE{\0S\0T\0R\0I\0N\0G\0T\0A\0B\0L\0E\0{\0\x31\0\"\0a\0\"\0}\0"sv, u"RU", {u"\u0434\""},
+    {"UTF-8 by declaration stays",
+     "#pragma code_page(65001)\nLANGUAGE 9,1\nSTRINGTABLE { 1 \"a\" }\n"sv,
+     u"RU",
+     {u"\u0434"},
+     "#pragma code_page(65001)\nLANGUAGE 25, 1\nSTRINGTABLE { 1 \"\xD0\xB4\" }\n"sv},
+    {"UTF-8 with a mark stays",
+     "\xEF\xBB\xBFLANGUAGE 9,1\n#pragma code_page(1252)\nSTRINGTABLE { 1 \"a\" }\n"sv,
+     u"RU",
+     {u"\u0434"},
+     "\xEF\xBB\xBFLANGUAGE 25, 1\n#pragma code_page(1251)\nSTRINGTABLE { 1 \"\xD0\xB4\" }\n"sv},
+    {"UTF-16",
+     "\xFF\xFE{\0S\0T\0R\0I\0N\0G\0T\0A\0B\0L\0E\0{\0\x31\0\"\0a\0\"\0}\0"sv,
+     u"RU",
+     {u"\u0434\""},
      "\xFF\xFE{\0L\0A\0N\0G\0U\0A\0G\0E\0 \0\x32\0\x35\0,\0 \0\x31\0\n\0S\0T\0R\0I\0N\0G\0T\0A\0B\0L\0E\0{\0\x31\0\"\0\x34\x04\"\0\"\0\"\0}\0"sv},
 };
 
@@ -145,13 +178,14 @@ TEST_F(RcFilterTargetTest, AccessKeysAndMarkersAreChecked) {
       "STRINGTABLE { 1 \"%d of %s\" 2 \"%1 and %2\" 3 \"x\" }\n";
   const std::u16string tud = convert_to(kScript, u"EN-US", u"FR");
   built(tud, {u"T & T", u"&Nom", u"Ouvrir", u"&Ne", u"a && b", u"<2/> von <1/>", u"<2/> und <1/>", u"100 %s"});
-  EXPECT_EQ(told_, (std::vector<std::u16string>{
-                       u"segment 3 (line 5, column 12): the access key (&) is missing",
-                       u"segment 4 (line 6, column 12): the access key N is already used by another control of the dialog, "
-                       u"segment 2 (line 4, column 7)",
-                       u"segment 6 (line 9, column 17): the markers are in another order than in the source, which "
-                       u"the program does not expect",
-                       u"segment 8 (line 9, column 44): the marker %s is not in the source"}));
+  EXPECT_EQ(told_,
+            (std::vector<std::u16string>{
+                u"segment 3 (line 5, column 12): the access key (&) is missing",
+                u"segment 4 (line 6, column 12): the access key N is already used by another control of the dialog, "
+                u"segment 2 (line 4, column 7)",
+                u"segment 6 (line 9, column 17): the markers are in another order than in the source, which "
+                u"the program does not expect",
+                u"segment 8 (line 9, column 44): the marker %s is not in the source"}));
   told_.clear();
   built(tud, {u"T", u"&N&om", u"&Ouvrir", u"&Fermer", u"x", u"<1/> %d <2/>", u"<1/>", u"x"});
   EXPECT_EQ(told_, (std::vector<std::u16string>{
@@ -168,14 +202,16 @@ TEST_F(RcFilterTargetTest, DialogsTakeTheFontOfTheOptions) {
       "LANGUAGE 9,1\n#pragma code_page(1252)\nA DIALOGEX 0,0,1,1\nFONT 8, \"MS Shell Dlg\", 400, 0, 0x1\n{ LTEXT "
       "\"a\",1,0,0,1,1 }\nB DIALOG 0,0,1,1\nFONT 8, \"System\"\n{ }\n",
       u"EN-US", u"JA", options);
-  EXPECT_EQ(built(tud, {u"b"}),
-            "LANGUAGE 17, 1\n#pragma code_page(932)\nA DIALOGEX 0,0,1,1\nFONT 9, \"MS UI Gothic\", 400, 0, 128\n{ LTEXT "
-            "\"b\",1,0,0,1,1 }\nB DIALOG 0,0,1,1\nFONT 9, \"MS UI Gothic\"\n{ }\n");
+  EXPECT_EQ(
+      built(tud, {u"b"}),
+      "LANGUAGE 17, 1\n#pragma code_page(932)\nA DIALOGEX 0,0,1,1\nFONT 9, \"MS UI Gothic\", 400, 0, 128\n{ LTEXT "
+      "\"b\",1,0,0,1,1 }\nB DIALOG 0,0,1,1\nFONT 9, \"MS UI Gothic\"\n{ }\n");
 }
 
 TEST_F(RcFilterTargetTest, IdentifiersNameTheirTexts) {
   convert_to(
-      "STRINGTABLE\n{\n IDS_A \"a\"\n IDS_LONG_NAME\n   \"b\"\n IDS_B+1, \"c\"\n}\nIDD_X DIALOG 0,0,1,1\nCAPTION \"d\"\n{\n"
+      "STRINGTABLE\n{\n IDS_A \"a\"\n IDS_LONG_NAME\n   \"b\"\n IDS_B+1, \"c\"\n}\nIDD_X DIALOG 0,0,1,1\nCAPTION "
+      "\"d\"\n{\n"
       "LTEXT \"e\", IDC_E,0,0,1,1\n}\nIDM_X MENU\n{\nPOPUP \"f\"\n{\nMENUITEM \"g\", ID_G\n}\n}\n"
       "1 VERSIONINFO { BLOCK \"StringFileInfo\" { VALUE \"Comments\", \"h\" VALUE \"InternalName\", \"i\" } }\n",
       u"EN-US", u"FR");

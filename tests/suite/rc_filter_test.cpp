@@ -112,7 +112,7 @@ TEST_F(RcFilterTextTest, FindsTextsAndComesBackUnchangedAtEverySplit) {
   }
 }
 
-TEST_F(RcFilterTest, ASegmentNamesTheStatementThatItStandsIn) {
+TEST_F(RcFilterTest, ASegmentNamesItsStatement) {
   put(u"a.rc",
       "STRINGTABLE BEGIN 1 \"a\" END\n1 DIALOGEX 0, 0, 1, 1\nCAPTION \"b\"\nBEGIN\n PUSHBUTTON \"c\", 2, 0, 0, 1, "
       "1\nEND\n1 MENU BEGIN POPUP \"d\" BEGIN MENUITEM \"e\", 3 END END\n");

@@ -54,7 +54,7 @@ TEST_F(RtfTarget, CharactersOfTheFontAreBytesAndOthersNumbers) {
             head + "caf\\'e9 \\'80 \\{\\\\\\} \\~\\-\\_ \\u-10179?\\u-8704?\\par}");
 }
 
-TEST_F(RtfTarget, TheNumberOfBytesBehindANumberIsTheDocuments) {
+TEST_F(RtfTarget, TheNumberOfBytesAfterANumberIsTheDocuments) {
   const std::string head = "{\\rtf1\\ansi{\\fonttbl{\\f0\\fcharset0 T;}}{\\colortbl;}";
   EXPECT_EQ(rebuilt(head + "\\uc0 x\\par}", u"FR", u"a\u0100b"), head + "\\uc0 a\\u256 b\\par}");
   EXPECT_EQ(rebuilt(head + "\\uc2 x\\par}", u"FR", u"a\u0100b"), head + "\\uc2 a\\u256??b\\par}");

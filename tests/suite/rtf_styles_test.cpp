@@ -1,4 +1,4 @@
-// Styles that are left out of RTF documents, variants of texts, and code pages that are none of Windows.
+// Styles that are left out of RTF documents, variants of texts, and code pages that are not from Windows.
 #include <gtest/gtest.h>
 
 #include "common/block_reader.h"
@@ -52,7 +52,7 @@ TEST_F(RtfStylesTest, AnExcludedTextInALineComesBackInATranslation) {
             kStyles + "\\pard Jetzt {\\cs16 Enter}!\\par}");
 }
 
-TEST_F(RtfStylesTest, ASegmentNamesTheDestinationThatItStandsIn) {
+TEST_F(RtfStylesTest, ASegmentNamesItsDestination) {
   put(u"a.rtf", "{\\rtf1{\\info{\\title T}}{\\headerl H\\par}\\pard a{\\footnote F}b\\par}");
   const std::string tud = files.get(convert(u"a.rtf", rtf_road()));
   for (const char* element : {"title", "headerl", "footnote"})

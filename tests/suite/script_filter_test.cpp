@@ -325,7 +325,7 @@ TEST(ScriptFilterCorpus, ComesBack) {
   if (pages.empty()) GTEST_SKIP() << kNoCorpus;
   const TempFolder folder;
   for (const std::u16string& page : pages) {
-    // As a script file of one block, which is as hard as many.
+    // The whole page becomes one block of a script file, which is as hard as many blocks.
     const std::string bytes = "\r\n<!-- ASP2HTML 1 -->\r\n" + read_file(page) + "\r\n";
     const std::u16string copy = folder.write(u"a_asp.scr", bytes);
     ConversionRequest request{copy, folder.path(u"a.tud"), u"", u"EN-US", u"FR", 1252, 0, u"K19TXT"};

@@ -1,4 +1,4 @@
-// The scripts of a page as it stands, for tests of what is found in them.
+// The scripts of an unchanged page, for tests of what is found in them.
 #pragma once
 
 #include <algorithm>

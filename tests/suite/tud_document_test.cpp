@@ -503,7 +503,7 @@ TEST_F(TudObject, FailuresAreAStatusAndAReason) {
   put(u"a.tud", document_of("<trans-unit id='1'><source>a</source></trans-unit>"));
   EXPECT_EQ(call(u"Open", {text(in_folder(u"a.tud"))}), 0);
   EXPECT_EQ(as_text(object.get(u"LastError")), u"");
-  // A document of somebody else does not tell which filter made it.
+  // A document from another program does not say which filter made it.
   EXPECT_EQ(call(u"GetMergeDetails", {out_text(), out_text(), out_text(), out_text()}), 1);
   EXPECT_EQ(call(u"LocateSkeleton", {out_text(), by_reference(false)}), 1);
   for (const std::int32_t number : {0, -1, 2})

@@ -1,4 +1,4 @@
-// Which unit stands in whose place.
+// Which unit is in the place of which.
 #include "suite/memory/unit_alignment.h"
 
 #include <gtest/gtest.h>

@@ -68,7 +68,7 @@ constexpr std::string_view kText = "One <two> & \"three\"\n\ttab\tand  blanks\nb
 TEST_F(XliffSamples, Untranslated) { sample(u"new.txt", kText); }
 TEST_F(XliffSamples, Empty) { sample(u"empty.txt", ""); }
 TEST_F(XliffSamples, NamesThatAreNotUris) { sample(u"a b & c%20\u00E9.txt", kText); }
-TEST_F(XliffSamples, ALanguageThatIsNone) { sample(u"odd.txt", kText, u"X Y"); }
+TEST_F(XliffSamples, AnUnknownLanguage) { sample(u"odd.txt", kText, u"X Y"); }
 TEST_F(XliffSamples, Script) {
   sample(u"page_asp.scr", "\r\n<!-- ASP2HTML 1 -->\r\n<% Response.Write \"Bread & <butter>\" & 'b' %>\r\n");
 }

@@ -11,7 +11,7 @@ namespace {
 
 using namespace std::string_view_literals;
 
-// Everything told, as one text: "<space|name id=v@begin-end", "'text'", ">name@begin-end".
+// All events as one text: "<space|name id=v@begin-end", "'text'", ">name@begin-end".
 class Log final : public XmlHandler {
  public:
   void start(std::string_view space, std::string_view name, const XmlAttributes& attributes, XmlPlace place) override {
@@ -56,7 +56,7 @@ class XmlReaderTest : public SuiteTest {
   }
 };
 
-TEST_F(XmlReaderTest, TellsElementsTextAndPlaces) {
+TEST_F(XmlReaderTest, ReportsElementsTextAndPlaces) {
   EXPECT_EQ(read("<a><b id='1'/>x&amp;y</a>"), "<|a@0-3<|b id=1@3-14>b@14-14'x&y'>a@21-25");
   EXPECT_EQ(read("<p:a xmlns:p='u:r:n'><p:b/></p:a>"), "<u:r:n|a@0-21<u:r:n|b@21-27>b@27-27>a@27-33");
   EXPECT_EQ(read("<a>1\r\n2\r3</a>"), "<|a@0-3'1\n2\n3'>a@9-13");

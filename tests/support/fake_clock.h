@@ -1,4 +1,4 @@
-// A clock that moves only when it is told to, and by sleeping.
+// A clock that moves only when the test moves it, and by sleeping.
 #pragma once
 
 #include "platform/clock.h"

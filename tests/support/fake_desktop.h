@@ -1,4 +1,4 @@
-// A desktop without a screen: answers what the test sets and keeps what it was asked for.
+// A desktop without a screen. It returns what the test sets and records what it was asked for.
 #pragma once
 
 #include <functional>
@@ -26,7 +26,8 @@ class FakeDesktop : public Desktop {
   std::map<std::u16string, std::uintptr_t, std::less<>> windows;  // by class name
   std::optional<std::u16string> caption;
   std::vector<FileQuestion> file_questions;
-  std::vector<std::optional<std::u16string>> file_answers;  // one for each question in turn; none left: given up
+  std::vector<std::optional<std::u16string>>
+      file_answers;  // one for each question in order; when none is left, the dialog is cancelled
   std::size_t process_messages_calls = 0;
   // What happens while messages are processed: a host's event handler, a failure 18 ...
   std::function<void()> on_process_messages;

@@ -1,4 +1,4 @@
-// A shell that starts nothing and keeps what it was asked for.
+// A shell that starts nothing and records what it was asked for.
 #pragma once
 
 #include <string>

@@ -1,8 +1,8 @@
 // Files and folders in memory, for tests that must see every byte and fail on purpose.
 //
-// Behaves as the system's adapters do: names ignore case and keep it, a file lies in a folder that exists, a read-only
-// file is neither emptied nor removed nor replaced, and no file is renamed over one that is open (Windows refuses that,
-// so a converter must close its input before it replaces it). Unlike Windows it lets an open file be removed.
+// Behaves as the system's adapters do: names ignore case and keep it, a file needs an existing folder, a read-only file
+// is not emptied, removed or replaced, and no file is renamed over one that is open (Windows refuses that, so a
+// converter must close its input before it replaces it). Unlike Windows it lets an open file be removed.
 #pragma once
 
 #include <map>

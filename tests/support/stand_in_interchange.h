@@ -1,4 +1,4 @@
-// An interchange whose documents are their forms already: the file "report.doc" holds the RTF that is made of it.
+// An interchange whose documents are already in translated form: the file "report.doc" contains RTF.
 #pragma once
 
 #include <functional>

@@ -20,7 +20,7 @@ struct ListedCodePage {
   std::int32_t number = 0;
 };
 
-// How a component misbehaves: from this index on a record is refused (a status of 1), or raised about. The counts it
+// How a component misbehaves: from this index on it refuses records (status 1) or raises an error. The counts that it
 // reports are always those of all records.
 struct SourceFaults {
   std::optional<std::int32_t> language_refused, language_raised, code_page_refused, code_page_raised;

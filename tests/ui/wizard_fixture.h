@@ -1,4 +1,4 @@
-// The wizard with types by extension, as its driver would answer.
+// The wizard with the answers that its driver would give about file types.
 #pragma once
 
 #include <string>

@@ -78,7 +78,7 @@ class FirstDifference : public PortsFixture {
   }
 };
 
-TEST_F(FirstDifference, ToldAtEveryBlockSize) {
+TEST_F(FirstDifference, IsFoundAtEveryBlockSize) {
   const struct {
     const char* name;
     std::string_view first, second;

@@ -73,7 +73,7 @@ class OfficeStandIn : public OfficeEngine, public testing::WithParamInterface<Co
     folder.write(GetParam().target, "mine");
     entries_ = folder.entry_count();
   }
-  // Into a document that is there: no option asks for that.
+  // True for verbs that import into an existing document, which needs no option.
   static bool imports() {
     const std::string verb = GetParam().verb;
     return verb.ends_with("to-ppt") || verb.ends_with("to-xls");
@@ -94,7 +94,7 @@ TEST_P(OfficeStandIn, AConversionThatFailsHalfWayLeavesTheOlderResultAndTheDocum
   EXPECT_EQ(folder.entry_count(), entries_);
 }
 
-// An import changes what is there; only an export can make nothing.
+// An import changes an existing file, so only an export can make nothing.
 TEST_P(OfficeStandIn, AnExportThatMakesNothingFails) {
   const Ran ran = convert("makes nothing");
   EXPECT_EQ(ran.code, imports() ? 0 : 1);

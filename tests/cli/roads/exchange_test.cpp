@@ -1,4 +1,4 @@
-// kavo export and kavo import: what goes out to an editor, and what is taken from one.
+// kavo export and kavo import: what goes to an editor, and what is taken over from one.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -63,7 +63,7 @@ TEST_F(Exchange, ExportNeverReplacesAFileThatBelongsToADocument) {
     }
 }
 
-// What a note says of a unit's codes belongs to the document that it stands in.
+// What a note says about a unit's codes holds only for its own document.
 TEST_F(Exchange, ImportTakesNotesOfPeopleAndNotThoseOfTheSuite) {
   prepare(put(u"a.htm", "<p>Hello <b>you</b></p>"));
   const std::string_view codes = "<note from=\"K19Suite\">{1} &lt;b&gt;</note>";
@@ -241,7 +241,7 @@ TEST_F(Exchange, WhatDoesNotFitIsNamedAndTheRestIsTaken) {
   }
 }
 
-// The editor may leave a code out, the page cannot be rebuilt without its script.
+// An editor may leave a code out, but the page cannot be rebuilt without its script.
 TEST_F(Exchange, ATextThatLostAScriptIsRefused) {
   prepare(put(u"p.asp", kPage));
   const std::string before = folder.read(u"p_asp_htm_FR.tud");
@@ -252,7 +252,7 @@ TEST_F(Exchange, ATextThatLostAScriptIsRefused) {
   EXPECT_EQ(ran.code, 3);
   EXPECT_NE(ran.errors.find("unit 1: code 2 is missing"), std::string::npos) << ran.errors;
   EXPECT_EQ(folder.read(u"p_asp_htm_FR.tud"), before);
-  // The bold text is the translator's to leave out.
+  // A translator may leave out the bold text.
   const std::string script = text.substr(text.find("<ph"));
   hand_back(u"p_asp_htm_FR.tud", {{text, "<target state=\"translated\">Salut " + script}});
   EXPECT_EQ(import_into(u"p_asp_htm_FR.tud").code, 0);
@@ -286,7 +286,7 @@ TEST_F(Exchange, NotesAndStatesAreKeptByImportAndWhatComesLater) {
     EXPECT_EQ(xml.find("only a note", xml.find("only a note") + 1), std::string::npos) << "written twice";
   };
   expect_kept(folder.read(u"a_txt_FR.tud"));
-  // The same once more changes nothing, another text under the same state keeps that.
+  // Importing the same once more changes nothing, and another text with the same state keeps the state.
   const std::string once = folder.read(u"a_txt_FR.tud");
   EXPECT_NE(import_into(u"a_txt_FR.tud").output.find("0 translations taken over"), std::string::npos);
   EXPECT_EQ(folder.read(u"a_txt_FR.tud"), once);

@@ -25,7 +25,7 @@ class HostileDocument : public testing::Test {
   TempFolder folder;
 };
 
-// Every bit is tried where the skeleton is read; here, that the command says so and writes nothing.
+// The skeleton's own tests try every bit. Here: the command reports the damage and writes nothing.
 TEST_F(HostileDocument, ADamagedSkeletonGivesNoDocument) {
   prepare();
   const std::string whole = folder.read(u"in\\a_txt_FR.tud.skl");
@@ -103,8 +103,8 @@ std::vector<Field> fields_of(const std::string& xml) {
   return fields;
 }
 
-// A page, its documents and a package of them, in a folder whose neighbour is bait. Whatever a document says, nothing
-// beside its folder changes and nothing of the bait comes into it.
+// A page, its documents and a package of them, in a folder beside a folder with bait. Whatever a document says, nothing
+// outside its folder changes, and none of the bait is copied into it.
 class HostileFields : public HostileDocument {
  protected:
   HostileFields() {
@@ -161,7 +161,7 @@ TEST_F(HostileFields, NoFieldOfADocumentOrPackageLeadsOutOfItsFolder) {
   }
 }
 
-// With a checksum that fits: nothing protects a skeleton against somebody who means it.
+// The checksum is made to match, since it does not protect a skeleton against deliberate changes.
 TEST_F(HostileFields, NoTextOfASkeletonLeadsOutOfItsFolder) {
   constexpr std::u16string_view kSkeleton = u"in\\page_asp_htm_FR.tud.skl";
   const std::string whole = folder.read(kSkeleton);

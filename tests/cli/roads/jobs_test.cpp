@@ -1,4 +1,4 @@
-// Several processes: what comes out is what one process makes, and a run ends however it is ended.
+// Several processes give the same results as one process, and every run comes to an end, however it is ended.
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -16,7 +16,7 @@
 namespace kavo::test {
 namespace {
 
-// Ends the test program when a command does not come to its end: nobody else would notice for half an hour.
+// Ends the test program when a command does not end. Otherwise nobody would notice for half an hour.
 class TimeLimit {
  public:
   TimeLimit() : watch_([this] { wait(); }) {}
@@ -63,8 +63,8 @@ class Jobs : public SiteTest {
     put("site/bad/good.txt", "One\n");
   }
   Ran prepare_in(const std::string& output, const std::string& jobs) const {
-    return kavo({"prepare", "site", "-r", "--output-dir", output, "--source", "EN-US", "--target", "FR,DE", "--jobs",
-                 jobs});
+    return kavo(
+        {"prepare", "site", "-r", "--output-dir", output, "--source", "EN-US", "--target", "FR,DE", "--jobs", jobs});
   }
 
  private:
@@ -136,15 +136,24 @@ TEST_F(Jobs, GiveTheSameLinesOfJson) {
 }
 
 TEST_F(Jobs, StopTogetherAndLeaveTheFoldersSettled) {
-  const std::vector<std::string> command{"prepare",      path("site").string(), "-r",    "--output-dir",
-                                         path("work").string(), "--source",     "EN-US", "--target",
-                                         "FR,DE",        "--jobs",              "2"};
+  const std::vector<std::string> command{"prepare",
+                                         path("site").string(),
+                                         "-r",
+                                         "--output-dir",
+                                         path("work").string(),
+                                         "--source",
+                                         "EN-US",
+                                         "--target",
+                                         "FR,DE",
+                                         "--jobs",
+                                         "2"};
   const auto first_is_done = [&] {
     for (int tries = 0; tries < 6000 && !has("work/part0/page0_asp_htm_FR.tud"); ++tries)
       std::this_thread::sleep_for(std::chrono::milliseconds(10));
   };
   const std::optional<Ran> stopped = run_kavo_interrupted(command, first_is_done);
-  if (!stopped) GTEST_SKIP() << "Windows sends Ctrl+C to all programs of a console, so a test cannot interrupt one command";
+  if (!stopped)
+    GTEST_SKIP() << "Windows sends Ctrl+C to all programs of a console, so a test cannot interrupt one command";
   // A quick machine may be done already.
   EXPECT_TRUE(stopped->code == 130 || stopped->code == 1) << stopped->code << stopped->errors;
   for (const fs::directory_entry& entry : fs::recursive_directory_iterator(path("work")))
@@ -154,7 +163,7 @@ TEST_F(Jobs, StopTogetherAndLeaveTheFoldersSettled) {
   EXPECT_EQ(tree("work").size(), tree("alone").size());
 }
 
-TEST_F(Jobs, ANumberThatIsNoneIsWrongUsage) {
+TEST_F(Jobs, SomethingOtherThanANumberIsWrongUsage) {
   for (const char* const number : {"0", "-1", "many"}) EXPECT_EQ(prepare_in("work", number).code, 2) << number;
 }
 

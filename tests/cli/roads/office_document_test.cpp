@@ -1,4 +1,4 @@
-// An Office program, where there is one, gets a file that is none of its own.
+// An Office program, if there is one, gets a file that is not one of its own.
 #include <gtest/gtest.h>
 
 #include "cli/run_kavo.h"

@@ -110,7 +110,7 @@ class PageCodings : public testing::Test {
   TempFolder folder;
 };
 
-// All pages of a coding in one call each, for there are more than a hundred.
+// All pages of a coding go through one call, because there are more than a hundred.
 TEST_F(PageCodings, EveryCodingByEveryWayOfDeclaringIt) {
   for (const Coding& coding : kCodings)
     for (const bool needs_option : {false, true}) {

@@ -1,4 +1,4 @@
-// kavo prepare where something is there already.
+// kavo prepare when files are in the way.
 #include <gtest/gtest.h>
 
 #include <fstream>

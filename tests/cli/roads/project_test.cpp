@@ -1,4 +1,4 @@
-// kavo.json: what it says, what goes before it, what it may not say.
+// kavo.json: what it can hold, what has precedence over it, what it must not hold.
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>

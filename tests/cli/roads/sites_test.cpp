@@ -1,4 +1,4 @@
-// Whole sites: the manifest of a run, other options, the files that are no documents, and what translators return.
+// Whole sites: the manifest of a run, changed options, files that are not documents, and what translators return.
 #include <gtest/gtest.h>
 
 #include <map>
@@ -81,8 +81,7 @@ TEST_F(Sites, OtherOptionsAreNoticedAndTranslationsKept) {
   EXPECT_TRUE(holds(get("work/index_htm_htm_FR.tud"), "A hint"));
   EXPECT_TRUE(holds(get("work/index_htm_htm_FR.tud"), "<target")) << "translations stay";
   EXPECT_EQ(get("work/shop/notes_txt_FR.tud"), notes) << "nothing is different in it";
-  EXPECT_EQ(prepare({"--filter-option", "html.text-attributes=data-x"}).output,
-            "0 documents prepared, 2 up to date\n");
+  EXPECT_EQ(prepare({"--filter-option", "html.text-attributes=data-x"}).output, "0 documents prepared, 2 up to date\n");
   EXPECT_TRUE(holds(prepare({"--target-code-page", "65001"}).output, "2 documents prepared"));
 }
 
@@ -190,7 +189,7 @@ TEST_F(Sites, EachDocumentOfAReturnedPackageFindsItsOwn) {
 }
 
 TEST_F(Sites, ARunThatFailsLeavesNothing) {
-  // No UTF-16, in spite of its mark.
+  // Not valid UTF-16, in spite of its mark.
   put("other/deep/odd.htm", "\xFF\xFE<");
   const Ran failed = kavo({"prepare", "other", "-r", "--output-dir", "work", "--source", "EN-US", "--target", "FR"});
   EXPECT_EQ(failed.code, 1) << failed.errors;

@@ -101,7 +101,7 @@ TEST_F(VerifyCommand, AnEmptyDocumentSurvives) {
   EXPECT_EQ(verify(put(u"a.htm", ""))["done"], true);
 }
 
-// In lines and columns of the page that its author has, not of what is made of it on the way.
+// Lines and columns are those of the author's page, not of files made from it.
 TEST_F(VerifyCommand, PlacesAreThoseOfTheDocument) {
   const std::string page =
       "<html><body>\r\n<% a\r\nb %>x <b><i>1</b></i>\r\n"
@@ -124,7 +124,7 @@ TEST_F(VerifyCommand, PlacesAreThoseOfTheDocument) {
 }
 
 // In a double-byte code page a broken lead byte takes the byte after it with it when that changes.
-TEST_F(VerifyCommand, ATextThatDoesNotComeBackIsTold) {
+TEST_F(VerifyCommand, ATextThatDoesNotComeBackIsReported) {
   const std::string file = put(u"a.txt", "One\n\x81(Two\nThree\n");
   const Ran ran = run_kavo({"verify", "--json", "--code-page", "932", file});
   EXPECT_EQ(ran.code, 3);
@@ -144,8 +144,8 @@ TEST_F(VerifyCommand, ATextThatDoesNotComeBackIsTold) {
 }
 
 TEST_F(VerifyCommand, FilesThatCannotTakeTheRoadFail) {
-  for (const std::string& file : {path(u"missing.txt"), put(u"a.xyz", "x"),
-                                  put(u"utf16.htm", std::string_view("\xFF\xFE<\0p\0>", 7))}) {
+  for (const std::string& file :
+       {path(u"missing.txt"), put(u"a.xyz", "x"), put(u"utf16.htm", std::string_view("\xFF\xFE<\0p\0>", 7))}) {
     const Ran ran = run_kavo({"verify", file});
     EXPECT_EQ(ran.code, 1) << file;
     EXPECT_EQ(ran.output, "") << file;
@@ -170,7 +170,7 @@ TEST_F(VerifyCommand, MifDocumentsOfSeveralVersionsAreCheckedTogether) {
   EXPECT_EQ(folder.entry_count(), 3u);
 }
 
-// Two entries of one tag cannot be told apart in a common side file, while each document alone has one of them.
+// A common side file cannot distinguish two entries with the same tag. Each document alone has only one of them.
 TEST_F(VerifyCommand, AMergeThatGivesADocumentTheTextOfAnotherIsNoticed) {
   const std::string a = put(u"a.mif", "<MIFFile 7.00>\n<XRefFormats <XRefName `P : on'> <XRefDef `page'>>\n");
   const std::string b = put(u"b.mif", "<MIFFile 7.00>\n<XRefFormats <XRefName `P'> <XRefDef `on : page'>>\n");

@@ -1,5 +1,6 @@
 // A year in the life of a site: prepared, translated with an editor, handed back, rebuilt; then the sources change and
-// all of it happens once more. Small as it runs with the others; with KAVO_FULL_YEAR set it has the size of a real one.
+// all of it happens once more. It is small when it runs with the other tests; with KAVO_FULL_YEAR set it has a
+// realistic size.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -19,7 +20,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Texts that are told apart by their words, the same for each number.
+// A text whose words depend on the number, always the same for the same number.
 std::string sentence(int number) {
   static constexpr const char* kWords[] = {"river",  "mountain", "window", "garden", "letter",  "engine", "market",
                                            "forest", "silver",   "candle", "bridge", "harbour", "planet", "winter",
@@ -73,7 +74,8 @@ class YearRoad : public testing::Test {
     if (std::getenv("KAVO_FULL_YEAR")) pages_ = 200, manuals_ = 20, texts_ = 10;
   }
 
-  // The version of a year: what is edited, inserted, moved, deleted and added in the second is told by the number.
+  // One of the two versions of the site. The numbers decide what is edited, inserted, moved, deleted and added in the
+  // second.
   Site version(bool second) {
     Site site;
     edited_.clear();
@@ -105,7 +107,7 @@ class YearRoad : public testing::Test {
     return site;
   }
 
-  // The folder's sources become those of the site; what else is there stays, as on a translator's disk.
+  // Replaces the folder's sources by those of the site. Other files stay, as on a translator's disk.
   void lay_out(const Site& site) {
     for (const auto& [name, bytes] : sources_.files)
       if (!site.files.contains(name)) fs::remove(root_ / name);
@@ -129,8 +131,8 @@ class YearRoad : public testing::Test {
     ASSERT_EQ(ran.code, 0) << arguments[0] << ": " << ran.errors;
   }
 
-  // The text files are lists: whether their lines belong together is not left to what they look like, since that may
-  // change with the next version.
+  // The text files are lists. Whether their lines belong together must not depend on their look, which may change with
+  // the next version.
   void prepare(const std::string& language) {
     run({"prepare", "--paragraphs", "lines", "--source", "EN-US", "--target", language}, source_paths());
   }

@@ -13,7 +13,7 @@
 namespace kavo::test {
 namespace {
 
-TEST(TargetInUse, IsToldAndStaysAsItIs) {
+TEST(TargetInUse, IsReportedAndStaysAsItIs) {
   const TempFolder folder;
   const std::string text = path_to_host(folder.write(u"a.txt", "One\r\n"));
   ASSERT_EQ(run_kavo({"prepare", text, "--source", "EN-US", "--target", "FR"}).code, 0);

@@ -57,7 +57,7 @@ class CorpusRoundTrip : public OfficeFixture {
     open_and_save(path, kind);
     EXPECT_TRUE(unchanged == flat_xml_of(path, kind, Pictures::kKept))
         << "a translation that changes nothing changed the document";
-    // Pictures that show an object's texts are drawn anew with them.
+    // Pictures that show an object's texts are redrawn with them.
     const std::string saved_only = flat_xml_of(path, kind);
 
     write_file(path, exported);
@@ -95,8 +95,8 @@ TEST_F(CorpusRoundTrip, EveryTextOfWorkbooksChangesAndNothingElse) {
   std::cout << texts_ << " texts of " << documents_ << " workbooks changed, and nothing else\n";
 }
 
-// Moves the letters of the text of an RTF document by 13, as far as that can be told simply: not those of control
-// words, escapes and groups that hold no text of the document.
+// Moves the letters of the text of an RTF document by 13, as far as that is simple: not those of control words, escapes
+// and groups without text of the document.
 std::string changed_rtf(const std::string& rtf) {
   std::string changed = rtf;
   std::vector<bool> is_text{false};

@@ -115,7 +115,7 @@ TEST_F(OfficeEngine, TheOptionsOrderHiddenAndToleranceAreHonoured) {
   const std::string xml = export_workbook(path);
   EXPECT_EQ(texts_of(xml), (Texts{"a1", "b1", "a2", "b2", "One", "unseen", "Two"}));
   EXPECT_NE(xml.find("<left-out place=\"sheet:1\" texts=\"1\"/>"), std::string::npos) << xml;
-  // The import goes by the options of the export, whatever they are by now.
+  // The import uses the options of the export, whatever they are now.
   save_excel_options({});
   EXPECT_EQ(import_workbook(path, changed_segments(xml)).first, 0);
   EXPECT_EQ(texts_of(export_workbook(path)), (Texts{"n1", "o1", "h1", "n2", "o2", "Bar", "hafrra", "Gjb"}));
@@ -151,7 +151,7 @@ TEST_F(OfficeEngine, AnImportIsRefusedWhenTheDocumentChangedInBetween) {
   EXPECT_EQ(result, 1);
   EXPECT_EQ(reason, "The document has changed since its texts were exported, at sheet:1/cell:A2; export it again");
   EXPECT_EQ(read_file(path), before);
-  // A text that is gone, and one that is new.
+  // One text is gone, and one is new.
   make_document(u"book.xls", OfficeKind::kWorkbook, workbook_of(sheet("One", row(cell("first")))));
   EXPECT_EQ(import_workbook(path, xml).first, 1);
   make_document(u"book.xls", OfficeKind::kWorkbook,
@@ -160,7 +160,7 @@ TEST_F(OfficeEngine, AnImportIsRefusedWhenTheDocumentChangedInBetween) {
   EXPECT_FALSE(folder.exists(u"book.xls.kavo"));
 }
 
-TEST_F(OfficeEngine, XmlThatIsNoneIsRefusedAndTheDocumentStays) {
+TEST_F(OfficeEngine, OtherXmlIsRefusedAndTheDocumentStays) {
   const auto path = make_document(u"book.xls", OfficeKind::kWorkbook, workbook_of(sheet("One", row(cell("a")))));
   const std::string xml = export_workbook(path);
   const std::string before = read_file(path);

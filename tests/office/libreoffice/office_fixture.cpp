@@ -72,7 +72,7 @@ std::u16string OfficeFixture::make_document(std::u16string_view name, OfficeKind
 std::string OfficeFixture::flat_xml_of(std::u16string_view path, OfficeKind kind, Pictures pictures) {
   OfficeDocument(office_listener(), kind, path).save_as(folder.path(u"flat.xml"), kind_of(kind).flat_filter);
   std::string xml = folder.read(u"flat.xml");
-  // Dates and counters of the file, and how it was looked at last.
+  // Cuts out dates and counters of the file, and its last view.
   const auto cut = [&](std::string_view from, std::string_view to) {
     for (std::size_t at = xml.find(from); at != std::string::npos; at = xml.find(from, at))
       xml.erase(at, std::min(xml.find(to, at), xml.size() - to.size()) + to.size() - at);
@@ -81,7 +81,7 @@ std::string OfficeFixture::flat_xml_of(std::u16string_view path, OfficeKind kind
   cut("<office:settings>", "</office:settings>");
   if (pictures == Pictures::kLeftOut) cut("<office:binary-data>", "</office:binary-data>");
   cut("<office:font-face-decls>", "</office:font-face-decls>");
-  // Lists, comments and fonts of one family are told apart by numbers of chance.
+  // LibreOffice distinguishes lists, comments and fonts of one family by random numbers.
   for (const auto& [expression, replacement] :
        {std::pair("\"list[0-9]+\"", "\"list\""), std::pair("__Annotation__[0-9_]+", "__Annotation__"),
         std::pair("(style:font-name[a-z-]*=\"[^\"0-9]*)[0-9]*\"", "$1\"")})

@@ -204,7 +204,7 @@ TEST_F(OfficeRoad, TextsInFramesComeBackFromRtf) {
   EXPECT_NE(flat_xml_of(folder.path(u"framed.doc"), OfficeKind::kText).find("Inside the frame"), std::string::npos);
 }
 
-TEST_F(OfficeRoad, TextsInFramesThatAreLostBesideCommentsAreTold) {
+TEST_F(OfficeRoad, TextsInFramesThatAreLostBesideCommentsAreReported) {
   const std::string frame =
       "{\\shp{\\*\\shpinst\\shpleft1000\\shptop1000\\shpright5000\\shpbottom2000{\\sp{\\sn shapeType}{\\sv 202}}"
       "{\\shptxt Inside the frame\\par}}}";

@@ -49,8 +49,8 @@ class WorkbookMacros : public OfficeFixture {
     macros_->put_module("KavoHost", host);
   }
 
-  // A workbook as Office would have saved it, its pages with plain headers, and the engine's export of it. The fields
-  // of headers that LibreOffice has of its own are the one thing that its Basic shows otherwise than Office.
+  // A workbook as Office would have saved it, its pages with plain headers, and the engine's export of it.
+  // LibreOffice's own fields in headers are the only thing that its Basic shows differently from Office.
   std::u16string make_workbook(const std::string& flat_xml) {
     const auto path = make_document(u"book.xls", OfficeKind::kWorkbook, flat_xml);
     EXPECT_EQ(macros_->run_on(path,

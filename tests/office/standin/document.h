@@ -1,4 +1,4 @@
-// A document of the stand-in: the texts of its paragraphs or cells. In a file they stand one a line, in UTF-8. A text
+// A document of the stand-in: the texts of its paragraphs or cells. A file holds one on each line, in UTF-8. A text
 // "picture 0102" is a picture with these bytes. It writes RTF and the XML of presentations and workbooks, and takes
 // both back (docs/office-xml.md).
 #pragma once

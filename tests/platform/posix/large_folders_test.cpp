@@ -23,7 +23,7 @@ class LargeFolder : public testing::Test {
   LargeFolder() {
     for (std::size_t i = 0; i < 2 * kLargeFolder; ++i) touch("filler" + std::to_string(i));
   }
-  // Past the port, as another program does it.
+  // The path for changes that bypass the port, as another program makes them.
   std::string host(const std::string& name) const { return path_to_host(folder.path(u"")) + name; }
   void touch(const std::string& name) const { std::ofstream(host(name)) << name; }
   void drop(const std::string& name) const { ::unlink(host(name).c_str()); }

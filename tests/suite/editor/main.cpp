@@ -17,7 +17,7 @@ int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int) {
   line.erase(0, name_end == std::wstring::npos ? line.size() : name_end + 1);
   line.erase(0, line.find_first_not_of(L' '));
   const std::string bytes = to_utf8(from_wide(line));
-  // Under its name only when it is whole: the test looks for it.
+  // The record gets its name only when it is complete, because the test looks for it.
   const std::wstring part = record + L".part";
   {
     const unique_handle file(

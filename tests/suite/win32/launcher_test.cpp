@@ -1,4 +1,4 @@
-// The editor launcher as the library starts it: the built program in a process of its own, with an editor that tells
+// The editor launcher as the library starts it: the built program in a process of its own, with an editor that records
 // how it was started.
 #include <gtest/gtest.h>
 #include <windows.h>
@@ -194,7 +194,7 @@ TEST_F(LauncherTest, SaysWhatCannotBeStarted) {
     const char* name;
     std::u16string command;
     std::u16string parameters;
-    std::u16string message;  // begins so
+    std::u16string message;  // the beginning of the message
   } cases[] = {
       {"no editor", u"", in_quotes(document),
        u"No editor for XLIFF documents is known. Name an editor with: kavo settings"},

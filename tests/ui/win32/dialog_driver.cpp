@@ -112,7 +112,7 @@ void Dialog::set_text(HWND box, std::u16string_view text) {
 void Dialog::choose(HWND list, int index) const {
   const bool combo = of_class(list, L"ComboBox");
   SendMessageW(list, combo ? CB_SETCURSEL : LB_SETCURSEL, static_cast<WPARAM>(index), 0);
-  // Setting says nothing to the dialog; a person's choice does.
+  // Setting a selection does not notify the dialog, but a person's choice does.
   const WORD changed = combo ? CBN_SELCHANGE : LBN_SELCHANGE;
   SendNotifyMessageW(window_, WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(list), changed), reinterpret_cast<LPARAM>(list));
   settle(window_);

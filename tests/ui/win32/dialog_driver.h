@@ -1,4 +1,4 @@
-// A person before a dialog: another thread, which sees and works nothing but windows.
+// Acts as a person at a dialog: another thread, which sees and uses only windows.
 #pragma once
 
 #include <windows.h>
@@ -17,7 +17,7 @@ namespace kavo::test {
 // Waits until `condition` holds; false when it does not within five seconds.
 bool wait_until(const std::function<bool()>& condition);
 
-// A dialog that is there. Controls are found by their caption, or by their kind and their place among those of it.
+// An open dialog. Controls are found by their caption, or by their kind and their place among controls of that kind.
 class Dialog {
  public:
   explicit Dialog(HWND window) : window_(window) {}
@@ -35,7 +35,7 @@ class Dialog {
 
   // Each returns when the form has dealt with it, or has put another dialog in front.
   void click(HWND button) const;
-  void type(HWND box, std::u16string_view text) const;       // in the place of what stands there
+  void type(HWND box, std::u16string_view text) const;       // replaces the text in the box
   static void set_text(HWND box, std::u16string_view text);  // all at once, as pasted
   void choose(HWND list, int index) const;                   // in a list box or combo box
   void choose(HWND combo, std::u16string_view item) const;

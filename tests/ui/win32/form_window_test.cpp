@@ -324,7 +324,7 @@ TEST(FormWindowTest, BoxesAreNamedByTheTextBeforeThem) {
   });
 }
 
-// The name that the system tells a screen reader of a control.
+// The name of a control that the system gives to a screen reader.
 std::u16string accessible_name(HWND window) {
   unique_interface<IAccessible> accessible;
   VARIANT self{};

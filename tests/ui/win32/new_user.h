@@ -10,7 +10,7 @@
 
 namespace kavo::test {
 
-// Takes away what the dialogs remember; what the user really had comes back at the end.
+// Removes what the dialogs remember, and restores the user's own settings at the end.
 class NewUser {
  public:
   NewUser() {

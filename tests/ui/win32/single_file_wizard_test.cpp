@@ -159,7 +159,7 @@ class ScriptHost {
   Process process_;
 };
 
-// How a run ends, and what it takes to make it end so.
+// How a run ends, and what makes it end like that.
 struct Ending {
   std::u16string_view name;
   std::u16string_view file;  // in the work folder
@@ -284,7 +284,7 @@ TEST(SingleFileWizardTest, OfficeDocumentsRtfAndAResourceScriptTakeTheSameRoad) 
     std::u16string_view document;
     std::string_view bytes;
     std::u16string_view tud, target;
-    std::u16string_view beside;   // what the way back needs, or nothing
+    std::u16string_view beside;   // what rebuilding needs, or nothing
     std::string_view added = {};  // in front, by a rebuilding without translations
   } roads[] = {{u"report.doc", "A ship\npicture 0102\n", u"report_doc_rtf_FR.tud", u"report_FR.doc", u"report_doc.obj"},
                {u"deck.ppt", "A ship\npicture 0102\n", u"deck_ppt_FR.tud", u"deck_FR.ppt", u""},

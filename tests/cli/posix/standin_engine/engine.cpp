@@ -1,5 +1,5 @@
-// An engine in the place of LibreOffice's: its programs take every document, write a few bytes where they were asked to
-// and then fail, or not, as KAVO_STANDIN says: "fails", "makes nothing", or anything else.
+// An engine that replaces LibreOffice's. Its programs take every document, write a few bytes where they are asked to,
+// and then fail or not, as KAVO_STANDIN says: "fails", "makes nothing", or anything else.
 #include <cstdlib>
 #include <fstream>
 #include <string>

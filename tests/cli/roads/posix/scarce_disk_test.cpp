@@ -78,7 +78,7 @@ class ScarceDisk : public testing::Test {
     for (const auto& entry : fs::directory_iterator(work())) fs::remove(entry.path());
     for (const auto& [name, bytes] : files) write_whole(work() / name, bytes);
   }
-  // Takes all of the disk but so many pages.
+  // Fills the disk except for this many pages.
   void leave_free(std::size_t pages) const {
     const fs::path filler = disk / "filler";
     fs::remove(filler);
@@ -113,7 +113,7 @@ class ScarceDisk : public testing::Test {
         {"rebuild", {"rebuild", "--overwrite", tud}, {}, {}},
     };
     for (Step& step : steps) {
-      // The import has something to take back: what the pseudo translation changed.
+      // The import takes back what the pseudo translation has changed.
       if (step.verb == std::string("rebuild")) files["index_FR.asp"] = "an old target";
       put(files);
       step.before = files;
@@ -132,7 +132,7 @@ class ScarceDisk : public testing::Test {
   bool mounted_ = false;
 };
 
-// With every amount of space from none to enough: whatever is there is whole.
+// Tries every amount of space from none to enough. Whatever files there are must be complete.
 TEST_F(ScarceDisk, NothingIsLostOnAFullDiskAndNoPartIsLeft) {
   for (const Step& step : road()) {
     int code = 1;
@@ -154,7 +154,7 @@ TEST_F(ScarceDisk, NothingIsLostOnAFullDiskAndNoPartIsLeft) {
       EXPECT_NE(ran.errors.find("No space left on device"), std::string::npos) << ran.errors;
       EXPECT_NE(ran.errors.find(in_work("")), std::string::npos) << ran.errors;
       for (const auto& [name, bytes] : step.before) EXPECT_TRUE(left.contains(name) && left.at(name) == bytes) << name;
-      // Of several files that are made one after the other, those that were finished stay.
+      // When several files are made one after another, those that were finished stay.
       for (const auto& [name, bytes] : left)
         EXPECT_TRUE(step.before.contains(name) || (step.after.contains(name) && step.after.at(name) == bytes)) << name;
     }
@@ -163,7 +163,7 @@ TEST_F(ScarceDisk, NothingIsLostOnAFullDiskAndNoPartIsLeft) {
   }
 }
 
-// The document lies elsewhere; only the copies that are checked are made on the disk, and nobody knows of them.
+// The document is elsewhere. Only the copies for the check are on this disk, and the user does not know them.
 TEST_F(ScarceDisk, VerifyNamesTheDocumentWhenTheTemporaryFolderIsFull) {
   const TempFolder folder;
   std::string page = "<html><body>\r\n";
@@ -194,7 +194,7 @@ TEST_F(ScarceDisk, VerifyNamesTheDocumentWhenTheTemporaryFolderIsFull) {
   }
 }
 
-TEST_F(ScarceDisk, AReadOnlyFolderIsToldAndStaysAsItIs) {
+TEST_F(ScarceDisk, AReadOnlyFolderIsReportedAndStaysAsItIs) {
   for (const Step& step : road()) {
     SCOPED_TRACE(step.verb);
     put(step.before);
@@ -208,7 +208,7 @@ TEST_F(ScarceDisk, AReadOnlyFolderIsToldAndStaysAsItIs) {
   }
 }
 
-// Found out only when the new document takes its name: everything is as it was all the same.
+// The failure happens only when the new document takes its name. Everything must still be as it was.
 TEST_F(ScarceDisk, ATargetThatCannotBeReplaced) {
   const Step rebuild = road().back();
   put(rebuild.before);

@@ -61,7 +61,7 @@ TEST_F(ScarceMemory, IsSaidAndLeavesNothing) {
   }
 }
 
-// Then the memory that is kept back is used up, too.
+// With several failures the reserved memory is used up, too.
 TEST_F(ScarceMemory, EndsNoRunInACrashAndNoBatchWithoutAName) {
   constexpr std::string_view kDocument =
       "<MIFFile 7.00>\r\n<TextFlow\r\n <Para\r\n  <ParaLine\r\n   <Marker\r\n    <MTypeName `Index'>\r\n"
@@ -78,7 +78,7 @@ TEST_F(ScarceMemory, EndsNoRunInACrashAndNoBatchWithoutAName) {
     whole.write(u"book.mif", kDocument);
     const std::u16string count = count_folder.path(u"count");
     setenv("KAVO_COUNT_OF_NEW", path_to_host(count).c_str(), 1);
-    // Until it is refused, this one has done what comes before any work on a file.
+    // A run that is refused does only what comes before any work on a file.
     std::vector<std::string> refused = verb;
     refused.push_back("--no-such-option");
     ASSERT_EQ(run_failing(refused, 0, whole).code, 2);

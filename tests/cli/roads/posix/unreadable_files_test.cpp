@@ -1,4 +1,4 @@
-// A file that the system refuses to look at may be there: no verb goes on as if it were missing.
+// A file that the system refuses to look at may exist, so no verb continues as if it were missing.
 #include <gtest/gtest.h>
 
 #include <filesystem>

@@ -138,7 +138,7 @@ TEST(WizardTerminal, ControlCInTheRunInterruptsAndLeavesNothingHalfWritten) {
   }
 }
 
-TEST(WizardTerminal, AFailureTellsWhatWhereAndWhatToDo) {
+TEST(WizardTerminal, AFailureSaysWhatWhereAndWhatToDo) {
   const TempFolder folder;
   folder.write(u"letter.rtf", "a document");
   Terminal terminal({"wizard", "letter.rtf"}, folder);

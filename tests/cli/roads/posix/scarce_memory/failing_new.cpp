@@ -1,7 +1,6 @@
-// Loaded in front of the command (LD_PRELOAD): allocations of its run fail, from the one of number KAVO_FAILING_NEW on
-// (from 1), KAVO_FAILING_COUNT of them (1), counted as they are tried. How many were tried is written to the file that
-// KAVO_COUNT_OF_NEW names. Otherwise this is the usual operator new, which asks the new-handler. A library of the tests,
-// no part of what is shipped.
+// A test library that is loaded before the command (LD_PRELOAD); it is not shipped. Allocations fail from number
+// KAVO_FAILING_NEW on (counted from 1), KAVO_FAILING_COUNT of them (default 1). The number of allocations is written to
+// the file that KAVO_COUNT_OF_NEW names. Otherwise this is the usual operator new, which calls the new-handler.
 #include <atomic>
 #include <cstddef>
 #include <cstdio>
