@@ -24,9 +24,7 @@ script::Language language_of_page(const ConversionSettings& settings) {
   names.html = settings.document;
   complete_from_html(names);
   const std::u16string page = settings.author_document.empty() ? names.page : settings.author_document;
-  const script::Language language = script::language_of_extension(to_utf8(ascii_lower(extension_of(page))));
-  // A page with any other extension is most likely an ASP page.
-  return language == script::Language::kUnknown ? script::Language::kVbScript : language;
+  return script::language_of_page(to_utf8(ascii_lower(extension_of(page))));
 }
 
 // The script on one line, shortened before its end: "<% If a Then ... %>".
