@@ -30,6 +30,18 @@ std::size_t tag_end(std::string_view text, std::size_t begin, std::size_t end) {
   return end;
 }
 
+// Where the end tag of the element begins, `text.size()` when it has none. It ends the element in quotes, too.
+std::size_t find_end_tag(std::string_view text, std::size_t begin, std::string_view name) {
+  for (std::size_t at = text.find("</", begin); at != std::string_view::npos; at = text.find("</", at + 2)) {
+    const std::size_t behind = at + 2 + name.size();
+    if (begins_with(text, at + 2, name) && (behind == text.size() || !is_name_byte(text[behind]))) return at;
+  }
+  return text.size();
+}
+
+constexpr std::string_view kScript = "script";
+constexpr std::string_view kJava = "java";
+
 }  // namespace
 
 std::size_t server_block_end(std::string_view text, std::size_t begin) {
@@ -54,7 +66,7 @@ void PageScripts::add_block(std::string_view text, std::size_t begin, std::size_
   const std::string_view block = text.substr(begin, end - begin);
   if (block.starts_with("<%") || block.starts_with("<?"))
     server_block(text, begin, end, pieces);
-  else if (block.starts_with("<"))
+  else if (block.starts_with("<") && (begins_with(block, 1, kScript) || begins_with(block, 1, kJava)))
     element(text, begin, end, pieces);
 }
 
@@ -84,13 +96,10 @@ void PageScripts::server_block(std::string_view text, std::size_t begin, std::si
 void PageScripts::element(std::string_view text, std::size_t begin, std::size_t end, std::vector<Piece>& pieces) {
   text = text.substr(0, end);  // no search leaves the element
   std::size_t at = tag_end(text, begin, end);
-  const bool is_java = begins_with(text, begin, "<java");
+  const bool is_java = begins_with(text, begin + 1, kJava);
   ScriptTag tag = read_script_tag(text.substr(begin, at - begin), Language::kJavaScript, server_);
   if (is_java) tag = {Language::kJava, true, true};
-  const std::size_t last = text.rfind('<');
-  const std::size_t content_end =
-      last != std::string_view::npos && last >= at && text.compare(last, 2, "</") == 0 ? last : end;
-  // Server blocks inside the tag itself.
+  // Server blocks in the tag itself.
   for (std::size_t inner = find_server_block(text, begin + 1); inner < at; inner = find_server_block(text, inner)) {
     const std::size_t inner_end = std::min(server_block_end(text, inner), at);
     server_block(text, inner, inner_end, pieces);
@@ -100,15 +109,15 @@ void PageScripts::element(std::string_view text, std::size_t begin, std::size_t 
   piece.language = tag.language;
   piece.on_server = tag.on_server;
   piece.element = ++elements_;
-  while (at < content_end || !piece.goes_on) {
-    const std::size_t inner = tag.on_server ? content_end : std::min(find_server_block(text, at), content_end);
+  for (;; piece.goes_on = true) {
+    const std::size_t inner = tag.on_server ? end : find_server_block(text, at);
     piece.begin = at;
-    piece.end = inner;
-    if (tag.is_script && (piece.end > piece.begin || piece.goes_on)) pieces.push_back(piece);
-    if (inner >= content_end) break;
-    at = std::min(server_block_end(text, inner), content_end);
+    piece.end = find_end_tag(text.substr(0, inner), at, is_java ? kJava : kScript);
+    const bool is_last = piece.end != inner || inner == end;
+    if (tag.is_script && (piece.end > piece.begin || (piece.goes_on && !is_last))) pieces.push_back(piece);
+    if (is_last) break;
+    at = server_block_end(text, inner);
     server_block(text, inner, at, pieces);
-    piece.goes_on = true;
   }
 }
 
