@@ -145,5 +145,37 @@ TEST(ControlFlow, CountsConstructsThatEndAndBegin) {
   }
 }
 
+// The "?>" of a block may stand in a literal or a comment; then the PHP goes on behind the block.
+TEST(ControlFlow, TellsWherePhpGoesOn) {
+  const struct {
+    const char* block;
+    bool goes_on;
+    bool divides;
+  } cases[] = {
+      {"<?php a(); ?>", false, false},
+      {"<?php a('?>", true, false},
+      {"<?php if ($a) { b('?>", true, true},
+      {"<?= a('?>", true, false},
+      {"<?= $a ?>", false, false},
+      {"<?php /* ?>", true, false},
+      {"<?php // it's ?>", false, false},
+      {"<?php a(<<<X\n?>", true, false},
+      {"<?php a();", true, false},
+      {"<?php", true, false},
+      {"<script><?php a('?></script>", false, false},
+      {"<% a('%>", false, false},
+  };
+  for (const auto& c : cases) {
+    PageScripts scripts(Language::kJava);
+    std::vector<Piece> pieces;
+    const std::string_view block = c.block;
+    scripts.add_block(block, 0, block.size(), pieces);
+    ASSERT_FALSE(pieces.empty()) << c.block;
+    const Flow flow = flow_of(block, pieces.back());
+    EXPECT_EQ(flow.goes_on, c.goes_on) << c.block;
+    EXPECT_EQ(flow.divides(), c.divides) << c.block;
+  }
+}
+
 }  // namespace
 }  // namespace kavo::script

@@ -120,19 +120,32 @@ class BraceFlow {
 template <class Reader>
 Flow read_flow(Lexer& lexer, std::string_view code) {
   Reader reader;
+  bool is_ended = false;
   lexer.begin(code);
-  for (Token token; lexer.next(token);) reader.token(token, code.substr(token.begin, token.size()));
-  return reader.flow();
+  for (Token token; lexer.next(token);) {
+    reader.token(token, code.substr(token.begin, token.size()));
+    is_ended = is_ended || token.kind == TokenKind::kBlockEnd;
+  }
+  Flow flow = reader.flow();
+  flow.goes_on = !is_ended;
+  return flow;
 }
 
 }  // namespace
 
-Flow flow_of(std::string_view text, const Piece& piece) {
-  if (piece.kind != PieceKind::kStatements || piece.element != 0 || piece.language == Language::kUnknown) return {};
+Flow flow_of(std::string_view block, const Piece& piece) {
+  const bool may_divide = piece.kind == PieceKind::kStatements && piece.element == 0;
+  const std::string_view closer = block.substr(piece.end);
+  const bool may_go_on = piece.language == Language::kPhp && (closer.empty() || closer == "?>");
+  if (piece.language == Language::kUnknown || (!may_divide && !may_go_on)) return {};
+  // The "?>" of PHP may stand in a literal or a comment.
+  const std::string_view code = block.substr(piece.begin, may_go_on ? block.npos : piece.end - piece.begin);
   const std::unique_ptr<Lexer> lexer = make_lexer(piece.language, nullptr);
-  const std::string_view code = text.substr(piece.begin, piece.end - piece.begin);
-  return piece.language == Language::kVbScript ? read_flow<BasicFlow>(*lexer, code)
-                                               : read_flow<BraceFlow>(*lexer, code);
+  Flow flow = piece.language == Language::kVbScript ? read_flow<BasicFlow>(*lexer, code)
+                                                    : read_flow<BraceFlow>(*lexer, code);
+  flow.goes_on = flow.goes_on && may_go_on;
+  if (may_divide) return flow;
+  return {.goes_on = flow.goes_on};
 }
 
 }  // namespace kavo::script

@@ -10,16 +10,16 @@ namespace kavo::script {
 
 // What a block does to the constructs (conditions, loops) that reach beyond it.
 struct Flow {
-  std::size_t closes = 0;  // how many constructs that began before the block end in it
-  bool parts = false;      // it begins another branch of the innermost open construct ("Else")
-  std::size_t opens = 0;   // how many constructs that begin in the block are still open at its end
+  std::size_t closes = 0;  // how many that began before the block end in it
+  bool parts = false;      // begins another branch of the innermost one that is still open ("Else")
+  std::size_t opens = 0;   // how many that begin in the block are open at its end
+  bool goes_on = false;    // PHP goes on behind the end of the block, see php_end.h
 
   // True when the text after the block does not simply continue the text before it.
   bool divides() const { return closes != 0 || parts || opens != 0; }
 };
 
-// `text` is the text of all blocks. Returns an empty Flow for a value, for declarations, for a client script, and for a
-// script in an unknown language.
-Flow flow_of(std::string_view text, const Piece& piece);
+// `block` holds the piece. A value, declarations, a client script and an unknown language divide nothing.
+Flow flow_of(std::string_view block, const Piece& piece);
 
 }  // namespace kavo::script

@@ -12,10 +12,4 @@ std::size_t php_end(std::string_view code) {
   return std::string_view::npos;
 }
 
-bool goes_on_behind(std::string_view block, const Piece& piece) {
-  const std::string_view closer = block.substr(piece.end);
-  return piece.language == Language::kPhp && (closer.empty() || closer == "?>") &&
-         php_end(block.substr(piece.begin)) == std::string_view::npos;
-}
-
 }  // namespace kavo::script

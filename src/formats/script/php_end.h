@@ -8,13 +8,9 @@
 #include <cstddef>
 #include <string_view>
 
-#include "formats/script/page_scripts.h"
-
 namespace kavo::script {
 
 // The place after the "?>" that ends `code`, which begins as PHP. npos when the PHP continues to the last byte.
 std::size_t php_end(std::string_view code);
-// True when the PHP of `block` continues past the block's end. `piece` is the block's last piece.
-bool goes_on_behind(std::string_view block, const Piece& piece);
 
 }  // namespace kavo::script

@@ -4,8 +4,7 @@
 #include <vector>
 
 #include "formats/html/marker_reader.h"
-#include "formats/script/page_scripts.h"
-#include "formats/script/php_end.h"
+#include "formats/script/control_flow.h"
 
 namespace kavo {
 
@@ -23,7 +22,8 @@ std::optional<std::uint64_t> find_torn_script(std::u16string_view script_file, s
     pieces.clear();
     scripts.add_block(block, 0, block.size(), pieces);
     for (const script::Piece& piece : pieces)
-      if (script::goes_on_behind(block, piece) && (has_next || piece.end != block.size()))
+      if (piece.language == script::Language::kPhp && (has_next || piece.end != block.size()) &&
+          script::flow_of(block, piece).goes_on)
         return begin + static_cast<std::uint64_t>(block.data() - before.data()) + piece.end;
   }
   return std::nullopt;

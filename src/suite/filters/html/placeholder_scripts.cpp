@@ -6,7 +6,6 @@
 #include "common/path_parts.h"
 #include "formats/html/elements.h"
 #include "formats/script/control_flow.h"
-#include "formats/script/php_end.h"
 #include "platform/case_fold.h"
 #include "platform/formatted.h"
 #include "platform/ports.h"
@@ -137,10 +136,13 @@ PlaceholderScripts::Script PlaceholderScripts::script_of(std::string_view block)
   if (block.size() > kLongestBlock) return script;
   pieces_.clear();
   languages_.add_block(block, 0, block.size(), pieces_);
-  script.divides =
-      std::ranges::any_of(pieces_, [&](const script::Piece& piece) { return script::flow_of(block, piece).divides(); });
-  if (!pieces_.empty() && script::goes_on_behind(block, pieces_.back()))
-    script.unended_php = formatted("{}{}", block.substr(pieces_.back().begin), line_end);
+  bool goes_on = false;
+  for (const script::Piece& piece : pieces_) {
+    const script::Flow flow = script::flow_of(block, piece);
+    script.divides = script.divides || flow.divides();
+    goes_on = flow.goes_on;
+  }
+  if (goes_on) script.unended_php = formatted("{}{}", block.substr(pieces_.back().begin), line_end);
   return script;
 }
 
