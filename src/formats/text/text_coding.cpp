@@ -51,7 +51,7 @@ void append_unit(std::string& bytes, unsigned unit, bool big_endian) {
 
 // Characters of the code page, fetched when first needed; 0 stands for "not fetched yet".
 struct TextCoding::Tables {
-  explicit Tables(std::unique_ptr<CodePage> used) : page(std::move(used)), bytes(0x10000) {
+  explicit Tables(std::unique_ptr<CodePage> used) : page(std::move(used)) {
     for (unsigned byte = 0; byte < 256; ++byte) single[byte] = ask(std::string(1, static_cast<char>(byte)));
   }
 
@@ -74,7 +74,9 @@ struct TextCoding::Tables {
   static constexpr std::uint32_t kMissing = 0xFFFFFFFF;
   std::uint32_t encoded(char32_t character) {
     if (character > 0xFFFF) return kMissing;
-    std::uint32_t& known = bytes[character];
+    auto& row = bytes[character / 256];
+    if (!row) row = std::make_unique<std::array<std::uint32_t, 256>>();
+    std::uint32_t& known = (*row)[character % 256];
     if (known == 0) {
       const std::u16string unit(1, static_cast<char16_t>(character));
       const std::string code = page->encode(unit);
@@ -89,7 +91,7 @@ struct TextCoding::Tables {
   std::unique_ptr<CodePage> page;
   std::array<char32_t, 256> single;
   std::array<std::unique_ptr<std::array<char32_t, 256>>, 256> rows;
-  std::vector<std::uint32_t> bytes;
+  std::array<std::unique_ptr<std::array<std::uint32_t, 256>>, 256> bytes;
 };
 
 TextCoding::TextCoding(unsigned number) : number_(number) {

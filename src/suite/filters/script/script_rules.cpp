@@ -214,20 +214,45 @@ std::string_view unquoted(std::string_view text) {
   return text;
 }
 
+namespace {
+
+using NamedRows = std::unordered_map<std::string, std::vector<const DestinationRow*>>;
+
+void add(const DestinationRow& row, NamedRows& rows) {
+  for (std::size_t at = 0; at < row.names.size();) {
+    const std::size_t end = std::min(row.names.find(' ', at), row.names.size());
+    if (end > at) rows[std::string(row.names.substr(at, end - at))].push_back(&row);
+    at = end + 1;
+  }
+}
+
+const NamedRows& own_rows() {
+  static const NamedRows rows = [] {
+    NamedRows all;
+    for (const DestinationRow& row : kRows) add(row, all);
+    return all;
+  }();
+  return rows;
+}
+
+}  // namespace
+
 DestinationRules::DestinationRules(const ScriptNames& names) : names_(names) {
   for (std::string* list : {&names_.texts, &names_.never})
     for (char& c : *list) c = lower(c);
   added_.push_back({kArgument, names_.never, kAny, kUse, Use::kInternal, "a function whose arguments are never texts"});
   added_.push_back({kArgument, names_.texts, kAny, kUse, Use::kPage, "a function whose arguments are texts"});
-  const auto add = [this](const DestinationRow& row) {
-    for (std::size_t at = 0; at < row.names.size();) {
-      const std::size_t end = std::min(row.names.find(' ', at), row.names.size());
-      if (end > at) rows_[std::string(row.names.substr(at, end - at))].push_back(&row);
-      at = end + 1;
-    }
-  };
-  for (const DestinationRow& row : added_) add(row);
-  for (const DestinationRow& row : kRows) add(row);
+  for (const DestinationRow& row : added_) add(row, rows_);
+  // The user's rows come first.
+  for (auto& [name, rows] : rows_)
+    if (const auto own = own_rows().find(name); own != own_rows().end())
+      rows.insert(rows.end(), own->second.begin(), own->second.end());
+}
+
+const std::vector<const DestinationRow*>* DestinationRules::rows_of(const std::string& name) const {
+  if (const auto found = rows_.find(name); found != rows_.end()) return &found->second;
+  const auto found = own_rows().find(name);
+  return found != own_rows().end() ? &found->second : nullptr;
 }
 
 const DestinationRow* DestinationRules::find(const Place& place, Language language) const {
@@ -240,8 +265,8 @@ const DestinationRow* DestinationRules::find(const Place& place, Language langua
   if (kind == kArgument && place.name.size() > last.size() && place.name.ends_with(last) &&
       has_word(place.name.substr(0, place.name.size() - last.size()), kLogWords))
     return &kLog;
-  const auto found = rows_.find(small(last));
-  if (found == rows_.end()) {
+  const std::vector<const DestinationRow*>* const rows = rows_of(small(last));
+  if (rows == nullptr) {
     if (kind != kArgument) return nullptr;
     return has_word(last, kLogWords) ? &kLog : is_translating(last) ? &kKey : nullptr;
   }
@@ -251,7 +276,7 @@ const DestinationRow* DestinationRules::find(const Place& place, Language langua
   const bool is_variable = place.kind == kAssigned && !place.is_member && place.key.empty();
   // The exceptions are variables that every page in a browser has.
   if (is_variable && !(language == Language::kJavaScript && (last == "status" || last == "location"))) return nullptr;
-  for (const DestinationRow* row : found->second) {
+  for (const DestinationRow* row : *rows) {
     if (row->kind != kind || (row->argument != kAny && row->argument != static_cast<int>(place.argument))) continue;
     // In Replace(text, what, with) the text comes first; in the method the text stands before the dot.
     if (language == Language::kVbScript && equal_word(last, "replace")) {

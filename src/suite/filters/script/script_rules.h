@@ -60,7 +60,9 @@ class DestinationRules {
   const DestinationRow* find(const Place& place, Language language) const;
 
  private:
-  std::unordered_map<std::string, std::vector<const DestinationRow*>> rows_;  // by name
+  const std::vector<const DestinationRow*>* rows_of(const std::string& name) const;
+
+  std::unordered_map<std::string, std::vector<const DestinationRow*>> rows_;  // of the user's names
   std::vector<DestinationRow> added_;
   ScriptNames names_;
 };
