@@ -21,7 +21,10 @@ bool Lexer::next(Token& token) {
 }
 
 void Lexer::skip_character() {
-  const bool is_pair = coding_ != nullptr && coding_->is_lead_byte(static_cast<unsigned char>(current()));
+  // No second byte is a quote or another sign: behind a lead byte, that is the script's own.
+  constexpr unsigned char kLeastSecond = 0x40;
+  const bool is_pair = coding_ != nullptr && coding_->is_lead_byte(static_cast<unsigned char>(current())) &&
+                       static_cast<unsigned char>(at(at_ + 1)) >= kLeastSecond;
   at_ = std::min(at_ + (is_pair ? 2 : 1), text_.size());
 }
 

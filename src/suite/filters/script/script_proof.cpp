@@ -44,7 +44,7 @@ std::size_t count(std::string_view text, std::string_view what) {
 
 // These begin or end a script, whatever is around them.
 constexpr std::string_view kDelimiters[] = {"<%", "%>", "<?", "?>"};
-constexpr std::string_view kDelimitersInElement[] = {"</script", "</java", "<!--"};
+constexpr std::string_view kDelimitersInElement[] = {"</script", "</java", "<!--", "<script"};
 
 bool is_one_of(const Token& token, std::string_view bytes, std::string_view brackets) {
   return token.kind == TokenKind::kOperator && bytes.size() == 1 && brackets.find(bytes[0]) != std::string_view::npos;
@@ -105,16 +105,24 @@ class ScriptProof::Operands {
 
   // Takes the delimiters of a server block in a client script. Such a block is an operand, or a part of one.
   void between(const ScriptReader::Read& read, std::string_view bytes) {
-    if (read.leaves_block && depth_ > 0) --depth_;
+    if (read.leaves_block) leave();
     append(bytes, false);
-    if (read.enters_block) ++depth_;
+    if (read.enters_block) enter();
   }
 
   // A value that interrupts a literal is also an operand.
   void literal(const Token& token, std::string_view bytes) {
-    if (!token.begins && depth_ > 0) --depth_;
+    if (!token.begins) leave();
     text(bytes);
-    if (!token.ends) ++depth_;
+    if (!token.ends) enter();
+  }
+
+  // Brackets that are not closed in a value do not reach beyond it.
+  void enter() { outer_.push_back(depth_++); }
+  void leave() {
+    if (outer_.empty()) return;
+    depth_ = outer_.back();
+    outer_.pop_back();
   }
 
   // Takes a text, which is between operands or in one.
@@ -131,6 +139,7 @@ class ScriptProof::Operands {
 
   const TextCoding& coding_;
   std::size_t depth_ = 0;
+  std::vector<std::size_t> outer_;  // depths of what the values stand in
   bool after_value_ = false;
   std::vector<std::vector<Part>> operands_{1};
 };
