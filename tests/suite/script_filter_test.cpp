@@ -8,10 +8,12 @@
 
 #include "common/block_reader.h"
 #include "platform/unicode.h"
+#include "suite/components/filter_catalogue.h"
 #include "suite/components/tud_document.h"
 #include "suite/document/pseudo_translation.h"
 #include "suite/suite_fixture.h"
 #include "support/corpus.h"
+#include "support/failures.h"
 #include "support/temp_folder.h"
 
 namespace kavo::test {
@@ -127,6 +129,10 @@ TEST_F(ScriptFilterTest, TranslationsAreWrittenInTheirLanguage) {
       {u"a_htm.scr", "<script>alert('Hi ' + a + \", and \" + b + ' too')</script>", u"A <2/> b <1/> c \"'",
        "<script>alert('A ' + \"\" + b + ' b ' + a + \" c \\\"'\" + '')</script>"},
       {u"a_jsp.scr", "<% out.print(\"Hi you\"); %>", u"\"A\" \\ %>", "<% out.print(\"\\\"A\\\" \\\\ %\\u003e\"); %>"},
+      {u"a_jsp.scr", "<% out.print(\"Hi you\"); %>", u"<<!-- a <<b> 1 << 2 <<",
+       "<% out.print(\"&lt;!-- a &lt;b> 1 < 2 &lt;\"); %>"},
+      {u"a_htm.scr", "<script>alert('Hi you')</script>", u"<<script> <<!-- ",
+       "<script>alert('<\\script> <\\!-- ')</script>"},
       {u"a_php.scr", "<?php echo 'Hi you'; ?>", u"'A' $b \\", "<?php echo '\\'A\\' $b \\\\'; ?>"},
       {u"a_php.scr", "<?php echo \"Hi $you, yes\"; ?>", u"$a <1/>b \"c\" {",
        "<?php echo \"\\$a {$you}b \\\"c\\\" {\"; ?>"},
@@ -273,6 +279,24 @@ TEST_F(ScriptFilterTest, LanguagesThatAreNotKnown) {
     again.save();
     EXPECT_NE(reason_of([&] { rebuild(tud); }).find(u"segment 1 (line "), std::u16string::npos) << broken;
   }
+}
+
+TEST_F(ScriptFilterTest, AHostIsToldWhereATranslationWouldChangeAScript) {
+  put(u"a_asp.scr", block("<%@ language=PerlScript %>") + "<!-- ASP2HTML 2 -->\r\n<% print \"Hi there\"; %>\r\n");
+  const std::u16string tud = convert(u"a_asp.scr");
+  BilingualDocument document(tud);
+  ASSERT_EQ(document.size(), 1u);
+  document.set_segment(0, "Salut\"; exit; $a = \"", TranslationStatus::kTranslated, 0);
+  document.save_open_tag(in_folder(u"a.otf"));
+  put(u"b.scr", "old");
+  const auto text = [](std::u16string_view value) { return by_value(std::u16string(value)); };
+  Argument target[] = {text(in_folder(u"b.scr")), text(in_folder(u"a.otf")), text(skeleton_name_of(tud)), text(u"FR"),
+                       text(u"K19TXT")};
+  FilterCatalogue catalogue;
+  EXPECT_EQ(failure_number([&] { catalogue.invoke(u"CreateTarget", target); }), 5);
+  EXPECT_EQ(reason_of([&] { catalogue.invoke(u"CreateTarget", target); }),
+            u"segment 1 (line 5, column 11): the translation would change the script around it");
+  EXPECT_EQ(get(u"b.scr"), "old");
 }
 
 // Hostile texts in every text of every script file: values and the rest of the scripts stay as they are.

@@ -97,11 +97,13 @@ class TextWriter {
     return false;
   }
 
-  // "%>", "?>" and "<%", "<?" begin and end server code, whatever the quotes; "</" and "<!" may end an element.
+  // "%>", "?>" and "<%", "<?" begin and end server code, whatever the quotes; "</", and "<!" with "<script", may decide
+  // where an element ends.
   bool ends_script(char c) const {
     if (c == '>') return last_ == '%' || last_ == '?';
     if (last_ != '<') return false;
-    return c == '%' || c == '?' || (quoting_.in_element && (c == '/' || c == '!'));
+    if (c == '%' || c == '?') return true;
+    return quoting_.in_element && (c == '/' || c == '!' || (lower(c) == 's' && !quoting_.is_constant));
   }
 
   // Writes the second character of such a pair so that the two are no longer side by side.

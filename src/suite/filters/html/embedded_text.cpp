@@ -6,6 +6,7 @@
 #include "formats/html/elements.h"
 #include "formats/html/entities.h"
 #include "formats/script/page_scripts.h"
+#include "suite/filters/html/typed_bracket.h"
 
 namespace kavo::html {
 namespace {
@@ -104,13 +105,14 @@ void append_embedded(std::string_view script, const EmbeddedPlace& place, std::s
     utf8 += script;
     return;
   }
-  for (const char c : script) {
+  for (std::size_t at = 0; at < script.size(); ++at) {
+    const char c = script[at];
     switch (c) {
       case '&':
         utf8 += "&amp;";
         break;
       case '<':
-        utf8 += "&lt;";
+        utf8 += reference_to_bracket(script.substr(at));
         break;
       case '>':
         utf8 += "&gt;";
@@ -196,7 +198,8 @@ void EmbeddedTexts::add(const EmbeddedValue& value, std::size_t begin, Embedding
     };
     for (script::UnitPart& part : unit.parts) to_tag(part);
     to_tag(unit);
-    unit.in_element = false;
+    // PHP in the page itself must not hold what looks like a placeholder.
+    unit.in_element = embedding == Embedding::kServer;
     texts.push_back({embedding, quote, std::move(unit), {}});
   }
 }

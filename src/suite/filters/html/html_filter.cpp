@@ -10,6 +10,7 @@
 #include "suite/filters/html/embedded_writing.h"
 #include "suite/filters/html/html_extraction.h"
 #include "suite/filters/html/html_text_place.h"
+#include "suite/filters/html/typed_bracket.h"
 #include "suite/filters/page_coding.h"
 #include "suite/filters/script/script_place.h"
 
@@ -97,7 +98,7 @@ void HtmlFilter::write_text(const Hole& hole, std::string_view text, std::string
     } else if (c == '&') {
       written_ += "&amp;";
     } else if (c == '<') {
-      written_ += "&lt;";
+      written_ += html::reference_to_bracket(text.substr(at));
     } else if (c == '>') {
       written_ += "&gt;";
     } else if (c == '"' && place.is_attribute() && !is_single) {

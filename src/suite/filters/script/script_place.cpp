@@ -32,6 +32,7 @@ SegmentPlace place_of_unit(const Unit& unit) {
                      .has_markup = unit.has_markup,
                      .is_attribute = !unit.attribute.empty(),
                      .is_constant = unit.is_constant,
+                     .in_page = unit.in_page,
                      .quote = unit.quote,
                      .first = unit.first,
                      .last = unit.last,
@@ -45,7 +46,7 @@ std::string context_of(const SegmentPlace& place) {
   std::string context;
   context += letter(static_cast<int>(place.language));
   context += letter((place.in_element ? 1 : 0) + (place.has_markup ? 2 : 0) + (place.is_attribute ? 4 : 0) +
-                    (place.is_constant ? 8 : 0));
+                    (place.is_constant ? 8 : 0) + (place.in_page ? 16 : 0));
   context += letter(static_cast<int>(kQuotes.find(place.quote)));
   context += letter(static_cast<int>(place.first));
   context += letter(static_cast<int>(place.last));
@@ -62,11 +63,12 @@ SegmentPlace place_from(std::string_view context) {
     throw failure(FailureNumber::kInvalidCall, u"The skeleton is damaged");
   SegmentPlace place;
   place.language = static_cast<Language>(value_of(context[0], kMostLanguage));
-  const int flags = value_of(context[1], 15);
+  const int flags = value_of(context[1], 31);
   place.in_element = (flags & 1) != 0;
   place.has_markup = (flags & 2) != 0;
   place.is_attribute = (flags & 4) != 0;
   place.is_constant = (flags & 8) != 0;
+  place.in_page = (flags & 16) != 0;
   place.quote = kQuotes[static_cast<std::size_t>(value_of(context[2], 2))];
   place.first = form_of(context[3]);
   place.last = form_of(context[4]);

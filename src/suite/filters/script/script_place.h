@@ -23,7 +23,8 @@ struct SegmentPlace {
   bool has_markup = false;
   bool is_attribute = false;
   bool is_constant = false;
-  char quote = 0;  // the attribute's quote
+  bool in_page = false;
+  char quote = 0;  // of the attribute
   LiteralForm first = LiteralForm::kDouble;
   LiteralForm last = LiteralForm::kDouble;
   std::vector<Code> codes;

@@ -232,6 +232,7 @@ void ScriptUnits::join(Language language, const Join& join) {
     if (language == Language::kUnknown) decision = {Verdict::kDoubt, "nothing is known of its language"};
     if (!destination.reason.empty()) decision.reason = destination.reason;
     add_unit(language, join, joined, read, decision);
+    units_->back().in_page = is_page;
   }
 }
 

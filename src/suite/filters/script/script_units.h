@@ -40,6 +40,7 @@ struct Unit {
   LiteralForm last = LiteralForm::kDouble;
   bool in_element = false;  // in a <script> that the browser runs
   bool has_markup = false;
+  bool in_page = false;      // goes into a page, where what looks like a tag is one
   bool can_move = false;     // its operands may change places
   bool is_constant = false;  // one literal that must not be interrupted
   std::string_view attribute;

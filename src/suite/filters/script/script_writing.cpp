@@ -96,7 +96,7 @@ void ScriptWriting::check_order(const std::vector<Part>& parts) const {
 }
 
 void ScriptWriting::text(std::string_view run, bool before_name, std::string& bytes) {
-  const std::string written = place_.has_markup ? in_markup(run) : std::string(run);
+  const std::string written = place_.has_markup ? in_markup(run) : place_.in_page ? without_tags(run) : std::string(run);
   std::string part;
   try {
     append_literal_text(written, place_.quoting(form_), coding_, part);
@@ -137,6 +137,21 @@ std::string ScriptWriting::in_markup(std::string_view text) const {
       result += "&#" + std::to_string(static_cast<std::uint32_t>(utf8_code_point(character))) + ";";
     else
       result += character;
+  }
+  return result;
+}
+
+// What looks like a tag, or becomes one with the value behind it, is still text. In an element the language's own escape
+// keeps an end tag from ending it.
+std::string ScriptWriting::without_tags(std::string_view text) const {
+  std::string result;
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    const char next = at + 1 < text.size() ? text[at + 1] : '/';
+    const bool begins_tag = is_letter(next) || next == '!' || next == '?' || (next == '/' && !place_.in_element);
+    if (text[at] == '<' && begins_tag)
+      result += "&lt;";
+    else
+      result += text[at];
   }
   return result;
 }

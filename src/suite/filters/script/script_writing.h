@@ -35,6 +35,7 @@ class ScriptWriting {
 
   void text(std::string_view text, bool before_name, std::string& bytes);
   std::string in_markup(std::string_view text) const;
+  std::string without_tags(std::string_view text) const;
   void code(const Part& part, const Part* next, std::string& bytes);
   void go_to(LiteralForm form, std::string& bytes);
   std::string_view bytes_of(const Hole::Code& code) const;
