@@ -16,11 +16,25 @@ bool is_file(std::u16string_view path) {
   return info && !info->is_folder;
 }
 
-void refuse_twin(std::u16string_view path) {
+namespace {
+
+// The folder may hold the name in other letters than it was given.
+std::vector<std::u16string> spellings_of(std::u16string_view path) {
   const std::u16string name = file_name_of(path);
-  // The folder may hold the name in another case of letters.
   std::vector<std::u16string> found = ports().files->find(path);
   std::erase_if(found, [&](const std::u16string& other) { return !equal_ignoring_case(other, name); });
+  return found;
+}
+
+}  // namespace
+
+std::u16string named_as_in_folder(std::u16string_view path) {
+  const std::vector<std::u16string> found = spellings_of(path);
+  return found.size() == 1 ? folder_of(path) + found[0] : std::u16string(path);
+}
+
+void refuse_twin(std::u16string_view path) {
+  const std::vector<std::u16string> found = spellings_of(path);
   if (found.size() < 2) return;
   throw failure(
       FailureNumber::kFileAlreadyExists,

@@ -206,7 +206,8 @@ void PostProcessing::RebuildOfficeFile() {
 }
 
 // Makes a companion's `file` from its bilingual document. Throws `failure` when that fails.
-void PostProcessing::rebuild(const std::u16string& tud, const std::u16string& file) {
+void PostProcessing::rebuild(const std::u16string& document, const std::u16string& file) {
+  const std::u16string tud = named_as_in_folder(document);  // messages show its name
   TargetBuild build(tud, run_);
   const auto take = [&](auto&& step) {
     try {

@@ -37,7 +37,7 @@ class PostProcessing {
   void MergeMIF();
   void RebuildDocument();
   void RebuildOfficeFile();
-  void rebuild(const std::u16string& tud, const std::u16string& file);
+  void rebuild(const std::u16string& document, const std::u16string& file);
 
   const TudName& name_;
   std::u16string document_;

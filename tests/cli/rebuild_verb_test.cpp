@@ -149,7 +149,7 @@ TEST_F(RebuildCommand, AMessageOnAScriptNamesTheScriptsDocument) {
   document.save();
   const Ran refused = run_kavo({"rebuild", path(u"index_asp_htm_FR.tud")});
   EXPECT_EQ(refused.code, 1);
-  EXPECT_NE(refused.errors.find("index_asp_SCR_FR.tud: segment 1 (line 3, column 20): a line break"), std::string::npos)
+  EXPECT_NE(refused.errors.find("index_asp_scr_FR.tud: segment 1 (line 3, column 20): a line break"), std::string::npos)
       << refused.errors;
 }
 
