@@ -108,11 +108,19 @@ case " ${wanted[*]} " in
     for package in phpldapadmin tt-rss tomcat10-examples tomcat10-admin mlmmj-php-web mlmmj-php-web-admin \
       postfixadmin slbackup-php bandwidthd-pgsql php-getid3 nagios4-cgi nagvis php-fpdf phpwebcounter collectd-core \
       ganglia-webfrontend roundcube-core phpsysinfo shaarli davical dokuwiki cacti ocsinventory-reports wordpress \
-      zoph zoneminder smarty3 simplesamlphp; do
+      zoph zoneminder smarty3 simplesamlphp php-cas php-geshi phpmyadmin; do
       [ -d "$pages/$package" ] || {
         mkdir -p "$pages/download"
         (cd "$pages/download" && apt-get download "$package" >/dev/null 2>&1 &&
           dpkg-deb -x "$package"_*.deb "../$package.new" && mv "../$package.new" "../$package") ||
+          echo "setup.sh: $package could not be fetched; its pages are left out" >&2
+      }
+    done
+    for package in kindeditor@4.1.10 editor.md@1.5.0; do
+      folder=$pages/${package%@*}
+      [ -d "$folder" ] || {
+        mkdir -p "$pages/download" "$folder.new"
+        (cd "$pages/download" && tar xzf "$(npm pack --silent "$package")" -C "$folder.new" && mv "$folder.new" "$folder") ||
           echo "setup.sh: $package could not be fetched; its pages are left out" >&2
       }
     done

@@ -3,9 +3,9 @@
 
     check_labels.py KAVO CORPUS PACKAGES
 
-PACKAGES holds the unpacked Debian packages that the pages come from (a folder for each), CORPUS the corpus. Pages that
-are not there are left out; exit code 77 when none is. Prints, for each language, how many labelled texts stand whole in
-an open unit, and how many open units hold one; then every miss of both.
+PACKAGES holds the unpacked Debian and npm packages that the pages come from (a folder for each), CORPUS the corpus.
+Pages that are not there are left out; exit code 77 when none is. Prints, for each language, how many labelled texts
+stand whole in an open unit, and how many open units hold one; then every miss of both.
 """
 import html
 import pathlib

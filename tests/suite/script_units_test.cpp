@@ -72,6 +72,8 @@ const Case kCases[] = {
      "first|last|many|few"},
     {"filled in", "php", "<?php printf('<tr class=\"%s\">%s', $a ? 'odd' : 'even', 'Well done'); ?>",
      "? odd|? even|Well done"},
+    {"objects as data", "asp", "<% x = \"{ID:\"\"\" & id & \"\"\",step:\" & n & \"}\" : Response.Write x %>", ""},
+    {"the entry for no entry", "php", "<?php $genres[''] = '- Unknown -'; $genres['a-b'] = '-a b-'; ?>", "- Unknown -|? -a b-"},
     {"logs", "php", "<?php debug_log('Comparing the entries'); writeLog('Comparing more'); ?>", ""},
     {"the server's output", "jsp", "<% System.out.println(\"Well done\"); out.println(\"Well done\"); %>", "Well done"},
     {"logs of an object", "php", "<?php $this->log->error('Some words here'); console.warn('Some more words'); ?>", ""},

@@ -232,6 +232,15 @@ bool is_format(std::string_view text) {
           all.find("m/d") != std::string::npos || all == "d.m.y");
 }
 
+// {id:"1",total:2}: an object as data
+bool is_object(std::string_view text) {
+  if ((!text.starts_with("{") || !text.ends_with("}")) && (!text.starts_with("[{") || !text.ends_with("}]"))) return false;
+  for (std::size_t at = text.find(':'); at != std::string_view::npos; at = text.find(':', at + 1))
+    if (is_name_byte(text[at - 1]) && (text[at + 1] == '"' || text[at + 1] == '\'' || text[at + 1] == kOperandMark))
+      return true;
+  return false;
+}
+
 // "toolbar=no,width=300", "if(x){", "Provider=a;Data Source=b"
 bool is_code(std::string_view text) {
   const std::string all = small(text);
@@ -248,7 +257,7 @@ bool is_code(std::string_view text) {
   // "bgcolor = "
   const std::size_t equals = end.find('=');
   if (equals != std::string_view::npos && is_ordinary(trimmed(end.substr(0, equals)))) return true;
-  return end.ends_with(";") || end.ends_with("{") || end == "}";
+  return end.ends_with(";") || end.ends_with("{") || end == "}" || is_object(end);
 }
 
 // "Log4j", "ISO", "Foo!"
@@ -273,13 +282,19 @@ bool ends_as_sentence(std::string_view text, std::string_view word) {
          (last == ':' && std::any_of(word.begin(), word.end(), is_small)) || text.ends_with("\u2026");
 }
 
+// "- None -", "-- Any --": the entry of a list that stands for no other
+bool is_framed(std::string_view text, std::string_view word) {
+  const std::size_t dashes = text.find_first_not_of('-');
+  return dashes != 0 && dashes < text.size() && is_space(text[dashes]) && text.ends_with('-') && is_large(word.front());
+}
+
 Looks single_word(std::string_view text, std::string_view word) {
   if (is_dotted(word)) return {Look::kDotted, {}};
   if (!is_ordinary(word)) return {Look::kMachine, "a name of programs"};
   if (is_one_of(small(word), {"null", "true", "false", "undefined", "nothing", "nan", "nil", "void", "checked",
                               "selected", "disabled", "readonly", "multiple", "nowrap"}))
     return {Look::kConstant, {}};
-  if (ends_as_sentence(text, word)) return {Look::kPhrase, {}};
+  if (ends_as_sentence(text, word) || is_framed(text, word)) return {Look::kPhrase, {}};
   // "NOT_FOUND" without its "_": programs write their codes in capitals, too.
   const bool is_capitals = is_short_capitals(word) || (word.size() > 4 && std::ranges::all_of(word, is_large));
   return {is_small(word.front()) || is_capitals ? Look::kSmall : Look::kWord, {}};
