@@ -103,9 +103,7 @@ TEST(ControlFlow, OfPhp) {
   for (const Case& c : cases) EXPECT_EQ(divides(c.block, Language::kUnknown), c.divides) << c.block;
 }
 
-TEST(ControlFlow, AnUnreadLanguageIsUnknown) {
-  EXPECT_FALSE(divides("<% if ($a) { %>", Language::kUnknown));
-}
+TEST(ControlFlow, AnUnreadLanguageIsUnknown) { EXPECT_FALSE(divides("<% if ($a) { %>", Language::kUnknown)); }
 
 TEST(ControlFlow, ClientScriptsDivideNothing) {
   EXPECT_FALSE(divides("<script>if (a) {</script>", Language::kVbScript));

@@ -141,8 +141,8 @@ Flow flow_of(std::string_view block, const Piece& piece) {
   // The "?>" of PHP may stand in a literal or a comment.
   const std::string_view code = block.substr(piece.begin, may_go_on ? block.npos : piece.end - piece.begin);
   const std::unique_ptr<Lexer> lexer = make_lexer(piece.language, nullptr);
-  Flow flow = piece.language == Language::kVbScript ? read_flow<BasicFlow>(*lexer, code)
-                                                    : read_flow<BraceFlow>(*lexer, code);
+  Flow flow =
+      piece.language == Language::kVbScript ? read_flow<BasicFlow>(*lexer, code) : read_flow<BraceFlow>(*lexer, code);
   flow.goes_on = flow.goes_on && may_go_on;
   if (may_divide) return flow;
   return {.goes_on = flow.goes_on};

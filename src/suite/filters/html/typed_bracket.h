@@ -1,7 +1,7 @@
 // A "<" that a translator typed.
 //
-// Script protection takes a placeholder for one with its "<" as "&lt;", too: editors write it so. What is typed is never
-// a placeholder, or a script of the page would stand in the place of the text.
+// Script protection takes a placeholder for one with its "<" as "&lt;", too: editors write it so. What is typed is
+// never a placeholder, or a script of the page would stand in the place of the text.
 #pragma once
 
 #include <string_view>

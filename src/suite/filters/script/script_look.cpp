@@ -234,7 +234,8 @@ bool is_format(std::string_view text) {
 
 // {id:"1",total:2}: an object as data
 bool is_object(std::string_view text) {
-  if ((!text.starts_with("{") || !text.ends_with("}")) && (!text.starts_with("[{") || !text.ends_with("}]"))) return false;
+  if ((!text.starts_with("{") || !text.ends_with("}")) && (!text.starts_with("[{") || !text.ends_with("}]")))
+    return false;
   for (std::size_t at = text.find(':'); at != std::string_view::npos; at = text.find(':', at + 1))
     if (is_name_byte(text[at - 1]) && (text[at + 1] == '"' || text[at + 1] == '\'' || text[at + 1] == kOperandMark))
       return true;

@@ -96,7 +96,9 @@ void ScriptWriting::check_order(const std::vector<Part>& parts) const {
 }
 
 void ScriptWriting::text(std::string_view run, bool before_name, std::string& bytes) {
-  const std::string written = place_.has_markup ? in_markup(run) : place_.in_page ? without_tags(run) : std::string(run);
+  const std::string written = place_.has_markup ? in_markup(run)
+                              : place_.in_page  ? without_tags(run)
+                                                : std::string(run);
   std::string part;
   try {
     append_literal_text(written, place_.quoting(form_), coding_, part);
@@ -141,8 +143,8 @@ std::string ScriptWriting::in_markup(std::string_view text) const {
   return result;
 }
 
-// What looks like a tag, or becomes one with the value behind it, is still text. In an element the language's own escape
-// keeps an end tag from ending it.
+// What looks like a tag, or becomes one with the value behind it, is still text. In an element the language's own
+// escape keeps an end tag from ending it.
 std::string ScriptWriting::without_tags(std::string_view text) const {
   std::string result;
   for (std::size_t at = 0; at < text.size(); ++at) {
