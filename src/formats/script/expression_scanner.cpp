@@ -107,20 +107,25 @@ void ExpressionScanner::add_operand(std::size_t begin, std::size_t end, std::str
   frame.after_value = true;
   frame.absorbs = frame.plus = false;
   frame.unary = kNone;
+  frame.computes = false;
 }
 
 void ExpressionScanner::literal(const Token& token) {
   before_value();
   after_member_ = false;
   Frame& frame = top();
-  if (frame.absorbs && !frame.plus && token.ends) {
+  // "a" * "b", -"a"
+  const bool is_operand = (frame.absorbs && !frame.plus) || frame.computes;
+  if (is_operand && token.ends) {
     Item alone = {.is_literal = true, .begin = token.begin, .end = token.end, .form = token.form, .open = token.open};
     alone.close = token.close;
     emit({&alone, 1}, {.kind = PlaceKind::kOperand});
     return add_operand(token.begin, token.end, {});
   }
-  if (frame.plus || frame.absorbs) frame.is_fixed = true;
+  if (frame.plus || is_operand) frame.is_fixed = true;
+  if (frame.computes) items_.push_back({.begin = frame.unary, .end = token.begin});
   frame.unary = kNone;
+  frame.computes = false;
   add_literal(token);
 }
 
@@ -209,6 +214,7 @@ void ExpressionScanner::clear_expression() {
   items_.resize(frame.items);
   frame.after_value = frame.absorbs = frame.plus = frame.is_fixed = frame.is_compared = false;
   frame.unary = kNone;
+  frame.computes = false;
 }
 
 void ExpressionScanner::end_expression() {

@@ -66,17 +66,22 @@ class ExpressionScanner {
     bool plus = false;         // the same, unless the next value is a literal
     bool is_fixed = false;     // it holds an operator that does not, or might not, join text
     bool is_compared = false;
-    std::size_t unary = kNone;  // where an operator that belongs to the next value begins
+    std::size_t unary = kNone;  // where an operator, or a word like "new", before the next value begins
+    bool computes = false;      // it is an operator: what comes of a literal behind it is no text
   };
   Frame& top() { return frames_.back(); }
   std::string_view text_of(const Token& token) const { return text_.substr(token.begin, token.size()); }
+  void before_operand(std::size_t begin, bool computes) {
+    top().unary = std::min(top().unary, begin);
+    top().computes = top().computes || computes;
+  }
   Item* last_item() { return items_.size() > top().items ? &items_.back() : nullptr; }
   bool is_basic() const { return language_ == Language::kVbScript; }
   bool is_statement(const Frame& frame) const { return frame.kind == FrameKind::kBlock; }
 
   void word(const Token& token);
   void member(const Token& token);
-  bool basic_word(WordRole role);
+  bool basic_word(const Token& token, WordRole role);
   bool curly_word(const Token& token, WordRole role);
   void literal(const Token& token);
   void literal_goes_on(const Token& token);

@@ -22,10 +22,10 @@ void ExpressionScanner::word(const Token& token) {
     function_ = FunctionState::kName;
     function_name_ = {};
     function_parameters_.clear();
-    if (!top().after_value) top().unary = std::min(top().unary, token.begin);
+    if (!top().after_value) before_operand(token.begin, false);
     return;
   }
-  if (role != WordRole::kName && (is_basic() ? basic_word(role) : curly_word(token, role))) return;
+  if (role != WordRole::kName && (is_basic() ? basic_word(token, role) : curly_word(token, role))) return;
   if (function_ == FunctionState::kName) {
     function_name_ = text_of(token);
     if (is_basic()) function_ = FunctionState::kParameters;
@@ -35,7 +35,7 @@ void ExpressionScanner::word(const Token& token) {
   add_operand(token.begin, token.end, text_of(token));
 }
 
-bool ExpressionScanner::basic_word(WordRole role) {
+bool ExpressionScanner::basic_word(const Token& token, WordRole role) {
   switch (role) {
     case WordRole::kSkipped:
       return true;
@@ -68,6 +68,7 @@ bool ExpressionScanner::basic_word(WordRole role) {
       end_expression();
       return true;
     case WordRole::kTight:
+      if (!top().after_value) before_operand(token.begin, true);
       top().absorbs = top().after_value;
       top().after_value = false;
       return true;
@@ -81,7 +82,7 @@ bool ExpressionScanner::curly_word(const Token& token, WordRole role) {
   if (in_statement && top().after_value && line_ended_) end_statement();
   switch (role) {
     case WordRole::kSkipped:
-      if (!top().after_value) top().unary = std::min(top().unary, token.begin);
+      if (!top().after_value) before_operand(token.begin, false);
       return true;
     case WordRole::kDeclares:
       if (in_statement) end_statement();
@@ -120,7 +121,7 @@ bool ExpressionScanner::curly_word(const Token& token, WordRole role) {
       end_expression();
       return true;
     case WordRole::kTight:
-      top().unary = std::min(top().unary, token.begin);
+      before_operand(token.begin, true);
       return true;
     default:
       return false;
@@ -207,7 +208,7 @@ void ExpressionScanner::separator(OperatorRole role) {
 void ExpressionScanner::text_operator(const Token& token) {
   Frame& frame = top();
   if (!frame.after_value) {
-    frame.unary = std::min(frame.unary, token.begin);
+    before_operand(token.begin, true);
     return;
   }
   frame.after_value = false;
@@ -217,7 +218,7 @@ void ExpressionScanner::tight_operator(const Token& token, bool is_plus) {
   Frame& frame = top();
   const std::string_view text = text_of(token);
   if (!frame.after_value) {
-    frame.unary = std::min(frame.unary, token.begin);
+    before_operand(token.begin, true);
     return;
   }
   if (last_item() == nullptr) return;
