@@ -23,6 +23,7 @@ constexpr std::string_view kScripts[] = {" CE",       " Cyr",      " Greek",    
                                          " (Hebrew)", " (Arabic)", " (Vietnamese)", " (Thai)"};
 
 constexpr std::size_t kLongestFontName = 256;  // bytes
+constexpr std::size_t kLongestLook = 1024;     // bytes; an entry with more has control words that are none of a font
 
 std::string without_script(std::string name) {
   for (const std::string_view script : kScripts)
@@ -56,6 +57,7 @@ const Font* FontTable::find(std::int32_t number) const {
 
 void FontTable::add(Font font) {
   const std::size_t place = fonts_.size();
+  if (place == kMostFonts) return;
   font.same_as = by_name_.try_emplace(without_script(font.name), place).first->second;
   by_number_[font.number] = place;
   highest_ = std::max(highest_, font.number);
@@ -83,7 +85,7 @@ void FontTableReader::take(const Token& token) {
           font_.charset = token.number;
         else if (token.name == "cpg")
           font_.code_page = static_cast<unsigned>(std::max(token.number, 0));
-        else
+        else if (font_.look.size() + token.bytes.size() <= kLongestLook)
           font_.look += token.bytes;
       }
       break;

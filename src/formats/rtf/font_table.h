@@ -16,6 +16,8 @@ namespace kavo::rtf {
 // The character set of fonts whose bytes are pictures.
 inline constexpr std::int32_t kSymbolCharset = 2;
 inline constexpr std::int32_t kNoCharset = -1;  // not declared
+// Numbers of fonts have 16 bits. A table with more entries is no work of a word processor; the rest is not known.
+inline constexpr std::size_t kMostFonts = 32'768;
 
 // The Windows code page of a character set (\fcharset). 0 for a set that means the document's code page.
 unsigned code_page_of_charset(std::int32_t charset);
@@ -41,7 +43,7 @@ class FontTable {
   const Font* find(std::int32_t number) const;
   const std::vector<Font>& fonts() const { return fonts_; }
   std::int32_t highest_number() const { return highest_; }
-  // Completes `same_as`. When two fonts have one number, the last counts.
+  // Completes `same_as`. When two fonts have one number, the last counts. Drops what exceeds the limit.
   void add(Font font);
 
  private:

@@ -21,11 +21,11 @@ std::string lower(std::string_view text) {
 
 }  // namespace
 
-StylesNamed::StylesNamed(std::vector<std::string> names) : names_(std::move(names)) {
-  for (std::string& name : names_) name = lower(name);
+StyleSheet::StyleSheet(std::vector<std::string> excluded) : excluded_(std::move(excluded)) {
+  for (std::string& name : excluded_) name = lower(name);
 }
 
-void StylesNamed::take(const Token& token, const TextCoding* coding) {
+void StyleSheet::take(const Token& token, const TextCoding* coding) {
   switch (token.kind) {
     case TokenKind::kOpen:
       if (++depth_ != 1) return;
@@ -53,18 +53,26 @@ void StylesNamed::take(const Token& token, const TextCoding* coding) {
   }
 }
 
-void StylesNamed::finish(const TextCoding* coding) {
-  if (is_other_) return;
-  std::string name;
+void StyleSheet::finish(const TextCoding* coding) {
+  if (is_other_ || number_ < 0 || number_ > kHighestStyle) return;
+  std::string names;
   TextReader reader(name_, coding, 1);
-  for (TextUnit unit; reader.next(unit);) name += unit.text;
-  name = lower(std::string_view(name).substr(0, name.find(';')));
-  for (std::string_view rest = name; !rest.empty();) {
+  for (TextUnit unit; reader.next(unit);) names += unit.text;
+  names.resize(std::min(names.find(';'), names.size()));
+  bool is_first = true;
+  for (std::string_view rest = names; !rest.empty();) {
     const std::size_t end = std::min(rest.find(','), rest.size());
-    if (std::ranges::find(names_, trimmed(rest.substr(0, end), " \t")) != names_.end())
-      (is_of_characters_ ? character_styles_ : paragraph_styles_).insert(number_);
+    const std::string_view name = trimmed(rest.substr(0, end), " \t");
+    if (std::exchange(is_first, false) && !is_of_characters_) paragraph_styles_[number_] = name;
+    if (std::ranges::find(excluded_, lower(name)) != excluded_.end())
+      (is_of_characters_ ? excluded_characters_ : excluded_paragraphs_).insert(number_);
     rest.remove_prefix(std::min(end + 1, rest.size()));
   }
+}
+
+std::string_view StyleSheet::paragraph_style(std::int32_t number) const {
+  const auto found = paragraph_styles_.find(number);
+  return found == paragraph_styles_.end() ? std::string_view() : found->second;
 }
 
 }  // namespace kavo::rtf

@@ -154,13 +154,17 @@ Segment* SegmentMaker::make(Paragraph& paragraph, const Core& core, bool is_plai
         break;
       case ItemKind::kOpen:
         close_other_looks(next_text_look(i, core.last));
-        open_.push_back({open_.empty() ? text_look_ : open_.back().look, next_id_++, true, item.type});
+        open_.push_back({open_.empty() ? text_look_ : open_.back().look, next_id_++, true, item.type, rest_.size(),
+                         open_groups_.size()});
         builder_.begin_code(CodeKind::kOpen, item.type, {});
         add_bytes(item);
         builder_.end_code();
         break;
       case ItemKind::kClose:
-        while (!open_.empty() && !open_.back().is_field) close_top();
+        while (!open_.back().is_field) close_top();
+        // What a field sets ends with it.
+        rest_.resize(std::min(rest_.size(), open_.back().rest));
+        open_groups_.resize(std::min(open_groups_.size(), open_.back().groups));
         open_.pop_back();
         builder_.begin_code(CodeKind::kClose, paragraph.items[item.partner].type, {});
         add_bytes(item);

@@ -96,6 +96,8 @@ class SegmentMaker {
     std::uint32_t id = 0;
     bool is_field = false;
     std::string_view type;
+    std::size_t rest = 0;    // of a field: the sizes of `rest_` and `open_groups_` at its beginning
+    std::size_t groups = 0;
   };
 
   void choose_text_look(const Core& core);

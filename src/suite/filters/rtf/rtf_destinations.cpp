@@ -45,6 +45,7 @@ bool RtfExtraction::begin_destination(const Token& token) {
   switch (*destination) {
     case Destination::kText:
       current.may_begin = false;
+      if (token.name == "formfield") form_field_.clear();
       hidden(token);
       return true;
     case Destination::kStory:
@@ -72,10 +73,7 @@ bool RtfExtraction::begin_destination(const Token& token) {
       begin_table(Table::kColours, token);
       return true;
     case Destination::kStyleSheet:
-      if (excluded_.is_wanted())
-        begin_table(Table::kStyles, token);
-      else
-        begin_data("x-rtf", false, {}, token);
+      begin_table(Table::kStyles, token);
       return true;
     case Destination::kVariants:
       current.may_begin = false;
@@ -90,6 +88,7 @@ bool RtfExtraction::begin_destination(const Token& token) {
       return true;
     case Destination::kData:
       begin_data("x-rtf", false, {}, token);
+      begin_name(token.name);
       return true;
   }
   return false;
@@ -138,7 +137,8 @@ void RtfExtraction::begin_story(Destination destination, const Token& token) {
   inner.is_plain =
       destination == Destination::kEntry || std::ranges::find(information, token.name) != std::end(information);
   inner.type = destination == Destination::kNote ? "x-note" : "x-text";
-  inner.element = token.name;
+  inner.word = token.name;
+  if (destination == Destination::kEntry && token.name.starts_with("ff")) inner.name = form_field_;
   stories_.push_back(std::move(inner));
 }
 
@@ -174,6 +174,7 @@ void RtfExtraction::take_data(const Token& token) {
   if (token.kind == TokenKind::kOpen) ++data_depth_;
   if (token.kind == TokenKind::kClose) --data_depth_;
   const bool is_over = data_depth_ == 0;
+  if (name_ != Name::kNone) take_name(token);
   if (is_streaming_) {
     outside(token.bytes);
   } else if (is_over && !has_data_brace_) {
@@ -221,7 +222,7 @@ void RtfExtraction::take_table(const Token& token) {
   if (token.kind == TokenKind::kClose) --table_depth_;
   if (table_depth_ != 0) {
     if (table_ == Table::kFonts) font_reader_.take(token);
-    if (table_ == Table::kStyles) excluded_.take(token, codings_.find(format_.code_page));
+    if (table_ == Table::kStyles) styles_.take(token, codings_.find(format_.code_page));
     table_bytes_ += token.bytes;
     if (is_long_table_ || table_bytes_.size() > kLongestTable) {
       is_long_table_ = true;

@@ -84,7 +84,7 @@ RtfExtraction::RtfExtraction(BlockReader& document, const DocumentFormat& format
       sink_(sink),
       maker_(&fonts_, same_font),
       stories_(1),
-      excluded_(std::move(excluded_styles)) {}
+      styles_(std::move(excluded_styles)) {}
 
 void RtfExtraction::run(ProgressEvent& progress) {
   Token token;
@@ -148,6 +148,7 @@ void RtfExtraction::open_group(const Token& token) {
     inner.is_silent = outer.is_silent;
     inner.fallback = outer.fallback;
     inner.style = outer.style;
+    inner.is_in_cell = outer.is_in_cell;
     inner.coding = outer.coding;
     inner.look = outer.look;
   }
@@ -271,27 +272,39 @@ void RtfExtraction::add_text(const Token& token) {
   }
   Item& item = paragraph_.items.back();
   item.is_visible = item.is_visible || is_visible(token);
+  story().style = current.style;
+  story().is_in_cell = current.is_in_cell;
 }
 
 void RtfExtraction::take_break(const Token& token) {
   if (group().is_silent) return hidden(token);
   group().may_begin = false;
   end_paragraph();
+  story().name.clear();
   hidden(token);
 }
 
 bool RtfExtraction::take_property(const Token& token) {
   Group& current = group();
+  // Behind \loch the "associated" font is that of Western text: so styles say which font it has.
+  const bool is_western = std::exchange(is_behind_loch_, token.name == "loch");
   if (token.name == "plain") {
     current.look.reset(format_.font);
     set_font(current);
   } else if (token.name == "uc") {
     current.fallback = fallback_of(token);
+  } else if (is_western && token.name == "af" && token.has_number) {
+    current.look.set(Property::kFont, token.number);
+    set_font(current);
   } else if (current.look.apply(token)) {
     if (token.name == "f") set_font(current);
   } else {
-    if (token.name == "pard") current.style = 0;
+    if (token.name == "pard") {
+      current.style = 0;
+      current.is_in_cell = false;
+    }
     if (token.name == "s" && token.has_number) current.style = token.number;
+    if (token.name == "intbl") current.is_in_cell = true;
     return false;
   }
   is_new_look_ = true;
@@ -299,7 +312,7 @@ bool RtfExtraction::take_property(const Token& token) {
 }
 
 bool RtfExtraction::is_excluded(const Group& group) const {
-  return excluded_.has_paragraph_style(group.style) || excluded_.has_character_style(group.look.get(Property::kStyle));
+  return styles_.excludes_paragraphs(group.style) || styles_.excludes_characters(group.look.get(Property::kStyle));
 }
 
 void RtfExtraction::set_font(Group& group) {

@@ -5,8 +5,11 @@
 // them. A text inside the line of another text (a footnote, a text box, an index entry) is a nested segment of that
 // text.
 //
-// A paragraph is kept until it ends, up to a limit where it is cut. A picture, an object or other data before any text
-// goes directly into the skeleton. Bytes after the document's outermost group do not belong to the document.
+// A segment is named for the bookmark that begins in its paragraph, or for its form field. Its element is the
+// destination that it stands in, the cell of a table and the style of its paragraph.
+//
+// A paragraph is kept until it ends, up to a limit where it is cut. A picture, an object or other data in front of any
+// text goes straight into the skeleton. Bytes behind the document's outermost group do not belong to the document.
 #pragma once
 
 #include <cstddef>
@@ -72,7 +75,8 @@ class RtfExtraction {
     std::size_t generation = 0;         // of that story's paragraph
     std::size_t text_count = 0;         // when it began
     std::size_t code_count = 0;
-    std::int32_t style = 0;  // of the paragraph
+    std::int32_t style = 0;   // of the paragraph
+    bool is_in_cell = false;  // so is this
     const TextCoding* coding = nullptr;
     Look look;
   };
@@ -86,9 +90,13 @@ class RtfExtraction {
     bool is_plain = false;
     bool is_note = false;
     std::string_view type;
-    std::string element;  // the destination's word: "footnote", "title"; "" for the body
+    std::string word;        // of the destination: "footnote", "title"; "" for the body
+    std::string name;        // of the next segment
+    std::int32_t style = 0;  // of the last text
+    bool is_in_cell = false;
   };
   enum class Table : std::uint8_t { kNone, kFonts, kColours, kStyles };
+  enum class Name : std::uint8_t { kNone, kBookmark, kFormField };
 
   void take(const Token& token);
   void open_group(const Token& token);
@@ -103,6 +111,10 @@ class RtfExtraction {
   void begin_data(std::string_view type, bool is_required, std::string shown, const Token& token);
   void take_data(const Token& token);
   void join_codes();
+  void begin_name(std::string_view word);
+  void take_name(const Token& token);
+  void end_name();
+  void identify(Segment& segment, Story& story) const;
   void begin_table(Table table, const Token& token);
   void take_table(const Token& token);
   void take_text(const Token& token);
@@ -156,6 +168,7 @@ class RtfExtraction {
   std::size_t last_generation_ = 0;
   std::size_t text_count_ = 0;  // of texts and fields that wait
   std::size_t code_count_ = 0;
+  bool is_behind_loch_ = false;
   bool is_new_look_ = true;  // the group's look is not the last of the paragraph's
   std::size_t emitted_ = 0;  // how many bytes of the paragraph have been written, while that happens
   std::size_t next_inner_ = 0;
@@ -169,8 +182,11 @@ class RtfExtraction {
   std::string table_bytes_;
   bool is_long_table_ = false;
   FontTableReader font_reader_{fonts_};
-  StylesNamed excluded_;
+  StyleSheet styles_;
   std::string field_type_;
+  Name name_ = Name::kNone;  // that the data are
+  std::string name_bytes_;
+  std::string form_field_;  // the name of the last one
 
   bool has_begun_ = false;  // the first group has begun
   bool is_over_ = false;    // the first group has ended

@@ -90,7 +90,7 @@ void RtfExtraction::keep_segments() {
     const std::size_t end = paragraph_.items[core.last].end;
     Segment* const segment = maker_.make(paragraph_, core, is_plain);
     if (!segment) continue;
-    segment->element = story().element;
+    identify(*segment, story());
     paragraph_.inner.push_back({std::move(*segment), begin, end, 0, false});
   }
 }
@@ -106,8 +106,8 @@ void RtfExtraction::flush() {
     outer.push_back(story());
     stories_.pop_back();
   }
+  const std::size_t owner = stories_.size() - 1;
   const bool is_plain = story().is_plain;
-  const std::string element = story().element;
   while (stories_.size() < depth) {
     stories_.push_back(outer.back());
     outer.pop_back();
@@ -120,7 +120,7 @@ void RtfExtraction::flush() {
     next_item = core.first;
     Segment* const segment = maker_.make(paragraph_, core, is_plain);
     if (!segment) continue;
-    segment->element = element;
+    identify(*segment, stories_[owner]);
     if (!is_plain) before_first_segment();
     const std::size_t end = paragraph_.items[core.last].end;
     for (; next_inner_ < paragraph_.inner.size() && paragraph_.inner[next_inner_].end <= end; ++next_inner_) {
