@@ -43,7 +43,7 @@ def steps(path):
         return [["html", "protect", "{file}"], ["html", "restore", "{stem}_{ext}.htm"], *road(
             "{stem}_{ext}_htm_FR.tud", "{stem}_{ext}_scr_FR.tud")]
     if extension in ("htm", "html"):
-        return [["html", "validate", "{file}"], *road("{stem}_{ext}_FR.tud")]
+        return [["html", "validate", "{file}"], *road("{stem}_{ext}_htm_FR.tud", "{stem}_{ext}_scr_FR.tud")]
     if extension == "mif":
         return [["mif", "extract", "{file}"], ["mif", "merge", "{file}"], *road("{stem}_mif_FR.tud")]
     if extension == "rtf":
