@@ -61,7 +61,7 @@ TEST_F(ChangedScripts, ASkeletonThatNamesAnotherLanguage) {
   } cases[] = {
       {"VBScript as JavaScript", u"a.asp", "<% x = 1\r\nMsgBox \"Hi there, friend\" %>", "10000Hi", "20000Hi",
        "Salut \" : Quit ' you", "a_asp_scr_FR.tud: segment 1 (line 4, column 9): "},
-      {"PHP as VBScript", u"b.php", "<?php\n$x = 1;\necho \"Hi there, friend\"; ?>", "40000Hi", "10000Hi", "Salut $x",
+      {"PHP as VBScript", u"b.php", "<?php\n$x = 1;\necho \"Hi there, friend\"; ?>", "4@000Hi", "1@000Hi", "Salut $x",
        "b_php_scr_FR.tud: segment 1 (line 5, column 7): "},
       {"single quotes as double ones", u"c.htm", "<script>alert('Hi there, friend'); f('')</script>", "21011Hi",
        "21000Hi", "l'ami', '", "c_htm_scr_FR.tud: segment 1 (line 3, column 16): "},

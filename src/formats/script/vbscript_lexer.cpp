@@ -126,7 +126,9 @@ void VbScriptLexer::comment(Token& token) {
 bool VbScriptLexer::word(Token& token) {
   if (at_ < no_bracket_before_) return false;
   std::size_t end = at_ + 1;
-  while (end < text_.size() && text_[end] != ']' && !ends_line(text_[end])) ++end;
+  // Nothing in a literal ends a name.
+  for (bool in_quotes = false; end < text_.size() && (text_[end] != ']' || in_quotes) && !ends_line(text_[end]); ++end)
+    in_quotes = in_quotes != (text_[end] == '"');
   if (at(end) != ']') {
     no_bracket_before_ = end;
     return false;

@@ -5,6 +5,7 @@
 #include "formats/script/lexer.h"
 #include "platform/failure.h"
 #include "platform/unicode.h"
+#include "suite/filters/html/typed_bracket.h"
 
 namespace kavo::script {
 namespace {
@@ -117,6 +118,7 @@ void ScriptWriting::text(std::string_view run, bool before_name, std::string& by
 std::string ScriptWriting::in_markup(std::string_view text) const {
   std::string result;
   while (!text.empty()) {
+    const std::string_view rest = text;
     const std::size_t length = std::max<std::size_t>(utf8_character_length(text), 1);
     const std::string_view character = text.substr(0, length);
     text.remove_prefix(length);
@@ -126,7 +128,7 @@ std::string ScriptWriting::in_markup(std::string_view text) const {
     if (character == "&")
       result += "&amp;";
     else if (character == "<")
-      result += "&lt;";
+      result += html::reference_to_bracket(rest);
     else if (character == ">")
       result += "&gt;";
     else if (character == "\"" && place_.is_attribute && place_.quote != '\'')
@@ -151,7 +153,7 @@ std::string ScriptWriting::without_tags(std::string_view text) const {
     const char next = at + 1 < text.size() ? text[at + 1] : '/';
     const bool begins_tag = is_letter(next) || next == '!' || next == '?' || (next == '/' && !place_.in_element);
     if (text[at] == '<' && begins_tag)
-      result += "&lt;";
+      result += html::reference_to_bracket(text.substr(at));
     else
       result += text[at];
   }
