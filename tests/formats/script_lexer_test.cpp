@@ -36,7 +36,7 @@ const Case kCases[] = {
     {"numbers and text operators", Language::kVbScript, "x=&HFF&\"a\"&hello&#1/2/2003#",
      "x|=|&HFF&|d:a|&|hello|&|#1/2/2003#"},
     {"name in brackets", Language::kVbScript, "[a \"b\"] = 1", "[a \"b\"]|=|1"},
-    {"an open bracket before a literal", Language::kVbScript, "[a & \"b]\"", "[|a|&|d:b]|"},
+    {"an open bracket before a literal", Language::kVbScript, "[a & \"b]\"", "[|a|&|d:b]"},
     {"hidden from old browsers", Language::kVbScript, "<!-- \"no\"\nx = a<!--\"y\"\n--> 'z", "#|x|=|a|<|!|-|-|d:y|#"},
 
     {"both quotes", Language::kJavaScript, R"(a="x'\"y"+'\'z"')", R"(a|=|d:x'\"y|+|s:\'z")"},

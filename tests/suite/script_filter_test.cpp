@@ -131,6 +131,8 @@ TEST_F(ScriptFilterTest, TranslationsAreWrittenInTheirLanguage) {
       {u"a_jsp.scr", "<% out.print(\"Hi you\"); %>", u"\"A\" \\ %>", "<% out.print(\"\\\"A\\\" \\\\ %\\u003e\"); %>"},
       {u"a_jsp.scr", "<% out.print(\"Hi you\"); %>", u"<<!-- a <<b> 1 << 2 <<",
        "<% out.print(\"&lt;!-- a &lt;b> 1 < 2 &lt;\"); %>"},
+      {u"a_htm.scr", "<script>alert('Hi you')</script>", u"a\u2028b\u2029c",
+       "<script>alert('a\\u2028b\\u2029c')</script>"},
       {u"a_htm.scr", "<script>alert('Hi you')</script>", u"<<script> <<!-- ",
        "<script>alert('<\\script> <\\!-- ')</script>"},
       {u"a_php.scr", "<?php echo 'Hi you'; ?>", u"'A' $b \\", "<?php echo '\\'A\\' $b \\\\'; ?>"},
@@ -268,9 +270,9 @@ TEST_F(ScriptFilterTest, LanguagesThatAreNotKnown) {
   EXPECT_EQ(rebuild(tud), file);
   BilingualDocument document(tud);
   ASSERT_EQ(document.size(), 1u);
-  EXPECT_EQ(document.segment(0).source, "Hello there, $name\\n");
+  EXPECT_EQ(document.segment(0).source, "Hello there, $name");
   EXPECT_EQ(document.segment(0).status, TranslationStatus::kLocked);
-  document.set_segment(0, "Bonjour, $name\\n", TranslationStatus::kTranslated, 0);
+  document.set_segment(0, "Bonjour, $name", TranslationStatus::kTranslated, 0);
   document.save();
   EXPECT_NE(rebuild(tud).find("print \"Bonjour, $name\\n\"; $x{'key'} = 1;"), std::string::npos);
   for (const std::string_view broken : {"a \" b", "a %> b", "a\nb"}) {

@@ -53,8 +53,12 @@ class TextWriter {
       : quoting_(quoting), coding_(coding), bytes_(bytes) {}
 
   void character(std::string_view utf8) {
+    // Before ECMAScript 2019 these two ended a line.
+    const bool ends_line = quoting_.language == Language::kJavaScript && (utf8 == "\u2028" || utf8 == "\u2029");
     if (utf8.size() == 1)
       ascii(utf8[0]);
+    else if (ends_line)
+      escaped(utf8_code_point(utf8));
     else
       coding_.encode(utf8, bytes_,
                      [this](std::string_view missing, std::string&) { escaped(utf8_code_point(missing)); });

@@ -45,6 +45,11 @@ bool LiteralReader::next(Character& character) {
   const char c = text_[at_];
   if (quoting_.language == Language::kVbScript && c == '"' && at(at_ + 1) == '"') {
     take('"', at_ + 2, character);
+  } else if (c == '\\' && quoting_.language == Language::kUnknown && at_ + 1 < text_.size()) {
+    // A backslash and what it escapes: no text that a translator may change.
+    bool valid = true;
+    at_ += 1 + coding_.decode_one(text_.substr(at_ + 1), buffer_, valid);
+    character.is_text = false;
   } else if (c != '\\' || quoting_.language == Language::kVbScript || is_raw(quoting_) || !escape(character)) {
     bool valid = true;
     at_ += coding_.decode_one(text_.substr(at_), buffer_, valid);
