@@ -115,6 +115,7 @@ const Case kCases[] = {
     {"an operator before a literal", kJs, "x = 'a' + typeof 'b' + 'c'",
      "'b' -> operand assigned x\n'a' {typeof 'b'} 'c' -> assigned x"},
     {"an operator before a template", kJs, "x = 'a' + -`b ${c}`", "'a' {-} `b ${ {c} }` ~> assigned x"},
+    {"an operator behind a literal", kJs, "x = 'a' ++ + 'b'", "{'a' ++} 'b' -> assigned x"},
     {"a word before a literal", kJs, "throw 'a'", "'a' -> -"},
     {"difference in a text", kJs, "x = 'a' + b - c", "'a' {b - c} ~> assigned x"},
     {"choice", kJs, "x = a == 'b' ? 'c' : 'd'", "'b' -> condition\n'c' -> assigned x\n'd' -> assigned x"},

@@ -224,6 +224,7 @@ void ExpressionScanner::tight_operator(const Token& token, bool is_plus) {
   if (last_item() == nullptr) return;
   Item& item = *last_item();
   if (text == "++" || text == "--") {
+    if (item.is_literal) item = {.begin = item.begin};  // not a text, and not valid either
     item.end = token.end;
     return;
   }
