@@ -45,6 +45,18 @@ TEST(RtfFontTable, FontsOfOneNameLookAlike) {
   EXPECT_EQ(table.fonts()[1].same_as, 1u);
 }
 
+TEST(RtfFontTable, ATableOfAnyLengthTakesABoundedAmount) {
+  std::string bytes;
+  for (std::size_t i = 0; i < kMostFonts + 10; ++i) bytes += "{\\f" + std::to_string(i) + " F" + std::to_string(i) + ";}";
+  const FontTable table = table_of(bytes);
+  EXPECT_EQ(table.fonts().size(), kMostFonts);
+  EXPECT_NE(table.find(static_cast<std::int32_t>(kMostFonts) - 1), nullptr);
+  EXPECT_EQ(table.find(static_cast<std::int32_t>(kMostFonts)), nullptr);
+  std::string words = "{\\f0";
+  for (int i = 0; i < 100'000; ++i) words += "\\fprq2";
+  EXPECT_LE(table_of(words + " Times;}").fonts()[0].look.size(), 1024u);
+}
+
 TEST(RtfFontTable, CodePages) {
   Font font;
   EXPECT_EQ(code_page_of(&font, 1251), 1251u) << "no character set";

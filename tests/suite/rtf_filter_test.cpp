@@ -148,6 +148,11 @@ const Case kCodes[] = {
      "a{\\super\\chftn{\\footnote \\pard\\chftn  x\\par}} b x\\par}",
      {u" x", u"a<1/> b x"},
      "a{\\super\\chftn{\\footnote \\pard\\chftn  X\\par}} b X\\par}"},
+    {"an endnote",
+     "a{\\super\\chftn{\\footnote\\ftnalt\\pard\\chftn  x\\par}} b x\\par}",
+     {u" x", u"a<1/> b x"},
+     "a{\\super\\chftn{\\footnote\\ftnalt\\pard\\chftn  X\\par}} b X\\par}"},
+    {"an entry of a table of contents", "{\\v{\\tc x}}a x\\par}", {u"x", u"a x"}, "{\\v{\\tc X}}a X\\par}"},
     {"a footnote at the end", "a x{\\footnote x}\\par}", {u"a x", u"x"}, "a X{\\footnote X}\\par}"},
     {"an annotation",
      "a{\\*\\atnid x}{\\*\\annotation{\\*\\atndate x}x} b\\par}",
@@ -238,6 +243,20 @@ TEST_F(RtfFilterTest, AParagraphWithoutEndIsCut) {
   const auto texts = checked_texts_of(document);
   EXPECT_GT(texts.size(), 1u);
   for (const std::u16string& text : texts) EXPECT_LE(text.size(), rtf::kLongestParagraph + 100);
+}
+
+TEST_F(RtfFilterTest, AParagraphOfManyCodesIsCut) {
+  std::string document = "{\\rtf1 ";
+  for (std::size_t i = 0; i < 2 * rtf::kMostItems; ++i) document += "a\\tab ";
+  const auto texts = checked_texts_of(document + "\\par}");
+  EXPECT_GT(texts.size(), 3u);
+  for (const std::u16string& text : texts) EXPECT_LE(text.size(), 8 * rtf::kMostItems);
+  // \u and its fallback stay together.
+  std::string numbers = "{\\rtf1\\uc1 ";
+  for (std::size_t i = 0; i < rtf::kMostItems; ++i) numbers += "\\u8364\\emdash \\b \\b0 ";
+  std::u16string all;
+  for (const std::u16string& text : checked_texts_of(numbers + "\\par}")) all += text;
+  EXPECT_EQ(all, std::u16string(rtf::kMostItems, u'\u20AC'));
 }
 
 TEST_F(RtfFilterTest, ALongPictureBetweenTextsIsACodeUpToALimit) {

@@ -2,10 +2,20 @@
 #include <algorithm>
 #include <utility>
 
+#include "formats/rtf/characters.h"
 #include "suite/filters/rtf/rtf_computed.h"
 #include "suite/filters/rtf/rtf_extraction.h"
 
 namespace kavo::rtf {
+
+namespace {
+
+// Whether a control word stands between characters and never in one, nor in what stands for one in older programs.
+bool divides_text(const Token& token) {
+  return token.kind == TokenKind::kWord && token.name != "u" && token.name != "uc" && character_of(token).empty();
+}
+
+}  // namespace
 
 // Joins the items from `item` on into one.
 void RtfExtraction::collapse(std::size_t item, ItemKind kind, std::string_view type, std::string shown,
@@ -64,10 +74,12 @@ void RtfExtraction::pass(std::string_view bytes) {
 // A document without ends must not become one segment that fills the memory.
 void RtfExtraction::keep_within_limits(const Token& token) {
   const std::size_t text_size = waiting_text_size();
-  if (text_size <= kLongestParagraph && data_size_ <= kLongestData) return;
+  const bool has_many = paragraph_.items.size() > kMostItems;
+  if (text_size <= kLongestParagraph && data_size_ <= kLongestData && !has_many) return;
   // Texts are cut at a blank; a character in another form should not be cut either.
   if (token.kind == TokenKind::kText && data_depth_ == 0) return;
-  const bool may_cut = token.kind == TokenKind::kOpen || token.kind == TokenKind::kClose || data_depth_ != 0;
+  const bool may_cut = token.kind == TokenKind::kOpen || token.kind == TokenKind::kClose || data_depth_ != 0 ||
+                       (has_many && divides_text(token));
   if (!may_cut && text_size <= 2 * kLongestParagraph) return;
   flush();
   if (data_depth_ != 0) is_streaming_ = true;
