@@ -108,7 +108,7 @@ TEST_F(DocumentSet, TheSkeletonOfAnotherPreparationIsRefused) {
          convert_in_set(u"m1");
          put(u"index_asp.txt", "One\n");
        },
-       u"another document"},
+       u"is not the skeleton of"},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);

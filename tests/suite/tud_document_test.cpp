@@ -159,8 +159,8 @@ TEST_F(TudTest, PrefixesAndMissingNamespacesAreRead) {
 
 TEST_F(TudTest, OtherFilesThanBilingualDocumentsAreRefused) {
   const auto refusal = [&](std::string_view bytes) { return reason_of([&] { open(bytes); }); };
-  EXPECT_NE(refusal("<html/>").find(u"no XLIFF"), std::u16string::npos);
-  EXPECT_NE(refusal("<xliff xmlns='urn:oasis:names:tc:xliff:document:2.0'/>").find(u"no XLIFF 1"),
+  EXPECT_NE(refusal("<html/>").find(u"not an XLIFF"), std::u16string::npos);
+  EXPECT_NE(refusal("<xliff xmlns='urn:oasis:names:tc:xliff:document:2.0'/>").find(u"not an XLIFF 1"),
             std::u16string::npos);
   EXPECT_NE(refusal("<xliff/>").find(u"no file"), std::u16string::npos);
   EXPECT_NE(refusal("<xliff><file/><file/></xliff>").find(u"more than one"), std::u16string::npos);

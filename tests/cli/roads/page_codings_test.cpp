@@ -195,7 +195,7 @@ TEST_F(PageCodings, ErrorsAreReportedWithTheirPlace) {
 TEST_F(PageCodings, ADeclarationInAScriptGoesBeforeTheChosenCoding) {
   const std::string told =
       "A script of the page declares the coding windows-1252, so the translated page keeps it and the chosen one, "
-      "windows-1250, is left aside";
+      "windows-1250, is not used";
   const struct {
     const char16_t* name;
     std::string head;

@@ -131,7 +131,7 @@ TEST_F(Project, WhatIsWrongIsNamedWithFileLineAndTheNearestKey) {
        "kavo.json:3: there is no key \"taget\"; the nearest is \"target\""},
       {"another version", "{\"version\": 2}", "kavo.json:1: \"version\" can be the number 1"},
       {"no version", "{}", "kavo.json: the key \"version\" is missing"},
-      {"a list", "[]", "kavo.json: a project is an object"},
+      {"a list", "[]", "kavo.json: a project file must be a JSON object"},
       {"no JSON", "{\"version\": 1,\n\"target\" \"FR\"}", "kavo.json:2: this is not JSON"},
       {"a key twice", "{\"version\": 1,\n\"target\": \"FR\",\n\"target\": \"DE\"}",
        "kavo.json:3: the key \"target\" occurs twice in the same object"},
@@ -171,7 +171,7 @@ TEST_F(Project, InitNeverReplacesOneAndRefusesWhatReadingWould) {
   put("kavo.json", kProject);
   const Ran again = kavo({"init", "--target", "JA"});
   EXPECT_EQ(again.code, 1);
-  EXPECT_TRUE(holds(again.errors, "kavo.json is there already")) << again.errors;
+  EXPECT_TRUE(holds(again.errors, "kavo.json exists already")) << again.errors;
   EXPECT_EQ(get("kavo.json"), kProject);
   fs::remove(path("kavo.json"));
   const Ran made = kavo({"init", "--target-code-page", "JA=932,RU=1251", "--code-page", "1252"});
