@@ -122,6 +122,7 @@ TEST_F(ScriptFilterTest, TranslationsAreWrittenInTheirLanguage) {
        "<% MsgBox \"\"\"A\"\"\" & vbCrLf & \"b %\" & \"> c\" %>"},
       {u"a_asp.scr", "<% MsgBox \"Hi \" & a & \" and \" & b & \"!\" %>", u"<2/>, <1/>",
        "<% MsgBox \"\" & b & \", \" & a & \"\" %>"},
+      {u"a_asp.scr", "<% MsgBox \"Hi \" + \"you\" %>", u"Salut", "<% MsgBox \"Salut\" %>"},
       {u"a_htm.scr", "<script>alert('Hi \\'you\\'')</script>", u"'A' \"b\" \\ <</script>",
        "<script>alert('\\'A\\' \"b\" \\\\ <\\/script>')</script>"},
       {u"a_htm.scr", "<script>alert(`Hi ${you}, yes`)</script>", u"<1/> ${a} `",

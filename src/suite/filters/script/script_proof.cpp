@@ -1,6 +1,7 @@
 #include "suite/filters/script/script_proof.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "formats/html/script_marker.h"
 #include "formats/script/literal_value.h"
@@ -60,10 +61,17 @@ class ScriptProof::Operands {
   void add(const ScriptReader::Read& read, std::string_view bytes) {
     const Token& token = read.token;
     if (token.kind != TokenKind::kName) after_value_ = false;
+    const bool is_blank =
+        token.kind == TokenKind::kBlank || token.kind == TokenKind::kLineEnd || token.kind == TokenKind::kComment;
+    if (is_blank && !read.is_between) return;
+    const bool is_literal = token.kind == TokenKind::kLiteral && !read.is_between;
+    if (std::exchange(is_plus_open_, false) && !is_literal) append("+", false);
+    // Between two literals the "+" of VBScript joins them.
+    is_plus_open_ = after_literal_ && depth_ == 0 && read.language == Language::kVbScript && bytes == "+";
+    after_literal_ = is_literal;
+    if (is_plus_open_) return;
     if (read.is_between) return between(read, bytes);
-    if (token.kind == TokenKind::kBlank || token.kind == TokenKind::kLineEnd || token.kind == TokenKind::kComment)
-      return;
-    if (token.kind == TokenKind::kLiteral) return literal(token, bytes);
+    if (is_literal) return literal(token, bytes);
     if (bytes == text_operator_of(read.language).substr(1, 1)) return text(bytes);
     if (is_one_of(token, bytes, "([{")) ++depth_;
     if (is_one_of(token, bytes, ")]}") && depth_ > 0) --depth_;
@@ -141,6 +149,8 @@ class ScriptProof::Operands {
   std::size_t depth_ = 0;
   std::vector<std::size_t> outer_;  // depths of what the values stand in
   bool after_value_ = false;
+  bool after_literal_ = false;
+  bool is_plus_open_ = false;  // a "+" behind a literal
   std::vector<std::vector<Part>> operands_{1};
 };
 
