@@ -45,15 +45,27 @@ finding_count() { find "$1" -type f | wc -l; }
 failed=0
 printf '%-18s %12s %8s %8s %8s %10s\n' target executions 'a second' edges corpus findings
 for target in "${targets[@]}"; do
-  echo "== fuzzing $target for $seconds s"
-  found=build/fuzz/found/$target
-  mkdir -p "$found"
-  # Findings stay in the build folder. Make a seed or a test of each one that matters.
-  "build/fuzz/fuzz/fuzz_$target" -max_total_time="$seconds" -timeout=20 -rss_limit_mb=2048 -max_len=65536 -entropic=0 \
-    -artifact_prefix="$found/" -print_final_stats=1 "$found" "fuzz/seeds/$target" 2>"build/fuzz/$target.log" || {
-    tail -40 "build/fuzz/$target.log" >&2
-    exit 1
-  }
-  grep -E 'stat::number_of_executed_units|stat::peak_rss_mb' "build/fuzz/$target.log" | sed 's/^/   /'
+  program=build/fuzz/fuzz/fuzz_$target log=build/fuzz/$target.log
+  corpus=build/fuzz/corpus/$target found=build/fuzz/found/$target seeds=fuzz/seeds/$target
+  mkdir -p "$corpus" "$found"
+  before=$(finding_count "$found")
+  # The entropic schedule takes half of the time of targets as quick as these.
+  "$program" -max_total_time=$((minutes * 60)) -timeout=20 -rss_limit_mb=2048 -max_len=65536 -entropic=0 -print_final_stats=1 \
+    -artifact_prefix="$found/" "$corpus" "$seeds" >"$log" 2>&1 || true
+  findings=$(($(finding_count "$found") - before))
+  rm -rf "$corpus.reduced"
+  mkdir "$corpus.reduced"
+  if "$program" -merge=1 -timeout=20 -artifact_prefix="$found/" "$corpus.reduced" "$seeds" "$corpus" >"$log.merge" 2>&1; then
+    rm -rf "$corpus"
+    mv "$corpus.reduced" "$corpus"
+  fi
+  edges=$(grep -oE 'cov: [0-9]+' "$log" | tail -1 | cut -d' ' -f2)
+  printf '%-18s %12s %8s %8s %8s %10s\n' "$target" "$(statistic number_of_executed_units "$log")" \
+    "$(statistic average_exec_per_sec "$log")" "${edges:-0}" "$(finding_count "$corpus")" "$findings"
+  # A target that did not come to its end has a finding, or could not be run.
+  if [ "$findings" -gt 0 ] || ! grep -q '^Done ' "$log"; then
+    failed=1
+    tail -40 "$log" >&2
+  fi
 done
 exit "$failed"
