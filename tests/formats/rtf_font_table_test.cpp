@@ -47,7 +47,8 @@ TEST(RtfFontTable, FontsOfOneNameLookAlike) {
 
 TEST(RtfFontTable, ATableOfAnyLengthTakesABoundedAmount) {
   std::string bytes;
-  for (std::size_t i = 0; i < kMostFonts + 10; ++i) bytes += "{\\f" + std::to_string(i) + " F" + std::to_string(i) + ";}";
+  for (std::size_t i = 0; i < kMostFonts + 10; ++i)
+    bytes += "{\\f" + std::to_string(i) + " F" + std::to_string(i) + ";}";
   const FontTable table = table_of(bytes);
   EXPECT_EQ(table.fonts().size(), kMostFonts);
   EXPECT_NE(table.find(static_cast<std::int32_t>(kMostFonts) - 1), nullptr);

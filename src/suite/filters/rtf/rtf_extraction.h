@@ -33,7 +33,7 @@
 namespace kavo::rtf {
 
 inline constexpr std::size_t kLongestParagraph = 256 * 1024;  // bytes, without data
-inline constexpr std::size_t kMostItems = 32'768;  // of a paragraph: texts, control words, braces
+inline constexpr std::size_t kMostItems = 32'768;             // of a paragraph: texts, control words, braces
 inline constexpr std::size_t kLongestData = 4 * 1024 * 1024;  // of pictures and objects in a paragraph with text
 inline constexpr std::size_t kLongestTable = 256 * 1024;      // of fonts or colours that can be rewritten
 inline constexpr std::size_t kDeepestGroup = 10'000;          // anything deeper is data
