@@ -1,19 +1,22 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds and runs every test: native, native under sanitizers, and Windows under Wine.
 #
-#   scripts/test.sh                 all of it; quick when nothing has changed
+#   scripts/test.sh                 all of it; quick when nothing has changed. Under Wine what depends least on the system
+#                                   is left out
 #   scripts/test.sh --native        the native tests only
 #   scripts/test.sh --sanitizers    the native tests under address, undefined-behaviour and leak sanitizers only, those of
 #                                   the command as well
 #   scripts/test.sh --windows       the Windows tests only
-#   scripts/test.sh --full          also fuzzing for a minute a target, clang-tidy, the Office programs with LibreOffice,
-#                                   scripts judged by their own parsers, a thousand documents on several workers, the
-#                                   packages installed and removed, and the command disturbed from outside
+#   scripts/test.sh --full          also all tests under Wine, fuzzing for a minute a target, clang-tidy, the Office
+#                                   programs with LibreOffice, scripts judged by their own parsers, a thousand documents
+#                                   on several workers, the packages installed and removed, and the command disturbed
+#                                   from outside
 set -uo pipefail
 top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 cd "$top" || exit 1
 
 parts=(native sanitizers windows)
+windows_targets=(all)
 windows_tests=(-LE slow)
 case ${1:-} in
   "") ;;
@@ -22,9 +25,10 @@ case ${1:-} in
   --windows) parts=(windows) ;;
   --full)
     parts=(native sanitizers windows fuzz tidy office scripts machines packages faults)
+    windows_targets=(all slow_tests)
     windows_tests=()
     ;;
-  *) sed -n '2,12s/^# \{0,1\}//p' "$0" >&2; exit 2 ;;
+  *) sed -n '2,14s/^# \{0,1\}//p' "$0" >&2; exit 2 ;;
 esac
 
 # Paths below the top folder count as relative ones for ccache, so that clones share what they compile.
@@ -80,7 +84,7 @@ for part in "${parts[@]}"; do
     windows)
       # Once in some hundred runs Wine itself hangs, so a test that runs out of time is run once more.
       step "Windows x64 build"
-      build windows-x64 &&
+      build windows-x64 "${windows_targets[@]}" &&
         { step "Windows tests under Wine"; run_tests windows-x64 ${windows_tests[@]+"${windows_tests[@]}"} --repeat after-timeout:2; }
       note $? "Windows x64 under Wine"
       step "Windows x86 build"
