@@ -39,9 +39,47 @@ void make_read_only_again(std::u16string_view path) noexcept {
   }
 }
 
+// replace_file() for a target that is no link.
+bool move_over(std::u16string_view source, const std::u16string& target) {
+  FileSystem& files = *ports().files;
+  const auto old = files.info(target);
+  const bool was_read_only = old && !old->is_folder && old->is_read_only;
+  if (was_read_only) files.set_read_only(target, false);
+  bool is_moved = false;
+  try {
+    is_moved = try_rename(source, target);
+    if (!is_moved) copy_file(source, target);
+  } catch (...) {
+    if (was_read_only) make_read_only_again(target);
+    throw;
+  }
+  // The new file becomes read-only as the old one was.
+  if (was_read_only) make_read_only_again(target);
+  return is_moved || try_remove(source);
+}
+
 }  // namespace
 
-PendingFile::PendingFile(std::u16string_view final_path) : final_path_(file_to_replace(final_path)) {
+PendingFile::Target PendingFile::target_of(std::u16string_view path) {
+  std::u16string target = ports().files->link_target(path);
+  const auto info = ports().files->info(target);
+  if (info && info->is_special)
+    throw failure(FailureNumber::kPathFileAccess, target + u" is a device or a pipe: no file can take its place");
+  return {std::move(target), info.has_value()};
+}
+
+PendingFile::PendingFile(std::u16string_view final_path) : PendingFile(target_of(final_path), u"") {}
+
+PendingFile::PendingFile(std::u16string_view final_path, std::u16string_view temporary_path)
+    : PendingFile(target_of(final_path), temporary_path) {}
+
+PendingFile::PendingFile(Target target, std::u16string_view temporary_path)
+    : final_path_(std::move(target.path)), temporary_path_(temporary_path), replaces_(target.exists) {
+  if (temporary_path_.empty()) temporary_path_ = ports().files->draft_path(final_path_, replaces_);
+  if (!temporary_path_.empty()) {
+    open();
+    return;
+  }
   for (int attempt = 1;; ++attempt) {
     temporary_path_ = scratch_name_beside(final_path_);
     try {
@@ -53,11 +91,6 @@ PendingFile::PendingFile(std::u16string_view final_path) : final_path_(file_to_r
   }
 }
 
-PendingFile::PendingFile(std::u16string_view final_path, std::u16string_view temporary_path)
-    : final_path_(file_to_replace(final_path)), temporary_path_(temporary_path) {
-  open();
-}
-
 PendingFile::~PendingFile() { discard(); }
 
 void PendingFile::open() {
@@ -67,7 +100,7 @@ void PendingFile::open() {
   file_ = ports().files->open(temporary_path_, Access::kCreateNew);
   try {
     // This comes before the first byte, which others may not be allowed to read.
-    ports().files->take_permissions(temporary_path_, final_path_, Permissions::kAll);
+    if (replaces_) ports().files->take_permissions(temporary_path_, final_path_, Permissions::kAll);
   } catch (...) {
     discard();
     throw;
@@ -75,8 +108,7 @@ void PendingFile::open() {
 }
 
 void PendingFile::take_permissions_of(std::u16string_view document) {
-  FileSystem& files = *ports().files;
-  if (!files.info(final_path_)) files.take_permissions(temporary_path_, document, Permissions::kOfADocument);
+  if (!replaces_) ports().files->take_permissions(temporary_path_, document, Permissions::kOfADocument);
 }
 
 void PendingFile::write_through(std::string_view bytes) {
@@ -112,7 +144,7 @@ void PendingFile::finish() {
 void PendingFile::commit() {
   complete();
   ports().files->flush({temporary_path_});
-  replace_file(temporary_path_, final_path_);
+  if (temporary_path_ != final_path_) move_over(temporary_path_, final_path_);
   discard_ = false;
 }
 
@@ -124,32 +156,11 @@ void PendingFile::discard() noexcept {
   try_remove(temporary_path_);
 }
 
-bool replace_file(std::u16string_view source, std::u16string_view wanted) {
-  FileSystem& files = *ports().files;
-  const std::u16string target = file_to_replace(wanted);
-  const auto old = files.info(target);
-  const bool was_read_only = old && !old->is_folder && old->is_read_only;
-  if (was_read_only) files.set_read_only(target, false);
-  bool is_moved = false;
-  try {
-    is_moved = try_rename(source, target);
-    if (!is_moved) copy_file(source, target);
-  } catch (...) {
-    if (was_read_only) make_read_only_again(target);
-    throw;
-  }
-  // The new file becomes read-only as the old one was.
-  if (was_read_only) make_read_only_again(target);
-  return is_moved || try_remove(source);
+bool replace_file(std::u16string_view source, std::u16string_view target) {
+  return move_over(source, file_to_replace(target));
 }
 
-std::u16string file_to_replace(std::u16string_view path) {
-  std::u16string target = ports().files->link_target(path);
-  const auto info = ports().files->info(target);
-  if (info && info->is_special)
-    throw failure(FailureNumber::kPathFileAccess, target + u" is a device or a pipe: no file can take its place");
-  return target;
-}
+std::u16string file_to_replace(std::u16string_view path) { return PendingFile::target_of(path).path; }
 
 void copy_file(std::u16string_view source, std::u16string_view target) {
   BlockReader reader(source);

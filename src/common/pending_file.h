@@ -18,7 +18,15 @@ namespace kavo {
 
 class PendingFile {
  public:
-  // Makes a temporary file of a new name beside `final_path`. Throws `failure`, as do all operations.
+  struct Target {
+    std::u16string path;  // what a link leads to
+    bool exists;
+  };
+  // The file that a new one for `path` will replace. Throws as file_to_replace() does.
+  static Target target_of(std::u16string_view path);
+
+  // Makes a temporary file of a new name beside `final_path`, or where the file system wants drafts. Throws `failure`,
+  // as do all operations.
   explicit PendingFile(std::u16string_view final_path);
   // The same with a temporary name that the caller has chosen. An existing file with that name is an error (58).
   PendingFile(std::u16string_view final_path, std::u16string_view temporary_path);
@@ -53,6 +61,7 @@ class PendingFile {
 
  private:
   static constexpr std::size_t kBufferSize = 256 * 1024;
+  PendingFile(Target target, std::u16string_view temporary_path);
   void open();
   void write_through(std::string_view bytes);
   void flush();
@@ -64,6 +73,7 @@ class PendingFile {
   std::unique_ptr<char[]> buffer_;
   std::size_t used_ = 0;
   std::uint64_t written_ = 0;
+  bool replaces_;
   bool discard_ = true;
 };
 

@@ -30,13 +30,21 @@ bool lies_in(std::u16string_view path, std::u16string_view folder) {
 }  // namespace
 
 StagedFiles::StagedFiles(FileSystem& real, std::u16string folder, Needs needs)
-    : real_(real), folder_(std::move(folder)), needs_(std::move(needs)) {
+    : real_(real), folder_(std::move(folder)), current_folder_(real.absolute(u".")), needs_(std::move(needs)) {
+  if (!current_folder_.ends_with(u'\\')) current_folder_ += u'\\';
   temporary_folder_ = real_.temporary_folder();
   if (temporary_folder_.empty()) return;
-  temporary_folder_ = real_.absolute(temporary_folder_);
+  temporary_folder_ = full_path(temporary_folder_);
   if (!temporary_folder_.ends_with(u'\\')) temporary_folder_ += u'\\';
   // Documents that are in the temporary folder themselves are staged like any others.
   if (equal_ignoring_case(folder_part(folder_), temporary_folder_)) temporary_folder_.clear();
+}
+
+// A run asks a hundred times for each document, so the system is asked for the current folder only once.
+std::u16string StagedFiles::full_path(std::u16string_view path) const {
+  const bool is_below_current_folder =
+      !path.empty() && path.front() != u'\\' && path.front() != u'/' && path.find(u':') == std::u16string_view::npos;
+  return real_.absolute(is_below_current_folder ? current_folder_ + std::u16string(path) : path);
 }
 
 bool StagedFiles::is_temporary(const std::u16string& path) const {
@@ -71,10 +79,10 @@ bool StagedFiles::passes_through(const std::u16string& path) const {
          std::ranges::any_of(borrowed_, [&](const std::u16string& name) { return equal_ignoring_case(name, path); });
 }
 
-void StagedFiles::borrow(std::u16string_view path) { borrowed_.push_back(real_.absolute(path)); }
+void StagedFiles::borrow(std::u16string_view path) { borrowed_.push_back(full_path(path)); }
 
 void StagedFiles::give_back(std::u16string_view path) {
-  const std::u16string name = real_.absolute(path);
+  const std::u16string name = full_path(path);
   std::erase_if(borrowed_, [&](const std::u16string& other) { return equal_ignoring_case(other, name); });
 }
 
@@ -93,12 +101,12 @@ std::u16string StagedFiles::scratch_path(std::u16string_view name) {
 }
 
 std::u16string StagedFiles::path_to_read(std::u16string_view path) const {
-  const auto found = view_.entries.find(real_.absolute(path));
+  const auto found = view_.entries.find(full_path(path));
   return found == view_.entries.end() || found->second.scratch.empty() ? std::u16string(path) : found->second.scratch;
 }
 
 std::u16string StagedFiles::path_to_write(std::u16string_view path) {
-  const std::u16string whole = real_.absolute(path);
+  const std::u16string whole = full_path(path);
   if (passes_through(whole)) return whole;
   if (const auto old = info(whole); old && old->is_folder)
     throw failure(FailureNumber::kPathFileAccess, whole + u" is a folder");
@@ -108,7 +116,7 @@ std::u16string StagedFiles::path_to_write(std::u16string_view path) {
 }
 
 std::u16string StagedFiles::existing(std::u16string_view path) const {
-  const auto found = view_.entries.find(real_.absolute(path));
+  const auto found = view_.entries.find(full_path(path));
   if (found == view_.entries.end()) return std::u16string(path);
   if (found->second.scratch.empty()) throw_absent(path);
   return found->second.scratch;
@@ -126,19 +134,28 @@ void StagedFiles::set(const std::u16string& path, std::u16string scratch) {
 // Refuses what the system would refuse: to empty or replace a folder or a read-only file.
 void StagedFiles::check_replaceable(const std::u16string& path) {
   const auto old = info(path);
-  if (!old) {
-    const auto folder = real_.info(folder_part(path));
-    if (!folder || !folder->is_folder)
-      throw failure(FailureNumber::kPathNotFound, u"There is no folder " + std::u16string(folder_part(path)));
-    return;
-  }
+  if (!old) return check_folder_of(path);
   if (old->is_folder) throw failure(FailureNumber::kPathFileAccess, path + u" is a folder");
   if (old->is_read_only) throw failure(FailureNumber::kPermissionDenied, path + u" is read-only");
 }
 
+void StagedFiles::check_folder_of(const std::u16string& path) {
+  const auto folder = real_.info(folder_part(path));
+  if (!folder || !folder->is_folder)
+    throw failure(FailureNumber::kPathNotFound, u"There is no folder " + std::u16string(folder_part(path)));
+}
+
+std::u16string StagedFiles::draft_path(std::u16string_view path, bool replaces) {
+  const std::u16string whole = full_path(path);
+  if (lies_in(whole, folder_) && !replaces) return whole;
+  if (passes_through(whole)) return {};
+  check_folder_of(whole);
+  return scratch_path(name_part(whole));
+}
+
 std::unique_ptr<File> StagedFiles::open(std::u16string_view path, Access access) {
   if (access == Access::kRead) return real_.open(existing(path), access);
-  const std::u16string whole = real_.absolute(path);
+  const std::u16string whole = full_path(path);
   if (passes_through(whole)) {
     if (is_temporary(whole)) needs_.temporary_file(whole);
     return real_.open(path, access);
@@ -155,7 +172,7 @@ std::unique_ptr<File> StagedFiles::open(std::u16string_view path, Access access)
 
 std::optional<FileInfo> StagedFiles::info(std::u16string_view path) {
   if (path.empty()) return std::nullopt;
-  const std::u16string whole = real_.absolute(path);
+  const std::u16string whole = full_path(path);
   const auto entry = view_.entries.find(whole);
   if (entry == view_.entries.end()) {
     auto info = real_.info(path);
@@ -169,7 +186,7 @@ std::optional<FileInfo> StagedFiles::info(std::u16string_view path) {
 
 std::optional<FileIdentity> StagedFiles::identity(std::u16string_view path) {
   if (path.empty()) return std::nullopt;
-  const auto entry = view_.entries.find(real_.absolute(path));
+  const auto entry = view_.entries.find(full_path(path));
   if (entry == view_.entries.end()) return real_.identity(path);
   return entry->second.scratch.empty() ? std::nullopt : real_.identity(entry->second.scratch);
 }
@@ -178,7 +195,7 @@ std::vector<std::u16string> StagedFiles::find(std::u16string_view pattern) {
   std::vector<std::u16string> names = real_.find(pattern);
   const std::size_t separator = pattern.find_last_of(u"\\/");
   const std::size_t split = separator == std::u16string_view::npos ? 0 : separator + 1;
-  const std::u16string folder = real_.absolute(split == 0 ? u"." : pattern.substr(0, split));
+  const std::u16string folder = full_path(split == 0 ? u"." : pattern.substr(0, split));
   const std::u16string_view bare =
       folder.ends_with(u'\\') ? std::u16string_view(folder).substr(0, folder.size() - 1) : std::u16string_view(folder);
   for (const auto& [path, entry] : view_.entries) {
@@ -200,7 +217,7 @@ std::vector<std::u16string> StagedFiles::find(std::u16string_view pattern) {
 }
 
 void StagedFiles::remove_file(std::u16string_view path) {
-  const std::u16string whole = real_.absolute(path);
+  const std::u16string whole = full_path(path);
   if (passes_through(whole)) return real_.remove_file(path);
   const auto old = info(whole);
   if (!old) throw_absent(path);
@@ -209,8 +226,8 @@ void StagedFiles::remove_file(std::u16string_view path) {
 }
 
 void StagedFiles::rename_file(std::u16string_view from, std::u16string_view to) {
-  const std::u16string source = real_.absolute(from);
-  const std::u16string target = real_.absolute(to);
+  const std::u16string source = full_path(from);
+  const std::u16string target = full_path(to);
   const bool source_is_real = passes_through(source);
   if (source_is_real && passes_through(target)) return real_.rename_file(from, to);
   if (!info(source)) throw_absent(from);
@@ -221,7 +238,9 @@ void StagedFiles::rename_file(std::u16string_view from, std::u16string_view to) 
   }
   const auto entry = view_.entries.find(source);
   std::u16string place;
-  if (!source_is_real && entry == view_.entries.end()) {
+  if (taken_.contains(source) && name_part(source) == name_part(target)) {
+    place = source;
+  } else if (!source_is_real && entry == view_.entries.end()) {
     place = copy_into_scratch(source);
   } else {
     place = scratch_path(name_part(target));
@@ -232,7 +251,7 @@ void StagedFiles::rename_file(std::u16string_view from, std::u16string_view to) 
 }
 
 void StagedFiles::link_file(std::u16string_view path, std::u16string_view second_name) {
-  const std::u16string second = real_.absolute(second_name);
+  const std::u16string second = full_path(second_name);
   if (passes_through(second)) return real_.link_file(existing(path), second_name);
   if (info(second)) throw failure(FailureNumber::kFileAlreadyExists, second + u" exists already");
   check_replaceable(second);
@@ -240,7 +259,7 @@ void StagedFiles::link_file(std::u16string_view path, std::u16string_view second
 }
 
 void StagedFiles::set_read_only(std::u16string_view path, bool read_only) {
-  const std::u16string whole = real_.absolute(path);
+  const std::u16string whole = full_path(path);
   const auto entry = view_.entries.find(whole);
   if (passes_through(whole) || entry != view_.entries.end()) return real_.set_read_only(existing(path), read_only);
   const auto now = real_.info(path);
@@ -252,7 +271,7 @@ void StagedFiles::set_read_only(std::u16string_view path, bool read_only) {
 }
 
 std::u16string StagedFiles::link_target(std::u16string_view path) {
-  return view_.entries.contains(real_.absolute(path)) ? std::u16string(path) : real_.link_target(path);
+  return view_.entries.contains(full_path(path)) ? std::u16string(path) : real_.link_target(path);
 }
 
 void StagedFiles::take_permissions(std::u16string_view path, std::u16string_view model, Permissions which) {

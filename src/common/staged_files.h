@@ -74,11 +74,15 @@ class StagedFiles final : public FileSystem {
   // A run in a work folder keeps its temporary files there, so that they are deleted with the folder however the run
   // ends.
   std::u16string temporary_folder() override;
-  std::u16string absolute(std::u16string_view path) override { return real_.absolute(path); }
+  std::u16string absolute(std::u16string_view path) override { return full_path(path); }
+  // A place in the scratch folder, so that the rename at the end only changes the view. A new file that is there anyway
+  // is written under its own name. Throws `failure` 76 when the folder of `path` does not exist.
+  std::u16string draft_path(std::u16string_view path, bool replaces) override;
 
  private:
   using Entries = decltype(View::entries);
 
+  std::u16string full_path(std::u16string_view path) const;
   bool passes_through(const std::u16string& path) const;
   bool is_temporary(const std::u16string& path) const;
   std::u16string work_folder_of(const std::u16string& path) const;
@@ -86,12 +90,14 @@ class StagedFiles final : public FileSystem {
   // The real path of a view's name for reading: a scratch file, or the real one. Throws 53 for a name that is gone.
   std::u16string existing(std::u16string_view path) const;
   void check_replaceable(const std::u16string& path);
+  void check_folder_of(const std::u16string& path);
   // Makes the name mean the scratch file, or nothing ("").
   void set(const std::u16string& path, std::u16string scratch);
   std::u16string copy_into_scratch(const std::u16string& path);
 
   FileSystem& real_;
   std::u16string folder_;
+  std::u16string current_folder_;    // of the program, with "\" at its end
   std::u16string temporary_folder_;  // with "\" at its end
   Needs needs_;
   View view_;

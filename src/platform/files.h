@@ -109,6 +109,9 @@ class FileSystem {
   virtual std::u16string temporary_folder() = 0;  // as GetTempPath returns it, with or without a "\" at its end
   // The full path, made from the text alone as GetFullPathName does: nothing need exist, links are not followed.
   virtual std::u16string absolute(std::u16string_view path) = 0;
+  // A free path at which a new file for `path` is to be written before it is renamed to `path`, perhaps `path` itself; ""
+  // when any name beside it will do. `replaces` says whether there is a file of that name.
+  virtual std::u16string draft_path(std::u16string_view /*path*/, bool /*replaces*/) { return {}; }
 };
 
 // A path as the user of this machine writes it (UTF-8), turned into the core's form, and back.

@@ -128,6 +128,44 @@ TEST_F(FolderRunTest, FilesOfOtherPrograms) {
   EXPECT_FALSE(files.has(u"C:\\WORK\\never_made.txt"));
 }
 
+TEST_F(FolderRunTest, AFileIsWrittenOnceInTheScratchFolderAndSeenWhenItIsComplete) {
+  FolderRun run(kPage);
+  {
+    PendingFile given_up(kPage);
+    given_up.write("half");
+  }
+  PendingFile page(kPage);
+  EXPECT_TRUE(page.temporary_path().starts_with(u"C:\\WORK\\.kavo-run\\"));
+  EXPECT_TRUE(page.temporary_path().ends_with(u"\\page.htm"));
+  page.write("new page");
+  page.complete();
+  EXPECT_EQ(read(kPage), "old page");
+  page.commit();
+  EXPECT_EQ(run.path_to_read(kPage), page.temporary_path());
+  EXPECT_EQ(read(kPage), "new page");
+  EXPECT_EQ(failure_number([] { PendingFile lost(u"C:\\NOWHERE\\page.htm"); }), 76);
+}
+
+// Filters that write for a run are given a name in its scratch folder.
+TEST_F(FolderRunTest, AFileThatIsInTheScratchFolderAnywayIsWrittenUnderItsOwnNameOnce) {
+  FolderRun run(kPage);
+  const std::u16string made = run.path_to_write(kScript);
+  {
+    PendingFile given_up(made);
+    EXPECT_EQ(given_up.temporary_path(), made);
+    given_up.write("half");
+  }
+  EXPECT_FALSE(ports().files->info(kScript));
+  write(made, "script");
+  EXPECT_EQ(read(kScript), "script");
+  PendingFile second(made);
+  second.write("second");
+  second.complete();
+  EXPECT_EQ(read(kScript), "script") << "the first one stays until the second is complete";
+  second.commit();
+  EXPECT_EQ(read(kScript), "second");
+}
+
 TEST_F(FolderRunTest, ABorrowedNameIsAsItWasWhateverBecomesOfTheRun) {
   files.put(u"C:\\WORK\\Side.mif", "somebody's");
   for (const bool commits : {false, true}) {

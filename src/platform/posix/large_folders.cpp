@@ -26,8 +26,7 @@ namespace kavo {
 namespace {
 
 constexpr std::size_t kMostFolders = 16;
-constexpr std::size_t kManyListings = 4;   // listings of a small folder
-constexpr std::size_t kMostCounted = 256;  // small folders
+constexpr std::size_t kMostCounted = 256;  // folders that are listed
 constexpr std::uint32_t kAppears = IN_CREATE | IN_MOVED_TO;
 constexpr std::uint32_t kGoes = IN_DELETE | IN_MOVED_FROM;
 
@@ -96,9 +95,8 @@ class LargeFolders {
 
   // The folder's name counts, not its identity, because scratch folders come and go with the same names.
   bool is_worth_keeping(const std::string& folder, std::size_t names) {
-    if (names >= kLargeFolder) return true;
-    if (listings_.size() == kMostCounted) listings_.clear();
-    return ++listings_[folder] > kManyListings;
+    if (listed_.size() == kMostCounted && !listed_.contains(folder)) listed_.clear();
+    return (listed_[folder] += names + kNamesOfOneListing) >= kNamesWorthKeeping;
   }
 
   void keep(const std::string& folder) {
@@ -155,7 +153,7 @@ class LargeFolders {
 
   int notes_ = -1;
   std::vector<Folder> folders_;
-  std::unordered_map<std::string, std::size_t> listings_;  // of small folders, by name
+  std::unordered_map<std::string, std::size_t> listed_;  // names, by folder
 };
 
 // One object for all threads.

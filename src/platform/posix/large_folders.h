@@ -4,6 +4,9 @@
 // document, half of the times in its own scratch folder. So the names of such a folder are kept, and the system's notes
 // (inotify(7)) keep them up to date: a note arrives before the call that changed the folder returns, in whichever
 // process. A folder on a volume that other machines change without such notes is not kept.
+//
+// A program that has asked for notes waits for about 10 ms when it ends. So a folder is kept only when its listings have
+// taken as long as that.
 #pragma once
 
 #include <sys/stat.h>
@@ -15,8 +18,9 @@
 
 namespace kavo {
 
-// Folders with fewer names are listed as fast as they are kept, once.
-inline constexpr std::size_t kLargeFolder = 64;
+// The time that is worth a wait at the end, in names listed, and how many names to count for a listing itself.
+inline constexpr std::size_t kNamesWorthKeeping = 50'000;
+inline constexpr std::size_t kNamesOfOneListing = 50;
 
 // The names of the folder that are `name` when case does not count, in the order of bytes; nothing for a folder that is
 // not kept. The folder's status is asked for unless the caller has it. Never throws.
