@@ -101,7 +101,11 @@ class LargeFolders {
 
   void keep(const std::string& folder) {
     if (!is_local(folder)) return;
-    if (folders_.size() == kMostFolders) forget();
+    if (folders_.size() == kMostFolders) {
+      // Documents come folder by folder, so the oldest one is not asked any more.
+      ::inotify_rm_watch(notes_, folders_.front().watch());
+      folders_.erase(folders_.begin());
+    }
     if (notes_ < 0) notes_ = ::inotify_init1(IN_CLOEXEC | IN_NONBLOCK);
     const int watch = ::inotify_add_watch(notes_, folder.c_str(), kAppears | kGoes | IN_ONLYDIR);
     if (watch < 0) return;

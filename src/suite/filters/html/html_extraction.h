@@ -112,6 +112,7 @@ class PageExtraction {
   void pair_tags();
   bool same_name(const Item& a, const Item& b) const;
   bool find_core(std::size_t& first, std::size_t& last) const;
+  void include_server_code(std::size_t& first, std::size_t& last) const;
   void write_segment(std::size_t first, std::size_t last, std::string_view name);
   std::string name_around(std::size_t first, std::size_t last) const;
   bool has_text(Value& value, std::string_view bytes) const;

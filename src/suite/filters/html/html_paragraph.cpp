@@ -1,5 +1,6 @@
 // The writing half of PageExtraction: turns a gathered paragraph into segments and skeleton.
 #include <algorithm>
+#include <utility>
 
 #include "formats/html/entities.h"
 #include "suite/filters/html/html_extraction.h"
@@ -64,25 +65,29 @@ bool PageExtraction::find_core(std::size_t& first, std::size_t& last) const {
   last = items_.size() - 1;
   while (!is_text(items_[last])) --last;
 
-  // Server code on the line of the text is a part of the sentence ("<%=n%> files"); on a line of its own it controls
-  // what the page shows.
+  for (;;) {
+    const std::pair before(first, last);
+    include_server_code(first, last);
+    include_partners(items_, first, last);
+    if (before == std::pair(first, last)) return true;
+  }
+}
+
+// Server code on the line of the text is a part of the sentence ("<%=n%> files"); on a line of its own it controls what
+// the page shows.
+void PageExtraction::include_server_code(std::size_t& first, std::size_t& last) const {
+  const auto ends_line = [&](const Item& item) { return has_line_end(bytes_of(item)) || item.type == kLineBreak; };
   const std::string_view first_text = bytes_of(items_[first]);
-  if (!has_line_end(first_text.substr(0, leading_space(first_text)))) {
-    for (std::size_t i = first; i-- > 0;) {
-      if (has_line_end(bytes_of(items_[i])) || items_[i].type == kLineBreak) break;
+  if (items_[first].kind != ItemKind::kText || !has_line_end(first_text.substr(0, leading_space(first_text)))) {
+    for (std::size_t i = first; i-- > 0 && !ends_line(items_[i]);)
       if (items_[i].kind == ItemKind::kContent) first = i;
-    }
   }
   const std::string_view last_text = bytes_of(items_[last]);
-  if (!has_line_end(last_text.substr(last_text.size() - trailing_space(last_text)))) {
-    for (std::size_t i = last + 1; i < items_.size(); ++i) {
-      if (has_line_end(bytes_of(items_[i])) || items_[i].type == kLineBreak) break;
+  if (items_[last].kind != ItemKind::kText ||
+      !has_line_end(last_text.substr(last_text.size() - trailing_space(last_text)))) {
+    for (std::size_t i = last + 1; i < items_.size() && !ends_line(items_[i]); ++i)
       if (items_[i].kind == ItemKind::kContent) last = i;
-    }
   }
-
-  include_partners(items_, first, last);
-  return true;
 }
 
 // The "id" of the innermost element in the paragraph that contains all of its text.
