@@ -1,6 +1,7 @@
 #include "platform/posix/host.h"
 
 #include <fcntl.h>
+#include <pwd.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -144,7 +145,11 @@ std::string config_folder() {
   };
   if (const std::string own = variable("KAVO_CONFIG_FOLDER"); !own.empty()) return own;
   if (const std::string shared = variable("XDG_CONFIG_HOME"); !shared.empty()) return shared + "/kavo";
-  return variable("HOME") + "/.config/kavo";
+  std::string home = variable("HOME");
+  if (home.empty()) {  // services and cron jobs may run without it
+    if (const passwd* const user = ::getpwuid(::getuid())) home = user->pw_dir;
+  }
+  return home + "/.config/kavo";
 }
 
 void make_host_folder(const std::string& path) {

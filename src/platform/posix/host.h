@@ -55,7 +55,7 @@ std::optional<std::string> read_host_file(const std::string& path);
 void replace_host_file(const std::string& path, std::string_view bytes);
 
 // The folder of this user's settings, without "/" at its end: KAVO_CONFIG_FOLDER, or else kavo below XDG_CONFIG_HOME or
-// ~/.config.
+// .config in the home folder: HOME, or else what the user database says.
 std::string config_folder();
 // Makes a folder and all folders above it. Throws `failure`.
 void make_host_folder(const std::string& path);
