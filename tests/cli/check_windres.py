@@ -11,6 +11,7 @@ import pathlib, re, shutil, struct, subprocess, sys, tempfile
 import xml.etree.ElementTree as ElementTree
 
 COMPILER = "x86_64-w64-mingw32-windres"
+PREPROCESSOR = "x86_64-w64-mingw32-gcc"
 XLIFF = "{urn:oasis:names:tc:xliff:document:1.2}"
 SHOWN = {"\\n": "\n", "\\r\\n": "\r\n", "\\t": "\t"}
 # Of scripts that do not say it, the language that they are in.
@@ -85,16 +86,28 @@ def compiled(folder, script, stand_ins):
     return result
 
 
-def texts_of(tud):
+def macros_of(script, names):
+    """What the preprocessor puts in the place of macros that stand between literals."""
+    lines = readable(script).decode("latin-1").splitlines()
+    defines = [line for line in lines if re.match(r"\s*#\s*define\b", line)]
+    shown = run(PREPROCESSOR, "-E", "-P", "-x", "c", "-", input="\n".join(defines + names).encode()).decode()
+    values = shown.splitlines()[-len(names):] if names else []
+    return {name: value[1:-1] for name, value in zip(names, values) if value.startswith('"')}
+
+
+def texts_of(tud, script):
     """The translations as a program reads them; of a text with a code that no one here can read, the longest piece."""
+    units = list(ElementTree.parse(tud).iter(XLIFF + "trans-unit"))
+    codes = [code.text for unit in units for code in unit.find(XLIFF + "target") if code.get("ctype") == "x-macro"]
+    known = SHOWN | macros_of(script, sorted(set(codes)))
     texts = []
-    for unit in ElementTree.parse(tud).iter(XLIFF + "trans-unit"):
+    for unit in units:
         target = unit.find(XLIFF + "target")
         pieces = [target.text or ""]
         for code in target:
             shown = code.text or ""
-            if shown in SHOWN or shown.startswith("%"):
-                pieces[-1] += SHOWN.get(shown, shown)
+            if shown in known or shown.startswith("%"):
+                pieces[-1] += known.get(shown, shown)
             else:
                 pieces.append("")
             pieces[-1] += code.tail or ""
@@ -122,7 +135,7 @@ def check(kavo, script, folder, target, is_real):
     run(kavo, "pseudo", "-q", tud)
     run(kavo, "rebuild", "-q", tud)
     after = compiled(folder, folder / f"{script.stem}_{target}.rc", stand_ins)
-    texts = texts_of(tud)
+    texts = texts_of(tud, copy)
     missing = [text for text in texts if text.encode("utf-16-le") not in after]
     changed = [text for text in texts if text.encode("utf-16-le") not in before]
     print(f"{script.name} to {target}: {len(texts)} texts, {len(missing)} not compiled")

@@ -57,6 +57,18 @@ struct TargetCase {
 };
 
 const TargetCase kTargets[] = {
+    {"macros stay between the literals",
+     "LANGUAGE 9,1\nSTRINGTABLE\n{\n1 \"a \" APP \" b\"\n2 APP\n  \"c\" \"d\" TEXT(1)\n3 L\"e\"APP\"\\0\"\n4 \"\" APP \"f\"\n}\n"sv,
+     u"FR",
+     {u"b <1/> a", u"d<2/> <1/>", u"<1/>e", u"g<1/>"},
+     "LANGUAGE 12, 1\n#pragma code_page(1252)\nSTRINGTABLE\n{\n1 \"b \" APP \" a\"\n2 \"d\" TEXT(1) \" \" APP\n3 L\"\" "
+     "APP "
+     "L\"e\\0\"\n4 \"g\" APP \"\"\n}\n"sv},
+    {"beside macros, a literal in numbers is wide",
+     "LANGUAGE 9,1\nD DIALOG 0,0,1,1\nCAPTION\"a\"APP\n{\n}\n"sv,
+     u"FR",
+     {u"<1/> \u0430"},
+     "LANGUAGE 12, 1\n#pragma code_page(1252)\nD DIALOG 0,0,1,1\nCAPTION L\"\" APP L\" \\x0430\"\n{\n}\n"sv},
     {"language by name",
      "LANGUAGE LANG_ENGLISH, SUBLANG_ENGLISH_US\nSTRINGTABLE BEGIN 1 \"one\" END\n"sv,
      u"FR",
@@ -165,10 +177,14 @@ TEST_F(RcFilterTargetTest, AScriptWithoutTheSourceLanguageIsRefused) {
 TEST_F(RcFilterTargetTest, TextsLeftAloneAreCounted) {
   convert_to(
       "A ACCELERATORS { \"a\", 1 }\nB ACCELERATORS { \"a\", 1 }\nC RCDATA { \"x\" }\nD \"OWN\" { 1 }\nE DLGINIT { 1 }\n"
+      "1 MESSAGETABLE \"a.bin\"\nF MESSAGETABLE b.bin\nG TOOLBAR 16, 15 BEGIN BUTTON 1 SEPARATOR END\n"
+      "3 TEXTINCLUDE { \"x\" }\n"
       "LANGUAGE 9,1\nSTRINGTABLE { 1 \"a\" }\nLANGUAGE 7,1\nSTRINGTABLE { 1 \"a\" 2 \"b\" }\n",
       u"EN-US", u"FR");
-  EXPECT_EQ(told_, std::vector<std::u16string>{
-                       u"left as they are: 1 \"OWN\", 2 ACCELERATORS, 1 DLGINIT, 1 RCDATA, 2 texts in DE"});
+  EXPECT_EQ(told_,
+            std::vector<std::u16string>{
+                u"left as they are: 1 \"OWN\", 2 ACCELERATORS, 1 DLGINIT, 2 MESSAGETABLE, 1 RCDATA, 1 TEXTINCLUDE, "
+                u"1 TOOLBAR, 2 texts in DE"});
 }
 
 TEST_F(RcFilterTargetTest, AccessKeysAndMarkersAreChecked) {
@@ -195,6 +211,12 @@ TEST_F(RcFilterTargetTest, AccessKeysAndMarkersAreChecked) {
                        u"segment 7 (line 9, column 30): the marker %2 is missing"}));
 }
 
+TEST_F(RcFilterTargetTest, MissingMacrosAreReportedAndTheirOrderIsFree) {
+  const std::u16string tud = convert_to("STRINGTABLE { 1 \"%d a\" APP \"b \" YEAR 2 \"c\" APP }\n", u"EN-US", u"FR");
+  built(tud, {u"<3/> x <1/> <2/>", u"y"});
+  EXPECT_EQ(told_, std::vector<std::u16string>{u"segment 2 (line 1, column 40): the macro APP is missing"});
+}
+
 TEST_F(RcFilterTargetTest, DialogsTakeTheFontOfTheOptions) {
   const FilterOptions options = {
       {"rc.dialog-font", "MS UI Gothic"}, {"rc.dialog-font-size", "9"}, {"rc.dialog-charset", "128"}};
@@ -210,20 +232,21 @@ TEST_F(RcFilterTargetTest, DialogsTakeTheFontOfTheOptions) {
 
 TEST_F(RcFilterTargetTest, IdentifiersNameTheirTexts) {
   convert_to(
-      "STRINGTABLE\n{\n IDS_A \"a\"\n IDS_LONG_NAME\n   \"b\"\n IDS_B+1, \"c\"\n}\nIDD_X DIALOG 0,0,1,1\nCAPTION "
+      "STRINGTABLE\n{\n IDS_A \"a\"\n IDS_LONG_NAME\n   \"b\"\n IDS_B+1, \"c\" APP\n IDS_M APP \"m\" APP\n IDS_N + 1 "
+      "APP \"n\" IDS_O, \"o\"\n}\nIDD_X DIALOG 0,0,1,1\nCAPTION "
       "\"d\"\n{\n"
-      "LTEXT \"e\", IDC_E,0,0,1,1\n}\nIDM_X MENU\n{\nPOPUP \"f\"\n{\nMENUITEM \"g\", ID_G\n}\n}\n"
+      "LTEXT APP \"e\", IDC_E,0,0,1,1\n}\nIDM_X MENU\n{\nPOPUP \"f\"\n{\nMENUITEM \"g\", ID_G\n}\n}\n"
       "1 VERSIONINFO { BLOCK \"StringFileInfo\" { VALUE \"Comments\", \"h\" VALUE \"InternalName\", \"i\" } }\n",
       u"EN-US", u"FR");
   const std::string xml = get(u"a_rc_FR.tud");
   std::vector<std::string> names;
   for (std::size_t at = xml.find("resname=\""); at != std::string::npos; at = xml.find("resname=\"", at + 1))
     names.push_back(xml.substr(at + 9, xml.find('"', at + 9) - at - 9));
-  EXPECT_EQ(names, (std::vector<std::string>{"IDS_A", "IDS_LONG_NAME", "IDS_B+1", "IDD_X", "IDC_E", "IDM_X", "ID_G",
-                                             "Comments", "InternalName"}));
+  EXPECT_EQ(names, (std::vector<std::string>{"IDS_A", "IDS_LONG_NAME", "IDS_B+1", "IDS_M", "IDS_N + 1", "IDS_O",
+                                             "IDD_X", "IDC_E", "IDM_X", "ID_G", "Comments", "InternalName"}));
   const BilingualDocument document(in_folder(u"a_rc_FR.tud"));
-  EXPECT_EQ(document.segment(8).status, TranslationStatus::kLocked);
-  EXPECT_EQ(document.segment(7).status, TranslationStatus::kUntranslated);
+  EXPECT_EQ(document.segment(11).status, TranslationStatus::kLocked);
+  EXPECT_EQ(document.segment(10).status, TranslationStatus::kUntranslated);
 }
 
 }  // namespace

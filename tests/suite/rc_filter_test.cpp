@@ -24,6 +24,30 @@ const Case kScripts[] = {
     {"several literals are one text",
      "STRINGTABLE\nBEGIN\n 1 \"One \"\n   \"two\" /* x */ \" three\"\nEND\n"sv,
      {u"One two three"}},
+    {"a macro between literals is a code",
+     "STRINGTABLE\nBEGIN\n IDS_A \"a \" APP \" b\"\n IDS_B APP \" c\" // APP\n IDS_C, APP \" d \"\n   APP\n   \"e\"\n"
+     " IDS_F \"f \" APP VERSION_TEXT(MAJOR, (1)) \"g\"\nEND\n"sv,
+     {u"a <1/> b", u"<1/> c", u"<1/> d ", u"e", u"f <1/><2/>g"}},
+    {"a name at the start of a line or before a comma is the next string's",
+     "STRINGTABLE\nBEGIN\n IDS_A \"a\"\n IDS_B\n \"b\" IDS_C, \"c\" \\\n APP /* x */ \"d\"\n IDS_E + 1 \"e\"\nEND\n"sv,
+     {u"a", u"b", u"c<1/>d", u"e"}},
+    {"macros alone and beside signs are no text",
+     "STRINGTABLE\nBEGIN\n 1 APP\n 2 \"\" APP\n 3 \"1.\" VERSION \" (\xA9)\"\nEND\n1 VERSIONINFO { VALUE \"Comments\", "
+     "VERSION \"\\0\" }\n"sv,
+     {}},
+    {"macros in captions, controls and menus",
+     "D DIALOG 0,0,1,1\nCAPTION \"About \" APP\nFONT 8, \"System\"\nBEGIN\n LTEXT APP\n \" in \" LAND, 1,0,0,1,1\n"
+     " CTEXT \"x\" IDC_X 0 0 1 1\nEND\nM MENU\nBEGIN\nPOPUP \"About \" APP\nBEGIN\nMENUITEM \"Quit \" APP, 2\nMENUITEM "
+     "\"y\" "
+     "ID_Y\nEND\nPOPUP \"z\" GRAYED\nBEGIN\nEND\nEND\n"sv,
+     {u"About <1/>", u"<1/> in <2/>", u"x", u"About <1/>", u"Quit <1/>", u"y", u"z"}},
+    {"macros in version values",
+     "1 VERSIONINFO\nBEGIN\nBLOCK \"StringFileInfo\"\nBEGIN\nVALUE \"Comments\", \"The \" APP \" thing\\0\"\nVALUE "
+     "\"ProductName\", APP \" a\" YEAR, \"b\", 5, _T(\"c\")\nEND\nEND\n"sv,
+     {u"The <1/> thing", u"<1/> a<2/>", u"b", u"c"}},
+    {"a branch ends a text",
+     "STRINGTABLE\nBEGIN\n1 \"a\" APP\n#ifdef X\n APP \"b\"\n#endif\nEND\n"sv,
+     {u"a<1/>", u"b"}},
     {"joined line", "STRINGTABLE\nBEGIN\n 1 \"One \\\ntwo\"\nEND\n"sv, {u"One two"}},
     {"line end inside", "STRINGTABLE\nBEGIN\n 1 \"One\n   two\"\nEND\n"sv, {u"One<1/>two"}},
     {"quotes", "STRINGTABLE BEGIN 1 \"say \"\"x\"\" \\\"y\\\" z\" END\n"sv, {u"say \"x\" \"y\" z"}},

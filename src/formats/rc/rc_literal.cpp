@@ -174,7 +174,7 @@ void RcLiteralReader::plain(RcPiece& piece) {
 }
 
 void RcLiteralWriter::text(std::string_view utf8) {
-  parts_.push_back({false, std::string(utf8)});
+  parts_.push_back({Part::kText, std::string(utf8)});
   while (!is_wide_ && !utf8.empty()) {
     const std::size_t length = std::max<std::size_t>(utf8_character_length(utf8), 1);
     is_wide_ = !fits(utf8.substr(0, length));
@@ -191,14 +191,24 @@ bool RcLiteralWriter::fits(std::string_view character) const {
 }
 
 void RcLiteralWriter::finish(std::string& bytes) const {
-  coding_.encode(is_wide_ ? "L\"" : "\"", bytes, {});
+  const auto write = [&](std::string_view ascii) { coding_.encode(ascii, bytes, {}); };
+  const std::string_view quote = is_wide_ ? "L\"" : "\"";
+  bool is_open = false;
+  bool is_first = true;
   for (const Part& part : parts_) {
-    if (part.is_code)
-      bytes += part.text;
-    else
+    const bool is_literal = part.kind != Part::kMacro;
+    if (is_open && !is_literal) write("\"");
+    if (!is_first && (!is_open || !is_literal)) write(" ");
+    if (!is_open && is_literal) write(quote);
+    is_open = is_literal;
+    is_first = false;
+    if (part.kind == Part::kText)
       append(part.text, bytes);
+    else
+      bytes += part.text;
   }
-  coding_.encode("\"", bytes, {});
+  if (is_first) write(quote);
+  if (is_first || is_open) write("\"");
 }
 
 void RcLiteralWriter::append(std::string_view utf8, std::string& bytes) const {

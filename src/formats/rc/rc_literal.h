@@ -61,7 +61,7 @@ class RcLiteralReader {
 // between a digit and a word ("50%discount") is not a marker; `before` is the byte in front of `text`.
 std::size_t marker_length(std::string_view text, char before);
 
-// Writes a text as a literal.
+// Writes a text as a literal, or as several with macros between them.
 //
 // The literal becomes L"..." when the coding lacks a character of the text, or when the second byte of a character
 // looks like a backslash (compilers that read bytes would take it for one). In L"..." characters beyond ASCII are
@@ -71,17 +71,21 @@ class RcLiteralWriter {
   // `coding` is the coding of the bytes and must outlive the writer.
   RcLiteralWriter(const TextCoding& coding, bool is_wide) : coding_(coding), is_wide_(is_wide) {}
 
+  // An empty text opens a literal, too.
   void text(std::string_view utf8);
-  // Adds bytes exactly as the script has them.
-  void code(std::string_view bytes) { parts_.push_back({true, std::string(bytes)}); }
+  // Adds bytes to the literal exactly as the script has them.
+  void code(std::string_view bytes) { parts_.push_back({Part::kCode, std::string(bytes)}); }
+  // Ends the literal and adds the bytes of a macro.
+  void macro(std::string_view bytes) { parts_.push_back({Part::kMacro, std::string(bytes)}); }
   // True when it is or has become L"...".
   bool is_wide() const { return is_wide_; }
-  // Appends the literal.
+  // Appends the literals and macros; an empty literal when there is nothing.
   void finish(std::string& bytes) const;
 
  private:
   struct Part {
-    bool is_code;
+    enum Kind : std::uint8_t { kText, kCode, kMacro };
+    Kind kind;
     std::string text;
   };
   // False for a character that must be written as a number.

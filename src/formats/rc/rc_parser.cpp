@@ -107,25 +107,6 @@ bool RcStatement::is_word(std::size_t item, std::string_view keyword) const {
   return item < items.size() && items[item].kind == RcTokenKind::kWord && is_keyword(text(items[item]), keyword);
 }
 
-std::optional<RcTextRun> find_text(const RcStatement& statement, std::size_t item) {
-  const auto& items = statement.items;
-  while (item < items.size() && items[item].kind != RcTokenKind::kLiteral) ++item;
-  return text_at(statement, item);
-}
-
-std::optional<RcTextRun> text_at(const RcStatement& statement, std::size_t item) {
-  const auto& items = statement.items;
-  if (item >= items.size() || items[item].kind != RcTokenKind::kLiteral) return std::nullopt;
-  RcTextRun run{item, item};
-  for (++item; item < items.size(); ++item) {
-    if (items[item].kind == RcTokenKind::kLiteral)
-      run.last = item;
-    else if (items[item].kind != RcTokenKind::kBlank && items[item].kind != RcTokenKind::kComment)
-      break;
-  }
-  return run;
-}
-
 void RcParser::take(const RcToken& token) {
   if (token.kind == RcTokenKind::kDirective) return directive(token);
   if (!is_significant(token.kind)) {
@@ -301,7 +282,7 @@ bool RcParser::begins_statement(const RcToken& token) const {
   if (token.kind != RcTokenKind::kWord) return false;
   switch (context_.resource->type) {
     case RcType::kStrings:
-      return has_literal_;
+      return begins_string(token);
     case RcType::kDialog:
       return is_one_of(token.bytes, kControls);
     case RcType::kMenu:
@@ -309,6 +290,11 @@ bool RcParser::begins_statement(const RcToken& token) const {
     default:
       return is_one_of(token.bytes, kValues);
   }
+}
+
+// A name after a text on the same line is a macro, which stands for more of the text.
+bool RcParser::begins_string(const RcToken& token) const {
+  return has_literal_ && open_brackets_ == 0 && (is_line_start_ || !is_macro_name(token.bytes));
 }
 
 RcStatement::Kind RcParser::kind_in_body() const {
@@ -332,6 +318,11 @@ void RcParser::append(const RcToken& token) {
   if (is_significant(token.kind)) {
     ++significant_count_;
     last_significant_ = statement_.items.size();
+    is_line_start_ = false;
+    if (token.bytes == "(") ++open_brackets_;
+    if (token.bytes == ")" && open_brackets_ != 0) --open_brackets_;
+  } else {
+    is_line_start_ = is_line_start_ || token.kind == RcTokenKind::kDirective || ends_line(token.kind, token.bytes);
   }
   const std::size_t begin = statement_.bytes.size();
   statement_.bytes += token.bytes;
@@ -359,6 +350,7 @@ void RcParser::emit(RcStatement::Kind kind) {
   significant_count_ = 0;
   last_significant_ = 0;
   has_literal_ = false;
+  open_brackets_ = 0;
 }
 
 // Hands out the statement up to an item. The next statement begins with that item.

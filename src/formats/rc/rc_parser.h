@@ -79,18 +79,6 @@ struct RcStatement {
   bool is_word(std::size_t item, std::string_view keyword) const;
 };
 
-// Literals that form one text, because only blanks and comments are between them.
-struct RcTextRun {
-  std::size_t first = 0;  // items, both included
-  std::size_t last = 0;
-};
-
-// The run that begins with an item; nothing when the item is not a literal.
-std::optional<RcTextRun> text_at(const RcStatement& statement, std::size_t item);
-
-// The first run whose first literal is at `item` or after it. Nothing when there is none.
-std::optional<RcTextRun> find_text(const RcStatement& statement, std::size_t item);
-
 class RcParser {
  public:
   using Taker = std::function<void(const RcStatement&)>;
@@ -121,6 +109,7 @@ class RcParser {
   void close_header();
   void body(const RcToken& token);
   bool begins_statement(const RcToken& token) const;
+  bool begins_string(const RcToken& token) const;
   RcStatement::Kind kind_in_body() const;
   void append(const RcToken& token);
   void flush();
@@ -136,6 +125,8 @@ class RcParser {
   std::size_t last_significant_ = 0;
   std::size_t awaited_values_ = 0;  // of an optional statement in a header
   bool has_literal_ = false;
+  bool is_line_start_ = false;     // a line began after the last literal or word
+  std::size_t open_brackets_ = 0;  // of the statement
   std::uint32_t resource_count_ = 0;
 };
 

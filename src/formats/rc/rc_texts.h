@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "formats/rc/rc_parser.h"
+#include "formats/rc/rc_text_run.h"
 
 namespace kavo::rc {
 

@@ -66,6 +66,16 @@ bool RcTokenScanner::next(std::string_view bytes, bool is_all, RcToken& token) {
   return word(bytes, is_all, token);
 }
 
+bool is_macro_name(std::string_view word) {
+  return !word.empty() && !is_digit(word.front()) &&
+         std::ranges::all_of(word, [](char c) { return is_letter(c) || is_digit(c) || c == '_'; });
+}
+
+bool ends_line(RcTokenKind kind, std::string_view bytes) {
+  const bool is_joint = kind == RcTokenKind::kBlank && bytes.starts_with('\\');
+  return !is_joint && bytes.find_first_of("\r\n") != std::string_view::npos;
+}
+
 bool RcTokenScanner::blank(std::string_view bytes, RcToken& token) {
   std::size_t end = 0;
   for (; end < bytes.size() && is_blank(bytes[end]); ++end)

@@ -34,6 +34,11 @@ enum class RcTokenKind : std::uint8_t {
 // True when a byte can be the second one of a character. Quotes and line ends never are.
 constexpr bool is_trail_byte(char c) { return static_cast<unsigned char>(c) >= 0x40; }
 
+// True for what the preprocessor can replace: a letter or "_", then letters, digits and "_".
+bool is_macro_name(std::string_view word);
+// True when a line begins in a blank or a comment, or after it. A joined line goes on.
+bool ends_line(RcTokenKind kind, std::string_view bytes);
+
 struct RcToken {
   RcTokenKind kind = RcTokenKind::kRest;
   std::string_view bytes;

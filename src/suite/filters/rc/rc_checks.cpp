@@ -17,9 +17,14 @@ void add_markers(std::string_view text, std::vector<std::string>& markers) {
   }
 }
 
-// True for "%1" and "%2", which say which argument they mean. "%d" means the next one.
-bool is_numbered(const std::string& marker) {
-  return marker.back() == '!' || (marker.back() >= '0' && marker.back() <= '9');
+// True for "%d", which means the next argument. "%1", "%2" and macros say what they stand for.
+bool has_order(const std::string& marker) {
+  return !is_macro(marker) && marker.back() != '!' && !is_digit(marker.back());
+}
+
+std::vector<std::string> ordered(std::vector<std::string> markers) {
+  std::erase_if(markers, [](const std::string& marker) { return !has_order(marker); });
+  return markers;
 }
 
 }  // namespace
@@ -29,7 +34,7 @@ void RcChecks::see(const Hole& hole, std::string_view translation, const TextCod
   const auto marker_of = [&](std::size_t begin, std::size_t end) {
     std::string text;
     coding.decode_run(std::string_view(hole.original).substr(begin, end - begin), text);
-    return text.starts_with('%') ? text : std::string();
+    return text.starts_with('%') || is_macro(text) ? text : std::string();
   };
   std::vector<std::string> wanted;
   for (const Hole::Code& code : hole.codes)
@@ -61,12 +66,12 @@ void RcChecks::check_markers(const Hole& hole, const std::vector<std::string>& w
     if (count == 0) continue;
     is_complete = false;
     const bool is_known = std::ranges::find(wanted, marker) != wanted.end();
-    tell(hole, "the marker " + marker +
+    tell(hole, (is_macro(marker) ? "the macro " : "the marker ") + marker +
                    (count > 0  ? " is missing"
                     : is_known ? " is doubled"
                                : " is not in the source"));
   }
-  if (is_complete && !std::ranges::all_of(wanted, is_numbered))
+  if (is_complete && ordered(wanted) != ordered(found))
     tell(hole, "the markers are in another order than in the source, which the program does not expect");
 }
 

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "suite/document/word_characters.h"
+
 namespace kavo::rc {
 namespace {
 
@@ -10,6 +12,16 @@ std::string_view tail_of(std::string_view literal) {
   std::string_view text = literal.substr(0, literal.size() - 1);
   while (text.ends_with("\\0") && !text.ends_with("\\\\0")) text.remove_suffix(2);
   return literal.substr(text.size(), literal.size() - 1 - text.size());
+}
+
+bool has_letter(std::string_view utf8) {
+  while (!utf8.empty()) {
+    const std::size_t length = std::max<std::size_t>(utf8_character_length(utf8), 1);
+    const char32_t c = utf8_code_point(utf8.substr(0, length));
+    if (is_letter_or_digit(c) && !is_word_digit(c)) return true;
+    utf8.remove_prefix(length);
+  }
+  return false;
 }
 
 // "DIALOGEX/PUSHBUTTON", "MENU/POPUP", "STRINGTABLE".
@@ -122,7 +134,7 @@ void RcExtraction::header(const RcStatement& statement) {
       std::size_t literal = statement.significant(statement.significant(item + 1) + 1);
       if (literal < statement.items.size() && statement.text(statement.items[literal]) == ",")
         literal = statement.significant(literal + 1);
-      const auto name = text_at(statement, literal);
+      const auto name = literals_at(statement, literal);
       if (!name) continue;
       std::size_t end = name->last + 1;
       // Weight, italics and character set follow, each after a comma.
@@ -166,14 +178,18 @@ RcExtraction::Builder& RcExtraction::builder(unsigned code_page) {
 
 // False for a text that nobody reads. Nothing is written then.
 bool RcExtraction::segment(const RcStatement& statement, const RcText& text) {
-  const std::string_view first = statement.text(statement.items[text.run.first]);
-  const std::string_view last = statement.text(statement.items[text.run.last]);
+  const auto is_literal = [](const RcStatement::Item& item) { return item.kind == RcTokenKind::kLiteral; };
+  const RcStatement::Item* const items = statement.items.data();
+  const RcStatement::Item& first = *std::find_if(items + text.run.first, items + text.run.last, is_literal);
+  const RcStatement::Item& last = items[text.run.last];
   RcTextPlace place;
-  place.is_wide = first.front() != '"';
+  place.is_wide = statement.text(first).front() != '"';
   place.is_glued = is_word_end_;
+  place.begins_with_macro = !is_literal(items[text.run.first]);
+  place.ends_with_macro = !is_literal(last);
   place.code_page = script_.code_page(statement.code_page);
   place.dialog = text.kind == RcText::kControl && text.has_access_key ? statement.resource->number : 0;
-  place.tail = tail_of(last);
+  if (!place.ends_with_macro) place.tail = tail_of(statement.text(last));
   builder_ = &builder(place.code_page);
   SegmentBuilder& segment = builder_->segment;
   segment.start(line_, column_);
@@ -185,15 +201,7 @@ bool RcExtraction::segment(const RcStatement& statement, const RcText& text) {
     segment.note(statement.resource->type_name + " " + statement.resource->name);
   segment.element(element_of(statement, text));
   segment.locked(text.is_fixed);
-  for (std::size_t item = text.run.first; item <= text.run.last; ++item) {
-    const RcStatement::Item& one = statement.items[item];
-    const std::string_view bytes = statement.text(one);
-    if (one.kind == RcTokenKind::kLiteral)
-      literal(statement, bytes, item == text.run.last ? std::string_view(place.tail) : std::string_view());
-    else
-      segment.add_hidden(script_.original(bytes));
-  }
-  if (!segment.has_text()) return false;
+  if (!run(statement, text.run, place.tail)) return false;
   if (text.has_access_key) place.key = access_key_of(plain_);
   segment.context(to_context(place));
   sink_.segment(segment.finish());
@@ -201,6 +209,27 @@ bool RcExtraction::segment(const RcStatement& statement, const RcText& text) {
               .substr(statement.items[text.run.first].begin,
                       statement.items[text.run.last].end - statement.items[text.run.first].begin));
   return true;
+}
+
+// False when nobody reads it. Beside a macro, digits and signs alone are no text: "1." VERSION.
+bool RcExtraction::run(const RcStatement& statement, const RcTextRun& run, std::string_view tail) {
+  SegmentBuilder& segment = builder_->segment;
+  bool has_macro = false;
+  for (std::size_t item = run.first; item <= run.last; ++item) {
+    const RcStatement::Item& one = statement.items[item];
+    if (one.kind == RcTokenKind::kLiteral) {
+      literal(statement, statement.text(one), item == run.last ? tail : std::string_view());
+    } else if (const auto end = macro_end(statement, item)) {
+      const std::string_view macro =
+          std::string_view(statement.bytes).substr(one.begin, statement.items[*end].end - one.begin);
+      segment.add_code(CodeKind::kStandalone, kMacroType, macro, script_.original(macro));
+      has_macro = true;
+      item = *end;
+    } else {
+      segment.add_hidden(script_.original(statement.text(one)));
+    }
+  }
+  return segment.has_text() && (!has_macro || has_letter(plain_));
 }
 
 void RcExtraction::literal(const RcStatement& statement, std::string_view bytes, std::string_view tail) {

@@ -36,6 +36,7 @@ class RcExtraction {
   void header(const RcStatement& statement);
   void texts(const RcStatement& statement);
   bool segment(const RcStatement& statement, const RcText& text);
+  bool run(const RcStatement& statement, const RcTextRun& run, std::string_view tail);
   void literal(const RcStatement& statement, std::string_view bytes, std::string_view tail);
   void piece(const RcPiece& piece);
 

@@ -131,6 +131,7 @@ void RcFilter::write_segment(const Hole& hole, std::string_view translation, std
   const TextCoding& target = coding(target_of(place.code_page));
   RcLiteralWriter writer(target, place.is_wide);
   std::string shown;
+  if (!place.begins_with_macro) writer.text("");
   CodedTextReader reader(translation);
   for (CodedPart part; reader.next(part);) {
     if (!part.is_code) {
@@ -143,12 +144,16 @@ void RcFilter::write_segment(const Hole& hole, std::string_view translation, std
     // The blanks after a real line end belong to it.
     if (shown.starts_with('\n') || shown.starts_with('\r'))
       writer.text("\n");
+    else if (is_macro(shown))
+      writer.macro(code);
     else
       writer.code(code);
   }
-  std::string tail;
-  target.encode(place.tail, tail, {});
-  writer.code(tail);
+  if (!place.ends_with_macro) {
+    std::string tail;
+    target.encode(place.tail, tail, {});
+    writer.code(tail);
+  }
   // Without a blank the L would become part of the word.
   if (place.is_glued && writer.is_wide()) target.encode(" ", bytes, {});
   writer.finish(bytes);

@@ -73,7 +73,11 @@ std::string access_key_of(std::string_view utf8) {
 }
 
 std::string to_context(const RcTextPlace& place) {
-  std::string context(place.is_wide ? "L" : place.is_glued ? "g" : "");
+  std::string context;
+  if (place.is_wide) context += 'L';
+  if (place.is_glued) context += 'g';
+  if (place.begins_with_macro) context += 'b';
+  if (place.ends_with_macro) context += 'e';
   for (const std::string& part : {std::to_string(place.code_page), std::to_string(place.dialog), place.key, place.tail})
     context += kSeparator + part;
   return context;
@@ -81,8 +85,15 @@ std::string to_context(const RcTextPlace& place) {
 
 RcTextPlace to_place(std::string_view context) {
   const auto parts = parts_of(context, 5);
-  return {parts[0] == "L",     parts[0] == "g",       to_number(parts[1]),
-          to_number(parts[2]), std::string(parts[3]), std::string(parts[4])};
+  const auto has = [&](char flag) { return parts[0].find(flag) != std::string_view::npos; };
+  return {.is_wide = has('L'),
+          .is_glued = has('g'),
+          .begins_with_macro = has('b'),
+          .ends_with_macro = has('e'),
+          .code_page = to_number(parts[1]),
+          .dialog = to_number(parts[2]),
+          .key = std::string(parts[3]),
+          .tail = std::string(parts[4])};
 }
 
 std::string to_data(const RcFacts& facts) {

@@ -7,13 +7,16 @@
 #include <string_view>
 
 #include "formats/rc/rc_languages.h"
+#include "formats/text/ascii.h"
 
 namespace kavo::rc {
 
 // Kept as the context of a segment.
 struct RcTextPlace {
-  bool is_wide = false;      // L"..."
-  bool is_glued = false;     // a word comes directly before it
+  bool is_wide = false;   // L"..."
+  bool is_glued = false;  // a word comes directly before it
+  bool begins_with_macro = false;
+  bool ends_with_macro = false;
   unsigned code_page = 0;    // of its bytes
   std::uint32_t dialog = 0;  // the number of the dialog of a control that can have an access key, 0 for none
   std::string key;           // its access key when it has exactly one, UTF-8
@@ -32,6 +35,8 @@ inline constexpr std::string_view kReplaceOption = "overwrite";
 
 // The type of the codes that are printf markers.
 inline constexpr std::string_view kMarkerType = "x-printf";
+// The type of the codes that are macros between literals.
+inline constexpr std::string_view kMacroType = "x-macro";
 
 // Kinds of computed places, in the lower byte; a code page above it.
 enum ComputedKind : std::uint32_t {
@@ -57,6 +62,9 @@ struct RcDialogFont {
 };
 
 bool is_ascii(std::string_view bytes);
+
+// True for the bytes of a code that are a macro. Other codes begin with a sign.
+constexpr bool is_macro(std::string_view code) { return !code.empty() && (is_letter(code[0]) || code[0] == '_'); }
 
 // What rebuilding must know about the whole script. Kept as the document's facts.
 struct RcFacts {
