@@ -27,6 +27,9 @@ inline std::string without_edge_codes(std::string_view coded) {
   };
   while (!parts.empty() && is_edge(parts.front())) parts.erase(parts.begin());
   while (!parts.empty() && is_edge(parts.back())) parts.pop_back();
+  // A hard space that becomes a statement of its own stands outside, too.
+  if (!parts.empty() && !parts.front().is_code) parts.front().text.remove_prefix(leading_blanks(parts.front().text));
+  if (!parts.empty() && !parts.back().is_code) parts.back().text.remove_suffix(trailing_blanks(parts.back().text));
   std::map<std::string_view, std::uint32_t> ids;
   std::string text;
   for (const CodedPart& part : parts) {

@@ -230,6 +230,17 @@ TEST_F(RcFilterTargetTest, DialogsTakeTheFontOfTheOptions) {
       "\"b\",1,0,0,1,1 }\nB DIALOG 0,0,1,1\nFONT 9, \"MS UI Gothic\"\n{ }\n");
 }
 
+TEST_F(RcFilterTargetTest, NamesMayHoldAnything) {
+  convert_to(
+      "D\xC9 DIALOG 0,0,1,1\nCAPTION \"a\"\n{\nLTEXT \"b\", I\xC9\x04,0,0,1,1\n}\n"
+      "D\x04 MENU { MENUITEM \"c\", 1 }\n",
+      u"EN-US", u"FR");
+  const std::string xml = get(u"a_rc_FR.tud");
+  for (const char* known : {"<note>DIALOG D\xC3\x89</note>", "resname=\"I\xC3\x89\"", "<note>MENU D</note>"})
+    EXPECT_NE(xml.find(known), std::string::npos) << known << xml;
+  EXPECT_EQ(BilingualDocument(in_folder(u"a_rc_FR.tud")).size(), 3U);
+}
+
 TEST_F(RcFilterTargetTest, IdentifiersNameTheirTexts) {
   convert_to(
       "STRINGTABLE\n{\n IDS_A \"a\"\n IDS_LONG_NAME\n   \"b\"\n IDS_B+1, \"c\" APP\n IDS_M APP \"m\" APP\n IDS_N + 1 "

@@ -55,6 +55,10 @@ const Case kStructure[] = {
      "a\\cell b\\row c\\sect d\\page e\\\nf X\\nestcell}"},
     {"blanks in front stay outside", "\\par   x \\par}", {u"x "}, "\\par   X \\par}"},
     {"line ends in a text", "a\r\n x\\par}", {u"a x"}, "a X\\par}"},
+    {"a line break and a tab in numbers are codes, too",
+     "a\\u10?b\\u9 ?c\\'09d\\u13?x\\par}",
+     {u"a<1/>b<2/>c<3/>d<4/>x"},
+     "a\\u10?\n{}b\\u9 ?\n{}c\\'09d\\u13?\n{}X\\par}"},
     {"a line break and a tab are codes", "a\\line b\\tab x\\par}", {u"a<1/>b<2/>x"}, "a\\line b\\tab X\\par}"},
     {"destinations of data",
      "{\\stylesheet{x;}}{\\*\\unknown x}{\\*\\generator x;}{\\info{\\author x}}{\\listtext x}{\\pict x}"

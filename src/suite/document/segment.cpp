@@ -30,10 +30,10 @@ std::string in_hexadecimal(std::string_view bytes) {
   return shown += ']';
 }
 
-// Well-formed UTF-8 with only characters that XML has, shortened if it is long.
-std::string presentable(std::string_view shown) {
+// Well-formed UTF-8 with only characters that XML has, shortened if it is longer than `limit` bytes.
+std::string presentable(std::string_view shown, std::size_t limit = kLongestShown) {
   std::string result;
-  while (!shown.empty() && result.size() < kLongestShown) {
+  while (!shown.empty() && result.size() < limit) {
     const std::size_t length = utf8_character_length(shown);
     const bool fits = length != 0 && is_xml_character(utf8_code_point(shown.substr(0, length)));
     result += fits ? std::string(shown.substr(0, length)) : in_hexadecimal(shown.substr(0, 1));
@@ -41,6 +41,12 @@ std::string presentable(std::string_view shown) {
   }
   if (!shown.empty()) result += "...";
   return result;
+}
+
+// What a document calls its parts may hold anything.
+void make_presentable(std::string& text) {
+  if (std::ranges::all_of(text, [](char c) { return c >= ' ' && c < 0x7F; })) return;
+  text = presentable(text, std::string::npos);
 }
 
 }  // namespace
@@ -124,6 +130,8 @@ void SegmentBuilder::equivalent(std::string_view value) { segment_.codes.back().
 void SegmentBuilder::end_code() { segment_.codes.back().end = segment_.original.size(); }
 
 const Segment& SegmentBuilder::finish() {
+  for (std::string* const text : {&segment_.name, &segment_.note, &segment_.comment, &segment_.element})
+    make_presentable(*text);
   if (segment_.codes.empty()) return segment_;
   pair_codes();
   std::string text;

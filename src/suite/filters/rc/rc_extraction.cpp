@@ -197,8 +197,11 @@ bool RcExtraction::segment(const RcStatement& statement, const RcText& text) {
   std::string name;
   builder_->coding.decode_run(script_.original(text.name), name);
   segment.name(name);
-  if (text.kind == RcText::kControl || text.kind == RcText::kMenuItem)
-    segment.note(statement.resource->type_name + " " + statement.resource->name);
+  if (text.kind == RcText::kControl || text.kind == RcText::kMenuItem) {
+    std::string note = statement.resource->type_name + " ";
+    builder_->coding.decode_run(script_.original(statement.resource->name), note);
+    segment.note(note);
+  }
   segment.element(element_of(statement, text));
   segment.locked(text.is_fixed);
   if (!run(statement, text.run, place.tail)) return false;

@@ -221,25 +221,25 @@ void SegmentMaker::add_text(const Item& item) {
   TextReader reader(paragraph_->bytes_of(item), item.coding, item.fallback);
   unsigned fallback = item.fallback;
   for (TextUnit unit; reader.next(unit); fallback = reader.fallback()) {
-    switch (unit.kind) {
-      case TextUnit::Kind::kPlain:
-      case TextUnit::Kind::kCharacter:
-        builder_.add_text(unit.text, unit.bytes);
-        break;
-      case TextUnit::Kind::kInvalid:
-        // In another font, or with another number of bytes after \uN, these bytes might form a character.
-        if (item.look != first_look_) code_words_[next_id_] = words_for(item.look);
-        if (fallback != fallback_) code_words_[next_id_].append("\\uc").append(std::to_string(fallback));
-        ++next_id_;
-        if (unit.bytes == "\t")
-          builder_.add_code(CodeKind::kStandalone, "x-tab", {}, unit.bytes);
-        else
-          builder_.add_code(CodeKind::kStandalone, "x-byte", in_hexadecimal(unit.bytes), unit.bytes);
-        break;
-      case TextUnit::Kind::kNothing:
-        builder_.add_hidden(unit.bytes);
-        break;
+    if (unit.kind == TextUnit::Kind::kNothing) {
+      builder_.add_hidden(unit.bytes);
+      continue;
     }
+    // \u9 and \u10 are what \tab and \line are, and a translation is written with these.
+    const bool is_tab = unit.text == "\t" || unit.bytes == "\t";
+    const bool is_line = unit.text == "\n" || unit.text == "\r";
+    if (!is_tab && !is_line && unit.kind != TextUnit::Kind::kInvalid) {
+      builder_.add_text(unit.text, unit.bytes);
+      continue;
+    }
+    // In another font, or with another number of bytes after \uN, these bytes might form a character.
+    if (item.look != first_look_) code_words_[next_id_] = words_for(item.look);
+    if (fallback != fallback_) code_words_[next_id_].append("\\uc").append(std::to_string(fallback));
+    ++next_id_;
+    if (is_tab || is_line)
+      builder_.add_code(CodeKind::kStandalone, is_tab ? "x-tab" : "lb", {}, unit.bytes);
+    else
+      builder_.add_code(CodeKind::kStandalone, "x-byte", in_hexadecimal(unit.bytes), unit.bytes);
   }
   if (fallback != item.fallback) rest_.append("\\uc").append(std::to_string(fallback)).append(" ");
 }

@@ -21,7 +21,13 @@ constexpr std::size_t kFormatReach = 4096;
 constexpr unsigned kWestern = 1252;
 constexpr unsigned kMacintosh = 10000;
 
-// Reads the control words before the second group.
+// True for text that is more than blanks. Control words after it stand in a paragraph and may move with its words.
+bool is_text(const rtf::Token& token) {
+  return (token.kind == rtf::TokenKind::kText && token.bytes.find_first_not_of(' ') != token.bytes.npos) ||
+         token.kind == rtf::TokenKind::kByte;
+}
+
+// Reads the control words before the second group and the first text.
 rtf::DocumentFormat format_of(std::string_view beginning, unsigned usual_code_page) {
   rtf::DocumentFormat format;
   format.code_page = usual_code_page == kUtf8CodePage ? kWestern : usual_code_page;
@@ -29,7 +35,7 @@ rtf::DocumentFormat format_of(std::string_view beginning, unsigned usual_code_pa
   rtf::Token token;
   for (int groups = 0; !beginning.empty(); beginning.remove_prefix(token.bytes.size())) {
     scanner.next(beginning, true, nullptr, token);
-    if (token.kind == rtf::TokenKind::kOpen && ++groups == 2) break;
+    if ((token.kind == rtf::TokenKind::kOpen && ++groups == 2) || is_text(token)) break;
     if (token.is_word("mac")) format.code_page = kMacintosh;
     if (token.is_word("pc")) format.code_page = 437;
     if (token.is_word("pca")) format.code_page = 850;
