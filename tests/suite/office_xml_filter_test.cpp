@@ -17,9 +17,10 @@ constexpr std::string_view kStart =
 
 std::string document(std::string_view content) { return std::string(kStart).append(content) + "</kavo-office>\n"; }
 
-std::string seg(std::string_view content, std::string_view runs = "4", std::string_view place = "sheet:1/cell:A1") {
-  return "<seg place=\"" + std::string(place) + "\" check=\"00000000\" runs=\"" + std::string(runs) + "\">" +
-         std::string(content) + "</seg>\n";
+std::string seg(std::string_view content, std::string_view runs = "4", std::string_view place = "sheet:1/cell:A1",
+                std::string_view style = {}) {
+  return "<seg place=\"" + std::string(place) + "\" check=\"00000000\" runs=\"" + std::string(runs) + "\"" +
+         std::string(style) + ">" + std::string(content) + "</seg>\n";
 }
 
 class OfficeXmlFilter : public SuiteTest {
@@ -100,12 +101,12 @@ TEST_F(OfficeXmlFilter, ANoteGivesTheNamesOfSheetAndShape) {
   }
 }
 
-TEST_F(OfficeXmlFilter, SheetsColumnsAndRowsCanBeExcluded) {
-  const std::string xml = document(place("sheet:1", "Prices") + seg("a1") + seg("b1", "2", "sheet:1/cell:B1") +
-                                   seg("c3", "2", "sheet:1/cell:C3") + seg("remark", "6", "sheet:1/cell:B1/comment") +
-                                   seg("box", "3", "sheet:1/shape:1/paragraph:1") + seg("Prices", "6", "sheet:1/name") +
-                                   place("sheet:2", "R!D") + seg("other b1", "8", "sheet:2/cell:B1") +
-                                   seg("aa10", "4", "sheet:2/cell:AA10"));
+TEST_F(OfficeXmlFilter, SheetsColumnsRowsAndStylesCanBeExcluded) {
+  const std::string xml = document(
+      place("sheet:1", "Prices") + seg("a1") + seg("b1", "2", "sheet:1/cell:B1") +
+      seg("c3", "2", "sheet:1/cell:C3", " style=\"Heading 1\"") + seg("remark", "6", "sheet:1/cell:B1/comment") +
+      seg("box", "3", "sheet:1/shape:1/paragraph:1") + seg("Prices", "6", "sheet:1/name") + place("sheet:2", "R!D") +
+      seg("other b1", "8", "sheet:2/cell:B1") + seg("aa10", "4", "sheet:2/cell:AA10", " style=\"R&amp;D\""));
   using Texts = std::vector<std::u16string>;
   const struct {
     const char* key;
@@ -117,6 +118,7 @@ TEST_F(OfficeXmlFilter, SheetsColumnsAndRowsCanBeExcluded) {
       {"xls.excluded-columns", "b", {u"a1", u"c3", u"box", u"Prices", u"aa10"}},
       {"xls.excluded-columns", "Prices!A:C", {u"box", u"Prices", u"other b1", u"aa10"}},
       {"xls.excluded-columns", "R!D!B, AA", {u"a1", u"b1", u"c3", u"remark", u"box", u"Prices"}},
+      {"xls.excluded-styles", "heading 1, R&D", {u"a1", u"b1", u"remark", u"box", u"Prices", u"other b1"}},
       {"xls.excluded-rows", "1", {u"c3", u"box", u"Prices", u"aa10"}},
       {"xls.excluded-rows", "Prices!2:9, R!D!10", {u"a1", u"b1", u"remark", u"box", u"Prices", u"other b1"}},
   };
@@ -176,8 +178,7 @@ TEST_F(OfficeXmlFilter, TranslationsAreWrittenAsTheFormatWantsThem) {
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
-    const std::u16string xml =
-        translate(document(c.xml), [&](const std::u16string&) { return c.translation; });
+    const std::u16string xml = translate(document(c.xml), [&](const std::u16string&) { return c.translation; });
     EXPECT_EQ(content(xml), c.written);
   }
 }
@@ -185,9 +186,9 @@ TEST_F(OfficeXmlFilter, TranslationsAreWrittenAsTheFormatWantsThem) {
 TEST_F(OfficeXmlFilter, LinksAndFieldsMustStay) {
   const std::string xml = document(seg("<g id=\"1\">Page </g><x id=\"2\"/><g id=\"3\">x</g>", "5 field link"));
   for (const std::u16string translation : {u"<1>Page</1><3>x</3>", u"<1>Page</1><2/>"})
-    EXPECT_NE(reason_of([&] { translate(xml, [&](const std::u16string&) { return translation; }); })
-                  .find(u" is missing"),
-              std::u16string::npos);
+    EXPECT_NE(
+        reason_of([&] { translate(xml, [&](const std::u16string&) { return translation; }); }).find(u" is missing"),
+        std::u16string::npos);
 }
 
 TEST_F(OfficeXmlFilter, WhatIsNotThisXmlIsRefusedWithItsPlace) {

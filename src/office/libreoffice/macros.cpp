@@ -1,6 +1,8 @@
 #include "office/libreoffice/macros.h"
 
+#include <algorithm>
 #include <set>
+#include <utility>
 #include <vector>
 
 #include "common/document_names.h"
@@ -25,9 +27,11 @@ class Export final : public TextVisitor {
   }
   const TranslatedText* visit(std::string_view place, std::span<const TextRun> runs) override {
     write_names(place);
-    writer_.add_text(place, runs);
+    writer_.add_text(place, runs, std::exchange(style_, {}));
     return nullptr;
   }
+  bool wants_styles() const override { return true; }
+  void style(std::u16string_view name) override { style_ = name; }
   void visit_formula(std::string_view place, std::u16string_view formula) override {
     write_names(place);
     writer_.add_formula(place, formula);
@@ -53,6 +57,7 @@ class Export final : public TextVisitor {
   }
 
   std::vector<Name> names_;  // of the place that was entered last and the places around it
+  std::u16string style_;     // of the next text
   OfficeXmlWriter writer_;
 };
 
@@ -70,6 +75,16 @@ class Import final : public TextVisitor {
     if (found == xml_.texts.end() || found->second.check != check_of(joined_text(runs))) throw_changed(place);
     seen_.insert(found->first);
     return is_unchanged(found->second, runs) ? nullptr : &found->second;
+  }
+
+  std::optional<const TranslatedText*> answer(std::string_view place, std::u16string_view text) override {
+    const auto is_text = [](const TranslatedText::Run& run) { return run.kind == TextRun::Kind::kText; };
+    const auto found = xml_.texts.find(place);
+    if (found == xml_.texts.end() || found->second.check != check_of(text) ||
+        !std::ranges::all_of(found->second.runs, is_text))
+      return std::nullopt;
+    const TextRun run{TextRun::Kind::kText, std::u16string(text)};
+    return visit(place, {&run, 1});
   }
 
   // Throws for a translation whose text the document no longer contains.

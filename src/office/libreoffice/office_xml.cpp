@@ -58,6 +58,14 @@ void append_content(std::string& xml, std::u16string_view text) {
   append_escaped(xml, text.substr(begin));
 }
 
+// As the value of an attribute.
+void append_name(std::string& xml, std::u16string_view name) {
+  std::u16string known(name);
+  for (std::size_t i = 0; i < known.size(); ++i)
+    if (!is_xml_character(known, i)) known[i] = u' ';
+  append_escaped(xml, known);
+}
+
 std::string run_list(std::span<const TextRun> runs) {
   std::string list;
   for (const TextRun& run : runs) {
@@ -275,9 +283,15 @@ OfficeXmlWriter::OfficeXmlWriter(std::u16string_view path, std::string_view kind
   file_.write(xml + "\" xml:space=\"preserve\">\n");
 }
 
-void OfficeXmlWriter::add_text(std::string_view place, std::span<const TextRun> runs) {
+void OfficeXmlWriter::add_text(std::string_view place, std::span<const TextRun> runs, std::u16string_view style) {
   std::string xml = "<seg place=\"" + std::string(place) + "\" check=\"" + check_of(joined_text(runs)) + "\" runs=\"" +
-                    run_list(runs) + "\">";
+                    run_list(runs) + "\"";
+  if (!style.empty()) {
+    xml += " style=\"";
+    append_name(xml, style);
+    xml += '"';
+  }
+  xml += '>';
   for (std::size_t i = 0; i < runs.size(); ++i) {
     const std::string id = std::to_string(i + 1);
     if (runs[i].kind == TextRun::Kind::kField) {
@@ -295,10 +309,7 @@ void OfficeXmlWriter::add_text(std::string_view place, std::span<const TextRun> 
 
 void OfficeXmlWriter::add_name(std::string_view place, std::u16string_view name) {
   std::string xml = "<place path=\"" + std::string(place) + "\" name=\"";
-  std::u16string known(name);
-  for (std::size_t i = 0; i < known.size(); ++i)
-    if (!is_xml_character(known, i)) known[i] = u' ';
-  append_escaped(xml, known);
+  append_name(xml, name);
   file_.write(xml + "\"/>\n");
 }
 

@@ -19,7 +19,8 @@ class OfficeXmlWriter {
   // `kind` is "presentation" or "workbook"; `options` are those of the export, null when there are none. Throws
   // `failure`, as all operations do.
   OfficeXmlWriter(std::u16string_view path, std::string_view kind, const ExcelOptions* options);
-  void add_text(std::string_view place, std::span<const TextRun> runs);
+  // `style` is that of the text's cell, "" for the usual one.
+  void add_text(std::string_view place, std::span<const TextRun> runs, std::u16string_view style = {});
   // What people call a place, for information only.
   void add_name(std::string_view place, std::u16string_view name);
   // Formulas are for information only; they never come back.

@@ -5,6 +5,7 @@
 #include <com/sun/star/beans/XMultiPropertySet.hpp>
 #include <com/sun/star/beans/XPropertySet.hpp>
 #include <com/sun/star/beans/XPropertyState.hpp>
+#include <com/sun/star/container/NoSuchElementException.hpp>
 #include <com/sun/star/container/XEnumerationAccess.hpp>
 #include <com/sun/star/lang/XMultiServiceFactory.hpp>
 #include <com/sun/star/lang/XServiceInfo.hpp>
@@ -13,7 +14,9 @@
 #include <com/sun/star/text/XTextCursor.hpp>
 #include <com/sun/star/text/XTextField.hpp>
 #include <limits>
+#include <optional>
 #include <set>
+#include <span>
 
 #include "office/libreoffice/cut_translation.h"
 #include "office/libreoffice/uno_text.h"
@@ -45,8 +48,7 @@ using Formatting = std::vector<Any>;
 struct Part {
   TextRun run;
   Reference<XPropertySet> field;  // of a link
-  Formatting formatting;          // of a text, as far as it was needed
-  Reference<XPropertySet> properties;
+  Formatting formatting;
 };
 
 using Names = Sequence<rtl::OUString>;
@@ -58,24 +60,34 @@ Formatting values_of(const Reference<uno::XInterface>& properties, const Names& 
   return Formatting(values.begin(), values.end());
 }
 
-Formatting formatting_of(const Reference<XPropertySet>& properties) {
-  static const Names names = [] {
-    Names all(static_cast<sal_Int32>(std::size(kFormatting)));
-    for (sal_Int32 i = 0; i < all.getLength(); ++i) all.getArray()[i] = rtl::OUString::createFromAscii(kFormatting[i]);
-    return all;
-  }();
-  return values_of(properties, names);
+Names names_of(std::span<const char* const> all) {
+  Names names(static_cast<sal_Int32>(all.size()));
+  std::ranges::transform(all, names.getArray(), rtl::OUString::createFromAscii);
+  return names;
+}
+
+// The end of a paragraph, which looks like what comes before it.
+Part end_of(const Reference<uno::XInterface>& paragraph) {
+  static const Names names = names_of(kFormatting);
+  return {{TextRun::Kind::kText, u"\n"}, {}, values_of(paragraph, names)};
 }
 
 Part part_of(const Reference<text::XTextRange>& portion) {
+  static const Names names = [] {
+    std::vector<const char*> all(std::begin(kFormatting), std::end(kFormatting));
+    all.insert(all.end(), {"TextField", "TextPortionType"});
+    return names_of(all);
+  }();
   Part part;
-  part.properties.set(portion, UNO_QUERY_THROW);
+  part.formatting = values_of(portion, names);
   rtl::OUString type;
-  part.properties->getPropertyValue("TextPortionType") >>= type;
+  part.formatting.back() >>= type;
+  part.formatting.pop_back();
+  Reference<text::XTextField> field;
+  part.formatting.back() >>= field;
+  part.formatting.pop_back();
   part.run.text = from_uno(portion->getString());
   if (type != "TextField") return part;
-  Reference<text::XTextField> field;
-  part.properties->getPropertyValue("TextField") >>= field;
   const Reference<com::sun::star::lang::XServiceInfo> services(field, UNO_QUERY);
   const bool is_link = services.is() && (services->supportsService("com.sun.star.text.textfield.URL") ||
                                          services->supportsService("com.sun.star.text.TextField.URL"));
@@ -92,24 +104,25 @@ Part part_of(const Reference<text::XTextRange>& portion) {
 void append(std::vector<Part>& parts, Part part) {
   if (part.run.kind == TextRun::Kind::kText && part.run.text.empty()) return;
   const auto is_text = [](const Part& p) { return p.run.kind == TextRun::Kind::kText; };
-  if (!parts.empty() && is_text(part) && is_text(parts.back())) {
-    if (parts.back().formatting.empty()) parts.back().formatting = formatting_of(parts.back().properties);
-    part.formatting = formatting_of(part.properties);
-    if (part.formatting == parts.back().formatting) {
-      parts.back().run.text += part.run.text;
-      return;
-    }
-  }
-  parts.push_back(std::move(part));
+  const bool is_same =
+      !parts.empty() && is_text(part) && is_text(parts.back()) && part.formatting == parts.back().formatting;
+  if (is_same)
+    parts.back().run.text += part.run.text;
+  else
+    parts.push_back(std::move(part));
 }
 
+// The end is known by its exception: hasMoreElements() would be a call for each range.
 std::vector<Reference<text::XTextRange>> ranges_in(const Reference<uno::XInterface>& whole) {
   std::vector<Reference<text::XTextRange>> ranges;
   const Reference<XEnumerationAccess> access(whole, UNO_QUERY);
   if (!access.is()) return ranges;
-  for (const auto all = access->createEnumeration(); all->hasMoreElements();)
-    ranges.emplace_back(all->nextElement(), UNO_QUERY_THROW);
-  return ranges;
+  const auto all = access->createEnumeration();
+  try {
+    for (;;) ranges.emplace_back(all->nextElement(), UNO_QUERY_THROW);
+  } catch (const com::sun::star::container::NoSuchElementException&) {
+    return ranges;
+  }
 }
 
 void append_paragraph(std::vector<Part>& parts, const Reference<text::XTextRange>& paragraph) {
@@ -162,13 +175,11 @@ void write_text(const Reference<text::XText>& whole, const Reference<text::XText
   }
 }
 
-// Replaces one run among others. The new text is inserted after the first character of the old one. If it replaced the
-// old text at once, it would take the formatting of the run before.
+// Replaces one run among others. The new text takes the place of all but the first character of the old one, which then
+// goes. If it replaced the old text at once, it would take the formatting of the run before.
 void write_run(const Reference<text::XText>& whole, const Reference<text::XTextRange>& start, std::size_t begin,
                std::size_t end, std::u16string_view content, LineBreaks line_breaks) {
-  write_text(whole, cursor_over(whole, start, begin + 1, begin + 1), content, line_breaks);
-  if (end > begin + 1)
-    cursor_over(whole, start, begin + 1 + content.size(), end + content.size())->setString(rtl::OUString());
+  write_text(whole, cursor_over(whole, start, begin + 1, end), content, line_breaks);
   cursor_over(whole, start, begin, begin + 1)->setString(rtl::OUString());
 }
 
@@ -255,8 +266,7 @@ class TranslationWriter {
         start_(start),
         line_breaks_(line_breaks),
         runs_(translation.runs),
-        has_formats_(runs_.size() > 1),
-        formats_(whole, start, has_formats_ ? translation : TranslatedText()) {}
+        translation_(translation) {}
 
   void write(const std::vector<Part>& parts, std::string_view place, const CutTranslation& cut) {
     // A run that is replaced together with the end of its paragraph takes the formatting of the next one.
@@ -267,9 +277,15 @@ class TranslationWriter {
     for (const Part& part : parts)
       if (part.run.kind != TextRun::Kind::kText) fixed_parts.push_back(&part);
     if (fixed_parts.size() != cut.fixed.size()) refuse_fixed_runs(place);
+    const auto in_place = [&](const Stretch& stretch) {
+      return keeps_paragraphs && std::ranges::equal(stretch.runs, stretch.pieces, {}, {}, &TextPiece::run);
+    };
+    // They must be read before anything is written.
+    if (runs_.size() > 1 && (!cut.fixed.empty() || !std::ranges::all_of(cut.stretches, in_place)))
+      formats_.emplace(whole_, start_, translation_);
     for (std::size_t s = cut.stretches.size(); s-- > 0;) {
       const Stretch& stretch = cut.stretches[s];
-      if (keeps_paragraphs && std::ranges::equal(stretch.runs, stretch.pieces, {}, {}, &TextPiece::run))
+      if (in_place(stretch))
         write_each_run(stretch);
       else
         write_as_one(stretch);
@@ -310,7 +326,7 @@ class TranslationWriter {
   }
 
   void apply_format(std::size_t run, std::size_t begin, std::size_t end) {
-    if (has_formats_ && end != begin) formats_.apply(run, cursor_over(whole_, start_, begin, end));
+    if (formats_ && end != begin) formats_->apply(run, cursor_over(whole_, start_, begin, end));
   }
 
   OfficeDocument& document_;
@@ -318,9 +334,16 @@ class TranslationWriter {
   const Reference<text::XTextRange>& start_;
   const LineBreaks line_breaks_;
   const std::vector<TranslatedText::Run>& runs_;
-  const bool has_formats_;
-  const RunFormats formats_;
+  const TranslatedText& translation_;
+  std::optional<RunFormats> formats_;  // when a run may move
 };
+
+void write_translation(OfficeDocument& document, const Reference<text::XText>& whole,
+                       const Reference<text::XTextRange>& start, const std::vector<Part>& parts, LineBreaks line_breaks,
+                       std::string_view place, const TranslatedText& translation) {
+  TranslationWriter(document, whole, start, line_breaks, translation)
+      .write(parts, place, cut_at_fixed_runs(translation, place));
+}
 
 void visit_parts(OfficeDocument& document, const Reference<text::XText>& whole,
                  const Reference<text::XTextRange>& start, const std::vector<Part>& parts, LineBreaks line_breaks,
@@ -328,8 +351,7 @@ void visit_parts(OfficeDocument& document, const Reference<text::XText>& whole,
   const std::vector<TextRun> runs = runs_of(parts);
   if (is_blank(runs)) return;
   if (const TranslatedText* translation = visitor.visit(place, runs))
-    TranslationWriter(document, whole, start, line_breaks, *translation)
-        .write(parts, place, cut_at_fixed_runs(*translation, place));
+    write_translation(document, whole, start, parts, line_breaks, place, *translation);
 }
 
 }  // namespace
@@ -337,7 +359,12 @@ void visit_parts(OfficeDocument& document, const Reference<text::XText>& whole,
 void visit_text(OfficeDocument& document, const Reference<text::XText>& whole, LineBreaks line_breaks,
                 std::string_view place, TextVisitor& visitor) {
   document.listener().step();
-  if (whole->getString().isEmpty()) return;
+  const TextRun all{TextRun::Kind::kText, from_uno(whole->getString())};
+  if (is_blank({&all, 1})) return;
+  if (const auto answer = line_breaks == LineBreaks::kParagraphs ? visitor.answer(place, all.text) : std::nullopt) {
+    if (*answer) write_translation(document, whole, whole->getStart(), {{all, {}, {}}}, line_breaks, place, **answer);
+    return;
+  }
   const auto paragraphs = ranges_in(whole);
   if (line_breaks == LineBreaks::kParagraphs) {
     std::vector<Part> parts;
@@ -345,7 +372,7 @@ void visit_text(OfficeDocument& document, const Reference<text::XText>& whole, L
       if (&paragraph != &paragraphs.front()) {
         // The end of a paragraph has the formatting of what comes before it.
         if (parts.empty() || parts.back().run.kind != TextRun::Kind::kText)
-          append(parts, {{TextRun::Kind::kText, u"\n"}, {}, {}, Reference<XPropertySet>(paragraph, UNO_QUERY_THROW)});
+          append(parts, end_of(paragraph));
         else
           parts.back().run.text += u'\n';
       }

@@ -21,6 +21,7 @@
 #include <com/sun/star/sheet/XSpreadsheet.hpp>
 #include <com/sun/star/sheet/XSpreadsheetDocument.hpp>
 #include <com/sun/star/sheet/XSpreadsheets.hpp>
+#include <com/sun/star/sheet/XUniqueCellFormatRangesSupplier.hpp>
 #include <com/sun/star/style/XStyleFamiliesSupplier.hpp>
 #include <com/sun/star/text/XText.hpp>
 #include <map>
@@ -59,7 +60,12 @@ struct TextCell {
   sal_Int32 column;
   Kind kind;
   std::u16string text;
+  std::u16string style = {};  // "" for the usual one
 };
+
+// LibreOffice's name of the usual style, and what it puts before Excel's own names.
+constexpr std::u16string_view kUsualStyle = u"Default";
+constexpr std::u16string_view kStyleOfExcel = u"Excel Built-in ";
 
 class SheetWalk {
  public:
@@ -126,6 +132,7 @@ class SheetWalk {
     std::ranges::sort(cells, [](const TextCell& a, const TextCell& b) {
       return std::pair(a.line, a.place_in_line) < std::pair(b.line, b.place_in_line);
     });
+    if (visitor_.wants_styles()) find_styles(cells);
     for (const TextCell& cell : cells) walk_cell(cell);
     if (left_out != 0) visitor_.left_out(place_, left_out);
   }
@@ -180,12 +187,40 @@ class SheetWalk {
     return texts;
   }
 
+  // Asks for each look of the sheet's cells, not for each cell.
+  void find_styles(std::vector<TextCell>& cells) const {
+    std::map<std::pair<sal_Int32, sal_Int32>, TextCell*> by_place;  // row, column
+    sal_Int32 last_column = -1;
+    for (TextCell& cell : cells) {
+      by_place.emplace(std::pair(cell.row, cell.column), &cell);
+      last_column = std::max(last_column, cell.column);
+    }
+    const Reference<sheet::XUniqueCellFormatRangesSupplier> supplier(sheet_, UNO_QUERY_THROW);
+    const auto looks = supplier->getUniqueCellFormatRanges();
+    for (sal_Int32 i = 0, count = by_place.empty() ? 0 : looks->getCount(); i < count; ++i) {
+      const Reference<sheet::XSheetCellRanges> ranges(looks->getByIndex(i), UNO_QUERY_THROW);
+      rtl::OUString name;
+      Reference<XPropertySet>(ranges, UNO_QUERY_THROW)->getPropertyValue("CellStyle") >>= name;
+      std::u16string style = from_uno(name);
+      if (style == kUsualStyle) continue;
+      if (style.starts_with(kStyleOfExcel)) style.erase(0, kStyleOfExcel.size());
+      for (const CellRangeAddress& range : ranges->getRangeAddresses()) {
+        if (range.StartColumn > last_column) continue;
+        for (auto cell = by_place.lower_bound({range.StartRow, 0});
+             cell != by_place.end() && cell->first.first <= range.EndRow; ++cell)
+          if (cell->first.second >= range.StartColumn && cell->first.second <= range.EndColumn)
+            cell->second->style = style;
+      }
+    }
+  }
+
   void walk_cell(const TextCell& cell) {
     const std::string place = place_ + "/cell:" + column_name(cell.column) + std::to_string(cell.row + 1);
     if (cell.kind == TextCell::Kind::kFormula) {
       visitor_.visit_formula(place, cell.text);
       return;
     }
+    if (!cell.style.empty()) visitor_.style(cell.style);
     const auto text = [&] {
       return Reference<XText>(sheet_->getCellByPosition(cell.column, cell.row), UNO_QUERY_THROW);
     };

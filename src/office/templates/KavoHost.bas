@@ -62,6 +62,12 @@ Public Function ChartAxis(TheChart As Object, ByVal Kind As Long, ByVal Group As
   If TheChart.HasAxis(Kind, Group) Then Set ChartAxis = TheChart.Axes(Kind, Group)
 End Function
 
+' The name of a cell's style; nothing for the usual one.
+Public Function StyleOf(Cell As Object) As String
+  StyleOf = Cell.Style.Name
+  If StyleOf = "Normal" Then StyleOf = ""
+End Function
+
 ' Whether a cell's characters look different, so that they are worth being looked at one by one.
 Public Function IsMixed(Cell As Object) As Boolean
   With Cell.Font

@@ -126,7 +126,7 @@ Private Sub WalkParagraph(Paragraph As Object, ByVal Place As String)
   Next
   ReDim Preserve Runs(0 To Count - 1)
   If Mode = KavoExport Then
-    Written = Written & SegmentOf(Place, Runs)
+    Written = Written & SegmentOf(Place, "", Runs)
     Exit Sub
   End If
   Set Segment = SegmentAt(Segments, Place, TextOf(Paragraph))

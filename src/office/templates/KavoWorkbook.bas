@@ -198,7 +198,7 @@ Private Sub WalkCell(Cell As Range, ByVal SheetPlace As String)
     Runs(i) = Mid$(Cell.Value, Starts(i), Starts(i + 1) - Starts(i))
   Next
   If Mode = KavoExport Then
-    Written = Written & SegmentOf(Place, Runs)
+    Written = Written & SegmentOf(Place, StyleOf(Cell), Runs)
     Exit Sub
   End If
   Set Segment = SegmentAt(Segments, Place, Cell.Value)
@@ -374,7 +374,7 @@ Private Function Plain(ByVal Place As String, ByVal Text As String) As String
   Plain = Text
   If IsBlank(Text) Then Exit Function
   If Mode = KavoExport Then
-    Written = Written & SegmentOf(Place, Array(Text))
+    Written = Written & SegmentOf(Place, "", Array(Text))
     Exit Function
   End If
   Set Segment = SegmentAt(Segments, Place, Text)

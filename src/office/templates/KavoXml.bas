@@ -69,8 +69,8 @@ Public Function PlaceOf(ByVal Place As String, ByVal Name As String) As String
   If Len(Name) > 0 Then PlaceOf = "<place path=""" & Place & """ name=""" & Escaped(Name) & """/>" & vbLf
 End Function
 
-' One text. Runs is an array of strings from 0.
-Public Function SegmentOf(ByVal Place As String, Runs As Variant) As String
+' One text. Runs is an array of strings from 0; Style is the name of its cell's style, or nothing.
+Public Function SegmentOf(ByVal Place As String, ByVal Style As String, Runs As Variant) As String
   Dim Lengths As String, Content As String, Whole As String, i As Long
   For i = 0 To UBound(Runs)
     Lengths = Lengths & IIf(i > 0, " ", "") & Len(Runs(i))
@@ -81,7 +81,9 @@ Public Function SegmentOf(ByVal Place As String, Runs As Variant) As String
       Content = Content & "<g id=""" & (i + 1) & """>" & Escaped(Runs(i)) & "</g>"
     End If
   Next
-  SegmentOf = "<seg place=""" & Place & """ check=""" & CheckOf(Whole) & """ runs=""" & Lengths & """>" & Content & "</seg>" & vbLf
+  If Len(Style) > 0 Then Style = " style=""" & Escaped(Style) & """"
+  SegmentOf = "<seg place=""" & Place & """ check=""" & CheckOf(Whole) & """ runs=""" & Lengths & """" & Style & ">" & _
+    Content & "</seg>" & vbLf
 End Function
 
 ' The XML of a document and its texts, by place. Fails when it is not that of such a document.

@@ -68,6 +68,8 @@ constexpr FilterOption kOptions[] = {
      "B, Prices!C:E"},
     {"xls.excluded-rows", kNames, "", "Rows of workbooks whose cells are left alone, in the same way", "1, Prices!3:5"},
     {"xls.excluded-sheets", kNames, "", "Sheets of workbooks that are left alone, by their names", "Data, Old prices"},
+    {"xls.excluded-styles", kNames, "", "Styles of cells of workbooks whose texts are left alone, by their names",
+     "Code, Input"},
 };
 
 constexpr std::string_view kBlanks = " \t";

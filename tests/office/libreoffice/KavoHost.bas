@@ -64,6 +64,12 @@ Public Function ChartAxis(TheChart As Object, ByVal Kind As Long, ByVal Group As
   If Group = 1 Then Set ChartAxis = TheChart.Axes(Kind, Group)
 End Function
 
+' The usual style has another name here.
+Public Function StyleOf(Cell As Object) As String
+  StyleOf = Cell.Style.Name
+  If StyleOf = "Default" Then StyleOf = ""
+End Function
+
 ' Mixed fonts have the look of their first character here.
 Public Function IsMixed(Cell As Object) As Boolean
   IsMixed = True

@@ -20,7 +20,8 @@ inline constexpr std::string_view kHead =
  xmlns:xlink="http://www.w3.org/1999/xlink" office:version="1.2" office:mimetype=")";
 
 inline std::string workbook_of(std::string_view sheets, std::string_view styles = {}) {
-  return std::string(kHead) + "application/vnd.oasis.opendocument.spreadsheet\"><office:automatic-styles>" +
+  return std::string(kHead) + "application/vnd.oasis.opendocument.spreadsheet\"><office:styles><style:style " +
+         "style:name=\"Code\" style:family=\"table-cell\"/></office:styles><office:automatic-styles>" +
          "<style:style style:name=\"bold\" style:family=\"text\"><style:text-properties fo:font-weight=\"bold\"/>" +
          "</style:style><style:style style:name=\"hidden\" style:family=\"table\"><style:table-properties "
          "table:display=\"false\"/></style:style>" +
@@ -28,8 +29,11 @@ inline std::string workbook_of(std::string_view sheets, std::string_view styles 
          "</office:spreadsheet></office:body></office:document>";
 }
 
-inline std::string cell(std::string_view text) {
-  return "<table:table-cell office:value-type=\"string\"><text:p>" + std::string(text) + "</text:p></table:table-cell>";
+// `style` is "Code", or "" for the usual one.
+inline std::string cell(std::string_view text, std::string_view style = {}) {
+  const std::string attribute = style.empty() ? "" : "table:style-name=\"" + std::string(style) + "\" ";
+  return "<table:table-cell " + attribute + "office:value-type=\"string\"><text:p>" + std::string(text) +
+         "</text:p></table:table-cell>";
 }
 
 inline std::string sheet(std::string_view name, std::string_view rows, std::string_view attributes = {}) {

@@ -18,16 +18,18 @@ namespace {
 class OfficeRoad : public OfficeFixture {
  protected:
   void SetUp() override {
-    make_document(u"report.doc", OfficeKind::kText,
-                  std::string(kHead) +
-                      "application/vnd.oasis.opendocument.text\"><office:body><office:text><text:p>A report about "
-                      "ships</text:p><text:p>with two paragraphs</text:p></office:text></office:body></office:document>");
+    make_document(
+        u"report.doc", OfficeKind::kText,
+        std::string(kHead) +
+            "application/vnd.oasis.opendocument.text\"><office:body><office:text><text:p>A report about "
+            "ships</text:p><text:p>with two paragraphs</text:p></office:text></office:body></office:document>");
     make_document(u"deck.ppt", OfficeKind::kPresentation,
                   presentation_of("<draw:page draw:name=\"one\">" + text_box("<text:p>A deck about ships</text:p>") +
                                   "</draw:page>"));
-    make_document(u"book.xls", OfficeKind::kWorkbook,
-                  workbook_of(sheet("Ships", row(cell("Name") + cell("A <text:span text:style-name=\"bold\">bold</text:span> "
-                                                                     "ship")))));
+    make_document(
+        u"book.xls", OfficeKind::kWorkbook,
+        workbook_of(sheet("Ships", row(cell("Name") + cell("A <text:span text:style-name=\"bold\">bold</text:span> "
+                                                           "ship")))));
   }
   // One whose export takes its time, and the wait until it has begun.
   std::u16string make_large_book() {
@@ -44,10 +46,11 @@ class OfficeRoad : public OfficeFixture {
 };
 
 TEST_F(OfficeRoad, AllThreeTypesArePreparedTranslatedAndRebuiltInOneRun) {
-  const Ran prepared = run_kavo({"prepare", path(u"report.doc"), path(u"deck.ppt"), path(u"book.xls"), "--source",
-                                 "EN-US", "--target", "FR"});
+  const Ran prepared = run_kavo(
+      {"prepare", path(u"report.doc"), path(u"deck.ppt"), path(u"book.xls"), "--source", "EN-US", "--target", "FR"});
   ASSERT_EQ(prepared.code, 0) << prepared.errors;
-  const std::vector<std::string> tuds{path(u"report_doc_rtf_FR.tud"), path(u"deck_ppt_FR.tud"), path(u"book_xls_FR.tud")};
+  const std::vector<std::string> tuds{path(u"report_doc_rtf_FR.tud"), path(u"deck_ppt_FR.tud"),
+                                      path(u"book_xls_FR.tud")};
   EXPECT_NE(folder.read(u"book_xls_FR.tud").find("resname=\"sheet:1/cell:A1\""), std::string::npos);
   ASSERT_EQ(run_kavo({"pseudo", tuds[0], tuds[1], tuds[2]}).code, 0);
   const Ran rebuilt = run_kavo({"rebuild", tuds[0], tuds[1], tuds[2]});
@@ -70,6 +73,33 @@ TEST_F(OfficeRoad, VerifyProvesThem) {
   const Ran ran = run_kavo({"verify", path(u"report.doc"), path(u"deck.ppt"), path(u"book.xls")});
   EXPECT_EQ(ran.code, 0) << ran.output << ran.errors;
   EXPECT_NE(ran.output.find("3 of 3 files survive"), std::string::npos) << ran.output;
+}
+
+// Paragraphs and characters of Word documents, cells of workbooks; presentations have no styles that people see.
+TEST_F(OfficeRoad, StylesCanBeExcluded) {
+  make_document(u"styles.xls", OfficeKind::kWorkbook,
+                workbook_of(sheet("One", row(cell("plain") + cell("a code", "Code")))));
+  make_document(u"styles.doc", OfficeKind::kText,
+                std::string(kHead) +
+                    "application/vnd.oasis.opendocument.text\"><office:styles><style:style style:name=\"Code\" "
+                    "style:family=\"paragraph\"/><style:style style:name=\"Key\" style:family=\"text\">"
+                    "<style:text-properties fo:font-weight=\"bold\"/></style:style></office:styles><office:body>"
+                    "<office:text><text:p>plain <text:span text:style-name=\"Key\">a key</text:span> here</text:p>"
+                    "<text:p text:style-name=\"Code\">a code</text:p></office:text></office:body></office:document>");
+  folder.write(u"kavo.json", R"({"version": 1, "profile": {"xls": {"excluded-styles": "code"},)"
+                             R"( "rtf": {"excluded-styles": ["code", "key"]}}})");
+  const Ran ran = run_kavo({"prepare", "styles.xls", "styles.doc", "--source", "EN-US", "--target", "FR"}, &folder);
+  ASSERT_EQ(ran.code, 0) << ran.errors;
+  for (const std::u16string_view name : {u"styles_xls_FR.tud", u"styles_doc_rtf_FR.tud"}) {
+    const std::string tud = folder.read(name);
+    EXPECT_NE(tud.find("<source>plain"), std::string::npos) << tud;
+    EXPECT_EQ(tud.find("a code"), std::string::npos) << tud;
+    EXPECT_EQ(tud.find("a key"), std::string::npos) << tud;
+  }
+  const Ran rebuilt = run_kavo({"rebuild", "styles_xls_FR.tud", "styles_doc_rtf_FR.tud"}, &folder);
+  ASSERT_EQ(rebuilt.code, 0) << rebuilt.errors;
+  EXPECT_NE(flat_xml_of(folder.path(u"styles_FR.xls"), OfficeKind::kWorkbook).find("a code"), std::string::npos);
+  EXPECT_NE(flat_xml_of(folder.path(u"styles_FR.doc"), OfficeKind::kText).find("a key"), std::string::npos);
 }
 
 TEST_F(OfficeRoad, NamesAreContextAndSheetsColumnsAndRowsCanBeExcluded) {
@@ -145,8 +175,7 @@ TEST_F(OfficeRoad, CharactersBeyond16BitsOfAWordDocumentAreOffered) {
 
 TEST_F(OfficeRoad, ADamagedDocumentCostsOnlyItself) {
   folder.write(u"bad.xls", "no workbook");
-  const Ran ran =
-      run_kavo({"prepare", path(u"bad.xls"), path(u"book.xls"), "--source", "EN-US", "--target", "FR"});
+  const Ran ran = run_kavo({"prepare", path(u"bad.xls"), path(u"book.xls"), "--source", "EN-US", "--target", "FR"});
   EXPECT_EQ(ran.code, 1);
   EXPECT_NE(ran.errors.find("The workbook cannot be opened: it is damaged or of another kind"), std::string::npos)
       << ran.errors;

@@ -93,7 +93,7 @@ std::string rich_workbook(std::string_view more_cells = {}) {
           "</office:annotation><text:p>remarked \xC3\xA4\xE2\x82\xAC</text:p></table:table-cell>");
   const std::string shapes =
       "<table:shapes>" + text_box("<text:p>in a box</text:p>") + chart("Sales", "Years", "Tons") + "</table:shapes>";
-  return workbook_of(sheet("One", shapes + rows) + sheet("Two", row(cell("last") + std::string(more_cells))) +
+  return workbook_of(sheet("One", shapes + rows) + sheet("Two", row(cell("last", "Code") + std::string(more_cells))) +
                      sheet("Three", row(cell("unseen")), "table:style-name=\"hidden\""));
 }
 
@@ -105,6 +105,7 @@ TEST_F(WorkbookMacros, TheExportIsTheEnginesByteForByte) {
   const auto path = make_workbook(rich_workbook());
   EXPECT_NE(engine_xml_.find("cell:B2/comment"), std::string::npos) << engine_xml_;
   EXPECT_NE(engine_xml_.find("chart:1/axis:y/title"), std::string::npos) << engine_xml_;
+  EXPECT_NE(engine_xml_.find(" style=\"Code\">last<"), std::string::npos) << engine_xml_;
   EXPECT_EQ(export_by_macro(path), engine_xml_);
 }
 

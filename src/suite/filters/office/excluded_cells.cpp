@@ -42,6 +42,7 @@ std::uint32_t row_number(std::string_view digits) {
 ExcludedCells::ExcludedCells(const FilterOptions& options)
     : columns_(ranges_of(options, kColumns, column_number)), rows_(ranges_of(options, kRows, row_number)) {
   for (const std::string& name : option_items(options, "xls.excluded-sheets")) sheets_.push_back(to_utf16(name));
+  for (const std::string& name : option_items(options, "xls.excluded-styles")) styles_.push_back(to_utf16(name));
 }
 
 // "B", "C:E", "Prices!B"; a sheet's name may hold "!".
@@ -75,11 +76,16 @@ bool ExcludedCells::is_in(const std::vector<Range>& ranges, std::u16string_view 
   });
 }
 
-bool ExcludedCells::has(std::string_view place, std::string_view sheet_name) const {
-  if (!place.starts_with(kSheet) || (sheets_.empty() && columns_.empty() && rows_.empty())) return false;
+bool ExcludedCells::is_in(const std::vector<std::u16string>& names, std::u16string_view name) {
+  return std::ranges::any_of(names, [&](const std::u16string& one) { return equal_ignoring_case(one, name); });
+}
+
+bool ExcludedCells::has(std::string_view place, std::string_view sheet_name, std::string_view style) const {
+  if (!place.starts_with(kSheet)) return false;
+  if (!styles_.empty() && !style.empty() && is_in(styles_, to_utf16(style))) return true;
+  if (sheets_.empty() && columns_.empty() && rows_.empty()) return false;
   const std::u16string sheet = to_utf16(sheet_name);
-  if (std::ranges::any_of(sheets_, [&](const std::u16string& name) { return equal_ignoring_case(name, sheet); }))
-    return true;
+  if (is_in(sheets_, sheet)) return true;
   place.remove_prefix(std::min(place.find('/'), place.size() - 1) + 1);
   if (!place.starts_with(kCell)) return false;
   place = place.substr(kCell.size(), place.find('/') - kCell.size());

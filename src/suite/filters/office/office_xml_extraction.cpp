@@ -119,7 +119,7 @@ void OfficeXmlExtraction::read_text(const Tag& start) {
   builder_.element(kind);
   builder_.context(kind);
   builder_.note(note_of(place));
-  const bool is_excluded = excluded_.has(place, sheet_of(place));
+  const bool is_excluded = excluded_.has(place, sheet_of(place), start.text_of("style"));
   runs_ = run_kinds(start.attribute("runs"));
   skip(start.bytes.size());
   const std::size_t length = end_of_text();
