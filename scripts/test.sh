@@ -105,6 +105,11 @@ for part in "${parts[@]}"; do
       result=$?
       [ "$result" = 77 ] && result=0
       note $result "RTF documents in LibreOffice and unrtf, texts and pages"
+      step "Office documents as LibreOffice shows them"
+      python3 tests/office/libreoffice/check_office.py build/native/src/cli/kavo ../shared/corpus 20
+      result=$?
+      [ "$result" = 77 ] && result=0
+      note $result "Word documents, presentations and workbooks, texts and times"
       ;;
     scripts)
       step "scripts after a translation, by their own parsers"
