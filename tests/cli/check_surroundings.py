@@ -172,7 +172,7 @@ def main():
                     prepare_process=limit(resource.RLIMIT_AS, 300_000_000))
         for most in range(4, 14):
             check_whole(f"{most} open files", f"{top}/8", "Too many open files" if most > 8 else "",
-                        prepare_process=limit(resource.RLIMIT_NOFILE, most), must_fail=most <= 10)
+                        prepare_process=limit(resource.RLIMIT_NOFILE, most), must_fail=most <= 8)
         check_whole("a TMPDIR that is not there", f"{top}/9", "No such file or directory",
                     variables={"TMPDIR": "/nowhere"}, must_fail=True)
         check_whole("a folder that nobody may write to", f"{top}/10", "Permission denied",

@@ -14,7 +14,8 @@ for document in "$folder"/documents/*.tud; do
   cp "$document" "$folder/document.xlf"
   rm -f "$folder/document.po"
   xliff2po --progress=none "$folder/document.xlf" "$folder/document.po"
-  units=$({ grep -o '<trans-unit ' "$document" || true; } | wc -l)
+  # A package holds one document for each language; the same unit of two of them becomes one entry.
+  units=$({ grep -o '<trans-unit id="[^"]*"' "$document" || true; } | sort -u | wc -l)
   # It writes no file for a document without a text; the first entry is the header.
   entries=0
   [ ! -f "$folder/document.po" ] || entries=$(($(grep -c '^msgid ' "$folder/document.po") - 1))

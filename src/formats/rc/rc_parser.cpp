@@ -292,9 +292,20 @@ bool RcParser::begins_statement(const RcToken& token) const {
   }
 }
 
-// A name after a text on the same line is a macro, which stands for more of the text.
+// A name after a text on the same line is a macro, which stands for more of the text, unless it begins as the text's own
+// name does: IDS_OPEN "Open" IDS_CLOSE "Close".
 bool RcParser::begins_string(const RcToken& token) const {
-  return has_literal_ && open_brackets_ == 0 && (is_line_start_ || !is_macro_name(token.bytes));
+  return has_literal_ && open_brackets_ == 0 &&
+         (is_line_start_ || !is_macro_name(token.bytes) || is_like_first_name(token.bytes));
+}
+
+// True when the name and the statement's first word are equal up to their first "_".
+bool RcParser::is_like_first_name(std::string_view name) const {
+  const auto first = std::ranges::find(statement_.items, RcTokenKind::kWord, &RcStatement::Item::kind);
+  if (first == statement_.items.end()) return false;
+  const std::string_view own = statement_.text(*first);
+  const std::size_t underscore = own.find('_');
+  return underscore != std::string_view::npos && name.starts_with(own.substr(0, underscore + 1));
 }
 
 RcStatement::Kind RcParser::kind_in_body() const {

@@ -110,6 +110,7 @@ class RcParser {
   void body(const RcToken& token);
   bool begins_statement(const RcToken& token) const;
   bool begins_string(const RcToken& token) const;
+  bool is_like_first_name(std::string_view name) const;
   RcStatement::Kind kind_in_body() const;
   void append(const RcToken& token);
   void flush();
