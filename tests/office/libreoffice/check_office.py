@@ -115,7 +115,7 @@ def check_texts(folder, documents):
                 continue
             if not re.search(r"[^\W\d_]", word):
                 counts["without letters"] += rest
-            elif LABEL.fullmatch(word) or word.rstrip("0123456789") in known:
+            elif LABEL.fullmatch(word) or (word[-1].isdigit() and word.rstrip("0123456789") in known):
                 counts["labels and notes"] += rest
             elif known[word] or joined(word) in everything:
                 counts["shown again"] += rest if known[word] else 0
