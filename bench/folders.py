@@ -51,21 +51,27 @@ def main():
     parser.add_argument("--kavo", type=pathlib.Path, default=TOP / "build" / "native" / "src" / "cli" / "kavo")
     parser.add_argument("--folder", type=pathlib.Path)
     options = parser.parse_args()
+    place = pathlib.Path(tempfile.mkdtemp(prefix="kavo-folders-", dir=options.folder))
+    try:
+        measure_all(options, place)
+    finally:
+        # Not between the rounds: ext4 without a journal makes files more slowly for minutes after many were removed.
+        shutil.rmtree(place)
+
+
+def measure_all(options, place):
     print(f"{'pages':>6} {'folders':>7} {'jobs':>4} {'step':8} {'ms a page':>9} {'processor':>9} {'MB':>4}")
     for each in options.counts:
         count, _, rounds = each.partition(":")
         measured = {}
-        for _ in range(int(rounds or 1)):
+        for number in range(int(rounds or 1)):
             for folders, jobs in FOLDERS_AND_JOBS:
-                top = pathlib.Path(tempfile.mkdtemp(prefix="kavo-folders-", dir=options.folder))
-                try:
-                    make_pages(top / "site", int(count), folders)
-                    os.sync()  # what the pages themselves cost is not measured
-                    for step, arguments in STEPS.items():
-                        command = [str(options.kavo.resolve()), *arguments, "-q", "--jobs", str(jobs)]
-                        measured.setdefault((folders, jobs, step), []).append(run(command, top))
-                finally:
-                    shutil.rmtree(top)
+                top = place / f"{count}-{number}-{folders}-{jobs}"
+                make_pages(top / "site", int(count), folders)
+                os.sync()  # what the pages themselves cost is not measured
+                for step, arguments in STEPS.items():
+                    command = [str(options.kavo.resolve()), *arguments, "-q", "--jobs", str(jobs)]
+                    measured.setdefault((folders, jobs, step), []).append(run(command, top))
         for (folders, jobs, step), runs in measured.items():
             wall, processor = (statistics.median(column) / int(count) * 1000 for column in list(zip(*runs))[:2])
             print(f"{count:>6} {folders:7} {jobs:4} {step:8} {wall:9.2f} {processor:9.2f} "
