@@ -75,18 +75,15 @@ PendingFile::PendingFile(std::u16string_view final_path, std::u16string_view tem
 
 PendingFile::PendingFile(Target target, std::u16string_view temporary_path)
     : final_path_(std::move(target.path)), temporary_path_(temporary_path), replaces_(target.exists) {
-  if (temporary_path_.empty()) temporary_path_ = ports().files->draft_path(final_path_, replaces_);
-  if (!temporary_path_.empty()) {
-    open();
-    return;
-  }
+  const bool is_chosen = !temporary_path_.empty();
   for (int attempt = 1;; ++attempt) {
-    temporary_path_ = scratch_name_beside(final_path_);
+    if (!is_chosen) temporary_path_ = ports().files->draft_path(final_path_, replaces_);
+    if (temporary_path_.empty()) temporary_path_ = scratch_name_beside(final_path_);
     try {
       open();
       return;
     } catch (const failure& reason) {
-      if (!reason.is(FailureNumber::kFileAlreadyExists) || attempt == 100) throw;
+      if (is_chosen || !reason.is(FailureNumber::kFileAlreadyExists) || attempt == 100) throw;
     }
   }
 }

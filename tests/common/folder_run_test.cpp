@@ -6,6 +6,7 @@
 
 #include "common/clsCommon.h"
 #include "common/clsGetTempFileName.h"
+#include "common/path_parts.h"
 #include "common/pending_file.h"
 #include "platform/failure.h"
 #include "platform/unicode.h"
@@ -164,6 +165,15 @@ TEST_F(FolderRunTest, AFileThatIsInTheScratchFolderAnywayIsWrittenUnderItsOwnNam
   EXPECT_EQ(read(kScript), "script") << "the first one stays until the second is complete";
   second.commit();
   EXPECT_EQ(read(kScript), "second");
+}
+
+TEST_F(FolderRunTest, WhatOtherProgramsWroteInTheScratchFolderIsNotReplaced) {
+  FolderRun run(kPage);
+  const std::u16string theirs = parent_of(run.path_to_write(kPage)) + u"\\page.scr";
+  files.put(theirs, "theirs");
+  write(kScript, "ours");
+  EXPECT_EQ(read(kScript), "ours");
+  EXPECT_EQ(files.get(theirs), "theirs");
 }
 
 TEST_F(FolderRunTest, ABorrowedNameIsAsItWasWhateverBecomesOfTheRun) {
