@@ -109,8 +109,8 @@ class FileSystem {
   virtual std::u16string temporary_folder() = 0;  // as GetTempPath returns it, with or without a "\" at its end
   // The full path, made from the text alone as GetFullPathName does: nothing need exist, links are not followed.
   virtual std::u16string absolute(std::u16string_view path) = 0;
-  // Where a new file for `path` is to be written until it is complete, perhaps `path` itself; "" for any name beside it.
-  // `replaces`: there is a file of that name. Each call gives another path, since somebody else's file may be there.
+  // Where to write a new file for `path` until it is complete, perhaps `path` itself; "" for any name beside it.
+  // `replaces`: there is a file of that name. A caller that finds somebody's file there asks again.
   virtual std::u16string draft_path(std::u16string_view /*path*/, bool /*replaces*/) { return {}; }
 };
 

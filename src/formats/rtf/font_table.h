@@ -16,7 +16,7 @@ namespace kavo::rtf {
 // The character set of fonts whose bytes are pictures.
 inline constexpr std::int32_t kSymbolCharset = 2;
 inline constexpr std::int32_t kNoCharset = -1;  // not declared
-// Numbers of fonts have 16 bits. A table with more entries is no work of a word processor; the rest is not known.
+// Font numbers have 16 bits. No word processor writes a longer table; fonts beyond this many are ignored.
 inline constexpr std::size_t kMostFonts = 32'768;
 
 // The Windows code page of a character set (\fcharset). 0 for a set that means the document's code page.

@@ -14,7 +14,7 @@
 
 namespace kavo::rtf {
 
-// Numbers of styles have 15 bits. Others are no work of a word processor; such a style is not known.
+// Style numbers have 15 bits. No word processor writes a higher one; a style with such a number is ignored.
 inline constexpr std::int32_t kHighestStyle = 32'767;
 
 class StyleSheet {

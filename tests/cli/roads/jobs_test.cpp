@@ -153,7 +153,7 @@ TEST_F(Jobs, StopTogetherAndLeaveTheFoldersSettled) {
   };
   const std::optional<Ran> stopped = run_kavo_interrupted(command, first_is_done);
   if (!stopped)
-    GTEST_SKIP() << "Windows sends Ctrl+C to all programs of a console, so a test cannot interrupt one command";
+    GTEST_SKIP() << "Windows sends Ctrl+C to every program of the console, so it would end this test with the command";
   // A quick machine may be done already.
   EXPECT_TRUE(stopped->code == 130 || stopped->code == 1) << stopped->code << stopped->errors;
   for (const fs::directory_entry& entry : fs::recursive_directory_iterator(path("work")))

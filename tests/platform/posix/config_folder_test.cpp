@@ -45,12 +45,12 @@ TEST_F(ConfigFolderTest, TheFirstVariableThatIsSetNamesIt) {
 
 TEST_F(ConfigFolderTest, WithoutHomeItIsBelowTheHomeFolderOfTheUserDatabase) {
   const passwd* const user = ::getpwuid(::getuid());
-  if (!user) GTEST_SKIP() << "the user database does not know this user";
+  const std::string folder = user ? user->pw_dir : "";  // a container may run under a number that has no name
   set("XDG_CONFIG_HOME", nullptr);
   set("KAVO_CONFIG_FOLDER", nullptr);
   for (const char* const home : {static_cast<const char*>(nullptr), ""}) {
     set("HOME", home);
-    EXPECT_EQ(config_folder(), std::string(user->pw_dir) + "/.config/kavo");
+    EXPECT_EQ(config_folder(), folder + "/.config/kavo");
   }
 }
 
