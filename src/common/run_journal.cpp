@@ -2,15 +2,19 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 
 #include "platform/failure.h"
 
 namespace kavo {
 namespace {
 
-// Fields end with a zero byte, which no path contains. Paths are in the host's own form.
-constexpr std::string_view kTitle = "KAVO run 1";
-constexpr std::string_view kStates[] = {"working", "placing", "undoing"};
+// A state is a title, fields and an end. Fields end with a zero byte, which no path contains. Paths are in the host's
+// own form. The zero byte before the title ends a field that was cut off.
+constexpr std::string_view kTitle("\0KAVO run 1\0", 12);
+constexpr std::string_view kToPlace = "to place";
+constexpr std::string_view kStates[] = {"working", kToPlace, "undoing"};
+constexpr std::string_view kPlacing = "placing";  // earlier versions wrote it when the new files were on the disk
 constexpr std::string_view kBorrowed = "borrowed";
 constexpr std::string_view kChange = "change";
 constexpr std::string_view kTemporary = "temporary";
@@ -18,25 +22,63 @@ constexpr std::string_view kEnd = "end";
 
 std::u16string journal_path(const std::u16string& folder) { return folder + u"\\journal"; }
 
+// The journal gets this name when the files that it is to place are on the disk. A rename, unlike one more word in it,
+// is written to the disk before the renames that follow.
+std::u16string placing_path(const std::u16string& folder) { return folder + u"\\journal.placing"; }
+
+// Takes fields off the front of a state.
 class Fields {
  public:
-  Fields(std::string bytes, const std::u16string& path) : bytes_(std::move(bytes)), path_(path) {}
+  explicit Fields(std::string_view bytes) : rest_(bytes) {}
 
-  std::string_view next() {
-    const std::size_t end = bytes_.find('\0', at_);
-    if (end == std::string::npos) throw_damaged();
-    const std::string_view field = std::string_view(bytes_).substr(at_, end - at_);
-    at_ = end + 1;
+  // Nothing when the field is cut off.
+  std::optional<std::string_view> next() {
+    const std::size_t size = rest_.find('\0');
+    if (size == std::string_view::npos) return std::nullopt;
+    const std::string_view field = rest_.substr(0, size);
+    rest_.remove_prefix(size + 1);
     return field;
   }
-  std::u16string next_path() { return path_from_host(next()); }
-  [[noreturn]] void throw_damaged() const { throw failure(FailureNumber::kInvalidCall, path_ + u" is damaged"); }
+  bool next_path(std::u16string& path) {
+    const auto field = next();
+    if (field) path = path_from_host(*field);
+    return field.has_value();
+  }
 
  private:
-  std::string bytes_;
-  std::u16string path_;
-  std::size_t at_ = 0;
+  std::string_view rest_;
 };
+
+enum class Found { kWhole, kWithoutEffect, kDamaged };
+
+// Reads one state, which begins behind its title.
+Found read_state(std::string_view bytes, bool is_placing, RunJournal& journal) {
+  Fields fields(bytes);
+  const auto state = fields.next();
+  if (!state) return Found::kWithoutEffect;
+  is_placing = is_placing || state == kPlacing;
+  const auto known = std::ranges::find(kStates, state == kPlacing ? kToPlace : *state);
+  if (known == std::end(kStates)) return Found::kDamaged;
+  journal.state = static_cast<RunJournal::State>(known - std::begin(kStates));
+  while (const auto kind = fields.next()) {
+    if (kind == kEnd)
+      return journal.state == RunJournal::State::kPlacing && !is_placing ? Found::kWithoutEffect : Found::kWhole;
+    bool is_whole = false;
+    if (kind == kBorrowed) {
+      RunJournal::Borrowed& each = journal.borrowed.emplace_back();
+      is_whole = fields.next_path(each.path) && fields.next_path(each.aside);
+    } else if (kind == kChange) {
+      RunJournal::Change& each = journal.changes.emplace_back();
+      is_whole = fields.next_path(each.path) && fields.next_path(each.scratch) && fields.next_path(each.aside);
+    } else if (kind == kTemporary) {
+      is_whole = fields.next_path(journal.temporary_files.emplace_back());
+    } else {
+      return Found::kDamaged;
+    }
+    if (!is_whole) break;
+  }
+  return Found::kWithoutEffect;
+}
 
 std::string read_all(FileSystem& files, const std::u16string& path) {
   const auto file = files.open(path, Access::kRead);
@@ -69,8 +111,8 @@ void put(FileSystem& files, const std::u16string& from, const std::u16string& pa
   files.set_read_only(path, true);
 }
 
-// The files that must be on the disk before the journal gets its name, in case of a power cut. A journal that names the
-// user's files must not be empty when those have been renamed. A journal that names only the run's own files may be
+// The files that must be on the disk before anything happens to the user's files, in case of a power cut. A journal that
+// names those must not be empty when they have been renamed. A journal that names only the run's own files may be
 // lost, because what remains of them does no harm. New files must be complete before they take their names. Flushing
 // all of them together takes as long as flushing one.
 std::vector<std::u16string> needed_on_disk(const RunJournal& journal, const std::u16string& path) {
@@ -89,7 +131,7 @@ void write_journal(FileSystem& files, const std::u16string& folder, const RunJou
   std::string bytes;
   const auto add = [&](std::string_view field) { bytes.append(field).push_back('\0'); };
   const auto add_path = [&](const std::u16string& path) { add(path_to_host(path)); };
-  add(kTitle);
+  bytes += kTitle;
   add(kStates[static_cast<std::size_t>(journal.state)]);
   for (const RunJournal::Borrowed& each : journal.borrowed) {
     add(kBorrowed);
@@ -107,47 +149,36 @@ void write_journal(FileSystem& files, const std::u16string& folder, const RunJou
     add_path(each);
   }
   add(kEnd);
-  const std::u16string path = journal_path(folder);
-  const std::u16string next = path + u".new";
+  const bool is_undoing = journal.state == RunJournal::State::kUndoing && files.info(placing_path(folder));
+  const std::u16string path = is_undoing ? placing_path(folder) : journal_path(folder);
   {
-    const auto file = files.open(next, Access::kCreate);
+    const auto file = files.open(path, Access::kAppend);
     file->write(bytes);
     file->close();
   }
-  if (const std::vector<std::u16string> needed = needed_on_disk(journal, next); !needed.empty()) files.flush(needed);
-  files.rename_file(next, path);
+  if (const std::vector<std::u16string> needed = needed_on_disk(journal, path); !needed.empty()) files.flush(needed);
+  if (journal.state == RunJournal::State::kPlacing) files.rename_file(path, placing_path(folder));
 }
 
 RunJournal read_journal(FileSystem& files, const std::u16string& folder) {
-  const std::u16string path = journal_path(folder);
-  std::string bytes = read_all(files, path);
-  // After a power cut: a journal that names files of the user is never empty.
-  if (bytes.empty()) return {};
-  Fields fields(std::move(bytes), path);
-  if (fields.next() != kTitle) fields.throw_damaged();
-  RunJournal journal;
-  const std::string_view state = fields.next();
-  std::size_t index = 0;
-  while (index < std::size(kStates) && state != kStates[index]) ++index;
-  if (index == std::size(kStates)) fields.throw_damaged();
-  journal.state = static_cast<RunJournal::State>(index);
-  for (std::string_view kind; (kind = fields.next()) != kEnd;) {
-    if (kind == kBorrowed) {
-      std::u16string name = fields.next_path();
-      journal.borrowed.push_back({std::move(name), fields.next_path()});
-    } else if (kind == kChange) {
-      RunJournal::Change change;
-      change.path = fields.next_path();
-      change.scratch = fields.next_path();
-      change.aside = fields.next_path();
-      journal.changes.push_back(std::move(change));
-    } else if (kind == kTemporary) {
-      journal.temporary_files.push_back(fields.next_path());
-    } else {
-      fields.throw_damaged();
-    }
+  const bool is_placing = files.info(placing_path(folder)).has_value();
+  const std::u16string path = is_placing ? placing_path(folder) : journal_path(folder);
+  const std::string bytes = '\0' + read_all(files, path);  // earlier versions began with the title's first letter
+  bool is_last = true;
+  for (std::size_t at = bytes.rfind(kTitle); at != std::string::npos;
+       at = at == 0 ? std::string::npos : bytes.rfind(kTitle, at - 1)) {
+    RunJournal journal;
+    const Found found = read_state(std::string_view(bytes).substr(at + kTitle.size()), is_placing, journal);
+    if (found == Found::kWhole) return journal;
+    if (found == Found::kDamaged && is_last) throw failure(FailureNumber::kInvalidCall, path + u" is damaged");
+    // A kill, a full disk or a power cut has cut it off: the one before it counts.
+    is_last = false;
   }
-  return journal;
+  // A first title that was cut off, or the zeros that a power cut may leave in the place of a file's bytes.
+  const std::size_t begin = std::min(bytes.find_first_not_of('\0'), bytes.size());
+  if (is_last && !kTitle.substr(1).starts_with(std::string_view(bytes).substr(begin)))
+    throw failure(FailureNumber::kInvalidCall, path + u" is damaged");
+  return {};
 }
 
 void place(FileSystem& files, const RunJournal::Change& change) {

@@ -1,10 +1,13 @@
 // The journal of a run: what it is about to do to real files, written down beforehand, so that the next run can finish
 // or undo what a killed one began.
 //
-// The journal is in the run's scratch folder and is replaced as a whole, so a reader finds a complete one or none. It
-// protects the documents from a run that is killed. It protects them only partly from a power cut: a journal that names
-// the user's files, and the new files, are on the disk before anything is changed, but the renames themselves are not
-// forced onto the disk. Paths are absolute.
+// The journal is a file in the run's scratch folder. Each new state of it is written behind the last one, and the last
+// complete one counts, so a reader never finds half of a state. kPlacing counts only from the moment when the new files
+// are on the disk and the journal has got another name.
+//
+// It protects the documents from a run that is killed. It protects them only partly from a power cut: a journal that
+// names the user's files, and the new files, are on the disk before anything is changed, but the renames themselves are
+// not forced onto the disk. Paths are absolute.
 #pragma once
 
 #include <string>
@@ -39,11 +42,12 @@ struct RunJournal {
   std::vector<std::u16string> temporary_files;  // of the run's own, outside of its scratch folder
 };
 
-// Replaces the journal in the scratch folder `folder`. One whose state is kPlacing has the new files flushed first.
-// Throws `failure` and then leaves the old journal in place.
+// Adds a state to the journal in the scratch folder `folder`. One whose state is kPlacing has the new files flushed.
+// Throws `failure`, and then the state before it counts still.
 void write_journal(FileSystem& files, const std::u16string& folder, const RunJournal& journal);
-// Reads the journal. One that a power cut has emptied reads as that of a run that has changed nothing. Throws `failure`
-// when it cannot be read, 5 when it is damaged, 53 when there is none.
+// Reads the last complete state. A journal without any, because its run was killed or a power cut emptied it, reads as
+// that of a run that has changed nothing. Throws `failure` when it cannot be read, 5 when it is damaged, 53 when there
+// is none.
 RunJournal read_journal(FileSystem& files, const std::u16string& folder);
 
 // The steps that a run takes, or the next run when it cleans up after a killed one. Each can be repeated after it was

@@ -22,12 +22,12 @@ constexpr double kSilentWait = 1;       // seconds before the wait is reported
 std::u16string text_of(const std::u16string& path) { return to_utf16(path_to_host(path)); }
 
 // True when a folder with the scratch folder's name but without a journal may be the user's own, because it contains a
-// file that no run leaves there before its first journal.
+// file: a run makes none there before its journal.
 bool holds_documents(FileSystem& files, const std::u16string& folder) {
   return std::ranges::any_of(files.find(in_folder(folder, u"*")), [&](const std::u16string& name) {
     const std::u16string path = in_folder(folder, name);
     const auto info = files.info(path);
-    return info && (info->is_folder ? holds_documents(files, path) : name != u"journal.new");
+    return info && (!info->is_folder || holds_documents(files, path));
   });
 }
 

@@ -164,8 +164,9 @@ std::unique_ptr<File> StagedFiles::open(std::u16string_view path, Access access)
   if (old && old->is_special) return real_.open(path, access);
   if (old && access == Access::kCreateNew) throw failure(FailureNumber::kFileAlreadyExists, whole + u" exists already");
   check_replaceable(whole);
-  std::u16string place = scratch_path(name_part(whole));
-  auto file = real_.open(place, Access::kCreateNew);
+  const bool appends = old && access == Access::kAppend;
+  std::u16string place = appends ? copy_into_scratch(existing(path)) : scratch_path(name_part(whole));
+  auto file = real_.open(place, appends ? Access::kAppend : Access::kCreateNew);
   set(whole, std::move(place));
   return file;
 }

@@ -45,6 +45,7 @@ enum class Access {
   kRead,       // an existing file, for reading
   kCreate,     // for writing; an existing file is emptied
   kCreateNew,  // for writing; fails with 58 when the name exists (no two callers can both succeed)
+  kAppend,     // for writing behind what the file holds; a missing file is made
 };
 
 // An open file. The destructor closes it and ignores a failure to do so; a writer must call close() to see that

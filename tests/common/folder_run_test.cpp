@@ -61,6 +61,20 @@ TEST_F(FolderRunTest, NothingRealChangesBeforeTheCommit) {
   EXPECT_EQ(files.all_files(), (Names{std::u16string(kPage), std::u16string(kScript)}));
 }
 
+TEST_F(FolderRunTest, WhatIsAppendedChangesNoRealFile) {
+  {
+    FolderRun run(kPage);
+    ports().files->open(kPage, Access::kAppend)->write(" and more");
+    ports().files->open(kScript, Access::kAppend)->write("new script");
+    EXPECT_EQ(read(kPage), "old page and more");
+    EXPECT_EQ(files.get(kPage), "old page");
+    EXPECT_FALSE(files.has(kScript));
+    run.commit();
+  }
+  EXPECT_EQ(files.get(kPage), "old page and more");
+  EXPECT_EQ(files.get(kScript), "new script");
+}
+
 TEST_F(FolderRunTest, WithoutCommitEverythingIsAsItWas) {
   {
     FolderRun run(kPage);

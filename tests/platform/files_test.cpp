@@ -154,6 +154,15 @@ TEST_P(FilesTest, CreateEmptiesAnExistingFile) {
   EXPECT_EQ(read(u"a.txt"), "new");
 }
 
+TEST_P(FilesTest, AppendWritesBehindWhatIsThere) {
+  files().open(path(u"a.txt"), Access::kAppend)->write("one");
+  files().open(path(u"A.TXT"), Access::kAppend)->write(" two");
+  EXPECT_EQ(read(u"a.txt"), "one two");
+  EXPECT_EQ(open_failure(u"missing\\a.txt", Access::kAppend), 76);
+  make_folder(u"folder");
+  EXPECT_EQ(open_failure(u"folder", Access::kAppend), 75);
+}
+
 TEST_P(FilesTest, ExclusiveCreateSucceedsOnce) {
   files().open(path(u"a.txt"), Access::kCreateNew)->write("mine");
   EXPECT_EQ(open_failure(u"a.txt", Access::kCreateNew), 58);
@@ -227,6 +236,7 @@ TEST_P(FilesTest, ReadOnlyFileIsNeitherEmptiedNorReplaced) {
   write(u"b.txt", "other");
   files().set_read_only(path(u"a.txt"), true);
   EXPECT_EQ(open_failure(u"a.txt", Access::kCreate), 70);
+  EXPECT_EQ(open_failure(u"a.txt", Access::kAppend), 70);
   EXPECT_EQ(failure_number([&] { files().rename_file(path(u"b.txt"), path(u"a.txt")); }), 70);
   EXPECT_EQ(read(u"a.txt"), "kept");
   EXPECT_EQ(read(u"b.txt"), "other");

@@ -131,8 +131,12 @@ std::unique_ptr<File> MemoryFiles::open(std::u16string_view path, Access access)
   if (!exists) entries_.emplace(whole, Entry{false, false, std::make_shared<std::string>(), ++last_number_});
   Entry& entry = existing_file(whole);
   if (entry.is_read_only) raise(FailureNumber::kPermissionDenied, u"Permission denied", path);
-  entry.bytes->clear();
-  return std::make_unique<MemoryFile>(entry.bytes, true);
+  auto file = std::make_unique<MemoryFile>(entry.bytes, true);
+  if (access == Access::kAppend)
+    file->seek(entry.bytes->size());
+  else
+    entry.bytes->clear();
+  return file;
 }
 
 std::optional<FileInfo> MemoryFiles::info(std::u16string_view path) {

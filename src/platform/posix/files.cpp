@@ -122,11 +122,12 @@ class PosixFiles final : public FileSystem {
     if (access != Access::kCreateNew) {
       const std::optional<struct stat> status = found.target_status();
       if (is_folder(status)) throw host_failure(EISDIR);  // a folder can be opened for reading, but each read fails
-      if (access == Access::kCreate && is_read_only(status)) throw host_failure(EACCES);
+      if (access != Access::kRead && is_read_only(status)) throw host_failure(EACCES);
     }
     int flags = O_RDONLY;
     if (access == Access::kCreate) flags = O_RDWR | O_CREAT | O_TRUNC;
     if (access == Access::kCreateNew) flags = O_RDWR | O_CREAT | O_EXCL;
+    if (access == Access::kAppend) flags = O_RDWR | O_CREAT | O_APPEND;
     try {
       // make_unique allocates before the constructor opens the file. The other way round, a lack of memory would leave
       // a new file that nobody removes.

@@ -18,7 +18,7 @@
 namespace kavo {
 namespace {
 
-constexpr std::size_t kMostThreads = 8;
+constexpr std::size_t kMostThreads = 4;  // with more, starting them costs more than they save
 constexpr std::uint32_t kInMemory = 0x01021994;  // tmpfs, as statfs(2) names it: nothing to wait for
 
 bool is_in_memory(const std::string& file) {

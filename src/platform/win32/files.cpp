@@ -137,13 +137,15 @@ class WindowsFileSystem final : public FileSystem {
     const bool reading = access == Access::kRead;
     // Readers share everything, so that a document that its editor holds open can be read.
     const DWORD sharing = reading ? FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE : FILE_SHARE_READ;
-    if (access == Access::kCreate) check_writable(name);
+    const bool keeps_name = access == Access::kCreate || access == Access::kAppend;
+    if (keeps_name) check_writable(name);
     // OPEN_ALWAYS and emptying below: CREATE_ALWAYS refuses a hidden file and drops the attributes of any other.
-    const DWORD disposition = reading ? OPEN_EXISTING : access == Access::kCreate ? OPEN_ALWAYS : CREATE_NEW;
+    const DWORD disposition = reading ? OPEN_EXISTING : keeps_name ? OPEN_ALWAYS : CREATE_NEW;
     unique_handle handle(CreateFileW(name.c_str(), reading ? GENERIC_READ : GENERIC_READ | GENERIC_WRITE, sharing,
                                      nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr));
     if (!handle) throw_file_error(name);
     if (access == Access::kCreate && !SetEndOfFile(handle.get())) throw_last_error();
+    if (access == Access::kAppend && !SetFilePointerEx(handle.get(), {}, nullptr, FILE_END)) throw_last_error();
     return std::make_unique<WindowsFile>(std::move(handle));
   }
 

@@ -46,6 +46,7 @@ class ConversionSink final : public ExtractionSink {
         skeleton_name_(request.skeleton.empty() ? skeleton_name_of(request.tud) : request.skeleton),
         checksum_(checksum_of_file(request.document)),
         set_(set_of(request)),
+        replaces_skeleton_(ports().files->info(skeleton_name_).has_value()),
         skeleton_(skeleton_name_),
         tud_(request.tud) {}
 
@@ -96,7 +97,7 @@ class ConversionSink final : public ExtractionSink {
   void commit_both() {
     FileSystem& files = *ports().files;
     std::u16string old_skeleton;
-    if (files.info(skeleton_name_)) {
+    if (replaces_skeleton_) {
       old_skeleton = tud_.temporary_path() + u".old";
       copy_file(skeleton_name_, old_skeleton);
     }
@@ -119,6 +120,7 @@ class ConversionSink final : public ExtractionSink {
   std::uint64_t checksum_;
   SetMark set_;
   TudHeader header_;
+  bool replaces_skeleton_;  // asked before the new one begins, which may be written under its own name
   SkeletonWriter skeleton_;
   PendingFile tud_;
   std::string xml_;
