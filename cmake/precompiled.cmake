@@ -19,7 +19,7 @@ function(kavo_precompiled target owner)
 endfunction()
 
 # -fpch-preprocess lets ccache see through a precompiled header. g++ 12 warns falsely about the bounds of strings whose
-# functions come from one (GCC bug 105329); the native build compiles the rooms without and sees what is true.
+# functions come from one (GCC bug 105329); a release is compiled without and sees what is true.
 set(KAVO_PRECOMPILED_OPTION $<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>
   $<$<CXX_COMPILER_ID:GNU>:-Wno-array-bounds> $<$<CXX_COMPILER_ID:GNU>:-Wno-stringop-overflow>
   $<$<CXX_COMPILER_ID:GNU>:-Wno-stringop-overread>)

@@ -15,7 +15,9 @@ case ${1:-} in
   -*) sed -n '2,8s/^# \{0,1\}//p' scripts/tidy.sh >&2; exit 2 ;;
 esac
 scripts/setup.sh --full
-[ -f build/native/compile_commands.json ] || cmake --preset native >/dev/null
+# clang cannot read the headers that g++ has precompiled.
+[ -f build/tidy/compile_commands.json ] ||
+  cmake --preset native -B build/tidy -DKAVO_TESTS=OFF -DKAVO_PRECOMPILE=OFF >/dev/null
 files=("$@")
 # The COM skin needs headers that its own build makes.
 [ $# -gt 0 ] || mapfile -t files < <(git ls-files 'src/*.cpp' | grep -v automation_server/)
@@ -32,6 +34,6 @@ tidy() {
     "${checks[@]}" 2>/dev/null
 }
 result=0
-printf '%s\n' "${files[@]}" | { grep -v /win32/ || true; } | tidy build/native || result=1
+printf '%s\n' "${files[@]}" | { grep -v /win32/ || true; } | tidy build/tidy || result=1
 printf '%s\n' "${files[@]}" | { grep /win32/ || true; } | tidy build/tidy-windows || result=1
 exit $result
