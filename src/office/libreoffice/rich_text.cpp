@@ -53,6 +53,24 @@ struct Part {
 
 using Names = Sequence<rtl::OUString>;
 
+// A text, with all ranges of it that were asked for. LibreOffice destroys a range that nobody holds in another thread
+// than the one that lists ranges of the same text, and crashes when the latter meets a half-destroyed one. So they are
+// let go with the whole text.
+class WholeText {
+ public:
+  explicit WholeText(const Reference<text::XText>& text) : text_(text) {}
+  text::XText* operator->() const { return text_.get(); }
+  template <class Range>
+  Reference<Range> keep(const Reference<Range>& range) {
+    ranges_.push_back(range);
+    return range;
+  }
+
+ private:
+  Reference<text::XText> text_;
+  std::vector<Reference<uno::XInterface>> ranges_;
+};
+
 // Asks for all at once, because each call goes to another process.
 Formatting values_of(const Reference<uno::XInterface>& properties, const Names& names) {
   const Sequence<Any> values =
@@ -113,20 +131,20 @@ void append(std::vector<Part>& parts, Part part) {
 }
 
 // The end is known by its exception: hasMoreElements() would be a call for each range.
-std::vector<Reference<text::XTextRange>> ranges_in(const Reference<uno::XInterface>& whole) {
+std::vector<Reference<text::XTextRange>> ranges_in(WholeText& whole, const Reference<uno::XInterface>& part) {
   std::vector<Reference<text::XTextRange>> ranges;
-  const Reference<XEnumerationAccess> access(whole, UNO_QUERY);
+  const Reference<XEnumerationAccess> access(part, UNO_QUERY);
   if (!access.is()) return ranges;
   const auto all = access->createEnumeration();
   try {
-    for (;;) ranges.emplace_back(all->nextElement(), UNO_QUERY_THROW);
+    for (;;) ranges.push_back(whole.keep(Reference<text::XTextRange>(all->nextElement(), UNO_QUERY_THROW)));
   } catch (const com::sun::star::container::NoSuchElementException&) {
     return ranges;
   }
 }
 
-void append_paragraph(std::vector<Part>& parts, const Reference<text::XTextRange>& paragraph) {
-  for (const auto& portion : ranges_in(paragraph)) append(parts, part_of(portion));
+void append_paragraph(std::vector<Part>& parts, WholeText& whole, const Reference<text::XTextRange>& paragraph) {
+  for (const auto& portion : ranges_in(whole, paragraph)) append(parts, part_of(portion));
 }
 
 std::vector<TextRun> runs_of(const std::vector<Part>& parts) {
@@ -136,9 +154,9 @@ std::vector<TextRun> runs_of(const std::vector<Part>& parts) {
 }
 
 // A cursor over [begin, end), in UTF-16 units from `start`.
-Reference<text::XTextCursor> cursor_over(const Reference<text::XText>& whole, const Reference<text::XTextRange>& start,
-                                         std::size_t begin, std::size_t end) {
-  const Reference<text::XTextCursor> cursor = whole->createTextCursorByRange(start);
+Reference<text::XTextCursor> cursor_over(WholeText& whole, const Reference<text::XTextRange>& start, std::size_t begin,
+                                         std::size_t end) {
+  const Reference<text::XTextCursor> cursor = whole.keep(whole->createTextCursorByRange(start));
   const auto go = [&](std::size_t count, bool expand) {
     constexpr std::size_t most = std::numeric_limits<sal_Int16>::max();
     for (; count > 0; count -= std::min(count, most))
@@ -150,8 +168,8 @@ Reference<text::XTextCursor> cursor_over(const Reference<text::XText>& whole, co
 }
 
 // Replaces what the cursor covers. Afterwards the cursor is empty and after the new text.
-void write_text(const Reference<text::XText>& whole, const Reference<text::XTextCursor>& cursor,
-                std::u16string_view content, LineBreaks line_breaks) {
+void write_text(WholeText& whole, const Reference<text::XTextCursor>& cursor, std::u16string_view content,
+                LineBreaks line_breaks) {
   if (line_breaks == LineBreaks::kParagraphs || content.find(u'\n') == std::u16string_view::npos) {
     cursor->setString(to_uno(content));
     cursor->collapseToEnd();
@@ -177,8 +195,8 @@ void write_text(const Reference<text::XText>& whole, const Reference<text::XText
 
 // Replaces one run among others. The new text takes the place of all but the first character of the old one, which then
 // goes. If it replaced the old text at once, it would take the formatting of the run before.
-void write_run(const Reference<text::XText>& whole, const Reference<text::XTextRange>& start, std::size_t begin,
-               std::size_t end, std::u16string_view content, LineBreaks line_breaks) {
+void write_run(WholeText& whole, const Reference<text::XTextRange>& start, std::size_t begin, std::size_t end,
+               std::u16string_view content, LineBreaks line_breaks) {
   write_text(whole, cursor_over(whole, start, begin + 1, end), content, line_breaks);
   cursor_over(whole, start, begin, begin + 1)->setString(rtl::OUString());
 }
@@ -186,8 +204,7 @@ void write_run(const Reference<text::XText>& whole, const Reference<text::XTextR
 // The formatting of runs: the values of all character properties that at least one of them sets itself.
 class RunFormats {
  public:
-  RunFormats(const Reference<text::XText>& whole, const Reference<text::XTextRange>& start,
-             const TranslatedText& translation) {
+  RunFormats(WholeText& whole, const Reference<text::XTextRange>& start, const TranslatedText& translation) {
     std::vector<Reference<text::XTextCursor>> cursors;
     std::size_t begin = 0;
     for (const TranslatedText::Run& run : translation.runs) {
@@ -237,9 +254,8 @@ class RunFormats {
 
 // Replaces a link with one that has another text. Changing the link itself has no effect, because LibreOffice hands out
 // a copy.
-void write_link(OfficeDocument& document, const Reference<text::XText>& whole,
-                const Reference<text::XTextCursor>& cursor, const Reference<XPropertySet>& link,
-                std::u16string_view content) {
+void write_link(OfficeDocument& document, WholeText& whole, const Reference<text::XTextCursor>& cursor,
+                const Reference<XPropertySet>& link, std::u16string_view content) {
   const Reference<com::sun::star::lang::XMultiServiceFactory> factory(document.model(), UNO_QUERY_THROW);
   const Reference<text::XTextContent> field(factory->createInstance("com.sun.star.text.TextField.URL"),
                                             UNO_QUERY_THROW);
@@ -259,8 +275,8 @@ void write_link(OfficeDocument& document, const Reference<text::XText>& whole,
 class TranslationWriter {
  public:
   // All must outlive the object.
-  TranslationWriter(OfficeDocument& document, const Reference<text::XText>& whole,
-                    const Reference<text::XTextRange>& start, LineBreaks line_breaks, const TranslatedText& translation)
+  TranslationWriter(OfficeDocument& document, WholeText& whole, const Reference<text::XTextRange>& start,
+                    LineBreaks line_breaks, const TranslatedText& translation)
       : document_(document),
         whole_(whole),
         start_(start),
@@ -330,7 +346,7 @@ class TranslationWriter {
   }
 
   OfficeDocument& document_;
-  const Reference<text::XText>& whole_;
+  WholeText& whole_;
   const Reference<text::XTextRange>& start_;
   const LineBreaks line_breaks_;
   const std::vector<TranslatedText::Run>& runs_;
@@ -338,16 +354,15 @@ class TranslationWriter {
   std::optional<RunFormats> formats_;  // when a run may move
 };
 
-void write_translation(OfficeDocument& document, const Reference<text::XText>& whole,
-                       const Reference<text::XTextRange>& start, const std::vector<Part>& parts, LineBreaks line_breaks,
-                       std::string_view place, const TranslatedText& translation) {
+void write_translation(OfficeDocument& document, WholeText& whole, const Reference<text::XTextRange>& start,
+                       const std::vector<Part>& parts, LineBreaks line_breaks, std::string_view place,
+                       const TranslatedText& translation) {
   TranslationWriter(document, whole, start, line_breaks, translation)
       .write(parts, place, cut_at_fixed_runs(translation, place));
 }
 
-void visit_parts(OfficeDocument& document, const Reference<text::XText>& whole,
-                 const Reference<text::XTextRange>& start, const std::vector<Part>& parts, LineBreaks line_breaks,
-                 std::string_view place, TextVisitor& visitor) {
+void visit_parts(OfficeDocument& document, WholeText& whole, const Reference<text::XTextRange>& start,
+                 const std::vector<Part>& parts, LineBreaks line_breaks, std::string_view place, TextVisitor& visitor) {
   const std::vector<TextRun> runs = runs_of(parts);
   if (is_blank(runs)) return;
   if (const TranslatedText* translation = visitor.visit(place, runs))
@@ -356,16 +371,18 @@ void visit_parts(OfficeDocument& document, const Reference<text::XText>& whole,
 
 }  // namespace
 
-void visit_text(OfficeDocument& document, const Reference<text::XText>& whole, LineBreaks line_breaks,
+void visit_text(OfficeDocument& document, const Reference<text::XText>& text, LineBreaks line_breaks,
                 std::string_view place, TextVisitor& visitor) {
   document.listener().step();
+  WholeText whole(text);
   const TextRun all{TextRun::Kind::kText, from_uno(whole->getString())};
   if (is_blank({&all, 1})) return;
   if (const auto answer = line_breaks == LineBreaks::kParagraphs ? visitor.answer(place, all.text) : std::nullopt) {
-    if (*answer) write_translation(document, whole, whole->getStart(), {{all, {}, {}}}, line_breaks, place, **answer);
+    if (*answer)
+      write_translation(document, whole, whole.keep(whole->getStart()), {{all, {}, {}}}, line_breaks, place, **answer);
     return;
   }
-  const auto paragraphs = ranges_in(whole);
+  const auto paragraphs = ranges_in(whole, text);
   if (line_breaks == LineBreaks::kParagraphs) {
     std::vector<Part> parts;
     for (const auto& paragraph : paragraphs) {
@@ -376,15 +393,15 @@ void visit_text(OfficeDocument& document, const Reference<text::XText>& whole, L
         else
           parts.back().run.text += u'\n';
       }
-      append_paragraph(parts, paragraph);
+      append_paragraph(parts, whole, paragraph);
     }
-    visit_parts(document, whole, whole->getStart(), parts, line_breaks, place, visitor);
+    visit_parts(document, whole, whole.keep(whole->getStart()), parts, line_breaks, place, visitor);
     return;
   }
   for (std::size_t i = 0; i < paragraphs.size(); ++i) {
     std::vector<Part> parts;
-    append_paragraph(parts, paragraphs[i]);
-    visit_parts(document, whole, paragraphs[i]->getStart(), parts, line_breaks,
+    append_paragraph(parts, whole, paragraphs[i]);
+    visit_parts(document, whole, whole.keep(paragraphs[i]->getStart()), parts, line_breaks,
                 std::string(place) + "/paragraph:" + std::to_string(i + 1), visitor);
   }
 }
