@@ -9,6 +9,7 @@
 // a new one begins.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <string_view>
 
@@ -48,6 +49,24 @@ inline std::size_t quoted_length(std::string_view bytes) noexcept {
   if (!bytes.substr(1).starts_with(kMarker)) return 0;
   const std::size_t end = bytes.substr(0, kLongestPlaceholder).find(kQuotedEnd);
   return end == std::string_view::npos ? 0 : end + kQuotedEnd.size();
+}
+
+// The length of what stands before the marker of a placeholder for a tag, at the end of `before`; 0 when `marker` begins
+// none that a quote follows.
+inline std::size_t wrapping_length(std::string_view before, std::string_view marker) noexcept {
+  if (!marker.starts_with(kMarker) || !before.ends_with('"')) return 0;
+  const std::size_t end = marker.substr(0, kLongestPlaceholder).find(kMarkerEnd);
+  if (end == std::string_view::npos || !marker.substr(end - 2).starts_with(kWrappedEnd) ||
+      !marker.substr(end).starts_with(kQuotedEnd))
+    return 0;
+  return before.ends_with(kAttribute) ? kAttribute.size() : 1;
+}
+
+// A placeholder without what it is wrapped in.
+inline std::string_view unwrapped(std::string_view bytes) noexcept {
+  if (!bytes.ends_with(kQuotedEnd)) return bytes;
+  bytes.remove_suffix(1);
+  return bytes.substr(std::min(bytes.find(kMarker), bytes.size()));
 }
 
 }  // namespace kavo::html::placeholder

@@ -42,6 +42,14 @@ const Enclosed* find_enclosed(std::string_view bytes) {
   return nullptr;
 }
 
+// True when the text may end in what stands before the marker of a placeholder.
+bool ends_in_wrapping(std::string_view text) {
+  const std::string_view whole = placeholder::kAttribute;
+  for (std::size_t size = whole.size(); size > 0; --size)
+    if (text.ends_with(whole.substr(0, size))) return true;
+  return text.ends_with('"');
+}
+
 std::size_t find(std::string_view bytes, std::size_t from, std::string_view text) {
   const char* const end = bytes.data() + bytes.size();
   return static_cast<std::size_t>(find_text(bytes.data() + std::min(from, bytes.size()), end, text) - bytes.data());
@@ -119,7 +127,20 @@ std::size_t TokenScanner::condition_size() {
   return end + 2;
 }
 
-bool TokenScanner::text(PageToken& token) { return give(token, TokenKind::kText, find(input_.window(), 1, "<")); }
+// A placeholder for a tag that stands in a text, because the page's tags are broken, is one token with its name and its
+// quotes: a translation must not change them.
+bool TokenScanner::text(PageToken& token) {
+  using namespace placeholder;
+  for (;;) {
+    std::size_t end = find(input_.window(), 1, "<");
+    if (end == input_.window().size() && ends_in_wrapping(input_.window()) && input_.more()) continue;
+    if (input_.window()[end - 1] == '"') has(end + kLongestPlaceholder);
+    const std::string_view window = input_.window();
+    const std::size_t wrapping = wrapping_length(window.substr(0, end), window.substr(end));
+    if (wrapping != end) return give(token, TokenKind::kText, end - wrapping);
+    return give(token, TokenKind::kServerCode, window.find(kQuotedEnd, end) + kQuotedEnd.size());
+  }
+}
 
 // False at the end of the raw text.
 bool TokenScanner::raw_text(PageToken& token) {

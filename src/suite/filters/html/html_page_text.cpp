@@ -4,6 +4,7 @@
 
 #include "formats/html/elements.h"
 #include "formats/html/entities.h"
+#include "formats/html/script_marker.h"
 #include "formats/html/tokens.h"
 
 namespace kavo::html {
@@ -155,7 +156,7 @@ void PageText::add_value(SegmentBuilder& builder, std::string_view bytes, const 
 
 void PageText::add_server_code(SegmentBuilder& builder, std::string_view bytes) {
   builder.add_code(CodeKind::kStandalone, "x-script", shown(bytes), input_.original(bytes), true);
-  builder.equivalent(shown(scripts_.meaning(bytes)));
+  builder.equivalent(shown(scripts_.meaning(placeholder::unwrapped(bytes))));
 }
 
 std::string PageText::shown(std::string_view bytes) const { return decoded(bytes.substr(0, kMostShown)); }

@@ -1,6 +1,7 @@
 // The part of PageExtraction for server code in the page, and for the placeholders of code that was taken out.
 #include <algorithm>
 
+#include "formats/html/script_marker.h"
 #include "formats/script/php_end.h"
 #include "suite/filters/html/html_extraction.h"
 
@@ -11,7 +12,7 @@ void PageExtraction::rest_of_php(const PageToken& token) {
   std::size_t own = token.bytes.size();  // how many of the token's bytes are code
   const std::size_t before = unended_php_.size();
   if (before <= kLongestBlock) {
-    unended_php_ += scripts_.text(token.bytes);
+    unended_php_ += scripts_.text(placeholder::unwrapped(token.bytes));
     const bool may_end = unended_php_.find("?>", before - 1) != std::string::npos;
     const std::size_t end = may_end ? script::php_end(unended_php_) : std::string::npos;
     if (end != std::string::npos) {
@@ -29,13 +30,14 @@ void PageExtraction::rest_of_php(const PageToken& token) {
 
 // Code that divides the page ends the segment: no translation may carry a text into another branch of a condition.
 void PageExtraction::server_code(std::string_view bytes) {
-  unended_php_ = scripts_.unended_php(bytes);
+  const std::string_view script = placeholder::unwrapped(bytes);
+  unended_php_ = scripts_.unended_php(script);
   if (!unended_php_.empty()) {
     flush();
     outside(bytes);
     return;
   }
-  if (scripts_.divides(bytes)) {
+  if (scripts_.divides(script)) {
     flush();
     add_embedded(embedded_.of_server_code(bytes));
     write_tag_outside(bytes, 0, values_.size());
