@@ -101,7 +101,8 @@ TEST_F(RunJournalTest, ARunThatCouldNotPlaceItsFilesUndoes) {
 }
 
 TEST_F(RunJournalTest, TheJournalOfAnEarlierVersionIsUnderstood) {
-  files.put(kJournal, std::string("KAVO run 1\0placing\0change\0/a\0/b\0\0end\0", 41));
+  constexpr char earlier[] = "KAVO run 1\0placing\0change\0/a\0/b\0\0end";
+  files.put(kJournal, std::string(earlier, sizeof earlier));  // with the zero byte that ends the last field
   EXPECT_EQ(read().state, RunJournal::State::kPlacing);
   EXPECT_EQ(read().changes.size(), 1u);
 }
