@@ -54,10 +54,10 @@ class Folder:
     def kavo_run(self, *arguments):
         return self.run(self.kavo, *arguments)
 
-    def convert(self, form, documents, target):
-        """By LibreOffice, in one run; what it cannot load is left out."""
+    def convert(self, form, documents, target, user="user"):
+        """By LibreOffice, in one run; what it cannot load is left out. It keeps what it has learned for its user."""
         target.mkdir()
-        self.run("soffice", f"-env:UserInstallation=file://{self.path}/profile", "--headless", "--convert-to", form,
+        self.run("soffice", f"-env:UserInstallation=file://{self.path}/{user}", "--headless", "--convert-to", form,
                  "--outdir", target, *documents)
         return target
 
@@ -156,7 +156,8 @@ class Document:
         work.mkdir(exist_ok=True)
         copy = work / self.name
         shutil.copyfile(source or self.source, copy)
-        folder.kavo_run("prepare", "-q", "--source", "EN-US", "--target", target, copy)
+        # Without --fresh, translations of other documents in the folder would be filled in.
+        folder.kavo_run("prepare", "-q", "--fresh", "--source", "EN-US", "--target", target, copy)
         self.tud = work / f"{copy.stem}_rtf_{target}.tud"
         change(self.tud)
         folder.kavo_run("rebuild", "-q", "--overwrite", "--output", copy, *options, self.tud)
@@ -229,8 +230,8 @@ def shown_by_unrtf(folder, document, texts):
 
 
 def drawn_alone(folder, path, place):
-    """The pages of a document that LibreOffice draws in a run of its own."""
-    return pages(folder, folder.convert("pdf", [path], folder.path / place) / f"{path.stem}.pdf")
+    """The pages of a document that LibreOffice draws in a run of its own, with nothing learned from other documents."""
+    return pages(folder, folder.convert("pdf", [path], folder.path / place, f"user_{place}") / f"{path.stem}.pdf")
 
 
 def same_without_what_nobody_sees(folder, document, source, anew):
