@@ -42,12 +42,12 @@ const Enclosed* find_enclosed(std::string_view bytes) {
   return nullptr;
 }
 
-// True when the text may end in what stands before the marker of a placeholder.
-bool ends_in_wrapping(std::string_view text) {
+// How much of the end of a text may stand before the marker of a placeholder.
+std::size_t possible_wrapping(std::string_view text) {
   const std::string_view whole = placeholder::kAttribute;
   for (std::size_t size = whole.size(); size > 0; --size)
-    if (text.ends_with(whole.substr(0, size))) return true;
-  return text.ends_with('"');
+    if (text.ends_with(whole.substr(0, size))) return size;
+  return text.ends_with('"') ? 1 : 0;
 }
 
 std::size_t find(std::string_view bytes, std::size_t from, std::string_view text) {
@@ -132,8 +132,13 @@ std::size_t TokenScanner::condition_size() {
 bool TokenScanner::text(PageToken& token) {
   using namespace placeholder;
   for (;;) {
-    std::size_t end = find(input_.window(), 1, "<");
-    if (end == input_.window().size() && ends_in_wrapping(input_.window()) && input_.more()) continue;
+    const std::size_t end = find(input_.window(), 1, "<");
+    if (end == input_.window().size()) {
+      // What may belong to a placeholder is left for the next token, so that no text must be held.
+      const std::size_t left = possible_wrapping(input_.window());
+      if (left == end && input_.more()) continue;
+      return give(token, TokenKind::kText, left == end ? end : end - left);
+    }
     if (input_.window()[end - 1] == '"') has(end + kLongestPlaceholder);
     const std::string_view window = input_.window();
     const std::size_t wrapping = wrapping_length(window.substr(0, end), window.substr(end));
