@@ -1,10 +1,14 @@
 #include "cli/verb_run.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <functional>
+#include <iterator>
 #include <memory>
 #include <new>
+#include <optional>
 #include <thread>
+#include <utility>
 
 #include "cli/memory_reserve.h"
 #include "cli/output.h"
@@ -12,6 +16,7 @@
 #include "cli/run_in_folder.h"
 #include "cli/workers.h"
 #include "common/folder_run.h"
+#include "common/run_series.h"
 #include "platform/failure.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"
@@ -81,6 +86,14 @@ Outcome outcome_of_file(Verb& verb, const VerbEntry& entry, const std::u16string
   });
 }
 
+RunReport reporter(MessageList& reports) {
+  return [&reports](const std::u16string& text) { reports.push_back({text}); };
+}
+
+void take_over(MessageList& reports, Outcome& outcome) {
+  std::ranges::move(std::exchange(reports, {}), std::back_inserter(outcome.messages));
+}
+
 void put_into_host_form(Outcome& outcome, const WatchedFiles& watched) {
   for (Message& message : outcome.messages)
     message.text = watched.in_host_form(FolderRun::without_scratch_folder(message.text));
@@ -130,6 +143,8 @@ ExitCode run_verb(Verb& verb, const VerbEntry& entry, const RunOptions& options,
   connect(verb, bar, watched);
   verb.start();
   const std::unique_ptr<Workers> workers = workers_for(verb, options);
+  MessageList reports;
+  std::optional<RunSeries> series(reporter(reports));
   for (std::size_t i = 0; i < files.size(); ++i) {
     const std::string& file = files[i];
     if (entry.takes_files) working_on(file.c_str());
@@ -146,6 +161,7 @@ ExitCode run_verb(Verb& verb, const VerbEntry& entry, const RunOptions& options,
       else
         done = {outcome_of_file(verb, entry, path_from_host(file), bar), ports().clock->seconds() - started};
       bar.hide();
+      take_over(reports, done.outcome);
       verb.add_up(done.outcome);
       add(file, std::move(done.outcome), done.seconds);
     } catch (const std::bad_alloc&) {
@@ -155,6 +171,7 @@ ExitCode run_verb(Verb& verb, const VerbEntry& entry, const RunOptions& options,
     }
     keep_memory_back();
   }
+  series.reset();
   const double started = ports().clock->seconds();
   bool has_outcome = false;
   const std::u16string workplace = verb.workplace(u"");
@@ -163,6 +180,7 @@ ExitCode run_verb(Verb& verb, const VerbEntry& entry, const RunOptions& options,
     has_outcome = last.has_value();
     return last.value_or(Outcome());
   });
+  take_over(reports, outcome);
   if (!workplace.empty() || !files.empty())
     name_place(outcome, workplace.empty() ? path_from_host(files.back()) : workplace);
   if (has_outcome || outcome.ending != Outcome::kDone || !outcome.messages.empty())
@@ -178,12 +196,16 @@ ExitCode run_share(Verb& verb, const VerbEntry& entry, WatchedFiles& watched) {
   connect(verb, bar, watched);
   verb.start();
   wait_for_others();
+  MessageList reports;
+  std::optional<RunSeries> series(reporter(reports));
   for (std::size_t i = 0; i < numbers.size(); ++i) {
     throw_if_interrupted();
     throw_if_memory_ran_out();
     watched.forget();
     const double started = ports().clock->seconds();
     Outcome outcome = outcome_of_file(verb, entry, verb.files[i], bar);
+    if (i + 1 == numbers.size()) series.reset();
+    take_over(reports, outcome);
     put_into_host_form(outcome, watched);
     print_output(line_of(numbers[i], outcome, ports().clock->seconds() - started));
     keep_memory_back();

@@ -5,8 +5,10 @@
 // only this class can find them in a text without guessing.
 #pragma once
 
-#include <set>
+#include <functional>
 #include <string>
+#include <string_view>
+#include <unordered_set>
 
 #include "platform/files.h"
 
@@ -42,10 +44,14 @@ class WatchedFiles final : public FileSystem {
   std::u16string absolute(std::u16string_view path) override;
 
  private:
+  struct PathHash : std::hash<std::u16string_view> {
+    using is_transparent = void;
+  };
+
   void remember(std::u16string_view path);
 
   FileSystem& inner_;
-  std::set<std::u16string, std::less<>> paths_;
+  std::unordered_set<std::u16string, PathHash, std::equal_to<>> paths_;
 };
 
 }  // namespace kavo

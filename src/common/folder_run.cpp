@@ -11,6 +11,7 @@
 #include "common/pending_file.h"
 #include "common/run_journal.h"
 #include "common/run_recovery.h"
+#include "common/run_series.h"
 #include "common/scratch_names.h"
 #include "common/staged_files.h"
 #include "platform/case_fold.h"
@@ -87,6 +88,7 @@ class FolderRun::Work {
         folder_(in_folder(parent_of(document), kScratchFolder)),
         staged_(files_, folder_,
                 {[this] { make_folder(); }, [this](std::u16string_view path) { note_temporary_file(path); }}) {
+    if (RunSeries* const series = RunSeries::current()) series->begin(files_, folder_);
     take_folder(parent_of(document));
     bring_back_document();
     ports().files = &staged_;
@@ -113,7 +115,13 @@ class FolderRun::Work {
     const auto is_it = [&](const Held& held) { return equal_ignoring_case(held.folder, folder); };
     if (std::ranges::any_of(held_, is_it)) return;
     held_.push_back({folder, lock_folder(files_, folder, report_)});
-    recover(files_, in_folder(folder, kScratchFolder), report_);
+    const std::u16string scratch = in_folder(folder, kScratchFolder);
+    if (RunSeries::current() && scratch == folder_ && is_idle(files_, scratch)) {
+      has_folder_ = true;
+      staged_.numbered_folders(1);
+    } else {
+      recover(files_, scratch, report_);
+    }
   }
 
   StagedFiles& staged() { return staged_; }
@@ -158,19 +166,11 @@ class FolderRun::Work {
   }
 
   void commit() {
-    journal_.changes.clear();
-    collect_changes();
-    if (journal_.changes.size() < 2) {
-      // A single file takes its name in one step, so no journal is needed.
-      for (const RunJournal::Change& change : journal_.changes) {
-        about(change.path, [&] {
-          if (!change.scratch.empty()) files_.flush({change.scratch});
-          place(files_, change);
-        });
-      }
-    } else {
-      place_together();
-    }
+    const std::vector<Result> results = collect_results();
+    if (results.size() == 1)
+      place_alone(results.front());
+    else if (!results.empty())
+      place_together(results);
     for (const auto& [path, read_only] : staged_.view().read_only) files_.set_read_only(path, read_only);
     staged_.view({});
   }
@@ -197,22 +197,31 @@ class FolderRun::Work {
     write_journal(files_, folder_, journal_);
   }
 
-  void collect_changes() {
+  // What becomes of a name.
+  struct Result {
+    std::u16string path;
+    std::u16string file;  // the new file, ready to be flushed and renamed; "" when the name is only removed
+    bool exists;          // there is an old file
+  };
+
+  std::vector<Result> collect_results() {
+    std::vector<Result> results;
     for (const auto& [path, entry] : staged_.view().entries) {
-      if (entry.scratch.empty()) {
-        if (files_.info(entry.path)) journal_.changes.push_back({entry.path, u"", u""});
-      } else if (const auto made = files_.info(entry.scratch)) {
+      const auto made = entry.scratch.empty() ? std::nullopt : files_.info(entry.scratch);
+      if (!entry.scratch.empty() && !made) continue;
+      const bool exists = files_.info(entry.path).has_value();
+      if (made)
         about(entry.path, [&, &entry = entry] {
-          journal_.changes.push_back({entry.path, ready_file(entry, made->is_read_only), u""});
+          results.push_back({entry.path, ready_file(entry, made->is_read_only, exists), exists});
         });
-      }
+      else if (exists)
+        results.push_back({entry.path, u"", true});
     }
+    return results;
   }
 
-  // Makes a new file ready to be flushed and renamed: with its permissions, on the volume of its final name.
-  // Returns its path.
-  std::u16string ready_file(const StagedFiles::Entry& entry, bool is_read_only) {
-    const bool replaces = files_.info(entry.path).has_value();
+  // Gives a new file its permissions and brings it onto the volume of its final name. Returns its path.
+  std::u16string ready_file(const StagedFiles::Entry& entry, bool is_read_only, bool replaces) {
     // A read-only file cannot be opened for flush() everywhere.
     if (is_read_only) files_.set_read_only(entry.scratch, false);
     // The document may be new itself: a copy that the run made.
@@ -237,9 +246,19 @@ class FolderRun::Work {
     return equal_ignoring_case(parent_of(path), parent_of(folder_));
   }
 
-  void place_together() {
-    for (RunJournal::Change& change : journal_.changes) {
-      if (!files_.info(change.path)) continue;
+  // A single file takes its name in one step, so no journal is needed.
+  void place_alone(const Result& result) {
+    about(result.path, [&] {
+      if (!result.file.empty()) files_.flush({result.file});
+      place(files_, {result.path, result.file, u""});
+    });
+  }
+
+  void place_together(const std::vector<Result>& results) {
+    journal_.changes.clear();
+    for (const Result& result : results) {
+      RunJournal::Change& change = journal_.changes.emplace_back(RunJournal::Change{result.path, result.file, u""});
+      if (!result.exists) continue;
       change.aside = aside_for(change.path);
       about(change.path, [&] { keep_aside(files_, change.path, change.aside); });
     }
@@ -298,7 +317,10 @@ class FolderRun::Work {
   void remove_all() {
     give_back_from(0);
     for (const std::u16string& file : journal_.temporary_files) remove_if_there(files_, file);
-    remove_tree(files_, folder_);
+    if (RunSeries* const series = RunSeries::current(); series && staged_.numbered_folders() != 0)
+      series->leave(files_, folder_, staged_.numbered_folders());
+    else
+      remove_tree(files_, folder_);
   }
 
   void report_leftover(const std::exception& reason) noexcept {

@@ -4,6 +4,7 @@
 #include <array>
 #include <optional>
 
+#include "common/path_parts.h"
 #include "platform/failure.h"
 
 namespace kavo {
@@ -20,7 +21,7 @@ constexpr std::string_view kChange = "change";
 constexpr std::string_view kTemporary = "temporary";
 constexpr std::string_view kEnd = "end";
 
-std::u16string journal_path(const std::u16string& folder) { return folder + u"\\journal"; }
+std::u16string journal_path(const std::u16string& folder) { return in_folder(folder, kJournalName); }
 
 // The journal gets this name when the files that it is to place are on the disk. A rename, unlike one more word in it,
 // is written to the disk before the renames that follow.
@@ -181,11 +182,20 @@ RunJournal read_journal(FileSystem& files, const std::u16string& folder) {
   return {};
 }
 
+void clear_journal(FileSystem& files, const std::u16string& folder) {
+  const bool is_placing = files.info(placing_path(folder)).has_value();
+  files.open(is_placing ? placing_path(folder) : journal_path(folder), Access::kCreate)->close();
+  if (is_placing) files.rename_file(placing_path(folder), journal_path(folder));
+}
+
 void place(FileSystem& files, const RunJournal::Change& change) {
-  if (change.scratch.empty())
-    remove_if_there(files, change.path);
-  else if (files.info(change.scratch))
+  if (change.scratch.empty()) return remove_if_there(files, change.path);
+  try {
     put(files, change.scratch, change.path);
+  } catch (const failure&) {
+    // It may have been placed before the step was interrupted.
+    if (files.info(change.scratch)) throw;
+  }
 }
 
 void undo(FileSystem& files, const RunJournal::Change& change) {

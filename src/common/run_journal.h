@@ -18,6 +18,8 @@
 
 namespace kavo {
 
+inline constexpr std::u16string_view kJournalName = u"journal";
+
 struct RunJournal {
   enum class State {
     kWorking,  // nothing has taken its final name
@@ -49,6 +51,9 @@ void write_journal(FileSystem& files, const std::u16string& folder, const RunJou
 // that of a run that has changed nothing. Throws `failure` when it cannot be read, 5 when it is damaged, 53 when there
 // is none.
 RunJournal read_journal(FileSystem& files, const std::u16string& folder);
+// Empties the journal of a run that has nothing left to do. The emptied one reads as that of a run that has changed
+// nothing. Throws `failure`.
+void clear_journal(FileSystem& files, const std::u16string& folder);
 
 // The steps that a run takes, or the next run when it cleans up after a killed one. Each can be repeated after it was
 // interrupted. All throw `failure`.

@@ -7,6 +7,7 @@
 #include "common/path_parts.h"
 #include "common/pending_file.h"
 #include "common/run_journal.h"
+#include "common/run_series.h"
 #include "platform/failure.h"
 #include "platform/formatted.h"
 #include "platform/ports.h"
@@ -72,6 +73,7 @@ std::unique_ptr<FileLock> lock_folder(FileSystem& files, const std::u16string& f
 
 void recover(FileSystem& files, const std::u16string& scratch, const RunReport& report) {
   if (!files.info(scratch)) return;
+  if (is_idle(files, scratch)) return remove_tree(files, scratch);
   std::optional<RunJournal> journal;
   try {
     journal = read_journal(files, scratch);

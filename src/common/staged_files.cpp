@@ -29,6 +29,10 @@ bool lies_in(std::u16string_view path, std::u16string_view folder) {
 
 }  // namespace
 
+std::u16string numbered_scratch_folder(const std::u16string& scratch, std::size_t number) {
+  return formatted(u"{}\\{}", scratch, number);
+}
+
 StagedFiles::StagedFiles(FileSystem& real, std::u16string folder, Needs needs)
     : real_(real), folder_(std::move(folder)), current_folder_(real.absolute(u".")), needs_(std::move(needs)) {
   if (!current_folder_.ends_with(u'\\')) current_folder_ += u'\\';
@@ -88,7 +92,7 @@ void StagedFiles::give_back(std::u16string_view path) {
 
 std::u16string StagedFiles::scratch_path(std::u16string_view name) {
   for (std::size_t number = 1;; ++number) {
-    const std::u16string folder = formatted(u"{}\\{}", folder_, number);
+    const std::u16string folder = numbered_scratch_folder(folder_, number);
     std::u16string place = folder + u'\\' + std::u16string(name);
     if (!taken_.insert(place).second) continue;
     if (number > numbered_folders_) {
@@ -131,9 +135,8 @@ void StagedFiles::set(const std::u16string& path, std::u16string scratch) {
   view_.read_only.erase(path);
 }
 
-// Refuses what the system would refuse: to empty or replace a folder or a read-only file.
-void StagedFiles::check_replaceable(const std::u16string& path) {
-  const auto old = info(path);
+// Refuses what the system would refuse: to empty or replace a folder or a read-only file, or a folder that is missing.
+void StagedFiles::check_replaceable(const std::u16string& path, const std::optional<FileInfo>& old) {
   if (!old) return check_folder_of(path);
   if (old->is_folder) throw failure(FailureNumber::kPathFileAccess, path + u" is a folder");
   if (old->is_read_only) throw failure(FailureNumber::kPermissionDenied, path + u" is read-only");
@@ -163,7 +166,7 @@ std::unique_ptr<File> StagedFiles::open(std::u16string_view path, Access access)
   const auto old = info(whole);
   if (old && old->is_special) return real_.open(path, access);
   if (old && access == Access::kCreateNew) throw failure(FailureNumber::kFileAlreadyExists, whole + u" exists already");
-  check_replaceable(whole);
+  check_replaceable(whole, old);
   const bool appends = old && access == Access::kAppend;
   std::u16string place = appends ? copy_into_scratch(existing(path)) : scratch_path(name_part(whole));
   auto file = real_.open(place, appends ? Access::kAppend : Access::kCreateNew);
@@ -222,7 +225,7 @@ void StagedFiles::remove_file(std::u16string_view path) {
   if (passes_through(whole)) return real_.remove_file(path);
   const auto old = info(whole);
   if (!old) throw_absent(path);
-  check_replaceable(whole);
+  check_replaceable(whole, old);
   set(whole, u"");
 }
 
@@ -232,7 +235,7 @@ void StagedFiles::rename_file(std::u16string_view from, std::u16string_view to) 
   const bool source_is_real = passes_through(source);
   if (source_is_real && passes_through(target)) return real_.rename_file(from, to);
   if (!info(source)) throw_absent(from);
-  if (!equal_ignoring_case(source, target)) check_replaceable(target);
+  if (!equal_ignoring_case(source, target)) check_replaceable(target, info(target));
   if (passes_through(target)) {
     real_.rename_file(existing(source), target);
     return set(source, u"");
@@ -255,7 +258,7 @@ void StagedFiles::link_file(std::u16string_view path, std::u16string_view second
   const std::u16string second = full_path(second_name);
   if (passes_through(second)) return real_.link_file(existing(path), second_name);
   if (info(second)) throw failure(FailureNumber::kFileAlreadyExists, second + u" exists already");
-  check_replaceable(second);
+  check_folder_of(second);
   set(second, copy_into_scratch(existing(path)));
 }
 

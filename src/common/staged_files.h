@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <functional>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -19,6 +20,9 @@
 #include "platform/files.h"
 
 namespace kavo {
+
+// The path of a numbered folder, from 1 on.
+std::u16string numbered_scratch_folder(const std::u16string& scratch, std::size_t number);
 
 class StagedFiles final : public FileSystem {
  public:
@@ -50,6 +54,10 @@ class StagedFiles final : public FileSystem {
   std::u16string path_to_write(std::u16string_view path);
   // A path in the scratch folder that is free and ends with this name.
   std::u16string scratch_path(std::u16string_view name);
+  // How many numbered folders there are in the scratch folder. They are made when they are needed.
+  std::size_t numbered_folders() const { return numbered_folders_; }
+  // Takes over a scratch folder that has this many of them, all empty.
+  void numbered_folders(std::size_t count) { numbered_folders_ = count; }
 
   // While a name is borrowed, it means the real file.
   void borrow(std::u16string_view path);
@@ -89,7 +97,7 @@ class StagedFiles final : public FileSystem {
   bool is_in_other_work_folder(const std::u16string& path) const;
   // The real path of a view's name for reading: a scratch file, or the real one. Throws 53 for a name that is gone.
   std::u16string existing(std::u16string_view path) const;
-  void check_replaceable(const std::u16string& path);
+  void check_replaceable(const std::u16string& path, const std::optional<FileInfo>& old);
   void check_folder_of(const std::u16string& path);
   // Makes the name mean the scratch file, or nothing ("").
   void set(const std::u16string& path, std::u16string scratch);
@@ -103,7 +111,7 @@ class StagedFiles final : public FileSystem {
   View view_;
   std::vector<std::u16string> borrowed_;
   std::set<std::u16string, LessIgnoringCase> taken_;  // places in the scratch folder
-  std::size_t numbered_folders_ = 0;                  // how many numbered folders have been made
+  std::size_t numbered_folders_ = 0;                  // how many numbered folders there are
 };
 
 }  // namespace kavo

@@ -3,6 +3,7 @@
 #include "platform/case_fold.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <iterator>
 
 namespace kavo {
@@ -44,14 +45,20 @@ std::u16string upper_case(std::u16string_view text) {
   return out;
 }
 
+// Most names that are compared are spelled in the same way, so equal units are not folded.
 bool equal_ignoring_case(std::u16string_view a, std::u16string_view b) noexcept {
   return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [](char16_t x, char16_t y) { return upper_case(x) == upper_case(y); });
+                    [](char16_t x, char16_t y) { return x == y || upper_case(x) == upper_case(y); });
 }
 
 bool LessIgnoringCase::operator()(std::u16string_view a, std::u16string_view b) const noexcept {
-  return std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end(),
-                                      [](char16_t x, char16_t y) { return upper_case(x) < upper_case(y); });
+  const std::size_t size = std::min(a.size(), b.size());
+  for (std::size_t i = 0; i < size; ++i) {
+    if (a[i] == b[i]) continue;
+    const char16_t x = upper_case(a[i]), y = upper_case(b[i]);
+    if (x != y) return x < y;
+  }
+  return a.size() < b.size();
 }
 
 }  // namespace kavo

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 #include <optional>
+#include <utility>
 
 #include "common/byte_scan.h"
 #include "common/clsCommon.h"
@@ -30,7 +31,12 @@ constexpr std::u16string_view kTornScript =
 constexpr std::string_view kGlueMark = "<!--htmlglue";
 constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 
-// Tries another random name when another process has just taken the first one.
+// The repaired page could not be begun.
+struct NoOutput {
+  failure reason;
+};
+
+// Tries another random name when another process has just taken the first one. Throws NoOutput.
 void open_temporary(std::optional<PendingFile>& file, const std::u16string& final_path) {
   constexpr int kAttempts = 100;
   clsGetTempFileName names;
@@ -39,7 +45,7 @@ void open_temporary(std::optional<PendingFile>& file, const std::u16string& fina
       file.emplace(final_path, names.Filename());
       return;
     } catch (const failure& reason) {
-      if (!reason.is(FailureNumber::kFileAlreadyExists) || attempt == kAttempts) throw;
+      if (!reason.is(FailureNumber::kFileAlreadyExists) || attempt == kAttempts) throw NoOutput{reason};
     }
   }
 }
@@ -100,9 +106,9 @@ std::optional<Message> clsHTMLValidate::reason_to_leave(std::string_view start) 
   return Message{std::u16string(kTornScript), 0, place.line, place.column};
 }
 
-void clsHTMLValidate::repair(BlockReader& page, PendingFile* output) {
+void clsHTMLValidate::repair(BlockReader& page, OpenRepairedPage open) {
   progress_.report(page.percent());
-  HtmlRepair repair(page, tags_, output, messages_, trail_, progress_);
+  HtmlRepair repair(page, tags_, std::move(open), messages_, trail_, progress_);
   repair.origin(origin_);
   repair.ends_in_script(ends_in_script_);
   std::optional<ScriptBranches> branches;
@@ -128,10 +134,8 @@ std::int32_t clsHTMLValidate::HTMLValidate() {
   }
 
   std::optional<BlockReader> reader;
-  std::optional<PendingFile> output;
   try {
     reader.emplace(file_name_);
-    if (!check_only_) open_temporary(output, file_name_);
   } catch (const failure& reason) {
     return failed(html_validate_text::kFileNotOpened, reason);
   }
@@ -150,9 +154,18 @@ std::int32_t clsHTMLValidate::HTMLValidate() {
     return 0;
   }
 
-  repair(*reader, output ? &*output : nullptr);
+  std::optional<PendingFile> output;
+  try {
+    const auto open = [&]() -> PendingFile& {
+      open_temporary(output, file_name_);
+      return *output;
+    };
+    repair(*reader, check_only_ ? OpenRepairedPage() : open);
+  } catch (const NoOutput& error) {
+    return failed(html_validate_text::kFileNotOpened, error.reason);
+  }
   // A page without a repair is not written. Writing the same bytes again can only do harm.
-  if (repairs_ == 0 || check_only_) {
+  if (!output) {
     backup.keep();
     return 0;
   }

@@ -24,9 +24,9 @@
 #include "common/copy_trail.h"
 #include "common/line_index.h"
 #include "common/messages.h"
-#include "common/pending_file.h"
 #include "common/progress_event.h"
 #include "formats/script/token.h"
+#include "html/repair/repaired_page.h"
 #include "html/repair/tag_table.h"
 #include "platform/failure.h"
 #include "resources/string_table.h"
@@ -85,7 +85,7 @@ class clsHTMLValidate {
 
  private:
   std::int32_t failed(TextRow row, const failure& reason);
-  void repair(BlockReader& page, PendingFile* output);
+  void repair(BlockReader& page, OpenRepairedPage open);
   // The reason why the page is not repaired at all, if there is one. Throws `failure` when the script file cannot be
   // read.
   std::optional<Message> reason_to_leave(std::string_view start) const;

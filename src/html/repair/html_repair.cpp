@@ -1,6 +1,7 @@
 #include "html/repair/html_repair.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "formats/html/elements.h"
 #include "formats/html/quirks.h"
@@ -26,7 +27,7 @@ constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";  // not text of the page
 
 }  // namespace
 
-HtmlRepair::HtmlRepair(BlockReader& reader, const TagTable& table, PendingFile* output, MessageList& messages,
+HtmlRepair::HtmlRepair(BlockReader& reader, const TagTable& table, OpenRepairedPage open, MessageList& messages,
                        CopyTrail* trail, ProgressEvent& progress)
     : reader_(reader),
       table_(table),
@@ -36,7 +37,7 @@ HtmlRepair::HtmlRepair(BlockReader& reader, const TagTable& table, PendingFile* 
       token_(scanner_.token()),
       rules_(tree_, table),
       ahead_(reader, scanner_),
-      page_(scanner_, output, trail),
+      page_(scanner_, std::move(open), trail),
       report_(table, messages) {}
 
 void HtmlRepair::run() {

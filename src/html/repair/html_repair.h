@@ -21,7 +21,6 @@
 #include "common/copy_trail.h"
 #include "common/line_index.h"
 #include "common/messages.h"
-#include "common/pending_file.h"
 #include "common/progress_event.h"
 #include "formats/html/scanner.h"
 #include "formats/html/server_code.h"
@@ -38,8 +37,9 @@ namespace kavo {
 
 class HtmlRepair final : private TreeObserver, private ScannerListener {
  public:
-  // Borrows all its arguments. Without `output` nothing is written and repairs are only counted; `trail` may be null.
-  HtmlRepair(BlockReader& reader, const TagTable& table, PendingFile* output, MessageList& messages, CopyTrail* trail,
+  // Borrows all its arguments but `open`. Without `open` nothing is written and repairs are only counted; `trail` may
+  // be null.
+  HtmlRepair(BlockReader& reader, const TagTable& table, OpenRepairedPage open, MessageList& messages, CopyTrail* trail,
              ProgressEvent& progress);
   // Maps the places that messages name. Without it messages name places in the page itself.
   void origin(PlaceOrigin origin) { report_.origin(std::move(origin)); }
@@ -51,7 +51,7 @@ class HtmlRepair final : private TreeObserver, private ScannerListener {
     branches_ = value;
     rules_.branches(value);
   }
-  // Reads to the end of the page. A byte order mark must be in the window already. Throws what reading, writing and the
+  // Reads to the end of the page. A byte order mark must be in the window already. Throws what `open`, reading, writing and the
   // progress event throw.
   void run();
   // How many places were changed, or would have been.

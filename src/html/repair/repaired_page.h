@@ -2,7 +2,9 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string_view>
+#include <utility>
 
 #include "common/copy_trail.h"
 #include "common/pending_file.h"
@@ -10,14 +12,19 @@
 
 namespace kavo {
 
+// Opens the file that replaces the page. It is asked for at the first repair, since most pages need none. It throws
+// what is to end the repair.
+using OpenRepairedPage = std::function<PendingFile&()>;
+
 class RepairedPage {
  public:
-  // Borrows all. Without `output` nothing is written and repairs are only counted; `trail` may be null.
-  RepairedPage(HtmlScanner& scanner, PendingFile* output, CopyTrail* trail)
-      : scanner_(scanner), output_(output), trail_(trail) {}
+  // Borrows the scanner and the trail, which may be null. Without `open` nothing is written and repairs are only
+  // counted.
+  RepairedPage(HtmlScanner& scanner, OpenRepairedPage open, CopyTrail* trail)
+      : scanner_(scanner), open_(std::move(open)), trail_(trail) {}
 
   // Places are bytes of the page. What is copied or replaced must be in the scanner's window, and places come in order.
-  // All three throw `failure` when the output cannot be written.
+  // All three throw what `open` throws, and `failure` when the output cannot be written.
   void copy_until(std::uint64_t position);
   void insert(std::uint64_t position, std::string_view text);
   void replace(std::uint64_t begin, std::uint64_t end, std::string_view text);
@@ -28,9 +35,11 @@ class RepairedPage {
 
  private:
   void write_repair(std::string_view text);
+  void begin_output();
 
   HtmlScanner& scanner_;
-  PendingFile* output_;
+  OpenRepairedPage open_;
+  PendingFile* output_ = nullptr;  // once there is a repair
   CopyTrail* trail_;
   std::uint64_t copied_ = 0;  // bytes of the page in the output, once there is a repair
   std::uint64_t inserted_ = 0;

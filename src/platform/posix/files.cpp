@@ -37,6 +37,12 @@ failure path_failure(const std::string& path, const failure& error) {
   return failure(FailureNumber::kPathNotFound, error.description());
 }
 
+// True for a path that absolute() would return as it is. Most are.
+bool is_plain_absolute(std::u16string_view path) {
+  return path.front() == u'\\' && path.find(u'/') == path.npos && path.find(u"\\\\") == path.npos &&
+         path.find(u"\\.") == path.npos;
+}
+
 class PosixFile final : public File {
  public:
   explicit PosixFile(const std::string& path, int flags) : descriptor_(open_host(path, flags)) {}
@@ -281,6 +287,7 @@ class PosixFiles final : public FileSystem {
   std::u16string absolute(std::u16string_view path) override {
     if (path.empty()) throw host_failure(ENOENT);
     std::u16string whole(path);
+    if (is_plain_absolute(path)) return whole;
     std::replace(whole.begin(), whole.end(), u'/', u'\\');
     if (whole.front() != u'\\') {
       std::array<char, PATH_MAX> current;
