@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <deque>
 #include <map>
+#include <utility>
 
 #include "cli/counted.h"
 #include "cli/outcome_observer.h"
@@ -161,8 +162,8 @@ class Prepare final : public Verb {
     if (manifest_) {
       // Another run may have written it meanwhile.
       manifest_.emplace(path_from_host(options_.output_folder));
-      for (const std::string& text : done_) {
-        const nlohmann::ordered_json each = nlohmann::ordered_json::parse(text);
+      for (std::string& text : done_) {
+        const nlohmann::ordered_json each = nlohmann::ordered_json::parse(std::exchange(text, {}));
         for (const auto& [language, entry] : each["languages"].items())
           manifest_->note(to_utf16(each["source"].get<std::string>()), to_utf16(language), entry);
       }

@@ -11,6 +11,8 @@
 namespace kavo {
 namespace {
 
+constexpr std::size_t kMostPaths = 4096;
+
 // Runs an operation; its failure names the path.
 template <class Operation>
 decltype(auto) about(std::u16string_view path, Operation&& operation) {
@@ -67,8 +69,9 @@ void replace_paths(std::u16string& text, const std::u16string& what, const std::
 
 std::u16string WatchedFiles::in_host_form(std::u16string text) const {
   std::vector<const std::u16string*> named;
-  for (const std::u16string& path : paths_)
-    if (text.find(path) != std::u16string::npos) named.push_back(&path);
+  for (const Paths* const paths : {&paths_, &older_paths_})
+    for (const std::u16string& path : *paths)
+      if (text.find(path) != std::u16string::npos) named.push_back(&path);
   // A longer path comes before one that it begins with.
   std::ranges::stable_sort(named, std::ranges::greater(), [](const std::u16string* path) { return path->size(); });
   for (const std::u16string* path : named) {
@@ -82,8 +85,14 @@ std::u16string WatchedFiles::in_host_form(std::u16string text) const {
   return text;
 }
 
+void WatchedFiles::forget() {
+  paths_.clear();
+  older_paths_.clear();
+}
+
 void WatchedFiles::remember(std::u16string_view path) {
   if (path.empty() || paths_.contains(path)) return;
+  if (paths_.size() >= kMostPaths) older_paths_ = std::exchange(paths_, {});
   paths_.emplace(path);
   paths_.insert(FolderRun::without_scratch_folder(path));
 }

@@ -24,7 +24,7 @@ class WatchedFiles final : public FileSystem {
   std::u16string in_host_form(std::u16string text) const;
 
   // Forgets the paths, because later messages do not name them.
-  void forget() { paths_.clear(); }
+  void forget();
 
   std::unique_ptr<File> open(std::u16string_view path, Access access) override;
   std::optional<FileInfo> info(std::u16string_view path) override;
@@ -48,10 +48,13 @@ class WatchedFiles final : public FileSystem {
     using is_transparent = void;
   };
 
+  using Paths = std::unordered_set<std::u16string, PathHash, std::equal_to<>>;
+
   void remember(std::u16string_view path);
 
   FileSystem& inner_;
-  std::unordered_set<std::u16string, PathHash, std::equal_to<>> paths_;
+  Paths paths_;
+  Paths older_paths_;  // a folder may have any number of files, so the oldest paths are forgotten
 };
 
 }  // namespace kavo

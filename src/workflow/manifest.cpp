@@ -1,6 +1,8 @@
 #include "workflow/manifest.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <iterator>
 #include <utility>
 
 #include "common/block_reader.h"
@@ -27,6 +29,48 @@ std::string text_of(const json& value, int indent = -1) {
   return value.dump(indent, ' ', false, json::error_handler_t::replace);
 }
 
+// A file's bytes for the parser, so that a large manifest is never in memory whole.
+class Bytes {
+ public:
+  explicit Bytes(std::u16string_view path) : reader_(path) {}
+
+  bool at_end() {
+    while (at_ == reader_.window().size()) {
+      checksum_ = fnv_add(checksum_, reader_.window());
+      reader_.consume(std::exchange(at_, 0));
+      if (!reader_.more()) return true;
+    }
+    return false;
+  }
+  char get() const { return reader_.window()[at_]; }
+  void next() { ++at_; }
+  // Of all bytes before the place where the parser is.
+  std::uint64_t checksum() const { return checksum_; }
+
+ private:
+  BlockReader reader_;
+  std::size_t at_ = 0;  // in the window
+  std::uint64_t checksum_ = kFnvSeed;
+};
+
+// What json::parse() asks of an input iterator. The one without bytes is the end.
+struct ByteIterator {
+  using iterator_category = std::input_iterator_tag;
+  using value_type = char;
+  using difference_type = std::ptrdiff_t;
+  using pointer = const char*;
+  using reference = char;
+
+  char operator*() const { return bytes->get(); }
+  ByteIterator& operator++() {
+    bytes->next();
+    return *this;
+  }
+  bool operator==(const ByteIterator&) const { return bytes == nullptr || bytes->at_end(); }
+
+  Bytes* bytes = nullptr;
+};
+
 std::string with_slashes(std::u16string_view path) {
   std::string text = to_utf8(path);
   std::ranges::replace(text, '\\', '/');
@@ -52,9 +96,7 @@ std::u16string Manifest::path_in_folder(std::u16string_view folder) { return pat
 
 Manifest::Manifest(std::u16string_view folder) : path_(path_in_folder(folder)) {
   if (!ports().files->info(path_)) return;
-  BlockReader reader(path_);
-  while (reader.more()) {
-  }
+  Bytes bytes(path_);
   std::string key, file, below;
   bool is_ours = true;
   // The JSON tree of a large manifest would take many times its size, so each file's part becomes text at once.
@@ -66,7 +108,7 @@ Manifest::Manifest(std::u16string_view folder) : path_(path_in_folder(folder)) {
     files_[file] = text_of(parsed);
     return false;
   };
-  const json read = json::parse(reader.window(), take, false);
+  const json read = json::parse(ByteIterator{&bytes}, ByteIterator(), take, false);
   is_ours = is_ours && read.is_object() && read.value("version", 0) == kVersion && read.contains(kFiles) &&
             read[kFiles].is_object() && read[kFiles].empty();
   if (!is_ours)
@@ -74,7 +116,7 @@ Manifest::Manifest(std::u16string_view folder) : path_(path_in_folder(folder)) {
                                                          u" was not written by this command, or it is damaged. Nothing "
                                                          u"was changed. Move the file away and try again");
   is_there_ = true;
-  checksum_ = fnv_add(kFnvSeed, reader.window());
+  checksum_ = bytes.checksum();
 }
 
 json Manifest::find(std::u16string_view source, std::u16string_view language) const {
