@@ -13,6 +13,7 @@
 #include "common/run_recovery.h"
 #include "common/run_series.h"
 #include "common/scratch_names.h"
+#include "common/second_attempt.h"
 #include "common/staged_files.h"
 #include "platform/case_fold.h"
 #include "platform/failure.h"
@@ -53,16 +54,6 @@ void keep_aside(FileSystem& files, const std::u16string& path, const std::u16str
 // std::bad_alloc is the only exception that has no message for people.
 std::u16string text_of(const std::exception& reason) {
   return to_utf16(dynamic_cast<const std::bad_alloc*>(&reason) ? kNotEnoughMemory : reason.what());
-}
-
-// Runs a step, and runs it a second time if it fails, because the problem may be over by then.
-template <class Step>
-void with_second_attempt(Step&& step) {
-  try {
-    step();
-  } catch (const std::exception&) {
-    step();
-  }
 }
 
 // Runs a step whose failures name the file.

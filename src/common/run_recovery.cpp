@@ -73,7 +73,18 @@ std::unique_ptr<FileLock> lock_folder(FileSystem& files, const std::u16string& f
 
 void recover(FileSystem& files, const std::u16string& scratch, const RunReport& report) {
   if (!files.info(scratch)) return;
-  if (is_idle(files, scratch)) return remove_tree(files, scratch);
+  const std::u16string stopped = u"A run in " + text_of(parent_of(scratch)) + u" was stopped before its end: ";
+  const auto not_cleaned_up = [&](const failure& reason) {
+    return failure(reason.number(),
+                   formatted(u"{}what it left could not be cleaned up ({}). The next run there tries again", stopped,
+                             reason.description()),
+                   reason.source());
+  };
+  try {
+    if (is_idle(files, scratch)) return remove_tree(files, scratch);
+  } catch (const failure& reason) {
+    throw not_cleaned_up(reason);
+  }
   std::optional<RunJournal> journal;
   try {
     journal = read_journal(files, scratch);
@@ -85,7 +96,6 @@ void recover(FileSystem& files, const std::u16string& scratch, const RunReport& 
                               text_of(scratch), reason.description()),
                     reason.source());
   }
-  const std::u16string stopped = u"A run in " + text_of(parent_of(scratch)) + u" was stopped before its end: ";
   bool is_ours = true;
   try {
     is_ours = journal || !holds_documents(files, scratch);
@@ -95,10 +105,7 @@ void recover(FileSystem& files, const std::u16string& scratch, const RunReport& 
       if (report) report(stopped + done);
     }
   } catch (const failure& reason) {
-    throw failure(reason.number(),
-                  formatted(u"{}what it left could not be cleaned up ({}). The next run there tries again", stopped,
-                            reason.description()),
-                  reason.source());
+    throw not_cleaned_up(reason);
   }
   if (!is_ours)
     throw failure(FailureNumber::kFileAlreadyExists,

@@ -1,12 +1,13 @@
 #include "common/run_series.h"
 
-#include <algorithm>
 #include <exception>
+#include <memory>
 #include <utility>
 #include <vector>
 
 #include "common/path_parts.h"
 #include "common/run_journal.h"
+#include "common/second_attempt.h"
 #include "common/staged_files.h"
 #include "platform/case_fold.h"
 #include "platform/failure.h"
@@ -73,11 +74,17 @@ void RunSeries::remove_idle(FileSystem& files) noexcept {
     const std::u16string scratch = std::exchange(idle_, u"");
     std::u16string reason = u"it holds what another run left";
     try {
-      const auto lock = files.lock(parent_of(scratch));
-      if (is_idle(files, scratch)) return remove_tree(files, scratch);
+      std::unique_ptr<FileLock> lock;
+      try {
+        lock = with_second_attempt([&] { return files.lock(parent_of(scratch)); });
+      } catch (const failure& error) {
+        // The run of another program that has the lock removes the folder, or leaves it to its own series.
+        if (error.is(FailureNumber::kPermissionDenied)) return;
+        throw;
+      }
+      if (with_second_attempt([&] { return is_idle(files, scratch); }))
+        return with_second_attempt([&] { remove_tree(files, scratch); });
     } catch (const failure& error) {
-      // A run of another program that has the lock removes the folder itself, or leaves it to its own series.
-      if (error.is(FailureNumber::kPermissionDenied)) return;
       reason = error.description();
     }
     if (report_ && may_be_there(files, scratch))
@@ -91,15 +98,11 @@ void RunSeries::remove_idle(FileSystem& files) noexcept {
 bool is_idle(FileSystem& files, const std::u16string& scratch) {
   const std::u16string first = numbered_scratch_folder(scratch, 1);
   const std::vector<std::u16string> all = {file_name_of(first), std::u16string(kJournalName)};
-  try {
-    if (files.find(in_folder(scratch, u"*")) != all) return false;
-    const auto journal = files.info(in_folder(scratch, kJournalName));
-    const auto folder = files.info(first);
-    return journal && !journal->is_folder && journal->size == 0 && folder && folder->is_folder &&
-           files.find(in_folder(first, u"*")).empty();
-  } catch (const failure&) {
-    return false;
-  }
+  if (files.find(in_folder(scratch, u"*")) != all) return false;
+  const auto journal = files.info(in_folder(scratch, kJournalName));
+  const auto folder = files.info(first);
+  return journal && !journal->is_folder && journal->size == 0 && folder && folder->is_folder &&
+         files.find(in_folder(first, u"*")).empty();
 }
 
 }  // namespace kavo

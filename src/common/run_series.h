@@ -41,8 +41,8 @@ class RunSeries {
   std::u16string idle_;  // the scratch folder that was left, "" for none
 };
 
-// True for a scratch folder that a series left: nothing is lost with it. False also when that cannot be found out. The
-// caller holds the folder's lock.
+// True for a scratch folder that a series left: nothing is lost with it. The caller holds the folder's lock. Throws
+// `failure`.
 bool is_idle(FileSystem& files, const std::u16string& scratch);
 
 }  // namespace kavo

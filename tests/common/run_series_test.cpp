@@ -228,6 +228,7 @@ TEST_F(BrokenSeries, AFailureLeavesEachSetOldOrNewAndNothingWithoutAWord) {
     std::size_t number = 1;
     for (; run_broken({.operation = number, .lasting = lasting}); ++number) {
       if (is_there()) {
+        EXPECT_TRUE(lasting) << number;
         EXPECT_FALSE(reports.empty()) << "left without a word: " << number;
         FolderRun next(pages[0]);
       }
