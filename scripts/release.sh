@@ -33,7 +33,7 @@ build() {  # build PRESET TARGET..., in build/release-PRESET
   echo "== $preset"
   # Without precompiled headers each file proves what it includes, and the compiler sees what it does not see through
   # them.
-  cmake --preset "$preset" -B "$folder" -DKAVO_TESTS=OFF -DKAVO_PRECOMPILE=OFF >"$folder.log"
+  cmake --preset "$preset" -B "$folder" -DCMAKE_BUILD_TYPE=Release -DKAVO_TESTS=OFF -DKAVO_PRECOMPILE=OFF >"$folder.log"
   cmake --build "$folder" ${@:+--target "$@"} >>"$folder.log" || { tail -20 "$folder.log" >&2; exit 1; }
 }
 same_date() { find "$1" -exec touch -h -d "@$SOURCE_DATE_EPOCH" {} +; }

@@ -94,6 +94,7 @@ for part in "${parts[@]}"; do
         { step "Windows x86 library tests"; run_tests windows-x86 -R '_tables|script_'; }
       note $? "Windows x86 library"
       scripts/wine-run.sh --stop
+      WINEPREFIX=$top/build/windows-x64/wine scripts/wine-run.sh --stop  # of the command's tests
       ;;
     office)
       # Configures again, because LibreOffice may have been installed since.
