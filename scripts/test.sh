@@ -1,30 +1,40 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds and runs every test: native, native under sanitizers, and Windows under Wine.
+# Installs what is missing, builds and runs the tests: those of the command native, those of the rooms under sanitizers,
+# and on Windows under Wine what depends on the system. It takes half an hour on a fresh clone and is quick when nothing
+# has changed.
 #
-#   scripts/test.sh                 all of it; quick when nothing has changed. Under Wine what depends least on the system
-#                                   is left out
-#   scripts/test.sh --native        the native tests only
-#   scripts/test.sh --sanitizers    the native tests under address, undefined-behaviour and leak sanitizers only, those of
-#                                   the command as well
+#   scripts/test.sh                 that
+#   scripts/test.sh --native        all native tests
+#   scripts/test.sh --sanitizers    all of them under address, undefined-behaviour and leak sanitizers
 #   scripts/test.sh --windows       the Windows tests only
-#   scripts/test.sh --full          also all tests under Wine, fuzzing for a minute a target, clang-tidy, the Office
-#                                   programs with LibreOffice, scripts judged by their own parsers, a thousand documents
-#                                   on several workers, the packages installed and removed, and the command disturbed
-#                                   from outside
+#   scripts/test.sh --full          all native tests, those of the rooms under sanitizers, all under Wine, fuzzing for a
+#                                   minute a target, clang-tidy, the Office programs with LibreOffice, scripts judged by
+#                                   their own parsers, a thousand documents on several workers, the packages installed
+#                                   and removed, and the command disturbed from outside
 set -uo pipefail
 top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 cd "$top" || exit 1
 
+# The command and its tests take as long to build as all libraries, and so do the tests of the rooms.
+command_tests='^(cli|office_text)'
+room_tests=(test_{platform,common,formats,forms,html,mif,office,ui,driver,suite,workflow} repair_pages)
+
 parts=(native sanitizers windows)
+native_targets=(kavo test_cli test_cli_roads)
+native_tests=(-R "$command_tests")
+sanitizer_targets=("${room_tests[@]}")
+sanitizer_tests=(-E "$command_tests")
 windows_targets=(all)
 windows_tests=(-LE slow)
 case ${1:-} in
   "") ;;
-  --native) parts=(native) ;;
-  --sanitizers) parts=(sanitizers) ;;
+  --native) parts=(native) native_targets=(all) native_tests=() ;;
+  --sanitizers) parts=(sanitizers) sanitizer_targets=(all) sanitizer_tests=() ;;
   --windows) parts=(windows) ;;
   --full)
     parts=(native sanitizers windows fuzz tidy office scripts machines packages faults)
+    native_targets=(all)
+    native_tests=()
     windows_targets=(all slow_tests)
     windows_tests=()
     ;;
@@ -56,6 +66,10 @@ run_tests() {  # run_tests PRESET [CTEST ARGUMENT...]
   ctest --preset "$@"
 }
 
+show_pages() {  # show_pages PRESET: how many pages mean the same to an HTML parser before and after their repair
+  grep -hsE '^[a-z].* pages, .* equal ' "build/$1/Testing/Temporary/LastTest.log" | sed 's/^/   /'
+}
+
 case " ${parts[*]} " in *" fuzz "*) scripts/setup.sh --full ;; *" windows "*) scripts/setup.sh ;; *) scripts/setup.sh --native ;; esac || exit 1
 mkdir -p build
 
@@ -63,23 +77,19 @@ for part in "${parts[@]}"; do
   case $part in
     native)
       step "native build"
-      build native && { step "native tests"; run_tests native -LE slow; }
+      build native "${native_targets[@]}" && { step "native tests"; run_tests native -LE slow "${native_tests[@]}"; }
       note $? "native"
       echo "   the Office engine runs with LibreOffice: its tests are skipped here and run with --full"
-      # How many pages mean the same to an HTML parser before and after their repair.
-      grep -hE '^[a-z].* pages, .* equal ' build/native/Testing/Temporary/LastTest.log | sed 's/^/   /'
+      show_pages native
       ;;
     sanitizers)
       step "sanitizer build"
-      # The command and its tests take as long as all libraries, so they are built here only when asked for.
-      targets=() left_out=()
-      if [ $# = 0 ]; then
-        targets=(test_{platform,common,formats,forms,html,mif,office,ui,driver,suite,workflow} repair_pages)
-        left_out=(-E '^(cli|office_text)')
-      fi
-      build sanitizers "${targets[@]}" &&
-        { step "tests under sanitizers"; ASAN_OPTIONS=detect_leaks=1 run_tests sanitizers -LE slow "${left_out[@]}"; }
+      build sanitizers "${sanitizer_targets[@]}" && {
+        step "tests under sanitizers"
+        ASAN_OPTIONS=detect_leaks=1 run_tests sanitizers -LE slow "${sanitizer_tests[@]}"
+      }
       note $? "address, undefined-behaviour and leak sanitizers"
+      show_pages sanitizers
       ;;
     windows)
       # Once in some hundred runs Wine itself hangs, so a test that runs out of time is run once more.

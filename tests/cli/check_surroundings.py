@@ -139,6 +139,21 @@ def check_refused(case, top, *arguments):
         fail(case, run, "it changed files")
 
 
+def check_deep_current_folder(top):
+    """Its path has 32,000 characters, so nothing in it can be opened by its whole path."""
+    place = Place(top)
+
+    def go_down():
+        for _ in range(128):
+            os.makedirs("d" * 250, exist_ok=True)
+            os.chdir("d" * 250)
+
+    run = place.run("prepare", "index.asp", *LANGUAGES, prepare_process=go_down)
+    if run.returncode != 1 or "the current folder cannot be found: its path is longer" not in run.stderr:
+        fail("a current folder of 32,000 characters", run, "it should fail and say that the path is too long")
+    subprocess.run(["rm", "-r", place.work], check=True)  # Python's own removal uses whole paths
+
+
 def make_large(place):
     """A text of 5 MB."""
     paragraph = "Rinse the filter of the pump every month, and renew it when it is torn.\r\n\r\n"
@@ -171,7 +186,7 @@ def main():
         check_works("300 MB of memory", f"{top}/7", results_of(f"{top}/good", large), documents=large,
                     prepare_process=limit(resource.RLIMIT_AS, 300_000_000))
         for most in range(4, 14):
-            check_whole(f"{most} open files", f"{top}/8", "Too many open files" if most > 8 else "",
+            check_whole(f"{most} open files", f"{top}/8", "Too many open files",
                         prepare_process=limit(resource.RLIMIT_NOFILE, most), must_fail=most <= 8)
         check_whole("a TMPDIR that is not there", f"{top}/9", "No such file or directory",
                     variables={"TMPDIR": "/nowhere"}, must_fail=True)
@@ -181,6 +196,7 @@ def main():
             languages = LANGUAGES if verb == "prepare" else ()
             check_refused(f"a name of 32,000 characters, {verb}", f"{top}/11", verb, LONG_NAME, *languages)
             check_refused(f"a path of 32,000 characters, {verb}", f"{top}/12", verb, DEEP_FOLDER, *languages)
+        check_deep_current_folder(f"{top}/13")
     for text in failures:
         print(text)
     print(f"{len(failures)} faults")

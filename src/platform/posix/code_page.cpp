@@ -3,6 +3,7 @@
 // bytes.
 #include "platform/code_page.h"
 
+#include <fcntl.h>
 #include <iconv.h>
 
 #include <array>
@@ -49,12 +50,15 @@ bool is_lead_byte_of(unsigned number, unsigned char byte) {
 class Converter {
  public:
   Converter(const char* to, const char* from) : descriptor_(::iconv_open(to, from)) {
-    // iconv_open(3) sets EINVAL whatever was wrong with the converter's file.
-    if (descriptor_ == reinterpret_cast<iconv_t>(-1))
-      throw failure(FailureNumber::kDeviceError,
-                    formatted(u"The system's converter from {} to {} cannot be loaded (iconv_open: {}). Install the "
-                              u"package of the C library again",
-                              from, to, host_failure(errno).description()));
+    if (descriptor_ != reinterpret_cast<iconv_t>(-1)) return;
+    const int error = errno;
+    // iconv_open(3) sets EINVAL whatever was wrong with the converter's file, even when no more files can be opened. This
+    // throws the reason then.
+    open_host("/dev/null", O_RDONLY);
+    throw failure(FailureNumber::kDeviceError,
+                  formatted(u"The system's converter from {} to {} cannot be loaded (iconv_open: {}). Install the "
+                            u"package of the C library again",
+                            from, to, host_failure(error).description()));
   }
   ~Converter() { ::iconv_close(descriptor_); }
   Converter(const Converter&) = delete;

@@ -291,7 +291,11 @@ class PosixFiles final : public FileSystem {
     std::replace(whole.begin(), whole.end(), u'/', u'\\');
     if (whole.front() != u'\\') {
       std::array<char, PATH_MAX> current;
-      if (!::getcwd(current.data(), current.size())) throw_errno();
+      if (!::getcwd(current.data(), current.size())) {
+        if (errno != ERANGE) throw_errno();
+        throw failure(FailureNumber::kPathFileAccess,
+                      u"its path is longer than the system can open (4,095 bytes). Work in a folder nearer to the top");
+      }
       whole = path_from_host(current.data()) + u'\\' + whole;
     }
     // Uses the text alone, as GetFullPathName does: links are not followed.
