@@ -86,8 +86,10 @@ Outcome outcome_of_file(Verb& verb, const VerbEntry& entry, const std::u16string
   });
 }
 
-RunReport reporter(MessageList& reports) {
-  return [&reports](const std::u16string& text) { reports.push_back({text}); };
+// For a verb that works in folders. Others make folders of their own, which nothing may keep open when they are removed.
+void begin_series(std::optional<RunSeries>& series, const Verb& verb, MessageList& reports) {
+  if (verb.files.empty() || verb.workplace(verb.files.front()).empty()) return;
+  series.emplace([&reports](const std::u16string& text) { reports.push_back({text}); });
 }
 
 void take_over(MessageList& reports, Outcome& outcome) {
@@ -144,7 +146,8 @@ ExitCode run_verb(Verb& verb, const VerbEntry& entry, const RunOptions& options,
   verb.start();
   const std::unique_ptr<Workers> workers = workers_for(verb, options);
   MessageList reports;
-  std::optional<RunSeries> series(reporter(reports));
+  std::optional<RunSeries> series;
+  begin_series(series, verb, reports);
   for (std::size_t i = 0; i < files.size(); ++i) {
     const std::string& file = files[i];
     if (entry.takes_files) working_on(file.c_str());
@@ -197,7 +200,8 @@ ExitCode run_share(Verb& verb, const VerbEntry& entry, WatchedFiles& watched) {
   verb.start();
   wait_for_others();
   MessageList reports;
-  std::optional<RunSeries> series(reporter(reports));
+  std::optional<RunSeries> series;
+  begin_series(series, verb, reports);
   for (std::size_t i = 0; i < numbers.size(); ++i) {
     throw_if_interrupted();
     throw_if_memory_ran_out();

@@ -79,18 +79,18 @@ class FolderRun::Work {
         folder_(in_folder(parent_of(document), kScratchFolder)),
         staged_(files_, folder_,
                 {[this] { make_folder(); }, [this](std::u16string_view path) { note_temporary_file(path); }}) {
-    if (RunSeries* const series = RunSeries::current()) series->begin(files_, folder_);
     take_folder(parent_of(document));
-    bring_back_document();
+    try {
+      bring_back_document();
+    } catch (...) {
+      end();
+      throw;
+    }
     ports().files = &staged_;
   }
   ~Work() {
     ports().files = &files_;
-    try {
-      clean_up();
-    } catch (const std::exception& reason) {
-      report_leftover(reason);
-    }
+    end();
   }
   Work(const Work&) = delete;
   Work& operator=(const Work&) = delete;
@@ -101,18 +101,20 @@ class FolderRun::Work {
     return work;
   }
 
-  // Locks the folder until the run ends, and cleans up after a run that was killed there.
+  // Locks the folder until the run ends, and cleans up after a run that was killed there. The last run of a series may
+  // have left it locked and clean.
   void take_folder(const std::u16string& folder) {
     const auto is_it = [&](const Held& held) { return equal_ignoring_case(held.folder, folder); };
     if (std::ranges::any_of(held_, is_it)) return;
-    held_.push_back({folder, lock_folder(files_, folder, report_)});
-    const std::u16string scratch = in_folder(folder, kScratchFolder);
-    if (RunSeries::current() && scratch == folder_ && is_idle(files_, scratch)) {
-      has_folder_ = true;
+    RunSeries* const series = held_.empty() ? RunSeries::current() : nullptr;
+    if (auto kept = series ? series->take(files_, folder_) : std::nullopt) {
+      held_.push_back({folder, std::move(kept->lock)});
       staged_.numbered_folders(1);
-    } else {
-      recover(files_, scratch, report_);
+      has_folder_ = true;
+      return;
     }
+    held_.push_back({folder, lock_folder(files_, folder, report_)});
+    recover(files_, in_folder(folder, kScratchFolder), report_);
   }
 
   StagedFiles& staged() { return staged_; }
@@ -300,18 +302,27 @@ class FolderRun::Work {
     }
   }
 
-  // What cannot be removed stays for the next run, and so does the journal.
-  void clean_up() {
-    if (has_folder_ && !keeps_folder_) with_second_attempt([&] { remove_all(); });
+  void end() noexcept {
+    try {
+      clean_up();
+    } catch (const std::exception& reason) {
+      report_leftover(reason);
+    }
   }
 
-  void remove_all() {
-    give_back_from(0);
-    for (const std::u16string& file : journal_.temporary_files) remove_if_there(files_, file);
-    if (RunSeries* const series = RunSeries::current(); series && staged_.numbered_folders() != 0)
-      series->leave(files_, folder_, staged_.numbered_folders());
-    else
-      remove_tree(files_, folder_);
+  // What cannot be removed stays for the next run, and so does the journal.
+  void clean_up() {
+    if (!has_folder_ || keeps_folder_) return;
+    RunSeries* const series = staged_.numbered_folders() == 0 ? nullptr : RunSeries::current();
+    with_second_attempt([&] {
+      give_back_from(0);
+      for (const std::u16string& file : journal_.temporary_files) remove_if_there(files_, file);
+      if (series)
+        leave_empty(files_, folder_, staged_.numbered_folders());
+      else
+        remove_tree(files_, folder_);
+    });
+    if (series) series->keep(files_, {folder_, std::move(held_.front().lock)});
   }
 
   void report_leftover(const std::exception& reason) noexcept {
@@ -382,6 +393,7 @@ std::unique_ptr<FileLock> FolderRun::settle(std::u16string_view folder, const Re
   FileSystem& files = *ports().files;
   const std::u16string scratch = in_folder(files.absolute(folder), kScratchFolder);
   if (!files.info(parent_of(scratch))) return nullptr;
+  if (RunSeries* const series = RunSeries::current()) series->give_up(files);
   auto lock = lock_folder(files, parent_of(scratch), report);
   recover(files, scratch, report);
   return lock;

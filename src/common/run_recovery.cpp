@@ -7,7 +7,6 @@
 #include "common/path_parts.h"
 #include "common/pending_file.h"
 #include "common/run_journal.h"
-#include "common/run_series.h"
 #include "platform/failure.h"
 #include "platform/formatted.h"
 #include "platform/ports.h"
@@ -16,9 +15,8 @@
 namespace kavo {
 namespace {
 
-constexpr double kLongestWait = 60;     // seconds for another run
-constexpr double kBetweenLooks = 0.02;  // seconds
-constexpr double kSilentWait = 1;       // seconds before the wait is reported
+constexpr double kLongestWait = 60;  // seconds for another run
+constexpr double kSilentWait = 1;    // seconds before the wait is reported
 
 std::u16string text_of(const std::u16string& path) { return to_utf16(path_to_host(path)); }
 
@@ -73,18 +71,6 @@ std::unique_ptr<FileLock> lock_folder(FileSystem& files, const std::u16string& f
 
 void recover(FileSystem& files, const std::u16string& scratch, const RunReport& report) {
   if (!files.info(scratch)) return;
-  const std::u16string stopped = u"A run in " + text_of(parent_of(scratch)) + u" was stopped before its end: ";
-  const auto not_cleaned_up = [&](const failure& reason) {
-    return failure(reason.number(),
-                   formatted(u"{}what it left could not be cleaned up ({}). The next run there tries again", stopped,
-                             reason.description()),
-                   reason.source());
-  };
-  try {
-    if (is_idle(files, scratch)) return remove_tree(files, scratch);
-  } catch (const failure& reason) {
-    throw not_cleaned_up(reason);
-  }
   std::optional<RunJournal> journal;
   try {
     journal = read_journal(files, scratch);
@@ -96,6 +82,7 @@ void recover(FileSystem& files, const std::u16string& scratch, const RunReport& 
                               text_of(scratch), reason.description()),
                     reason.source());
   }
+  const std::u16string stopped = u"A run in " + text_of(parent_of(scratch)) + u" was stopped before its end: ";
   bool is_ours = true;
   try {
     is_ours = journal || !holds_documents(files, scratch);
@@ -105,7 +92,10 @@ void recover(FileSystem& files, const std::u16string& scratch, const RunReport& 
       if (report) report(stopped + done);
     }
   } catch (const failure& reason) {
-    throw not_cleaned_up(reason);
+    throw failure(reason.number(),
+                  formatted(u"{}what it left could not be cleaned up ({}). The next run there tries again", stopped,
+                            reason.description()),
+                  reason.source());
   }
   if (!is_ours)
     throw failure(FailureNumber::kFileAlreadyExists,

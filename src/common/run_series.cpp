@@ -1,9 +1,7 @@
 #include "common/run_series.h"
 
 #include <exception>
-#include <memory>
 #include <utility>
-#include <vector>
 
 #include "common/path_parts.h"
 #include "common/run_journal.h"
@@ -18,24 +16,17 @@
 namespace kavo {
 namespace {
 
+constexpr double kLongestTurn = 2;                   // seconds that a folder is kept
+constexpr double kOthersTurn = 1.5 * kBetweenLooks;  // seconds in which each run that waits looks once
+
 thread_local RunSeries* current_series = nullptr;
 
-void remove_everything_in(FileSystem& files, const std::u16string& folder) {
-  for (const std::u16string& name : files.find(in_folder(folder, u"*"))) {
-    const std::u16string path = in_folder(folder, name);
-    const auto info = files.info(path);
-    if (info && info->is_folder)
-      remove_tree(files, path);
-    else
-      remove_if_there(files, path);
-  }
-}
-
-bool may_be_there(FileSystem& files, const std::u16string& path) {
+// False when somebody has removed it, or when that cannot be found out.
+bool is_there(FileSystem& files, const std::u16string& scratch) noexcept {
   try {
-    return files.info(path).has_value();
-  } catch (const failure&) {
-    return true;
+    return files.info(numbered_scratch_folder(scratch, 1)).has_value();
+  } catch (const std::exception&) {
+    return false;
   }
 }
 
@@ -46,63 +37,47 @@ RunSeries::RunSeries(RunReport report) : report_(std::move(report)), is_outermos
 }
 
 RunSeries::~RunSeries() {
-  remove_idle(*ports().files);
+  give_up(*ports().files);
   if (is_outermost_) current_series = nullptr;
 }
 
 RunSeries* RunSeries::current() { return current_series; }
 
-void RunSeries::begin(FileSystem& files, const std::u16string& scratch) noexcept {
-  if (!equal_ignoring_case(idle_, scratch)) remove_idle(files);
+std::optional<RunSeries::Kept> RunSeries::take(FileSystem& files, const std::u16string& scratch) noexcept {
+  if (kept_ && equal_ignoring_case(kept_->scratch, scratch) && is_there(files, scratch))
+    return std::exchange(kept_, std::nullopt);
+  give_up(files);
+  return std::nullopt;
 }
 
-void RunSeries::leave(FileSystem& files, const std::u16string& scratch, std::size_t numbered_folders) {
-  for (std::size_t number = 1; number <= numbered_folders; ++number) {
-    const std::u16string folder = numbered_scratch_folder(scratch, number);
-    if (number == 1)
-      remove_everything_in(files, folder);
-    else
-      remove_tree(files, folder);
-  }
-  clear_journal(files, scratch);
-  idle_ = scratch;
+void RunSeries::keep(FileSystem& files, Kept kept) {
+  kept_ = std::move(kept);
+  const double now = ports().clock->seconds();
+  if (!since_) since_ = now;
+  if (now - *since_ < kLongestTurn) return;
+  give_up(files);
+  ports().clock->sleep(kOthersTurn);
 }
 
-void RunSeries::remove_idle(FileSystem& files) noexcept {
-  if (idle_.empty()) return;
+void RunSeries::give_up(FileSystem& files) noexcept {
+  since_.reset();
+  const std::optional<Kept> kept = std::exchange(kept_, std::nullopt);
+  if (!kept) return;
   try {
-    const std::u16string scratch = std::exchange(idle_, u"");
-    std::u16string reason = u"it holds what another run left";
-    try {
-      std::unique_ptr<FileLock> lock;
-      try {
-        lock = with_second_attempt([&] { return files.lock(parent_of(scratch)); });
-      } catch (const failure& error) {
-        // The run of another program that has the lock removes the folder, or leaves it to its own series.
-        if (error.is(FailureNumber::kPermissionDenied)) return;
-        throw;
-      }
-      if (with_second_attempt([&] { return is_idle(files, scratch); }))
-        return with_second_attempt([&] { remove_tree(files, scratch); });
-    } catch (const failure& error) {
-      reason = error.description();
-    }
-    if (report_ && may_be_there(files, scratch))
+    with_second_attempt([&] { remove_tree(files, kept->scratch); });
+  } catch (const failure& reason) {
+    if (report_)
       report_(formatted(u"{} could not be removed ({}). The next run in this folder tries again",
-                        to_utf16(path_to_host(scratch)), reason));
-  } catch (const std::exception&) {
-    // There is no other way to report it.
+                        to_utf16(path_to_host(kept->scratch)), reason.description()));
   }
 }
 
-bool is_idle(FileSystem& files, const std::u16string& scratch) {
+void leave_empty(FileSystem& files, const std::u16string& scratch, std::size_t numbered_folders) {
+  for (std::size_t number = numbered_folders; number > 1; --number)
+    remove_tree(files, numbered_scratch_folder(scratch, number));
   const std::u16string first = numbered_scratch_folder(scratch, 1);
-  const std::vector<std::u16string> all = {file_name_of(first), std::u16string(kJournalName)};
-  if (files.find(in_folder(scratch, u"*")) != all) return false;
-  const auto journal = files.info(in_folder(scratch, kJournalName));
-  const auto folder = files.info(first);
-  return journal && !journal->is_folder && journal->size == 0 && folder && folder->is_folder &&
-         files.find(in_folder(first, u"*")).empty();
+  for (const std::u16string& name : files.find(in_folder(first, u"*"))) remove_if_there(files, in_folder(first, name));
+  clear_journal(files, scratch);
 }
 
 }  // namespace kavo

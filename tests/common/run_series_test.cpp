@@ -6,8 +6,8 @@
 #include "common/folder_run.h"
 #include "common/path_parts.h"
 #include "common/pending_file.h"
+#include "common/run_journal.h"
 #include "platform/failure.h"
-#include "platform/formatted.h"
 #include "platform/unicode.h"
 #include "support/faulty_files.h"
 #include "support/ports_fixture.h"
@@ -27,6 +27,17 @@ void write(std::u16string_view path, std::string_view bytes) {
 
 using Names = std::vector<std::u16string>;
 
+// Counts how often a folder is locked.
+class LockedFiles final : public FaultyFiles {
+ public:
+  using FaultyFiles::FaultyFiles;
+  std::unique_ptr<FileLock> lock(std::u16string_view path) override {
+    ++locks;
+    return FaultyFiles::lock(path);
+  }
+  int locks = 0;
+};
+
 class RunSeriesTest : public PortsFixture {
  protected:
   RunReport report() {
@@ -43,6 +54,10 @@ class RunSeriesTest : public PortsFixture {
   }
   static std::u16string script_of(const std::u16string& page) { return without_extension(page) + u".scr"; }
   bool is_there() { return files.info(kScratch).has_value(); }
+  bool is_empty() {
+    return files.find(u"C:\\WORK\\.kavo-run\\*") == Names{u"1", u"journal"} &&
+           files.find(u"C:\\WORK\\.kavo-run\\1\\*").empty() && files.get(kJournal).empty();
+  }
   bool is_new(const std::u16string& page) const {
     return files.get(page) == "new page" && files.has(script_of(page)) && files.get(script_of(page)) == "new script";
   }
@@ -59,17 +74,21 @@ class RunSeriesTest : public PortsFixture {
 
 TEST_F(RunSeriesTest, TheNextRunTakesOverTheFolderOfTheLastAndNothingIsLeftAtTheEnd) {
   put_pages();
+  LockedFiles locked(files);
+  ports().files = &locked;
   {
     const RunSeries series(report());
     prepare(pages[0]);
     const auto folder = files.identity(kPlace);
     ASSERT_TRUE(folder);
-    EXPECT_TRUE(is_idle(files, std::u16string(kScratch)));
+    EXPECT_TRUE(is_empty());
     prepare(pages[1]);
     EXPECT_EQ(files.identity(kPlace), folder);
-    EXPECT_FALSE(files.info(u"C:\\WORK\\.kavo-run\\2"));
+    EXPECT_TRUE(is_empty());
   }
+  ports().files = &files;
   EXPECT_TRUE(is_new(pages[0]) && is_new(pages[1]));
+  EXPECT_EQ(locked.locks, 1);
   EXPECT_FALSE(is_there());
   EXPECT_EQ(reports, Names());
 }
@@ -81,8 +100,24 @@ TEST_F(RunSeriesTest, ARunThatFailsLeavesNothingOfItsFilesInTheFolder) {
     FolderRun run(pages[0], report());
     write(pages[0], "half of a page");
   }
-  EXPECT_TRUE(is_idle(files, std::u16string(kScratch)));
+  EXPECT_TRUE(is_empty());
   EXPECT_TRUE(is_old(pages[0]));
+}
+
+TEST_F(RunSeriesTest, ARunThatCannotBeginLeavesNothing) {
+  put_pages();
+  const RunSeries series(report());
+  prepare(pages[0]);
+  files.remove_file(pages[1]);
+  files.put(pages[1] + u".kavo-old", "old page");
+  FaultyFiles faulty(files);
+  faulty.set_fault({.operation = 1, .counted = FaultyFiles::Counted::kMutating});
+  ports().files = &faulty;
+  EXPECT_THROW(FolderRun(pages[1], report()), failure);
+  ports().files = &files;
+  EXPECT_TRUE(is_empty());
+  prepare(pages[1]);
+  EXPECT_TRUE(is_new(pages[1]));
 }
 
 TEST_F(RunSeriesTest, ARunThatWritesNothingMakesNoFolder) {
@@ -92,7 +127,7 @@ TEST_F(RunSeriesTest, ARunThatWritesNothingMakesNoFolder) {
   EXPECT_FALSE(is_there());
 }
 
-TEST_F(RunSeriesTest, TheFolderIsRemovedWhenTheSeriesGoesOnElsewhere) {
+TEST_F(RunSeriesTest, TheFolderIsGivenUpWhenTheSeriesGoesOnElsewhere) {
   put_pages();
   files.put(u"C:\\TEMP\\kavo-0123abcd\\d.htm", "old page");
   const RunSeries series(report());
@@ -102,13 +137,44 @@ TEST_F(RunSeriesTest, TheFolderIsRemovedWhenTheSeriesGoesOnElsewhere) {
   EXPECT_FALSE(is_there());
 }
 
-TEST_F(RunSeriesTest, AnotherProgramMayRemoveTheFolderBetweenTwoRuns) {
+TEST_F(RunSeriesTest, TheFolderIsGivenUpBeforeItIsSettled) {
+  put_pages();
+  const RunSeries series(report());
+  prepare(pages[0]);
+  FolderRun::settle(u"C:\\WORK\\", report()).reset();
+  EXPECT_FALSE(is_there());
+  EXPECT_EQ(reports, Names());
+}
+
+TEST_F(RunSeriesTest, OthersGetAFolderEveryTwoSeconds) {
+  put_pages();
+  LockedFiles locked(files);
+  ports().files = &locked;
+  {
+    const RunSeries series(report());
+    prepare(pages[0]);
+    clock.now += 1.9;
+    prepare(pages[1]);
+    EXPECT_EQ(clock.slept, 0);
+    clock.now += 0.2;
+    prepare(pages[2]);
+    EXPECT_FALSE(is_there());
+    EXPECT_GT(clock.slept, kBetweenLooks);
+    clock.slept = 0;
+    prepare(pages[0]);
+    prepare(pages[1]);
+    EXPECT_EQ(clock.slept, 0);
+  }
+  ports().files = &files;
+  EXPECT_EQ(locked.locks, 2);
+}
+
+TEST_F(RunSeriesTest, AFolderThatSomebodyRemovesIsMadeAgain) {
   put_pages();
   {
     const RunSeries series(report());
     prepare(pages[0]);
-    FolderRun::settle(u"C:\\WORK\\", report()).reset();
-    EXPECT_FALSE(is_there());
+    remove_tree(files, std::u16string(kScratch));
     prepare(pages[1]);
   }
   EXPECT_TRUE(is_new(pages[1]));
@@ -116,67 +182,14 @@ TEST_F(RunSeriesTest, AnotherProgramMayRemoveTheFolderBetweenTwoRuns) {
   EXPECT_EQ(reports, Names());
 }
 
-TEST_F(RunSeriesTest, ARunOutsideOfASeriesRemovesAnIdleFolderWithoutAWord) {
+TEST_F(RunSeriesTest, WhatASeriesLeavesThatIsKilledBetweenTwoRunsIsRemoved) {
   put_pages();
   files.put(kJournal, "");
   files.add_folder(kPlace);
   prepare(pages[0]);
   EXPECT_TRUE(is_new(pages[0]));
   EXPECT_FALSE(is_there());
-  EXPECT_EQ(reports, Names());
-}
-
-TEST_F(RunSeriesTest, AFolderThatHoldsAFileIsNotIdle) {
-  const std::u16string scratch(kScratch);
-  files.put(kJournal, "");
-  files.add_folder(kPlace);
-  ASSERT_TRUE(is_idle(files, scratch));
-  for (const auto* path : {u"C:\\WORK\\.kavo-run\\mine.txt", u"C:\\WORK\\.kavo-run\\1\\mine.txt",
-                           u"C:\\WORK\\.kavo-run\\2\\mine.txt", u"C:\\WORK\\.kavo-run\\journal.placing"}) {
-    files.put(path, "mine");
-    EXPECT_FALSE(is_idle(files, scratch)) << to_utf8(path);
-    files.remove_file(path);
-    if (files.info(u"C:\\WORK\\.kavo-run\\2")) files.remove_folder(u"C:\\WORK\\.kavo-run\\2");
-    EXPECT_TRUE(is_idle(files, scratch)) << to_utf8(path);
-  }
-  files.put(kJournal, "something");
-  EXPECT_FALSE(is_idle(files, scratch));
-}
-
-TEST_F(RunSeriesTest, AFolderOfTheUsersIsRefusedAndStays) {
-  put_pages();
-  const RunSeries series(report());
-  prepare(pages[0]);
-  files.remove_file(kJournal);
-  files.put(u"C:\\WORK\\.kavo-run\\1\\mine.txt", "mine");
-  EXPECT_THROW(prepare(pages[1]), failure);
-  EXPECT_EQ(files.get(u"C:\\WORK\\.kavo-run\\1\\mine.txt"), "mine");
-  EXPECT_TRUE(is_old(pages[1]));
-}
-
-// Files whose folders another run locks from some moment on.
-class LockedFiles final : public FaultyFiles {
- public:
-  using FaultyFiles::FaultyFiles;
-  std::unique_ptr<FileLock> lock(std::u16string_view path) override {
-    if (is_locked) throw failure(FailureNumber::kPermissionDenied, u"in use by another run");
-    return FaultyFiles::lock(path);
-  }
-  bool is_locked = false;
-};
-
-TEST_F(RunSeriesTest, TheFolderStaysWhileAnotherRunHasTheLock) {
-  put_pages();
-  LockedFiles locked(files);
-  {
-    ports().files = &locked;
-    const RunSeries series(report());
-    prepare(pages[0]);
-    locked.is_locked = true;
-  }
-  ports().files = &files;
-  EXPECT_TRUE(is_there());
-  EXPECT_EQ(reports, Names());
+  EXPECT_EQ(reports.size(), 1u);
 }
 
 TEST_F(RunSeriesTest, AFolderThatCannotBeRemovedIsReported) {

@@ -137,17 +137,8 @@ def after_kill(stage, with_modes):
 
 
 def _clutters(stage, killed):
-    """Whether files lie about where people look. Of the settings' own scratch file nobody needs to hear, and of a
-    scratch folder that waits for the next document neither."""
-    extra = classify.extra_files(killed, stage.before, stage.after)
-    return any(not path.startswith("home/") and not _is_idle(path, extra, killed) for path in extra)
-
-
-def _is_idle(path, extra, killed):
-    top, name, rest = path.partition(".kavo-run")
-    own = {top + name, f"{top}{name}/1", f"{top}{name}/journal"}
-    below = {other for other in extra if other.startswith(top + name)}
-    return name != "" and below == own and killed[f"{top}{name}/journal"].content == b""
+    """Whether files lie about where people look. Of the settings' own scratch file nobody needs to hear."""
+    return any(not path.startswith("home/") for path in classify.extra_files(killed, stage.before, stage.after))
 
 
 def later_runs(stage):
