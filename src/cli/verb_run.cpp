@@ -57,8 +57,8 @@ Outcome outcome_from(const std::u16string& workplace, const std::function<Outcom
   }
 }
 
-// The last step of a batch does not belong to a single file. A failure there that names no file gets `place`, the file
-// or folder that the step worked on.
+// The last step of a batch does not belong to a single file, and some verbs take none. A failure there that names no
+// file gets `place`, the file or folder that the step worked on.
 void name_place(Outcome& outcome, const std::u16string& place) {
   if (place.empty() || outcome.ending != Outcome::kFailed) return;
   const std::size_t folder_end = place.rfind(u'\\');
@@ -141,7 +141,7 @@ ExitCode run_verb(Verb& verb, const VerbEntry& entry, const RunOptions& options,
     put_into_host_form(outcome, watched);
     report.add(file, outcome, seconds);
   };
-  if (entry.takes_files && !files.empty()) working_on(files.front().c_str());
+  if (!files.empty()) working_on((entry.takes_files ? files.front() : path_to_host(verb.workplace(u""))).c_str());
   connect(verb, bar, watched);
   verb.start();
   const std::unique_ptr<Workers> workers = workers_for(verb, options);
@@ -165,6 +165,7 @@ ExitCode run_verb(Verb& verb, const VerbEntry& entry, const RunOptions& options,
         done = {outcome_of_file(verb, entry, path_from_host(file), bar), ports().clock->seconds() - started};
       bar.hide();
       take_over(reports, done.outcome);
+      if (!entry.takes_files) name_place(done.outcome, verb.workplace(u""));
       verb.add_up(done.outcome);
       add(file, std::move(done.outcome), done.seconds);
     } catch (const std::bad_alloc&) {
