@@ -250,8 +250,7 @@ class Prepare final : public Verb {
     std::vector<std::u16string> folders;
     for (const std::u16string& document : documents) folders.push_back(folder_of(ports().files->absolute(document)));
     std::ranges::sort(folders, LessIgnoringCase());
-    const auto doubled = std::ranges::unique(folders, equal_ignoring_case);
-    folders.erase(doubled.begin(), doubled.end());
+    folders.erase(std::unique(folders.begin(), folders.end(), equal_ignoring_case), folders.end());
     return folders;
   }
 

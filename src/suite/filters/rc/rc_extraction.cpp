@@ -246,6 +246,16 @@ void RcExtraction::literal(const RcStatement& statement, std::string_view bytes,
   builder_->segment.add_hidden(script_.original(bytes.substr(bytes.size() - 1 - tail.size())));
 }
 
+// Characters that XML does not allow stand in the middle of a text, too.
+void RcExtraction::add_plain(std::string_view bytes) {
+  while (!bytes.empty()) {
+    bytes.remove_prefix(builder_->coding.decode_run(bytes, plain_));
+    if (bytes.empty()) return;
+    bool is_valid = false;
+    bytes.remove_prefix(builder_->coding.decode_one(bytes, plain_, is_valid));
+  }
+}
+
 void RcExtraction::piece(const RcPiece& piece) {
   SegmentBuilder& segment = builder_->segment;
   const std::string_view bytes = script_.original(piece.bytes);
@@ -253,7 +263,7 @@ void RcExtraction::piece(const RcPiece& piece) {
     case RcPiece::kHidden:
       return segment.add_hidden(bytes);
     case RcPiece::kText:
-      builder_->coding.decode_run(bytes, plain_);
+      add_plain(bytes);
       return segment.add_text(bytes);
     case RcPiece::kCharacter:
       plain_ += piece.text;

@@ -39,6 +39,7 @@ class RcExtraction {
   bool run(const RcStatement& statement, const RcTextRun& run, std::string_view tail);
   void literal(const RcStatement& statement, std::string_view bytes, std::string_view tail);
   void piece(const RcPiece& piece);
+  void add_plain(std::string_view bytes);
 
   // Writes items [from, to) unchanged.
   void items(const RcStatement& statement, std::size_t from, std::size_t to);
