@@ -35,6 +35,9 @@ const Case kScripts[] = {
      "STRINGTABLE\nBEGIN\n 1 APP\n 2 \"\" APP\n 3 \"1.\" VERSION \" (\xA9)\"\nEND\n1 VERSIONINFO { VALUE \"Comments\", "
      "VERSION \"\\0\" }\n"sv,
      {}},
+    {"a text behind a control character is one beside a macro, too",
+     "STRINGTABLE\nBEGIN\n 1 \"\x04 sign\" APP\nEND\n"sv,
+     {u"<1/> sign<2/>"}},
     {"macros in captions, controls and menus",
      "D DIALOG 0,0,1,1\nCAPTION \"About \" APP\nFONT 8, \"System\"\nBEGIN\n LTEXT APP\n \" in \" LAND, 1,0,0,1,1\n"
      " CTEXT \"x\" IDC_X 0 0 1 1\nEND\nM MENU\nBEGIN\nPOPUP \"About \" APP\nBEGIN\nMENUITEM \"Quit \" APP, 2\nMENUITEM "
