@@ -18,6 +18,7 @@ scripts/setup.sh --full
 # clang cannot read the headers that g++ has precompiled.
 [ -f build/tidy/compile_commands.json ] ||
   cmake --preset native -B build/tidy -DKAVO_TESTS=OFF -DKAVO_PRECOMPILE=OFF >/dev/null
+cmake --build build/tidy --target kavo_libreoffice_headers >/dev/null
 files=("$@")
 # The COM skin needs headers that its own build makes.
 [ $# -gt 0 ] || mapfile -t files < <(git ls-files 'src/*.cpp' | grep -v automation_server/)
