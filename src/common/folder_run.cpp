@@ -1,7 +1,6 @@
 #include "common/folder_run.h"
 
 #include <algorithm>
-#include <new>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -49,11 +48,6 @@ void keep_aside(FileSystem& files, const std::u16string& path, const std::u16str
     copy_real_file(files, path, aside);
     files.take_permissions(aside, path, Permissions::kAll);
   }
-}
-
-// std::bad_alloc is the only exception that has no message for people.
-std::u16string text_of(const std::exception& reason) {
-  return to_utf16(dynamic_cast<const std::bad_alloc*>(&reason) ? kNotEnoughMemory : reason.what());
 }
 
 // Runs a step whose failures name the file.
@@ -298,7 +292,7 @@ class FolderRun::Work {
       if (report_)
         report_(
             formatted(u"The documents in {} could not be put back as they were ({}). The next run there completes this",
-                      text_of(parent_of(folder_)), text_of(reason)));
+                      text_of(parent_of(folder_)), reason_of(reason)));
     }
   }
 
@@ -306,7 +300,7 @@ class FolderRun::Work {
     try {
       clean_up();
     } catch (const std::exception& reason) {
-      report_leftover(reason);
+      report_leftover(report_, folder_, reason);
     }
   }
 
@@ -323,16 +317,6 @@ class FolderRun::Work {
         remove_tree(files_, folder_);
     });
     if (series) series->keep(files_, {folder_, std::move(held_.front().lock)});
-  }
-
-  void report_leftover(const std::exception& reason) noexcept {
-    try {
-      if (report_)
-        report_(formatted(u"{} could not be removed ({}). The next run in this folder tries again", text_of(folder_),
-                          text_of(reason)));
-    } catch (const std::exception&) {
-      // There is no other way to report it.
-    }
   }
 
   std::u16string document_;

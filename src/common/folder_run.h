@@ -5,6 +5,8 @@
 // run at a time works in a folder; others wait. Scratch files lie in the sub-folder ".kavo-run" with a journal. When a
 // run is killed, the next one in that folder first finishes what was being put in place, or removes what was not.
 //
+// Runs that follow each other share a scratch folder and its lock: run_series.h.
+//
 // A FolderRun within another one of the same thread is a part of it: what it commits takes effect when the outer one
 // commits.
 #pragma once

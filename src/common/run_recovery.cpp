@@ -1,6 +1,7 @@
 #include "common/run_recovery.h"
 
 #include <algorithm>
+#include <new>
 #include <optional>
 #include <utility>
 
@@ -101,6 +102,21 @@ void recover(FileSystem& files, const std::u16string& scratch, const RunReport& 
     throw failure(FailureNumber::kFileAlreadyExists,
                   text_of(scratch) + u" is in the way: this program needs a folder of this name for its own files. " +
                       u"Move or rename yours and try again");
+}
+
+void report_leftover(const RunReport& report, const std::u16string& scratch, const std::exception& reason) noexcept {
+  try {
+    if (report)
+      report(formatted(u"{} could not be removed ({}). The next run in this folder tries again", text_of(scratch),
+                       reason_of(reason)));
+  } catch (const std::exception&) {
+    // There is no other way to report it.
+  }
+}
+
+// std::bad_alloc is the only exception that has no message for people.
+std::u16string reason_of(const std::exception& error) {
+  return to_utf16(dynamic_cast<const std::bad_alloc*>(&error) ? kNotEnoughMemory : error.what());
 }
 
 }  // namespace kavo

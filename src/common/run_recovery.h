@@ -1,6 +1,7 @@
 // What a run does before it may work in a folder: it waits for other runs, and finishes or undoes one that was killed.
 #pragma once
 
+#include <exception>
 #include <functional>
 #include <memory>
 #include <string>
@@ -20,5 +21,11 @@ std::unique_ptr<FileLock> lock_folder(FileSystem& files, const std::u16string& f
 // If a killed run left its scratch folder: finishes or undoes the run and removes the folder. The caller holds the
 // folder's lock. Throws `failure` when that fails, and 58 when the folder holds files that no run put there.
 void recover(FileSystem& files, const std::u16string& scratch, const RunReport& report);
+
+// Reports a scratch folder that could not be removed. Never throws.
+void report_leftover(const RunReport& report, const std::u16string& scratch, const std::exception& reason) noexcept;
+
+// The reason of a failed step for people.
+std::u16string reason_of(const std::exception& error);
 
 }  // namespace kavo

@@ -8,10 +8,7 @@
 #include "common/second_attempt.h"
 #include "common/staged_files.h"
 #include "platform/case_fold.h"
-#include "platform/failure.h"
-#include "platform/formatted.h"
 #include "platform/ports.h"
-#include "platform/unicode.h"
 
 namespace kavo {
 namespace {
@@ -32,13 +29,13 @@ bool is_there(FileSystem& files, const std::u16string& scratch) noexcept {
 
 }  // namespace
 
-RunSeries::RunSeries(RunReport report) : report_(std::move(report)), is_outermost_(current_series == nullptr) {
-  if (is_outermost_) current_series = this;
+RunSeries::RunSeries(RunReport report) : report_(std::move(report)) {
+  if (current_series == nullptr) current_series = this;
 }
 
 RunSeries::~RunSeries() {
   give_up(*ports().files);
-  if (is_outermost_) current_series = nullptr;
+  if (current_series == this) current_series = nullptr;
 }
 
 RunSeries* RunSeries::current() { return current_series; }
@@ -65,10 +62,8 @@ void RunSeries::give_up(FileSystem& files) noexcept {
   if (!kept) return;
   try {
     with_second_attempt([&] { remove_tree(files, kept->scratch); });
-  } catch (const failure& reason) {
-    if (report_)
-      report_(formatted(u"{} could not be removed ({}). The next run in this folder tries again",
-                        to_utf16(path_to_host(kept->scratch)), reason.description()));
+  } catch (const std::exception& reason) {
+    report_leftover(report_, kept->scratch, reason);
   }
 }
 

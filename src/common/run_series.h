@@ -37,13 +37,13 @@ class RunSeries {
   // up, since documents come folder by folder. Never throws.
   std::optional<Kept> take(FileSystem& files, const std::u16string& scratch) noexcept;
   // For a run that ends: keeps its scratch folder, which must be as leave_empty() left it, and the lock.
+  // After two seconds it gives them up and waits for a moment.
   void keep(FileSystem& files, Kept kept);
   // Removes the scratch folder and unlocks the folder that it is in. Never throws.
   void give_up(FileSystem& files) noexcept;
 
  private:
   RunReport report_;
-  bool is_outermost_;
   std::optional<Kept> kept_;
   std::optional<double> since_;  // seconds of the clock, when the folder was first kept
 };

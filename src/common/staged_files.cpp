@@ -135,7 +135,7 @@ void StagedFiles::set(const std::u16string& path, std::u16string scratch) {
   view_.read_only.erase(path);
 }
 
-// Refuses what the system would refuse: to empty or replace a folder or a read-only file, or a folder that is missing.
+// Refuses what the system would refuse: a folder or a read-only file in the place (`old`), or a missing folder.
 void StagedFiles::check_replaceable(const std::u16string& path, const std::optional<FileInfo>& old) {
   if (!old) return check_folder_of(path);
   if (old->is_folder) throw failure(FailureNumber::kPathFileAccess, path + u" is a folder");

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-
 #include "common/folder_run.h"
 #include "common/path_parts.h"
 #include "common/pending_file.h"
