@@ -86,15 +86,24 @@ Outcome outcome_of_file(Verb& verb, const VerbEntry& entry, const std::u16string
   });
 }
 
-// For a verb that works in folders. Others make folders of their own, which nothing may keep open when they are removed.
-void begin_series(std::optional<RunSeries>& series, const Verb& verb, MessageList& reports) {
-  if (verb.files.empty() || verb.workplace(verb.files.front()).empty()) return;
-  series.emplace([&reports](const std::u16string& text) { reports.push_back({text}); });
-}
+// The runs of one command. They are a series when the verb works in folders; other verbs make folders of their own, which
+// nothing may keep open when they are removed.
+class VerbSeries {
+ public:
+  explicit VerbSeries(const Verb& verb) {
+    if (verb.files.empty() || verb.workplace(verb.files.front()).empty()) return;
+    series_.emplace([this](const std::u16string& text) { reports_.push_back({text}); });
+  }
+  void end() { series_.reset(); }
+  // What the series had to say since the last outcome is said with this one.
+  void report_in(Outcome& outcome) {
+    std::ranges::move(std::exchange(reports_, {}), std::back_inserter(outcome.messages));
+  }
 
-void take_over(MessageList& reports, Outcome& outcome) {
-  std::ranges::move(std::exchange(reports, {}), std::back_inserter(outcome.messages));
-}
+ private:
+  MessageList reports_;
+  std::optional<RunSeries> series_;
+};
 
 void put_into_host_form(Outcome& outcome, const WatchedFiles& watched) {
   for (Message& message : outcome.messages)
@@ -145,9 +154,7 @@ ExitCode run_verb(Verb& verb, const VerbEntry& entry, const RunOptions& options,
   connect(verb, bar, watched);
   verb.start();
   const std::unique_ptr<Workers> workers = workers_for(verb, options);
-  MessageList reports;
-  std::optional<RunSeries> series;
-  begin_series(series, verb, reports);
+  VerbSeries series(verb);
   for (std::size_t i = 0; i < files.size(); ++i) {
     const std::string& file = files[i];
     if (entry.takes_files) working_on(file.c_str());
@@ -164,7 +171,7 @@ ExitCode run_verb(Verb& verb, const VerbEntry& entry, const RunOptions& options,
       else
         done = {outcome_of_file(verb, entry, path_from_host(file), bar), ports().clock->seconds() - started};
       bar.hide();
-      take_over(reports, done.outcome);
+      series.report_in(done.outcome);
       if (!entry.takes_files) name_place(done.outcome, verb.workplace(u""));
       verb.add_up(done.outcome);
       add(file, std::move(done.outcome), done.seconds);
@@ -175,7 +182,7 @@ ExitCode run_verb(Verb& verb, const VerbEntry& entry, const RunOptions& options,
     }
     keep_memory_back();
   }
-  series.reset();
+  series.end();
   const double started = ports().clock->seconds();
   bool has_outcome = false;
   const std::u16string workplace = verb.workplace(u"");
@@ -184,7 +191,7 @@ ExitCode run_verb(Verb& verb, const VerbEntry& entry, const RunOptions& options,
     has_outcome = last.has_value();
     return last.value_or(Outcome());
   });
-  take_over(reports, outcome);
+  series.report_in(outcome);
   if (!workplace.empty() || !files.empty())
     name_place(outcome, workplace.empty() ? path_from_host(files.back()) : workplace);
   if (has_outcome || outcome.ending != Outcome::kDone || !outcome.messages.empty())
@@ -200,17 +207,15 @@ ExitCode run_share(Verb& verb, const VerbEntry& entry, WatchedFiles& watched) {
   connect(verb, bar, watched);
   verb.start();
   wait_for_others();
-  MessageList reports;
-  std::optional<RunSeries> series;
-  begin_series(series, verb, reports);
+  VerbSeries series(verb);
   for (std::size_t i = 0; i < numbers.size(); ++i) {
     throw_if_interrupted();
     throw_if_memory_ran_out();
     watched.forget();
     const double started = ports().clock->seconds();
     Outcome outcome = outcome_of_file(verb, entry, verb.files[i], bar);
-    if (i + 1 == numbers.size()) series.reset();
-    take_over(reports, outcome);
+    if (i + 1 == numbers.size()) series.end();
+    series.report_in(outcome);
     put_into_host_form(outcome, watched);
     print_output(line_of(numbers[i], outcome, ports().clock->seconds() - started));
     keep_memory_back();

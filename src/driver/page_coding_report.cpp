@@ -28,17 +28,11 @@ InvalidBytes invalid_bytes(BlockReader& page, unsigned code_page) {
   do {
     std::string_view bytes = page.window();
     if (!page.exhausted()) bytes.remove_suffix(coding.incomplete_tail(bytes));
-    const std::size_t size = bytes.size();
-    while (!bytes.empty()) {
-      ignored.clear();
-      bytes.remove_prefix(coding.decode_run(bytes, ignored));
-      if (bytes.empty()) break;
-      bool is_valid = false;
-      const std::size_t length = coding.decode_one(bytes, ignored, is_valid);
-      if (!is_valid && found.count++ == 0) found.first = page.position() + (size - bytes.size());
-      bytes.remove_prefix(length);
-    }
-    page.consume(size);
+    ignored.clear();
+    coding.decode(bytes, ignored, [&](std::string_view piece) {
+      if (found.count++ == 0) found.first = page.position() + static_cast<std::size_t>(piece.data() - bytes.data());
+    });
+    page.consume(bytes.size());
   } while (page.more());
   return found;
 }

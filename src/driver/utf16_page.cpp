@@ -32,19 +32,14 @@ void recode(std::u16string_view path, unsigned from, unsigned to, std::u16string
     do {
       std::string_view window = reader.window();
       if (!reader.exhausted()) window.remove_suffix(source.incomplete_tail(window));
-      const std::size_t size = window.size();
       text.clear();
-      while (!window.empty()) {
-        window.remove_prefix(source.decode_run(window, text));
-        bool is_valid = true;
-        const std::size_t position = size - window.size();
-        if (!window.empty()) window.remove_prefix(source.decode_one(window, text, is_valid));
-        if (!is_valid) throw_invalid(path, reader.position() + position);
-      }
+      source.decode(window, text, [&](std::string_view piece) {
+        throw_invalid(path, reader.position() + static_cast<std::size_t>(piece.data() - window.data()));
+      });
       bytes.clear();
       result.encode(text, bytes, [](std::string_view, std::string&) {});
       file.write(bytes);
-      reader.consume(size);
+      reader.consume(window.size());
     } while (reader.more());
   }
   file.commit();

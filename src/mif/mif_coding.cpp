@@ -38,12 +38,7 @@ std::u16string MifCoding::decode(std::string_view bytes) const {
     if (part.kind == mif::StringPart::Kind::kText) {
       text += part.text;
     } else if (part.kind == mif::StringPart::Kind::kRun) {
-      for (std::string_view run = part.bytes; !run.empty();) {
-        bool is_valid = false;
-        const std::size_t length = strings_->bytes().decode_one(run, text, is_valid);
-        if (!is_valid) text += run.substr(0, length);
-        run.remove_prefix(length);
-      }
+      strings_->bytes().decode(part.bytes, text, [&](std::string_view piece) { text += piece; });
     } else {
       text += part.bytes;
     }

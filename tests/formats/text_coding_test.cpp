@@ -100,6 +100,19 @@ TEST(TextCoding, EveryValidCharacterComesBackAsItsBytes) {
   }
 }
 
+TEST(TextCoding, DecodesAllAndShowsEachInvalidPiece) {
+  const TextCoding coding(932);
+  const std::string_view bytes = "\x83\x5C\x01\x83 \xFF\xFF\x95\x5C\x83"sv;
+  std::string text;
+  std::vector<std::size_t> places;
+  coding.decode(bytes, text, [&](std::string_view piece) {
+    places.push_back(static_cast<std::size_t>(piece.data() - bytes.data()));
+    text += "[" + std::to_string(piece.size()) + "]";
+  });
+  EXPECT_EQ(text, "\xE3\x82\xBD\x01[1] [1][1]\xE8\xA1\xA8[1]");
+  EXPECT_EQ(places, (std::vector<std::size_t>{3, 5, 6, 9}));
+}
+
 TEST(TextCoding, KnowsWhereACharacterIsCut) {
   EXPECT_EQ(TextCoding(65001).incomplete_tail("a\xE2\x82"), 2u);
   EXPECT_EQ(TextCoding(65001).incomplete_tail("\xF0\x9F\x98"), 3u);

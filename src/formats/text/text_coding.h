@@ -45,6 +45,19 @@ class TextCoding {
   // Appends to `utf8` the longest run at the start of `bytes` that is valid and consists of characters allowed in XML.
   // Returns how many bytes it took.
   std::size_t decode_run(std::string_view bytes, std::string& utf8) const;
+  // Appends to `utf8` all characters of `bytes`, those that XML forbids too. Calls `invalid` with each shortest invalid
+  // piece, a part of `bytes`; it may append a substitute to `utf8`, take away what is there, or throw.
+  template <class Invalid>
+  void decode(std::string_view bytes, std::string& utf8, const Invalid& invalid) const {
+    while (!bytes.empty()) {
+      bytes.remove_prefix(decode_run(bytes, utf8));
+      if (bytes.empty()) return;
+      bool is_valid = false;
+      const std::size_t length = decode_one(bytes, utf8, is_valid);
+      if (!is_valid) invalid(bytes.substr(0, length));
+      bytes.remove_prefix(length);
+    }
+  }
   // How many bytes at the end belong to an incomplete character. `bytes` must begin with a whole character.
   std::size_t incomplete_tail(std::string_view bytes) const;
 

@@ -79,21 +79,18 @@ void Filter::write_computed(std::uint32_t, std::string_view original, std::strin
 }
 
 void Filter::recode(std::string_view original, std::string& bytes) {
+  const auto missing = [&](std::string_view character, std::string&) {
+    throw failure(FailureNumber::kInvalidCall,
+                  formatted(u"Code page {} has no character \"{}\", which the document holds outside its texts",
+                            target_coding_->number(), character));
+  };
   std::string text;
-  while (!original.empty()) {
+  source_coding_->decode(original, text, [&](std::string_view piece) {
+    target_coding_->encode(text, bytes, missing);
     text.clear();
-    original.remove_prefix(source_coding_->decode_run(original, text));
-    bool valid = true;
-    std::size_t length = 0;
-    if (!original.empty()) length = source_coding_->decode_one(original, text, valid);
-    target_coding_->encode(text, bytes, [&](std::string_view character, std::string&) {
-      throw failure(FailureNumber::kInvalidCall,
-                    formatted(u"Code page {} has no character \"{}\", which the document holds outside its texts",
-                              target_coding_->number(), character));
-    });
-    if (!valid) bytes += original.substr(0, length);
-    original.remove_prefix(length);
-  }
+    bytes += piece;
+  });
+  target_coding_->encode(text, bytes, missing);
 }
 
 }  // namespace kavo

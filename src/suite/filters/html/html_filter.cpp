@@ -167,20 +167,12 @@ void HtmlFilter::write_computed(std::uint32_t kind, std::string_view original, s
 
 void HtmlFilter::recode(std::string_view original, std::string& bytes) {
   std::string text;
-  while (!original.empty()) {
-    text.clear();
-    original.remove_prefix(source_coding().decode_run(original, text));
+  source_coding().decode(original, text, [&](std::string_view piece) {
     encode(text, bytes);
-    if (original.empty()) return;
     text.clear();
-    bool is_valid = false;
-    const std::size_t length = source_coding().decode_one(original, text, is_valid);
-    if (is_valid)
-      encode(text, bytes);
-    else
-      bytes += original.substr(0, length);
-    original.remove_prefix(length);
-  }
+    bytes += piece;
+  });
+  encode(text, bytes);
 }
 
 }  // namespace

@@ -246,14 +246,9 @@ void RcExtraction::literal(const RcStatement& statement, std::string_view bytes,
   builder_->segment.add_hidden(script_.original(bytes.substr(bytes.size() - 1 - tail.size())));
 }
 
-// Characters that XML does not allow stand in the middle of a text, too.
+// Characters that XML does not allow stand in the middle of a text, too. Invalid bytes have no form here.
 void RcExtraction::add_plain(std::string_view bytes) {
-  while (!bytes.empty()) {
-    bytes.remove_prefix(builder_->coding.decode_run(bytes, plain_));
-    if (bytes.empty()) return;
-    bool is_valid = false;
-    bytes.remove_prefix(builder_->coding.decode_one(bytes, plain_, is_valid));
-  }
+  builder_->coding.decode(bytes, plain_, [](std::string_view) {});
 }
 
 void RcExtraction::piece(const RcPiece& piece) {

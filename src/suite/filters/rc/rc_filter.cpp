@@ -216,15 +216,8 @@ void RcFilter::write_literal(std::string_view original, unsigned code_page, std:
 }
 
 void RcFilter::write_comment(std::string_view original, unsigned code_page, std::string& bytes) {
-  const TextCoding& source = coding(code_page);
   std::string text;
-  while (!original.empty()) {
-    original.remove_prefix(source.decode_run(original, text));
-    if (original.empty()) break;
-    bool is_valid = false;
-    original.remove_prefix(source.decode_one(original, text, is_valid));
-    if (!is_valid) text += '?';
-  }
+  coding(code_page).decode(original, text, [&](std::string_view) { text += '?'; });
   coding(target_of(code_page)).encode(text, bytes, [](std::string_view, std::string& result) { result += '?'; });
 }
 

@@ -11,14 +11,7 @@ namespace kavo::script {
 namespace {
 
 void append_decoded(std::string_view bytes, const TextCoding& coding, std::string& utf8) {
-  while (!bytes.empty()) {
-    bytes.remove_prefix(coding.decode_run(bytes, utf8));
-    if (bytes.empty()) return;
-    bool is_valid = false;
-    const std::size_t length = coding.decode_one(bytes, utf8, is_valid);
-    if (!is_valid) utf8 += bytes.substr(0, length);
-    bytes.remove_prefix(length);
-  }
+  coding.decode(bytes, utf8, [&](std::string_view piece) { utf8 += piece; });
 }
 
 // True for an expression that stands for a character that no literal of the language can hold: "vbCrLf", "ChrW(233)".
