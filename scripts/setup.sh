@@ -88,7 +88,7 @@ fi
 
 case " ${wanted[*]} " in *" googletest "*) fetch_source expat ;; esac
 
-# What judges rebuilt scripts of Java (tests/cli/check_scripts.py).
+# What judges rebuilt scripts of Java (tests/cli/check_scripts.py) and the host in PowerShell (tests/cli/check_hosts.py).
 parsers=${XDG_CACHE_HOME:-$HOME/.cache}/kavo-npm
 case " ${wanted[*]} " in
   *" php-cli "*)
@@ -96,6 +96,8 @@ case " ${wanted[*]} " in
       mkdir -p "$parsers"
       npm install --silent --prefix "$parsers" java-parser@3.0.1
     }
+    [ -d "$parsers/node_modules/tree-sitter-powershell" ] ||
+      npm install --silent --ignore-scripts --prefix "$parsers" web-tree-sitter@0.25.10 tree-sitter-powershell@0.26.4
     # The server of tests/machines, unpacked only: installed, it would begin to serve.
     server=${XDG_CACHE_HOME:-$HOME/.cache}/kavo-sshd
     [ -d "$server/usr" ] || {
