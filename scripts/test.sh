@@ -116,9 +116,6 @@ for part in "${parts[@]}"; do
       result=$?
       [ "$result" = 77 ] && result=0
       note $result "RTF documents in LibreOffice and unrtf, texts and pages"
-      step "the hosts of samples/hosts"
-      python3 tests/cli/check_hosts.py --full
-      note $? "samples of hosts, compiled or parsed"
       step "Office documents as LibreOffice shows them"
       python3 tests/office/libreoffice/check_office.py build/native/src/cli/kavo ../shared/corpus 20
       result=$?

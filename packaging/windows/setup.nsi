@@ -66,7 +66,7 @@ Var log
 !macroend
 !define Fault "!insertmacro Fault"
 
-; A file that a host holds is replaced when Windows starts next.
+; A file that a host holds is replaced when Windows starts next. Only an administrator may ask for that.
 !macro Place SOURCE NAME
   SetOverwrite try
   ClearErrors
@@ -75,10 +75,16 @@ Var log
     SetOverwrite on
     ClearErrors
     File "/oname=${NAME}.new" "${SOURCE}"
-    Rename /REBOOTOK "$OUTDIR\${NAME}.new" "$OUTDIR\${NAME}"
-    ${Say} "$OUTDIR\${NAME} is in use. The new version takes its place when Windows starts next."
-    ${If} $exit_code = 0
-      StrCpy $exit_code 3
+    ; MOVEFILE_REPLACE_EXISTING and MOVEFILE_DELAY_UNTIL_REBOOT
+    System::Call 'kernel32::MoveFileExW(w "$OUTDIR\${NAME}.new", w "$OUTDIR\${NAME}", i 5) i .r0'
+    ${If} $0 = 0
+      Delete "$OUTDIR\${NAME}.new"
+      ${Fault} "$OUTDIR\${NAME} is in use and was not replaced. Close the programs that use it and install again."
+    ${Else}
+      ${Say} "$OUTDIR\${NAME} is in use. The new version takes its place when Windows starts next."
+      ${If} $exit_code = 0
+        StrCpy $exit_code 3
+      ${EndIf}
     ${EndIf}
   ${EndIf}
   SetOverwrite on
@@ -282,6 +288,7 @@ Function un.onInit
 FunctionEnd
 
 !macro un.File NAME
+  Delete "$INSTDIR\${NAME}.new" ; of an upgrade that waits for the next start
   Delete /REBOOTOK "$INSTDIR\${NAME}"
 !macroend
 

@@ -1,8 +1,7 @@
 Attribute VB_Name = "KavoPrepare"
 ' Prepares a server page, makes bilingual documents of it and rebuilds it. Import the module (File, Import File) and run
 ' PreparePage "C:\shop\index.asp" from the Immediate window.
-' Tested: compiled by LibreOffice's Basic, its members compared with the interface (cli_hosts, scripts/test.sh --full). It
-' has never been run.
+' Tested: compiled by LibreOffice's Basic, its members compared with the interface (cli_hosts). It has never been run.
 Option Explicit
 
 Public Sub PreparePage(ByVal page As String)

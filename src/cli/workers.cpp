@@ -173,6 +173,7 @@ void Workers::read(Worker& worker) {
     if (!json.is_object() || !json.contains("file")) continue;
     const std::size_t file = json["file"].get<std::size_t>();
     std::erase(worker.files, file);
+    worker.done = file;
     note(file, {outcome_in(json), json["seconds"].get<double>()});
   }
   const int code = worker.process->wait();
@@ -186,7 +187,7 @@ void Workers::note_end(Worker& worker) {
   std::vector<std::size_t> failed = std::exchange(worker.files, {});
   // If one worker cannot even begin, another one would get no further.
   if (worker.is_ready && !failed.empty()) {
-    lost_.push_back({failed.front(), {failed.begin() + 1, failed.end()}});
+    lost_.push_back({worker.done, failed.front(), {failed.begin() + 1, failed.end()}});
     failed.resize(1);
   }
   for (const std::size_t file : failed) {
@@ -207,15 +208,20 @@ void Workers::let_begin() {
     if (std::exchange(worker->is_waiting, false) && !worker->has_ended) worker->process->write_input("begin\n");
 }
 
+void Workers::settle_folder_of(std::size_t file) const {
+  const std::u16string place = verb_.workplace(verb_.files[file]);
+  if (place.empty()) return;
+  try {
+    settle_folder(folder_of(ports().files->absolute(place))).reset();
+  } catch (const failure&) {
+    // The next run in that folder tries again, and reports a failure.
+  }
+}
+
 void Workers::replace(const std::vector<Lost>& lost) {
   for (const Lost& each : lost) {
-    if (const std::u16string place = verb_.workplace(verb_.files[each.file]); !place.empty()) {
-      try {
-        settle_folder(folder_of(ports().files->absolute(place))).reset();
-      } catch (const failure&) {
-        // The next run in that folder tries again, and reports a failure.
-      }
-    }
+    if (each.before) settle_folder_of(*each.before);
+    settle_folder_of(each.file);
     if (each.rest.empty()) continue;
     {
       const std::lock_guard guard(mutex_);

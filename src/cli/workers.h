@@ -13,6 +13,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <thread>
 #include <utility>
@@ -51,14 +52,17 @@ class Workers {
  private:
   struct Worker {
     std::unique_ptr<ChildProcess> process;
-    std::vector<std::size_t> files;  // not done yet, in the order of work
+    std::vector<std::size_t> files;   // not done yet, in the order of work
+    std::optional<std::size_t> done;  // the last one that is
     std::thread reader;
     bool is_ready = false;   // the worker has read what it needs
     bool is_waiting = true;  // for the word to begin
     bool has_ended = false;
   };
-  // What a worker that ended too early has left: the file that it worked on, and those after it.
+  // What a worker that ended too early has left: the file that it worked on, the one before it, whose folder it may have
+  // kept, and those after it.
   struct Lost {
+    std::optional<std::size_t> before;
     std::size_t file;
     std::vector<std::size_t> rest;
   };
@@ -69,6 +73,7 @@ class Workers {
   void let_begin();
   void note(std::size_t file, FileOutcome outcome);
   void replace(const std::vector<Lost>& lost);
+  void settle_folder_of(std::size_t file) const;
   bool all_ended() const;
 
   const Verb& verb_;

@@ -1,16 +1,14 @@
 #!/usr/bin/env python3
-"""The samples of samples/hosts as far as they can be checked without a host: check_hosts.py [--full]
+"""The samples of samples/hosts as far as they can be checked without a host.
 
 Each says how it is tested, calls only members that the interfaces have, and takes all steps. Python is compiled, C# where
-the Mono compiler is installed; PowerShell is parsed where tree-sitter's grammar is. With --full LibreOffice's Basic, which
-understands VBA, compiles the module. What could not be done is said. A copy with a mistake in it must fail each of these.
+the Mono compiler is installed; PowerShell is parsed where tree-sitter's grammar is. What could not be done is said. A copy
+with a mistake in it must fail each of these. VBA is compiled in tests/office/libreoffice.
 """
-import html
 import os
 import pathlib
 import re
 import shutil
-import signal
 import subprocess
 import sys
 import tempfile
@@ -39,27 +37,18 @@ parser.setLanguage(await Language.load(modules + "/tree-sitter-powershell/tree-s
 console.log(parser.parse(readFileSync(script, "utf8")).rootNode.hasError ? "wrong" : "right");
 """
 MODULES = pathlib.Path(os.environ.get("XDG_CACHE_HOME", pathlib.Path.home() / ".cache")) / "kavo-npm" / "node_modules"
-LIBRARY = ("<!DOCTYPE library:library PUBLIC '-//OpenOffice.org//DTD OfficeDocument 1.0//EN' 'library.dtd'>"
-           "<library:library xmlns:library='http://openoffice.org/2000/library' library:name='Standard'>{}"
-           "</library:library>")
-MODULE = ("<!DOCTYPE script:module PUBLIC '-//OpenOffice.org//DTD OfficeDocument 1.0//EN' 'module.dtd'>"
-          "<script:module xmlns:script='http://openoffice.org/2000/script' script:name='Host'"
-          " script:language='StarBasic'>{}</script:module>")
-OFFICE_SECONDS = 30  # with a mistake in the module it does not end
 
 
 class Checks:
     """The compilers and parsers that are there; each returns what is wrong with a sample, "" for nothing."""
 
-    def __init__(self, folder, full):
+    def __init__(self, folder):
         self.folder = pathlib.Path(folder)
         self.skipped = []
         self.by_suffix = {".py": self.python}
         self.offer(".cs", self.csharp, shutil.which("mcs"), "C# (no Mono compiler)")
         self.offer(".ps1", self.powershell, shutil.which("node") and (MODULES / "tree-sitter-powershell").is_dir(),
                    "PowerShell (no grammar)")
-        if full:
-            self.offer(".bas", self.vba, shutil.which("soffice"), "VBA (no LibreOffice)")
 
     def offer(self, suffix, check, is_there, name):
         if is_there:
@@ -83,29 +72,6 @@ class Checks:
         ran = subprocess.run(["node", "--liftoff-only", "--input-type=module", "-e", POWERSHELL_PROGRAM, str(MODULES),
                               str(sample)], capture_output=True, text=True)
         return "" if ran.stdout == "right\n" else ran.stdout + ran.stderr
-
-    def vba(self, sample):
-        """Basic compiles a module as a whole before it runs a procedure of it, so one that leaves a file proves it."""
-        proof = self.folder / "proof"
-        proof.unlink(missing_ok=True)
-        code = "".join(line for line in sample.read_text().splitlines(True) if not line.startswith("Attribute "))
-        code = ("Rem Attribute VBA_ModuleType=VBAModule\nOption VBASupport 1\n" + code +
-                f'\nSub Prove\n Open "{proof}" For Output As #1\n Close #1\n StarDesktop.terminate\nEnd Sub\n')
-        library = self.folder / "profile" / "user" / "basic" / "Standard"
-        office = ["soffice", "--headless", f"-env:UserInstallation=file://{self.folder}/profile"]
-        if not library.is_dir():
-            subprocess.run([*office, "--terminate_after_init"], capture_output=True, timeout=OFFICE_SECONDS)
-            library.mkdir(parents=True, exist_ok=True)
-        (library / "script.xlb").write_text(LIBRARY.format("<library:element library:name='Host'/>"))
-        (library / "dialog.xlb").write_text(LIBRARY.format(""))
-        (library / "Host.xba").write_text(MODULE.format(html.escape(code)))
-        with subprocess.Popen([*office, "macro:///Standard.Host.Prove"], stdout=subprocess.DEVNULL,
-                              stderr=subprocess.DEVNULL, start_new_session=True) as process:
-            try:
-                process.wait(OFFICE_SECONDS)
-            except subprocess.TimeoutExpired:
-                os.killpg(process.pid, signal.SIGKILL)
-        return "" if proof.exists() else "LibreOffice's Basic does not compile it"
 
     def faults(self, sample):
         check = self.by_suffix.get(sample.suffix)
@@ -136,7 +102,7 @@ def main():
     known = members()
     faults = [f"README.md does not list {sample.name}" for sample in samples if f"`{sample.name}`" not in listed]
     with tempfile.TemporaryDirectory() as folder:
-        checks = Checks(folder, sys.argv[1:] == ["--full"])
+        checks = Checks(folder)
         for sample in samples:
             faults += [f"{sample.name} {fault}" for fault in faults_of(sample, known) + checks.faults(sample)]
     for name in checks.skipped:

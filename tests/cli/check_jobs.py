@@ -104,6 +104,13 @@ def wait_for_end(workers):
         time.sleep(0.01)
 
 
+def wait_for_a_folder(work, run):
+    """Until all names of one folder have been given, or the run has ended."""
+    last = [f"{work}/part{folder}/page{PAGES - 1}_asp_scr_DE.tud" for folder in range(FOLDERS)]
+    while run.poll() is None and not any(os.path.exists(path) for path in last):
+        pass
+
+
 def complete_documents(files):
     """Of each page whose documents of both languages are there."""
     pages = [f"part{folder}/page{page}" for folder in range(FOLDERS) for page in range(PAGES)]
@@ -157,7 +164,12 @@ def main():
         for number in range(RUNS):
             shutil.rmtree(work)
             run = prepare("FR,DE", 2, top)
-            time.sleep(random.random() * duration)
+            # Every second time where it goes on to its next folder.
+            if number % 2:
+                wait_for_a_folder(work, run)
+                time.sleep(random.random() * duration / FOLDERS / PAGES)
+            else:
+                time.sleep(random.random() * duration)
             for worker in workers_of(run)[:1]:
                 try:
                     os.kill(worker, signal.SIGKILL)

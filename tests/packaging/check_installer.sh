@@ -107,4 +107,16 @@ key_is_there "HKCU\\$class" && ! key_is_there "HKLM\\$class" || fail "the class 
 wine "$folder/uninstall.exe" /CurrentUser /S
 for _ in $(seq 100); do key_is_there "HKCU\\$uninstall" || break; sleep 0.2; done
 ! key_is_there "HKCU\\$class" && [ ! -d "$folder" ] || fail "something is left"
+
+echo "== removed while an upgrade waits for the next start"
+setup "$work/setup.exe" /CurrentUser /NOX86
+chattr +i "$folder/K19FPW.dll"
+setup "$work/next.exe" /CurrentUser /NOX86
+chattr -i "$folder/K19FPW.dll"
+[ $code = 3 ] && [ -f "$folder/K19FPW.dll.new" ] || fail "exit code $code instead of 3: $(cat "$folder/install.log")"
+wine "$folder/uninstall.exe" /CurrentUser /S
+for _ in $(seq 100); do key_is_there "HKCU\\$uninstall" || break; sleep 0.2; done
+"$top/scripts/wine-run.sh" --stop
+wine wineboot >/dev/null 2>&1
+[ ! -d "$folder" ] || fail "left: $(find "$folder")"
 echo "installed for the machine, used by a host, upgraded under it, removed; installed for one user and removed"

@@ -91,7 +91,7 @@ Private Sub WalkShape(TheShape As Object, ByVal Place As String)
     If Mode = KavoExport Then Written = Written & PlaceOf(Place, TheShape.Name)
     For i = 1 To TheShape.Table.Rows.Count
       For j = 1 To TheShape.Table.Columns.Count
-        WalkText TheShape.Table.Cell(i, j).Shape.TextFrame.TextRange, Place & "/cell:" & Chr$(64 + j) & i
+        WalkText TheShape.Table.Cell(i, j).Shape.TextFrame.TextRange, Place & "/cell:" & ColumnName(j) & i
       Next
     Next
   ElseIf TheShape.HasTextFrame Then
@@ -101,6 +101,12 @@ Private Sub WalkShape(TheShape As Object, ByVal Place As String)
     End If
   End If
 End Sub
+
+' A, B, ..., Z, AA, AB ... A table has at most 75 columns.
+Public Function ColumnName(ByVal Column As Long) As String
+  If Column > 26 Then ColumnName = Chr$(64 + (Column - 1) \ 26)
+  ColumnName = ColumnName & Chr$(65 + (Column - 1) Mod 26)
+End Function
 
 Private Sub WalkText(Whole As Object, ByVal Place As String)
   Dim i As Long

@@ -9,6 +9,7 @@
 #include "office/excel_options.h"
 #include "office/libreoffice/flat_documents.h"
 #include "office/libreoffice/office_fixture.h"
+#include "office/libreoffice/shape_texts.h"
 #include "platform/files.h"
 #include "platform/unicode.h"
 
@@ -21,10 +22,14 @@ std::string module(const std::string& path) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-// As a module of a template: without the line that tells its name.
-std::string template_module(const std::string& name) {
-  const std::string text = module(std::string(KAVO_TEMPLATE_SOURCES) + "/" + name + ".bas");
+// Without the line that tells its name.
+std::string exported_module(const std::string& path) {
+  const std::string text = module(path);
   return "Option VBASupport 1\n" + text.substr(text.find('\n') + 1);
+}
+
+std::string template_module(const std::string& name) {
+  return exported_module(std::string(KAVO_TEMPLATE_SOURCES) + "/" + name + ".bas");
 }
 
 class WorkbookMacros : public OfficeFixture {
@@ -195,6 +200,21 @@ std::string presentations(const std::vector<std::string>& files) {
   return module +
          "If IsMissing(Index) Then\nSet Presentations = All\nElse\nPresentations = All(Index)\nEnd If\n"
          "End Function\n";
+}
+
+TEST_F(WorkbookMacros, CellsOfATableAreNumberedAsTheEngineDoes) {
+  macros_->put_module("KavoPresentation", template_module("KavoPresentation"));
+  EXPECT_EQ(column_name(74), "BW") << "the last one that a table may have";
+  for (const int column : {1, 26, 27, 52, 53, 75})
+    EXPECT_EQ(macros_->evaluate("Evaluate = ColumnName(" + std::to_string(column) + ")"), column_name(column - 1));
+}
+
+TEST_F(WorkbookMacros, TheSampleOfAHostIsCompiled) {
+  const std::string host = exported_module(KAVO_SAMPLES "/hosts/prepare.bas");
+  macros_->put_module("Host", host);
+  EXPECT_EQ(macros_->evaluate("Evaluate = \"compiled\""), "compiled");
+  macros_->put_module("Host", host + "\nSub Wrong(\n");
+  EXPECT_EQ(macros_->evaluate("Evaluate = \"compiled\""), "not compiled");
 }
 
 TEST_F(WorkbookMacros, APresentationWithoutAFlagFileIsTheUsersOwn) {
