@@ -19,14 +19,18 @@ scripts/setup.sh --full
 [ -f build/tidy/compile_commands.json ] ||
   cmake --preset native -B build/tidy -DKAVO_TESTS=OFF -DKAVO_PRECOMPILE=OFF >/dev/null
 cmake --build build/tidy --target kavo_libreoffice_headers >/dev/null
+# So does the COM skin need those of its interface.
+[ -f build/windows-x64/build.ninja ] || cmake --preset windows-x64 >/dev/null
+cmake --build build/windows-x64 --target kavo_automation_interface >/dev/null
+interface=build/windows-x64/src/automation_server/generated
 files=("$@")
-# The COM skin needs headers that its own build makes.
-[ $# -gt 0 ] || mapfile -t files < <(git ls-files 'src/*.cpp' | grep -v automation_server/)
+[ $# -gt 0 ] || mapfile -t files < <(git ls-files 'src/*.cpp')
 
 mkdir -p build/tidy-windows
 standard=$(x86_64-w64-mingw32-g++-posix -print-file-name=include/c++)
-printf '%s\n' --target=x86_64-w64-mingw32 -std=c++20 "-I$top/src" -DUNICODE -D_UNICODE -D_WIN32_WINNT=0x0601 -DNOMINMAX \
-  -DWIN32_LEAN_AND_MEAN -isystem "$standard" -isystem "$standard/x86_64-w64-mingw32" >build/tidy-windows/compile_flags.txt
+printf '%s\n' --target=x86_64-w64-mingw32 -std=c++20 "-I$top/src" -isystem "$top/$interface" "-I$top/src/resources" \
+  -DUNICODE -D_UNICODE -D_WIN32_WINNT=0x0601 -DNOMINMAX -DWIN32_LEAN_AND_MEAN \
+  -isystem "$standard" -isystem "$standard/x86_64-w64-mingw32" >build/tidy-windows/compile_flags.txt
 
 # tidy FOLDER: the files that its input names, with the flags in that folder. The error output holds how many warnings
 # there are in the system's headers.
@@ -35,6 +39,7 @@ tidy() {
     "${checks[@]}" 2>/dev/null
 }
 result=0
-printf '%s\n' "${files[@]}" | { grep -v /win32/ || true; } | tidy build/tidy || result=1
-printf '%s\n' "${files[@]}" | { grep /win32/ || true; } | tidy build/tidy-windows || result=1
+windows='/(win32|automation_server)/'
+printf '%s\n' "${files[@]}" | { grep -vE "$windows" || true; } | tidy build/tidy || result=1
+printf '%s\n' "${files[@]}" | { grep -E "$windows" || true; } | tidy build/tidy-windows || result=1
 exit $result

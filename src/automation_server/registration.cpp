@@ -4,6 +4,7 @@
 
 #include "automation_server/component_library.h"
 #include "automation_server/module.h"
+#include "platform/formatted.h"
 #include "platform/ports.h"
 #include "platform/win32/system_error.h"
 #include "platform/win32/text.h"
@@ -54,7 +55,7 @@ void delete_tree(Hive hive, const std::u16string& key) {
   Registry& registry = *ports().registry;
   if (!registry.key_exists(hive, key)) return;
   // The recursion is at most as deep as the keys that register_class() writes: three levels.
-  for (const std::u16string& name : registry.sub_keys(hive, key)) delete_tree(hive, key + u"\\" + name);
+  for (const std::u16string& name : registry.sub_keys(hive, key)) delete_tree(hive, formatted(u"{}\\{}", key, name));
   registry.delete_key(hive, key);
 }
 
