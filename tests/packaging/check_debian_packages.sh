@@ -17,8 +17,11 @@ base=${XDG_CACHE_HOME:-$HOME/.cache}/kavo-debian12
 if [ ! -f "$base/complete" ]; then
   rm -rf "$base"
   mkdir -p "$base"
-  source=$(sed -n 's/^deb[[:space:]]\+\(\[[^]]*\][[:space:]]*\)\?\([^ ]*\)[[:space:]]\+bookworm[[:space:]].*/\2/p; s/^URIs:[[:space:]]*//p' \
-    /etc/apt/sources.list /etc/apt/sources.list.d/* 2>/dev/null | head -1)
+  # A system has a list in one of two forms, or both.
+  lists=$(cat /etc/apt/sources.list /etc/apt/sources.list.d/*.list /etc/apt/sources.list.d/*.sources 2>/dev/null || true)
+  source=$(sed -n 's/^deb[[:space:]]\+\(\[[^]]*\][[:space:]]*\)\?\([^ ]*\)[[:space:]]\+bookworm[[:space:]].*/\2/p
+    s/^URIs:[[:space:]]*\([^ ]*\).*/\1/p' <<<"$lists" | sed -n 1p)
+  [ -n "$source" ] || { echo "FAILED: the package sources of this machine name no Debian 12" >&2; exit 1; }
   debootstrap --variant=minbase --include=ca-certificates bookworm "$base/root" "$source" >"$base/log" 2>&1 ||
     { tail -20 "$base/log" >&2; exit 1; }
   touch "$base/complete"
