@@ -47,6 +47,7 @@ std::string for_language(std::string folder, const std::string& language) {
 
 std::vector<std::u16string> paths_of(const std::vector<FolderFile>& files) {
   std::vector<std::u16string> paths;
+  paths.reserve(files.size());
   for (const FolderFile& file : files) paths.push_back(file.path);
   return paths;
 }

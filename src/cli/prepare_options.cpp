@@ -6,6 +6,7 @@
 #include "cli/option_values.h"
 #include "cli/setting_table.h"
 #include "platform/fnv_hash.h"
+#include "platform/formatted.h"
 #include "platform/ports.h"
 #include "platform/unicode.h"
 #include "suite/filters/filter_options.h"
@@ -78,7 +79,7 @@ std::u16string PrepareOptions::filter_options() const {
   if (!scripts_.empty()) options["scripts.offer"] = scripts_;
   if (!paragraphs_.empty()) options["text.paragraphs"] = paragraphs_;
   std::u16string lines;
-  for (const auto& [key, value] : options) lines += to_utf16(key + "=" + value + "\n");
+  for (const auto& [key, value] : options) lines += formatted(u"{}={}\n", key, value);
   return lines;
 }
 
@@ -106,7 +107,10 @@ std::string PrepareOptions::checksum(const std::u16string& language) const {
   all["code-page"] = std::to_string(ports().code_page->number());
   all["target-code-page"] = std::to_string(target_code_page(language));
   std::uint64_t hash = kFnvSeed;
-  for (const auto& [name, value] : all) hash = fnv_add(hash, name + "=" + value + "\n");
+  for (const auto& [name, value] : all) {
+    hash = fnv_add(fnv_add(hash, name), "=");
+    hash = fnv_add(fnv_add(hash, value), "\n");
+  }
   return checksum_text(hash);
 }
 

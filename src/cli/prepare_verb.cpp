@@ -89,6 +89,7 @@ class Prepare final : public Verb {
   }
   nlohmann::ordered_json share(const std::vector<std::u16string>& files_of_worker) const override {
     std::vector<std::u16string> documents;
+    documents.reserve(files_of_worker.size());
     for (const std::u16string& file : files_of_worker) documents.push_back(planned(file).document);
     return {{"files", path_list(files_of_worker)},
             {"documents", path_list(documents)},
@@ -248,6 +249,7 @@ class Prepare final : public Verb {
 
   static std::vector<std::u16string> folders_among(const std::vector<std::u16string>& documents) {
     std::vector<std::u16string> folders;
+    folders.reserve(documents.size());
     for (const std::u16string& document : documents) folders.push_back(folder_of(ports().files->absolute(document)));
     std::ranges::sort(folders, LessIgnoringCase());
     folders.erase(std::unique(folders.begin(), folders.end(), equal_ignoring_case), folders.end());

@@ -172,24 +172,26 @@ void ProjectFile::check(const ProjectKey& key, const ordered_json& value) const 
 
 void ProjectFile::check_settings(const std::string& pointer, const ordered_json& settings,
                                  const std::string& group) const {
-  for (const auto& [name, value] : settings.items()) {
-    const std::string place = pointer + pointer_step(name);
-    const Setting* const setting = find_setting(group + name);
-    if (setting == nullptr)
-      refuse(place,
-             "there is no setting \"" + group + name + "\"; the nearest is \"" + nearest_setting(group + name) + "\"");
-    if (setting->starts_program)
-      refuse(place, "\"" + name + "\" names a program that is started, which a project may not choose: store it for " +
-                        "yourself with kavo settings");
-    const auto groups = profile_groups();
-    const std::size_t dot = name.find('.');
-    if (group.empty() && std::ranges::find(groups, name.substr(0, dot)) != groups.end())
-      refuse(place, "\"" + name + "\" is an option of a filter: \"profile\": {\"" + name.substr(0, dot) + "\": {\"" +
-                        name.substr(dot + 1) + "\": ...}}");
-    if (!group.empty() && !setting->shapes_documents)
-      refuse(place, setting->name + " changes nothing in a bilingual document: store it with kavo settings");
-    if (!is_value(*setting, value)) refuse(place, setting->name + " can be " + setting->values);
-  }
+  for (const auto& [name, value] : settings.items()) check_setting(pointer + pointer_step(name), group, name, value);
+}
+
+void ProjectFile::check_setting(const std::string& place, const std::string& group, const std::string& name,
+                                const ordered_json& value) const {
+  const Setting* const setting = find_setting(group + name);
+  if (setting == nullptr)
+    refuse(place,
+           "there is no setting \"" + group + name + "\"; the nearest is \"" + nearest_setting(group + name) + "\"");
+  if (setting->starts_program)
+    refuse(place, "\"" + name + "\" names a program that is started, which a project may not choose: store it for " +
+                      "yourself with kavo settings");
+  const auto groups = profile_groups();
+  const std::size_t dot = name.find('.');
+  if (group.empty() && std::ranges::find(groups, name.substr(0, dot)) != groups.end())
+    refuse(place, "\"" + name + "\" is an option of a filter: \"profile\": {\"" + name.substr(0, dot) + "\": {\"" +
+                      name.substr(dot + 1) + "\": ...}}");
+  if (!group.empty() && !setting->shapes_documents)
+    refuse(place, setting->name + " changes nothing in a bilingual document: store it with kavo settings");
+  if (!is_value(*setting, value)) refuse(place, setting->name + " can be " + setting->values);
 }
 
 std::string ProjectFile::path(const std::string& written) const {

@@ -37,6 +37,8 @@ class ProjectFile {
   void check(const ProjectKey& key, const nlohmann::ordered_json& value) const;
   void check_settings(const std::string& pointer, const nlohmann::ordered_json& settings, const std::string& group)
       const;
+  void check_setting(const std::string& place, const std::string& group, const std::string& name,
+                     const nlohmann::ordered_json& value) const;
   std::vector<std::string> texts(const ProjectKey& key) const;
   std::string path(const std::string& written) const;
   [[noreturn]] void refuse(const std::string& pointer, const std::string& problem) const;

@@ -38,6 +38,7 @@ std::vector<std::vector<std::size_t>> shares_of(const Verb& verb, std::vector<Jo
     });
   };
   std::vector<std::pair<std::uint64_t, Job>> sized;
+  sized.reserve(jobs.size());
   for (Job& job : jobs) sized.emplace_back(bytes_of(job), std::move(job));
   std::ranges::stable_sort(sized, std::greater(), [](const auto& each) { return each.first; });
   std::vector<std::vector<std::size_t>> shares(std::min(count, sized.size()));
@@ -122,6 +123,7 @@ Workers::Workers(const Verb& verb, const std::vector<Job>& jobs, std::size_t cou
 // Called by the thread that waits for the outcomes, because workers end with the thread that started them.
 void Workers::start(std::vector<std::size_t> share) {
   std::vector<std::u16string> files;
+  files.reserve(share.size());
   for (const std::size_t file : share) files.push_back(verb_.files[file]);
   const ordered_json input = {{"numbers", share}, {"share", verb_.share(files)}};
   Worker& worker = *workers_.emplace_back(std::make_unique<Worker>());
