@@ -223,8 +223,9 @@ void remove_if_there(FileSystem& files, const std::u16string& path) {
 
 void remove_tree(FileSystem& files, const std::u16string& folder) {
   if (!files.info(folder)) return;
-  for (const std::u16string& name : files.find(folder + u"\\*")) {
-    const std::u16string path = folder + u'\\' + name;
+  const std::u16string prefix = folder + u'\\';
+  for (const std::u16string& name : files.find(prefix + u'*')) {
+    const std::u16string path = prefix + name;
     const auto info = files.info(path);
     if (info && info->is_folder)
       remove_tree(files, path);

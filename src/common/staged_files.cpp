@@ -110,7 +110,7 @@ std::u16string StagedFiles::path_to_read(std::u16string_view path) const {
 }
 
 std::u16string StagedFiles::path_to_write(std::u16string_view path) {
-  const std::u16string whole = full_path(path);
+  std::u16string whole = full_path(path);
   if (passes_through(whole)) return whole;
   if (const auto old = info(whole); old && old->is_folder)
     throw failure(FailureNumber::kPathFileAccess, whole + u" is a folder");
@@ -149,7 +149,7 @@ void StagedFiles::check_folder_of(const std::u16string& path) {
 }
 
 std::u16string StagedFiles::draft_path(std::u16string_view path, bool replaces) {
-  const std::u16string whole = full_path(path);
+  std::u16string whole = full_path(path);
   if (lies_in(whole, folder_) && !replaces) return whole;
   if (passes_through(whole)) return {};
   check_folder_of(whole);

@@ -69,7 +69,7 @@ std::u16string document_made_of(const TudName& name, std::u16string_view target,
   return std::u16string(target);
 }
 
-PostProcessing::PostProcessing(const TudName& name, std::u16string target, std::u16string created,
+PostProcessing::PostProcessing(const TudName& name, std::u16string_view target, std::u16string created,
                                std::u16string language, std::u16string mark, bool refuses_gaps, FolderRun& run,
                                const RunObserver& observer)
     : name_(name),

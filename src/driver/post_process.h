@@ -20,7 +20,7 @@ class PostProcessing {
   // document's name, "" when the document counts as having none. `mark`: the mark of its preparation, which the
   // documents of its other files must share. `refuses_gaps`: fail when the scripts and placeholders of a page do not
   // match. All references must outlive the object.
-  PostProcessing(const TudName& name, std::u16string target, std::u16string created, std::u16string language,
+  PostProcessing(const TudName& name, std::u16string_view target, std::u16string created, std::u16string language,
                  std::u16string mark, bool refuses_gaps, FolderRun& run, const RunObserver& observer);
 
   // Takes the steps that the target's extension asks for, if any. Throws `reported_failure` (step_failures.h) when one

@@ -224,7 +224,7 @@ class Translation {
   // Returns the scratch file that the filter made.
   std::u16string create_target(const TargetBuild& build, FolderRun& run) const {
     build.refuse_own_file(wanted());
-    const std::u16string created = run.scratch_path(file_name_of(target_));
+    std::u16string created = run.scratch_path(file_name_of(target_));
     const FontMapping font_mapping(ports().files->absolute(name_.folder() + u"KAVO.FMP"),
                                    build.details().source_format);
     build.create_target(created, language_);

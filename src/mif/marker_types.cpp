@@ -5,8 +5,8 @@
 namespace kavo {
 namespace {
 
-std::u16string comparable(std::u16string text, MarkerTypes::LetterCase letter_case) {
-  return letter_case == MarkerTypes::LetterCase::kIgnored ? upper_case(text) : text;
+std::u16string comparable(std::u16string_view text, MarkerTypes::LetterCase letter_case) {
+  return letter_case == MarkerTypes::LetterCase::kIgnored ? upper_case(text) : std::u16string(text);
 }
 
 }  // namespace

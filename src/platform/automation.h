@@ -124,7 +124,7 @@ class Automation {
 class AutomationSession {
  public:
   AutomationSession();
-  ~AutomationSession();
+  ~AutomationSession();  // NOLINT(performance-trivially-destructible): does nothing natively, but not on Windows
   AutomationSession(const AutomationSession&) = delete;
   AutomationSession& operator=(const AutomationSession&) = delete;
 };

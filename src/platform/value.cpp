@@ -51,7 +51,7 @@ std::u16string number_text(double number) {
 }
 
 struct ToNumber {
-  std::int32_t operator()(Empty) const { return 0; }
+  std::int32_t operator()(const Empty&) const { return 0; }
   std::int32_t operator()(Omitted) const { throw_type_mismatch(); }
   std::int32_t operator()(bool flag) const { return flag ? -1 : 0; }
   std::int32_t operator()(std::int16_t number) const { return number; }
@@ -66,7 +66,7 @@ struct ToNumber {
 };
 
 struct ToFlag {
-  bool operator()(Empty) const { return false; }
+  bool operator()(const Empty&) const { return false; }
   bool operator()(Omitted) const { throw_type_mismatch(); }
   bool operator()(bool flag) const { return flag; }
   bool operator()(std::int16_t number) const { return number != 0; }
@@ -83,7 +83,7 @@ struct ToFlag {
 };
 
 struct ToText {
-  std::u16string operator()(Empty) const { return {}; }
+  std::u16string operator()(const Empty&) const { return {}; }
   std::u16string operator()(Omitted) const { throw_type_mismatch(); }
   std::u16string operator()(bool flag) const { return flag ? u"True" : u"False"; }
   std::u16string operator()(std::int16_t number) const { return formatted(u"{}", number); }

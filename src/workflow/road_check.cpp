@@ -72,13 +72,13 @@ class RoadCheck {
   Copy copy_to(std::string_view folder_name, const std::u16string& document) {
     Copy copy;
     copy.folder = folder_.make(folder_name);
-    folders_.push_back(copy.folder);
-    copy.path = copy.folder + u"\\" + name_;
+    folders_.push_back(copy.folder + u"\\");
+    copy.path = folders_.back() + name_;
     copy_file(document, copy.path);
     return copy;
   }
 
-  std::vector<ProducedFile> prepare(std::u16string document, const RunLanguages& languages) {
+  std::vector<ProducedFile> prepare(const std::u16string& document, const RunLanguages& languages) {
     const RunObserver observer{{}, [&](const Message& message) {
                                  result_.messages.push_back(message);
                                  result_.messages.back().text = with_own_folder(message.text);
@@ -98,8 +98,7 @@ class RoadCheck {
   // not convert it to the host's form. It is converted here.
   std::u16string with_own_folder(std::u16string text) const {
     const auto host = [](std::u16string_view path) { return to_utf16(path_to_host(path)); };
-    for (const std::u16string& folder : folders_)
-      text = clsCommon().SandR(text, folder + u"\\", host(folder_of(document_)));
+    for (const std::u16string& folder : folders_) text = clsCommon().SandR(text, folder, host(folder_of(document_)));
     const std::u16string scratch = std::u16string(kScratchFolder) + u"\\";
     return clsCommon().SandR(text, scratch, host(scratch));
   }
@@ -138,7 +137,7 @@ class RoadCheck {
   std::u16string repaired_page(const Copy& plain, const std::vector<ProducedFile>& produced) {
     const std::u16string folder = folder_.make("repaired");
     const auto copied = [&](const std::u16string& file) {
-      const std::u16string copy = folder + u"\\" + file_name_of(file);
+      std::u16string copy = folder + u"\\" + file_name_of(file);
       copy_file(file, copy);
       return copy;
     };

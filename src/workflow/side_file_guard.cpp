@@ -19,7 +19,8 @@ void refuse_others_side_files(const std::u16string& document, const std::u16stri
   const std::vector<std::u16string> own = bilingual_documents_of(document, target);
   if (!ports().files->info(own[1])) return;
   const std::u16string folder = folder_of(document);
-  for (const std::u16string& name : ports().files->find(folder + u"*_mif_" + target + u".tud")) {
+  const std::u16string all = folder + u"*_mif_" + target + u".tud";
+  for (const std::u16string& name : ports().files->find(all)) {
     const std::u16string other = folder + name;
     const auto is_other = [&](const std::u16string& known) { return equal_ignoring_case(known, other); };
     const auto makes_other = [&](const std::u16string& each) { return is_other(tud_name_of(each, target)); };

@@ -62,7 +62,7 @@ void run_macro(MacroState& state, std::u16string_view name) {
 
 class MacroDocument final : public TableObject {
  public:
-  MacroDocument(ObjectRef application, const StateRef& state, std::shared_ptr<OpenDocument> open)
+  MacroDocument(const ObjectRef& application, const StateRef& state, const std::shared_ptr<OpenDocument>& open)
       : TableObject(
             {{u"application", MemberKind::kPropertyGet, 0, 0, [application](auto) -> Value { return application; }},
              // Would decide whether Close asks about changes; here it never asks.
@@ -80,7 +80,7 @@ class MacroDocument final : public TableObject {
 
 class TemplateDocument final : public TableObject {
  public:
-  explicit TemplateDocument(ObjectRef application)
+  explicit TemplateDocument(const ObjectRef& application)
       : TableObject(
             {{u"application", MemberKind::kPropertyGet, 0, 0, [application](auto) -> Value { return application; }},
              {u"Close", MemberKind::kMethod, 0, 0, [](auto) -> Value { return Empty{}; }}}) {}
@@ -110,7 +110,7 @@ ObjectRef open(const ObjectRef& application, const StateRef& state, std::u16stri
 class MacroDocuments final : public TableObject {
  public:
   // Presentations.Open(FileName, ReadOnly) and Workbooks.Open(FileName, UpdateLinks, ReadOnly).
-  MacroDocuments(ObjectRef application, const StateRef& state)
+  MacroDocuments(const ObjectRef& application, const StateRef& state)
       : TableObject({{u"Open", MemberKind::kMethod, 1, state->kind == OfficeKind::kWorkbook ? 3u : 2u,
                       [application, state](std::span<Argument> arguments) -> Value {
                         const Value& read_only = arguments.back().value;

@@ -149,6 +149,7 @@ void append_paragraph(std::vector<Part>& parts, WholeText& whole, const Referenc
 
 std::vector<TextRun> runs_of(const std::vector<Part>& parts) {
   std::vector<TextRun> runs;
+  runs.reserve(parts.size());
   for (const Part& part : parts) runs.push_back(part.run);
   return runs;
 }

@@ -133,7 +133,7 @@ void save_as(WordState& state, OfficeDocument& document, std::u16string_view pat
 
 class WordDocument final : public TableObject {
  public:
-  WordDocument(ObjectRef application, const StateRef& state, DocumentRef document)
+  WordDocument(const ObjectRef& application, const StateRef& state, const DocumentRef& document)
       : TableObject(
             {{u"application", MemberKind::kPropertyGet, 0, 0, [application](auto) -> Value { return application; }},
              // Returns all of them, or the one with a number (from 1).
@@ -156,7 +156,7 @@ class WordDocument final : public TableObject {
 
 class WordDocuments final : public TableObject {
  public:
-  WordDocuments(ObjectRef application, StateRef state)
+  WordDocuments(const ObjectRef& application, const StateRef& state)
       // FileName, ConfirmConversions, ReadOnly, AddToRecentFiles. Only the first one matters: SaveAs writes another
       // file.
       : TableObject({{u"Open", MemberKind::kMethod, 1, 4, [application, state](std::span<Argument> arguments) -> Value {

@@ -50,7 +50,7 @@ bool is_lead_byte_of(unsigned number, unsigned char byte) {
 class Converter {
  public:
   Converter(const char* to, const char* from) : descriptor_(::iconv_open(to, from)) {
-    if (descriptor_ != reinterpret_cast<iconv_t>(-1)) return;
+    if (reinterpret_cast<std::intptr_t>(descriptor_) != -1) return;
     const int error = errno;
     // iconv_open(3) sets EINVAL whatever was wrong with the converter's file, even when no more files can be opened. This
     // throws the reason then.

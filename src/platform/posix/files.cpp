@@ -197,6 +197,7 @@ class PosixFiles final : public FileSystem {
 
   void flush(const std::vector<std::u16string>& paths) override {
     std::vector<std::string> hosts;
+    hosts.reserve(paths.size());
     for (const std::u16string& path : paths) hosts.push_back(resolve(path));
     const std::vector<std::exception_ptr> failures = flush_together(hosts);
     for (std::size_t i = 0; i < paths.size(); ++i) {
@@ -260,7 +261,8 @@ class PosixFiles final : public FileSystem {
         throw failure(FailureNumber::kPermissionDenied,
                       path_from_host(host) + u" is a link that another user made: name the file itself");
       std::string name(target.data(), static_cast<std::size_t>(size));
-      host = name.starts_with('/') ? std::move(name) : split_host_path(host).folder + name;
+      if (!name.starts_with('/')) name.insert(0, split_host_path(host).folder);
+      host = std::move(name);
     }
   }
 

@@ -143,7 +143,7 @@ std::string config_folder() {
     const char* value = std::getenv(name);
     return std::string(value ? value : "");
   };
-  if (const std::string own = variable("KAVO_CONFIG_FOLDER"); !own.empty()) return own;
+  if (std::string own = variable("KAVO_CONFIG_FOLDER"); !own.empty()) return own;
   if (const std::string shared = variable("XDG_CONFIG_HOME"); !shared.empty()) return shared + "/kavo";
   std::string home = variable("HOME");
   if (home.empty()) {  // services and cron jobs may run without it

@@ -105,7 +105,7 @@ FoundPath look_up(std::u16string_view path) {
   std::string host = path_to_host(path);
   if (host.find('\0') != std::string::npos) throw host_failure(EINVAL);
   if (host.empty()) return {};
-  if (auto status = status_of(host, false)) return {std::move(host), std::move(status)};
+  if (auto status = status_of(host, false)) return {std::move(host), status};
   // Usually the folder exists and only the last name does not.
   std::string resolved = split_host_path(host).folder;
   std::optional<struct stat> folder;  // what is known of `resolved`
@@ -131,7 +131,7 @@ FoundPath look_up(std::u16string_view path) {
     at = end + 1;
   }
   auto status = status_of(resolved, false);
-  return {std::move(resolved), std::move(status)};
+  return {std::move(resolved), status};
 }
 
 std::string resolve(std::u16string_view path) { return look_up(path).host; }

@@ -34,6 +34,7 @@ std::string host_argument(const std::u16string& argument) {
 // Looks a program up in PATH and starts it; 0 or the errno value.
 int spawn(std::vector<std::string> parts) {
   std::vector<char*> arguments;
+  arguments.reserve(parts.size() + 1);
   for (std::string& part : parts) arguments.push_back(part.data());
   arguments.push_back(nullptr);
   pid_t child = 0;

@@ -52,8 +52,8 @@ ScriptSettings script_settings(const FilterOptions& options) {
 // The options that the user has stored, replaced by those that were chosen for this run. Throws `failure` 5 for an
 // invalid choice.
 void choose_options(ConversionRequest& request, FilterOptions chosen) {
-  request.options = stored_filter_options();
-  for (auto& [key, value] : chosen) request.options.insert_or_assign(key, std::move(value));
+  request.options = std::move(chosen);
+  request.options.merge(stored_filter_options());
   for (const auto& [key, value] : request.options)
     if (const std::string problem = option_problem(key, value); !problem.empty())
       throw failure(FailureNumber::kInvalidCall, to_utf16(problem));

@@ -82,7 +82,7 @@ BilingualSegment segment_at(const char* at, std::size_t index) {
   const Record record(*at++);
   BilingualSegment segment;
   segment.status = record.status;
-  if (record.has_match) segment.match = *at++;
+  if (record.has_match) segment.match = static_cast<unsigned char>(*at++);
   segment.number = static_cast<std::uint32_t>(record.has_number ? take_number(at) : index + 1);
   segment.line = static_cast<std::uint32_t>(take_number(at));
   segment.column = static_cast<std::uint32_t>(take_number(at));
@@ -187,7 +187,7 @@ BilingualSegment BilingualDocument::segment(std::size_t index) const {
   BilingualSegment segment = segment_at(first, index);
   segment.status = record.status;
   segment.match = 0;
-  if (record.has_match) segment.match = *at++;
+  if (record.has_match) segment.match = static_cast<unsigned char>(*at++);
   segment.target = record.is_same ? segment.source : take_text(at);
   return segment;
 }

@@ -2,7 +2,6 @@
 // filter that builds the target. It is a record file. docs/suite-interface.md describes the format.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -13,9 +12,6 @@
 #include "suite/document/translation_status.h"
 
 namespace kavo {
-
-// 0x00BBGGRR: untranslated, fuzzy, 100 % match, translated.
-using SegmentColours = std::array<std::uint32_t, 4>;
 
 struct OpenTagHeader {
   std::uint64_t checksum = 0;  // of the source document

@@ -61,7 +61,7 @@ PseudoTranslation::PseudoTranslation(unsigned code_page, bool is_script) : is_sc
     bool is_known = true;
     std::string ignored;
     coding.encode(accent.accented, ignored, [&](std::string_view, std::string&) { is_known = false; });
-    if (is_known) letters_[static_cast<std::size_t>(accent.letter)] = accent.accented;
+    if (is_known) letters_[static_cast<unsigned char>(accent.letter)] = accent.accented;
   }
 }
 

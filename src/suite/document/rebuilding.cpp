@@ -58,7 +58,7 @@ std::map<std::uint32_t, std::string> refused_translations(std::u16string_view sk
     } catch (const failure& reason) {
       if (!reason.is(FailureNumber::kInvalidCall)) throw;
       const std::u16string place = place_of(record.hole) + u": ";
-      const std::u16string text = reason.description();
+      const std::u16string& text = reason.description();
       refused[record.number] = to_utf8(text.starts_with(place) ? text.substr(place.size()) : text);
     }
   }

@@ -194,7 +194,7 @@ void SkeletonReader::read_hole(SkeletonRecord& record) {
     code.begin = static_cast<std::size_t>(reader_.number(original_size));
     code.end = static_cast<std::size_t>(reader_.number(original_size));
     if (code.begin > code.end) reader_.throw_damaged();
-    hole.codes.push_back(std::move(code));
+    hole.codes.push_back(code);
   }
   hole.index_codes();
   record.nested.clear();

@@ -1,5 +1,4 @@
 // Builds the target from the skeleton and the translated segments, reading both at the same time.
-#include <algorithm>
 #include <unordered_map>
 
 #include "common/pending_file.h"
@@ -42,7 +41,7 @@ class TargetBuilder {
     colours_ = open_tag_.header().colours;
     settings.tell = request.tell;
     settings.highlights = colours_.has_value();
-    if (colours_) std::copy(colours_->begin(), colours_->end(), settings.colours);
+    if (colours_) settings.colours = *colours_;
     recodes_ = settings.target_code_page != header.facts.code_page;
     coding_ = std::make_unique<TextCoding>(header.facts.code_page);
     filter_->begin_rebuild(settings);

@@ -1,6 +1,7 @@
-// How far the translation of a segment is. The numbers are what hosts read and write.
+// How far the translation of a segment is, and the colours that show it. The numbers are what hosts read and write.
 #pragma once
 
+#include <array>
 #include <cstdint>
 
 namespace kavo {
@@ -13,5 +14,8 @@ enum class TranslationStatus : std::uint8_t {
   kExact = 4,  // from a translation of exactly this text
   kApproved = 5,
 };
+
+// The colours of highlighting, 0x00BBGGRR: untranslated, fuzzy, 100 % match, translated.
+using SegmentColours = std::array<std::uint32_t, 4>;
 
 }  // namespace kavo

@@ -28,13 +28,13 @@ auto& fact(Header& header) {
 template <auto kMember>
 constexpr HeaderField name_field(std::string_view name) {
   return {name, true, [](const TudHeader& header) { return readable_name(fact<kMember>(header)); },
-          [](TudHeader& header, std::string value) { fact<kMember>(header) = std::move(value); }};
+          [](TudHeader& header, std::string_view value) { fact<kMember>(header) = value; }};
 }
 
 template <auto kMember>
 constexpr HeaderField number_field(std::string_view name) {
   return {name, false, [](const TudHeader& header) { return std::to_string(fact<kMember>(header)); },
-          [](TudHeader& header, std::string value) { read_number(value, fact<kMember>(header)); }};
+          [](TudHeader& header, std::string_view value) { read_number(value, fact<kMember>(header)); }};
 }
 
 // This fact is stated only together with the name of the author's document.

@@ -12,9 +12,9 @@ namespace kavo {
 
 struct HeaderField {
   std::string_view name;
-  bool is_name;                                        // a file name, or a part of one
-  std::string (*text)(const TudHeader& header);        // as the note says it; "" for a fact that is left out
-  void (*take)(TudHeader& header, std::string value);  // the reverse; a name is decoded and checked before
+  bool is_name;                                             // a file name, or a part of one
+  std::string (*text)(const TudHeader& header);             // as the note says it; "" for a fact that is left out
+  void (*take)(TudHeader& header, std::string_view value);  // the reverse; a name is decoded and checked before
 };
 
 std::span<const HeaderField> header_fields();

@@ -128,7 +128,7 @@ class Rewriter final : public TudEvents {
     const auto length = static_cast<std::size_t>(position - old_.position());
     while (old_.window().size() < length && old_.more()) {
     }
-    const std::string bytes(old_.window().substr(0, length));
+    std::string bytes(old_.window().substr(0, length));
     old_.consume(bytes.size());
     return bytes;
   }

@@ -7,6 +7,7 @@
 // directions take linear time. What a filter keeps from block to block is bounded by a named limit.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -22,6 +23,7 @@
 #include "formats/text/text_coding.h"
 #include "suite/document/script_settings.h"
 #include "suite/document/segment.h"
+#include "suite/document/translation_status.h"
 #include "suite/filters/filter_options.h"
 
 namespace kavo {
@@ -76,7 +78,7 @@ struct RebuildSettings {
   std::string target_language;
   unsigned target_code_page = kUtf8CodePage;  // code page of the rebuilt document; that of the facts when it is kept
   bool highlights = false;                    // highlight() will be called
-  std::uint32_t colours[4] = {};              // 0x00BBGGRR: untranslated, fuzzy, 100 % match, translated
+  SegmentColours colours = {};
   MessageTaker tell;
 };
 
@@ -106,7 +108,8 @@ struct Hole {
   void index_codes();
 
  private:
-  std::vector<std::uint32_t> by_id_[2];  // 1-based place in `codes` of each id's first code and of its closing one
+  // 1-based place in `codes` of each id's first code and of its closing one
+  std::array<std::vector<std::uint32_t>, 2> by_id_;
 };
 
 // Bytes of the document and what was written for them.

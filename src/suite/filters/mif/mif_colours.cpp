@@ -56,10 +56,10 @@ void append_colour_definition(std::string_view name, std::uint32_t colour, std::
 
 }  // namespace
 
-void append_colour_definitions(std::string_view opening, const std::uint32_t (&colours)[4], std::string& bytes) {
+void append_colour_definitions(std::string_view opening, const SegmentColours& colours, std::string& bytes) {
   const bool has_catalogue = opening == kColourCatalogue;
   bytes += kColourCatalogue;
-  for (std::size_t i = 0; i < 4; ++i) append_colour_definition(kNames[i], colours[i], bytes);
+  for (std::size_t i = 0; i < colours.size(); ++i) append_colour_definition(kNames[i], colours[i], bytes);
   if (!has_catalogue) bytes.append("> ").append(opening);
 }
 

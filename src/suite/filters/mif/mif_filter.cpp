@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <iterator>
 #include <vector>
 
 #include "formats/mif/document_coding.h"
@@ -264,14 +263,14 @@ void MifFilter::write_segment(const Hole& hole, std::string_view translation, st
 
 void MifFilter::highlight(const Hole& hole, std::string_view segment, std::uint32_t colour, std::string& bytes) {
   const mif::MifTextPlace place = mif::to_place(hole.context);
-  const std::uint32_t* const found = std::find(std::begin(settings().colours), std::end(settings().colours), colour);
-  if (place.is_side_text || found == std::end(settings().colours)) {
+  const auto found = std::ranges::find(settings().colours, colour);
+  if (place.is_side_text || found == settings().colours.end()) {
     bytes += segment;
     return;
   }
   const std::size_t begin = bytes.size();
-  mif::append_coloured(segment, static_cast<std::size_t>(found - settings().colours), place.font, place.separator,
-                       bytes);
+  mif::append_coloured(segment, static_cast<std::size_t>(found - settings().colours.begin()), place.font,
+                       place.separator, bytes);
   if (place.is_repeated) master_texts_.written(std::string_view(bytes).substr(begin));
 }
 

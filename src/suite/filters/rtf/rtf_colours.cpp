@@ -32,7 +32,7 @@ bool is_in_line(std::string_view word) {
 
 }  // namespace
 
-std::int32_t append_colours(std::string_view original, const std::uint32_t (&colours)[4], std::string& bytes) {
+std::int32_t append_colours(std::string_view original, const SegmentColours& colours, std::string& bytes) {
   const auto count = static_cast<std::int32_t>(std::ranges::count(original, ';'));
   const bool has_table = !original.empty();
   bytes += has_table ? original : std::string_view("{\\colortbl;");

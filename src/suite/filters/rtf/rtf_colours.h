@@ -6,11 +6,13 @@
 #include <string>
 #include <string_view>
 
+#include "suite/document/translation_status.h"
+
 namespace kavo::rtf {
 
 // Writes the content of a colour table and adds the four colours (0x00BBGGRR). For "" writes a whole table. Returns the
 // number of the first added colour.
-std::int32_t append_colours(std::string_view original, const std::uint32_t (&colours)[4], std::string& bytes);
+std::int32_t append_colours(std::string_view original, const SegmentColours& colours, std::string& bytes);
 
 // Writes the bytes of a segment in colour `colour`, and restores the source's colour after them. Texts in codes (notes,
 // text boxes) have colours of their own.

@@ -159,7 +159,7 @@ void RtfExtraction::open_group(const Token& token) {
   inner.generation = story().generation;
   if (groups_.empty()) {
     inner.item = kNowhere;
-    groups_.push_back(std::move(inner));
+    groups_.push_back(inner);
     outside(token.bytes);
     return;
   }
@@ -167,13 +167,13 @@ void RtfExtraction::open_group(const Token& token) {
   const bool is_older_variant =
       group().destination == Destination::kVariants && !std::exchange(group().has_result, true);
   add(ItemKind::kHidden, token);
-  groups_.push_back(std::move(inner));
+  groups_.push_back(inner);
   if (groups_.size() > kDeepestGroup || is_older_variant)
     begin_data("x-rtf", false, {}, {TokenKind::kText, {}, {}, false, 0});
 }
 
 void RtfExtraction::close_group(const Token& token) {
-  const Group closed = std::move(groups_.back());
+  const Group closed = groups_.back();
   groups_.pop_back();
   is_new_look_ = true;
   if (groups_.empty()) {

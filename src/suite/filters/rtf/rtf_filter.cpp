@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <iterator>
 #include <optional>
 #include <string>
 
@@ -116,12 +115,12 @@ void RtfFilter::write_segment(const Hole& hole, std::string_view translation, st
 
 void RtfFilter::highlight(const Hole& hole, std::string_view segment, std::uint32_t colour, std::string& bytes) {
   const rtf::SegmentContext context = rtf::SegmentContext::from_bytes(hole.context);
-  const std::uint32_t* const found = std::find(std::begin(settings().colours), std::end(settings().colours), colour);
-  if (context.is_plain || first_colour_ == 0 || found == std::end(settings().colours)) {
+  const auto found = std::ranges::find(settings().colours, colour);
+  if (context.is_plain || first_colour_ == 0 || found == settings().colours.end()) {
     bytes += segment;
     return;
   }
-  const auto number = first_colour_ + static_cast<std::int32_t>(found - settings().colours);
+  const auto number = first_colour_ + static_cast<std::int32_t>(found - settings().colours.begin());
   rtf::append_coloured(segment, number, context.last_colour, bytes);
 }
 
