@@ -10,7 +10,7 @@ class OfficePrograms {
   // If a program is missing, creating it throws `failure` 429, which says what to install.
   OfficePrograms();
   // Ends the programs that were started.
-  ~OfficePrograms();
+  ~OfficePrograms();  // NOLINT(performance-trivially-destructible): does nothing on Windows, but not natively
   OfficePrograms(const OfficePrograms&) = delete;
   OfficePrograms& operator=(const OfficePrograms&) = delete;
 };

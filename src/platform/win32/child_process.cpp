@@ -43,6 +43,7 @@ class WindowsChild final : public ChildProcess {
     make_pipe(child_reads, input_, true);
     make_pipe(output_, child_writes, false);
     std::vector<std::u16string> words;
+    words.reserve(arguments.size());
     for (const std::string& argument : arguments) words.push_back(to_utf16(argument));
     const std::wstring path = program();
     std::wstring line = to_wide(joined_command_line(from_wide(path), words));  // CreateProcess writes into it
@@ -56,7 +57,7 @@ class WindowsChild final : public ChildProcess {
     if (!CreateProcessW(path.c_str(), line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup, &process))
       throw system_failure(GetLastError());
     process_ = unique_handle(process.hProcess);
-    unique_handle{process.hThread};
+    CloseHandle(process.hThread);
     if (children_job()) AssignProcessToJobObject(children_job(), process_.get());
   }
   ~WindowsChild() override {

@@ -5,6 +5,8 @@
 // windows.h first.
 #include <bcrypt.h>
 
+#include <cmath>
+
 #include "platform/adapters.h"
 #include "platform/failure.h"
 #include "platform/win32/system_error.h"
@@ -23,7 +25,7 @@ class WindowsClock final : public Clock {
   }
 
   void sleep(double seconds) override {
-    if (seconds > 0) Sleep(static_cast<DWORD>(seconds * 1000.0 + 0.5));
+    if (seconds > 0) Sleep(static_cast<DWORD>(std::lround(seconds * 1000.0)));
   }
 
   std::uint64_t seed() override {

@@ -78,6 +78,7 @@ class DispatchAdapter final : public ComObject<IDispatch> {
   }
 
   // `name` is passed by value, since the object may ask for more names while it is called.
+  // NOLINTNEXTLINE(performance-unnecessary-value-param)
   void call(std::u16string name, WORD flags, bool is_put, const DISPPARAMS& parameters, VARIANT* result,
             UINT* bad_argument) {
     // Arguments arrive in reverse order; the new value of a property comes before them all.

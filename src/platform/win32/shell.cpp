@@ -8,7 +8,6 @@
 #include "platform/adapters.h"
 #include "platform/command_line.h"
 #include "platform/failure.h"
-#include "platform/win32/owners.h"
 #include "platform/win32/system_error.h"
 #include "platform/win32/text.h"
 
@@ -43,8 +42,8 @@ class WindowsShell final : public Shell {
     PROCESS_INFORMATION process{};
     if (!CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process))
       throw failure(FailureNumber::kFileNotFound, std::u16string(program) + u": " + system_text(GetLastError()));
-    unique_handle{process.hThread};
-    unique_handle{process.hProcess};
+    CloseHandle(process.hThread);
+    CloseHandle(process.hProcess);
   }
 
  private:

@@ -91,7 +91,7 @@ HWND make_window(const Look& look, HWND dialog, int id) {
 
 // A list box does not scroll sideways by itself: it must be given the width of its items.
 void set_scroll_width(HWND list, const std::vector<ListItem>& items) {
-  constexpr LONG kMargin = 4;
+  constexpr WPARAM kMargin = 4;
   const HDC context = GetDC(list);
   const HGDIOBJ before = SelectObject(context, reinterpret_cast<HFONT>(SendMessageW(list, WM_GETFONT, 0, 0)));
   LONG widest = 0;
@@ -103,7 +103,7 @@ void set_scroll_width(HWND list, const std::vector<ListItem>& items) {
   }
   SelectObject(context, before);
   ReleaseDC(list, context);
-  SendMessageW(list, LB_SETHORIZONTALEXTENT, static_cast<WPARAM>(widest + kMargin), 0);
+  SendMessageW(list, LB_SETHORIZONTALEXTENT, static_cast<WPARAM>(widest) + kMargin, 0);
 }
 
 std::u16string text_of(HWND window) {

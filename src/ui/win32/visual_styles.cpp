@@ -1,7 +1,7 @@
 #include "ui/win32/visual_styles.h"
 
 // The linker's name for the first byte of the module: its address is the module's handle.
-extern "C" IMAGE_DOS_HEADER __ImageBase;
+extern "C" IMAGE_DOS_HEADER __ImageBase;  // NOLINT(bugprone-reserved-identifier)
 
 namespace kavo {
 namespace {
