@@ -129,6 +129,14 @@ TEST_F(ScriptFilterTest, TranslationsAreWrittenInTheirLanguage) {
        "<script>alert(`${you} \\${a} \\``)</script>"},
       {u"a_htm.scr", "<script>alert('Hi ' + a + \", and \" + b + ' too')</script>", u"A <2/> b <1/> c \"'",
        "<script>alert('A ' + \"\" + b + ' b ' + a + \" c \\\"'\" + '')</script>"},
+      {u"a_asp.scr", "<script>alert('Hi <%=f(\"'\")%>, you')</script>", u"<1/>, 'a'",
+       "<script>alert('<%=f(\"'\")%>, \\'a\\'')</script>"},
+      {u"a_asp.scr", "<script>alert(\"Hi <% ' it's \"5\" %> and \" + a + ' too')</script>", u"<2/> b <1/>",
+       "<script>alert(\"\" + a + ' b ' + \"<% ' it's \"5\" %>\" + '')</script>"},
+      {u"a_asp.scr", "<script>alert('Hi <%=a%> and <%=b%> too <%-- c --%>.')</script>", u"<3/><2/><1/>",
+       "<script>alert('<%-- c --%><%=b%><%=a%>')</script>"},
+      {u"a_php.scr", "<script>alert(\"Hi <?php echo '\"'; ?> you\")</script>", u"\"<1/>\"",
+       "<script>alert(\"\\\"<?php echo '\"'; ?>\\\"\")</script>"},
       {u"a_jsp.scr", "<% out.print(\"Hi you\"); %>", u"\"A\" \\ %>", "<% out.print(\"\\\"A\\\" \\\\ %\\u003e\"); %>"},
       {u"a_jsp.scr", "<% out.print(\"Hi you\"); %>", u"<<!-- a <<b> 1 << 2 <<",
        "<% out.print(\"&lt;!-- a &lt;b> 1 < 2 &lt;\"); %>"},
@@ -314,6 +322,7 @@ TEST_F(ScriptFilterTest, HostileTranslationsLeaveScriptsAsTheyAre) {
        "<script>alert('Hi ' + a + \" and \" + f('some words', b) + `to ${c} x` + ' too'); y = 1</script>"},
       {u"c_jsp.scr", "<% out.print(\"Hi \" + a + \" and \" + f(\"some words\") + \" too\"); y = 1; %>"},
       {u"d_php.scr", "<?php echo \"Hi $a and $b[0] and {$c['d']} too\" . $e . 'so it is'; $y = 1; ?>"},
+      {u"f_asp.scr", "<script>alert('Hi <%=f(\"'\")%> and <% ' it %> too' + a + \" <%'\"%> it is\"); y = 1</script>"},
       {u"e_php.scr", "<?php echo <<<E\nHi $a and $b->c too\nE;\n$y = 1; ?>"},
   };
   for (int round = 0; round < 60; ++round)
@@ -321,6 +330,7 @@ TEST_F(ScriptFilterTest, HostileTranslationsLeaveScriptsAsTheyAre) {
       put(name, block(script));
       const std::u16string tud = convert(name);
       BilingualDocument document(tud);
+      std::u16string all;
       for (std::size_t i = 0; i < document.size(); ++i) {
         std::u16string text;
         std::u16string codes = to_host_text(document.segment(i).source);
@@ -333,10 +343,11 @@ TEST_F(ScriptFilterTest, HostileTranslationsLeaveScriptsAsTheyAre) {
           at = end;
         }
         document.set_segment(i, from_host_text(text), TranslationStatus::kTranslated, 0);
+        all += text + u'\n';
       }
       document.save();
       std::string rebuilt;
-      ASSERT_NO_THROW(rebuilt = rebuild(tud)) << to_utf8(tud);
+      ASSERT_NO_THROW(rebuilt = rebuild(tud)) << script << '\n' << to_utf8(all);
       const bool is_php = script.starts_with("<?");
       const std::string closer = is_php ? "?>" : script.starts_with("<%") ? "%>" : "</script>";
       EXPECT_EQ(rebuilt.find(closer), rebuilt.rfind(closer)) << rebuilt;

@@ -103,32 +103,44 @@ class ScriptProof::Operands {
     std::string bytes;
     bool is_text = false;  // the last token was a literal, or joins two
   };
+  // What a value stands in.
+  struct Outer {
+    std::size_t depth = 0;
+    bool is_literal = false;
+  };
 
   // Takes the delimiters of a server block in a client script. Such a block is an operand, or a part of one.
   void between(const ScriptReader::Read& read, std::string_view bytes) {
-    if (read.leaves_block) leave();
+    if (read.leaves_block)
+      leave();
+    else if (!outer_.empty() && outer_.back().is_literal && outer_.back().depth == 0)
+      begin_operand();  // a text need not stand between it and the block before
     append(bytes, false);
-    if (read.enters_block) enter();
+    if (read.enters_block) enter(false);
   }
 
   // A value that interrupts a literal is also an operand.
   void literal(const Token& token, std::string_view bytes) {
     if (!token.begins) leave();
     text(bytes);
-    if (!token.ends) enter();
+    if (!token.ends) enter(true);
   }
 
   // Brackets that are not closed in a value do not reach beyond it.
-  void enter() { outer_.push_back(depth_++); }
+  void enter(bool is_literal) { outer_.push_back({depth_++, is_literal}); }
   void leave() {
     if (outer_.empty()) return;
-    depth_ = outer_.back();
+    depth_ = outer_.back().depth;
     outer_.pop_back();
   }
 
   // Takes a text, which is between operands or in one.
   void text(std::string_view bytes) {
     if (depth_ != 0) return append(bytes, true);
+    begin_operand();
+  }
+
+  void begin_operand() {
     if (!operands_.back().empty()) operands_.emplace_back();
   }
 
@@ -140,7 +152,7 @@ class ScriptProof::Operands {
 
   const TextCoding& coding_;
   std::size_t depth_ = 0;
-  std::vector<std::size_t> outer_;  // depths of what the values stand in
+  std::vector<Outer> outer_;
   bool after_value_ = false;
   bool after_literal_ = false;
   bool is_plus_open_ = false;  // a "+" behind a literal

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "formats/script/lexer.h"
+#include "formats/script/page_scripts.h"
 #include "platform/failure.h"
 #include "platform/unicode.h"
 #include "suite/filters/html/typed_bracket.h"
@@ -79,8 +80,7 @@ void ScriptWriting::write(std::string_view translation, std::string& bytes) {
 
   // The whole must consist of the same tokens as its parts.
   std::string tokens;
-  bool is_whole = true;
-  add_tokens(place_.first, result, place_.last, tokens, is_whole);
+  const bool is_whole = add_tokens(place_.first, result, place_.last, server_blocks_, tokens);
   if (!is_whole || tokens != expected_) refuse(u"the translation would change the script around it");
   bytes += result;
 }
@@ -109,8 +109,7 @@ void ScriptWriting::text(std::string_view run, bool before_name, std::string& by
   // "{" in front of "$name" would mean something else.
   if (before_name && place_.language == Language::kPhp && part.ends_with("{"))
     part.replace(part.size() - 1, 1, "\\x7b");
-  bool is_whole = true;
-  add_tokens(form_, part, form_, expected_, is_whole);
+  add_tokens(form_, part, form_, {}, expected_);
   bytes += part;
 }
 
@@ -170,8 +169,10 @@ void ScriptWriting::code(const Part& part, const Part* next, std::string& bytes)
     if (is_name_byte(c) || c == '[' || next->text.starts_with("->"))
       code = code.substr(0, name) + "{" + code.substr(name) + "}";
   }
-  bool is_whole = true;
-  add_tokens(place.before, code, place.after, expected_, is_whole);
+  const std::vector<ServerBlock> blocks = server_blocks_in(code);
+  add_tokens(place.before, code, place.after, blocks, expected_);
+  for (const ServerBlock& block : blocks)
+    server_blocks_.push_back({bytes.size() + block.begin, bytes.size() + block.end});
   if (code == bytes_of(*part.code))
     written_codes_.push_back(
         {static_cast<std::size_t>(part.code - hole_.codes.data()), bytes.size(), bytes.size() + code.size()});
@@ -191,27 +192,52 @@ void ScriptWriting::go_to(LiteralForm form, std::string& bytes) {
   form_ = form;
 }
 
-// Adds the tokens outside of literals, except the operators that join texts.
-void ScriptWriting::add_tokens(LiteralForm before, std::string_view bytes, LiteralForm after, std::string& tokens,
-                               bool& is_whole) const {
-  std::string literal(delimiters_of(before).open);
+// What has no end is no server block, but characters of a literal.
+std::vector<ScriptWriting::ServerBlock> ScriptWriting::server_blocks_in(std::string_view code) {
+  std::vector<ServerBlock> blocks;
+  for (std::size_t begin = find_server_block(code, 0); begin < code.size();) {
+    const std::size_t end = server_block_end(code, begin);
+    if (code.substr(begin + 2, end - begin - 2).ends_with(code[begin + 1] == '%' ? "%>" : "?>"))
+      blocks.push_back({begin, end});
+    begin = find_server_block(code, end);
+  }
+  return blocks;
+}
+
+// Adds the tokens outside of literals, except the operators that join texts. Returns true when the bytes end with the
+// literal that they are in.
+bool ScriptWriting::add_tokens(LiteralForm before, std::string_view bytes, LiteralForm after,
+                               std::span<const ServerBlock> server_blocks, std::string& tokens) const {
+  const std::string_view open = delimiters_of(before).open;
+  std::string literal(open);
   literal += bytes;
   literal += delimiters_of(after).close;
   const std::unique_ptr<Lexer> lexer = make_lexer(place_.language, &coding_);
   if (!lexer) refuse(u"the skeleton is damaged");
   const std::string_view joint = text_operator_of(place_.language).substr(1, 1);
-  lexer->begin(literal);
-  for (Token token; lexer->next(token);) {
-    const std::string_view text = std::string_view(literal).substr(token.begin, token.size());
-    is_whole = token.kind == TokenKind::kLiteral && token.ends;
-    if (token.kind == TokenKind::kBlockEnd || token.kind == TokenKind::kUnknown)
-      refuse(u"the translation would end the script");
-    if (token.kind == TokenKind::kBlank || token.kind == TokenKind::kLineEnd || token.kind == TokenKind::kLiteral ||
-        token.kind == TokenKind::kComment || text == joint)
-      continue;
-    tokens += text;
-    tokens += '\n';
+  bool is_whole = true;
+  const auto add_piece = [&](std::string_view piece, Between between) {
+    lexer->begin(piece, between);
+    for (Token token; lexer->next(token);) {
+      const std::string_view text = piece.substr(token.begin, token.size());
+      is_whole = token.kind == TokenKind::kLiteral && token.ends;
+      if (token.kind == TokenKind::kBlockEnd || token.kind == TokenKind::kUnknown)
+        refuse(u"the translation would end the script");
+      if (token.kind == TokenKind::kBlank || token.kind == TokenKind::kLineEnd || token.kind == TokenKind::kLiteral ||
+          token.kind == TokenKind::kComment || text == joint)
+        continue;
+      tokens += text;
+      tokens += '\n';
+    }
+  };
+  const std::string_view whole = literal;
+  std::size_t done = 0;
+  for (const ServerBlock& block : server_blocks) {
+    add_piece(whole.substr(done, open.size() + block.begin - done), done == 0 ? Between::kPage : Between::kValue);
+    done = open.size() + block.end;
   }
+  add_piece(whole.substr(done), done == 0 ? Between::kPage : Between::kValue);
+  return is_whole;
 }
 
 }  // namespace kavo::script

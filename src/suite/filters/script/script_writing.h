@@ -1,6 +1,7 @@
 // Turns a translation into the bytes of a script, and proves that the script stays what it was.
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,6 +33,11 @@ class ScriptWriting {
     std::string_view text;  // the text of a run
     const Hole::Code* code = nullptr;
   };
+  // A server block inside a code: another language, which the script around it does not see.
+  struct ServerBlock {
+    std::size_t begin = 0;
+    std::size_t end = 0;
+  };
 
   void text(std::string_view text, bool before_name, std::string& bytes);
   std::string in_markup(std::string_view text) const;
@@ -41,8 +47,9 @@ class ScriptWriting {
   std::string_view bytes_of(const Hole::Code& code) const;
   const SegmentPlace::Code& place_of_code(const Hole::Code& code) const;
   void check_order(const std::vector<Part>& parts) const;
-  void add_tokens(LiteralForm before, std::string_view bytes, LiteralForm after, std::string& tokens,
-                  bool& is_whole) const;
+  static std::vector<ServerBlock> server_blocks_in(std::string_view code);
+  bool add_tokens(LiteralForm before, std::string_view bytes, LiteralForm after,
+                  std::span<const ServerBlock> server_blocks, std::string& tokens) const;
   [[noreturn]] void refuse(std::u16string_view reason) const;
 
   const Hole& hole_;
@@ -50,6 +57,7 @@ class ScriptWriting {
   SegmentPlace place_;
   LiteralForm form_ = LiteralForm::kDouble;  // the form of the literal that is being written
   std::string expected_;                     // the tokens outside of literals
+  std::vector<ServerBlock> server_blocks_;   // in the bytes that are being written
   std::vector<WrittenCode> written_codes_;
 };
 
