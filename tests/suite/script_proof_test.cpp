@@ -90,6 +90,8 @@ constexpr Case kCases[] = {
      "<script>alert('[[a <%= b(\"'\") %> d <%= e %>=>d <%= e %><%= b(\"'\") %>]]')</script>"},
     {"a server block that stands twice, side by side", Language::kVbScript,
      "<script>alert('[[a <%= b %> d <%= e %>=>d <%= e %><%= e %>]]')</script>", "segment 1"},
+    {"a server block with a literal that has no end", Language::kVbScript,
+     "<script>alert('[[a <%= b \" %> d <%= e %>=>d <%= e %> a <%= b \" %>]]')</script>"},
     {"a server block that is gone", Language::kVbScript,
      "<script>alert('[[a <%= b %> d <%= e %>=>d <%= e %>]]')</script>", "segment 1"},
     {"a server block between two literals", Language::kVbScript,

@@ -112,7 +112,7 @@ class ScriptProof::Operands {
   // Takes the delimiters of a server block in a client script. Such a block is an operand, or a part of one.
   void between(const ScriptReader::Read& read, std::string_view bytes) {
     if (read.leaves_block)
-      leave();
+      leave_block();
     else if (!outer_.empty() && outer_.back().is_literal && outer_.back().depth == 0)
       begin_operand();  // a text need not stand between it and the block before
     append(bytes, false);
@@ -132,6 +132,11 @@ class ScriptProof::Operands {
     if (outer_.empty()) return;
     depth_ = outer_.back().depth;
     outer_.pop_back();
+  }
+  // A literal that the block does not end does not reach beyond it, either.
+  void leave_block() {
+    while (!outer_.empty() && outer_.back().is_literal) outer_.pop_back();
+    leave();
   }
 
   // Takes a text, which is between operands or in one.

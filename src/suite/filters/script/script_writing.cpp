@@ -192,9 +192,11 @@ void ScriptWriting::go_to(LiteralForm form, std::string& bytes) {
   form_ = form;
 }
 
-// What has no end is no server block, but characters of a literal.
-std::vector<ScriptWriting::ServerBlock> ScriptWriting::server_blocks_in(std::string_view code) {
+// Only a client's script has server blocks in it. (PHP in a page counts as in an element, too.) What has no end is no
+// block, but characters of a literal.
+std::vector<ScriptWriting::ServerBlock> ScriptWriting::server_blocks_in(std::string_view code) const {
   std::vector<ServerBlock> blocks;
+  if (!place_.in_element || place_.language == Language::kPhp) return blocks;
   for (std::size_t begin = find_server_block(code, 0); begin < code.size();) {
     const std::size_t end = server_block_end(code, begin);
     if (code.substr(begin + 2, end - begin - 2).ends_with(code[begin + 1] == '%' ? "%>" : "?>"))

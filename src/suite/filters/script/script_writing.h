@@ -47,7 +47,7 @@ class ScriptWriting {
   std::string_view bytes_of(const Hole::Code& code) const;
   const SegmentPlace::Code& place_of_code(const Hole::Code& code) const;
   void check_order(const std::vector<Part>& parts) const;
-  static std::vector<ServerBlock> server_blocks_in(std::string_view code);
+  std::vector<ServerBlock> server_blocks_in(std::string_view code) const;
   bool add_tokens(LiteralForm before, std::string_view bytes, LiteralForm after,
                   std::span<const ServerBlock> server_blocks, std::string& tokens) const;
   [[noreturn]] void refuse(std::u16string_view reason) const;
